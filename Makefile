@@ -1,0 +1,48 @@
+# The everyday commands. `make help` lists them.
+
+JOBS ?= $(shell nproc)
+FUZZ_SECONDS ?= 600
+
+.PHONY: build setup run test bench fuzz lint format asan clean help
+
+build: setup ## build the programs and the tests as shipped; the program folder is build/nivora
+	cmake --preset release
+	cmake --build --preset release -j $(JOBS)
+
+setup: ## install the packages of packages.txt that are missing
+	@tools/setup
+
+run: build ## run the bundled sample basin in a copy and print its statistics
+	cmake --build --preset release --target run_sample
+
+test: build ## run all tests
+	ctest --preset release -j2
+
+bench: build ## run the benchmarks
+	cmake --build --preset release --target nivora_benchmarks -j $(JOBS)
+	@set -e; for source in bench/*_bench.cpp; do \
+	    [ -f "$$source" ] || { echo "bench: there are none"; break; }; \
+	    build/release/bench/$$(basename $$source .cpp); \
+	done
+
+fuzz: setup ## run each fuzz target for FUZZ_SECONDS (600) seconds
+	cmake --preset fuzz
+	cmake --build --preset fuzz -j $(JOBS)
+	tools/fuzz $(FUZZ_SECONDS)
+
+lint: setup ## check format, layers and clang-tidy's findings
+	tools/lint
+
+format: setup ## bring all sources into format
+	tools/lint fix
+
+asan: setup ## build under the address and undefined-behaviour sanitizers and run all tests
+	cmake --preset asan
+	cmake --build --preset asan -j $(JOBS)
+	ctest --preset asan -j2
+
+clean: ## remove everything that was built
+	rm -rf build
+
+help: ## list the commands
+	@sed -n 's/^\([a-z]*\):[^#]*## /\1\t/p' Makefile | expand -t 10

@@ -1,0 +1,45 @@
+# How our own code is compiled: one interface target that every target of the project links.
+
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "Kind of build" FORCE)
+endif()
+
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(NIVORA_CCACHE ccache DOC "Compiler cache, used when it is there")
+if(NIVORA_CCACHE AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${NIVORA_CCACHE}")
+endif()
+
+add_library(nivora_compiler INTERFACE)
+target_compile_features(nivora_compiler INTERFACE cxx_std_20)
+set(CMAKE_CXX_EXTENSIONS OFF)
+
+# Every build has to give the same floating-point bits: a product and a sum are never contracted into one operation,
+# and nothing here may be traded for speed.
+if(MSVC)
+    target_compile_options(nivora_compiler INTERFACE /fp:precise /W4 /WX /permissive- /utf-8 /external:W0)
+    target_compile_definitions(nivora_compiler INTERFACE NOMINMAX _CRT_SECURE_NO_WARNINGS)
+else()
+    target_compile_options(nivora_compiler INTERFACE
+        -ffp-contract=off -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+    target_compile_definitions(nivora_compiler INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
+endif()
+
+if(NIVORA_SANITIZERS)
+    set(sanitize "-fsanitize=${NIVORA_SANITIZERS}")
+    if(NIVORA_SANITIZERS MATCHES "undefined")
+        # A number that does not fit the integer it is turned into belongs to no group in GCC.
+        string(APPEND sanitize ",float-cast-overflow")
+    endif()
+    target_compile_options(nivora_compiler INTERFACE
+        ${sanitize} -fno-sanitize-recover=all -fno-omit-frame-pointer -g $<$<CONFIG:Debug>:-O1>)
+    target_link_options(nivora_compiler INTERFACE ${sanitize})
+endif()
+
+if(NIVORA_FUZZERS)
+    if(NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+        message(FATAL_ERROR "NIVORA_FUZZERS needs Clang: use the preset 'fuzz'")
+    endif()
+    target_compile_options(nivora_compiler INTERFACE -fsanitize=fuzzer-no-link)
+endif()

@@ -1,0 +1,5 @@
+#include "../store/basin_store.h"
+#include "text.h"
+#include <store/basin_store.h>
+#include "tests/support/folder.h"
+#include HEADER

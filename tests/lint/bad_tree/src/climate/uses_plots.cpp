@@ -1,0 +1,1 @@
+#include "plots/plot_state.h"

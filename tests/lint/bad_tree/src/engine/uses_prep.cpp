@@ -1,0 +1,1 @@
+#include "prep/prep_state.h"

@@ -1,0 +1,2 @@
+#include <QtWidgets/QLabel>
+#include <qwidget.h>

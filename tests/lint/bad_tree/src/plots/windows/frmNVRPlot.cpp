@@ -1,0 +1,1 @@
+#include "prep/windows/frmData.h"

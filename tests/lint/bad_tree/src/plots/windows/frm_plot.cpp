@@ -1,0 +1,1 @@
+// Neither a window nor snake_case that says so.

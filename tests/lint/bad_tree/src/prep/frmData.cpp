@@ -1,0 +1,1 @@
+// A window outside the folders for windows.

@@ -1,0 +1,1 @@
+#include "climate/climate_run.h"

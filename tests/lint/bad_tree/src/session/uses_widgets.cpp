@@ -1,0 +1,1 @@
+#include "widgets/nivora_window.h"

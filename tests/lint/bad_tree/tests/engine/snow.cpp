@@ -1,0 +1,1 @@
+// The build passes over a test with such a name.

@@ -1,0 +1,1 @@
+// And over one in such a folder.

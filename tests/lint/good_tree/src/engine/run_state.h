@@ -1,0 +1,3 @@
+#pragma once
+
+#include "store/basin_store.h"

@@ -1,0 +1,6 @@
+#pragma once
+
+#include "climate/climate_run.h"
+
+#include <QPainter>
+#include <QStyleHints>

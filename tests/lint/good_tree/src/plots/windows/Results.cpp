@@ -1,0 +1,1 @@
+#include "plots/windows/frmNVRPlot.h"

@@ -1,0 +1,4 @@
+#pragma once
+
+#include "base/text.h"
+#include "store/basin_store.h"

@@ -1,0 +1,3 @@
+#pragma once
+
+#include "engine/run_state.h"

@@ -1,0 +1,4 @@
+#include "plots/windows/frmNVRPlot.h"
+#include "widgets/nivora_window.h"
+
+#include <QApplication>

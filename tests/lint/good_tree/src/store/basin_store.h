@@ -1,0 +1,6 @@
+#pragma once
+
+#include "base/text.h"
+
+#include <SQLiteCpp/Database.h>
+#include <sqlite3.h>

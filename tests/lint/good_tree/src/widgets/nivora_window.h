@@ -1,0 +1,5 @@
+#pragma once
+
+#include "session/session.h"
+
+#include <QMainWindow>

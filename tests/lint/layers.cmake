@@ -1,0 +1,162 @@
+# The layers of src/ as data, and the check of a tree against them. Needs nothing but CMake.
+
+# What each folder may include. A folder always reaches itself.
+set(reach_of_base base)
+set(reach_of_store store ${reach_of_base})
+set(reach_of_engine engine ${reach_of_store})
+set(reach_of_reports reports ${reach_of_engine})
+set(reach_of_climate climate ${reach_of_reports})
+set(reach_of_plots plots ${reach_of_climate})
+set(reach_of_prep prep ${reach_of_store})
+set(reach_of_session session prep ${reach_of_plots})
+set(reach_of_widgets widgets ${reach_of_session})
+set(reach_of_batch batch ${reach_of_session})
+set(reach_of_shell shell ${reach_of_widgets})
+set(project_folders base store engine reports climate plots prep session widgets batch shell)
+
+# The headers of Qt Widgets, and of Qt Print Support where they need it, in lower case.
+set(widget_headers
+    qabstractbutton qabstractgraphicsshapeitem qabstractitemdelegate qabstractitemview qabstractprintdialog
+    qabstractscrollarea qabstractslider qabstractspinbox qaccessiblewidget qapplication qboxlayout qbuttongroup
+    qcalendarwidget qcheckbox qcolordialog qcolormap qcolumnview qcombobox qcommandlinkbutton qcommonstyle
+    qcompleter qdatawidgetmapper qdateedit qdatetimeedit qdial qdialog qdialogbuttonbox qdockwidget
+    qdoublespinbox qdrawutil qerrormessage qfiledialog qfileiconprovider qfocusframe qfontcombobox qfontdialog
+    qformlayout qframe qgesture qgestureevent qgesturerecognizer qgraphicsanchor qgraphicsanchorlayout
+    qgraphicseffect qgraphicsblureffect qgraphicscolorizeeffect qgraphicsdropshadoweffect
+    qgraphicsopacityeffect qgraphicsellipseitem qgraphicsgridlayout qgraphicsitem qgraphicsitemanimation
+    qgraphicsitemgroup qgraphicslayout qgraphicslayoutitem qgraphicslinearlayout qgraphicslineitem
+    qgraphicsobject qgraphicspathitem qgraphicspixmapitem qgraphicspolygonitem qgraphicsproxywidget
+    qgraphicsrectitem qgraphicsrotation qgraphicsscale qgraphicsscene qgraphicssceneevent
+    qgraphicssimpletextitem qgraphicstextitem qgraphicstransform qgraphicsview qgraphicswidget qgridlayout
+    qgroupbox qhboxlayout qheaderview qinputdialog qitemdelegate qitemeditorfactory qkeysequenceedit qlabel
+    qlayout qlayoutitem qlcdnumber qlineedit qlistview qlistwidget qlistwidgetitem qmainwindow qmdiarea
+    qmdisubwindow qmenu qmenubar qmessagebox qpagesetupdialog qpangesture qpinchgesture
+    qplaintextdocumentlayout qplaintextedit qprintdialog qprintpreviewdialog qprintpreviewwidget qprogressbar
+    qprogressdialog qproxystyle qpushbutton qradiobutton qrhiwidget qrubberband qscrollarea qscrollbar
+    qscroller qscrollerproperties qsizegrip qsizepolicy qslider qspaceritem qspinbox qsplashscreen qsplitter
+    qsplitterhandle qstackedlayout qstackedwidget qstatusbar qstyle qstyleditemdelegate qstylefactory
+    qstyleoption qstylepainter qstyleplugin qswipegesture qsystemtrayicon qtabbar qtableview qtablewidget
+    qtablewidgetitem qtableselectionrange qtablewidgetselectionrange qtabwidget qtapandholdgesture qtapgesture
+    qtextbrowser qtextedit qtilerules qtimeedit qtoolbar qtoolbox qtoolbutton qtooltip qtreeview qtreewidget
+    qtreewidgetitem qtreewidgetitemiterator qtwidgetsdepends qtwidgetsversion qundoview qvboxlayout qwhatsthis
+    qwidget qwidgetaction qwidgetitem qwizard qwizardpage)
+
+# Names the layer of a path relative to src/: a folder, "<folder>/windows", or nothing if there is no such place.
+function(layer_of path result)
+    set(layer "")
+    if(path MATCHES "^([^/]+)/windows/[^/]+$" AND CMAKE_MATCH_1 IN_LIST project_folders)
+        set(layer "${CMAKE_MATCH_1}/windows")
+    elseif(path MATCHES "^([^/]+)/[^/]+$" AND CMAKE_MATCH_1 IN_LIST project_folders)
+        set(layer "${CMAKE_MATCH_1}")
+    endif()
+    set(${result} "${layer}" PARENT_SCOPE)
+endfunction()
+
+# Whether a file of one layer may include a header of another.
+function(may_include from to result)
+    set(allowed FALSE)
+    if(from STREQUAL "shell" AND to MATCHES "/windows$")
+        set(allowed TRUE)
+    elseif(from MATCHES "/windows$")
+        if(to STREQUAL from OR to IN_LIST reach_of_widgets)
+            set(allowed TRUE)
+        endif()
+    elseif(to IN_LIST reach_of_${from})
+        set(allowed TRUE)
+    endif()
+    set(${result} ${allowed} PARENT_SCOPE)
+endfunction()
+
+# The fault of one include line of a file in `layer`, or nothing.
+function(fault_of_include layer line result)
+    set(${result} "" PARENT_SCOPE)
+    if(NOT line MATCHES "^[ \t]*#[ \t]*include[ \t]*([\"<])([^\">]+)[\">]")
+        set(${result} "an include that cannot be read: ${line}" PARENT_SCOPE)
+        return()
+    endif()
+    set(quote "${CMAKE_MATCH_1}")
+    set(header "${CMAKE_MATCH_2}")
+    string(REGEX REPLACE "/.*" "" first "${header}")
+
+    if(quote STREQUAL "<" AND NOT (header MATCHES "/" AND first IN_LIST project_folders))
+        cmake_path(GET header FILENAME name)
+        string(TOLOWER "${name}" name)
+        string(REGEX REPLACE "\\.h$" "" name "${name}")
+        if(layer MATCHES "^(widgets|shell|.*/windows)$")
+            return()
+        endif()
+        if(first STREQUAL "QtWidgets" OR name IN_LIST widget_headers)
+            set(${result} "<${header}> is Qt Widgets, which only widgets, windows and the shell may use"
+                PARENT_SCOPE)
+        endif()
+        return()
+    endif()
+    if(quote STREQUAL "<")
+        set(${result} "<${header}> is our own and belongs in quotes" PARENT_SCOPE)
+        return()
+    endif()
+
+    layer_of("${header}" target)
+    if(NOT target)
+        set(${result} "\"${header}\" names no folder of src" PARENT_SCOPE)
+        return()
+    endif()
+    may_include("${layer}" "${target}" allowed)
+    if(NOT allowed)
+        set(${result} "\"${header}\" is out of reach of ${layer}" PARENT_SCOPE)
+    endif()
+endfunction()
+
+# The fault of a file's name or place, or nothing. A window's file bears the window's name.
+function(fault_of_name path layer result)
+    set(${result} "" PARENT_SCOPE)
+    cmake_path(GET path FILENAME name)
+    if(NOT layer)
+        set(${result} "lies in no folder that is built" PARENT_SCOPE)
+    elseif(name MATCHES "^[a-z][a-z0-9_]*(\\.[a-z0-9]+)+$" AND NOT name MATCHES "^frm")
+        return()
+    elseif(layer MATCHES "^(widgets|shell|.*/windows)$" AND name MATCHES "^(frm)?[A-Z][A-Za-z0-9]*(\\.[a-z0-9]+)+$")
+        return()
+    else()
+        set(${result} "is neither a snake_case name nor a window's" PARENT_SCOPE)
+    endif()
+endfunction()
+
+# Checks every file of <tree>/src, and that no source of <tree>/tests is passed over by the build. Sets `findings` to
+# lines "<path>: <fault>" in the order of the paths, and `checked` to the number of files of src looked at.
+macro(check_layers tree)
+    set(findings "")
+    set(checked 0)
+    file(GLOB_RECURSE paths RELATIVE "${tree}/src" "${tree}/src/*")
+    list(SORT paths)
+    foreach(path IN LISTS paths)
+        if(path MATCHES "(^|/)CMakeLists\\.txt$")
+            continue()
+        endif()
+        math(EXPR checked "${checked} + 1")
+        layer_of("${path}" layer)
+        fault_of_name("${path}" "${layer}" fault)
+        if(fault)
+            list(APPEND findings "src/${path}: ${fault}")
+        endif()
+        if(NOT layer OR NOT path MATCHES "\\.(h|cpp)$")
+            continue()
+        endif()
+        file(STRINGS "${tree}/src/${path}" lines REGEX "^[ \t]*#[ \t]*include[^a-z_]" ENCODING UTF-8)
+        foreach(line IN LISTS lines)
+            fault_of_include("${layer}" "${line}" fault)
+            if(fault)
+                list(APPEND findings "src/${path}: ${fault}")
+            endif()
+        endforeach()
+    endforeach()
+
+    file(GLOB_RECURSE paths RELATIVE "${tree}/tests" "${tree}/tests/*.cpp")
+    list(SORT paths)
+    foreach(path IN LISTS paths)
+        layer_of("${path}" layer)
+        if(NOT path MATCHES "^lint/|^support/[^/]+$" AND NOT (path MATCHES "^[^/]+/[^/]+_test\\.cpp$" AND layer))
+            list(APPEND findings "tests/${path}: is not tests/<folder>/<file>_test.cpp and would never be built")
+        endif()
+    endforeach()
+endmacro()

@@ -1,0 +1,36 @@
+# The check of the check: a tree full of faults gives exactly the expected findings, a good one none, and the program
+# that ctest calls turns faults, and a tree without files, into failure.
+cmake_minimum_required(VERSION 3.25)
+set(here "${CMAKE_CURRENT_LIST_DIR}")
+include("${here}/layers.cmake")
+
+check_layers("${here}/bad_tree")
+file(STRINGS "${here}/bad_tree/expected.txt" expected ENCODING UTF-8)
+foreach(line IN LISTS findings)
+    if(NOT line IN_LIST expected)
+        message(SEND_ERROR "Not expected in bad_tree: ${line}")
+    endif()
+endforeach()
+foreach(line IN LISTS expected)
+    if(NOT line IN_LIST findings)
+        message(SEND_ERROR "Not found in bad_tree: ${line}")
+    endif()
+endforeach()
+
+check_layers("${here}/good_tree")
+if(findings)
+    message(SEND_ERROR "Found in good_tree: ${findings}")
+endif()
+
+function(expect_result tree wanted)
+    execute_process(COMMAND "${CMAKE_COMMAND}" "-DTREE=${tree}" -P "${here}/check_layers.cmake"
+        RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+    if(wanted STREQUAL "success" AND NOT result EQUAL 0)
+        message(SEND_ERROR "The check fails on ${tree}: ${output}")
+    elseif(wanted STREQUAL "failure" AND result EQUAL 0)
+        message(SEND_ERROR "The check passes on ${tree}")
+    endif()
+endfunction()
+expect_result("${here}/bad_tree" failure)
+expect_result("${here}/good_tree" success)
+expect_result("${here}/no_such_tree" failure)
