@@ -175,8 +175,8 @@ struct Period {
 };
 
 constexpr std::array<Period, 2> k_periods{{
-    {"ellervane-1996.NVR", 1996y / 1 / 1, 1996y / 12 / 31, "1.01", "1.01", "0.04", "0.04", "\"\""},
-    {"ellervane-1997-98.NVR", 1997y / 10 / 1, 1998y / 9 / 30, "1.01", "0.98", "0.04", "0.03", "0615"},
+    {"ellervane-1996.NVR", 1996y / 1 / 1, 1996y / 12 / 31, "1", "1", "0.04", "0.04", "\"\""},
+    {"ellervane-1997-98.NVR", 1997y / 10 / 1, 1998y / 9 / 30, "1", "0.98", "0.04", "0.03", "0615"},
 }};
 
 /// The values of a zone by the day of the year; days outside the period hold 0.
