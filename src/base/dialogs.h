@@ -1,0 +1,70 @@
+// The questions that the program asks of its user, and the one interface through which they are asked.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace nivora {
+
+/// The title of a box that has none of its own.
+inline constexpr const char* k_program_title = "Nivora";
+
+enum class Icon { None, Stop, Question, Warning, Information };
+enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel };
+enum class Answer { Ok, Cancel, Yes, No };
+
+struct Message {
+    std::string text = {};
+    std::string title = k_program_title;
+    Icon icon = Icon::None;
+    Buttons buttons = Buttons::Ok;
+    std::optional<Answer> default_answer = std::nullopt;  ///< the first button where there is none
+};
+
+struct InputBox {
+    std::string prompt = {};
+    std::string title = k_program_title;
+    std::string proposed = {};
+};
+
+struct FileQuestion {
+    std::string title = {};
+    std::filesystem::path folder = {};
+    std::string proposed_name = {};
+    std::vector<std::string> patterns = {};  ///< such as "Nivora basin (*.mdb)"
+    bool saving = false;
+};
+
+/// Asks the user. Every box of the program goes through here, so that the desktop, the batch program and the tests
+/// can each answer in their own way.
+class Dialogs {
+public:
+    Dialogs() = default;
+    Dialogs(const Dialogs&) = delete;
+    Dialogs& operator=(const Dialogs&) = delete;
+    virtual ~Dialogs() = default;
+
+    /// Shows a message and gives back the button that ended it.
+    virtual Answer message(const Message& message) = 0;
+    /// Asks for a text; nothing where the user cancelled.
+    virtual std::optional<std::string> input(const InputBox& box) = 0;
+    /// Asks for a file; nothing where the user cancelled.
+    virtual std::optional<std::filesystem::path> file(const FileQuestion& question) = 0;
+
+    /// A message with the stop icon and an OK button.
+    void stop(const std::string& text, const std::string& title = k_program_title);
+};
+
+[[nodiscard]] const char* answer_name(Answer answer);
+
+/// Whether a box with these buttons can be left with this answer.
+[[nodiscard]] bool offers(Buttons buttons, Answer answer);
+
+/// The answer that lets the work go on: OK or Yes.
+[[nodiscard]] Answer go_on_answer(Buttons buttons);
+/// The answer that holds it: Cancel where there is one, otherwise No; OK where there is nothing else.
+[[nodiscard]] Answer refusing_answer(Buttons buttons);
+
+}  // namespace nivora

@@ -1,0 +1,158 @@
+#include "base/durable_file.h"
+
+#include <chrono>
+#include <cstring>
+#include <fstream>
+#include <system_error>
+
+#include <fmt/format.h>
+
+#ifdef _WIN32
+#include <io.h>
+#include <process.h>
+#include <windows.h>
+#else
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#endif
+
+namespace nivora {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void refuse(const fs::path& path, const std::string& what, const std::string& reason) {
+    throw FileError(fmt::format("The file '{}' {}: {}.", path_text(path), what, reason));
+}
+
+void remove_quietly(const fs::path& path) {
+    std::error_code ignored;  // a leftover is no reason to hide the fault that led here
+    fs::remove(path, ignored);
+}
+
+#ifdef _WIN32
+long process_number() { return _getpid(); }
+#else
+long process_number() { return static_cast<long>(getpid()); }
+#endif
+
+void flush_folder_of(const fs::path& path) {
+    const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path{"."};
+#ifndef _WIN32
+    flush_to_disk(folder);
+#else
+    static_cast<void>(folder);  // the rename was asked to write through
+#endif
+}
+
+}  // namespace
+
+#ifdef _WIN32
+void flush_to_disk(const fs::path& path) {
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) refuse(path, "can't be opened to flush it", "the system refused");
+    const bool flushed = FlushFileBuffers(file) != 0;
+    CloseHandle(file);
+    if (!flushed) refuse(path, "can't be flushed to the disk", "the system refused");
+}
+#else
+void flush_to_disk(const fs::path& path) {
+    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (file < 0) refuse(path, "can't be opened to flush it", std::strerror(errno));
+    const int flushed = ::fsync(file);
+    const int number = errno;
+    ::close(file);
+    // Some file systems can't flush a folder and say so with EINVAL.
+    if (flushed != 0 && number != EINVAL) refuse(path, "can't be flushed to the disk", std::strerror(number));
+}
+#endif
+
+std::string path_text(const fs::path& path) {
+    const std::u8string text = path.u8string();
+    return {reinterpret_cast<const char*>(text.data()), text.size()};
+}
+
+fs::path path_from_utf8(std::string_view text) {
+    return fs::path{std::u8string_view{reinterpret_cast<const char8_t*>(text.data()), text.size()}};
+}
+
+fs::path name_beside(const fs::path& target) {
+    fs::path beside = target;
+    const auto moment = std::chrono::steady_clock::now().time_since_epoch().count();
+    beside += fmt::format(".{}-{}.part", process_number(), moment);
+    return beside;
+}
+
+void move_into_place(const fs::path& finished, const fs::path& target) {
+    try {
+        flush_to_disk(finished);
+        std::error_code error;
+        fs::rename(finished, target, error);
+        if (error) refuse(target, "can't be written", error.message());
+        flush_folder_of(target);
+    } catch (const FileError&) {
+        remove_quietly(finished);
+        throw;
+    }
+}
+
+void move_to_new_name(const fs::path& finished, const fs::path& target) {
+    try {
+        flush_to_disk(finished);
+        std::error_code error;
+        // A hard link fails where the name is taken, which a rename would not.
+        fs::create_hard_link(finished, target, error);
+        if (error == std::errc::file_exists) refuse(target, "was not written", "a file of that name exists");
+        if (error) {
+            if (fs::exists(target)) refuse(target, "was not written", "a file of that name exists");
+            fs::rename(finished, target, error);
+            if (error) refuse(target, "can't be written", error.message());
+        } else {
+            remove_quietly(finished);
+        }
+        flush_folder_of(target);
+    } catch (const FileError&) {
+        remove_quietly(finished);
+        throw;
+    }
+}
+
+void write_whole_file(const fs::path& target, std::string_view content) {
+    if (fs::is_directory(target)) refuse(target, "can't be written", "it is a folder");
+    const fs::path beside = name_beside(target);
+    {
+        std::ofstream file{beside, std::ios::binary | std::ios::trunc};
+        if (!file) refuse(target, "can't be written", "its folder can't be written to, or does not exist");
+        file.write(content.data(), static_cast<std::streamsize>(content.size()));
+        file.close();
+        std::error_code error;
+        if (!file || fs::file_size(beside, error) != content.size()) {
+            remove_quietly(beside);
+            refuse(target, "can't be written", "the disk may be full");
+        }
+    }
+    move_into_place(beside, target);
+}
+
+std::string read_whole_file(const fs::path& path, std::uintmax_t limit) {
+    std::error_code error;
+    const fs::file_status status = fs::status(path, error);
+    if (!fs::exists(status)) refuse(path, "can't be read", "there is no such file");
+    if (fs::is_directory(status)) refuse(path, "can't be read", "it is a folder");
+    if (!fs::is_regular_file(status)) refuse(path, "can't be read", "it is no ordinary file");
+    const std::uintmax_t size = fs::file_size(path, error);
+    if (error) refuse(path, "can't be read", error.message());
+    if (size > limit) refuse(path, "can't be read", fmt::format("it is larger than {} bytes", limit));
+    std::ifstream file{path, std::ios::binary};
+    if (!file) refuse(path, "can't be read", "the permission to read it is missing");
+    std::string content(static_cast<std::size_t>(size), '\0');
+    file.read(content.data(), static_cast<std::streamsize>(size));
+    content.resize(static_cast<std::size_t>(file.gcount()));
+    if (file.bad()) refuse(path, "can't be read", "the disk reports a fault");
+    return content;
+}
+
+}  // namespace nivora

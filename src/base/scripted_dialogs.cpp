@@ -1,0 +1,61 @@
+#include "base/scripted_dialogs.h"
+
+namespace nivora {
+
+template <typename Kind>
+std::optional<Kind> ScriptedDialogs::next(const std::string& what) {
+    if (script_.empty()) {
+        complaints_.push_back("not expected: " + what);
+        return std::nullopt;
+    }
+    const Step step = script_.front();
+    if (!std::holds_alternative<Kind>(step)) {
+        complaints_.push_back("another kind of question was expected: " + what);
+        return std::nullopt;
+    }
+    script_.pop_front();
+    return std::get<Kind>(step);
+}
+
+Answer ScriptedDialogs::message(const Message& message) {
+    Answer answer = refusing_answer(message.buttons);
+    if (message.buttons != Buttons::Ok) {
+        const auto scripted = next<Answer>(message.text);
+        if (scripted && offers(message.buttons, *scripted)) {
+            answer = *scripted;
+        } else if (scripted) {
+            complaints_.push_back(std::string{"no button "} + answer_name(*scripted) + ": " + message.text);
+        }
+    }
+    messages_.push_back({message, answer});
+    return answer;
+}
+
+std::optional<std::string> ScriptedDialogs::input(const InputBox& box) {
+    inputs_.push_back(box);
+    const auto scripted = next<TextAnswer>(box.prompt);
+    return scripted ? scripted->text : std::nullopt;
+}
+
+std::optional<std::filesystem::path> ScriptedDialogs::file(const FileQuestion& question) {
+    files_.push_back(question);
+    const auto scripted = next<FileAnswer>(question.title);
+    return scripted ? scripted->path : std::nullopt;
+}
+
+ScriptedDialogs& ScriptedDialogs::then(Answer answer) {
+    script_.emplace_back(answer);
+    return *this;
+}
+
+ScriptedDialogs& ScriptedDialogs::then_text(std::optional<std::string> text) {
+    script_.emplace_back(TextAnswer{std::move(text)});
+    return *this;
+}
+
+ScriptedDialogs& ScriptedDialogs::then_file(std::optional<std::filesystem::path> path) {
+    script_.emplace_back(FileAnswer{std::move(path)});
+    return *this;
+}
+
+}  // namespace nivora

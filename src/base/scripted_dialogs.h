@@ -1,0 +1,58 @@
+// Dialogs that answer from a script and keep what was asked: for tests of whatever asks the user.
+#pragma once
+
+#include <deque>
+#include <variant>
+
+#include "base/dialogs.h"
+
+namespace nivora {
+
+/// A message as it was shown and the answer that it got.
+struct AskedMessage {
+    Message message;
+    Answer answer = Answer::Ok;
+};
+
+/// Answers in the order of the script.
+///
+/// A message with an OK button alone needs no line in the script. Any other box that the script does not expect next,
+/// or an answer that the box does not offer, is kept as a complaint and answered with Cancel, No or nothing.
+class ScriptedDialogs : public Dialogs {
+public:
+    Answer message(const Message& message) override;
+    std::optional<std::string> input(const InputBox& box) override;
+    std::optional<std::filesystem::path> file(const FileQuestion& question) override;
+
+    ScriptedDialogs& then(Answer answer);
+    ScriptedDialogs& then_text(std::optional<std::string> text);
+    ScriptedDialogs& then_file(std::optional<std::filesystem::path> path);
+
+    [[nodiscard]] const std::vector<AskedMessage>& messages() const { return messages_; }
+    [[nodiscard]] const std::vector<InputBox>& inputs() const { return inputs_; }
+    [[nodiscard]] const std::vector<FileQuestion>& files() const { return files_; }
+
+    /// What the script did not expect; a test that ends with complaints, or with answers left over, has failed.
+    [[nodiscard]] const std::vector<std::string>& complaints() const { return complaints_; }
+    [[nodiscard]] std::size_t answers_left() const { return script_.size(); }
+
+private:
+    struct TextAnswer {
+        std::optional<std::string> text;
+    };
+    struct FileAnswer {
+        std::optional<std::filesystem::path> path;
+    };
+    using Step = std::variant<Answer, TextAnswer, FileAnswer>;
+
+    template <typename Kind>
+    std::optional<Kind> next(const std::string& what);
+
+    std::deque<Step> script_;
+    std::vector<AskedMessage> messages_;
+    std::vector<InputBox> inputs_;
+    std::vector<FileQuestion> files_;
+    std::vector<std::string> complaints_;
+};
+
+}  // namespace nivora

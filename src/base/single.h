@@ -1,0 +1,58 @@
+// The 32-bit and 16-bit steps of the arithmetic: rounding into a Single, into a 16-bit Integer, and to decimals.
+#pragma once
+
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <optional>
+
+#include "base/fault.h"
+
+namespace nivora {
+
+/// The missing value in memory; in the basin file it is Null.
+inline constexpr float k_missing = std::numeric_limits<float>::quiet_NaN();
+
+[[nodiscard]] inline bool is_missing(double value) { return std::isnan(value); }
+
+/// Rounds a result into a Single variable, to nearest and to even at a tie.
+///
+/// @throws Fault 94 where the value is missing, 6 where it lies beyond the largest Single
+[[nodiscard]] inline float to_single(double value) {
+    const auto rounded = static_cast<float>(value);
+    if (!std::isfinite(rounded)) throw std::isnan(value) ? null_fault() : overflow_fault();
+    return rounded;
+}
+
+/// Rounds a result into a Single field: as to_single, but a missing value stays missing.
+[[nodiscard]] inline float to_single_field(double value) {
+    const auto rounded = static_cast<float>(value);
+    if (std::isinf(rounded)) throw overflow_fault();
+    return rounded;
+}
+
+/// A field's value for a variable that can't be missing. @throws Fault 94 where the value is missing
+template <typename Number>
+[[nodiscard]] Number present(Number value) {
+    if (std::isnan(value)) throw null_fault();
+    return value;
+}
+
+/// Rounds to a number of decimals, ties to even. `decimals` is 0 to 9; the result is never a negative zero.
+///
+/// A Single has 24 bits and 10^5 has 12 odd ones, so that at 5 decimals the scaled value is exact and a tie is a
+/// true tie.
+[[nodiscard]] inline double round_half_even(double value, int decimals) {
+    double scale = 1.0;
+    for (int i = 0; i < decimals; ++i) scale *= 10.0;
+    return std::nearbyint(value * scale) / scale + 0.0;
+}
+
+/// Rounds to a 16-bit Integer, ties to even; nothing where it does not fit.
+[[nodiscard]] inline std::optional<std::int16_t> to_integer16(double value) {
+    const double rounded = std::nearbyint(value);
+    if (!(rounded >= -32768.0 && rounded <= 32767.0)) return std::nullopt;
+    return static_cast<std::int16_t>(rounded);
+}
+
+}  // namespace nivora

@@ -1,0 +1,25 @@
+// Small text helpers: blanks and the comparison of names.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace nivora {
+
+/// The text without blanks, tabs and line ends at either side.
+[[nodiscard]] std::string_view trimmed(std::string_view text);
+[[nodiscard]] std::string_view right_trimmed(std::string_view text);
+
+/// A name in the form in which names of the store are compared: without regard to case, in every script.
+///
+/// @param name UTF-8; a text that is no UTF-8 compares byte by byte
+[[nodiscard]] std::string folded_name(std::string_view name);
+[[nodiscard]] bool same_name(std::string_view a, std::string_view b);
+
+/// Whether the bytes are well-formed UTF-8 without a zero byte.
+[[nodiscard]] bool is_utf8(std::string_view text);
+
+/// Text of an older file as UTF-8: what is not UTF-8 already is taken as Windows Latin-1 (code page 1252).
+[[nodiscard]] std::string to_utf8(std::string_view text);
+
+}  // namespace nivora

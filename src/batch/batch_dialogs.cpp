@@ -1,0 +1,39 @@
+#include "batch/batch_dialogs.h"
+
+#include <algorithm>
+#include <ostream>
+
+namespace nivora {
+
+void BatchDialogs::report(const ReportedMessage& message) {
+    std::string line = message.title + ": " + message.text + " [" + answer_name(message.answer) + "]";
+    std::replace_if(
+        line.begin(), line.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    report_ << line << '\n';
+    messages_.push_back(message);
+}
+
+Answer BatchDialogs::message(const Message& message) {
+    const Answer answer = refuse_ ? refusing_answer(message.buttons) : go_on_answer(message.buttons);
+    if (message.buttons == Buttons::Ok) said_no_ = true;
+    report({message.title, message.text, answer});
+    return answer;
+}
+
+std::optional<std::string> BatchDialogs::input(const InputBox& box) {
+    if (input_given_) {
+        report_problem(box.title, box.prompt);
+        return std::nullopt;
+    }
+    input_given_ = true;
+    return input_.value_or(box.proposed);
+}
+
+std::optional<std::filesystem::path> BatchDialogs::file(const FileQuestion&) { return std::nullopt; }
+
+void BatchDialogs::report_problem(const std::string& title, const std::string& text) {
+    said_no_ = true;
+    report({title, text, Answer::Ok});
+}
+
+}  // namespace nivora

@@ -1,0 +1,211 @@
+#include "batch/command_line.h"
+
+#include <cmath>
+#include <ostream>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include "base/durable_file.h"
+#include "base/number_text.h"
+#include "batch/commands.h"
+
+namespace nivora {
+namespace {
+
+constexpr const char* k_version = "Nivora " NIVORA_VERSION;
+
+constexpr const char* k_description =
+    "Nivora computes the daily streamflow of mountain basins in which melting snow is a major source of runoff.\n"
+    "A basin is one file. It holds zones, daily variables, simulations with their parameters, and the results of the\n"
+    "last run. Depths are cm or inches, discharge is m³/s or ft³/s, by the basin's units.";
+
+constexpr const char* k_footer =
+    "Questions that the model asks are answered so that the work goes on, and reported on standard error; with --refuse\n"
+    "they are answered with Cancel or No.\n\n"
+    "Exit status: 0 done; 1 the model or the data said no (title and text on standard error); 2 wrong usage.\n\n"
+    "Example:\n"
+    "  nivora-batch import alder.NVR alder.mdb --name wy1998 --initial-runoff 4.2 --latitude 46.5\n"
+    "  nivora-batch run alder.mdb --simulation wy1998 --kind year-round\n"
+    "  nivora-batch export alder.mdb SimResults --csv results.csv";
+
+/// A text that has to be a number a Single can hold, for CLI11.
+std::string single_number(const std::string& text) {
+    const auto value = exact_number(text);
+    if (value && std::isfinite(static_cast<float>(*value))) return {};
+    return "'" + text + "' is no number";
+}
+
+std::string share_number(const std::string& text) {
+    if (!text.empty() && text.find_first_not_of("0123456789.") == std::string::npos && exact_number(text)) return {};
+    return "'" + text + "' is no share such as 0.5";
+}
+
+std::string number_or_blank(const std::string& text) { return text == "blank" ? std::string{} : single_number(text); }
+
+/// The texts of the options as the command line gives them.
+struct Texts {
+    std::string file;
+    std::string basin;
+    std::string name;
+    std::vector<std::string> by_zone;
+    std::string temperature = "average";
+    std::string initial_runoff;
+    std::string rain_threshold;
+    std::string latitude;
+    std::string simulation;
+    std::string kind = "melt-season";
+    std::string forecast;
+    bool no_snow = false;
+    std::vector<std::string> lag_shares;
+    std::string table;
+    std::string csv;
+    bool json = false;
+    bool refuse = false;
+};
+
+std::optional<double> number_option(const std::string& text) { return exact_number(text); }
+
+bool has(const std::vector<std::string>& list, std::string_view word) {
+    return std::find(list.begin(), list.end(), word) != list.end();
+}
+
+ImportCommand import_of(const Texts& texts, const CLI::App& app) {
+    ImportCommand command;
+    command.file = path_from_utf8(texts.file);
+    command.basin = path_from_utf8(texts.basin);
+    if (app.count("--name") > 0) command.name = texts.name;
+    command.by_zone = {.temperature = has(texts.by_zone, "temperature"),
+                       .precipitation = has(texts.by_zone, "precipitation"),
+                       .lapse_rate = has(texts.by_zone, "lapse-rate"),
+                       .coefficients = has(texts.by_zone, "coefficients"),
+                       .critical_temperature = has(texts.by_zone, "tcrit"),
+                       .recession = has(texts.by_zone, "recession")};
+    command.max_min = texts.temperature == "max-min";
+    command.initial_runoff = number_option(texts.initial_runoff);
+    if (app.count("--rain-threshold") > 0) command.rain_threshold = number_option(texts.rain_threshold);
+    command.latitude = number_option(texts.latitude);
+    return command;
+}
+
+RunCommand run_of(const Texts& texts, const CLI::App& app) {
+    RunCommand command;
+    command.basin = path_from_utf8(texts.basin);
+    command.simulation = texts.simulation;
+    command.year_round = texts.kind == "year-round";
+    if (app.count("--forecast") > 0) command.forecast_days = texts.forecast;
+    command.no_snow = texts.no_snow;
+    command.lag_shares = texts.lag_shares;
+    command.json = texts.json;
+    return command;
+}
+
+CLI::App& add_import(CLI::App& app, Texts& texts) {
+    CLI::App& import = *app.add_subcommand(
+        "import", "Read a legacy data file (.NVR) into a basin, which is made if it does not exist");
+    import.add_option("FILE.NVR", texts.file, "Legacy data file: one year or season of one basin")->required();
+    import.add_option("BASIN.mdb", texts.basin, "Basin file")->required();
+    import.add_option("--name", texts.name, "Name of the new simulation; the file's name without .NVR if not given");
+    import
+        .add_option("--by-zone", texts.by_zone,
+                    "Inputs given for each zone: temperature, precipitation, lapse-rate, coefficients, tcrit, "
+                    "recession, joined by commas; all others hold basinwide")
+        ->delimiter(',')
+        ->check(CLI::IsMember(
+            {"temperature", "precipitation", "lapse-rate", "coefficients", "tcrit", "recession"}));
+    import.add_option("--temperature", texts.temperature, "average (daily means) or max-min (mean of maximum and minimum)")
+        ->check(CLI::IsMember({"average", "max-min"}))
+        ->capture_default_str();
+    import.add_option("--initial-runoff", texts.initial_runoff, "Discharge on the day before the run, m³/s or ft³/s")
+        ->check(CLI::Validator(single_number, "NUMBER"));
+    import
+        .add_option("--rain-threshold", texts.rain_threshold,
+                    "Daily rain from which the recession quickens, cm or inches, or the word blank for the default; the "
+                    "file's own if not given")
+        ->check(CLI::Validator(number_or_blank, "NUMBER|blank"));
+    import.add_option("--latitude", texts.latitude, "Latitude of the basin, decimal degrees, negative in the south")
+        ->check(CLI::Validator(single_number, "NUMBER"));
+    return import;
+}
+
+CLI::App& add_run(CLI::App& app, Texts& texts) {
+    CLI::App& run = *app.add_subcommand("run", "Run a simulation, keep its results in the basin, print its statistics");
+    run.add_option("BASIN.mdb", texts.basin, "Basin file")->required();
+    run.add_option("--simulation", texts.simulation, "Name of the simulation")->required();
+    run.add_option("--kind", texts.kind, "melt-season or year-round; the discharge is the same, reports differ")
+        ->check(CLI::IsMember({"melt-season", "year-round"}))
+        ->capture_default_str();
+    run.add_option("--forecast", texts.forecast,
+                   "Run as a forecast that starts anew from the measured discharge every so many days, 1 to 9");
+    run.add_flag("--no-snow", texts.no_snow,
+                 "Disregard the snow covered area and carry unmelted winter precipitation into the melt season; with "
+                 "--kind year-round alone");
+    run.add_option("--lag-shares", texts.lag_shares,
+                   "Custom time lag: shares of a day's input that run off on that day, the day after, ... (up to six, "
+                   "together 1), joined by commas; the simulation's lag times if not given")
+        ->delimiter(',')
+        ->check(CLI::Validator(share_number, "SHARE"));
+    run.add_flag("--json", texts.json, "Print JSON");
+    run.callback([&texts] {
+        if (texts.no_snow && texts.kind != "year-round") {
+            throw CLI::ValidationError("--no-snow", "goes with --kind year-round alone");
+        }
+    });
+    return run;
+}
+
+CLI::App& add_simulations(CLI::App& app, Texts& texts) {
+    CLI::App& simulations = *app.add_subcommand("simulations", "List the simulations of a basin");
+    simulations.add_option("BASIN.mdb", texts.basin, "Basin file")->required();
+    simulations.add_flag("--json", texts.json, "Print JSON");
+    return simulations;
+}
+
+CLI::App& add_export(CLI::App& app, Texts& texts) {
+    CLI::App& exported = *app.add_subcommand(
+        "export", "Write a table as CSV: UTF-8, a header line, ISO dates, nothing for a missing value");
+    exported.add_option("BASIN.mdb", texts.basin, "Basin file")->required();
+    exported.add_option("TABLE", texts.table, "SimResults, PhysicalData, a simulation's name, or any other table")
+        ->required();
+    exported.add_option("--csv", texts.csv, "File to write")->required();
+    return exported;
+}
+
+CLI::App& add_template(CLI::App& app, Texts& texts) {
+    CLI::App& blank = *app.add_subcommand("template", "Write the blank template of all basins to a new file");
+    blank.add_option("FILE.mdb", texts.file, "File to write; it must not exist")->required();
+    return blank;
+}
+
+}  // namespace
+
+int run_command_line(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
+    Texts texts;
+    CLI::App app{k_description, "nivora-batch"};
+    app.footer(k_footer);
+    app.set_version_flag("--version", k_version);
+    app.add_flag("--refuse", texts.refuse, "Answer the model's questions with Cancel or No");
+    app.fallthrough();
+    app.require_subcommand(1);
+    CLI::App& import = add_import(app, texts);
+    CLI::App& simulations = add_simulations(app, texts);
+    CLI::App& run = add_run(app, texts);
+    CLI::App& exported = add_export(app, texts);
+    CLI::App& blank = add_template(app, texts);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error, out, err) == 0 ? k_done : k_wrong_usage;
+    }
+    BatchDialogs dialogs{err, texts.refuse};
+    if (import.parsed()) return import_command(import_of(texts, import), dialogs, out);
+    if (run.parsed()) return run_command(run_of(texts, run), dialogs, out);
+    if (exported.parsed()) {
+        return export_command(path_from_utf8(texts.basin), texts.table, path_from_utf8(texts.csv), dialogs);
+    }
+    if (simulations.parsed()) return simulations_command(path_from_utf8(texts.basin), texts.json, dialogs, out);
+    if (blank.parsed()) return template_command(path_from_utf8(texts.file), dialogs);
+    return k_wrong_usage;
+}
+
+}  // namespace nivora

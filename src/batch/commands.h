@@ -1,0 +1,66 @@
+// The commands of the batch program. Each returns the exit status: 0 done, 1 the model or the data said no.
+#pragma once
+
+#include <filesystem>
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "batch/batch_dialogs.h"
+
+namespace nivora {
+
+inline constexpr int k_done = 0;
+inline constexpr int k_said_no = 1;
+inline constexpr int k_wrong_usage = 2;
+
+/// Which inputs of a simulation are given zone by zone.
+struct ByZone {
+    bool temperature = false;
+    bool precipitation = false;
+    bool lapse_rate = false;
+    bool coefficients = false;
+    bool critical_temperature = false;
+    bool recession = false;
+};
+
+struct ImportCommand {
+    std::filesystem::path file;
+    std::filesystem::path basin;
+    std::optional<std::string> name;
+    ByZone by_zone;
+    bool max_min = false;
+    std::optional<double> initial_runoff;  ///< m³/s or ft³/s
+    /// cm or inches. Outer: whether the option was given; inner: nothing for a blank cell.
+    std::optional<std::optional<double>> rain_threshold;
+    std::optional<double> latitude;  ///< decimal degrees
+};
+
+struct RunCommand {
+    std::filesystem::path basin;
+    std::string simulation;
+    bool year_round = false;
+    std::optional<std::string> forecast_days;
+    bool no_snow = false;
+    std::vector<std::string> lag_shares;
+    bool json = false;
+};
+
+/// Creates the basin file from a legacy file, or imports into it if it exists. What is refused changes nothing.
+int import_command(const ImportCommand& command, BatchDialogs& dialogs, std::ostream& out);
+
+/// Lists the simulations of a basin.
+int simulations_command(const std::filesystem::path& basin, bool json, BatchDialogs& dialogs, std::ostream& out);
+
+/// Runs a simulation, leaves `SimResults` in the file and prints the statistics.
+int run_command(const RunCommand& command, BatchDialogs& dialogs, std::ostream& out);
+
+/// Writes a table as CSV.
+int export_command(const std::filesystem::path& basin, const std::string& table, const std::filesystem::path& csv,
+                   BatchDialogs& dialogs);
+
+/// Writes the blank template of all basins.
+int template_command(const std::filesystem::path& file, BatchDialogs& dialogs);
+
+}  // namespace nivora

@@ -1,0 +1,161 @@
+#include <algorithm>
+#include <ostream>
+
+#include <fmt/format.h>
+
+#include "base/durable_file.h"
+#include "base/text.h"
+#include "batch/commands.h"
+#include "prep/legacy_import.h"
+#include "store/table_io.h"
+
+namespace nivora {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::uintmax_t k_largest_file = 64U << 20U;
+constexpr const char* k_title = "Import failed";
+
+/// What of the command no simulation may have, shown; false where there is something.
+bool options_acceptable(const ImportCommand& command, BatchDialogs& dialogs) {
+    if (command.max_min && command.by_zone.temperature) {
+        dialogs.message({.text = "Max/min temperatures cannot currently be entered for each zone",
+                         .title = "Max/min temperature problem"});
+        return false;
+    }
+    if (command.latitude && !(*command.latitude >= -90.0 && *command.latitude <= 90.0)) {
+        dialogs.stop("Latitude must be between 90° North and 90° South (-90°)", "Latitude out of range");
+        return false;
+    }
+    return true;
+}
+
+std::optional<Distribution> distribution(bool by_zone) {
+    return by_zone ? Distribution::ByZone : Distribution::Basinwide;
+}
+
+std::optional<float> single_cell(std::optional<double> value) {
+    if (!value) return std::nullopt;
+    return static_cast<float>(*value);
+}
+
+void apply_options(const ImportCommand& command, Simulation& simulation) {
+    simulation.temperature_values = static_cast<std::int16_t>(command.max_min ? 1 : 0);
+    simulation.temperature = distribution(command.by_zone.temperature);
+    simulation.precipitation = distribution(command.by_zone.precipitation);
+    simulation.lapse_rate = distribution(command.by_zone.lapse_rate);
+    simulation.runoff_coefficients = distribution(command.by_zone.coefficients);
+    simulation.critical_temperature = distribution(command.by_zone.critical_temperature);
+    simulation.recession = distribution(command.by_zone.recession);
+    simulation.initial_runoff = single_cell(command.initial_runoff);
+    if (command.rain_threshold) simulation.precipitation_threshold = single_cell(*command.rain_threshold);
+    // The parameter table holds x and y; the index does not keep the two cells.
+    simulation.initial_x.reset();
+    simulation.initial_y.reset();
+}
+
+/// Puts a simulation into the index: in the place of one of the same name, or behind the others.
+void store_simulation(BasinDatabase& database, const Simulation& simulation) {
+    const TableSchema table = template_table(k_simulation_index);
+    auto rows = read_table<Simulation>(database, table);
+    const auto same = std::find_if(rows.begin(), rows.end(),
+                                   [&](const Simulation& row) { return same_name(row.name, simulation.name); });
+    if (same == rows.end()) {
+        rows.push_back(simulation);
+    } else {
+        *same = simulation;
+    }
+    clear_table(database, k_simulation_index);
+    add_rows<Simulation>(database, table, rows);
+}
+
+void store_latitude(BasinDatabase& database, double latitude) {
+    BasinDescription basin = read_basin_description(database);
+    basin.latitude = latitude;
+    write_basin_description(database, basin);
+}
+
+/// The new simulation, or nothing where the import was refused and the basin is as it was.
+std::optional<Simulation> import_into(BasinDatabase& database, const LegacyFile& file, const ImportCommand& command,
+                                      BatchDialogs& dialogs) {
+    std::optional<Simulation> imported;
+    const std::string offered = offered_simulation_name(path_text(command.file.filename()));
+    if (command.name) dialogs.prepare_input(*command.name);
+    database.in_transaction([&] {
+        auto record = import_legacy(database, file, offered, dialogs);
+        if (!record) return false;
+        apply_options(command, record->definition);
+        store_simulation(database, record->definition);
+        if (command.latitude) store_latitude(database, *command.latitude);
+        imported = record->definition;
+        return true;
+    });
+    return imported;
+}
+
+/// The same into a new basin, which gets its name once it is whole.
+std::optional<Simulation> import_into_new(const LegacyFile& file, const ImportCommand& command,
+                                          BatchDialogs& dialogs) {
+    const fs::path beside = name_beside(command.basin);
+    std::optional<Simulation> imported;
+    try {
+        BasinDatabase::create_template(beside);
+        {
+            BasinDatabase database{beside, Access::ReadWrite};
+            imported = import_into(database, file, command, dialogs);
+        }
+        if (imported) move_to_new_name(beside, command.basin);
+    } catch (...) {
+        std::error_code ignored;  // the fault that led here is what the user has to hear of
+        fs::remove(beside, ignored);
+        throw;
+    }
+    std::error_code ignored;  // gone already where it got its name
+    fs::remove(beside, ignored);
+    return imported;
+}
+
+std::optional<LegacyFile> read_file(const fs::path& path, BatchDialogs& dialogs) {
+    try {
+        return read_legacy_file(read_whole_file(path, k_largest_file));
+    } catch (const LegacyFileError& error) {
+        dialogs.report_problem(k_title, fmt::format("The file '{}' can't be read as a legacy data file. {}.",
+                                                    path_text(path), error.what()));
+    } catch (const FileError& error) {
+        dialogs.report_problem(k_title, error.what());
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+int import_command(const ImportCommand& command, BatchDialogs& dialogs, std::ostream& out) {
+    if (!options_acceptable(command, dialogs)) return k_said_no;
+    const auto file = read_file(command.file, dialogs);
+    if (!file) return k_said_no;
+    try {
+        std::optional<Simulation> imported;
+        if (fs::exists(fs::symlink_status(command.basin))) {
+            BasinDatabase database{command.basin, Access::ReadWrite};
+            imported = import_into(database, *file, command, dialogs);
+        } else {
+            imported = import_into_new(*file, command, dialogs);
+        }
+        if (!imported) {
+            dialogs.report_problem(k_title, "Nothing was imported; the basin is as it was.");
+            return k_said_no;
+        }
+        out << fmt::format("Imported '{}' into {}: {} zones, {} days from {} to {}.\n", imported->name,
+                           path_text(command.basin), file->zones.size(), file->end - file->start + 1,
+                           iso_date_text(file->start), iso_date_text(file->end));
+        return k_done;
+    } catch (const StoreError& error) {
+        dialogs.report_problem(k_title, error.what());
+    } catch (const FileError& error) {
+        dialogs.report_problem(k_title, error.what());
+    }
+    return k_said_no;
+}
+
+}  // namespace nivora

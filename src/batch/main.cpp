@@ -1,0 +1,15 @@
+// The headless program of Nivora.
+
+#include <exception>
+#include <iostream>
+
+#include "batch/command_line.h"
+
+int main(int argc, char** argv) {
+    try {
+        return nivora::run_command_line(argc, argv, std::cout, std::cerr);
+    } catch (const std::exception& error) {
+        std::cerr << "Unexpected error: " << error.what() << '\n';
+        return 1;
+    }
+}

@@ -1,0 +1,128 @@
+#include <ostream>
+
+#include <fmt/format.h>
+
+#include "base/number_text.h"
+#include "batch/commands.h"
+#include "batch/json.h"
+#include "engine/lag_distribution.h"
+#include "engine/results_summary.h"
+#include "engine/run_driver.h"
+#include "session/session.h"
+
+namespace nivora {
+namespace {
+
+/// Opens the basin in the session and selects the simulation; false after a report.
+bool select_in(Session& session, const RunCommand& command, BatchDialogs& dialogs) {
+    BasinState& basin = session.basin;
+    basin.Basin_File = command.basin;
+    basin.Work_File = command.basin;
+    basin.New_Basin = false;
+    {
+        BasinDatabase database{command.basin, Access::ReadOnly};
+        read_basin(database, basin);
+    }
+    const auto row = find_simulation(basin, command.simulation);
+    if (row) {
+        select_simulation(basin, *row);
+        return true;
+    }
+    std::string names;
+    for (const Simulation& simulation : basin.simulations) names += (names.empty() ? "'" : ", '") + simulation.name + "'";
+    dialogs.report_problem("No such simulation",
+                           fmt::format("The basin has no simulation '{}'. It has: {}.", command.simulation,
+                                       names.empty() ? "none" : names));
+    return false;
+}
+
+/// Takes the lag shares as the window of the distribution would; false after its message.
+bool take_lag_shares(Session& session, const RunCommand& command) {
+    if (command.lag_shares.empty()) return true;
+    const auto days = static_cast<double>(command.lag_shares.size());
+    auto problem = lag_day_count_problem(days);
+    if (!problem) problem = lag_total_problem(lag_total_text(command.lag_shares));
+    if (problem) {
+        session.dialogs.message(*problem);
+        return false;
+    }
+    session.run.LagDistribution = lag_distribution(days, command.lag_shares);
+    return true;
+}
+
+/// Chooses the kind of run from its menu; false after a refused forecast.
+bool choose_kind(Session& session, const RunCommand& command, BatchDialogs& dialogs, int index) {
+    if (!command.forecast_days) {
+        choose_simulation(session.run);
+        return true;
+    }
+    dialogs.prepare_input(*command.forecast_days);
+    return choose_forecast(session.run, dialogs, index);
+}
+
+Json statistics_json(const RunState& run, const RunOutcome& outcome, const BatchDialogs& dialogs) {
+    const auto value = [&](float number) { return outcome.statistics_valid ? Json(number) : Json(nullptr); };
+    return {{"MeasuredVolume", value(run.MeasuredVolume)},
+            {"AvgMeasuredQ", value(run.AvgMeasuredQ)},
+            {"ComputedVolume", value(run.ComputedVolume)},
+            {"AvgComputedQ", value(run.AvgComputedQ)},
+            {"VolumeDifference", value(run.VolumeDifference)},
+            {"CoefficientR2", value(run.CoefficientR2)},
+            {"FinalQ", outcome.completed ? Json(run.FinalQ[0]) : Json(nullptr)},
+            {"RunTitle", run.RunTitle},
+            {"messages", messages_json(dialogs.messages())}};
+}
+
+/// Width of a UTF-8 text in characters.
+std::size_t character_count(const std::string& text) {
+    std::size_t count = 0;
+    for (const char c : text) count += (static_cast<unsigned char>(c) & 0xC0U) != 0x80U ? 1 : 0;
+    return count;
+}
+
+void print_line(std::ostream& out, const std::string& label, float value) {
+    constexpr std::size_t k_value_column = 46;
+    const std::size_t used = character_count(label);
+    out << label << std::string(used < k_value_column ? k_value_column - used : 1, ' ') << single_text(value) << '\n';
+}
+
+void print_statistics(const Session& session, std::ostream& out) {
+    out << statistics_caption(session.run) << '\n';
+    out << "Basin Name:  " << session.basin.basin_name << '\n';
+    out << "Simulation:  " << session.basin.Current_Sim_Name << '\n';
+    const auto labels = statistics_labels(session.basin.Units_Code);
+    const auto values = statistics_values(session.run);
+    for (std::size_t i = 0; i < labels.size(); ++i) print_line(out, labels[i], values[i]);
+    print_line(out, fmt::format("Computed Runoff of the last day ({}³/s):",
+                                session.basin.Units_Code == k_english ? 'f' : 'm'),
+               session.run.FinalQ[0]);
+}
+
+RunOutcome run_in(Session& session, const RunCommand& command, BatchDialogs& dialogs) {
+    if (!select_in(session, command, dialogs) || !take_lag_shares(session, command)) return {};
+    session.run.NoSnow = command.no_snow;
+    if (const auto problem = run_menu_problem(session.basin)) dialogs.message(problem->message);
+    const int index = command.year_round ? 1 : 0;
+    if (!choose_kind(session, command, dialogs, index)) return {};
+    return start_run({session.basin, session.run, dialogs}, index);
+}
+
+}  // namespace
+
+int run_command(const RunCommand& command, BatchDialogs& dialogs, std::ostream& out) {
+    Session session{dialogs};
+    RunOutcome outcome;
+    try {
+        outcome = run_in(session, command, dialogs);
+    } catch (const StoreError& error) {
+        dialogs.report_problem("The basin can't be read", error.what());
+    }
+    if (command.json) {
+        out << printed(statistics_json(session.run, outcome, dialogs));
+    } else if (outcome.statistics_valid) {
+        print_statistics(session, out);
+    }
+    return outcome.completed && outcome.statistics_valid && !dialogs.said_no() ? k_done : k_said_no;
+}
+
+}  // namespace nivora

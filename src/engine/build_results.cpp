@@ -1,0 +1,209 @@
+#include "engine/build_results.h"
+
+#include <cmath>
+
+#include <SQLiteCpp/Statement.h>
+#include <fmt/format.h>
+
+#include "base/number_text.h"
+#include "store/table_io.h"
+
+namespace nivora {
+namespace {
+
+constexpr float k_no_prior_runoff = -99.0F;
+constexpr double k_runoff_tolerance = 0.2;
+
+/// Daily data of one zone and day as the join gives it.
+struct SourceRow {
+    DayCount date = 0;
+    std::int16_t zone = 0;
+    float runoff, tmax, tmin, tavg, precip, sca, net_radiation, lapse_rate, tcrit, an, lag, cs, cr, rca;
+    double x, y;
+
+    template <typename Self, typename Visitor>
+    static void visit(Self& row, Visitor&& field) {
+        field(row.date), field(row.zone), field(row.runoff), field(row.tmax), field(row.tmin), field(row.tavg);
+        field(row.precip), field(row.sca), field(row.net_radiation), field(row.lapse_rate), field(row.tcrit);
+        field(row.an), field(row.lag), field(row.cs), field(row.cr), field(row.rca), field(row.x), field(row.y);
+    }
+};
+
+/// The discharge of the day before the run, where more than one row of that day is stored: a basin of one zone never
+/// has it. A missing value counts as none.
+float prior_runoff(BasinDatabase& database, DayCount day) {
+    return guarded([&] {
+        SQLite::Statement query{database.sql(), "SELECT Runoff FROM PhysicalData WHERE Date = ? ORDER BY Zone"};
+        query.bind(1, day);
+        float first = k_no_prior_runoff;
+        int count = 0;
+        while (query.executeStep()) {
+            if (count++ > 0) continue;
+            float runoff = k_missing;
+            read_value(query, 0, runoff);
+            if (!is_missing(static_cast<double>(runoff))) first = runoff;
+        }
+        return count > 1 ? first : k_no_prior_runoff;
+    });
+}
+
+/// The rows of the period, all days of zone 1 first. The zones are found one by one along the key, so that the cost
+/// follows the period and not the length of the record.
+std::vector<SourceRow> source_rows(BasinDatabase& database, const std::string& simulation, DayCount start,
+                                   DayCount end) {
+    return guarded([&] {
+        const std::string parameters = quoted_name(database.stored_name(simulation).value_or(simulation));
+        SQLite::Statement query{
+            database.sql(),
+            fmt::format("WITH RECURSIVE zones(n) AS (SELECT min(Zone) FROM PhysicalData UNION ALL "
+                        "SELECT (SELECT min(Zone) FROM PhysicalData WHERE Zone > n) FROM zones WHERE n IS NOT NULL) "
+                        "SELECT p.Date, p.Zone, Runoff, Tmax, Tmin, Tavg, Precip, SCA, NetRadiation, LapseRate, Tcrit, "
+                        "An, LagTime, Cs, Cr, RCA, Xcoeff, Ycoeff FROM zones CROSS JOIN PhysicalData AS p "
+                        "INNER JOIN {} AS s ON s.Zone = p.Zone AND s.Date = p.Date "
+                        "WHERE p.Zone = n AND p.Date >= ?1 AND p.Date <= ?2 ORDER BY p.Zone, p.Date",
+                        parameters)};
+        query.bind(1, start);
+        query.bind(2, end);
+        return read_rows<SourceRow>(query);
+    });
+}
+
+/// The rows, or none after a message where the store refuses.
+std::vector<SourceRow> source_rows_or_message(BasinDatabase& database, const BasinState& basin, DayCount start,
+                                              DayCount end, Dialogs& dialogs) {
+    try {
+        return source_rows(database, basin.Current_Sim_Name, start, end);
+    } catch (const StoreError& error) {
+        dialogs.message({.text = std::string{"Can't open PhysicalData table. "} + error.what()});
+        return {};
+    }
+}
+
+/// Whether the run may start from the initial runoff that the simulation gives.
+bool accepts_initial_runoff(const RunState& run, float prior, float first_runoff, Dialogs& dialogs) {
+    Message question{.buttons = Buttons::OkCancel};
+    const double initial = static_cast<double>(run.InitialRunoff);
+    if (prior == k_no_prior_runoff) {
+        const double first = static_cast<double>(first_runoff);
+        if (!(std::abs(initial - first) > first * k_runoff_tolerance)) return true;
+        question.title = "Warning, possible data problem";
+        question.text = fmt::format(
+            "There is a significant difference between your InitialRunoffValue {{{}}} and day #1's Measured Runoff "
+            "{{{}}}.  Continue?",
+            single_text(run.InitialRunoff), single_text(first_runoff));
+    } else {
+        if (prior == run.InitialRunoff) return true;
+        question.title = "Inconsistent data";
+        question.text = fmt::format(
+            "The InitialRunoffValue for this simulation {{{}}} is different than that found in the basin database "
+            "{{{}}}.  Continue?",
+            single_text(run.InitialRunoff), single_text(prior));
+    }
+    return dialogs.message(question) == Answer::Ok;
+}
+
+void fill_row(SimResults& t, std::size_t row, const SourceRow& source, bool no_snow) {
+    t.Zone[row] = source.zone;
+    t.Date[row] = source.date;
+    t.ActualQ[row] = source.runoff;
+    t.TMax[row] = t.TMaxCC[row] = source.tmax;
+    t.Tmin[row] = t.TminCC[row] = source.tmin;
+    t.TAvg[row] = t.TAvgCC[row] = source.tavg;
+    t.Precip[row] = t.PrecipCC[row] = source.precip;
+    t.SCA[row] = no_snow ? 0.0F : source.sca;
+    t.SCACC[row] = source.sca;  // the observed cover in every case
+    t.LR[row] = t.LRCC[row] = source.lapse_rate;
+    t.Tcrit[row] = t.TcritCC[row] = source.tcrit;
+    t.AN[row] = t.ANCC[row] = source.an;
+    t.CS[row] = t.CSCC[row] = source.cs;
+    t.CR[row] = t.CRCC[row] = source.cr;
+    t.LagTime[row] = t.LagTimeCC[row] = source.lag;
+    t.RCA[row] = t.RCACC[row] = source.rca;
+    t.NetRad[row] = t.NetRadCC[row] = source.net_radiation;
+    t.Xcoeff[row] = t.XcoeffCC[row] = source.x;
+    t.YCoeff[row] = t.YCoeffCC[row] = source.y;
+    t.SCAclim[row] = t.SCAclimWA[row] = t.SCAclimWAMA[row] = 0.0F;
+    t.MDCincl[row] = t.MDCexcl[row] = t.MDCexclWA[row] = t.MDCexclWAnew[row] = t.MeltOffset[row] = 0.0F;
+    t.DailyQPresent[row] = 0.0;
+}
+
+/// Replaces the table in the file; nothing after a message where the store refuses.
+std::unique_ptr<ResultsReplacement> replace_or_message(BasinDatabase& database, Dialogs& dialogs) {
+    try {
+        return std::make_unique<ResultsReplacement>(database);
+    } catch (const StoreError& error) {
+        dialogs.message(results_fault_message(error));
+        return nullptr;
+    }
+}
+
+}  // namespace
+
+Message missing_data_message(const BasinState& basin) {
+    return {.text = fmt::format("The current database is missing variables and/or parameters needed to run '{}'!",
+                                basin.Current_Sim_Name),
+            .title = "Run aborting, possible invalid simulation definition",
+            .icon = Icon::Stop};
+}
+
+Message results_fault_message(const StoreError& error) {
+    Message message{.icon = Icon::Stop};
+    if (error.fault() == StoreFault::Busy) {
+        message.text =
+            "Conflict while accessing the 'SimResults' table.  Make sure you close the 'Simulation Results' window "
+            "before proceeding";
+    } else {
+        message.text = fmt::format("{} {}", static_cast<int>(error.fault()), error.what());
+        message.title = "Unexpected error!  Simulation aborted.";
+    }
+    return message;
+}
+
+int february_days(DayCount start, DayCount end) {
+    const CivilDate first = civil_date(start);
+    int year = civil_date(end).year;
+    if (first.year < year && first.month < 3) year = first.year;
+    const bool leap = year % 100 == 0 ? year % 400 == 0 : year % 4 == 0;
+    return leap ? 29 : 28;
+}
+
+BuiltResults Build_SimResults(BasinDatabase& database, const BasinState& basin, RunState& run, Dialogs& dialogs,
+                              const ApplyScenario& apply_scenario) {
+    BuiltResults built;
+    const Simulation& simulation = *basin.current_simulation();
+    const DayCount start = *simulation.start;
+    const DayCount end = *simulation.end;
+    run.MonthDays[2] = february_days(start, end);
+
+    float prior = k_no_prior_runoff;
+    std::vector<SourceRow> source;
+    try {
+        prior = prior_runoff(database, start - 1);
+    } catch (const StoreError&) {
+        prior = k_no_prior_runoff;  // the query for the run's own data tells what is wrong with the table
+    }
+    source = source_rows_or_message(database, basin, start, end, dialogs);
+    if (source.empty()) {
+        built.Status = 1;
+        dialogs.message(missing_data_message(basin));
+        return built;
+    }
+
+    built.replacement = replace_or_message(database, dialogs);
+    if (!built.replacement) return built;
+    if (!accepts_initial_runoff(run, prior, source.front().runoff, dialogs)) {
+        built.Status = 1;
+        return built;
+    }
+    built.results.resize(source.size());
+    for (std::size_t row = 0; row < source.size(); ++row) fill_row(built.results, row, source[row], run.NoSnow);
+
+    if (static_cast<double>(source.back().zone) != leading_number(basin.zones_text)) {
+        dialogs.stop("# of zones with variable and parameter values don't match basin definition", "Fatal error");
+        return built;
+    }
+    if (run.ClimateStep == 1 && apply_scenario) apply_scenario(database, built.results);
+    return built;
+}
+
+}  // namespace nivora

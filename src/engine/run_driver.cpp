@@ -1,0 +1,182 @@
+#include "engine/run_driver.h"
+
+#include <array>
+
+#include "base/number_text.h"
+#include "base/text.h"
+#include "engine/runoff_custom_lag.h"
+#include "engine/runoff_simulation.h"
+#include "engine/run_statistics.h"
+#include "engine/snow_melt.h"
+#include "engine/zone_inputs.h"
+#include "engine/zone_totals.h"
+
+namespace nivora {
+namespace {
+
+constexpr double k_below_first_elevation = -0.00001;
+
+RunMenuProblem zone_problem(int zone, const char* text) {
+    return {{.text = text, .title = "Invalid zone description"}, RunMenuProblem::Place::Zone, zone};
+}
+
+std::optional<RunMenuProblem> first_zone_problem(const BasinState& basin) {
+    double previous = k_below_first_elevation;
+    for (int number = 1; number <= basin.ZoneCount; ++number) {
+        const auto index = static_cast<std::size_t>(number - 1);
+        const Zone zone = index < basin.zones.size() ? basin.zones[index] : Zone{};
+        if (zone.area.value_or(0.0) == 0.0) return zone_problem(number, "Zone area must be greater than zero!");
+        const double elevation = zone.elevation.value_or(0.0);
+        if (!(elevation > previous)) {
+            return zone_problem(number, "Hypsometric elevations must be in increasing order by zone");
+        }
+        previous = elevation;
+    }
+    return std::nullopt;
+}
+
+std::string title_of(const char* caption) { return std::string{caption}.substr(1); }
+
+bool accepts_blank_latitude(const BasinState& basin, Dialogs& dialogs) {
+    if (!trimmed(basin.latitude_text).empty()) return true;
+    return dialogs.message({.text = "A positive or blank latitude indicates a basin located in the northern hemisphere, "
+                                    "a negative latitude indicates a basin located in the southern hemisphere.  "
+                                    "Continue processing?",
+                            .title = "Missing latitude",
+                            .buttons = Buttons::YesNo}) == Answer::Yes;
+}
+
+/// Brings the rows to the file; false after a message where the store refuses.
+bool store_results(BuiltResults& built, Dialogs& dialogs) {
+    if (!built.replacement) return false;
+    try {
+        built.replacement->commit(built.results);
+        built.replacement.reset();
+        return true;
+    } catch (const StoreError& error) {
+        built.replacement.reset();
+        dialogs.message(results_fault_message(error));
+        return false;
+    }
+}
+
+void mark_outcome(RunContext context, bool completed) {
+    context.run.results_enabled = false;
+    context.run.LastRunSimulation.clear();
+    if (!completed) return;
+    context.basin.Input_Changed = false;
+    context.run.results_enabled = true;
+    context.basin.Output_Valid = true;
+    context.run.LastRunSimulation = context.basin.Current_Sim_Name;
+}
+
+/// The working file, or nothing after the messages that follow one another without it.
+std::unique_ptr<BasinDatabase> open_or_message(const BasinState& basin, Dialogs& dialogs) {
+    try {
+        return std::make_unique<BasinDatabase>(basin.Work_File, Access::ReadWrite);
+    } catch (const StoreError& error) {
+        dialogs.message({.text = "Can't open database."});
+        dialogs.message({.text = std::string{"Can't open PhysicalData table. "} + error.what()});
+        dialogs.message(missing_data_message(basin));
+        return nullptr;
+    }
+}
+
+RunOutcome run_on(BasinDatabase& database, RunContext context) {
+    RunOutcome outcome;
+    BuiltResults built = Build_SimResults(database, context.basin, context.run, context.dialogs, nullptr);
+    outcome.results_rebuilt = built.replacement != nullptr;
+    if (outcome.results_rebuilt) context.basin.Basin_Changed = true;
+    if (built.Status == 1 || !accepts_blank_latitude(context.basin, context.dialogs)) {
+        if (outcome.results_rebuilt) store_results(built, context.dialogs);
+        return outcome;
+    }
+    const bool reached_end = Run_Model(built.results, context, outcome.statistics_valid);
+    const bool stored = store_results(built, context.dialogs);
+    outcome.completed = reached_end && stored;
+    mark_outcome(context, outcome.completed);
+    Prepare_Zone_Totals(built.results, context.basin.ZoneCount, context.run);
+    return outcome;
+}
+
+}  // namespace
+
+std::optional<RunMenuProblem> run_menu_problem(const BasinState& basin) {
+    if (basin.current_simulation() == nullptr) {
+        return RunMenuProblem{{.text = "Identify a simulation before attempting a calculation!",
+                               .title = "Simulation Error!"},
+                              RunMenuProblem::Place::None,
+                              0};
+    }
+    if (trimmed(basin.reference_elevation_text).empty()) {
+        return RunMenuProblem{{.text = "Please provide a basin reference elevation before continuing",
+                               .title = "Missing a required value",
+                               .icon = Icon::Stop},
+                              RunMenuProblem::Place::ReferenceElevation,
+                              0};
+    }
+    return first_zone_problem(basin);
+}
+
+const char* simulation_caption(int index) {
+    return index == 0 ? "&Melt Season Simulation" : "&Year round Simulation";
+}
+
+const char* forecast_caption(int index) { return index == 0 ? "&Melt Season Forecast" : "&Year round Forecast"; }
+
+void choose_simulation(RunState& run) {
+    run.RunKind = k_run_kind_simulation_chosen;
+    run.UpdateInterval = 0;
+}
+
+bool choose_forecast(RunState& run, Dialogs& dialogs, int index) {
+    run.UpdateInterval = 0;
+    const auto answer = dialogs.input(
+        {.prompt = "Enter the frequency (1-9 days) for updating simulated runoff with observed values",
+         .title = "Enter Forecast Frequency",
+         .proposed = {}});
+    run.RunKind = index;
+    run.RunTitle = title_of(forecast_caption(index));
+    const std::string text{trimmed(answer.value_or(""))};
+    if (text.size() == 1 && text.front() >= '1' && text.front() <= '9') {
+        run.UpdateInterval = text.front() - '0';
+        return true;
+    }
+    dialogs.message({.text = "Updating interval for forecasting must be 1-9 (days).  Forecast run aborted.",
+                     .title = "Invalid forecast frequency!"});
+    return false;
+}
+
+bool Run_Model(SimResults& results, RunContext context, bool& statistics_valid) {
+    auto& [basin, run, dialogs] = context;
+    statistics_valid = false;
+    if (!Zone_Inputs(results, basin, run, dialogs)) return false;
+    Snow_Melt(results, basin, run, dialogs);
+    const bool custom_lag = run.LagDistribution[0] > 0.0F;
+    const bool reached_end = custom_lag ? Runoff_Custom_Lag(results, basin, run, dialogs)
+                                        : Runoff_Simulation(results, basin, run, dialogs);
+    if (reached_end) statistics_valid = Run_Statistics(results, run, dialogs);
+    return reached_end;
+}
+
+RunOutcome start_run(RunContext context, int index) {
+    auto& [basin, run, dialogs] = context;
+    if (run.RunKind == k_run_kind_simulation_chosen) {
+        run.RunKind = index + k_melt_season_simulation;
+        run.RunTitle = title_of(simulation_caption(index));
+    }
+    const Simulation* simulation = basin.current_simulation();
+    if (simulation == nullptr || !simulation->start || !simulation->end) {
+        dialogs.stop("Please check the start/end dates for this simulation!");
+        return {};
+    }
+    run.RunStart = *simulation->start;
+    run.RunEnd = *simulation->end;
+    run.ClimateStep = 0;
+    run.InitialRunoff = static_cast<float>(simulation->value(13).value_or(0.0));
+    const auto database = open_or_message(basin, dialogs);
+    if (!database) return {};
+    return run_on(*database, context);
+}
+
+}  // namespace nivora

@@ -1,0 +1,62 @@
+// Where a user's command enters the model: the checks before a run, the choice of its kind, and the run itself.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "base/dialogs.h"
+#include "engine/build_results.h"
+#include "engine/run_state.h"
+
+namespace nivora {
+
+/// What a run works on and with.
+struct RunContext {
+    BasinState& basin;
+    RunState& run;
+    Dialogs& dialogs;
+};
+
+/// What opening the Run menu finds wrong, and where the user has to look.
+struct RunMenuProblem {
+    enum class Place { None, ReferenceElevation, Zone };
+
+    Message message;
+    Place place = Place::None;
+    int zone = 0;  ///< 1 to 16 where the place is a zone
+};
+
+/// The checks at the opening of the Run menu, in their order; the first failure counts. They report and disable nothing.
+[[nodiscard]] std::optional<RunMenuProblem> run_menu_problem(const BasinState& basin);
+
+/// Captions of the run commands, the accelerator marked by "&". Index 0 melt season, 1 year round.
+[[nodiscard]] const char* simulation_caption(int index);
+[[nodiscard]] const char* forecast_caption(int index);
+
+/// The choice of the Simulation menu, before one of its items.
+void choose_simulation(RunState& run);
+
+/// The choice of an item of the Forecast menu: asks for the updating interval, 1 to 9 days.
+///
+/// @return whether the run may start; a refused interval has been shown
+[[nodiscard]] bool choose_forecast(RunState& run, Dialogs& dialogs, int index);
+
+/// How a run ended.
+struct RunOutcome {
+    bool results_rebuilt = false;   ///< the old results table is gone
+    bool completed = false;         ///< all stages reached their end, and the table is in the file
+    bool statistics_valid = false;  ///< the statistics were worked out without a fault
+};
+
+/// The stages of a run after the building of its table: zone inputs, snow and melt, runoff, statistics.
+///
+/// @param statistics_valid set to whether the statistics were worked out without a fault
+/// @return whether all stages reached their end
+[[nodiscard]] bool Run_Model(SimResults& results, RunContext context, bool& statistics_valid);
+
+/// Runs the current simulation over its period, with the results table read from and left in the working file.
+///
+/// @param index 0 melt season, 1 year round; after choose_simulation or choose_forecast
+RunOutcome start_run(RunContext context, int index);
+
+}  // namespace nivora

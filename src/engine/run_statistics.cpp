@@ -1,0 +1,97 @@
+#include "engine/run_statistics.h"
+
+#include <vector>
+
+namespace nivora {
+namespace {
+
+constexpr double k_seconds_a_day = 86400.0;
+constexpr double k_million = 1000000.0;
+
+/// Measured and computed discharge of the period's days.
+struct Hydrographs {
+    std::vector<double> measured;
+    std::vector<double> computed;
+};
+
+/// A sum and a count that leave missing values out.
+struct Total {
+    double sum = 0.0;
+    std::size_t count = 0;
+
+    [[nodiscard]] float average() const {
+        return to_single(count == 0 ? static_cast<double>(k_missing) : sum / static_cast<double>(count));
+    }
+    [[nodiscard]] float single_sum() const { return to_single(count == 0 ? static_cast<double>(k_missing) : sum); }
+};
+
+Hydrographs hydrographs(const SimResults& t, const RunState& run) {
+    Hydrographs curves;
+    for (std::size_t row = 0; row < t.size(); ++row) {
+        if (t.Zone[row] != 1 || t.Date[row] < run.RunStart || t.Date[row] > run.RunEnd) continue;
+        const double present = t.DailyQPresent[row];
+        curves.measured.push_back(run.ClimateStep == 6 ? present : static_cast<double>(t.ActualQ[row]));
+        curves.computed.push_back(run.ClimateStep == 3 ? present : t.DailyQ[row]);
+    }
+    return curves;
+}
+
+Total total(const std::vector<double>& values) {
+    Total result;
+    for (const double value : values) {
+        if (is_missing(value)) continue;
+        result.sum += value;
+        ++result.count;
+    }
+    return result;
+}
+
+float volume(float sum) {
+    const float product = to_single(static_cast<double>(sum) * k_seconds_a_day);
+    return to_single(static_cast<double>(product) / k_million);
+}
+
+void determination(const Hydrographs& curves, RunState& run) {
+    const double scale = 1.0 / static_cast<double>(curves.measured.size());
+    const double mean = static_cast<double>(run.AvgMeasuredQ);
+    float sum_mean = 0.0F;
+    float sum_difference = 0.0F;
+    for (std::size_t day = 0; day < curves.measured.size(); ++day) {
+        const double from_mean = curves.measured[day] - mean;
+        const double from_computed = curves.measured[day] - curves.computed[day];
+        sum_mean = to_single(static_cast<double>(sum_mean) + from_mean * from_mean);
+        sum_difference = to_single(static_cast<double>(sum_difference) + from_computed * from_computed);
+    }
+    const double variance = static_cast<double>(sum_mean) * scale;
+    if (variance == 0.0) return;
+    run.CoefficientR2 = to_single((variance - static_cast<double>(sum_difference) * scale) / variance);
+}
+
+void work(const SimResults& results, RunState& run) {
+    const Hydrographs curves = hydrographs(results, run);
+    if (curves.measured.empty()) throw no_record_fault();
+    const Total measured = total(curves.measured);
+    const Total computed = total(curves.computed);
+    run.AvgMeasuredQ = measured.average();
+    run.MeasuredVolume = volume(measured.single_sum());
+    run.AvgComputedQ = computed.average();
+    run.ComputedVolume = volume(computed.single_sum());
+    determination(curves, run);
+    if (run.MeasuredVolume == 0.0F) return;
+    const double reference = static_cast<double>(run.MeasuredVolume);
+    run.VolumeDifference = to_single((reference - static_cast<double>(run.ComputedVolume)) / reference * 100.0);
+}
+
+}  // namespace
+
+bool Run_Statistics(const SimResults& results, RunState& run, Dialogs& dialogs) {
+    try {
+        work(results, run);
+        return true;
+    } catch (const Fault& fault) {
+        dialogs.stop(fault.what(), "Run statistics failed, probably caused by missing/invalid data");
+        return false;
+    }
+}
+
+}  // namespace nivora

@@ -1,0 +1,69 @@
+#include "engine/runoff_custom_lag.h"
+
+#include <algorithm>
+
+#include "engine/lag_distribution.h"
+
+namespace nivora {
+namespace {
+
+/// The inputs of the last days, oldest first, and their shares.
+class LagQueue {
+public:
+    LagQueue(std::vector<double> weights, double first_input)
+        : weights_(std::move(weights)), inputs_(weights_.size(), first_input) {}
+
+    /// Takes in the day's input and gives the lagged one; not a number where it is too large.
+    double release(double input) {
+        inputs_.back() = input;
+        double lagged = 0.0;
+        for (std::size_t i = 0; i < inputs_.size(); ++i) lagged += inputs_[i] * weights_[i];
+        std::shift_left(inputs_.begin(), inputs_.end(), 1);
+        return lagged;
+    }
+
+private:
+    std::vector<double> weights_;
+    std::vector<double> inputs_;
+};
+
+std::vector<double> daily_inputs(const RunoffColumns& columns, const RunoffBasin& basin,
+                                 const std::vector<DayRows>& days, RunState& run) {
+    std::vector<double> inputs;
+    inputs.reserve(days.size());
+    for (const DayRows& rows : days) inputs.push_back(day_input(columns, basin, rows, run).flow);
+    return inputs;
+}
+
+}  // namespace
+
+bool Runoff_Custom_Lag(SimResults& results, BasinState& basin, RunState& run, Dialogs& dialogs) {
+    const RunoffColumns columns = runoff_columns(results, run.ClimateStep);
+    const RunoffBasin constants = runoff_basin(basin);
+    const RowOrder order = rows_by_day(results, run.RunStart, run.RunEnd);
+    const std::vector<DayRows> days = days_of(order, constants.zones);
+    const std::vector<double> inputs = daily_inputs(columns, constants, days, run);
+    if (days.empty()) return true;
+
+    LagQueue queue{lag_weights(run.LagDistribution), inputs.front()};
+    Recession recession{run.InitialRunoff};
+    double rain_share = 0.0;
+    double lagged = 0.0;
+    for (std::size_t day = 0; day < days.size(); ++day) {
+        const std::size_t row = days[day].front();
+        assign_field(columns.total_melt[row], inputs[day]);
+        if (columns.precipitation[row] >= constants.threshold) {
+            const auto mean = static_cast<float>(basin_rain(columns, constants, days[day], rain_share));
+            if (mean >= constants.threshold) recession.start_high_flow();
+        }
+        if (!recession.prepare_day(columns.recession_x[row], columns.recession_y[row], dialogs)) return false;
+        assign_if_number(lagged, queue.release(inputs[day]));
+        assign_if_number(columns.computed[row], recession.discharge(lagged));
+        assign_if_number(recession.Q, columns.computed[row]);
+    }
+    const auto last = static_cast<float>(columns.computed[days.back().front()]);
+    if (std::isfinite(last)) run.FinalQ[static_cast<std::size_t>(run.ClimateStep)] = last;
+    return true;
+}
+
+}  // namespace nivora

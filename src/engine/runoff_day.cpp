@@ -1,0 +1,142 @@
+#include "engine/runoff_day.h"
+
+#include <algorithm>
+
+#include "base/number_text.h"
+
+namespace nivora {
+namespace {
+
+constexpr double k_seconds_a_day = 86400.0;
+constexpr float k_threshold_cm = 6.0F;
+constexpr float k_threshold_inches = 2.36F;
+constexpr double k_smallest_share = 0.01;
+constexpr double k_high_flow_factor = 4.0;
+
+constexpr const char* k_recession_text =
+    " Present x, y recession coefficient values result in k => 1 which was replaced by the limit k = 0.99 in order to "
+    "avoid impossible results.  The user is advised to select new x and y values to keep k < 1. ";
+
+float threshold_of(BasinState& basin) {
+    Simulation* simulation = basin.current_simulation();
+    if (simulation != nullptr && simulation->precipitation_threshold) return *simulation->precipitation_threshold;
+    const float threshold = basin.Units_Code == k_english ? k_threshold_inches : k_threshold_cm;
+    if (simulation != nullptr) simulation->precipitation_threshold = threshold;
+    basin.Basin_Changed = true;
+    basin.Input_Changed = true;
+    return threshold;
+}
+
+void add_climate_sums(RunState& run, std::size_t zone, float zonal_melt, float new_melt, float rain) {
+    if (run.ClimateStep < 1 || run.ClimateStep > 3) return;
+    if (zone > k_climate_zones) return;  // there is no room for more zones, and the run goes on without their sums
+    auto& sums = run.ClimateSums[zone][static_cast<std::size_t>(run.ClimateStep)];
+    const auto add = [](float& sum, double value) {
+        const auto result = static_cast<float>(static_cast<double>(sum) + value);
+        if (std::isfinite(result)) sum = result;
+    };
+    const double melt = static_cast<double>(zonal_melt);
+    const double fresh = static_cast<double>(new_melt);
+    const double wet = static_cast<double>(rain);
+    add(sums[1], melt + fresh + wet);
+    add(sums[2], melt);
+    add(sums[3], wet);
+    add(sums[4], fresh);
+}
+
+}  // namespace
+
+RunoffColumns runoff_columns(SimResults& t, int climate_step) {
+    const std::vector<double>* present = climate_step == 6 ? &t.DailyQPresent : nullptr;
+    if (uses_changed_climate(climate_step)) {
+        const std::vector<float>& cover = climate_step == 2 ? t.SCACC : climate_step == 6 ? t.SCAclimWAMA : t.SCA;
+        return {t.ZoneDDCC, t.PrecipCC, t.TcritCC, t.ANCC,      t.CRCC,      t.CSCC,     t.RCACC, t.XcoeffCC, t.YCoeffCC,
+                t.LagTimeCC, cover,     t.Cpr,     t.M1S,       t.ZonalMelt, t.TotalMelt, &t.ActualQ, present, t.DailyQ};
+    }
+    std::vector<double>& computed = climate_step == 3 ? t.DailyQPresent : t.DailyQ;
+    return {t.ZoneDD,  t.Precip, t.Tcrit, t.AN,  t.CR,        t.CS,        t.RCA,      t.Xcoeff, t.YCoeff,
+            t.LagTime, t.SCA,    t.Cpr,   t.M1S, t.ZonalMelt, t.TotalMelt, &t.ActualQ, present,  computed};
+}
+
+RunoffBasin runoff_basin(BasinState& basin) {
+    RunoffBasin constants;
+    constants.zones = static_cast<std::size_t>(basin.ZoneCount);
+    const Simulation* simulation = basin.current_simulation();
+    const bool english = simulation != nullptr && simulation->text(5) == "English";
+    const double depth = (english ? 0.0833 : 0.01) / k_seconds_a_day;
+    const double area_factor = english ? 27878400.0 : 1000000.0;
+    constants.areas.assign(constants.zones + 1, 0.0F);
+    constants.depth_to_flow.assign(constants.zones + 1, 0.0);
+    for (std::size_t zone = 1; zone <= constants.zones; ++zone) {
+        const double area = zone <= basin.zones.size() ? basin.zones[zone - 1].area.value_or(0.0) : 0.0;
+        const auto rounded = static_cast<float>(area);
+        if (std::isfinite(rounded)) constants.areas[zone] = rounded;
+        constants.depth_to_flow[zone] = static_cast<double>(constants.areas[zone]) * area_factor * depth;
+    }
+    const auto basin_area = static_cast<float>(leading_number(basin.basin_area_text));
+    if (std::isfinite(basin_area)) constants.basin_area = basin_area;
+    constants.threshold = threshold_of(basin);
+    return constants;
+}
+
+DayInput day_input(const RunoffColumns& columns, const RunoffBasin& basin, DayRows rows, RunState& run) {
+    DayInput input;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const std::size_t row = rows[i];
+        const std::size_t zone = i + 1;
+        if (columns.precipitation[row] >= basin.threshold) input.heavy_rain = true;
+        assign_field(columns.zonal_melt[row],
+                     static_cast<double>(columns.cover[row]) * (static_cast<double>(columns.degree_days[row]) *
+                                                                static_cast<double>(columns.degree_day_factor[row])));
+        const float melt = columns.zonal_melt[row];
+        const float fresh = columns.new_snow_melt[row];
+        const float rain = columns.rain[row];
+        add_climate_sums(run, zone, melt, fresh, rain);
+        const double depth = static_cast<double>(columns.rain_coefficient[row]) *
+                                 (static_cast<double>(fresh) + static_cast<double>(rain)) +
+                             static_cast<double>(columns.snow_coefficient[row]) * static_cast<double>(melt);
+        assign_if_number(input.flow, input.flow + basin.depth_to_flow[zone] * depth);
+    }
+    return input;
+}
+
+double basin_rain(const RunoffColumns& columns, const RunoffBasin& basin, DayRows rows, double& share) {
+    double sum = 0.0;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const std::size_t row = rows[i];
+        if (!(columns.degree_days[row] >= columns.critical_temperature[row])) continue;
+        share = 1.0;
+        if (columns.rain_switch[row] == 0.0F) assign_if_number(share, 1.0 - static_cast<double>(columns.cover[row]));
+        assign_if_number(sum, sum + share * static_cast<double>(basin.areas[i + 1]) *
+                                        static_cast<double>(columns.precipitation[row]));
+    }
+    assign_if_number(sum, sum / static_cast<double>(basin.basin_area));
+    return sum;
+}
+
+bool Recession::prepare_day(double x, double y, Dialogs& dialogs) {
+    assign_if_number(x_, x);
+    assign_if_number(y_, y);
+    double base = Q;
+    if (high_flow_days_ > 0) {
+        assign_if_number(base, Q * k_high_flow_factor);
+        --high_flow_days_;
+    }
+    assign_if_number(share_, 1.0 - x_ * std::pow(base, -y_));
+    if (share_ > 0.0) return true;
+    share_ = k_smallest_share;
+    if (told_) return true;
+    told_ = true;
+    return dialogs.message({.text = k_recession_text, .buttons = Buttons::OkCancel}) == Answer::Ok;
+}
+
+std::vector<DayRows> days_of(const RowOrder& rows, std::size_t zones) {
+    std::vector<DayRows> days;
+    days.reserve(rows.size() / zones + 1);
+    for (std::size_t first = 0; first < rows.size(); first += zones) {
+        days.push_back(DayRows{rows}.subspan(first, std::min(zones, rows.size() - first)));
+    }
+    return days;
+}
+
+}  // namespace nivora

@@ -1,0 +1,227 @@
+#include "engine/snow_melt.h"
+
+#include <algorithm>
+#include <string>
+
+#include "base/number_text.h"
+
+namespace nivora {
+namespace {
+
+constexpr int k_season_months = 6;
+constexpr double k_least_precipitation = 0.00001;
+constexpr double k_full_cover = 0.999;
+constexpr double k_least_depletion = 0.0001;
+constexpr float k_curve_not_started = -1.0F;
+constexpr float k_curve_finished = -2.0F;
+
+/// The columns of the present or of the changed climate, and the cover that the step works on.
+struct SnowColumns {
+    const std::vector<float>& degree_days;
+    const std::vector<float>& precipitation;
+    const std::vector<float>& critical_temperature;
+    const std::vector<float>& degree_day_factor;
+    const std::vector<float>& rain_switch;
+    const std::vector<float>& cover;
+};
+
+/// What a zone carries from day to day.
+struct ZoneSnow {
+    std::optional<std::int16_t> zone;
+    bool winter = false;
+    float sum_at = 0.0F;
+    float depletion_base = k_curve_not_started;
+    float new_melt_sum = 0.0F;
+    float previous_sum_at = 0.0F;
+};
+
+/// The fields of a row while it is worked on; they reach the table together.
+struct SnowRow {
+    float degree_days = 0.0F;
+    float precipitation = 0.0F;
+    float cover = 0.0F;
+    float at = 0.0F;
+    float sum_at = 0.0F;
+    float rain = 0.0F;
+    float snow_on_store = 0.0F;
+    float new_melt = 0.0F;
+    float runoff_melt = 0.0F;
+    bool on_curve = false;  ///< whether the two curves get a value on this day
+    float curve_including = 0.0F;
+    float curve_excluding = 0.0F;
+};
+
+SnowColumns choose_columns(const SimResults& t, int climate_step) {
+    if (!uses_changed_climate(climate_step)) return {t.ZoneDD, t.Precip, t.Tcrit, t.AN, t.RCA, t.SCA};
+    const std::vector<float>& cover = climate_step == 2 ? t.SCACC : climate_step == 6 ? t.SCAclimWAMA : t.SCA;
+    return {t.ZoneDDCC, t.PrecipCC, t.TcritCC, t.ANCC, t.RCACC, cover};
+}
+
+/// The stage with all that its steps share.
+class SnowStage {
+public:
+    SnowStage(SimResults& results, const BasinState& basin, RunState& run)
+        : results_(results),
+          run_(run),
+          columns_(choose_columns(results, run.ClimateStep)),
+          season_start_(melt_season_start_month(basin.latitude_text)),
+          starts_in_winter_(!in_melt_season(civil_date(run.RunStart).month, season_start_)),
+          keeps_store_(run.NoSnow && run.ClimateStep == 0),
+          draws_curves_(run.ClimateStep == 0 || run.ClimateStep == 3) {}
+
+    void work() {
+        for (const std::size_t row : rows_by_zone(results_, run_.RunStart, run_.RunEnd)) work_row(row);
+        end_zone();
+    }
+
+private:
+    void work_row(std::size_t row) {
+        if (snow_.zone != results_.Zone[row]) start_zone(results_.Zone[row]);
+        SnowRow fields;
+        fields.precipitation = columns_.precipitation[row];
+        fields.cover = columns_.cover[row];
+        if (snow_.winter) end_winter_at(results_.Date[row]);
+        add_winter_precipitation(fields.precipitation);
+        potential_melt(row, fields);
+        rain_or_snow(columns_.critical_temperature[row], fields);
+        fields.snow_on_store = run_.SnowStore;
+        if (snow_.winter && static_cast<double>(fields.cover) > k_full_cover) empty_store();
+        melt_store(fields);
+        if (columns_.rain_switch[row] == 0.0F) {
+            fields.rain = to_single_field(static_cast<double>(fields.rain) * snow_free(fields.cover));
+        }
+        if (draws_curves_) depletion_curves(fields);
+        store_row(row, fields);
+        snow_.previous_sum_at = fields.sum_at;
+    }
+
+    static double snow_free(float cover) { return 1.0 - static_cast<double>(cover); }
+
+    void start_zone(std::int16_t zone) {
+        end_zone();
+        snow_ = ZoneSnow{};
+        snow_.zone = zone;
+        snow_.winter = starts_in_winter_;
+        run_.SnowStore = 0.0F;
+    }
+
+    void end_zone() {
+        if (!snow_.zone) return;
+        if (run_.ClimateStep == 3) winter_precipitation(3) = run_.SnowStore;
+        if (run_.ClimateStep == 5) winter_precipitation(4) = run_.SnowStore;
+    }
+
+    /// In no-snow mode the winter's snow is what there is to melt, so a plain run keeps it.
+    void empty_store() {
+        if (!keeps_store_) run_.SnowStore = 0.0F;
+    }
+
+    void end_winter_at(DayCount date) {
+        if (civil_date(date).month != season_start_) return;
+        empty_store();
+        snow_.winter = false;
+        run_.MeltSeasonStart = date - 1;
+    }
+
+    float& winter_precipitation(std::size_t item) {
+        const int zone = *snow_.zone;
+        if (zone < 1 || zone > k_climate_zones) throw subscript_fault();
+        return run_.WinterPrecip[static_cast<std::size_t>(zone)][item];
+    }
+
+    void add_winter_precipitation(float precipitation) {
+        if (run_.ClimateStep != 1 && run_.ClimateStep != 2) return;
+        float& sum = winter_precipitation(static_cast<std::size_t>(run_.ClimateStep));
+        sum = to_single(static_cast<double>(sum) + static_cast<double>(precipitation));
+    }
+
+    void potential_melt(std::size_t row, SnowRow& fields) {
+        fields.degree_days = columns_.degree_days[row];
+        fields.at = to_single(static_cast<double>(fields.degree_days) *
+                              static_cast<double>(columns_.degree_day_factor[row]));
+        snow_.sum_at = to_single(static_cast<double>(snow_.sum_at) + static_cast<double>(fields.at));
+        fields.sum_at = snow_.sum_at;
+    }
+
+    /// In winter the store takes only what falls on the snow-free part; the rest belongs to the snowpack.
+    void rain_or_snow(float critical_temperature, SnowRow& fields) {
+        if (!(static_cast<double>(fields.precipitation) >= k_least_precipitation)) return;
+        if (fields.degree_days >= critical_temperature) {
+            fields.rain = fields.precipitation;
+            return;
+        }
+        const double share = snow_.winter ? snow_free(fields.cover) : 1.0;
+        run_.SnowStore =
+            to_single(static_cast<double>(run_.SnowStore) + static_cast<double>(fields.precipitation) * share);
+    }
+
+    void melt_store(SnowRow& fields) {
+        if (run_.SnowStore == 0.0F || fields.degree_days <= 0.0F) return;
+        const float melt = fields.at > run_.SnowStore ? run_.SnowStore : fields.at;
+        const float share = snow_.winter ? 1.0F : to_single(snow_free(fields.cover));
+        fields.runoff_melt = to_single(static_cast<double>(melt) * static_cast<double>(share));
+        fields.new_melt = melt;
+        run_.SnowStore = to_single(static_cast<double>(run_.SnowStore) - static_cast<double>(melt));
+    }
+
+    void store_row(std::size_t row, const SnowRow& fields) {
+        results_.SumAT[row] = fields.sum_at;
+        results_.aT[row] = fields.at;
+        results_.Cpr[row] = fields.rain;
+        results_.SnowOnStore[row] = fields.snow_on_store;
+        results_.NewMelt[row] = fields.new_melt;
+        results_.M1S[row] = fields.runoff_melt;
+        if (!fields.on_curve) return;
+        results_.MDCincl[row] = fields.curve_including;
+        results_.MDCexcl[row] = fields.curve_excluding;
+    }
+
+    /// The curve runs from the first snow cover to the first day without. A cover that returns after that is written
+    /// with the base that marks a finished curve; it is meant so.
+    void depletion_curves(SnowRow& fields) {
+        const bool runs = fields.cover > 0.0F || (fields.cover == 0.0F && snow_.depletion_base > k_curve_not_started);
+        if (!runs) return;
+        if (snow_.depletion_base == k_curve_not_started) snow_.depletion_base = snow_.previous_sum_at;
+        snow_.new_melt_sum =
+            to_single(static_cast<double>(snow_.new_melt_sum) + static_cast<double>(fields.new_melt));
+        const double sum_at = static_cast<double>(fields.sum_at);
+        const double base = static_cast<double>(snow_.depletion_base);
+        fields.on_curve = true;
+        fields.curve_including = to_single(sum_at - base);
+        const float excluding = to_single((sum_at - static_cast<double>(snow_.new_melt_sum)) - base);
+        fields.curve_excluding = static_cast<double>(excluding) < k_least_depletion ? 0.0F : excluding;
+        if (fields.cover == 0.0F) snow_.depletion_base = k_curve_finished;
+    }
+
+    SimResults& results_;
+    RunState& run_;
+    SnowColumns columns_;
+    int season_start_;
+    bool starts_in_winter_;
+    bool keeps_store_;
+    bool draws_curves_;
+    ZoneSnow snow_;
+};
+
+}  // namespace
+
+int melt_season_start_month(std::string_view latitude_text) { return leading_number(latitude_text) < 0.0 ? 10 : 4; }
+
+bool in_melt_season(int month, int start_month) {
+    return (month - start_month + 12) % 12 < k_season_months;
+}
+
+void Snow_Melt(SimResults& results, const BasinState& basin, RunState& run, Dialogs& dialogs) {
+    try {
+        SnowStage{results, basin, run}.work();
+    } catch (const Fault& fault) {
+        if (fault.number() == k_fault_null) {
+            dialogs.stop("Null (blank) value in physical database or simulation parameter file.  Aborting!",
+                         "Missing value(s)");
+        } else {
+            dialogs.stop(std::to_string(fault.number()) + " " + fault.what());
+        }
+    }
+}
+
+}  // namespace nivora

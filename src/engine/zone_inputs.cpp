@@ -1,0 +1,261 @@
+#include "engine/zone_inputs.h"
+
+#include <cmath>
+#include <vector>
+
+#include "base/number_text.h"
+
+namespace nivora {
+namespace {
+
+constexpr int k_degree_day_decimals = 5;
+constexpr const char* k_basinwide = "Basinwide";
+
+/// How the simulation at hand gives its inputs.
+struct ZoneInputOptions {
+    bool temperature_max_min = false;
+    bool temperature_basinwide = false;
+    bool precipitation_basinwide = false;
+    bool lapse_basinwide = false;
+    bool recession_basinwide = false;
+    bool critical_basinwide = false;
+    bool coefficients_basinwide = false;
+    UnitSystem units;
+    std::vector<float> elevation_differences;  // by zone; index 0 is not used
+};
+
+/// The columns of the present or of the changed climate.
+struct ZoneInputColumns {
+    const std::vector<float>& maximum_temperature;
+    const std::vector<float>& minimum_temperature;
+    std::vector<float>& average_temperature;
+    std::vector<float>& precipitation;
+    std::vector<float>& critical_temperature;
+    std::vector<float>& lapse_rate;
+    std::vector<float>& snow_coefficient;
+    std::vector<float>& rain_coefficient;
+    std::vector<float>& degree_days;
+    std::vector<double>& recession_x;
+    std::vector<double>& recession_y;
+};
+
+/// What zone 1's row of the day leaves for the other zones.
+struct BasinValues {
+    float temperature = 0.0F;
+    float lapse = 0.0F;
+    float precipitation = 0.0F;
+    float critical = 0.0F;
+    float snow_coefficient = 0.0F;
+    float rain_coefficient = 0.0F;
+    double x = 0.0;
+    double y = 0.0;
+};
+
+/// The fields of a row while it is worked on; they reach the table together.
+struct ZoneInputRow {
+    float average = k_missing;
+    float lapse = k_missing;
+    float degree_days = k_missing;
+    float precipitation = k_missing;
+    float critical = k_missing;
+    float snow_coefficient = k_missing;
+    float rain_coefficient = k_missing;
+    double x = k_missing;
+    double y = k_missing;
+};
+
+enum class Phase { Variables, Parameters };
+
+ZoneInputColumns choose_columns(SimResults& t, int climate_step) {
+    if (climate_step == 2 || climate_step > 3) {
+        return {t.TMaxCC, t.TminCC, t.TAvgCC, t.PrecipCC, t.TcritCC, t.LRCC,
+                t.CSCC,   t.CRCC,   t.ZoneDDCC, t.XcoeffCC, t.YCoeffCC};
+    }
+    return {t.TMax, t.Tmin, t.TAvg, t.Precip, t.Tcrit, t.LR, t.CS, t.CR, t.ZoneDD, t.Xcoeff, t.YCoeff};
+}
+
+std::vector<float> elevation_differences(const BasinState& basin) {
+    const auto reference = to_single(leading_number(basin.reference_elevation_text));
+    std::vector<float> differences(static_cast<std::size_t>(basin.ZoneCount) + 1, 0.0F);
+    for (std::size_t zone = 1; zone < differences.size(); ++zone) {
+        const bool known = zone <= basin.zones.size();
+        const double elevation = known ? basin.zones[zone - 1].elevation.value_or(0.0) : 0.0;
+        differences[zone] = to_single(static_cast<double>(reference) - elevation);
+    }
+    return differences;
+}
+
+ZoneInputOptions read_options(const BasinState& basin) {
+    const Simulation none;
+    const Simulation* current = basin.current_simulation();
+    const Simulation& simulation = current != nullptr ? *current : none;
+    ZoneInputOptions options;
+    options.temperature_max_min = simulation.value(6) == 1.0;
+    options.temperature_basinwide = simulation.text(7) == k_basinwide;
+    options.precipitation_basinwide = simulation.text(8) == k_basinwide;
+    options.lapse_basinwide = simulation.text(9) == k_basinwide;
+    // Column 14 is the precipitation threshold and never holds the word, so x and y are never spread here. It is meant:
+    // the runoff stages read them from the first zone's row, which has the same effect.
+    options.recession_basinwide = simulation.text(14) == k_basinwide;
+    options.critical_basinwide = simulation.value(11) == 0.0;
+    options.coefficients_basinwide = simulation.value(10) == 0.0;
+    options.units = unit_system(simulation.value(5));
+    options.elevation_differences = elevation_differences(basin);
+    return options;
+}
+
+float difference_of(const ZoneInputOptions& options, std::int16_t zone) {
+    const auto index = static_cast<std::size_t>(zone);
+    if (zone < 0 || index >= options.elevation_differences.size()) throw subscript_fault();
+    return options.elevation_differences[index];
+}
+
+/// The mean temperature of a zone. A Max/Min simulation spreads zone 1's mean to every zone, whatever the
+/// distribution option says.
+float mean_temperature(const ZoneInputOptions& options, const ZoneInputColumns& columns, std::size_t row, bool first,
+                       BasinValues& basin) {
+    const float given = columns.average_temperature[row];
+    if (options.temperature_max_min) {
+        if (!first) return basin.temperature;
+        const float mean = to_single((static_cast<double>(columns.maximum_temperature[row]) +
+                                      static_cast<double>(columns.minimum_temperature[row])) /
+                                     2.0);
+        basin.temperature = mean;
+        return mean;
+    }
+    if (first) {
+        basin.temperature = present(given);
+        return given;
+    }
+    return options.temperature_basinwide ? basin.temperature : given;
+}
+
+float degree_days_of(const ZoneInputOptions& options, const ZoneInputRow& fields, std::int16_t zone) {
+    if (options.temperature_basinwide) {
+        const auto degree_days =
+            zone_degree_days(options.units, fields.average, difference_of(options, zone), fields.lapse);
+        if (!degree_days) throw null_fault();
+        return *degree_days;
+    }
+    const float degree_days =
+        to_single_field(static_cast<double>(fields.average) - static_cast<double>(options.units.degree_base));
+    return degree_days < 0.0F ? 0.0F : degree_days;
+}
+
+void keep_basin_values(const ZoneInputRow& fields, BasinValues& basin) {
+    basin.precipitation = present(fields.precipitation);
+    basin.critical = present(fields.critical);
+    basin.snow_coefficient = present(fields.snow_coefficient);
+    basin.rain_coefficient = present(fields.rain_coefficient);
+    basin.x = present(fields.x);
+    basin.y = present(fields.y);
+}
+
+void spread_basin_values(const ZoneInputOptions& options, const BasinValues& basin, ZoneInputRow& fields) {
+    if (options.precipitation_basinwide) fields.precipitation = basin.precipitation;
+    if (options.critical_basinwide) fields.critical = basin.critical;
+    if (options.coefficients_basinwide) {
+        fields.snow_coefficient = basin.snow_coefficient;
+        fields.rain_coefficient = basin.rain_coefficient;
+    }
+    if (options.recession_basinwide) {
+        fields.x = basin.x;
+        fields.y = basin.y;
+    }
+}
+
+void store_row(const ZoneInputRow& fields, const ZoneInputColumns& columns, std::size_t row) {
+    columns.average_temperature[row] = fields.average;
+    columns.lapse_rate[row] = fields.lapse;
+    columns.degree_days[row] = fields.degree_days;
+    columns.precipitation[row] = fields.precipitation;
+    columns.critical_temperature[row] = fields.critical;
+    columns.snow_coefficient[row] = fields.snow_coefficient;
+    columns.rain_coefficient[row] = fields.rain_coefficient;
+    columns.recession_x[row] = fields.x;
+    columns.recession_y[row] = fields.y;
+}
+
+void work_row(const ZoneInputOptions& options, const ZoneInputColumns& columns, std::int16_t zone, std::size_t row,
+              BasinValues& basin, Phase& phase) {
+    const bool first = zone == 1;
+    ZoneInputRow fields;
+    phase = Phase::Variables;
+    fields.average = mean_temperature(options, columns, row, first, basin);
+
+    phase = Phase::Parameters;
+    fields.lapse = columns.lapse_rate[row];
+    if (first) basin.lapse = present(fields.lapse);
+    if (options.lapse_basinwide) fields.lapse = basin.lapse;
+    fields.degree_days = degree_days_of(options, fields, zone);
+
+    fields.precipitation = columns.precipitation[row];
+    fields.critical = columns.critical_temperature[row];
+    fields.snow_coefficient = columns.snow_coefficient[row];
+    fields.rain_coefficient = columns.rain_coefficient[row];
+    fields.x = columns.recession_x[row];
+    fields.y = columns.recession_y[row];
+    if (first) {
+        keep_basin_values(fields, basin);
+    } else {
+        spread_basin_values(options, basin, fields);
+    }
+    store_row(fields, columns, row);
+}
+
+Message fault_message(const Fault& fault, Phase phase, const SimResults& results, std::optional<std::size_t> row) {
+    Message message{.text = fault.what(), .title = {}, .icon = Icon::Stop};
+    if (fault.number() == k_fault_null && row) {
+        const bool variables = phase == Phase::Variables;
+        message.title = variables ? "Missing data in basin variable table."
+                                  : "Missing data in simulation parameter Table.";
+        message.text = (variables ? "Null value(s) in basin variable table on "
+                                  : "Null value(s) in simulation parameter table on ") +
+                       short_date_text(results.Date[*row]) + ", in Zone " + std::to_string(results.Zone[*row]);
+    } else if (fault.number() == k_fault_no_record) {
+        message.text = "Temperature data is missing for the date range specified.";
+    }
+    if (message.title.empty()) message.title = "Error during temperature lapse processing phase";
+    return message;
+}
+
+}  // namespace
+
+UnitSystem unit_system(std::optional<double> units_value) {
+    return units_value == 1.0 ? UnitSystem{1000.0F, 32.0F} : UnitSystem{100.0F, 0.0F};
+}
+
+std::optional<float> zone_degree_days(const UnitSystem& units, float station_temperature, float elevation_difference,
+                                      float lapse_rate) {
+    const float steps = elevation_difference / units.lapse_unit;
+    const double carried = static_cast<double>(station_temperature) +
+                           static_cast<double>(steps) * static_cast<double>(lapse_rate) -
+                           static_cast<double>(units.degree_base);
+    if (is_missing(carried)) return std::nullopt;
+    const double rounded = round_half_even(static_cast<double>(to_single(carried)), k_degree_day_decimals);
+    const float degree_days = to_single(rounded);
+    return degree_days < 0.0F ? 0.0F : degree_days;
+}
+
+bool Zone_Inputs(SimResults& results, const BasinState& basin, RunState& run, Dialogs& dialogs) {
+    Phase phase = Phase::Variables;
+    std::optional<std::size_t> at;
+    try {
+        const ZoneInputOptions options = read_options(basin);
+        run.LapseUnit = options.units.lapse_unit;
+        const ZoneInputColumns columns = choose_columns(results, run.ClimateStep);
+        const RowOrder order = rows_by_day(results, run.RunStart, run.RunEnd);
+        if (order.empty()) throw no_record_fault();
+        BasinValues basin_values;
+        for (const std::size_t row : order) {
+            at = row;
+            work_row(options, columns, results.Zone[row], row, basin_values, phase);
+        }
+        return true;
+    } catch (const Fault& fault) {
+        dialogs.message(fault_message(fault, phase, results, at));
+        return false;
+    }
+}
+
+}  // namespace nivora

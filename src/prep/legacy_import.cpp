@@ -1,0 +1,221 @@
+#include "prep/legacy_import.h"
+
+#include <cmath>
+#include <set>
+
+#include "base/single.h"
+#include "prep/simulation_names.h"
+#include "store/basin_store.h"
+#include "store/monthly_table.h"
+#include "store/table_io.h"
+
+namespace nivora {
+namespace {
+
+constexpr std::size_t k_longest_basin_name = 50;
+
+/// Cuts a UTF-8 text to so many characters.
+std::string cut_characters(const std::string& text, std::size_t most) {
+    std::size_t characters = 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const bool starts = (static_cast<unsigned char>(text[at]) & 0xC0U) != 0x80U;
+        if (starts && characters++ == most) return text.substr(0, at);
+    }
+    return text;
+}
+
+std::vector<Zone> zone_rows(const LegacyFile& file) {
+    std::vector<Zone> zones;
+    for (const LegacyZone& legacy : file.zones) {
+        Zone zone;
+        zone.id = std::string(1, static_cast<char>('A' + zones.size()));
+        zone.area = legacy.area;
+        zone.elevation = legacy.elevation;
+        for (Aspect& aspect : zone.aspects) aspect = {1.0, legacy.elevation};
+        zones.push_back(std::move(zone));
+    }
+    return zones;
+}
+
+void write_zones(BasinDatabase& database, const LegacyFile& file) {
+    clear_table(database, k_zone_description);
+    const std::vector<Zone> zones = zone_rows(file);
+    add_rows<Zone>(database, template_table(k_zone_description), zones);
+}
+
+/// Takes the units of the file, or shows that the basin has others.
+bool units_agree(BasinDescription& basin, const LegacyFile& file, Dialogs& dialogs) {
+    const int units = file.english ? k_english : k_metric;
+    const int present_units = basin.units.value_or(k_units_not_fixed);
+    if (present_units == k_units_not_fixed) {
+        basin.units = static_cast<std::int16_t>(units);
+        return true;
+    }
+    if (present_units == units) return true;
+    dialogs.message({.text = "You cannot mix English & Metric units in the same basin database.  Please create a new "
+                             "database",
+                     .title = "Import failed.  Simulation units inconsistent with basin."});
+    return false;
+}
+
+/// Brings the header and the zones in line with the file; false where they can't be, or the user cancelled.
+bool prepare_basin(BasinDatabase& database, const LegacyFile& file, Dialogs& dialogs) {
+    BasinDescription basin = read_basin_description(database);
+    if (!units_agree(basin, file, dialogs)) return false;
+    const bool blank = basin.name == k_unnamed_basin && !basin.zones;
+    if (blank) {
+        basin.name = cut_characters(file.basin_name, k_longest_basin_name);
+        basin.reference_elevation = file.reference_elevation;
+        basin.zones = static_cast<std::int16_t>(file.zones.size());
+    }
+    write_basin_description(database, basin);
+    if (blank) {
+        write_zones(database, file);
+        return true;
+    }
+    if (static_cast<std::size_t>(basin.zones.value_or(0)) != file.zones.size()) {
+        dialogs.stop("Zones in import file don't match basin");
+        return false;
+    }
+    const Answer answer = dialogs.message({.text = "A definition of the zones in this basin already exists.  Overwrite?",
+                                           .title = "Importing a .NVR file",
+                                           .buttons = Buttons::YesNoCancel});
+    if (answer == Answer::Cancel) return false;
+    if (answer == Answer::Yes) write_zones(database, file);
+    return true;
+}
+
+/// The zones and days of the period that have a row already.
+std::set<std::pair<std::int16_t, DayCount>> present_rows(BasinDatabase& database, const LegacyFile& file) {
+    return guarded([&] {
+        SQLite::Statement query{database.sql(),
+                                "SELECT Zone, Date FROM PhysicalData WHERE Date >= ? AND Date <= ? AND Zone <= ?"};
+        query.bind(1, file.start);
+        query.bind(2, file.end);
+        query.bind(3, static_cast<int>(file.zones.size()));
+        std::set<std::pair<std::int16_t, DayCount>> rows;
+        while (query.executeStep()) {
+            std::int16_t zone = 0;
+            DayCount date = 0;
+            read_value(query, 0, zone);
+            read_value(query, 1, date);
+            rows.emplace(zone, date);
+        }
+        return rows;
+    });
+}
+
+void delete_present_rows(BasinDatabase& database, const LegacyFile& file) {
+    guarded([&] {
+        SQLite::Statement statement{database.sql(),
+                                    "DELETE FROM PhysicalData WHERE Date >= ? AND Date <= ? AND Zone <= ?"};
+        statement.bind(1, file.start);
+        statement.bind(2, file.end);
+        statement.bind(3, static_cast<int>(file.zones.size()));
+        statement.exec();
+    });
+}
+
+PhysicalRow physical_row(const LegacyFile& file, std::size_t zone, DayCount date) {
+    const auto value = [&](LegacySection section) { return file.value(section, zone, date); };
+    return {.zone = static_cast<std::int16_t>(zone + 1),
+            .date = date,
+            .runoff = value(LegacySection::Runoff),
+            .tmax = value(LegacySection::Tmax),
+            .tmin = value(LegacySection::Tmin),
+            .tavg = value(LegacySection::Tavg),
+            .precip = value(LegacySection::Precip),
+            .sca = value(LegacySection::SCA),
+            .net_radiation = 0.0F};
+}
+
+ParameterRow parameter_row(const LegacyFile& file, std::size_t zone, DayCount date) {
+    const auto value = [&](LegacySection section) { return file.value(section, zone, date); };
+    const bool later = file.change_day && date >= *file.change_day;
+    return {.zone = static_cast<std::int16_t>(zone + 1),
+            .date = date,
+            .tcrit = value(LegacySection::Tcrit),
+            .lag_hours = value(LegacySection::LagTime),
+            .lapse_rate = value(LegacySection::LapseRate),
+            .an = value(LegacySection::An),
+            .cs = value(LegacySection::Cs),
+            .cr = value(LegacySection::Cr),
+            .rca = to_integer16(static_cast<double>(value(LegacySection::RCA))),
+            .xcoeff = later ? file.x_later : file.x,
+            .ycoeff = later ? file.y_later : file.y};
+}
+
+/// Adds the daily variables of the period. Rows that exist are replaced after a question, or kept: then only the days
+/// without a row are added.
+void write_variables(BasinDatabase& database, const LegacyFile& file, Dialogs& dialogs) {
+    auto kept = present_rows(database, file);
+    if (!kept.empty()) {
+        const Answer answer = dialogs.message(
+            {.text = "Physical variable data for simulation time period are present in the database.  Overwrite?",
+             .title = "Import file contains days already present in the database!",
+             .buttons = Buttons::YesNo});
+        if (answer == Answer::Yes) {
+            delete_present_rows(database, file);
+            kept.clear();
+        }
+    }
+    std::vector<PhysicalRow> rows;
+    for (std::size_t zone = 0; zone < file.zones.size(); ++zone) {
+        for (DayCount date = file.start; date <= file.end; ++date) {
+            const PhysicalRow row = physical_row(file, zone, date);
+            if (!kept.contains({row.zone, row.date})) rows.push_back(row);
+        }
+    }
+    add_rows<PhysicalRow>(database, template_table(k_physical_data), rows);
+}
+
+void write_parameters(BasinDatabase& database, const LegacyFile& file, const std::string& name) {
+    std::vector<ParameterRow> rows;
+    for (std::size_t zone = 0; zone < file.zones.size(); ++zone) {
+        for (DayCount date = file.start; date <= file.end; ++date) rows.push_back(parameter_row(file, zone, date));
+    }
+    add_rows<ParameterRow>(database, parameter_table(name), rows);
+}
+
+SimulationRecord simulation_record(const LegacyFile& file, const std::string& name) {
+    SimulationRecord record;
+    Simulation& definition = record.definition;
+    definition.name = name;
+    definition.start = file.start;
+    definition.end = file.end;
+    definition.units = static_cast<std::int16_t>(file.english ? k_english : k_metric);
+    definition.temperature_values = std::int16_t{0};
+    for (auto* option : {&definition.temperature, &definition.precipitation, &definition.lapse_rate,
+                         &definition.runoff_coefficients, &definition.critical_temperature, &definition.recession}) {
+        *option = Distribution::Basinwide;
+    }
+    if (file.rain_threshold) definition.precipitation_threshold = static_cast<float>(*file.rain_threshold);
+    record.first_values = parameter_row(file, 0, file.start);
+    record.first_values.xcoeff = file.x;
+    record.first_values.ycoeff = file.y;
+    definition.initial_x = file.x;
+    definition.initial_y = file.y;
+    return record;
+}
+
+}  // namespace
+
+std::string offered_simulation_name(const std::string& file_name) {
+    constexpr std::size_t k_ending = 4;
+    if (file_name.size() < k_ending) return file_name;
+    const std::string ending = file_name.substr(file_name.size() - k_ending);
+    return ending == ".nvr" || ending == ".NVR" ? file_name.substr(0, file_name.size() - k_ending) : file_name;
+}
+
+std::optional<SimulationRecord> import_legacy(BasinDatabase& database, const LegacyFile& file,
+                                              const std::string& offered_name, Dialogs& dialogs) {
+    if (!prepare_basin(database, file, dialogs)) return std::nullopt;
+    const auto name = Add_Simulation_Name(database, dialogs, offered_name);
+    if (!name) return std::nullopt;
+    write_variables(database, file, dialogs);
+    write_parameters(database, file, *name);
+    Ensure_Monthly_Table(database);
+    return simulation_record(file, *name);
+}
+
+}  // namespace nivora

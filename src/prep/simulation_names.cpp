@@ -1,0 +1,69 @@
+#include "prep/simulation_names.h"
+
+#include <algorithm>
+
+#include "base/text.h"
+#include "store/table_io.h"
+
+namespace nivora {
+namespace {
+
+constexpr std::string_view k_refused_characters = ".![]`";
+constexpr std::string_view k_store_prefix = "sqlite_";
+
+/// Asks until the answer can be a name; nothing for an empty answer.
+std::optional<std::string> ask_name(Dialogs& dialogs, const std::string& proposed) {
+    InputBox box{.prompt = "Enter a unique name to associate with this data",
+                 .title = proposed.empty() ? "Name the New Simulation" : "Name the Imported Simulation",
+                 .proposed = proposed};
+    for (;;) {
+        const auto answer = dialogs.input(box);
+        const std::string name{trimmed(answer.value_or(""))};
+        if (name.empty()) return std::nullopt;
+        const auto problem = simulation_name_problem(name);
+        if (!problem) return name;
+        box.prompt = *problem;
+    }
+}
+
+bool is_scenario(BasinDatabase& database, const std::string& name) {
+    const auto scenarios = read_table<ScenarioIndexRow>(database, template_table(k_scenario_index));
+    return std::any_of(scenarios.begin(), scenarios.end(),
+                       [&](const ScenarioIndexRow& row) { return same_name(row.scenario, name); });
+}
+
+/// Whether the table of that name made way.
+bool overwrite_confirmed(BasinDatabase& database, Dialogs& dialogs, const std::string& name) {
+    const Answer answer = dialogs.message({.text = "The current database already contains a simulation named '" + name +
+                                                   " '.  Overwrite?",
+                                           .title = "Duplicate simulation same",
+                                           .buttons = Buttons::YesNo});
+    if (answer != Answer::Yes || is_fixed_table(name) || is_scenario(database, name)) return false;
+    database.drop_table(name);
+    return true;
+}
+
+}  // namespace
+
+std::optional<std::string> simulation_name_problem(std::string_view name) {
+    const bool control = std::any_of(name.begin(), name.end(),
+                                     [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; });
+    if (control || !is_utf8(name) || name.find_first_of(k_refused_characters) != std::string_view::npos) {
+        return "Invalid character(s) in name, please re-enter";
+    }
+    if (folded_name(name).rfind(k_store_prefix, 0) == 0) {
+        return "This name is reserved for system use, please re-enter";
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> Add_Simulation_Name(BasinDatabase& database, Dialogs& dialogs, const std::string& proposed) {
+    const auto name = ask_name(dialogs, proposed);
+    if (!name) return std::nullopt;
+    if (database.has_table(*name) && !overwrite_confirmed(database, dialogs, *name)) return std::nullopt;
+    database.create_table(parameter_table(*name));
+    database.create_daily_index(*name);
+    return name;
+}
+
+}  // namespace nivora

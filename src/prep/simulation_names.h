@@ -1,0 +1,28 @@
+// The name of a new simulation, which is also the name of its parameter table.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "base/dialogs.h"
+#include "store/database.h"
+
+namespace nivora {
+
+/// Why a name can't be given to a simulation, as the prompt that asks for another; nothing where it can.
+/// Refused are the characters . ! [ ] `, text that is not UTF-8, and names that the store keeps for itself.
+[[nodiscard]] std::optional<std::string> simulation_name_problem(std::string_view name);
+
+/// Asks for the name of a new simulation and makes its empty parameter table.
+///
+/// A name that a table bears already may be taken over after a question, which deletes that table. The tables of the
+/// basin itself and those of scenarios are never deleted: there a Yes acts as a No.
+///
+/// @param proposed the name that the import offers; empty for a simulation that is added by hand
+/// @return the name without blanks at its ends; nothing where the user gave none or kept the table
+/// @throws StoreError
+[[nodiscard]] std::optional<std::string> Add_Simulation_Name(BasinDatabase& database, Dialogs& dialogs,
+                                                             const std::string& proposed);
+
+}  // namespace nivora

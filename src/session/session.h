@@ -1,0 +1,21 @@
+// Every value that lives as long as the program, in one place.
+#pragma once
+
+#include "base/dialogs.h"
+#include "engine/run_state.h"
+#include "prep/prep_state.h"
+#include "store/basin_store.h"
+
+namespace nivora {
+
+/// One program, one user, one basin: owned by main, passed by reference to whoever needs a part of it.
+struct Session {
+    explicit Session(Dialogs& user) : dialogs(user) {}
+
+    BasinState basin;
+    RunState run;
+    PrepState prep;
+    Dialogs& dialogs;
+};
+
+}  // namespace nivora

@@ -1,0 +1,74 @@
+// The open basin as the program holds it in memory, and its way out of a basin file.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "store/database.h"
+#include "store/rows.h"
+
+namespace nivora {
+
+inline constexpr int k_metric = 0;
+inline constexpr int k_english = 1;
+inline constexpr int k_units_not_fixed = -1;
+
+/// The most elevation zones that a basin may have.
+inline constexpr int k_most_zones = 16;
+
+/// The text of the basin area while there is none.
+inline constexpr const char* k_no_area = "--";
+/// The name shown while no simulation is selected.
+inline constexpr const char* k_no_simulation = "--";
+
+/// Everything of the open basin that lives as long as the program: where its files are, what is saved and still valid,
+/// the boxes of the basin definition as texts, the zone grid and the simulation grid as rows.
+struct BasinState {
+    std::filesystem::path App_Path;    ///< the program's folder
+    std::filesystem::path Work_File;   ///< the working copy that every window reads and writes
+    std::filesystem::path Basin_File;  ///< the file that the user knows
+
+    bool New_Basin = true;       ///< the basin came from the template and has no file of its own
+    bool Basin_Changed = false;  ///< something differs from the basin's file
+    bool Input_Changed = false;  ///< an input changed since the last run
+    bool Output_Valid = false;   ///< a run completed on the present inputs
+
+    int Units_Code = k_units_not_fixed;  ///< 0 Metric, 1 English, -1 not yet fixed
+    int ZoneCount = 1;                   ///< 1 to 16
+
+    std::string basin_name;
+    std::string basin_description;
+    std::string zones_text;
+    std::string reference_elevation_text;
+    std::string latitude_text;
+    std::string longitude_text;
+    std::string basin_area_text = k_no_area;
+
+    std::vector<Zone> zones;              ///< zone 1 first
+    std::vector<Simulation> simulations;  ///< in the order of the grid
+    std::optional<std::size_t> current_row;
+
+    std::string Current_Sim_Name = k_no_simulation;
+    std::optional<DayCount> Current_Start;
+    std::optional<DayCount> Current_End;
+
+    /// The row that is selected in the simulation grid; null where there is none.
+    [[nodiscard]] Simulation* current_simulation();
+    [[nodiscard]] const Simulation* current_simulation() const;
+};
+
+/// The sum of the zone areas as the total cell shows it: with as many decimals as it needs, up to the seven digits of a
+/// Single. "--" while there are no zones.
+[[nodiscard]] std::string basin_area_text(const std::vector<Zone>& zones);
+
+/// Fills the basin's boxes and both grids from a basin file; selects no simulation and leaves paths and flags alone.
+void read_basin(BasinDatabase& database, BasinState& basin);
+
+/// Makes a row of the simulation grid the current one, as selecting it does.
+void select_simulation(BasinState& basin, std::size_t row);
+
+/// The row of a simulation by name, without regard to case; nothing where there is none.
+[[nodiscard]] std::optional<std::size_t> find_simulation(const BasinState& basin, std::string_view name);
+
+}  // namespace nivora

@@ -1,0 +1,81 @@
+// One open basin file.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <SQLiteCpp/Database.h>
+
+#include "store/schema.h"
+#include "store/store_error.h"
+
+namespace nivora {
+
+/// Marks of a basin file in the header of the database.
+inline constexpr std::int32_t k_application_id = 0x4E565242;  // "NVRB"
+inline constexpr std::int32_t k_schema_version = 1;
+
+enum class Access { ReadOnly, ReadWrite };
+
+/// An open basin file. Table names are compared without regard to case, in every script.
+///
+/// Every call throws StoreError where the store refuses. SQL text may use two functions beside the engine's own:
+/// `single(x)`, x rounded to 32 bits (an error beyond the largest Single), and `month(date)`, 1 to 12.
+class BasinDatabase {
+public:
+    /// Opens a basin file. A file that is missing, foreign, newer or no database is refused before the database
+    /// engine sees it, so that it stays as it was to the last byte.
+    BasinDatabase(const std::filesystem::path& path, Access access);
+
+    /// Writes the blank template: the five tables of a new basin, with one basin row that has the placeholder name
+    /// and units not yet fixed (-1). Refuses a name that is taken.
+    static void create_template(const std::filesystem::path& path);
+
+    [[nodiscard]] SQLite::Database& sql() { return sql_; }
+    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+    /// The name under which a table is stored; nothing where there is none.
+    [[nodiscard]] std::optional<std::string> stored_name(std::string_view table);
+    [[nodiscard]] bool has_table(std::string_view table);
+    /// The names of all tables, in the order of their creation.
+    [[nodiscard]] std::vector<std::string> table_names();
+    /// The fields of a table, by position.
+    [[nodiscard]] std::vector<Field> table_fields(std::string_view table);
+
+    void create_table(const TableSchema& table);
+    void drop_table(std::string_view table);
+    /// Declares the key of a daily table, which makes a year of a long record as quick to read as a short record.
+    void create_daily_index(std::string_view table);
+    void execute(const std::string& statement);
+
+    /// Runs work in one transaction: committed when the work returns true, rolled back when it returns false or throws.
+    /// @return what the work returned
+    bool in_transaction(const std::function<bool()>& work);
+
+private:
+    std::filesystem::path path_;
+    SQLite::Database sql_;
+};
+
+/// Runs a piece of work and turns what the database engine throws into a StoreError.
+template <typename Work>
+auto guarded(Work&& work);
+
+/// The StoreError that stands for an exception of the database engine.
+[[nodiscard]] StoreError store_error(const SQLite::Exception& exception);
+
+template <typename Work>
+auto guarded(Work&& work) {
+    try {
+        return work();
+    } catch (const SQLite::Exception& exception) {
+        throw store_error(exception);
+    }
+}
+
+}  // namespace nivora

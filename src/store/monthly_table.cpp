@@ -1,0 +1,51 @@
+#include "store/monthly_table.h"
+
+#include <array>
+
+#include "base/text.h"
+#include "store/table_io.h"
+
+namespace nivora {
+namespace {
+
+constexpr int k_months = 12;
+
+std::vector<MonthlyRow> zero_rows(int zones) {
+    std::vector<MonthlyRow> rows;
+    for (int zone = 1; zone <= zones; ++zone) {
+        for (int month = 1; month <= k_months; ++month) {
+            rows.push_back({static_cast<std::int16_t>(zone), month_name(month), 0.0F, 0.0F, 0.0F, 0.0F});
+        }
+    }
+    return rows;
+}
+
+std::int64_t row_count(BasinDatabase& database, const std::string& table) {
+    return guarded([&] {
+        return database.sql().execAndGet("SELECT count(*) FROM " + quoted_name(table)).getInt64();
+    });
+}
+
+}  // namespace
+
+const char* month_name(int month) {
+    constexpr std::array k_names{" ",   "Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                 "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+    return k_names.at(static_cast<std::size_t>(month));
+}
+
+void Ensure_Monthly_Table(BasinDatabase& database) {
+    const int zones = read_basin_description(database).zones.value_or(0);
+    const TableSchema table = basin_averages_table();
+    const auto stored = database.stored_name(table.name);
+    const bool outdated = stored && !same_name(database.table_fields(*stored).front().name, "Zone");
+    // A table without zones held nothing that could be kept.
+    if (outdated) database.drop_table(*stored);
+    if (!stored || outdated) database.create_table(table);
+    if (row_count(database, table.name) >= std::int64_t{zones} * k_months) return;
+    clear_table(database, table.name);
+    const std::vector<MonthlyRow> rows = zero_rows(zones);
+    add_rows<MonthlyRow>(database, table, rows);
+}
+
+}  // namespace nivora

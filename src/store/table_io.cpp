@@ -1,0 +1,132 @@
+#include "store/table_io.h"
+
+#include <cmath>
+#include <limits>
+
+#include <fmt/format.h>
+
+namespace nivora {
+namespace {
+
+constexpr double k_largest_day = 1.0e6;  // beyond the year 4600
+
+[[noreturn]] void refuse_value(SQLite::Statement& row, int position, std::string_view what) {
+    throw StoreError(StoreFault::Value,
+                     fmt::format("The field '{}' holds {}.", row.getColumnName(position), what));
+}
+
+/// The number in a field that is not Null.
+double number_at(SQLite::Statement& row, int position) {
+    const SQLite::Column column = row.getColumn(position);
+    if (!column.isInteger() && !column.isFloat()) refuse_value(row, position, "a text where a number belongs");
+    return column.getDouble();
+}
+
+template <typename Whole>
+Whole whole_at(SQLite::Statement& row, int position) {
+    if (is_null(row, position)) return 0;
+    const double value = number_at(row, position);
+    const bool fits = value == std::floor(value) &&
+                      value >= static_cast<double>(std::numeric_limits<Whole>::min()) &&
+                      value <= static_cast<double>(std::numeric_limits<Whole>::max());
+    if (!fits) refuse_value(row, position, "a number that is out of its range");
+    return static_cast<Whole>(value);
+}
+
+}  // namespace
+
+void bind_value(SQLite::Statement& statement, int position, double value) {
+    if (is_missing(value)) {
+        statement.bind(position);
+    } else {
+        statement.bind(position, value + 0.0);  // the file knows no negative zero
+    }
+}
+
+void bind_value(SQLite::Statement& statement, int position, float value) {
+    bind_value(statement, position, static_cast<double>(value));
+}
+
+void bind_value(SQLite::Statement& statement, int position, std::int16_t value) {
+    statement.bind(position, static_cast<std::int32_t>(value));
+}
+
+void bind_value(SQLite::Statement& statement, int position, std::int32_t value) { statement.bind(position, value); }
+
+void bind_value(SQLite::Statement& statement, int position, DayCount value) { statement.bind(position, value); }
+
+void bind_value(SQLite::Statement& statement, int position, const std::string& value) {
+    statement.bind(position, value);
+}
+
+void bind_value(SQLite::Statement& statement, int position, Distribution value) {
+    statement.bind(position, static_cast<std::int32_t>(value));
+}
+
+bool is_null(SQLite::Statement& row, int position) { return row.isColumnNull(position); }
+
+void read_value(SQLite::Statement& row, int position, double& value) {
+    value = is_null(row, position) ? static_cast<double>(k_missing) : number_at(row, position);
+    if (std::isinf(value)) refuse_value(row, position, "an infinite number");
+}
+
+void read_value(SQLite::Statement& row, int position, float& value) {
+    double wide = 0.0;
+    read_value(row, position, wide);
+    value = static_cast<float>(wide);
+    if (std::isinf(value)) refuse_value(row, position, "a number that is too large for it");
+}
+
+void read_value(SQLite::Statement& row, int position, std::int16_t& value) {
+    value = whole_at<std::int16_t>(row, position);
+}
+
+void read_value(SQLite::Statement& row, int position, std::int32_t& value) {
+    value = whole_at<std::int32_t>(row, position);
+}
+
+void read_value(SQLite::Statement& row, int position, DayCount& value) {
+    value = 0;
+    if (is_null(row, position)) return;
+    const double date = number_at(row, position);
+    if (!(std::abs(date) <= k_largest_day)) refuse_value(row, position, "a date that is out of its range");
+    value = whole_day(date);
+}
+
+void read_value(SQLite::Statement& row, int position, std::string& value) {
+    value = row.getColumn(position).getString();
+}
+
+void read_value(SQLite::Statement& row, int position, Distribution& value) {
+    const auto code = whole_at<std::int16_t>(row, position);
+    if (code != 0 && code != 1) refuse_value(row, position, "a code that is neither 0 nor 1");
+    value = static_cast<Distribution>(code);
+}
+
+void clear_table(BasinDatabase& database, std::string_view table) {
+    const auto name = database.stored_name(table);
+    if (!name) throw StoreError(StoreFault::Missing, fmt::format("The basin file has no table '{}'.", table));
+    database.execute("DELETE FROM " + quoted_name(*name));
+}
+
+TableSchema template_table(std::string_view name) {
+    for (TableSchema& table : template_tables()) {
+        if (table.name == name) return std::move(table);
+    }
+    throw StoreError(StoreFault::Missing, fmt::format("No basin file has a table '{}' from the start.", name));
+}
+
+BasinDescription read_basin_description(BasinDatabase& database) {
+    auto rows = read_table<BasinDescription>(database, template_table(k_basin_description));
+    if (rows.empty()) {
+        throw StoreError(StoreFault::Damaged, "The table 'BasinDescription' of the basin file has no row.");
+    }
+    return std::move(rows.front());
+}
+
+void write_basin_description(BasinDatabase& database, const BasinDescription& basin) {
+    clear_table(database, k_basin_description);
+    add_rows<BasinDescription>(database, template_table(k_basin_description), std::span{&basin, 1});
+}
+
+}  // namespace nivora
