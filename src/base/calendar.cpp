@@ -1,13 +1,13 @@
 #include "base/calendar.h"
 
+#include "base/text.h"
+
+#include <fmt/format.h>
+
 #include <array>
 #include <charconv>
 #include <chrono>
 #include <cmath>
-
-#include <fmt/format.h>
-
-#include "base/text.h"
 
 namespace nivora {
 namespace {

@@ -37,8 +37,8 @@ struct FileQuestion {
     bool saving = false;
 };
 
-/// Asks the user. Every box of the program goes through here, so that the desktop, the batch program and the tests
-/// can each answer in their own way.
+/// Asks the user. Every box of the program goes through here, so that the desktop, the batch program and the
+/// tests can each answer in their own way.
 class Dialogs {
 public:
     Dialogs() = default;

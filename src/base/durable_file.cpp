@@ -1,11 +1,11 @@
 #include "base/durable_file.h"
 
+#include <fmt/format.h>
+
 #include <chrono>
 #include <cstring>
 #include <fstream>
 #include <system_error>
-
-#include <fmt/format.h>
 
 #ifdef _WIN32
 #include <io.h>
@@ -51,8 +51,9 @@ void flush_folder_of(const fs::path& path) {
 
 #ifdef _WIN32
 void flush_to_disk(const fs::path& path) {
-    const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE file =
+        CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) refuse(path, "can't be opened to flush it", "the system refused");
     const bool flushed = FlushFileBuffers(file) != 0;
     CloseHandle(file);

@@ -6,7 +6,8 @@
 
 namespace nivora {
 
-/// What went wrong inside a computation, as a number that code can test and a text that a message box can show.
+/// What went wrong inside a computation, as a number that code can test and a text that a message box can
+/// show.
 class Fault : public std::runtime_error {
 public:
     Fault(int number, const std::string& text) : std::runtime_error(text), number_(number) {}

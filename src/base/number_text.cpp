@@ -1,14 +1,14 @@
 #include "base/number_text.h"
 
+#include "base/text.h"
+
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
-
-#include <fmt/format.h>
-
-#include "base/text.h"
 
 namespace nivora {
 namespace {
@@ -180,7 +180,8 @@ std::string format_number(double value, std::string_view pattern) {
     std::string front = integer_digits(decimal);
     std::string back = fraction_digits(decimal, static_cast<int>(shape.most_decimals));
     const bool zero = front.empty() && back.find_first_not_of('0') == std::string::npos;
-    if (front.size() < shape.least_integer_digits) front.insert(0, shape.least_integer_digits - front.size(), '0');
+    if (front.size() < shape.least_integer_digits)
+        front.insert(0, shape.least_integer_digits - front.size(), '0');
     while (back.size() > shape.least_decimals && back.back() == '0') back.pop_back();
     std::string text = value < 0.0 && !zero ? "-" : "";
     text += front;

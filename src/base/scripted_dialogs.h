@@ -1,10 +1,10 @@
 // Dialogs that answer from a script and keep what was asked: for tests of whatever asks the user.
 #pragma once
 
+#include "base/dialogs.h"
+
 #include <deque>
 #include <variant>
-
-#include "base/dialogs.h"
 
 namespace nivora {
 
@@ -16,8 +16,9 @@ struct AskedMessage {
 
 /// Answers in the order of the script.
 ///
-/// A message with an OK button alone needs no line in the script. Any other box that the script does not expect next,
-/// or an answer that the box does not offer, is kept as a complaint and answered with Cancel, No or nothing.
+/// A message with an OK button alone needs no line in the script. Any other box that the script does not
+/// expect next, or an answer that the box does not offer, is kept as a complaint and answered with Cancel, No
+/// or nothing.
 class ScriptedDialogs : public Dialogs {
 public:
     Answer message(const Message& message) override;
@@ -32,7 +33,8 @@ public:
     [[nodiscard]] const std::vector<InputBox>& inputs() const { return inputs_; }
     [[nodiscard]] const std::vector<FileQuestion>& files() const { return files_; }
 
-    /// What the script did not expect; a test that ends with complaints, or with answers left over, has failed.
+    /// What the script did not expect; a test that ends with complaints, or with answers left over, has
+    /// failed.
     [[nodiscard]] const std::vector<std::string>& complaints() const { return complaints_; }
     [[nodiscard]] std::size_t answers_left() const { return script_.size(); }
 

@@ -1,12 +1,13 @@
-// The 32-bit and 16-bit steps of the arithmetic: rounding into a Single, into a 16-bit Integer, and to decimals.
+// The 32-bit and 16-bit steps of the arithmetic: rounding into a Single, into a 16-bit Integer, and to
+// decimals.
 #pragma once
+
+#include "base/fault.h"
 
 #include <cmath>
 #include <cstdint>
 #include <limits>
 #include <optional>
-
-#include "base/fault.h"
 
 namespace nivora {
 
@@ -40,8 +41,8 @@ template <typename Number>
 
 /// Rounds to a number of decimals, ties to even. `decimals` is 0 to 9; the result is never a negative zero.
 ///
-/// A Single has 24 bits and 10^5 has 12 odd ones, so that at 5 decimals the scaled value is exact and a tie is a
-/// true tie.
+/// A Single has 24 bits and 10^5 has 12 odd ones, so that at 5 decimals the scaled value is exact and a tie
+/// is a true tie.
 [[nodiscard]] inline double round_half_even(double value, int decimals) {
     double scale = 1.0;
     for (int i = 0; i < decimals; ++i) scale *= 10.0;

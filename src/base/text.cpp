@@ -1,11 +1,11 @@
 #include "base/text.h"
 
+#include <utf8proc.h>
+
 #include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
-
-#include <utf8proc.h>
 
 namespace nivora {
 namespace {
@@ -40,10 +40,9 @@ std::string_view trimmed(std::string_view text) {
 
 std::string folded_name(std::string_view name) {
     utf8proc_uint8_t* folded = nullptr;
-    const auto length = utf8proc_map(reinterpret_cast<const utf8proc_uint8_t*>(name.data()),
-                                     static_cast<utf8proc_ssize_t>(name.size()), &folded,
-                                     static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE |
-                                                                    UTF8PROC_CASEFOLD));
+    const auto length = utf8proc_map(
+        reinterpret_cast<const utf8proc_uint8_t*>(name.data()), static_cast<utf8proc_ssize_t>(name.size()),
+        &folded, static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE | UTF8PROC_CASEFOLD));
     const std::unique_ptr<utf8proc_uint8_t, decltype(&std::free)> owner{folded, &std::free};
     if (length < 0) return std::string{name};
     return {reinterpret_cast<const char*>(folded), static_cast<std::size_t>(length)};

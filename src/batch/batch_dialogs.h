@@ -1,12 +1,12 @@
 // Dialogs of the batch program: lines on standard error, answered without a user.
 #pragma once
 
+#include "base/dialogs.h"
+
 #include <iosfwd>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "base/dialogs.h"
 
 namespace nivora {
 
@@ -23,7 +23,8 @@ public:
     BatchDialogs(std::ostream& report, bool refuse) : report_(report), refuse_(refuse) {}
 
     Answer message(const Message& message) override;
-    /// Gives the prepared text once. Asked again, the text was not accepted: the prompt says why and is reported.
+    /// Gives the prepared text once. Asked again, the text was not accepted: the prompt says why and is
+    /// reported.
     std::optional<std::string> input(const InputBox& box) override;
     std::optional<std::filesystem::path> file(const FileQuestion& question) override;
 

@@ -1,14 +1,14 @@
 #include "batch/command_line.h"
 
-#include <cmath>
-#include <ostream>
+#include "base/durable_file.h"
+#include "base/number_text.h"
+#include "batch/commands.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-#include "base/durable_file.h"
-#include "base/number_text.h"
-#include "batch/commands.h"
+#include <cmath>
+#include <ostream>
 
 namespace nivora {
 namespace {
@@ -16,14 +16,18 @@ namespace {
 constexpr const char* k_version = "Nivora " NIVORA_VERSION;
 
 constexpr const char* k_description =
-    "Nivora computes the daily streamflow of mountain basins in which melting snow is a major source of runoff.\n"
-    "A basin is one file. It holds zones, daily variables, simulations with their parameters, and the results of the\n"
+    "Nivora computes the daily streamflow of mountain basins in which melting snow is a major source of "
+    "runoff.\n"
+    "A basin is one file. It holds zones, daily variables, simulations with their parameters, and the "
+    "results of the\n"
     "last run. Depths are cm or inches, discharge is m³/s or ft³/s, by the basin's units.";
 
 constexpr const char* k_footer =
-    "Questions that the model asks are answered so that the work goes on, and reported on standard error; with --refuse\n"
+    "Questions that the model asks are answered so that the work goes on, and reported on standard error; "
+    "with --refuse\n"
     "they are answered with Cancel or No.\n\n"
-    "Exit status: 0 done; 1 the model or the data said no (title and text on standard error); 2 wrong usage.\n\n"
+    "Exit status: 0 done; 1 the model or the data said no (title and text on standard error); 2 wrong "
+    "usage.\n\n"
     "Example:\n"
     "  nivora-batch import alder.NVR alder.mdb --name wy1998 --initial-runoff 4.2 --latitude 46.5\n"
     "  nivora-batch run alder.mdb --simulation wy1998 --kind year-round\n"
@@ -37,11 +41,14 @@ std::string single_number(const std::string& text) {
 }
 
 std::string share_number(const std::string& text) {
-    if (!text.empty() && text.find_first_not_of("0123456789.") == std::string::npos && exact_number(text)) return {};
+    if (!text.empty() && text.find_first_not_of("0123456789.") == std::string::npos && exact_number(text))
+        return {};
     return "'" + text + "' is no share such as 0.5";
 }
 
-std::string number_or_blank(const std::string& text) { return text == "blank" ? std::string{} : single_number(text); }
+std::string number_or_blank(const std::string& text) {
+    return text == "blank" ? std::string{} : single_number(text);
+}
 
 /// The texts of the options as the command line gives them.
 struct Texts {
@@ -103,45 +110,60 @@ RunCommand run_of(const Texts& texts, const CLI::App& app) {
 CLI::App& add_import(CLI::App& app, Texts& texts) {
     CLI::App& import = *app.add_subcommand(
         "import", "Read a legacy data file (.NVR) into a basin, which is made if it does not exist");
-    import.add_option("FILE.NVR", texts.file, "Legacy data file: one year or season of one basin")->required();
+    import.add_option("FILE.NVR", texts.file, "Legacy data file: one year or season of one basin")
+        ->required();
     import.add_option("BASIN.mdb", texts.basin, "Basin file")->required();
-    import.add_option("--name", texts.name, "Name of the new simulation; the file's name without .NVR if not given");
+    import.add_option("--name", texts.name,
+                      "Name of the new simulation; the file's name without .NVR if not given");
     import
-        .add_option("--by-zone", texts.by_zone,
-                    "Inputs given for each zone: temperature, precipitation, lapse-rate, coefficients, tcrit, "
-                    "recession, joined by commas; all others hold basinwide")
+        .add_option(
+            "--by-zone", texts.by_zone,
+            "Inputs given for each zone: temperature, precipitation, lapse-rate, coefficients, tcrit, "
+            "recession, joined by commas; all others hold basinwide")
         ->delimiter(',')
         ->check(CLI::IsMember(
             {"temperature", "precipitation", "lapse-rate", "coefficients", "tcrit", "recession"}));
-    import.add_option("--temperature", texts.temperature, "average (daily means) or max-min (mean of maximum and minimum)")
+    import
+        .add_option("--temperature", texts.temperature,
+                    "average (daily means) or max-min (mean of maximum and minimum)")
         ->check(CLI::IsMember({"average", "max-min"}))
         ->capture_default_str();
-    import.add_option("--initial-runoff", texts.initial_runoff, "Discharge on the day before the run, m³/s or ft³/s")
+    import
+        .add_option("--initial-runoff", texts.initial_runoff,
+                    "Discharge on the day before the run, m³/s or ft³/s")
         ->check(CLI::Validator(single_number, "NUMBER"));
     import
         .add_option("--rain-threshold", texts.rain_threshold,
-                    "Daily rain from which the recession quickens, cm or inches, or the word blank for the default; the "
+                    "Daily rain from which the recession quickens, cm or inches, or the word blank for the "
+                    "default; the "
                     "file's own if not given")
         ->check(CLI::Validator(number_or_blank, "NUMBER|blank"));
-    import.add_option("--latitude", texts.latitude, "Latitude of the basin, decimal degrees, negative in the south")
+    import
+        .add_option("--latitude", texts.latitude,
+                    "Latitude of the basin, decimal degrees, negative in the south")
         ->check(CLI::Validator(single_number, "NUMBER"));
     return import;
 }
 
 CLI::App& add_run(CLI::App& app, Texts& texts) {
-    CLI::App& run = *app.add_subcommand("run", "Run a simulation, keep its results in the basin, print its statistics");
+    CLI::App& run =
+        *app.add_subcommand("run", "Run a simulation, keep its results in the basin, print its statistics");
     run.add_option("BASIN.mdb", texts.basin, "Basin file")->required();
     run.add_option("--simulation", texts.simulation, "Name of the simulation")->required();
-    run.add_option("--kind", texts.kind, "melt-season or year-round; the discharge is the same, reports differ")
+    run.add_option("--kind", texts.kind,
+                   "melt-season or year-round; the discharge is the same, reports differ")
         ->check(CLI::IsMember({"melt-season", "year-round"}))
         ->capture_default_str();
-    run.add_option("--forecast", texts.forecast,
-                   "Run as a forecast that starts anew from the measured discharge every so many days, 1 to 9");
-    run.add_flag("--no-snow", texts.no_snow,
-                 "Disregard the snow covered area and carry unmelted winter precipitation into the melt season; with "
-                 "--kind year-round alone");
+    run.add_option(
+        "--forecast", texts.forecast,
+        "Run as a forecast that starts anew from the measured discharge every so many days, 1 to 9");
+    run.add_flag(
+        "--no-snow", texts.no_snow,
+        "Disregard the snow covered area and carry unmelted winter precipitation into the melt season; with "
+        "--kind year-round alone");
     run.add_option("--lag-shares", texts.lag_shares,
-                   "Custom time lag: shares of a day's input that run off on that day, the day after, ... (up to six, "
+                   "Custom time lag: shares of a day's input that run off on that day, the day after, ... "
+                   "(up to six, "
                    "together 1), joined by commas; the simulation's lag times if not given")
         ->delimiter(',')
         ->check(CLI::Validator(share_number, "SHARE"));
@@ -165,7 +187,8 @@ CLI::App& add_export(CLI::App& app, Texts& texts) {
     CLI::App& exported = *app.add_subcommand(
         "export", "Write a table as CSV: UTF-8, a header line, ISO dates, nothing for a missing value");
     exported.add_option("BASIN.mdb", texts.basin, "Basin file")->required();
-    exported.add_option("TABLE", texts.table, "SimResults, PhysicalData, a simulation's name, or any other table")
+    exported
+        .add_option("TABLE", texts.table, "SimResults, PhysicalData, a simulation's name, or any other table")
         ->required();
     exported.add_option("--csv", texts.csv, "File to write")->required();
     return exported;
@@ -203,7 +226,8 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
     if (exported.parsed()) {
         return export_command(path_from_utf8(texts.basin), texts.table, path_from_utf8(texts.csv), dialogs);
     }
-    if (simulations.parsed()) return simulations_command(path_from_utf8(texts.basin), texts.json, dialogs, out);
+    if (simulations.parsed())
+        return simulations_command(path_from_utf8(texts.basin), texts.json, dialogs, out);
     if (blank.parsed()) return template_command(path_from_utf8(texts.file), dialogs);
     return k_wrong_usage;
 }

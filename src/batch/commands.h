@@ -1,13 +1,13 @@
 // The commands of the batch program. Each returns the exit status: 0 done, 1 the model or the data said no.
 #pragma once
 
+#include "batch/batch_dialogs.h"
+
 #include <filesystem>
 #include <iosfwd>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "batch/batch_dialogs.h"
 
 namespace nivora {
 
@@ -47,18 +47,20 @@ struct RunCommand {
     bool json = false;
 };
 
-/// Creates the basin file from a legacy file, or imports into it if it exists. What is refused changes nothing.
+/// Creates the basin file from a legacy file, or imports into it if it exists. What is refused changes
+/// nothing.
 int import_command(const ImportCommand& command, BatchDialogs& dialogs, std::ostream& out);
 
 /// Lists the simulations of a basin.
-int simulations_command(const std::filesystem::path& basin, bool json, BatchDialogs& dialogs, std::ostream& out);
+int simulations_command(const std::filesystem::path& basin, bool json, BatchDialogs& dialogs,
+                        std::ostream& out);
 
 /// Runs a simulation, leaves `SimResults` in the file and prints the statistics.
 int run_command(const RunCommand& command, BatchDialogs& dialogs, std::ostream& out);
 
 /// Writes a table as CSV.
-int export_command(const std::filesystem::path& basin, const std::string& table, const std::filesystem::path& csv,
-                   BatchDialogs& dialogs);
+int export_command(const std::filesystem::path& basin, const std::string& table,
+                   const std::filesystem::path& csv, BatchDialogs& dialogs);
 
 /// Writes the blank template of all basins.
 int template_command(const std::filesystem::path& file, BatchDialogs& dialogs);

@@ -1,17 +1,18 @@
-#include <fmt/format.h>
-
 #include "base/durable_file.h"
 #include "base/number_text.h"
 #include "batch/commands.h"
 #include "store/table_io.h"
 
+#include <fmt/format.h>
+
 namespace nivora {
 namespace {
 
-/// A text in the form of CSV: in quote marks where it has to be, and where it is empty, which a missing value is not.
+/// A text in the form of CSV: in quote marks where it has to be, and where it is empty, which a missing value
+/// is not.
 std::string csv_text(const std::string& text) {
-    const bool plain = !text.empty() && text.find_first_of(",\"\r\n") == std::string::npos && text.front() != ' ' &&
-                       text.back() != ' ';
+    const bool plain = !text.empty() && text.find_first_of(",\"\r\n") == std::string::npos &&
+                       text.front() != ' ' && text.back() != ' ';
     if (plain) return text;
     std::string quoted = "\"";
     for (const char character : text) {
@@ -73,8 +74,8 @@ std::string csv_of(BasinDatabase& database, const std::string& table) {
 
 }  // namespace
 
-int export_command(const std::filesystem::path& basin, const std::string& table, const std::filesystem::path& csv,
-                   BatchDialogs& dialogs) {
+int export_command(const std::filesystem::path& basin, const std::string& table,
+                   const std::filesystem::path& csv, BatchDialogs& dialogs) {
     try {
         BasinDatabase database{basin, Access::ReadOnly};
         write_whole_file(csv, csv_of(database, table));

@@ -1,13 +1,13 @@
-#include <algorithm>
-#include <ostream>
-
-#include <fmt/format.h>
-
 #include "base/durable_file.h"
 #include "base/text.h"
 #include "batch/commands.h"
 #include "prep/legacy_import.h"
 #include "store/table_io.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <ostream>
 
 namespace nivora {
 namespace {
@@ -59,8 +59,9 @@ void apply_options(const ImportCommand& command, Simulation& simulation) {
 void store_simulation(BasinDatabase& database, const Simulation& simulation) {
     const TableSchema table = template_table(k_simulation_index);
     auto rows = read_table<Simulation>(database, table);
-    const auto same = std::find_if(rows.begin(), rows.end(),
-                                   [&](const Simulation& row) { return same_name(row.name, simulation.name); });
+    const auto same = std::find_if(rows.begin(), rows.end(), [&](const Simulation& row) {
+        return same_name(row.name, simulation.name);
+    });
     if (same == rows.end()) {
         rows.push_back(simulation);
     } else {
@@ -77,8 +78,8 @@ void store_latitude(BasinDatabase& database, double latitude) {
 }
 
 /// The new simulation, or nothing where the import was refused and the basin is as it was.
-std::optional<Simulation> import_into(BasinDatabase& database, const LegacyFile& file, const ImportCommand& command,
-                                      BatchDialogs& dialogs) {
+std::optional<Simulation> import_into(BasinDatabase& database, const LegacyFile& file,
+                                      const ImportCommand& command, BatchDialogs& dialogs) {
     std::optional<Simulation> imported;
     const std::string offered = offered_simulation_name(path_text(command.file.filename()));
     if (command.name) dialogs.prepare_input(*command.name);

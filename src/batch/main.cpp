@@ -1,9 +1,9 @@
 // The headless program of Nivora.
 
+#include "batch/command_line.h"
+
 #include <exception>
 #include <iostream>
-
-#include "batch/command_line.h"
 
 int main(int argc, char** argv) {
     try {

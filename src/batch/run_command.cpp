@@ -1,7 +1,3 @@
-#include <ostream>
-
-#include <fmt/format.h>
-
 #include "base/number_text.h"
 #include "batch/commands.h"
 #include "batch/json.h"
@@ -9,6 +5,10 @@
 #include "engine/results_summary.h"
 #include "engine/run_driver.h"
 #include "session/session.h"
+
+#include <fmt/format.h>
+
+#include <ostream>
 
 namespace nivora {
 namespace {
@@ -29,7 +29,8 @@ bool select_in(Session& session, const RunCommand& command, BatchDialogs& dialog
         return true;
     }
     std::string names;
-    for (const Simulation& simulation : basin.simulations) names += (names.empty() ? "'" : ", '") + simulation.name + "'";
+    for (const Simulation& simulation : basin.simulations)
+        names += (names.empty() ? "'" : ", '") + simulation.name + "'";
     dialogs.report_problem("No such simulation",
                            fmt::format("The basin has no simulation '{}'. It has: {}.", command.simulation,
                                        names.empty() ? "none" : names));
@@ -83,7 +84,8 @@ std::size_t character_count(const std::string& text) {
 void print_line(std::ostream& out, const std::string& label, float value) {
     constexpr std::size_t k_value_column = 46;
     const std::size_t used = character_count(label);
-    out << label << std::string(used < k_value_column ? k_value_column - used : 1, ' ') << single_text(value) << '\n';
+    out << label << std::string(used < k_value_column ? k_value_column - used : 1, ' ') << single_text(value)
+        << '\n';
 }
 
 void print_statistics(const Session& session, std::ostream& out) {
@@ -93,8 +95,9 @@ void print_statistics(const Session& session, std::ostream& out) {
     const auto labels = statistics_labels(session.basin.Units_Code);
     const auto values = statistics_values(session.run);
     for (std::size_t i = 0; i < labels.size(); ++i) print_line(out, labels[i], values[i]);
-    print_line(out, fmt::format("Computed Runoff of the last day ({}³/s):",
-                                session.basin.Units_Code == k_english ? 'f' : 'm'),
+    print_line(out,
+               fmt::format("Computed Runoff of the last day ({}³/s):",
+                           session.basin.Units_Code == k_english ? 'f' : 'm'),
                session.run.FinalQ[0]);
 }
 

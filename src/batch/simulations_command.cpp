@@ -1,15 +1,17 @@
-#include <ostream>
-
-#include <fmt/format.h>
-
 #include "batch/commands.h"
 #include "batch/json.h"
 #include "store/basin_store.h"
 
+#include <fmt/format.h>
+
+#include <ostream>
+
 namespace nivora {
 namespace {
 
-Json date_json(const std::optional<DayCount>& date) { return date ? Json(iso_date_text(*date)) : Json(nullptr); }
+Json date_json(const std::optional<DayCount>& date) {
+    return date ? Json(iso_date_text(*date)) : Json(nullptr);
+}
 
 template <typename Number>
 Json number_json(const std::optional<Number>& number) {
@@ -52,22 +54,25 @@ std::string shown_cell(const std::string& text) { return text.empty() ? "blank" 
 
 }  // namespace
 
-int simulations_command(const std::filesystem::path& basin, bool json, BatchDialogs& dialogs, std::ostream& out) {
+int simulations_command(const std::filesystem::path& basin, bool json, BatchDialogs& dialogs,
+                        std::ostream& out) {
     try {
         BasinDatabase database{basin, Access::ReadOnly};
         BasinState state;
         read_basin(database, state);
         if (json) {
             Json list = Json::array();
-            for (const Simulation& simulation : state.simulations) list.push_back(simulation_json(simulation));
+            for (const Simulation& simulation : state.simulations)
+                list.push_back(simulation_json(simulation));
             out << printed(list);
             return k_done;
         }
         for (const Simulation& simulation : state.simulations) {
-            out << fmt::format("{}\n    {} to {}, {}, {} temperatures, {}\n    initial runoff {}, rain threshold {}\n",
-                               simulation.name, shown_date(simulation.start), shown_date(simulation.end),
-                               simulation.text(5), simulation.text(6), by_zone_list(simulation),
-                               shown_cell(simulation.text(13)), shown_cell(simulation.text(14)));
+            out << fmt::format(
+                "{}\n    {} to {}, {}, {} temperatures, {}\n    initial runoff {}, rain threshold {}\n",
+                simulation.name, shown_date(simulation.start), shown_date(simulation.end), simulation.text(5),
+                simulation.text(6), by_zone_list(simulation), shown_cell(simulation.text(13)),
+                shown_cell(simulation.text(14)));
         }
         return k_done;
     } catch (const StoreError& error) {

@@ -1,12 +1,12 @@
 #include "engine/build_results.h"
 
-#include <cmath>
+#include "base/number_text.h"
+#include "store/table_io.h"
 
 #include <SQLiteCpp/Statement.h>
 #include <fmt/format.h>
 
-#include "base/number_text.h"
-#include "store/table_io.h"
+#include <cmath>
 
 namespace nivora {
 namespace {
@@ -23,17 +23,20 @@ struct SourceRow {
 
     template <typename Self, typename Visitor>
     static void visit(Self& row, Visitor&& field) {
-        field(row.date), field(row.zone), field(row.runoff), field(row.tmax), field(row.tmin), field(row.tavg);
+        field(row.date), field(row.zone), field(row.runoff), field(row.tmax), field(row.tmin),
+            field(row.tavg);
         field(row.precip), field(row.sca), field(row.net_radiation), field(row.lapse_rate), field(row.tcrit);
-        field(row.an), field(row.lag), field(row.cs), field(row.cr), field(row.rca), field(row.x), field(row.y);
+        field(row.an), field(row.lag), field(row.cs), field(row.cr), field(row.rca), field(row.x),
+            field(row.y);
     }
 };
 
-/// The discharge of the day before the run, where more than one row of that day is stored: a basin of one zone never
-/// has it. A missing value counts as none.
+/// The discharge of the day before the run, where more than one row of that day is stored: a basin of one
+/// zone never has it. A missing value counts as none.
 float prior_runoff(BasinDatabase& database, DayCount day) {
     return guarded([&] {
-        SQLite::Statement query{database.sql(), "SELECT Runoff FROM PhysicalData WHERE Date = ? ORDER BY Zone"};
+        SQLite::Statement query{database.sql(),
+                                "SELECT Runoff FROM PhysicalData WHERE Date = ? ORDER BY Zone"};
         query.bind(1, day);
         float first = k_no_prior_runoff;
         int count = 0;
@@ -47,21 +50,23 @@ float prior_runoff(BasinDatabase& database, DayCount day) {
     });
 }
 
-/// The rows of the period, all days of zone 1 first. The zones are found one by one along the key, so that the cost
-/// follows the period and not the length of the record.
+/// The rows of the period, all days of zone 1 first. The zones are found one by one along the key, so that
+/// the cost follows the period and not the length of the record.
 std::vector<SourceRow> source_rows(BasinDatabase& database, const std::string& simulation, DayCount start,
                                    DayCount end) {
     return guarded([&] {
         const std::string parameters = quoted_name(database.stored_name(simulation).value_or(simulation));
         SQLite::Statement query{
             database.sql(),
-            fmt::format("WITH RECURSIVE zones(n) AS (SELECT min(Zone) FROM PhysicalData UNION ALL "
-                        "SELECT (SELECT min(Zone) FROM PhysicalData WHERE Zone > n) FROM zones WHERE n IS NOT NULL) "
-                        "SELECT p.Date, p.Zone, Runoff, Tmax, Tmin, Tavg, Precip, SCA, NetRadiation, LapseRate, Tcrit, "
-                        "An, LagTime, Cs, Cr, RCA, Xcoeff, Ycoeff FROM zones CROSS JOIN PhysicalData AS p "
-                        "INNER JOIN {} AS s ON s.Zone = p.Zone AND s.Date = p.Date "
-                        "WHERE p.Zone = n AND p.Date >= ?1 AND p.Date <= ?2 ORDER BY p.Zone, p.Date",
-                        parameters)};
+            fmt::format(
+                "WITH RECURSIVE zones(n) AS (SELECT min(Zone) FROM PhysicalData UNION ALL "
+                "SELECT (SELECT min(Zone) FROM PhysicalData WHERE Zone > n) FROM zones WHERE n IS NOT NULL) "
+                "SELECT p.Date, p.Zone, Runoff, Tmax, Tmin, Tavg, Precip, SCA, NetRadiation, LapseRate, "
+                "Tcrit, "
+                "An, LagTime, Cs, Cr, RCA, Xcoeff, Ycoeff FROM zones CROSS JOIN PhysicalData AS p "
+                "INNER JOIN {} AS s ON s.Zone = p.Zone AND s.Date = p.Date "
+                "WHERE p.Zone = n AND p.Date >= ?1 AND p.Date <= ?2 ORDER BY p.Zone, p.Date",
+                parameters)};
         query.bind(1, start);
         query.bind(2, end);
         return read_rows<SourceRow>(query);
@@ -69,8 +74,8 @@ std::vector<SourceRow> source_rows(BasinDatabase& database, const std::string& s
 }
 
 /// The rows, or none after a message where the store refuses.
-std::vector<SourceRow> source_rows_or_message(BasinDatabase& database, const BasinState& basin, DayCount start,
-                                              DayCount end, Dialogs& dialogs) {
+std::vector<SourceRow> source_rows_or_message(BasinDatabase& database, const BasinState& basin,
+                                              DayCount start, DayCount end, Dialogs& dialogs) {
     try {
         return source_rows(database, basin.Current_Sim_Name, start, end);
     } catch (const StoreError& error) {
@@ -88,14 +93,16 @@ bool accepts_initial_runoff(const RunState& run, float prior, float first_runoff
         if (!(std::abs(initial - first) > first * k_runoff_tolerance)) return true;
         question.title = "Warning, possible data problem";
         question.text = fmt::format(
-            "There is a significant difference between your InitialRunoffValue {{{}}} and day #1's Measured Runoff "
+            "There is a significant difference between your InitialRunoffValue {{{}}} and day #1's Measured "
+            "Runoff "
             "{{{}}}.  Continue?",
             single_text(run.InitialRunoff), single_text(first_runoff));
     } else {
         if (prior == run.InitialRunoff) return true;
         question.title = "Inconsistent data";
         question.text = fmt::format(
-            "The InitialRunoffValue for this simulation {{{}}} is different than that found in the basin database "
+            "The InitialRunoffValue for this simulation {{{}}} is different than that found in the basin "
+            "database "
             "{{{}}}.  Continue?",
             single_text(run.InitialRunoff), single_text(prior));
     }
@@ -140,17 +147,19 @@ std::unique_ptr<ResultsReplacement> replace_or_message(BasinDatabase& database, 
 }  // namespace
 
 Message missing_data_message(const BasinState& basin) {
-    return {.text = fmt::format("The current database is missing variables and/or parameters needed to run '{}'!",
-                                basin.Current_Sim_Name),
-            .title = "Run aborting, possible invalid simulation definition",
-            .icon = Icon::Stop};
+    return {
+        .text = fmt::format("The current database is missing variables and/or parameters needed to run '{}'!",
+                            basin.Current_Sim_Name),
+        .title = "Run aborting, possible invalid simulation definition",
+        .icon = Icon::Stop};
 }
 
 Message results_fault_message(const StoreError& error) {
     Message message{.icon = Icon::Stop};
     if (error.fault() == StoreFault::Busy) {
         message.text =
-            "Conflict while accessing the 'SimResults' table.  Make sure you close the 'Simulation Results' window "
+            "Conflict while accessing the 'SimResults' table.  Make sure you close the 'Simulation Results' "
+            "window "
             "before proceeding";
     } else {
         message.text = fmt::format("{} {}", static_cast<int>(error.fault()), error.what());
@@ -167,8 +176,8 @@ int february_days(DayCount start, DayCount end) {
     return leap ? 29 : 28;
 }
 
-BuiltResults Build_SimResults(BasinDatabase& database, const BasinState& basin, RunState& run, Dialogs& dialogs,
-                              const ApplyScenario& apply_scenario) {
+BuiltResults Build_SimResults(BasinDatabase& database, const BasinState& basin, RunState& run,
+                              Dialogs& dialogs, const ApplyScenario& apply_scenario) {
     BuiltResults built;
     const Simulation& simulation = *basin.current_simulation();
     const DayCount start = *simulation.start;
@@ -196,10 +205,12 @@ BuiltResults Build_SimResults(BasinDatabase& database, const BasinState& basin, 
         return built;
     }
     built.results.resize(source.size());
-    for (std::size_t row = 0; row < source.size(); ++row) fill_row(built.results, row, source[row], run.NoSnow);
+    for (std::size_t row = 0; row < source.size(); ++row)
+        fill_row(built.results, row, source[row], run.NoSnow);
 
     if (static_cast<double>(source.back().zone) != leading_number(basin.zones_text)) {
-        dialogs.stop("# of zones with variable and parameter values don't match basin definition", "Fatal error");
+        dialogs.stop("# of zones with variable and parameter values don't match basin definition",
+                     "Fatal error");
         return built;
     }
     if (run.ClimateStep == 1 && apply_scenario) apply_scenario(database, built.results);

@@ -1,18 +1,18 @@
 // The results table of a run, built from the basin's daily data and a simulation's parameter table.
 #pragma once
 
-#include <functional>
-#include <memory>
-#include <optional>
-
 #include "base/dialogs.h"
 #include "engine/results_store.h"
 #include "engine/run_state.h"
 
+#include <functional>
+#include <memory>
+#include <optional>
+
 namespace nivora {
 
-/// Days of February for a simulation's period. The year that counts is that of the end date, or that of the start date
-/// where it is an earlier one and the start lies before March.
+/// Days of February for a simulation's period. The year that counts is that of the end date, or that of the
+/// start date where it is an earlier one and the start lies before March.
 [[nodiscard]] int february_days(DayCount start, DayCount end);
 
 /// The message for a simulation that has no day with both variables and parameters.
@@ -28,16 +28,17 @@ using ApplyScenario = std::function<void(BasinDatabase&, SimResults&)>;
 struct BuiltResults {
     int Status = 0;  ///< 0 the run may go on, 1 stop it
     SimResults results;
-    /// The replacement of the table in the file, open until it is committed; none where the old table was kept.
+    /// The replacement of the table in the file, open until it is committed; none where the old table was
+    /// kept.
     std::unique_ptr<ResultsReplacement> replacement;
 };
 
-/// Joins `PhysicalData` with the parameter table of the current simulation over its period, compares the initial runoff
-/// with the data, and fills one row per zone and day.
+/// Joins `PhysicalData` with the parameter table of the current simulation over its period, compares the
+/// initial runoff with the data, and fills one row per zone and day.
 ///
-/// Shows what it finds wrong. A run that is refused by the question about the initial runoff has emptied the table
-/// already. A last row whose zone is not the basin's last one is called fatal and ends the building, but leaves the
-/// status at 0, so that the run goes on; it is meant so.
+/// Shows what it finds wrong. A run that is refused by the question about the initial runoff has emptied the
+/// table already. A last row whose zone is not the basin's last one is called fatal and ends the building,
+/// but leaves the status at 0, so that the run goes on; it is meant so.
 [[nodiscard]] BuiltResults Build_SimResults(BasinDatabase& database, const BasinState& basin, RunState& run,
                                             Dialogs& dialogs, const ApplyScenario& apply_scenario);
 

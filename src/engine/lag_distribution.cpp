@@ -1,8 +1,8 @@
 #include "engine/lag_distribution.h"
 
-#include <algorithm>
-
 #include "base/number_text.h"
+
+#include <algorithm>
 
 namespace nivora {
 
@@ -22,16 +22,19 @@ std::string lag_total_text(std::span<const std::string> shares) {
 std::optional<Message> lag_total_problem(const std::string& total_text) {
     const double total = leading_number(total_text);
     if (total == 0.0 || total == 1.0) return std::nullopt;
-    return Message{.text = "Distribution of daily melt over the period specified must equal 1 (100%).  Please correct "
-                           "before proceeding",
-                   .icon = Icon::Stop};
+    return Message{
+        .text =
+            "Distribution of daily melt over the period specified must equal 1 (100%).  Please correct "
+            "before proceeding",
+        .icon = Icon::Stop};
 }
 
 std::array<float, 8> lag_distribution(double days, std::span<const std::string> shares) {
     std::array<float, 8> distribution{};
     distribution[0] = static_cast<float>(days);
     const std::size_t count = std::min(shares.size(), distribution.size() - 1);
-    for (std::size_t i = 0; i < count; ++i) distribution[i + 1] = static_cast<float>(leading_number(shares[i]));
+    for (std::size_t i = 0; i < count; ++i)
+        distribution[i + 1] = static_cast<float>(leading_number(shares[i]));
     return distribution;
 }
 

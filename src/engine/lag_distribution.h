@@ -1,13 +1,13 @@
 // The rules of a custom time lag distribution.
 #pragma once
 
+#include "base/dialogs.h"
+
 #include <array>
 #include <optional>
 #include <span>
 #include <string>
 #include <vector>
-
-#include "base/dialogs.h"
 
 namespace nivora {
 
@@ -28,7 +28,8 @@ inline constexpr int k_most_lag_days = 6;
 /// The distribution that accepted boxes stand for: index 0 the number of days, 1 to N the shares.
 [[nodiscard]] std::array<float, 8> lag_distribution(double days, std::span<const std::string> shares);
 
-/// The shares as a run uses them, rounded to 5 decimals, oldest input first; empty where there is no distribution.
+/// The shares as a run uses them, rounded to 5 decimals, oldest input first; empty where there is no
+/// distribution.
 [[nodiscard]] std::vector<double> lag_weights(const std::array<float, 8>& distribution);
 
 }  // namespace nivora

@@ -1,14 +1,16 @@
 #include "engine/results_store.h"
 
-#include <SQLiteCpp/Statement.h>
-
 #include "store/table_io.h"
+
+#include <SQLiteCpp/Statement.h>
 
 namespace nivora {
 namespace {
 
 SQLite::Transaction begin(BasinDatabase& database) {
-    return guarded([&] { return SQLite::Transaction{database.sql(), SQLite::TransactionBehavior::IMMEDIATE}; });
+    return guarded([&] {
+        return SQLite::Transaction{database.sql(), SQLite::TransactionBehavior::IMMEDIATE};
+    });
 }
 
 std::string insert_statement(const TableSchema& table) {
@@ -30,7 +32,8 @@ void ResultsReplacement::commit(const SimResults& results) {
         SQLite::Statement insert{database_.sql(), insert_statement(sim_results_table())};
         for (std::size_t row = 0; row < results.size(); ++row) {
             int position = 1;
-            SimResults::visit(results, [&](const auto& column) { bind_value(insert, position++, column[row]); });
+            SimResults::visit(results,
+                              [&](const auto& column) { bind_value(insert, position++, column[row]); });
             insert.exec();
             insert.reset();
         }
@@ -42,11 +45,12 @@ SimResults load_results(BasinDatabase& database) {
     return guarded([&] {
         SimResults results;
         const TableSchema table = sim_results_table();
-        SQLite::Statement query{database.sql(),
-                                "SELECT " + field_list(table) + " FROM " + quoted_name(table.name) + " ORDER BY rowid"};
+        SQLite::Statement query{database.sql(), "SELECT " + field_list(table) + " FROM " +
+                                                    quoted_name(table.name) + " ORDER BY rowid"};
         while (query.executeStep()) {
             int position = 0;
-            SimResults::visit(results, [&](auto& column) { read_value(query, position++, column.emplace_back()); });
+            SimResults::visit(results,
+                              [&](auto& column) { read_value(query, position++, column.emplace_back()); });
         }
         return results;
     });

@@ -8,11 +8,12 @@
 
 namespace nivora {
 
-/// Replaces the table `SimResults` of a basin file, in one transaction from the removal of the old table to the last row
-/// of the new one. What is not committed leaves the old table.
+/// Replaces the table `SimResults` of a basin file, in one transaction from the removal of the old table to
+/// the last row of the new one. What is not committed leaves the old table.
 class ResultsReplacement {
 public:
-    /// Removes the table, if there is one, and makes it anew. @throws StoreError, Busy where another program holds it
+    /// Removes the table, if there is one, and makes it anew. @throws StoreError, Busy where another program
+    /// holds it
     explicit ResultsReplacement(BasinDatabase& database);
 
     /// Writes the rows and makes all of it last. @throws StoreError

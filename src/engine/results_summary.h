@@ -1,10 +1,10 @@
 // What the summary of a run shows: its caption and the labels of its six statistics.
 #pragma once
 
+#include "engine/run_state.h"
+
 #include <array>
 #include <string>
-
-#include "engine/run_state.h"
 
 namespace nivora {
 

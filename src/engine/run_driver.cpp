@@ -1,15 +1,15 @@
 #include "engine/run_driver.h"
 
-#include <array>
-
 #include "base/number_text.h"
 #include "base/text.h"
+#include "engine/run_statistics.h"
 #include "engine/runoff_custom_lag.h"
 #include "engine/runoff_simulation.h"
-#include "engine/run_statistics.h"
 #include "engine/snow_melt.h"
 #include "engine/zone_inputs.h"
 #include "engine/zone_totals.h"
+
+#include <array>
 
 namespace nivora {
 namespace {
@@ -25,7 +25,8 @@ std::optional<RunMenuProblem> first_zone_problem(const BasinState& basin) {
     for (int number = 1; number <= basin.ZoneCount; ++number) {
         const auto index = static_cast<std::size_t>(number - 1);
         const Zone zone = index < basin.zones.size() ? basin.zones[index] : Zone{};
-        if (zone.area.value_or(0.0) == 0.0) return zone_problem(number, "Zone area must be greater than zero!");
+        if (zone.area.value_or(0.0) == 0.0)
+            return zone_problem(number, "Zone area must be greater than zero!");
         const double elevation = zone.elevation.value_or(0.0);
         if (!(elevation > previous)) {
             return zone_problem(number, "Hypsometric elevations must be in increasing order by zone");
@@ -39,11 +40,12 @@ std::string title_of(const char* caption) { return std::string{caption}.substr(1
 
 bool accepts_blank_latitude(const BasinState& basin, Dialogs& dialogs) {
     if (!trimmed(basin.latitude_text).empty()) return true;
-    return dialogs.message({.text = "A positive or blank latitude indicates a basin located in the northern hemisphere, "
-                                    "a negative latitude indicates a basin located in the southern hemisphere.  "
-                                    "Continue processing?",
-                            .title = "Missing latitude",
-                            .buttons = Buttons::YesNo}) == Answer::Yes;
+    return dialogs.message(
+               {.text = "A positive or blank latitude indicates a basin located in the northern hemisphere, "
+                        "a negative latitude indicates a basin located in the southern hemisphere.  "
+                        "Continue processing?",
+                .title = "Missing latitude",
+                .buttons = Buttons::YesNo}) == Answer::Yes;
 }
 
 /// Brings the rows to the file; false after a message where the store refuses.
@@ -103,10 +105,10 @@ RunOutcome run_on(BasinDatabase& database, RunContext context) {
 
 std::optional<RunMenuProblem> run_menu_problem(const BasinState& basin) {
     if (basin.current_simulation() == nullptr) {
-        return RunMenuProblem{{.text = "Identify a simulation before attempting a calculation!",
-                               .title = "Simulation Error!"},
-                              RunMenuProblem::Place::None,
-                              0};
+        return RunMenuProblem{
+            {.text = "Identify a simulation before attempting a calculation!", .title = "Simulation Error!"},
+            RunMenuProblem::Place::None,
+            0};
     }
     if (trimmed(basin.reference_elevation_text).empty()) {
         return RunMenuProblem{{.text = "Please provide a basin reference elevation before continuing",
@@ -122,7 +124,9 @@ const char* simulation_caption(int index) {
     return index == 0 ? "&Melt Season Simulation" : "&Year round Simulation";
 }
 
-const char* forecast_caption(int index) { return index == 0 ? "&Melt Season Forecast" : "&Year round Forecast"; }
+const char* forecast_caption(int index) {
+    return index == 0 ? "&Melt Season Forecast" : "&Year round Forecast";
+}
 
 void choose_simulation(RunState& run) {
     run.RunKind = k_run_kind_simulation_chosen;

@@ -1,12 +1,13 @@
-// Where a user's command enters the model: the checks before a run, the choice of its kind, and the run itself.
+// Where a user's command enters the model: the checks before a run, the choice of its kind, and the run
+// itself.
 #pragma once
-
-#include <optional>
-#include <string>
 
 #include "base/dialogs.h"
 #include "engine/build_results.h"
 #include "engine/run_state.h"
+
+#include <optional>
+#include <string>
 
 namespace nivora {
 
@@ -26,7 +27,8 @@ struct RunMenuProblem {
     int zone = 0;  ///< 1 to 16 where the place is a zone
 };
 
-/// The checks at the opening of the Run menu, in their order; the first failure counts. They report and disable nothing.
+/// The checks at the opening of the Run menu, in their order; the first failure counts. They report and
+/// disable nothing.
 [[nodiscard]] std::optional<RunMenuProblem> run_menu_problem(const BasinState& basin);
 
 /// Captions of the run commands, the accelerator marked by "&". Index 0 melt season, 1 year round.
@@ -54,7 +56,8 @@ struct RunOutcome {
 /// @return whether all stages reached their end
 [[nodiscard]] bool Run_Model(SimResults& results, RunContext context, bool& statistics_valid);
 
-/// Runs the current simulation over its period, with the results table read from and left in the working file.
+/// Runs the current simulation over its period, with the results table read from and left in the working
+/// file.
 ///
 /// @param index 0 melt season, 1 year round; after choose_simulation or choose_forecast
 RunOutcome start_run(RunContext context, int index);

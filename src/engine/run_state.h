@@ -1,12 +1,12 @@
 // The values of a run that live as long as the program, and what a run leaves behind.
 #pragma once
 
-#include <array>
-#include <string>
-
 #include "base/calendar.h"
 #include "base/single.h"
 #include "store/basin_store.h"
+
+#include <array>
+#include <string>
 
 namespace nivora {
 
@@ -32,23 +32,23 @@ struct ZoneTotals {
 };
 
 struct RunState {
-    int RunKind = 0;              ///< 0, 1 forecast; 2, 3 simulation; even melt season, odd year round
-    std::string RunTitle;         ///< such as "Year round Simulation"
-    int UpdateInterval = 0;       ///< days between updates of a forecast; 0 for a simulation
-    DayCount RunStart = 0;        ///< first day of the working period
-    DayCount RunEnd = 0;          ///< last day of the working period
-    int ClimateStep = 0;          ///< 0 plain run, 1 to 6 the steps of a climate evaluation
-    float InitialRunoff = 0.0F;   ///< m³/s or ft³/s
-    bool NoSnow = false;          ///< outlives the basin: New and Open leave it
-    std::string ScenarioName;     ///< the climate scenario, empty in a plain run
+    int RunKind = 0;                ///< 0, 1 forecast; 2, 3 simulation; even melt season, odd year round
+    std::string RunTitle;           ///< such as "Year round Simulation"
+    int UpdateInterval = 0;         ///< days between updates of a forecast; 0 for a simulation
+    DayCount RunStart = 0;          ///< first day of the working period
+    DayCount RunEnd = 0;            ///< last day of the working period
+    int ClimateStep = 0;            ///< 0 plain run, 1 to 6 the steps of a climate evaluation
+    float InitialRunoff = 0.0F;     ///< m³/s or ft³/s
+    bool NoSnow = false;            ///< outlives the basin: New and Open leave it
+    std::string ScenarioName;       ///< the climate scenario, empty in a plain run
     std::string LastRunSimulation;  ///< whose results SimResults holds; empty while a run is going on
     bool results_enabled = false;   ///< whether the Results entry of the Data menu can be chosen
 
     /// Days per month, 1 to 12; February is set by each run.
     std::array<int, 13> MonthDays{0, 31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
 
-    /// Index 0 the number of days N (0 to 6, 0 for none), 1 to N the shares of a day's input that run off on that day,
-    /// the day after, and so on. Outlives the basin, and is stored nowhere.
+    /// Index 0 the number of days N (0 to 6, 0 for none), 1 to N the shares of a day's input that run off on
+    /// that day, the day after, and so on. Outlives the basin, and is stored nowhere.
     std::array<float, 8> LagDistribution{};
 
     float LapseUnit = 100.0F;      ///< m or ft that the lapse rate refers to
@@ -64,10 +64,11 @@ struct RunState {
     float VolumeDifference = 0.0F;  ///< Dv, percent of the measured volume
     float CoefficientR2 = 0.0F;     ///< Nash-Sutcliffe form, 1 at best, no lower bound
 
-    /// Sums of a climate run by zone (1 to 9), step (1 to 4) and item: 1 the zone's input, 2 melt from the snow covered
-    /// area, 3 rain, 4 melt of new snow; cm or inches.
+    /// Sums of a climate run by zone (1 to 9), step (1 to 4) and item: 1 the zone's input, 2 melt from the
+    /// snow covered area, 3 rain, 4 melt of new snow; cm or inches.
     std::array<std::array<std::array<float, 5>, 5>, k_climate_zones + 1> ClimateSums{};
-    /// By zone (1 to 9): 1, 2 winter precipitation of steps 1 and 2; 3, 4 snow carried at the end of steps 3 and 5.
+    /// By zone (1 to 9): 1, 2 winter precipitation of steps 1 and 2; 3, 4 snow carried at the end of steps 3
+    /// and 5.
     std::array<std::array<float, 5>, k_climate_zones + 1> WinterPrecip{};
 
     std::array<ZoneTotals, k_most_zones> zone_totals{};  ///< zone 1 first

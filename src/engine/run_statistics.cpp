@@ -22,7 +22,9 @@ struct Total {
     [[nodiscard]] float average() const {
         return to_single(count == 0 ? static_cast<double>(k_missing) : sum / static_cast<double>(count));
     }
-    [[nodiscard]] float single_sum() const { return to_single(count == 0 ? static_cast<double>(k_missing) : sum); }
+    [[nodiscard]] float single_sum() const {
+        return to_single(count == 0 ? static_cast<double>(k_missing) : sum);
+    }
 };
 
 Hydrographs hydrographs(const SimResults& t, const RunState& run) {
@@ -79,7 +81,8 @@ void work(const SimResults& results, RunState& run) {
     determination(curves, run);
     if (run.MeasuredVolume == 0.0F) return;
     const double reference = static_cast<double>(run.MeasuredVolume);
-    run.VolumeDifference = to_single((reference - static_cast<double>(run.ComputedVolume)) / reference * 100.0);
+    run.VolumeDifference =
+        to_single((reference - static_cast<double>(run.ComputedVolume)) / reference * 100.0);
 }
 
 }  // namespace

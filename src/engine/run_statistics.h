@@ -7,12 +7,13 @@
 
 namespace nivora {
 
-/// Sets computed beside measured discharge over the period, on zone 1's rows, and leaves the six results in `run`.
+/// Sets computed beside measured discharge over the period, on zone 1's rows, and leaves the six results in
+/// `run`.
 ///
-/// Volume = sum of Q x 86400 / 10^6. Dv = (V - V') / V x 100. R² = 1 - sum (Q - Q')² / sum (Q - mean Q)². In climate step
-/// 3 the computed discharge is that of the present climate; in step 6 that one stands in the measured one's place.
-/// With a measured discharge that never changes R² keeps its former value, and so does Dv with a measured volume of 0;
-/// it is meant so.
+/// Volume = sum of Q x 86400 / 10^6. Dv = (V - V') / V x 100. R² = 1 - sum (Q - Q')² / sum (Q - mean Q)². In
+/// climate step 3 the computed discharge is that of the present climate; in step 6 that one stands in the
+/// measured one's place. With a measured discharge that never changes R² keeps its former value, and so does
+/// Dv with a measured volume of 0; it is meant so.
 ///
 /// @return false after a fault, which has been shown; what was worked out until then stays
 bool Run_Statistics(const SimResults& results, RunState& run, Dialogs& dialogs);

@@ -1,8 +1,8 @@
 #include "engine/runoff_custom_lag.h"
 
-#include <algorithm>
-
 #include "engine/lag_distribution.h"
+
+#include <algorithm>
 
 namespace nivora {
 namespace {

@@ -5,12 +5,13 @@
 
 namespace nivora {
 
-/// Computes the discharge of every day with the shares of `LagDistribution`, into the first zone's row of the day.
+/// Computes the discharge of every day with the shares of `LagDistribution`, into the first zone's row of the
+/// day.
 ///
-/// Differs from Runoff_Simulation in more than the spread, and all of it is meant: `TotalMelt` holds the day's own
-/// input, only zone 1's precipitation can start the faster recession, and a forecast is never updated, so that it
-/// equals a simulation. Before there are as many days of history as the distribution has, the first day's input stands
-/// in for the missing ones.
+/// Differs from Runoff_Simulation in more than the spread, and all of it is meant: `TotalMelt` holds the
+/// day's own input, only zone 1's precipitation can start the faster recession, and a forecast is never
+/// updated, so that it equals a simulation. Before there are as many days of history as the distribution has,
+/// the first day's input stands in for the missing ones.
 ///
 /// @return false where the user cancelled
 [[nodiscard]] bool Runoff_Custom_Lag(SimResults& results, BasinState& basin, RunState& run, Dialogs& dialogs);

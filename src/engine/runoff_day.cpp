@@ -1,8 +1,8 @@
 #include "engine/runoff_day.h"
 
-#include <algorithm>
-
 #include "base/number_text.h"
+
+#include <algorithm>
 
 namespace nivora {
 namespace {
@@ -14,12 +14,14 @@ constexpr double k_smallest_share = 0.01;
 constexpr double k_high_flow_factor = 4.0;
 
 constexpr const char* k_recession_text =
-    " Present x, y recession coefficient values result in k => 1 which was replaced by the limit k = 0.99 in order to "
+    " Present x, y recession coefficient values result in k => 1 which was replaced by the limit k = 0.99 in "
+    "order to "
     "avoid impossible results.  The user is advised to select new x and y values to keep k < 1. ";
 
 float threshold_of(BasinState& basin) {
     Simulation* simulation = basin.current_simulation();
-    if (simulation != nullptr && simulation->precipitation_threshold) return *simulation->precipitation_threshold;
+    if (simulation != nullptr && simulation->precipitation_threshold)
+        return *simulation->precipitation_threshold;
     const float threshold = basin.Units_Code == k_english ? k_threshold_inches : k_threshold_cm;
     if (simulation != nullptr) simulation->precipitation_threshold = threshold;
     basin.Basin_Changed = true;
@@ -29,7 +31,8 @@ float threshold_of(BasinState& basin) {
 
 void add_climate_sums(RunState& run, std::size_t zone, float zonal_melt, float new_melt, float rain) {
     if (run.ClimateStep < 1 || run.ClimateStep > 3) return;
-    if (zone > k_climate_zones) return;  // there is no room for more zones, and the run goes on without their sums
+    if (zone > k_climate_zones)
+        return;  // there is no room for more zones, and the run goes on without their sums
     auto& sums = run.ClimateSums[zone][static_cast<std::size_t>(run.ClimateStep)];
     const auto add = [](float& sum, double value) {
         const auto result = static_cast<float>(static_cast<double>(sum) + value);
@@ -49,9 +52,12 @@ void add_climate_sums(RunState& run, std::size_t zone, float zonal_melt, float n
 RunoffColumns runoff_columns(SimResults& t, int climate_step) {
     const std::vector<double>* present = climate_step == 6 ? &t.DailyQPresent : nullptr;
     if (uses_changed_climate(climate_step)) {
-        const std::vector<float>& cover = climate_step == 2 ? t.SCACC : climate_step == 6 ? t.SCAclimWAMA : t.SCA;
-        return {t.ZoneDDCC, t.PrecipCC, t.TcritCC, t.ANCC,      t.CRCC,      t.CSCC,     t.RCACC, t.XcoeffCC, t.YCoeffCC,
-                t.LagTimeCC, cover,     t.Cpr,     t.M1S,       t.ZonalMelt, t.TotalMelt, &t.ActualQ, present, t.DailyQ};
+        const std::vector<float>& cover = climate_step == 2   ? t.SCACC
+                                          : climate_step == 6 ? t.SCAclimWAMA
+                                                              : t.SCA;
+        return {t.ZoneDDCC, t.PrecipCC,  t.TcritCC,   t.ANCC,      t.CRCC,  t.CSCC,
+                t.RCACC,    t.XcoeffCC,  t.YCoeffCC,  t.LagTimeCC, cover,   t.Cpr,
+                t.M1S,      t.ZonalMelt, t.TotalMelt, &t.ActualQ,  present, t.DailyQ};
     }
     std::vector<double>& computed = climate_step == 3 ? t.DailyQPresent : t.DailyQ;
     return {t.ZoneDD,  t.Precip, t.Tcrit, t.AN,  t.CR,        t.CS,        t.RCA,      t.Xcoeff, t.YCoeff,
@@ -85,9 +91,9 @@ DayInput day_input(const RunoffColumns& columns, const RunoffBasin& basin, DayRo
         const std::size_t row = rows[i];
         const std::size_t zone = i + 1;
         if (columns.precipitation[row] >= basin.threshold) input.heavy_rain = true;
-        assign_field(columns.zonal_melt[row],
-                     static_cast<double>(columns.cover[row]) * (static_cast<double>(columns.degree_days[row]) *
-                                                                static_cast<double>(columns.degree_day_factor[row])));
+        assign_field(columns.zonal_melt[row], static_cast<double>(columns.cover[row]) *
+                                                  (static_cast<double>(columns.degree_days[row]) *
+                                                   static_cast<double>(columns.degree_day_factor[row])));
         const float melt = columns.zonal_melt[row];
         const float fresh = columns.new_snow_melt[row];
         const float rain = columns.rain[row];
@@ -106,7 +112,8 @@ double basin_rain(const RunoffColumns& columns, const RunoffBasin& basin, DayRow
         const std::size_t row = rows[i];
         if (!(columns.degree_days[row] >= columns.critical_temperature[row])) continue;
         share = 1.0;
-        if (columns.rain_switch[row] == 0.0F) assign_if_number(share, 1.0 - static_cast<double>(columns.cover[row]));
+        if (columns.rain_switch[row] == 0.0F)
+            assign_if_number(share, 1.0 - static_cast<double>(columns.cover[row]));
         assign_if_number(sum, sum + share * static_cast<double>(basin.areas[i + 1]) *
                                         static_cast<double>(columns.precipitation[row]));
     }

@@ -1,28 +1,31 @@
 // What both forms of the discharge stage share: a day's basin input, the heavy rain rule and the recession.
 #pragma once
 
-#include <cmath>
-#include <span>
-#include <vector>
-
 #include "base/dialogs.h"
 #include "engine/run_state.h"
 #include "engine/sim_results.h"
 
+#include <cmath>
+#include <span>
+#include <vector>
+
 namespace nivora {
 
-/// "Assign if it can be": a result that is missing or too large leaves the variable as it was, and the run goes on.
+/// "Assign if it can be": a result that is missing or too large leaves the variable as it was, and the run
+/// goes on.
 inline void assign_if_number(double& variable, double result) {
     if (std::isfinite(result)) variable = result;
 }
 
-/// The same for a Single field: too large a result leaves the field as it was; a missing one makes it missing.
+/// The same for a Single field: too large a result leaves the field as it was; a missing one makes it
+/// missing.
 inline void assign_field(float& field, double result) {
     const auto rounded = static_cast<float>(result);
     if (!std::isinf(rounded) && !std::isinf(result)) field = rounded;
 }
 
-/// The columns of the present or of the changed climate, with cover, measured and computed discharge of the step.
+/// The columns of the present or of the changed climate, with cover, measured and computed discharge of the
+/// step.
 struct RunoffColumns {
     const std::vector<float>& degree_days;
     const std::vector<float>& precipitation;
@@ -50,14 +53,14 @@ struct RunoffColumns {
 /// What a run needs of the basin to turn depths into discharge.
 struct RunoffBasin {
     std::size_t zones = 1;
-    std::vector<float> areas;            ///< km² or mi² by zone; index 0 is not used
-    std::vector<double> depth_to_flow;   ///< m³/s or ft³/s per depth of 1 cm or 1 inch a day, by zone
-    float basin_area = 0.0F;             ///< km² or mi²
-    float threshold = 0.0F;              ///< daily precipitation from which rain counts as heavy, cm or inches
+    std::vector<float> areas;           ///< km² or mi² by zone; index 0 is not used
+    std::vector<double> depth_to_flow;  ///< m³/s or ft³/s per depth of 1 cm or 1 inch a day, by zone
+    float basin_area = 0.0F;            ///< km² or mi²
+    float threshold = 0.0F;             ///< daily precipitation from which rain counts as heavy, cm or inches
 };
 
-/// Reads areas, units and threshold. An empty threshold takes the default, 6.0 cm or 2.36 inches by the basin's units,
-/// which is written into the simulation and marks the basin as changed.
+/// Reads areas, units and threshold. An empty threshold takes the default, 6.0 cm or 2.36 inches by the
+/// basin's units, which is written into the simulation and marks the basin as changed.
 [[nodiscard]] RunoffBasin runoff_basin(BasinState& basin);
 
 /// The rows of a day, one a zone; fewer on a last day whose rows are incomplete.
@@ -69,15 +72,17 @@ struct DayInput {
     bool heavy_rain = false;  ///< whether some zone's precipitation reached the threshold
 };
 
-/// Q_in = sum over the zones of area x (c_R (M_new + P_rain) + c_S M_snow), with M_snow = SCA x a x T+ written to the
-/// column of zonal melt, and the sums of climate steps 1 to 3.
-[[nodiscard]] DayInput day_input(const RunoffColumns& columns, const RunoffBasin& basin, DayRows rows, RunState& run);
+/// Q_in = sum over the zones of area x (c_R (M_new + P_rain) + c_S M_snow), with M_snow = SCA x a x T+
+/// written to the column of zonal melt, and the sums of climate steps 1 to 3.
+[[nodiscard]] DayInput day_input(const RunoffColumns& columns, const RunoffBasin& basin, DayRows rows,
+                                 RunState& run);
 
-/// Mean depth of the day's rain over the basin, cm or inches: precipitation of the zones that are warm enough, on the
-/// snow-free part alone where the zone's switch is 0.
+/// Mean depth of the day's rain over the basin, cm or inches: precipitation of the zones that are warm
+/// enough, on the snow-free part alone where the zone's switch is 0.
 ///
 /// @param share carries the last zone's share from call to call, for a cover that is missing
-[[nodiscard]] double basin_rain(const RunoffColumns& columns, const RunoffBasin& basin, DayRows rows, double& share);
+[[nodiscard]] double basin_rain(const RunoffColumns& columns, const RunoffBasin& basin, DayRows rows,
+                                double& share);
 
 /// The recession of a run, day after day: k = x Q^-y, of which it keeps 1 - k.
 class Recession {
@@ -89,7 +94,8 @@ public:
     /// Five days of faster recession begin with this one.
     void start_high_flow() { high_flow_days_ = 5; }
 
-    /// Works out 1 - k of the day. Where k would reach 1 it is held at 0.99, with a question at the first time in a run.
+    /// Works out 1 - k of the day. Where k would reach 1 it is held at 0.99, with a question at the first
+    /// time in a run.
     ///
     /// @param x, y recession coefficients of the first zone's row; a missing one leaves the former
     /// @return false where the user cancelled

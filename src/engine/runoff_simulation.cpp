@@ -39,7 +39,8 @@ private:
         }
         lag_.shift(input.flow);
         if (input.heavy_rain) test_heavy_rain(days_[day]);
-        if (!recession_.prepare_day(columns_.recession_x[row], columns_.recession_y[row], dialogs_)) return false;
+        if (!recession_.prepare_day(columns_.recession_x[row], columns_.recession_y[row], dialogs_))
+            return false;
         const double lagged = lag_.release({.lag_hours = static_cast<double>(columns_.lag_hours[row]),
                                             .older = total_melt(day == 0 ? 0 : day - 1),
                                             .yesterday = total_melt(day),
@@ -73,11 +74,12 @@ private:
         }
     }
 
-    /// The next day's row carries this day's input, and the lag of the day after that one is remembered: when a day is
-    /// worked, the remembered lag is that of the day to come.
+    /// The next day's row carries this day's input, and the lag of the day after that one is remembered: when
+    /// a day is worked, the remembered lag is that of the day to come.
     void hand_on(std::size_t day, double input) {
         if (day + 1 < days_.size()) assign_field(columns_.total_melt[first_row(day + 1)], input);
-        if (day + 2 < days_.size()) lag_.remember_lag(static_cast<double>(columns_.lag_hours[first_row(day + 2)]));
+        if (day + 2 < days_.size())
+            lag_.remember_lag(static_cast<double>(columns_.lag_hours[first_row(day + 2)]));
     }
 
     void keep_final() {
@@ -145,7 +147,8 @@ void LagSpread::release_short(const Day& day) {
     } else if (former_lag_ > k_longest_short_lag) {
         assign_if_number(pending_[2], pending_[2] - part2_);
     } else {
-        // What is left over is dropped on the first day as well, where nothing of it is released; it is meant so.
+        // What is left over is dropped on the first day as well, where nothing of it is released; it is meant
+        // so.
         if (!day.first_of_run) part2_ = pending_[2];
         pending_[2] = 0.0;
     }

@@ -7,11 +7,12 @@ namespace nivora {
 
 /// How the inputs of three days make up the lagged input of one, by a lag in hours.
 ///
-/// Keeps what of the last inputs is not yet released, so that a lag that changes loses and repeats nothing for long.
+/// Keeps what of the last inputs is not yet released, so that a lag that changes loses and repeats nothing
+/// for long.
 class LagSpread {
 public:
-    /// The share of a day's input that arrives a day later, measured from the 6 o'clock reading; from a lag above
-    /// 18 hours on it exceeds 1 and reaches into the day after that.
+    /// The share of a day's input that arrives a day later, measured from the 6 o'clock reading; from a lag
+    /// above 18 hours on it exceeds 1 and reaches into the day after that.
     [[nodiscard]] static double late_share(double lag_hours) { return 0.25 + lag_hours * (0.25 / 6.0); }
 
     /// Takes in the first day's input, which stands for the days before the run as well.
@@ -21,11 +22,11 @@ public:
 
     /// What a day receives.
     struct Day {
-        double lag_hours;    ///< of the first zone's row; a missing one leaves the former day's input
-        double older;        ///< input of two days before, rounded to a Single
-        double yesterday;    ///< input of the day before, rounded to a Single
+        double lag_hours;  ///< of the first zone's row; a missing one leaves the former day's input
+        double older;      ///< input of two days before, rounded to a Single
+        double yesterday;  ///< input of the day before, rounded to a Single
         double today;
-        bool first_of_run;   ///< whether the row bears the first date of the run
+        bool first_of_run;  ///< whether the row bears the first date of the run
     };
 
     /// The lagged input of a day, m³/s or ft³/s.
@@ -52,10 +53,10 @@ private:
 
 /// Computes the discharge of every day with the lag rule, into the first zone's row of the day.
 ///
-/// With a positive update interval, every so many days the next day starts from the measured discharge; the computed
-/// value of the update day stays. Writes `ZonalMelt`, `TotalMelt` (on day n the input of day n-1) and the computed
-/// discharge of the step; leaves `FinalQ` of the step. Rows are taken by position, `ZoneCount` a day. What can't be
-/// computed is passed over and its variable keeps what it had.
+/// With a positive update interval, every so many days the next day starts from the measured discharge; the
+/// computed value of the update day stays. Writes `ZonalMelt`, `TotalMelt` (on day n the input of day n-1)
+/// and the computed discharge of the step; leaves `FinalQ` of the step. Rows are taken by position,
+/// `ZoneCount` a day. What can't be computed is passed over and its variable keeps what it had.
 ///
 /// @return false where the user cancelled
 [[nodiscard]] bool Runoff_Simulation(SimResults& results, BasinState& basin, RunState& run, Dialogs& dialogs);

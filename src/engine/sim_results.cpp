@@ -11,7 +11,8 @@ RowOrder rows_of_period(const SimResults& results, DayCount first, DayCount last
     RowOrder rows;
     rows.reserve(results.size());
     for (std::size_t row = 0; row < results.size(); ++row) {
-        if (results.Date[row] >= first && results.Date[row] <= last) rows.push_back(static_cast<std::uint32_t>(row));
+        if (results.Date[row] >= first && results.Date[row] <= last)
+            rows.push_back(static_cast<std::uint32_t>(row));
     }
     return rows;
 }

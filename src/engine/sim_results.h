@@ -1,17 +1,17 @@
 // The results table of a run in memory, column by column, and the two orders in which stages walk its rows.
 #pragma once
 
-#include <cstdint>
-#include <vector>
-
 #include "base/calendar.h"
 #include "base/single.h"
 
+#include <cstdint>
+#include <vector>
+
 namespace nivora {
 
-/// One entry per zone and day. Columns are named and ordered as the fields of the table `SimResults`; a name that ends
-/// in CC is the same quantity under a changed climate. A missing value is NaN, and nothing else is NaN. Depths are cm
-/// or inches of water, discharges m³/s or ft³/s, temperatures °C or °F.
+/// One entry per zone and day. Columns are named and ordered as the fields of the table `SimResults`; a name
+/// that ends in CC is the same quantity under a changed climate. A missing value is NaN, and nothing else is
+/// NaN. Depths are cm or inches of water, discharges m³/s or ft³/s, temperatures °C or °F.
 struct SimResults {
     std::vector<std::int16_t> Zone;
     std::vector<DayCount> Date;
@@ -20,9 +20,9 @@ struct SimResults {
     std::vector<float> Precip, PrecipCC;
     std::vector<float> SCA, SCACC, SCAclim, SCAclimWA, SCAclimWAMA;  // 0 to 1
     std::vector<float> ZoneDD, ZoneDDCC;                             // degree days, never below 0
-    std::vector<float> LR, LRCC;        // degrees per 100 m or 1000 ft
-    std::vector<float> Tcrit, TcritCC;  // degrees above the degree-day base
-    std::vector<float> AN, ANCC;        // depth per degree day
+    std::vector<float> LR, LRCC;                                     // degrees per 100 m or 1000 ft
+    std::vector<float> Tcrit, TcritCC;                               // degrees above the degree-day base
+    std::vector<float> AN, ANCC;                                     // depth per degree day
     std::vector<float> CS, CSCC, CR, CRCC;
     std::vector<float> LagTime, LagTimeCC;  // hours
     std::vector<float> RCA, RCACC;          // whole numbers
@@ -39,7 +39,8 @@ struct SimResults {
     template <typename Self, typename Visitor>
     static void visit(Self& t, Visitor&& column) {
         column(t.Zone), column(t.Date), column(t.ActualQ), column(t.TMax), column(t.TMaxCC), column(t.Tmin);
-        column(t.TminCC), column(t.TAvg), column(t.TAvgCC), column(t.Precip), column(t.PrecipCC), column(t.SCA);
+        column(t.TminCC), column(t.TAvg), column(t.TAvgCC), column(t.Precip), column(t.PrecipCC),
+            column(t.SCA);
         column(t.SCACC), column(t.SCAclim), column(t.SCAclimWA), column(t.SCAclimWAMA), column(t.ZoneDD);
         column(t.ZoneDDCC), column(t.LR), column(t.LRCC), column(t.Tcrit), column(t.TcritCC), column(t.AN);
         column(t.ANCC), column(t.CS), column(t.CSCC), column(t.CR), column(t.CRCC), column(t.LagTime);

@@ -1,9 +1,9 @@
 #include "engine/snow_melt.h"
 
+#include "base/number_text.h"
+
 #include <algorithm>
 #include <string>
-
-#include "base/number_text.h"
 
 namespace nivora {
 namespace {
@@ -151,8 +151,8 @@ private:
             return;
         }
         const double share = snow_.winter ? snow_free(fields.cover) : 1.0;
-        run_.SnowStore =
-            to_single(static_cast<double>(run_.SnowStore) + static_cast<double>(fields.precipitation) * share);
+        run_.SnowStore = to_single(static_cast<double>(run_.SnowStore) +
+                                   static_cast<double>(fields.precipitation) * share);
     }
 
     void melt_store(SnowRow& fields) {
@@ -176,10 +176,11 @@ private:
         results_.MDCexcl[row] = fields.curve_excluding;
     }
 
-    /// The curve runs from the first snow cover to the first day without. A cover that returns after that is written
-    /// with the base that marks a finished curve; it is meant so.
+    /// The curve runs from the first snow cover to the first day without. A cover that returns after that is
+    /// written with the base that marks a finished curve; it is meant so.
     void depletion_curves(SnowRow& fields) {
-        const bool runs = fields.cover > 0.0F || (fields.cover == 0.0F && snow_.depletion_base > k_curve_not_started);
+        const bool runs =
+            fields.cover > 0.0F || (fields.cover == 0.0F && snow_.depletion_base > k_curve_not_started);
         if (!runs) return;
         if (snow_.depletion_base == k_curve_not_started) snow_.depletion_base = snow_.previous_sum_at;
         snow_.new_melt_sum =
@@ -205,11 +206,11 @@ private:
 
 }  // namespace
 
-int melt_season_start_month(std::string_view latitude_text) { return leading_number(latitude_text) < 0.0 ? 10 : 4; }
-
-bool in_melt_season(int month, int start_month) {
-    return (month - start_month + 12) % 12 < k_season_months;
+int melt_season_start_month(std::string_view latitude_text) {
+    return leading_number(latitude_text) < 0.0 ? 10 : 4;
 }
+
+bool in_melt_season(int month, int start_month) { return (month - start_month + 12) % 12 < k_season_months; }
 
 void Snow_Melt(SimResults& results, const BasinState& basin, RunState& run, Dialogs& dialogs) {
     try {

@@ -1,28 +1,30 @@
-// Second stage of a run: rain and new snow, the store of new snow and its melt, and the modified depletion curves.
+// Second stage of a run: rain and new snow, the store of new snow and its melt, and the modified depletion
+// curves.
 #pragma once
-
-#include <string_view>
 
 #include "base/dialogs.h"
 #include "engine/run_state.h"
 #include "engine/sim_results.h"
 
+#include <string_view>
+
 namespace nivora {
 
 /// First month of the melt season, which lasts six months: April in the north, October in the south.
 ///
-/// @param latitude_text decimal degrees; below 0 is the southern hemisphere, anything else or nothing the northern
+/// @param latitude_text decimal degrees; below 0 is the southern hemisphere, anything else or nothing the
+/// northern
 [[nodiscard]] int melt_season_start_month(std::string_view latitude_text);
 [[nodiscard]] bool in_melt_season(int month, int start_month);
 
 /// Walks the rows of the period zone by zone, day by day. Zones don't interact.
 ///
-/// Writes `SumAT`, `aT`, `Cpr`, `SnowOnStore` (the store before the day's melt), `NewMelt` and `M1S`; in a plain run
-/// and in climate step 3 also the modified depletion curves `MDCincl` and `MDCexcl`. Leaves `MeltSeasonStart`,
-/// `SnowStore` and, in climate steps 1 to 3, `WinterPrecip`.
+/// Writes `SumAT`, `aT`, `Cpr`, `SnowOnStore` (the store before the day's melt), `NewMelt` and `M1S`; in a
+/// plain run and in climate step 3 also the modified depletion curves `MDCincl` and `MDCexcl`. Leaves
+/// `MeltSeasonStart`, `SnowStore` and, in climate steps 1 to 3, `WinterPrecip`.
 ///
-/// A fault is shown and ends the stage with the rows before it written; the run goes on all the same, which is meant:
-/// the next stage meets the empty fields.
+/// A fault is shown and ends the stage with the rows before it written; the run goes on all the same, which
+/// is meant: the next stage meets the empty fields.
 void Snow_Melt(SimResults& results, const BasinState& basin, RunState& run, Dialogs& dialogs);
 
 }  // namespace nivora

@@ -1,9 +1,9 @@
 #include "engine/zone_inputs.h"
 
+#include "base/number_text.h"
+
 #include <cmath>
 #include <vector>
-
-#include "base/number_text.h"
 
 namespace nivora {
 namespace {
@@ -68,7 +68,7 @@ enum class Phase { Variables, Parameters };
 
 ZoneInputColumns choose_columns(SimResults& t, int climate_step) {
     if (climate_step == 2 || climate_step > 3) {
-        return {t.TMaxCC, t.TminCC, t.TAvgCC, t.PrecipCC, t.TcritCC, t.LRCC,
+        return {t.TMaxCC, t.TminCC, t.TAvgCC,   t.PrecipCC, t.TcritCC, t.LRCC,
                 t.CSCC,   t.CRCC,   t.ZoneDDCC, t.XcoeffCC, t.YCoeffCC};
     }
     return {t.TMax, t.Tmin, t.TAvg, t.Precip, t.Tcrit, t.LR, t.CS, t.CR, t.ZoneDD, t.Xcoeff, t.YCoeff};
@@ -94,8 +94,8 @@ ZoneInputOptions read_options(const BasinState& basin) {
     options.temperature_basinwide = simulation.text(7) == k_basinwide;
     options.precipitation_basinwide = simulation.text(8) == k_basinwide;
     options.lapse_basinwide = simulation.text(9) == k_basinwide;
-    // Column 14 is the precipitation threshold and never holds the word, so x and y are never spread here. It is meant:
-    // the runoff stages read them from the first zone's row, which has the same effect.
+    // Column 14 is the precipitation threshold and never holds the word, so x and y are never spread here. It
+    // is meant: the runoff stages read them from the first zone's row, which has the same effect.
     options.recession_basinwide = simulation.text(14) == k_basinwide;
     options.critical_basinwide = simulation.value(11) == 0.0;
     options.coefficients_basinwide = simulation.value(10) == 0.0;
@@ -112,8 +112,8 @@ float difference_of(const ZoneInputOptions& options, std::int16_t zone) {
 
 /// The mean temperature of a zone. A Max/Min simulation spreads zone 1's mean to every zone, whatever the
 /// distribution option says.
-float mean_temperature(const ZoneInputOptions& options, const ZoneInputColumns& columns, std::size_t row, bool first,
-                       BasinValues& basin) {
+float mean_temperature(const ZoneInputOptions& options, const ZoneInputColumns& columns, std::size_t row,
+                       bool first, BasinValues& basin) {
     const float given = columns.average_temperature[row];
     if (options.temperature_max_min) {
         if (!first) return basin.temperature;
@@ -176,8 +176,8 @@ void store_row(const ZoneInputRow& fields, const ZoneInputColumns& columns, std:
     columns.recession_y[row] = fields.y;
 }
 
-void work_row(const ZoneInputOptions& options, const ZoneInputColumns& columns, std::int16_t zone, std::size_t row,
-              BasinValues& basin, Phase& phase) {
+void work_row(const ZoneInputOptions& options, const ZoneInputColumns& columns, std::int16_t zone,
+              std::size_t row, BasinValues& basin, Phase& phase) {
     const bool first = zone == 1;
     ZoneInputRow fields;
     phase = Phase::Variables;
@@ -203,7 +203,8 @@ void work_row(const ZoneInputOptions& options, const ZoneInputColumns& columns, 
     store_row(fields, columns, row);
 }
 
-Message fault_message(const Fault& fault, Phase phase, const SimResults& results, std::optional<std::size_t> row) {
+Message fault_message(const Fault& fault, Phase phase, const SimResults& results,
+                      std::optional<std::size_t> row) {
     Message message{.text = fault.what(), .title = {}, .icon = Icon::Stop};
     if (fault.number() == k_fault_null && row) {
         const bool variables = phase == Phase::Variables;
@@ -211,7 +212,8 @@ Message fault_message(const Fault& fault, Phase phase, const SimResults& results
                                   : "Missing data in simulation parameter Table.";
         message.text = (variables ? "Null value(s) in basin variable table on "
                                   : "Null value(s) in simulation parameter table on ") +
-                       short_date_text(results.Date[*row]) + ", in Zone " + std::to_string(results.Zone[*row]);
+                       short_date_text(results.Date[*row]) + ", in Zone " +
+                       std::to_string(results.Zone[*row]);
     } else if (fault.number() == k_fault_no_record) {
         message.text = "Temperature data is missing for the date range specified.";
     }
@@ -225,8 +227,8 @@ UnitSystem unit_system(std::optional<double> units_value) {
     return units_value == 1.0 ? UnitSystem{1000.0F, 32.0F} : UnitSystem{100.0F, 0.0F};
 }
 
-std::optional<float> zone_degree_days(const UnitSystem& units, float station_temperature, float elevation_difference,
-                                      float lapse_rate) {
+std::optional<float> zone_degree_days(const UnitSystem& units, float station_temperature,
+                                      float elevation_difference, float lapse_rate) {
     const float steps = elevation_difference / units.lapse_unit;
     const double carried = static_cast<double>(station_temperature) +
                            static_cast<double>(steps) * static_cast<double>(lapse_rate) -

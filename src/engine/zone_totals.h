@@ -6,8 +6,8 @@
 
 namespace nivora {
 
-/// Fills `run.zone_totals` for the zones of the basin from the start of the run to its end, or in a melt season run to
-/// `MeltSeasonStart`. A sum is missing where none of its days has a value.
+/// Fills `run.zone_totals` for the zones of the basin from the start of the run to its end, or in a melt
+/// season run to `MeltSeasonStart`. A sum is missing where none of its days has a value.
 void Prepare_Zone_Totals(const SimResults& results, int zone_count, RunState& run);
 
 }  // namespace nivora

@@ -1,20 +1,21 @@
 #include "prep/legacy_file.h"
 
-#include <cmath>
-
-#include <fmt/format.h>
-
 #include "base/number_text.h"
 #include "base/single.h"
 #include "base/text.h"
 #include "prep/legacy_header.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
 
 namespace nivora {
 namespace {
 
 constexpr std::string_view k_byte_order_mark = "\xEF\xBB\xBF";
 constexpr std::array<const char*, k_legacy_sections> k_section_names{
-    "runoff", "Tmax", "Tmin", "Tavg", "Precip", "SCA", "Tcrit", "LagTime", "LapseRate", "An", "Cs", "Cr", "RCA"};
+    "runoff",  "Tmax",      "Tmin", "Tavg", "Precip", "SCA", "Tcrit",
+    "LagTime", "LapseRate", "An",   "Cs",   "Cr",     "RCA"};
 
 /// Reads one daily section into its slots.
 class SectionReader {
@@ -115,7 +116,8 @@ float LegacyFile::value(LegacySection section, std::size_t zone, DayCount date) 
 }
 
 LegacyFile read_legacy_file(std::string_view text) {
-    if (text.substr(0, k_byte_order_mark.size()) == k_byte_order_mark) text.remove_prefix(k_byte_order_mark.size());
+    if (text.substr(0, k_byte_order_mark.size()) == k_byte_order_mark)
+        text.remove_prefix(k_byte_order_mark.size());
     LegacyFile file;
     LegacyText lines{text};
     read_legacy_header(lines, file);

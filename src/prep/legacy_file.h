@@ -1,14 +1,14 @@
 // The text file of the older form of the model: one year or season of one basin.
 #pragma once
 
+#include "base/calendar.h"
+
 #include <array>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "base/calendar.h"
 
 namespace nivora {
 
@@ -18,7 +18,21 @@ inline constexpr int k_most_legacy_zones = 8;
 inline constexpr int k_legacy_days = 366;
 
 /// The daily sections, in the order of the file.
-enum class LegacySection { Runoff, Tmax, Tmin, Tavg, Precip, SCA, Tcrit, LagTime, LapseRate, An, Cs, Cr, RCA };
+enum class LegacySection {
+    Runoff,
+    Tmax,
+    Tmin,
+    Tavg,
+    Precip,
+    SCA,
+    Tcrit,
+    LagTime,
+    LapseRate,
+    An,
+    Cs,
+    Cr,
+    RCA
+};
 inline constexpr int k_legacy_sections = 13;
 
 /// What is wrong with a legacy file and where, in one line for the user.
@@ -54,12 +68,12 @@ struct LegacyFile {
     double y_later = 0.0;
     std::optional<double> rain_threshold;  ///< cm or inches
 
-    /// By section, then zone (0 for zone 1), then day of the year (1 to 366). Runoff has one series, at zone 0. A slot
-    /// that the file leaves out is 0.
+    /// By section, then zone (0 for zone 1), then day of the year (1 to 366). Runoff has one series, at zone
+    /// 0. A slot that the file leaves out is 0.
     std::array<std::vector<std::array<float, k_legacy_days + 1>>, k_legacy_sections> values;
 
-    /// The value of a date: that of its ordinal in its own year, so that the days after a new year come from the
-    /// beginning of the zone's values.
+    /// The value of a date: that of its ordinal in its own year, so that the days after a new year come from
+    /// the beginning of the zone's values.
     [[nodiscard]] float value(LegacySection section, std::size_t zone, DayCount date) const;
 };
 

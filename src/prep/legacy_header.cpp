@@ -1,12 +1,12 @@
 #include "prep/legacy_header.h"
 
-#include <cmath>
-
-#include <fmt/format.h>
-
 #include "base/number_text.h"
 #include "base/text.h"
 #include "store/basin_store.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
 
 namespace nivora {
 namespace {
@@ -53,7 +53,8 @@ double number(const HeaderItems& items, std::size_t item, const char* meaning) {
 bool has_zones_and_year(const HeaderItems& items) {
     const auto zones = whole_number(items.text[18]);
     const auto year = whole_number(items.text[19]);
-    return zones && *zones >= 1 && *zones <= k_most_zones && year && *year >= k_first_year && *year <= k_last_year;
+    return zones && *zones >= 1 && *zones <= k_most_zones && year && *year >= k_first_year &&
+           *year <= k_last_year;
 }
 
 /// Item 16 has its place in most files; there are files without it.
@@ -76,7 +77,8 @@ void read_plain_items(LegacyText& text, HeaderItems& items) {
     }
     const auto zones = whole_number(items.text[18]);
     if (!zones || *zones < 1 || *zones > k_most_zones) {
-        refuse(items, 18, fmt::format("the number of zones is no whole number from 1 to 16, '{}'", items.text[18]));
+        refuse(items, 18,
+               fmt::format("the number of zones is no whole number from 1 to 16, '{}'", items.text[18]));
     }
     refuse(items, 19, fmt::format("the year is no year from 1900 to 2300, '{}'", items.text[19]));
 }
@@ -89,7 +91,8 @@ float read_version(LegacyText& text) {
     constexpr std::string_view k_wanted = "the file does not begin with a version such as 'Version 3.2'";
     if (version.size() <= k_version_prefix) refuse(items, 1, std::string{k_wanted});
     const std::string_view number_part = trimmed(std::string_view{version}.substr(k_version_prefix));
-    const bool starts = !number_part.empty() && (std::isdigit(static_cast<unsigned char>(number_part.front())) != 0);
+    const bool starts =
+        !number_part.empty() && (std::isdigit(static_cast<unsigned char>(number_part.front())) != 0);
     const double value = starts ? leading_number(number_part) : 0.0;
     if (!(value > 0.0 && value < 1000.0)) refuse(items, 1, std::string{k_wanted});
     return static_cast<float>(value);
@@ -104,7 +107,8 @@ DayCount month_day(const HeaderItems& items, std::size_t item, int year) {
         const auto day = whole_number(shown.substr(2, 2));
         if (month && day) date = day_count({year, *month, *day});
     }
-    if (!date) refuse(items, item, fmt::format("'{}' is no date of {} in the form MMDD", items.text[item], year));
+    if (!date)
+        refuse(items, item, fmt::format("'{}' is no date of {} in the form MMDD", items.text[item], year));
     return *date;
 }
 
@@ -143,7 +147,8 @@ void take_threshold(LegacyText& text, HeaderItems& items, LegacyFile& file) {
     if (file.version > k_version_threshold) read_item(text, items, 27);
     if (!trimmed(items.text[27]).empty()) {
         const double threshold = number(items, 27, "the rain threshold");
-        if (!std::isfinite(static_cast<float>(threshold))) refuse(items, 27, "the rain threshold is too large");
+        if (!std::isfinite(static_cast<float>(threshold)))
+            refuse(items, 27, "the rain threshold is too large");
         file.rain_threshold = threshold;
     }
     if (file.version > k_version_extra) {
@@ -186,7 +191,8 @@ std::string_view LegacyText::next_line() {
     return content;
 }
 
-/// A quoted text may hold commas, and quote marks that no delimiter follows. One that is never closed ends with its line.
+/// A quoted text may hold commas, and quote marks that no delimiter follows. One that is never closed ends
+/// with its line.
 std::size_t LegacyText::closing_quote(std::size_t open) const {
     const std::size_t line_end = std::min(text_.find_first_of("\r\n", open), text_.size());
     for (std::size_t at = open + 1; at < line_end; ++at) {
@@ -222,11 +228,13 @@ void read_legacy_header(LegacyText& text, LegacyFile& file) {
     HeaderItems items;
     read_plain_items(text, items);
     file.english = trimmed(items.text[3]) != "0";
-    if (*whole_number(items.text[18]) > k_most_legacy_zones) refuse(items, 18, "a legacy file has at most 8 zones");
+    if (*whole_number(items.text[18]) > k_most_legacy_zones)
+        refuse(items, 18, "a legacy file has at most 8 zones");
     take_period(items, file);
     take_recession(items, file);
     file.basin_name = basin_name(items, file.version);
-    if (!trimmed(items.text[26]).empty()) file.reference_elevation = number(items, 26, "the reference elevation");
+    if (!trimmed(items.text[26]).empty())
+        file.reference_elevation = number(items, 26, "the reference elevation");
     take_threshold(text, items, file);
     take_zones(text, items, file);
 }

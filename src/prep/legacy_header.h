@@ -1,11 +1,11 @@
 // The header of a legacy data file: free-format items, numbered from 1.
 #pragma once
 
+#include "prep/legacy_file.h"
+
 #include <array>
 #include <string>
 #include <string_view>
-
-#include "prep/legacy_file.h"
 
 namespace nivora {
 

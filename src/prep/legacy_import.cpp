@@ -1,13 +1,13 @@
 #include "prep/legacy_import.h"
 
-#include <cmath>
-#include <set>
-
 #include "base/single.h"
 #include "prep/simulation_names.h"
 #include "store/basin_store.h"
 #include "store/monthly_table.h"
 #include "store/table_io.h"
+
+#include <cmath>
+#include <set>
 
 namespace nivora {
 namespace {
@@ -52,9 +52,10 @@ bool units_agree(BasinDescription& basin, const LegacyFile& file, Dialogs& dialo
         return true;
     }
     if (present_units == units) return true;
-    dialogs.message({.text = "You cannot mix English & Metric units in the same basin database.  Please create a new "
-                             "database",
-                     .title = "Import failed.  Simulation units inconsistent with basin."});
+    dialogs.message(
+        {.text = "You cannot mix English & Metric units in the same basin database.  Please create a new "
+                 "database",
+         .title = "Import failed.  Simulation units inconsistent with basin."});
     return false;
 }
 
@@ -77,9 +78,10 @@ bool prepare_basin(BasinDatabase& database, const LegacyFile& file, Dialogs& dia
         dialogs.stop("Zones in import file don't match basin");
         return false;
     }
-    const Answer answer = dialogs.message({.text = "A definition of the zones in this basin already exists.  Overwrite?",
-                                           .title = "Importing a .NVR file",
-                                           .buttons = Buttons::YesNoCancel});
+    const Answer answer =
+        dialogs.message({.text = "A definition of the zones in this basin already exists.  Overwrite?",
+                         .title = "Importing a .NVR file",
+                         .buttons = Buttons::YesNoCancel});
     if (answer == Answer::Cancel) return false;
     if (answer == Answer::Yes) write_zones(database, file);
     return true;
@@ -88,8 +90,9 @@ bool prepare_basin(BasinDatabase& database, const LegacyFile& file, Dialogs& dia
 /// The zones and days of the period that have a row already.
 std::set<std::pair<std::int16_t, DayCount>> present_rows(BasinDatabase& database, const LegacyFile& file) {
     return guarded([&] {
-        SQLite::Statement query{database.sql(),
-                                "SELECT Zone, Date FROM PhysicalData WHERE Date >= ? AND Date <= ? AND Zone <= ?"};
+        SQLite::Statement query{
+            database.sql(),
+            "SELECT Zone, Date FROM PhysicalData WHERE Date >= ? AND Date <= ? AND Zone <= ?"};
         query.bind(1, file.start);
         query.bind(2, file.end);
         query.bind(3, static_cast<int>(file.zones.size()));
@@ -145,13 +148,14 @@ ParameterRow parameter_row(const LegacyFile& file, std::size_t zone, DayCount da
             .ycoeff = later ? file.y_later : file.y};
 }
 
-/// Adds the daily variables of the period. Rows that exist are replaced after a question, or kept: then only the days
-/// without a row are added.
+/// Adds the daily variables of the period. Rows that exist are replaced after a question, or kept: then only
+/// the days without a row are added.
 void write_variables(BasinDatabase& database, const LegacyFile& file, Dialogs& dialogs) {
     auto kept = present_rows(database, file);
     if (!kept.empty()) {
         const Answer answer = dialogs.message(
-            {.text = "Physical variable data for simulation time period are present in the database.  Overwrite?",
+            {.text =
+                 "Physical variable data for simulation time period are present in the database.  Overwrite?",
              .title = "Import file contains days already present in the database!",
              .buttons = Buttons::YesNo});
         if (answer == Answer::Yes) {
@@ -172,7 +176,8 @@ void write_variables(BasinDatabase& database, const LegacyFile& file, Dialogs& d
 void write_parameters(BasinDatabase& database, const LegacyFile& file, const std::string& name) {
     std::vector<ParameterRow> rows;
     for (std::size_t zone = 0; zone < file.zones.size(); ++zone) {
-        for (DayCount date = file.start; date <= file.end; ++date) rows.push_back(parameter_row(file, zone, date));
+        for (DayCount date = file.start; date <= file.end; ++date)
+            rows.push_back(parameter_row(file, zone, date));
     }
     add_rows<ParameterRow>(database, parameter_table(name), rows);
 }
@@ -185,8 +190,9 @@ SimulationRecord simulation_record(const LegacyFile& file, const std::string& na
     definition.end = file.end;
     definition.units = static_cast<std::int16_t>(file.english ? k_english : k_metric);
     definition.temperature_values = std::int16_t{0};
-    for (auto* option : {&definition.temperature, &definition.precipitation, &definition.lapse_rate,
-                         &definition.runoff_coefficients, &definition.critical_temperature, &definition.recession}) {
+    for (auto* option :
+         {&definition.temperature, &definition.precipitation, &definition.lapse_rate,
+          &definition.runoff_coefficients, &definition.critical_temperature, &definition.recession}) {
         *option = Distribution::Basinwide;
     }
     if (file.rain_threshold) definition.precipitation_threshold = static_cast<float>(*file.rain_threshold);
@@ -204,7 +210,8 @@ std::string offered_simulation_name(const std::string& file_name) {
     constexpr std::size_t k_ending = 4;
     if (file_name.size() < k_ending) return file_name;
     const std::string ending = file_name.substr(file_name.size() - k_ending);
-    return ending == ".nvr" || ending == ".NVR" ? file_name.substr(0, file_name.size() - k_ending) : file_name;
+    return ending == ".nvr" || ending == ".NVR" ? file_name.substr(0, file_name.size() - k_ending)
+                                                : file_name;
 }
 
 std::optional<SimulationRecord> import_legacy(BasinDatabase& database, const LegacyFile& file,

@@ -1,9 +1,9 @@
 #include "prep/simulation_names.h"
 
-#include <algorithm>
-
 #include "base/text.h"
 #include "store/table_io.h"
+
+#include <algorithm>
 
 namespace nivora {
 namespace {
@@ -34,10 +34,10 @@ bool is_scenario(BasinDatabase& database, const std::string& name) {
 
 /// Whether the table of that name made way.
 bool overwrite_confirmed(BasinDatabase& database, Dialogs& dialogs, const std::string& name) {
-    const Answer answer = dialogs.message({.text = "The current database already contains a simulation named '" + name +
-                                                   " '.  Overwrite?",
-                                           .title = "Duplicate simulation same",
-                                           .buttons = Buttons::YesNo});
+    const Answer answer = dialogs.message(
+        {.text = "The current database already contains a simulation named '" + name + " '.  Overwrite?",
+         .title = "Duplicate simulation same",
+         .buttons = Buttons::YesNo});
     if (answer != Answer::Yes || is_fixed_table(name) || is_scenario(database, name)) return false;
     database.drop_table(name);
     return true;
@@ -46,8 +46,8 @@ bool overwrite_confirmed(BasinDatabase& database, Dialogs& dialogs, const std::s
 }  // namespace
 
 std::optional<std::string> simulation_name_problem(std::string_view name) {
-    const bool control = std::any_of(name.begin(), name.end(),
-                                     [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; });
+    const bool control = std::any_of(
+        name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; });
     if (control || !is_utf8(name) || name.find_first_of(k_refused_characters) != std::string_view::npos) {
         return "Invalid character(s) in name, please re-enter";
     }
@@ -57,7 +57,8 @@ std::optional<std::string> simulation_name_problem(std::string_view name) {
     return std::nullopt;
 }
 
-std::optional<std::string> Add_Simulation_Name(BasinDatabase& database, Dialogs& dialogs, const std::string& proposed) {
+std::optional<std::string> Add_Simulation_Name(BasinDatabase& database, Dialogs& dialogs,
+                                               const std::string& proposed) {
     const auto name = ask_name(dialogs, proposed);
     if (!name) return std::nullopt;
     if (database.has_table(*name) && !overwrite_confirmed(database, dialogs, *name)) return std::nullopt;

@@ -1,12 +1,12 @@
 // The name of a new simulation, which is also the name of its parameter table.
 #pragma once
 
+#include "base/dialogs.h"
+#include "store/database.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "base/dialogs.h"
-#include "store/database.h"
 
 namespace nivora {
 
@@ -16,8 +16,8 @@ namespace nivora {
 
 /// Asks for the name of a new simulation and makes its empty parameter table.
 ///
-/// A name that a table bears already may be taken over after a question, which deletes that table. The tables of the
-/// basin itself and those of scenarios are never deleted: there a Yes acts as a No.
+/// A name that a table bears already may be taken over after a question, which deletes that table. The tables
+/// of the basin itself and those of scenarios are never deleted: there a Yes acts as a No.
 ///
 /// @param proposed the name that the import offers; empty for a simulation that is added by hand
 /// @return the name without blanks at its ends; nothing where the user gave none or kept the table

@@ -32,7 +32,8 @@ std::string basin_area_text(const std::vector<Zone>& zones) {
 void read_basin(BasinDatabase& database, BasinState& basin) {
     const BasinDescription header = read_basin_description(database);
     if (header.zones && (*header.zones < 1 || *header.zones > k_most_zones)) {
-        throw StoreError(StoreFault::Value, "The basin file states a number of zones that is not from 1 to 16.");
+        throw StoreError(StoreFault::Value,
+                         "The basin file states a number of zones that is not from 1 to 16.");
     }
     basin.basin_name = header.name.value_or("");
     basin.basin_description = header.description.value_or("");

@@ -1,12 +1,12 @@
 // The open basin as the program holds it in memory, and its way out of a basin file.
 #pragma once
 
+#include "store/database.h"
+#include "store/rows.h"
+
 #include <filesystem>
 #include <string>
 #include <vector>
-
-#include "store/database.h"
-#include "store/rows.h"
 
 namespace nivora {
 
@@ -22,8 +22,8 @@ inline constexpr const char* k_no_area = "--";
 /// The name shown while no simulation is selected.
 inline constexpr const char* k_no_simulation = "--";
 
-/// Everything of the open basin that lives as long as the program: where its files are, what is saved and still valid,
-/// the boxes of the basin definition as texts, the zone grid and the simulation grid as rows.
+/// Everything of the open basin that lives as long as the program: where its files are, what is saved and
+/// still valid, the boxes of the basin definition as texts, the zone grid and the simulation grid as rows.
 struct BasinState {
     std::filesystem::path App_Path;    ///< the program's folder
     std::filesystem::path Work_File;   ///< the working copy that every window reads and writes
@@ -58,11 +58,12 @@ struct BasinState {
     [[nodiscard]] const Simulation* current_simulation() const;
 };
 
-/// The sum of the zone areas as the total cell shows it: with as many decimals as it needs, up to the seven digits of a
-/// Single. "--" while there are no zones.
+/// The sum of the zone areas as the total cell shows it: with as many decimals as it needs, up to the seven
+/// digits of a Single. "--" while there are no zones.
 [[nodiscard]] std::string basin_area_text(const std::vector<Zone>& zones);
 
-/// Fills the basin's boxes and both grids from a basin file; selects no simulation and leaves paths and flags alone.
+/// Fills the basin's boxes and both grids from a basin file; selects no simulation and leaves paths and flags
+/// alone.
 void read_basin(BasinDatabase& database, BasinState& basin);
 
 /// Makes a row of the simulation grid the current one, as selecting it does.

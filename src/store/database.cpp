@@ -1,18 +1,18 @@
 #include "store/database.h"
 
-#include <array>
-#include <cmath>
-#include <fstream>
-#include <limits>
+#include "base/calendar.h"
+#include "base/durable_file.h"
+#include "base/text.h"
 
 #include <SQLiteCpp/Statement.h>
 #include <SQLiteCpp/Transaction.h>
 #include <fmt/format.h>
 #include <sqlite3.h>
 
-#include "base/calendar.h"
-#include "base/durable_file.h"
-#include "base/text.h"
+#include <array>
+#include <cmath>
+#include <fstream>
+#include <limits>
 
 namespace nivora {
 namespace {
@@ -34,12 +34,14 @@ std::int32_t big_endian_at(const std::array<char, k_header_size>& header, std::s
     return static_cast<std::int32_t>(value);
 }
 
-/// Looks at the file's first bytes alone: opening a foreign database, even to read it, could roll back its journal.
+/// Looks at the file's first bytes alone: opening a foreign database, even to read it, could roll back its
+/// journal.
 void check_identity(const fs::path& path) {
     std::error_code error;
     const fs::file_status status = fs::status(path, error);
     if (!fs::exists(status)) refuse(StoreFault::Missing, path, "does not exist.");
-    if (!fs::is_regular_file(status)) refuse(StoreFault::NotADatabase, path, "is a folder or no ordinary file.");
+    if (!fs::is_regular_file(status))
+        refuse(StoreFault::NotADatabase, path, "is a folder or no ordinary file.");
     std::ifstream file{path, std::ios::binary};
     if (!file) refuse(StoreFault::ReadOnly, path, "can't be opened: the permission to read it is missing.");
     std::array<char, k_header_size> header{};
@@ -55,11 +57,13 @@ void check_identity(const fs::path& path) {
     const std::int32_t version = big_endian_at(header, k_user_version_at);
     if (version > k_schema_version) {
         refuse(StoreFault::Newer, path,
-               fmt::format("was written by a newer version of Nivora (file version {}, this program reads up to {}). "
-                           "Please use the newer version.",
-                           version, k_schema_version));
+               fmt::format(
+                   "was written by a newer version of Nivora (file version {}, this program reads up to {}). "
+                   "Please use the newer version.",
+                   version, k_schema_version));
     }
-    if (version < 1) refuse(StoreFault::Damaged, path, "bears no version of a basin file; it may be damaged.");
+    if (version < 1)
+        refuse(StoreFault::Damaged, path, "bears no version of a basin file; it may be damaged.");
 }
 
 void sql_single(sqlite3_context* context, int, sqlite3_value** values) {
@@ -118,7 +122,8 @@ FieldType type_of(std::string_view declared) {
 
 int width_of(std::string_view declared) {
     const std::size_t bracket = declared.find('(');
-    return bracket == std::string_view::npos ? 0 : std::atoi(std::string{declared.substr(bracket + 1)}.c_str());
+    return bracket == std::string_view::npos ? 0
+                                             : std::atoi(std::string{declared.substr(bracket + 1)}.c_str());
 }
 
 void write_template(const fs::path& path) {
@@ -162,7 +167,8 @@ StoreError store_error(const SQLite::Exception& exception) {
     const StoreFault fault = fault_of(exception.getErrorCode());
     std::string text = exception.what();
     if (fault == StoreFault::Busy) text = "The basin file is in use by another program (" + text + ").";
-    if (fault == StoreFault::ReadOnly) text = "The basin file or its folder may not be written (" + text + ").";
+    if (fault == StoreFault::ReadOnly)
+        text = "The basin file or its folder may not be written (" + text + ").";
     if (fault == StoreFault::Full) text = "The disk has no room for the basin file (" + text + ").";
     if (fault == StoreFault::Damaged) text = "The basin file is damaged (" + text + ").";
     return {fault, text};
@@ -197,9 +203,10 @@ bool BasinDatabase::has_table(std::string_view table) { return stored_name(table
 
 std::vector<std::string> BasinDatabase::table_names() {
     return guarded([&] {
-        SQLite::Statement query{sql_,
-                                "SELECT name FROM sqlite_schema WHERE type = 'table' AND name NOT LIKE 'sqlite\\_%' "
-                                "ESCAPE '\\' ORDER BY rowid"};
+        SQLite::Statement query{
+            sql_,
+            "SELECT name FROM sqlite_schema WHERE type = 'table' AND name NOT LIKE 'sqlite\\_%' "
+            "ESCAPE '\\' ORDER BY rowid"};
         std::vector<std::string> names;
         while (query.executeStep()) names.push_back(query.getColumn(0).getString());
         return names;
@@ -224,7 +231,8 @@ std::vector<Field> BasinDatabase::table_fields(std::string_view table) {
 
 void BasinDatabase::create_table(const TableSchema& table) {
     if (has_table(table.name)) {
-        throw StoreError(StoreFault::Exists, fmt::format("The basin file has a table '{}' already.", table.name));
+        throw StoreError(StoreFault::Exists,
+                         fmt::format("The basin file has a table '{}' already.", table.name));
     }
     execute(create_statement(table));
 }

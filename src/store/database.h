@@ -1,6 +1,11 @@
 // One open basin file.
 #pragma once
 
+#include "store/schema.h"
+#include "store/store_error.h"
+
+#include <SQLiteCpp/Database.h>
+
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -8,11 +13,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <SQLiteCpp/Database.h>
-
-#include "store/schema.h"
-#include "store/store_error.h"
 
 namespace nivora {
 
@@ -24,16 +24,16 @@ enum class Access { ReadOnly, ReadWrite };
 
 /// An open basin file. Table names are compared without regard to case, in every script.
 ///
-/// Every call throws StoreError where the store refuses. SQL text may use two functions beside the engine's own:
-/// `single(x)`, x rounded to 32 bits (an error beyond the largest Single), and `month(date)`, 1 to 12.
+/// Every call throws StoreError where the store refuses. SQL text may use two functions beside the engine's
+/// own: `single(x)`, x rounded to 32 bits (an error beyond the largest Single), and `month(date)`, 1 to 12.
 class BasinDatabase {
 public:
-    /// Opens a basin file. A file that is missing, foreign, newer or no database is refused before the database
-    /// engine sees it, so that it stays as it was to the last byte.
+    /// Opens a basin file. A file that is missing, foreign, newer or no database is refused before the
+    /// database engine sees it, so that it stays as it was to the last byte.
     BasinDatabase(const std::filesystem::path& path, Access access);
 
-    /// Writes the blank template: the five tables of a new basin, with one basin row that has the placeholder name
-    /// and units not yet fixed (-1). Refuses a name that is taken.
+    /// Writes the blank template: the five tables of a new basin, with one basin row that has the placeholder
+    /// name and units not yet fixed (-1). Refuses a name that is taken.
     static void create_template(const std::filesystem::path& path);
 
     [[nodiscard]] SQLite::Database& sql() { return sql_; }
@@ -49,11 +49,13 @@ public:
 
     void create_table(const TableSchema& table);
     void drop_table(std::string_view table);
-    /// Declares the key of a daily table, which makes a year of a long record as quick to read as a short record.
+    /// Declares the key of a daily table, which makes a year of a long record as quick to read as a short
+    /// record.
     void create_daily_index(std::string_view table);
     void execute(const std::string& statement);
 
-    /// Runs work in one transaction: committed when the work returns true, rolled back when it returns false or throws.
+    /// Runs work in one transaction: committed when the work returns true, rolled back when it returns false
+    /// or throws.
     /// @return what the work returned
     bool in_transaction(const std::function<bool()>& work);
 

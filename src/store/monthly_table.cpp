@@ -1,9 +1,9 @@
 #include "store/monthly_table.h"
 
-#include <array>
-
 #include "base/text.h"
 #include "store/table_io.h"
+
+#include <array>
 
 namespace nivora {
 namespace {
@@ -21,9 +21,8 @@ std::vector<MonthlyRow> zero_rows(int zones) {
 }
 
 std::int64_t row_count(BasinDatabase& database, const std::string& table) {
-    return guarded([&] {
-        return database.sql().execAndGet("SELECT count(*) FROM " + quoted_name(table)).getInt64();
-    });
+    return guarded(
+        [&] { return database.sql().execAndGet("SELECT count(*) FROM " + quoted_name(table)).getInt64(); });
 }
 
 }  // namespace

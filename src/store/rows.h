@@ -1,13 +1,13 @@
 // The rows of the basin file's tables as plain structs, and which member is which field.
 #pragma once
 
+#include "base/calendar.h"
+#include "base/single.h"
+
 #include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
-
-#include "base/calendar.h"
-#include "base/single.h"
 
 namespace nivora {
 
@@ -18,8 +18,8 @@ enum class Distribution : std::int16_t { Basinwide = 0, ByZone = 1 };
 struct BasinDescription {
     std::optional<std::string> name;
     std::optional<std::string> description;
-    std::optional<std::int16_t> zones;  ///< 1 to 16
-    std::optional<std::int16_t> units;  ///< 0 Metric, 1 English, -1 not yet fixed
+    std::optional<std::int16_t> zones;          ///< 1 to 16
+    std::optional<std::int16_t> units;          ///< 0 Metric, 1 English, -1 not yet fixed
     std::optional<double> reference_elevation;  ///< m or ft
     std::optional<double> latitude;             ///< decimal degrees, negative in the south
     std::optional<double> longitude;            ///< decimal degrees
@@ -54,7 +54,8 @@ struct Zone {
 
 /// One simulation definition, a row of the simulation grid. A member without a value is an empty cell.
 ///
-/// The model reads a simulation by column number, 1 to 17; `text` and `value` are the only place that knows them.
+/// The model reads a simulation by column number, 1 to 17; `text` and `value` are the only place that knows
+/// them.
 struct Simulation {
     std::string name;
     std::optional<std::int16_t> run_number;
@@ -82,9 +83,11 @@ struct Simulation {
     template <typename Self, typename Visitor>
     static void visit(Self& row, Visitor&& field) {
         field(row.name), field(row.run_number), field(row.start), field(row.end), field(row.units);
-        field(row.temperature_values), field(row.temperature), field(row.precipitation), field(row.lapse_rate);
+        field(row.temperature_values), field(row.temperature), field(row.precipitation),
+            field(row.lapse_rate);
         field(row.runoff_coefficients), field(row.critical_temperature), field(row.recession);
-        field(row.initial_runoff), field(row.precipitation_threshold), field(row.initial_x), field(row.initial_y);
+        field(row.initial_runoff), field(row.precipitation_threshold), field(row.initial_x),
+            field(row.initial_y);
         field(row.comments);
     }
 };
@@ -103,7 +106,8 @@ struct PhysicalRow {
 
     template <typename Self, typename Visitor>
     static void visit(Self& row, Visitor&& field) {
-        field(row.zone), field(row.date), field(row.runoff), field(row.tmax), field(row.tmin), field(row.tavg);
+        field(row.zone), field(row.date), field(row.runoff), field(row.tmax), field(row.tmin),
+            field(row.tavg);
         field(row.precip), field(row.sca), field(row.net_radiation);
     }
 };
@@ -112,15 +116,16 @@ struct PhysicalRow {
 struct ParameterRow {
     std::int16_t zone = 0;
     DayCount date = 0;
-    float tcrit = k_missing;          ///< °C or °F above the degree-day base
-    float lag_hours = k_missing;      ///< hours
-    float lapse_rate = k_missing;     ///< °C per 100 m or °F per 1000 ft
-    float an = k_missing;             ///< degree-day factor, cm or inches per degree day
-    float cs = k_missing;             ///< runoff coefficient for snowmelt
-    float cr = k_missing;             ///< runoff coefficient for rain
-    std::optional<std::int16_t> rca;  ///< 0: rain counts on the snow-free part alone; otherwise on the whole zone
-    double xcoeff = k_missing;        ///< recession coefficient x
-    double ycoeff = k_missing;        ///< recession coefficient y
+    float tcrit = k_missing;       ///< °C or °F above the degree-day base
+    float lag_hours = k_missing;   ///< hours
+    float lapse_rate = k_missing;  ///< °C per 100 m or °F per 1000 ft
+    float an = k_missing;          ///< degree-day factor, cm or inches per degree day
+    float cs = k_missing;          ///< runoff coefficient for snowmelt
+    float cr = k_missing;          ///< runoff coefficient for rain
+    std::optional<std::int16_t>
+        rca;                    ///< 0: rain counts on the snow-free part alone; otherwise on the whole zone
+    double xcoeff = k_missing;  ///< recession coefficient x
+    double ycoeff = k_missing;  ///< recession coefficient y
 
     template <typename Self, typename Visitor>
     static void visit(Self& row, Visitor&& field) {
@@ -140,7 +145,8 @@ struct MonthlyRow {
 
     template <typename Self, typename Visitor>
     static void visit(Self& row, Visitor&& field) {
-        field(row.zone), field(row.month), field(row.tmax), field(row.tmin), field(row.tavg), field(row.precip);
+        field(row.zone), field(row.month), field(row.tmax), field(row.tmin), field(row.tavg),
+            field(row.precip);
     }
 };
 

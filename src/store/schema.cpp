@@ -1,11 +1,11 @@
 #include "store/schema.h"
 
-#include <algorithm>
-#include <array>
+#include "base/text.h"
 
 #include <fmt/format.h>
 
-#include "base/text.h"
+#include <algorithm>
+#include <array>
 
 namespace nivora {
 namespace {
@@ -22,18 +22,20 @@ Field text(const char* name, int width) { return {name, FieldType::Text, width};
 
 TableSchema basin_description_table() {
     return {k_basin_description,
-            {text("BasinName", 50), text("BasinDescription", k_name_width), integer("Zones"), integer("Units"),
-             real("RefElev"), real("Latitude"), real("Longitude")}};
+            {text("BasinName", 50), text("BasinDescription", k_name_width), integer("Zones"),
+             integer("Units"), real("RefElev"), real("Latitude"), real("Longitude")}};
 }
 
 TableSchema zone_description_table() {
-    return {k_zone_description,
-            {text("ZoneId", 8), real("ZoneArea"), real("HypsometricElevation"), text("ZoneNotes", k_name_width),
-             real("ShareNE"), real("ElevationNE"), real("ShareSE"), real("ElevationSE"), real("ShareNW"),
-             real("ElevationNW"), real("ShareSW"), real("ElevationSW")}};
+    return {
+        k_zone_description,
+        {text("ZoneId", 8), real("ZoneArea"), real("HypsometricElevation"), text("ZoneNotes", k_name_width),
+         real("ShareNE"), real("ElevationNE"), real("ShareSE"), real("ElevationSE"), real("ShareNW"),
+         real("ElevationNW"), real("ShareSW"), real("ElevationSW")}};
 }
 
-/// From the twelfth field on the names run one behind what the fields hold; files of every version have them so.
+/// From the twelfth field on the names run one behind what the fields hold; files of every version have them
+/// so.
 TableSchema simulation_index_table() {
     return {k_simulation_index,
             {text("SimName", k_name_width), integer("SimRunNumber"), date("SimStartDate"), date("SimEndDate"),
@@ -58,8 +60,8 @@ TableSchema scenario_index_table() {
 }  // namespace
 
 std::vector<TableSchema> template_tables() {
-    return {basin_description_table(), zone_description_table(), simulation_index_table(), physical_data_table(),
-            scenario_index_table()};
+    return {basin_description_table(), zone_description_table(), simulation_index_table(),
+            physical_data_table(), scenario_index_table()};
 }
 
 TableSchema basin_averages_table() {
@@ -70,27 +72,27 @@ TableSchema basin_averages_table() {
 
 TableSchema sim_results_table() {
     return {k_sim_results,
-            {integer("Zone"),          date("Date"),          single("ActualQ"),      single("TMax"),
-             single("TMaxCC"),         single("Tmin"),        single("TminCC"),       single("TAvg"),
-             single("TAvgCC"),         single("Precip"),      single("PrecipCC"),     single("SCA"),
-             single("SCACC"),          single("SCAclim"),     single("SCAclimWA"),    single("SCAclimWAMA"),
-             single("ZoneDD"),         single("ZoneDDCC"),    single("LR"),           single("LRCC"),
-             single("Tcrit"),          single("TcritCC"),     single("AN"),           single("ANCC"),
-             single("CS"),             single("CSCC"),        single("CR"),           single("CRCC"),
-             single("LagTime"),        single("LagTimeCC"),   integer("RCA"),         integer("RCACC"),
-             single("NetRad"),         single("NetRadCC"),    real("Xcoeff"),         real("XcoeffCC"),
-             real("YCoeff"),           real("YCoeffCC"),      single("Cpr"),          single("SumAT"),
-             single("NewMelt"),        single("M1S"),         single("aT"),           single("SnowOnStore"),
-             single("ZonalMelt"),      single("TotalMelt"),   real("DailyQ"),         single("MDCincl"),
-             single("MDCexcl"),        single("MDCexclWA"),   single("MDCexclWAnew"), single("MeltOffset"),
-             real("DailyQPresent"),    single("AZMincl"),     single("AZMexcl"),      single("AZMexclWA"),
+            {integer("Zone"),       date("Date"),        single("ActualQ"),      single("TMax"),
+             single("TMaxCC"),      single("Tmin"),      single("TminCC"),       single("TAvg"),
+             single("TAvgCC"),      single("Precip"),    single("PrecipCC"),     single("SCA"),
+             single("SCACC"),       single("SCAclim"),   single("SCAclimWA"),    single("SCAclimWAMA"),
+             single("ZoneDD"),      single("ZoneDDCC"),  single("LR"),           single("LRCC"),
+             single("Tcrit"),       single("TcritCC"),   single("AN"),           single("ANCC"),
+             single("CS"),          single("CSCC"),      single("CR"),           single("CRCC"),
+             single("LagTime"),     single("LagTimeCC"), integer("RCA"),         integer("RCACC"),
+             single("NetRad"),      single("NetRadCC"),  real("Xcoeff"),         real("XcoeffCC"),
+             real("YCoeff"),        real("YCoeffCC"),    single("Cpr"),          single("SumAT"),
+             single("NewMelt"),     single("M1S"),       single("aT"),           single("SnowOnStore"),
+             single("ZonalMelt"),   single("TotalMelt"), real("DailyQ"),         single("MDCincl"),
+             single("MDCexcl"),     single("MDCexclWA"), single("MDCexclWAnew"), single("MeltOffset"),
+             real("DailyQPresent"), single("AZMincl"),   single("AZMexcl"),      single("AZMexclWA"),
              single("AZMwork")}};
 }
 
 TableSchema parameter_table(std::string_view simulation_name) {
     return {std::string{simulation_name},
-            {integer("Zone"), date("Date"), single("Tcrit"), single("LagTime"), single("LapseRate"), single("An"),
-             single("Cs"), single("Cr"), integer("RCA"), real("Xcoeff"), real("Ycoeff")}};
+            {integer("Zone"), date("Date"), single("Tcrit"), single("LagTime"), single("LapseRate"),
+             single("An"), single("Cs"), single("Cr"), integer("RCA"), real("Xcoeff"), real("Ycoeff")}};
 }
 
 TableSchema scenario_table(std::string_view scenario_name) {
@@ -102,7 +104,8 @@ TableSchema scenario_table(std::string_view scenario_name) {
 bool is_fixed_table(std::string_view name) {
     constexpr std::array k_fixed{k_basin_description, k_zone_description, k_simulation_index, k_physical_data,
                                  k_basin_averages,    k_scenario_index,   k_sim_results};
-    return std::any_of(k_fixed.begin(), k_fixed.end(), [&](const char* fixed) { return same_name(fixed, name); });
+    return std::any_of(k_fixed.begin(), k_fixed.end(),
+                       [&](const char* fixed) { return same_name(fixed, name); });
 }
 
 std::string declared_type(const Field& field) {

@@ -1,9 +1,9 @@
 #include "store/table_io.h"
 
+#include <fmt/format.h>
+
 #include <cmath>
 #include <limits>
-
-#include <fmt/format.h>
 
 namespace nivora {
 namespace {
@@ -18,7 +18,8 @@ constexpr double k_largest_day = 1.0e6;  // beyond the year 4600
 /// The number in a field that is not Null.
 double number_at(SQLite::Statement& row, int position) {
     const SQLite::Column column = row.getColumn(position);
-    if (!column.isInteger() && !column.isFloat()) refuse_value(row, position, "a text where a number belongs");
+    if (!column.isInteger() && !column.isFloat())
+        refuse_value(row, position, "a text where a number belongs");
     return column.getDouble();
 }
 
@@ -51,9 +52,13 @@ void bind_value(SQLite::Statement& statement, int position, std::int16_t value) 
     statement.bind(position, static_cast<std::int32_t>(value));
 }
 
-void bind_value(SQLite::Statement& statement, int position, std::int32_t value) { statement.bind(position, value); }
+void bind_value(SQLite::Statement& statement, int position, std::int32_t value) {
+    statement.bind(position, value);
+}
 
-void bind_value(SQLite::Statement& statement, int position, DayCount value) { statement.bind(position, value); }
+void bind_value(SQLite::Statement& statement, int position, DayCount value) {
+    statement.bind(position, value);
+}
 
 void bind_value(SQLite::Statement& statement, int position, const std::string& value) {
     statement.bind(position, value);
@@ -113,7 +118,8 @@ TableSchema template_table(std::string_view name) {
     for (TableSchema& table : template_tables()) {
         if (table.name == name) return std::move(table);
     }
-    throw StoreError(StoreFault::Missing, fmt::format("No basin file has a table '{}' from the start.", name));
+    throw StoreError(StoreFault::Missing,
+                     fmt::format("No basin file has a table '{}' from the start.", name));
 }
 
 BasinDescription read_basin_description(BasinDatabase& database) {

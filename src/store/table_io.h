@@ -1,15 +1,15 @@
 // Typed rows in and out of the tables of a basin file.
 #pragma once
 
+#include "store/database.h"
+#include "store/rows.h"
+
+#include <SQLiteCpp/Statement.h>
+
 #include <concepts>
 #include <span>
 #include <type_traits>
 #include <vector>
-
-#include <SQLiteCpp/Statement.h>
-
-#include "store/database.h"
-#include "store/rows.h"
 
 namespace nivora {
 
@@ -31,8 +31,9 @@ void bind_value(SQLite::Statement& statement, int position, const std::optional<
     }
 }
 
-// One value out of a row; Null reads as missing. A text where a number belongs, or a number that its field can't hold,
-// is a StoreError. Positions count from 0. Null in a column without a missing form reads as 0 or an empty text.
+// One value out of a row; Null reads as missing. A text where a number belongs, or a number that its field
+// can't hold, is a StoreError. Positions count from 0. Null in a column without a missing form reads as 0 or
+// an empty text.
 void read_value(SQLite::Statement& row, int position, float& value);
 void read_value(SQLite::Statement& row, int position, double& value);
 void read_value(SQLite::Statement& row, int position, std::int16_t& value);
@@ -70,8 +71,8 @@ template <typename Row>
 [[nodiscard]] std::vector<Row> read_table(BasinDatabase& database, const TableSchema& table) {
     return guarded([&] {
         const std::string name = database.stored_name(table.name).value_or(table.name);
-        SQLite::Statement query{database.sql(), "SELECT " + field_list(table) + " FROM " + quoted_name(name) +
-                                                    " ORDER BY rowid"};
+        SQLite::Statement query{
+            database.sql(), "SELECT " + field_list(table) + " FROM " + quoted_name(name) + " ORDER BY rowid"};
         return read_rows<Row>(query);
     });
 }
@@ -83,8 +84,8 @@ void add_rows(BasinDatabase& database, const TableSchema& table, std::span<const
         const std::string name = database.stored_name(table.name).value_or(table.name);
         std::string places;
         for (std::size_t i = 0; i < table.fields.size(); ++i) places += i == 0 ? "?" : ", ?";
-        SQLite::Statement insert{database.sql(), "INSERT INTO " + quoted_name(name) + " (" + field_list(table) +
-                                                     ") VALUES (" + places + ")"};
+        SQLite::Statement insert{database.sql(), "INSERT INTO " + quoted_name(name) + " (" +
+                                                     field_list(table) + ") VALUES (" + places + ")"};
         for (const Row& row : rows) {
             int position = 1;
             Row::visit(row, [&](const auto& member) { bind_value(insert, position++, member); });
