@@ -4,6 +4,7 @@
 
 #include "base/fault.h"
 
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -44,8 +45,8 @@ template <typename Number>
 /// A Single has 24 bits and 10^5 has 12 odd ones, so that at 5 decimals the scaled value is exact and a tie
 /// is a true tie.
 [[nodiscard]] inline double round_half_even(double value, int decimals) {
-    double scale = 1.0;
-    for (int i = 0; i < decimals; ++i) scale *= 10.0;
+    constexpr std::array k_powers{1.0e0, 1.0e1, 1.0e2, 1.0e3, 1.0e4, 1.0e5, 1.0e6, 1.0e7, 1.0e8, 1.0e9};
+    const double scale = k_powers.at(static_cast<std::size_t>(decimals));
     return std::nearbyint(value * scale) / scale + 0.0;
 }
 

@@ -1,25 +1,36 @@
 #include "engine/sim_results.h"
 
 #include <algorithm>
+#include <limits>
 #include <tuple>
 #include <type_traits>
 
 namespace nivora {
 namespace {
 
-RowOrder rows_of_period(const SimResults& results, DayCount first, DayCount last) {
+/// The rows of a period in stored order, and whether that is the order zone by zone already.
+struct StoredRows {
     RowOrder rows;
-    rows.reserve(results.size());
-    for (std::size_t row = 0; row < results.size(); ++row) {
-        if (results.Date[row] >= first && results.Date[row] <= last)
-            rows.push_back(static_cast<std::uint32_t>(row));
-    }
-    return rows;
-}
+    bool zone_by_zone = true;
+};
 
-template <typename Before>
-void sort_rows(RowOrder& rows, Before before) {
-    if (!std::is_sorted(rows.begin(), rows.end(), before)) std::stable_sort(rows.begin(), rows.end(), before);
+StoredRows rows_of_period(const SimResults& results, DayCount first, DayCount last) {
+    StoredRows stored;
+    stored.rows.resize(results.size());
+    std::size_t count = 0;
+    std::int16_t zone = std::numeric_limits<std::int16_t>::min();
+    DayCount date = std::numeric_limits<DayCount>::min();
+    for (std::size_t row = 0; row < results.size(); ++row) {
+        const std::int16_t row_zone = results.Zone[row];
+        const DayCount row_date = results.Date[row];
+        if (row_date < first || row_date > last) continue;
+        if (row_zone < zone || (row_zone == zone && row_date < date)) stored.zone_by_zone = false;
+        zone = row_zone;
+        date = row_date;
+        stored.rows[count++] = static_cast<std::uint32_t>(row);
+    }
+    stored.rows.resize(count);
+    return stored;
 }
 
 /// Puts rows that stand zone by zone into day order by dealing them out to their days.
@@ -46,19 +57,25 @@ void SimResults::resize(std::size_t rows) {
 }
 
 RowOrder rows_by_zone(const SimResults& results, DayCount first, DayCount last) {
-    RowOrder rows = rows_of_period(results, first, last);
-    sort_rows(rows, [&](std::uint32_t a, std::uint32_t b) {
-        return std::tie(results.Zone[a], results.Date[a]) < std::tie(results.Zone[b], results.Date[b]);
-    });
-    return rows;
+    StoredRows stored = rows_of_period(results, first, last);
+    if (!stored.zone_by_zone) {
+        std::stable_sort(stored.rows.begin(), stored.rows.end(), [&](std::uint32_t a, std::uint32_t b) {
+            return std::tie(results.Zone[a], results.Date[a]) < std::tie(results.Zone[b], results.Date[b]);
+        });
+    }
+    return std::move(stored.rows);
 }
 
 RowOrder rows_by_day(const SimResults& results, DayCount first, DayCount last) {
     const RowOrder by_zone = rows_by_zone(results, first, last);
     if (by_zone.empty()) return by_zone;
-    const auto earlier = [&](std::uint32_t a, std::uint32_t b) { return results.Date[a] < results.Date[b]; };
-    const auto [low, high] = std::minmax_element(by_zone.begin(), by_zone.end(), earlier);
-    return dealt_by_day(results, by_zone, results.Date[*low], results.Date[*high]);
+    DayCount low = results.Date[by_zone.front()];
+    DayCount high = low;
+    for (const auto row : by_zone) {
+        low = std::min(low, results.Date[row]);
+        high = std::max(high, results.Date[row]);
+    }
+    return dealt_by_day(results, by_zone, low, high);
 }
 
 }  // namespace nivora

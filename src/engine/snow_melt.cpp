@@ -116,8 +116,19 @@ private:
         if (!keeps_store_) run_.SnowStore = 0.0F;
     }
 
+    /// The month of a date. Days come in order, so that most lie in the month of the one before.
+    int month_of(DayCount date) {
+        if (date < month_start_ || date >= next_month_start_) {
+            const CivilDate civil = civil_date(date);
+            month_ = civil.month;
+            month_start_ = date - (civil.day - 1);
+            next_month_start_ = *day_count({civil.year + civil.month / 12, civil.month % 12 + 1, 1});
+        }
+        return month_;
+    }
+
     void end_winter_at(DayCount date) {
-        if (civil_date(date).month != season_start_) return;
+        if (month_of(date) != season_start_) return;
         empty_store();
         snow_.winter = false;
         run_.MeltSeasonStart = date - 1;
@@ -202,6 +213,9 @@ private:
     bool keeps_store_;
     bool draws_curves_;
     ZoneSnow snow_;
+    int month_ = 0;
+    DayCount month_start_ = 0;
+    DayCount next_month_start_ = 0;
 };
 
 }  // namespace

@@ -51,19 +51,6 @@ struct BasinValues {
     double y = 0.0;
 };
 
-/// The fields of a row while it is worked on; they reach the table together.
-struct ZoneInputRow {
-    float average = k_missing;
-    float lapse = k_missing;
-    float degree_days = k_missing;
-    float precipitation = k_missing;
-    float critical = k_missing;
-    float snow_coefficient = k_missing;
-    float rain_coefficient = k_missing;
-    double x = k_missing;
-    double y = k_missing;
-};
-
 enum class Phase { Variables, Parameters };
 
 ZoneInputColumns choose_columns(SimResults& t, int climate_step) {
@@ -130,77 +117,59 @@ float mean_temperature(const ZoneInputOptions& options, const ZoneInputColumns& 
     return options.temperature_basinwide ? basin.temperature : given;
 }
 
-float degree_days_of(const ZoneInputOptions& options, const ZoneInputRow& fields, std::int16_t zone) {
+float degree_days_of(const ZoneInputOptions& options, float average, float lapse, std::int16_t zone) {
     if (options.temperature_basinwide) {
-        const auto degree_days =
-            zone_degree_days(options.units, fields.average, difference_of(options, zone), fields.lapse);
+        const auto degree_days = zone_degree_days(options.units, average, difference_of(options, zone), lapse);
         if (!degree_days) throw null_fault();
         return *degree_days;
     }
     const float degree_days =
-        to_single_field(static_cast<double>(fields.average) - static_cast<double>(options.units.degree_base));
+        to_single_field(static_cast<double>(average) - static_cast<double>(options.units.degree_base));
     return degree_days < 0.0F ? 0.0F : degree_days;
 }
 
-void keep_basin_values(const ZoneInputRow& fields, BasinValues& basin) {
-    basin.precipitation = present(fields.precipitation);
-    basin.critical = present(fields.critical);
-    basin.snow_coefficient = present(fields.snow_coefficient);
-    basin.rain_coefficient = present(fields.rain_coefficient);
-    basin.x = present(fields.x);
-    basin.y = present(fields.y);
+void keep_basin_values(const ZoneInputColumns& columns, std::size_t row, BasinValues& basin) {
+    basin.precipitation = present(columns.precipitation[row]);
+    basin.critical = present(columns.critical_temperature[row]);
+    basin.snow_coefficient = present(columns.snow_coefficient[row]);
+    basin.rain_coefficient = present(columns.rain_coefficient[row]);
+    basin.x = present(columns.recession_x[row]);
+    basin.y = present(columns.recession_y[row]);
 }
 
-void spread_basin_values(const ZoneInputOptions& options, const BasinValues& basin, ZoneInputRow& fields) {
-    if (options.precipitation_basinwide) fields.precipitation = basin.precipitation;
-    if (options.critical_basinwide) fields.critical = basin.critical;
+void spread_basin_values(const ZoneInputOptions& options, const BasinValues& basin,
+                         const ZoneInputColumns& columns, std::size_t row) {
+    if (options.precipitation_basinwide) columns.precipitation[row] = basin.precipitation;
+    if (options.critical_basinwide) columns.critical_temperature[row] = basin.critical;
     if (options.coefficients_basinwide) {
-        fields.snow_coefficient = basin.snow_coefficient;
-        fields.rain_coefficient = basin.rain_coefficient;
+        columns.snow_coefficient[row] = basin.snow_coefficient;
+        columns.rain_coefficient[row] = basin.rain_coefficient;
     }
     if (options.recession_basinwide) {
-        fields.x = basin.x;
-        fields.y = basin.y;
+        columns.recession_x[row] = basin.x;
+        columns.recession_y[row] = basin.y;
     }
 }
 
-void store_row(const ZoneInputRow& fields, const ZoneInputColumns& columns, std::size_t row) {
-    columns.average_temperature[row] = fields.average;
-    columns.lapse_rate[row] = fields.lapse;
-    columns.degree_days[row] = fields.degree_days;
-    columns.precipitation[row] = fields.precipitation;
-    columns.critical_temperature[row] = fields.critical;
-    columns.snow_coefficient[row] = fields.snow_coefficient;
-    columns.rain_coefficient[row] = fields.rain_coefficient;
-    columns.recession_x[row] = fields.x;
-    columns.recession_y[row] = fields.y;
-}
-
+/// Works out all of a row before it writes any of it, so that a faulty row stays as it was.
 void work_row(const ZoneInputOptions& options, const ZoneInputColumns& columns, std::int16_t zone,
               std::size_t row, BasinValues& basin, Phase& phase) {
     const bool first = zone == 1;
-    ZoneInputRow fields;
     phase = Phase::Variables;
-    fields.average = mean_temperature(options, columns, row, first, basin);
+    const float average = mean_temperature(options, columns, row, first, basin);
 
     phase = Phase::Parameters;
-    fields.lapse = columns.lapse_rate[row];
-    if (first) basin.lapse = present(fields.lapse);
-    if (options.lapse_basinwide) fields.lapse = basin.lapse;
-    fields.degree_days = degree_days_of(options, fields, zone);
-
-    fields.precipitation = columns.precipitation[row];
-    fields.critical = columns.critical_temperature[row];
-    fields.snow_coefficient = columns.snow_coefficient[row];
-    fields.rain_coefficient = columns.rain_coefficient[row];
-    fields.x = columns.recession_x[row];
-    fields.y = columns.recession_y[row];
+    if (first) basin.lapse = present(columns.lapse_rate[row]);
+    const float lapse = options.lapse_basinwide ? basin.lapse : columns.lapse_rate[row];
+    const float degree_days = degree_days_of(options, average, lapse, zone);
     if (first) {
-        keep_basin_values(fields, basin);
+        keep_basin_values(columns, row, basin);
     } else {
-        spread_basin_values(options, basin, fields);
+        spread_basin_values(options, basin, columns, row);
     }
-    store_row(fields, columns, row);
+    columns.average_temperature[row] = average;
+    columns.lapse_rate[row] = lapse;
+    columns.degree_days[row] = degree_days;
 }
 
 Message fault_message(const Fault& fault, Phase phase, const SimResults& results,
