@@ -1,0 +1,28 @@
+// A made-up basin of any size for the benchmarks: in memory, or in a file.
+#pragma once
+
+#include "base/scripted_dialogs.h"
+#include "engine/run_driver.h"
+#include "engine/sim_results.h"
+#include "prep/prep_state.h"
+
+#include <filesystem>
+
+namespace nivora {
+
+/// A basin of so many zones, with one simulation over so many days from 1 October 1990 on.
+[[nodiscard]] BasinState bench_basin(int zones, int days);
+
+/// The results table of that simulation as it is built before the stages.
+[[nodiscard]] SimResults bench_results(int zones, int days);
+
+/// The run values at the start of a year round simulation of it.
+[[nodiscard]] RunState bench_run(int days);
+
+/// The four computing stages, all columns written.
+void run_stages(SimResults& results, BasinState& basin, RunState& run, Dialogs& dialogs);
+
+/// Writes a basin file with daily variables of so many years and one simulation over the last 366 days.
+void write_bench_basin(const std::filesystem::path& path, int zones, int years);
+
+}  // namespace nivora
