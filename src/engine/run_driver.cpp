@@ -154,11 +154,12 @@ bool choose_forecast(RunState& run, Dialogs& dialogs, int index) {
 bool Run_Model(SimResults& results, RunContext context, bool& statistics_valid) {
     auto& [basin, run, dialogs] = context;
     statistics_valid = false;
-    if (!Zone_Inputs(results, basin, run, dialogs)) return false;
-    Snow_Melt(results, basin, run, dialogs);
+    const RunRows rows = run_rows(results, run.RunStart, run.RunEnd);
+    if (!Zone_Inputs(results, rows, basin, run, dialogs)) return false;
+    Snow_Melt(results, rows, basin, run, dialogs);
     const bool custom_lag = run.LagDistribution[0] > 0.0F;
-    const bool reached_end = custom_lag ? Runoff_Custom_Lag(results, basin, run, dialogs)
-                                        : Runoff_Simulation(results, basin, run, dialogs);
+    const bool reached_end = custom_lag ? Runoff_Custom_Lag(results, rows, basin, run, dialogs)
+                                        : Runoff_Simulation(results, rows, basin, run, dialogs);
     if (reached_end) statistics_valid = Run_Statistics(results, run, dialogs);
     return reached_end;
 }

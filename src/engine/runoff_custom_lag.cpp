@@ -37,11 +37,11 @@ std::vector<double> daily_inputs(const RunoffColumns& columns, const RunoffBasin
 
 }  // namespace
 
-bool Runoff_Custom_Lag(SimResults& results, BasinState& basin, RunState& run, Dialogs& dialogs) {
+bool Runoff_Custom_Lag(SimResults& results, const RunRows& rows, BasinState& basin, RunState& run,
+                       Dialogs& dialogs) {
     const RunoffColumns columns = runoff_columns(results, run.ClimateStep);
     const RunoffBasin constants = runoff_basin(basin);
-    const RowOrder order = rows_by_day(results, run.RunStart, run.RunEnd);
-    const std::vector<DayRows> days = days_of(order, constants.zones);
+    const std::vector<DayRows> days = days_of(rows.by_day, constants.zones);
     const std::vector<double> inputs = daily_inputs(columns, constants, days, run);
     if (days.empty()) return true;
 

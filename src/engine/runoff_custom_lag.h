@@ -14,6 +14,13 @@ namespace nivora {
 /// the first day's input stands in for the missing ones.
 ///
 /// @return false where the user cancelled
-[[nodiscard]] bool Runoff_Custom_Lag(SimResults& results, BasinState& basin, RunState& run, Dialogs& dialogs);
+[[nodiscard]] bool Runoff_Custom_Lag(SimResults& results, const RunRows& rows, BasinState& basin,
+                                     RunState& run, Dialogs& dialogs);
+
+/// The same, with the rows of the run's period looked up.
+[[nodiscard]] inline bool Runoff_Custom_Lag(SimResults& results, BasinState& basin, RunState& run,
+                                            Dialogs& dialogs) {
+    return Runoff_Custom_Lag(results, run_rows(results, run.RunStart, run.RunEnd), basin, run, dialogs);
+}
 
 }  // namespace nivora

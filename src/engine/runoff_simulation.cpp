@@ -8,14 +8,13 @@ constexpr double k_longest_short_lag = 18.0;
 /// The stage with all that its steps share.
 class RunoffStage {
 public:
-    RunoffStage(SimResults& results, BasinState& basin, RunState& run, Dialogs& dialogs)
+    RunoffStage(SimResults& results, const RunRows& rows, BasinState& basin, RunState& run, Dialogs& dialogs)
         : results_(results),
           run_(run),
           dialogs_(dialogs),
           columns_(runoff_columns(results, run.ClimateStep)),
           basin_(runoff_basin(basin)),
-          rows_(rows_by_day(results, run.RunStart, run.RunEnd)),
-          days_(days_of(rows_, basin_.zones)),
+          days_(days_of(rows.by_day, basin_.zones)),
           recession_(run.InitialRunoff),
           next_update_(run.UpdateInterval) {}
 
@@ -92,7 +91,6 @@ private:
     Dialogs& dialogs_;
     RunoffColumns columns_;
     RunoffBasin basin_;
-    RowOrder rows_;
     std::vector<DayRows> days_;
     Recession recession_;
     LagSpread lag_;
@@ -158,8 +156,9 @@ void LagSpread::release_short(const Day& day) {
     assign_if_number(input_, part2_ + part3 + rest);
 }
 
-bool Runoff_Simulation(SimResults& results, BasinState& basin, RunState& run, Dialogs& dialogs) {
-    return RunoffStage{results, basin, run, dialogs}.work();
+bool Runoff_Simulation(SimResults& results, const RunRows& rows, BasinState& basin, RunState& run,
+                       Dialogs& dialogs) {
+    return RunoffStage{results, rows, basin, run, dialogs}.work();
 }
 
 }  // namespace nivora

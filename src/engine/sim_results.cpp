@@ -34,7 +34,14 @@ StoredRows rows_of_period(const SimResults& results, DayCount first, DayCount la
 }
 
 /// Puts rows that stand zone by zone into day order by dealing them out to their days.
-RowOrder dealt_by_day(const SimResults& results, const RowOrder& by_zone, DayCount first, DayCount last) {
+RowOrder dealt_by_day(const SimResults& results, const RowOrder& by_zone) {
+    if (by_zone.empty()) return {};
+    DayCount first = results.Date[by_zone.front()];
+    DayCount last = first;
+    for (const auto row : by_zone) {
+        first = std::min(first, results.Date[row]);
+        last = std::max(last, results.Date[row]);
+    }
     std::vector<std::uint32_t> next(static_cast<std::size_t>(last - first) + 2, 0);
     for (const auto row : by_zone) ++next[static_cast<std::size_t>(results.Date[row] - first) + 1];
     for (std::size_t day = 1; day < next.size(); ++day) next[day] += next[day - 1];
@@ -56,26 +63,15 @@ void SimResults::resize(std::size_t rows) {
     });
 }
 
-RowOrder rows_by_zone(const SimResults& results, DayCount first, DayCount last) {
+RunRows run_rows(const SimResults& results, DayCount first, DayCount last) {
     StoredRows stored = rows_of_period(results, first, last);
     if (!stored.zone_by_zone) {
         std::stable_sort(stored.rows.begin(), stored.rows.end(), [&](std::uint32_t a, std::uint32_t b) {
             return std::tie(results.Zone[a], results.Date[a]) < std::tie(results.Zone[b], results.Date[b]);
         });
     }
-    return std::move(stored.rows);
-}
-
-RowOrder rows_by_day(const SimResults& results, DayCount first, DayCount last) {
-    const RowOrder by_zone = rows_by_zone(results, first, last);
-    if (by_zone.empty()) return by_zone;
-    DayCount low = results.Date[by_zone.front()];
-    DayCount high = low;
-    for (const auto row : by_zone) {
-        low = std::min(low, results.Date[row]);
-        high = std::max(high, results.Date[row]);
-    }
-    return dealt_by_day(results, by_zone, low, high);
+    RowOrder by_day = dealt_by_day(results, stored.rows);
+    return {std::move(stored.rows), std::move(by_day)};
 }
 
 }  // namespace nivora

@@ -61,11 +61,13 @@ struct SimResults {
 /// Positions of rows, in the order in which a stage walks them.
 using RowOrder = std::vector<std::uint32_t>;
 
-/// The rows of a period, all days of zone 1, then all days of zone 2 ... Rows alike keep their order.
-[[nodiscard]] RowOrder rows_by_zone(const SimResults& results, DayCount first, DayCount last);
+/// The rows of a period in the two orders in which stages walk them. Rows alike keep their order.
+struct RunRows {
+    RowOrder by_zone;  ///< all days of zone 1, then all days of zone 2 ...
+    RowOrder by_day;   ///< all zones of day 1, then all zones of day 2 ...
+};
 
-/// The rows of a period, all zones of day 1, then all zones of day 2 ... Rows alike keep their order.
-[[nodiscard]] RowOrder rows_by_day(const SimResults& results, DayCount first, DayCount last);
+[[nodiscard]] RunRows run_rows(const SimResults& results, DayCount first, DayCount last);
 
 /// Whether a climate step works on the columns of the changed climate, as every step but 1 and 3 does.
 [[nodiscard]] constexpr bool uses_changed_climate(int climate_step) {

@@ -2,7 +2,7 @@
 
 #include "base/number_text.h"
 
-#include <algorithm>
+#include <span>
 #include <string>
 
 namespace nivora {
@@ -27,8 +27,9 @@ struct SnowColumns {
 
 /// What a zone carries from day to day.
 struct ZoneSnow {
-    std::optional<std::int16_t> zone;
+    int zone = 0;
     bool winter = false;
+    float store = 0.0F;
     float sum_at = 0.0F;
     float depletion_base = k_curve_not_started;
     float new_melt_sum = 0.0F;
@@ -69,51 +70,51 @@ public:
           keeps_store_(run.NoSnow && run.ClimateStep == 0),
           draws_curves_(run.ClimateStep == 0 || run.ClimateStep == 3) {}
 
-    void work() {
-        for (const std::size_t row : rows_by_zone(results_, run_.RunStart, run_.RunEnd)) work_row(row);
-        end_zone();
+    void work(const RowOrder& rows) {
+        for (std::size_t first = 0; first < rows.size();) {
+            std::size_t behind = first + 1;
+            while (behind < rows.size() && results_.Zone[rows[behind]] == results_.Zone[rows[first]])
+                ++behind;
+            work_zone(std::span{rows}.subspan(first, behind - first));
+            first = behind;
+        }
     }
 
 private:
-    void work_row(std::size_t row) {
-        if (snow_.zone != results_.Zone[row]) start_zone(results_.Zone[row]);
+    /// The zone's values are kept apart from the table, which lets the compiler hold them in registers.
+    void work_zone(std::span<const std::uint32_t> rows) {
+        ZoneSnow snow{.zone = results_.Zone[rows.front()], .winter = starts_in_winter_};
+        for (const std::size_t row : rows) store_row(row, work_row(row, snow));
+        run_.SnowStore = snow.store;
+        if (run_.ClimateStep == 3) winter_precipitation(snow, 3) = snow.store;
+        if (run_.ClimateStep == 5) winter_precipitation(snow, 4) = snow.store;
+    }
+
+    SnowRow work_row(std::size_t row, ZoneSnow& snow) {
         SnowRow fields;
         fields.precipitation = columns_.precipitation[row];
         fields.cover = columns_.cover[row];
-        if (snow_.winter) end_winter_at(results_.Date[row]);
-        add_winter_precipitation(fields.precipitation);
-        potential_melt(row, fields);
-        rain_or_snow(columns_.critical_temperature[row], fields);
-        fields.snow_on_store = run_.SnowStore;
-        if (snow_.winter && static_cast<double>(fields.cover) > k_full_cover) empty_store();
-        melt_store(fields);
+        if (snow.winter && month_of(results_.Date[row]) == season_start_)
+            end_winter(results_.Date[row], snow);
+        if (run_.ClimateStep == 1 || run_.ClimateStep == 2) add_winter_precipitation(fields, snow);
+        potential_melt(row, fields, snow);
+        rain_or_snow(columns_.critical_temperature[row], fields, snow);
+        fields.snow_on_store = snow.store;
+        if (snow.winter && static_cast<double>(fields.cover) > k_full_cover) empty_store(snow);
+        melt_store(fields, snow);
         if (columns_.rain_switch[row] == 0.0F) {
             fields.rain = to_single_field(static_cast<double>(fields.rain) * snow_free(fields.cover));
         }
-        if (draws_curves_) depletion_curves(fields);
-        store_row(row, fields);
-        snow_.previous_sum_at = fields.sum_at;
+        if (draws_curves_) depletion_curves(fields, snow);
+        snow.previous_sum_at = fields.sum_at;
+        return fields;
     }
 
     static double snow_free(float cover) { return 1.0 - static_cast<double>(cover); }
 
-    void start_zone(std::int16_t zone) {
-        end_zone();
-        snow_ = ZoneSnow{};
-        snow_.zone = zone;
-        snow_.winter = starts_in_winter_;
-        run_.SnowStore = 0.0F;
-    }
-
-    void end_zone() {
-        if (!snow_.zone) return;
-        if (run_.ClimateStep == 3) winter_precipitation(3) = run_.SnowStore;
-        if (run_.ClimateStep == 5) winter_precipitation(4) = run_.SnowStore;
-    }
-
     /// In no-snow mode the winter's snow is what there is to melt, so a plain run keeps it.
-    void empty_store() {
-        if (!keeps_store_) run_.SnowStore = 0.0F;
+    void empty_store(ZoneSnow& snow) const {
+        if (!keeps_store_) snow.store = 0.0F;
     }
 
     /// The month of a date. Days come in order, so that most lie in the month of the one before.
@@ -127,52 +128,49 @@ private:
         return month_;
     }
 
-    void end_winter_at(DayCount date) {
-        if (month_of(date) != season_start_) return;
-        empty_store();
-        snow_.winter = false;
+    void end_winter(DayCount date, ZoneSnow& snow) {
+        empty_store(snow);
+        snow.winter = false;
         run_.MeltSeasonStart = date - 1;
     }
 
-    float& winter_precipitation(std::size_t item) {
-        const int zone = *snow_.zone;
-        if (zone < 1 || zone > k_climate_zones) throw subscript_fault();
-        return run_.WinterPrecip[static_cast<std::size_t>(zone)][item];
+    float& winter_precipitation(const ZoneSnow& snow, std::size_t item) {
+        if (snow.zone < 1 || snow.zone > k_climate_zones) throw subscript_fault();
+        return run_.WinterPrecip[static_cast<std::size_t>(snow.zone)][item];
     }
 
-    void add_winter_precipitation(float precipitation) {
-        if (run_.ClimateStep != 1 && run_.ClimateStep != 2) return;
-        float& sum = winter_precipitation(static_cast<std::size_t>(run_.ClimateStep));
-        sum = to_single(static_cast<double>(sum) + static_cast<double>(precipitation));
+    void add_winter_precipitation(const SnowRow& fields, const ZoneSnow& snow) {
+        float& sum = winter_precipitation(snow, static_cast<std::size_t>(run_.ClimateStep));
+        sum = to_single(static_cast<double>(sum) + static_cast<double>(fields.precipitation));
     }
 
-    void potential_melt(std::size_t row, SnowRow& fields) {
+    void potential_melt(std::size_t row, SnowRow& fields, ZoneSnow& snow) const {
         fields.degree_days = columns_.degree_days[row];
         fields.at = to_single(static_cast<double>(fields.degree_days) *
                               static_cast<double>(columns_.degree_day_factor[row]));
-        snow_.sum_at = to_single(static_cast<double>(snow_.sum_at) + static_cast<double>(fields.at));
-        fields.sum_at = snow_.sum_at;
+        snow.sum_at = to_single(static_cast<double>(snow.sum_at) + static_cast<double>(fields.at));
+        fields.sum_at = snow.sum_at;
     }
 
     /// In winter the store takes only what falls on the snow-free part; the rest belongs to the snowpack.
-    void rain_or_snow(float critical_temperature, SnowRow& fields) {
+    static void rain_or_snow(float critical_temperature, SnowRow& fields, ZoneSnow& snow) {
         if (!(static_cast<double>(fields.precipitation) >= k_least_precipitation)) return;
         if (fields.degree_days >= critical_temperature) {
             fields.rain = fields.precipitation;
             return;
         }
-        const double share = snow_.winter ? snow_free(fields.cover) : 1.0;
-        run_.SnowStore = to_single(static_cast<double>(run_.SnowStore) +
-                                   static_cast<double>(fields.precipitation) * share);
+        const double share = snow.winter ? snow_free(fields.cover) : 1.0;
+        snow.store =
+            to_single(static_cast<double>(snow.store) + static_cast<double>(fields.precipitation) * share);
     }
 
-    void melt_store(SnowRow& fields) {
-        if (run_.SnowStore == 0.0F || fields.degree_days <= 0.0F) return;
-        const float melt = fields.at > run_.SnowStore ? run_.SnowStore : fields.at;
-        const float share = snow_.winter ? 1.0F : to_single(snow_free(fields.cover));
+    static void melt_store(SnowRow& fields, ZoneSnow& snow) {
+        if (snow.store == 0.0F || fields.degree_days <= 0.0F) return;
+        const float melt = fields.at > snow.store ? snow.store : fields.at;
+        const float share = snow.winter ? 1.0F : to_single(snow_free(fields.cover));
         fields.runoff_melt = to_single(static_cast<double>(melt) * static_cast<double>(share));
         fields.new_melt = melt;
-        run_.SnowStore = to_single(static_cast<double>(run_.SnowStore) - static_cast<double>(melt));
+        snow.store = to_single(static_cast<double>(snow.store) - static_cast<double>(melt));
     }
 
     void store_row(std::size_t row, const SnowRow& fields) {
@@ -189,20 +187,19 @@ private:
 
     /// The curve runs from the first snow cover to the first day without. A cover that returns after that is
     /// written with the base that marks a finished curve; it is meant so.
-    void depletion_curves(SnowRow& fields) {
-        const bool runs =
-            fields.cover > 0.0F || (fields.cover == 0.0F && snow_.depletion_base > k_curve_not_started);
-        if (!runs) return;
-        if (snow_.depletion_base == k_curve_not_started) snow_.depletion_base = snow_.previous_sum_at;
-        snow_.new_melt_sum =
-            to_single(static_cast<double>(snow_.new_melt_sum) + static_cast<double>(fields.new_melt));
+    static void depletion_curves(SnowRow& fields, ZoneSnow& snow) {
+        const bool begun = snow.depletion_base > k_curve_not_started;
+        if (!(fields.cover > 0.0F || (fields.cover == 0.0F && begun))) return;
+        if (snow.depletion_base == k_curve_not_started) snow.depletion_base = snow.previous_sum_at;
+        snow.new_melt_sum =
+            to_single(static_cast<double>(snow.new_melt_sum) + static_cast<double>(fields.new_melt));
         const double sum_at = static_cast<double>(fields.sum_at);
-        const double base = static_cast<double>(snow_.depletion_base);
+        const double base = static_cast<double>(snow.depletion_base);
         fields.on_curve = true;
         fields.curve_including = to_single(sum_at - base);
-        const float excluding = to_single((sum_at - static_cast<double>(snow_.new_melt_sum)) - base);
+        const float excluding = to_single((sum_at - static_cast<double>(snow.new_melt_sum)) - base);
         fields.curve_excluding = static_cast<double>(excluding) < k_least_depletion ? 0.0F : excluding;
-        if (fields.cover == 0.0F) snow_.depletion_base = k_curve_finished;
+        if (fields.cover == 0.0F) snow.depletion_base = k_curve_finished;
     }
 
     SimResults& results_;
@@ -212,7 +209,6 @@ private:
     bool starts_in_winter_;
     bool keeps_store_;
     bool draws_curves_;
-    ZoneSnow snow_;
     int month_ = 0;
     DayCount month_start_ = 0;
     DayCount next_month_start_ = 0;
@@ -226,9 +222,10 @@ int melt_season_start_month(std::string_view latitude_text) {
 
 bool in_melt_season(int month, int start_month) { return (month - start_month + 12) % 12 < k_season_months; }
 
-void Snow_Melt(SimResults& results, const BasinState& basin, RunState& run, Dialogs& dialogs) {
+void Snow_Melt(SimResults& results, const RunRows& rows, const BasinState& basin, RunState& run,
+               Dialogs& dialogs) {
     try {
-        SnowStage{results, basin, run}.work();
+        SnowStage{results, basin, run}.work(rows.by_zone);
     } catch (const Fault& fault) {
         if (fault.number() == k_fault_null) {
             dialogs.stop("Null (blank) value in physical database or simulation parameter file.  Aborting!",

@@ -25,6 +25,12 @@ namespace nivora {
 ///
 /// A fault is shown and ends the stage with the rows before it written; the run goes on all the same, which
 /// is meant: the next stage meets the empty fields.
-void Snow_Melt(SimResults& results, const BasinState& basin, RunState& run, Dialogs& dialogs);
+void Snow_Melt(SimResults& results, const RunRows& rows, const BasinState& basin, RunState& run,
+               Dialogs& dialogs);
+
+/// The same, with the rows of the run's period looked up.
+inline void Snow_Melt(SimResults& results, const BasinState& basin, RunState& run, Dialogs& dialogs) {
+    Snow_Melt(results, run_rows(results, run.RunStart, run.RunEnd), basin, run, dialogs);
+}
 
 }  // namespace nivora

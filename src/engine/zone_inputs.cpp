@@ -20,8 +20,8 @@ struct ZoneInputOptions {
     bool recession_basinwide = false;
     bool critical_basinwide = false;
     bool coefficients_basinwide = false;
-    UnitSystem units;
-    std::vector<float> elevation_differences;  // by zone; index 0 is not used
+    double degree_base = 0.0;
+    std::vector<float> lapse_steps;  // by zone, in the unit of the lapse rate; index 0 is not used
 };
 
 /// The columns of the present or of the changed climate.
@@ -61,21 +61,31 @@ ZoneInputColumns choose_columns(SimResults& t, int climate_step) {
     return {t.TMax, t.Tmin, t.TAvg, t.Precip, t.Tcrit, t.LR, t.CS, t.CR, t.ZoneDD, t.Xcoeff, t.YCoeff};
 }
 
-std::vector<float> elevation_differences(const BasinState& basin) {
+/// Elevation differences in the unit that lapse rates refer to; the quotient is a Single.
+std::vector<float> lapse_steps(const BasinState& basin, const UnitSystem& units) {
     const auto reference = to_single(leading_number(basin.reference_elevation_text));
-    std::vector<float> differences(static_cast<std::size_t>(basin.ZoneCount) + 1, 0.0F);
-    for (std::size_t zone = 1; zone < differences.size(); ++zone) {
+    std::vector<float> steps(static_cast<std::size_t>(basin.ZoneCount) + 1, 0.0F);
+    for (std::size_t zone = 1; zone < steps.size(); ++zone) {
         const bool known = zone <= basin.zones.size();
         const double elevation = known ? basin.zones[zone - 1].elevation.value_or(0.0) : 0.0;
-        differences[zone] = to_single(static_cast<double>(reference) - elevation);
+        steps[zone] = to_single(static_cast<double>(reference) - elevation) / units.lapse_unit;
     }
-    return differences;
+    return steps;
 }
 
-ZoneInputOptions read_options(const BasinState& basin) {
-    const Simulation none;
-    const Simulation* current = basin.current_simulation();
-    const Simulation& simulation = current != nullptr ? *current : none;
+/// T+ = max(0, T + steps x lapse rate - base), a Single that is rounded to 5 decimals; missing where an input
+/// is.
+float carried_degree_days(double degree_base, float temperature, float steps, float lapse_rate) {
+    const double carried = static_cast<double>(temperature) +
+                           static_cast<double>(steps) * static_cast<double>(lapse_rate) - degree_base;
+    const double rounded =
+        round_half_even(static_cast<double>(to_single_field(carried)), k_degree_day_decimals);
+    const float degree_days = to_single_field(rounded);
+    return degree_days < 0.0F ? 0.0F : degree_days;
+}
+
+ZoneInputOptions read_options(const Simulation& simulation, const BasinState& basin,
+                              const UnitSystem& units) {
     ZoneInputOptions options;
     options.temperature_max_min = simulation.value(6) == 1.0;
     options.temperature_basinwide = simulation.text(7) == k_basinwide;
@@ -86,15 +96,15 @@ ZoneInputOptions read_options(const BasinState& basin) {
     options.recession_basinwide = simulation.text(14) == k_basinwide;
     options.critical_basinwide = simulation.value(11) == 0.0;
     options.coefficients_basinwide = simulation.value(10) == 0.0;
-    options.units = unit_system(simulation.value(5));
-    options.elevation_differences = elevation_differences(basin);
+    options.degree_base = static_cast<double>(units.degree_base);
+    options.lapse_steps = lapse_steps(basin, units);
     return options;
 }
 
-float difference_of(const ZoneInputOptions& options, std::int16_t zone) {
+float steps_of(const ZoneInputOptions& options, std::int16_t zone) {
     const auto index = static_cast<std::size_t>(zone);
-    if (zone < 0 || index >= options.elevation_differences.size()) throw subscript_fault();
-    return options.elevation_differences[index];
+    if (zone < 0 || index >= options.lapse_steps.size()) throw subscript_fault();
+    return options.lapse_steps[index];
 }
 
 /// The mean temperature of a zone. A Max/Min simulation spreads zone 1's mean to every zone, whatever the
@@ -119,12 +129,9 @@ float mean_temperature(const ZoneInputOptions& options, const ZoneInputColumns& 
 
 float degree_days_of(const ZoneInputOptions& options, float average, float lapse, std::int16_t zone) {
     if (options.temperature_basinwide) {
-        const auto degree_days = zone_degree_days(options.units, average, difference_of(options, zone), lapse);
-        if (!degree_days) throw null_fault();
-        return *degree_days;
+        return present(carried_degree_days(options.degree_base, average, steps_of(options, zone), lapse));
     }
-    const float degree_days =
-        to_single_field(static_cast<double>(average) - static_cast<double>(options.units.degree_base));
+    const float degree_days = to_single_field(static_cast<double>(average) - options.degree_base);
     return degree_days < 0.0F ? 0.0F : degree_days;
 }
 
@@ -198,27 +205,26 @@ UnitSystem unit_system(std::optional<double> units_value) {
 
 std::optional<float> zone_degree_days(const UnitSystem& units, float station_temperature,
                                       float elevation_difference, float lapse_rate) {
-    const float steps = elevation_difference / units.lapse_unit;
-    const double carried = static_cast<double>(station_temperature) +
-                           static_cast<double>(steps) * static_cast<double>(lapse_rate) -
-                           static_cast<double>(units.degree_base);
-    if (is_missing(carried)) return std::nullopt;
-    const double rounded = round_half_even(static_cast<double>(to_single(carried)), k_degree_day_decimals);
-    const float degree_days = to_single(rounded);
-    return degree_days < 0.0F ? 0.0F : degree_days;
+    const float degree_days = carried_degree_days(static_cast<double>(units.degree_base), station_temperature,
+                                                  elevation_difference / units.lapse_unit, lapse_rate);
+    if (is_missing(static_cast<double>(degree_days))) return std::nullopt;
+    return degree_days;
 }
 
-bool Zone_Inputs(SimResults& results, const BasinState& basin, RunState& run, Dialogs& dialogs) {
+bool Zone_Inputs(SimResults& results, const RunRows& rows, const BasinState& basin, RunState& run,
+                 Dialogs& dialogs) {
     Phase phase = Phase::Variables;
     std::optional<std::size_t> at;
     try {
-        const ZoneInputOptions options = read_options(basin);
-        run.LapseUnit = options.units.lapse_unit;
+        const Simulation* current = basin.current_simulation();
+        const Simulation simulation = current != nullptr ? *current : Simulation{};
+        const UnitSystem units = unit_system(simulation.value(5));
+        const ZoneInputOptions options = read_options(simulation, basin, units);
+        run.LapseUnit = units.lapse_unit;
         const ZoneInputColumns columns = choose_columns(results, run.ClimateStep);
-        const RowOrder order = rows_by_day(results, run.RunStart, run.RunEnd);
-        if (order.empty()) throw no_record_fault();
+        if (rows.by_day.empty()) throw no_record_fault();
         BasinValues basin_values;
-        for (const std::size_t row : order) {
+        for (const std::size_t row : rows.by_day) {
             at = row;
             work_row(options, columns, results.Zone[row], row, basin_values, phase);
         }
