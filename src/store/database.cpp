@@ -97,7 +97,9 @@ void open_defensively(SQLite::Database& sql) {
 SQLite::Database opened(const fs::path& path, Access access) {
     check_identity(path);
     return guarded([&] {
-        const int flags = access == Access::ReadOnly ? SQLite::OPEN_READONLY : SQLite::OPEN_READWRITE;
+        // The program has one thread, so that the engine's own locks would only cost time.
+        const int flags = (access == Access::ReadOnly ? SQLite::OPEN_READONLY : SQLite::OPEN_READWRITE) |
+                          SQLite::OPEN_NOMUTEX;
         SQLite::Database sql{path_text(path), flags, k_busy_wait_ms};
         open_defensively(sql);
         // Freed pages hold the user's own old results; wiping them would double the writing of a run.
