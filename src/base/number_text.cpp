@@ -8,6 +8,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 namespace nivora {
@@ -137,6 +138,24 @@ std::size_t numeric_length(std::string_view text) {
     return at;
 }
 
+/// Whether the first digit of a number that is not zero stands behind the point, its power of ten counted in.
+///
+/// @param plain an optional minus sign, digits with or without a point, and perhaps an 'e' with a whole
+/// number
+bool is_below_one(const std::string& plain) {
+    const std::size_t mark = std::min(plain.find_first_of("eE"), plain.size());
+    const std::size_t point = std::min(plain.find('.'), mark);
+    const std::size_t first = plain.find_first_of("123456789");
+    const auto place = static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first) - (first < point);
+    if (mark == plain.size()) return place < 0;
+    const bool plus = plain[mark + 1] == '+';
+    std::int64_t power = 0;
+    const auto result =
+        std::from_chars(plain.data() + mark + (plus ? 2 : 1), plain.data() + plain.size(), power);
+    if (result.ec == std::errc::result_out_of_range) return plain[mark + 1] == '-';
+    return power < -place;
+}
+
 /// The value of a text of the form that numeric_length measures.
 double numeric_value(std::string_view text) {
     std::string plain{text.front() == '+' ? text.substr(1) : text};
@@ -146,10 +165,7 @@ double numeric_value(std::string_view text) {
     const auto [end, error] = std::from_chars(plain.data(), plain.data() + plain.size(), value);
     if (error == std::errc::result_out_of_range) {
         // The library leaves the value alone here, and says the same of a number that is too small to hold.
-        const std::size_t mark = plain.find_first_of("eE");
-        const bool small = (mark != std::string::npos && plain[mark + 1] == '-') ||
-                           (mark == std::string::npos && plain.find_first_of("123456789") > plain.find('.'));
-        if (small) return 0.0;
+        if (is_below_one(plain)) return 0.0;
         return plain.front() == '-' ? -std::numeric_limits<double>::infinity()
                                     : std::numeric_limits<double>::infinity();
     }
