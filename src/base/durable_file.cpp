@@ -108,7 +108,8 @@ void move_to_new_name(const fs::path& finished, const fs::path& target) {
         fs::create_hard_link(finished, target, error);
         if (error == std::errc::file_exists) refuse(target, "was not written", "a file of that name exists");
         if (error) {
-            if (fs::exists(target)) refuse(target, "was not written", "a file of that name exists");
+            std::error_code unknown;  // a name that can't even be looked up is refused by the rename
+            if (fs::exists(target, unknown)) refuse(target, "was not written", "a file of that name exists");
             fs::rename(finished, target, error);
             if (error) refuse(target, "can't be written", error.message());
         } else {
@@ -122,7 +123,8 @@ void move_to_new_name(const fs::path& finished, const fs::path& target) {
 }
 
 void write_whole_file(const fs::path& target, std::string_view content) {
-    if (fs::is_directory(target)) refuse(target, "can't be written", "it is a folder");
+    std::error_code unknown;  // a name that can't even be looked up is refused when the file is opened
+    if (fs::is_directory(target, unknown)) refuse(target, "can't be written", "it is a folder");
     const fs::path beside = name_beside(target);
     {
         std::ofstream file{beside, std::ios::binary | std::ios::trunc};
