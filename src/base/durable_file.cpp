@@ -2,16 +2,21 @@
 
 #include <fmt/format.h>
 
+#include <charconv>
 #include <chrono>
 #include <cstring>
 #include <fstream>
+#include <optional>
 #include <system_error>
+#include <vector>
 
 #ifdef _WIN32
 #include <io.h>
 #include <process.h>
 #include <windows.h>
 #else
+#include <signal.h>
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -37,6 +42,42 @@ long process_number() { return _getpid(); }
 #else
 long process_number() { return static_cast<long>(getpid()); }
 #endif
+
+#ifdef _WIN32
+bool process_runs(long number) {
+    const HANDLE process = OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, static_cast<DWORD>(number));
+    if (process == nullptr) return false;
+    DWORD status = 0;
+    const bool runs = GetExitCodeProcess(process, &status) != 0 && status == STILL_ACTIVE;
+    CloseHandle(process);
+    return runs;
+}
+#else
+bool process_runs(long number) { return ::kill(static_cast<pid_t>(number), 0) == 0 || errno != ESRCH; }
+#endif
+
+constexpr std::string_view k_part_ending = ".part";
+
+/// The process that a name of name_beside tells of; nothing for any other name.
+std::optional<long> writer_of(std::string_view name, std::string_view target) {
+    constexpr std::string_view k_journal = "-journal";  // a database that was being written has one beside it
+    if (name.size() > k_journal.size() && name.substr(name.size() - k_journal.size()) == k_journal) {
+        name.remove_suffix(k_journal.size());
+    }
+    if (name.size() <= target.size() + k_part_ending.size() || name.substr(0, target.size()) != target ||
+        name[target.size()] != '.' || name.substr(name.size() - k_part_ending.size()) != k_part_ending) {
+        return std::nullopt;
+    }
+    name.remove_prefix(target.size() + 1);
+    name.remove_suffix(k_part_ending.size());
+    if (name.find_first_not_of("0123456789-") != std::string_view::npos) return std::nullopt;
+    const std::size_t dash = name.find('-');
+    long number = 0;
+    const auto [end, error] = std::from_chars(name.data(), name.data() + std::min(dash, name.size()), number);
+    if (dash == std::string_view::npos || error != std::errc{} || end != name.data() + dash)
+        return std::nullopt;
+    return number;
+}
 
 void flush_folder_of(const fs::path& path) {
     const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path{"."};
@@ -138,6 +179,44 @@ void write_whole_file(const fs::path& target, std::string_view content) {
         }
     }
     move_into_place(beside, target);
+}
+
+void copy_file_checked(const fs::path& source, const fs::path& copy) {
+    constexpr std::size_t k_block = 1U << 20U;
+    std::ifstream in{source, std::ios::binary};
+    if (!in) refuse(source, "can't be read", "it is missing, or the permission to read it is");
+    std::ofstream out{copy, std::ios::binary | std::ios::trunc};
+    if (!out) refuse(copy, "can't be written", "its folder can't be written to, or does not exist");
+    std::vector<char> block(k_block);
+    std::uintmax_t copied = 0;
+    while (in && out) {
+        in.read(block.data(), static_cast<std::streamsize>(block.size()));
+        out.write(block.data(), in.gcount());
+        copied += static_cast<std::uintmax_t>(in.gcount());
+    }
+    out.close();
+    std::error_code error;
+    const bool whole = in.eof() && !in.bad() && out.good() && fs::file_size(copy, error) == copied && !error;
+    if (!whole) {
+        remove_quietly(copy);
+        refuse(copy, "can't be written", "the disk may be full");
+    }
+    try {
+        flush_to_disk(copy);
+    } catch (const FileError&) {
+        remove_quietly(copy);
+        throw;
+    }
+}
+
+void remove_leftovers(const fs::path& target) {
+    const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path{"."};
+    const std::string name = path_text(target.filename());
+    std::error_code error;
+    for (fs::directory_iterator entry{folder, error}, end; !error && entry != end; entry.increment(error)) {
+        const auto writer = writer_of(path_text(entry->path().filename()), name);
+        if (writer && (*writer == process_number() || !process_runs(*writer))) remove_quietly(entry->path());
+    }
 }
 
 std::string read_whole_file(const fs::path& path, std::uintmax_t limit) {

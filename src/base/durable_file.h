@@ -38,6 +38,14 @@ void move_to_new_name(const std::filesystem::path& finished, const std::filesyst
 /// @throws FileError
 void write_whole_file(const std::filesystem::path& target, std::string_view content);
 
+/// Copies a file block by block to a new place, checks every written length and the size, and flushes it.
+/// @throws FileError, with the copy removed
+void copy_file_checked(const std::filesystem::path& source, const std::filesystem::path& copy);
+
+/// Removes what writers that were killed left beside a file under the names of name_beside. What a program
+/// that still runs is writing stays.
+void remove_leftovers(const std::filesystem::path& target);
+
 /// Reads a regular file of at most `limit` bytes.
 /// @throws FileError where there is none, it is no file, it is larger, or it can't be read
 [[nodiscard]] std::string read_whole_file(const std::filesystem::path& path, std::uintmax_t limit);

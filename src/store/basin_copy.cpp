@@ -1,0 +1,139 @@
+#include "store/basin_copy.h"
+
+#include "base/durable_file.h"
+#include "store/database.h"
+
+#include <SQLiteCpp/Backup.h>
+#include <fmt/format.h>
+
+#include <fstream>
+
+namespace nivora {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path journal_of(const fs::path& database) {
+    fs::path journal = database;
+    journal += "-journal";
+    return journal;
+}
+
+void remove_quietly(const fs::path& path) {
+    std::error_code ignored;  // the fault that led here is what the caller has to hear of
+    fs::remove(path, ignored);
+}
+
+/// A file that is removed at the end unless it was given its name.
+class PartFile {
+public:
+    explicit PartFile(const fs::path& target) : path_(name_beside(target)) {}
+    PartFile(const PartFile&) = delete;
+    PartFile& operator=(const PartFile&) = delete;
+    ~PartFile() {
+        remove_quietly(journal_of(path_));
+        remove_quietly(path_);
+    }
+
+    [[nodiscard]] const fs::path& path() const { return path_; }
+
+private:
+    fs::path path_;
+};
+
+void check_structure(BasinDatabase& database) {
+    const std::string verdict =
+        guarded([&] { return database.sql().execAndGet("PRAGMA quick_check(1)").getString(); });
+    if (verdict == "ok") return;
+    throw StoreError(StoreFault::Damaged,
+                     fmt::format("The file '{}' is damaged: {}.", path_text(database.path()), verdict));
+}
+
+/// A journal that belongs to an interrupted change would be played back into whatever bears the file's name
+/// next: the change is undone now, while the file is still the one it belongs to.
+void settle_journal(const fs::path& target) {
+    const fs::path journal = journal_of(target);
+    if (!fs::exists(journal)) return;
+    try {
+        BasinDatabase database{target, Access::ReadWrite};
+        static_cast<void>(database.table_names());
+    } catch (const StoreError&) {
+        // The file is no basin, so that the journal holds nothing of ours.
+    }
+    remove_quietly(journal);
+}
+
+/// Reads the user's file through the database engine; false where an interrupted change would have to be
+/// undone in it.
+bool back_up(const fs::path& user_file, const fs::path& part) {
+    BasinDatabase source{user_file, Access::ReadOnly};
+    const bool interrupted = fs::exists(journal_of(user_file));
+    try {
+        check_structure(source);
+        guarded([&] {
+            SQLite::Database copy{path_text(part), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE};
+            SQLite::Backup backup{copy, source.sql()};
+            backup.executeStep(-1);
+        });
+    } catch (const StoreError&) {
+        if (!interrupted) throw;
+        return false;
+    }
+    return true;
+}
+
+/// Copies a file together with the journal of its interrupted change, and undoes the change in the copy.
+void copy_interrupted(const fs::path& user_file, const fs::path& part) {
+    remove_quietly(part);
+    copy_file_checked(user_file, part);
+    copy_file_checked(journal_of(user_file), journal_of(part));
+    BasinDatabase copy{part, Access::ReadWrite};
+    check_structure(copy);
+}
+
+/// Refuses a file that may not be written, which a rename would pass over.
+void test_writable(const fs::path& file) {
+    if (!fs::exists(file)) return;
+    constexpr auto k_any_write = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+    const bool marked = (fs::status(file).permissions() & k_any_write) == fs::perms::none;
+    const std::fstream probe{file, std::ios::binary | std::ios::in | std::ios::out};
+    if (fs::is_regular_file(file) && !marked && probe) return;
+    throw FileError(
+        fmt::format("The file '{}' can't be written: it is marked read-only, or the permission is missing.",
+                    path_text(file)));
+}
+
+/// Where a link leads to, so that the link stays.
+fs::path real_file(const fs::path& file) {
+    return fs::is_symlink(fs::symlink_status(file)) ? fs::weakly_canonical(file) : file;
+}
+
+}  // namespace
+
+void copy_into_work_file(const fs::path& user_file, const fs::path& work_file) {
+    remove_leftovers(work_file);
+    const PartFile part{work_file};
+    if (!back_up(user_file, part.path())) copy_interrupted(user_file, part.path());
+    settle_journal(work_file);
+    move_into_place(part.path(), work_file);
+}
+
+void copy_over_user_file(const fs::path& work_file, const fs::path& user_file) {
+    const fs::path target = real_file(user_file);
+    test_writable(target);
+    remove_leftovers(target);
+    settle_journal(work_file);
+    const PartFile part{target};
+    copy_file_checked(work_file, part.path());
+    if (fs::exists(target)) fs::permissions(part.path(), fs::status(target).permissions());
+    settle_journal(target);
+    move_into_place(part.path(), target);
+}
+
+void copy_template(const fs::path& template_file, const fs::path& work_file) {
+    copy_into_work_file(template_file, work_file);
+}
+
+void clear_leftovers(const fs::path& target) { remove_leftovers(real_file(target)); }
+
+}  // namespace nivora

@@ -1,0 +1,36 @@
+// Copies of whole basin files: of a user's file into the working file, and of the working file over a user's
+// file.
+#pragma once
+
+#include "store/store_error.h"
+
+#include <filesystem>
+
+namespace nivora {
+
+/// Brings a user's basin file into the working file.
+///
+/// Goes through the database engine, so that a journal which another program left beside the file counts. The
+/// user's file is opened for reading alone and checked first (identity, then its whole structure); the
+/// working file is replaced in one step, so that a refused file leaves it as it was.
+///
+/// @throws StoreError with what is wrong with the user's file, FileError where the working file can't be
+/// written
+void copy_into_work_file(const std::filesystem::path& user_file, const std::filesystem::path& work_file);
+
+/// Brings the working file over a user's file, which is afterwards whole: as it was, or new.
+///
+/// The copy is written beside the user's file, flushed, checked for its size and renamed; the folder is
+/// flushed. The mode of a file that is replaced is kept, and a link stays a link. Leftovers of copies that
+/// were killed are removed.
+///
+/// @throws FileError, with the user's file unchanged: the file may not be written, the disk is full ...
+void copy_over_user_file(const std::filesystem::path& work_file, const std::filesystem::path& user_file);
+
+/// Brings the blank template over the working file. @throws FileError, StoreError
+void copy_template(const std::filesystem::path& template_file, const std::filesystem::path& work_file);
+
+/// Removes what killed copies left beside a file.
+void clear_leftovers(const std::filesystem::path& target);
+
+}  // namespace nivora
