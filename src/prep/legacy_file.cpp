@@ -62,27 +62,19 @@ private:
         if (star == std::string_view::npos) return place(number(text), 1);
         const auto repeat = exact_number(text.substr(0, star));
         if (!repeat || *repeat != std::floor(*repeat) || *repeat < 1.0) {
-            refuse(fmt::format("the repeat of '{}' is no whole number from 1 on", shown(text)));
+            refuse(fmt::format("the repeat of '{}' is no whole number from 1 on", shown_text(text)));
         }
         place(number(trimmed(text.substr(star + 1))), *repeat);
     }
 
-    [[nodiscard]] static std::string shown(std::string_view text) {
-        constexpr std::size_t k_longest = 40;
-        std::string safe = to_utf8(text.substr(0, k_longest));
-        for (char& character : safe) {
-            if (static_cast<unsigned char>(character) < 0x20) character = '?';
-        }
-        return text.size() > k_longest ? safe + "..." : safe;
-    }
-
     [[nodiscard]] float number(std::string_view text) const {
         const auto value = exact_number(text);
-        if (!value) refuse(fmt::format("'{}' is no number", shown(text)));
+        if (!value) refuse(fmt::format("'{}' is no number", shown_text(text)));
         const auto rounded = static_cast<float>(*value);
-        if (!std::isfinite(rounded)) refuse(fmt::format("'{}' is too large", shown(text)));
+        if (!std::isfinite(rounded)) refuse(fmt::format("'{}' is too large", shown_text(text)));
         const bool is_switch = section_ == static_cast<int>(LegacySection::RCA);
-        if (is_switch && !to_integer16(*value)) refuse(fmt::format("'{}' is too large", shown(text)));
+        if (is_switch && !to_integer16(static_cast<double>(rounded)))
+            refuse(fmt::format("'{}' is too large", shown_text(text)));
         return rounded;
     }
 

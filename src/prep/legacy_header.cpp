@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include <cmath>
+#include <utility>
 
 namespace nivora {
 namespace {
@@ -46,7 +47,8 @@ std::optional<int> whole_number(const std::string& text) {
 
 double number(const HeaderItems& items, std::size_t item, const char* meaning) {
     const auto value = exact_number(items.text[item]);
-    if (!value) refuse(items, item, fmt::format("{} is no number, '{}'", meaning, items.text[item]));
+    if (!value)
+        refuse(items, item, fmt::format("{} is no number, '{}'", meaning, shown_text(items.text[item])));
     return *value;
 }
 
@@ -78,9 +80,10 @@ void read_plain_items(LegacyText& text, HeaderItems& items) {
     const auto zones = whole_number(items.text[18]);
     if (!zones || *zones < 1 || *zones > k_most_zones) {
         refuse(items, 18,
-               fmt::format("the number of zones is no whole number from 1 to 16, '{}'", items.text[18]));
+               fmt::format("the number of zones is no whole number from 1 to 16, '{}'",
+                           shown_text(items.text[18])));
     }
-    refuse(items, 19, fmt::format("the year is no year from 1900 to 2300, '{}'", items.text[19]));
+    refuse(items, 19, fmt::format("the year is no year from 1900 to 2300, '{}'", shown_text(items.text[19])));
 }
 
 float read_version(LegacyText& text) {
@@ -98,27 +101,42 @@ float read_version(LegacyText& text) {
     return static_cast<float>(value);
 }
 
-/// A date from a text MMDD; blanks in front of it do not count.
-DayCount month_day(const HeaderItems& items, std::size_t item, int year) {
-    const std::string shown{trimmed(items.text[item])};
-    std::optional<DayCount> date;
-    if (shown.size() >= 4) {
-        const auto month = whole_number(shown.substr(0, 2));
-        const auto day = whole_number(shown.substr(2, 2));
-        if (month && day) date = day_count({year, *month, *day});
+/// Month and day of a text MMDD; blanks in front of it do not count.
+std::optional<CivilDate> month_and_day(const std::string& text, int year) {
+    const std::string shown{trimmed(text)};
+    if (shown.size() < 4) return std::nullopt;
+    const auto month = whole_number(shown.substr(0, 2));
+    const auto day = whole_number(shown.substr(2, 2));
+    if (!month || !day) return std::nullopt;
+    return CivilDate{year, *month, *day};
+}
+
+DayCount date_of_item(const HeaderItems& items, std::size_t item, int year) {
+    const auto civil = month_and_day(items.text[item], year);
+    const auto date = civil ? day_count(*civil) : std::nullopt;
+    if (!date) {
+        refuse(items, item,
+               fmt::format("'{}' is no date of {} in the form MMDD", shown_text(items.text[item]), year));
     }
-    if (!date)
-        refuse(items, item, fmt::format("'{}' is no date of {} in the form MMDD", items.text[item], year));
     return *date;
+}
+
+/// The day from which the later coefficients hold. One that lies before the start of the period belongs to
+/// the year after; month and day decide, because the year of the start may have no 29 February.
+DayCount change_day(const HeaderItems& items, const CivilDate& start) {
+    constexpr std::size_t k_change_item = 25;
+    const auto civil = month_and_day(items.text[k_change_item], start.year);
+    const bool before = civil && std::pair{civil->month, civil->day} < std::pair{start.month, start.day};
+    return date_of_item(items, k_change_item, before ? start.year + 1 : start.year);
 }
 
 void take_period(const HeaderItems& items, LegacyFile& file) {
     const int year = *whole_number(items.text[19]);
-    file.start = month_day(items, 2, year);
+    file.start = date_of_item(items, 2, year);
     const int start_month = civil_date(file.start).month;
     const auto end_month = whole_number(std::string{trimmed(items.text[4])}.substr(0, 2));
     const bool crosses = end_month && *end_month < start_month;
-    file.end = month_day(items, 4, crosses ? year + 1 : year);
+    file.end = date_of_item(items, 4, crosses ? year + 1 : year);
     if (file.end < file.start) refuse(items, 4, "the end of the period lies before its start");
 }
 
@@ -127,9 +145,7 @@ void take_recession(const HeaderItems& items, LegacyFile& file) {
     file.y = number(items, 23, "the recession coefficient y");
     const std::string_view change = trimmed(items.text[25]);
     if (change.empty() || change.find_first_not_of('0') == std::string_view::npos) return;
-    const int year = *whole_number(items.text[19]);
-    file.change_day = month_day(items, 25, year);
-    if (*file.change_day < file.start) file.change_day = month_day(items, 25, year + 1);
+    file.change_day = change_day(items, civil_date(file.start));
     file.x_later = number(items, 22, "the later recession coefficient x");
     file.y_later = number(items, 24, "the later recession coefficient y");
 }
@@ -156,8 +172,9 @@ void take_threshold(LegacyText& text, HeaderItems& items, LegacyFile& file) {
         const bool missing = text.at_end();
         const std::string extra = missing ? std::string{} : text.next_item();
         if (!exact_number(extra)) {
-            throw LegacyFileError(line, "the number behind header item 27",
-                                  missing ? "the file ends before it" : "'" + extra + "' is no number");
+            throw LegacyFileError(
+                line, "the number behind header item 27",
+                missing ? "the file ends before it" : "'" + shown_text(extra) + "' is no number");
         }
     }
 }
@@ -175,6 +192,15 @@ void take_zones(LegacyText& text, HeaderItems& items, LegacyFile& file) {
 }
 
 }  // namespace
+
+std::string shown_text(std::string_view text) {
+    constexpr std::size_t k_longest = 40;
+    std::string safe = to_utf8(text.substr(0, k_longest));
+    for (char& character : safe) {
+        if (static_cast<unsigned char>(character) < 0x20 || character == 0x7F) character = '?';
+    }
+    return text.size() > k_longest ? safe + "..." : safe;
+}
 
 void LegacyText::skip_line_end() {
     if (at_end()) return;

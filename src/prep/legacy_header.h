@@ -32,6 +32,9 @@ private:
     int line_ = 1;
 };
 
+/// The head of a piece of a file as a message can show it: UTF-8, without control characters.
+[[nodiscard]] std::string shown_text(std::string_view text);
+
 /// Reads the header and fills all of the file but its daily values; leaves the text at the first daily line.
 /// @throws LegacyFileError
 void read_legacy_header(LegacyText& text, LegacyFile& file);

@@ -10,9 +10,18 @@ namespace {
 
 constexpr std::string_view k_refused_characters = ".![]`";
 constexpr std::string_view k_store_prefix = "sqlite_";
+constexpr const char* k_reserved = "This name is reserved for system use, please re-enter";
+
+/// Why a name can't be given in this basin. The tables that the program makes itself, at a run and with the
+/// monthly averages, keep their names free even while they are not there.
+std::optional<std::string> name_problem_in(BasinDatabase& database, const std::string& name) {
+    if (auto problem = simulation_name_problem(name)) return problem;
+    if (is_fixed_table(name) && !database.has_table(name)) return k_reserved;
+    return std::nullopt;
+}
 
 /// Asks until the answer can be a name; nothing for an empty answer.
-std::optional<std::string> ask_name(Dialogs& dialogs, const std::string& proposed) {
+std::optional<std::string> ask_name(BasinDatabase& database, Dialogs& dialogs, const std::string& proposed) {
     InputBox box{.prompt = "Enter a unique name to associate with this data",
                  .title = proposed.empty() ? "Name the New Simulation" : "Name the Imported Simulation",
                  .proposed = proposed};
@@ -20,7 +29,7 @@ std::optional<std::string> ask_name(Dialogs& dialogs, const std::string& propose
         const auto answer = dialogs.input(box);
         const std::string name{trimmed(answer.value_or(""))};
         if (name.empty()) return std::nullopt;
-        const auto problem = simulation_name_problem(name);
+        const auto problem = name_problem_in(database, name);
         if (!problem) return name;
         box.prompt = *problem;
     }
@@ -52,14 +61,14 @@ std::optional<std::string> simulation_name_problem(std::string_view name) {
         return "Invalid character(s) in name, please re-enter";
     }
     if (folded_name(name).rfind(k_store_prefix, 0) == 0) {
-        return "This name is reserved for system use, please re-enter";
+        return k_reserved;
     }
     return std::nullopt;
 }
 
 std::optional<std::string> Add_Simulation_Name(BasinDatabase& database, Dialogs& dialogs,
                                                const std::string& proposed) {
-    const auto name = ask_name(dialogs, proposed);
+    const auto name = ask_name(database, dialogs, proposed);
     if (!name) return std::nullopt;
     if (database.has_table(*name) && !overwrite_confirmed(database, dialogs, *name)) return std::nullopt;
     database.create_table(parameter_table(*name));
