@@ -113,7 +113,8 @@ RunOutcome run_in(Session& session, const RunCommand& command, BatchDialogs& dia
 }  // namespace
 
 int run_command(const RunCommand& command, BatchDialogs& dialogs, std::ostream& out) {
-    Session session{dialogs};
+    Desktop no_desktop;
+    Session session{dialogs, no_desktop};
     RunOutcome outcome;
     try {
         outcome = run_in(session, command, dialogs);

@@ -4,18 +4,24 @@
 #include "base/dialogs.h"
 #include "engine/run_state.h"
 #include "prep/prep_state.h"
+#include "session/desktop.h"
+#include "session/settings.h"
+#include "session/shell_state.h"
 #include "store/basin_store.h"
 
 namespace nivora {
 
 /// One program, one user, one basin: owned by main, passed by reference to whoever needs a part of it.
 struct Session {
-    explicit Session(Dialogs& user) : dialogs(user) {}
+    Session(Dialogs& user, Desktop& above) : dialogs(user), desktop(above) {}
 
     BasinState basin;
     RunState run;
     PrepState prep;
+    Settings settings;
+    ShellState shell;
     Dialogs& dialogs;
+    Desktop& desktop;
 };
 
 }  // namespace nivora

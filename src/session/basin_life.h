@@ -1,0 +1,72 @@
+// The life of a basin file: new, open, save, save as, exit, and the question before a loss of changes.
+#pragma once
+
+#include "session/file_names.h"
+#include "session/session.h"
+
+#include <filesystem>
+#include <string>
+
+namespace nivora {
+
+/// What the scan of the daily variables finds.
+struct RecordExtent {
+    DayCount first = 0;
+    DayCount last = 0;
+    int zones = 0;
+    std::int64_t count = 0;
+};
+
+/// The commands of the File menu, on the session's basin. The program works in the working file alone; the
+/// user's file changes only when the whole working file is copied over it.
+class BasinLife {
+public:
+    /// @param program_folder where the template and the working file lie
+    BasinLife(Session& session, std::filesystem::path program_folder);
+
+    /// The file work of the start: template over the working file, and that opened. What can't be copied is
+    /// passed over: the basin is then whatever the working file already was.
+    void start();
+
+    void new_basin();
+    void open();
+    /// Opens an entry of the recent list, 1 the newest.
+    void open_recent(std::size_t entry);
+    void save();
+    void save_as();
+    /// Asks what Exit asks. @return whether the program may end
+    [[nodiscard]] bool may_exit();
+
+    /// Reads a basin file into the session. @return false where the file has an unrecognized format, which
+    /// was shown
+    bool Open_DB(const std::filesystem::path& path);
+
+    /// Asks about unsaved changes. @return false where the user cancelled
+    [[nodiscard]] bool Save_Prompt();
+
+    /// Writes the basin's boxes, the simulation grid and the zone grid into a file. @return false after a
+    /// message
+    [[nodiscard]] bool Save_Grids(const std::filesystem::path& path);
+
+    /// Brings the main window in line with a basin that was opened or saved.
+    void Refill_Main_Window();
+
+    [[nodiscard]] const RecordExtent& record() const { return record_; }
+    [[nodiscard]] bool has_template_name() const;
+
+private:
+    [[nodiscard]] bool zones_given();
+    [[nodiscard]] bool save_under_new_name();
+    void open_file(const std::filesystem::path& file);
+    void open_fresh();
+    void unrecognized();
+    bool copy_to(const std::filesystem::path& file);
+    void reset_window();
+
+    Session& session_;
+    FileNames file_names_;
+    std::filesystem::path template_file_;
+    RecordExtent record_;
+};
+
+}  // namespace nivora

@@ -1,0 +1,27 @@
+// The few calls that rules and windows make upward.
+#pragma once
+
+namespace nivora {
+
+/// What the desktop program does for those below it. Headless programs and tests use the form that does
+/// nothing.
+class Desktop {
+public:
+    Desktop() = default;
+    Desktop(const Desktop&) = delete;
+    Desktop& operator=(const Desktop&) = delete;
+    virtual ~Desktop() = default;
+
+    /// Takes the cell or box that is being edited into the basin's state.
+    virtual void commit_edits() {}
+    /// Shows the basin's state, the settings and what is enabled, after any of them changed.
+    virtual void refresh_main_window() {}
+    /// Shows a topic of the manual window.
+    virtual void show_help_topic(int topic) { static_cast<void>(topic); }
+    /// Opens the daily editor on what the session has prepared.
+    virtual void open_daily_editor() {}
+    /// Shows the statistics of the last run.
+    virtual void show_results() {}
+};
+
+}  // namespace nivora
