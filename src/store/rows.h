@@ -42,8 +42,8 @@ struct Zone {
     std::string id;                   ///< "A" for zone 1, "B" for zone 2 ...
     std::optional<double> area;       ///< km² or mi²
     std::optional<double> elevation;  ///< hypsometric mean elevation, m or ft
-    std::optional<std::string> notes;
-    std::array<Aspect, 4> aspects;  ///< north-east, south-east, north-west, south-west
+    std::optional<std::string> notes = {};
+    std::array<Aspect, 4> aspects = {};  ///< north-east, south-east, north-west, south-west
 
     template <typename Self, typename Visitor>
     static void visit(Self& row, Visitor&& field) {

@@ -1,0 +1,351 @@
+#include "session/basin_life.h"
+
+#include "base/durable_file.h"
+#include "base/scripted_dialogs.h"
+#include "store/table_io.h"
+#include "tests/support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+namespace nivora {
+namespace {
+
+namespace fs = std::filesystem;
+
+Simulation simulation(const std::string& name) {
+    Simulation definition;
+    definition.name = name;
+    definition.start = *day_count({1996, 1, 1});
+    definition.end = *day_count({1996, 12, 31});
+    definition.units = std::int16_t{0};
+    definition.initial_x = 1.05;
+    definition.initial_y = 0.02;
+    definition.comments = "kept";
+    return definition;
+}
+
+/// A program folder with its template, a session on it, and a script for every box.
+class BasinLifeTest : public testing::Test {
+protected:
+    BasinLifeTest() { BasinDatabase::create_template(program_ / "null.mdb"); }
+
+    void SetUp() override { life_.start(); }
+
+    void TearDown() override {
+        EXPECT_TRUE(dialogs_.complaints().empty()) << dialogs_.complaints().front();
+        EXPECT_EQ(dialogs_.answers_left(), 0U);
+    }
+
+    /// What a user types into a fresh basin.
+    void define_basin(int simulations) {
+        session_.basin.basin_name = "Alder Fork";
+        session_.basin.Units_Code = k_metric;
+        session_.basin.zones_text = "2";
+        session_.basin.ZoneCount = 2;
+        session_.basin.reference_elevation_text = "2107.35";
+        session_.basin.latitude_text = "-41.5";
+        session_.basin.zones = {{.id = "A", .area = 12.5, .elevation = 1500.0},
+                                {.id = "B", .area = 30.25, .elevation = 2100.0}};
+        for (int i = 1; i <= simulations; ++i) {
+            session_.basin.simulations.push_back(simulation("run " + std::to_string(i)));
+        }
+        session_.basin.Basin_Changed = true;
+        session_.basin.Input_Changed = true;
+    }
+
+    fs::path save_new_basin(const std::string& name) {
+        const fs::path file = user_ / name;
+        define_basin(2);
+        dialogs_.then_file(file);
+        life_.save_as();
+        return file;
+    }
+
+    [[nodiscard]] const Message& last_message() const { return dialogs_.messages().back().message; }
+
+    TemporaryFolder program_;
+    TemporaryFolder user_;
+    ScriptedDialogs dialogs_;
+    Desktop desktop_;
+    Session session_{dialogs_, desktop_};
+    BasinLife life_{session_, program_.path()};
+};
+
+TEST_F(BasinLifeTest, AStartWorksOnACopyOfTheTemplate) {
+    EXPECT_TRUE(fs::exists(program_ / "new.mdb"));
+    EXPECT_EQ(session_.basin.Basin_File, program_ / "null.mdb");
+    EXPECT_TRUE(session_.basin.New_Basin);
+    EXPECT_FALSE(session_.basin.Basin_Changed);
+    EXPECT_EQ(session_.basin.basin_name, "<basin name>");
+    EXPECT_EQ(session_.basin.Units_Code, k_units_not_fixed);
+    EXPECT_TRUE(session_.shell.units_list_shown);
+    EXPECT_FALSE(session_.shell.save);
+    EXPECT_TRUE(session_.shell.save_as);
+    EXPECT_TRUE(session_.settings.recent_files.empty());
+}
+
+TEST_F(BasinLifeTest, SaveAsWithoutAZoneCountIsRefused) {
+    life_.save_as();
+    EXPECT_EQ(last_message().title, "Missing data");
+    EXPECT_EQ(last_message().text,
+              "A basin database cannot be created until the number of zones has been specified");
+    EXPECT_EQ(last_message().icon, Icon::Stop);
+}
+
+TEST_F(BasinLifeTest, ABasinWithoutASimulationCannotBeSaved) {
+    define_basin(0);
+    life_.save_as();
+    EXPECT_EQ(last_message().text, "You must define at least 1 simulation before saving!");
+    EXPECT_EQ(last_message().title, "Error during save");
+}
+
+TEST_F(BasinLifeTest, SaveAsWritesTheBasinAndNamesIt) {
+    const fs::path file = save_new_basin("alder.mdb");
+    EXPECT_EQ(session_.basin.Basin_File, file);
+    EXPECT_FALSE(session_.basin.New_Basin);
+    EXPECT_FALSE(session_.basin.Basin_Changed);
+    EXPECT_FALSE(session_.basin.Output_Valid);
+    EXPECT_TRUE(session_.shell.save);
+    EXPECT_TRUE(session_.shell.run_simulation);
+    EXPECT_TRUE(session_.shell.run_forecast);
+    EXPECT_TRUE(session_.shell.run_climate);
+    EXPECT_EQ(session_.basin.Current_Sim_Name, "run 1");
+    EXPECT_EQ(session_.basin.basin_area_text, "42.75");
+    EXPECT_EQ(session_.basin.reference_elevation_text, "2107.35");
+}
+
+TEST_F(BasinLifeTest, SaveAsDoesNotPutTheNewNameOnTheRecentListYet) {
+    save_new_basin("alder.mdb");
+    EXPECT_TRUE(session_.settings.recent_files.empty());
+    life_.save();
+    EXPECT_EQ(session_.settings.recent_files, (std::vector<std::string>{path_text(user_ / "alder.mdb")}));
+}
+
+TEST_F(BasinLifeTest, ASavedBasinLosesWhatStoodInTheXAndYCells) {
+    const fs::path file = save_new_basin("alder.mdb");
+    BasinDatabase database{file, Access::ReadOnly};
+    const auto rows = read_table<Simulation>(database, template_table(k_simulation_index));
+    ASSERT_EQ(rows.size(), 2U);
+    EXPECT_EQ(rows[1].name, "run 2");
+    EXPECT_FALSE(rows[0].initial_x.has_value());
+    EXPECT_FALSE(rows[0].initial_y.has_value());
+    EXPECT_EQ(rows[0].comments, "kept");
+    EXPECT_FALSE(session_.basin.simulations[0].initial_x.has_value());
+}
+
+TEST_F(BasinLifeTest, ACancelledSaveAsChangesNothing) {
+    define_basin(1);
+    dialogs_.then_file(std::nullopt);
+    life_.save_as();
+    EXPECT_TRUE(life_.has_template_name());
+    EXPECT_TRUE(session_.basin.Basin_Changed);
+}
+
+TEST_F(BasinLifeTest, SaveKeepsTheSelectionAndTheValidityOfResults) {
+    const fs::path file = save_new_basin("alder.mdb");
+    select_simulation(session_.basin, 1);
+    session_.basin.Output_Valid = true;
+    session_.basin.basin_description = "snow and larch";
+    session_.basin.Basin_Changed = true;
+    life_.save();
+    EXPECT_TRUE(session_.basin.Output_Valid);
+    EXPECT_EQ(session_.basin.Current_Sim_Name, "run 2");
+    EXPECT_FALSE(session_.basin.Basin_Changed);
+    BasinDatabase database{file, Access::ReadOnly};
+    EXPECT_EQ(read_basin_description(database).description, "snow and larch");
+}
+
+TEST_F(BasinLifeTest, ASaveThatCannotBeWrittenTellsAndKeepsTheChangesMarked) {
+    const fs::path file = save_new_basin("alder.mdb");
+    const std::string before = file_bytes(file);
+    fs::permissions(file, fs::perms::owner_read);
+    session_.basin.Basin_Changed = true;
+    life_.save();
+    EXPECT_EQ(last_message().title, "The basin was not saved");
+    EXPECT_TRUE(session_.basin.Basin_Changed);
+    EXPECT_TRUE(file_bytes(file) == before);
+}
+
+TEST_F(BasinLifeTest, OpeningReadsTheFileAndPutsItOnTheRecentList) {
+    const fs::path file = save_new_basin("alder.mdb");
+    life_.new_basin();
+    dialogs_.then_file(file);
+    life_.open();
+    EXPECT_EQ(session_.basin.basin_name, "Alder Fork");
+    EXPECT_EQ(session_.basin.latitude_text, "-41.5");
+    EXPECT_EQ(session_.basin.ZoneCount, 2);
+    EXPECT_FALSE(session_.basin.New_Basin);
+    EXPECT_FALSE(session_.basin.Output_Valid);
+    EXPECT_TRUE(session_.shell.save);
+    EXPECT_TRUE(session_.shell.zones_fixed_shown);
+    EXPECT_FALSE(session_.shell.zones_box_shown);
+    EXPECT_FALSE(session_.shell.units_list_shown);
+    EXPECT_TRUE(session_.shell.delete_simulation);
+    EXPECT_TRUE(session_.shell.reports);
+    EXPECT_EQ(session_.settings.recent_files, (std::vector<std::string>{path_text(file)}));
+}
+
+TEST_F(BasinLifeTest, OpeningAReservedNameIsRefused) {
+    dialogs_.then_file("/data/new.mdb.old/alder.mdb");
+    life_.open();
+    EXPECT_EQ(last_message().text, "/data/new.mdb.old/alder.mdb is a reserved file name used by Nivora!");
+    EXPECT_EQ(last_message().title, "Invalid file name");
+    EXPECT_TRUE(life_.has_template_name());
+}
+
+TEST_F(BasinLifeTest, ADamagedFileEndsInItsBoxAndAFreshBasinWithTheFileUnchanged) {
+    save_new_basin("alder.mdb");
+    const fs::path damaged = user_.write("damaged.mdb", "SQLite format 3, or so it says");
+    const std::string before = file_bytes(damaged);
+    dialogs_.then_file(damaged);
+    life_.open();
+    EXPECT_EQ(last_message().title, "Error encountered while reading this basin database");
+    EXPECT_EQ(last_message().text,
+              "The file you have selected, " + path_text(damaged) + ", has an unrecognized format");
+    EXPECT_TRUE(life_.has_template_name());
+    EXPECT_TRUE(session_.basin.New_Basin);
+    EXPECT_EQ(session_.basin.basin_name, "<basin name>");
+    EXPECT_TRUE(session_.basin.simulations.empty());
+    EXPECT_TRUE(file_bytes(damaged) == before);
+}
+
+TEST_F(BasinLifeTest, ARecentFileThatWasDeletedIsTold) {
+    session_.settings.recent_files = {"/gone/alder.mdb"};
+    life_.open_recent(1);
+    EXPECT_EQ(last_message().title, "File not found");
+    EXPECT_EQ(last_message().text,
+              "The file selected from the recent files list, '/gone/alder.mdb' has been moved or deleted.");
+}
+
+TEST_F(BasinLifeTest, ARecentFileOpensAgain) {
+    const fs::path file = save_new_basin("alder.mdb");
+    life_.save();
+    life_.new_basin();
+    life_.open_recent(1);
+    EXPECT_EQ(session_.basin.Basin_File, file);
+    EXPECT_EQ(session_.basin.simulations.size(), 2U);
+}
+
+TEST_F(BasinLifeTest, NewEmptiesEverythingAndDisablesWhatNeedsASimulation) {
+    save_new_basin("alder.mdb");
+    session_.basin.Output_Valid = true;
+    life_.new_basin();
+    EXPECT_TRUE(session_.basin.New_Basin);
+    EXPECT_FALSE(session_.basin.Output_Valid);
+    EXPECT_TRUE(session_.basin.simulations.empty());
+    EXPECT_TRUE(session_.basin.zones.empty());
+    EXPECT_FALSE(session_.shell.save);
+    EXPECT_FALSE(session_.shell.save_as);
+    EXPECT_FALSE(session_.shell.run_simulation);
+    EXPECT_FALSE(session_.shell.run_forecast);
+    EXPECT_FALSE(session_.shell.run_climate);
+    EXPECT_FALSE(session_.shell.graphics);
+    EXPECT_FALSE(session_.shell.reports);
+    EXPECT_FALSE(session_.shell.delete_simulation);
+    EXPECT_FALSE(session_.shell.edit_simulation);
+}
+
+TEST_F(BasinLifeTest, NewKeepsNoSnowModeAndTheCustomLag) {
+    session_.run.NoSnow = true;
+    session_.run.LagDistribution[0] = 2.0F;
+    life_.new_basin();
+    EXPECT_TRUE(session_.run.NoSnow);
+    EXPECT_EQ(session_.run.LagDistribution[0], 2.0F);
+    EXPECT_FALSE(session_.shell.melt_season);
+}
+
+TEST_F(BasinLifeTest, TheSaveQuestionOfAnUnnamedBasinAsksToCreateOne) {
+    define_basin(1);
+    dialogs_.then(Answer::Cancel);
+    life_.new_basin();
+    EXPECT_EQ(last_message().title, "Save Data?");
+    EXPECT_EQ(last_message().text, "Create database containing these data?");
+    EXPECT_EQ(last_message().buttons, Buttons::YesNoCancel);
+    EXPECT_EQ(session_.basin.basin_name, "Alder Fork");
+    EXPECT_TRUE(session_.basin.Basin_Changed);
+}
+
+TEST_F(BasinLifeTest, TheSaveQuestionOfANamedBasinNamesTheFile) {
+    const fs::path file = save_new_basin("alder.mdb");
+    session_.basin.Basin_Changed = true;
+    dialogs_.then(Answer::No);
+    life_.new_basin();
+    EXPECT_EQ(last_message().text, "Save changes to " + path_text(file));
+    EXPECT_TRUE(life_.has_template_name());
+}
+
+TEST_F(BasinLifeTest, YesSavesUnderTheKnownNameAndGoesOn) {
+    const fs::path file = save_new_basin("alder.mdb");
+    session_.basin.basin_description = "changed";
+    session_.basin.Basin_Changed = true;
+    dialogs_.then(Answer::Yes);
+    EXPECT_TRUE(life_.may_exit());
+    EXPECT_FALSE(session_.basin.Basin_Changed);
+    BasinDatabase database{file, Access::ReadOnly};
+    EXPECT_EQ(read_basin_description(database).description, "changed");
+}
+
+TEST_F(BasinLifeTest, YesOnAnUnnamedBasinAsksForAName) {
+    define_basin(1);
+    const fs::path file = user_ / "first.mdb";
+    dialogs_.then(Answer::Yes).then_file(file);
+    EXPECT_TRUE(life_.may_exit());
+    EXPECT_EQ(session_.basin.Basin_File, file);
+    EXPECT_TRUE(fs::exists(file));
+}
+
+TEST_F(BasinLifeTest, YesWithoutANameStopsTheCaller) {
+    define_basin(1);
+    dialogs_.then(Answer::Yes).then_file(std::nullopt);
+    EXPECT_FALSE(life_.may_exit());
+    EXPECT_TRUE(session_.basin.Basin_Changed);
+}
+
+TEST_F(BasinLifeTest, YesWithoutASimulationStopsTheCallerAndTheProgramStaysOpen) {
+    define_basin(0);
+    dialogs_.then(Answer::Yes).then_file(user_ / "first.mdb");
+    EXPECT_FALSE(life_.may_exit());
+    EXPECT_EQ(last_message().text, "You must define at least 1 simulation before saving!");
+    EXPECT_FALSE(fs::exists(user_ / "first.mdb"));
+}
+
+TEST_F(BasinLifeTest, ACopyThatFailsAtTheQuestionIsToldAndCountsAsDone) {
+    const fs::path file = save_new_basin("alder.mdb");
+    fs::permissions(file, fs::perms::owner_read);
+    session_.basin.Basin_Changed = true;
+    dialogs_.then(Answer::Yes);
+    EXPECT_TRUE(life_.may_exit());
+    EXPECT_EQ(last_message().title, "The basin was not saved");
+    EXPECT_FALSE(session_.basin.Basin_Changed);
+}
+
+TEST_F(BasinLifeTest, NothingIsAskedWhereNothingChanged) {
+    EXPECT_TRUE(life_.may_exit());
+    EXPECT_TRUE(dialogs_.messages().empty());
+}
+
+TEST_F(BasinLifeTest, AStartWithoutATemplateWorksOnWhatTheLastStartLeft) {
+    fs::remove(program_ / "null.mdb");
+    BasinDatabase database{program_ / "new.mdb", Access::ReadWrite};
+    BasinDescription header = read_basin_description(database);
+    header.name = "left over";
+    write_basin_description(database, header);
+    life_.start();
+    EXPECT_EQ(session_.basin.basin_name, "left over");
+}
+
+TEST_F(BasinLifeTest, NamesWithQuotesAndOtherScriptsSurviveASave) {
+    define_basin(1);
+    session_.basin.basin_name = "Ötztal \"Ache\" – Река";
+    session_.basin.simulations[0].name = "l'année 水";
+    const fs::path file = user_ / path_from_utf8("Ötztal #1 100% – Река.mdb");
+    dialogs_.then_file(file).then_file(file);
+    life_.save_as();
+    life_.new_basin();
+    life_.open();
+    EXPECT_EQ(session_.basin.basin_name, "Ötztal \"Ache\" – Река");
+    EXPECT_EQ(session_.basin.Current_Sim_Name, "l'année 水");
+}
+
+}  // namespace
+}  // namespace nivora
