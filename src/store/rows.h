@@ -39,9 +39,9 @@ struct Aspect {
 
 /// One elevation zone, a row of the zone grid.
 struct Zone {
-    std::string id;                   ///< "A" for zone 1, "B" for zone 2 ...
-    std::optional<double> area;       ///< km² or mi²
-    std::optional<double> elevation;  ///< hypsometric mean elevation, m or ft
+    std::string id;                        ///< "A" for zone 1, "B" for zone 2 ...
+    std::optional<double> area = {};       ///< km² or mi²
+    std::optional<double> elevation = {};  ///< hypsometric mean elevation, m or ft
     std::optional<std::string> notes = {};
     std::array<Aspect, 4> aspects = {};  ///< north-east, south-east, north-west, south-west
 

@@ -1,0 +1,302 @@
+#include "session/main_window_rules.h"
+
+#include "base/number_text.h"
+#include "base/text.h"
+#include "store/monthly_table.h"
+#include "store/table_io.h"
+
+#include <algorithm>
+#include <array>
+
+namespace nivora {
+namespace {
+
+constexpr std::size_t k_longest_name = 50;
+constexpr std::size_t k_longest_description = 255;
+
+/// Limits of a box and what is said outside them.
+struct Limits {
+    float low;
+    float high;
+    const char* text;
+    const char* title;
+};
+
+std::optional<Limits> limits_of(BasinBox box, int units_code) {
+    switch (box) {
+        case BasinBox::Zones:
+            return Limits{1.0F, 16.0F, "Number of zones must be between 1 and 16",
+                          "Invalid zone specification"};
+        case BasinBox::ReferenceElevation:
+            return Limits{0.0F, units_code == k_english ? 29035.0F : 8849.0F, "Basin elevation out of range!",
+                          "Unreasonable basin elevation"};
+        case BasinBox::Latitude:
+            return Limits{-90.0F, 90.0F, "Latitude must be between 90° North and 90° South (-90°)",
+                          "Latitude out of range"};
+        case BasinBox::Longitude:
+            return Limits{-180.0F, 180.0F, "Longitude must be between 180° East and 180° West (-180°)",
+                          "Longitude out of range"};
+        default: return std::nullopt;
+    }
+}
+
+bool is_angle(BasinBox box) { return box == BasinBox::Latitude || box == BasinBox::Longitude; }
+
+/// Cuts a UTF-8 text to so many characters; nothing where it is not longer.
+std::optional<std::string> cut(const std::string& text, std::size_t most) {
+    std::size_t characters = 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const bool starts = (static_cast<unsigned char>(text[at]) & 0xC0U) != 0x80U;
+        if (starts && characters++ == most) return text.substr(0, at);
+    }
+    return std::nullopt;
+}
+
+const char* elevation_word(int units_code) { return units_code == k_english ? "(ft)" : "(m) "; }
+const char* area_word(int units_code) { return units_code == k_english ? "mi" : "km"; }
+
+constexpr std::array<const char*, 11> k_zone_headers{"Zone ID",
+                                                     "Zone Area (Km²)",
+                                                     "Hypsometric Mean Elevation (m)",
+                                                     "% NE Aspect",
+                                                     "Avg Elevation, NE Aspect (m)",
+                                                     "% SE Aspect",
+                                                     "Avg Elevation, SE Aspect (m)",
+                                                     "% NW Aspect",
+                                                     "Avg Elevation, NW Aspect (m)",
+                                                     "% SW Aspect",
+                                                     "Avg Elevation, SW Aspect (m)"};
+
+constexpr std::array<const char*, 17> k_simulation_headers{"Simulation Title ",
+                                                           "Run#",
+                                                           "Starting Date",
+                                                           "Ending Date",
+                                                           "Units",
+                                                           "Temperature  Values",
+                                                           "Temperature Distribution",
+                                                           "Precipitation Distribution",
+                                                           "Lapse Rate Distribution",
+                                                           "Runoff Coefficient Distribution",
+                                                           "Critical Temp Distribution",
+                                                           "X/Y Recession Coefficient Distribution",
+                                                           "Intital Runoff",
+                                                           "Precipitation Threshold",
+                                                           "X Recesion Coefficient",
+                                                           "Y Recession Coefficient",
+                                                           "Comments"};
+
+std::vector<MonthlyRow> empty_months(int zones) {
+    std::vector<MonthlyRow> rows;
+    for (int zone = 1; zone <= zones; ++zone) {
+        for (int month = 1; month <= 12; ++month) {
+            rows.push_back({.zone = static_cast<std::int16_t>(zone), .month = month_name(month)});
+        }
+    }
+    return rows;
+}
+
+}  // namespace
+
+KeyVerdict key_verdict(BasinBox box, char32_t key, std::string_view text) {
+    if (box == BasinBox::Name || box == BasinBox::Description) return KeyVerdict::Passes;
+    if (key >= U'0' && key <= U'9') return KeyVerdict::Passes;
+    if (key == U'-') {
+        if (!is_angle(box)) return KeyVerdict::DroppedWithBeep;
+        return text.find('-') == std::string_view::npos ? KeyVerdict::Passes : KeyVerdict::Dropped;
+    }
+    if (key == U'.' && is_angle(box)) {
+        return text.find('.') == std::string_view::npos ? KeyVerdict::Passes : KeyVerdict::DroppedWithBeep;
+    }
+    return KeyVerdict::Dropped;
+}
+
+ChangedBox changed_box(BasinBox box, const std::string& text) {
+    ChangedBox changed{.text = text, .beep = false, .message = std::nullopt};
+    if (box == BasinBox::Name || box == BasinBox::Description) {
+        const auto shorter = cut(text, box == BasinBox::Name ? k_longest_name : k_longest_description);
+        if (shorter) changed = {.text = *shorter, .beep = true, .message = std::nullopt};
+        return changed;
+    }
+    if (!is_angle(box) || text.find('-', 1) == std::string::npos) return changed;
+    const char* name = box == BasinBox::Latitude ? "latitude" : "longitude";
+    std::erase(changed.text, '-');
+    changed.message =
+        Message{.text = std::string{"If needed, negative sign must be the leftmost character of "} + name,
+                .title = "Invalid character",
+                .icon = Icon::Stop};
+    return changed;
+}
+
+std::optional<Message> left_box_problem(BasinBox box, const std::string& text, int units_code) {
+    if (box == BasinBox::Name) {
+        if (!text.empty()) return std::nullopt;
+        return Message{.text = "A basin name is required!", .icon = Icon::Stop};
+    }
+    const auto limits = limits_of(box, units_code);
+    if (!limits || trimmed(text).empty()) return std::nullopt;
+    const auto value = static_cast<float>(leading_number(text));
+    if (value >= limits->low && value <= limits->high) return std::nullopt;
+    return Message{.text = limits->text, .title = limits->title, .icon = Icon::Stop};
+}
+
+Message units_question() {
+    return {.text = "All further data used in this basin must be expressed using these units.  Continue?",
+            .title = "Are you sure you want to use these units?",
+            .buttons = Buttons::YesNo};
+}
+
+Message zones_question() {
+    return {.text =
+                "Once the number of zones is defined for a basin it cannot be changed.  Are you sure about "
+                "your zone "
+                "definition?",
+            .title = "Zone definition",
+            .buttons = Buttons::YesNoCancel};
+}
+
+Message units_missing() {
+    return {.text = "Please select a 'Units of Measurement' before continuing",
+            .title = "No 'Units of Measurement' selected",
+            .icon = Icon::Stop};
+}
+
+Message units_before_zones() {
+    return {.text = "Select the numeric units that will be used in this basin before continuing",
+            .title = "Numeric units are undefined",
+            .icon = Icon::Stop};
+}
+
+std::optional<Message> add_simulation_problem(const Session& session) {
+    const BasinState& basin = session.basin;
+    const bool named = !basin.basin_name.empty() && basin.basin_name != k_unnamed_basin;
+    if (named && basin.Units_Code != k_units_not_fixed && session.shell.zones_fixed_shown)
+        return std::nullopt;
+    return Message{
+        .text =
+            "Provide a name for the basin, the # of zones, and the units of measurement before creating a "
+            "simulation",
+        .icon = Icon::Stop};
+}
+
+Message no_snow_description() {
+    return {
+        .text =
+            "When this menu is checked, the model is modified to run only year-round forecasts and "
+            "simulations.  "
+            "In 'no snow' mode, snow depletion information is disregarded by the model.  Instead, the "
+            "unmelted "
+            "precipitation from winter is carried forward into the melt season where it is melted in lieu of "
+            "the "
+            "snowcover.  In normal mode, the winter precip is held for melting only until the snowpack "
+            "reaches "
+            "100% or until the melt season begins, whichever occurs first.\nExisting snow depletion data is "
+            "unaffected while this option is 'on', but are not used for any plots or reports.",
+        .title = "No Snow Description",
+        .icon = Icon::Information};
+}
+
+std::optional<Message> toggle_no_snow(Session& session) {
+    session.run.NoSnow = !session.run.NoSnow;
+    session.shell.melt_season = !session.run.NoSnow;
+    session.shell.run_climate = !session.run.NoSnow;
+    if (!session.run.NoSnow) return std::nullopt;
+    return no_snow_description();
+}
+
+void fix_units(Session& session, int units_code) {
+    BasinDatabase database{session.basin.Work_File, Access::ReadWrite};
+    BasinDescription header = read_basin_description(database);
+    header.units = static_cast<std::int16_t>(units_code);
+    database.in_transaction([&] {
+        write_basin_description(database, header);
+        return true;
+    });
+    session.basin.Units_Code = units_code;
+    session.shell.units_list_shown = false;
+    session.shell.zones_label_shown = true;
+    session.shell.zones_box_shown = true;
+    session.shell.zones_fixed_shown = false;
+}
+
+void fix_zones(Session& session, int zones) {
+    std::vector<Zone> rows;
+    for (int number = 1; number <= zones; ++number) rows.push_back({.id = std::to_string(number)});
+    const auto months = empty_months(zones);
+    BasinDatabase database{session.basin.Work_File, Access::ReadWrite};
+    BasinDescription header = read_basin_description(database);
+    header.zones = static_cast<std::int16_t>(zones);
+    database.in_transaction([&] {
+        write_basin_description(database, header);
+        clear_table(database, k_zone_description);
+        add_rows<Zone>(database, template_table(k_zone_description), rows);
+        if (!database.has_table(k_basin_averages)) database.create_table(basin_averages_table());
+        clear_table(database, k_basin_averages);
+        add_rows<MonthlyRow>(database, basin_averages_table(), months);
+        return true;
+    });
+    session.basin.ZoneCount = zones;
+    session.basin.zones_text = std::to_string(zones);
+    session.basin.zones = rows;
+    session.shell.zones_box_shown = false;
+    session.shell.zones_fixed_shown = true;
+    session.shell.variables = true;
+    session.shell.tools_menu = true;
+    session.basin.Basin_Changed = true;
+    session.basin.Input_Changed = true;
+}
+
+void choose_simulation_row(Session& session, std::size_t row) {
+    select_simulation(session.basin, row);
+    ShellState& shell = session.shell;
+    shell.scenario_definition = true;
+    shell.variables = true;
+    shell.variables_of_simulation = true;
+    shell.parameters = true;
+    session.run.results_enabled = true;
+    shell.run_simulation = true;
+    shell.run_forecast = true;
+    shell.run_climate = !session.run.NoSnow;
+    shell.reports = true;
+    shell.graphics = true;
+    shell.run_menu = session.basin.basin_area_text != k_no_area;
+}
+
+std::string reference_elevation_label(int units_code) {
+    return "Reference Elevation " + std::string{trimmed(elevation_word(units_code))} + ":";
+}
+
+std::string basin_area_label(int units_code) {
+    return std::string{"Basin Area ("} + area_word(units_code) + "²):";
+}
+
+std::string zone_header(int column, int units_code) {
+    const std::string header = k_zone_headers.at(static_cast<std::size_t>(column - 1));
+    const std::string elevation{elevation_word(units_code)};
+    switch (column) {
+        case 2: return header.substr(0, 11) + area_word(units_code) + header.substr(13);
+        case 3: return header.substr(0, 27) + elevation;
+        case 5:
+        case 7:
+        case 9:
+        case 11: return header.substr(0, 25) + elevation;
+        default: return header;
+    }
+}
+
+std::string simulation_header(int column, int units_code) {
+    if (column == 13 && units_code != k_units_not_fixed) {
+        return units_code == k_english ? "Initial Runoff (CFS)" : "Initial Runoff (CMS)";
+    }
+    return k_simulation_headers.at(static_cast<std::size_t>(column - 1));
+}
+
+std::string doubled_ampersands(std::string_view text) {
+    std::string doubled;
+    for (const char character : text) {
+        doubled.push_back(character);
+        if (character == '&') doubled.push_back('&');
+    }
+    return doubled;
+}
+
+}  // namespace nivora

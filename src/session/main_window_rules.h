@@ -1,0 +1,81 @@
+// The rules of the basin definition in the main window, without a window.
+#pragma once
+
+#include "session/session.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace nivora {
+
+/// The boxes of the basin definition, by their number.
+enum class BasinBox {
+    Name = 0,
+    Zones = 1,
+    ReferenceElevation = 2,
+    Latitude = 3,
+    Description = 4,
+    Longitude = 5
+};
+
+/// What becomes of a key that was typed.
+enum class KeyVerdict { Passes, Dropped, DroppedWithBeep };
+
+/// Whether a character may be typed into a box that holds a text. Backspace and Enter are no business of this
+/// rule.
+[[nodiscard]] KeyVerdict key_verdict(BasinBox box, char32_t key, std::string_view text);
+
+/// A box after a change of its text.
+struct ChangedBox {
+    std::string text;                ///< what the box has to hold
+    bool beep = false;               ///< the text was cut
+    std::optional<Message> message;  ///< shown at once; the box keeps the focus
+};
+
+/// Cuts what is too long (50 characters of a name, 255 of a description) and refuses a minus sign that is not
+/// the first character of a latitude or longitude.
+[[nodiscard]] ChangedBox changed_box(BasinBox box, const std::string& text);
+
+/// What is wrong with a box that is left: its value outside the limits, or no name. An empty box of a number
+/// passes.
+[[nodiscard]] std::optional<Message> left_box_problem(BasinBox box, const std::string& text, int units_code);
+
+/// The question before the units are fixed for good.
+[[nodiscard]] Message units_question();
+/// The question before the number of zones is fixed for good.
+[[nodiscard]] Message zones_question();
+/// Enter in the list of units while none is chosen.
+[[nodiscard]] Message units_missing();
+/// A number of zones given before the units.
+[[nodiscard]] Message units_before_zones();
+/// What a new simulation needs and the basin does not have; nothing where it may be added.
+[[nodiscard]] std::optional<Message> add_simulation_problem(const Session& session);
+/// What no-snow mode means, told when it is switched on.
+[[nodiscard]] Message no_snow_description();
+
+/// Switches no-snow mode, with what it enables and disables. @return the message to show, when it went on
+std::optional<Message> toggle_no_snow(Session& session);
+
+/// Stores the units of a new basin in the working file at once. @throws StoreError
+void fix_units(Session& session, int units_code);
+
+/// Fixes the number of zones of a new basin: its zone rows and its monthly rows, in the working file. @throws
+/// StoreError
+void fix_zones(Session& session, int zones);
+
+/// What selecting a row of the simulation grid enables, and the current simulation that it sets.
+void choose_simulation_row(Session& session, std::size_t row);
+
+/// "Reference Elevation (m):" and "Basin Area (km²):" with the units of the basin.
+[[nodiscard]] std::string reference_elevation_label(int units_code);
+[[nodiscard]] std::string basin_area_label(int units_code);
+/// The header of a column of the zone grid, 1 to 11, once the units were chosen.
+[[nodiscard]] std::string zone_header(int column, int units_code);
+/// The header of a column of the simulation grid, 1 to 17; that of the initial runoff bears the unit.
+[[nodiscard]] std::string simulation_header(int column, int units_code);
+
+/// A text for a label in which "&" marks nothing.
+[[nodiscard]] std::string doubled_ampersands(std::string_view text);
+
+}  // namespace nivora
