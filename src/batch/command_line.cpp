@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include <cmath>
+#include <filesystem>
 #include <ostream>
 
 namespace nivora {
@@ -107,6 +108,8 @@ RunCommand run_of(const Texts& texts, const CLI::App& app) {
     return command;
 }
 
+// An option with a list takes one argument, which commas divide: what follows it may be the name of a file.
+
 CLI::App& add_import(CLI::App& app, Texts& texts) {
     CLI::App& import = *app.add_subcommand(
         "import", "Read a legacy data file (.NVR) into a basin, which is made if it does not exist");
@@ -121,6 +124,7 @@ CLI::App& add_import(CLI::App& app, Texts& texts) {
             "Inputs given for each zone: temperature, precipitation, lapse-rate, coefficients, tcrit, "
             "recession, joined by commas; all others hold basinwide")
         ->delimiter(',')
+        ->allow_extra_args(false)
         ->check(CLI::IsMember(
             {"temperature", "precipitation", "lapse-rate", "coefficients", "tcrit", "recession"}));
     import
@@ -166,6 +170,7 @@ CLI::App& add_run(CLI::App& app, Texts& texts) {
                    "(up to six, "
                    "together 1), joined by commas; the simulation's lag times if not given")
         ->delimiter(',')
+        ->allow_extra_args(false)
         ->check(CLI::Validator(share_number, "SHARE"));
     run.add_flag("--json", texts.json, "Print JSON");
     run.callback([&texts] {
@@ -221,14 +226,23 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
         return app.exit(error, out, err) == 0 ? k_done : k_wrong_usage;
     }
     BatchDialogs dialogs{err, texts.refuse};
-    if (import.parsed()) return import_command(import_of(texts, import), dialogs, out);
-    if (run.parsed()) return run_command(run_of(texts, run), dialogs, out);
-    if (exported.parsed()) {
-        return export_command(path_from_utf8(texts.basin), texts.table, path_from_utf8(texts.csv), dialogs);
+    try {
+        if (import.parsed()) return import_command(import_of(texts, import), dialogs, out);
+        if (run.parsed()) return run_command(run_of(texts, run), dialogs, out);
+        if (exported.parsed()) {
+            return export_command(path_from_utf8(texts.basin), texts.table, path_from_utf8(texts.csv),
+                                  dialogs);
+        }
+        if (simulations.parsed())
+            return simulations_command(path_from_utf8(texts.basin), texts.json, dialogs, out);
+        if (blank.parsed()) return template_command(path_from_utf8(texts.file), dialogs);
+    } catch (const std::filesystem::filesystem_error& error) {
+        // A path that no file can have, such as one with a name that is too long.
+        dialogs.report_problem(
+            "The file can't be used",
+            fmt::format("The file '{}': {}.", path_text(error.path1()), error.code().message()));
+        return k_said_no;
     }
-    if (simulations.parsed())
-        return simulations_command(path_from_utf8(texts.basin), texts.json, dialogs, out);
-    if (blank.parsed()) return template_command(path_from_utf8(texts.file), dialogs);
     return k_wrong_usage;
 }
 

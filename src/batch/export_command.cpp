@@ -8,6 +8,8 @@
 namespace nivora {
 namespace {
 
+namespace fs = std::filesystem;
+
 /// A text in the form of CSV: in quote marks where it has to be, and where it is empty, which a missing value
 /// is not.
 std::string csv_text(const std::string& text) {
@@ -72,13 +74,30 @@ std::string csv_of(BasinDatabase& database, const std::string& table) {
     });
 }
 
+/// The file that a CSV goes to: behind a link, the linked one.
+///
+/// Nothing but an older CSV may be lost. A finished file takes its target's name, so that the basin, a device
+/// or a pipe would be gone.
+fs::path csv_target(const fs::path& csv, const fs::path& basin) {
+    if (!fs::exists(csv)) return csv;
+    if (fs::equivalent(csv, basin)) {
+        throw FileError(fmt::format("The file '{}' can't be written: it is the basin.", path_text(csv)));
+    }
+    if (!fs::is_regular_file(csv) && !fs::is_directory(csv)) {
+        throw FileError(
+            fmt::format("The file '{}' can't be written: it is no ordinary file.", path_text(csv)));
+    }
+    return fs::canonical(csv);
+}
+
 }  // namespace
 
 int export_command(const std::filesystem::path& basin, const std::string& table,
                    const std::filesystem::path& csv, BatchDialogs& dialogs) {
     try {
         BasinDatabase database{basin, Access::ReadOnly};
-        write_whole_file(csv, csv_of(database, table));
+        const std::string content = csv_of(database, table);
+        write_whole_file(csv_target(csv, basin), content);
         return k_done;
     } catch (const StoreError& error) {
         dialogs.report_problem("Export failed", error.what());

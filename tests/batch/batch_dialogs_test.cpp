@@ -1,0 +1,81 @@
+// The dialogs of the batch program: which answer they give and what they report.
+#include "batch/batch_dialogs.h"
+
+#include <gmock/gmock.h>
+
+#include <sstream>
+
+namespace nivora {
+namespace {
+
+TEST(BatchDialogs, QuestionsAreAnsweredSoThatTheWorkGoesOn) {
+    std::ostringstream report;
+    BatchDialogs dialogs{report, false};
+    EXPECT_EQ(dialogs.message({.text = "Continue?", .title = "A", .buttons = Buttons::OkCancel}), Answer::Ok);
+    EXPECT_EQ(dialogs.message({.text = "Overwrite?", .title = "B", .buttons = Buttons::YesNo}), Answer::Yes);
+    EXPECT_EQ(dialogs.message({.text = "Replace?", .title = "C", .buttons = Buttons::YesNoCancel}),
+              Answer::Yes);
+    EXPECT_EQ(report.str(), "A: Continue? [OK]\nB: Overwrite? [Yes]\nC: Replace? [Yes]\n");
+    EXPECT_FALSE(dialogs.said_no());
+}
+
+TEST(BatchDialogs, RefusingTheyAreAnsweredWithCancelOrNo) {
+    std::ostringstream report;
+    BatchDialogs dialogs{report, true};
+    EXPECT_EQ(dialogs.message({.text = "Continue?", .title = "A", .buttons = Buttons::OkCancel}),
+              Answer::Cancel);
+    EXPECT_EQ(dialogs.message({.text = "Overwrite?", .title = "B", .buttons = Buttons::YesNo}), Answer::No);
+    EXPECT_EQ(dialogs.message({.text = "Replace?", .title = "C", .buttons = Buttons::YesNoCancel}),
+              Answer::Cancel);
+    EXPECT_EQ(report.str(), "A: Continue? [Cancel]\nB: Overwrite? [No]\nC: Replace? [Cancel]\n");
+}
+
+TEST(BatchDialogs, AMessageThatAsksNothingSaysNo) {
+    std::ostringstream report;
+    BatchDialogs dialogs{report, false};
+    EXPECT_EQ(dialogs.message({.text = "Impossible"}), Answer::Ok);
+    EXPECT_TRUE(dialogs.said_no());
+    EXPECT_EQ(report.str(), "Nivora: Impossible [OK]\n");
+}
+
+TEST(BatchDialogs, AMessageIsOneLineWhateverItsText) {
+    std::ostringstream report;
+    BatchDialogs dialogs{report, false};
+    dialogs.message({.text = "one\ntwo\r\nthree", .title = "T"});
+    EXPECT_EQ(report.str(), "T: one two  three [OK]\n");
+    ASSERT_EQ(dialogs.messages().size(), 1U);
+    EXPECT_EQ(dialogs.messages()[0].text, "one\ntwo\r\nthree");
+}
+
+TEST(BatchDialogs, AnInputBoxGetsThePreparedText) {
+    std::ostringstream report;
+    BatchDialogs dialogs{report, false};
+    dialogs.prepare_input("mine");
+    EXPECT_EQ(dialogs.input({.prompt = "Name?", .title = "T", .proposed = "offered"}), "mine");
+    EXPECT_EQ(report.str(), "");
+}
+
+TEST(BatchDialogs, AnInputBoxGetsWhatItProposesWhereNothingIsPrepared) {
+    std::ostringstream report;
+    BatchDialogs dialogs{report, false};
+    EXPECT_EQ(dialogs.input({.prompt = "Name?", .title = "T", .proposed = "offered"}), "offered");
+}
+
+TEST(BatchDialogs, AnInputBoxThatAsksAgainIsCancelledAndReported) {
+    std::ostringstream report;
+    BatchDialogs dialogs{report, false};
+    dialogs.prepare_input("a.b");
+    EXPECT_EQ(dialogs.input({.prompt = "Name?", .title = "T", .proposed = {}}), "a.b");
+    EXPECT_EQ(dialogs.input({.prompt = "Invalid", .title = "T", .proposed = {}}), std::nullopt);
+    EXPECT_EQ(report.str(), "T: Invalid [OK]\n");
+    EXPECT_TRUE(dialogs.said_no());
+}
+
+TEST(BatchDialogs, AFileQuestionGetsNoFile) {
+    std::ostringstream report;
+    BatchDialogs dialogs{report, false};
+    EXPECT_EQ(dialogs.file({}), std::nullopt);
+}
+
+}  // namespace
+}  // namespace nivora

@@ -1,0 +1,223 @@
+// The run command: its kinds and options, what it prints and what it leaves in the file.
+#include "tests/batch/run_basin.h"
+
+#include <gmock/gmock.h>
+
+namespace nivora {
+namespace {
+
+using testing::DoubleNear;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Pointwise;
+using testing::StartsWith;
+
+// k = 0.9: 10 x 0.9 = 9, 9 x 0.9 = 8.1, 8.1 x 0.9 = 7.29.
+TEST(Run, LeavesItsResultsInTheFile) {
+    const RunBasin basin;
+    ASSERT_EQ(basin.run().status, 0);
+    EXPECT_THAT(basin.computed(), Pointwise(testing::DoubleNear(1e-9), {9.0, 8.1, 7.29}));
+    const std::vector<std::string> lines = lines_of(basin.exported("SimResults"));
+    ASSERT_EQ(lines.size(), 4U);
+    EXPECT_THAT(lines[0], StartsWith("Zone,Date,ActualQ,TMax,TMaxCC,"));
+    EXPECT_THAT(lines[1], StartsWith("1,1996-04-01,10,"));
+    EXPECT_THAT(lines[3], StartsWith("1,1996-04-03,6,"));
+}
+
+// Measured: 10 + 8 + 6 = 24, mean 8, volume 24 x 86400 / 10^6 = 2.0736.
+// Computed: 9 + 8.1 + 7.29 = 24.39, mean 8.13, volume 24.39 x 86400 / 10^6 = 2.107296.
+// Dv = (2.0736 - 2.107296) / 2.0736 x 100 = -1.625.
+// From the mean: 4 + 0 + 4 = 8; from the computed: 1 + 0.01 + 1.6641 = 2.6741; R2 = 1 - 2.6741 / 8 =
+// 0.6657375.
+TEST(Run, JsonHoldsTheStatisticsByName) {
+    const RunBasin basin;
+    const BatchResult result = basin.run({"--json"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err, "");
+    const auto json = nlohmann::ordered_json::parse(result.out);
+    std::vector<std::string> keys;
+    for (const auto& [key, value] : json.items()) keys.push_back(key);
+    EXPECT_THAT(keys, ElementsAre("MeasuredVolume", "AvgMeasuredQ", "ComputedVolume", "AvgComputedQ",
+                                  "VolumeDifference", "CoefficientR2", "FinalQ", "RunTitle", "messages"));
+    EXPECT_THAT(json["MeasuredVolume"].get<double>(), DoubleNear(2.0736, 1e-6));
+    EXPECT_EQ(json["AvgMeasuredQ"].get<double>(), 8.0);
+    EXPECT_THAT(json["ComputedVolume"].get<double>(), DoubleNear(2.107296, 1e-6));
+    EXPECT_THAT(json["AvgComputedQ"].get<double>(), DoubleNear(8.13, 1e-6));
+    EXPECT_THAT(json["VolumeDifference"].get<double>(), DoubleNear(-1.625, 1e-4));
+    EXPECT_THAT(json["CoefficientR2"].get<double>(), DoubleNear(0.6657375, 1e-6));
+    EXPECT_THAT(json["FinalQ"].get<double>(), DoubleNear(7.29, 1e-6));
+    EXPECT_EQ(json["RunTitle"], "Melt Season Simulation");
+    EXPECT_TRUE(json["messages"].is_array());
+    EXPECT_TRUE(json["messages"].empty());
+}
+
+TEST(Run, JsonNumbersAreTheShortestTextsOfTheirSingles) {
+    const RunBasin basin;
+    // 8.13 as a Single is 8.1300001144...: seventeen digits of it would be no service to a reader.
+    EXPECT_THAT(basin.run({"--json"}).out, HasSubstr("\"AvgComputedQ\": 8.13,"));
+    EXPECT_THAT(basin.run({"--json"}).out, HasSubstr("\"FinalQ\": 7.29,"));
+}
+
+TEST(Run, TheTextNamesBasinSimulationAndFigures) {
+    const RunBasin basin;
+    const std::vector<std::string> lines = lines_of(basin.run().out);
+    ASSERT_GE(lines.size(), 9U);
+    EXPECT_EQ(lines[0], "Statistics, Melt Season Simulation");
+    EXPECT_EQ(lines[1], "Basin Name:  Alder Brook");
+    EXPECT_EQ(lines[2], "Simulation:  alder");
+    EXPECT_THAT(lines[3], StartsWith("Measured Runoff Volume (10^6 m\xc2\xb3)"));
+    EXPECT_THAT(lines[3], testing::EndsWith(" 2.0736"));
+    EXPECT_THAT(lines[4], StartsWith("Average Measured Runoff (m\xc2\xb3/s): "));
+    EXPECT_THAT(lines[4], testing::EndsWith(" 8"));
+    EXPECT_THAT(lines[5], StartsWith("Computed Runoff Volume (10^6 m\xc2\xb3)"));
+    EXPECT_THAT(lines[6], StartsWith("Average Computed Runoff  (m\xc2\xb3/s): "));
+    EXPECT_THAT(lines[6], testing::EndsWith(" 8.13"));
+    EXPECT_THAT(lines[7], StartsWith("Volume Difference (%): "));
+    EXPECT_THAT(lines[8], StartsWith("Coefficient of Determination (R\xc2\xb2):"));
+}
+
+TEST(Run, AnEnglishBasinIsToldInFeet) {
+    LegacyParts parts = receding_parts();
+    parts.units = "1";
+    const RunBasin basin{parts};
+    const BatchResult result = basin.run();
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.out, HasSubstr("Measured Runoff Volume (10^6 f\xc2\xb3)"));
+    EXPECT_THAT(result.out, HasSubstr("Average Measured Runoff (f\xc2\xb3/s): "));
+}
+
+TEST(Run, TheKindChangesTheTitleAndNoFigure) {
+    const RunBasin basin;
+    auto season = basin.json({"--kind", "melt-season"});
+    auto year = basin.json({"--kind", "year-round"});
+    EXPECT_EQ(season["RunTitle"], "Melt Season Simulation");
+    EXPECT_EQ(year["RunTitle"], "Year round Simulation");
+    season.erase("RunTitle");
+    year.erase("RunTitle");
+    EXPECT_EQ(season, year);
+}
+
+// Updated each day: day 1 is 9, then the measured 10 and 8 are what the next days build on: 9 and 7.2.
+TEST(Run, AForecastStartsAnewFromTheMeasuredDischarge) {
+    const RunBasin basin;
+    const auto json = basin.json({"--forecast", "1"});
+    EXPECT_EQ(json["RunTitle"], "Melt Season Forecast");
+    EXPECT_THAT(basin.computed(), Pointwise(testing::DoubleNear(1e-9), {9.0, 9.0, 7.2}));
+    EXPECT_THAT(basin.run({"--forecast", "2", "--kind", "year-round"}).out,
+                StartsWith("Statistics, Year round Forecast (updating every 2 days)\n"));
+    // Updated on day 2 from 8: 9, 8.1, 7.2.
+    EXPECT_THAT(basin.computed(), Pointwise(testing::DoubleNear(1e-9), {9.0, 8.1, 7.2}));
+}
+
+TEST(Run, AForecastTakesOneToNineDaysAlone) {
+    const RunBasin basin;
+    for (const char* days : {"0", "10", "x", "", "-1", "1.5"}) {
+        SCOPED_TRACE(days);
+        const BatchResult result = basin.run({"--forecast", days, "--json"});
+        EXPECT_EQ(result.status, 1);
+        EXPECT_THAT(result.err,
+                    HasSubstr("Invalid forecast frequency!: Updating interval for forecasting must be 1-9 "
+                              "(days).  Forecast run aborted. [OK]\n"));
+        EXPECT_TRUE(nlohmann::json::parse(result.out)["FinalQ"].is_null());
+        EXPECT_FALSE(basin.has_table("SimResults"));
+    }
+}
+
+TEST(Run, NoSnowGoesWithYearRoundAlone) {
+    const RunBasin basin;
+    const BatchResult result = basin.run({"--no-snow", "--kind", "year-round"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.out, StartsWith("Statistics, Year round Simulation  {no snow}\n"));
+    EXPECT_EQ(basin.run({"--no-snow"}).status, 2);
+    EXPECT_EQ(basin.run({"--no-snow", "--kind", "melt-season"}).status, 2);
+}
+
+// Without any input a lag has nothing to spread, and the recession is the same.
+TEST(Run, LagSharesThatAddUpToOneAreTaken) {
+    const RunBasin basin;
+    for (const char* shares : {"1", "0.5,0.5", "0.5,0.3,0.2", "0.5,0.1,0.1,0.1,0.1,0.1"}) {
+        SCOPED_TRACE(shares);
+        EXPECT_EQ(basin.run({"--lag-shares", shares}).status, 0);
+        EXPECT_THAT(basin.computed(), Pointwise(testing::DoubleNear(1e-9), {9.0, 8.1, 7.29}));
+    }
+}
+
+TEST(Run, LagSharesThatDoNotAddUpOrAreTooManyAreRefused) {
+    const RunBasin basin;
+    const BatchResult total = basin.run({"--lag-shares", "0.5,0.4"});
+    EXPECT_EQ(total.status, 1);
+    EXPECT_THAT(total.err,
+                HasSubstr("Distribution of daily melt over the period specified must equal 1 (100%)."));
+    const BatchResult many = basin.run({"--lag-shares", "0.4,0.1,0.1,0.1,0.1,0.1,0.1"});
+    EXPECT_EQ(many.status, 1);
+    EXPECT_THAT(many.err, HasSubstr("Day count must be from 0 to 6"));
+    EXPECT_FALSE(basin.has_table("SimResults"));
+}
+
+TEST(Run, LagSharesMayStandBeforeTheBasin) {
+    const RunBasin basin;
+    const BatchResult result =
+        batch({"run", "--lag-shares", "0.5,0.5", basin.basin(), "--simulation", "alder"});
+    EXPECT_EQ(result.status, 0) << result.err;
+}
+
+TEST(Run, ASimulationGoesByNameWithoutRegardToCase) {
+    const RunBasin basin;
+    EXPECT_EQ(batch({"run", basin.basin(), "--simulation", "ALDER"}).status, 0);
+}
+
+TEST(Run, ARunTwiceGivesTheSameResults) {
+    const RunBasin basin;
+    const BatchResult first = basin.run();
+    const std::string table = basin.exported("SimResults");
+    const BatchResult second = basin.run();
+    EXPECT_EQ(first.out, second.out);
+    EXPECT_EQ(basin.exported("SimResults"), table);
+}
+
+TEST(Run, LeavesEveryTableButItsResultsAlone) {
+    const RunBasin basin;
+    std::vector<std::string> before;
+    const std::vector<std::string> tables{"BasinDescription", "ZoneDescription", "SimulationIndex",
+                                          "PhysicalData",     "BasinAverages",   "alder"};
+    for (const std::string& table : tables) before.push_back(basin.exported(table));
+    ASSERT_EQ(basin.run().status, 0);
+    for (std::size_t i = 0; i < tables.size(); ++i) EXPECT_EQ(basin.exported(tables[i]), before[i]);
+}
+
+TEST(Run, QuestionsAreAnsweredSoThatItGoesOnAndReported) {
+    RunBasin basin{receding_parts(), "20"};
+    basin.execute("UPDATE BasinDescription SET Latitude = NULL");
+    const BatchResult result = basin.run({"--json"});
+    EXPECT_EQ(result.status, 0);
+    const auto messages = nlohmann::json::parse(result.out)["messages"];
+    ASSERT_EQ(messages.size(), 2U);
+    // |20 - 10| is more than a fifth of 10.
+    EXPECT_EQ(messages[0]["title"], "Warning, possible data problem");
+    EXPECT_EQ(messages[0]["text"],
+              "There is a significant difference between your InitialRunoffValue {20} and day #1's Measured "
+              "Runoff {10}.  Continue?");
+    EXPECT_EQ(messages[0]["answer"], "OK");
+    EXPECT_EQ(messages[1]["title"], "Missing latitude");
+    EXPECT_EQ(messages[1]["answer"], "Yes");
+    const std::vector<std::string> reported = lines_of(result.err);
+    ASSERT_EQ(reported.size(), 2U);
+    EXPECT_EQ(reported[0],
+              "Warning, possible data problem: There is a significant difference between your "
+              "InitialRunoffValue {20} and day #1's Measured Runoff {10}.  Continue? [OK]");
+}
+
+TEST(Run, RefusingAQuestionEndsIt) {
+    const RunBasin basin{receding_parts(), "20"};
+    const BatchResult result = basin.run({"--json", "--refuse"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.err, HasSubstr("Continue? [Cancel]\n"));
+    const auto json = nlohmann::json::parse(result.out);
+    EXPECT_TRUE(json["CoefficientR2"].is_null());
+    EXPECT_TRUE(json["FinalQ"].is_null());
+    ASSERT_EQ(json["messages"].size(), 1U);
+    EXPECT_EQ(json["messages"][0]["answer"], "Cancel");
+}
+
+}  // namespace
+}  // namespace nivora
