@@ -3,6 +3,8 @@
 #include "base/text.h"
 #include "store/table_io.h"
 
+#include <SQLiteCpp/Savepoint.h>
+
 #include <array>
 
 namespace nivora {
@@ -38,13 +40,18 @@ void Ensure_Monthly_Table(BasinDatabase& database) {
     const TableSchema table = basin_averages_table();
     const auto stored = database.stored_name(table.name);
     const bool outdated = stored && !same_name(database.table_fields(*stored).front().name, "Zone");
-    // A table without zones held nothing that could be kept.
-    if (outdated) database.drop_table(*stored);
-    if (!stored || outdated) database.create_table(table);
-    if (row_count(database, table.name) >= std::int64_t{zones} * k_months) return;
-    clear_table(database, table.name);
-    const std::vector<MonthlyRow> rows = zero_rows(zones);
-    add_rows<MonthlyRow>(database, table, rows);
+    guarded([&] {
+        // All of it or nothing, also within a transaction of the caller.
+        SQLite::Savepoint savepoint{database.sql(), "monthly_table"};
+        // A table without zones held nothing that could be kept.
+        if (outdated) database.drop_table(*stored);
+        if (!stored || outdated) database.create_table(table);
+        if (row_count(database, table.name) < std::int64_t{zones} * k_months) {
+            clear_table(database, table.name);
+            add_rows<MonthlyRow>(database, table, zero_rows(zones));
+        }
+        savepoint.release();
+    });
 }
 
 }  // namespace nivora

@@ -1,0 +1,178 @@
+#include "store/monthly_table.h"
+
+#include "store/table_io.h"
+#include "tests/support/basin_file.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace nivora {
+namespace {
+
+using testing::ElementsAre;
+
+/// A basin that states a number of zones.
+class MonthlyTable : public testing::Test {
+protected:
+    void state_zones(int zones) const {
+        file_.change("UPDATE BasinDescription SET Zones = " + std::to_string(zones));
+    }
+
+    void ensure() const {
+        BasinDatabase database = file_.open();
+        Ensure_Monthly_Table(database);
+    }
+
+    [[nodiscard]] std::vector<MonthlyRow> rows() const {
+        BasinDatabase database = file_.open(Access::ReadOnly);
+        return read_table<MonthlyRow>(database, basin_averages_table());
+    }
+
+    [[nodiscard]] std::vector<std::string> fields() const {
+        return file_.column("SELECT name FROM pragma_table_info('BasinAverages') ORDER BY cid");
+    }
+
+    BasinFile file_;
+};
+
+TEST(MonthName, OfTheTwelveMonths) {
+    EXPECT_STREQ(month_name(1), "Jan");
+    EXPECT_STREQ(month_name(2), "Feb");
+    EXPECT_STREQ(month_name(3), "Mar");
+    EXPECT_STREQ(month_name(4), "Apr");
+    EXPECT_STREQ(month_name(5), "May");
+    EXPECT_STREQ(month_name(6), "Jun");
+    EXPECT_STREQ(month_name(7), "Jul");
+    EXPECT_STREQ(month_name(8), "Aug");
+    EXPECT_STREQ(month_name(9), "Sep");
+    EXPECT_STREQ(month_name(10), "Oct");
+    EXPECT_STREQ(month_name(11), "Nov");
+    EXPECT_STREQ(month_name(12), "Dec");
+}
+
+TEST_F(MonthlyTable, IsMadeWhereItIsMissing) {
+    state_zones(2);
+    ensure();
+    EXPECT_THAT(fields(), ElementsAre("Zone", "Month", "TMaxN", "TMinN", "TAvgN", "PrecipN"));
+    EXPECT_EQ(rows().size(), 24U);
+}
+
+TEST_F(MonthlyTable, HasTwelveRowsOfZerosForEachZone) {
+    state_zones(3);
+    ensure();
+    const auto all = rows();
+    ASSERT_EQ(all.size(), 36U);
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        EXPECT_EQ(all[i].zone, static_cast<std::int16_t>(i / 12 + 1)) << i;
+        EXPECT_EQ(all[i].month, month_name(static_cast<int>(i % 12) + 1)) << i;
+        for (const float average : {all[i].tmax, all[i].tmin, all[i].tavg, all[i].precip}) {
+            EXPECT_EQ(average, 0.0F) << i;
+        }
+    }
+}
+
+TEST_F(MonthlyTable, OfABasinWithoutZonesIsMadeEmpty) {
+    ensure();
+    EXPECT_EQ(fields().size(), 6U);
+    EXPECT_TRUE(rows().empty());
+}
+
+TEST_F(MonthlyTable, WithEnoughRowsIsKept) {
+    state_zones(2);
+    ensure();
+    file_.change("UPDATE BasinAverages SET TMaxN = 4.5 WHERE Zone = 2 AND Month = 'Mar'");
+    ensure();
+    ASSERT_EQ(rows().size(), 24U);
+    EXPECT_EQ(rows()[14].tmax, 4.5F);  // twelve rows of zone 1, then Jan and Feb
+}
+
+TEST_F(MonthlyTable, WithEmptyAveragesIsKept) {
+    state_zones(1);
+    ensure();
+    file_.change("UPDATE BasinAverages SET TMaxN = Null, TMinN = Null, TAvgN = Null, PrecipN = Null");
+    ensure();
+    ASSERT_EQ(rows().size(), 12U);
+    EXPECT_TRUE(std::isnan(rows()[0].tmax));
+}
+
+TEST_F(MonthlyTable, WithMoreRowsThanZonesAskForIsKept) {
+    state_zones(3);
+    ensure();
+    file_.change("UPDATE BasinAverages SET PrecipN = 2.5");
+    state_zones(2);
+    ensure();
+    ASSERT_EQ(rows().size(), 36U);
+    EXPECT_EQ(rows()[0].precip, 2.5F);
+}
+
+TEST_F(MonthlyTable, WithOneRowTooFewIsMadeAnew) {
+    state_zones(2);
+    ensure();
+    file_.change(
+        "UPDATE BasinAverages SET PrecipN = 2.5; DELETE FROM BasinAverages WHERE Zone = 1 AND Month = 'May'");
+    ensure();
+    ASSERT_EQ(rows().size(), 24U);
+    EXPECT_EQ(rows()[0].precip, 0.0F);
+    EXPECT_EQ(rows()[4].month, "May");
+}
+
+TEST_F(MonthlyTable, ThatDoesNotBeginWithTheZoneIsPutInOrder) {
+    state_zones(2);
+    file_.change(
+        "CREATE TABLE BasinAverages (Month TEXT(3), TMinN FLOAT, TMaxN FLOAT, TAvgN FLOAT, PrecipN FLOAT)");
+    for (int month = 1; month <= 12; ++month) {
+        file_.change(std::string{"INSERT INTO BasinAverages VALUES ('"} + month_name(month) +
+                     "', 1, 2, 3, 4)");
+    }
+    ensure();
+    EXPECT_THAT(fields(), ElementsAre("Zone", "Month", "TMaxN", "TMinN", "TAvgN", "PrecipN"));
+    ASSERT_EQ(rows().size(), 24U);
+    EXPECT_EQ(rows()[0].zone, 1);
+    EXPECT_EQ(rows()[0].month, "Jan");
+    EXPECT_EQ(rows()[0].tmax, 0.0F);
+}
+
+TEST_F(MonthlyTable, ThatBeginsWithTheZoneInAnotherCaseIsKept) {
+    state_zones(1);
+    file_.change(
+        "CREATE TABLE basinaverages (ZONE SMALLINT, Month TEXT(3), TMaxN FLOAT, TMinN FLOAT, TAvgN FLOAT,"
+        " PrecipN FLOAT)");
+    for (int month = 1; month <= 12; ++month) {
+        file_.change(std::string{"INSERT INTO BasinAverages VALUES (1, '"} + month_name(month) +
+                     "', 1, 2, 3, 4)");
+    }
+    ensure();
+    EXPECT_EQ(fields().at(0), "ZONE");
+    ASSERT_EQ(rows().size(), 12U);
+    EXPECT_EQ(rows()[0].tmax, 1.0F);
+}
+
+TEST_F(MonthlyTable, CanBeBroughtUpToDateWithinATransaction) {
+    state_zones(1);
+    BasinDatabase database = file_.open();
+    EXPECT_FALSE(database.in_transaction([&] {
+        Ensure_Monthly_Table(database);
+        return false;
+    }));
+    EXPECT_FALSE(database.has_table(k_basin_averages));
+    EXPECT_TRUE(database.in_transaction([&] {
+        Ensure_Monthly_Table(database);
+        return true;
+    }));
+    EXPECT_EQ(rows().size(), 12U);
+}
+
+TEST_F(MonthlyTable, StaysAsItWasWhereItsRowsAreRefused) {
+    state_zones(2);
+    file_.change(
+        "CREATE TABLE BasinAverages (Zone SMALLINT CHECK (Zone < 2), Month TEXT(3), TMaxN FLOAT, TMinN FLOAT,"
+        " TAvgN FLOAT, PrecipN FLOAT); INSERT INTO BasinAverages VALUES (1, 'Jan', 1.5, 2.5, 3.5, 4.5)");
+    EXPECT_NE(refused([&] { ensure(); }), std::nullopt);
+    ASSERT_EQ(rows().size(), 1U);
+    EXPECT_EQ(rows()[0].tmax, 1.5F);
+}
+
+}  // namespace
+}  // namespace nivora
