@@ -23,6 +23,9 @@ struct CivilDate {
 inline constexpr int k_first_year = 1900;
 inline constexpr int k_last_year = 2300;
 
+/// A number beyond it, on either side of day 0, is no date: some 2,700 years.
+inline constexpr double k_largest_day = 1.0e6;
+
 /// The day count of a date of the Gregorian calendar; nothing where there is no such day.
 [[nodiscard]] std::optional<DayCount> day_count(const CivilDate& date);
 [[nodiscard]] CivilDate civil_date(DayCount day);

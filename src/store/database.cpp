@@ -75,7 +75,9 @@ void sql_single(sqlite3_context* context, int, sqlite3_value** values) {
 
 void sql_month(sqlite3_context* context, int, sqlite3_value** values) {
     if (sqlite3_value_type(values[0]) == SQLITE_NULL) return sqlite3_result_null(context);
-    sqlite3_result_int(context, civil_date(whole_day(sqlite3_value_double(values[0]))).month);
+    const double date = sqlite3_value_double(values[0]);
+    if (!(std::abs(date) <= k_largest_day)) return sqlite3_result_error(context, "Overflow", -1);
+    sqlite3_result_int(context, civil_date(whole_day(date)).month);
 }
 
 /// A file may come from anywhere: nothing in its schema may run, and nothing may grow without bounds.
@@ -85,6 +87,9 @@ void open_defensively(SQLite::Database& sql) {
     sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
+    // The name of a field that a file does not have would otherwise be taken for a text and read as a value.
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
     sqlite3_limit(handle, SQLITE_LIMIT_ATTACHED, 0);
     sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, 1 << 24);
     sqlite3_limit(handle, SQLITE_LIMIT_SQL_LENGTH, 1 << 20);
@@ -179,7 +184,8 @@ StoreError store_error(const SQLite::Exception& exception) {
 BasinDatabase::BasinDatabase(const fs::path& path, Access access) : path_(path), sql_(opened(path, access)) {}
 
 void BasinDatabase::create_template(const fs::path& path) {
-    if (fs::exists(fs::symlink_status(path))) {
+    std::error_code unknown;  // a name that can't even be looked up is refused when the file is made
+    if (fs::exists(fs::symlink_status(path, unknown))) {
         refuse(StoreFault::Exists, path, "exists already; it was left as it is.");
     }
     const fs::path beside = name_beside(path);
@@ -203,6 +209,12 @@ std::optional<std::string> BasinDatabase::stored_name(std::string_view table) {
 
 bool BasinDatabase::has_table(std::string_view table) { return stored_name(table).has_value(); }
 
+std::string BasinDatabase::existing_table(std::string_view table) {
+    auto name = stored_name(table);
+    if (!name) throw StoreError(StoreFault::Missing, fmt::format("The basin file has no table '{}'.", table));
+    return *std::move(name);
+}
+
 std::vector<std::string> BasinDatabase::table_names() {
     return guarded([&] {
         SQLite::Statement query{
@@ -218,14 +230,15 @@ std::vector<std::string> BasinDatabase::table_names() {
 std::vector<Field> BasinDatabase::table_fields(std::string_view table) {
     return guarded([&] {
         SQLite::Statement query{sql_, "SELECT name, type FROM pragma_table_info(?) ORDER BY cid"};
-        query.bind(1, stored_name(table).value_or(std::string{table}));
+        query.bind(1, existing_table(table));
         std::vector<Field> fields;
         while (query.executeStep()) {
             const std::string type = query.getColumn(1).getString();
             fields.push_back({query.getColumn(0).getString(), type_of(type), width_of(type)});
         }
         if (fields.empty()) {
-            throw StoreError(StoreFault::Missing, fmt::format("The basin file has no table '{}'.", table));
+            throw StoreError(StoreFault::Damaged,
+                             fmt::format("The table '{}' of the basin file has no field.", table));
         }
         return fields;
     });
@@ -240,17 +253,14 @@ void BasinDatabase::create_table(const TableSchema& table) {
 }
 
 void BasinDatabase::drop_table(std::string_view table) {
-    const auto name = stored_name(table);
-    if (!name) throw StoreError(StoreFault::Missing, fmt::format("The basin file has no table '{}'.", table));
-    execute("DROP TABLE " + quoted_name(*name));
+    execute("DROP TABLE " + quoted_name(existing_table(table)));
 }
 
 void BasinDatabase::create_daily_index(std::string_view table) {
-    const auto name = stored_name(table);
-    if (!name) throw StoreError(StoreFault::Missing, fmt::format("The basin file has no table '{}'.", table));
+    const std::string name = existing_table(table);
     // The point keeps the index clear of every name that a user may give to a table.
-    execute(fmt::format("CREATE INDEX {} ON {} (\"Zone\", \"Date\")", quoted_name(*name + ".key"),
-                        quoted_name(*name)));
+    execute(fmt::format("CREATE INDEX {} ON {} (\"Zone\", \"Date\")", quoted_name(name + ".key"),
+                        quoted_name(name)));
 }
 
 void BasinDatabase::execute(const std::string& statement) {

@@ -42,6 +42,8 @@ public:
     /// The name under which a table is stored; nothing where there is none.
     [[nodiscard]] std::optional<std::string> stored_name(std::string_view table);
     [[nodiscard]] bool has_table(std::string_view table);
+    /// The name under which a table is stored. @throws StoreError where there is none
+    [[nodiscard]] std::string existing_table(std::string_view table);
     /// The names of all tables, in the order of their creation.
     [[nodiscard]] std::vector<std::string> table_names();
     /// The fields of a table, by position.

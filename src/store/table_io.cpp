@@ -8,8 +8,6 @@
 namespace nivora {
 namespace {
 
-constexpr double k_largest_day = 1.0e6;  // beyond the year 4600
-
 [[noreturn]] void refuse_value(SQLite::Statement& row, int position, std::string_view what) {
     throw StoreError(StoreFault::Value,
                      fmt::format("The field '{}' holds {}.", row.getColumnName(position), what));
@@ -39,6 +37,8 @@ Whole whole_at(SQLite::Statement& row, int position) {
 void bind_value(SQLite::Statement& statement, int position, double value) {
     if (is_missing(value)) {
         statement.bind(position);
+    } else if (std::isinf(value)) {
+        throw StoreError(StoreFault::Value, "No field can hold an infinite number.");
     } else {
         statement.bind(position, value + 0.0);  // the file knows no negative zero
     }
@@ -109,9 +109,7 @@ void read_value(SQLite::Statement& row, int position, Distribution& value) {
 }
 
 void clear_table(BasinDatabase& database, std::string_view table) {
-    const auto name = database.stored_name(table);
-    if (!name) throw StoreError(StoreFault::Missing, fmt::format("The basin file has no table '{}'.", table));
-    database.execute("DELETE FROM " + quoted_name(*name));
+    database.execute("DELETE FROM " + quoted_name(database.existing_table(table)));
 }
 
 TableSchema template_table(std::string_view name) {

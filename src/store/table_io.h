@@ -13,7 +13,8 @@
 
 namespace nivora {
 
-// One value into a statement; a missing one goes in as Null. Positions count from 1.
+// One value into a statement; a missing one goes in as Null, an infinite one is a StoreError. Positions count
+// from 1.
 void bind_value(SQLite::Statement& statement, int position, float value);
 void bind_value(SQLite::Statement& statement, int position, double value);
 void bind_value(SQLite::Statement& statement, int position, std::int16_t value);
@@ -70,7 +71,7 @@ template <typename Row>
 template <typename Row>
 [[nodiscard]] std::vector<Row> read_table(BasinDatabase& database, const TableSchema& table) {
     return guarded([&] {
-        const std::string name = database.stored_name(table.name).value_or(table.name);
+        const std::string name = database.existing_table(table.name);
         SQLite::Statement query{
             database.sql(), "SELECT " + field_list(table) + " FROM " + quoted_name(name) + " ORDER BY rowid"};
         return read_rows<Row>(query);
@@ -81,7 +82,7 @@ template <typename Row>
 template <typename Row>
 void add_rows(BasinDatabase& database, const TableSchema& table, std::span<const Row> rows) {
     guarded([&] {
-        const std::string name = database.stored_name(table.name).value_or(table.name);
+        const std::string name = database.existing_table(table.name);
         std::string places;
         for (std::size_t i = 0; i < table.fields.size(); ++i) places += i == 0 ? "?" : ", ?";
         SQLite::Statement insert{database.sql(), "INSERT INTO " + quoted_name(name) + " (" +
