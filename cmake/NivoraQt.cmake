@@ -1,0 +1,16 @@
+# Qt for the folders that have windows.
+
+if(NIVORA_WIDGETS)
+    find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets PrintSupport)
+endif()
+
+# nivora_strict_qt(<target>)
+#
+# Runs moc where it is needed and leaves out of Qt what we do not use: texts are never taken for Latin-1, signals are
+# never connected by their names, and every connection has an object that ends it.
+function(nivora_strict_qt target)
+    set_target_properties(${target} PROPERTIES AUTOMOC ON)
+    target_compile_definitions(${target} PRIVATE
+        QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING
+        QT_NO_CONTEXTLESS_CONNECT QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+endfunction()

@@ -1,0 +1,125 @@
+#include "engine/windows/Results.h"
+
+#include "base/number_text.h"
+#include "engine/results_summary.h"
+#include "widgets/qt_text.h"
+
+#include <QDateTime>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTextEdit>
+#include <QVBoxLayout>
+
+namespace nivora {
+namespace {
+
+constexpr int k_window_number = 4;
+constexpr int k_help_topic = 8;
+constexpr int k_rows = 6;
+
+QLabel* named_label(const char* name, int help_line, QWidget* parent) {
+    auto* label = new QLabel(parent);
+    label->setObjectName(QString::fromUtf8(name));
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    NivoraWindow::set_help(label, help_line);
+    return label;
+}
+
+QTableWidget* make_table(QWidget* parent) {
+    auto* table = new QTableWidget(k_rows, 2, parent);
+    table->setObjectName(QStringLiteral("SpdStat"));
+    table->setAccessibleName(QStringLiteral("Statistics"));
+    table->verticalHeader()->hide();
+    table->horizontalHeader()->hide();
+    table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    table->setSelectionMode(QAbstractItemView::ContiguousSelection);
+    table->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+    table->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
+    table->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
+    NivoraWindow::set_help(table, 17);
+    for (int row = 0; row < k_rows; ++row) {
+        for (int column = 0; column < 2; ++column) table->setItem(row, column, new QTableWidgetItem);
+        table->item(row, 1)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    }
+    return table;
+}
+
+}  // namespace
+
+Results::Results(const WindowContext& context, QWidget* parent)
+    : NivoraWindow(context, "Results", k_window_number, parent),
+      basin_name_(named_label("Lbl(7)", 7, this)),
+      simulation_name_(named_label("Lbl(8)", 8, this)),
+      run_date_(named_label("Lbl(9)", 9, this)),
+      statistics_(make_table(this)),
+      comments_(new QTextEdit(this)) {
+    comments_->setObjectName(QStringLiteral("RichTextBox1"));
+    comments_->setAccessibleName(QStringLiteral("Comments"));
+    comments_->setReadOnly(true);
+    comments_->setMaximumHeight(comments_->fontMetrics().lineSpacing() * 5);
+    set_help(comments_, 10);
+    auto* content = new QWidget(this);
+    auto* layout = new QVBoxLayout(content);
+    layout->addWidget(make_labels());
+    layout->addWidget(statistics_, 1);
+    layout->addWidget(comments_);
+    layout->addWidget(make_buttons());
+    set_content(content);
+    resize(560, 460);
+}
+
+QWidget* Results::make_labels() {
+    auto* frame = new QWidget(this);
+    auto* form = new QFormLayout(frame);
+    form->addRow(QStringLiteral("Basin Name:  "), basin_name_);
+    form->addRow(QStringLiteral("Simulation:"), simulation_name_);
+    form->addRow(QStringLiteral("Run Date:"), run_date_);
+    return frame;
+}
+
+QWidget* Results::make_buttons() {
+    auto* frame = new QWidget(this);
+    auto* layout = new QHBoxLayout(frame);
+    layout->addStretch(1);
+    int index = 0;
+    for (const char* caption : {"&Print", "&Help", "&Done"}) {
+        auto* button = new QPushButton(QString::fromUtf8(caption), frame);
+        button->setObjectName(QStringLiteral("Command1(%1)").arg(index));
+        set_help(button, 11 + index);
+        layout->addWidget(button);
+        if (index == 1)
+            connect(button, &QPushButton::clicked, this,
+                    [this] { session().desktop.show_help_topic(k_help_topic); });
+        if (index == 2) {
+            connect(button, &QPushButton::clicked, this, &QWidget::close);
+            button->setDefault(true);
+        }
+        ++index;
+    }
+    return frame;
+}
+
+void Results::fill() {
+    const RunState& run = session().run;
+    const BasinState& basin = session().basin;
+    setWindowTitle(to_qt(statistics_caption(run)));
+    basin_name_->setText(to_qt(basin.basin_name));
+    simulation_name_->setText(to_qt(basin.Current_Sim_Name));
+    run_date_->setText(QDateTime::currentDateTime().toString(QStringLiteral("M/d/yyyy h:mm:ss AP")));
+    const Simulation* simulation = basin.current_simulation();
+    comments_->setPlainText(simulation != nullptr ? to_qt(simulation->text(17)) : QString{});
+    const auto labels = statistics_labels(basin.Units_Code);
+    const auto values = statistics_values(run);
+    for (int row = 0; row < k_rows; ++row) {
+        const auto index = static_cast<std::size_t>(row);
+        statistics_->item(row, 0)->setText(to_qt(labels.at(index)));
+        statistics_->item(row, 1)->setText(to_qt(single_text(values.at(index))));
+    }
+    show_basin_file();
+}
+
+}  // namespace nivora

@@ -1,0 +1,538 @@
+#include "shell/frmNVR.h"
+
+#include "engine/run_driver.h"
+#include "engine/windows/Results.h"
+#include "engine/windows/frmTimeLagDist.h"
+#include "shell/basin_grids.h"
+#include "shell/frmAbout.h"
+#include "shell/frmNVRHelp.h"
+#include "shell/frmSplash.h"
+#include "widgets/qt_text.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QTableView>
+#include <QTimer>
+
+namespace nivora {
+namespace {
+
+constexpr int k_window_number = 1;
+constexpr int k_main_window_topic = 0;
+
+std::string& box_text(BasinState& basin, std::size_t box) {
+    switch (static_cast<BasinBox>(box)) {
+        case BasinBox::Zones: return basin.zones_text;
+        case BasinBox::ReferenceElevation: return basin.reference_elevation_text;
+        case BasinBox::Latitude: return basin.latitude_text;
+        case BasinBox::Description: return basin.basin_description;
+        case BasinBox::Longitude: return basin.longitude_text;
+        case BasinBox::Name: break;
+    }
+    return basin.basin_name;
+}
+
+QLabel* make_label(const QString& name, const QString& text, int help, QWidget* parent) {
+    auto* label = new QLabel(text, parent);
+    label->setObjectName(name);
+    NivoraWindow::set_help(label, help);
+    return label;
+}
+
+}  // namespace
+
+frmNVR::frmNVR(const WindowContext& context)
+    : NivoraWindow(context, "frmNVR", k_window_number),
+      life_(context.session, context.program_folder),
+      menu_(new MainMenu(menuBar(), context.session, this)),
+      zones_(new ZoneModel(context.session, this)),
+      simulations_(new SimulationModel(context.session, this)),
+      units_(new QComboBox(this)),
+      units_label_(make_label(QStringLiteral("lblUnits"), {}, 9, this)),
+      zones_label_(make_label(QStringLiteral("lblZones"), {}, 4, this)),
+      area_label_(make_label(QStringLiteral("lblBasinArea"), {}, 46, this)),
+      simulation_label_(make_label(QStringLiteral("lblSimVisible"), {}, 21, this)),
+      procedure_(make_label(QStringLiteral("panel2"), {}, 43, this)),
+      zone_grid_(make_grid("vaSpread1", zones_)),
+      simulation_grid_(make_grid("DBGrid1", simulations_)) {
+    setWindowTitle(QStringLiteral("NIVORA - Hollin Flow Model for Windows"));
+    auto* content = new QWidget(this);
+    auto* layout = new QVBoxLayout(content);
+    layout->addWidget(make_definition(), 3);
+    layout->addWidget(make_simulations(), 2);
+    set_content(content);
+    statusBar()->addPermanentWidget(procedure_);
+    connect_boxes();
+    connect(menu_, &MainMenu::chosen, this, &frmNVR::do_command);
+    connect(menu_, &MainMenu::recent_chosen, this, [this](std::size_t entry) { life_.open_recent(entry); });
+    connect(zones_, &ZoneModel::edited, this, &frmNVR::zone_edited);
+    connect(simulation_grid_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this] { row_selected(); });
+    resize(1000, 720);
+}
+
+frmNVR::~frmNVR() = default;
+
+QTableView* frmNVR::make_grid(const char* name, QAbstractItemModel* model) {
+    auto* grid = new QTableView(this);
+    grid->setObjectName(QString::fromUtf8(name));
+    grid->setModel(model);
+    grid->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    grid->horizontalHeader()->setDefaultAlignment(Qt::AlignCenter | Qt::Alignment(Qt::TextWordWrap));
+    grid->horizontalHeader()->setMinimumSectionSize(70);
+    grid->verticalHeader()->setDefaultSectionSize(grid->fontMetrics().lineSpacing() + 8);
+    grid->installEventFilter(this);
+    return grid;
+}
+
+void frmNVR::make_boxes(QGridLayout* grid) {
+    struct Place {
+        int label;
+        int box;
+        const char* caption;
+        int help;
+        int row;
+        int column;
+    };
+    constexpr std::array<Place, 6> k_places{{{0, 0, "Name:", 3, 0, 0},
+                                             {2, 1, "Number of Zones:", 4, 1, 2},
+                                             {5, 2, "Reference Elevation (m):", 5, 2, 0},
+                                             {3, 3, "Latitude (dec):", 6, 2, 2},
+                                             {1, 4, "Description:", 7, 3, 0},
+                                             {4, 5, "Longitude (dec):", 8, 2, 4}}};
+    for (const Place& place : k_places) {
+        auto* box = new QLineEdit(this);
+        box->setObjectName(QStringLiteral("Text(%1)").arg(place.box));
+        box->installEventFilter(this);
+        set_help(box, place.help);
+        QLabel* label = make_label(QStringLiteral("Label1(%1)").arg(place.label),
+                                   QString::fromUtf8(place.caption), place.help, this);
+        label->setBuddy(box);
+        grid->addWidget(label, place.row, place.column, Qt::AlignRight);
+        const bool wide = place.box == 0 || place.box == 4;
+        grid->addWidget(box, place.row, place.column + 1, 1, wide ? 5 : 1);
+        boxes_.at(static_cast<std::size_t>(place.box)) = box;
+        labels_.at(static_cast<std::size_t>(place.label)) = label;
+    }
+    grid->addWidget(zones_label_, 1, 3);
+    labels_[7] = make_label(QStringLiteral("Label1(7)"), QStringLiteral("Basin Area (km²):"), 46, this);
+    grid->addWidget(labels_[7], 1, 4, Qt::AlignRight);
+    grid->addWidget(area_label_, 1, 5);
+}
+
+void frmNVR::make_units(QGridLayout* grid) {
+    units_->setObjectName(QStringLiteral("Combo1"));
+    units_->addItems({QStringLiteral("Metric"), QStringLiteral("English")});
+    units_->setPlaceholderText(QStringLiteral(" "));
+    units_->setCurrentIndex(-1);
+    units_->installEventFilter(this);
+    set_help(units_, 9);
+    labels_[8] = make_label(QStringLiteral("Label1(8)"), QStringLiteral("Units of Measurement:"), 9, this);
+    labels_[8]->setBuddy(units_);
+    grid->addWidget(labels_[8], 1, 0, Qt::AlignRight);
+    grid->addWidget(units_, 1, 1);
+    grid->addWidget(units_label_, 1, 1);
+}
+
+QGroupBox* frmNVR::make_definition() {
+    auto* frame = new QGroupBox(QStringLiteral("Basin Definition "), this);
+    frame->setObjectName(QStringLiteral("Frame1(0)"));
+    set_help(frame, 1);
+    auto* grid = new QGridLayout(frame);
+    make_units(grid);
+    make_boxes(grid);
+    set_help(zone_grid_, 47);
+    zone_grid_->setAccessibleName(QStringLiteral("Elevation zones"));
+    grid->addWidget(zone_grid_, 4, 0, 1, 6);
+    grid->setRowStretch(4, 1);
+    const std::array<QWidget*, 8> order{boxes_[0], units_,    boxes_[1], boxes_[2],
+                                        boxes_[3], boxes_[5], boxes_[4], zone_grid_};
+    for (std::size_t i = 1; i < order.size(); ++i) setTabOrder(order.at(i - 1), order.at(i));
+    return frame;
+}
+
+QGroupBox* frmNVR::make_simulations() {
+    auto* frame = new QGroupBox(QStringLiteral("Basin Simulations "), this);
+    frame->setObjectName(QStringLiteral("Frame1(1)"));
+    set_help(frame, 2);
+    auto* grid = new QGridLayout(frame);
+    labels_[6] =
+        make_label(QStringLiteral("Label1(6)"), QStringLiteral("Current Simulation Name:"), 21, this);
+    grid->addWidget(labels_[6], 0, 0);
+    grid->addWidget(simulation_label_, 0, 1, 1, 3);
+    set_help(simulation_grid_, 48);
+    simulation_grid_->setAccessibleName(QStringLiteral("Simulations"));
+    simulation_grid_->setSelectionBehavior(QAbstractItemView::SelectRows);
+    simulation_grid_->setSelectionMode(QAbstractItemView::SingleSelection);
+    grid->addWidget(simulation_grid_, 1, 0, 1, 5);
+    constexpr std::array<const char*, 3> k_captions{"&Add Simulation", "&Delete Simulation",
+                                                    "&Edit Simulation"};
+    for (int i = 0; i < 3; ++i) {
+        const auto index = static_cast<std::size_t>(i);
+        buttons_.at(index) = new QPushButton(QString::fromUtf8(k_captions.at(index)), frame);
+        buttons_.at(index)->setObjectName(QStringLiteral("Command1(%1)").arg(i));
+        set_help(buttons_.at(index), 39 + i);
+        grid->addWidget(buttons_.at(index), 2, i);
+    }
+    connect(buttons_[0], &QPushButton::clicked, this, &frmNVR::add_simulation);
+    grid->setColumnStretch(4, 1);
+    grid->setRowStretch(1, 1);
+    return frame;
+}
+
+void frmNVR::connect_boxes() {
+    for (std::size_t box = 0; box < boxes_.size(); ++box) {
+        connect(boxes_.at(box), &QLineEdit::textChanged, this, [this, box] { box_changed(box); });
+    }
+    connect(units_, &QComboBox::currentIndexChanged, this, [this](int index) {
+        if (!filling_ && index >= 0) fill_labels();
+    });
+}
+
+void frmNVR::start() {
+    life_.start();
+    show();
+    refresh_main_window();
+    boxes_[0]->setFocus();
+}
+
+void frmNVR::commit_edits() {
+    if (QWidget* editor = zone_grid_->indexWidget(zone_grid_->currentIndex())) editor->clearFocus();
+    zone_grid_->setFocus();
+    for (std::size_t box = 0; box < boxes_.size(); ++box) {
+        box_text(session().basin, box) = from_qt(boxes_.at(box)->text());
+    }
+}
+
+void frmNVR::refresh_main_window() {
+    filling_ = true;
+    fill_boxes();
+    zones_->reload();
+    simulations_->reload();
+    for (QTableView* grid : {zone_grid_, simulation_grid_}) grid->resizeColumnsToContents();
+    const auto row = session().basin.current_row;
+    if (row) simulation_grid_->selectRow(static_cast<int>(*row));
+    filling_ = false;
+    fill_labels();
+    menu_->refresh();
+    show_basin_file();
+}
+
+void frmNVR::fill_boxes() {
+    BasinState& basin = session().basin;
+    for (std::size_t box = 0; box < boxes_.size(); ++box)
+        boxes_.at(box)->setText(to_qt(box_text(basin, box)));
+    if (basin.Units_Code != k_units_not_fixed) {
+        units_->setCurrentIndex(basin.Units_Code);
+    } else {
+        units_->setCurrentIndex(-1);
+    }
+}
+
+void frmNVR::fill_labels() {
+    const BasinState& basin = session().basin;
+    const ShellState& shell = session().shell;
+    const int units =
+        basin.Units_Code != k_units_not_fixed ? basin.Units_Code : std::max(0, units_->currentIndex());
+    labels_[5]->setText(to_qt(reference_elevation_label(units)));
+    labels_[7]->setText(to_qt(basin_area_label(units)));
+    units_label_->setText(units == k_english ? QStringLiteral("English") : QStringLiteral("Metric"));
+    units_->setVisible(shell.units_list_shown);
+    units_label_->setVisible(!shell.units_list_shown);
+    labels_[2]->setVisible(shell.zones_label_shown);
+    boxes_[1]->setVisible(shell.zones_box_shown);
+    zones_label_->setVisible(shell.zones_fixed_shown);
+    zones_label_->setText(to_qt(basin.zones_text));
+    area_label_->setText(to_qt(basin.basin_area_text));
+    simulation_label_->setText(to_qt(doubled_ampersands(basin.Current_Sim_Name)));
+    buttons_[1]->setEnabled(shell.delete_simulation);
+    buttons_[2]->setEnabled(shell.edit_simulation);
+    procedure_->setText(menu_->melting_procedure());
+}
+
+void frmNVR::mark_edited() {
+    BasinState& basin = session().basin;
+    basin.Output_Valid = false;
+    basin.Basin_Changed = true;
+    basin.Input_Changed = true;
+}
+
+void frmNVR::box_changed(std::size_t box) {
+    if (filling_) return;
+    const ChangedBox changed = changed_box(static_cast<BasinBox>(box), from_qt(boxes_.at(box)->text()));
+    if (changed.message) refuse(boxes_.at(box), *changed.message);
+    if (changed.beep) QApplication::beep();
+    if (to_qt(changed.text) != boxes_.at(box)->text()) {
+        boxes_.at(box)->setText(to_qt(changed.text));
+        return;
+    }
+    box_text(session().basin, box) = changed.text;
+    mark_edited();
+}
+
+void frmNVR::box_left(std::size_t box) {
+    if (telling_ || leaving_ || context().quick_help.is_on()) return;
+    const QString text = boxes_.at(box)->text();
+    const auto problem =
+        left_box_problem(static_cast<BasinBox>(box), from_qt(text), session().basin.Units_Code);
+    if (problem) {
+        telling_ = true;
+        refuse(boxes_.at(box), *problem);
+        telling_ = false;
+        const bool name = box == static_cast<std::size_t>(BasinBox::Name);
+        boxes_.at(box)->setText(name ? QString::fromUtf8(k_unnamed_basin) : QString{});
+        if (!name) QTimer::singleShot(0, boxes_.at(box), [edit = boxes_.at(box)] { edit->setFocus(); });
+        return;
+    }
+    const bool zones_open =
+        box == static_cast<std::size_t>(BasinBox::Zones) && !session().shell.zones_fixed_shown;
+    if (zones_open && !text.trimmed().isEmpty()) zones_left();
+}
+
+void frmNVR::zones_left() {
+    telling_ = true;
+    if (session().basin.Units_Code == k_units_not_fixed) {
+        boxes_[1]->clear();
+        session().dialogs.message(units_before_zones());
+        units_->setFocus();
+        telling_ = false;
+        return;
+    }
+    const bool confirmed = session().dialogs.message(zones_question()) == Answer::Yes;
+    telling_ = false;
+    if (!confirmed) {
+        boxes_[1]->clear();
+        QTimer::singleShot(0, boxes_[1], [this] { boxes_[1]->setFocus(); });
+        return;
+    }
+    try {
+        fix_zones(session(), boxes_[1]->text().toInt());
+    } catch (const StoreError& error) {
+        session().dialogs.stop(error.what());
+    }
+    refresh_main_window();
+}
+
+void frmNVR::units_left() {
+    if (telling_ || leaving_ || units_->currentIndex() < 0 || !units_->isVisible()) return;
+    telling_ = true;
+    const bool confirmed = session().dialogs.message(units_question()) == Answer::Yes;
+    telling_ = false;
+    if (!confirmed) {
+        units_->setCurrentIndex(-1);
+        return;
+    }
+    try {
+        fix_units(session(), units_->currentIndex());
+    } catch (const StoreError& error) {
+        session().dialogs.stop(error.what());
+    }
+    refresh_main_window();
+    QTimer::singleShot(0, boxes_[1], [this] { boxes_[1]->setFocus(); });
+}
+
+void frmNVR::move_on_from(std::size_t box) {
+    switch (static_cast<BasinBox>(box)) {
+        case BasinBox::Name:
+            if (units_->isVisible()) return units_->setFocus();
+            return boxes_[1]->isVisible() ? boxes_[1]->setFocus() : boxes_[2]->setFocus();
+        case BasinBox::Zones: return boxes_[2]->setFocus();
+        case BasinBox::ReferenceElevation: return boxes_[3]->setFocus();
+        case BasinBox::Latitude: return boxes_[5]->setFocus();
+        case BasinBox::Longitude: return boxes_[4]->setFocus();
+        case BasinBox::Description: return zone_grid_->setFocus();
+    }
+}
+
+bool frmNVR::eventFilter(QObject* watched, QEvent* event) {
+    const auto found = std::find(boxes_.begin(), boxes_.end(), watched);
+    if (found != boxes_.end()) {
+        const auto box = static_cast<std::size_t>(found - boxes_.begin());
+        if (event->type() == QEvent::FocusOut) box_left(box);
+        if (event->type() == QEvent::FocusIn) QTimer::singleShot(0, *found, &QLineEdit::selectAll);
+        if (event->type() == QEvent::KeyPress) {
+            const auto* key = static_cast<QKeyEvent*>(event);
+            if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
+                move_on_from(box);
+                return true;
+            }
+            const QString typed = key->text();
+            if (typed.isEmpty() || !typed.front().isPrint()) return false;
+            const auto kept = (*found)->text().remove((*found)->selectedText());
+            const auto verdict = key_verdict(static_cast<BasinBox>(box), typed.toUcs4().front(),
+                                             from_qt((*found)->hasSelectedText() ? kept : (*found)->text()));
+            if (verdict == KeyVerdict::DroppedWithBeep) QApplication::beep();
+            return verdict != KeyVerdict::Passes;
+        }
+    }
+    if (watched == units_) {
+        if (event->type() == QEvent::FocusOut && QApplication::activePopupWidget() == nullptr) units_left();
+        if (event->type() == QEvent::KeyPress) {
+            const int key = static_cast<QKeyEvent*>(event)->key();
+            if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+                if (units_->currentIndex() < 0) {
+                    telling_ = true;
+                    session().dialogs.message(units_missing());
+                    telling_ = false;
+                    units_->setFocus();
+                } else {
+                    units_left();
+                }
+                return true;
+            }
+        }
+    }
+    if (watched == zone_grid_ && event->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Delete) {
+        zones_->clear_cells(zone_grid_->selectionModel()->selectedIndexes());
+        return true;
+    }
+    return NivoraWindow::eventFilter(watched, event);
+}
+
+void frmNVR::zone_edited() {
+    mark_edited();
+    session().basin.basin_area_text = basin_area_text(session().basin.zones);
+    area_label_->setText(to_qt(session().basin.basin_area_text));
+}
+
+void frmNVR::row_selected() {
+    const QModelIndex current = simulation_grid_->currentIndex();
+    if (filling_ || !current.isValid()) return;
+    choose_simulation_row(session(), static_cast<std::size_t>(current.row()));
+    fill_labels();
+    menu_->refresh();
+}
+
+void frmNVR::add_simulation() {
+    if (const auto problem = add_simulation_problem(session())) session().dialogs.message(*problem);
+}
+
+void frmNVR::do_command(Command command) {
+    switch (command) {
+        case Command::New: return life_.new_basin();
+        case Command::Open: return life_.open();
+        case Command::Save: return life_.save();
+        case Command::SaveAs: return life_.save_as();
+        case Command::Exit: close(); return;
+        case Command::NoSnow: return toggle_snow();
+        case Command::MeltTemperature:
+        case Command::MeltRadiation: return fill_labels();
+        case Command::ClearRecent: session().settings.recent_files.clear(); return menu_->refresh();
+        case Command::OpeningRun: return open_run_menu();
+        case Command::MeltSeasonSimulation: return run_simulation(0);
+        case Command::YearRoundSimulation: return run_simulation(1);
+        case Command::MeltSeasonForecast: return run_forecast(0);
+        case Command::YearRoundForecast: return run_forecast(1);
+        case Command::Convert:
+            session().dialogs.message({.text = "Database conversion routine in development"});
+            return;
+        case Command::TimeLag: return show_time_lag();
+        case Command::Help: return show_help_topic(k_main_window_topic);
+        case Command::Welcome: frmSplash(session(), false, this).exec(); return;
+        case Command::About: frmAbout(this).exec(); return;
+        case Command::SystemInformation: return show_system_information();
+        case Command::PageSetup:
+        case Command::None: return;
+    }
+}
+
+void frmNVR::open_run_menu() {
+    if (!session().shell.run_simulation || context().quick_help.is_on()) return;
+    const auto problem = run_menu_problem(session().basin);
+    if (!problem) return;
+    if (problem->place == RunMenuProblem::Place::ReferenceElevation) {
+        refuse(boxes_[2], problem->message);
+        boxes_[2]->setFocus();
+        return;
+    }
+    if (problem->place == RunMenuProblem::Place::None) {
+        session().dialogs.message(problem->message);
+        return;
+    }
+    zones_->mark_zone(problem->zone);
+    session().dialogs.message(problem->message);
+    zones_->mark_zone(0);
+    zone_grid_->setFocus();
+    zone_grid_->setCurrentIndex(zones_->index(problem->zone - 1, 2));
+}
+
+void frmNVR::run_simulation(int index) {
+    choose_simulation(session().run);
+    run(index);
+}
+
+void frmNVR::run_forecast(int index) {
+    if (choose_forecast(session().run, session().dialogs, index)) run(index);
+}
+
+void frmNVR::run(int index) {
+    commit_edits();
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const RunOutcome outcome = start_run({session().basin, session().run, session().dialogs}, index);
+    QApplication::restoreOverrideCursor();
+    menu_->refresh();
+    simulations_->reload();
+    if (outcome.statistics_valid) show_results();
+}
+
+void frmNVR::toggle_snow() {
+    if (const auto told = toggle_no_snow(session())) session().dialogs.message(*told);
+    menu_->refresh();
+}
+
+void frmNVR::show_results() {
+    if (!results_) results_ = std::make_unique<Results>(context(), nullptr);
+    results_->fill();
+    results_->show_modal();
+}
+
+void frmNVR::show_time_lag() { frmTimeLagDist(context(), nullptr).show_modal(); }
+
+void frmNVR::show_help_topic(int topic) {
+    if (!help_) help_ = std::make_unique<frmNVRHelp>(context(), nullptr);
+    help_->show_topic(topic);
+    help_->show();
+    help_->raise();
+    help_->activateWindow();
+}
+
+void frmNVR::show_system_information() {
+    session().dialogs.message({.text = "System Information Is Unavailable At This Time"});
+}
+
+void frmNVR::quick_help_changed(bool on) {
+    for (QLineEdit* box : boxes_) {
+        if (box != nullptr) box->setReadOnly(on);
+    }
+    if (!on) boxes_[0]->setFocus();
+}
+
+void frmNVR::closeEvent(QCloseEvent* event) {
+    if (!context().quick_help.is_on()) {
+        leaving_ = true;
+        const bool ends = life_.may_exit();
+        leaving_ = false;
+        if (!ends) {
+            event->ignore();
+            return;
+        }
+    }
+    NivoraWindow::closeEvent(event);
+    if (!event->isAccepted()) return;
+    if (results_) results_->close();
+    if (help_) help_->close();
+    qApp->quit();
+}
+
+}  // namespace nivora

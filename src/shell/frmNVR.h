@@ -1,0 +1,98 @@
+// The main window: the definition of the open basin, its zones and its simulations.
+#pragma once
+
+#include "session/basin_life.h"
+#include "session/main_window_rules.h"
+#include "shell/main_menu.h"
+#include "widgets/nivora_window.h"
+
+#include <array>
+#include <memory>
+
+class QAbstractItemModel;
+class QComboBox;
+class QGridLayout;
+class QGroupBox;
+class QLineEdit;
+class QPushButton;
+class QTableView;
+
+namespace nivora {
+
+class Results;
+class SimulationModel;
+class ZoneModel;
+class frmNVRHelp;
+
+class frmNVR : public NivoraWindow, public Desktop {
+    Q_OBJECT
+
+public:
+    explicit frmNVR(const WindowContext& context);
+    ~frmNVR() override;
+
+    /// The file work of the start, and what follows from it.
+    void start();
+
+    void commit_edits() override;
+    void refresh_main_window() override;
+    void show_help_topic(int topic) override;
+    void show_results() override;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void quick_help_changed(bool on) override;
+
+private:
+    QGroupBox* make_definition();
+    QGroupBox* make_simulations();
+    void make_boxes(QGridLayout* grid);
+    void make_units(QGridLayout* grid);
+    QTableView* make_grid(const char* name, QAbstractItemModel* model);
+    void connect_boxes();
+
+    void fill_boxes();
+    void fill_labels();
+    void box_changed(std::size_t box);
+    void box_left(std::size_t box);
+    void zones_left();
+    void units_left();
+    void move_on_from(std::size_t box);
+    void zone_edited();
+    void row_selected();
+    void add_simulation();
+
+    void do_command(Command command);
+    void open_run_menu();
+    void run_simulation(int index);
+    void run_forecast(int index);
+    void run(int index);
+    void toggle_snow();
+    void show_time_lag();
+    void show_system_information();
+    void mark_edited();
+
+    BasinLife life_;
+    MainMenu* menu_;
+    ZoneModel* zones_;
+    SimulationModel* simulations_;
+    std::array<QLineEdit*, 6> boxes_{};
+    std::array<QLabel*, 9> labels_{};
+    QComboBox* units_;
+    QLabel* units_label_;
+    QLabel* zones_label_;
+    QLabel* area_label_;
+    QLabel* simulation_label_;
+    QLabel* procedure_;
+    QTableView* zone_grid_;
+    QTableView* simulation_grid_;
+    std::array<QPushButton*, 3> buttons_{};
+    std::unique_ptr<Results> results_;
+    std::unique_ptr<frmNVRHelp> help_;
+    bool filling_ = false;
+    bool telling_ = false;
+    bool leaving_ = false;
+};
+
+}  // namespace nivora

@@ -1,0 +1,137 @@
+#include "shell/frmNVRHelp.h"
+
+#include "base/durable_file.h"
+#include "widgets/qt_text.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QFontDialog>
+#include <QMenuBar>
+#include <QTextBrowser>
+#include <QUrl>
+
+namespace nivora {
+namespace {
+
+constexpr int k_window_number = 12;
+
+struct Topic {
+    int index;
+    const char* caption;
+    int topic;
+};
+
+constexpr std::array<Topic, 18> k_topics{{{0, "Nivora Main Window", 0},
+                                          {1, "&Main Window Menu Bar", 98},
+                                          {2, "&Edit Simulation Control Information", 2},
+                                          {3, "Edit &Basin Variables", 7},
+                                          {4, "Edit Simulation &Parameters", 71},
+                                          {5, "Simulation Results (data)", 72},
+                                          {6, "Simulation Statistics", 8},
+                                          {7, "&Climate Change Scenario Definition", 4},
+                                          {8, "&Run a Climate Change", 5},
+                                          {9, "Long-Term Monthly Averages", 6},
+                                          {10, "&Output Definition", 9},
+                                          {11, "&File Display", 10},
+                                          {12, "Help for (this screen)", 16},
+                                          {13, "Output Graphics", 17},
+                                          {14, "Graphics", 18},
+                                          {15, "Line Attributes", 13},
+                                          {16, "Populate Physical Data Table", 3},
+                                          {17, "Custom Time Lag Distribution", 12}}};
+
+constexpr const char* k_manual = "Hollin Flow Model (Nivora) Users Manual";
+constexpr const char* k_manual_link = "Nivora Users Manual";
+
+QString plain(const char* caption) { return QString::fromUtf8(caption).remove(QLatin1Char('&')); }
+
+/// The text as a page whose mention of the manual is a link.
+QString page_of(const std::string& text) {
+    QString page = to_qt(text).trimmed().toHtmlEscaped();
+    const QString link = QString::fromUtf8(k_manual_link);
+    const auto at = page.indexOf(link);
+    if (at >= 0) page.replace(at, link.size(), QStringLiteral("<a href=\"manual\">%1</a>").arg(link));
+    page.replace(QStringLiteral("\n\n"), QStringLiteral("</p><p>"));
+    page.replace(QLatin1Char('\n'), QStringLiteral("<br>"));
+    return QStringLiteral("<p>%1</p>").arg(page);
+}
+
+}  // namespace
+
+frmNVRHelp::frmNVRHelp(const WindowContext& context, QWidget* parent)
+    : NivoraWindow(context, "frmNVRHelp", k_window_number, parent), text_(new QTextBrowser(this)) {
+    text_->setObjectName(QStringLiteral("txtHelp"));
+    text_->setAccessibleName(QStringLiteral("Help text"));
+    text_->setOpenLinks(false);
+    set_help(text_, 1);
+    set_content(text_);
+    make_menus();
+    connect(text_, &QTextBrowser::anchorClicked, this, [this] { show_manual(); });
+    resize(720, 620);
+}
+
+void frmNVRHelp::make_menus() {
+    QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
+    file->addAction(QStringLiteral("&Print"))->setObjectName(QStringLiteral("mnuPrint"));
+    QAction* close_action = file->addAction(QStringLiteral("&Close"), this, &QWidget::close);
+    close_action->setObjectName(QStringLiteral("mnuClose"));
+    QMenu* edit = menuBar()->addMenu(QStringLiteral("&Edit"));
+    edit->addAction(QStringLiteral("&Copy to Clipboard"), this, [this] { copy(); })
+        ->setObjectName(QStringLiteral("mnuCopy"));
+    QAction* fonts = menuBar()->addAction(QStringLiteral("F&onts"), this, [this] {
+        bool chosen = false;
+        const QFont font = QFontDialog::getFont(&chosen, text_->font(), this);
+        if (chosen) text_->setFont(font);
+    });
+    fonts->setObjectName(QStringLiteral("mnuFonts"));
+    QMenu* topics = menuBar()->addMenu(QStringLiteral("&Help for..."));
+    for (const Topic& topic : k_topics) {
+        QAction* action = topics->addAction(QString::fromUtf8(topic.caption), this,
+                                            [this, number = topic.topic] { show_topic(number); });
+        action->setObjectName(QStringLiteral("mnuHlpItm(%1)").arg(topic.index));
+    }
+    topics->addSeparator();
+    topics->addAction(QString::fromUtf8(k_manual), this, [this] { show_manual(); })
+        ->setObjectName(QStringLiteral("mnuHlpItm(19)"));
+}
+
+void frmNVRHelp::show_topic(int topic) {
+    QString name = QStringLiteral("Nivora");
+    for (const Topic& known : k_topics) {
+        if (known.topic == topic) name = plain(known.caption);
+    }
+    setWindowTitle(QStringLiteral("Help for ") + name);
+    text_->setHtml(page_of(Help_Text(context().program_folder, topic)));
+}
+
+void frmNVRHelp::copy() {
+    const QString selected = text_->textCursor().selectedText();
+    QApplication::clipboard()->setText(selected.isEmpty() ? text_->toPlainText() : selected);
+    QTextCursor cursor = text_->textCursor();
+    cursor.clearSelection();
+    text_->setTextCursor(cursor);
+}
+
+void frmNVRHelp::show_manual() {
+    std::array<QString, 2> reasons;
+    std::size_t at = 0;
+    for (const char* ending : {".doc", ".pdf"}) {
+        const auto file = context().program_folder / (std::string{k_manual} + ending);
+        if (!std::filesystem::exists(file)) {
+            reasons.at(at) = QStringLiteral("File not found");
+        } else if (QDesktopServices::openUrl(QUrl::fromLocalFile(to_qt(path_text(file))))) {
+            return;
+        } else {
+            reasons.at(at) = QStringLiteral("No association for file extension");
+        }
+        ++at;
+    }
+    const QString text = QStringLiteral(
+                             "The Nivora Users Manual is unavailable for the following reasons: \n\n"
+                             "Microsoft Word version:\t%1\nAdobe .pdf version:    \t%2")
+                             .arg(reasons[0], reasons[1]);
+    session().dialogs.message({.text = from_qt(text), .title = "Unable to access the Nivora Users Manual"});
+}
+
+}  // namespace nivora

@@ -1,0 +1,27 @@
+// The manual window: numbered topics of the help text.
+#pragma once
+
+#include "widgets/nivora_window.h"
+
+class QTextBrowser;
+
+namespace nivora {
+
+class frmNVRHelp : public NivoraWindow {
+    Q_OBJECT
+
+public:
+    explicit frmNVRHelp(const WindowContext& context, QWidget* parent = nullptr);
+
+    /// Shows a topic and names it in the caption.
+    void show_topic(int topic);
+
+private:
+    void make_menus();
+    void show_manual();
+    void copy();
+
+    QTextBrowser* text_;
+};
+
+}  // namespace nivora

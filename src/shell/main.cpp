@@ -1,0 +1,74 @@
+// The desktop program of Nivora.
+
+#include "shell/desktop_link.h"
+#include "shell/frmNVR.h"
+#include "shell/frmSplash.h"
+#include "shell/settings_store.h"
+#include "widgets/desktop_dialogs.h"
+#include "widgets/qt_text.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QLockFile>
+#include <fstream>
+
+namespace {
+
+/// Whether files can be made beside the program; the reason where not.
+int write_test(const std::filesystem::path& program_folder) {
+    const auto path = program_folder / "test";
+    {
+        std::ofstream file{path};
+        if (!file) return errno == 0 ? EACCES : errno;
+    }
+    std::error_code ignored;  // a test file that stays is no reason not to start
+    std::filesystem::remove(path, ignored);
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    using namespace nivora;
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Nivora"));
+    const QString folder = QApplication::applicationDirPath();
+    const std::filesystem::path program_folder = QDir(folder).filesystemAbsolutePath();
+
+    DesktopDialogs dialogs;
+    const auto store = user_settings();
+    if (const int number = write_test(program_folder); number > 0) {
+        dialogs.stop(
+            "You must have 'Modify' permission on the Tarnlog-7 startup subdirectory in order to run the "
+            "program.  "
+            "Contact the administrator of you computer to modify your permissions.",
+            "Tarnlog-7 cannot run, insufficient permission level (Error code  " + std::to_string(number) +
+                ")");
+        return 1;
+    }
+
+    DesktopLink link;
+    Session session{dialogs, link};
+    session.settings = Load_Settings(*store);
+    QuickHelp quick_help;
+    frmNVR window({session, quick_help, program_folder});
+    link.lead_to(&window);
+
+    if (session.settings.show_splash) {
+        frmSplash splash(session, true);
+        splash.exec();
+        if (splash.leaves()) return 0;
+    }
+    // The lock names its process, so that one that a crashed program left behind counts for nothing.
+    QLockFile lock(folder + QStringLiteral("/nivora.lock"));
+    lock.setStaleLockTime(0);
+    if (!lock.tryLock(0)) {
+        dialogs.stop("Nivora already running!", "Duplicate instances of Nivora not allowed!");
+        return 1;
+    }
+    window.start();
+    const int status = QApplication::exec();
+    Save_Settings(*store, session.settings);
+    store->sync();
+    return status;
+}

@@ -1,0 +1,201 @@
+#include "shell/main_menu.h"
+
+#include "session/main_window_rules.h"
+#include "widgets/qt_text.h"
+
+#include <QActionGroup>
+#include <QMenuBar>
+
+namespace nivora {
+namespace {
+
+/// One entry: its name, where it stands, its caption (none for a separator), the number of its help text, and
+/// what it asks for. An entry whose caption opens a menu of its own is named as the parent of others.
+struct Entry {
+    const char* name;
+    const char* parent;
+    const char* caption;
+    int help;
+    Command command = Command::None;
+};
+
+constexpr std::array k_bar{
+    Entry{"mnuFile", "", "&File", 3},  Entry{"mnuEdit", "", "&Edit", 48}, Entry{"mnuOpt", "", "&Options", 49},
+    Entry{"mnuData", "", "&Data", 50}, Entry{"mnuRun", "", "&Run", 51},   Entry{"mnuTools", "", "&Tools", 52},
+};
+
+constexpr std::array k_entries{
+    Entry{"mnuFileItem(0)", "mnuFile", "&New", 0, Command::New},
+    Entry{"mnuFileItem(1)", "mnuFile", "&Open", 1, Command::Open},
+    Entry{"mnuFileItem(2)", "mnuFile", "&Import", 2},
+    Entry{"mnuFileItem(3)", "mnuFile", nullptr, 3},
+    Entry{"mnuFileItem(4)", "mnuFile", "&Save", 4, Command::Save},
+    Entry{"mnuFileItem(5)", "mnuFile", "Save &As ...", 5, Command::SaveAs},
+    Entry{"mnuFileItem(6)", "mnuFile", nullptr, 6},
+    Entry{"mnuFileItem(7)", "mnuFile", "&Page Setup", 7, Command::PageSetup},
+    Entry{"mnuFileItem(8)", "mnuFile", nullptr, 8},
+    Entry{"mnuFileItem(9)", "mnuFile", "E&xit", 9, Command::Exit},
+    Entry{"mnuFileArray(0)", "mnuFile", nullptr, 10},
+    Entry{"mnuEditItem(0)", "mnuEdit", "Cu&t", 31},
+    Entry{"mnuEditItem(1)", "mnuEdit", "&Copy", 32},
+    Entry{"mnuEditItem(2)", "mnuEdit", "&Paste", 33},
+    Entry{"mnuEditItem(3)", "mnuEdit", nullptr, 34},
+    Entry{"mnuEditItem(4)", "mnuEdit", "&Insert", 35},
+    Entry{"mnuEditItmInsert(0)", "mnuEditItem(4)", "&Row", 35},
+    Entry{"mnuEditItmInsert(1)", "mnuEditItem(4)", "&Column", 35},
+    Entry{"mnuEditItem(5)", "mnuEdit", "&Delete", 36},
+    Entry{"mnuEditItmDelete(0)", "mnuEditItem(5)", "&Row", 36},
+    Entry{"mnuEditItmDelete(1)", "mnuEditItem(5)", "&Column", 36},
+    Entry{"mnuOptItem(0)", "mnuOpt", "&Run year-round simulations in 'No Snow' mode", 37, Command::NoSnow},
+    Entry{"mnuOptItem(1)", "mnuOpt", nullptr, 38},
+    Entry{"mnuOptItem(3)", "mnuOpt", "Melting Procedure", 38},
+    Entry{"mnuOptSubItem(0)", "mnuOptItem(3)", "Temperature", 39, Command::MeltTemperature},
+    Entry{"mnuOptSubItem(1)", "mnuOptItem(3)", "Temperature/Radiation", 40, Command::MeltRadiation},
+    Entry{"mnuOptItem(4)", "mnuOpt", nullptr, 41},
+    Entry{"mnuOptItem(5)", "mnuOpt", "&Clear Recent Files", 41, Command::ClearRecent},
+    Entry{"mnuDataOpt(0)", "mnuData", "&Simulation Definition", 11},
+    Entry{"mnuDataOpt(1)", "mnuData", nullptr, 12},
+    Entry{"mnuDataOpt(2)", "mnuData", "&Climate Change Scenario Definition", 13},
+    Entry{"mnuDataOpt(3)", "mnuData", nullptr, 14},
+    Entry{"mnuDataOpt(4)", "mnuData", "&Variables", 15},
+    Entry{"mnuDataOptVar(0)", "mnuDataOpt(4)", "&Period of record", 46},
+    Entry{"mnuDataOptVar(1)", "mnuDataOpt(4)", "&Current simulation", 47},
+    Entry{"mnuDataOpt(5)", "mnuData", "&Parameters", 16},
+    Entry{"mnuDataOpt(6)", "mnuData", nullptr, 17},
+    Entry{"mnuDataOpt(7)", "mnuData", "&Results", 18},
+    Entry{"mnuRunSim", "mnuRun", "&Simulation", 19},
+    Entry{"mnuRunSimVar(0)", "mnuRunSim", "&Melt Season Simulation", 20, Command::MeltSeasonSimulation},
+    Entry{"mnuRunSimVar(1)", "mnuRunSim", "&Year round Simulation", 21, Command::YearRoundSimulation},
+    Entry{"mnuRunFor", "mnuRun", "&Forecast", 22},
+    Entry{"mnuRunForVar(0)", "mnuRunFor", "&Melt Season Forecast", 23, Command::MeltSeasonForecast},
+    Entry{"mnuRunForVar(1)", "mnuRunFor", "&Year round Forecast", 24, Command::YearRoundForecast},
+    Entry{"mnuRunSep1", "mnuRun", nullptr, 25},
+    Entry{"mnuRunClim", "mnuRun", "C&limate Change", 25},
+    Entry{"mnuToolsItm(0)", "mnuTools", "&Calculate Long-term Monthly Averages", 26},
+    Entry{"mnuToolsItm(1)", "mnuTools", nullptr, 27},
+    Entry{"mnuToolsItm(2)", "mnuTools", "Convert from Metric to English", 27, Command::Convert},
+    Entry{"mnuToolsItm(3)", "mnuTools", nullptr, 27},
+    Entry{"mnuToolsItm(4)", "mnuTools", "&Define a custom time lag distribution for the basin", 28,
+          Command::TimeLag},
+    Entry{"mnuWinGraphics", "", "&Graphics", 29},
+    Entry{"mnuReports", "", "&Reports", 30},
+    Entry{"mnuHelpItm(0)", "mnuHelp", "&Help for Nivora main window", 42, Command::Help},
+    Entry{"mnuHelpItm(1)", "mnuHelp", "Show Nivora &Welcome", 43, Command::Welcome},
+    Entry{"mnuHelpItm(2)", "mnuHelp", nullptr, 43},
+    Entry{"mnuHelpItm(3)", "mnuHelp", "&About NVR for Windows", 44, Command::About},
+    Entry{"mnuHelpItm(4)", "mnuHelp", "&System Information", 45, Command::SystemInformation},
+};
+
+bool opens_menu(const char* name) {
+    const std::string_view wanted{name};
+    return std::any_of(k_entries.begin(), k_entries.end(),
+                       [&](const Entry& entry) { return std::string_view{entry.parent} == wanted; });
+}
+
+}  // namespace
+
+MainMenu::MainMenu(QMenuBar* bar, Session& session, QObject* parent) : QObject(parent), session_(session) {
+    make_menus(bar);
+    make_recent_entries();
+    auto* procedures = new QActionGroup(this);
+    for (const char* name : {"mnuOptSubItem(0)", "mnuOptSubItem(1)"}) {
+        QAction* procedure = action(QString::fromUtf8(name));
+        procedure->setCheckable(true);
+        procedures->addAction(procedure);
+    }
+    action(QStringLiteral("mnuOptSubItem(0)"))->setChecked(true);
+    action(QStringLiteral("mnuOptItem(0)"))->setCheckable(true);
+    connect(menus_.at(QStringLiteral("mnuRun")), &QMenu::aboutToShow, this,
+            [this] { emit chosen(Command::OpeningRun); });
+}
+
+void MainMenu::make_menus(QMenuBar* bar) {
+    const auto named = [this](QAction* action, const Entry& entry) {
+        action->setObjectName(QString::fromUtf8(entry.name));
+        action->setProperty("helpMenu", entry.help);
+        actions_[action->objectName()] = action;
+        if (entry.command != Command::None) {
+            connect(action, &QAction::triggered, this,
+                    [this, command = entry.command] { emit chosen(command); });
+        }
+    };
+    const auto add_menu = [&](const Entry& entry, QWidget* where) {
+        auto* menu = new QMenu(QString::fromUtf8(entry.caption), where);
+        menu->setObjectName(QString::fromUtf8(entry.name));
+        menus_[menu->objectName()] = menu;
+        where->addAction(menu->menuAction());
+        named(menu->menuAction(), entry);
+    };
+    for (const Entry& entry : k_bar) add_menu(entry, bar);
+    for (const Entry& entry : k_entries) {
+        const QString parent = QString::fromUtf8(entry.parent);
+        if (parent == QStringLiteral("mnuHelp") && !menus_.contains(parent)) {
+            add_menu({"mnuHelp", "", "&Help", 53}, bar);
+        }
+        QWidget* where = parent.isEmpty() ? static_cast<QWidget*>(bar) : menus_.at(parent);
+        if (entry.caption != nullptr && opens_menu(entry.name)) {
+            add_menu(entry, where);
+            continue;
+        }
+        auto* action =
+            new QAction(entry.caption != nullptr ? QString::fromUtf8(entry.caption) : QString{}, this);
+        action->setSeparator(entry.caption == nullptr);
+        where->addAction(action);
+        named(action, entry);
+    }
+}
+
+void MainMenu::make_recent_entries() {
+    QMenu* file = menus_.at(QStringLiteral("mnuFile"));
+    for (std::size_t entry = 1; entry <= k_most_recent_files; ++entry) {
+        QAction* action = file->addAction(QString{}, this, [this, entry] { emit recent_chosen(entry); });
+        action->setObjectName(QStringLiteral("mnuFileArray(%1)").arg(entry));
+        action->setProperty("helpMenu", 11);
+        actions_[action->objectName()] = action;
+    }
+}
+
+QAction* MainMenu::action(const QString& name) const {
+    const auto found = actions_.find(name);
+    return found == actions_.end() ? nullptr : found->second;
+}
+
+QString MainMenu::melting_procedure() const {
+    QAction* first = action(QStringLiteral("mnuOptSubItem(0)"));
+    return first->isChecked() ? first->text() : action(QStringLiteral("mnuOptSubItem(1)"))->text();
+}
+
+void MainMenu::enable(const char* name, bool on) { action(QString::fromUtf8(name))->setEnabled(on); }
+
+void MainMenu::refresh() {
+    const ShellState& shell = session_.shell;
+    enable("mnuFileItem(4)", shell.save);
+    enable("mnuFileItem(5)", shell.save_as);
+    enable("mnuDataOpt(0)", shell.simulation_definition);
+    enable("mnuDataOpt(2)", shell.scenario_definition);
+    enable("mnuDataOpt(4)", shell.variables);
+    enable("mnuDataOptVar(0)", shell.variables_of_record);
+    enable("mnuDataOptVar(1)", shell.variables_of_simulation);
+    enable("mnuDataOpt(5)", shell.parameters);
+    enable("mnuDataOpt(7)", session_.run.results_enabled);
+    enable("mnuRun", shell.run_menu);
+    enable("mnuRunSim", shell.run_simulation);
+    enable("mnuRunSimVar(0)", shell.melt_season);
+    enable("mnuRunFor", shell.run_forecast);
+    enable("mnuRunForVar(0)", shell.melt_season);
+    enable("mnuRunClim", shell.run_climate);
+    enable("mnuTools", shell.tools_menu);
+    enable("mnuToolsItm(0)", shell.long_term_averages);
+    enable("mnuWinGraphics", shell.graphics);
+    enable("mnuReports", shell.reports);
+    action(QStringLiteral("mnuOptItem(0)"))->setChecked(session_.run.NoSnow);
+    const auto& recent = session_.settings.recent_files;
+    action(QStringLiteral("mnuFileArray(0)"))->setVisible(!recent.empty());
+    for (std::size_t entry = 1; entry <= k_most_recent_files; ++entry) {
+        QAction* item = action(QStringLiteral("mnuFileArray(%1)").arg(entry));
+        item->setVisible(entry <= recent.size());
+        if (entry <= recent.size()) item->setText(to_qt(doubled_ampersands(recent[entry - 1])));
+    }
+}
+
+}  // namespace nivora

@@ -1,0 +1,69 @@
+// The menu bar of the main window.
+#pragma once
+
+#include "session/session.h"
+
+#include <QObject>
+#include <map>
+#include <vector>
+
+class QAction;
+class QMenu;
+class QMenuBar;
+
+namespace nivora {
+
+/// What an entry of the menu bar asks for. Entries whose windows come later stand and ask for nothing yet.
+enum class Command {
+    None,
+    New,
+    Open,
+    Save,
+    SaveAs,
+    PageSetup,
+    Exit,
+    NoSnow,
+    MeltTemperature,
+    MeltRadiation,
+    ClearRecent,
+    OpeningRun,
+    MeltSeasonSimulation,
+    YearRoundSimulation,
+    MeltSeasonForecast,
+    YearRoundForecast,
+    Convert,
+    TimeLag,
+    Help,
+    Welcome,
+    About,
+    SystemInformation
+};
+
+class MainMenu : public QObject {
+    Q_OBJECT
+
+public:
+    MainMenu(QMenuBar* bar, Session& session, QObject* parent);
+
+    /// Brings captions, ticks and what is enabled in line with the session.
+    void refresh();
+
+    [[nodiscard]] QAction* action(const QString& name) const;
+    /// The caption of the melting procedure that is ticked.
+    [[nodiscard]] QString melting_procedure() const;
+
+signals:
+    void chosen(nivora::Command command);
+    void recent_chosen(std::size_t entry);
+
+private:
+    void make_menus(QMenuBar* bar);
+    void make_recent_entries();
+    void enable(const char* name, bool on);
+
+    Session& session_;
+    std::map<QString, QAction*> actions_;
+    std::map<QString, QMenu*> menus_;
+};
+
+}  // namespace nivora

@@ -1,0 +1,81 @@
+// What all windows have in common.
+#pragma once
+
+#include "session/help_texts.h"
+#include "session/session.h"
+#include "widgets/quick_help.h"
+
+#include <QMainWindow>
+#include <filesystem>
+
+class QLabel;
+class QTextEdit;
+class QToolButton;
+
+namespace nivora {
+
+/// What every window is made with.
+struct WindowContext {
+    Session& session;
+    QuickHelp& quick_help;
+    std::filesystem::path program_folder;
+};
+
+/// A window with a QuickHelp button and strip, a status bar that shows the basin's file, a kept position, and
+/// its help texts. The strip and the button's state follow QuickHelp; while it is on the window can't be
+/// closed.
+class NivoraWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    /// @param name   the window's name, which is its section among the help texts
+    /// @param number its number among the kept window positions
+    NivoraWindow(const WindowContext& context, const char* name, int number, QWidget* parent = nullptr);
+
+    /// Shows the window before all others until it is closed.
+    void show_modal();
+
+    /// Gives an element its help line. A widget without one is explained by the next around it that has one.
+    static void set_help(QWidget* widget, int line);
+
+    void explain_widget(QWidget* widget);
+    void explain_menu(int number);
+    [[nodiscard]] bool is_help_button(const QWidget* widget) const;
+    [[nodiscard]] bool is_help_strip(const QWidget* widget) const;
+    [[nodiscard]] QString help_text() const;
+
+    /// The colour of a box or cell whose content was refused.
+    static constexpr unsigned k_refused_colour = 0xFF8080;
+
+protected:
+    [[nodiscard]] Session& session() { return context_.session; }
+    [[nodiscard]] const WindowContext& context() const { return context_; }
+
+    /// Puts the window's own content above the strip.
+    void set_content(QWidget* content);
+    /// Shows the basin's file in the status bar.
+    void show_basin_file();
+    /// Shows a message while an element has the colour of refused input.
+    void refuse(QWidget* element, const Message& message);
+    /// What QuickHelp changes in a window beside its strip.
+    virtual void quick_help_changed(bool on) { static_cast<void>(on); }
+
+    void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void show_quick_help(bool on);
+    void show_text(const std::string& text);
+    void save_position();
+
+    WindowContext context_;
+    std::size_t number_;
+    QuickHelpTexts texts_;
+    QToolButton* help_button_;
+    QTextEdit* strip_;
+    QLabel* basin_file_;
+    QWidget* frame_;
+    bool placed_ = false;
+};
+
+}  // namespace nivora

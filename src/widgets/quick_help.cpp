@@ -1,0 +1,124 @@
+#include "widgets/quick_help.h"
+
+#include "widgets/nivora_window.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMouseEvent>
+#include <QStatusBar>
+#include <QVariant>
+
+namespace nivora {
+namespace {
+
+bool is_input(QEvent::Type type) {
+    switch (type) {
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::KeyPress:
+        case QEvent::KeyRelease:
+        case QEvent::ContextMenu:
+        case QEvent::Wheel:
+        case QEvent::Drop: return true;
+        default: return false;
+    }
+}
+
+/// The window that an element belongs to; an open menu belongs to the window of its bar.
+NivoraWindow* window_of(QWidget* widget) {
+    for (QWidget* at = widget; at != nullptr; at = at->parentWidget()) {
+        if (auto* window = qobject_cast<NivoraWindow*>(at)) return window;
+    }
+    return nullptr;
+}
+
+/// Whether a key only moves the attention, and may do so.
+bool moves_attention(const QEvent* event) {
+    if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease) return false;
+    switch (static_cast<const QKeyEvent*>(event)->key()) {
+        case Qt::Key_Tab:
+        case Qt::Key_Backtab:
+        case Qt::Key_Alt:
+        case Qt::Key_F10:
+        case Qt::Key_Shift:
+        case Qt::Key_Control: return true;
+        default: return false;
+    }
+}
+
+void explain_action(NivoraWindow* window, const QAction* action) {
+    const QVariant number = action->property(k_help_menu);
+    window->explain_menu(number.isValid() ? number.toInt() : -1);
+}
+
+}  // namespace
+
+QuickHelp::QuickHelp(QObject* parent) : QObject(parent) { qApp->installEventFilter(this); }
+
+void QuickHelp::set_on(bool on) {
+    if (on == on_) return;
+    on_ = on;
+    if (on) {
+        QApplication::setOverrideCursor(Qt::WhatsThisCursor);
+    } else {
+        QApplication::restoreOverrideCursor();
+    }
+    emit changed(on);
+}
+
+bool QuickHelp::eventFilter(QObject* watched, QEvent* event) {
+    if (!on_) return false;
+    if (event->type() == QEvent::Shortcut) {
+        if (auto* action = qobject_cast<QAction*>(watched)) {
+            if (action->menu() != nullptr) return false;
+            for (QObject* owner : action->associatedObjects()) {
+                auto* widget = qobject_cast<QWidget*>(owner);
+                if (NivoraWindow* window = window_of(widget)) explain_action(window, action);
+            }
+            return true;
+        }
+        if (auto* widget = qobject_cast<QWidget*>(watched)) return filter_widget(widget, event);
+        return false;
+    }
+    auto* widget = qobject_cast<QWidget*>(watched);
+    if (widget == nullptr || !is_input(event->type())) return false;
+    return filter_widget(widget, event);
+}
+
+bool QuickHelp::filter_widget(QWidget* widget, QEvent* event) {
+    NivoraWindow* window = window_of(widget);
+    if (window == nullptr || window->is_help_button(widget) || moves_attention(event)) return false;
+    if (qobject_cast<QMenuBar*>(widget) != nullptr) return false;
+    if (qobject_cast<QMenu*>(widget) != nullptr) return filter_menu(widget, event);
+    if (window->is_help_strip(widget) && event->type() == QEvent::Wheel) return false;
+    const bool counts = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress ||
+                        event->type() == QEvent::Shortcut;
+    if (counts) window->explain_widget(widget);
+    event->accept();
+    return true;
+}
+
+bool QuickHelp::filter_menu(QWidget* widget, QEvent* event) {
+    auto* menu = static_cast<QMenu*>(widget);
+    QAction* action = nullptr;
+    if (event->type() == QEvent::MouseButtonRelease) {
+        action = menu->actionAt(static_cast<QMouseEvent*>(event)->position().toPoint());
+    } else if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Space) {
+            return key >= Qt::Key_Exclam && key <= Qt::Key_AsciiTilde;
+        }
+        action = menu->activeAction();
+    } else {
+        return false;
+    }
+    if (action == nullptr || action->menu() != nullptr || action->isSeparator()) return false;
+    explain_action(window_of(widget), action);
+    return true;
+}
+
+}  // namespace nivora

@@ -1,0 +1,44 @@
+// QuickHelp: one state for the whole program in which every element explains itself and none acts.
+#pragma once
+
+#include <QObject>
+
+class QAction;
+class QWidget;
+
+namespace nivora {
+
+class NivoraWindow;
+
+/// On exactly when the pointer is the arrow with the question mark. While it is on, one filter before all
+/// windows shows the text of the element that was clicked, or reached by a key, and swallows the event; no
+/// handler tests for it.
+class QuickHelp : public QObject {
+    Q_OBJECT
+
+public:
+    explicit QuickHelp(QObject* parent = nullptr);
+
+    [[nodiscard]] bool is_on() const { return on_; }
+    void set_on(bool on);
+    void toggle() { set_on(!on_); }
+
+signals:
+    void changed(bool on);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    bool filter_widget(QWidget* widget, QEvent* event);
+    bool filter_menu(QWidget* menu, QEvent* event);
+
+    bool on_ = false;
+};
+
+/// The property of a widget that holds the number of its help line.
+inline constexpr const char* k_help_line = "helpLine";
+/// The property of a menu action that holds the number of its text among the menu texts.
+inline constexpr const char* k_help_menu = "helpMenu";
+
+}  // namespace nivora
