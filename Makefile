@@ -3,7 +3,7 @@
 JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 600
 
-.PHONY: build setup run test bench fuzz lint format asan clean help
+.PHONY: build setup run test bench fuzz lint format asan screenshots clean help
 
 build: setup ## build the programs and the tests as shipped; the program folder is build/nivora
 	cmake --preset release
@@ -40,6 +40,11 @@ asan: setup ## build under the address and undefined-behaviour sanitizers and ru
 	cmake --preset asan
 	cmake --build --preset asan -j $(JOBS)
 	ctest --preset asan -j2
+
+screenshots: build ## draw every window into build/screenshots, at 96 and at 192 dpi
+	cmake --build --preset release --target nivora_screenshots -j $(JOBS)
+	QT_QPA_PLATFORM=offscreen build/release/tools/screenshots/nivora_screenshots build/screenshots/96
+	QT_QPA_PLATFORM=offscreen QT_SCALE_FACTOR=2 build/release/tools/screenshots/nivora_screenshots build/screenshots/192
 
 clean: ## remove everything that was built
 	rm -rf build

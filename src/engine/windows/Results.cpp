@@ -45,6 +45,9 @@ QTableWidget* make_table(QWidget* parent) {
         for (int column = 0; column < 2; ++column) table->setItem(row, column, new QTableWidgetItem);
         table->item(row, 1)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
     }
+    // All six are seen at once; a window that grows gives its room to the comments.
+    table->setFixedHeight(table->verticalHeader()->defaultSectionSize() * k_rows + 2 * table->frameWidth());
+    table->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     return table;
 }
 
@@ -60,13 +63,13 @@ Results::Results(const WindowContext& context, QWidget* parent)
     comments_->setObjectName(QStringLiteral("RichTextBox1"));
     comments_->setAccessibleName(QStringLiteral("Comments"));
     comments_->setReadOnly(true);
-    comments_->setMaximumHeight(comments_->fontMetrics().lineSpacing() * 5);
+    comments_->setMinimumHeight(comments_->fontMetrics().lineSpacing() * 3);
     set_help(comments_, 10);
     auto* content = new QWidget(this);
     auto* layout = new QVBoxLayout(content);
     layout->addWidget(make_labels());
-    layout->addWidget(statistics_, 1);
-    layout->addWidget(comments_);
+    layout->addWidget(statistics_);
+    layout->addWidget(comments_, 1);
     layout->addWidget(make_buttons());
     set_content(content);
     resize(560, 460);

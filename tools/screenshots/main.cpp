@@ -1,0 +1,196 @@
+// Renders every window of the program with the sample basin into PNG files: nivora_screenshots <folder>.
+// Needs no display: QT_QPA_PLATFORM=offscreen. QT_SCALE_FACTOR=2 gives the pictures of a sharp screen.
+
+#include "base/durable_file.h"
+#include "engine/windows/Results.h"
+#include "engine/windows/frmTimeLagDist.h"
+#include "shell/desktop_link.h"
+#include "shell/frmAbout.h"
+#include "shell/frmNVR.h"
+#include "shell/frmNVRHelp.h"
+#include "shell/frmSplash.h"
+#include "widgets/desktop_dialogs.h"
+#include "widgets/qt_text.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDialog>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QToolButton>
+#include <filesystem>
+#include <iostream>
+
+namespace nivora {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Boxes as the user sees them, each drawn and left with the answer that goes on; files come from a list.
+class PicturedDialogs : public DesktopDialogs {
+public:
+    explicit PicturedDialogs(fs::path folder) : folder_(std::move(folder)) {}
+
+    Answer message(const Message& message) override {
+        draw_soon();
+        DesktopDialogs::message(message);
+        return go_on_answer(message.buttons);
+    }
+    std::optional<std::string> input(const InputBox& box) override {
+        draw_soon();
+        DesktopDialogs::input(box);
+        return "7";
+    }
+    std::optional<fs::path> file(const FileQuestion&) override { return next_file; }
+
+    fs::path next_file;
+    const char* next_picture = nullptr;
+
+private:
+    void draw_soon() {
+        QTimer::singleShot(50, qApp, [this] {
+            QWidget* box = QApplication::activeModalWidget();
+            if (box == nullptr) return;
+            if (next_picture != nullptr) box->grab().save(picture(next_picture));
+            next_picture = nullptr;
+            box->close();
+        });
+    }
+    [[nodiscard]] QString picture(const char* name) const { return to_qt(path_text(folder_ / name)); }
+
+    fs::path folder_;
+};
+
+class Photographer {
+public:
+    explicit Photographer(fs::path pictures)
+        : pictures_(std::move(pictures)), program_(program_folder()), dialogs_(pictures_) {
+        window_ = std::make_unique<frmNVR>(WindowContext{session_, quick_help_, program_});
+        link_.lead_to(window_.get());
+    }
+
+    void work() {
+        window_->start();
+        settle();
+        draw(*window_, "main-window-new-basin.png");
+        new_basin();
+        sample();
+        menus();
+        windows();
+    }
+
+private:
+    /// A program folder that may be written to, with the files that lie beside the program.
+    fs::path program_folder() {
+        const fs::path folder = path_from_utf8(from_qt(scratch_.path()));
+        for (const char* name : {"null.mdb", "NIVORAHelp.txt", "quickhelp.txt"}) {
+            fs::copy_file(fs::path{NIVORA_PROGRAM_FOLDER} / name, folder / name);
+        }
+        fs::copy_file(fs::path{NIVORA_PROGRAM_FOLDER} / "samples/ellervane.mdb", folder / "ellervane.mdb");
+        return folder;
+    }
+
+    static void settle() {
+        for (int i = 0; i < 5; ++i) QApplication::processEvents();
+    }
+
+    void draw(QWidget& widget, const char* name) {
+        settle();
+        widget.grab().save(to_qt(path_text(pictures_ / name)));
+    }
+
+    void trigger(const char* action) {
+        window_->findChild<QAction*>(QString::fromUtf8(action))->trigger();
+        settle();
+    }
+
+    void new_basin() {
+        auto* units = window_->findChild<QComboBox*>(QStringLiteral("Combo1"));
+        dialogs_.next_picture = "units-question.png";
+        units->setCurrentIndex(0);
+        fix_units(session_, 0);
+        session_.dialogs.message(units_question());
+        dialogs_.next_picture = "zones-question.png";
+        session_.dialogs.message(zones_question());
+        window_->refresh_main_window();
+        draw(*window_, "main-window-zones.png");
+    }
+
+    void sample() {
+        session_.basin.Basin_Changed = false;
+        dialogs_.next_file = program_ / "ellervane.mdb";
+        trigger("mnuFileItem(1)");
+        draw(*window_, "main-window.png");
+        QTimer::singleShot(200, qApp, [this] { draw_top("Results", "results.png"); });
+        trigger("mnuRunSimVar(1)");
+        dialogs_.next_picture = "forecast-input.png";
+        QTimer::singleShot(400, qApp, [this] { draw_top("Results", "results-forecast.png"); });
+        trigger("mnuRunForVar(1)");
+        window_->findChild<QToolButton*>(QStringLiteral("btnHelp"))->click();
+        window_->explain_widget(window_->findChild<QLineEdit*>(QStringLiteral("Text(3)")));
+        draw(*window_, "quickhelp.png");
+        quick_help_.set_on(false);
+    }
+
+    void draw_top(const char* name, const char* picture) {
+        for (QWidget* top : QApplication::topLevelWidgets()) {
+            if (top->objectName() != QString::fromUtf8(name) || !top->isVisible()) continue;
+            draw(*top, picture);
+            top->close();
+        }
+    }
+
+    void menus() {
+        for (const auto& [menu, picture] :
+             {std::pair{"mnuFile", "recent-files.png"}, std::pair{"mnuRun", "run-menu.png"},
+              std::pair{"mnuData", "data-menu.png"}, std::pair{"mnuOpt", "options-menu.png"}}) {
+            auto* popup = window_->findChild<QMenu*>(QString::fromUtf8(menu));
+            popup->popup(QPoint(0, 0));
+            draw(*popup, picture);
+            popup->hide();
+        }
+    }
+
+    void windows() {
+        const WindowContext context{session_, quick_help_, program_};
+        frmTimeLagDist lag(context);
+        lag.show();
+        draw(lag, "time-lag.png");
+        frmNVRHelp help(context);
+        help.show_topic(0);
+        help.show();
+        draw(help, "help-window.png");
+        frmSplash splash(session_, true);
+        splash.show();
+        draw(splash, "splash.png");
+        frmAbout about;
+        about.show();
+        draw(about, "about.png");
+    }
+
+    fs::path pictures_;
+    QTemporaryDir scratch_;
+    fs::path program_;
+    PicturedDialogs dialogs_;
+    DesktopLink link_;
+    Session session_{dialogs_, link_};
+    QuickHelp quick_help_;
+    std::unique_ptr<frmNVR> window_;
+};
+
+}  // namespace
+}  // namespace nivora
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    if (argc != 2) {
+        std::cerr << "usage: nivora_screenshots <folder>\n";
+        return 2;
+    }
+    std::filesystem::create_directories(argv[1]);
+    nivora::Photographer{argv[1]}.work();
+    return 0;
+}
