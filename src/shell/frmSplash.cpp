@@ -14,6 +14,7 @@ namespace nivora {
 namespace {
 
 constexpr int k_first_steps_topic = 1;
+constexpr int k_width = 560;
 
 /// Snow-covered ridges above a stream.
 class Picture : public QWidget {
@@ -81,6 +82,7 @@ frmSplash::frmSplash(Session& session, bool at_start, QWidget* parent)
     auto* frame_layout = new QVBoxLayout(frame);
     auto* disclaimer = new QLabel(QString::fromUtf8(disclaimer_text()), frame);
     disclaimer->setWordWrap(true);
+    disclaimer->setMinimumHeight(disclaimer->heightForWidth(k_width - 60));
     frame_layout->addWidget(disclaimer);
     skip_->setObjectName(QStringLiteral("Check1"));
     skip_->setChecked(!session.settings.show_splash);
@@ -91,7 +93,7 @@ frmSplash::frmSplash(Session& session, bool at_start, QWidget* parent)
     layout->addWidget(frame);
     layout->addWidget(skip_);
     make_buttons(layout, at_start);
-    setFixedWidth(560);
+    setFixedWidth(k_width);
 }
 
 void frmSplash::make_buttons(QBoxLayout* layout, bool at_start) {

@@ -18,6 +18,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QToolButton>
@@ -123,6 +124,7 @@ private:
         session_.basin.Basin_Changed = false;
         dialogs_.next_file = program_ / "ellervane.mdb";
         trigger("mnuFileItem(1)");
+        window_->findChild<QTableView*>(QStringLiteral("DBGrid1"))->selectRow(1);
         draw(*window_, "main-window.png");
         QTimer::singleShot(200, qApp, [this] { draw_top("Results", "results.png"); });
         trigger("mnuRunSimVar(1)");
