@@ -1,0 +1,101 @@
+#include "shell/frmAbout.h"
+#include "shell/frmNVRHelp.h"
+#include "shell/frmSplash.h"
+#include "tests/shell/main_window_fixture.h"
+
+#include <gmock/gmock.h>
+
+#include <QClipboard>
+#include <QTextBrowser>
+
+namespace nivora {
+namespace {
+
+using testing::HasSubstr;
+
+class HelpWindowTest : public MainWindowTest {
+protected:
+    frmNVRHelp help_{WindowContext{session_, quick_help_, program_.path()}};
+    QTextBrowser* text_ = help_.findChild<QTextBrowser*>(QStringLiteral("txtHelp"));
+};
+
+TEST_F(HelpWindowTest, ShowsATopicUnderItsName) {
+    help_.show_topic(12);
+    EXPECT_EQ(help_.windowTitle(), QStringLiteral("Help for Custom Time Lag Distribution"));
+    EXPECT_FALSE(text_->toPlainText().startsWith(QString::fromStdString(program_.path().string())));
+}
+
+TEST_F(HelpWindowTest, EveryTopicOfItsMenuHasAText) {
+    for (int index = 0; index <= 17; ++index) {
+        auto* action = help_.findChild<QAction*>(QStringLiteral("mnuHlpItm(%1)").arg(index));
+        ASSERT_NE(action, nullptr) << index;
+        action->trigger();
+        EXPECT_FALSE(text_->toPlainText().startsWith(QString::fromStdString(program_.path().string())))
+            << index;
+        EXPECT_EQ(help_.windowTitle(), QStringLiteral("Help for ") + action->text().remove(QLatin1Char('&')));
+    }
+}
+
+TEST_F(HelpWindowTest, TheManualIsALinkWhereItIsMentioned) {
+    help_.show_topic(0);
+    EXPECT_THAT(text_->toHtml().toStdString(), HasSubstr("href=\"manual\""));
+}
+
+TEST_F(HelpWindowTest, AManualThatIsNotThereIsToldWithBothReasons) {
+    help_.findChild<QAction*>(QStringLiteral("mnuHlpItm(19)"))->trigger();
+    EXPECT_EQ(last_message().title, "Unable to access the Nivora Users Manual");
+    EXPECT_EQ(last_message().text,
+              "The Nivora Users Manual is unavailable for the following reasons: \n\nMicrosoft Word "
+              "version:\tFile not "
+              "found\nAdobe .pdf version:    \tFile not found");
+}
+
+TEST_F(HelpWindowTest, CopyTakesTheWholeTextWhereNothingIsSelected) {
+    help_.show_topic(8);
+    help_.findChild<QAction*>(QStringLiteral("mnuCopy"))->trigger();
+    EXPECT_EQ(QApplication::clipboard()->text(), text_->toPlainText());
+}
+
+TEST_F(HelpWindowTest, TheMainWindowOpensItAtItsOwnTopic) {
+    choose("mnuHelpItm(0)");
+    bool shown = false;
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+        shown = shown ||
+                (top->windowTitle() == QStringLiteral("Help for Nivora Main Window") && top->isVisible());
+    }
+    EXPECT_TRUE(shown);
+}
+
+TEST_F(HelpWindowTest, TheWelcomeWindowKeepsTheOppositeOfItsBox) {
+    frmSplash splash(session_, true);
+    auto* skip = splash.findChild<QAbstractButton*>(QStringLiteral("Check1"));
+    EXPECT_FALSE(skip->isChecked());
+    skip->click();
+    EXPECT_FALSE(session_.settings.show_splash);
+}
+
+TEST_F(HelpWindowTest, TheWelcomeWindowLeavesTheProgramAtItsStartOnly) {
+    frmSplash at_start(session_, true);
+    at_start.findChild<QPushButton*>(QStringLiteral("Command1(2)"))->click();
+    EXPECT_TRUE(at_start.leaves());
+    frmSplash later(session_, false);
+    auto* button = later.findChild<QPushButton*>(QStringLiteral("Command1(2)"));
+    EXPECT_EQ(button->text(), QStringLiteral("Return to NVR"));
+    button->click();
+    EXPECT_FALSE(later.leaves());
+    frmSplash start(session_, true);
+    start.findChild<QPushButton*>(QStringLiteral("Command1(0)"))->click();
+    EXPECT_FALSE(start.leaves());
+}
+
+TEST_F(HelpWindowTest, TheAboutWindowTellsWhatTheProgramIs) {
+    const frmAbout about;
+    EXPECT_EQ(about.windowTitle(), QStringLiteral("About the Hollin Flow Model for Windows"));
+    QStringList texts;
+    for (const QLabel* label : about.findChildren<QLabel*>()) texts << label->text();
+    EXPECT_TRUE(texts.contains(QStringLiteral("32-bit Window Based Application")));
+    EXPECT_TRUE(texts.contains(QString::fromUtf8(disclaimer_text())));
+}
+
+}  // namespace
+}  // namespace nivora
