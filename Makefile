@@ -12,8 +12,13 @@ build: setup ## build the programs and the tests as shipped; the program folder 
 setup: ## install the packages of packages.txt that are missing
 	@tools/setup
 
-run: build ## run the bundled sample basin in a copy and print its statistics
-	cmake --build --preset release --target run_sample
+run: build ## open the program; without a display, run the bundled sample basin and print its statistics
+	@if [ -n "$$DISPLAY$$WAYLAND_DISPLAY" ]; then \
+	    echo "Opening build/nivora/nivora"; build/nivora/nivora; \
+	else \
+	    echo "There is no display to open the program on; running the sample basin through nivora-batch instead."; \
+	    cmake --build --preset release --target run_sample; \
+	fi
 
 test: build ## run all tests
 	ctest --preset release -j2

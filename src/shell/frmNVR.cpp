@@ -7,6 +7,7 @@
 #include "shell/frmAbout.h"
 #include "shell/frmNVRHelp.h"
 #include "shell/frmSplash.h"
+#include "widgets/page_dialogs.h"
 #include "widgets/qt_text.h"
 
 #include <QApplication>
@@ -19,7 +20,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QProcess>
 #include <QPushButton>
+#include <QStandardPaths>
 #include <QStatusBar>
 #include <QTableView>
 #include <QTimer>
@@ -442,7 +445,7 @@ void frmNVR::do_command(Command command) {
         case Command::Welcome: frmSplash(session(), false, this).exec(); return;
         case Command::About: frmAbout(this).exec(); return;
         case Command::SystemInformation: return show_system_information();
-        case Command::PageSetup:
+        case Command::PageSetup: return Page_Setup(session().settings, this);
         case Command::None: return;
     }
 }
@@ -508,6 +511,10 @@ void frmNVR::show_help_topic(int topic) {
 }
 
 void frmNVR::show_system_information() {
+    for (const char* tool : {"msinfo32", "kinfocenter", "hardinfo2", "hardinfo"}) {
+        const QString program = QStandardPaths::findExecutable(QString::fromUtf8(tool));
+        if (!program.isEmpty() && QProcess::startDetached(program, {})) return;
+    }
     session().dialogs.message({.text = "System Information Is Unavailable At This Time"});
 }
 

@@ -6,7 +6,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDesktopServices>
-#include <QFontDialog>
 #include <QMenuBar>
 #include <QTextBrowser>
 #include <QUrl>
@@ -80,9 +79,7 @@ void frmNVRHelp::make_menus() {
     edit->addAction(QStringLiteral("&Copy to Clipboard"), this, [this] { copy(); })
         ->setObjectName(QStringLiteral("mnuCopy"));
     QAction* fonts = menuBar()->addAction(QStringLiteral("F&onts"), this, [this] {
-        bool chosen = false;
-        const QFont font = QFontDialog::getFont(&chosen, text_->font(), this);
-        if (chosen) text_->setFont(font);
+        if (!fonts_.Choose_Font(text_->font(), this).text.isEmpty()) text_->setFont(fonts_.font());
     });
     fonts->setObjectName(QStringLiteral("mnuFonts"));
     QMenu* topics = menuBar()->addMenu(QStringLiteral("&Help for..."));

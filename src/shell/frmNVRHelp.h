@@ -2,6 +2,7 @@
 #pragma once
 
 #include "widgets/nivora_window.h"
+#include "widgets/page_dialogs.h"
 
 class QTextBrowser;
 
@@ -22,6 +23,7 @@ private:
     void copy();
 
     QTextBrowser* text_;
+    FontChooser fonts_;
 };
 
 }  // namespace nivora
