@@ -15,6 +15,7 @@ namespace nivora {
 namespace {
 
 constexpr int k_double_digits = 15;
+constexpr int k_single_digits = 7;
 
 bool is_digit(char character) { return character >= '0' && character <= '9'; }
 
@@ -174,7 +175,9 @@ double numeric_value(std::string_view text) {
 
 }  // namespace
 
-std::string single_text(float value) { return significant_text(static_cast<double>(value), 7); }
+std::string single_text(float value) { return seven_digit_text(static_cast<double>(value)); }
+
+std::string seven_digit_text(double value) { return significant_text(value, k_single_digits); }
 
 std::string double_text(double value) { return significant_text(value, k_double_digits); }
 

@@ -11,6 +11,9 @@ namespace nivora {
 /// million on and "1E-05" below 0.0001. A missing value gives an empty text, a negative zero "0".
 [[nodiscard]] std::string single_text(float value);
 
+/// The same form of a number that is no Single: rounded once, to seven significant digits.
+[[nodiscard]] std::string seven_digit_text(double value);
+
 /// The same form with at most fifteen significant digits.
 [[nodiscard]] std::string double_text(double value);
 

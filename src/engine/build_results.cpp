@@ -53,7 +53,7 @@ float prior_runoff(BasinDatabase& database, DayCount day) {
             if (count++ > 0) continue;
             float runoff = k_missing;
             read_value(query, 0, runoff);
-            if (!is_missing(static_cast<double>(runoff))) first = runoff;
+            first = runoff;
         }
         return count > 1 ? first : k_no_prior_runoff;
     });
@@ -106,7 +106,7 @@ bool accepts_initial_runoff(const RunState& run, float prior, float first_runoff
             "{{{}}}.  Continue?",
             single_text(run.InitialRunoff), single_text(first_runoff));
     } else {
-        if (prior == run.InitialRunoff) return true;
+        if (is_missing(static_cast<double>(prior)) || prior == run.InitialRunoff) return true;
         question.title = "Inconsistent data";
         question.text = fmt::format(
             "The InitialRunoffValue for this simulation {{{}}} is different than that found in the basin "

@@ -3,6 +3,8 @@
 #include "engine/lag_distribution.h"
 
 #include <algorithm>
+#include <limits>
+#include <optional>
 
 namespace nivora {
 namespace {
@@ -13,9 +15,10 @@ public:
     LagQueue(std::vector<double> weights, double first_input)
         : weights_(std::move(weights)), inputs_(weights_.size(), first_input) {}
 
-    /// Takes in the day's input and gives the lagged one; not a number where it is too large.
-    double release(double input) {
-        inputs_.back() = input;
+    /// Takes in the day's input, or keeps the newest where there is none, and gives the lagged one; not a
+    /// number where it is too large.
+    double release(std::optional<double> input) {
+        if (input) inputs_.back() = *input;
         double lagged = 0.0;
         for (std::size_t i = 0; i < inputs_.size(); ++i) lagged += inputs_[i] * weights_[i];
         std::shift_left(inputs_.begin(), inputs_.end(), 1);
@@ -35,6 +38,15 @@ std::vector<double> daily_inputs(const RunoffColumns& columns, const RunoffBasin
     return inputs;
 }
 
+/// The inputs of a run have room for two days more than the simulation's period, and no more: rows of zones
+/// that the basin does not have make more days than that, and those days bring no input.
+std::size_t days_with_input(const BasinState& basin) {
+    const Simulation* simulation = basin.current_simulation();
+    if (simulation == nullptr || !simulation->start || !simulation->end)
+        return std::numeric_limits<std::size_t>::max();
+    return static_cast<std::size_t>(std::max<DayCount>(0, *simulation->end - *simulation->start + 3));
+}
+
 }  // namespace
 
 bool Runoff_Custom_Lag(SimResults& results, const RunRows& rows, BasinState& basin, RunState& run,
@@ -45,19 +57,20 @@ bool Runoff_Custom_Lag(SimResults& results, const RunRows& rows, BasinState& bas
     const std::vector<double> inputs = daily_inputs(columns, constants, days, run);
     if (days.empty()) return true;
 
+    const std::size_t room = days_with_input(basin);
     LagQueue queue{lag_weights(run.LagDistribution), inputs.front()};
     Recession recession{run.InitialRunoff};
     double rain_share = 0.0;
     double lagged = 0.0;
     for (std::size_t day = 0; day < days.size(); ++day) {
         const std::size_t row = days[day].front();
-        assign_field(columns.total_melt[row], inputs[day]);
-        if (columns.precipitation[row] >= constants.threshold) {
-            const auto mean = static_cast<float>(basin_rain(columns, constants, days[day], rain_share));
-            if (mean >= constants.threshold) recession.start_high_flow();
-        }
+        const std::optional<double> input = day < room ? std::optional{inputs[day]} : std::nullopt;
+        if (input) assign_field(columns.total_melt[row], *input);
+        const bool wet = columns.precipitation[row] >= constants.threshold;
+        if (wet && is_heavy_on_average(columns, constants, days[day], rain_share))
+            recession.start_high_flow();
         if (!recession.prepare_day(columns.recession_x[row], columns.recession_y[row], dialogs)) return false;
-        assign_if_number(lagged, queue.release(inputs[day]));
+        assign_if_number(lagged, queue.release(input));
         assign_if_number(columns.computed[row], recession.discharge(lagged));
         assign_if_number(recession.Q, columns.computed[row]);
     }

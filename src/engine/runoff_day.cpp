@@ -106,19 +106,23 @@ DayInput day_input(const RunoffColumns& columns, const RunoffBasin& basin, DayRo
     return input;
 }
 
-double basin_rain(const RunoffColumns& columns, const RunoffBasin& basin, DayRows rows, double& share) {
+bool is_heavy_on_average(const RunoffColumns& columns, const RunoffBasin& basin, DayRows rows,
+                         double& share) {
     double sum = 0.0;
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const std::size_t row = rows[i];
         if (!(columns.degree_days[row] >= columns.critical_temperature[row])) continue;
-        share = 1.0;
-        if (columns.rain_switch[row] == 0.0F)
+        if (columns.rain_switch[row] == 0.0F) {
             assign_if_number(share, 1.0 - static_cast<double>(columns.cover[row]));
+        } else {
+            share = 1.0;
+        }
         assign_if_number(sum, sum + share * static_cast<double>(basin.areas[i + 1]) *
                                         static_cast<double>(columns.precipitation[row]));
     }
     assign_if_number(sum, sum / static_cast<double>(basin.basin_area));
-    return sum;
+    const auto mean = static_cast<float>(sum);
+    return std::isfinite(mean) && mean >= basin.threshold;
 }
 
 bool Recession::prepare_day(double x, double y, Dialogs& dialogs) {

@@ -77,12 +77,13 @@ struct DayInput {
 [[nodiscard]] DayInput day_input(const RunoffColumns& columns, const RunoffBasin& basin, DayRows rows,
                                  RunState& run);
 
-/// Mean depth of the day's rain over the basin, cm or inches: precipitation of the zones that are warm
-/// enough, on the snow-free part alone where the zone's switch is 0.
+/// Whether the mean depth of the day's rain over the basin reaches the threshold: precipitation of the zones
+/// that are warm enough, on the snow-free part alone where the zone's switch is 0. A mean too large for a
+/// Single does not count.
 ///
 /// @param share carries the last zone's share from call to call, for a cover that is missing
-[[nodiscard]] double basin_rain(const RunoffColumns& columns, const RunoffBasin& basin, DayRows rows,
-                                double& share);
+[[nodiscard]] bool is_heavy_on_average(const RunoffColumns& columns, const RunoffBasin& basin, DayRows rows,
+                                       double& share);
 
 /// The recession of a run, day after day: k = x Q^-y, of which it keeps 1 - k.
 class Recession {

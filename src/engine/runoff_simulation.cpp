@@ -56,8 +56,7 @@ private:
     }
 
     void test_heavy_rain(DayRows rows) {
-        const auto mean = static_cast<float>(basin_rain(columns_, basin_, rows, rain_share_));
-        if (mean >= basin_.threshold) recession_.start_high_flow();
+        if (is_heavy_on_average(columns_, basin_, rows, rain_share_)) recession_.start_high_flow();
     }
 
     /// The forecast: on an update day the next day starts from the measurement, where there is one.

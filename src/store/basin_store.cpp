@@ -26,7 +26,7 @@ std::string basin_area_text(const std::vector<Zone>& zones) {
     if (zones.empty()) return k_no_area;
     double area = 0.0;
     for (const Zone& zone : zones) area += zone.area.value_or(0.0);
-    return single_text(static_cast<float>(area));
+    return seven_digit_text(area);
 }
 
 void read_basin(BasinDatabase& database, BasinState& basin) {
