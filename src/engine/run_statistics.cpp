@@ -1,5 +1,6 @@
 #include "engine/run_statistics.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace nivora {
@@ -27,10 +28,22 @@ struct Total {
     }
 };
 
-Hydrographs hydrographs(const SimResults& t, const RunState& run) {
-    Hydrographs curves;
+/// Zone 1's rows of the period in date order, which is the order in which sums are formed.
+RowOrder basin_rows(const SimResults& t, const RunState& run) {
+    RowOrder rows;
     for (std::size_t row = 0; row < t.size(); ++row) {
         if (t.Zone[row] != 1 || t.Date[row] < run.RunStart || t.Date[row] > run.RunEnd) continue;
+        rows.push_back(static_cast<std::uint32_t>(row));
+    }
+    const auto earlier = [&](std::uint32_t a, std::uint32_t b) { return t.Date[a] < t.Date[b]; };
+    if (!std::is_sorted(rows.begin(), rows.end(), earlier))
+        std::stable_sort(rows.begin(), rows.end(), earlier);
+    return rows;
+}
+
+Hydrographs hydrographs(const SimResults& t, const RunState& run) {
+    Hydrographs curves;
+    for (const std::size_t row : basin_rows(t, run)) {
         const double present = t.DailyQPresent[row];
         curves.measured.push_back(run.ClimateStep == 6 ? present : static_cast<double>(t.ActualQ[row]));
         curves.computed.push_back(run.ClimateStep == 3 ? present : t.DailyQ[row]);

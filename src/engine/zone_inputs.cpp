@@ -188,7 +188,7 @@ Message fault_message(const Fault& fault, Phase phase, const SimResults& results
                                   : "Missing data in simulation parameter Table.";
         message.text = (variables ? "Null value(s) in basin variable table on "
                                   : "Null value(s) in simulation parameter table on ") +
-                       short_date_text(results.Date[*row]) + ", in Zone " +
+                       long_date_text(results.Date[*row]) + ", in Zone " +
                        std::to_string(results.Zone[*row]);
     } else if (fault.number() == k_fault_no_record) {
         message.text = "Temperature data is missing for the date range specified.";

@@ -83,7 +83,7 @@ TEST(RunRefusal, AMissingTemperatureIsToldWithItsDayAndZone) {
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(
         result.err,
-        "Missing data in basin variable table.: Null value(s) in basin variable table on 4/2/1996, in Zone "
+        "Missing data in basin variable table.: Null value(s) in basin variable table on 04/02/1996, in Zone "
         "1 [OK]\n");
     EXPECT_TRUE(nlohmann::json::parse(result.out)["CoefficientR2"].is_null());
 }
@@ -95,7 +95,7 @@ TEST(RunRefusal, AMissingParameterIsToldWithItsDayAndZone) {
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.err,
               "Missing data in simulation parameter Table.: Null value(s) in simulation parameter table on "
-              "4/3/1996, in Zone 1 [OK]\n");
+              "04/03/1996, in Zone 1 [OK]\n");
 }
 
 TEST(RunRefusal, AMissingReferenceElevationIsToldAndTheRunGoesOn) {
