@@ -50,18 +50,16 @@ void add_climate_sums(RunState& run, std::size_t zone, float zonal_melt, float n
 }  // namespace
 
 RunoffColumns runoff_columns(SimResults& t, int climate_step) {
-    const std::vector<double>* present = climate_step == 6 ? &t.DailyQPresent : nullptr;
+    const DoubleColumn present = climate_step == 6 ? DoubleColumn{t.DailyQPresent} : DoubleColumn{};
     if (uses_changed_climate(climate_step)) {
-        const std::vector<float>& cover = climate_step == 2   ? t.SCACC
-                                          : climate_step == 6 ? t.SCAclimWAMA
-                                                              : t.SCA;
+        const Column cover = climate_step == 2 ? t.SCACC : climate_step == 6 ? t.SCAclimWAMA : t.SCA;
         return {t.ZoneDDCC, t.PrecipCC,  t.TcritCC,   t.ANCC,      t.CRCC,  t.CSCC,
                 t.RCACC,    t.XcoeffCC,  t.YCoeffCC,  t.LagTimeCC, cover,   t.Cpr,
-                t.M1S,      t.ZonalMelt, t.TotalMelt, &t.ActualQ,  present, t.DailyQ};
+                t.M1S,      t.ZonalMelt, t.TotalMelt, t.ActualQ,   present, t.DailyQ};
     }
     std::vector<double>& computed = climate_step == 3 ? t.DailyQPresent : t.DailyQ;
-    return {t.ZoneDD,  t.Precip, t.Tcrit, t.AN,  t.CR,        t.CS,        t.RCA,      t.Xcoeff, t.YCoeff,
-            t.LagTime, t.SCA,    t.Cpr,   t.M1S, t.ZonalMelt, t.TotalMelt, &t.ActualQ, present,  computed};
+    return {t.ZoneDD,  t.Precip, t.Tcrit, t.AN,  t.CR,        t.CS,        t.RCA,     t.Xcoeff, t.YCoeff,
+            t.LagTime, t.SCA,    t.Cpr,   t.M1S, t.ZonalMelt, t.TotalMelt, t.ActualQ, present,  computed};
 }
 
 RunoffBasin runoff_basin(BasinState& basin) {

@@ -27,25 +27,25 @@ inline void assign_field(float& field, double result) {
 /// The columns of the present or of the changed climate, with cover, measured and computed discharge of the
 /// step.
 struct RunoffColumns {
-    const std::vector<float>& degree_days;
-    const std::vector<float>& precipitation;
-    const std::vector<float>& critical_temperature;
-    const std::vector<float>& degree_day_factor;
-    const std::vector<float>& rain_coefficient;
-    const std::vector<float>& snow_coefficient;
-    const std::vector<float>& rain_switch;
-    const std::vector<double>& recession_x;
-    const std::vector<double>& recession_y;
-    const std::vector<float>& lag_hours;
-    const std::vector<float>& cover;
-    const std::vector<float>& rain;           ///< cm or inches, after the rule of the contributing area
-    const std::vector<float>& new_snow_melt;  ///< cm or inches that reach the runoff
-    std::vector<float>& zonal_melt;           ///< cm or inches
-    std::vector<float>& total_melt;           ///< m³/s or ft³/s
+    Column degree_days;
+    Column precipitation;
+    Column critical_temperature;
+    Column degree_day_factor;
+    Column rain_coefficient;
+    Column snow_coefficient;
+    Column rain_switch;
+    DoubleColumn recession_x;
+    DoubleColumn recession_y;
+    Column lag_hours;
+    Column cover;
+    Column rain;             ///< cm or inches, after the rule of the contributing area
+    Column new_snow_melt;    ///< cm or inches that reach the runoff
+    FieldColumn zonal_melt;  ///< cm or inches
+    FieldColumn total_melt;  ///< m³/s or ft³/s
     /// Measured discharge, m³/s or ft³/s; in step 6 the computed discharge of the present climate.
-    const std::vector<float>* measured;
-    const std::vector<double>* measured_present;
-    std::vector<double>& computed;  ///< m³/s or ft³/s
+    Column measured;
+    DoubleColumn measured_present;  ///< empty but in step 6
+    DoubleFieldColumn computed;     ///< m³/s or ft³/s
 };
 
 [[nodiscard]] RunoffColumns runoff_columns(SimResults& results, int climate_step);

@@ -62,9 +62,9 @@ private:
     /// The forecast: on an update day the next day starts from the measurement, where there is one.
     void update(int day_number, std::size_t row) {
         if (day_number == next_update_) {
-            const double measured = columns_.measured_present != nullptr
-                                        ? (*columns_.measured_present)[row]
-                                        : static_cast<double>((*columns_.measured)[row]);
+            const double measured = columns_.measured_present.empty()
+                                        ? static_cast<double>(columns_.measured[row])
+                                        : columns_.measured_present[row];
             assign_if_number(recession_.Q, measured);
             next_update_ += run_.UpdateInterval;
         } else {

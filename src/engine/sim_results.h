@@ -5,6 +5,7 @@
 #include "base/single.h"
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace nivora {
@@ -57,6 +58,12 @@ struct SimResults {
     /// Sets the number of rows; new rows hold zone 0, day 0 and missing values.
     void resize(std::size_t rows);
 };
+
+/// One column of the table as a stage uses it: to read, or to read and write.
+using Column = std::span<const float>;
+using FieldColumn = std::span<float>;
+using DoubleColumn = std::span<const double>;
+using DoubleFieldColumn = std::span<double>;
 
 /// Positions of rows, in the order in which a stage walks them.
 using RowOrder = std::vector<std::uint32_t>;

@@ -17,12 +17,20 @@ constexpr float k_curve_finished = -2.0F;
 
 /// The columns of the present or of the changed climate, and the cover that the step works on.
 struct SnowColumns {
-    const std::vector<float>& degree_days;
-    const std::vector<float>& precipitation;
-    const std::vector<float>& critical_temperature;
-    const std::vector<float>& degree_day_factor;
-    const std::vector<float>& rain_switch;
-    const std::vector<float>& cover;
+    Column degree_days;
+    Column precipitation;
+    Column critical_temperature;
+    Column degree_day_factor;
+    Column rain_switch;
+    Column cover;
+    FieldColumn sum_at;
+    FieldColumn at;
+    FieldColumn rain;
+    FieldColumn snow_on_store;
+    FieldColumn new_melt;
+    FieldColumn runoff_melt;
+    FieldColumn curve_including;
+    FieldColumn curve_excluding;
 };
 
 /// What a zone carries from day to day.
@@ -52,10 +60,14 @@ struct SnowRow {
     float curve_excluding = 0.0F;
 };
 
-SnowColumns choose_columns(const SimResults& t, int climate_step) {
-    if (!uses_changed_climate(climate_step)) return {t.ZoneDD, t.Precip, t.Tcrit, t.AN, t.RCA, t.SCA};
-    const std::vector<float>& cover = climate_step == 2 ? t.SCACC : climate_step == 6 ? t.SCAclimWAMA : t.SCA;
-    return {t.ZoneDDCC, t.PrecipCC, t.TcritCC, t.ANCC, t.RCACC, cover};
+SnowColumns choose_columns(SimResults& t, int climate_step) {
+    if (uses_changed_climate(climate_step)) {
+        const Column cover = climate_step == 2 ? t.SCACC : climate_step == 6 ? t.SCAclimWAMA : t.SCA;
+        return {t.ZoneDDCC, t.PrecipCC, t.TcritCC,     t.ANCC,    t.RCACC, cover,     t.SumAT,
+                t.aT,       t.Cpr,      t.SnowOnStore, t.NewMelt, t.M1S,   t.MDCincl, t.MDCexcl};
+    }
+    return {t.ZoneDD, t.Precip, t.Tcrit,       t.AN,      t.RCA, t.SCA,     t.SumAT,
+            t.aT,     t.Cpr,    t.SnowOnStore, t.NewMelt, t.M1S, t.MDCincl, t.MDCexcl};
 }
 
 /// The stage with all that its steps share.
@@ -174,15 +186,15 @@ private:
     }
 
     void store_row(std::size_t row, const SnowRow& fields) {
-        results_.SumAT[row] = fields.sum_at;
-        results_.aT[row] = fields.at;
-        results_.Cpr[row] = fields.rain;
-        results_.SnowOnStore[row] = fields.snow_on_store;
-        results_.NewMelt[row] = fields.new_melt;
-        results_.M1S[row] = fields.runoff_melt;
+        columns_.sum_at[row] = fields.sum_at;
+        columns_.at[row] = fields.at;
+        columns_.rain[row] = fields.rain;
+        columns_.snow_on_store[row] = fields.snow_on_store;
+        columns_.new_melt[row] = fields.new_melt;
+        columns_.runoff_melt[row] = fields.runoff_melt;
         if (!fields.on_curve) return;
-        results_.MDCincl[row] = fields.curve_including;
-        results_.MDCexcl[row] = fields.curve_excluding;
+        columns_.curve_including[row] = fields.curve_including;
+        columns_.curve_excluding[row] = fields.curve_excluding;
     }
 
     /// The curve runs from the first snow cover to the first day without. A cover that returns after that is

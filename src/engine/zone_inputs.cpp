@@ -26,17 +26,17 @@ struct ZoneInputOptions {
 
 /// The columns of the present or of the changed climate.
 struct ZoneInputColumns {
-    const std::vector<float>& maximum_temperature;
-    const std::vector<float>& minimum_temperature;
-    std::vector<float>& average_temperature;
-    std::vector<float>& precipitation;
-    std::vector<float>& critical_temperature;
-    std::vector<float>& lapse_rate;
-    std::vector<float>& snow_coefficient;
-    std::vector<float>& rain_coefficient;
-    std::vector<float>& degree_days;
-    std::vector<double>& recession_x;
-    std::vector<double>& recession_y;
+    Column maximum_temperature;
+    Column minimum_temperature;
+    FieldColumn average_temperature;
+    FieldColumn precipitation;
+    FieldColumn critical_temperature;
+    FieldColumn lapse_rate;
+    FieldColumn snow_coefficient;
+    FieldColumn rain_coefficient;
+    FieldColumn degree_days;
+    DoubleFieldColumn recession_x;
+    DoubleFieldColumn recession_y;
 };
 
 /// What zone 1's row of the day leaves for the other zones.
@@ -188,8 +188,7 @@ Message fault_message(const Fault& fault, Phase phase, const SimResults& results
                                   : "Missing data in simulation parameter Table.";
         message.text = (variables ? "Null value(s) in basin variable table on "
                                   : "Null value(s) in simulation parameter table on ") +
-                       long_date_text(results.Date[*row]) + ", in Zone " +
-                       std::to_string(results.Zone[*row]);
+                       long_date_text(results.Date[*row]) + ", in Zone " + std::to_string(results.Zone[*row]);
     } else if (fault.number() == k_fault_no_record) {
         message.text = "Temperature data is missing for the date range specified.";
     }
