@@ -1,7 +1,6 @@
 #include "store/table_io.h"
 #include "tests/support/basin_file.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -215,6 +214,15 @@ TEST(WrittenNumber, ThatIsANegativeZeroComesBackAsZero) {
     EXPECT_EQ(row.written("d", -0.0), "0.0");
     EXPECT_FALSE(std::signbit(row.read<double>("d", "-0.0")));
     EXPECT_FALSE(std::signbit(row.read<float>("s", "-0.0")));
+}
+
+TEST(BoundNumber, IsNeverANegativeZero) {
+    const BasinFile file;
+    BasinDatabase database = file.open(Access::ReadOnly);
+    SQLite::Statement query{database.sql(), "SELECT ?"};
+    bind_value(query, 1, -0.0);
+    ASSERT_TRUE(query.executeStep());
+    EXPECT_FALSE(std::signbit(query.getColumn(0).getDouble()));
 }
 
 TEST(WrittenNumber, ThatIsInfiniteIsRefused) {
