@@ -12,6 +12,17 @@ std::string box_text(const std::optional<Number>& number) {
     return number ? double_text(static_cast<double>(*number)) : std::string{};
 }
 
+void check_header(const BasinDescription& header) {
+    if (header.zones && (*header.zones < 1 || *header.zones > k_most_zones)) {
+        throw StoreError(StoreFault::Value,
+                         "The basin file states a number of zones that is not from 1 to 16.");
+    }
+    if (header.units && (*header.units < k_units_not_fixed || *header.units > k_english)) {
+        throw StoreError(StoreFault::Value,
+                         "The basin file states units that are neither Metric nor English.");
+    }
+}
+
 }  // namespace
 
 Simulation* BasinState::current_simulation() {
@@ -31,10 +42,10 @@ std::string basin_area_text(const std::vector<Zone>& zones) {
 
 void read_basin(BasinDatabase& database, BasinState& basin) {
     const BasinDescription header = read_basin_description(database);
-    if (header.zones && (*header.zones < 1 || *header.zones > k_most_zones)) {
-        throw StoreError(StoreFault::Value,
-                         "The basin file states a number of zones that is not from 1 to 16.");
-    }
+    check_header(header);
+    // All is read before any of it is taken over, so that a refused file leaves the open basin as it was.
+    auto zones = read_table<Zone>(database, template_table(k_zone_description));
+    auto simulations = read_table<Simulation>(database, template_table(k_simulation_index));
     basin.basin_name = header.name.value_or("");
     basin.basin_description = header.description.value_or("");
     basin.zones_text = box_text(header.zones);
@@ -43,8 +54,8 @@ void read_basin(BasinDatabase& database, BasinState& basin) {
     basin.longitude_text = box_text(header.longitude);
     basin.Units_Code = header.units.value_or(k_units_not_fixed);
     basin.ZoneCount = header.zones.value_or(1);
-    basin.zones = read_table<Zone>(database, template_table(k_zone_description));
-    basin.simulations = read_table<Simulation>(database, template_table(k_simulation_index));
+    basin.zones = std::move(zones);
+    basin.simulations = std::move(simulations);
     basin.basin_area_text = basin_area_text(basin.zones);
     basin.current_row.reset();
     basin.Current_Sim_Name = k_no_simulation;

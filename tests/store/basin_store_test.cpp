@@ -143,6 +143,27 @@ TEST(ReadBasin, RefusesANumberOfZonesThatNoBasinHas) {
     }
 }
 
+TEST(ReadBasin, RefusesUnitsThatNoBasinHas) {
+    for (const int units : {2, 7, -2}) {
+        const BasinFile file;
+        file.change("UPDATE BasinDescription SET Units = " + std::to_string(units));
+        BasinDatabase database = file.open(Access::ReadOnly);
+        BasinState basin;
+        EXPECT_EQ(refused([&] { read_basin(database, basin); }), StoreFault::Value) << units;
+    }
+}
+
+TEST(ReadBasin, OfAFileThatIsRefusedHalfWayLeavesTheOpenBasinAsItWas) {
+    const BasinFile file;
+    file.change("UPDATE BasinDescription SET BasinName = 'Other'");
+    file.change("INSERT INTO SimulationIndex (SimName, SimRunNumber) VALUES ('wet', 'no number')");
+    BasinDatabase database = file.open(Access::ReadOnly);
+    BasinState basin;
+    basin.basin_name = "Ellervane";
+    EXPECT_EQ(refused([&] { read_basin(database, basin); }), StoreFault::Value);
+    EXPECT_EQ(basin.basin_name, "Ellervane");
+}
+
 TEST(ReadBasin, TakesOneToSixteenZones) {
     for (const int zones : {1, 16}) {
         const BasinFile file;
