@@ -163,9 +163,15 @@ void move_to_new_name(const fs::path& finished, const fs::path& target) {
     }
 }
 
-void write_whole_file(const fs::path& target, std::string_view content) {
+void write_whole_file(const fs::path& named, std::string_view content) {
     std::error_code unknown;  // a name that can't even be looked up is refused when the file is opened
-    if (fs::is_directory(target, unknown)) refuse(target, "can't be written", "it is a folder");
+    if (fs::is_directory(named, unknown)) refuse(named, "can't be written", "it is a folder");
+    const bool exists = fs::exists(named, unknown);
+    // A finished file takes its target's name, so that a device or a pipe would be gone for every other
+    // program.
+    if (exists && !fs::is_regular_file(named, unknown))
+        refuse(named, "can't be written", "it is no ordinary file");
+    const fs::path target = exists ? fs::canonical(named) : named;
     const fs::path beside = name_beside(target);
     {
         std::ofstream file{beside, std::ios::binary | std::ios::trunc};

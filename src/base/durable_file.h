@@ -34,7 +34,8 @@ void move_into_place(const std::filesystem::path& finished, const std::filesyste
 /// @throws FileError, with the finished file removed
 void move_to_new_name(const std::filesystem::path& finished, const std::filesystem::path& target);
 
-/// Writes a file whole: beside its target first, then in its place.
+/// Writes a file whole: beside its target first, then in its place. A link stays a link; what is no ordinary
+/// file is refused.
 /// @throws FileError
 void write_whole_file(const std::filesystem::path& target, std::string_view content);
 

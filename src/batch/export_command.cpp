@@ -74,20 +74,10 @@ std::string csv_of(BasinDatabase& database, const std::string& table) {
     });
 }
 
-/// The file that a CSV goes to: behind a link, the linked one.
-///
-/// Nothing but an older CSV may be lost. A finished file takes its target's name, so that the basin, a device
-/// or a pipe would be gone.
-fs::path csv_target(const fs::path& csv, const fs::path& basin) {
-    if (!fs::exists(csv)) return csv;
-    if (fs::equivalent(csv, basin)) {
-        throw FileError(fmt::format("The file '{}' can't be written: it is the basin.", path_text(csv)));
-    }
-    if (!fs::is_regular_file(csv) && !fs::is_directory(csv)) {
-        throw FileError(
-            fmt::format("The file '{}' can't be written: it is no ordinary file.", path_text(csv)));
-    }
-    return fs::canonical(csv);
+/// The basin itself is no place for its table.
+void refuse_basin(const fs::path& csv, const fs::path& basin) {
+    if (!fs::exists(csv) || !fs::equivalent(csv, basin)) return;
+    throw FileError(fmt::format("The file '{}' can't be written: it is the basin.", path_text(csv)));
 }
 
 }  // namespace
@@ -97,7 +87,8 @@ int export_command(const std::filesystem::path& basin, const std::string& table,
     try {
         BasinDatabase database{basin, Access::ReadOnly};
         const std::string content = csv_of(database, table);
-        write_whole_file(csv_target(csv, basin), content);
+        refuse_basin(csv, basin);
+        write_whole_file(csv, content);
         return k_done;
     } catch (const StoreError& error) {
         dialogs.report_problem("Export failed", error.what());

@@ -219,5 +219,14 @@ TEST(FileError, NamesTheFile) {
               "The file '" + path_text(missing) + "' can't be read: there is no such file.");
 }
 
+TEST(WriteWholeFile, ThroughALinkKeepsTheLink) {
+    const TemporaryFolder folder;
+    folder.write("real.csv", "old");
+    std::filesystem::create_symlink(folder / "real.csv", folder / "link.csv");
+    write_whole_file(folder / "link.csv", "new");
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.csv"));
+    EXPECT_EQ(file_bytes(folder / "real.csv"), "new");
+}
+
 }  // namespace
 }  // namespace nivora
