@@ -155,6 +155,7 @@ QGroupBox* frmNVR::make_definition() {
     make_units(grid);
     make_boxes(grid);
     set_help(zone_grid_, 47);
+    zone_grid_->setProperty(k_help_columns, 9);
     zone_grid_->setAccessibleName(QStringLiteral("Elevation zones"));
     grid->addWidget(zone_grid_, 4, 0, 1, 6);
     grid->setRowStretch(4, 1);
@@ -174,6 +175,7 @@ QGroupBox* frmNVR::make_simulations() {
     grid->addWidget(labels_[6], 0, 0);
     grid->addWidget(simulation_label_, 0, 1, 1, 3);
     set_help(simulation_grid_, 48);
+    simulation_grid_->setProperty(k_help_columns, 21);
     simulation_grid_->setAccessibleName(QStringLiteral("Simulations"));
     simulation_grid_->setSelectionBehavior(QAbstractItemView::SelectRows);
     simulation_grid_->setSelectionMode(QAbstractItemView::SingleSelection);

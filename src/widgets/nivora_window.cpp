@@ -110,6 +110,8 @@ void NivoraWindow::explain_widget(QWidget* widget) {
     show_text(texts_.line(0));
 }
 
+void NivoraWindow::explain_line(int line) { show_text(texts_.line(line)); }
+
 void NivoraWindow::explain_menu(int number) { show_text(texts_.menu_text(number) + k_menus_disabled); }
 
 bool NivoraWindow::is_help_button(const QWidget* widget) const { return widget == help_button_; }

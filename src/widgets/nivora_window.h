@@ -39,6 +39,7 @@ public:
     static void set_help(QWidget* widget, int line);
 
     void explain_widget(QWidget* widget);
+    void explain_line(int line);
     void explain_menu(int number);
     [[nodiscard]] bool is_help_button(const QWidget* widget) const;
     [[nodiscard]] bool is_help_strip(const QWidget* widget) const;

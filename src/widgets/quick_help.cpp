@@ -8,8 +8,9 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
-#include <QStatusBar>
+#include <QTableView>
 #include <QVariant>
+#include <optional>
 
 namespace nivora {
 namespace {
@@ -48,6 +49,22 @@ bool moves_attention(const QEvent* event) {
         case Qt::Key_Control: return true;
         default: return false;
     }
+}
+
+/// The help line of the grid column that was clicked, or that the cursor is in; nothing outside such a grid.
+std::optional<int> line_of_column(QWidget* widget, const QEvent* event) {
+    auto* grid = qobject_cast<QTableView*>(widget);
+    if (grid == nullptr) grid = qobject_cast<QTableView*>(widget->parentWidget());
+    if (grid == nullptr) return std::nullopt;
+    const QVariant base = grid->property(k_help_columns);
+    if (!base.isValid()) return std::nullopt;
+    int column = grid->currentIndex().column();
+    if (event->type() == QEvent::MouseButtonPress) {
+        if (widget != grid->viewport()) return std::nullopt;
+        column = grid->columnAt(static_cast<const QMouseEvent*>(event)->position().toPoint().x());
+    }
+    if (column < 0) return std::nullopt;
+    return base.toInt() + column + 1;
 }
 
 void explain_action(NivoraWindow* window, const QAction* action) {
@@ -97,7 +114,14 @@ bool QuickHelp::filter_widget(QWidget* widget, QEvent* event) {
     if (window->is_help_strip(widget) && event->type() == QEvent::Wheel) return false;
     const bool counts = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress ||
                         event->type() == QEvent::Shortcut;
-    if (counts) window->explain_widget(widget);
+    if (counts) {
+        const auto line = line_of_column(widget, event);
+        if (line) {
+            window->explain_line(*line);
+        } else {
+            window->explain_widget(widget);
+        }
+    }
     event->accept();
     return true;
 }

@@ -38,6 +38,9 @@ private:
 
 /// The property of a widget that holds the number of its help line.
 inline constexpr const char* k_help_line = "helpLine";
+/// The property of a grid whose columns explain themselves: the help line of column c, from 1, is this number
+/// plus c.
+inline constexpr const char* k_help_columns = "helpColumns";
 /// The property of a menu action that holds the number of its text among the menu texts.
 inline constexpr const char* k_help_menu = "helpMenu";
 

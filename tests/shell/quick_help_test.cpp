@@ -56,6 +56,20 @@ TEST_F(QuickHelpTest, KeysTypeNothing) {
     EXPECT_EQ(text(), line(5));
 }
 
+TEST_F(QuickHelpTest, AColumnOfAGridExplainsItself) {
+    open_sample();
+    switch_on();
+    for (const auto& [name, base] : {std::pair{"vaSpread1", 9}, std::pair{"DBGrid1", 21}}) {
+        auto* grid = find<QTableView>(name);
+        for (const int column : {0, 2}) {
+            const QPoint place = grid->visualRect(grid->model()->index(0, column)).center();
+            QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, place);
+            EXPECT_EQ(text(), line(base + column + 1)) << name;
+        }
+    }
+    EXPECT_EQ(session_.basin.current_row, 0U);
+}
+
 TEST_F(QuickHelpTest, TheCloseControlIsRefused) {
     switch_on();
     EXPECT_FALSE(window_->close());
