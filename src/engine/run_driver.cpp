@@ -160,7 +160,7 @@ bool Run_Model(SimResults& results, RunContext context, bool& statistics_valid) 
     const bool custom_lag = run.LagDistribution[0] > 0.0F;
     const bool reached_end = custom_lag ? Runoff_Custom_Lag(results, rows, basin, run, dialogs)
                                         : Runoff_Simulation(results, rows, basin, run, dialogs);
-    if (reached_end) statistics_valid = Run_Statistics(results, run, dialogs);
+    if (reached_end) statistics_valid = Run_Statistics(results, rows, run, dialogs);
     return reached_end;
 }
 

@@ -1,6 +1,7 @@
 #include "engine/run_statistics.h"
 
 #include <algorithm>
+#include <span>
 #include <vector>
 
 namespace nivora {
@@ -29,21 +30,17 @@ struct Total {
 };
 
 /// Zone 1's rows of the period in date order, which is the order in which sums are formed.
-RowOrder basin_rows(const SimResults& t, const RunState& run) {
-    RowOrder rows;
-    for (std::size_t row = 0; row < t.size(); ++row) {
-        if (t.Zone[row] != 1 || t.Date[row] < run.RunStart || t.Date[row] > run.RunEnd) continue;
-        rows.push_back(static_cast<std::uint32_t>(row));
-    }
-    const auto earlier = [&](std::uint32_t a, std::uint32_t b) { return t.Date[a] < t.Date[b]; };
-    if (!std::is_sorted(rows.begin(), rows.end(), earlier))
-        std::stable_sort(rows.begin(), rows.end(), earlier);
-    return rows;
+std::span<const std::uint32_t> basin_rows(const SimResults& t, const RunRows& rows) {
+    const auto first = std::partition_point(rows.by_zone.begin(), rows.by_zone.end(),
+                                            [&](std::uint32_t row) { return t.Zone[row] < 1; });
+    const auto last =
+        std::partition_point(first, rows.by_zone.end(), [&](std::uint32_t row) { return t.Zone[row] == 1; });
+    return {first, last};
 }
 
-Hydrographs hydrographs(const SimResults& t, const RunState& run) {
+Hydrographs hydrographs(const SimResults& t, const RunRows& rows, const RunState& run) {
     Hydrographs curves;
-    for (const std::size_t row : basin_rows(t, run)) {
+    for (const std::size_t row : basin_rows(t, rows)) {
         const double present = t.DailyQPresent[row];
         curves.measured.push_back(run.ClimateStep == 6 ? present : static_cast<double>(t.ActualQ[row]));
         curves.computed.push_back(run.ClimateStep == 3 ? present : t.DailyQ[row]);
@@ -82,8 +79,8 @@ void determination(const Hydrographs& curves, RunState& run) {
     run.CoefficientR2 = to_single((variance - static_cast<double>(sum_difference) * scale) / variance);
 }
 
-void work(const SimResults& results, RunState& run) {
-    const Hydrographs curves = hydrographs(results, run);
+void work(const SimResults& results, const RunRows& rows, RunState& run) {
+    const Hydrographs curves = hydrographs(results, rows, run);
     if (curves.measured.empty()) throw no_record_fault();
     const Total measured = total(curves.measured);
     const Total computed = total(curves.computed);
@@ -100,9 +97,9 @@ void work(const SimResults& results, RunState& run) {
 
 }  // namespace
 
-bool Run_Statistics(const SimResults& results, RunState& run, Dialogs& dialogs) {
+bool Run_Statistics(const SimResults& results, const RunRows& rows, RunState& run, Dialogs& dialogs) {
     try {
-        work(results, run);
+        work(results, rows, run);
         return true;
     } catch (const Fault& fault) {
         dialogs.stop(fault.what(), "Run statistics failed, probably caused by missing/invalid data");

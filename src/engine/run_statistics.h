@@ -16,6 +16,11 @@ namespace nivora {
 /// Dv with a measured volume of 0; it is meant so.
 ///
 /// @return false after a fault, which has been shown; what was worked out until then stays
-bool Run_Statistics(const SimResults& results, RunState& run, Dialogs& dialogs);
+bool Run_Statistics(const SimResults& results, const RunRows& rows, RunState& run, Dialogs& dialogs);
+
+/// The same, with the rows of the run's period looked up.
+inline bool Run_Statistics(const SimResults& results, RunState& run, Dialogs& dialogs) {
+    return Run_Statistics(results, run_rows(results, run.RunStart, run.RunEnd), run, dialogs);
+}
 
 }  // namespace nivora

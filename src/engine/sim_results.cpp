@@ -2,11 +2,47 @@
 
 #include <algorithm>
 #include <limits>
+#include <numeric>
 #include <tuple>
 #include <type_traits>
 
 namespace nivora {
 namespace {
+
+/// The number of days where a table holds every zone, one behind the other, on every day of the period in a
+/// row; 0 for any other table.
+std::size_t days_of_full_table(const SimResults& results, DayCount first, DayCount last) {
+    const std::size_t rows = results.size();
+    if (rows == 0) return 0;
+    const auto zone_end = std::find_if(results.Zone.begin(), results.Zone.end(),
+                                       [&](std::int16_t zone) { return zone != results.Zone.front(); });
+    const auto days = static_cast<std::size_t>(zone_end - results.Zone.begin());
+    const DayCount start = results.Date.front();
+    if (rows % days != 0 || start < first || start + static_cast<DayCount>(days) - 1 > last) return 0;
+    for (std::size_t begin = 0; begin < rows; begin += days) {
+        const std::int16_t zone = results.Zone[begin];
+        if (begin > 0 && zone <= results.Zone[begin - 1]) return 0;
+        bool full = true;
+        for (std::size_t day = 0; day < days; ++day) {
+            full &= results.Zone[begin + day] == zone;
+            full &= results.Date[begin + day] == start + static_cast<DayCount>(day);
+        }
+        if (!full) return 0;
+    }
+    return days;
+}
+
+/// The two orders of a full table follow from its shape.
+RunRows rows_of_full_table(std::size_t rows, std::size_t days) {
+    RunRows orders{RowOrder(rows), RowOrder(rows)};
+    std::iota(orders.by_zone.begin(), orders.by_zone.end(), 0U);
+    std::size_t next = 0;
+    for (std::size_t day = 0; day < days; ++day) {
+        for (std::size_t row = day; row < rows; row += days)
+            orders.by_day[next++] = static_cast<std::uint32_t>(row);
+    }
+    return orders;
+}
 
 /// The rows of a period in stored order, and whether that is the order zone by zone already.
 struct StoredRows {
@@ -64,6 +100,8 @@ void SimResults::resize(std::size_t rows) {
 }
 
 RunRows run_rows(const SimResults& results, DayCount first, DayCount last) {
+    const std::size_t days = days_of_full_table(results, first, last);
+    if (days > 0) return rows_of_full_table(results.size(), days);
     StoredRows stored = rows_of_period(results, first, last);
     if (!stored.zone_by_zone) {
         std::stable_sort(stored.rows.begin(), stored.rows.end(), [&](std::uint32_t a, std::uint32_t b) {
