@@ -2,6 +2,7 @@
 
 #include <utf8proc.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdlib>
@@ -17,6 +18,9 @@ constexpr std::array<std::uint16_t, 32> k_windows_1252{
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+/// Whether a byte begins a character and does not continue one.
+bool begins_character(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }
 
 void append_utf8(std::string& text, unsigned code_point) {
     std::array<utf8proc_uint8_t, 4> bytes{};
@@ -49,6 +53,18 @@ std::string folded_name(std::string_view name) {
 }
 
 bool same_name(std::string_view a, std::string_view b) { return folded_name(a) == folded_name(b); }
+
+std::size_t character_count(std::string_view text) {
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), begins_character));
+}
+
+std::string_view first_characters(std::string_view text, std::size_t most) {
+    std::size_t characters = 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (begins_character(text[at]) && characters++ == most) return text.substr(0, at);
+    }
+    return text;
+}
 
 bool is_utf8(std::string_view text) {
     const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());

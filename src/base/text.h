@@ -16,6 +16,12 @@ namespace nivora {
 [[nodiscard]] std::string folded_name(std::string_view name);
 [[nodiscard]] bool same_name(std::string_view a, std::string_view b);
 
+/// The number of characters of a UTF-8 text.
+[[nodiscard]] std::size_t character_count(std::string_view text);
+
+/// At most the first so many characters of a UTF-8 text.
+[[nodiscard]] std::string_view first_characters(std::string_view text, std::size_t most);
+
 /// Whether the bytes are well-formed UTF-8 without a zero byte.
 [[nodiscard]] bool is_utf8(std::string_view text);
 

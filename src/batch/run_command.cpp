@@ -1,4 +1,5 @@
 #include "base/number_text.h"
+#include "base/text.h"
 #include "batch/commands.h"
 #include "batch/json.h"
 #include "engine/lag_distribution.h"
@@ -72,13 +73,6 @@ Json statistics_json(const RunState& run, const RunOutcome& outcome, const Batch
             {"FinalQ", outcome.completed ? Json(run.FinalQ[0]) : Json(nullptr)},
             {"RunTitle", run.RunTitle},
             {"messages", messages_json(dialogs.messages())}};
-}
-
-/// Width of a UTF-8 text in characters.
-std::size_t character_count(const std::string& text) {
-    std::size_t count = 0;
-    for (const char c : text) count += (static_cast<unsigned char>(c) & 0xC0U) != 0x80U ? 1 : 0;
-    return count;
 }
 
 void print_line(std::ostream& out, const std::string& label, float value) {

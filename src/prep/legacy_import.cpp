@@ -1,6 +1,7 @@
 #include "prep/legacy_import.h"
 
 #include "base/single.h"
+#include "base/text.h"
 #include "prep/simulation_names.h"
 #include "store/basin_store.h"
 #include "store/monthly_table.h"
@@ -13,16 +14,6 @@ namespace nivora {
 namespace {
 
 constexpr std::size_t k_longest_basin_name = 50;
-
-/// Cuts a UTF-8 text to so many characters.
-std::string cut_characters(const std::string& text, std::size_t most) {
-    std::size_t characters = 0;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        const bool starts = (static_cast<unsigned char>(text[at]) & 0xC0U) != 0x80U;
-        if (starts && characters++ == most) return text.substr(0, at);
-    }
-    return text;
-}
 
 std::vector<Zone> zone_rows(const LegacyFile& file) {
     std::vector<Zone> zones;
@@ -65,7 +56,7 @@ bool prepare_basin(BasinDatabase& database, const LegacyFile& file, Dialogs& dia
     if (!units_agree(basin, file, dialogs)) return false;
     const bool blank = basin.name == k_unnamed_basin && !basin.zones;
     if (blank) {
-        basin.name = cut_characters(file.basin_name, k_longest_basin_name);
+        basin.name = std::string{first_characters(file.basin_name, k_longest_basin_name)};
         basin.reference_elevation = file.reference_elevation;
         basin.zones = static_cast<std::int16_t>(file.zones.size());
     }

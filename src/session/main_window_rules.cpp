@@ -42,16 +42,6 @@ std::optional<Limits> limits_of(BasinBox box, int units_code) {
 
 bool is_angle(BasinBox box) { return box == BasinBox::Latitude || box == BasinBox::Longitude; }
 
-/// Cuts a UTF-8 text to so many characters; nothing where it is not longer.
-std::optional<std::string> cut(const std::string& text, std::size_t most) {
-    std::size_t characters = 0;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        const bool starts = (static_cast<unsigned char>(text[at]) & 0xC0U) != 0x80U;
-        if (starts && characters++ == most) return text.substr(0, at);
-    }
-    return std::nullopt;
-}
-
 const char* elevation_word(int units_code) { return units_code == k_english ? "(ft)" : "(m) "; }
 const char* area_word(int units_code) { return units_code == k_english ? "mi" : "km"; }
 
@@ -113,8 +103,9 @@ KeyVerdict key_verdict(BasinBox box, char32_t key, std::string_view text) {
 ChangedBox changed_box(BasinBox box, const std::string& text) {
     ChangedBox changed{.text = text, .beep = false, .message = std::nullopt};
     if (box == BasinBox::Name || box == BasinBox::Description) {
-        const auto shorter = cut(text, box == BasinBox::Name ? k_longest_name : k_longest_description);
-        if (shorter) changed = {.text = *shorter, .beep = true, .message = std::nullopt};
+        const std::size_t most = box == BasinBox::Name ? k_longest_name : k_longest_description;
+        changed.text = first_characters(text, most);
+        changed.beep = changed.text.size() < text.size();
         return changed;
     }
     if (!is_angle(box) || text.find('-', 1) == std::string::npos) return changed;

@@ -161,5 +161,14 @@ TEST(ToUtf8, GivesWellFormedTextForEveryByte) {
     }
 }
 
+TEST(Characters, AreCountedAndCutWhole) {
+    EXPECT_EQ(character_count("Öäz"), 3U);
+    EXPECT_EQ(character_count(""), 0U);
+    EXPECT_EQ(first_characters("Öäz", 2), "Öä");
+    EXPECT_EQ(first_characters("Öäz", 3), "Öäz");
+    EXPECT_EQ(first_characters("Öäz", 9), "Öäz");
+    EXPECT_EQ(first_characters("水x", 0), "");
+}
+
 }  // namespace
 }  // namespace nivora
