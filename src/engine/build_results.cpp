@@ -152,6 +152,15 @@ std::unique_ptr<ResultsReplacement> replace_or_message(BasinDatabase& database, 
     }
 }
 
+/// The table that could not be replaced, over which the run goes on; empty where it can't be read either.
+SimResults remaining_results(BasinDatabase& database) {
+    try {
+        return load_results(database);
+    } catch (const StoreError&) {
+        return {};  // the user has just been told that the table is out of reach
+    }
+}
+
 }  // namespace
 
 Message missing_data_message(const BasinState& basin) {
@@ -207,7 +216,10 @@ BuiltResults Build_SimResults(BasinDatabase& database, const BasinState& basin, 
     }
 
     built.replacement = replace_or_message(database, dialogs);
-    if (!built.replacement) return built;
+    if (!built.replacement) {
+        built.results = remaining_results(database);
+        return built;
+    }
     if (!accepts_initial_runoff(run, prior, source.front().runoff, dialogs)) {
         built.Status = 1;
         return built;

@@ -254,6 +254,9 @@ TEST_F(RunRefusals, ATableInUseIsAConflictThatLeavesTheOldTable) {
         "Conflict while accessing the 'SimResults' table.  Make sure you close the 'Simulation Results' "
         "window before proceeding");
     EXPECT_EQ(stored().size(), former.size());
+    // The run goes on over the rows that are there, so that nothing else is missed.
+    EXPECT_EQ(dialogs.messages().size(), 1U);
+    EXPECT_FALSE(outcome.completed);
     EXPECT_EQ(stored().DailyQ, former.DailyQ);
 }
 
