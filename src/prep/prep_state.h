@@ -1,12 +1,27 @@
 // What data preparation keeps while the program runs.
 #pragma once
 
+#include "base/dialogs.h"
+#include "store/basin_store.h"
 #include "store/rows.h"
+
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace nivora {
 
 /// What opened the window of a simulation's definition.
 enum class SimOptionsMode { Add = 0, Edit = 1, Import = 2 };
+
+/// Which daily table is at hand. One variable says it both to the daily editor, as its view, and to
+/// Build_Daily_Records, as its mode.
+enum class DataView {
+    PhysicalData = 0,  ///< the basin's daily variables
+    Parameters = 1,    ///< a simulation's parameter table
+    Results = 2,       ///< results of the last run; as a mode, the daily rows of a climate run
+    Scenario = 3       ///< results under a climate scenario
+};
 
 /// A simulation definition on its way into the grid, with the first values of its parameter table.
 struct SimulationRecord {
@@ -14,9 +29,52 @@ struct SimulationRecord {
     ParameterRow first_values;
 };
 
+/// What the scan of the daily variables finds.
+struct RecordExtent {
+    DayCount first = 0;
+    DayCount last = 0;
+    int zones = 0;
+    std::int64_t count = 0;
+};
+
+/// A period of whole days, both ends in it.
+struct Period {
+    DayCount start = 0;
+    DayCount end = 0;
+
+    [[nodiscard]] std::int64_t days() const { return end - start + 1; }
+    bool operator==(const Period&) const = default;
+};
+
+/// What the daily editor is to show, prepared by whoever opens it.
+struct DailyQuery {
+    std::string table;                ///< the table, by its stored name
+    std::vector<std::string> fields;  ///< `Date` first
+    std::optional<Period> period;     ///< the days to show; all where there is none
+};
+
 struct PrepState {
     SimOptionsMode SimOptions_Mode = SimOptionsMode::Add;
     SimulationRecord working_record;
+
+    DataView Data_View = DataView::PhysicalData;
+    int Data_Columns = 0;        ///< columns of the view that was prepared last
+    int Data_Sub_View = 0;       ///< 0 the period of record, 1 the current simulation
+    DayCount Daily_Start = 0;    ///< first day of the rows to add
+    DayCount Daily_End = 0;      ///< last day of the rows to add
+    DailyQuery query;            ///< what the daily editor shows
+    std::string record_table;    ///< the table that the last view or definition left for Build_Daily_Records
+    std::string window_title;    ///< of the daily editor
+    std::string caption_prefix;  ///< of the daily editor's caption
+    bool Edit_Locked = false;    ///< the daily editor is read only
+    RecordExtent record;  ///< extent of the daily variables when the basin was opened or rows were added
+};
+
+/// What the rules of data preparation work on.
+struct PrepContext {
+    BasinState& basin;
+    PrepState& prep;
+    Dialogs& dialogs;
 };
 
 }  // namespace nivora

@@ -1,0 +1,23 @@
+// The checks in front of every view of daily data, and what each entry of the Data menu prepares.
+#pragma once
+
+#include "prep/prep_state.h"
+#include "store/database.h"
+
+namespace nivora {
+
+/// Entries of the Data menu by their index.
+enum class DataEntry { SimulationDefinition = 0, Scenarios = 2, Variables = 4, Parameters = 5, Results = 7 };
+
+/// What follows once an entry's checks have passed.
+enum class DataOutcome { Stopped, ShowDefinition, ShowScenarios, ShowEditor };
+
+/// Checks that the rows of the asked period exist, offers to add them, and prepares the view. What fails in
+/// between ends the command without a message.
+[[nodiscard]] DataOutcome mnuDataOpt_Click(const PrepContext& context, BasinDatabase& database,
+                                           DataEntry entry);
+
+/// The same for the daily variables: index 0 the whole record, 1 the current simulation.
+[[nodiscard]] DataOutcome mnuDataOptVar_Click(const PrepContext& context, BasinDatabase& database, int index);
+
+}  // namespace nivora

@@ -1,0 +1,54 @@
+// The window in which a simulation is defined, as texts and choices without a window.
+#pragma once
+
+#include "prep/prep_state.h"
+#include "store/database.h"
+
+#include <array>
+#include <optional>
+#include <string>
+
+namespace nivora {
+
+/// The first values of a parameter table, in the order of their boxes.
+enum class FirstValue { An, Tcrit, LapseRate, Cs, Cr, RCA, LagTime, Xcoeff, Ycoeff };
+inline constexpr std::size_t k_first_values = 9;
+
+/// The texts that follow from the units of a definition.
+struct UnitTexts {
+    std::string area_word;          ///< "cm" or "in"
+    std::string flow_letter;        ///< "m" or "f"
+    std::string default_threshold;  ///< "6.00" or "2.36"
+};
+[[nodiscard]] UnitTexts unit_texts(int units_code);
+
+/// What stands in the window's controls.
+struct SimOptionsForm {
+    std::string name;
+    std::string run_number;
+    std::string start;  ///< mm/dd/yyyy
+    std::string end;    ///< mm/dd/yyyy
+    int units = 0;
+    int temperature_values = 0;
+    std::array<bool, 6> by_zone{};
+    std::string initial_runoff;
+    std::string threshold;
+    std::string comments;
+    std::array<std::string, k_first_values> first_values;
+    bool values_of_first_day = false;     ///< the first values are those of zone 1 on the first day
+    std::optional<std::size_t> grid_row;  ///< the row that an Accept has grown already
+};
+
+/// The working record of a simulation that is to be added under a name.
+[[nodiscard]] SimulationRecord new_simulation_record(const BasinState& basin, const std::string& name);
+
+/// What the window shows when it opens, by `PrepState::SimOptions_Mode`; says so where a simulation's
+/// parameter table is missing or empty.
+[[nodiscard]] SimOptionsForm open_sim_options(const PrepContext& context, BasinDatabase& database);
+
+/// Takes the definition into the grid and makes its daily rows, with the questions in their order.
+/// @return whether the window closes
+[[nodiscard]] bool accept_sim_options(const PrepContext& context, BasinDatabase& database,
+                                      SimOptionsForm& form);
+
+}  // namespace nivora
