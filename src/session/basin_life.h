@@ -9,14 +9,6 @@
 
 namespace nivora {
 
-/// What the scan of the daily variables finds.
-struct RecordExtent {
-    DayCount first = 0;
-    DayCount last = 0;
-    int zones = 0;
-    std::int64_t count = 0;
-};
-
 /// The commands of the File menu, on the session's basin. The program works in the working file alone; the
 /// user's file changes only when the whole working file is copied over it.
 class BasinLife {
