@@ -1,0 +1,34 @@
+// Cells on the clipboard, in the tab-separated form that spreadsheet programs read and write.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace nivora {
+
+/// Rows of cells. Rows may differ in length.
+using CellBlock = std::vector<std::vector<std::string>>;
+
+/// Cells as text: tabs between cells, a line feed behind each row. A cell that holds a tab, a line end or a
+/// quote mark stands in quote marks, those inside it doubled.
+[[nodiscard]] std::string clipboard_text(const CellBlock& cells);
+
+/// Reads such a text, with line ends of any kind. A line end at the very end begins no further row. A quote
+/// mark that opens a cell and is not closed right before a tab, a line end or the end of the text is a
+/// character like any other. An empty text has no rows.
+[[nodiscard]] CellBlock read_clipboard_text(std::string_view text);
+
+/// Where the rows of a copied block go when it is pasted over a selection.
+struct PastePiece {
+    std::size_t to_row = 0;  ///< first row of the piece in the grid
+    std::size_t rows = 0;    ///< rows of the copied block that go there, from its first
+};
+
+/// The pieces in which a block of `copied` rows is pasted over `selected` rows from `first` on, in a grid of
+/// `rows`: once, in its whole height, where the selection is no taller; otherwise repeated over the
+/// selection, the last piece cut short.
+[[nodiscard]] std::vector<PastePiece> paste_pieces(std::size_t first, std::size_t selected,
+                                                   std::size_t copied, std::size_t rows);
+
+}  // namespace nivora
