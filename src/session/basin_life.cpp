@@ -147,9 +147,10 @@ void BasinLife::open_fresh() {
     session_.desktop.refresh_main_window();
 }
 
-void BasinLife::new_basin() {
-    if (!Save_Prompt()) return;
+bool BasinLife::new_basin() {
+    if (!Save_Prompt()) return false;
     open_fresh();
+    return true;
 }
 
 void BasinLife::open() {

@@ -20,7 +20,8 @@ public:
     /// passed over: the basin is then whatever the working file already was.
     void start();
 
-    void new_basin();
+    /// @return false where the user cancelled
+    bool new_basin();
     void open();
     /// Opens an entry of the recent list, 1 the newest.
     void open_recent(std::size_t entry);

@@ -27,9 +27,11 @@ std::string upper_case(std::string text) {
 
 /// The file that the user knows, as a name to propose; empty while the basin has none of its own.
 fs::path known_name(const fs::path& basin_file) {
-    const std::string name = path_text(basin_file.filename());
-    if (path_text(basin_file) == "<new file> " || name.rfind("null.", 0) == 0 || name.rfind("new.", 0) == 0)
-        return {};
+    if (path_text(basin_file) == "<new file> ") return {};
+    for (const fs::path& part : basin_file) {
+        const std::string name = path_text(part);
+        if (name.rfind("null.", 0) == 0 || name.rfind("new.", 0) == 0) return {};
+    }
     return basin_file;
 }
 

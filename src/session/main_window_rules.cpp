@@ -130,6 +130,8 @@ std::optional<Message> left_box_problem(BasinBox box, const std::string& text, i
     return Message{.text = limits->text, .title = limits->title, .icon = Icon::Stop};
 }
 
+bool is_checked_number(BasinBox box) { return limits_of(box, k_metric).has_value(); }
+
 Message units_question() {
     return {.text = "All further data used in this basin must be expressed using these units.  Continue?",
             .title = "Are you sure you want to use these units?",

@@ -41,6 +41,9 @@ struct ChangedBox {
 /// passes.
 [[nodiscard]] std::optional<Message> left_box_problem(BasinBox box, const std::string& text, int units_code);
 
+/// Whether a box holds a number with limits: a valid one that is left counts as an edit.
+[[nodiscard]] bool is_checked_number(BasinBox box);
+
 /// The question before the units are fixed for good.
 [[nodiscard]] Message units_question();
 /// The question before the number of zones is fixed for good.

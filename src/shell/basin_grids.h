@@ -2,53 +2,53 @@
 #pragma once
 
 #include "session/session.h"
-
-#include <QAbstractTableModel>
+#include "widgets/grid_model.h"
 
 namespace nivora {
 
 /// The elevation zones: one row a zone, the eleven columns of the zone grid. Numbers show as they were typed.
-class ZoneModel : public QAbstractTableModel {
+class ZoneModel : public GridModel {
     Q_OBJECT
 
 public:
-    ZoneModel(Session& session, QObject* parent) : QAbstractTableModel(parent), session_(session) {}
+    ZoneModel(Session& session, QObject* parent) : GridModel(parent), session_(session) {}
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
-    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
-    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
-    [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
-    bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+    [[nodiscard]] CellFormat format(int row, int column) const override;
+    [[nodiscard]] QString text(int row, int column) const override;
+    [[nodiscard]] QString header(int column) const override;
 
-    /// Shows the session's rows anew.
-    void reload();
-    /// Sets cells to zero, as the Delete key does.
-    void clear_cells(const QModelIndexList& cells);
+    /// Names the units in the headers: those that are chosen, also before they are fixed.
+    void show_units(int units_code);
     /// Paints the elevation of a zone in the colour of refused input; 0 for none.
     void mark_zone(int zone);
 
-signals:
-    void edited();
+protected:
+    [[nodiscard]] bool put(int row, int column, const QString& text) override;
 
 private:
     Session& session_;
-    int marked_zone_ = 0;
+    int units_ = k_metric;
 };
 
 /// The simulations: one row a simulation, 17 columns, blue as the grid shows stored values.
-class SimulationModel : public QAbstractTableModel {
+class SimulationModel : public GridModel {
     Q_OBJECT
 
 public:
-    SimulationModel(Session& session, QObject* parent) : QAbstractTableModel(parent), session_(session) {}
+    SimulationModel(Session& session, QObject* parent) : GridModel(parent), session_(session) {}
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
-    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
-    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    [[nodiscard]] CellFormat format(int row, int column) const override;
+    [[nodiscard]] QString text(int row, int column) const override;
+    [[nodiscard]] QString header(int column) const override;
+    [[nodiscard]] bool locked(int row, int column) const override;
+    [[nodiscard]] QColor text_colour(int row, int column) const override;
 
-    void reload();
+protected:
+    [[nodiscard]] bool put(int row, int column, const QString& text) override;
 
 private:
     Session& session_;

@@ -1,5 +1,6 @@
 #include "shell/frmNVR.h"
 
+#include "base/number_text.h"
 #include "engine/run_driver.h"
 #include "engine/windows/Results.h"
 #include "engine/windows/frmTimeLagDist.h"
@@ -7,6 +8,7 @@
 #include "shell/frmAbout.h"
 #include "shell/frmNVRHelp.h"
 #include "shell/frmSplash.h"
+#include "widgets/grid_view.h"
 #include "widgets/page_dialogs.h"
 #include "widgets/qt_text.h"
 
@@ -15,7 +17,6 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -24,7 +25,6 @@
 #include <QPushButton>
 #include <QStandardPaths>
 #include <QStatusBar>
-#include <QTableView>
 #include <QTimer>
 
 namespace nivora {
@@ -78,23 +78,23 @@ frmNVR::frmNVR(const WindowContext& context)
     connect_boxes();
     connect(menu_, &MainMenu::chosen, this, &frmNVR::do_command);
     connect(menu_, &MainMenu::recent_chosen, this, [this](std::size_t entry) { life_.open_recent(entry); });
-    connect(zones_, &ZoneModel::edited, this, &frmNVR::zone_edited);
+    connect(zones_, &GridModel::edited, this, &frmNVR::zone_edited);
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+        if (now == nullptr || now == menuBar()) return;
+        menu_->name_row_items(simulation_grid_->isAncestorOf(now) || now == simulation_grid_);
+    });
+    menu_->name_row_items(false);
     connect(simulation_grid_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this] { row_selected(); });
     resize(1000, 720);
+    if (context.quick_help.is_on()) quick_help_changed(true);
 }
 
 frmNVR::~frmNVR() = default;
 
-QTableView* frmNVR::make_grid(const char* name, QAbstractItemModel* model) {
-    auto* grid = new QTableView(this);
+GridView* frmNVR::make_grid(const char* name, GridModel* model) {
+    auto* grid = new GridView(model, this);
     grid->setObjectName(QString::fromUtf8(name));
-    grid->setModel(model);
-    grid->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    grid->horizontalHeader()->setDefaultAlignment(Qt::AlignCenter | Qt::Alignment(Qt::TextWordWrap));
-    grid->horizontalHeader()->setMinimumSectionSize(70);
-    grid->verticalHeader()->setDefaultSectionSize(grid->fontMetrics().lineSpacing() + 8);
-    grid->installEventFilter(this);
     return grid;
 }
 
@@ -212,8 +212,7 @@ void frmNVR::start() {
 }
 
 void frmNVR::commit_edits() {
-    if (QWidget* editor = zone_grid_->indexWidget(zone_grid_->currentIndex())) editor->clearFocus();
-    zone_grid_->setFocus();
+    for (GridView* grid : {zone_grid_, simulation_grid_}) grid->commit_editor();
     for (std::size_t box = 0; box < boxes_.size(); ++box) {
         box_text(session().basin, box) = from_qt(boxes_.at(box)->text());
     }
@@ -224,11 +223,11 @@ void frmNVR::refresh_main_window() {
     fill_boxes();
     zones_->reload();
     simulations_->reload();
-    for (QTableView* grid : {zone_grid_, simulation_grid_}) grid->resizeColumnsToContents();
+    for (GridView* grid : {zone_grid_, simulation_grid_}) grid->fit_columns();
     const auto row = session().basin.current_row;
     if (row) simulation_grid_->selectRow(static_cast<int>(*row));
-    filling_ = false;
     fill_labels();
+    filling_ = false;
     menu_->refresh();
     show_basin_file();
 }
@@ -249,6 +248,7 @@ void frmNVR::fill_labels() {
     const ShellState& shell = session().shell;
     const int units =
         basin.Units_Code != k_units_not_fixed ? basin.Units_Code : std::max(0, units_->currentIndex());
+    zones_->show_units(units);
     labels_[5]->setText(to_qt(reference_elevation_label(units)));
     labels_[7]->setText(to_qt(basin_area_label(units)));
     units_label_->setText(units == k_english ? QStringLiteral("English") : QStringLiteral("Metric"));
@@ -275,7 +275,7 @@ void frmNVR::mark_edited() {
 void frmNVR::box_changed(std::size_t box) {
     if (filling_) return;
     const ChangedBox changed = changed_box(static_cast<BasinBox>(box), from_qt(boxes_.at(box)->text()));
-    if (changed.message) refuse(boxes_.at(box), *changed.message);
+    if (changed.message) session().dialogs.message(*changed.message);
     if (changed.beep) QApplication::beep();
     if (to_qt(changed.text) != boxes_.at(box)->text()) {
         boxes_.at(box)->setText(to_qt(changed.text));
@@ -286,7 +286,7 @@ void frmNVR::box_changed(std::size_t box) {
 }
 
 void frmNVR::box_left(std::size_t box) {
-    if (telling_ || leaving_ || context().quick_help.is_on()) return;
+    if (filling_ || telling_ || leaving_ || context().quick_help.is_on()) return;
     const QString text = boxes_.at(box)->text();
     const auto problem =
         left_box_problem(static_cast<BasinBox>(box), from_qt(text), session().basin.Units_Code);
@@ -298,6 +298,11 @@ void frmNVR::box_left(std::size_t box) {
         boxes_.at(box)->setText(name ? QString::fromUtf8(k_unnamed_basin) : QString{});
         if (!name) QTimer::singleShot(0, boxes_.at(box), [edit = boxes_.at(box)] { edit->setFocus(); });
         return;
+    }
+    if (is_checked_number(static_cast<BasinBox>(box)) && !text.trimmed().isEmpty()) {
+        // A number that is left counts as given, whether or not it was changed; it is meant so.
+        session().basin.Basin_Changed = true;
+        session().basin.Input_Changed = true;
     }
     const bool zones_open =
         box == static_cast<std::size_t>(BasinBox::Zones) && !session().shell.zones_fixed_shown;
@@ -321,7 +326,7 @@ void frmNVR::zones_left() {
         return;
     }
     try {
-        fix_zones(session(), boxes_[1]->text().toInt());
+        fix_zones(session(), to_integer16(leading_number(from_qt(boxes_[1]->text()))).value_or(1));
     } catch (const StoreError& error) {
         session().dialogs.stop(error.what());
     }
@@ -363,8 +368,8 @@ bool frmNVR::eventFilter(QObject* watched, QEvent* event) {
     const auto found = std::find(boxes_.begin(), boxes_.end(), watched);
     if (found != boxes_.end()) {
         const auto box = static_cast<std::size_t>(found - boxes_.begin());
-        if (event->type() == QEvent::FocusOut) box_left(box);
-        if (event->type() == QEvent::FocusIn) QTimer::singleShot(0, *found, &QLineEdit::selectAll);
+        if (leaves_box(event)) box_left(box);
+        if (enters_box(event)) QTimer::singleShot(0, *found, &QLineEdit::selectAll);
         if (event->type() == QEvent::KeyPress) {
             const auto* key = static_cast<QKeyEvent*>(event);
             if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
@@ -381,7 +386,7 @@ bool frmNVR::eventFilter(QObject* watched, QEvent* event) {
         }
     }
     if (watched == units_) {
-        if (event->type() == QEvent::FocusOut && QApplication::activePopupWidget() == nullptr) units_left();
+        if (leaves_box(event) && QApplication::activePopupWidget() == nullptr) units_left();
         if (event->type() == QEvent::KeyPress) {
             const int key = static_cast<QKeyEvent*>(event)->key();
             if (key == Qt::Key_Return || key == Qt::Key_Enter) {
@@ -396,11 +401,6 @@ bool frmNVR::eventFilter(QObject* watched, QEvent* event) {
                 return true;
             }
         }
-    }
-    if (watched == zone_grid_ && event->type() == QEvent::KeyPress &&
-        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Delete) {
-        zones_->clear_cells(zone_grid_->selectionModel()->selectedIndexes());
-        return true;
     }
     return NivoraWindow::eventFilter(watched, event);
 }
@@ -425,7 +425,9 @@ void frmNVR::add_simulation() {
 
 void frmNVR::do_command(Command command) {
     switch (command) {
-        case Command::New: return life_.new_basin();
+        case Command::New:
+            if (life_.new_basin()) boxes_[0]->setFocus();
+            return;
         case Command::Open: return life_.open();
         case Command::Save: return life_.save();
         case Command::SaveAs: return life_.save_as();
@@ -521,9 +523,8 @@ void frmNVR::show_system_information() {
 }
 
 void frmNVR::quick_help_changed(bool on) {
-    for (QLineEdit* box : boxes_) {
-        if (box != nullptr) box->setReadOnly(on);
-    }
+    for (QLineEdit* box : boxes_) box->setEnabled(!on);
+    for (QTableView* grid : {zone_grid_, simulation_grid_}) grid->setEnabled(!on);
     if (!on) boxes_[0]->setFocus();
 }
 

@@ -9,16 +9,16 @@
 #include <array>
 #include <memory>
 
-class QAbstractItemModel;
 class QComboBox;
 class QGridLayout;
 class QGroupBox;
 class QLineEdit;
 class QPushButton;
-class QTableView;
 
 namespace nivora {
 
+class GridModel;
+class GridView;
 class Results;
 class SimulationModel;
 class ZoneModel;
@@ -49,7 +49,7 @@ private:
     QGroupBox* make_simulations();
     void make_boxes(QGridLayout* grid);
     void make_units(QGridLayout* grid);
-    QTableView* make_grid(const char* name, QAbstractItemModel* model);
+    GridView* make_grid(const char* name, GridModel* model);
     void connect_boxes();
 
     void fill_boxes();
@@ -85,8 +85,8 @@ private:
     QLabel* area_label_;
     QLabel* simulation_label_;
     QLabel* procedure_;
-    QTableView* zone_grid_;
-    QTableView* simulation_grid_;
+    GridView* zone_grid_;
+    GridView* simulation_grid_;
     std::array<QPushButton*, 3> buttons_{};
     std::unique_ptr<Results> results_;
     std::unique_ptr<frmNVRHelp> help_;

@@ -8,6 +8,7 @@
 #include <QDesktopServices>
 #include <QMenuBar>
 #include <QTextBrowser>
+#include <QTextDocumentFragment>
 #include <QUrl>
 
 namespace nivora {
@@ -103,7 +104,7 @@ void frmNVRHelp::show_topic(int topic) {
 }
 
 void frmNVRHelp::copy() {
-    const QString selected = text_->textCursor().selectedText();
+    const QString selected = text_->textCursor().selection().toPlainText();
     QApplication::clipboard()->setText(selected.isEmpty() ? text_->toPlainText() : selected);
     QTextCursor cursor = text_->textCursor();
     cursor.clearSelection();

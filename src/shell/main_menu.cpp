@@ -155,6 +155,13 @@ void MainMenu::make_recent_entries() {
     }
 }
 
+void MainMenu::name_row_items(bool simulations) {
+    action(QStringLiteral("mnuEditItmInsert(0)"))
+        ->setText(simulations ? QStringLiteral("Add Simulation") : QStringLiteral("Add ..."));
+    action(QStringLiteral("mnuEditItmDelete(0)"))
+        ->setText(simulations ? QStringLiteral("Delete Simulation") : QStringLiteral("Delete ..."));
+}
+
 QAction* MainMenu::action(const QString& name) const {
     const auto found = actions_.find(name);
     return found == actions_.end() ? nullptr : found->second;

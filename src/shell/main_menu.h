@@ -48,6 +48,9 @@ public:
     /// Brings captions, ticks and what is enabled in line with the session.
     void refresh();
 
+    /// Names the row items of the Edit menu after what they would add and delete.
+    void name_row_items(bool simulations);
+
     [[nodiscard]] QAction* action(const QString& name) const;
     /// The caption of the melting procedure that is ticked.
     [[nodiscard]] QString melting_procedure() const;

@@ -22,6 +22,9 @@ constexpr int k_strip_lines = 4;
 constexpr const char* k_close_refused =
     "The Windows native control for closing the form is disabled while QuickHelp' is on.";
 constexpr const char* k_menus_disabled = "  Menu items are disabled when 'QuickHelp' is on.";
+constexpr const char* k_strip_text =
+    "'Quickhelp' window.  When this window is visible, 'QuickHelp' is ON.  The user can view help related to "
+    "each window element by clicking on the element. ";
 
 QTextEdit* make_strip(QWidget* parent) {
     auto* strip = new QTextEdit(parent);
@@ -35,6 +38,11 @@ QTextEdit* make_strip(QWidget* parent) {
 
 /// A colour whose red stands in the lowest byte.
 QColor colour_of(std::int32_t value) { return {value & 0xFF, value >> 8 & 0xFF, value >> 16 & 0xFF}; }
+
+bool interrupts(Qt::FocusReason reason) {
+    return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
+           reason == Qt::MenuBarFocusReason;
+}
 
 }  // namespace
 
@@ -90,7 +98,21 @@ void NivoraWindow::show_quick_help(bool on) {
     help_button_->setChecked(on);
     help_button_->setToolTip(on ? QStringLiteral("Hide 'QuickHelp'") : QStringLiteral("View 'QuickHelp'"));
     strip_->setVisible(on);
+    make_room(on);
     if (on) show_text(texts_.line(0));
+}
+
+/// The window grows by its strip, as far as the screen allows, and shrinks back.
+void NivoraWindow::make_room(bool on) {
+    if (!isVisible() || isMaximized() || isFullScreen()) return;
+    if (on) {
+        const int room = screen()->availableGeometry().bottom() - frameGeometry().bottom();
+        grown_ = std::clamp(strip_->height(), 0, std::max(0, room));
+        resize(width(), height() + grown_);
+    } else {
+        resize(width(), height() - grown_);
+        grown_ = 0;
+    }
 }
 
 void NivoraWindow::show_text(const std::string& text) {
@@ -103,6 +125,7 @@ void NivoraWindow::show_text(const std::string& text) {
 }
 
 void NivoraWindow::explain_widget(QWidget* widget) {
+    if (is_help_strip(widget)) return show_text(k_strip_text);
     for (QWidget* at = widget; at != nullptr && at != this; at = at->parentWidget()) {
         const QVariant line = at->property(k_help_line);
         if (line.isValid()) return show_text(texts_.line(line.toInt()));
@@ -112,7 +135,7 @@ void NivoraWindow::explain_widget(QWidget* widget) {
 
 void NivoraWindow::explain_line(int line) { show_text(texts_.line(line)); }
 
-void NivoraWindow::explain_menu(int number) { show_text(texts_.menu_text(number) + k_menus_disabled); }
+void NivoraWindow::explain_menu(int number) { show_text(k_menus_disabled + (' ' + texts_.menu_text(number))); }
 
 bool NivoraWindow::is_help_button(const QWidget* widget) const { return widget == help_button_; }
 
@@ -129,6 +152,14 @@ void NivoraWindow::refuse(QWidget* element, const Message& message) {
     element->setPalette(refused);
     context_.session.dialogs.message(message);
     element->setPalette(before);
+}
+
+bool NivoraWindow::leaves_box(const QEvent* event) {
+    return event->type() == QEvent::FocusOut && !interrupts(static_cast<const QFocusEvent*>(event)->reason());
+}
+
+bool NivoraWindow::enters_box(const QEvent* event) {
+    return event->type() == QEvent::FocusIn && !interrupts(static_cast<const QFocusEvent*>(event)->reason());
 }
 
 void NivoraWindow::show_modal() {

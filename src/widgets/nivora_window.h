@@ -3,6 +3,7 @@
 
 #include "session/help_texts.h"
 #include "session/session.h"
+#include "widgets/grid_model.h"
 #include "widgets/quick_help.h"
 
 #include <QMainWindow>
@@ -46,7 +47,7 @@ public:
     [[nodiscard]] QString help_text() const;
 
     /// The colour of a box or cell whose content was refused.
-    static constexpr unsigned k_refused_colour = 0xFF8080;
+    static constexpr unsigned k_refused_colour = GridModel::k_refused_colour;
 
 protected:
     [[nodiscard]] Session& session() { return context_.session; }
@@ -58,6 +59,10 @@ protected:
     void show_basin_file();
     /// Shows a message while an element has the colour of refused input.
     void refuse(QWidget* element, const Message& message);
+    /// Whether a box is left, or entered, by an event: an open menu, a question or another window only interrupts
+    /// the work in it.
+    [[nodiscard]] static bool leaves_box(const QEvent* event);
+    [[nodiscard]] static bool enters_box(const QEvent* event);
     /// What QuickHelp changes in a window beside its strip.
     virtual void quick_help_changed(bool on) { static_cast<void>(on); }
 
@@ -66,6 +71,7 @@ protected:
 
 private:
     void show_quick_help(bool on);
+    void make_room(bool on);
     void show_text(const std::string& text);
     void save_position();
 
@@ -77,6 +83,7 @@ private:
     QLabel* basin_file_;
     QWidget* frame_;
     bool placed_ = false;
+    int grown_ = 0;
 };
 
 }  // namespace nivora

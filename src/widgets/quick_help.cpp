@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
+
 #include <QTableView>
 #include <QVariant>
 #include <optional>
@@ -23,6 +24,7 @@ bool is_input(QEvent::Type type) {
         case QEvent::KeyPress:
         case QEvent::KeyRelease:
         case QEvent::ContextMenu:
+        case QEvent::InputMethod:
         case QEvent::Wheel:
         case QEvent::Drop: return true;
         default: return false;
@@ -67,6 +69,21 @@ std::optional<int> line_of_column(QWidget* widget, const QEvent* event) {
     return base.toInt() + column + 1;
 }
 
+/// The action of a menu or bar that a letter stands for.
+QAction* action_of_letter(const QWidget* menu, int key) {
+    if (key < Qt::Key_Exclam || key > Qt::Key_AsciiTilde) return nullptr;
+    const QKeySequence wanted(QStringLiteral("Alt+") + QChar(key));
+    for (QAction* action : menu->actions()) {
+        if (action->isVisible() && QKeySequence::mnemonic(action->text()) == wanted) return action;
+    }
+    return nullptr;
+}
+
+/// Whether an entry opens further entries or is none at all, so that QuickHelp may leave it alone.
+bool only_leads_on(const QAction* action) {
+    return action == nullptr || action->menu() != nullptr || action->isSeparator();
+}
+
 void explain_action(NivoraWindow* window, const QAction* action) {
     const QVariant number = action->property(k_help_menu);
     window->explain_menu(number.isValid() ? number.toInt() : -1);
@@ -109,7 +126,7 @@ bool QuickHelp::eventFilter(QObject* watched, QEvent* event) {
 bool QuickHelp::filter_widget(QWidget* widget, QEvent* event) {
     NivoraWindow* window = window_of(widget);
     if (window == nullptr || window->is_help_button(widget) || moves_attention(event)) return false;
-    if (qobject_cast<QMenuBar*>(widget) != nullptr) return false;
+    if (qobject_cast<QMenuBar*>(widget) != nullptr) return filter_bar(widget, event);
     if (qobject_cast<QMenu*>(widget) != nullptr) return filter_menu(widget, event);
     if (window->is_help_strip(widget) && event->type() == QEvent::Wheel) return false;
     const bool counts = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress ||
@@ -132,16 +149,50 @@ bool QuickHelp::filter_menu(QWidget* widget, QEvent* event) {
     if (event->type() == QEvent::MouseButtonRelease) {
         action = menu->actionAt(static_cast<QMouseEvent*>(event)->position().toPoint());
     } else if (event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Space) {
-            return key >= Qt::Key_Exclam && key <= Qt::Key_AsciiTilde;
+        const auto* typed = static_cast<QKeyEvent*>(event);
+        const int key = typed->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space) {
+            action = menu->activeAction();
+        } else if (key >= Qt::Key_Exclam && key <= Qt::Key_AsciiTilde) {
+            action = action_of_letter(menu, key);
+            if (action == nullptr) return true;
         }
-        action = menu->activeAction();
     } else {
         return false;
     }
-    if (action == nullptr || action->menu() != nullptr || action->isSeparator()) return false;
+    if (only_leads_on(action)) return false;
     explain_action(window_of(widget), action);
+    return true;
+}
+
+/// Menus open, so that their entries can be explained; an entry that stands on the bar itself acts no more than
+/// theirs.
+bool QuickHelp::filter_bar(QWidget* widget, QEvent* event) {
+    auto* bar = static_cast<QMenuBar*>(widget);
+    QAction* action = nullptr;
+    switch (event->type()) {
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseButtonDblClick:
+            action = bar->actionAt(static_cast<QMouseEvent*>(event)->position().toPoint());
+            break;
+        case QEvent::Shortcut: {
+            const QKeySequence keys = static_cast<QShortcutEvent*>(event)->key();
+            for (QAction* entry : bar->actions()) {
+                if (QKeySequence::mnemonic(entry->text()) == keys) action = entry;
+            }
+            break;
+        }
+        case QEvent::KeyPress: {
+            const int key = static_cast<QKeyEvent*>(event)->key();
+            const bool chooses = key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space;
+            action = chooses ? bar->activeAction() : action_of_letter(bar, key);
+            break;
+        }
+        default: return false;
+    }
+    if (only_leads_on(action)) return false;
+    if (event->type() != QEvent::MouseButtonRelease) explain_action(window_of(widget), action);
     return true;
 }
 

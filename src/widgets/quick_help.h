@@ -32,6 +32,7 @@ protected:
 private:
     bool filter_widget(QWidget* widget, QEvent* event);
     bool filter_menu(QWidget* menu, QEvent* event);
+    bool filter_bar(QWidget* bar, QEvent* event);
 
     bool on_ = false;
 };

@@ -118,7 +118,7 @@ bool frmTimeLagDist::eventFilter(QObject* watched, QEvent* event) {
     const auto found = std::find(boxes_.begin(), boxes_.end(), watched);
     if (found == boxes_.end()) return NivoraWindow::eventFilter(watched, event);
     const int box = static_cast<int>(found - boxes_.begin());
-    if (event->type() == QEvent::FocusOut && !telling_) {
+    if (leaves_box(event) && !telling_) {
         if (box == 0) leave_count();
         if (box > 0) show_total();
     }
@@ -138,7 +138,7 @@ bool frmTimeLagDist::eventFilter(QObject* watched, QEvent* event) {
 
 /// Enter leads to the next box that can be filled, and from the last one to Accept.
 void frmTimeLagDist::move_on(int box) {
-    if (box == 0) leave_count();
+    if (box == 0 && !leave_count()) return;
     const auto next = static_cast<std::size_t>(box + 1);
     if (next < boxes_.size() && boxes_.at(next)->isEnabled()) {
         boxes_.at(next)->setFocus();
@@ -147,7 +147,8 @@ void frmTimeLagDist::move_on(int box) {
     }
 }
 
-void frmTimeLagDist::leave_count() {
+/// @return whether the number of days may stay
+bool frmTimeLagDist::leave_count() {
     const std::string text = from_qt(boxes_[0]->text());
     if (const auto problem = lag_day_count_problem(leading_number(text))) {
         telling_ = true;
@@ -155,9 +156,10 @@ void frmTimeLagDist::leave_count() {
         boxes_[0]->clear();
         boxes_[0]->setFocus();
         telling_ = false;
-        return;
+        return false;
     }
     enable_shares(count());
+    return true;
 }
 
 void frmTimeLagDist::enable_shares(int number) {
@@ -172,6 +174,9 @@ void frmTimeLagDist::enable_shares(int number) {
 void frmTimeLagDist::show_total() { total_->setText(to_qt(lag_total_text(shares()))); }
 
 void frmTimeLagDist::accept() {
+    // The accelerator leaves the box that is being filled without taking the focus from it.
+    if (boxes_[0]->hasFocus() && !leave_count()) return;
+    show_total();
     if (const auto problem = lag_total_problem(from_qt(total_->text()))) {
         session().dialogs.message(*problem);
         return;

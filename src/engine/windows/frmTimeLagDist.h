@@ -25,7 +25,7 @@ private:
     QWidget* make_boxes();
     QWidget* make_buttons();
     void open_boxes();
-    void leave_count();
+    bool leave_count();
     void enable_shares(int count);
     void show_total();
     void move_on(int box);

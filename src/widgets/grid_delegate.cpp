@@ -1,0 +1,60 @@
+#include "widgets/grid_delegate.h"
+
+#include "widgets/grid_model.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QRegularExpressionValidator>
+
+namespace nivora {
+namespace {
+
+/// What a number may look like while it is typed, with a point in every locale.
+QValidator* number_validator(CellFormat::Kind kind, QObject* parent) {
+    const QString pattern = kind == CellFormat::Kind::Integer
+                                ? QStringLiteral("-?[0-9]*")
+                                : QStringLiteral("-?[0-9]*\\.?[0-9]*([eE][-+]?[0-9]*)?");
+    return new QRegularExpressionValidator(QRegularExpression(pattern), parent);
+}
+
+}  // namespace
+
+QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
+                                    const QModelIndex& index) const {
+    const auto* model = qobject_cast<const GridModel*>(index.model());
+    if (model == nullptr) return nullptr;
+    const CellFormat format = model->format(index.row(), index.column());
+    QWidget* editor = nullptr;
+    if (format.kind == CellFormat::Kind::List) {
+        auto* list = new QComboBox(parent);
+        list->addItems(format.items);
+        editor = list;
+    } else {
+        auto* line = new QLineEdit(parent);
+        line->setFrame(false);
+        if (format.kind == CellFormat::Kind::Date) line->setInputMask(QStringLiteral("99/99/9999;_"));
+        if (format.kind == CellFormat::Kind::Number || format.kind == CellFormat::Kind::Integer) {
+            line->setValidator(number_validator(format.kind, line));
+            line->setAlignment(Qt::AlignRight);
+        }
+        editor = line;
+    }
+    editor->setProperty(k_grid_editor, true);
+    editor->setAutoFillBackground(true);
+    return editor;
+}
+
+void GridDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const {
+    QString text;
+    if (const auto* list = qobject_cast<QComboBox*>(editor)) {
+        text = list->currentText();
+    } else {
+        text = static_cast<QLineEdit*>(editor)->text();
+        // What is left of an emptied mask.
+        if (text == QStringLiteral("//")) text.clear();
+    }
+    if (!model->setData(index, text, Qt::EditRole)) QApplication::beep();
+}
+
+}  // namespace nivora

@@ -1,0 +1,24 @@
+// The editors of a grid's cells.
+#pragma once
+
+#include <QStyledItemDelegate>
+
+namespace nivora {
+
+/// Marks a widget as the editor of a grid's cell.
+inline constexpr const char* k_grid_editor = "gridEditor";
+
+/// A line for texts, numbers and dates, these behind their mask; a list for lists. A text that a cell can't
+/// hold is dropped with a beep.
+class GridDelegate : public QStyledItemDelegate {
+    Q_OBJECT
+
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
+                          const QModelIndex& index) const override;
+    void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
+};
+
+}  // namespace nivora

@@ -1,0 +1,88 @@
+#include "widgets/grid_model.h"
+
+namespace nivora {
+
+bool GridModel::locked(int /*row*/, int /*column*/) const { return false; }
+
+QColor GridModel::text_colour(int /*row*/, int /*column*/) const { return {}; }
+
+QString GridModel::cleared_text(int row, int column) const {
+    const CellFormat::Kind kind = format(row, column).kind;
+    const bool number = kind == CellFormat::Kind::Number || kind == CellFormat::Kind::Integer;
+    return number ? QStringLiteral("0") : QString{};
+}
+
+QString GridModel::widest_text(int column) const {
+    QString widest;
+    for (int row = 0; row < rowCount(); ++row) {
+        const QString shown = text(row, column);
+        if (shown.size() > widest.size()) widest = shown;
+    }
+    return widest;
+}
+
+QVariant GridModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid() || index.row() >= rowCount()) return {};
+    switch (role) {
+        case Qt::DisplayRole: return text(index.row(), index.column());
+        case Qt::EditRole: return whole_text(index.row(), index.column());
+        case Qt::TextAlignmentRole: {
+            const CellFormat::Kind kind = format(index.row(), index.column()).kind;
+            const bool number = kind == CellFormat::Kind::Number || kind == CellFormat::Kind::Integer;
+            return {(number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter};
+        }
+        case Qt::BackgroundRole:
+            if (marked_.contains(index.column(), index.row())) return QColor::fromRgb(k_refused_colour);
+            return {};
+        case Qt::ForegroundRole: {
+            const QColor colour = text_colour(index.row(), index.column());
+            return colour.isValid() ? QVariant{colour} : QVariant{};
+        }
+        default: return {};
+    }
+}
+
+QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (role != Qt::DisplayRole) return {};
+    return orientation == Qt::Vertical ? row_header(section) : header(section).trimmed();
+}
+
+Qt::ItemFlags GridModel::flags(const QModelIndex& index) const {
+    const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+    return index.isValid() && !locked(index.row(), index.column()) ? flags | Qt::ItemIsEditable : flags;
+}
+
+bool GridModel::take(int row, int column, const QString& text) {
+    return !locked(row, column) && put(row, column, text);
+}
+
+bool GridModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+    if (role != Qt::EditRole || !index.isValid()) return false;
+    const QString text = value.toString();
+    if (text == whole_text(index.row(), index.column())) return true;
+    if (!take(index.row(), index.column(), text)) {
+        emit refused(index.row(), index.column(), text);
+        return false;
+    }
+    changed_block(index.row(), index.column(), index.row(), index.column());
+    return true;
+}
+
+void GridModel::changed_block(int first_row, int first_column, int last_row, int last_column) {
+    emit dataChanged(index(first_row, first_column), index(last_row, last_column));
+    emit edited(first_row, first_column, last_row, last_column);
+}
+
+void GridModel::reload() {
+    beginResetModel();
+    endResetModel();
+}
+
+void GridModel::mark(const QRect& cells) {
+    const QRect shown = marked_ | cells;
+    marked_ = cells;
+    if (rowCount() > 0 && shown.isValid())
+        emit dataChanged(index(shown.top(), shown.left()), index(shown.bottom(), shown.right()));
+}
+
+}  // namespace nivora
