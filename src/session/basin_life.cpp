@@ -22,12 +22,12 @@ std::optional<std::string> box_text(const std::string& text) {
     return text;
 }
 
-BasinDescription description_of(const BasinState& basin) {
-    BasinDescription row;
+/// The header with what the boxes hold. The units stay those that were fixed: a simulation may name others.
+BasinDescription description_of(const BasinState& basin, BasinDescription row) {
     row.name = box_text(basin.basin_name);
     row.description = box_text(basin.basin_description);
+    row.zones.reset();
     if (const auto zones = box_number(basin.zones_text)) row.zones = to_integer16(*zones);
-    row.units = static_cast<std::int16_t>(basin.Units_Code);
     row.reference_elevation = box_number(basin.reference_elevation_text);
     row.latitude = box_number(basin.latitude_text);
     row.longitude = box_number(basin.longitude_text);
@@ -46,6 +46,12 @@ std::vector<Simulation> simulations_to_store(std::vector<Simulation> simulations
 std::vector<Zone> zones_to_store(const BasinState& basin) {
     std::vector<Zone> zones = basin.zones;
     zones.resize(static_cast<std::size_t>(basin.ZoneCount));
+    // A cell without a text has the numeric value zero.
+    for (Zone& zone : zones) {
+        for (auto* number : {&zone.area, &zone.elevation}) *number = number->value_or(0.0);
+        for (Aspect& aspect : zone.aspects)
+            aspect = {.share = aspect.share.value_or(0.0), .elevation = aspect.elevation.value_or(0.0)};
+    }
     return zones;
 }
 
@@ -54,7 +60,7 @@ void grids_refused(Dialogs& dialogs) { dialogs.stop("Missing/invalid simulation 
 /// Writes table after table; false after a message, with the tables before the faulty one written.
 bool write_grids(BasinDatabase& database, const BasinState& basin, Dialogs& dialogs) {
     try {
-        write_basin_description(database, description_of(basin));
+        write_basin_description(database, description_of(basin, read_basin_description(database)));
         clear_table(database, k_simulation_index);
         add_rows<Simulation>(database, template_table(k_simulation_index),
                              simulations_to_store(basin.simulations));
@@ -113,10 +119,8 @@ void BasinLife::start() {
 }
 
 void BasinLife::reset_window() {
-    const bool results = session_.run.results_enabled;
     session_.shell = ShellState{};
     session_.shell.melt_season = !session_.run.NoSnow;
-    session_.run.results_enabled = results;
 }
 
 void BasinLife::open_fresh() {
@@ -169,10 +173,13 @@ void BasinLife::open_recent(std::size_t entry) {
     if (!Save_Prompt()) return;
     const std::string name = session_.settings.recent_files.at(entry - 1);
     session_.basin.Basin_File = path_from_utf8(name);
-    if (!fs::exists(session_.basin.Basin_File)) {
+    std::error_code unreadable;
+    if (!fs::exists(session_.basin.Basin_File, unreadable)) {
         session_.dialogs.message({.text = "The file selected from the recent files list, '" + name +
                                           "' has been moved or deleted.",
                                   .title = "File not found"});
+        // The basin bears the missing file's name from now on; it is meant so, and the window says it.
+        session_.desktop.refresh_main_window();
         return;
     }
     open_file(session_.basin.Basin_File);

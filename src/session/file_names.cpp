@@ -39,8 +39,24 @@ std::string proposed_name(FileKind kind, const fs::path& basin_file, const std::
     const fs::path known = known_name(basin_file);
     if (saves_basin(kind)) return path_text(known);
     if (kind != FileKind::SaveText && kind != FileKind::SavePlot) return {};
-    const std::string stem = path_text(known.stem());
-    return (stem.empty() ? "newfile" : stem) + extension;
+    std::string name = path_text(known.filename());
+    if (kind == FileKind::SaveText) {
+        // A basin's own ending gives way to that of a text; any other ending stays.
+        constexpr std::string_view k_basin_ending = ".mdb";
+        if (name.ends_with(k_basin_ending))
+            name.replace(name.size() - k_basin_ending.size(), std::string::npos, extension);
+        return name.empty() ? "newfile" : name;
+    }
+    name = path_text(known.stem());
+    return (name.empty() ? "newfile" : name) + extension;
+}
+
+/// Whether a file stands there; an error other than its absence is thrown as a reason for the user.
+bool stands(const fs::path& file) {
+    std::error_code error;
+    const fs::file_status status = fs::status(file, error);
+    if (status.type() == fs::file_type::none) throw FileError(error.message());
+    return fs::exists(status);
 }
 
 std::string title_of(FileKind kind) {
@@ -97,7 +113,14 @@ std::optional<fs::path> FileNames::GetFileName(FileKind kind, const fs::path& ba
         folders_[kind] = answer->parent_path();
         if (!saves(kind)) return answer;
         if (!answer->has_extension()) *answer += extension;
-        if (fs::exists(*answer) &&
+        bool taken = false;
+        try {
+            taken = stands(*answer);
+        } catch (const FileError& error) {
+            dialogs_.stop(path_text(*answer) + ": " + error.what(), "Error in GetFileName");
+            return std::nullopt;
+        }
+        if (taken &&
             dialogs_.message({.text = path_text(*answer) + " already exists!\n  Do you want to replace it?",
                               .icon = Icon::Warning,
                               .buttons = Buttons::YesNo,

@@ -58,7 +58,8 @@ QuickHelpTexts Load_QuickHelp(const fs::path& program_folder, std::string_view f
     at = at == std::string::npos ? content.size() : at + (at < content.size() ? 1 : 0);
     for (int number = 0; at < content.size(); ++number) {
         const std::size_t end = std::min(content.find('\n', at), content.size());
-        const std::string line{right_trimmed(std::string_view{content}.substr(at, end - at))};
+        std::string line = content.substr(at, end - at);
+        if (line.ends_with('\r')) line.pop_back();
         if (line.find(tag) != std::string::npos) break;
         (main_window && number > k_last_main_window_line ? texts.menu : texts.lines).push_back(line);
         at = end + 1;

@@ -42,9 +42,7 @@ QString ZoneModel::text(int row, int column) const {
     return number != nullptr && *number ? to_qt(double_text(**number)) : QString{};
 }
 
-QString ZoneModel::header(int column) const {
-    return to_qt(zone_header(column + 1, units_));
-}
+QString ZoneModel::header(int column) const { return to_qt(zone_header(column + 1, units_)); }
 
 bool ZoneModel::put(int row, int column, const QString& text) {
     Zone& zone = session_.basin.zones.at(static_cast<std::size_t>(row));

@@ -8,6 +8,7 @@
 #include "shell/frmAbout.h"
 #include "shell/frmNVRHelp.h"
 #include "shell/frmSplash.h"
+#include "widgets/controls.h"
 #include "widgets/grid_view.h"
 #include "widgets/page_dialogs.h"
 #include "widgets/qt_text.h"
@@ -30,8 +31,8 @@
 namespace nivora {
 namespace {
 
-constexpr int k_window_number = 1;
 constexpr int k_main_window_topic = 0;
+constexpr int k_area_column = 1;
 
 std::string& box_text(BasinState& basin, std::size_t box) {
     switch (static_cast<BasinBox>(box)) {
@@ -45,17 +46,10 @@ std::string& box_text(BasinState& basin, std::size_t box) {
     return basin.basin_name;
 }
 
-QLabel* make_label(const QString& name, const QString& text, int help, QWidget* parent) {
-    auto* label = new QLabel(text, parent);
-    label->setObjectName(name);
-    NivoraWindow::set_help(label, help);
-    return label;
-}
-
 }  // namespace
 
 frmNVR::frmNVR(const WindowContext& context)
-    : NivoraWindow(context, "frmNVR", k_window_number),
+    : NivoraWindow(context, "frmNVR", WindowNumber::frmNVR),
       life_(context.session, context.program_folder),
       menu_(new MainMenu(menuBar(), context.session, this)),
       zones_(new ZoneModel(context.session, this)),
@@ -75,10 +69,17 @@ frmNVR::frmNVR(const WindowContext& context)
     layout->addWidget(make_simulations(), 2);
     set_content(content);
     statusBar()->addPermanentWidget(procedure_);
+    explain_status_bar(42);
     connect_boxes();
     connect(menu_, &MainMenu::chosen, this, &frmNVR::do_command);
     connect(menu_, &MainMenu::recent_chosen, this, [this](std::size_t entry) { life_.open_recent(entry); });
-    connect(zones_, &GridModel::edited, this, &frmNVR::zone_edited);
+    connect(zones_, &GridModel::edited, this, [this](int, int first_column, int, int last_column) {
+        mark_edited();
+        if (first_column <= k_area_column && k_area_column <= last_column) show_area();
+    });
+    connect(zone_grid_, &GridView::left_cell, this, [this](int, int column) {
+        if (column == k_area_column) show_area();
+    });
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
         if (now == nullptr || now == menuBar()) return;
         menu_->name_row_items(simulation_grid_->isAncestorOf(now) || now == simulation_grid_);
@@ -173,6 +174,8 @@ QGroupBox* frmNVR::make_simulations() {
     labels_[6] =
         make_label(QStringLiteral("Label1(6)"), QStringLiteral("Current Simulation Name:"), 21, this);
     grid->addWidget(labels_[6], 0, 0);
+    // A doubled "&" shows as one in a label that belongs to something.
+    simulation_label_->setBuddy(simulation_grid_);
     grid->addWidget(simulation_label_, 0, 1, 1, 3);
     set_help(simulation_grid_, 48);
     simulation_grid_->setProperty(k_help_columns, 21);
@@ -222,14 +225,21 @@ void frmNVR::refresh_main_window() {
     filling_ = true;
     fill_boxes();
     zones_->reload();
-    simulations_->reload();
+    show_simulations();
     for (GridView* grid : {zone_grid_, simulation_grid_}) grid->fit_columns();
-    const auto row = session().basin.current_row;
-    if (row) simulation_grid_->selectRow(static_cast<int>(*row));
     fill_labels();
     filling_ = false;
     menu_->refresh();
     show_basin_file();
+}
+
+/// Shows the rows of the simulation grid anew with the current one selected.
+void frmNVR::show_simulations() {
+    const bool filling = std::exchange(filling_, true);
+    simulations_->reload();
+    const auto row = session().basin.current_row;
+    if (row) simulation_grid_->selectRow(static_cast<int>(*row));
+    filling_ = filling;
 }
 
 void frmNVR::fill_boxes() {
@@ -405,8 +415,7 @@ bool frmNVR::eventFilter(QObject* watched, QEvent* event) {
     return NivoraWindow::eventFilter(watched, event);
 }
 
-void frmNVR::zone_edited() {
-    mark_edited();
+void frmNVR::show_area() {
     session().basin.basin_area_text = basin_area_text(session().basin.zones);
     area_label_->setText(to_qt(session().basin.basin_area_text));
 }
@@ -489,7 +498,7 @@ void frmNVR::run(int index) {
     const RunOutcome outcome = start_run({session().basin, session().run, session().dialogs}, index);
     QApplication::restoreOverrideCursor();
     menu_->refresh();
-    simulations_->reload();
+    show_simulations();
     if (outcome.statistics_valid) show_results();
 }
 
@@ -501,7 +510,9 @@ void frmNVR::toggle_snow() {
 void frmNVR::show_results() {
     if (!results_) results_ = std::make_unique<Results>(context(), nullptr);
     results_->fill();
-    results_->show_modal();
+    results_->show();
+    results_->raise();
+    results_->activateWindow();
 }
 
 void frmNVR::show_time_lag() { frmTimeLagDist(context(), nullptr).show_modal(); }
@@ -509,6 +520,16 @@ void frmNVR::show_time_lag() { frmTimeLagDist(context(), nullptr).show_modal(); 
 void frmNVR::show_help_topic(int topic) {
     if (!help_) help_ = std::make_unique<frmNVRHelp>(context(), nullptr);
     help_->show_topic(topic);
+    // Before a modal window only a modal window can be used.
+    const Qt::WindowModality modality = QApplication::activeModalWidget() != nullptr && !help_->isModal()
+                                            ? Qt::ApplicationModal
+                                            : help_->windowModality();
+    if (modality != help_->windowModality()) {
+        help_->hide();
+        help_->setWindowModality(modality);
+    } else if (!help_->isVisible() && QApplication::activeModalWidget() == nullptr) {
+        help_->setWindowModality(Qt::NonModal);
+    }
     help_->show();
     help_->raise();
     help_->activateWindow();

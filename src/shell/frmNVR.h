@@ -52,6 +52,7 @@ private:
     GridView* make_grid(const char* name, GridModel* model);
     void connect_boxes();
 
+    void show_simulations();
     void fill_boxes();
     void fill_labels();
     void box_changed(std::size_t box);
@@ -59,7 +60,7 @@ private:
     void zones_left();
     void units_left();
     void move_on_from(std::size_t box);
-    void zone_edited();
+    void show_area();
     void row_selected();
     void add_simulation();
 

@@ -8,13 +8,12 @@
 #include <QDesktopServices>
 #include <QMenuBar>
 #include <QTextBrowser>
+#include <QTextCursor>
 #include <QTextDocumentFragment>
 #include <QUrl>
 
 namespace nivora {
 namespace {
-
-constexpr int k_window_number = 12;
 
 struct Topic {
     int index;
@@ -46,21 +45,22 @@ constexpr const char* k_manual_link = "Nivora Users Manual";
 
 QString plain(const char* caption) { return QString::fromUtf8(caption).remove(QLatin1Char('&')); }
 
-/// The text as a page whose mention of the manual is a link.
-QString page_of(const std::string& text) {
-    QString page = to_qt(text).trimmed().toHtmlEscaped();
-    const QString link = QString::fromUtf8(k_manual_link);
-    const auto at = page.indexOf(link);
-    if (at >= 0) page.replace(at, link.size(), QStringLiteral("<a href=\"manual\">%1</a>").arg(link));
-    page.replace(QStringLiteral("\n\n"), QStringLiteral("</p><p>"));
-    page.replace(QLatin1Char('\n'), QStringLiteral("<br>"));
-    return QStringLiteral("<p>%1</p>").arg(page);
+/// Sets the first mention of the manual apart as a link.
+void mark_link(QTextDocument& page) {
+    QTextCursor mention = page.find(QString::fromUtf8(k_manual_link), 0, QTextDocument::FindCaseSensitively);
+    if (mention.isNull()) return;
+    QTextCharFormat link;
+    link.setAnchor(true);
+    link.setAnchorHref(QStringLiteral("manual"));
+    link.setForeground(QApplication::palette().link());
+    link.setFontUnderline(true);
+    mention.mergeCharFormat(link);
 }
 
 }  // namespace
 
 frmNVRHelp::frmNVRHelp(const WindowContext& context, QWidget* parent)
-    : NivoraWindow(context, "frmNVRHelp", k_window_number, parent), text_(new QTextBrowser(this)) {
+    : NivoraWindow(context, "frmNVRHelp", WindowNumber::frmNVRHelp, parent), text_(new QTextBrowser(this)) {
     text_->setObjectName(QStringLiteral("txtHelp"));
     text_->setAccessibleName(QStringLiteral("Help text"));
     text_->setOpenLinks(false);
@@ -73,25 +73,32 @@ frmNVRHelp::frmNVRHelp(const WindowContext& context, QWidget* parent)
 
 void frmNVRHelp::make_menus() {
     QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
-    file->addAction(QStringLiteral("&Print"))->setObjectName(QStringLiteral("mnuPrint"));
+    QAction* print = file->addAction(QStringLiteral("&Print"));
+    print->setObjectName(QStringLiteral("mnuPrint"));
+    print->setProperty(k_help_line, 2);
     QAction* close_action = file->addAction(QStringLiteral("&Close"), this, &QWidget::close);
     close_action->setObjectName(QStringLiteral("mnuClose"));
+    close_action->setProperty(k_help_line, 3);
     QMenu* edit = menuBar()->addMenu(QStringLiteral("&Edit"));
-    edit->addAction(QStringLiteral("&Copy to Clipboard"), this, [this] { copy(); })
-        ->setObjectName(QStringLiteral("mnuCopy"));
+    QAction* copying = edit->addAction(QStringLiteral("&Copy to Clipboard"), this, [this] { copy(); });
+    copying->setObjectName(QStringLiteral("mnuCopy"));
+    copying->setProperty(k_help_line, 6);
     QAction* fonts = menuBar()->addAction(QStringLiteral("F&onts"), this, [this] {
         if (!fonts_.Choose_Font(text_->font(), this).text.isEmpty()) text_->setFont(fonts_.font());
     });
     fonts->setObjectName(QStringLiteral("mnuFonts"));
+    fonts->setProperty(k_help_line, 4);
     QMenu* topics = menuBar()->addMenu(QStringLiteral("&Help for..."));
     for (const Topic& topic : k_topics) {
         QAction* action = topics->addAction(QString::fromUtf8(topic.caption), this,
                                             [this, number = topic.topic] { show_topic(number); });
         action->setObjectName(QStringLiteral("mnuHlpItm(%1)").arg(topic.index));
+        action->setProperty(k_help_line, 5);
     }
     topics->addSeparator();
-    topics->addAction(QString::fromUtf8(k_manual), this, [this] { show_manual(); })
-        ->setObjectName(QStringLiteral("mnuHlpItm(19)"));
+    QAction* manual = topics->addAction(QString::fromUtf8(k_manual), this, [this] { show_manual(); });
+    manual->setObjectName(QStringLiteral("mnuHlpItm(19)"));
+    manual->setProperty(k_help_line, 7);
 }
 
 void frmNVRHelp::show_topic(int topic) {
@@ -100,7 +107,8 @@ void frmNVRHelp::show_topic(int topic) {
         if (known.topic == topic) name = plain(known.caption);
     }
     setWindowTitle(QStringLiteral("Help for ") + name);
-    text_->setHtml(page_of(Help_Text(context().program_folder, topic)));
+    text_->setPlainText(to_qt(Help_Text(context().program_folder, topic)));
+    mark_link(*text_->document());
 }
 
 void frmNVRHelp::copy() {

@@ -57,7 +57,10 @@ int main(int argc, char** argv) {
     if (session.settings.show_splash) {
         frmSplash splash(session, true);
         splash.exec();
-        if (splash.leaves()) return 0;
+        if (splash.leaves()) {
+            Save_Settings(*store, session.settings);
+            return 0;
+        }
     }
     // The lock names its process, so that one that a crashed program left behind counts for nothing.
     QLockFile lock(folder + QStringLiteral("/nivora.lock"));

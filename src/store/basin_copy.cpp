@@ -103,6 +103,18 @@ void test_writable(const fs::path& file) {
                     path_text(file)));
 }
 
+/// Runs a piece of file work; a path that can't be reached, such as one whose name is too long or whose
+/// folder is closed, ends in a reason for the user.
+template <typename Work>
+void reaching_files(Work&& work) {
+    try {
+        work();
+    } catch (const fs::filesystem_error& error) {
+        throw FileError(fmt::format("The file '{}' can't be reached: {}.", path_text(error.path1()),
+                                    error.code().message()));
+    }
+}
+
 /// Where a link leads to, so that the link stays.
 fs::path real_file(const fs::path& file) {
     return fs::is_symlink(fs::symlink_status(file)) ? fs::weakly_canonical(file) : file;
@@ -111,29 +123,35 @@ fs::path real_file(const fs::path& file) {
 }  // namespace
 
 void copy_into_work_file(const fs::path& user_file, const fs::path& work_file) {
-    remove_leftovers(work_file);
-    const PartFile part{work_file};
-    if (!back_up(user_file, part.path())) copy_interrupted(user_file, part.path());
-    settle_journal(work_file);
-    move_into_place(part.path(), work_file);
+    reaching_files([&] {
+        remove_leftovers(work_file);
+        const PartFile part{work_file};
+        if (!back_up(user_file, part.path())) copy_interrupted(user_file, part.path());
+        settle_journal(work_file);
+        move_into_place(part.path(), work_file);
+    });
 }
 
 void copy_over_user_file(const fs::path& work_file, const fs::path& user_file) {
-    const fs::path target = real_file(user_file);
-    test_writable(target);
-    remove_leftovers(target);
-    settle_journal(work_file);
-    const PartFile part{target};
-    copy_file_checked(work_file, part.path());
-    if (fs::exists(target)) fs::permissions(part.path(), fs::status(target).permissions());
-    settle_journal(target);
-    move_into_place(part.path(), target);
+    reaching_files([&] {
+        const fs::path target = real_file(user_file);
+        test_writable(target);
+        remove_leftovers(target);
+        settle_journal(work_file);
+        const PartFile part{target};
+        copy_file_checked(work_file, part.path());
+        if (fs::exists(target)) fs::permissions(part.path(), fs::status(target).permissions());
+        settle_journal(target);
+        move_into_place(part.path(), target);
+    });
 }
 
 void copy_template(const fs::path& template_file, const fs::path& work_file) {
     copy_into_work_file(template_file, work_file);
 }
 
-void clear_leftovers(const fs::path& target) { remove_leftovers(real_file(target)); }
+void clear_leftovers(const fs::path& target) {
+    reaching_files([&] { remove_leftovers(real_file(target)); });
+}
 
 }  // namespace nivora

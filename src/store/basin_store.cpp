@@ -54,6 +54,8 @@ void read_basin(BasinDatabase& database, BasinState& basin) {
     basin.longitude_text = box_text(header.longitude);
     basin.Units_Code = header.units.value_or(k_units_not_fixed);
     basin.ZoneCount = header.zones.value_or(1);
+    // The grid has a row for each of the basin's zones, whatever rows the table holds.
+    if (header.zones) zones.resize(static_cast<std::size_t>(*header.zones));
     basin.zones = std::move(zones);
     basin.simulations = std::move(simulations);
     basin.basin_area_text = basin_area_text(basin.zones);

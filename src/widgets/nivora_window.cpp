@@ -46,7 +46,8 @@ bool interrupts(Qt::FocusReason reason) {
 
 }  // namespace
 
-NivoraWindow::NivoraWindow(const WindowContext& context, const char* name, int number, QWidget* parent)
+NivoraWindow::NivoraWindow(const WindowContext& context, const char* name, WindowNumber number,
+                           QWidget* parent)
     : QMainWindow(parent),
       context_(context),
       number_(static_cast<std::size_t>(number)),
@@ -92,6 +93,8 @@ void NivoraWindow::show_basin_file() {
     basin_file_->setText(to_qt(path_text(context_.session.basin.Basin_File)));
 }
 
+void NivoraWindow::explain_status_bar(int line) { set_help(basin_file_, line); }
+
 void NivoraWindow::set_help(QWidget* widget, int line) { widget->setProperty(k_help_line, line); }
 
 void NivoraWindow::show_quick_help(bool on) {
@@ -135,7 +138,7 @@ void NivoraWindow::explain_widget(QWidget* widget) {
 
 void NivoraWindow::explain_line(int line) { show_text(texts_.line(line)); }
 
-void NivoraWindow::explain_menu(int number) { show_text(k_menus_disabled + (' ' + texts_.menu_text(number))); }
+void NivoraWindow::explain_menu(int number) { show_text(k_menus_disabled + texts_.menu_text(number)); }
 
 bool NivoraWindow::is_help_button(const QWidget* widget) const { return widget == help_button_; }
 
@@ -154,8 +157,9 @@ void NivoraWindow::refuse(QWidget* element, const Message& message) {
     element->setPalette(before);
 }
 
-bool NivoraWindow::leaves_box(const QEvent* event) {
-    return event->type() == QEvent::FocusOut && !interrupts(static_cast<const QFocusEvent*>(event)->reason());
+bool NivoraWindow::leaves_box(const QEvent* event) const {
+    return !context_.quick_help.is_on() && event->type() == QEvent::FocusOut &&
+           !interrupts(static_cast<const QFocusEvent*>(event)->reason());
 }
 
 bool NivoraWindow::enters_box(const QEvent* event) {

@@ -5,6 +5,7 @@
 #include "session/session.h"
 #include "widgets/grid_model.h"
 #include "widgets/quick_help.h"
+#include "widgets/window_numbers.h"
 
 #include <QMainWindow>
 #include <filesystem>
@@ -31,7 +32,8 @@ class NivoraWindow : public QMainWindow {
 public:
     /// @param name   the window's name, which is its section among the help texts
     /// @param number its number among the kept window positions
-    NivoraWindow(const WindowContext& context, const char* name, int number, QWidget* parent = nullptr);
+    NivoraWindow(const WindowContext& context, const char* name, WindowNumber number,
+                 QWidget* parent = nullptr);
 
     /// Shows the window before all others until it is closed.
     void show_modal();
@@ -55,13 +57,15 @@ protected:
 
     /// Puts the window's own content above the strip.
     void set_content(QWidget* content);
+    /// Gives the basin's file in the status bar its help line.
+    void explain_status_bar(int line);
     /// Shows the basin's file in the status bar.
     void show_basin_file();
     /// Shows a message while an element has the colour of refused input.
     void refuse(QWidget* element, const Message& message);
-    /// Whether a box is left, or entered, by an event: an open menu, a question or another window only interrupts
-    /// the work in it.
-    [[nodiscard]] static bool leaves_box(const QEvent* event);
+    /// Whether a box is left, or entered, by an event: an open menu, a question or another window only
+    /// interrupts the work in it.
+    [[nodiscard]] bool leaves_box(const QEvent* event) const;
     [[nodiscard]] static bool enters_box(const QEvent* event);
     /// What QuickHelp changes in a window beside its strip.
     virtual void quick_help_changed(bool on) { static_cast<void>(on); }

@@ -8,7 +8,6 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
-
 #include <QTableView>
 #include <QVariant>
 #include <optional>
@@ -53,20 +52,26 @@ bool moves_attention(const QEvent* event) {
     }
 }
 
-/// The help line of the grid column that was clicked, or that the cursor is in; nothing outside such a grid.
-std::optional<int> line_of_column(QWidget* widget, const QEvent* event) {
+/// The help line of the grid's column, or row, that was clicked or that the cursor is in; nothing outside
+/// such a grid.
+std::optional<int> line_of_cell(QWidget* widget, const QEvent* event) {
     auto* grid = qobject_cast<QTableView*>(widget);
     if (grid == nullptr) grid = qobject_cast<QTableView*>(widget->parentWidget());
     if (grid == nullptr) return std::nullopt;
-    const QVariant base = grid->property(k_help_columns);
-    if (!base.isValid()) return std::nullopt;
-    int column = grid->currentIndex().column();
-    if (event->type() == QEvent::MouseButtonPress) {
-        if (widget != grid->viewport()) return std::nullopt;
-        column = grid->columnAt(static_cast<const QMouseEvent*>(event)->position().toPoint().x());
+    const bool clicked = event->type() == QEvent::MouseButtonPress;
+    if (clicked && widget != grid->viewport()) return std::nullopt;
+    const QPoint at = clicked ? static_cast<const QMouseEvent*>(event)->position().toPoint() : QPoint{};
+    const QVariant columns = grid->property(k_help_columns);
+    if (columns.isValid()) {
+        const int column = clicked ? grid->columnAt(at.x()) : grid->currentIndex().column();
+        if (column >= 0) return columns.toInt() + column + 1;
     }
-    if (column < 0) return std::nullopt;
-    return base.toInt() + column + 1;
+    const QVariant rows = grid->property(k_help_rows);
+    if (rows.isValid()) {
+        const int row = clicked ? grid->rowAt(at.y()) : grid->currentIndex().row();
+        if (row >= 0) return rows.toInt() + row + 1;
+    }
+    return std::nullopt;
 }
 
 /// The action of a menu or bar that a letter stands for.
@@ -84,9 +89,18 @@ bool only_leads_on(const QAction* action) {
     return action == nullptr || action->menu() != nullptr || action->isSeparator();
 }
 
+/// An entry of the main window's bar has a text among the menus', one of another window a line of its own.
 void explain_action(NivoraWindow* window, const QAction* action) {
+    const QVariant line = action->property(k_help_line);
+    if (line.isValid()) return window->explain_line(line.toInt());
     const QVariant number = action->property(k_help_menu);
     window->explain_menu(number.isValid() ? number.toInt() : -1);
+}
+
+/// A right click says nothing about what it hits.
+bool is_right_click(const QEvent* event) {
+    return event->type() == QEvent::MouseButtonPress &&
+           static_cast<const QMouseEvent*>(event)->button() != Qt::LeftButton;
 }
 
 }  // namespace
@@ -129,10 +143,11 @@ bool QuickHelp::filter_widget(QWidget* widget, QEvent* event) {
     if (qobject_cast<QMenuBar*>(widget) != nullptr) return filter_bar(widget, event);
     if (qobject_cast<QMenu*>(widget) != nullptr) return filter_menu(widget, event);
     if (window->is_help_strip(widget) && event->type() == QEvent::Wheel) return false;
-    const bool counts = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress ||
-                        event->type() == QEvent::Shortcut;
+    const bool counts =
+        !is_right_click(event) && (event->type() == QEvent::MouseButtonPress ||
+                                   event->type() == QEvent::KeyPress || event->type() == QEvent::Shortcut);
     if (counts) {
-        const auto line = line_of_column(widget, event);
+        const auto line = line_of_cell(widget, event);
         if (line) {
             window->explain_line(*line);
         } else {
@@ -165,8 +180,8 @@ bool QuickHelp::filter_menu(QWidget* widget, QEvent* event) {
     return true;
 }
 
-/// Menus open, so that their entries can be explained; an entry that stands on the bar itself acts no more than
-/// theirs.
+/// Menus open, so that their entries can be explained; an entry that stands on the bar itself acts no more
+/// than theirs.
 bool QuickHelp::filter_bar(QWidget* widget, QEvent* event) {
     auto* bar = static_cast<QMenuBar*>(widget);
     QAction* action = nullptr;

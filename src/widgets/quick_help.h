@@ -42,6 +42,9 @@ inline constexpr const char* k_help_line = "helpLine";
 /// The property of a grid whose columns explain themselves: the help line of column c, from 1, is this number
 /// plus c.
 inline constexpr const char* k_help_columns = "helpColumns";
+/// The property of a grid whose rows explain themselves: the help line of row r, from 1, is this number plus
+/// r.
+inline constexpr const char* k_help_rows = "helpRows";
 /// The property of a menu action that holds the number of its text among the menu texts.
 inline constexpr const char* k_help_menu = "helpMenu";
 

@@ -2,6 +2,7 @@
 
 #include "base/durable_file.h"
 #include "base/scripted_dialogs.h"
+#include "session/main_window_rules.h"
 #include "store/table_io.h"
 #include "tests/support/temporary_folder.h"
 
@@ -39,7 +40,7 @@ protected:
     /// What a user types into a fresh basin.
     void define_basin(int simulations) {
         session_.basin.basin_name = "Alder Fork";
-        session_.basin.Units_Code = k_metric;
+        fix_units(session_, k_metric);
         session_.basin.zones_text = "2";
         session_.basin.ZoneCount = 2;
         session_.basin.reference_elevation_text = "2107.35";

@@ -69,7 +69,7 @@ TEST_F(FileNamesTest, ATextTakesTheBasinsNameOrNewfile) {
     static_cast<void>(names_.GetFileName(FileKind::SaveText, "/data/alder.mdb"));
     static_cast<void>(names_.GetFileName(FileKind::SaveText, unnamed_));
     EXPECT_EQ(dialogs_.files()[0].proposed_name, "alder.txt");
-    EXPECT_EQ(dialogs_.files()[1].proposed_name, "newfile.txt");
+    EXPECT_EQ(dialogs_.files()[1].proposed_name, "newfile");
     EXPECT_EQ(dialogs_.files()[0].title, "Save as a text(.txt) file");
 }
 

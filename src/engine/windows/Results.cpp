@@ -17,13 +17,13 @@
 namespace nivora {
 namespace {
 
-constexpr int k_window_number = 4;
 constexpr int k_help_topic = 8;
 constexpr int k_rows = 6;
 
 QLabel* named_label(const char* name, int help_line, QWidget* parent) {
     auto* label = new QLabel(parent);
     label->setObjectName(QString::fromUtf8(name));
+    label->setTextFormat(Qt::PlainText);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     NivoraWindow::set_help(label, help_line);
     return label;
@@ -41,6 +41,7 @@ QTableWidget* make_table(QWidget* parent) {
     table->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
     table->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
     NivoraWindow::set_help(table, 17);
+    table->setProperty(k_help_rows, 0);
     for (int row = 0; row < k_rows; ++row) {
         for (int column = 0; column < 2; ++column) table->setItem(row, column, new QTableWidgetItem);
         table->item(row, 1)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -54,7 +55,7 @@ QTableWidget* make_table(QWidget* parent) {
 }  // namespace
 
 Results::Results(const WindowContext& context, QWidget* parent)
-    : NivoraWindow(context, "Results", k_window_number, parent),
+    : NivoraWindow(context, "Results", WindowNumber::Results, parent),
       basin_name_(named_label("Lbl(7)", 7, this)),
       simulation_name_(named_label("Lbl(8)", 8, this)),
       run_date_(named_label("Lbl(9)", 9, this)),
@@ -72,6 +73,7 @@ Results::Results(const WindowContext& context, QWidget* parent)
     layout->addWidget(comments_, 1);
     layout->addWidget(make_buttons());
     set_content(content);
+    explain_status_bar(16);
     resize(560, 460);
 }
 
@@ -81,6 +83,9 @@ QWidget* Results::make_labels() {
     form->addRow(QStringLiteral("Basin Name:  "), basin_name_);
     form->addRow(QStringLiteral("Simulation:"), simulation_name_);
     form->addRow(QStringLiteral("Run Date:"), run_date_);
+    int line = 7;
+    for (QLabel* value : {basin_name_, simulation_name_, run_date_})
+        set_help(form->labelForField(value), line++);
     return frame;
 }
 

@@ -17,7 +17,6 @@
 namespace nivora {
 namespace {
 
-constexpr int k_window_number = 9;
 constexpr int k_help_topic = 12;
 
 QString box_name(int index) { return QStringLiteral("Text1(%1)").arg(index); }
@@ -25,7 +24,8 @@ QString box_name(int index) { return QStringLiteral("Text1(%1)").arg(index); }
 }  // namespace
 
 frmTimeLagDist::frmTimeLagDist(const WindowContext& context, QWidget* parent)
-    : NivoraWindow(context, "frmTimeLagDist", k_window_number, parent), total_(new QLabel(this)) {
+    : NivoraWindow(context, "frmTimeLagDist", WindowNumber::frmTimeLagDist, parent),
+      total_(new QLabel(this)) {
     setWindowTitle(QStringLiteral("Custom Time Lag Distribution"));
     total_->setObjectName(QStringLiteral("lblDistTotal"));
     set_help(total_, 8);
@@ -152,7 +152,7 @@ bool frmTimeLagDist::leave_count() {
     const std::string text = from_qt(boxes_[0]->text());
     if (const auto problem = lag_day_count_problem(leading_number(text))) {
         telling_ = true;
-        refuse(boxes_[0], *problem);
+        session().dialogs.message(*problem);
         boxes_[0]->clear();
         boxes_[0]->setFocus();
         telling_ = false;

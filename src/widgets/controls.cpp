@@ -1,0 +1,88 @@
+#include "widgets/controls.h"
+
+#include "widgets/nivora_window.h"
+#include "widgets/qt_text.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSpinBox>
+
+namespace nivora {
+namespace {
+
+/// The line of a spin box can be named only from within.
+class ZoneBox : public QSpinBox {
+public:
+    explicit ZoneBox(QWidget* parent) : QSpinBox(parent) {
+        setObjectName(QStringLiteral("UpDown1"));
+        lineEdit()->setObjectName(QStringLiteral("Text1"));
+    }
+};
+
+}  // namespace
+
+ButtonRow make_button_row(std::initializer_list<const char*> captions, int first_help, QWidget* parent) {
+    ButtonRow row;
+    row.frame = new QWidget(parent);
+    auto* layout = new QHBoxLayout(row.frame);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addStretch(1);
+    int index = 0;
+    for (const char* caption : captions) {
+        auto* button = new QPushButton(QString::fromUtf8(caption), row.frame);
+        button->setObjectName(QStringLiteral("Command1(%1)").arg(index));
+        button->setAutoDefault(true);
+        NivoraWindow::set_help(button, first_help + index);
+        layout->addWidget(button);
+        row.buttons.push_back(button);
+        ++index;
+    }
+    return row;
+}
+
+QLabel* make_label(const QString& name, const QString& text, int help, QWidget* parent) {
+    auto* label = new QLabel(text, parent);
+    label->setObjectName(name);
+    NivoraWindow::set_help(label, help);
+    return label;
+}
+
+QLineEdit* make_date_box(const QString& name, int help, QWidget* parent) {
+    auto* box = new QLineEdit(parent);
+    box->setObjectName(name);
+    box->setInputMask(QStringLiteral("99/99/9999;_"));
+    NivoraWindow::set_help(box, help);
+    return box;
+}
+
+QSpinBox* make_zone_box(int zones, int help, QWidget* parent) {
+    auto* box = new ZoneBox(parent);
+    box->setRange(1, zones);
+    box->setKeyboardTracking(false);
+    box->setAccessibleName(QStringLiteral("Zone"));
+    NivoraWindow::set_help(box, help);
+    return box;
+}
+
+std::optional<Message> paste_problem(const PasteOutcome& outcome) {
+    std::string text;
+    if (outcome.refused > 0) {
+        text = std::to_string(outcome.refused) +
+               " of the pasted cells could not be taken, and the grid kept what stood there. The first is '" +
+               from_qt(outcome.first_refused.left(40)) +
+               "'. Numbers need a point as their decimal sign and no separators of thousands; dates have the "
+               "form "
+               "mm/dd/yyyy.";
+    }
+    if (outcome.cut_off > 0) {
+        if (!text.empty()) text += "\n";
+        text += "Rows or columns of the clipboard that had no room in the grid were left out: " +
+                std::to_string(outcome.cut_off) + ".";
+    }
+    if (text.empty()) return std::nullopt;
+    return Message{.text = text, .title = "Paste", .icon = Icon::Warning};
+}
+
+}  // namespace nivora

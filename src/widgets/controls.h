@@ -1,0 +1,41 @@
+// Pieces that several windows are made of.
+#pragma once
+
+#include "base/dialogs.h"
+#include "widgets/grid_view.h"
+
+#include <QString>
+#include <initializer_list>
+#include <optional>
+#include <vector>
+
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QSpinBox;
+class QWidget;
+
+namespace nivora {
+
+/// The buttons of a window in one row at its foot, named Command1(0), Command1(1) ... in the order of their
+/// captions; their help lines count from `first_help`.
+struct ButtonRow {
+    QWidget* frame = nullptr;
+    std::vector<QPushButton*> buttons;
+};
+[[nodiscard]] ButtonRow make_button_row(std::initializer_list<const char*> captions, int first_help,
+                                        QWidget* parent);
+
+/// A label that explains itself by a help line.
+[[nodiscard]] QLabel* make_label(const QString& name, const QString& text, int help, QWidget* parent);
+
+/// A box for a date behind its mask mm/dd/yyyy.
+[[nodiscard]] QLineEdit* make_date_box(const QString& name, int help, QWidget* parent);
+
+/// Chooses a zone from 1 to `zones`, by arrows (UpDown1) or by its number (Text1).
+[[nodiscard]] QSpinBox* make_zone_box(int zones, int help, QWidget* parent);
+
+/// What the user is told of a paste in which cells were refused or had no room.
+[[nodiscard]] std::optional<Message> paste_problem(const PasteOutcome& outcome);
+
+}  // namespace nivora

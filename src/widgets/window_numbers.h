@@ -1,0 +1,23 @@
+// The windows whose positions are kept, by the number under which the settings keep them.
+#pragma once
+
+namespace nivora {
+
+enum class WindowNumber {
+    frmNVR = 1,
+    SimOptions = 2,
+    frmData = 3,
+    Results = 4,
+    frmPopulate = 5,
+    frmLongTermAvg = 6,
+    frmCC = 7,
+    frmCtrlClim = 8,
+    frmTimeLagDist = 9,
+    frmNVRPlot = 10,
+    frmFileDisp = 11,
+    frmNVRHelp = 12,
+    frmPrint = 13,
+    frmLineAtt = 14
+};
+
+}  // namespace nivora
