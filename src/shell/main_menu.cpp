@@ -48,6 +48,7 @@ constexpr std::array k_entries{
     Entry{"mnuEditItmDelete(1)", "mnuEditItem(5)", "&Column", 36},
     Entry{"mnuOptItem(0)", "mnuOpt", "&Run year-round simulations in 'No Snow' mode", 37, Command::NoSnow},
     Entry{"mnuOptItem(1)", "mnuOpt", nullptr, 38},
+    Entry{"mnuOptItem(2)", "mnuOpt", nullptr, 38},
     Entry{"mnuOptItem(3)", "mnuOpt", "Melting Procedure", 38},
     Entry{"mnuOptSubItem(0)", "mnuOptItem(3)", "Temperature", 39, Command::MeltTemperature},
     Entry{"mnuOptSubItem(1)", "mnuOptItem(3)", "Temperature/Radiation", 40, Command::MeltRadiation},

@@ -19,8 +19,20 @@
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
+#include <functional>
 
 namespace nivora {
+
+/// A script for every box that also lets a test look at the windows while a box shows.
+class WatchedDialogs : public ScriptedDialogs {
+public:
+    Answer message(const Message& message) override {
+        if (while_shown) while_shown();
+        return ScriptedDialogs::message(message);
+    }
+
+    std::function<void()> while_shown;
+};
 
 class MainWindowTest : public testing::Test {
 protected:
@@ -56,7 +68,7 @@ protected:
         QTest::qWait(1);
     }
 
-    /// Types into a box as a user would and leaves it by Tab.
+    /// Types into a box as a user would, over what it held.
     void type(int number, const char* text) {
         box(number)->setFocus();
         box(number)->selectAll();
@@ -68,6 +80,26 @@ protected:
         QFocusEvent out(QEvent::FocusOut, Qt::TabFocusReason);
         QApplication::sendEvent(widget, &out);
         QTest::qWait(1);
+    }
+
+    /// Chooses the units of a fresh basin and answers the question.
+    void choose_units(int index, Answer answer) {
+        auto* units = find<QComboBox>("Combo1");
+        units->setFocus();
+        units->setCurrentIndex(index);
+        dialogs_.then(answer);
+        leave(units);
+    }
+
+    /// Gives a basin whose units are fixed its number of zones and answers the question.
+    void give_zones(const char* number, Answer answer) {
+        type(1, number);
+        dialogs_.then(answer);
+        leave(box(1));
+    }
+
+    [[nodiscard]] QColor colour_of(const QWidget* widget) const {
+        return widget->palette().color(QPalette::Base);
     }
 
     /// Opens the bundled sample basin as the user's file.
@@ -97,7 +129,7 @@ protected:
 
     TemporaryFolder program_;
     TemporaryFolder user_;
-    ScriptedDialogs dialogs_;
+    WatchedDialogs dialogs_;
     DesktopLink link_;
     Session session_{dialogs_, link_};
     QuickHelp quick_help_;

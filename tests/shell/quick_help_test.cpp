@@ -1,3 +1,4 @@
+#include "engine/windows/frmTimeLagDist.h"
 #include "tests/shell/main_window_fixture.h"
 
 #include <gmock/gmock.h>
@@ -93,7 +94,7 @@ TEST_F(QuickHelpTest, AMenuItemIsExplainedAndDisabled) {
 TEST_F(QuickHelpTest, TheStateHoldsInAWindowThatOpensMeanwhile) {
     quick_help_.set_on(true);
     const WindowContext context{session_, quick_help_, program_.path()};
-    NivoraWindow other(context, "frmTimeLagDist", 9);
+    frmTimeLagDist other(context);
     other.show();
     EXPECT_TRUE(other.findChild<QWidget*>(QStringLiteral("lblHelp"))->isVisible());
     EXPECT_THAT(other.help_text().toStdString(),
