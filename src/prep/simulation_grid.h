@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace nivora {
 
@@ -16,22 +17,31 @@ namespace nivora {
 /// The items of the lists in columns 5 to 12; none for the other columns.
 [[nodiscard]] std::vector<std::string> simulation_list(int column);
 
-/// Takes a text into a cell of the simulation grid, columns 1 to 17; a list takes its item or its number.
-/// Sets what a change sets. @return false where the cell can't hold it: a text where a number or a date
-/// belongs
+/// Takes a text into a cell of the simulation grid, columns 1 to 17; a list takes its item or its number, and
+/// an emptied date becomes the first or the last day of 1980. Column 1, the name, is that of the parameter
+/// table and can't be edited.
+///
+/// A change sets `Basin_Changed` and `Input_Changed`. The units of any row become those of the basin, and the
+/// dates of the selected row, as long as they make a period, those of the current simulation. What a change
+/// enables or disables in the main window is up to the caller.
+///
+/// @return false where the cell can't hold it: a text where a number or a date belongs
 bool edit_simulation_cell(const PrepContext& context, std::size_t row, int column, std::string_view text);
 
-/// What is wrong with a cell that is left. The repair is made once the message was shown.
+/// What is wrong with a cell that is left: a period of more than 366 days or without a second one, in columns
+/// 3 and 4 of any row but the first, or Max/Min temperatures by zone in column 7. The repair is made once the
+/// message was shown.
 [[nodiscard]] std::optional<Message> left_simulation_cell_problem(const BasinState& basin, std::size_t row,
                                                                   int column);
-/// Gives the cell back what it may hold.
+/// Gives the cell back what it may hold: a date that of the current simulation, column 7 "Basinwide".
 void repair_simulation_cell(BasinState& basin, std::size_t row, int column);
 
 /// "Are you sure you want to delete ...?"
 [[nodiscard]] Message delete_simulation_question(const BasinState& basin, std::size_t row);
 
-/// Removes a row of the grid and the parameter table of its name; the last row becomes the current one, and
-/// no simulation is selected. @throws StoreError
+/// Removes a row of the grid and the parameter table of its name, where there is one; the last row becomes
+/// the active one, and no simulation is selected. A table of the basin itself or of a scenario stays. A row
+/// that is not there leaves all as it is. @throws StoreError, with the row in place
 void Delete_Simulation(const PrepContext& context, BasinDatabase& database, std::size_t row);
 
 }  // namespace nivora
