@@ -100,20 +100,25 @@ void NivoraWindow::set_help(QWidget* widget, int line) { widget->setProperty(k_h
 void NivoraWindow::show_quick_help(bool on) {
     help_button_->setChecked(on);
     help_button_->setToolTip(on ? QStringLiteral("Hide 'QuickHelp'") : QStringLiteral("View 'QuickHelp'"));
+    const int height_before = height();
     strip_->setVisible(on);
-    make_room(on);
+    make_room(on, height_before);
     if (on) show_text(texts_.line(0));
 }
 
 /// The window grows by its strip, as far as the screen allows, and shrinks back.
-void NivoraWindow::make_room(bool on) {
+void NivoraWindow::make_room(bool on, int height_before) {
     if (!isVisible() || isMaximized() || isFullScreen()) return;
     if (on) {
-        const int room = screen()->availableGeometry().bottom() - frameGeometry().bottom();
-        grown_ = std::clamp(strip_->height(), 0, std::max(0, room));
-        resize(width(), height() + grown_);
+        const int below = frameGeometry().bottom() - height() + height_before;
+        const int room = std::max(0, screen()->availableGeometry().bottom() - below);
+        resize(width(), height_before + std::min(strip_->height(), room));
+        grown_ = height() - height_before;
     } else {
-        resize(width(), height() - grown_);
+        // Until its layouts know that the strip is gone they keep the window from shrinking.
+        frame_->layout()->activate();
+        layout()->activate();
+        resize(width(), height_before - grown_);
         grown_ = 0;
     }
 }

@@ -75,7 +75,7 @@ protected:
 
 private:
     void show_quick_help(bool on);
-    void make_room(bool on);
+    void make_room(bool on, int height_before);
     void show_text(const std::string& text);
     void save_position();
 
