@@ -16,6 +16,8 @@ namespace nivora {
 ///
 /// @throws StoreError with what is wrong with the user's file, FileError where the working file can't be
 /// written
+///
+/// Leftovers of killed copies beside either file are removed.
 void copy_into_work_file(const std::filesystem::path& user_file, const std::filesystem::path& work_file);
 
 /// Brings the working file over a user's file, which is afterwards whole: as it was, or new.
