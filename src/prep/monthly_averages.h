@@ -1,23 +1,23 @@
 // The long-term monthly averages that one window edits, inside one transaction.
 #pragma once
 
-#include "base/dialogs.h"
-#include "prep/prep_state.h"
 #include "store/database.h"
 
 #include <array>
+#include <cstdint>
 #include <filesystem>
+#include <vector>
 
 namespace nivora {
 
 /// Normal values of a month: maximum, minimum and average temperature, precipitation. NaN where missing.
 using MonthValues = std::array<float, 4>;
 
-/// The twelve months of each zone. All changes wait in one transaction for commit(); without it they are
-/// rolled back.
+/// The twelve months of each zone, as they are stored one behind the other. All changes wait in one
+/// transaction for commit(); without it they are rolled back.
 class MonthlyAverages {
 public:
-    /// @throws StoreError where the table is missing or not as it should be
+    /// @throws StoreError where the table is missing, or does not have twelve rows for each zone
     MonthlyAverages(const std::filesystem::path& work_file, int zones);
     ~MonthlyAverages();
     MonthlyAverages(const MonthlyAverages&) = delete;
@@ -26,21 +26,36 @@ public:
     [[nodiscard]] int zones() const { return zones_; }
     /// The values of a zone from 1 and a month from 1.
     [[nodiscard]] const MonthValues& values(int zone, int month) const;
-    /// Stores one value, item 0 to 3; NaN for a missing one.
+    /// Stores one value, item 0 to 3; NaN for a missing one. @throws StoreError for an infinite one
     void set_value(int zone, int month, std::size_t item, float value);
 
     /// Whether the basin has any daily variables.
     [[nodiscard]] bool has_physical_data();
-    /// Averages all days of each zone and calendar month; months without data keep their values.
-    /// @return false where there are no daily variables at all. @throws StoreError
+    /// Averages all days of each zone and calendar month over all years. Missing values do not count, and a
+    /// month without any precipitation value keeps what it has, whatever temperatures there are. What a
+    /// recalculation changes in the basin's flags is up to the caller.
+    ///
+    /// @return false where there are no daily variables at all. @throws StoreError, with all values as they
+    ///         were
     [[nodiscard]] bool recalculate();
 
+    /// Makes the changes last and ends the editing. @throws StoreError
     void commit();
 
 private:
+    /// A month of a zone and where it is stored.
+    struct StoredMonth {
+        std::int64_t row = 0;
+        MonthValues values{};
+    };
+    using StoredYear = std::array<StoredMonth, 12>;
+
+    [[nodiscard]] StoredYear read_year(int zone);
+    void store(const StoredMonth& month);
+
     BasinDatabase database_;
     int zones_;
-    std::vector<std::array<MonthValues, 12>> rows_;
+    std::vector<StoredYear> years_;  ///< zone 1 first
 };
 
 }  // namespace nivora
