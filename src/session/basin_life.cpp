@@ -3,6 +3,9 @@
 #include "base/durable_file.h"
 #include "base/number_text.h"
 #include "base/text.h"
+#include "prep/daily_records.h"
+#include "session/basin_import.h"
+#include "session/basin_rows.h"
 #include "store/basin_copy.h"
 #include "store/monthly_table.h"
 #include "store/table_io.h"
@@ -12,81 +15,19 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::optional<double> box_number(const std::string& text) {
-    if (trimmed(text).empty()) return std::nullopt;
-    return leading_number(text);
-}
-
-std::optional<std::string> box_text(const std::string& text) {
-    if (text.empty()) return std::nullopt;
-    return text;
-}
-
-/// The header with what the boxes hold. The units stay those that were fixed: a simulation may name others.
-BasinDescription description_of(const BasinState& basin, BasinDescription row) {
-    row.name = box_text(basin.basin_name);
-    row.description = box_text(basin.basin_description);
-    row.zones.reset();
-    if (const auto zones = box_number(basin.zones_text)) row.zones = to_integer16(*zones);
-    row.reference_elevation = box_number(basin.reference_elevation_text);
-    row.latitude = box_number(basin.latitude_text);
-    row.longitude = box_number(basin.longitude_text);
-    return row;
-}
-
-/// The grid's X and Y cells do not reach the file; it is meant so.
-std::vector<Simulation> simulations_to_store(std::vector<Simulation> simulations) {
-    for (Simulation& simulation : simulations) {
-        simulation.initial_x.reset();
-        simulation.initial_y.reset();
-    }
-    return simulations;
-}
-
-std::vector<Zone> zones_to_store(const BasinState& basin) {
-    std::vector<Zone> zones = basin.zones;
-    zones.resize(static_cast<std::size_t>(basin.ZoneCount));
-    // A cell without a text has the numeric value zero.
-    for (Zone& zone : zones) {
-        for (auto* number : {&zone.area, &zone.elevation}) *number = number->value_or(0.0);
-        for (Aspect& aspect : zone.aspects)
-            aspect = {.share = aspect.share.value_or(0.0), .elevation = aspect.elevation.value_or(0.0)};
-    }
-    return zones;
-}
-
 void grids_refused(Dialogs& dialogs) { dialogs.stop("Missing/invalid simulation data"); }
 
 /// Writes table after table; false after a message, with the tables before the faulty one written.
 bool write_grids(BasinDatabase& database, const BasinState& basin, Dialogs& dialogs) {
     try {
-        write_basin_description(database, description_of(basin, read_basin_description(database)));
-        clear_table(database, k_simulation_index);
-        add_rows<Simulation>(database, template_table(k_simulation_index),
-                             simulations_to_store(basin.simulations));
-        clear_table(database, k_zone_description);
-        add_rows<Zone>(database, template_table(k_zone_description), zones_to_store(basin));
+        store_boxes(database, basin);
+        store_simulations(database, basin);
+        store_zones(database, basin);
         return true;
     } catch (const StoreError&) {
         grids_refused(dialogs);
         return false;
     }
-}
-
-RecordExtent scan_record(BasinDatabase& database) {
-    return guarded([&] {
-        SQLite::Statement query{database.sql(),
-                                "SELECT count(Date), max(Zone), min(Date), max(Date) FROM PhysicalData"};
-        RecordExtent record;
-        if (!query.executeStep()) return record;
-        record.count = query.getColumn(0).getInt64();
-        std::int16_t zones = 0;
-        read_value(query, 1, zones);
-        record.zones = zones;
-        read_value(query, 2, record.first);
-        read_value(query, 3, record.last);
-        return record;
-    });
 }
 
 }  // namespace
@@ -221,7 +162,7 @@ bool BasinLife::Open_DB(const fs::path& path) {
             return true;
         });
         read_basin(database, basin);
-        record_ = scan_record(database);
+        session_.prep.record = Scan_Physical_Data(database);
     } catch (const StoreError&) {
         unrecognized();
         return false;
@@ -343,6 +284,18 @@ void BasinLife::save_as() {
     session_.shell.run_simulation = true;
     session_.shell.run_forecast = true;
     session_.shell.run_climate = !session_.run.NoSnow;
+    basin.Output_Valid = false;
+    session_.desktop.refresh_main_window();
+}
+
+bool BasinLife::import_file() { return import_basin(session_, file_names_); }
+
+void BasinLife::imported() {
+    BasinState& basin = session_.basin;
+    session_.shell.units_list_shown = basin.Units_Code == k_units_not_fixed;
+    Refill_Main_Window();
+    basin.Basin_Changed = true;
+    basin.Input_Changed = true;
     basin.Output_Valid = false;
     session_.desktop.refresh_main_window();
 }

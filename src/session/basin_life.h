@@ -27,6 +27,11 @@ public:
     void open_recent(std::size_t entry);
     void save();
     void save_as();
+    /// Brings a legacy file into the basin. @return whether its simulation is to be added through its window,
+    /// after which the caller calls imported()
+    [[nodiscard]] bool import_file();
+    /// Brings the main window in line with an import.
+    void imported();
     /// Asks what Exit asks. @return whether the program may end
     [[nodiscard]] bool may_exit();
 
@@ -44,7 +49,6 @@ public:
     /// Brings the main window in line with a basin that was opened or saved.
     void Refill_Main_Window();
 
-    [[nodiscard]] const RecordExtent& record() const { return record_; }
     [[nodiscard]] bool has_template_name() const;
 
 private:
@@ -59,7 +63,6 @@ private:
     Session& session_;
     FileNames file_names_;
     std::filesystem::path template_file_;
-    RecordExtent record_;
 };
 
 }  // namespace nivora

@@ -10,6 +10,9 @@ struct ShellState {
     bool save = false;
     bool save_as = true;
 
+    // Edit menu, until the main window is loaded again
+    bool edit_menu = true;
+
     // Data menu
     bool simulation_definition = true;
     bool scenario_definition = false;

@@ -1,16 +1,13 @@
 #include "shell/frmNVR.h"
 
 #include "base/number_text.h"
-#include "engine/run_driver.h"
 #include "engine/windows/Results.h"
-#include "engine/windows/frmTimeLagDist.h"
+#include "prep/simulation_grid.h"
+#include "session/simulation_list.h"
 #include "shell/basin_grids.h"
-#include "shell/frmAbout.h"
 #include "shell/frmNVRHelp.h"
-#include "shell/frmSplash.h"
 #include "widgets/controls.h"
 #include "widgets/grid_view.h"
-#include "widgets/page_dialogs.h"
 #include "widgets/qt_text.h"
 
 #include <QApplication>
@@ -22,17 +19,15 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <QProcess>
 #include <QPushButton>
-#include <QStandardPaths>
 #include <QStatusBar>
 #include <QTimer>
 
 namespace nivora {
 namespace {
 
-constexpr int k_main_window_topic = 0;
 constexpr int k_area_column = 1;
+constexpr int k_rows_with_both_bars = 5;
 
 std::string& box_text(BasinState& basin, std::size_t box) {
     switch (static_cast<BasinBox>(box)) {
@@ -85,8 +80,19 @@ frmNVR::frmNVR(const WindowContext& context)
         menu_->name_row_items(simulation_grid_->isAncestorOf(now) || now == simulation_grid_);
     });
     menu_->name_row_items(false);
+    connect(simulation_grid_, &GridView::left_cell, this, &frmNVR::cell_left);
+    connect(simulations_, &GridModel::edited, this, &frmNVR::simulation_edited);
+    for (GridView* grid : {zone_grid_, simulation_grid_}) {
+        connect(grid, &GridView::pasted, this, [this](const PasteOutcome& outcome) {
+            if (const auto problem = paste_problem(outcome)) session().dialogs.message(*problem);
+        });
+    }
     connect(simulation_grid_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this] { row_selected(); });
+    // The active row may be one that is not selected, after another one was deleted.
+    connect(simulation_grid_, &QAbstractItemView::pressed, this, [this] {
+        if (!session().basin.current_row) row_selected();
+    });
     resize(1000, 720);
     if (context.quick_help.is_on()) quick_help_changed(true);
 }
@@ -181,7 +187,7 @@ QGroupBox* frmNVR::make_simulations() {
     simulation_grid_->setProperty(k_help_columns, 21);
     simulation_grid_->setAccessibleName(QStringLiteral("Simulations"));
     simulation_grid_->setSelectionBehavior(QAbstractItemView::SelectRows);
-    simulation_grid_->setSelectionMode(QAbstractItemView::SingleSelection);
+    simulation_grid_->set_clears_cells(false);
     grid->addWidget(simulation_grid_, 1, 0, 1, 5);
     constexpr std::array<const char*, 3> k_captions{"&Add Simulation", "&Delete Simulation",
                                                     "&Edit Simulation"};
@@ -193,6 +199,9 @@ QGroupBox* frmNVR::make_simulations() {
         grid->addWidget(buttons_.at(index), 2, i);
     }
     connect(buttons_[0], &QPushButton::clicked, this, &frmNVR::add_simulation);
+    connect(buttons_[1], &QPushButton::clicked, this, &frmNVR::delete_simulation);
+    connect(buttons_[2], &QPushButton::clicked, this,
+            [this] { choose_data(DataEntry::SimulationDefinition); });
     grid->setColumnStretch(4, 1);
     grid->setRowStretch(1, 1);
     return frame;
@@ -239,6 +248,9 @@ void frmNVR::show_simulations() {
     simulations_->reload();
     const auto row = session().basin.current_row;
     if (row) simulation_grid_->selectRow(static_cast<int>(*row));
+    // A short list scrolls sideways by the arrow keys alone.
+    simulation_grid_->setHorizontalScrollBarPolicy(
+        simulations_->rowCount() < k_rows_with_both_bars ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
     filling_ = filling;
 }
 
@@ -339,8 +351,10 @@ void frmNVR::zones_left() {
         fix_zones(session(), to_integer16(leading_number(from_qt(boxes_[1]->text()))).value_or(1));
     } catch (const StoreError& error) {
         session().dialogs.stop(error.what());
+        return;
     }
     refresh_main_window();
+    populate();
 }
 
 void frmNVR::units_left() {
@@ -428,119 +442,29 @@ void frmNVR::row_selected() {
     menu_->refresh();
 }
 
-void frmNVR::add_simulation() {
-    if (const auto problem = add_simulation_problem(session())) session().dialogs.message(*problem);
+void frmNVR::simulation_edited() {
+    edited_simulation(session());
+    fill_labels();
+    emit simulations_->headerDataChanged(Qt::Horizontal, 0, simulations_->columnCount() - 1);
+    menu_->refresh();
 }
 
-void frmNVR::do_command(Command command) {
-    switch (command) {
-        case Command::New:
-            if (life_.new_basin()) boxes_[0]->setFocus();
-            return;
-        case Command::Open: return life_.open();
-        case Command::Save: return life_.save();
-        case Command::SaveAs: return life_.save_as();
-        case Command::Exit: close(); return;
-        case Command::NoSnow: return toggle_snow();
-        case Command::MeltTemperature:
-        case Command::MeltRadiation: return fill_labels();
-        case Command::ClearRecent: session().settings.recent_files.clear(); return menu_->refresh();
-        case Command::OpeningRun: return open_run_menu();
-        case Command::MeltSeasonSimulation: return run_simulation(0);
-        case Command::YearRoundSimulation: return run_simulation(1);
-        case Command::MeltSeasonForecast: return run_forecast(0);
-        case Command::YearRoundForecast: return run_forecast(1);
-        case Command::Convert:
-            session().dialogs.message({.text = "Database conversion routine in development"});
-            return;
-        case Command::TimeLag: return show_time_lag();
-        case Command::Help: return show_help_topic(k_main_window_topic);
-        case Command::Welcome: frmSplash(session(), false, this).exec(); return;
-        case Command::About: frmAbout(this).exec(); return;
-        case Command::SystemInformation: return show_system_information();
-        case Command::PageSetup: return Page_Setup(session().settings, this);
-        case Command::None: return;
-    }
-}
-
-void frmNVR::open_run_menu() {
-    if (!session().shell.run_simulation || context().quick_help.is_on()) return;
-    const auto problem = run_menu_problem(session().basin);
+void frmNVR::cell_left(int row, int column) {
+    if (telling_ || filling_ || leaving_ || context().quick_help.is_on()) return;
+    const auto grid_row = static_cast<std::size_t>(row);
+    const auto problem = left_simulation_cell_problem(session().basin, grid_row, column + 1);
     if (!problem) return;
-    if (problem->place == RunMenuProblem::Place::ReferenceElevation) {
-        refuse(boxes_[2], problem->message);
-        boxes_[2]->setFocus();
-        return;
-    }
-    if (problem->place == RunMenuProblem::Place::None) {
-        session().dialogs.message(problem->message);
-        return;
-    }
-    zones_->mark_zone(problem->zone);
-    session().dialogs.message(problem->message);
-    zones_->mark_zone(0);
-    zone_grid_->setFocus();
-    zone_grid_->setCurrentIndex(zones_->index(problem->zone - 1, 2));
-}
-
-void frmNVR::run_simulation(int index) {
-    choose_simulation(session().run);
-    run(index);
-}
-
-void frmNVR::run_forecast(int index) {
-    if (choose_forecast(session().run, session().dialogs, index)) run(index);
-}
-
-void frmNVR::run(int index) {
-    commit_edits();
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    const RunOutcome outcome = start_run({session().basin, session().run, session().dialogs}, index);
-    QApplication::restoreOverrideCursor();
-    menu_->refresh();
-    show_simulations();
-    if (outcome.statistics_valid) show_results();
-}
-
-void frmNVR::toggle_snow() {
-    if (const auto told = toggle_no_snow(session())) session().dialogs.message(*told);
-    menu_->refresh();
-}
-
-void frmNVR::show_results() {
-    if (!results_) results_ = std::make_unique<Results>(context(), nullptr);
-    results_->fill();
-    results_->show();
-    results_->raise();
-    results_->activateWindow();
-}
-
-void frmNVR::show_time_lag() { frmTimeLagDist(context(), nullptr).show_modal(); }
-
-void frmNVR::show_help_topic(int topic) {
-    if (!help_) help_ = std::make_unique<frmNVRHelp>(context(), nullptr);
-    help_->show_topic(topic);
-    // Before a modal window only a modal window can be used.
-    const Qt::WindowModality modality = QApplication::activeModalWidget() != nullptr && !help_->isModal()
-                                            ? Qt::ApplicationModal
-                                            : help_->windowModality();
-    if (modality != help_->windowModality()) {
-        help_->hide();
-        help_->setWindowModality(modality);
-    } else if (!help_->isVisible() && QApplication::activeModalWidget() == nullptr) {
-        help_->setWindowModality(Qt::NonModal);
-    }
-    help_->show();
-    help_->raise();
-    help_->activateWindow();
-}
-
-void frmNVR::show_system_information() {
-    for (const char* tool : {"msinfo32", "kinfocenter", "hardinfo2", "hardinfo"}) {
-        const QString program = QStandardPaths::findExecutable(QString::fromUtf8(tool));
-        if (!program.isEmpty() && QProcess::startDetached(program, {})) return;
-    }
-    session().dialogs.message({.text = "System Information Is Unavailable At This Time"});
+    telling_ = true;
+    simulations_->mark(QRect(column, row, 1, 1));
+    session().dialogs.message(*problem);
+    repair_simulation_cell(session().basin, grid_row, column + 1);
+    simulations_->mark({});
+    simulations_->changed_block(row, column, row, column);
+    telling_ = false;
+    QTimer::singleShot(0, simulation_grid_, [this, row, column] {
+        simulation_grid_->setCurrentIndex(simulations_->index(row, column));
+        simulation_grid_->setFocus();
+    });
 }
 
 void frmNVR::quick_help_changed(bool on) {

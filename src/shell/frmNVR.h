@@ -1,6 +1,7 @@
 // The main window: the definition of the open basin, its zones and its simulations.
 #pragma once
 
+#include "prep/data_menu.h"
 #include "session/basin_life.h"
 #include "session/main_window_rules.h"
 #include "shell/main_menu.h"
@@ -38,6 +39,7 @@ public:
     void refresh_main_window() override;
     void show_help_topic(int topic) override;
     void show_results() override;
+    void open_daily_editor() override;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -63,6 +65,9 @@ private:
     void show_area();
     void row_selected();
     void add_simulation();
+    void delete_simulation();
+    void cell_left(int row, int column);
+    void simulation_edited();
 
     void do_command(Command command);
     void open_run_menu();
@@ -71,6 +76,15 @@ private:
     void run(int index);
     void toggle_snow();
     void show_time_lag();
+    void show_definition();
+    void show_added(bool defined);
+    void import_file();
+    template <typename Choose>
+    void follow(Choose choose);
+    void choose_data(DataEntry entry);
+    void choose_variables(int index);
+    void show_long_term_averages();
+    void populate();
     void show_system_information();
     void mark_edited();
 

@@ -3,9 +3,11 @@
 #include "base/durable_file.h"
 #include "widgets/qt_text.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QEventLoop>
 #include <QLabel>
+#include <QPointer>
 #include <QScreen>
 #include <QStatusBar>
 #include <QStyle>
@@ -172,11 +174,13 @@ bool NivoraWindow::enters_box(const QEvent* event) {
 }
 
 void NivoraWindow::show_modal() {
+    const QPointer<QWidget> before = QApplication::activeWindow();
     setWindowModality(Qt::ApplicationModal);
     QEventLoop loop;
     setAttribute(Qt::WA_DeleteOnClose, false);
     show();
     while (isVisible()) loop.processEvents(QEventLoop::WaitForMoreEvents);
+    if (before) before->activateWindow();
 }
 
 void NivoraWindow::closeEvent(QCloseEvent* event) {

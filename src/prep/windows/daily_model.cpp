@@ -1,0 +1,93 @@
+#include "prep/windows/daily_model.h"
+
+#include "base/number_text.h"
+#include "base/single.h"
+#include "base/text.h"
+#include "widgets/qt_text.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace nivora {
+
+void DailyModel::show(DailyEditor* editor) {
+    beginResetModel();
+    editor_ = editor;
+    patterns_.clear();
+    if (editor_ != nullptr) {
+        for (const DailyColumn& column : editor_->columns()) {
+            patterns_.push_back(column.decimals > 0
+                                    ? "0." + std::string(static_cast<std::size_t>(column.decimals), '0')
+                                    : "0");
+        }
+    }
+    endResetModel();
+}
+
+int DailyModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() || editor_ == nullptr ? 0 : static_cast<int>(editor_->rows());
+}
+
+int DailyModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() || editor_ == nullptr ? 0 : static_cast<int>(editor_->columns().size());
+}
+
+const DailyColumn& DailyModel::column_of(int column) const {
+    return editor_->columns().at(static_cast<std::size_t>(column));
+}
+
+CellFormat DailyModel::format(int /*row*/, int column) const {
+    if (column == 0) return {.kind = CellFormat::Kind::Date};
+    const bool whole = column_of(column).type == FieldType::Integer;
+    return {.kind = whole ? CellFormat::Kind::Integer : CellFormat::Kind::Number};
+}
+
+QString DailyModel::number_text(double value, int column) const {
+    return to_qt(format_number(value, patterns_.at(static_cast<std::size_t>(column))));
+}
+
+QString DailyModel::text(int row, int column) const {
+    const auto day = static_cast<std::size_t>(row);
+    if (column == 0) return to_qt(long_date_text(editor_->date(day)));
+    return number_text(editor_->value(day, static_cast<std::size_t>(column)), column);
+}
+
+QString DailyModel::whole_text(int row, int column) const {
+    if (column == 0) return text(row, column);
+    const double value = editor_->value(static_cast<std::size_t>(row), static_cast<std::size_t>(column));
+    const bool single = column_of(column).type == FieldType::Single;
+    return to_qt(single ? shortest_text(static_cast<float>(value)) : shortest_text(value));
+}
+
+QString DailyModel::header(int column) const { return to_qt(column_of(column).header); }
+
+bool DailyModel::locked(int /*row*/, int column) const { return column == 0 || read_only_; }
+
+QColor DailyModel::text_colour(int /*row*/, int column) const {
+    return column == 0 ? QColor{} : QColor{0, 0, 255};
+}
+
+/// Of numbers with one count of decimals the largest and the smallest are the longest.
+QString DailyModel::widest_text(int column) const {
+    if (column == 0) return QStringLiteral("00/00/0000");
+    double low = 0.0;
+    double high = 0.0;
+    for (std::size_t row = 0; row < editor_->rows(); ++row) {
+        const double value = editor_->value(row, static_cast<std::size_t>(column));
+        if (value < low) low = value;
+        if (value > high) high = value;
+    }
+    const QString lowest = number_text(low, column);
+    const QString highest = number_text(high, column);
+    return lowest.size() > highest.size() ? lowest : highest;
+}
+
+bool DailyModel::put(int row, int column, const QString& text) {
+    const std::string typed = from_qt(text);
+    // An empty cell is a missing value; leaving such a cell by hand makes it zero.
+    auto number = trimmed(typed).empty() ? std::optional<double>{k_missing} : exact_number(typed);
+    if (!number) return false;
+    return editor_->set_value(static_cast<std::size_t>(row), static_cast<std::size_t>(column), *number);
+}
+
+}  // namespace nivora

@@ -1,0 +1,42 @@
+// The days of one zone as a grid shows them.
+#pragma once
+
+#include "prep/daily_editor.h"
+#include "widgets/grid_model.h"
+
+namespace nivora {
+
+/// One row a day, the columns of the view. Cells show their decimals; an editor and the clipboard get the
+/// whole value.
+class DailyModel : public GridModel {
+    Q_OBJECT
+
+public:
+    DailyModel(bool read_only, QObject* parent) : GridModel(parent), read_only_(read_only) {}
+
+    /// Shows the days of an editor, or nothing for null.
+    void show(DailyEditor* editor);
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] CellFormat format(int row, int column) const override;
+    [[nodiscard]] QString text(int row, int column) const override;
+    [[nodiscard]] QString whole_text(int row, int column) const override;
+    [[nodiscard]] QString header(int column) const override;
+    [[nodiscard]] bool locked(int row, int column) const override;
+    [[nodiscard]] QColor text_colour(int row, int column) const override;
+    [[nodiscard]] QString widest_text(int column) const override;
+
+protected:
+    [[nodiscard]] bool put(int row, int column, const QString& text) override;
+
+private:
+    [[nodiscard]] const DailyColumn& column_of(int column) const;
+    [[nodiscard]] QString number_text(double value, int column) const;
+
+    DailyEditor* editor_ = nullptr;
+    bool read_only_;
+    std::vector<std::string> patterns_;
+};
+
+}  // namespace nivora

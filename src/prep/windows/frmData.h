@@ -1,0 +1,59 @@
+// The daily editor.
+#pragma once
+
+#include "prep/daily_editor.h"
+#include "widgets/nivora_window.h"
+
+#include <memory>
+#include <vector>
+
+class QGroupBox;
+class QSpinBox;
+
+namespace nivora {
+
+class DailyModel;
+class GridView;
+
+/// Shows what `PrepState::query` prepared, one zone at a time. All changes wait for Done.
+class frmData : public NivoraWindow {
+    Q_OBJECT
+
+public:
+    explicit frmData(const WindowContext& context, QWidget* parent = nullptr);
+    ~frmData() override;
+
+    /// Opens the table. @return false where there is nothing to show, which was told
+    [[nodiscard]] bool open();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    QWidget* make_head();
+    void make_menus();
+    void show_zone(int zone);
+    void fit_columns();
+    void mass_edit(MassEdit edit);
+    void done();
+    void cancel();
+    void help();
+    [[nodiscard]] bool results_may_go();
+    [[nodiscard]] bool may_discard();
+
+    std::unique_ptr<DailyEditor> editor_;
+    std::vector<Zone> zone_grid_before_;
+    DailyModel* days_;
+    GridView* grid_;
+    QGroupBox* zone_frame_ = nullptr;
+    QSpinBox* zone_ = nullptr;
+    bool finished_ = false;
+};
+
+/// The caption above the grid: what is shown, of which simulation, in which units.
+[[nodiscard]] std::string daily_caption(const PrepState& prep, const BasinState& basin);
+
+/// The title of the window; it says so where the values can't be changed while a climate run goes on.
+[[nodiscard]] std::string daily_title(const PrepState& prep, int climate_step);
+
+}  // namespace nivora

@@ -1,0 +1,39 @@
+// The months of one zone as a grid shows them.
+#pragma once
+
+#include "prep/monthly_averages.h"
+#include "widgets/grid_model.h"
+
+namespace nivora {
+
+/// Twelve rows, January first: the month's name, maximum, minimum and average temperature, precipitation.
+class MonthModel : public GridModel {
+    Q_OBJECT
+
+public:
+    using GridModel::GridModel;
+
+    /// Shows a zone of these averages, or nothing for null.
+    void show_zone(MonthlyAverages* averages, int zone);
+    [[nodiscard]] bool edited_by_user() const { return edited_; }
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] CellFormat format(int row, int column) const override;
+    [[nodiscard]] QString text(int row, int column) const override;
+    [[nodiscard]] QString whole_text(int row, int column) const override;
+    [[nodiscard]] QString header(int column) const override;
+    [[nodiscard]] bool locked(int row, int column) const override;
+
+protected:
+    [[nodiscard]] bool put(int row, int column, const QString& text) override;
+
+private:
+    [[nodiscard]] float value(int row, int column) const;
+
+    MonthlyAverages* averages_ = nullptr;
+    int zone_ = 1;
+    bool edited_ = false;
+};
+
+}  // namespace nivora

@@ -1,0 +1,25 @@
+// What the main window holds of the basin, into the rows of its file and back.
+#pragma once
+
+#include "store/basin_store.h"
+
+namespace nivora {
+
+/// Writes the boxes of the basin definition. The units stay those that were fixed: a simulation may name
+/// others.
+void store_boxes(BasinDatabase& database, const BasinState& basin);
+
+/// Writes the zone grid, a row for each of the basin's zones; a cell without a text has the numeric value
+/// zero.
+void store_zones(BasinDatabase& database, const BasinState& basin);
+
+/// Writes the simulation grid. Its X and Y cells do not reach the file; it is meant so.
+void store_simulations(BasinDatabase& database, const BasinState& basin);
+
+/// Writes boxes and zones, where the basin has zones already.
+void store_definition(BasinDatabase& database, const BasinState& basin);
+
+/// Reads boxes and zones, and leaves the simulation grid alone.
+void read_definition(BasinDatabase& database, BasinState& basin);
+
+}  // namespace nivora

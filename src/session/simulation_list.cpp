@@ -1,0 +1,52 @@
+#include "session/simulation_list.h"
+
+#include "prep/sim_options.h"
+#include "prep/simulation_grid.h"
+#include "prep/simulation_names.h"
+
+namespace nivora {
+
+bool name_new_simulation(Session& session) {
+    BasinDatabase database{session.basin.Work_File, Access::ReadWrite};
+    std::optional<std::string> name;
+    database.in_transaction([&] {
+        name = Add_Simulation_Name(database, session.dialogs, {});
+        return name.has_value();
+    });
+    if (!name) return false;
+    session.prep.working_record = new_simulation_record(session.basin, *name);
+    session.prep.SimOptions_Mode = SimOptionsMode::Add;
+    return true;
+}
+
+void delete_simulation_row(Session& session, std::size_t row) {
+    {
+        BasinDatabase database{session.basin.Work_File, Access::ReadWrite};
+        Delete_Simulation({session.basin, session.prep, session.dialogs}, database, row);
+    }
+    Repaint_Sim_Grid(session);
+    session.basin.current_row.reset();
+    session.basin.Current_Sim_Name = k_no_simulation;
+    ShellState& shell = session.shell;
+    shell.run_simulation = false;
+    shell.run_forecast = false;
+    shell.run_climate = false;
+    shell.variables_of_simulation = false;
+    shell.graphics = false;
+    shell.reports = false;
+}
+
+void Repaint_Sim_Grid(Session& session) {
+    const bool any = !session.basin.simulations.empty();
+    session.shell.delete_simulation = any;
+    session.shell.edit_simulation = any;
+    session.shell.simulation_definition = any;
+}
+
+void edited_simulation(Session& session) {
+    session.shell.save = !session.basin.New_Basin;
+    session.shell.save_as = true;
+    session.shell.reports = false;
+}
+
+}  // namespace nivora

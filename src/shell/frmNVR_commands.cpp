@@ -1,0 +1,262 @@
+// What the entries of the menu bar and the buttons of the main window do.
+
+#include "engine/run_driver.h"
+#include "engine/windows/Results.h"
+#include "engine/windows/frmTimeLagDist.h"
+#include "prep/simulation_grid.h"
+#include "prep/windows/SimOptions.h"
+#include "prep/windows/frmData.h"
+#include "prep/windows/frmLongTermAvg.h"
+#include "prep/windows/frmPopulate.h"
+#include "session/simulation_list.h"
+#include "shell/basin_grids.h"
+#include "shell/frmAbout.h"
+#include "shell/frmNVR.h"
+#include "shell/frmNVRHelp.h"
+#include "shell/frmSplash.h"
+#include "widgets/grid_view.h"
+#include "widgets/page_dialogs.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QProcess>
+#include <QStandardPaths>
+
+namespace nivora {
+namespace {
+
+constexpr int k_main_window_topic = 0;
+constexpr int k_simulation_columns = 17;
+
+}  // namespace
+
+void frmNVR::do_command(Command command) {
+    switch (command) {
+        case Command::New:
+            if (life_.new_basin()) boxes_[0]->setFocus();
+            return;
+        case Command::Open: return life_.open();
+        case Command::Save: return life_.save();
+        case Command::SaveAs: return life_.save_as();
+        case Command::Exit: close(); return;
+        case Command::Import: return import_file();
+        case Command::Cut: return simulation_grid_->cut();
+        case Command::Copy: return simulation_grid_->copy();
+        case Command::Paste: return simulation_grid_->paste();
+        case Command::InsertRow: return add_simulation();
+        case Command::DeleteRow: return delete_simulation();
+        case Command::NoSnow: return toggle_snow();
+        case Command::MeltTemperature:
+        case Command::MeltRadiation: return fill_labels();
+        case Command::ClearRecent: session().settings.recent_files.clear(); return menu_->refresh();
+        case Command::SimulationDefinition: return choose_data(DataEntry::SimulationDefinition);
+        case Command::Parameters: return choose_data(DataEntry::Parameters);
+        case Command::ResultsTable: return choose_data(DataEntry::Results);
+        case Command::VariablesOfRecord: return choose_variables(0);
+        case Command::VariablesOfSimulation: return choose_variables(1);
+        case Command::LongTermAverages: return show_long_term_averages();
+        case Command::OpeningRun: return open_run_menu();
+        case Command::MeltSeasonSimulation: return run_simulation(0);
+        case Command::YearRoundSimulation: return run_simulation(1);
+        case Command::MeltSeasonForecast: return run_forecast(0);
+        case Command::YearRoundForecast: return run_forecast(1);
+        case Command::Convert:
+            session().dialogs.message({.text = "Database conversion routine in development"});
+            return;
+        case Command::TimeLag: return show_time_lag();
+        case Command::Help: return show_help_topic(k_main_window_topic);
+        case Command::Welcome: frmSplash(session(), false, this).exec(); return;
+        case Command::About: frmAbout(this).exec(); return;
+        case Command::SystemInformation: return show_system_information();
+        case Command::PageSetup: return Page_Setup(session().settings, this);
+        case Command::None: return;
+    }
+}
+
+void frmNVR::open_run_menu() {
+    if (!session().shell.run_simulation || context().quick_help.is_on()) return;
+    const auto problem = run_menu_problem(session().basin);
+    if (!problem) return;
+    if (problem->place == RunMenuProblem::Place::ReferenceElevation) {
+        refuse(boxes_[2], problem->message);
+        boxes_[2]->setFocus();
+        return;
+    }
+    if (problem->place == RunMenuProblem::Place::None) {
+        session().dialogs.message(problem->message);
+        return;
+    }
+    zones_->mark_zone(problem->zone);
+    session().dialogs.message(problem->message);
+    zones_->mark_zone(0);
+    zone_grid_->setFocus();
+    zone_grid_->setCurrentIndex(zones_->index(problem->zone - 1, 2));
+}
+
+void frmNVR::run_simulation(int index) {
+    choose_simulation(session().run);
+    run(index);
+}
+
+void frmNVR::run_forecast(int index) {
+    if (choose_forecast(session().run, session().dialogs, index)) run(index);
+}
+
+void frmNVR::run(int index) {
+    commit_edits();
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const RunOutcome outcome = start_run({session().basin, session().run, session().dialogs}, index);
+    QApplication::restoreOverrideCursor();
+    menu_->refresh();
+    show_simulations();
+    if (outcome.statistics_valid) show_results();
+}
+
+void frmNVR::toggle_snow() {
+    if (const auto told = toggle_no_snow(session())) session().dialogs.message(*told);
+    menu_->refresh();
+}
+
+void frmNVR::show_results() {
+    if (!results_) results_ = std::make_unique<Results>(context(), nullptr);
+    results_->fill();
+    results_->show();
+    results_->raise();
+    results_->activateWindow();
+}
+
+void frmNVR::show_time_lag() { frmTimeLagDist(context(), nullptr).show_modal(); }
+
+void frmNVR::show_help_topic(int topic) {
+    if (!help_) help_ = std::make_unique<frmNVRHelp>(context(), nullptr);
+    help_->show_topic(topic);
+    // Before a modal window only a modal window can be used.
+    const Qt::WindowModality modality = QApplication::activeModalWidget() != nullptr && !help_->isModal()
+                                            ? Qt::ApplicationModal
+                                            : help_->windowModality();
+    if (modality != help_->windowModality()) {
+        help_->hide();
+        help_->setWindowModality(modality);
+    } else if (!help_->isVisible() && QApplication::activeModalWidget() == nullptr) {
+        help_->setWindowModality(Qt::NonModal);
+    }
+    help_->show();
+    help_->raise();
+    help_->activateWindow();
+}
+
+void frmNVR::show_system_information() {
+    for (const char* tool : {"msinfo32", "kinfocenter", "hardinfo2", "hardinfo"}) {
+        const QString program = QStandardPaths::findExecutable(QString::fromUtf8(tool));
+        if (!program.isEmpty() && QProcess::startDetached(program, {})) return;
+    }
+    session().dialogs.message({.text = "System Information Is Unavailable At This Time"});
+}
+
+void frmNVR::add_simulation() {
+    if (const auto problem = add_simulation_problem(session())) {
+        session().dialogs.message(*problem);
+        return;
+    }
+    commit_edits();
+    try {
+        if (!name_new_simulation(session())) return;
+    } catch (const StoreError& error) {
+        session().dialogs.stop(error.what());
+        return;
+    }
+    show_definition();
+}
+
+void frmNVR::delete_simulation() {
+    commit_edits();
+    const QModelIndex active = simulation_grid_->currentIndex();
+    if (!active.isValid()) return;
+    simulations_->mark(QRect(0, active.row(), k_simulation_columns, 1));
+    const auto row = static_cast<std::size_t>(active.row());
+    const bool confirmed =
+        session().dialogs.message(delete_simulation_question(session().basin, row)) == Answer::Yes;
+    simulations_->mark({});
+    if (!confirmed) return;
+    try {
+        delete_simulation_row(session(), row);
+    } catch (const StoreError& error) {
+        session().dialogs.stop(error.what());
+    }
+    refresh_main_window();
+}
+
+/// Brings buttons and menus in line with the grid, and with the row that was defined.
+void frmNVR::show_added(bool defined) {
+    Repaint_Sim_Grid(session());
+    if (defined && session().basin.current_row)
+        choose_simulation_row(session(), *session().basin.current_row);
+}
+
+/// Shows the window of the definition at hand, and the grid with what came of it.
+void frmNVR::show_definition() {
+    SimOptions window(context(), nullptr);
+    if (!window.open()) return;
+    window.show_modal();
+    show_added(window.accepted());
+    refresh_main_window();
+}
+
+void frmNVR::import_file() {
+    if (!life_.import_file()) return;
+    refresh_main_window();
+    SimOptions window(context(), nullptr);
+    if (window.open()) window.show_modal();
+    show_added(window.accepted());
+    life_.imported();
+}
+
+/// Runs the checks of a Data entry on the working file and shows what they lead to.
+template <typename Choose>
+void frmNVR::follow(Choose choose) {
+    commit_edits();
+    DataOutcome outcome = DataOutcome::Stopped;
+    try {
+        BasinDatabase database{session().basin.Work_File, Access::ReadWrite};
+        outcome = choose(PrepContext{session().basin, session().prep, session().dialogs}, database);
+    } catch (const StoreError&) {
+        // The command ends without a further word.
+    }
+    switch (outcome) {
+        case DataOutcome::ShowDefinition: return show_definition();
+        case DataOutcome::ShowEditor: return open_daily_editor();
+        case DataOutcome::ShowScenarios:
+        case DataOutcome::Stopped: return;
+    }
+}
+
+void frmNVR::choose_data(DataEntry entry) {
+    follow([entry](const PrepContext& prep, BasinDatabase& database) {
+        return mnuDataOpt_Click(prep, database, entry);
+    });
+}
+
+void frmNVR::choose_variables(int index) {
+    follow([index](const PrepContext& prep, BasinDatabase& database) {
+        return mnuDataOptVar_Click(prep, database, index);
+    });
+}
+
+void frmNVR::open_daily_editor() {
+    frmData window(context(), nullptr);
+    if (!window.open()) return;
+    window.show_modal();
+    refresh_main_window();
+}
+
+void frmNVR::show_long_term_averages() {
+    commit_edits();
+    frmLongTermAvg window(context(), nullptr);
+    if (!window.open()) return;
+    window.show_modal();
+    menu_->refresh();
+}
+
+void frmNVR::populate() { frmPopulate(context(), nullptr).show_modal(); }
+
+}  // namespace nivora
