@@ -22,7 +22,7 @@ struct UnitTexts {
 };
 [[nodiscard]] UnitTexts unit_texts(int units_code);
 
-/// What stands in the window's controls.
+/// What stands in the window's controls. A number is a text, empty where there is none.
 struct SimOptionsForm {
     std::string name;
     std::string run_number;
@@ -42,11 +42,17 @@ struct SimOptionsForm {
 /// The working record of a simulation that is to be added under a name.
 [[nodiscard]] SimulationRecord new_simulation_record(const BasinState& basin, const std::string& name);
 
-/// What the window shows when it opens, by `PrepState::SimOptions_Mode`; says so where a simulation's
-/// parameter table is missing or empty.
+/// What the window shows when it opens, by `PrepState::SimOptions_Mode`: the working record, or for an edit
+/// the selected row of the grid with the values of its parameter table on zone 1's first day. Says so where
+/// that table is missing or empty.
 [[nodiscard]] SimOptionsForm open_sim_options(const PrepContext& context, BasinDatabase& database);
 
-/// Takes the definition into the grid and makes its daily rows, with the questions in their order.
+/// Takes the definition into the grid, where it becomes the current simulation, with the questions in their
+/// order. A definition that is added gets its parameter table filled and the daily variables of its period;
+/// an edit or an import adds no rows. What is wrong is shown; what was done until then stays.
+///
+/// A box that holds no number leaves its cell empty, but a first value that is missing stops the adding.
+///
 /// @return whether the window closes
 [[nodiscard]] bool accept_sim_options(const PrepContext& context, BasinDatabase& database,
                                       SimOptionsForm& form);

@@ -1,0 +1,283 @@
+#include "prep/sim_options.h"
+
+#include "base/number_text.h"
+#include "base/single.h"
+#include "prep/daily_records.h"
+#include "prep/simulation_grid.h"
+#include "store/table_io.h"
+
+#include <cmath>
+#include <stdexcept>
+
+namespace nivora {
+namespace {
+
+constexpr CivilDate k_default_start{1980, 10, 1};
+constexpr CivilDate k_default_end{1981, 9, 30};
+constexpr std::int64_t k_longest_period = 366;  // days
+
+std::string& box(SimOptionsForm& form, FirstValue which) {
+    return form.first_values.at(static_cast<std::size_t>(which));
+}
+
+const std::string& box(const SimOptionsForm& form, FirstValue which) {
+    return form.first_values.at(static_cast<std::size_t>(which));
+}
+
+/// A coefficient as it was typed: the parameter table holds it in a Double, but most of them came as a
+/// Single.
+std::string coefficient_text(double value) {
+    const auto single = static_cast<float>(value);
+    return static_cast<double>(single) == value ? single_text(single) : double_text(value);
+}
+
+void fill_first_values(SimOptionsForm& form, const ParameterRow& row) {
+    box(form, FirstValue::An) = single_text(row.an);
+    box(form, FirstValue::Tcrit) = single_text(row.tcrit);
+    box(form, FirstValue::LapseRate) = single_text(row.lapse_rate);
+    box(form, FirstValue::Cs) = single_text(row.cs);
+    box(form, FirstValue::Cr) = single_text(row.cr);
+    box(form, FirstValue::RCA) = row.rca ? std::to_string(*row.rca) : std::string{};
+    box(form, FirstValue::LagTime) = single_text(row.lag_hours);
+    box(form, FirstValue::Xcoeff) = coefficient_text(row.xcoeff);
+    box(form, FirstValue::Ycoeff) = coefficient_text(row.ycoeff);
+}
+
+bool is_by_zone(const std::optional<Distribution>& cell) { return cell == Distribution::ByZone; }
+
+SimOptionsForm form_of(const Simulation& row) {
+    SimOptionsForm form;
+    form.name = row.name;
+    form.run_number = row.text(2);
+    form.start = Date_Size(row.text(3));
+    form.end = Date_Size(row.text(4));
+    form.units = row.units.value_or(k_metric);
+    form.temperature_values = row.temperature_values.value_or(0);
+    form.by_zone = {is_by_zone(row.temperature),          is_by_zone(row.precipitation),
+                    is_by_zone(row.lapse_rate),           is_by_zone(row.runoff_coefficients),
+                    is_by_zone(row.critical_temperature), is_by_zone(row.recession)};
+    form.initial_runoff = row.text(13);
+    form.threshold = row.text(14);
+    form.comments = row.text(17);
+    box(form, FirstValue::Xcoeff) = row.text(15);
+    box(form, FirstValue::Ycoeff) = row.text(16);
+    return form;
+}
+
+SimOptionsForm form_of(const SimulationRecord& record) {
+    SimOptionsForm form = form_of(record.definition);
+    fill_first_values(form, record.first_values);
+    return form;
+}
+
+/// The first row of a simulation's parameter table in its period; nothing where there is none.
+std::optional<ParameterRow> first_day(BasinDatabase& database, const Simulation& simulation) {
+    const auto table = database.stored_name(simulation.name);
+    if (!table || !simulation.start || !simulation.end) return std::nullopt;
+    return guarded([&]() -> std::optional<ParameterRow> {
+        SQLite::Statement query{
+            database.sql(), "SELECT " + field_list(parameter_table(*table)) + " FROM " + quoted_name(*table) +
+                                " WHERE Date >= ? AND Date <= ? ORDER BY Zone, Date LIMIT 1"};
+        query.bind(1, *simulation.start);
+        query.bind(2, *simulation.end);
+        auto rows = read_rows<ParameterRow>(query);
+        if (rows.empty()) return std::nullopt;
+        return rows.front();
+    });
+}
+
+/// Shows the values that a later edit would overwrite, or says that there are none.
+void show_first_day(const PrepContext& context, BasinDatabase& database, const Simulation& simulation,
+                    SimOptionsForm& form) {
+    try {
+        const auto row = first_day(database, simulation);
+        if (!row) {
+            context.dialogs.stop(
+                "Missing/empty parameter table for this simulation.  The table will be rebuilt when you "
+                "click "
+                "'Accept'.",
+                "Missing parameter table");
+            return;
+        }
+        fill_first_values(form, *row);
+        form.values_of_first_day = true;
+    } catch (const StoreError& error) {
+        context.dialogs.stop(error.what());
+    }
+}
+
+std::optional<float> single_cell(const std::string& text) {
+    const auto number = exact_number(text);
+    if (!number || std::isinf(static_cast<float>(*number))) return std::nullopt;
+    return static_cast<float>(*number);
+}
+
+std::optional<std::int16_t> integer_cell(const std::string& text) {
+    const auto number = exact_number(text);
+    return number ? to_integer16(*number) : std::nullopt;
+}
+
+float single_value(const std::string& text) { return single_cell(text).value_or(k_missing); }
+
+ParameterRow first_values_of(const SimOptionsForm& form) {
+    ParameterRow row;
+    row.an = single_value(box(form, FirstValue::An));
+    row.tcrit = single_value(box(form, FirstValue::Tcrit));
+    row.lapse_rate = single_value(box(form, FirstValue::LapseRate));
+    row.cs = single_value(box(form, FirstValue::Cs));
+    row.cr = single_value(box(form, FirstValue::Cr));
+    row.rca = integer_cell(box(form, FirstValue::RCA));
+    row.lag_hours = single_value(box(form, FirstValue::LagTime));
+    const auto missing = static_cast<double>(k_missing);
+    row.xcoeff = exact_number(box(form, FirstValue::Xcoeff)).value_or(missing);
+    row.ycoeff = exact_number(box(form, FirstValue::Ycoeff)).value_or(missing);
+    return row;
+}
+
+std::optional<Period> period_of(const SimOptionsForm& form) {
+    const auto start = read_date(form.start);
+    const auto end = read_date(form.end);
+    if (!start || !end) return std::nullopt;
+    return Period{*start, *end};
+}
+
+/// The grid's row of the definition, grown where there is none yet; it becomes the active one.
+Simulation* go_to_row(BasinState& basin, SimOptionsMode mode, SimOptionsForm& form) {
+    if (!form.grid_row) {
+        if (mode == SimOptionsMode::Edit) return nullptr;
+        basin.simulations.emplace_back();
+        form.grid_row = basin.simulations.size() - 1;
+    }
+    if (*form.grid_row >= basin.simulations.size()) return nullptr;
+    basin.current_row = form.grid_row;
+    return basin.current_simulation();
+}
+
+void write_cells_up_to_units(Simulation& row, const SimOptionsForm& form, const Period& period) {
+    row.name = form.name;
+    row.run_number = integer_cell(form.run_number);
+    row.start = period.start;
+    row.end = period.end;
+    row.units = static_cast<std::int16_t>(form.units);
+}
+
+void write_other_cells(Simulation& row, const SimOptionsForm& form) {
+    const auto distribution = [&](std::size_t item) {
+        return form.by_zone.at(item) ? Distribution::ByZone : Distribution::Basinwide;
+    };
+    row.temperature_values = static_cast<std::int16_t>(form.temperature_values);
+    row.temperature = distribution(0);
+    row.precipitation = distribution(1);
+    row.lapse_rate = distribution(2);
+    row.runoff_coefficients = distribution(3);
+    row.critical_temperature = distribution(4);
+    row.recession = distribution(5);
+    row.initial_runoff = single_cell(form.initial_runoff);
+    row.precipitation_threshold = single_cell(form.threshold);
+    row.initial_x = exact_number(box(form, FirstValue::Xcoeff));
+    row.initial_y = exact_number(box(form, FirstValue::Ycoeff));
+    row.comments.reset();
+    if (!form.comments.empty()) row.comments = form.comments;
+}
+
+/// Whether the units of the definition may become those of the basin, where it has none yet.
+bool units_settled(const PrepContext& context, const Simulation& row) {
+    if (context.basin.Units_Code != k_units_not_fixed) return true;
+    const Answer answer = context.dialogs.message(
+        {.text =
+             "Once units are established within a basin, any additional simulations for the basin must use "
+             "the same units.  Continue?",
+         .title = "Are your units correct?",
+         .buttons = Buttons::OkCancel});
+    if (answer == Answer::Cancel) return false;
+    context.basin.Units_Code = row.units.value_or(k_metric);
+    return true;
+}
+
+/// Fills the parameter table, then the daily variables. @return the last answer that was given
+Answer build_tables(const PrepContext& context, BasinDatabase& database, const std::string& name) {
+    PrepState& prep = context.prep;
+    prep.Data_View = DataView::Parameters;
+    prep.record_table = name;
+    const Answer first = Build_Daily_Records(context, database);
+    // The daily variables follow also where the parameter table was left as it is; it is meant so.
+    prep.Data_View = DataView::PhysicalData;
+    const Answer second = Build_Daily_Records(context, database);
+    return second == Answer::Ok ? first : second;
+}
+
+bool invalid_data(Dialogs& dialogs) {
+    dialogs.stop("Missing/invalid data");
+    return false;
+}
+
+}  // namespace
+
+UnitTexts unit_texts(int units_code) {
+    if (units_code == k_english) return {.area_word = "in", .flow_letter = "f", .default_threshold = "2.36"};
+    return {.area_word = "cm", .flow_letter = "m", .default_threshold = "6.00"};
+}
+
+SimulationRecord new_simulation_record(const BasinState& basin, const std::string& name) {
+    SimulationRecord record;
+    record.definition.name = name;
+    record.definition.start = day_count(k_default_start);
+    record.definition.end = day_count(k_default_end);
+    if (basin.Units_Code != k_units_not_fixed)
+        record.definition.units = static_cast<std::int16_t>(basin.Units_Code);
+    record.definition.comments = "Comments concerning the simulation go here";
+    return record;
+}
+
+SimOptionsForm open_sim_options(const PrepContext& context, BasinDatabase& database) {
+    const PrepState& prep = context.prep;
+    const Simulation* row = context.basin.current_simulation();
+    if (prep.SimOptions_Mode == SimOptionsMode::Edit && row != nullptr) {
+        SimOptionsForm form = form_of(*row);
+        form.grid_row = context.basin.current_row;
+        show_first_day(context, database, *row, form);
+        return form;
+    }
+    SimOptionsForm form = form_of(prep.working_record);
+    // The units, once they are shown, bring their threshold with them, but only where one is added.
+    if (prep.SimOptions_Mode == SimOptionsMode::Add && form.threshold.empty())
+        form.threshold = unit_texts(form.units).default_threshold;
+    return form;
+}
+
+bool accept_sim_options(const PrepContext& context, BasinDatabase& database, SimOptionsForm& form) {
+    BasinState& basin = context.basin;
+    PrepState& prep = context.prep;
+    const auto period = period_of(form);
+    if (!period) return invalid_data(context.dialogs);
+    prep.Daily_Start = period->start;
+    prep.Daily_End = period->end;
+    if (period->days() > k_longest_period || period->end <= period->start) {
+        context.dialogs.stop("Date range error!");
+        return false;
+    }
+    Simulation* row = go_to_row(basin, prep.SimOptions_Mode, form);
+    if (row == nullptr) return invalid_data(context.dialogs);
+    write_cells_up_to_units(*row, form, *period);
+    // A row that was grown stays where the user has second thoughts about the units; it is meant so.
+    if (!units_settled(context, *row)) return false;
+    write_other_cells(*row, form);
+    prep.working_record.first_values = first_values_of(form);
+    try {
+        if (prep.SimOptions_Mode == SimOptionsMode::Add &&
+            build_tables(context, database, form.name) == Answer::Cancel)
+            return false;
+    } catch (const StoreError&) {
+        return invalid_data(context.dialogs);
+    } catch (const std::invalid_argument&) {
+        return invalid_data(context.dialogs);
+    }
+    basin.Input_Changed = true;
+    basin.Basin_Changed = true;
+    basin.Current_Sim_Name = form.name;
+    basin.Current_Start = period->start;
+    basin.Current_End = period->end;
+    return true;
+}
+
+}  // namespace nivora

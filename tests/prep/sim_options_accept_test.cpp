@@ -1,0 +1,341 @@
+// Accepting a simulation's definition.
+#include "prep/sim_options.h"
+#include "tests/prep/prep_fixture.h"
+
+namespace nivora {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Optional;
+
+constexpr const char* k_invalid = "Missing/invalid data";
+
+class SimOptionsAccept : public PrepTest {
+protected:
+    SimOptionsAccept() {
+        make_parameter_table("wet");
+        prep_.SimOptions_Mode = SimOptionsMode::Add;
+        form_.name = "wet";
+        form_.run_number = "3";
+        form_.start = "10/01/1980";
+        form_.end = "10/02/1980";
+        form_.initial_runoff = "2.5";
+        form_.threshold = "6.00";
+        form_.comments = "made by hand";
+        form_.first_values = {"0.5", "1.5", "0.625", "0.875", "0.75", "1", "18", "1.125", "0.03125"};
+    }
+
+    bool accept() { return accept_sim_options(context_, database_, form_); }
+
+    /// As an edit of a row that is in the grid.
+    void edit_row() {
+        select("wet", october(1), october(2));
+        prep_.SimOptions_Mode = SimOptionsMode::Edit;
+        form_.grid_row = 0;
+    }
+
+    std::vector<std::string> cells(std::size_t row) {
+        std::vector<std::string> texts;
+        for (int column = 1; column <= 17; ++column) texts.push_back(basin_.simulations.at(row).text(column));
+        return texts;
+    }
+
+    SimOptionsForm form_;
+};
+
+// Adding.
+
+TEST_F(SimOptionsAccept, AnAddedSimulationGetsItsRowItsParametersAndItsDays) {
+    dialogs_.then(Answer::Yes);
+    EXPECT_TRUE(accept());
+    ASSERT_EQ(basin_.simulations.size(), 1U);
+    EXPECT_THAT(cells(0), ElementsAre("wet", "3", "10/01/1980", "10/02/1980", "Metric", "Average",
+                                      "Basinwide", "Basinwide", "Basinwide", "Basinwide", "Basinwide",
+                                      "Basinwide", "2.5", "6", "1.125", "0.03125", "made by hand"));
+    EXPECT_THAT(days("wet"), ElementsAre("1 1", "1 2", "2 1", "2 2"));
+    EXPECT_THAT(rows("SELECT DISTINCT An, Tcrit, LapseRate, Cs, Cr, RCA, LagTime, Xcoeff, Ycoeff FROM wet"),
+                ElementsAre("0.5 1.5 0.625 0.875 0.75 1 18.0 1.125 0.03125"));
+    EXPECT_THAT(days("PhysicalData"), ElementsAre("1 1", "1 2", "2 1", "2 2"));
+}
+
+TEST_F(SimOptionsAccept, AnAddedSimulationIsTheCurrentOne) {
+    dialogs_.then(Answer::Yes);
+    EXPECT_TRUE(accept());
+    EXPECT_EQ(basin_.Current_Sim_Name, "wet");
+    EXPECT_THAT(basin_.current_row, Optional(std::size_t{0}));
+    EXPECT_THAT(basin_.Current_Start, Optional(october(1)));
+    EXPECT_THAT(basin_.Current_End, Optional(october(2)));
+    EXPECT_TRUE(basin_.Basin_Changed);
+    EXPECT_TRUE(basin_.Input_Changed);
+}
+
+TEST_F(SimOptionsAccept, TheParametersAreToldOfBeforeTheDaysAreAskedAbout) {
+    dialogs_.then(Answer::Yes);
+    accept();
+    ASSERT_EQ(messages(), 2U);
+    EXPECT_EQ(dialogs_.messages()[0].message.buttons, Buttons::Ok);
+    EXPECT_THAT(dialogs_.messages()[0].message.text, testing::StartsWith("The parameter table"));
+    EXPECT_THAT(dialogs_.messages()[1].message.text, testing::StartsWith("Daily physical data records"));
+}
+
+TEST_F(SimOptionsAccept, AddingLeavesTheModeOfTheDailyVariablesBehind) {
+    prep_.Data_View = DataView::Results;
+    dialogs_.then(Answer::Yes);
+    accept();
+    EXPECT_EQ(prep_.Data_View, DataView::PhysicalData);
+    EXPECT_EQ(prep_.record_table, "wet");
+    EXPECT_EQ(prep_.Daily_Start, october(1));
+    EXPECT_EQ(prep_.Daily_End, october(2));
+}
+
+TEST_F(SimOptionsAccept, DaysThatTheRecordHasAreNotAskedAboutAndStay) {
+    add_physical({{.zone = 1, .date = october(1), .runoff = 1.5F},
+                  {.zone = 1, .date = october(2), .runoff = 2.5F},
+                  {.zone = 2, .date = october(1), .runoff = 3.5F},
+                  {.zone = 2, .date = october(2), .runoff = 4.5F}});
+    EXPECT_TRUE(accept());
+    EXPECT_EQ(messages(), 1U);
+    EXPECT_THAT(rows("SELECT Runoff FROM PhysicalData"), ElementsAre("1.5", "2.5", "3.5", "4.5"));
+}
+
+TEST_F(SimOptionsAccept, ANoToTheDaysStillAddsTheSimulation) {
+    dialogs_.then(Answer::No);
+    EXPECT_TRUE(accept());
+    EXPECT_THAT(days("PhysicalData"), IsEmpty());
+    EXPECT_EQ(basin_.Current_Sim_Name, "wet");
+}
+
+TEST_F(SimOptionsAccept, TheRecordGrowsByAPeriodOutsideIt) {
+    basin_.ZoneCount = 1;
+    add_physical({{.zone = 1, .date = october(20)}});
+    dialogs_.then(Answer::Yes);
+    EXPECT_TRUE(accept());
+    EXPECT_THAT(days("PhysicalData"), ElementsAre("1 20", "1 1", "1 2"));
+    EXPECT_EQ(prep_.record.first, october(1));
+    EXPECT_EQ(prep_.record.last, october(20));
+}
+
+TEST_F(SimOptionsAccept, AnotherSimulationGoesBehindTheOthers) {
+    select("dry", october(5), october(6));
+    dialogs_.then(Answer::Yes);
+    EXPECT_TRUE(accept());
+    ASSERT_EQ(basin_.simulations.size(), 2U);
+    EXPECT_EQ(basin_.simulations[1].name, "wet");
+    EXPECT_THAT(days("wet"), ElementsAre("1 1", "1 2", "2 1", "2 2")) << "the days of the new row";
+}
+
+// Dates.
+
+TEST_F(SimOptionsAccept, DatesThatCanNotBeReadAreInvalidData) {
+    for (const char* text : {"", "02/29/1981", "soon", "  /  /    "}) {
+        form_.end = text;
+        EXPECT_FALSE(accept());
+        EXPECT_EQ(last_message().text, k_invalid);
+        EXPECT_EQ(last_message().icon, Icon::Stop);
+    }
+    EXPECT_TRUE(basin_.simulations.empty());
+}
+
+TEST_F(SimOptionsAccept, APeriodOfMoreThan366DaysOrOfOneIsRefused) {
+    // 10/01/1980 to 10/02/1981 are 367 days.
+    for (const char* end : {"10/02/1981", "10/01/1980", "09/30/1980"}) {
+        form_.end = end;
+        EXPECT_FALSE(accept());
+        EXPECT_EQ(last_message().text, "Date range error!");
+        EXPECT_EQ(last_message().icon, Icon::Stop);
+    }
+    EXPECT_TRUE(basin_.simulations.empty());
+    EXPECT_FALSE(basin_.Basin_Changed);
+}
+
+TEST_F(SimOptionsAccept, APeriodOf366DaysIsAccepted) {
+    form_.end = "10/01/1981";
+    dialogs_.then(Answer::Yes);
+    EXPECT_TRUE(accept());
+    EXPECT_EQ(days("wet").size(), 2U * 366U);
+}
+
+// Units.
+
+TEST_F(SimOptionsAccept, UnitsThatAreNotFixedAreAskedAboutAndFixed) {
+    basin_.Units_Code = k_units_not_fixed;
+    form_.units = k_english;
+    dialogs_.then(Answer::Ok).then(Answer::Yes);
+    EXPECT_TRUE(accept());
+    const Message& question = dialogs_.messages().front().message;
+    EXPECT_EQ(question.text,
+              "Once units are established within a basin, any additional simulations for the basin "
+              "must use the same units.  Continue?");
+    EXPECT_EQ(question.title, "Are your units correct?");
+    EXPECT_EQ(question.buttons, Buttons::OkCancel);
+    EXPECT_EQ(basin_.Units_Code, k_english);
+}
+
+TEST_F(SimOptionsAccept, ACancelAtTheUnitsLeavesAGrownRowWithItsFirstCells) {
+    basin_.Units_Code = k_units_not_fixed;
+    dialogs_.then(Answer::Cancel);
+    EXPECT_FALSE(accept());
+    EXPECT_EQ(basin_.Units_Code, k_units_not_fixed);
+    ASSERT_EQ(basin_.simulations.size(), 1U);
+    EXPECT_THAT(cells(0), ElementsAre("wet", "3", "10/01/1980", "10/02/1980", "Metric", "", "", "", "", "",
+                                      "", "", "", "", "", "", ""));
+    EXPECT_THAT(days("wet"), IsEmpty());
+    EXPECT_EQ(basin_.Current_Sim_Name, "--");
+}
+
+TEST_F(SimOptionsAccept, ASecondAcceptGoesToTheRowThatTheFirstHasGrown) {
+    basin_.Units_Code = k_units_not_fixed;
+    dialogs_.then(Answer::Cancel).then(Answer::Ok).then(Answer::Yes);
+    EXPECT_FALSE(accept());
+    EXPECT_TRUE(accept());
+    EXPECT_EQ(basin_.simulations.size(), 1U);
+}
+
+TEST_F(SimOptionsAccept, UnitsThatAreFixedStayThoseOfTheBasin) {
+    form_.units = k_english;
+    dialogs_.then(Answer::Yes);
+    EXPECT_TRUE(accept());
+    EXPECT_EQ(basin_.Units_Code, k_metric);
+    EXPECT_THAT(basin_.simulations[0].units, Optional(std::int16_t{k_english}));
+}
+
+// Cells and first values.
+
+TEST_F(SimOptionsAccept, BoxesWithoutANumberLeaveTheirCellsEmpty) {
+    form_.run_number = "first";
+    form_.initial_runoff = "2,5";
+    form_.threshold = "";
+    form_.comments = "";
+    dialogs_.then(Answer::Yes);
+    EXPECT_TRUE(accept());
+    for (const int column : {2, 13, 14, 17}) EXPECT_EQ(basin_.simulations[0].text(column), "") << column;
+}
+
+TEST_F(SimOptionsAccept, NumbersBeyondTheirCellsLeaveThemEmpty) {
+    form_.run_number = "40000";
+    form_.initial_runoff = "4e38";
+    dialogs_.then(Answer::Yes);
+    EXPECT_TRUE(accept());
+    EXPECT_EQ(basin_.simulations[0].text(2), "");
+    EXPECT_EQ(basin_.simulations[0].text(13), "");
+}
+
+TEST_F(SimOptionsAccept, OptionsGoIntoTheirColumns) {
+    form_.temperature_values = 1;
+    for (std::size_t item = 0; item < form_.by_zone.size(); ++item) {
+        SCOPED_TRACE(item);
+        form_.by_zone.fill(false);
+        form_.by_zone[item] = true;
+        edit_row();
+        EXPECT_TRUE(accept());
+        EXPECT_EQ(basin_.simulations[0].value(6), 1.0);
+        for (int column = 7; column <= 12; ++column)
+            EXPECT_EQ(basin_.simulations[0].value(column), column == static_cast<int>(item) + 7 ? 1.0 : 0.0);
+    }
+}
+
+TEST_F(SimOptionsAccept, AFirstValueThatIsMissingIsInvalidDataAndGrowsNoSecondRow) {
+    const auto whole = form_.first_values;
+    for (std::size_t value = 0; value < k_first_values; ++value) {
+        for (const char* text : {"", "x", "0,5", "4e38"}) {
+            SCOPED_TRACE(std::to_string(value) + " " + text);
+            form_.first_values = whole;
+            form_.first_values.at(value) = text;
+            EXPECT_FALSE(accept());
+            EXPECT_EQ(last_message().text, k_invalid);
+            EXPECT_EQ(basin_.simulations.size(), 1U);
+        }
+    }
+    EXPECT_THAT(days("wet"), IsEmpty());
+    form_.first_values = whole;
+    dialogs_.then(Answer::Yes);
+    EXPECT_TRUE(accept());
+    EXPECT_EQ(basin_.simulations.size(), 1U);
+}
+
+TEST_F(SimOptionsAccept, AMissingParameterTableIsInvalidData) {
+    database_.drop_table("wet");
+    EXPECT_FALSE(accept());
+    ASSERT_EQ(messages(), 1U);
+    EXPECT_EQ(last_message().text, k_invalid);
+    EXPECT_FALSE(basin_.Basin_Changed);
+}
+
+TEST_F(SimOptionsAccept, AWholeParameterTableIsAskedAboutAndACancelKeepsTheWindow) {
+    basin_.ZoneCount = 1;
+    add_parameters("wet", {parameter_day(1, october(1), 8.0F), parameter_day(1, october(2), 9.0F)});
+    add_physical({{.zone = 1, .date = october(1)}, {.zone = 1, .date = october(2)}});
+    dialogs_.then(Answer::Cancel);
+    EXPECT_FALSE(accept());
+    EXPECT_EQ(last_message().title, "Replace existing parameter table?");
+    EXPECT_THAT(rows("SELECT An FROM wet"), ElementsAre("8.0", "9.0"));
+    EXPECT_EQ(basin_.Current_Sim_Name, "--");
+    dialogs_.then(Answer::Ok);
+    EXPECT_TRUE(accept());
+    EXPECT_THAT(rows("SELECT An FROM wet"), ElementsAre("0.5", "0.5"));
+}
+
+TEST_F(SimOptionsAccept, AfterACancelAtTheParametersTheDaysAreStillAskedAbout) {
+    basin_.ZoneCount = 1;
+    add_parameters("wet", {parameter_day(1, october(1), 8.0F), parameter_day(1, october(2), 9.0F)});
+    dialogs_.then(Answer::Cancel).then(Answer::No);
+    EXPECT_TRUE(accept()) << "the later answer counts";
+    EXPECT_EQ(messages(), 2U);
+}
+
+// Edit and import.
+
+TEST_F(SimOptionsAccept, AnEditChangesItsRowAndNoTable) {
+    edit_row();
+    form_.end = "10/03/1980";
+    EXPECT_TRUE(accept());
+    EXPECT_EQ(basin_.simulations.size(), 1U);
+    EXPECT_EQ(basin_.simulations[0].text(4), "10/03/1980");
+    EXPECT_THAT(basin_.Current_End, Optional(october(3)));
+    EXPECT_TRUE(basin_.Basin_Changed);
+    EXPECT_EQ(messages(), 0U);
+    EXPECT_THAT(days("wet"), IsEmpty());
+    EXPECT_THAT(days("PhysicalData"), IsEmpty());
+}
+
+TEST_F(SimOptionsAccept, AnEditNeedsNoFirstValues) {
+    edit_row();
+    form_.first_values.fill("");
+    EXPECT_TRUE(accept());
+    EXPECT_EQ(basin_.simulations[0].text(15), "");
+}
+
+TEST_F(SimOptionsAccept, AnEditLeavesTheModeOfTheLastViewBehind) {
+    edit_row();
+    prep_.Data_View = DataView::Results;
+    EXPECT_TRUE(accept());
+    EXPECT_EQ(prep_.Data_View, DataView::Results);
+}
+
+TEST_F(SimOptionsAccept, AnEditWithoutARowIsInvalidData) {
+    prep_.SimOptions_Mode = SimOptionsMode::Edit;
+    EXPECT_FALSE(accept());
+    EXPECT_EQ(last_message().text, k_invalid);
+    EXPECT_TRUE(basin_.simulations.empty());
+}
+
+TEST_F(SimOptionsAccept, TheFirstValuesAreThoseThatALaterBuildWrites) {
+    edit_row();
+    EXPECT_TRUE(accept());
+    EXPECT_EQ(prep_.working_record.first_values.an, 0.5F);
+    EXPECT_EQ(prep_.working_record.first_values.ycoeff, 0.03125);
+}
+
+TEST_F(SimOptionsAccept, AnImportGrowsARowAndBuildsNothing) {
+    prep_.SimOptions_Mode = SimOptionsMode::Import;
+    EXPECT_TRUE(accept());
+    ASSERT_EQ(basin_.simulations.size(), 1U);
+    EXPECT_EQ(basin_.Current_Sim_Name, "wet");
+    EXPECT_EQ(messages(), 0U);
+    EXPECT_THAT(days("wet"), IsEmpty());
+    EXPECT_THAT(days("PhysicalData"), IsEmpty());
+}
+
+}  // namespace
+}  // namespace nivora
