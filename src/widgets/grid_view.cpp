@@ -48,6 +48,7 @@ GridView::GridView(GridModel* model, QWidget* parent) : QTableView(parent), cell
     setWordWrap(false);
     horizontalHeader()->setDefaultAlignment(Qt::AlignCenter | Qt::Alignment(Qt::TextWordWrap));
     horizontalHeader()->setMinimumSectionSize(k_narrowest);
+    horizontalHeader()->setHighlightSections(false);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() + 8);
     connect(qApp, &QApplication::focusChanged, this, &GridView::focus_moved);

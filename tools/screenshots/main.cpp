@@ -4,6 +4,11 @@
 #include "base/durable_file.h"
 #include "engine/windows/Results.h"
 #include "engine/windows/frmTimeLagDist.h"
+#include "prep/data_menu.h"
+#include "prep/windows/SimOptions.h"
+#include "prep/windows/frmData.h"
+#include "prep/windows/frmLongTermAvg.h"
+#include "prep/windows/frmPopulate.h"
 #include "shell/desktop_link.h"
 #include "shell/frmAbout.h"
 #include "shell/frmNVR.h"
@@ -18,6 +23,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -81,6 +87,7 @@ public:
         sample();
         menus();
         windows();
+        preparing();
     }
 
 private:
@@ -171,6 +178,39 @@ private:
         frmAbout about;
         about.show();
         draw(about, "about.png");
+    }
+
+    /// The windows in which a basin is made by hand, on the sample.
+    void preparing() {
+        const WindowContext context{session_, quick_help_, program_};
+        const PrepContext prep{session_.basin, session_.prep, dialogs_};
+        frmPopulate populate(context);
+        populate.show();
+        draw(populate, "populate.png");
+        session_.prep.SimOptions_Mode = SimOptionsMode::Edit;
+        SimOptions options(context);
+        if (options.open()) {
+            options.show();
+            draw(options, "sim-options.png");
+        }
+        for (const auto& [entry, picture] : {std::pair{DataEntry::Parameters, "data-parameters.png"},
+                                             std::pair{DataEntry::Results, "data-results.png"},
+                                             std::pair{DataEntry::Variables, "data-variables.png"}}) {
+            {
+                BasinDatabase database{session_.basin.Work_File, Access::ReadWrite};
+                if (mnuDataOpt_Click(prep, database, entry) != DataOutcome::ShowEditor) continue;
+            }
+            frmData data(context);
+            if (!data.open()) continue;
+            data.show();
+            draw(data, picture);
+            data.close();
+        }
+        frmLongTermAvg averages(context);
+        if (!averages.open()) return;
+        averages.show();
+        averages.findChild<QPushButton*>(QStringLiteral("Command1(3)"))->click();
+        draw(averages, "long-term-averages.png");
     }
 
     fs::path pictures_;

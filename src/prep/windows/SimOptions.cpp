@@ -240,7 +240,8 @@ void SimOptions::show_units(int units) {
     // The caption is cut before its last letter; it has always been so.
     threshold_frame_->setTitle(threshold_frame_->title().left(k_kept_of_frame_caption) +
                                QStringLiteral("(%1)").arg(to_qt(texts.area_word)));
-    runoff_frame_->setTitle(QStringLiteral("Initial Runoff (%1³/s)").arg(to_qt(texts.flow_letter)));
+    runoff_frame_->setTitle(QStringLiteral("Initial Runoff (") + to_qt(texts.flow_letter) +
+                            QStringLiteral("³/s)"));
     if (session().prep.SimOptions_Mode == SimOptionsMode::Add)
         boxes_[k_threshold_box]->setText(to_qt(texts.default_threshold));
 }
