@@ -12,12 +12,15 @@ enum class DataEntry { SimulationDefinition = 0, Scenarios = 2, Variables = 4, P
 /// What follows once an entry's checks have passed.
 enum class DataOutcome { Stopped, ShowDefinition, ShowScenarios, ShowEditor };
 
-/// Checks that the rows of the asked period exist, offers to add them, and prepares the view. What fails in
-/// between ends the command without a message.
+/// Checks that the rows of the asked period exist, offers to add them, and prepares the view. The rows are
+/// added in the mode that the last view left behind. The entry Variables is for other windows, which check a
+/// simulation's variables by it; the menu itself opens a sub menu there. What fails in between ends the
+/// command without a message.
 [[nodiscard]] DataOutcome mnuDataOpt_Click(const PrepContext& context, BasinDatabase& database,
                                            DataEntry entry);
 
-/// The same for the daily variables: index 0 the whole record, 1 the current simulation.
+/// The same for the daily variables: index 0 the whole record, 1 the current simulation. Days that are
+/// missing are added with zeros here. What the store refuses is shown.
 [[nodiscard]] DataOutcome mnuDataOptVar_Click(const PrepContext& context, BasinDatabase& database, int index);
 
 }  // namespace nivora

@@ -1,0 +1,210 @@
+#include "prep/data_menu.h"
+
+#include "prep/daily_editor.h"
+#include "prep/daily_records.h"
+#include "store/table_io.h"
+
+#include <stdexcept>
+
+namespace nivora {
+namespace {
+
+/// The name of a simulation that stands for the basin's whole record.
+constexpr const char* k_all_days = "<All>";
+constexpr std::int64_t k_longest_period = 366;  // days
+
+/// What is looked at before a view, and what is asked where days are missing.
+struct Check {
+    std::string table;
+    Message question;
+};
+
+Check check_of(DataEntry entry, const std::string& name) {
+    if (entry == DataEntry::Variables) {
+        return {k_physical_data,
+                {.text = "This simulation, " + name +
+                         ", requires daily variables not found in the basin's physical database.\nAdd the "
+                         "additional daily records?",
+                 .title = "Incomplete physical database",
+                 .buttons = Buttons::YesNo}};
+    }
+    return {name,
+            {.text = "This simulation, " + name + ", is missing data.  Add the additional daily records?",
+             .title = "Incomplete parameter table",
+             .buttons = Buttons::YesNo}};
+}
+
+/// The days of the selected row, or those of the scanned table where the row has none.
+std::optional<Period> asked_period(const Simulation* row, const RecordExtent& extent) {
+    std::optional<DayCount> start;
+    std::optional<DayCount> end;
+    if (extent.count > 0) {
+        start = extent.first;
+        end = extent.last;
+    }
+    if (row != nullptr && row->start) start = row->start;
+    if (row != nullptr && row->end) end = row->end;
+    if (!start || !end) return std::nullopt;
+    return Period{*start, *end};
+}
+
+bool may_be_run(const Period& period) {
+    return period.days() <= k_longest_period && period.end > period.start;
+}
+
+/// Takes over the dates of the selected row; false where it has none.
+bool take_dates_of_row(const PrepContext& context) {
+    const Simulation* row = context.basin.current_simulation();
+    if (row == nullptr) return false;
+    if (!row->start || !row->end) {
+        context.dialogs.stop("Please check the start/end dates for this simulation!");
+        return false;
+    }
+    context.basin.Current_Start = row->start;
+    context.basin.Current_End = row->end;
+    if (*row->start <= *row->end) return true;
+    context.dialogs.stop("Date range error!");
+    return false;
+}
+
+void prepare_variables(PrepState& prep, const std::optional<Period>& period) {
+    prep.Data_View = DataView::PhysicalData;
+    prep.Data_Columns = 8;
+    prep.query = {.table = k_physical_data, .fields = daily_fields(DataView::PhysicalData), .period = period};
+    prep.window_title = "Edit basin variables";
+    prep.caption_prefix = "Basin variables for simulation ";
+}
+
+void prepare_parameters(PrepState& prep, const std::string& name, const Period& period) {
+    prep.Data_View = DataView::Parameters;
+    prep.Data_Columns = 10;
+    prep.query = {.table = name, .fields = daily_fields(DataView::Parameters), .period = period};
+    prep.record_table = name;
+    prep.window_title = "Edit simulation parameters";
+    prep.caption_prefix = "Parameter table for simulation ";
+}
+
+/// The date and the fields of the table behind it, by their names in the file.
+std::vector<std::string> result_fields(BasinDatabase& database) {
+    std::vector<std::string> names{"Date"};
+    const auto fields = database.table_fields(k_sim_results);
+    for (std::size_t position = 2; position < fields.size(); ++position)
+        names.push_back(fields[position].name);
+    return names;
+}
+
+void prepare_results(PrepState& prep, BasinDatabase& database, const Period& period) {
+    prep.query = {.table = k_sim_results, .fields = result_fields(database), .period = period};
+    prep.Data_View = DataView::Results;
+    prep.Data_Columns = 55;  // the values beside the date, which the other views count in
+    prep.record_table = k_sim_results;
+    prep.window_title = "Simulation results";
+    prep.caption_prefix = "Calculated value table for simulation ";
+}
+
+DataOutcome prepare(const PrepContext& context, BasinDatabase& database, DataEntry entry,
+                    const Period& period) {
+    PrepState& prep = context.prep;
+    const std::string& name = context.basin.Current_Sim_Name;
+    switch (entry) {
+        case DataEntry::SimulationDefinition:
+            prep.working_record.definition.name = name;
+            prep.SimOptions_Mode = SimOptionsMode::Edit;
+            return DataOutcome::ShowDefinition;
+        case DataEntry::Scenarios: return DataOutcome::ShowScenarios;
+        case DataEntry::Variables:
+            prepare_variables(prep, name == k_all_days ? std::nullopt : std::optional{period});
+            break;
+        case DataEntry::Parameters: prepare_parameters(prep, name, period); break;
+        case DataEntry::Results: prepare_results(prep, database, period); break;
+    }
+    return DataOutcome::ShowEditor;
+}
+
+DataOutcome check_and_prepare(const PrepContext& context, BasinDatabase& database, DataEntry entry) {
+    const BasinState& basin = context.basin;
+    const Check check = check_of(entry, basin.Current_Sim_Name);
+    const RecordExtent extent = scan_daily_table(database, check.table);
+    const auto period = asked_period(basin.current_simulation(), extent);
+    if (!period) return DataOutcome::Stopped;
+    if (entry == DataEntry::Parameters && !may_be_run(*period)) {
+        context.dialogs.stop("Date range error!  366 ");
+        return DataOutcome::Stopped;
+    }
+    if (extent.count < period->days() * basin.ZoneCount) {
+        if (context.dialogs.message(check.question) == Answer::No) return DataOutcome::Stopped;
+        // In the mode of the view that was opened last, whatever is missing here; it is meant so.
+        Build_Daily_Records(context, database);
+    }
+    if (entry == DataEntry::Parameters && !take_dates_of_row(context)) return DataOutcome::Stopped;
+    context.prep.Edit_Locked = false;
+    return prepare(context, database, entry, *period);
+}
+
+std::int64_t days_present(BasinDatabase& database, const Period& period) {
+    return guarded([&] {
+        SQLite::Statement query{database.sql(),
+                                "SELECT count(*) FROM PhysicalData WHERE Date >= ? AND Date < ?"};
+        query.bind(1, period.start);
+        query.bind(2, period.end + 1);  // a date may carry a time part
+        query.executeStep();
+        return query.getColumn(0).getInt64();
+    });
+}
+
+/// Offers to add what the daily variables lack. @return false where the user wants no view then
+bool days_complete(const PrepContext& context, BasinDatabase& database, const std::optional<Period>& period) {
+    const int zones = context.basin.ZoneCount;
+    const std::int64_t present = period ? days_present(database, *period) : 0;
+    if (present > 0 && present == period->days() * zones) return true;
+    const Answer answer = context.dialogs.message(
+        {.text = "The physical data table is missing days.  Add?", .buttons = Buttons::YesNo});
+    if (answer == Answer::No) return false;
+    if (!period) return true;
+    add_missing_days_as_zeros(database, *period, zones);
+    context.prep.record = Scan_Physical_Data(database);
+    return true;
+}
+
+DataOutcome check_and_prepare_record(const PrepContext& context, BasinDatabase& database) {
+    const RecordExtent& record = context.prep.record;
+    prepare_variables(context.prep, std::nullopt);
+    // An empty record has no days that could be missing.
+    std::optional<Period> period;
+    if (record.count > 0) period = Period{record.first, record.last};
+    return days_complete(context, database, period) ? DataOutcome::ShowEditor : DataOutcome::Stopped;
+}
+
+DataOutcome check_and_prepare_simulation(const PrepContext& context, BasinDatabase& database) {
+    const BasinState& basin = context.basin;
+    if (!basin.Current_Start || !basin.Current_End) return DataOutcome::Stopped;
+    const Period period{*basin.Current_Start, *basin.Current_End};
+    prepare_variables(context.prep, period);
+    return days_complete(context, database, period) ? DataOutcome::ShowEditor : DataOutcome::Stopped;
+}
+
+}  // namespace
+
+DataOutcome mnuDataOpt_Click(const PrepContext& context, BasinDatabase& database, DataEntry entry) {
+    try {
+        return check_and_prepare(context, database, entry);
+    } catch (const StoreError&) {
+        // What is missing or refused ends the command in silence; it is meant so.
+    } catch (const std::invalid_argument&) {
+    }
+    return DataOutcome::Stopped;
+}
+
+DataOutcome mnuDataOptVar_Click(const PrepContext& context, BasinDatabase& database, int index) {
+    context.prep.Data_Sub_View = index;
+    context.prep.Edit_Locked = false;
+    try {
+        return index == 0 ? check_and_prepare_record(context, database)
+                          : check_and_prepare_simulation(context, database);
+    } catch (const StoreError& error) {
+        context.dialogs.stop(error.what());
+    }
+    return DataOutcome::Stopped;
+}
+
+}  // namespace nivora
