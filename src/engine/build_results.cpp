@@ -233,7 +233,7 @@ BuiltResults Build_SimResults(BasinDatabase& database, const BasinState& basin, 
                      "Fatal error");
         return built;
     }
-    if (run.ClimateStep == 1 && apply_scenario) apply_scenario(database, built.results);
+    if (run.ClimateStep == 1 && apply_scenario) built.Status = apply_scenario(database, built.results);
     return built;
 }
 

@@ -22,7 +22,8 @@ namespace nivora {
 [[nodiscard]] Message results_fault_message(const StoreError& error);
 
 /// Applies the climate scenario at hand to a table that was just built.
-using ApplyScenario = std::function<void(BasinDatabase&, SimResults&)>;
+/// @return the status of the building: 0 the run may go on, 1 stop it
+using ApplyScenario = std::function<int(BasinDatabase&, SimResults&)>;
 
 /// What the building of the results table leaves.
 struct BuiltResults {

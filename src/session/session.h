@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/dialogs.h"
+#include "climate/climate_state.h"
 #include "engine/run_state.h"
 #include "prep/prep_state.h"
 #include "session/desktop.h"
@@ -18,6 +19,7 @@ struct Session {
     BasinState basin;
     RunState run;
     PrepState prep;
+    ClimateState climate;
     Settings settings;
     ShellState shell;
     Dialogs& dialogs;

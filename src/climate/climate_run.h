@@ -1,0 +1,42 @@
+// The six steps of a climate evaluation.
+#pragma once
+
+#include "climate/climate_state.h"
+#include "engine/run_driver.h"
+#include "store/database.h"
+
+#include <filesystem>
+#include <functional>
+
+namespace nivora {
+
+/// How a step ended.
+struct StepOutcome {
+    bool started = false;  ///< whether it got beyond its own questions and checks
+    bool done = false;     ///< whether it reached its end
+};
+
+/// What the steps work on.
+struct ClimateContext {
+    RunContext run;
+    ClimateState& climate;
+    std::filesystem::path report_file;  ///< where step 5 writes its report
+};
+
+/// Forgets an earlier evaluation.
+void begin_climate(ClimateContext context);
+
+/// Runs one step, 1 to 6, on the results table in the working file. The steps are taken in their order; a
+/// step that was not done may be taken again.
+StepOutcome run_climate_step(ClimateContext context, int step);
+
+/// Ends an evaluation: results of an unfinished one are not valid.
+void end_climate(ClimateContext context, bool aborted);
+
+/// What the caption of the Run menu says meanwhile.
+[[nodiscard]] std::string climate_step_caption(int step);
+
+/// Sets 0 into the working columns of an earlier evaluation, by position.
+void Clear_CC_Work_Columns(SimResults& results);
+
+}  // namespace nivora

@@ -1,0 +1,34 @@
+// The codes of a scenario's rows and the words that stand for them, once for window, sheet, batch and help.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace nivora {
+
+/// Codes of `EditAction`.
+enum class EditAction { Add = 0, Multiply = 1, ShiftBackward = 2, ShiftForward = 3, Normalize = 4 };
+
+/// The highest code of `VarParm` that stands for anything.
+inline constexpr int k_last_scenario_variable = 11;
+
+/// The text of a variable's code, 0 to 11: "M/M Temperature", "Average Temperature", "Precipitation", then
+/// the field's words for the columns of the results.
+[[nodiscard]] const char* scenario_variable_text(int code);
+/// "Add/subtract to each", "Multiply each", "Shift backward", "Shift forward", "Normalize".
+[[nodiscard]] const char* edit_action_text(int code);
+/// "All" for 0, "A" for zone 1 ...
+[[nodiscard]] std::string scenario_zone_text(int code);
+
+/// The code of a text, or of a code written as a number; nothing where it is neither. In any case.
+[[nodiscard]] std::optional<int> scenario_variable_code(std::string_view text);
+[[nodiscard]] std::optional<int> edit_action_code(std::string_view text);
+[[nodiscard]] std::optional<int> scenario_zone_code(std::string_view text);
+
+/// The actions that the list of a row offers for its variable: the four base actions, and "Normalize" for the
+/// codes 1 and 2.
+[[nodiscard]] std::vector<std::string> edit_action_list(std::optional<int> variable);
+
+}  // namespace nivora

@@ -1,0 +1,31 @@
+// Step 5 of a climate evaluation: the snow cover that the summer of the changed climate will show.
+#pragma once
+
+#include "base/dialogs.h"
+#include "climate/climate_state.h"
+#include "engine/run_state.h"
+#include "engine/sim_results.h"
+
+#include <string>
+
+namespace nivora {
+
+/// What step 5 works on.
+struct WinterContext {
+    const BasinState& basin;
+    RunState& run;
+    const ClimateState& climate;
+    Dialogs& dialogs;
+};
+
+/// Moves, stretches and re-dates the depletion curve of each zone: writes `SCAclim`, `SCAclimWA`,
+/// `SCAclimWAMA`, `MDCexclWA`, `MDCexclWAnew` and `MeltOffset` of the summer's rows.
+///
+/// Asks for each zone's winter change, and does not act on the answer; it is meant so.
+///
+/// @param now   date and time of the report
+/// @return the text of the report `NVR_DfGN.out`, with CR LF
+/// @throws Fault where a value is missing, or there is no summer
+[[nodiscard]] std::string Winter_Adjustment(SimResults& results, const WinterContext& context, double now);
+
+}  // namespace nivora
