@@ -8,6 +8,7 @@
 #include <charconv>
 #include <chrono>
 #include <cmath>
+#include <ctime>
 
 namespace nivora {
 namespace {
@@ -58,6 +59,15 @@ int day_of_year(DayCount day) {
 }
 
 DayCount whole_day(double date) { return static_cast<DayCount>(std::floor(date)); }
+
+double local_now() {
+    const std::time_t now = std::time(nullptr);
+    const std::tm local = *std::localtime(&now);
+    constexpr int k_first_year_of_tm = 1900;
+    const auto day = day_count({local.tm_year + k_first_year_of_tm, local.tm_mon + 1, local.tm_mday});
+    const int seconds = (local.tm_hour * 60 + local.tm_min) * 60 + local.tm_sec;
+    return static_cast<double>(day.value_or(0)) + static_cast<double>(seconds) / k_seconds_a_day;
+}
 
 std::string long_date_text(DayCount day) {
     const CivilDate date = civil_date(day);

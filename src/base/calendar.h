@@ -36,6 +36,9 @@ inline constexpr double k_largest_day = 1.0e6;
 /// The calendar day of a date that may carry a time part.
 [[nodiscard]] DayCount whole_day(double date);
 
+/// Date and time of this moment where the program runs, with the time of day as its fraction.
+[[nodiscard]] double local_now();
+
 /// "mm/dd/yyyy"
 [[nodiscard]] std::string long_date_text(DayCount day);
 /// "m/d/yyyy"

@@ -6,14 +6,14 @@
 #include "store/database.h"
 
 #include <filesystem>
-#include <functional>
 
 namespace nivora {
 
 /// How a step ended.
-struct StepOutcome {
-    bool started = false;  ///< whether it got beyond its own questions and checks
-    bool done = false;     ///< whether it reached its end
+enum class StepOutcome {
+    Refused,    ///< by its own checks or questions, before the model ran
+    Suspended,  ///< cancelled or failed, which was said; it can be taken again
+    Done
 };
 
 /// What the steps work on.
@@ -21,6 +21,7 @@ struct ClimateContext {
     RunContext run;
     ClimateState& climate;
     std::filesystem::path report_file;  ///< where step 5 writes its report
+    double now = 0.0;                   ///< date and time of the report
 };
 
 /// Forgets an earlier evaluation.

@@ -45,6 +45,7 @@ protected:
     RunState run;
     ScriptedDialogs dialogs;
     bool scenario_applied = false;
+    int scenario_status = 0;
 
     BuiltResults build(const SmallBasin& content, bool commit = true) {
         std::filesystem::remove(path);
@@ -58,8 +59,11 @@ protected:
         run.RunStart = basin.current_simulation()->start.value();
         run.RunEnd = basin.current_simulation()->end.value();
         BasinDatabase database{path, Access::ReadWrite};
-        BuiltResults built = Build_SimResults(
-            database, basin, run, dialogs, [this](BasinDatabase&, SimResults&) { scenario_applied = true; });
+        BuiltResults built =
+            Build_SimResults(database, basin, run, dialogs, [this](BasinDatabase&, SimResults&) {
+                scenario_applied = true;
+                return scenario_status;
+            });
         if (commit && built.replacement) built.replacement->commit(built.results);
         built.replacement.reset();
         return built;
@@ -314,6 +318,16 @@ TEST_F(BuildResults, TheScenarioIsAppliedInStep1Alone) {
 
         EXPECT_EQ(scenario_applied, step == 1) << step;
     }
+}
+
+TEST_F(BuildResults, AScenarioThatIsRefusedStopsTheRun) {
+    run.ClimateStep = 1;
+    scenario_status = 1;
+
+    const BuiltResults built = build(SmallBasin{1, k_first, 1});
+
+    EXPECT_EQ(built.Status, 1);
+    EXPECT_EQ(built.results.size(), 1U);
 }
 
 TEST_F(BuildResults, ALastRowOfAnotherZoneThanTheLastIsCalledFatalAndTheRunGoesOn) {

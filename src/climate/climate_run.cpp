@@ -1,0 +1,312 @@
+#include "climate/climate_run.h"
+
+#include "base/durable_file.h"
+#include "base/fault.h"
+#include "climate/depletion_curves.h"
+#include "climate/scenario_application.h"
+#include "climate/winter_adjustment.h"
+#include "engine/results_store.h"
+#include "engine/runoff_simulation.h"
+#include "engine/snow_melt.h"
+#include "engine/zone_inputs.h"
+#include "engine/zone_totals.h"
+#include "store/table_io.h"
+
+namespace nivora {
+namespace {
+
+/// The name that a run bears whose changed climate stands in the results already.
+constexpr const char* k_auxiliary = "Auxiliary";
+
+/// Ranges of fields by position, from 0, that an earlier evaluation worked in.
+constexpr std::array<std::pair<int, int>, 3> k_work_columns{{{13, 17}, {39, 45}, {47, 54}}};
+
+void keep_statistics(ClimateContext context) {
+    const RunState& run = context.run.run;
+    StepStatistics statistics{.measured_volume = run.MeasuredVolume,
+                              .average_measured = run.AvgMeasuredQ,
+                              .computed_volume = run.ComputedVolume,
+                              .average_computed = run.AvgComputedQ,
+                              .volume_difference = std::nullopt,
+                              .r2 = std::nullopt};
+    if (run.ClimateStep < k_climate_steps) {
+        statistics.volume_difference = run.VolumeDifference;
+        statistics.r2 = run.CoefficientR2;
+    }
+    context.climate.statistics.at(static_cast<std::size_t>(run.ClimateStep)) = statistics;
+}
+
+bool run_model(SimResults& results, ClimateContext context) {
+    bool statistics_valid = false;
+    const bool reached_end = Run_Model(results, context.run, statistics_valid);
+    if (statistics_valid) keep_statistics(context);
+    return reached_end;
+}
+
+/// The last row of the index that bears the scenario's name; a name is unique in a basin.
+std::optional<ScenarioIndexRow> index_row(BasinDatabase& database, const std::string& scenario) {
+    std::optional<ScenarioIndexRow> found;
+    for (ScenarioIndexRow& row : read_table<ScenarioIndexRow>(database, template_table(k_scenario_index))) {
+        if (row.scenario == scenario) found = std::move(row);
+    }
+    return found;
+}
+
+/// Takes the scenario's dates and comments over; false where they leave no winter.
+bool take_scenario(BasinDatabase& database, ClimateContext context) {
+    auto& [basin, run, dialogs] = context.run;
+    ClimateState& climate = context.climate;
+    const auto row = index_row(database, climate.scenario);
+    const Simulation* simulation = basin.current_simulation();
+    run.InitialRunoff =
+        simulation == nullptr ? 0.0F : static_cast<float>(simulation->value(13).value_or(0.0));
+    run.RunStart = basin.Current_Start.value_or(0);
+    if (row && row->winter_end_date) {
+        climate.WinterEndDate = whole_day(*row->winter_end_date);
+        climate.ScenarioComments = row->comments.value_or("");
+        run.RunEnd = climate.WinterEndDate;
+        run.ScenarioName = climate.scenario;
+        if (run.RunStart <= run.RunEnd) return true;
+    }
+    dialogs.stop(
+        "Invalid date range.  Check the starting and ending dates in your current simulation and the "
+        "'winter end date' in the selected climate scenario.",
+        "Invalid dates");
+    return false;
+}
+
+bool reuse_confirmed(ClimateContext context) {
+    const ClimateState& climate = context.climate;
+    return context.run.dialogs.message({.text = "You are about to use the results of your most recent "
+                                                "climate change scenario.\nThe winter end "
+                                                "date, " +
+                                                short_date_text(climate.WinterEndDate) + ", is taken from " +
+                                                climate.scenario + ".  Continue?",
+                                        .title = "Climate change validation",
+                                        .buttons = Buttons::YesNo}) == Answer::Yes;
+}
+
+bool store(ResultsReplacement& replacement, const SimResults& results, Dialogs& dialogs) {
+    try {
+        replacement.commit(results);
+        return true;
+    } catch (const StoreError& error) {
+        dialogs.message(results_fault_message(error));
+        return false;
+    }
+}
+
+bool store(BasinDatabase& database, const SimResults& results, Dialogs& dialogs) {
+    try {
+        ResultsReplacement replacement{database};
+        return store(replacement, results, dialogs);
+    } catch (const StoreError& error) {
+        dialogs.message(results_fault_message(error));
+        return false;
+    }
+}
+
+void clear_sums(RunState& run) {
+    run.ClimateSums = {};
+    run.WinterPrecip = {};
+}
+
+/// After the model of step 1 has run, whatever came of it.
+void mark_started(ClimateContext context) {
+    BasinState& basin = context.run.basin;
+    basin.Input_Changed = true;
+    basin.Basin_Changed = true;
+    basin.Output_Valid = true;
+    context.run.run.LastRunSimulation = basin.Current_Sim_Name;
+}
+
+StepOutcome outcome_of(bool done) { return done ? StepOutcome::Done : StepOutcome::Suspended; }
+
+/// Step 1 on results that the user edited by hand.
+StepOutcome first_step_on_results(BasinDatabase& database, ClimateContext context) {
+    context.run.run.ScenarioName = k_auxiliary;
+    if (!reuse_confirmed(context)) return StepOutcome::Refused;
+    SimResults results = load_results(database);
+    Clear_CC_Work_Columns(results);
+    const bool reached_end = run_model(results, context);
+    const bool stored = store(database, results, context.run.dialogs);
+    mark_started(context);
+    return outcome_of(reached_end && stored);
+}
+
+/// Step 1 on a table that is built, with the scenario applied.
+StepOutcome first_step_on_scenario(BasinDatabase& database, ClimateContext context) {
+    auto& [basin, run, dialogs] = context.run;
+    const auto apply = [&](BasinDatabase& file, SimResults& results) {
+        return Apply_Scenario(file, results, basin, context.climate.scenario, dialogs);
+    };
+    BuiltResults built = Build_SimResults(database, basin, run, dialogs, apply);
+    if (built.replacement) basin.Basin_Changed = true;
+    if (built.Status == 1) {
+        if (built.replacement) store(*built.replacement, built.results, dialogs);
+        return StepOutcome::Refused;
+    }
+    const bool reached_end = run_model(built.results, context);
+    const bool stored = built.replacement && store(*built.replacement, built.results, dialogs);
+    mark_started(context);
+    return outcome_of(reached_end && stored);
+}
+
+StepOutcome first_step(BasinDatabase& database, ClimateContext context) {
+    RunState& run = context.run.run;
+    run.RunKind = k_year_round_simulation;
+    run.UpdateInterval = 0;
+    clear_sums(run);
+    context.climate.statistics = {};
+    if (!take_scenario(database, context)) return StepOutcome::Refused;
+    return context.climate.reuse_results ? first_step_on_results(database, context)
+                                         : first_step_on_scenario(database, context);
+}
+
+bool second_step(SimResults& results, ClimateContext context) {
+    const bool reached_end = run_model(results, context);
+    context.run.run.MeltSeasonStart = context.climate.WinterEndDate;
+    Prepare_Zone_Totals(results, context.run.basin.ZoneCount, context.run.run);
+    return reached_end;
+}
+
+bool third_step(SimResults& results, ClimateContext context) {
+    RunState& run = context.run.run;
+    run.RunStart = context.climate.WinterEndDate + 1;
+    run.RunEnd = context.run.basin.Current_End.value_or(run.RunEnd);
+    run.InitialRunoff = run.FinalQ[1];
+    return run_model(results, context);
+}
+
+/// Inputs and melt of the changed summer; no discharge is computed.
+bool fourth_step(SimResults& results, ClimateContext context) {
+    auto& [basin, run, dialogs] = context.run;
+    run.InitialRunoff = run.FinalQ[1];
+    const bool inputs = Zone_Inputs(results, basin, run, dialogs);
+    Snow_Melt(results, basin, run, dialogs);
+    return inputs;
+}
+
+bool fifth_step(SimResults& results, ClimateContext context) {
+    const WinterContext winter{context.run.basin, context.run.run, context.climate, context.run.dialogs};
+    try {
+        const std::string report = Winter_Adjustment(results, winter, context.now);
+        write_whole_file(context.report_file, report);
+        return true;
+    } catch (const Fault& fault) {
+        context.run.dialogs.stop(fault.what());
+    } catch (const FileError& error) {
+        context.run.dialogs.stop(std::string{error.what()} +
+                                 " Step 5 can be repeated once it can be written.");
+    }
+    return false;
+}
+
+bool sixth_step(SimResults& results, ClimateContext context) {
+    auto& [basin, run, dialogs] = context.run;
+    run.InitialRunoff = run.FinalQ[2];
+    const bool reached_end = run_model(results, context);
+    context.climate.SummerStartDate = run.RunStart;
+    const RunRows rows = run_rows(results, run.RunStart, run.RunEnd);
+    try {
+        for (int zone = 1; zone <= basin.ZoneCount; ++zone) {
+            RowOrder of_zone;
+            for (const std::uint32_t row : rows.by_zone) {
+                if (results.Zone[row] == zone) of_zone.push_back(row);
+            }
+            if (of_zone.empty()) continue;
+            accumulate_zonal_melt(results, of_zone);
+            Climate_Depletion_Curves(results, of_zone);
+        }
+    } catch (const Fault& fault) {
+        dialogs.stop(fault.what());
+        return false;
+    }
+    return reached_end;
+}
+
+StepOutcome later_step(BasinDatabase& database, ClimateContext context, int step) {
+    SimResults results = load_results(database);
+    bool done = false;
+    switch (step) {
+        case 2: done = second_step(results, context); break;
+        case 3: done = third_step(results, context); break;
+        case 4: done = fourth_step(results, context); break;
+        case 5: done = fifth_step(results, context); break;
+        default: done = sixth_step(results, context); break;
+    }
+    const bool stored = store(database, results, context.run.dialogs);
+    return outcome_of(done && stored);
+}
+
+void finish(ClimateContext context, int step, bool done) {
+    auto& [basin, run, dialogs] = context.run;
+    if (done) {
+        context.climate.steps_done = step;
+    } else {
+        dialogs.message(
+            {.text = "Climate change, step " + std::to_string(step) + " was 'cancelled' by the user",
+             .title = "CC run suspended"});
+    }
+    run.results_enabled = false;
+    run.LastRunSimulation.clear();
+    if (!done) return;
+    basin.Input_Changed = false;
+    run.results_enabled = true;
+    basin.Output_Valid = true;
+    run.LastRunSimulation = basin.Current_Sim_Name;
+}
+
+}  // namespace
+
+std::optional<float> ClimateState::summary(SummaryRow row, SummarySeason season) const {
+    if (season == SummarySeason::Year) {
+        const auto winter = summary(row, SummarySeason::Winter);
+        const auto summer = summary(row, SummarySeason::Summer);
+        if (!winter && !summer) return std::nullopt;
+        return winter.value_or(0.0F) + summer.value_or(0.0F);
+    }
+    const bool winter = season == SummarySeason::Winter;
+    const std::size_t present = winter ? 1 : 3;
+    const std::size_t changed = winter ? 2 : 6;
+    const auto& step = statistics.at(row == SummaryRow::ClimateAffected ? changed : present);
+    if (!step) return std::nullopt;
+    return row == SummaryRow::Measured ? step->measured_volume : step->computed_volume;
+}
+
+void begin_climate(ClimateContext context) { context.climate = ClimateState{}; }
+
+StepOutcome run_climate_step(ClimateContext context, int step) {
+    context.run.run.ClimateStep = step;
+    StepOutcome outcome = StepOutcome::Suspended;
+    try {
+        BasinDatabase database{context.run.basin.Work_File, Access::ReadWrite};
+        outcome = step == 1 ? first_step(database, context) : later_step(database, context, step);
+    } catch (const StoreError& error) {
+        context.run.dialogs.stop(error.what());
+    }
+    if (outcome != StepOutcome::Refused) finish(context, step, outcome == StepOutcome::Done);
+    return outcome;
+}
+
+void end_climate(ClimateContext context, bool aborted) {
+    if (aborted) context.run.run.ClimateStep = 0;
+    if (context.run.run.ClimateStep < k_climate_steps) context.run.basin.Output_Valid = false;
+}
+
+std::string climate_step_caption(int step) {
+    if (step == 0) return "&Run";
+    return step > k_climate_steps ? "Run completed" : "Running Step" + std::to_string(step);
+}
+
+void Clear_CC_Work_Columns(SimResults& results) {
+    int position = 0;
+    SimResults::visit(results, [&](auto& column) {
+        for (const auto& [first, last] : k_work_columns) {
+            if (position >= first && position <= last) std::fill(column.begin(), column.end(), 0);
+        }
+        ++position;
+    });
+}
+
+}  // namespace nivora
