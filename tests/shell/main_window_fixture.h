@@ -99,11 +99,14 @@ protected:
         leave(units);
     }
 
-    /// Gives a basin whose units are fixed its number of zones and answers the question.
+    /// Gives a basin whose units are fixed its number of zones and answers the question; the window that asks
+    /// for the period of the daily data is closed.
     void give_zones(const char* number, Answer answer) {
         type(1, number);
         dialogs_.then(answer);
+        look_at_modal("frmPopulate", [](QWidget*) {});
         leave(box(1));
+        seen_ = false;
     }
 
     [[nodiscard]] QColor colour_of(const QWidget* widget) const {

@@ -1,0 +1,150 @@
+#include "widgets/desktop_dialogs.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+namespace nivora {
+namespace {
+
+/// The boxes of the desktop, looked at while they show.
+class DesktopDialogsTest : public testing::Test {
+protected:
+    /// Does something with the box of a kind once it shows.
+    template <typename Box, typename Look>
+    void when_shown(Look look) {
+        QTimer::singleShot(0, qApp, [this, look] {
+            auto* box = qobject_cast<Box*>(QApplication::activeModalWidget());
+            ASSERT_NE(box, nullptr);
+            seen_ = true;
+            look(box);
+        });
+    }
+
+    void TearDown() override { EXPECT_TRUE(seen_); }
+
+    static QStringList buttons_of(const QMessageBox* box) {
+        QStringList names;
+        for (const auto button : {QMessageBox::Ok, QMessageBox::Yes, QMessageBox::No, QMessageBox::Cancel}) {
+            if (box->button(button) != nullptr) names << QString::number(button);
+        }
+        return names;
+    }
+
+    DesktopDialogs dialogs_;
+    bool seen_ = false;
+};
+
+TEST_F(DesktopDialogsTest, ABoxHasItsTextTitleIconAndButtons) {
+    when_shown<QMessageBox>([](QMessageBox* box) {
+        EXPECT_EQ(box->text(), QStringLiteral("<b>Basin</b> & more"));
+        EXPECT_EQ(box->textFormat(), Qt::PlainText);
+        EXPECT_EQ(box->windowTitle(), QStringLiteral("A title"));
+        EXPECT_EQ(box->icon(), QMessageBox::Critical);
+        EXPECT_EQ(buttons_of(box), QStringList{QString::number(QMessageBox::Ok)});
+        box->button(QMessageBox::Ok)->click();
+    });
+    EXPECT_EQ(dialogs_.message({.text = "<b>Basin</b> & more", .title = "A title", .icon = Icon::Stop}),
+              Answer::Ok);
+}
+
+TEST_F(DesktopDialogsTest, ABoxWithoutATitleBearsTheProgramsName) {
+    when_shown<QMessageBox>([](QMessageBox* box) {
+        EXPECT_EQ(box->windowTitle(), QStringLiteral("Nivora"));
+        EXPECT_EQ(box->icon(), QMessageBox::NoIcon);
+        box->button(QMessageBox::Ok)->click();
+    });
+    dialogs_.message({.text = "text"});
+}
+
+TEST_F(DesktopDialogsTest, EachAnswerIsTheButtonThatWasChosen) {
+    struct Case {
+        Buttons buttons;
+        QMessageBox::StandardButton button;
+        Answer answer;
+    };
+    for (const Case& c : {Case{Buttons::OkCancel, QMessageBox::Ok, Answer::Ok},
+                          Case{Buttons::OkCancel, QMessageBox::Cancel, Answer::Cancel},
+                          Case{Buttons::YesNo, QMessageBox::Yes, Answer::Yes},
+                          Case{Buttons::YesNo, QMessageBox::No, Answer::No},
+                          Case{Buttons::YesNoCancel, QMessageBox::Yes, Answer::Yes},
+                          Case{Buttons::YesNoCancel, QMessageBox::No, Answer::No},
+                          Case{Buttons::YesNoCancel, QMessageBox::Cancel, Answer::Cancel}}) {
+        when_shown<QMessageBox>([&](QMessageBox* box) { box->button(c.button)->click(); });
+        EXPECT_EQ(dialogs_.message({.text = "text", .buttons = c.buttons}), c.answer);
+    }
+}
+
+TEST_F(DesktopDialogsTest, TheFirstButtonIsTheDefaultUnlessAnotherIsNamed) {
+    when_shown<QMessageBox>([](QMessageBox* box) {
+        EXPECT_EQ(box->defaultButton(), box->button(QMessageBox::Yes));
+        QTest::keyClick(box, Qt::Key_Return);
+    });
+    EXPECT_EQ(dialogs_.message({.text = "text", .buttons = Buttons::YesNoCancel}), Answer::Yes);
+    when_shown<QMessageBox>([](QMessageBox* box) {
+        EXPECT_EQ(box->defaultButton(), box->button(QMessageBox::No));
+        QTest::keyClick(box, Qt::Key_Return);
+    });
+    EXPECT_EQ(
+        dialogs_.message(
+            {.text = "text", .icon = Icon::Warning, .buttons = Buttons::YesNo, .default_answer = Answer::No}),
+        Answer::No);
+}
+
+TEST_F(DesktopDialogsTest, ABoxThatIsClosedRefuses) {
+    when_shown<QMessageBox>([](QMessageBox* box) { box->reject(); });
+    EXPECT_EQ(dialogs_.message({.text = "text", .buttons = Buttons::YesNoCancel}), Answer::Cancel);
+}
+
+TEST_F(DesktopDialogsTest, AnInputBoxShowsItsPromptAndGivesItsText) {
+    when_shown<QInputDialog>([](QInputDialog* box) {
+        EXPECT_EQ(box->windowTitle(), QStringLiteral("Enter Forecast Frequency"));
+        EXPECT_EQ(box->labelText(), QStringLiteral("How often?"));
+        EXPECT_EQ(box->textValue(), QString{});
+        box->setTextValue(QStringLiteral(" 7 "));
+        box->accept();
+    });
+    EXPECT_EQ(dialogs_.input({.prompt = "How often?", .title = "Enter Forecast Frequency", .proposed = {}}),
+              " 7 ");
+    when_shown<QInputDialog>([](QInputDialog* box) { box->reject(); });
+    EXPECT_EQ(dialogs_.input({.prompt = "How often?"}), std::nullopt);
+}
+
+TEST_F(DesktopDialogsTest, AFileQuestionShowsTitleFolderPatternsAndName) {
+    when_shown<QFileDialog>([](QFileDialog* box) {
+        EXPECT_EQ(box->windowTitle(), QStringLiteral("Save a Nivora data base as ..."));
+        EXPECT_EQ(box->directory().absolutePath(), QStringLiteral("/tmp"));
+        EXPECT_EQ(box->nameFilters(), (QStringList{QStringLiteral("Windows NVR Data (*.mdb)"),
+                                                   QStringLiteral("All Files (*.*)")}));
+        EXPECT_EQ(box->acceptMode(), QFileDialog::AcceptSave);
+        EXPECT_TRUE(box->testOption(QFileDialog::DontConfirmOverwrite));
+        EXPECT_EQ(box->selectedFiles(), QStringList{QStringLiteral("/tmp/alder #1.mdb")});
+        box->reject();
+    });
+    EXPECT_EQ(dialogs_.file({.title = "Save a Nivora data base as ...",
+                             .folder = "/tmp",
+                             .proposed_name = "alder #1.mdb",
+                             .patterns = {"Windows NVR Data (*.mdb)", "All Files (*.*)"},
+                             .saving = true}),
+              std::nullopt);
+}
+
+TEST_F(DesktopDialogsTest, AFileToOpenMustExist) {
+    when_shown<QFileDialog>([](QFileDialog* box) {
+        EXPECT_EQ(box->acceptMode(), QFileDialog::AcceptOpen);
+        EXPECT_EQ(box->fileMode(), QFileDialog::ExistingFile);
+        box->reject();
+    });
+    EXPECT_EQ(dialogs_.file({.title = "Open a NVR database", .folder = "/tmp"}), std::nullopt);
+}
+
+}  // namespace
+}  // namespace nivora
