@@ -1,5 +1,6 @@
 // The desktop program of Nivora.
 
+#include "base/program_lock.h"
 #include "shell/desktop_link.h"
 #include "shell/frmNVR.h"
 #include "shell/frmSplash.h"
@@ -9,7 +10,6 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QLockFile>
 #include <fstream>
 
 namespace {
@@ -62,10 +62,8 @@ int main(int argc, char** argv) {
             return 0;
         }
     }
-    // The lock names its process, so that one that a crashed program left behind counts for nothing.
-    QLockFile lock(folder + QStringLiteral("/nivora.lock"));
-    lock.setStaleLockTime(0);
-    if (!lock.tryLock(0)) {
+    const ProgramLock lock(program_folder / "nivora.lock");
+    if (!lock.is_held()) {
         dialogs.stop("Nivora already running!", "Duplicate instances of Nivora not allowed!");
         return 1;
     }
