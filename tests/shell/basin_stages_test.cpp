@@ -221,6 +221,18 @@ TEST_F(BasinStagesTest, AnEmptiedCellHoldsZero) {
     EXPECT_EQ(session_.basin.zones[0].aspects[0].share, 0.0);
 }
 
+TEST_F(BasinStagesTest, AnEmptyCellThatIsLeftHoldsZeroToo) {
+    choose_units(0, Answer::Yes);
+    give_zones("2", Answer::Yes);
+    auto* grid = find<QTableView>("vaSpread1");
+    grid->setFocus();
+    grid->setCurrentIndex(grid->model()->index(0, 2));
+    EXPECT_EQ(grid->model()->index(0, 2).data().toString(), QString{});
+    grid->setCurrentIndex(grid->model()->index(0, 3));
+    EXPECT_EQ(grid->model()->index(0, 2).data().toString(), QStringLiteral("0"));
+    EXPECT_EQ(session_.basin.zones[0].elevation, 0.0);
+}
+
 TEST_F(BasinStagesTest, DeleteInTheZoneGridZeroesTheSelection) {
     open_sample();
     auto* grid = find<QTableView>("vaSpread1");

@@ -115,6 +115,23 @@ TEST_F(SettingsStoreTest, AFileThatWasEditedByHandKeepsTheDefaultOfWhatItSpoils)
     EXPECT_EQ(settings.recent_files, (std::vector<std::string>{"/a.mdb"}));
 }
 
+TEST_F(SettingsStoreTest, WithoutTheWelcomeSettingNothingElseCounts) {
+    Settings settings;
+    settings.margins = {0.5F, 1.25F, 0.75F, 2.0F};
+    settings.quick_help_fore = 128;
+    settings.places[3].top = 40;
+    settings.lines[2].width = 5;
+    saved_and_read(settings);
+    QSettings store(file(), QSettings::IniFormat);
+    store.remove(QStringLiteral("Startup/SplashScreen:"));
+    const Settings read = Load_Settings(store);
+    EXPECT_TRUE(read.show_splash);
+    EXPECT_EQ(read.margins, Settings{}.margins);
+    EXPECT_FALSE(read.quick_help_fore.has_value());
+    EXPECT_FALSE(read.places[3].top.has_value());
+    EXPECT_EQ(read.lines, default_lines());
+}
+
 TEST_F(SettingsStoreTest, AFileThatIsNoSettingsFileGivesTheDefaults) {
     folder_.write("settings.ini", std::string("\x00\xff\x13[[[==\n\n[Star", 14));
     QSettings store(file(), QSettings::IniFormat);
