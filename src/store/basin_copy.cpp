@@ -125,6 +125,8 @@ fs::path real_file(const fs::path& file) {
 void copy_into_work_file(const fs::path& user_file, const fs::path& work_file) {
     reaching_files([&] {
         remove_leftovers(work_file);
+        // A save that was killed may have left its part beside the user's file, as large as the file itself.
+        remove_leftovers(real_file(user_file));
         const PartFile part{work_file};
         if (!back_up(user_file, part.path())) copy_interrupted(user_file, part.path());
         settle_journal(work_file);
