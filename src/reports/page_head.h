@@ -1,0 +1,19 @@
+// The line that ends each page of a report.
+#pragma once
+
+#include "reports/report_lines.h"
+
+namespace nivora {
+
+/// The version that reports bear.
+inline constexpr const char* k_report_version = "1.10";
+
+/// Writes date and time, "NVR, Version 1.10", "Page" and its number, then a form feed on a line of its own,
+/// and counts the page. The line fits 80 columns: the version's number stands at column 37, "Page" at 65 and
+/// the page's number at 78.
+///
+/// @param page the number of the page that ends here; the next one's afterwards
+/// @param now  date with time part
+void write_page_head(ReportLines& lines, int& page, double now);
+
+}  // namespace nivora

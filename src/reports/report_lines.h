@@ -1,0 +1,35 @@
+// The text of a report, written item by item with tab stops.
+#pragma once
+
+#include "base/calendar.h"
+
+#include <string>
+#include <string_view>
+
+namespace nivora {
+
+/// Puts items one behind the other, with nothing between them, into lines that end with CR LF. Columns count
+/// characters, from 1.
+class ReportLines {
+public:
+    ReportLines& text(std::string_view item);
+    /// A number: at most seven significant digits, a leading blank unless it is negative, a trailing blank.
+    ReportLines& number(double value);
+    /// A day as m/d/yyyy.
+    ReportLines& date(DayCount day);
+    /// Lets the next item start at a column; on the next line where this one is past it.
+    ReportLines& tab(std::size_t column);
+    void end_line();
+
+    /// A line that is one text.
+    void line(std::string_view item) { text(item).end_line(); }
+
+    /// What was written so far.
+    [[nodiscard]] const std::string& written() const { return written_; }
+
+private:
+    std::string written_;
+    std::size_t column_ = 1;  ///< where the next item would stand
+};
+
+}  // namespace nivora
