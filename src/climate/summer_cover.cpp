@@ -1,0 +1,106 @@
+#include "climate/summer_cover.h"
+
+#include "base/single.h"
+
+namespace nivora {
+namespace {
+
+constexpr float k_no_cover_mark = 0.0001F;
+constexpr double k_least_cover = 0.01;
+
+double as_double(float value) { return static_cast<double>(value); }
+
+/// The days of the changed climate on which the values of a curve fall.
+struct DatedCurve {
+    SummerCursor reader;
+    SummerCursor writer;
+};
+
+/// Steps the writer on to the first day whose degree days reach a depth, and counts the days.
+/// @return whether there is such a day, or a day of the next zone
+bool find_day(const SimResults& t, SummerCursor& writer, int zone, float depth, int& target) {
+    while (writer.within(zone) && depth > t.SumAT[writer.row()]) {
+        ++target;
+        writer.step_on();
+        if (writer.past_end()) return false;
+    }
+    return true;
+}
+
+/// @return where reader and writer stand behind the zone
+DatedCurve walk_curve(SimResults& t, std::span<const std::uint32_t> rows, int zone) {
+    DatedCurve curve{{t, rows}, {t, rows}};
+    auto& [reader, writer] = curve;
+    reader.find_zone(zone);
+    writer.find_zone(zone);
+    float new_melt = 0.0F;
+    int target = 1;
+    int last_target = 0;
+    while (reader.within(zone)) {
+        const std::uint32_t row = reader.row();
+        new_melt = to_single(as_double(new_melt) + as_double(t.NewMelt[row]));
+        t.MDCexclWAnew[row] = to_single_field(as_double(t.MDCexclWA[row]) + as_double(new_melt));
+        if (find_day(t, writer, zone, t.MDCexclWAnew[row], target)) {
+            t.MeltOffset[row] = static_cast<float>(target);
+            if (target > last_target) {
+                t.SCAclimWA[writer.row()] = t.SCAclim[row] == 0.0F ? k_no_cover_mark : t.SCAclim[row];
+                last_target = target;
+            }
+        }
+        writer.step_back_from_end();
+        reader.step_on();
+        if (reader.past_end()) break;
+    }
+    return curve;
+}
+
+/// Joins the dated curve to the cover of the summer's last day.
+void join_last_day(SimResults& t, DatedCurve curve, DayCount summer_end) {
+    auto& [reader, writer] = curve;
+    reader.step_back();
+    const float last_cover = t.SCA[reader.row()];
+    const float above = to_single(as_double(t.SCAclimWA[writer.row()]) - as_double(t.SCA[writer.row()]));
+    if (last_cover > 0.0F) {
+        if (t.SCAclimWA[writer.row()] > last_cover) {
+            writer.step_on();
+            t.SCAclimWA[writer.row()] = last_cover;
+        }
+    } else if (last_cover <= 0.0F && above > 0.0F && writer.date() != summer_end) {
+        // SCAclim, not SCAclimWA, takes the rest of the curve, with the cover of the last day all along: it
+        // is meant so.
+        const float rest = to_single(as_double(last_cover) + as_double(above));
+        do {
+            writer.step_on();
+            t.SCAclim[writer.row()] = rest;
+        } while (writer.date() != summer_end);
+    }
+}
+
+}  // namespace
+
+void date_curve(SimResults& results, std::span<const std::uint32_t> rows, int zone, DayCount summer_end) {
+    join_last_day(results, walk_curve(results, rows, zone), summer_end);
+}
+
+void close_cover(SimResults& results, std::span<const std::uint32_t> rows, int zone) {
+    SummerCursor writer{results, rows};
+    writer.find_zone(zone);
+    float held = present(results.SCAclim[writer.row()]);
+    while (writer.within(zone)) {
+        const std::uint32_t row = writer.row();
+        const float dated = results.SCAclimWA[row];
+        if (dated != 0.0F) {
+            held = present(dated);
+            if (k_least_cover >= as_double(held)) {
+                // What is left of the zone keeps its 0: the cover is whole at 0.01 and then gone.
+                results.SCAclimWAMA[row] = static_cast<float>(k_least_cover);
+                return;
+            }
+        }
+        results.SCAclimWAMA[row] = held;
+        writer.step_on();
+        if (writer.past_end()) return;
+    }
+}
+
+}  // namespace nivora

@@ -1,0 +1,55 @@
+#include "climate/winter_adjustment.h"
+
+#include "base/number_text.h"
+#include "climate/summer_cover.h"
+#include "climate/winter_change.h"
+#include "climate/winter_report.h"
+
+namespace nivora {
+namespace {
+
+/// The number that a fault bears where there is no table to walk.
+constexpr int k_fault_no_table = 91;
+
+/// The user sees the change that was worked out. What is typed, and Cancel, alter nothing: it is meant so.
+void show_change(Dialogs& dialogs, int zone, float change) {
+    static_cast<void>(
+        dialogs.input({"Click OK to accept the computed 'Change', or type a new value",
+                       "Winter Change for Zone: " + std::to_string(zone), single_text(change)}));
+}
+
+/// @param gain of the zone before; this zone's afterwards
+AdjustedZone adjust_zone(SimResults& results, const RowOrder& rows, const WinterContext& context, int zone,
+                         float& gain) {
+    SummerCursor reader{results, rows};
+    reader.find_zone(zone);
+    const SummerCursor first_day = reader;
+    AdjustedZone adjusted{.zone = zone, .winter = zone_winter(context.run, zone)};
+    adjusted.change = winter_change(adjusted.winter);
+    show_change(context.dialogs, zone, adjusted.change);
+    adjusted.shift = find_shift(results, reader, zone, -adjusted.change);
+    gain = winter_gain(adjusted.winter, gain);
+    adjusted.gain = gain;
+    adjust_curve(results, reader, first_day, zone, gain);
+    return adjusted;
+}
+
+}  // namespace
+
+std::string Winter_Adjustment(SimResults& results, const WinterContext& context, double now) {
+    const DayCount summer_end = context.basin.Current_End.value();
+    if (context.climate.WinterEndDate == summer_end) {
+        throw Fault{k_fault_no_table,
+                    "The winter ends on the last day of the simulation: there is no summer to adjust."};
+    }
+    const RowOrder rows = run_rows(results, context.run.RunStart, context.run.RunEnd).by_zone;
+    WinterReport report{context.basin, context.run, context.climate, now};
+    float gain = 0.0F;
+    for (int zone = 1; zone <= context.basin.ZoneCount; ++zone)
+        report.add(adjust_zone(results, rows, context, zone, gain));
+    for (int zone = 1; zone <= context.basin.ZoneCount; ++zone) date_curve(results, rows, zone, summer_end);
+    for (int zone = 1; zone <= context.basin.ZoneCount; ++zone) close_cover(results, rows, zone);
+    return report.written();
+}
+
+}  // namespace nivora

@@ -1,0 +1,74 @@
+// Small summers for the tests of what step 5 and step 6 make of a depletion curve.
+#pragma once
+
+#include "climate/winter_adjustment.h"
+#include "tests/engine/engine_fixture.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace nivora {
+
+inline constexpr int k_no_fault = 0;
+
+/// A summer that starts on 1 May 2001, behind a winter that ended the day before. Starts without snow, degree
+/// days or new snow, and with winters that store 10 of water under both climates: no change.
+class WinterTest : public EngineTest {
+protected:
+    ClimateState climate;
+    std::string report;
+
+    void summer(int zones, int days) {
+        start(zones, date_of(2001, 5, 1), days);
+        climate.WinterEndDate = date_of(2001, 4, 30);
+        climate.scenario = "Warmer";
+        run.ScenarioName = "Warmer";
+        run.ClimateStep = 5;
+        fill(table.SumAT, 0.0);
+        fill(table.NewMelt, 0.0);
+        for (int zone = 1; zone <= std::min(zones, k_climate_zones); ++zone) winter(zone, 10, 10, 0, 0);
+    }
+
+    /// Precipitation and total zonal input of a winter under the present and the changed climate.
+    void winter(int zone, double P, double P_changed, double input, double input_changed) {
+        const auto index = static_cast<std::size_t>(zone);
+        run.WinterPrecip.at(index)[1] = static_cast<float>(P);
+        run.WinterPrecip.at(index)[2] = static_cast<float>(P_changed);
+        run.ClimateSums.at(index)[1][1] = static_cast<float>(input);
+        run.ClimateSums.at(index)[2][1] = static_cast<float>(input_changed);
+    }
+
+    /// 5 November 2001, 13:02:03
+    static double report_time() {
+        return static_cast<double>(date_of(2001, 11, 5)) + (13 * 3600 + 2 * 60 + 3) / 86400.0;
+    }
+
+    WinterContext context() { return {basin, run, climate, dialogs}; }
+
+    /// Answers so many boxes with OK, the proposed text standing.
+    void click_ok(int boxes) {
+        for (int box = 0; box < boxes; ++box) dialogs.then_text("0");
+    }
+
+    void adjust() {
+        click_ok(basin.ZoneCount);
+        report = Winter_Adjustment(table, context(), report_time());
+    }
+
+    /// The number of the fault that the step ends in, after so many boxes.
+    int fault_of_adjusting(int boxes) {
+        click_ok(boxes);
+        try {
+            static_cast<void>(Winter_Adjustment(table, context(), report_time()));
+        } catch (const Fault& fault) {
+            return fault.number();
+        }
+        return k_no_fault;
+    }
+};
+
+using Floats = std::vector<float>;
+
+}  // namespace nivora
