@@ -2,8 +2,9 @@
 
 JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 600
+KILLS ?= 1000
 
-.PHONY: build setup run test bench fuzz lint format asan screenshots clean help
+.PHONY: build setup run test bench soak fuzz lint format asan screenshots clean help
 
 build: setup ## build the programs and the tests as shipped; the program folder is build/nivora
 	cmake --preset release
@@ -29,6 +30,10 @@ bench: build ## run the benchmarks
 	    [ -f "$$source" ] || { echo "bench: there are none"; break; }; \
 	    build/release/bench/$$(basename $$source .cpp); \
 	done
+
+soak: build ## kill saves and opens 1,000 times and save on almost full disks; prints figures (KILLS=1000)
+	cmake --build --preset release --target nivora_soak -j $(JOBS)
+	build/release/tools/soak/nivora_soak $(KILLS)
 
 fuzz: setup ## run each fuzz target for FUZZ_SECONDS (600) seconds
 	cmake --preset fuzz

@@ -1,0 +1,99 @@
+#include "tests/program/test_display.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <stdexcept>
+
+namespace nivora {
+
+std::vector<std::string> TestDisplay::missing_programs() {
+    std::vector<std::string> missing;
+    for (const char* program : {"Xvfb", "openbox", "xdotool", "dbus-daemon"}) {
+        if (!is_installed(program)) missing.emplace_back(program);
+    }
+    return missing;
+}
+
+TestDisplay::TestDisplay() {
+    std::filesystem::create_directory(folder_ / "cache");
+    std::filesystem::create_directory(folder_ / "runtime");
+    std::filesystem::permissions(folder_ / "runtime", std::filesystem::perms::owner_all);
+    start_display();
+    start_bus();
+    start_window_manager();
+}
+
+void TestDisplay::start_display() {
+    std::array<int, 2> pipe_ends{};
+    if (pipe(pipe_ends.data()) != 0) throw std::runtime_error("there is no pipe");
+    // The server looks for a free number itself and says which one it took.
+    display_ = std::make_unique<StartedProgram>(
+        std::vector<std::string>{"Xvfb", "-displayfd", std::to_string(pipe_ends[1]), "-screen", "0",
+                                 "1280x1024x24", "-nolisten", "tcp", "-noreset"},
+        Environment{}, folder_ / "display.log", pipe_ends[1]);
+    close(pipe_ends[1]);
+    std::string number;
+    char letter = 0;
+    while (read(pipe_ends[0], &letter, 1) == 1 && letter != '\n') number += letter;
+    close(pipe_ends[0]);
+    if (number.empty()) throw std::runtime_error("the display did not start: " + display_->printed());
+    name_ = ":" + number;
+}
+
+void TestDisplay::start_bus() {
+    bus_ = std::make_unique<StartedProgram>(
+        std::vector<std::string>{"dbus-daemon", "--session", "--nofork", "--print-address",
+                                 "--address=unix:dir=" + folder_.path().string()},
+        environment(), folder_ / "bus.log");
+    const bool told = wait_until([this] { return bus_->printed().find('\n') != std::string::npos; });
+    if (!told) throw std::runtime_error("the bus did not start: " + bus_->printed());
+    bus_address_ = bus_->printed().substr(0, bus_->printed().find('\n'));
+}
+
+void TestDisplay::start_window_manager() {
+    window_manager_ = std::make_unique<StartedProgram>(std::vector<std::string>{"openbox"}, environment(),
+                                                       folder_ / "window_manager.log");
+    const bool there = wait_until([this] {
+        const Finished asked = run_program({"xdotool", "get_num_desktops"}, environment());
+        return asked.status == 0 && asked.printed.find_first_of("123456789") != std::string::npos;
+    });
+    if (!there) throw std::runtime_error("the window manager did not start: " + window_manager_->printed());
+}
+
+Environment TestDisplay::environment() const {
+    return {{"DISPLAY", name_},
+            {"WAYLAND_DISPLAY", ""},
+            {"XAUTHORITY", ""},
+            {"SESSION_MANAGER", ""},
+            {"XDG_RUNTIME_DIR", (folder_ / "runtime").string()},
+            {"XDG_CACHE_HOME", (folder_ / "cache").string()},
+            {"QT_QPA_PLATFORM", "xcb"},
+            {"DBUS_SESSION_BUS_ADDRESS", bus_address_},
+            {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"}};
+}
+
+void TestDisplay::send(std::vector<std::string> command) const {
+    const Finished sent = run_program(command, environment());
+    if (sent.status != 0) throw std::runtime_error("xdotool: " + sent.printed);
+}
+
+void TestDisplay::press(const std::vector<std::string>& keys) const {
+    std::vector<std::string> command{"xdotool", "key", "--delay", "15"};
+    command.insert(command.end(), keys.begin(), keys.end());
+    send(command);
+}
+
+void TestDisplay::type(const std::string& text) const {
+    send({"xdotool", "type", "--delay", "8", "--", text});
+}
+
+void TestDisplay::click(int x, int y) const {
+    send({"xdotool", "mousemove", "--sync", std::to_string(x), std::to_string(y), "click", "1"});
+}
+
+void TestDisplay::keep_picture(const std::filesystem::path& file) const {
+    if (is_installed("import")) run_program({"import", "-window", "root", file.string()}, environment());
+}
+
+}  // namespace nivora

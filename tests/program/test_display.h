@@ -1,0 +1,48 @@
+// A display of its own for one test, with a window manager and the bus on which programs tell what their
+// windows show.
+#pragma once
+
+#include "tests/program/started_program.h"
+#include "tests/support/temporary_folder.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace nivora {
+
+class TestDisplay {
+public:
+    /// The programs that a display needs and this machine lacks.
+    [[nodiscard]] static std::vector<std::string> missing_programs();
+
+    TestDisplay();
+
+    /// What a program needs to find the display and the bus.
+    [[nodiscard]] Environment environment() const;
+    [[nodiscard]] const std::string& bus_address() const { return bus_address_; }
+
+    /// Presses keys as they are named for X: "alt+f", "Return", "ctrl+Home".
+    void press(const std::vector<std::string>& keys) const;
+    /// Types a text, letter by letter.
+    void type(const std::string& text) const;
+    /// Clicks with the left button.
+    void click(int x, int y) const;
+    /// Writes a picture of the whole display, to look at where a test fails.
+    void keep_picture(const std::filesystem::path& file) const;
+
+private:
+    void start_display();
+    void start_bus();
+    void start_window_manager();
+    void send(std::vector<std::string> command) const;
+
+    TemporaryFolder folder_;
+    std::string name_;
+    std::string bus_address_;
+    std::unique_ptr<StartedProgram> display_;
+    std::unique_ptr<StartedProgram> bus_;
+    std::unique_ptr<StartedProgram> window_manager_;
+};
+
+}  // namespace nivora
