@@ -15,11 +15,12 @@ enum class EditAction { Add = 0, Multiply = 1, ShiftBackward = 2, ShiftForward =
 inline constexpr int k_last_scenario_variable = 11;
 
 /// The text of a variable's code, 0 to 11: "M/M Temperature", "Average Temperature", "Precipitation", then
-/// the field's words for the columns of the results.
+/// the field's words for the columns of the results. Empty for any other code.
 [[nodiscard]] const char* scenario_variable_text(int code);
-/// "Add/subtract to each", "Multiply each", "Shift backward", "Shift forward", "Normalize".
+/// "Add/subtract to each", "Multiply each", "Shift backward", "Shift forward", "Normalize"; empty for any
+/// other code.
 [[nodiscard]] const char* edit_action_text(int code);
-/// "All" for 0, "A" for zone 1 ...
+/// "All" for 0, "A" for zone 1 ... up to the most zones that a basin may have; empty for any other code.
 [[nodiscard]] std::string scenario_zone_text(int code);
 
 /// The code of a text, or of a code written as a number; nothing where it is neither. In any case.
