@@ -7,10 +7,15 @@
 #include "store/database.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace nivora {
+
+/// The comments that a new scenario gets.
+inline constexpr const char* k_new_scenario_comments = "Place your comments here!";
 
 /// What the sheet that lies beside the program says about the columns of the scenario grid.
 struct ScenarioSheet {

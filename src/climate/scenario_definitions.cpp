@@ -1,0 +1,266 @@
+#include "climate/scenario_definitions.h"
+
+#include "base/text.h"
+#include "store/table_io.h"
+
+#include <SQLiteCpp/Savepoint.h>
+#include <SQLiteCpp/Statement.h>
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace nivora {
+namespace {
+
+/// The word under which results that were edited by hand run; no scenario may bear it.
+constexpr const char* k_reserved_word = "AUXILIARY";
+constexpr std::string_view k_refused_characters = ".![]`";
+constexpr std::string_view k_store_prefix = "sqlite_";
+constexpr DayCount k_shortest_period = 2;  // days between the start and the end
+
+/// A row of the index and where it stands.
+struct StoredIndexRow {
+    std::int64_t rowid = 0;
+    ScenarioIndexRow row;
+};
+
+std::vector<StoredIndexRow> index_rows(BasinDatabase& database) {
+    return guarded([&] {
+        const TableSchema table = template_table(k_scenario_index);
+        SQLite::Statement query{database.sql(), "SELECT " + field_list(table) + ", rowid FROM " +
+                                                    quoted_name(database.existing_table(table.name)) +
+                                                    " ORDER BY rowid"};
+        std::vector<StoredIndexRow> rows;
+        while (query.executeStep()) {
+            StoredIndexRow& stored = rows.emplace_back();
+            int position = 0;
+            ScenarioIndexRow::visit(stored.row, [&](auto& member) { read_value(query, position++, member); });
+            stored.rowid = query.getColumn(position).getInt64();
+        }
+        return rows;
+    });
+}
+
+/// The rows of one simulation.
+std::vector<StoredIndexRow> index_rows(BasinDatabase& database, std::string_view simulation) {
+    std::vector<StoredIndexRow> rows = index_rows(database);
+    std::erase_if(
+        rows, [&](const StoredIndexRow& stored) { return !same_name(stored.row.simulation, simulation); });
+    return rows;
+}
+
+const StoredIndexRow* find_scenario(const std::vector<StoredIndexRow>& rows, std::string_view name) {
+    const auto found = std::find_if(rows.begin(), rows.end(), [&](const StoredIndexRow& stored) {
+        return same_name(stored.row.scenario, name);
+    });
+    return found == rows.end() ? nullptr : &*found;
+}
+
+void delete_index_row(BasinDatabase& database, std::int64_t rowid) {
+    guarded([&] {
+        SQLite::Statement statement{
+            database.sql(), fmt::format("DELETE FROM {} WHERE rowid = ?", quoted_name(k_scenario_index))};
+        statement.bind(1, rowid);
+        statement.exec();
+    });
+}
+
+void replace_index_row(BasinDatabase& database, const StoredIndexRow& stored) {
+    guarded([&] {
+        std::string fields;
+        for (const Field& field : template_table(k_scenario_index).fields)
+            fields += (fields.empty() ? "" : ", ") + quoted_name(field.name) + " = ?";
+        SQLite::Statement statement{database.sql(), fmt::format("UPDATE {} SET {} WHERE rowid = ?",
+                                                                quoted_name(k_scenario_index), fields)};
+        int position = 1;
+        ScenarioIndexRow::visit(stored.row,
+                                [&](const auto& member) { bind_value(statement, position++, member); });
+        statement.bind(position, stored.rowid);
+        statement.exec();
+    });
+}
+
+/// Drops a table that holds the rows of a scenario. A table of another kind stays, whatever the index says:
+/// it may be data of the basin.
+void drop_scenario_table(BasinDatabase& database, const std::string& name) {
+    if (!database.has_table(name)) return;
+    const auto fields = database.table_fields(name);
+    const auto expected = scenario_table(name).fields;
+    const bool scenario =
+        std::equal(fields.begin(), fields.end(), expected.begin(), expected.end(),
+                   [](const Field& a, const Field& b) { return same_name(a.name, b.name); });
+    if (scenario) database.drop_table(name);
+}
+
+/// Removes the placeholder of a simulation, and its table once no simulation has one.
+void remove_placeholder(BasinDatabase& database, const std::string& simulation) {
+    for (const StoredIndexRow& stored : index_rows(database, simulation)) {
+        if (same_name(stored.row.scenario, k_no_scenario)) delete_index_row(database, stored.rowid);
+    }
+    if (find_scenario(index_rows(database), k_no_scenario) == nullptr)
+        drop_scenario_table(database, k_no_scenario);
+}
+
+std::optional<Message> period_problem(const BasinState& basin) {
+    if (basin.Current_Start && basin.Current_End &&
+        *basin.Current_End - *basin.Current_Start >= k_shortest_period) {
+        return std::nullopt;
+    }
+    return Message{.text = "Similation period too small to perform a meaningful climate change simulation",
+                   .title = "Period too short for climate change"};
+}
+
+bool has_refused_character(const std::string& name) {
+    const bool control = std::any_of(name.begin(), name.end(), [](char character) {
+        return static_cast<unsigned char>(character) < 0x20 || character == 0x7F;
+    });
+    return control || !is_utf8(name) || name.find_first_of(k_refused_characters) != std::string::npos;
+}
+
+/// Why a table can't bear a name. The fixed tables keep theirs free even while they are not there.
+std::optional<Message> name_problem(BasinDatabase& database, const std::string& name) {
+    constexpr const char* k_invalid = "Invalid scenario name";
+    constexpr const char* k_naming = "Error naming new climate scenario";
+    if (name.empty()) return Message{.text = "A scenario needs a name.", .title = k_invalid};
+    if (same_name(name, k_reserved_word)) return Message{.text = "Reserved word " + name, .title = k_invalid};
+    if (has_refused_character(name)) {
+        return Message{.text = "The name selected, " + name + ", contains invalid character(s)",
+                       .title = k_invalid};
+    }
+    if (same_name(name, k_no_scenario) || is_fixed_table(name) ||
+        folded_name(name).rfind(k_store_prefix, 0) == 0) {
+        return Message{.text = "This name is reserved for system use.", .title = k_naming};
+    }
+    if (database.has_table(name))
+        return Message{.text = "This name is already in use in this database.", .title = k_naming};
+    return std::nullopt;
+}
+
+/// Makes the table and the index row of a scenario whose name is free.
+void make_scenario(BasinDatabase& database, const BasinState& basin, const std::string& name) {
+    remove_placeholder(database, basin.Current_Sim_Name);
+    database.create_table(scenario_table(name));
+    const ScenarioIndexRow row{
+        .simulation = basin.Current_Sim_Name,
+        .scenario = name,
+        .winter_end_date = default_winter_end(*basin.Current_Start, *basin.Current_End),
+        .creation_date = static_cast<double>(whole_day(local_now())),
+        .comments = k_new_scenario_comments};
+    add_rows<ScenarioIndexRow>(database, template_table(k_scenario_index), std::span{&row, 1});
+}
+
+/// Runs work as a whole or not at all, also within a transaction of the caller.
+template <typename Work>
+void as_one(BasinDatabase& database, Work&& work) {
+    guarded([&] {
+        SQLite::Savepoint savepoint{database.sql(), "scenario"};
+        work();
+        savepoint.release();
+    });
+}
+
+}  // namespace
+
+std::vector<Scenario> open_scenarios(BasinDatabase& database, const std::string& simulation,
+                                     Dialogs& dialogs) {
+    std::vector<Scenario> scenarios;
+    for (const StoredIndexRow& stored : index_rows(database, simulation)) {
+        const std::string& name = stored.row.scenario;
+        if (same_name(name, k_no_scenario)) continue;
+        if (database.has_table(name)) {
+            scenarios.push_back({stored.row, read_table<ScenarioRow>(database, scenario_table(name))});
+            continue;
+        }
+        dialogs.message(
+            {.text =
+                 fmt::format("A reference to a climate change scenario, '{}', could not be resolved.  The "
+                             "reference will be deleted from the basin database.",
+                             name),
+             .title = fmt::format("Missing climate change scenario for Simulation '{}'", simulation)});
+        delete_index_row(database, stored.rowid);
+    }
+    return scenarios;
+}
+
+std::optional<std::string> new_scenario(BasinDatabase& database, const BasinState& basin, Dialogs& dialogs) {
+    if (const auto problem = period_problem(basin)) {
+        dialogs.message(*problem);
+        return std::nullopt;
+    }
+    const auto answer = dialogs.input({.prompt = "Enter a name for the new climate change sceanario:",
+                                       .title = "Create New Climate Change Scenario"});
+    const std::string name{trimmed(answer.value_or(""))};
+    if (name.empty()) return std::nullopt;
+    if (const auto problem = name_problem(database, name)) {
+        dialogs.message(*problem);
+        return std::nullopt;
+    }
+    as_one(database, [&] { make_scenario(database, basin, name); });
+    return name;
+}
+
+std::optional<Message> create_scenario(BasinDatabase& database, const BasinState& basin,
+                                       const std::string& name) {
+    std::optional<Message> problem = period_problem(basin);
+    if (problem) return problem;
+    const std::string wanted{trimmed(name)};
+    as_one(database, [&] {
+        SQLite::Savepoint former{database.sql(), "former_scenario"};
+        const auto rows = index_rows(database, basin.Current_Sim_Name);
+        if (const StoredIndexRow* stored = find_scenario(rows, wanted)) {
+            drop_scenario_table(database, wanted);
+            delete_index_row(database, stored->rowid);
+        }
+        problem = name_problem(database, wanted);
+        if (problem) return;  // which brings the former scenario back
+        make_scenario(database, basin, wanted);
+        former.release();
+    });
+    return problem;
+}
+
+bool delete_scenario(BasinDatabase& database, const std::string& simulation, const std::string& name,
+                     Dialogs& dialogs) {
+    const auto rows = index_rows(database, simulation);
+    const StoredIndexRow* stored = find_scenario(rows, name);
+    if (stored == nullptr || same_name(name, k_no_scenario)) return false;
+    const Answer answer = dialogs.message(
+        {.text = fmt::format("Delete '{}' scenario table?", name), .buttons = Buttons::YesNoCancel});
+    if (answer != Answer::Yes) return false;
+    as_one(database, [&] {
+        if (rows.size() > 1) {
+            delete_index_row(database, stored->rowid);
+        } else {
+            // The index never goes empty: the last row stays and says that there is no scenario.
+            replace_index_row(database, {stored->rowid,
+                                         {.simulation = stored->row.simulation,
+                                          .scenario = k_no_scenario,
+                                          .winter_end_date = std::nullopt,
+                                          .creation_date = std::nullopt,
+                                          .comments = "No climate change"}});
+            if (!database.has_table(k_no_scenario)) database.create_table(scenario_table(k_no_scenario));
+        }
+        drop_scenario_table(database, name);
+    });
+    return true;
+}
+
+void store_scenario(BasinDatabase& database, const Scenario& scenario) {
+    const auto rows = index_rows(database, scenario.index.simulation);
+    const StoredIndexRow* found = find_scenario(rows, scenario.index.scenario);
+    if (found == nullptr) {
+        throw StoreError(StoreFault::Missing,
+                         fmt::format("The simulation '{}' has no climate change scenario '{}'.",
+                                     scenario.index.simulation, scenario.index.scenario));
+    }
+    StoredIndexRow stored = *found;
+    stored.row.winter_end_date = scenario.index.winter_end_date;
+    stored.row.comments = scenario.index.comments;
+    as_one(database, [&] {
+        clear_table(database, scenario.index.scenario);
+        add_rows<ScenarioRow>(database, scenario_table(scenario.index.scenario), scenario.rows);
+        replace_index_row(database, stored);
+    });
+}
+
+}  // namespace nivora
