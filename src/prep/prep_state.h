@@ -5,6 +5,7 @@
 #include "store/basin_store.h"
 #include "store/rows.h"
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -65,8 +66,11 @@ struct PrepState {
     DailyQuery query;            ///< what the daily editor shows
     std::string record_table;    ///< the table that the last view or definition left for Build_Daily_Records
     std::string window_title;    ///< of the daily editor
+    std::string status;          ///< in the status bar of the daily editor; of a scenario's values alone
     std::string caption_prefix;  ///< of the daily editor's caption
     bool Edit_Locked = false;    ///< the daily editor is read only
+    /// Widths of the daily editor's columns by view, measured once.
+    std::map<int, std::vector<int>> column_widths;
     RecordExtent record;  ///< extent of the daily variables when the basin was opened or rows were added
 };
 

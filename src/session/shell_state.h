@@ -1,6 +1,8 @@
 // What can be chosen in the main window, as plain values.
 #pragma once
 
+#include <string>
+
 namespace nivora {
 
 /// Enabled and visible elements of the main window that depend on the basin. The window shows them; rules set
@@ -27,6 +29,11 @@ struct ShellState {
     bool run_forecast = false;
     bool run_climate = false;
     bool melt_season = true;  ///< the melt season items of both kinds; off in no-snow mode
+
+    /// The window of a climate evaluation is open: File, Options, Run and Tools, the toolbar and the buttons
+    /// below the simulation grid are off.
+    bool climate_window = false;
+    std::string run_caption = "&Run";  ///< the caption of the Run menu
 
     // Tools, graphics, reports
     bool tools_menu = false;

@@ -41,6 +41,8 @@ void Repaint_Sim_Grid(Session& session) {
     session.shell.delete_simulation = any;
     session.shell.edit_simulation = any;
     session.shell.simulation_definition = any;
+    session.shell.variables_of_record = any;
+    session.shell.long_term_averages = any;
 }
 
 void edited_simulation(Session& session) {

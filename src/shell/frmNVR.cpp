@@ -1,6 +1,7 @@
 #include "shell/frmNVR.h"
 
 #include "base/number_text.h"
+#include "climate/windows/frmCtrlClim.h"
 #include "engine/windows/Results.h"
 #include "prep/simulation_grid.h"
 #include "session/simulation_list.h"
@@ -22,6 +23,7 @@
 #include <QPushButton>
 #include <QStatusBar>
 #include <QTimer>
+#include <QToolBar>
 
 namespace nivora {
 namespace {
@@ -282,8 +284,11 @@ void frmNVR::fill_labels() {
     zones_label_->setText(to_qt(basin.zones_text));
     area_label_->setText(to_qt(basin.basin_area_text));
     simulation_label_->setText(to_qt(doubled_ampersands(basin.Current_Sim_Name)));
-    buttons_[1]->setEnabled(shell.delete_simulation);
-    buttons_[2]->setEnabled(shell.edit_simulation);
+    const bool open = !shell.climate_window;
+    buttons_[0]->setEnabled(open);
+    buttons_[1]->setEnabled(shell.delete_simulation && open);
+    buttons_[2]->setEnabled(shell.edit_simulation && open);
+    for (QToolBar* toolbar : findChildren<QToolBar*>()) toolbar->setEnabled(open);
     procedure_->setText(menu_->melting_procedure());
 }
 
@@ -485,6 +490,7 @@ void frmNVR::closeEvent(QCloseEvent* event) {
     }
     NivoraWindow::closeEvent(event);
     if (!event->isAccepted()) return;
+    if (climate_ && climate_->isVisible()) climate_->close();
     if (results_) results_->close();
     if (help_) help_->close();
     qApp->quit();

@@ -18,6 +18,7 @@ class QPushButton;
 
 namespace nivora {
 
+class frmCtrlClim;
 class GridModel;
 class GridView;
 class Results;
@@ -83,6 +84,8 @@ private:
     void follow(Choose choose);
     void choose_data(DataEntry entry);
     void choose_variables(int index);
+    void show_scenarios();
+    void show_climate_run();
     void show_long_term_averages();
     void populate();
     void show_system_information();
@@ -104,6 +107,7 @@ private:
     GridView* simulation_grid_;
     std::array<QPushButton*, 3> buttons_{};
     std::unique_ptr<Results> results_;
+    std::unique_ptr<frmCtrlClim> climate_;
     std::unique_ptr<frmNVRHelp> help_;
     bool filling_ = false;
     bool telling_ = false;

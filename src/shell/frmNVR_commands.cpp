@@ -1,5 +1,7 @@
 // What the entries of the menu bar and the buttons of the main window do.
 
+#include "climate/windows/frmCC.h"
+#include "climate/windows/frmCtrlClim.h"
 #include "engine/run_driver.h"
 #include "engine/windows/Results.h"
 #include "engine/windows/frmTimeLagDist.h"
@@ -50,6 +52,8 @@ void frmNVR::do_command(Command command) {
         case Command::MeltRadiation: return fill_labels();
         case Command::ClearRecent: session().settings.recent_files.clear(); return menu_->refresh();
         case Command::SimulationDefinition: return choose_data(DataEntry::SimulationDefinition);
+        case Command::Scenarios: return choose_data(DataEntry::Scenarios);
+        case Command::ClimateRun: return show_climate_run();
         case Command::Parameters: return choose_data(DataEntry::Parameters);
         case Command::ResultsTable: return choose_data(DataEntry::Results);
         case Command::VariablesOfRecord: return choose_variables(0);
@@ -225,7 +229,7 @@ void frmNVR::follow(Choose choose) {
     switch (outcome) {
         case DataOutcome::ShowDefinition: return show_definition();
         case DataOutcome::ShowEditor: return open_daily_editor();
-        case DataOutcome::ShowScenarios:
+        case DataOutcome::ShowScenarios: return show_scenarios();
         case DataOutcome::Stopped: return;
     }
 }
@@ -240,6 +244,21 @@ void frmNVR::choose_variables(int index) {
     follow([index](const PrepContext& prep, BasinDatabase& database) {
         return mnuDataOptVar_Click(prep, database, index);
     });
+}
+
+void frmNVR::show_scenarios() {
+    frmCC window(context(), nullptr);
+    if (window.open()) window.show_modal();
+    refresh_main_window();
+}
+
+void frmNVR::show_climate_run() {
+    commit_edits();
+    climate_ = std::make_unique<frmCtrlClim>(context(), nullptr);
+    connect(climate_.get(), &frmCtrlClim::left, this, [this] {
+        if (results_) results_->close();
+    });
+    if (climate_->open()) climate_->show();
 }
 
 void frmNVR::open_daily_editor() {

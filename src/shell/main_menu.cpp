@@ -56,7 +56,7 @@ constexpr std::array k_entries{
     Entry{"mnuOptItem(5)", "mnuOpt", "&Clear Recent Files", 41, Command::ClearRecent},
     Entry{"mnuDataOpt(0)", "mnuData", "&Simulation Definition", 11, Command::SimulationDefinition},
     Entry{"mnuDataOpt(1)", "mnuData", nullptr, 12},
-    Entry{"mnuDataOpt(2)", "mnuData", "&Climate Change Scenario Definition", 13},
+    Entry{"mnuDataOpt(2)", "mnuData", "&Climate Change Scenario Definition", 13, Command::Scenarios},
     Entry{"mnuDataOpt(3)", "mnuData", nullptr, 14},
     Entry{"mnuDataOpt(4)", "mnuData", "&Variables", 15},
     Entry{"mnuDataOptVar(0)", "mnuDataOpt(4)", "&Period of record", 46, Command::VariablesOfRecord},
@@ -71,7 +71,7 @@ constexpr std::array k_entries{
     Entry{"mnuRunForVar(0)", "mnuRunFor", "&Melt Season Forecast", 23, Command::MeltSeasonForecast},
     Entry{"mnuRunForVar(1)", "mnuRunFor", "&Year round Forecast", 24, Command::YearRoundForecast},
     Entry{"mnuRunSep1", "mnuRun", nullptr, 25},
-    Entry{"mnuRunClim", "mnuRun", "C&limate Change", 25},
+    Entry{"mnuRunClim", "mnuRun", "C&limate Change", 25, Command::ClimateRun},
     Entry{"mnuToolsItm(0)", "mnuTools", "&Calculate Long-term Monthly Averages", 26,
           Command::LongTermAverages},
     Entry{"mnuToolsItm(1)", "mnuTools", nullptr, 27},
@@ -188,13 +188,15 @@ void MainMenu::refresh() {
     enable("mnuDataOptVar(1)", shell.variables_of_simulation);
     enable("mnuDataOpt(5)", shell.parameters);
     enable("mnuDataOpt(7)", session_.run.results_enabled);
-    enable("mnuRun", shell.run_menu);
+    for (const char* menu : {"mnuFile", "mnuOpt"}) enable(menu, !shell.climate_window);
+    enable("mnuRun", shell.run_menu && !shell.climate_window);
+    action(QStringLiteral("mnuRun"))->setText(to_qt(shell.run_caption));
     enable("mnuRunSim", shell.run_simulation);
     enable("mnuRunSimVar(0)", shell.melt_season);
     enable("mnuRunFor", shell.run_forecast);
     enable("mnuRunForVar(0)", shell.melt_season);
     enable("mnuRunClim", shell.run_climate);
-    enable("mnuTools", shell.tools_menu);
+    enable("mnuTools", shell.tools_menu && !shell.climate_window);
     enable("mnuToolsItm(0)", shell.long_term_averages);
     enable("mnuWinGraphics", shell.graphics);
     enable("mnuReports", shell.reports);

@@ -33,6 +33,8 @@ enum class Command {
     MeltRadiation,
     ClearRecent,
     SimulationDefinition,
+    Scenarios,
+    ClimateRun,
     Parameters,
     ResultsTable,
     VariablesOfRecord,

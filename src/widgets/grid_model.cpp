@@ -6,6 +6,8 @@ bool GridModel::locked(int /*row*/, int /*column*/) const { return false; }
 
 QColor GridModel::text_colour(int /*row*/, int /*column*/) const { return {}; }
 
+QColor GridModel::back_colour(int /*row*/, int /*column*/) const { return {}; }
+
 QString GridModel::cleared_text(int row, int column) const {
     const CellFormat::Kind kind = format(row, column).kind;
     const bool number = kind == CellFormat::Kind::Number || kind == CellFormat::Kind::Integer;
@@ -33,6 +35,8 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
         }
         case Qt::BackgroundRole:
             if (marked_.contains(index.column(), index.row())) return QColor::fromRgb(k_refused_colour);
+            if (const QColor colour = back_colour(index.row(), index.column()); colour.isValid())
+                return colour;
             return {};
         case Qt::ForegroundRole: {
             const QColor colour = text_colour(index.row(), index.column());

@@ -33,6 +33,7 @@ public:
     [[nodiscard]] virtual QString row_header(int row) const { return QString::number(row + 1); }
     [[nodiscard]] virtual bool locked(int row, int column) const;
     [[nodiscard]] virtual QColor text_colour(int row, int column) const;
+    [[nodiscard]] virtual QColor back_colour(int row, int column) const;
     /// What a cell holds once it was cut or emptied.
     [[nodiscard]] virtual QString cleared_text(int row, int column) const;
     /// The longest text of a column, for its width.

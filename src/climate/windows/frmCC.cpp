@@ -1,0 +1,356 @@
+#include "climate/windows/frmCC.h"
+
+#include "climate/windows/scenario_model.h"
+#include "prep/daily_editor.h"
+#include "widgets/controls.h"
+#include "widgets/grid_view.h"
+#include "widgets/qt_text.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace nivora {
+namespace {
+
+constexpr int k_help_topic = 4;
+constexpr int k_new = 0;
+constexpr int k_delete = 1;
+constexpr int k_view = 3;
+
+}  // namespace
+
+frmCC::frmCC(const WindowContext& context, QWidget* parent)
+    : NivoraWindow(context, "frmCC", WindowNumber::frmCC, parent) {
+    setWindowTitle(QStringLiteral("Climate Change Scenario Definition for Simulation: ") +
+                   to_qt(session().basin.Current_Sim_Name));
+    auto* content = new QWidget(this);
+    auto* layout = new QVBoxLayout(content);
+    layout->addWidget(make_head());
+    grid_place_ = new QWidget(content);
+    new QVBoxLayout(grid_place_);
+    grid_place_->layout()->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(grid_place_, 1);
+    const ButtonRow row = make_button_row({"&Done", "&Cancel", "&Help"}, 16, content);
+    layout->addWidget(row.frame);
+    set_content(content);
+    explain_status_bar(24);
+    make_menus();
+    for (QPushButton* button : row.buttons) button->setAutoDefault(false);
+    connect(row.buttons[0], &QPushButton::clicked, this, &frmCC::done);
+    connect(row.buttons[1], &QPushButton::clicked, this, [this] {
+        finished_ = true;
+        close();
+    });
+    connect(row.buttons[2], &QPushButton::clicked, this,
+            [this] { session().desktop.show_help_topic(k_help_topic); });
+    resize(860, 640);
+}
+
+QWidget* frmCC::make_head() {
+    auto* frame = new QGroupBox(
+        QStringLiteral("Existing Scenarios for ") + to_qt(session().basin.Current_Sim_Name), this);
+    frame->setObjectName(QStringLiteral("Frame1"));
+    set_help(frame, 8);
+    auto* layout = new QHBoxLayout(frame);
+    auto* form = new QFormLayout;
+    chooser_ = new QComboBox(frame);
+    chooser_->setObjectName(QStringLiteral("DBCombo1"));
+    set_help(chooser_, 7);
+    form->addRow(QStringLiteral("Existing Scenarios:"), chooser_);
+    auto* dates = make_label(QStringLiteral("txtSimDate"), {}, 10, frame);
+    const BasinState& basin = session().basin;
+    if (basin.Current_Start && basin.Current_End) {
+        dates->setText(
+            to_qt(long_date_text(*basin.Current_Start) + " - " + long_date_text(*basin.Current_End)));
+    }
+    form->addRow(QStringLiteral("Simulation Dates:"), dates);
+    winter_end_ = make_date_box(QStringLiteral("MaskEdBox2"), 9, frame);
+    winter_end_->installEventFilter(this);
+    form->addRow(QStringLiteral("Winter End Date:"), winter_end_);
+    comments_ = new QPlainTextEdit(frame);
+    comments_->setObjectName(QStringLiteral("txtComments"));
+    comments_->setAccessibleName(QStringLiteral("Comments"));
+    comments_->setToolTip(QStringLiteral("Type comments about the climate scenario here."));
+    comments_->setTabChangesFocus(true);
+    comments_->setMaximumHeight(comments_->fontMetrics().lineSpacing() * 3 + 12);
+    set_help(comments_, 11);
+    form->addRow(QStringLiteral("Comments:"), comments_);
+    for (auto [field, line] :
+         {std::pair<QWidget*, int>{chooser_, 7}, {dates, 10}, {winter_end_, 9}, {comments_, 11}})
+        set_help(form->labelForField(field), line);
+    layout->addLayout(form, 1);
+    layout->addWidget(make_side());
+    connect(chooser_, &QComboBox::currentIndexChanged, this, [this](int at) {
+        if (!filling_) show_scenario(at);
+    });
+    connect(comments_, &QPlainTextEdit::textChanged, this, &frmCC::take_comments);
+    return frame;
+}
+
+QWidget* frmCC::make_side() {
+    auto* frame = new QWidget(this);
+    auto* layout = new QVBoxLayout(frame);
+    layout->setContentsMargins(0, 0, 0, 0);
+    int index = 0;
+    for (const char* caption : {"&New", "D&elete", "&Print", "&View Variables"}) {
+        auto* button = new QPushButton(QString::fromUtf8(caption), frame);
+        button->setObjectName(QStringLiteral("Command2(%1)").arg(index));
+        button->setAutoDefault(false);
+        set_help(button, 12 + index);
+        layout->addWidget(button);
+        actions_.push_back(button);
+        ++index;
+    }
+    layout->addStretch(1);
+    connect(actions_[k_new], &QPushButton::clicked, this, &frmCC::add_scenario);
+    connect(actions_[k_delete], &QPushButton::clicked, this, &frmCC::remove_scenario);
+    connect(actions_[k_view], &QPushButton::clicked, this, &frmCC::view_variables);
+    return frame;
+}
+
+void frmCC::make_menus() {
+    QMenu* edit = menuBar()->addMenu(QStringLiteral("&Edit"));
+    const auto add = [&](int index, const char* caption, auto act) {
+        QAction* action = edit->addAction(QString::fromUtf8(caption), this, [this, act] {
+            if (grid_ != nullptr) (grid_->*act)();
+        });
+        action->setObjectName(QStringLiteral("mnuEdItm(%1)").arg(index));
+        action->setProperty(k_help_line, 19 + index);
+    };
+    add(0, "Cu&t", &GridView::cut);
+    add(1, "&Copy", &GridView::copy);
+    add(2, "&Paste", &GridView::paste);
+}
+
+void frmCC::make_grid() {
+    rows_ = new ScenarioModel(sheet_, session().basin.ZoneCount, this);
+    grid_ = new GridView(rows_, this);
+    grid_->setObjectName(QStringLiteral("vaSpread1"));
+    grid_->setAccessibleName(QStringLiteral("Rows of the scenario"));
+    grid_->setProperty(k_help_columns, 0);
+    grid_->set_clears_cells(false);
+    set_help(grid_, 25);
+    grid_place_->layout()->addWidget(grid_);
+    connect(rows_, &GridModel::edited, this, [this] { mark_changed(); });
+    connect(grid_, &GridView::left_cell, this,
+            [this](int row, int column) { rows_->leave(row, column, grid_->currentIndex().row() != row); });
+    connect(grid_, &GridView::pasted, this, [this](const PasteOutcome& outcome) {
+        if (const auto problem = paste_problem(outcome)) session().dialogs.message(*problem);
+    });
+}
+
+bool frmCC::open() {
+    const auto sheet = load_scenario_sheet(context().program_folder, session().dialogs);
+    if (!sheet) return false;
+    sheet_ = *sheet;
+    make_grid();
+    try {
+        read_scenarios({});
+    } catch (const StoreError& error) {
+        session().dialogs.stop(error.what());
+        return false;
+    }
+    if (scenarios_.empty()) add_scenario();
+    grid_->setColumnWidth(0, 190);
+    std::vector<int> widths{190, 100, 100, 180, 110, 70};
+    grid_->fit_columns(widths);
+    return true;
+}
+
+void frmCC::read_scenarios(const std::string& shown) {
+    {
+        BasinDatabase database{session().basin.Work_File, Access::ReadWrite};
+        scenarios_ = open_scenarios(database, session().basin.Current_Sim_Name, session().dialogs);
+    }
+    filling_ = true;
+    chooser_->clear();
+    int at = 0;
+    for (std::size_t i = 0; i < scenarios_.size(); ++i) {
+        chooser_->addItem(to_qt(scenarios_[i].index.scenario));
+        if (scenarios_[i].index.scenario == shown) at = static_cast<int>(i);
+    }
+    filling_ = false;
+    chooser_->setCurrentIndex(scenarios_.empty() ? -1 : at);
+    show_scenario(chooser_->currentIndex());
+}
+
+Scenario* frmCC::current() {
+    const int at = chooser_->currentIndex();
+    return at < 0 || static_cast<std::size_t>(at) >= scenarios_.size()
+               ? nullptr
+               : &scenarios_[static_cast<std::size_t>(at)];
+}
+
+void frmCC::show_scenario(int at) {
+    if (grid_ != nullptr) grid_->commit_editor();
+    filling_ = true;
+    Scenario* scenario = at < 0 ? nullptr : current();
+    rows_->show(scenario != nullptr ? &scenario->rows : nullptr);
+    const bool any = scenario != nullptr;
+    const auto winter_end = any ? scenario->index.winter_end_date : std::nullopt;
+    winter_end_->setText(winter_end ? to_qt(long_date_text(whole_day(*winter_end))) : QString{});
+    comments_->setPlainText(any ? to_qt(scenario->index.comments.value_or("")) : QString{});
+    for (QWidget* part :
+         std::initializer_list<QWidget*>{winter_end_, comments_, actions_[k_delete], actions_[k_view]})
+        part->setEnabled(any);
+    filling_ = false;
+}
+
+void frmCC::take_comments() {
+    Scenario* scenario = current();
+    if (filling_ || scenario == nullptr) return;
+    scenario->index.comments = from_qt(comments_->toPlainText());
+    mark_changed();
+}
+
+void frmCC::winter_end_left() {
+    Scenario* scenario = current();
+    if (filling_ || telling_ || finished_ || scenario == nullptr) return;
+    const std::string text = from_qt(winter_end_->text());
+    if (const auto problem = winter_end_problem(session().basin, text)) {
+        telling_ = true;
+        refuse(winter_end_, *problem);
+        telling_ = false;
+        QTimer::singleShot(0, winter_end_, [this] { winter_end_->setFocus(); });
+        return;
+    }
+    const auto date = read_date(text);
+    // A default that holds half a day stays as it is while its day does.
+    const auto& kept = scenario->index.winter_end_date;
+    if (kept && whole_day(*kept) == *date) return;
+    scenario->index.winter_end_date = static_cast<double>(*date);
+    mark_changed();
+}
+
+bool frmCC::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == winter_end_ && leaves_box(event)) winter_end_left();
+    return NivoraWindow::eventFilter(watched, event);
+}
+
+void frmCC::mark_changed() {
+    edited_ = true;
+    session().basin.Input_Changed = true;
+}
+
+bool frmCC::store_all() {
+    try {
+        BasinDatabase database{session().basin.Work_File, Access::ReadWrite};
+        database.in_transaction([&] {
+            for (Scenario& scenario : scenarios_) {
+                while (!scenario.rows.empty() && is_blank(scenario.rows.back())) scenario.rows.pop_back();
+                store_scenario(database, scenario);
+            }
+            return true;
+        });
+        return true;
+    } catch (const StoreError& error) {
+        session().dialogs.stop(error.what());
+        return false;
+    }
+}
+
+/// New acts on the file at once; what was typed into other scenarios goes there with it.
+void frmCC::add_scenario() {
+    if (edited_ && !store_all()) return;
+    try {
+        std::optional<std::string> name;
+        {
+            BasinDatabase database{session().basin.Work_File, Access::ReadWrite};
+            name = new_scenario(database, session().basin, session().dialogs);
+        }
+        if (!name) return;
+        read_scenarios(*name);
+    } catch (const StoreError& error) {
+        session().dialogs.stop(error.what());
+        return;
+    }
+    session().basin.Basin_Changed = true;
+    session().basin.Input_Changed = true;
+}
+
+void frmCC::remove_scenario() {
+    const Scenario* scenario = current();
+    if (scenario == nullptr || (edited_ && !store_all())) return;
+    try {
+        bool gone = false;
+        {
+            BasinDatabase database{session().basin.Work_File, Access::ReadWrite};
+            gone = delete_scenario(database, session().basin.Current_Sim_Name, scenario->index.scenario,
+                                   session().dialogs);
+        }
+        if (!gone) return;
+        read_scenarios({});
+    } catch (const StoreError& error) {
+        session().dialogs.stop(error.what());
+        return;
+    }
+    session().basin.Basin_Changed = true;
+    session().basin.Input_Changed = true;
+}
+
+void frmCC::view_variables() {
+    const BasinState& basin = session().basin;
+    if (!basin.Current_Start || !basin.Current_End) return;
+    PrepState& prep = session().prep;
+    prep.Data_View = DataView::Scenario;
+    prep.query = {.table = basin.Current_Sim_Name,
+                  .fields = daily_fields(DataView::Scenario),
+                  .period = Period{*basin.Current_Start, *basin.Current_End}};
+    prep.Data_Columns = static_cast<int>(prep.query.fields.size());
+    prep.window_title = "Climate Change Scenario " + from_qt(chooser_->currentText()) + " " +
+                        long_date_text(*basin.Current_Start) + " to " + long_date_text(*basin.Current_End);
+    prep.caption_prefix = "Variables and parameters of simulation ";
+    prep.status = "Variable/parameter values adjusted for climate change";
+    prep.Edit_Locked = true;
+    session().desktop.open_daily_editor();
+    prep.Edit_Locked = false;
+}
+
+void frmCC::done() {
+    grid_->commit_editor();
+    winter_end_left();
+    if (const auto problem = winter_end_problem(session().basin, from_qt(winter_end_->text()));
+        problem && current() != nullptr)
+        return;
+    if (!store_all()) return;
+    session().basin.Basin_Changed = true;
+    finished_ = true;
+    close();
+}
+
+/// The window's own close control leaves the stored rows like Cancel, but not without a question where there
+/// is something to lose.
+bool frmCC::may_discard() {
+    if (finished_ || !edited_) return true;
+    return session().dialogs.message(
+               {.text = "What you changed in the scenarios is lost if the window is closed.  "
+                        "Close it?",
+                .title = "Climate Change Scenario Definition",
+                .icon = Icon::Question,
+                .buttons = Buttons::YesNo,
+                .default_answer = Answer::No}) == Answer::Yes;
+}
+
+void frmCC::closeEvent(QCloseEvent* event) {
+    if (!context().quick_help.is_on() && !may_discard()) {
+        event->ignore();
+        return;
+    }
+    finished_ = !context().quick_help.is_on();
+    NivoraWindow::closeEvent(event);
+}
+
+}  // namespace nivora

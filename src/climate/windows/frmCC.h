@@ -1,0 +1,70 @@
+// The scenarios of the current simulation.
+#pragma once
+
+#include "climate/scenario_definitions.h"
+#include "widgets/nivora_window.h"
+
+#include <vector>
+
+class QComboBox;
+class QGroupBox;
+class QLineEdit;
+class QPlainTextEdit;
+class QPushButton;
+
+namespace nivora {
+
+class GridView;
+class ScenarioModel;
+
+/// Makes, edits and deletes scenarios. Rows, comments and winter end dates wait for Done; New and Delete act
+/// at once.
+class frmCC : public NivoraWindow {
+    Q_OBJECT
+
+public:
+    explicit frmCC(const WindowContext& context, QWidget* parent = nullptr);
+
+    /// Reads the sheet and the scenarios, and asks for a first one where there is none. @return false where
+    /// the sheet or the basin can't be read, which was shown
+    [[nodiscard]] bool open();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    QWidget* make_head();
+    QWidget* make_side();
+    void make_menus();
+    void make_grid();
+
+    void read_scenarios(const std::string& shown);
+    void show_scenario(int at);
+    void take_comments();
+    void winter_end_left();
+    void add_scenario();
+    void remove_scenario();
+    void view_variables();
+    void done();
+    void mark_changed();
+    [[nodiscard]] Scenario* current();
+    [[nodiscard]] bool store_all();
+    [[nodiscard]] bool may_discard();
+
+    ScenarioSheet sheet_;
+    std::vector<Scenario> scenarios_;
+    ScenarioModel* rows_ = nullptr;
+    GridView* grid_ = nullptr;
+    QWidget* grid_place_ = nullptr;
+    QComboBox* chooser_ = nullptr;
+    QLineEdit* winter_end_ = nullptr;
+    QPlainTextEdit* comments_ = nullptr;
+    std::vector<QPushButton*> actions_;
+    bool filling_ = false;
+    bool telling_ = false;
+    bool edited_ = false;
+    bool finished_ = false;
+};
+
+}  // namespace nivora

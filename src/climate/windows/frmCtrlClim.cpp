@@ -1,0 +1,329 @@
+#include "climate/windows/frmCtrlClim.h"
+
+#include "base/number_text.h"
+#include "climate/windows/value_grid_model.h"
+#include "store/table_io.h"
+#include "widgets/controls.h"
+#include "widgets/grid_view.h"
+#include "widgets/qt_text.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace nivora {
+namespace {
+
+constexpr int k_help_topic = 5;
+constexpr int k_done = 0;
+constexpr int k_abort = 1;
+constexpr int k_print = 3;
+constexpr int k_message_row = 3;
+constexpr const char* k_report = "NVR_DfGN.out";
+
+constexpr std::array<const char*, k_climate_steps> k_captions{
+    "Step1:   Winter, Present Climate", "Step 2:  Winter, Changed Climate",
+    "Step 3:  Summer, Present Climate", "Step 4:  Summer, Changed Climate ",
+    "Step 5:  Derive CDCclimWA",        "Step 6:  Summer, Changed Climate"};
+
+/// The column of the statistics grid that a step fills, from 0; 0 for a step without one.
+int statistics_column(int step) {
+    if (step == k_climate_steps) return 4;
+    return step <= 3 ? step : 0;
+}
+
+QString figure(std::optional<float> value) { return value ? to_qt(single_text(*value)) : QString{}; }
+
+}  // namespace
+
+frmCtrlClim::frmCtrlClim(const WindowContext& context, QWidget* parent)
+    : NivoraWindow(context, "frmCtrlClim", WindowNumber::frmCtrlClim, parent) {
+    setWindowTitle(QStringLiteral("Run a Climate Change "));
+    auto* content = new QWidget(this);
+    auto* grid = new QGridLayout(content);
+    grid->addWidget(make_scenario(), 0, 0, 1, 2);
+    grid->addWidget(make_steps(), 1, 0);
+    grid->addWidget(make_summary(), 1, 1);
+    grid->addWidget(make_statistics(), 2, 0, 1, 2);
+    grid->setColumnStretch(1, 1);
+    grid->setRowStretch(2, 1);
+    make_buttons(content);
+    grid->addWidget(buttons_.front()->parentWidget(), 3, 0, 1, 2);
+    set_content(content);
+    explain_status_bar(29);
+    resize(820, 620);
+}
+
+QWidget* frmCtrlClim::make_scenario() {
+    auto* frame = new QGroupBox(
+        QStringLiteral("Scenario Definition(s) for ") + to_qt(session().basin.Current_Sim_Name), this);
+    frame->setObjectName(QStringLiteral("Frame1"));
+    set_help(frame, 31);
+    auto* layout = new QVBoxLayout(frame);
+    scenario_ = new QComboBox(frame);
+    scenario_->setObjectName(QStringLiteral("CmboScenario"));
+    scenario_->setAccessibleName(QStringLiteral("Scenario"));
+    scenario_->setPlaceholderText(QStringLiteral(" "));
+    set_help(scenario_, 8);
+    reuse_ = new QCheckBox(QStringLiteral("Use the climate changes defined in Results"), frame);
+    reuse_->setObjectName(QStringLiteral("Check2"));
+    reuse_->setToolTip(
+        QStringLiteral("To reuse the modified climate from the most recent climate simulation, check here "
+                       "(normally only when "
+                       "you've edited SimResults manually to change a few daily values in a scenario)."));
+    set_help(reuse_, 7);
+    layout->addWidget(scenario_);
+    layout->addWidget(reuse_);
+    connect(scenario_, &QComboBox::currentIndexChanged, this, [this] { scenario_chosen(); });
+    return frame;
+}
+
+QWidget* frmCtrlClim::make_steps() {
+    auto* frame = new QGroupBox(this);
+    set_help(frame, 30);
+    auto* layout = new QVBoxLayout(frame);
+    for (int i = 0; i < k_climate_steps; ++i) {
+        const auto index = static_cast<std::size_t>(i);
+        auto* box = new QCheckBox(QString::fromUtf8(k_captions.at(index)), frame);
+        box->setObjectName(QStringLiteral("Check1(%1)").arg(i));
+        box->setEnabled(false);
+        set_help(box, 1 + i);
+        layout->addWidget(box);
+        steps_.at(index) = box;
+        connect(box, &QCheckBox::toggled, this, [this, i] { step_clicked(i); });
+    }
+    steps_[2]->setToolTip(QStringLiteral("This step computes MDC's for summer, needed to derive CDCliims"));
+    layout->addStretch(1);
+    return frame;
+}
+
+QWidget* frmCtrlClim::make_summary() {
+    summary_ =
+        new ValueGridModel({QStringLiteral("Winter"), QStringLiteral("Summer"), QStringLiteral("Year")},
+                           {QStringLiteral("Measured"), QStringLiteral("Computed"),
+                            QStringLiteral("Climate affected"), QString{}},
+                           this);
+    summary_grid_ = new GridView(summary_, this);
+    summary_grid_->setObjectName(QStringLiteral("vaSpread1"));
+    summary_grid_->setAccessibleName(QStringLiteral("Seasonal Summary of Runoff"));
+    summary_grid_->setProperty(k_help_rows, 9);
+    set_help(summary_grid_, 9);
+    summary_grid_->setSpan(k_message_row, 0, 1, 3);
+    summary_->set_text(k_message_row, 0, QStringLiteral("Seasonal Summary of Runoff"));
+    summary_grid_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    summary_grid_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    connect(summary_grid_, &QAbstractItemView::clicked, this,
+            [this](const QModelIndex& cell) { light_sources(cell.row(), cell.column()); });
+    return summary_grid_;
+}
+
+QWidget* frmCtrlClim::make_statistics() {
+    const QString blank;
+    statistics_ =
+        new ValueGridModel({QStringLiteral("Statistics"), QStringLiteral("Step 1"), QStringLiteral("Step 2"),
+                            QStringLiteral("Step 3"), QStringLiteral("Step 6")},
+                           {blank, blank, blank, blank, blank, blank, blank, blank}, this);
+    const bool english = session().basin.Units_Code == k_english;
+    const QString volume = english ? QStringLiteral(" (10^6 f³)") : QStringLiteral(" (10^6 m³)");
+    const QString flow = english ? QStringLiteral(" (f³/s): ") : QStringLiteral(" (m³/s): ");
+    statistics_->set_text(0, 0, QStringLiteral("Measured Runoff Volume") + volume);
+    statistics_->set_text(1, 0, QStringLiteral("Average Measured Runoff") + flow);
+    statistics_->set_text(3, 0, QStringLiteral("Computed Runoff Volume") + volume);
+    statistics_->set_text(4, 0, QStringLiteral("Average Computed Runoff ") + flow);
+    statistics_->set_text(6, 0, QStringLiteral("Volume Difference (%): "));
+    statistics_->set_text(7, 0, QStringLiteral("Coefficient of Determination (R²):"));
+    statistics_grid_ = new GridView(statistics_, this);
+    statistics_grid_->setObjectName(QStringLiteral("SpdStat"));
+    statistics_grid_->setAccessibleName(QStringLiteral("Statistics"));
+    set_help(statistics_grid_, 16);
+    statistics_grid_->verticalHeader()->hide();
+    statistics_grid_->fit_columns();
+    for (int column = 1; column < statistics_->columnCount(); ++column) {
+        statistics_grid_->setColumnHidden(column, true);
+        statistics_grid_->setColumnWidth(column, 110);
+    }
+    QSizePolicy kept = statistics_grid_->sizePolicy();
+    kept.setRetainSizeWhenHidden(true);
+    statistics_grid_->setSizePolicy(kept);
+    statistics_grid_->setMinimumHeight(statistics_grid_->verticalHeader()->defaultSectionSize() * 9 + 20);
+    statistics_grid_->hide();
+    return statistics_grid_;
+}
+
+void frmCtrlClim::make_buttons(QWidget* content) {
+    buttons_ = make_button_row({"&Done", "&Abort", "&Help", "&Print"}, 23, content).buttons;
+    for (QPushButton* button : buttons_) button->setAutoDefault(false);
+    buttons_[k_abort]->setEnabled(false);
+    buttons_[k_print]->setEnabled(false);
+    connect(buttons_[k_done], &QPushButton::clicked, this, &QWidget::close);
+    connect(buttons_[k_abort], &QPushButton::clicked, this, [this] {
+        aborted_ = true;
+        close();
+    });
+    connect(buttons_[2], &QPushButton::clicked, this,
+            [this] { session().desktop.show_help_topic(k_help_topic); });
+}
+
+ClimateContext frmCtrlClim::climate_context() {
+    return {.run = {session().basin, session().run, session().dialogs},
+            .climate = session().climate,
+            .report_file = context().program_folder / k_report,
+            .now = local_now()};
+}
+
+bool frmCtrlClim::open() {
+    begin_climate(climate_context());
+    updating_ = true;
+    try {
+        BasinDatabase database{session().basin.Work_File, Access::ReadOnly};
+        for (const ScenarioIndexRow& row :
+             read_table<ScenarioIndexRow>(database, template_table(k_scenario_index))) {
+            if (row.simulation == session().basin.Current_Sim_Name) scenario_->addItem(to_qt(row.scenario));
+        }
+    } catch (const StoreError& error) {
+        session().dialogs.stop(error.what());
+        return false;
+    }
+    scenario_->setCurrentIndex(-1);
+    updating_ = false;
+    session().shell.climate_window = true;
+    session().desktop.refresh_main_window();
+    return true;
+}
+
+void frmCtrlClim::scenario_chosen() {
+    if (updating_) return;
+    session().climate.scenario = from_qt(scenario_->currentText());
+    steps_[0]->setEnabled(!session().climate.scenario.empty());
+}
+
+void frmCtrlClim::allow_choice(bool allowed) {
+    scenario_->setEnabled(allowed);
+    reuse_->setEnabled(allowed);
+}
+
+void frmCtrlClim::set_caption(int step) {
+    session().shell.run_caption = climate_step_caption(step);
+    session().desktop.refresh_main_window();
+}
+
+void frmCtrlClim::step_clicked(int index) {
+    if (updating_) return;
+    run_step(index + 1);
+}
+
+void frmCtrlClim::run_step(int step) {
+    if (step == 1) {
+        allow_choice(false);
+        buttons_[k_abort]->setEnabled(true);
+        buttons_[k_done]->setEnabled(false);
+        session().climate.reuse_results = reuse_->isChecked();
+    }
+    set_caption(step);
+    if (step == 4) {
+        session().shell.reports = false;
+        session().shell.graphics = false;
+    }
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const StepOutcome outcome = run_climate_step(climate_context(), step);
+    QApplication::restoreOverrideCursor();
+    after_step(step, outcome);
+}
+
+void frmCtrlClim::after_step(int step, StepOutcome outcome) {
+    QCheckBox* box = steps_.at(static_cast<std::size_t>(step - 1));
+    updating_ = true;
+    if (outcome == StepOutcome::Done) {
+        box->setEnabled(false);
+        if (step < k_climate_steps) steps_.at(static_cast<std::size_t>(step))->setEnabled(true);
+    } else {
+        box->setEnabled(true);
+        box->setChecked(false);
+        if (outcome == StepOutcome::Refused) {
+            allow_choice(true);
+            set_caption(0);
+        }
+    }
+    updating_ = false;
+    if (outcome == StepOutcome::Refused) return;
+    show_statistics(step);
+    show_summary();
+    if (step == k_climate_steps) finished();
+    session().desktop.refresh_main_window();
+}
+
+/// After step 6, also one that was cancelled: what there is can be read and left by Done.
+void frmCtrlClim::finished() {
+    buttons_[k_done]->setEnabled(true);
+    buttons_[k_print]->setEnabled(true);
+    buttons_[k_abort]->setEnabled(false);
+    session().shell.reports = true;
+    session().shell.graphics = true;
+    set_caption(k_climate_steps + 1);
+    summary_->set_text(k_message_row, 0,
+                       QStringLiteral("(click a cell to see corresponding value(s) in the Statistics grid)"));
+}
+
+void frmCtrlClim::show_summary() {
+    const ClimateState& climate = session().climate;
+    for (int row = 0; row < k_message_row; ++row) {
+        for (int column = 0; column < 3; ++column) {
+            const auto value =
+                climate.summary(static_cast<SummaryRow>(row), static_cast<SummarySeason>(column));
+            summary_->set_text(row, column,
+                               value ? to_qt(format_number(static_cast<double>(*value), "0.00")) : QString{});
+        }
+    }
+}
+
+void frmCtrlClim::show_statistics(int step) {
+    statistics_grid_->show();
+    const int column = statistics_column(step);
+    if (column == 0) return;
+    statistics_grid_->setColumnHidden(column, false);
+    const auto& statistics = session().climate.statistics.at(static_cast<std::size_t>(step));
+    if (!statistics) return;
+    statistics_->set_text(0, column, figure(statistics->measured_volume));
+    statistics_->set_text(1, column, figure(statistics->average_measured));
+    statistics_->set_text(3, column, figure(statistics->computed_volume));
+    statistics_->set_text(4, column, figure(statistics->average_computed));
+    statistics_->set_text(6, column, figure(statistics->volume_difference));
+    statistics_->set_text(7, column, figure(statistics->r2));
+}
+
+/// Shows where a figure of the summary comes from.
+void frmCtrlClim::light_sources(int row, int column) {
+    if (session().run.ClimateStep != k_climate_steps || row >= k_message_row) return;
+    summary_->light({{row, column}});
+    const bool changed = static_cast<SummaryRow>(row) == SummaryRow::ClimateAffected;
+    const int source = static_cast<SummaryRow>(row) == SummaryRow::Measured ? 0 : 3;
+    const int winter = changed ? 2 : 1;
+    const int summer = changed ? 4 : 3;
+    std::set<std::pair<int, int>> lit;
+    const auto season = static_cast<SummarySeason>(column);
+    if (season != SummarySeason::Summer) lit.emplace(source, winter);
+    if (season != SummarySeason::Winter) lit.emplace(source, summer);
+    statistics_->light(std::move(lit));
+}
+
+void frmCtrlClim::closeEvent(QCloseEvent* event) {
+    NivoraWindow::closeEvent(event);
+    if (!event->isAccepted()) return;
+    end_climate(climate_context(), aborted_);
+    ShellState& shell = session().shell;
+    shell.climate_window = false;
+    shell.run_caption = climate_step_caption(0);
+    shell.reports = true;
+    shell.graphics = true;
+    session().desktop.refresh_main_window();
+    emit left();
+}
+
+}  // namespace nivora

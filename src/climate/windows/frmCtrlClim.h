@@ -1,0 +1,69 @@
+// The six steps of a climate evaluation, one by one.
+#pragma once
+
+#include "climate/climate_run.h"
+#include "widgets/nivora_window.h"
+
+#include <array>
+#include <vector>
+
+class QCheckBox;
+class QComboBox;
+class QPushButton;
+
+namespace nivora {
+
+class GridView;
+class ValueGridModel;
+
+/// Runs the steps of one scenario in their order and shows what each of them brings. While it is open the
+/// main window offers little else.
+class frmCtrlClim : public NivoraWindow {
+    Q_OBJECT
+
+public:
+    explicit frmCtrlClim(const WindowContext& context, QWidget* parent = nullptr);
+
+    /// Lists the scenarios of the current simulation. @return false where the basin can't be read, which was
+    /// shown
+    [[nodiscard]] bool open();
+
+signals:
+    /// The window was left, by Done, Abort or its close control.
+    void left();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    QWidget* make_scenario();
+    QWidget* make_steps();
+    QWidget* make_summary();
+    QWidget* make_statistics();
+    void make_buttons(QWidget* content);
+
+    void scenario_chosen();
+    void step_clicked(int index);
+    void run_step(int step);
+    void after_step(int step, StepOutcome outcome);
+    void finished();
+    void show_summary();
+    void show_statistics(int step);
+    void light_sources(int row, int column);
+    void allow_choice(bool allowed);
+    void set_caption(int step);
+    [[nodiscard]] ClimateContext climate_context();
+
+    QComboBox* scenario_ = nullptr;
+    QCheckBox* reuse_ = nullptr;
+    std::array<QCheckBox*, k_climate_steps> steps_{};
+    ValueGridModel* summary_ = nullptr;
+    GridView* summary_grid_ = nullptr;
+    ValueGridModel* statistics_ = nullptr;
+    GridView* statistics_grid_ = nullptr;
+    std::vector<QPushButton*> buttons_;
+    bool updating_ = false;
+    bool aborted_ = false;
+};
+
+}  // namespace nivora

@@ -1,0 +1,48 @@
+// The rows of a scenario as a grid shows them.
+#pragma once
+
+#include "climate/scenario_definitions.h"
+#include "widgets/grid_model.h"
+
+#include <vector>
+
+namespace nivora {
+
+/// Six columns: variable, start, end, action, factor, zones. Behind the rows that there are stand blank ones
+/// to be filled.
+class ScenarioModel : public GridModel {
+    Q_OBJECT
+
+public:
+    ScenarioModel(const ScenarioSheet& sheet, int zones, QObject* parent)
+        : GridModel(parent), sheet_(sheet), zones_(zones) {}
+
+    /// Shows the rows of a scenario, or none for null.
+    void show(std::vector<ScenarioRow>* rows);
+    /// What leaving a cell does to its row. @param row_left whether the row is left with it
+    void leave(int row, int column, bool row_left);
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] CellFormat format(int row, int column) const override;
+    [[nodiscard]] QString text(int row, int column) const override;
+    [[nodiscard]] QString whole_text(int row, int column) const override;
+    [[nodiscard]] QString header(int column) const override;
+
+protected:
+    [[nodiscard]] bool put(int row, int column, const QString& text) override;
+
+private:
+    [[nodiscard]] const ScenarioRow& row_at(int row) const;
+    [[nodiscard]] ScenarioRow& made_row(int row);
+    [[nodiscard]] bool put_code(int row, int column, const std::string& text);
+
+    const ScenarioSheet& sheet_;
+    int zones_;
+    std::vector<ScenarioRow>* rows_ = nullptr;
+};
+
+/// Whether a row holds nothing.
+[[nodiscard]] bool is_blank(const ScenarioRow& row);
+
+}  // namespace nivora
