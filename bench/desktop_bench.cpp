@@ -1,0 +1,261 @@
+// What a user waits for: the start of the desktop program, a run from the menu to the statistics, the opening
+// of a large basin. Each is measured several times in a process of its own; the median counts.
+
+#include "base/durable_file.h"
+#include "base/scripted_dialogs.h"
+#include "bench/bench_basin.h"
+#include "shell/desktop_link.h"
+#include "shell/frmNVR.h"
+
+#include <fmt/format.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QEvent>
+#include <QTimer>
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <thread>
+
+namespace {
+
+using namespace nivora;
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+
+double seconds_since(Clock::time_point begin) {
+    return std::chrono::duration<double>(Clock::now() - begin).count();
+}
+
+/// A copy of the program folder, settings without the welcome window, and basins.
+struct Folders {
+    Folders() : root(fs::temp_directory_path() / fmt::format("nivora-bench-{}", getpid())) {
+        fs::create_directories(root / "program");
+        fs::create_directories(root / "settings/Ambrel-Hollin/Nivora");
+        for (const char* name : {"nivora", "null.mdb", "NIVORAHelp.txt", "quickhelp.txt"}) {
+            fs::copy_file(fs::path{NIVORA_PROGRAM_FOLDER} / name, root / "program" / name);
+        }
+        std::ofstream{root / "settings/Ambrel-Hollin/Nivora/Version 1.0.ini"}
+            << "[Startup]\nSplashScreen%3A=0\n";
+        fs::copy_file(fs::path{NIVORA_PROGRAM_FOLDER} / "samples/ellervane.mdb", root / "sample.mdb");
+    }
+    Folders(const Folders&) = delete;
+    Folders& operator=(const Folders&) = delete;
+    ~Folders() {
+        std::error_code ignored;
+        fs::remove_all(root, ignored);
+    }
+
+    fs::path root;
+};
+
+std::string first_line(const fs::path& file) {
+    std::ifstream in{file};
+    std::string line;
+    std::getline(in, line);
+    return line;
+}
+
+/// Whether the program's only thread that counts waits for input: it sleeps in poll (7) or ppoll (271), as
+/// the event loop does when it has nothing left to do. The start's file work lies before the loop.
+bool waits_for_input(pid_t program) {
+    const std::string call = first_line(fmt::format("/proc/{}/syscall", program));
+    return call.starts_with("7 ") || call.starts_with("271 ");
+}
+
+std::int64_t processor_ticks(pid_t program) {
+    std::istringstream fields{first_line(fmt::format("/proc/{}/stat", program))};
+    std::string field;
+    std::int64_t ticks = 0;
+    for (int number = 1; fields >> field && number <= 15; ++number) {
+        if (number >= 14) ticks += std::atoll(field.c_str());
+    }
+    return ticks;
+}
+
+/// From the start of the process until its main window is there and it waits for input.
+double start_once(const Folders& folders, std::int64_t& busy_afterwards) {
+    fs::remove(folders.root / "program/new.mdb");
+    const std::string program = (folders.root / "program/nivora").string();
+    const auto begin = Clock::now();
+    const pid_t child = fork();
+    if (child == 0) {
+        execl(program.c_str(), program.c_str(), nullptr);
+        _exit(127);
+    }
+    double ready = 0.0;
+    for (int samples = 0; samples < 4 && seconds_since(begin) < 20.0;) {
+        const bool waits = waits_for_input(child) && fs::exists(folders.root / "program/new.mdb");
+        if (waits && samples++ == 0) ready = seconds_since(begin);
+        if (!waits) samples = 0;
+        std::this_thread::sleep_for(std::chrono::microseconds{500});
+    }
+    // A program that was ready does nothing while nobody types: else the sign was wrong, and the figure too
+    // small.
+    const std::int64_t before = processor_ticks(child);
+    std::this_thread::sleep_for(std::chrono::milliseconds{300});
+    busy_afterwards = std::max(busy_afterwards, processor_ticks(child) - before);
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    return ready;
+}
+
+/// The main window in this process.
+struct MainWindow {
+    explicit MainWindow(const Folders& folders) : window({session, quick_help, folders.root / "program"}) {
+        link.lead_to(&window);
+        window.start();
+        QApplication::processEvents();
+    }
+
+    void choose(const char* action) { window.findChild<QAction*>(QString::fromUtf8(action))->trigger(); }
+
+    ScriptedDialogs dialogs;
+    DesktopLink link;
+    Session session{dialogs, link};
+    QuickHelp quick_help;
+    frmNVR window;
+};
+
+/// Notes when the statistics were painted for the first time, and closes them.
+class StatisticsWatch : public QObject {
+public:
+    explicit StatisticsWatch(Clock::time_point begin) : begin_(begin) { qApp->installEventFilter(this); }
+
+    [[nodiscard]] double shown_after() const { return shown_after_; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Paint && watched->objectName() == QStringLiteral("Results") && !seen_) {
+            seen_ = true;
+            QTimer::singleShot(0, this, [this, watched] {
+                shown_after_ = seconds_since(begin_);
+                qobject_cast<QWidget*>(watched)->close();
+            });
+        }
+        return false;
+    }
+
+private:
+    Clock::time_point begin_;
+    bool seen_ = false;
+    double shown_after_ = 0.0;
+};
+
+double run_once(const Folders& folders) {
+    MainWindow desktop{folders};
+    desktop.dialogs.then_file(folders.root / "sample.mdb");
+    desktop.choose("mnuFileItem(1)");
+    QApplication::processEvents();
+    const auto begin = Clock::now();
+    const StatisticsWatch watch{begin};
+    desktop.choose("mnuRunSimVar(1)");
+    while (watch.shown_after() <= 0.0 && seconds_since(begin) < 20.0) QApplication::processEvents();
+    return watch.shown_after();
+}
+
+double open_once(const Folders& folders, const fs::path& basin) {
+    MainWindow desktop{folders};
+    desktop.dialogs.then_file(basin);
+    const auto begin = Clock::now();
+    desktop.choose("mnuFileItem(1)");
+    QApplication::processEvents();
+    return desktop.session.basin.simulations.empty() ? 0.0 : seconds_since(begin);
+}
+
+/// The most memory that this process ever had, in MB.
+double most_memory() {
+    std::ifstream status{"/proc/self/status"};
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with("VmHWM:")) return std::atof(line.c_str() + 6) / 1024.0;
+    }
+    return 0.0;
+}
+
+/// Does a piece of work in a process of its own. @return its seconds and the memory that it took
+struct Taken {
+    double seconds = 0.0;
+    double memory = 0.0;
+};
+template <typename Work>
+Taken in_own_process(Work work) {
+    std::array<int, 2> ends{};
+    if (pipe(ends.data()) != 0) return {};
+    const pid_t child = fork();
+    if (child == 0) {
+        int count = 0;
+        QApplication application(count, nullptr);
+        Taken taken{.seconds = work()};
+        taken.memory = most_memory();
+        const bool told = write(ends[1], &taken, sizeof taken) == static_cast<ssize_t>(sizeof taken);
+        _exit(told ? 0 : 1);
+    }
+    close(ends[1]);
+    Taken taken;
+    const bool told = read(ends[0], &taken, sizeof taken) == static_cast<ssize_t>(sizeof taken);
+    close(ends[0]);
+    waitpid(child, nullptr, 0);
+    return told ? taken : Taken{};
+}
+
+template <typename Work>
+double median(int times, Work work) {
+    std::vector<double> figures;
+    for (int i = 0; i < times; ++i) figures.push_back(work());
+    std::sort(figures.begin(), figures.end());
+    if (figures.front() <= 0.0) return 0.0;  // one that failed
+    return figures.at(figures.size() / 2);
+}
+
+bool tell(const char* what, double figure, double goal, const char* unit) {
+    const bool reached = figure > 0.0 && figure <= goal;
+    fmt::print("{:62} {:9.3f} {:2}   goal {:7.3f}   {}\n", what, figure, unit, goal,
+               reached ? "reached" : "MISSED");
+    std::fflush(stdout);
+    return reached;
+}
+
+}  // namespace
+
+int main() {
+    const Folders folders;
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    setenv("QT_LOGGING_RULES", "*=false",
+           1);  // the platform without a display tells what it can't do, again and again
+    setenv("XDG_CONFIG_HOME", (folders.root / "settings").c_str(), 1);
+    std::int64_t busy = 0;
+    bool good = tell("start of the program until it waits for input",
+                     median(9, [&] { return start_once(folders, busy); }), 0.5, "s");
+    fmt::print("{:62} {:9} ms\n", "  processor time in the 0.3 s after that, at most",
+               busy * 1000 / sysconf(_SC_CLK_TCK));
+    good &=
+        tell("year round run of the sample, menu to painted statistics",
+             median(9, [&] { return in_own_process([&] { return run_once(folders); }).seconds; }), 0.15, "s");
+    const fs::path large = folders.root / "large.mdb";
+    pid_t writer = fork();  // the rows that it keeps shall not count as memory of what is measured
+    if (writer == 0) {
+        write_bench_basin(large, 16, 50);
+        _exit(0);
+    }
+    waitpid(writer, nullptr, 0);
+    fmt::print("{:62} {:9.1f} MB\n", "  basin of 50 years and 16 zones, size of the file",
+               static_cast<double>(fs::file_size(large)) / 1e6);
+    double memory = 0.0;
+    good &= tell("opening that basin",
+                 median(5,
+                        [&] {
+                            const Taken taken = in_own_process([&] { return open_once(folders, large); });
+                            memory = std::max(memory, taken.memory);
+                            return taken.seconds;
+                        }),
+                 0.5, "s");
+    good &= tell("memory of the program that opened it, at most", memory, 200.0, "MB");
+    fmt::print("{}\n", good ? "All goals are reached." : "Not all goals are reached.");
+    return EXIT_SUCCESS;
+}
