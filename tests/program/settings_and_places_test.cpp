@@ -97,7 +97,17 @@ TEST_P(PlaceTest, AreGoodForTheProgramAndItsBasins) {
     for (std::size_t at = 0; (at = stored.find('"', at)) != std::string::npos; at += 2)
         stored.insert(at, 1, '\\');
     folders.write_settings("[Startup]\nSplashScreen%3A=0\n[Recent%20Files]\n1=\"" + stored + "\"\n");
-    const auto program = start(folders, {{"LC_ALL", GetParam().language}, {"LANG", GetParam().language}});
+    const TemporaryFolder languages;
+    Environment language{{"LC_ALL", GetParam().language}, {"LANG", GetParam().language}};
+    if (const std::string name = GetParam().language; name != "C.UTF-8" && is_installed("localedef")) {
+        // A machine need not have the language, but can make it, so that the C library writes commas as well
+        // as Qt.
+        const Finished made = run_program(
+            {"localedef", "-i", name.substr(0, name.find('.')), "-f", "UTF-8", (languages / name).string()});
+        EXPECT_EQ(made.status, 0) << made.printed;
+        language["LOCPATH"] = languages.path().string();
+    }
+    const auto program = start(folders, language);
     ASSERT_NO_FATAL_FAILURE(pass_welcome(*program));
     EXPECT_TRUE(await(*program, k_main_title, "label", path_text(folders.program() / "null.mdb")));
 
