@@ -3,7 +3,6 @@
 #include "base/text.h"
 #include "store/table_io.h"
 
-#include <SQLiteCpp/Savepoint.h>
 #include <SQLiteCpp/Statement.h>
 #include <fmt/format.h>
 
@@ -149,13 +148,28 @@ void make_scenario(BasinDatabase& database, const BasinState& basin, const std::
     add_rows<ScenarioIndexRow>(database, template_table(k_scenario_index), std::span{&row, 1});
 }
 
-/// Runs work as a whole or not at all, also within a transaction of the caller.
+/// Runs work as a whole, or not at all where it returns false or throws; also within a transaction of the
+/// caller. The savepoint is ended by hand: the guard of the library would leave its transaction open.
 template <typename Work>
 void as_one(BasinDatabase& database, Work&& work) {
     guarded([&] {
-        SQLite::Savepoint savepoint{database.sql(), "scenario"};
-        work();
-        savepoint.release();
+        SQLite::Database& sql = database.sql();
+        const auto undo = [&] {
+            // Where the engine has undone the whole transaction already there is nothing left to end.
+            sql.tryExec("ROLLBACK TO scenario");
+            sql.tryExec("RELEASE scenario");
+        };
+        sql.exec("SAVEPOINT scenario");
+        try {
+            if (work()) {
+                sql.exec("RELEASE scenario");
+            } else {
+                undo();
+            }
+        } catch (...) {
+            undo();
+            throw;
+        }
     });
 }
 
@@ -195,7 +209,10 @@ std::optional<std::string> new_scenario(BasinDatabase& database, const BasinStat
         dialogs.message(*problem);
         return std::nullopt;
     }
-    as_one(database, [&] { make_scenario(database, basin, name); });
+    as_one(database, [&] {
+        make_scenario(database, basin, name);
+        return true;
+    });
     return name;
 }
 
@@ -205,16 +222,15 @@ std::optional<Message> create_scenario(BasinDatabase& database, const BasinState
     if (problem) return problem;
     const std::string wanted{trimmed(name)};
     as_one(database, [&] {
-        SQLite::Savepoint former{database.sql(), "former_scenario"};
         const auto rows = index_rows(database, basin.Current_Sim_Name);
         if (const StoredIndexRow* stored = find_scenario(rows, wanted)) {
             drop_scenario_table(database, wanted);
             delete_index_row(database, stored->rowid);
         }
         problem = name_problem(database, wanted);
-        if (problem) return;  // which brings the former scenario back
+        if (problem) return false;  // which brings the former scenario back
         make_scenario(database, basin, wanted);
-        former.release();
+        return true;
     });
     return problem;
 }
@@ -241,6 +257,7 @@ bool delete_scenario(BasinDatabase& database, const std::string& simulation, con
             if (!database.has_table(k_no_scenario)) database.create_table(scenario_table(k_no_scenario));
         }
         drop_scenario_table(database, name);
+        return true;
     });
     return true;
 }
@@ -260,6 +277,7 @@ void store_scenario(BasinDatabase& database, const Scenario& scenario) {
         clear_table(database, scenario.index.scenario);
         add_rows<ScenarioRow>(database, scenario_table(scenario.index.scenario), scenario.rows);
         replace_index_row(database, stored);
+        return true;
     });
 }
 
