@@ -1,0 +1,177 @@
+#include "base/fault.h"
+#include "climate/winter_adjustment.h"
+#include "tests/climate/winter_fixture.h"
+
+namespace nivora {
+namespace {
+
+/// Two zones of four days without a change of climate.
+class WinterFaults : public WinterTest {
+protected:
+    void SetUp() override {
+        summer(2, 4);
+        for (const int zone : {1, 2}) {
+            set(table.SCA, zone, {1, 0.75, 0.5, 0.25});
+            set(table.MDCexcl, zone, {1, 2, 3, 4});
+            set(table.SumAT, zone, {1, 2, 3, 4});
+        }
+    }
+};
+
+TEST_F(WinterFaults, AWinterThatEndsWithTheSimulationIsAFaultBeforeAnyQuestion) {
+    climate.WinterEndDate = run.RunEnd;
+    const SimResults before = table;
+    EXPECT_EQ(fault_of_adjusting(0), 91);
+    EXPECT_TRUE(dialogs.inputs().empty());
+    EXPECT_EQ(table.SCAclim, before.SCAclim);
+}
+
+TEST_F(WinterFaults, AWinterThatEndsWithTheSimulationIsToldInWords) {
+    climate.WinterEndDate = run.RunEnd;
+    try {
+        static_cast<void>(Winter_Adjustment(table, context(), report_time()));
+        FAIL() << "no fault";
+    } catch (const Fault& fault) {
+        EXPECT_STREQ(fault.what(),
+                     "The winter ends on the last day of the simulation: there is no summer to adjust.");
+    }
+}
+
+TEST_F(WinterFaults, ATenthZoneHasNoRoomInTheSumsAfterNineWereAdjusted) {
+    summer(10, 2);
+    for (int zone = 1; zone <= 10; ++zone) {
+        fill_zone(table.SCA, zone, 0.5);
+        set(table.MDCexcl, zone, {1, 2});
+    }
+    EXPECT_EQ(fault_of_adjusting(9), k_fault_subscript);
+    EXPECT_EQ(dialogs.inputs().size(), 9U);
+    EXPECT_EQ(days(table.SCAclim, 9), (Floats{0.5F, 0}));
+    EXPECT_EQ(days(table.SCAclim, 10), (Floats{0, 0}));
+    // The other passes never start.
+    EXPECT_EQ(days(table.SCAclimWA, 1), (Floats{0, 0}));
+}
+
+TEST_F(WinterFaults, NineZonesHaveRoom) {
+    summer(9, 2);
+    for (int zone = 1; zone <= 9; ++zone) {
+        fill_zone(table.SCA, zone, 0.5);
+        set(table.MDCexcl, zone, {1, 2});
+        set(table.SumAT, zone, {1, 2});
+    }
+    EXPECT_EQ(fault_of_adjusting(9), k_no_fault);
+}
+
+TEST_F(WinterFaults, AZoneWithoutASummersRowIsAFault) {
+    basin.ZoneCount = 3;
+    EXPECT_EQ(fault_of_adjusting(2), k_fault_no_record);
+}
+
+TEST_F(WinterFaults, ASummerWithoutRowsIsAFault) {
+    run.RunStart = run.RunEnd + 1;
+    EXPECT_EQ(fault_of_adjusting(0), k_fault_no_record);
+}
+
+TEST_F(WinterFaults, AMissingDepthOnTheWayToTheCutDayIsAFault) {
+    winter(2, 10, 8, 0, 0);
+    table.MDCexcl[at(2, 2)] = k_missing;
+    EXPECT_EQ(fault_of_adjusting(2), k_fault_null);
+    // The zone before is done.
+    EXPECT_EQ(days(table.SCAclim, 1), (Floats{1, 0.75F, 0.5F, 0}));
+}
+
+TEST_F(WinterFaults, AMissingCoverOnTheWayToTheCutDayIsAFault) {
+    table.SCA[at(1, 1)] = k_missing;
+    EXPECT_EQ(fault_of_adjusting(1), k_fault_null);
+}
+
+TEST_F(WinterFaults, AMissingCoverBehindTheCutDayIsStretchedAndFaultsWhereTheCoverIsFilled) {
+    table.SCA[at(1, 2)] = k_missing;
+    EXPECT_EQ(fault_of_adjusting(2), k_fault_null);
+    EXPECT_TRUE(is_missing(table.SCAclim[at(1, 2)]));
+    EXPECT_TRUE(is_missing(table.SCAclimWA[at(1, 2)]));
+    // The other zone's curve is dated by then. The day before is filled, the day itself is not.
+    EXPECT_EQ(days(table.SCAclimWA, 2), (Floats{1, 0.75F, 0.5F, 0.25F}));
+    EXPECT_EQ(days(table.SCAclimWAMA, 1), (Floats{1, 0, 0, 0}));
+}
+
+TEST_F(WinterFaults, AMissingCoverOnTheLastDayThatTheCurveReachesFaultsWhereItIsJoined) {
+    table.SCA[at(1, 3)] = k_missing;
+    EXPECT_EQ(fault_of_adjusting(2), k_fault_null);
+    EXPECT_TRUE(is_missing(table.SCAclimWA[at(1, 3)]));
+    EXPECT_EQ(days(table.SCAclimWA, 2), (Floats{0, 0, 0, 0}));
+}
+
+TEST_F(WinterFaults, AMissingDepthBehindTheCutDayIsStretchedToNothing) {
+    table.MDCexcl[at(1, 2)] = k_missing;
+    EXPECT_EQ(fault_of_adjusting(2), k_no_fault);
+    EXPECT_TRUE(is_missing(table.MDCexclWA[at(1, 2)]));
+    EXPECT_TRUE(is_missing(table.MDCexclWAnew[at(1, 2)]));
+    // It is above no degree days, so that it stays on the day of the value before.
+    EXPECT_EQ(days(table.MeltOffset, 1), (Floats{1, 1, 3, 3}));
+}
+
+TEST_F(WinterFaults, AMovedCurveCannotTakeAMissingCover) {
+    winter(1, 10, 9, 0, 0);  // covered on day 1
+    table.SCA[at(1, 3)] = k_missing;
+    EXPECT_EQ(fault_of_adjusting(1), k_fault_null);
+    // The day that takes the cover of day 3 is not written; the one before it is.
+    EXPECT_EQ(days(table.SCAclim, 1), (Floats{0.75F, 0, 0, 0}));
+    EXPECT_EQ(days(table.MDCexclWA, 1), (Floats{1, 0, 0, 0}));
+}
+
+TEST_F(WinterFaults, AMissingNewMeltIsAFaultThatKeepsTheDaysBefore) {
+    table.NewMelt[at(1, 3)] = k_missing;
+    EXPECT_EQ(fault_of_adjusting(2), k_fault_null);
+    EXPECT_EQ(days(table.MDCexclWAnew, 1), (Floats{1, 2, 0, 0}));
+    EXPECT_EQ(days(table.SCAclimWA, 1), (Floats{1, 0.75F, 0, 0}));
+    EXPECT_EQ(days(table.MDCexclWAnew, 2), (Floats{0, 0, 0, 0}));
+}
+
+TEST_F(WinterFaults, MissingDegreeDaysAreBelowNoDepth) {
+    table.SumAT[at(1, 2)] = k_missing;
+    EXPECT_EQ(fault_of_adjusting(2), k_no_fault);
+    // Depth 2 stops on day 2, depth 3 as well.
+    EXPECT_EQ(days(table.MeltOffset, 1), (Floats{1, 2, 2, 2}));
+}
+
+TEST_F(WinterFaults, AMissingCoverOfTheLastDayJoinsNothing) {
+    table.SCA[at(1, 4)] = k_missing;
+    EXPECT_EQ(fault_of_adjusting(2), k_no_fault);
+    EXPECT_EQ(days(table.SCAclimWA, 1), (Floats{1, 0.75F, 0.5F, 0}));
+    EXPECT_EQ(days(table.SCAclim, 1), (Floats{1, 0.75F, 0.5F, 0}));
+}
+
+TEST_F(WinterFaults, AGainBeyondASingleIsAFault) {
+    // The present winter stores 1e-38, the changed one 10: a quotient of 1e39.
+    winter(1, 1e-38, 10, 0, 0);
+    EXPECT_EQ(fault_of_adjusting(1), k_fault_overflow);
+}
+
+TEST_F(WinterFaults, ADepthThatIsStretchedBeyondASingleIsAFaultThatKeepsTheDaysBefore) {
+    winter(1, 10, 20, 0, 0);
+    table.MDCexcl[at(1, 2)] = 3e38F;
+    EXPECT_EQ(fault_of_adjusting(1), k_fault_overflow);
+    EXPECT_EQ(days(table.SCAclim, 1), (Floats{1, 0, 0, 0}));
+}
+
+TEST_F(WinterFaults, TheLastZonesLastDayHasNoDayBehindItToJoin) {
+    // Gain 1.25 stretches 1, 2, 3.2 to 1.25, 2.5 and 4: the last on the last day, with the 0.5 that lies
+    // above its cover. The day behind it would take 0.25, and there is none.
+    winter(2, 10, 12.5, 0, 0);
+    table.MDCexcl[at(2, 3)] = 3.2F;
+    EXPECT_EQ(fault_of_adjusting(2), k_fault_no_record);
+}
+
+TEST_F(WinterFaults, ARestOfACurveThatFindsNoLastDayIsAFault) {
+    // The bare upper zone lacks the row of the simulation's last day.
+    winter(2, 10, 20, 0, 0);  // stretched to 2, 4 and, on the last row, left
+    set(table.SCA, 2, {0.5, 0, 0, 0});
+    set(table.SumAT, 2, {1, 9, 9, 9});
+    remove_row(at(2, 4));
+    EXPECT_EQ(fault_of_adjusting(2), k_fault_no_record);
+    // The value of day 1 falls on day 2, 0.5 above the bare ground, and goes on to the last row.
+    EXPECT_EQ(table.SCAclim[at(2, 3)], 0.5F);
+}
+
+}  // namespace
+}  // namespace nivora
