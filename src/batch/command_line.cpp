@@ -3,6 +3,7 @@
 #include "base/durable_file.h"
 #include "base/number_text.h"
 #include "batch/commands.h"
+#include "batch/scenario_edit.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -51,6 +52,12 @@ std::string number_or_blank(const std::string& text) {
     return text == "blank" ? std::string{} : single_number(text);
 }
 
+std::string scenario_edit(const std::string& text) { return read_scenario_edit(text).problem; }
+
+std::string iso_date(const std::string& text) {
+    return read_iso_date(text) ? std::string{} : "'" + text + "' is no date such as 1996-04-01";
+}
+
 /// The texts of the options as the command line gives them.
 struct Texts {
     std::string file;
@@ -66,6 +73,10 @@ struct Texts {
     std::string forecast;
     bool no_snow = false;
     std::vector<std::string> lag_shares;
+    std::string scenario;
+    std::string report;
+    std::string winter_end;
+    std::vector<std::string> edits;
     std::string table;
     std::string csv;
     bool json = false;
@@ -181,6 +192,63 @@ CLI::App& add_run(CLI::App& app, Texts& texts) {
     return run;
 }
 
+CLI::App& add_climate(CLI::App& app, Texts& texts) {
+    CLI::App& climate = *app.add_subcommand(
+        "climate",
+        "Evaluate a climate scenario in six steps, keep the results in the basin, print the statistics");
+    climate.add_option("BASIN.mdb", texts.basin, "Basin file")->required();
+    climate.add_option("--simulation", texts.simulation, "Name of the simulation")->required();
+    climate.add_option("--scenario", texts.scenario, "Name of the scenario")->required();
+    climate.add_option(
+        "--report", texts.report,
+        "File for the report of the winter change; NVR_DfGN.out beside the basin if not given");
+    climate.add_flag("--json", texts.json, "Print JSON");
+    return climate;
+}
+
+ClimateCommand climate_of(const Texts& texts) {
+    ClimateCommand command;
+    command.basin = path_from_utf8(texts.basin);
+    command.simulation = texts.simulation;
+    command.scenario = texts.scenario;
+    if (!texts.report.empty()) command.report = path_from_utf8(texts.report);
+    command.json = texts.json;
+    return command;
+}
+
+CLI::App& add_scenario(CLI::App& app, Texts& texts) {
+    CLI::App& scenario = *app.add_subcommand(
+        "scenario", "Make a climate scenario of a simulation, or replace the one of its name");
+    scenario.add_option("BASIN.mdb", texts.basin, "Basin file")->required();
+    scenario.add_option("--simulation", texts.simulation, "Name of the simulation")->required();
+    scenario.add_option("--name", texts.name, "Name of the scenario")->required();
+    scenario
+        .add_option(
+            "--winter-end", texts.winter_end,
+            "Last day of the winter, YYYY-MM-DD; a day before the middle of the simulation if not given")
+        ->check(CLI::Validator(iso_date, "DATE"));
+    scenario
+        .add_option(
+            "--edit", texts.edits,
+            "One change of the climate, as often as needed, in the order in which they apply. Variable, "
+            "action and zone by the text of the scenario window or by its code: "
+            "\"Average Temperature:1996-01-01:1996-06-30:Add/subtract to each:2:All\" is the same as "
+            "1:1996-01-01:1996-06-30:0:2:0. Normalize needs no factor")
+        ->allow_extra_args(false)
+        ->check(CLI::Validator(scenario_edit, "VARIABLE:START:END:ACTION:FACTOR:ZONE"));
+    return scenario;
+}
+
+ScenarioCommand scenario_of(const Texts& texts, const CLI::App& app) {
+    ScenarioCommand command;
+    command.basin = path_from_utf8(texts.basin);
+    command.simulation = texts.simulation;
+    command.name = texts.name;
+    if (app.count("--winter-end") > 0) command.winter_end = texts.winter_end;
+    command.edits = texts.edits;
+    return command;
+}
+
 CLI::App& add_simulations(CLI::App& app, Texts& texts) {
     CLI::App& simulations = *app.add_subcommand("simulations", "List the simulations of a basin");
     simulations.add_option("BASIN.mdb", texts.basin, "Basin file")->required();
@@ -218,6 +286,8 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
     CLI::App& import = add_import(app, texts);
     CLI::App& simulations = add_simulations(app, texts);
     CLI::App& run = add_run(app, texts);
+    CLI::App& climate = add_climate(app, texts);
+    CLI::App& scenario = add_scenario(app, texts);
     CLI::App& exported = add_export(app, texts);
     CLI::App& blank = add_template(app, texts);
     try {
@@ -229,6 +299,8 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
     try {
         if (import.parsed()) return import_command(import_of(texts, import), dialogs, out);
         if (run.parsed()) return run_command(run_of(texts, run), dialogs, out);
+        if (climate.parsed()) return climate_command(climate_of(texts), dialogs, out);
+        if (scenario.parsed()) return scenario_command(scenario_of(texts, scenario), dialogs, out);
         if (exported.parsed()) {
             return export_command(path_from_utf8(texts.basin), texts.table, path_from_utf8(texts.csv),
                                   dialogs);

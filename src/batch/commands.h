@@ -47,6 +47,22 @@ struct RunCommand {
     bool json = false;
 };
 
+struct ClimateCommand {
+    std::filesystem::path basin;
+    std::string simulation;
+    std::string scenario;
+    std::optional<std::filesystem::path> report;  ///< beside the basin if not given
+    bool json = false;
+};
+
+struct ScenarioCommand {
+    std::filesystem::path basin;
+    std::string simulation;
+    std::string name;
+    std::optional<std::string> winter_end;  ///< the middle of the simulation if not given
+    std::vector<std::string> edits;         ///< each VARIABLE:START:END:ACTION:FACTOR:ZONE
+};
+
 /// Creates the basin file from a legacy file, or imports into it if it exists. What is refused changes
 /// nothing.
 int import_command(const ImportCommand& command, BatchDialogs& dialogs, std::ostream& out);
@@ -57,6 +73,14 @@ int simulations_command(const std::filesystem::path& basin, bool json, BatchDial
 
 /// Runs a simulation, leaves `SimResults` in the file and prints the statistics.
 int run_command(const RunCommand& command, BatchDialogs& dialogs, std::ostream& out);
+
+/// Runs the six steps of a climate evaluation, leaves `SimResults` in the file and the report beside it, and
+/// prints the statistics of each step and the seasonal summary.
+int climate_command(const ClimateCommand& command, BatchDialogs& dialogs, std::ostream& out);
+
+/// Creates a climate scenario of a simulation, or replaces the one of its name. What is refused changes
+/// nothing.
+int scenario_command(const ScenarioCommand& command, BatchDialogs& dialogs, std::ostream& out);
 
 /// Writes a table as CSV.
 int export_command(const std::filesystem::path& basin, const std::string& table,

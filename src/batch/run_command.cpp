@@ -2,6 +2,7 @@
 #include "base/text.h"
 #include "batch/commands.h"
 #include "batch/json.h"
+#include "batch/selected_simulation.h"
 #include "engine/lag_distribution.h"
 #include "engine/results_summary.h"
 #include "engine/run_driver.h"
@@ -13,30 +14,6 @@
 
 namespace nivora {
 namespace {
-
-/// Opens the basin in the session and selects the simulation; false after a report.
-bool select_in(Session& session, const RunCommand& command, BatchDialogs& dialogs) {
-    BasinState& basin = session.basin;
-    basin.Basin_File = command.basin;
-    basin.Work_File = command.basin;
-    basin.New_Basin = false;
-    {
-        BasinDatabase database{command.basin, Access::ReadOnly};
-        read_basin(database, basin);
-    }
-    const auto row = find_simulation(basin, command.simulation);
-    if (row) {
-        select_simulation(basin, *row);
-        return true;
-    }
-    std::string names;
-    for (const Simulation& simulation : basin.simulations)
-        names += (names.empty() ? "'" : ", '") + simulation.name + "'";
-    dialogs.report_problem("No such simulation",
-                           fmt::format("The basin has no simulation '{}'. It has: {}.", command.simulation,
-                                       names.empty() ? "none" : names));
-    return false;
-}
 
 /// Takes the lag shares as the window of the distribution would; false after its message.
 bool take_lag_shares(Session& session, const RunCommand& command) {
@@ -96,7 +73,8 @@ void print_statistics(const Session& session, std::ostream& out) {
 }
 
 RunOutcome run_in(Session& session, const RunCommand& command, BatchDialogs& dialogs) {
-    if (!select_in(session, command, dialogs) || !take_lag_shares(session, command)) return {};
+    if (!select_in(session, command.basin, command.simulation, dialogs) || !take_lag_shares(session, command))
+        return {};
     session.run.NoSnow = command.no_snow;
     if (const auto problem = run_menu_problem(session.basin)) dialogs.message(problem->message);
     const int index = command.year_round ? 1 : 0;

@@ -1,0 +1,158 @@
+#include "base/number_text.h"
+#include "base/text.h"
+#include "batch/commands.h"
+#include "batch/json.h"
+#include "batch/selected_simulation.h"
+#include "climate/climate_run.h"
+#include "store/table_io.h"
+
+#include <fmt/format.h>
+
+#include <ostream>
+
+namespace nivora {
+namespace {
+
+constexpr const char* k_report = "NVR_DfGN.out";
+constexpr std::array<std::pair<SummaryRow, const char*>, 3> k_rows{
+    {{SummaryRow::Measured, "Measured"},
+     {SummaryRow::Computed, "Computed"},
+     {SummaryRow::ClimateAffected, "ClimateAffected"}}};
+constexpr std::array<std::pair<SummarySeason, const char*>, 3> k_seasons{
+    {{SummarySeason::Winter, "Winter"}, {SummarySeason::Summer, "Summer"}, {SummarySeason::Year, "Year"}}};
+
+/// Whether the simulation has a scenario of that name; reported where not.
+bool scenario_known(const ClimateCommand& command, const Session& session, BatchDialogs& dialogs) {
+    BasinDatabase database{command.basin, Access::ReadOnly};
+    std::string names;
+    for (const ScenarioIndexRow& row :
+         read_table<ScenarioIndexRow>(database, template_table(k_scenario_index))) {
+        if (!same_name(row.simulation, session.basin.Current_Sim_Name)) continue;
+        if (row.scenario == command.scenario) return true;
+        names += (names.empty() ? "'" : ", '") + row.scenario + "'";
+    }
+    dialogs.report_problem("No such scenario",
+                           fmt::format("The simulation '{}' has no scenario '{}'. It has: {}.",
+                                       command.simulation, command.scenario, names.empty() ? "none" : names));
+    return false;
+}
+
+/// Runs the steps until one is not done.
+bool run_steps(Session& session, const ClimateCommand& command, BatchDialogs& dialogs) {
+    if (!select_in(session, command.basin, command.simulation, dialogs)) return false;
+    if (!scenario_known(command, session, dialogs)) return false;
+    if (const auto problem = run_menu_problem(session.basin)) dialogs.message(problem->message);
+    const ClimateContext context{.run = {session.basin, session.run, dialogs},
+                                 .climate = session.climate,
+                                 .report_file = command.report.value_or(
+                                     std::filesystem::path{command.basin}.replace_filename(k_report)),
+                                 .now = local_now()};
+    begin_climate(context);
+    session.climate.scenario = command.scenario;
+    for (int step = 1; step <= k_climate_steps; ++step) {
+        if (run_climate_step(context, step) != StepOutcome::Done) return false;
+    }
+    end_climate(context, false);
+    return true;
+}
+
+Json step_json(const StepStatistics& statistics) {
+    Json json{{"MeasuredVolume", statistics.measured_volume},
+              {"AvgMeasuredQ", statistics.average_measured},
+              {"ComputedVolume", statistics.computed_volume},
+              {"AvgComputedQ", statistics.average_computed}};
+    if (statistics.volume_difference) json["VolumeDifference"] = *statistics.volume_difference;
+    if (statistics.r2) json["CoefficientR2"] = *statistics.r2;
+    return json;
+}
+
+Json climate_json(const ClimateState& climate, const BatchDialogs& dialogs) {
+    Json steps = Json::object();
+    for (int step = 1; step <= k_climate_steps; ++step) {
+        const auto& statistics = climate.statistics.at(static_cast<std::size_t>(step));
+        if (statistics) steps[std::to_string(step)] = step_json(*statistics);
+    }
+    Json summary = Json::object();
+    for (const auto& [row, name] : k_rows) {
+        Json cells = Json::object();
+        for (const auto& [season, column] : k_seasons) {
+            const auto value = climate.summary(row, season);
+            cells[column] = value ? Json(*value) : Json(nullptr);
+        }
+        summary[name] = cells;
+    }
+    return {{"steps", steps}, {"summary", summary}, {"messages", messages_json(dialogs.messages())}};
+}
+
+std::string figure(std::optional<float> value) { return value ? single_text(*value) : std::string{}; }
+
+void print_climate(const Session& session, std::ostream& out) {
+    const ClimateState& climate = session.climate;
+    const bool english = session.basin.Units_Code == k_english;
+    const std::string volume = english ? " (10^6 f³)" : " (10^6 m³)";
+    const std::string flow = english ? " (f³/s)" : " (m³/s)";
+    out << "Climate Change Statistics\n";
+    out << "Basin Name:  " << session.basin.basin_name << '\n';
+    out << "Simulation:  " << session.basin.Current_Sim_Name << '\n';
+    out << "Scenario:    " << climate.scenario << "\n\n";
+    using Member = std::optional<float> (*)(const StepStatistics&);
+    const std::array<std::pair<std::string, Member>, 6> lines{
+        {{"Measured Runoff Volume" + volume,
+          [](const StepStatistics& s) { return std::optional{s.measured_volume}; }},
+         {"Average Measured Runoff" + flow,
+          [](const StepStatistics& s) { return std::optional{s.average_measured}; }},
+         {"Computed Runoff Volume" + volume,
+          [](const StepStatistics& s) { return std::optional{s.computed_volume}; }},
+         {"Average Computed Runoff" + flow,
+          [](const StepStatistics& s) { return std::optional{s.average_computed}; }},
+         {"Volume Difference (%)", [](const StepStatistics& s) { return s.volume_difference; }},
+         {"Coefficient of Determination (R²)", [](const StepStatistics& s) { return s.r2; }}}};
+    constexpr std::size_t k_label = 38;
+    constexpr int k_cell = 14;
+    const auto padded = [](const std::string& label) {
+        const std::size_t used = character_count(label);
+        return label + std::string(used < k_label ? k_label - used : 1, ' ');
+    };
+    out << padded("Statistics");
+    for (const int step : {1, 2, 3, 6}) out << fmt::format("{:>{}}", "Step " + std::to_string(step), k_cell);
+    out << '\n';
+    for (const auto& [label, member] : lines) {
+        out << padded(label);
+        for (const std::size_t step : {1U, 2U, 3U, 6U}) {
+            const auto& statistics = climate.statistics.at(step);
+            out << fmt::format("{:>{}}", statistics ? figure(member(*statistics)) : std::string{}, k_cell);
+        }
+        out << '\n';
+    }
+    out << '\n' << padded("Seasonal Summary of Runoff" + volume);
+    for (const auto& [season, name] : k_seasons) out << fmt::format("{:>{}}", name, k_cell);
+    out << '\n';
+    constexpr std::array<const char*, 3> k_labels{"Measured", "Computed", "Climate affected"};
+    for (std::size_t row = 0; row < k_rows.size(); ++row) {
+        out << padded(k_labels.at(row));
+        for (const auto& [season, name] : k_seasons)
+            out << fmt::format("{:>{}}", figure(climate.summary(k_rows.at(row).first, season)), k_cell);
+        out << '\n';
+    }
+}
+
+}  // namespace
+
+int climate_command(const ClimateCommand& command, BatchDialogs& dialogs, std::ostream& out) {
+    Desktop no_desktop;
+    Session session{dialogs, no_desktop};
+    bool done = false;
+    try {
+        done = run_steps(session, command, dialogs);
+    } catch (const StoreError& error) {
+        dialogs.report_problem("The basin can't be read", error.what());
+    }
+    if (command.json) {
+        out << printed(climate_json(session.climate, dialogs));
+    } else if (done) {
+        print_climate(session, out);
+    }
+    return done && !dialogs.said_no() ? k_done : k_said_no;
+}
+
+}  // namespace nivora

@@ -1,0 +1,27 @@
+// One edit of a climate scenario as the command line gives it.
+#pragma once
+
+#include "base/calendar.h"
+#include "store/rows.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace nivora {
+
+/// An edit that was read, or what is wrong with its text.
+struct ReadEdit {
+    ScenarioRow row;
+    std::string problem;  ///< empty where the row is whole
+};
+
+/// Reads VARIABLE:START:END:ACTION:FACTOR:ZONE. Variable, action and zone are codes or the texts of the
+/// scenario grid, dates are yyyy-mm-dd in their order. What the grid does not let a user choose is a problem
+/// here as well. Normalize needs no factor and stores 0.
+[[nodiscard]] ReadEdit read_scenario_edit(std::string_view text);
+
+/// A date of the form yyyy-mm-dd; nothing for any other text.
+[[nodiscard]] std::optional<DayCount> read_iso_date(std::string_view text);
+
+}  // namespace nivora

@@ -1,0 +1,29 @@
+#include "batch/selected_simulation.h"
+
+#include <fmt/format.h>
+
+namespace nivora {
+
+bool select_in(Session& session, const std::filesystem::path& file, const std::string& simulation,
+               BatchDialogs& dialogs) {
+    BasinState& basin = session.basin;
+    basin.Basin_File = file;
+    basin.Work_File = file;
+    basin.New_Basin = false;
+    {
+        BasinDatabase database{file, Access::ReadOnly};
+        read_basin(database, basin);
+    }
+    if (const auto row = find_simulation(basin, simulation)) {
+        select_simulation(basin, *row);
+        return true;
+    }
+    std::string names;
+    for (const Simulation& known : basin.simulations)
+        names += (names.empty() ? "'" : ", '") + known.name + "'";
+    dialogs.report_problem("No such simulation", fmt::format("The basin has no simulation '{}'. It has: {}.",
+                                                             simulation, names.empty() ? "none" : names));
+    return false;
+}
+
+}  // namespace nivora
