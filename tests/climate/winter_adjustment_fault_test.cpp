@@ -135,10 +135,31 @@ TEST_F(WinterFaults, MissingDegreeDaysAreBelowNoDepth) {
 }
 
 TEST_F(WinterFaults, AMissingCoverOfTheLastDayJoinsNothing) {
-    table.SCA[at(1, 4)] = k_missing;
+    winter(1, 10, 20, 0, 0);
+    set(table.SCA, 1, {0.5, 0.25, 0, k_missing});
+    set(table.MDCexcl, 1, {1, 2, 3, 0});  // stretched to 2, 4, 6
+    set(table.SumAT, 1, {1, 3, 10, 11});
     EXPECT_EQ(fault_of_adjusting(2), k_no_fault);
-    EXPECT_EQ(days(table.SCAclimWA, 1), (Floats{1, 0.75F, 0.5F, 0}));
-    EXPECT_EQ(days(table.SCAclim, 1), (Floats{1, 0.75F, 0.5F, 0}));
+    // The 0.25 of day 3 lies above its bare ground, but neither rest nor last cover follow.
+    EXPECT_EQ(days(table.SCAclimWA, 1), (Floats{0, 0.5F, 0.25F, 0}));
+    EXPECT_EQ(days(table.SCAclim, 1), (Floats{0.5F, 0.25F, 0, 0}));
+}
+
+TEST_F(WinterFaults, AZoneThatIsNeverCoveredTakesTheNextZonesFirstDepthAndFaultsWhereItIsMissing) {
+    winter(1, 10, 0, 0, 0);  // deficit 10 against a melt of 2.5
+    table.MDCexcl[at(2, 1)] = k_missing;
+    // Zone 2 is not asked for any more.
+    EXPECT_EQ(fault_of_adjusting(1), k_fault_null);
+}
+
+TEST_F(WinterFaults, AnUnwrittenFirstDayWithoutACoverFaultsBeforeTheCoverIsFilled) {
+    winter(1, 10, 0, 0, 0);  // never covered, so that nothing of the zone is written
+    table.SCAclim[at(1, 1)] = k_missing;
+    set(table.NewMelt, 1, {5, 5, 0, 0});
+    set(table.SumAT, 1, {1, 6, 11, 12});  // 5 and 10 are reached on day 2 and day 3
+    EXPECT_EQ(fault_of_adjusting(2), k_fault_null);
+    EXPECT_EQ(days(table.SCAclimWAMA, 1), (Floats{0, 0, 0, 0}));
+    EXPECT_EQ(table.SCAclimWA[at(1, 3)], 0.0001F);
 }
 
 TEST_F(WinterFaults, AGainBeyondASingleIsAFault) {
