@@ -21,6 +21,11 @@ Answer BatchDialogs::message(const Message& message) {
 }
 
 std::optional<std::string> BatchDialogs::input(const InputBox& box) {
+    if (proposals_accepted_) {
+        report({box.title, box.prompt, refuse_ ? Answer::Cancel : Answer::Ok});
+        if (refuse_) return std::nullopt;
+        return box.proposed;
+    }
     if (input_given_) {
         report_problem(box.title, box.prompt);
         return std::nullopt;

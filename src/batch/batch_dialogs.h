@@ -31,6 +31,9 @@ public:
     /// The text that the next input box gets; without one it gets what it proposes.
     void prepare_input(std::string text) { input_ = std::move(text); }
 
+    /// From now on each input box is a question of its own that gets what it proposes, and is reported.
+    void accept_proposals() { proposals_accepted_ = true; }
+
     /// Reports what went wrong outside the model in the same form.
     void report_problem(const std::string& title, const std::string& text);
 
@@ -46,6 +49,7 @@ private:
     std::optional<std::string> input_;
     bool input_given_ = false;
     bool said_no_ = false;
+    bool proposals_accepted_ = false;
     std::vector<ReportedMessage> messages_;
 };
 

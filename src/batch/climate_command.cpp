@@ -47,6 +47,7 @@ bool run_steps(Session& session, const ClimateCommand& command, BatchDialogs& di
                                  .report_file = command.report.value_or(
                                      std::filesystem::path{command.basin}.replace_filename(k_report)),
                                  .now = local_now()};
+    dialogs.accept_proposals();
     begin_climate(context);
     session.climate.scenario = command.scenario;
     for (int step = 1; step <= k_climate_steps; ++step) {
