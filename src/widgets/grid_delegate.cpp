@@ -33,7 +33,8 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
     } else {
         auto* line = new QLineEdit(parent);
         line->setFrame(false);
-        if (format.kind == CellFormat::Kind::Date) line->setInputMask(QStringLiteral("99/99/9999;_"));
+        // No digit is required: a mask that is short of one would keep Enter from ending the editor.
+        if (format.kind == CellFormat::Kind::Date) line->setInputMask(QStringLiteral("00/00/0000;_"));
         if (format.kind == CellFormat::Kind::Number || format.kind == CellFormat::Kind::Integer) {
             line->setValidator(number_validator(format.kind, line));
             line->setAlignment(Qt::AlignRight);

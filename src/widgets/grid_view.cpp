@@ -8,6 +8,7 @@
 #include <QClipboard>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMenuBar>
 #include <QMimeData>
 #include <QScrollBar>
 #include <QSignalBlocker>
@@ -131,7 +132,8 @@ void GridView::paste() {
 
 void GridView::commit_editor() {
     for (QWidget* child : viewport()->findChildren<QWidget*>(QString{}, Qt::FindDirectChildrenOnly)) {
-        if (!child->property(k_grid_editor).toBool()) continue;
+        // One that was closed already is hidden until it is deleted.
+        if (!child->property(k_grid_editor).toBool() || child->isHidden()) continue;
         commitData(child);
         closeEditor(child, QAbstractItemDelegate::NoHint);
     }
@@ -188,8 +190,9 @@ void GridView::currentChanged(const QModelIndex& current, const QModelIndex& pre
 }
 
 void GridView::focus_moved(const QWidget* from, const QWidget* to) {
-    // A window that loses the focus as a whole, or a box before it, leaves no cell.
+    // A window that loses the focus as a whole, or a box before it, leaves no cell; nor does an open menu.
     if (from == nullptr || to == nullptr || to->window() != window()) return;
+    if (qobject_cast<const QMenuBar*>(to) != nullptr) return;
     const bool was_here = from == this || isAncestorOf(from);
     const bool is_here = to == this || isAncestorOf(to);
     if (was_here && !is_here) leave(currentIndex());

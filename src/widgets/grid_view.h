@@ -58,6 +58,9 @@ public:
     void set_track_scrolling(bool track);
     [[nodiscard]] bool track_scrolling() const;
 
+    /// A key that a locked cell does not take leads to no other cell.
+    void keyboardSearch(const QString& /*search*/) override {}
+
 signals:
     /// The cursor left a cell, by key, mouse or a change of the focus.
     void left_cell(int row, int column);

@@ -24,6 +24,8 @@ public:
     [[nodiscard]] QString whole_text(int row, int column) const override;
     [[nodiscard]] QString header(int column) const override;
     [[nodiscard]] bool locked(int row, int column) const override;
+    /// A month without a value is missing, and stays so where the cursor only passes it.
+    [[nodiscard]] QString cleared_text(int /*row*/, int /*column*/) const override { return {}; }
 
 protected:
     [[nodiscard]] bool put(int row, int column, const QString& text) override;
