@@ -1,0 +1,148 @@
+#include "tests/widgets/grid_fixture.h"
+
+#include <QScrollBar>
+
+namespace nivora {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+
+/// What leaving a cell does, and what does not count as leaving one.
+class GridLeavingTest : public GridTest {
+protected:
+    void empty(int row, int column) { ASSERT_TRUE(cells_->take(row, column, {})); }
+};
+
+TEST_F(GridLeavingTest, AnEmptyNumberThatIsLeftByAKeyBecomesZero) {
+    empty(2, Column::k_number);
+    go_to(2, Column::k_number);
+    key(Qt::Key_Down);
+    EXPECT_EQ(at(2, Column::k_number), "0");
+    EXPECT_THAT(left_, ElementsAre(Pair(2, Column::k_number)));
+    EXPECT_EQ(edits_, 1);
+}
+
+TEST_F(GridLeavingTest, ACellThatWasEmptiedInItsEditorBecomesZeroAtEnter) {
+    go_to(2, Column::k_integer);
+    key(Qt::Key_F2);
+    key(Qt::Key_Delete);
+    key(Qt::Key_Return);
+    EXPECT_EQ(at(2, Column::k_integer), "0");
+}
+
+TEST_F(GridLeavingTest, ACellThatIsLeftByTheMouseBecomesZero) {
+    empty(1, Column::k_number);
+    go_to(1, Column::k_number);
+    const QRect other = grid_->visualRect(cells_->index(3, Column::k_integer));
+    QTest::mouseClick(grid_->viewport(), Qt::LeftButton, Qt::NoModifier, other.center());
+    EXPECT_EQ(at(1, Column::k_number), "0");
+    EXPECT_THAT(active(), Pair(3, Column::k_integer));
+}
+
+TEST_F(GridLeavingTest, AnotherWidgetThatTakesTheFocusLeavesTheCell) {
+    empty(2, Column::k_number);
+    go_to(2, Column::k_number);
+    beside_->setFocus();
+    EXPECT_EQ(at(2, Column::k_number), "0");
+    EXPECT_THAT(left_, ElementsAre(Pair(2, Column::k_number)));
+}
+
+TEST_F(GridLeavingTest, AnotherWidgetTakesWhatIsBeingTypedFirst) {
+    go_to(2, Column::k_number);
+    key(Qt::Key_F2);
+    key(Qt::Key_Delete);
+    beside_->setFocus();
+    EXPECT_EQ(at(2, Column::k_number), "0");
+}
+
+TEST_F(GridLeavingTest, AnEmptyTextStaysEmpty) {
+    for (const int column : {Column::k_text, Column::k_date, Column::k_list}) {
+        empty(2, column);
+        go_to(2, column);
+        key(Qt::Key_Down);
+        EXPECT_EQ(at(2, column), "") << column;
+    }
+    EXPECT_EQ(edits_, 0);
+}
+
+TEST_F(GridLeavingTest, OpeningAnEditorDoesNotLeaveTheCell) {
+    empty(2, Column::k_number);
+    go_to(2, Column::k_number);
+    key(Qt::Key_F2);
+    EXPECT_NE(editor(), nullptr);
+    EXPECT_THAT(left_, IsEmpty());
+    key(Qt::Key_Escape);
+    EXPECT_THAT(left_, IsEmpty());
+    EXPECT_EQ(at(2, Column::k_number), "");
+}
+
+TEST_F(GridLeavingTest, OpeningAMenuDoesNotLeaveTheCell) {
+    empty(2, Column::k_number);
+    go_to(2, Column::k_number);
+    menu_->popup(window_->mapToGlobal(QPoint(5, 5)));
+    QTest::qWait(1);
+    ASSERT_TRUE(menu_->isVisible());
+    menu_->close();
+    EXPECT_THAT(left_, IsEmpty());
+    EXPECT_EQ(at(2, Column::k_number), "");
+}
+
+TEST_F(GridLeavingTest, TheMenuBarThatIsReachedByKeyDoesNotLeaveTheCell) {
+    empty(2, Column::k_number);
+    go_to(2, Column::k_number);
+    window_->menuBar()->setFocus(Qt::MenuBarFocusReason);
+    ASSERT_EQ(QApplication::focusWidget(), window_->menuBar());
+    EXPECT_THAT(left_, IsEmpty());
+    EXPECT_EQ(at(2, Column::k_number), "");
+    grid_->setFocus(Qt::MenuBarFocusReason);
+    EXPECT_THAT(left_, IsEmpty());
+}
+
+TEST_F(GridLeavingTest, AnotherWindowDoesNotLeaveTheCell) {
+    empty(2, Column::k_number);
+    go_to(2, Column::k_number);
+    QLineEdit other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    other.setFocus();
+    EXPECT_THAT(left_, IsEmpty());
+    EXPECT_EQ(at(2, Column::k_number), "");
+}
+
+TEST_F(GridLeavingTest, ALockedEmptyCellStaysEmpty) {
+    empty(2, Column::k_number);
+    cells_->locked_cells = {{2, Column::k_number}};
+    go_to(2, Column::k_number);
+    key(Qt::Key_Down);
+    EXPECT_EQ(at(2, Column::k_number), "");
+    EXPECT_THAT(left_, ElementsAre(Pair(2, Column::k_number)));
+}
+
+TEST_F(GridLeavingTest, WhereCellsAreNotClearedAnEmptyNumberStaysEmpty) {
+    grid_->set_clears_cells(false);
+    empty(2, Column::k_number);
+    go_to(2, Column::k_number);
+    key(Qt::Key_Down);
+    EXPECT_EQ(at(2, Column::k_number), "");
+    EXPECT_THAT(left_, ElementsAre(Pair(2, Column::k_number)));
+}
+
+TEST_F(GridLeavingTest, ACellOfRowsThatAreGoneIsNotLeft) {
+    go_to(2, Column::k_number);
+    cells_->reload();
+    EXPECT_THAT(left_, IsEmpty());
+}
+
+TEST_F(GridLeavingTest, TrackScrollingIsThatOfTheScrollBar) {
+    grid_->set_track_scrolling(false);
+    EXPECT_FALSE(grid_->track_scrolling());
+    EXPECT_FALSE(grid_->verticalScrollBar()->hasTracking());
+    grid_->set_track_scrolling(true);
+    EXPECT_TRUE(grid_->track_scrolling());
+}
+
+}  // namespace
+}  // namespace nivora
