@@ -21,6 +21,8 @@ constexpr int k_cell_margin = 14;
 constexpr int k_narrowest = 48;
 constexpr int k_widest = 360;
 constexpr int k_most_header_lines = 3;
+/// A short column is measured text by text, a long one by the text that its model holds for the longest.
+constexpr int k_rows_to_measure = 100;
 
 /// The narrowest width at which a header needs no more than its lines.
 int header_width(const QString& text, const QFontMetrics& metrics) {
@@ -199,7 +201,13 @@ void GridView::focus_moved(const QWidget* from, const QWidget* to) {
 }
 
 int GridView::measured_width(int column) const {
-    const int content = fontMetrics().horizontalAdvance(cells_->widest_text(column));
+    int content = 0;
+    if (cells_->rowCount() <= k_rows_to_measure) {
+        for (int row = 0; row < cells_->rowCount(); ++row)
+            content = std::max(content, fontMetrics().horizontalAdvance(cells_->text(row, column)));
+    } else {
+        content = fontMetrics().horizontalAdvance(cells_->widest_text(column));
+    }
     const int head = header_width(cells_->header(column), horizontalHeader()->fontMetrics());
     return std::clamp(std::max(content, head) + k_cell_margin, k_narrowest, k_widest);
 }

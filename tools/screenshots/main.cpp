@@ -2,6 +2,8 @@
 // Needs no display: QT_QPA_PLATFORM=offscreen. QT_SCALE_FACTOR=2 gives the pictures of a sharp screen.
 
 #include "base/durable_file.h"
+#include "climate/windows/frmCC.h"
+#include "climate/windows/frmCtrlClim.h"
 #include "engine/windows/Results.h"
 #include "engine/windows/frmTimeLagDist.h"
 #include "prep/data_menu.h"
@@ -18,6 +20,7 @@
 #include "widgets/qt_text.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
 #include <QLineEdit>
@@ -88,13 +91,14 @@ public:
         menus();
         windows();
         preparing();
+        climate();
     }
 
 private:
     /// A program folder that may be written to, with the files that lie beside the program.
     fs::path program_folder() {
         const fs::path folder = path_from_utf8(from_qt(scratch_.path()));
-        for (const char* name : {"null.mdb", "NIVORAHelp.txt", "quickhelp.txt"}) {
+        for (const char* name : {"null.mdb", "NIVORAHelp.txt", "quickhelp.txt", "climate_1.ss2"}) {
             fs::copy_file(fs::path{NIVORA_PROGRAM_FOLDER} / name, folder / name);
         }
         fs::copy_file(fs::path{NIVORA_PROGRAM_FOLDER} / "samples/ellervane.mdb", folder / "ellervane.mdb");
@@ -211,6 +215,41 @@ private:
         averages.show();
         averages.findChild<QPushButton*>(QStringLiteral("Command1(3)"))->click();
         draw(averages, "long-term-averages.png");
+    }
+
+    /// A warmer and wetter scenario of the sample, and its evaluation.
+    void climate() {
+        const WindowContext context{session_, quick_help_, program_};
+        {
+            BasinDatabase database{session_.basin.Work_File, Access::ReadWrite};
+            if (create_scenario(database, session_.basin, "warmer")) return;
+            auto scenarios = open_scenarios(database, session_.basin.Current_Sim_Name, dialogs_);
+            Scenario& scenario = scenarios.front();
+            const auto start = session_.basin.Current_Start;
+            const auto end = session_.basin.Current_End;
+            scenario.rows = {
+                {.variable = 1, .start = start, .end = end, .action = 0, .factor = 2.0F, .zones = 0},
+                {.variable = 2, .start = start, .end = end, .action = 1, .factor = 1.1F, .zones = 0}};
+            scenario.index.winter_end_date = static_cast<double>(*start + 181);
+            scenario.index.comments = "Two degrees warmer, a tenth more precipitation.";
+            store_scenario(database, scenario);
+        }
+        frmCC scenarios(context);
+        if (!scenarios.open()) return;
+        scenarios.show();
+        draw(scenarios, "climate-scenario.png");
+        scenarios.close();
+        frmCtrlClim steps(context);
+        if (!steps.open()) return;
+        steps.show();
+        steps.findChild<QComboBox*>(QStringLiteral("CmboScenario"))->setCurrentIndex(0);
+        for (int step = 0; step < k_climate_steps; ++step) {
+            steps.findChild<QCheckBox*>(QStringLiteral("Check1(%1)").arg(step))->click();
+            if (step == 1) draw(steps, "climate-run-step2.png");
+        }
+        auto* summary = steps.findChild<QTableView*>(QStringLiteral("vaSpread1"));
+        emit summary->clicked(summary->model()->index(2, 2));
+        draw(steps, "climate-run.png");
     }
 
     fs::path pictures_;

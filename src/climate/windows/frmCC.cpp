@@ -164,7 +164,6 @@ bool frmCC::open() {
         return false;
     }
     if (scenarios_.empty()) add_scenario();
-    grid_->setColumnWidth(0, 190);
     std::vector<int> widths{190, 100, 100, 180, 110, 70};
     grid_->fit_columns(widths);
     return true;
