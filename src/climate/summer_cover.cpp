@@ -63,7 +63,9 @@ void join_last_day(SimResults& t, DatedCurve curve, DayCount summer_end) {
     if (last_cover > 0.0F) {
         if (t.SCAclimWA[writer.row()] > last_cover) {
             writer.step_on();
-            t.SCAclimWA[writer.row()] = last_cover;
+            // The day behind may be the next zone's first one, which is meant so; behind the basin's last row
+            // there is none, and an upper zone that keeps its snow all summer long still gets its curve.
+            if (!writer.past_end()) t.SCAclimWA[writer.row()] = last_cover;
         }
     } else if (last_cover <= 0.0F && above > 0.0F && writer.date() != summer_end) {
         // SCAclim, not SCAclimWA, takes the rest of the curve, with the cover of the last day all along: it

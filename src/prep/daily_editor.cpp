@@ -2,8 +2,8 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
-#include "prep/whole_work.h"
 #include "store/table_io.h"
+#include "store/whole_work.h"
 
 #include <algorithm>
 #include <cmath>

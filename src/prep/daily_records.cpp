@@ -1,8 +1,8 @@
 #include "prep/daily_records.h"
 
 #include "base/single.h"
-#include "prep/whole_work.h"
 #include "store/table_io.h"
+#include "store/whole_work.h"
 
 #include <functional>
 #include <span>

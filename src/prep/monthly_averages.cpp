@@ -1,7 +1,7 @@
 #include "prep/monthly_averages.h"
 
-#include "prep/whole_work.h"
 #include "store/table_io.h"
+#include "store/whole_work.h"
 
 #include <fmt/format.h>
 

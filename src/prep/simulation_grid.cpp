@@ -125,12 +125,6 @@ void set_changed(BasinState& basin) {
     basin.Input_Changed = true;
 }
 
-bool is_scenario(BasinDatabase& database, const std::string& name) {
-    const auto scenarios = read_table<ScenarioIndexRow>(database, template_table(k_scenario_index));
-    return std::any_of(scenarios.begin(), scenarios.end(),
-                       [&](const ScenarioIndexRow& row) { return same_name(row.scenario, name); });
-}
-
 }  // namespace
 
 std::string Date_Size(std::string text) {

@@ -35,12 +35,6 @@ std::optional<std::string> ask_name(BasinDatabase& database, Dialogs& dialogs, c
     }
 }
 
-bool is_scenario(BasinDatabase& database, const std::string& name) {
-    const auto scenarios = read_table<ScenarioIndexRow>(database, template_table(k_scenario_index));
-    return std::any_of(scenarios.begin(), scenarios.end(),
-                       [&](const ScenarioIndexRow& row) { return same_name(row.scenario, name); });
-}
-
 /// Whether the table of that name made way.
 bool overwrite_confirmed(BasinDatabase& database, Dialogs& dialogs, const std::string& name) {
     const Answer answer = dialogs.message(

@@ -2,8 +2,7 @@
 
 #include "base/text.h"
 #include "store/table_io.h"
-
-#include <SQLiteCpp/Savepoint.h>
+#include "store/whole_work.h"
 
 #include <array>
 
@@ -40,9 +39,7 @@ void Ensure_Monthly_Table(BasinDatabase& database) {
     const TableSchema table = basin_averages_table();
     const auto stored = database.stored_name(table.name);
     const bool outdated = stored && !same_name(database.table_fields(*stored).front().name, "Zone");
-    guarded([&] {
-        // All of it or nothing, also within a transaction of the caller.
-        SQLite::Savepoint savepoint{database.sql(), "monthly_table"};
+    as_a_whole(database, [&] {
         // A table without zones held nothing that could be kept.
         if (outdated) database.drop_table(*stored);
         if (!stored || outdated) database.create_table(table);
@@ -50,7 +47,6 @@ void Ensure_Monthly_Table(BasinDatabase& database) {
             clear_table(database, table.name);
             add_rows<MonthlyRow>(database, table, zero_rows(zones));
         }
-        savepoint.release();
     });
 }
 

@@ -1,7 +1,10 @@
 #include "store/table_io.h"
 
+#include "base/text.h"
+
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -118,6 +121,12 @@ TableSchema template_table(std::string_view name) {
     }
     throw StoreError(StoreFault::Missing,
                      fmt::format("No basin file has a table '{}' from the start.", name));
+}
+
+bool is_scenario(BasinDatabase& database, std::string_view name) {
+    const auto scenarios = read_table<ScenarioIndexRow>(database, template_table(k_scenario_index));
+    return std::any_of(scenarios.begin(), scenarios.end(),
+                       [&](const ScenarioIndexRow& row) { return same_name(row.scenario, name); });
 }
 
 BasinDescription read_basin_description(BasinDatabase& database) {

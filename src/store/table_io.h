@@ -102,6 +102,9 @@ void clear_table(BasinDatabase& database, std::string_view table);
 /// The schema of one of the five tables that every basin file has.
 [[nodiscard]] TableSchema template_table(std::string_view name);
 
+/// Whether a climate scenario of that name is in the index, whichever simulation it belongs to.
+[[nodiscard]] bool is_scenario(BasinDatabase& database, std::string_view name);
+
 /// The basin header. @throws StoreError where the table has no row
 [[nodiscard]] BasinDescription read_basin_description(BasinDatabase& database);
 void write_basin_description(BasinDatabase& database, const BasinDescription& basin);

@@ -177,10 +177,11 @@ TEST_F(WinterFaults, ADepthThatIsStretchedBeyondASingleIsAFaultThatKeepsTheDaysB
 
 TEST_F(WinterFaults, TheLastZonesLastDayHasNoDayBehindItToJoin) {
     // Gain 1.25 stretches 1, 2, 3.2 to 1.25, 2.5 and 4: the last on the last day, with the 0.5 that lies
-    // above its cover. The day behind it would take 0.25, and there is none.
+    // above its cover. The day behind it would take 0.25, and there is none: the curve stays as it is.
     winter(2, 10, 12.5, 0, 0);
     table.MDCexcl[at(2, 3)] = 3.2F;
-    EXPECT_EQ(fault_of_adjusting(2), k_fault_no_record);
+    EXPECT_EQ(fault_of_adjusting(2), k_no_fault);
+    EXPECT_EQ(table.SCAclimWA[at(2, 4)], 0.5F);
 }
 
 TEST_F(WinterFaults, ARestOfACurveThatFindsNoLastDayIsAFault) {

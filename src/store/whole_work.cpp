@@ -1,4 +1,4 @@
-#include "prep/whole_work.h"
+#include "store/whole_work.h"
 
 namespace nivora {
 namespace {
