@@ -78,7 +78,7 @@ bool take_scenario(BasinDatabase& database, ClimateContext context) {
 bool reuse_confirmed(ClimateContext context) {
     const ClimateState& climate = context.climate;
     return context.run.dialogs.message({.text = "You are about to use the results of your most recent "
-                                                "climate change scenario.\nThe winter end "
+                                                "climate change scenario.\r\nThe winter end "
                                                 "date, " +
                                                 short_date_text(climate.WinterEndDate) + ", is taken from " +
                                                 climate.scenario + ".  Continue?",
@@ -274,7 +274,13 @@ std::optional<float> ClimateState::summary(SummaryRow row, SummarySeason season)
     return row == SummaryRow::Measured ? step->measured_volume : step->computed_volume;
 }
 
-void begin_climate(ClimateContext context) { context.climate = ClimateState{}; }
+void begin_climate(ClimateContext context) {
+    // What plots and the printed scenario need stays: the results may still be those of the evaluation before.
+    ClimateState fresh;
+    fresh.ScenarioComments = context.climate.ScenarioComments;
+    fresh.SummerStartDate = context.climate.SummerStartDate;
+    context.climate = fresh;
+}
 
 StepOutcome run_climate_step(ClimateContext context, int step) {
     context.run.run.ClimateStep = step;

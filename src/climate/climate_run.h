@@ -24,7 +24,7 @@ struct ClimateContext {
     double now = 0.0;                   ///< date and time of the report
 };
 
-/// Forgets an earlier evaluation.
+/// Starts afresh. What is shown of the results of an earlier evaluation stays until they are replaced.
 void begin_climate(ClimateContext context);
 
 /// Runs one step, 1 to 6, on the results table in the working file. The steps are taken in their order; a

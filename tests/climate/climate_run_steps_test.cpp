@@ -1,0 +1,222 @@
+#include "tests/climate/climate_run_fixture.h"
+
+namespace nivora {
+namespace {
+
+using testing::Each;
+using testing::ElementsAre;
+
+using Floats = std::vector<float>;
+
+constexpr std::size_t k_first_zone = 1;
+constexpr std::size_t k_second_zone = 2;
+
+/// The six days worked on paper, step by step. With the lag of 6 hours half of a day's input leaves on its
+/// day and half on the next, but all of the first day's on that day; each day Q = Qin / 2 + Q before / 2.
+class ClimateStepsTest : public ClimateRunTest {
+protected:
+    void SetUp() override { open_six_days(); }
+
+    [[nodiscard]] std::vector<double> computed(int first, int last) {
+        const SimResults table = results();
+        return days_of(table, table.DailyQ, 1, first, last);
+    }
+    [[nodiscard]] std::vector<double> present(int first, int last) {
+        const SimResults table = results();
+        return days_of(table, table.DailyQPresent, 1, first, last);
+    }
+};
+
+TEST_F(ClimateStepsTest, StepOneRunsTheWinterOfThePresentClimateFromTheSimulationsRunoff) {
+    run_to(1);
+    EXPECT_EQ(run.ClimateStep, 1);
+    EXPECT_EQ(run.RunStart, SixDays::first_day());
+    EXPECT_EQ(run.RunEnd, SixDays::first_day() + 1);
+    EXPECT_EQ(run.InitialRunoff, 10.0F);
+    // No degrees, no input: 10 / 2 = 5, 5 / 2 = 2.5.
+    EXPECT_THAT(computed(1, 2), ElementsAre(5.0, 2.5));
+    EXPECT_EQ(run.FinalQ[1], 2.5F);
+    EXPECT_EQ(run.WinterPrecip[k_first_zone][1], 4.0F);
+    EXPECT_EQ(run.WinterPrecip[k_second_zone][1], 4.0F);
+    EXPECT_THAT(run.ClimateSums[k_first_zone][1], Each(0.0F));
+    const SimResults table = results();
+    EXPECT_EQ(table.size(), 12U);
+    EXPECT_THAT(days_of(table, table.TAvgCC, 2, 1, 6), ElementsAre(1, 1, 3, 3, 3, 3));
+    EXPECT_THAT(days_of(table, table.DailyQ, 1, 3, 6), Each(testing::IsNan()));
+}
+
+TEST_F(ClimateStepsTest, StepTwoRunsTheSameWinterUnderTheChangedClimate) {
+    run_to(2);
+    EXPECT_EQ(run.ClimateStep, 2);
+    EXPECT_EQ(run.RunStart, SixDays::first_day());
+    EXPECT_EQ(run.RunEnd, SixDays::first_day() + 1);
+    EXPECT_EQ(run.InitialRunoff, 10.0F);
+    // 1 degree x 0.5 x cover 1 = 0.5 cm in each zone, 100 m³/s. The first day gives off all of it:
+    // 50 + 10 / 2 = 55; then 50 + 27.5 = 77.5.
+    EXPECT_THAT(computed(1, 2), ElementsAre(55.0, 77.5));
+    EXPECT_EQ(run.FinalQ[2], 77.5F);
+    EXPECT_EQ(run.FinalQ[1], 2.5F);
+    // The snow of day 1 falls on full cover, so that none of it is stored as new snow; i' = 0.5 + 0.5.
+    EXPECT_EQ(run.WinterPrecip[k_first_zone][2], 4.0F);
+    EXPECT_THAT(run.ClimateSums[k_second_zone][2], ElementsAre(0, 1, 1, 0, 0));
+    EXPECT_EQ(run.MeltSeasonStart, SixDays::winter_end());
+}
+
+TEST_F(ClimateStepsTest, StepThreeRunsTheSummerOfThePresentClimateFromTheEndOfItsWinter) {
+    run_to(3);
+    EXPECT_EQ(run.ClimateStep, 3);
+    EXPECT_EQ(run.RunStart, date_of(2001, 4, 1));
+    EXPECT_EQ(run.RunEnd, date_of(2001, 4, 4));
+    EXPECT_EQ(run.InitialRunoff, 2.5F);
+    const SimResults table = results();
+    // 2 degrees x 0.5 = 1 cm: input 200 m³/s x cover = 175, 125, 75, 25. Lagged: 175, 150, 100, 50.
+    // 87.5 + 1.25; 75 + 44.375; 50 + 59.6875; 25 + 54.84375.
+    EXPECT_THAT(present(3, 6), ElementsAre(88.75, 119.375, 109.6875, 79.84375));
+    EXPECT_EQ(run.FinalQ[3], 79.84375F);
+    EXPECT_THAT(present(1, 2), Each(0.0));  // as the table was built
+    EXPECT_THAT(days_of(table, table.DailyQ, 1, 1, 2), ElementsAre(55.0, 77.5));
+    EXPECT_THAT(days_of(table, table.MDCincl, 2, 3, 6), ElementsAre(1, 2, 3, 4));
+    EXPECT_THAT(days_of(table, table.MDCexcl, 2, 3, 6), ElementsAre(1, 2, 3, 4));
+    // 0.875 + 0.625 + 0.375 + 0.125
+    EXPECT_THAT(run.ClimateSums[k_first_zone][3], ElementsAre(0, 2, 2, 0, 0));
+}
+
+TEST_F(ClimateStepsTest, StepFourTakesInputsAndMeltOfTheChangedSummerAndNoDischarge) {
+    run_to(3);
+    const std::vector<double> discharge = computed(1, 6);
+    run_to(4, 4);
+    EXPECT_EQ(run.ClimateStep, 4);
+    EXPECT_EQ(run.RunStart, date_of(2001, 4, 1));
+    EXPECT_EQ(run.RunEnd, date_of(2001, 4, 4));
+    EXPECT_EQ(run.InitialRunoff, 2.5F);
+    const SimResults table = results();
+    EXPECT_THAT(days_of(table, table.ZoneDDCC, 2, 3, 6), Each(3.0F));
+    EXPECT_THAT(days_of(table, table.SumAT, 1, 3, 6), ElementsAre(1.5F, 3.0F, 4.5F, 6.0F));
+    EXPECT_THAT(days_of(table, table.NewMelt, 1, 3, 6), Each(0.0F));
+    EXPECT_THAT(days_of(table, table.MDCexcl, 1, 3, 6), ElementsAre(1, 2, 3, 4));
+    EXPECT_EQ(testing::PrintToString(computed(1, 6)), testing::PrintToString(discharge));
+    EXPECT_THAT(present(3, 6), ElementsAre(88.75, 119.375, 109.6875, 79.84375));
+}
+
+TEST_F(ClimateStepsTest, StepFiveMovesTheDepletionCurveAndWritesItsReport) {
+    run_to(5);
+    EXPECT_EQ(run.ClimateStep, 5);
+    const SimResults table = results();
+    // Change = (0 - 1) + (4 - 4) = -1, g = (4 - 1) / (4 - 0) = 0.75. The melt of the present summer, 0.875,
+    // 1.5, ..., covers the deficit on its 2nd day: the curve moves up by two days, counted from 2.
+    EXPECT_THAT(days_of(table, table.SCAclim, 1, 3, 6), ElementsAre(0.375F, 0.125F, 0.0F, 0.0F));
+    EXPECT_THAT(days_of(table, table.MDCexclWA, 1, 3, 6), ElementsAre(1, 2, 0, 0));
+    // Under the changed climate 1.5, 3, 4.5, 6: depth 1 is reached on the 1st day, 2 on the 2nd.
+    EXPECT_THAT(days_of(table, table.MeltOffset, 2, 3, 6), ElementsAre(1, 2, 2, 2));
+    EXPECT_THAT(days_of(table, table.SCAclimWA, 2, 3, 6), ElementsAre(0.375F, 0.125F, 0.0F, 0.0F));
+    EXPECT_THAT(days_of(table, table.SCAclimWAMA, 2, 3, 6), ElementsAre(0.375F, 0.125F, 0.125F, 0.125F));
+    ASSERT_EQ(dialogs.inputs().size(), 2U);
+    EXPECT_EQ(dialogs.inputs()[1].title, "Winter Change for Zone: 2");
+    const std::string text = read_whole_file(report, 1U << 20U);
+    EXPECT_NE(text.find("Climate Scenario: Warmer"), std::string::npos);
+    EXPECT_NE(text.find("Date:             11/5/2001"), std::string::npos);
+}
+
+TEST_F(ClimateStepsTest, StepSixRunsTheSummerOfTheChangedClimateFromTheEndOfTheChangedWinter) {
+    run_to(6);
+    EXPECT_EQ(run.ClimateStep, 6);
+    EXPECT_EQ(run.RunStart, date_of(2001, 4, 1));
+    EXPECT_EQ(run.RunEnd, date_of(2001, 4, 4));
+    EXPECT_EQ(run.InitialRunoff, 77.5F);
+    // 1.5 cm x 200 m³/s x cover of step 5 = 112.5, 37.5, 37.5, 37.5. Lagged: 112.5, 75, 37.5, 37.5.
+    // 56.25 + 38.75; 37.5 + 47.5; 18.75 + 42.5; 18.75 + 30.625.
+    EXPECT_THAT(computed(1, 6), ElementsAre(55.0, 77.5, 95.0, 85.0, 61.25, 49.375));
+    EXPECT_THAT(present(3, 6), ElementsAre(88.75, 119.375, 109.6875, 79.84375));
+    EXPECT_EQ(climate.SummerStartDate, date_of(2001, 4, 1));
+    EXPECT_EQ(run.FinalQ[6], 49.375F);
+}
+
+TEST_F(ClimateStepsTest, StepSixEndsWithTheAccumulatedMeltOfBothClimates) {
+    run_to(6);
+    const SimResults table = results();
+    for (const int zone : {1, 2}) {
+        // Rises of 1, weighted by 0.875, 0.625, 0.375, 0.125.
+        EXPECT_THAT(days_of(table, table.AZMincl, zone, 3, 6), ElementsAre(0.875F, 1.5F, 1.875F, 2.0F));
+        EXPECT_THAT(days_of(table, table.AZMexcl, zone, 3, 6), ElementsAre(0.875F, 1.5F, 1.875F, 2.0F));
+        // Rises of 1, 1, -2, 0 weighted by 0.375, 0.125, 0, 0.
+        EXPECT_THAT(days_of(table, table.AZMwork, zone, 3, 6), ElementsAre(0.375F, 0.5F, 0.5F, 0.5F));
+        // Depths 1 and 2 lie on the present curve's 1st and 2nd day; the depth of 0 ends it, the last holds.
+        EXPECT_THAT(days_of(table, table.AZMexclWA, zone, 3, 6), ElementsAre(0.375F, 0.5F, 0.5F, 0.5F));
+        EXPECT_THAT(days_of(table, table.AZMincl, zone, 1, 2), Each(testing::IsNan()));
+    }
+}
+
+TEST_F(ClimateStepsTest, StatisticsOfEachStep) {
+    run_to(6);
+    const auto& steps = climate.statistics;
+    // Winter: measured (9 + 11) x 0.0864, computed 7.5 x 0.0864; (2 - (16 + 72.25)) / 2.
+    ASSERT_TRUE(steps[1]);
+    EXPECT_FLOAT_EQ(steps[1]->measured_volume, 1.728F);
+    EXPECT_EQ(steps[1]->average_measured, 10.0F);
+    EXPECT_FLOAT_EQ(steps[1]->computed_volume, 0.648F);
+    EXPECT_EQ(steps[1]->average_computed, 3.75F);
+    EXPECT_FLOAT_EQ(steps[1]->volume_difference.value(), 62.5F);
+    EXPECT_EQ(steps[1]->r2.value(), -43.125F);
+    // 132.5 x 0.0864; (2 - (46² + 66.5²)) / 2.
+    ASSERT_TRUE(steps[2]);
+    EXPECT_FLOAT_EQ(steps[2]->measured_volume, 1.728F);
+    EXPECT_FLOAT_EQ(steps[2]->computed_volume, 11.448F);
+    EXPECT_EQ(steps[2]->average_computed, 66.25F);
+    EXPECT_FLOAT_EQ(steps[2]->volume_difference.value(), -562.5F);
+    EXPECT_EQ(steps[2]->r2.value(), -3268.125F);
+    // 40 x 0.0864, 397.65625 x 0.0864; (4 - (79.75² + 108.375² + 100.6875² + 68.84375²)) / 4.
+    ASSERT_TRUE(steps[3]);
+    EXPECT_FLOAT_EQ(steps[3]->measured_volume, 3.456F);
+    EXPECT_FLOAT_EQ(steps[3]->computed_volume, 34.3575F);
+    EXPECT_EQ(steps[3]->average_computed, 99.4140625F);
+    EXPECT_FLOAT_EQ(steps[3]->volume_difference.value(), -894.140625F);
+    EXPECT_NEAR(steps[3]->r2.value(), -8244.659F, 0.002F);
+    EXPECT_FALSE(steps[4]);
+    EXPECT_FALSE(steps[5]);
+    // The measured discharge of step 6 is the computed one of step 3. 290.625 x 0.0864.
+    ASSERT_TRUE(steps[6]);
+    EXPECT_EQ(steps[6]->measured_volume, steps[3]->computed_volume);
+    EXPECT_EQ(steps[6]->average_measured, 99.4140625F);
+    EXPECT_FLOAT_EQ(steps[6]->computed_volume, 25.11F);
+    EXPECT_EQ(steps[6]->average_computed, 72.65625F);
+    EXPECT_FALSE(steps[6]->volume_difference);
+    EXPECT_FALSE(steps[6]->r2);
+}
+
+/// Winter, summer and year of a row; nothing for an empty cell.
+using Cells = std::vector<std::optional<float>>;
+
+Cells cells(const ClimateState& climate, SummaryRow row) {
+    return {climate.summary(row, SummarySeason::Winter), climate.summary(row, SummarySeason::Summer),
+            climate.summary(row, SummarySeason::Year)};
+}
+
+TEST_F(ClimateStepsTest, SummaryCellsFillWithTheirStepsAndTheYearIsWhatThereIs) {
+    const std::optional<float> none;
+    for (const SummaryRow row : {SummaryRow::Measured, SummaryRow::Computed, SummaryRow::ClimateAffected})
+        EXPECT_EQ(cells(climate, row), (Cells{none, none, none}));
+    run_to(1);
+    const float measured = climate.statistics[1]->measured_volume;
+    EXPECT_EQ(cells(climate, SummaryRow::Measured), (Cells{measured, none, measured}));
+    EXPECT_EQ(cells(climate, SummaryRow::ClimateAffected), (Cells{none, none, none}));
+    run_to(2, 2);
+    const float changed = climate.statistics[2]->computed_volume;
+    EXPECT_EQ(cells(climate, SummaryRow::Measured), (Cells{measured, none, measured}));
+    EXPECT_EQ(cells(climate, SummaryRow::ClimateAffected), (Cells{changed, none, changed}));
+    run_to(5, 3);
+    EXPECT_EQ(cells(climate, SummaryRow::ClimateAffected), (Cells{changed, none, changed}));
+    run_to(6, 6);
+    const auto expect_row = [&](SummaryRow row, float winter, float summer) {
+        const Cells filled = cells(climate, row);
+        EXPECT_FLOAT_EQ(filled[0].value(), winter);
+        EXPECT_FLOAT_EQ(filled[1].value(), summer);
+        EXPECT_FLOAT_EQ(filled[2].value(), winter + summer);
+    };
+    // 20 and 40, 7.5 and 397.65625, 132.5 and 290.625 m³/s for a day, x 0.0864.
+    expect_row(SummaryRow::Measured, 1.728F, 3.456F);
+    expect_row(SummaryRow::Computed, 0.648F, 34.3575F);
+    expect_row(SummaryRow::ClimateAffected, 11.448F, 25.11F);
+}
+
+}  // namespace
+}  // namespace nivora
