@@ -91,10 +91,8 @@ frmNVR::frmNVR(const WindowContext& context)
     }
     connect(simulation_grid_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this] { row_selected(); });
-    // The active row may be one that is not selected, after another one was deleted.
-    connect(simulation_grid_, &QAbstractItemView::pressed, this, [this] {
-        if (!session().basin.current_row) row_selected();
-    });
+    // A click on the active row selects it, too: it may be the only one, or one that is not selected yet.
+    connect(simulation_grid_, &QAbstractItemView::pressed, this, [this] { row_selected(); });
     resize(1000, 720);
     if (context.quick_help.is_on()) quick_help_changed(true);
 }

@@ -188,6 +188,11 @@ void frmNVR::delete_simulation() {
         session().dialogs.stop(error.what());
     }
     refresh_main_window();
+    // The last row becomes the active one, and is not selected.
+    const bool filling = std::exchange(filling_, true);
+    simulation_grid_->selectionModel()->setCurrentIndex(simulations_->index(simulations_->rowCount() - 1, 0),
+                                                        QItemSelectionModel::NoUpdate);
+    filling_ = filling;
 }
 
 /// Brings buttons and menus in line with the grid, and with the row that was defined.
