@@ -1,5 +1,6 @@
 // Sets the users manual: nivora_manual <manual.pdf> <folder of pictures> <chapter.md>...
 
+#include <QAbstractTextDocumentLayout>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -14,13 +15,19 @@
 #include <QTextDocument>
 #include <QTextFrame>
 #include <QTextTable>
+#include <cmath>
 #include <iostream>
+#include <memory>
+#include <numeric>
+#include <set>
 
 namespace {
 
 constexpr int k_resolution = 300;
 constexpr double k_margin_mm = 20.0;
 constexpr double k_text_points = 10.0;
+constexpr double k_small_text_points = 7.0;
+constexpr int k_columns_in_full_size = 8;
 
 /// A page's text area, in the points in which the document is laid out.
 struct Page {
@@ -103,22 +110,122 @@ void set_styles(QTextDocument& document) {
     }
 }
 
-void set_tables(QTextFrame* frame) {
+/// The letters of a table with many columns.
+void set_small(QTextTable* table) {
+    QTextCursor cursor = table->firstCursorPosition();
+    cursor.setPosition(table->lastCursorPosition().position(), QTextCursor::KeepAnchor);
+    QTextCharFormat letters;
+    letters.setFontPointSize(k_small_text_points);
+    cursor.mergeCharFormat(letters);
+}
+
+/// Gives each column the room of its longest word, and shares the rest by the amount of text. With one width
+/// for all, a column of long texts beside short ones makes a table of many pages.
+void set_widths(QTextTable* table, QTextTableFormat& format, const Page& page) {
+    const double letters_a_line = page.width / (k_text_points * 0.62);
+    std::vector<double> needed;
+    std::vector<double> text;
+    for (int column = 0; column < table->columns(); ++column) {
+        qsizetype longest = 3;
+        double letters = 1.0;
+        for (int row = 0; row < table->rows(); ++row) {
+            const QString cell = table->cellAt(row, column).firstCursorPosition().block().text();
+            letters += static_cast<double>(cell.size());
+            for (const QString& word : cell.split(QLatin1Char(' '))) longest = std::max(longest, word.size());
+        }
+        needed.push_back(100.0 * std::min(static_cast<double>(longest) + 2.0, letters_a_line / 3.0) /
+                         letters_a_line);
+        text.push_back(std::sqrt(letters));
+    }
+    const double all_needed = std::accumulate(needed.begin(), needed.end(), 0.0);
+    const double all_text = std::accumulate(text.begin(), text.end(), 0.0);
+    if (all_needed >= 100.0) return;
+    QList<QTextLength> widths;
+    for (std::size_t i = 0; i < needed.size(); ++i) {
+        const double width = needed[i] + (100.0 - all_needed) * text[i] / all_text;
+        widths << QTextLength(QTextLength::PercentageLength, width);
+    }
+    format.setColumnWidthConstraints(widths);
+}
+
+void set_tables(QTextFrame* frame, const Page& page) {
     for (QTextFrame* child : frame->childFrames()) {
         if (auto* table = qobject_cast<QTextTable*>(child)) {
             QTextTableFormat format = table->format();
             format.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
-            format.setBorder(0.5);
-            format.setBorderBrush(QColor(150, 150, 150));
+            format.setBorder(1.0);  // half a point rounds to no line at all
+            format.setBorderBrush(QColor(190, 190, 190));
             format.setBorderCollapse(true);
             format.setCellPadding(3.0);
             format.setHeaderRowCount(1);
             format.setWidth(QTextLength(QTextLength::PercentageLength, 100));
             format.setTopMargin(4.0);
             format.setBottomMargin(8.0);
+            set_widths(table, format, page);
             table->setFormat(format);
+            if (table->columns() > k_columns_in_full_size) set_small(table);
         }
-        set_tables(child);
+        set_tables(child, page);
+    }
+}
+
+/// A chapter laid out on its pages, with page breaks before some of its blocks.
+std::unique_ptr<QTextDocument> laid_out(const QString& chapter, const QString& folder, const Page& page,
+                                        const std::set<int>& breaks, bool& complete) {
+    auto document = std::make_unique<QTextDocument>();
+    QFont font(QStringLiteral("DejaVu Sans"));
+    font.setPointSizeF(k_text_points);
+    document->setDefaultFont(font);
+    document->setDocumentMargin(0.0);
+    document->setMarkdown(chapter);
+    // Only now, since a new text drops the pictures of the one before.
+    complete = add_pictures(*document, chapter, folder);
+    fit_pictures(*document, page);
+    set_styles(*document);
+    set_tables(document->rootFrame(), page);
+    for (const int number : breaks) {
+        const QTextBlock block = document->findBlockByNumber(number);
+        QTextBlockFormat format = block.blockFormat();
+        format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
+        QTextCursor(block).setBlockFormat(format);
+    }
+    document->setPageSize(QSizeF(page.width, page.height));
+    return document;
+}
+
+/// Whether a line makes sense only with what stands behind it: a heading, or a text that ends in a colon.
+bool leads_on(const QTextBlock& block) {
+    return block.blockFormat().headingLevel() > 0 || block.text().endsWith(QLatin1Char(':'));
+}
+
+/// The number of the first block, behind those that were moved already, that leads on to another page; of a
+/// heading with such a block right behind it, the heading. -1 where there is none.
+int left_alone(const QTextDocument& document, const Page& page, const std::set<int>& breaks) {
+    const auto page_of = [&](double y) { return static_cast<int>(y / page.height); };
+    const auto place = [&](const QTextBlock& block) {
+        return document.documentLayout()->blockBoundingRect(block);
+    };
+    for (QTextBlock block = document.begin().next(); block.isValid(); block = block.next()) {
+        const QTextBlock next = block.next();
+        if (!leads_on(block) || !next.isValid() || breaks.contains(block.blockNumber())) continue;
+        if (page_of(place(block).bottom() - 1.0) >= page_of(place(next).top() + 1.0)) continue;
+        QTextBlock first = block;
+        while (first.previous().blockNumber() > 0 && leads_on(first.previous())) first = first.previous();
+        if (!breaks.contains(first.blockNumber())) return first.blockNumber();
+    }
+    return -1;
+}
+
+/// The chapter with no heading as the last line of a page. It is laid out from the beginning after each one
+/// that was moved: a change of a layout that stands already loses blocks.
+std::unique_ptr<QTextDocument> set_chapter(const QString& chapter, const QString& folder, const Page& page,
+                                           bool& complete) {
+    std::set<int> breaks;
+    for (;;) {
+        auto document = laid_out(chapter, folder, page, breaks, complete);
+        const int number = left_alone(*document, page, breaks);
+        if (number < 0) return document;
+        breaks.insert(number);
     }
 }
 
@@ -171,18 +278,10 @@ int main(int argc, char** argv) {
     bool complete = true;
     int number = 0;
     for (const QString& chapter : chapters) {
-        QTextDocument document;
-        QFont font(QStringLiteral("DejaVu Sans"));
-        font.setPointSizeF(k_text_points);
-        document.setDefaultFont(font);
-        document.setDocumentMargin(0.0);
-        complete = add_pictures(document, chapter, arguments.at(2)) && complete;
-        document.setMarkdown(chapter);
-        fit_pictures(document, page);
-        set_styles(document);
-        set_tables(document.rootFrame());
-        document.setPageSize(QSizeF(page.width, page.height));
-        number = draw_chapter(document, painter, writer, page, number);
+        bool has_pictures = false;
+        const auto document = set_chapter(chapter, arguments.at(2), page, has_pictures);
+        complete = has_pictures && complete;
+        number = draw_chapter(*document, painter, writer, page, number);
     }
     return complete ? 0 : 1;
 }
