@@ -26,6 +26,7 @@ namespace {
 constexpr int k_resolution = 300;
 constexpr double k_margin_mm = 20.0;
 constexpr double k_text_points = 10.0;
+constexpr double k_code_points = 8.0;
 constexpr double k_small_text_points = 7.0;
 constexpr int k_columns_in_full_size = 8;
 
@@ -103,11 +104,29 @@ void set_styles(QTextDocument& document) {
             cursor.mergeCharFormat(letters);
             format.setTopMargin(heading == 1 ? 0.0 : 12.0);
             format.setBottomMargin(6.0);
+        } else if (format.nonBreakableLines()) {
+            // Lines of a program or of a shell: small, and broken rather than cut at the margin.
+            cursor.select(QTextCursor::BlockUnderCursor);
+            QTextCharFormat letters;
+            letters.setFontPointSize(k_code_points);
+            cursor.mergeCharFormat(letters);
+            format.setNonBreakableLines(false);
         } else if (!block.textList()) {
             format.setBottomMargin(6.0);
         }
-        cursor.setBlockFormat(format);
+        // With a cursor of its own: a selected block begins with the end of the one before, which would get
+        // the format too.
+        QTextCursor(block).setBlockFormat(format);
     }
+}
+
+/// Whether a table has a head; Markdown has none without, so that a table without one begins with an empty
+/// row.
+bool has_head(const QTextTable& table) {
+    for (int column = 0; column < table.columns(); ++column) {
+        if (!table.cellAt(0, column).firstCursorPosition().block().text().isEmpty()) return true;
+    }
+    return false;
 }
 
 /// The letters of a table with many columns.
@@ -151,13 +170,15 @@ void set_widths(QTextTable* table, QTextTableFormat& format, const Page& page) {
 void set_tables(QTextFrame* frame, const Page& page) {
     for (QTextFrame* child : frame->childFrames()) {
         if (auto* table = qobject_cast<QTextTable*>(child)) {
+            const bool headed = has_head(*table);
+            if (!headed) table->removeRows(0, 1);
             QTextTableFormat format = table->format();
             format.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
             format.setBorder(1.0);  // half a point rounds to no line at all
             format.setBorderBrush(QColor(190, 190, 190));
             format.setBorderCollapse(true);
             format.setCellPadding(3.0);
-            format.setHeaderRowCount(1);
+            format.setHeaderRowCount(headed ? 1 : 0);
             format.setWidth(QTextLength(QTextLength::PercentageLength, 100));
             format.setTopMargin(4.0);
             format.setBottomMargin(8.0);
@@ -201,14 +222,15 @@ bool leads_on(const QTextBlock& block) {
 /// The number of the first block, behind those that were moved already, that leads on to another page; of a
 /// heading with such a block right behind it, the heading. -1 where there is none.
 int left_alone(const QTextDocument& document, const Page& page, const std::set<int>& breaks) {
-    const auto page_of = [&](double y) { return static_cast<int>(y / page.height); };
-    const auto place = [&](const QTextBlock& block) {
-        return document.documentLayout()->blockBoundingRect(block);
+    // A line may be moved to the page behind the one on which its block begins.
+    const auto page_of = [&](const QTextBlock& block, int line) {
+        const double top = document.documentLayout()->blockBoundingRect(block).top();
+        return static_cast<int>((top + block.layout()->lineAt(line).y() + 1.0) / page.height);
     };
     for (QTextBlock block = document.begin().next(); block.isValid(); block = block.next()) {
         const QTextBlock next = block.next();
         if (!leads_on(block) || !next.isValid() || breaks.contains(block.blockNumber())) continue;
-        if (page_of(place(block).bottom() - 1.0) >= page_of(place(next).top() + 1.0)) continue;
+        if (page_of(block, block.layout()->lineCount() - 1) >= page_of(next, 0)) continue;
         QTextBlock first = block;
         while (first.previous().blockNumber() > 0 && leads_on(first.previous())) first = first.previous();
         if (!breaks.contains(first.blockNumber())) return first.blockNumber();
@@ -223,6 +245,7 @@ std::unique_ptr<QTextDocument> set_chapter(const QString& chapter, const QString
     std::set<int> breaks;
     for (;;) {
         auto document = laid_out(chapter, folder, page, breaks, complete);
+        document->documentLayout()->documentSize();  // which lays it out to its end
         const int number = left_alone(*document, page, breaks);
         if (number < 0) return document;
         breaks.insert(number);
