@@ -125,7 +125,6 @@ StepOutcome outcome_of(bool done) { return done ? StepOutcome::Done : StepOutcom
 /// Step 1 on results that the user edited by hand.
 StepOutcome first_step_on_results(BasinDatabase& database, ClimateContext context) {
     context.run.run.ScenarioName = k_auxiliary;
-    if (!reuse_confirmed(context)) return StepOutcome::Refused;
     SimResults results = load_results(database);
     Clear_CC_Work_Columns(results);
     const bool reached_end = run_model(results, context);
@@ -152,15 +151,21 @@ StepOutcome first_step_on_scenario(BasinDatabase& database, ClimateContext conte
     return outcome_of(reached_end && stored);
 }
 
-StepOutcome first_step(BasinDatabase& database, ClimateContext context) {
+/// @param before what to go back to where the step does not start
+StepOutcome first_step(BasinDatabase& database, ClimateContext context, const RunState& before) {
     RunState& run = context.run.run;
+    const ClimateState climate_before = context.climate;
     run.RunKind = k_year_round_simulation;
     run.UpdateInterval = 0;
     clear_sums(run);
     context.climate.statistics = {};
-    if (!take_scenario(database, context)) return StepOutcome::Refused;
-    return context.climate.reuse_results ? first_step_on_results(database, context)
-                                         : first_step_on_scenario(database, context);
+    const bool reuses = context.climate.reuse_results;
+    if (!take_scenario(database, context) || (reuses && !reuse_confirmed(context))) {
+        run = before;
+        context.climate = climate_before;
+        return StepOutcome::Refused;
+    }
+    return reuses ? first_step_on_results(database, context) : first_step_on_scenario(database, context);
 }
 
 bool second_step(SimResults& results, ClimateContext context) {
@@ -275,7 +280,8 @@ std::optional<float> ClimateState::summary(SummaryRow row, SummarySeason season)
 }
 
 void begin_climate(ClimateContext context) {
-    // What plots and the printed scenario need stays: the results may still be those of the evaluation before.
+    // What plots and the printed scenario need stays: the results may still be those of the evaluation
+    // before.
     ClimateState fresh;
     fresh.ScenarioComments = context.climate.ScenarioComments;
     fresh.SummerStartDate = context.climate.SummerStartDate;
@@ -283,11 +289,12 @@ void begin_climate(ClimateContext context) {
 }
 
 StepOutcome run_climate_step(ClimateContext context, int step) {
+    const RunState before = context.run.run;
     context.run.run.ClimateStep = step;
     StepOutcome outcome = StepOutcome::Suspended;
     try {
         BasinDatabase database{context.run.basin.Work_File, Access::ReadWrite};
-        outcome = step == 1 ? first_step(database, context) : later_step(database, context, step);
+        outcome = step == 1 ? first_step(database, context, before) : later_step(database, context, step);
     } catch (const StoreError& error) {
         context.run.dialogs.stop(error.what());
     }

@@ -11,7 +11,9 @@ namespace nivora {
 
 /// How a step ended.
 enum class StepOutcome {
-    Refused,    ///< by its own checks or questions, before the model ran
+    /// By its own checks or questions, before the model ran. Where the results were not touched the run's
+    /// values, the step among them, are those before it.
+    Refused,
     Suspended,  ///< cancelled or failed, which was said; it can be taken again
     Done
 };

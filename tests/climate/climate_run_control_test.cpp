@@ -108,6 +108,7 @@ TEST_F(ClimateControlTest, AWinterThatEndsBeforeTheSimulationIsRefused) {
     EXPECT_FALSE(basin.Output_Valid);
     EXPECT_FALSE(basin.Basin_Changed);
     EXPECT_EQ(climate.steps_done, 0);
+    EXPECT_EQ(run.ClimateStep, 0);  // no climate run goes on
     BasinDatabase database{file, Access::ReadOnly};
     EXPECT_FALSE(database.has_table("SimResults"));
 }

@@ -96,6 +96,14 @@ TEST_F(ReusedResultsTest, NoLeavesTheResultsAndTheFlagsAsTheyWere) {
     EXPECT_EQ(run.LastRunSimulation, "Test");
     EXPECT_EQ(climate.steps_done, 0);
     EXPECT_EQ(dialogs.messages().size(), 1U);  // and no word that it was cancelled
+    // The results are still those of the evaluation before, of its summer and under its name.
+    EXPECT_EQ(run.ClimateStep, 6);
+    EXPECT_EQ(run.RunStart, date_of(2001, 4, 1));
+    EXPECT_EQ(run.RunEnd, date_of(2001, 4, 4));
+    EXPECT_EQ(run.ScenarioName, "Warmer");
+    EXPECT_EQ(run.ClimateSums[1][2][1], 1.0F);
+    end_climate(context(), false);
+    EXPECT_TRUE(basin.Output_Valid);
 }
 
 TEST_F(ReusedResultsTest, AScenarioOfItsOwnBuildsTheResultsAnew) {
@@ -147,6 +155,7 @@ protected:
         EXPECT_FALSE(basin.Output_Valid);
         EXPECT_EQ(climate.steps_done, 0);
         EXPECT_FALSE(climate.statistics[1]);
+        EXPECT_EQ(run.ClimateStep, 1);  // the results are built anew: no others stand in the file
     }
 };
 

@@ -246,10 +246,7 @@ void frmCtrlClim::after_step(int step, StepOutcome outcome) {
     } else {
         box->setEnabled(true);
         box->setChecked(false);
-        if (outcome == StepOutcome::Refused) {
-            allow_choice(true);
-            set_caption(0);
-        }
+        if (outcome == StepOutcome::Refused) refused();
     }
     updating_ = false;
     if (outcome == StepOutcome::Refused) return;
@@ -257,6 +254,18 @@ void frmCtrlClim::after_step(int step, StepOutcome outcome) {
     show_summary();
     if (step == k_climate_steps) finished();
     session().desktop.refresh_main_window();
+}
+
+/// After a step 1 that did not start. Results that were built anew hold no changes made by hand, so they can
+/// be reused only where that was chosen.
+void frmCtrlClim::refused() {
+    allow_choice(true);
+    reuse_->setEnabled(reuse_->isChecked());
+    if (session().run.ClimateStep != 1) {
+        buttons_[k_done]->setEnabled(true);
+        buttons_[k_abort]->setEnabled(false);
+    }
+    set_caption(0);
 }
 
 /// After step 6, also one that was cancelled: what there is can be read and left by Done.

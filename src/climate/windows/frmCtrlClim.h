@@ -46,6 +46,7 @@ private:
     void step_clicked(int index);
     void run_step(int step);
     void after_step(int step, StepOutcome outcome);
+    void refused();
     void finished();
     void show_summary();
     void show_statistics(int step);
