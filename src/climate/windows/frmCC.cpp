@@ -59,6 +59,12 @@ frmCC::frmCC(const WindowContext& context, QWidget* parent)
     resize(860, 640);
 }
 
+/// What still shows is hidden while the sheet and the scenarios, which the grid draws from, are there.
+frmCC::~frmCC() {
+    finished_ = true;
+    hide();
+}
+
 QWidget* frmCC::make_head() {
     auto* frame = new QGroupBox(
         QStringLiteral("Existing Scenarios for ") + to_qt(session().basin.Current_Sim_Name), this);
@@ -170,10 +176,20 @@ bool frmCC::open() {
 }
 
 void frmCC::read_scenarios(const std::string& shown) {
+    std::vector<Scenario> found;
     {
         BasinDatabase database{session().basin.Work_File, Access::ReadWrite};
-        scenarios_ = open_scenarios(database, session().basin.Current_Sim_Name, session().dialogs);
+        found = open_scenarios(database, session().basin.Current_Sim_Name, session().dialogs);
     }
+    // What was typed into the scenarios that remain goes on waiting for Done.
+    for (Scenario& scenario : found) {
+        const auto typed = std::find_if(scenarios_.begin(), scenarios_.end(), [&](const Scenario& before) {
+            return before.index.scenario == scenario.index.scenario;
+        });
+        if (typed != scenarios_.end()) scenario = *typed;
+    }
+    rows_->show(nullptr);
+    scenarios_ = std::move(found);
     filling_ = true;
     chooser_->clear();
     int at = 0;
@@ -249,7 +265,7 @@ bool frmCC::store_all() {
         BasinDatabase database{session().basin.Work_File, Access::ReadWrite};
         database.in_transaction([&] {
             for (Scenario& scenario : scenarios_) {
-                while (!scenario.rows.empty() && is_blank(scenario.rows.back())) scenario.rows.pop_back();
+                std::erase_if(scenario.rows, is_blank);
                 store_scenario(database, scenario);
             }
             return true;
@@ -261,9 +277,7 @@ bool frmCC::store_all() {
     }
 }
 
-/// New acts on the file at once; what was typed into other scenarios goes there with it.
 void frmCC::add_scenario() {
-    if (edited_ && !store_all()) return;
     try {
         std::optional<std::string> name;
         {
@@ -282,7 +296,7 @@ void frmCC::add_scenario() {
 
 void frmCC::remove_scenario() {
     const Scenario* scenario = current();
-    if (scenario == nullptr || (edited_ && !store_all())) return;
+    if (scenario == nullptr) return;
     try {
         bool gone = false;
         {

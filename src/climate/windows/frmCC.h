@@ -24,6 +24,7 @@ class frmCC : public NivoraWindow {
 
 public:
     explicit frmCC(const WindowContext& context, QWidget* parent = nullptr);
+    ~frmCC() override;
 
     /// Reads the sheet and the scenarios, and asks for a first one where there is none. @return false where
     /// the sheet or the basin can't be read, which was shown

@@ -28,6 +28,8 @@ public:
     [[nodiscard]] QString text(int row, int column) const override;
     [[nodiscard]] QString whole_text(int row, int column) const override;
     [[nodiscard]] QString header(int column) const override;
+    /// A row that was cut is a blank one, which no scenario keeps.
+    [[nodiscard]] QString cleared_text(int /*row*/, int /*column*/) const override { return {}; }
 
 protected:
     [[nodiscard]] bool put(int row, int column, const QString& text) override;
