@@ -185,6 +185,9 @@ void take_zones(LegacyText& text, HeaderItems& items, LegacyFile& file) {
         const auto item = static_cast<std::size_t>(26 + 2 * pair);
         read_item(text, items, item);
         read_item(text, items, item + 1);
+        // The pairs of zones that the basin does not have may be blank.
+        const bool blank = trimmed(items.text[item]).empty() && trimmed(items.text[item + 1]).empty();
+        if (pair > zones && blank) continue;
         const LegacyZone zone{number(items, item, "the area of a zone"),
                               number(items, item + 1, "the elevation of a zone")};
         if (pair <= zones) file.zones.push_back(zone);

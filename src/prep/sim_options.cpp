@@ -259,6 +259,8 @@ bool accept_sim_options(const PrepContext& context, BasinDatabase& database, Sim
     Simulation* row = go_to_row(basin, prep.SimOptions_Mode, form);
     if (row == nullptr) return invalid_data(context.dialogs);
     write_cells_up_to_units(*row, form, *period);
+    basin.Input_Changed = true;
+    basin.Basin_Changed = true;
     // A row that was grown stays where the user has second thoughts about the units; it is meant so.
     if (!units_settled(context, *row)) return false;
     write_other_cells(*row, form);
@@ -272,8 +274,6 @@ bool accept_sim_options(const PrepContext& context, BasinDatabase& database, Sim
     } catch (const std::invalid_argument&) {
         return invalid_data(context.dialogs);
     }
-    basin.Input_Changed = true;
-    basin.Basin_Changed = true;
     basin.Current_Sim_Name = form.name;
     basin.Current_Start = period->start;
     basin.Current_End = period->end;

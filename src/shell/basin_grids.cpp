@@ -2,6 +2,7 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "prep/simulation_grid.h"
 #include "session/main_window_rules.h"
 #include "widgets/qt_text.h"
 
@@ -73,7 +74,19 @@ int SimulationModel::columnCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : k_simulation_columns;
 }
 
-CellFormat SimulationModel::format(int /*row*/, int /*column*/) const { return {}; }
+CellFormat SimulationModel::format(int /*row*/, int column) const {
+    QStringList items;
+    for (const std::string& item : simulation_list(column + 1)) items << to_qt(item);
+    if (!items.isEmpty()) return {.kind = CellFormat::Kind::List, .items = items};
+    switch (column + 1) {
+        case 1:
+        case 17: return {};
+        case 2: return {.kind = CellFormat::Kind::Integer};
+        case 3:
+        case 4: return {.kind = CellFormat::Kind::Date};
+        default: return {.kind = CellFormat::Kind::Number};
+    }
+}
 
 QString SimulationModel::text(int row, int column) const {
     return to_qt(session_.basin.simulations.at(static_cast<std::size_t>(row)).text(column + 1));
@@ -83,10 +96,16 @@ QString SimulationModel::header(int column) const {
     return to_qt(simulation_header(column + 1, session_.basin.Units_Code));
 }
 
-bool SimulationModel::locked(int /*row*/, int /*column*/) const { return true; }
+/// The name is that of the parameter table.
+bool SimulationModel::locked(int /*row*/, int column) const { return column == 0; }
+
+QString SimulationModel::cleared_text(int /*row*/, int /*column*/) const { return {}; }
 
 QColor SimulationModel::text_colour(int /*row*/, int /*column*/) const { return {0, 0, 255}; }
 
-bool SimulationModel::put(int /*row*/, int /*column*/, const QString& /*text*/) { return false; }
+bool SimulationModel::put(int row, int column, const QString& text) {
+    return edit_simulation_cell({session_.basin, session_.prep, session_.dialogs},
+                                static_cast<std::size_t>(row), column + 1, from_qt(text));
+}
 
 }  // namespace nivora

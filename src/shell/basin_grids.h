@@ -45,6 +45,7 @@ public:
     [[nodiscard]] QString text(int row, int column) const override;
     [[nodiscard]] QString header(int column) const override;
     [[nodiscard]] bool locked(int row, int column) const override;
+    [[nodiscard]] QString cleared_text(int row, int column) const override;
     [[nodiscard]] QColor text_colour(int row, int column) const override;
 
 protected:

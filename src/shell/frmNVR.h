@@ -78,7 +78,7 @@ private:
     void toggle_snow();
     void show_time_lag();
     void show_definition();
-    void show_added(bool defined);
+    void show_added(bool defined, std::optional<std::size_t> row_before);
     void import_file();
     template <typename Choose>
     void follow(Choose choose);

@@ -196,27 +196,32 @@ void frmNVR::delete_simulation() {
 }
 
 /// Brings buttons and menus in line with the grid, and with the row that was defined.
-void frmNVR::show_added(bool defined) {
+void frmNVR::show_added(bool defined, std::optional<std::size_t> row_before) {
     Repaint_Sim_Grid(session());
-    if (defined && session().basin.current_row)
-        choose_simulation_row(session(), *session().basin.current_row);
+    // A definition that was refused in the end may have grown or changed its row.
+    const auto row = session().basin.current_row;
+    if (!row || (!defined && row == row_before)) return;
+    choose_simulation_row(session(), *row);
+    edited_simulation(session());
 }
 
 /// Shows the window of the definition at hand, and the grid with what came of it.
 void frmNVR::show_definition() {
+    const auto row_before = session().basin.current_row;
     SimOptions window(context(), nullptr);
     if (!window.open()) return;
     window.show_modal();
-    show_added(window.accepted());
+    show_added(window.accepted(), row_before);
     refresh_main_window();
 }
 
 void frmNVR::import_file() {
     if (!life_.import_file()) return;
     refresh_main_window();
+    const auto row_before = session().basin.current_row;
     SimOptions window(context(), nullptr);
     if (window.open()) window.show_modal();
-    show_added(window.accepted());
+    show_added(window.accepted(), row_before);
     life_.imported();
 }
 

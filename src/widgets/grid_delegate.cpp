@@ -12,9 +12,11 @@ namespace {
 
 /// What a number may look like while it is typed, with a point in every locale.
 QValidator* number_validator(CellFormat::Kind kind, QObject* parent) {
+    // A comma, or a point in a whole number, may be typed and makes a text that no cell takes: dropped, it
+    // would leave another number.
     const QString pattern = kind == CellFormat::Kind::Integer
-                                ? QStringLiteral("-?[0-9]*")
-                                : QStringLiteral("-?[0-9]*\\.?[0-9]*([eE][-+]?[0-9]*)?");
+                                ? QStringLiteral("-?[0-9.,]*")
+                                : QStringLiteral("-?[0-9,]*\\.?[0-9,]*([eE][-+]?[0-9]*)?");
     return new QRegularExpressionValidator(QRegularExpression(pattern), parent);
 }
 

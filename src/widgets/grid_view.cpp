@@ -81,13 +81,22 @@ void GridView::copy() const {
 
 void GridView::cut() {
     const CellRange range = block();
-    if (range.rows() <= 0) return;
+    if (range.rows() <= 0 || all_locked(range)) return;
     copy();
     for (int row = range.first_row; row <= range.last_row; ++row) {
         for (int column = range.first_column; column <= range.last_column; ++column)
             static_cast<void>(cells_->take(row, column, cells_->cleared_text(row, column)));
     }
     cells_->changed_block(range.first_row, range.first_column, range.last_row, range.last_column);
+}
+
+bool GridView::all_locked(const CellRange& range) const {
+    for (int row = range.first_row; row <= range.last_row; ++row) {
+        for (int column = range.first_column; column <= range.last_column; ++column) {
+            if (!cells_->locked(row, column)) return false;
+        }
+    }
+    return true;
 }
 
 PasteOutcome GridView::put_block(const CellBlock& copied, const CellRange& target) {
@@ -150,6 +159,7 @@ bool GridView::edit_key(const QKeyEvent* event) {
         paste();
     } else if (event->key() == Qt::Key_Delete && event->modifiers() == Qt::NoModifier && clears_) {
         cut();
+        QApplication::beep();
     } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         const QModelIndex below = currentIndex().siblingAtRow(currentIndex().row() + 1);
         if (below.isValid()) setCurrentIndex(below);

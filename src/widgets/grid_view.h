@@ -75,6 +75,7 @@ private:
     void leave(const QModelIndex& cell);
     void focus_moved(const QWidget* from, const QWidget* to);
     bool edit_key(const QKeyEvent* event);
+    [[nodiscard]] bool all_locked(const CellRange& range) const;
     PasteOutcome put_block(const std::vector<std::vector<std::string>>& copied, const CellRange& target);
     [[nodiscard]] int measured_width(int column) const;
     void fit_header();

@@ -272,6 +272,17 @@ TEST(LegacyZones, APairBehindTheLastZoneIsPassedOver) {
     EXPECT_EQ(file.zones[0].area, 40.0);
 }
 
+TEST(LegacyZones, APairBehindTheLastZoneMayBeBlank) {
+    LegacyParts parts;
+    parts.zones = "1";
+    for (std::size_t pair = 1; pair < parts.pairs.size(); ++pair) parts.pairs[pair] = ",";
+    const LegacyFile file = parts.read();
+    ASSERT_EQ(file.zones.size(), 1U);
+    EXPECT_EQ(file.zones[0].area, 40.0);
+    parts.pairs[0] = ",";
+    EXPECT_THAT(refusal(parts), HasSubstr("the area of a zone is no number"));
+}
+
 TEST(LegacyZones, NineAreRefusedAtTheirLine) {
     LegacyParts parts;
     parts.zones = "9";

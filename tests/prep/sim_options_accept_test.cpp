@@ -259,7 +259,9 @@ TEST_F(SimOptionsAccept, AMissingParameterTableIsInvalidData) {
     EXPECT_FALSE(accept());
     ASSERT_EQ(messages(), 1U);
     EXPECT_EQ(last_message().text, k_invalid);
-    EXPECT_FALSE(basin_.Basin_Changed);
+    // The row stands in the grid already, and would be lost without a question.
+    EXPECT_EQ(basin_.simulations.size(), 1U);
+    EXPECT_TRUE(basin_.Basin_Changed);
 }
 
 TEST_F(SimOptionsAccept, AWholeParameterTableIsAskedAboutAndACancelKeepsTheWindow) {

@@ -100,11 +100,20 @@ TEST_F(GridTypingTest, LettersDoNotEnterANumberCell) {
     EXPECT_EQ(edits_, 0);
 }
 
-TEST_F(GridTypingTest, APointDoesNotEnterAnIntegerCell) {
-    go_to(2, Column::k_integer);
-    type("4.5");
-    ASSERT_NE(editor(), nullptr);
-    EXPECT_EQ(editor()->text(), QStringLiteral("45"));
+TEST_F(GridTypingTest, APointInAnIntegerAndACommaInAnyNumberAreRefusedAsAWhole) {
+    // A sign that was dropped would leave another number: 45 for 4.5, 15 for 1,5.
+    for (const auto& [column, typed] :
+         {std::pair{Column::k_integer, "4.5"}, std::pair{Column::k_integer, "4,5"},
+          std::pair{Column::k_number, "1,5"}, std::pair{Column::k_number, "1,234.5"}}) {
+        go_to(2, column);
+        const std::string before = at(2, column);
+        refused_.clear();
+        type(typed);
+        key(Qt::Key_Return);
+        EXPECT_EQ(at(2, column), before) << typed;
+        EXPECT_THAT(refused_, ElementsAre(typed));
+    }
+    EXPECT_EQ(edits_, 0);
 }
 
 TEST_F(GridTypingTest, ALoneMinusSignIsRefusedAndTheOldValueStays) {

@@ -294,6 +294,8 @@ bool SimOptions::eventFilter(QObject* watched, QEvent* event) {
         if (((enter && !line_end) || arrow) && move_on(watched, key->key() == Qt::Key_Up ? -1 : 1))
             return true;
     }
+    // While QuickHelp is on, a box that is reached by Tab explains itself as well.
+    if (event->type() == QEvent::FocusIn) explain_widget(static_cast<QWidget*>(watched));
     if (auto* box = qobject_cast<QLineEdit*>(watched); box != nullptr && enters_box(event))
         QTimer::singleShot(0, box, &QLineEdit::selectAll);
     return NivoraWindow::eventFilter(watched, event);

@@ -87,7 +87,12 @@ bool DailyModel::put(int row, int column, const QString& text) {
     // An empty cell is a missing value; leaving such a cell by hand makes it zero.
     auto number = trimmed(typed).empty() ? std::optional<double>{k_missing} : exact_number(typed);
     if (!number) return false;
-    return editor_->set_value(static_cast<std::size_t>(row), static_cast<std::size_t>(column), *number);
+    try {
+        return editor_->set_value(static_cast<std::size_t>(row), static_cast<std::size_t>(column), *number);
+    } catch (const StoreError& error) {
+        fault_ = error.what();
+        return false;
+    }
 }
 
 }  // namespace nivora

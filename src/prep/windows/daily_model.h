@@ -4,6 +4,9 @@
 #include "prep/daily_editor.h"
 #include "widgets/grid_model.h"
 
+#include <string>
+#include <utility>
+
 namespace nivora {
 
 /// One row a day, the columns of the view. Cells show their decimals; an editor and the clipboard get the
@@ -16,6 +19,8 @@ public:
 
     /// Shows the days of an editor, or nothing for null.
     void show(DailyEditor* editor);
+    /// Why the store refused a value since this was last asked; empty where it did not.
+    [[nodiscard]] std::string take_fault() { return std::exchange(fault_, {}); }
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
@@ -37,6 +42,7 @@ private:
     DailyEditor* editor_ = nullptr;
     bool read_only_;
     std::vector<std::string> patterns_;
+    std::string fault_;
 };
 
 }  // namespace nivora

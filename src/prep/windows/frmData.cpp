@@ -15,6 +15,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QSpinBox>
 #include <QStatusBar>
 #include <QVBoxLayout>
@@ -86,7 +87,9 @@ frmData::frmData(const WindowContext& context, QWidget* parent)
     connect(row.buttons[1], &QPushButton::clicked, this, &frmData::cancel);
     connect(row.buttons[3], &QPushButton::clicked, this, &frmData::help);
     connect(zone_, &QSpinBox::valueChanged, this, &frmData::show_zone);
+    connect(days_, &GridModel::refused, this, [this] { tell_fault(); });
     connect(grid_, &GridView::pasted, this, [this](const PasteOutcome& outcome) {
+        if (tell_fault()) return;
         if (const auto problem = paste_problem(outcome)) session().dialogs.message(*problem);
     });
     resize(980, 680);
@@ -165,6 +168,14 @@ bool frmData::open() {
     return true;
 }
 
+/// Says why the store refused what was typed or pasted; false where it did not.
+bool frmData::tell_fault() {
+    const std::string fault = days_->take_fault();
+    if (fault.empty()) return false;
+    session().dialogs.stop(fault);
+    return true;
+}
+
 void frmData::fit_columns() {
     grid_->fit_columns(session().prep.column_widths[static_cast<int>(session().prep.Data_View)]);
 }
@@ -173,12 +184,26 @@ void frmData::show_zone(int zone) {
     grid_->commit_editor();
     const QModelIndex at = grid_->currentIndex();
     const int top = grid_->rowAt(0);
-    if (zone != editor_->zone()) editor_->show_zone(zone);
+    if (zone != editor_->zone() && !read_zone(zone)) return;
     days_->show(editor_.get());
     zone_frame_->setTitle(QStringLiteral("Zone %1 of %2").arg(zone).arg(session().basin.ZoneCount));
     if (!at.isValid() || days_->rowCount() == 0) return;
     grid_->scrollTo(days_->index(std::max(0, top), at.column()), QAbstractItemView::PositionAtTop);
     grid_->setCurrentIndex(days_->index(std::min(at.row(), days_->rowCount() - 1), at.column()));
+}
+
+/// Reads another zone; where it can't be read the one before stays, and all that was changed.
+bool frmData::read_zone(int zone) {
+    const int shown = editor_->zone();
+    try {
+        editor_->show_zone(zone);
+        return true;
+    } catch (const StoreError&) {
+        session().dialogs.stop("Data table corrupt!");
+    }
+    const QSignalBlocker quiet(zone_);
+    zone_->setValue(shown);
+    return false;
 }
 
 void frmData::mass_edit(MassEdit edit) {

@@ -33,7 +33,9 @@ private:
     QWidget* make_head();
     void make_menus();
     void show_zone(int zone);
+    [[nodiscard]] bool read_zone(int zone);
     void fit_columns();
+    bool tell_fault();
     void mass_edit(MassEdit edit);
     void done();
     void cancel();

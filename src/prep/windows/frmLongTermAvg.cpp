@@ -49,7 +49,9 @@ frmLongTermAvg::frmLongTermAvg(const WindowContext& context, QWidget* parent)
     explain_status_bar(15);
     make_menus();
     connect(zone_, &QSpinBox::valueChanged, this, &frmLongTermAvg::Show_Zone_Months);
+    connect(months_, &GridModel::refused, this, [this] { tell_fault(); });
     connect(grid_, &GridView::pasted, this, [this](const PasteOutcome& outcome) {
+        if (tell_fault()) return;
         if (const auto problem = paste_problem(outcome)) session().dialogs.message(*problem);
     });
     connect(row.buttons[0], &QPushButton::clicked, this, &frmLongTermAvg::accept);
@@ -97,6 +99,14 @@ void frmLongTermAvg::Show_Zone_Months(int zone) {
     const QModelIndex at = grid_->currentIndex();
     months_->show_zone(averages_.get(), zone);
     if (at.isValid()) grid_->setCurrentIndex(months_->index(at.row(), at.column()));
+}
+
+/// Says why the store refused what was typed or pasted; false where it did not.
+bool frmLongTermAvg::tell_fault() {
+    const std::string fault = months_->take_fault();
+    if (fault.empty()) return false;
+    session().dialogs.stop(fault);
+    return true;
 }
 
 void frmLongTermAvg::recalculate() {

@@ -66,7 +66,12 @@ bool MonthModel::put(int row, int column, const QString& text) {
         taken = static_cast<float>(*number);
         if (!std::isfinite(taken)) return false;
     }
-    averages_->set_value(zone_, row + 1, static_cast<std::size_t>(column - 1), taken);
+    try {
+        averages_->set_value(zone_, row + 1, static_cast<std::size_t>(column - 1), taken);
+    } catch (const StoreError& error) {
+        fault_ = error.what();
+        return false;
+    }
     edited_ = true;
     return true;
 }

@@ -4,6 +4,9 @@
 #include "prep/monthly_averages.h"
 #include "widgets/grid_model.h"
 
+#include <string>
+#include <utility>
+
 namespace nivora {
 
 /// Twelve rows, January first: the month's name, maximum, minimum and average temperature, precipitation.
@@ -16,6 +19,8 @@ public:
     /// Shows a zone of these averages, or nothing for null.
     void show_zone(MonthlyAverages* averages, int zone);
     [[nodiscard]] bool edited_by_user() const { return edited_; }
+    /// Why the store refused a value since this was last asked; empty where it did not.
+    [[nodiscard]] std::string take_fault() { return std::exchange(fault_, {}); }
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
@@ -36,6 +41,7 @@ private:
     MonthlyAverages* averages_ = nullptr;
     int zone_ = 1;
     bool edited_ = false;
+    std::string fault_;
 };
 
 }  // namespace nivora
