@@ -137,11 +137,11 @@ private:
         trigger("mnuFileItem(1)");
         window_->findChild<QTableView*>(QStringLiteral("DBGrid1"))->selectRow(1);
         draw(*window_, "main-window.png");
-        QTimer::singleShot(200, qApp, [this] { draw_top("Results", "results.png"); });
         trigger("mnuRunSimVar(1)");
+        draw_top("Results", "results.png");
         dialogs_.next_picture = "forecast-input.png";
-        QTimer::singleShot(400, qApp, [this] { draw_top("Results", "results-forecast.png"); });
         trigger("mnuRunForVar(1)");
+        draw_top("Results", "results-forecast.png");
         window_->findChild<QToolButton*>(QStringLiteral("btnHelp"))->click();
         window_->explain_widget(window_->findChild<QLineEdit*>(QStringLiteral("Text(3)")));
         draw(*window_, "quickhelp.png");
