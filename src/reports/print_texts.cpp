@@ -1,0 +1,38 @@
+#include "reports/print_texts.h"
+
+#include "reports/page_head.h"
+
+namespace nivora {
+
+std::string daily_values_title(const std::string& simulation) { return "/lSimulation: " + simulation; }
+
+std::string grid_print_header(const std::string& title, const std::string& basin_name, double now) {
+    return "/fb0/cHollin Flow Model (Nivora)/r" + short_date_text(whole_day(now)) + " " + time_text(now) +
+           "/n/cVersion " + k_report_version + "/n/c" + title + "/n/n/nBasin name:   " + basin_name + "/n";
+}
+
+std::string scenario_heading(const ScenarioHeading& heading) {
+    return "/nBasin name:   " + heading.basin_name + "/nSimulation:   " + heading.simulation +
+           "/nClimate Scenario:  " + heading.scenario +
+           "/n/nStarting Date:   " + long_date_text(heading.start) +
+           "/nEnding Date:   " + long_date_text(heading.end) +
+           "/nWinter End Date:  " + long_date_text(heading.winter_end) + "/n/n/fu1Comments/fu0/n" +
+           heading.comments;
+}
+
+std::string scenario_legend() {
+    return "/fb0/lVariable or Parameter - the variable or parameter affected by corresponding edit action/n"
+           "Starting Date - the starting date of the edit action/n"
+           "Ending Date - the ending date of the edit action/n"
+           "Edit action - the climate change modifying action to employ/n"
+           "Edit Factor - the quantative value employed by the edit action/n"
+           "  Signed constant ADDed to each day in the time period (T+4, T-2)/n"
+           "  % constant to multiply each daily P value by (P*1.2)/n"
+           "  # of days to SHIFT forward or backward in time/n"
+           "  Normalize temperature/precipitation using long-term monthly averages)/n"
+           "Zone - the zone or zones affected by the edit/n/n/n/n/n";
+}
+
+std::string scenario_footer(const std::string& basin_file) { return "/fb0/cBasin Filename:  " + basin_file; }
+
+}  // namespace nivora
