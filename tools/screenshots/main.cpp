@@ -187,7 +187,6 @@ private:
     /// The windows in which a basin is made by hand, on the sample.
     void preparing() {
         const WindowContext context{session_, quick_help_, program_};
-        const PrepContext prep{session_.basin, session_.prep, dialogs_};
         frmPopulate populate(context);
         populate.show();
         draw(populate, "populate.png");
@@ -197,24 +196,28 @@ private:
             options.show();
             draw(options, "sim-options.png");
         }
-        for (const auto& [entry, picture] : {std::pair{DataEntry::Parameters, "data-parameters.png"},
-                                             std::pair{DataEntry::Results, "data-results.png"},
-                                             std::pair{DataEntry::Variables, "data-variables.png"}}) {
-            {
-                BasinDatabase database{session_.basin.Work_File, Access::ReadWrite};
-                if (mnuDataOpt_Click(prep, database, entry) != DataOutcome::ShowEditor) continue;
-            }
-            frmData data(context);
-            if (!data.open()) continue;
-            data.show();
-            draw(data, picture);
-            data.close();
-        }
+        draw_data(DataEntry::Parameters, "data-parameters.png");
+        draw_data(DataEntry::Results, "data-results.png");
+        draw_data(DataEntry::Variables, "data-variables.png");
         frmLongTermAvg averages(context);
         if (!averages.open()) return;
         averages.show();
         averages.findChild<QPushButton*>(QStringLiteral("Command1(3)"))->click();
         draw(averages, "long-term-averages.png");
+    }
+
+    /// The daily editor on what an entry of the Data menu prepares.
+    void draw_data(DataEntry entry, const char* picture) {
+        {
+            const PrepContext prep{session_.basin, session_.prep, dialogs_};
+            BasinDatabase database{session_.basin.Work_File, Access::ReadWrite};
+            if (mnuDataOpt_Click(prep, database, entry) != DataOutcome::ShowEditor) return;
+        }
+        frmData data(WindowContext{session_, quick_help_, program_});
+        if (!data.open()) return;
+        data.show();
+        draw(data, picture);
+        data.close();
     }
 
     /// A warmer and wetter scenario of the sample, and its evaluation.
@@ -238,6 +241,8 @@ private:
         if (!scenarios.open()) return;
         scenarios.show();
         draw(scenarios, "climate-scenario.png");
+        QTimer::singleShot(100, qApp, [this] { draw_top("frmData", "climate-variables.png"); });
+        scenarios.findChild<QPushButton*>(QStringLiteral("Command2(3)"))->click();
         scenarios.close();
         frmCtrlClim steps(context);
         if (!steps.open()) return;
@@ -245,7 +250,9 @@ private:
         steps.findChild<QComboBox*>(QStringLiteral("CmboScenario"))->setCurrentIndex(0);
         for (int step = 0; step < k_climate_steps; ++step) {
             steps.findChild<QCheckBox*>(QStringLiteral("Check1(%1)").arg(step))->click();
-            if (step == 1) draw(steps, "climate-run-step2.png");
+            if (step != 1) continue;
+            draw(steps, "climate-run-step2.png");
+            draw_data(DataEntry::Results, "data-read-only.png");
         }
         auto* summary = steps.findChild<QTableView*>(QStringLiteral("vaSpread1"));
         emit summary->clicked(summary->model()->index(2, 2));
