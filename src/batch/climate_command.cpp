@@ -21,26 +21,28 @@ constexpr std::array<std::pair<SummaryRow, const char*>, 3> k_rows{
 constexpr std::array<std::pair<SummarySeason, const char*>, 3> k_seasons{
     {{SummarySeason::Winter, "Winter"}, {SummarySeason::Summer, "Summer"}, {SummarySeason::Year, "Year"}}};
 
-/// Whether the simulation has a scenario of that name; reported where not.
-bool scenario_known(const ClimateCommand& command, const Session& session, BatchDialogs& dialogs) {
+/// The simulation's scenario of that name, in any case, as it is stored; reported where there is none.
+std::optional<std::string> stored_scenario(const ClimateCommand& command, const Session& session,
+                                           BatchDialogs& dialogs) {
     BasinDatabase database{command.basin, Access::ReadOnly};
     std::string names;
     for (const ScenarioIndexRow& row :
          read_table<ScenarioIndexRow>(database, template_table(k_scenario_index))) {
         if (!same_name(row.simulation, session.basin.Current_Sim_Name)) continue;
-        if (row.scenario == command.scenario) return true;
+        if (same_name(row.scenario, command.scenario)) return row.scenario;
         names += (names.empty() ? "'" : ", '") + row.scenario + "'";
     }
     dialogs.report_problem("No such scenario",
                            fmt::format("The simulation '{}' has no scenario '{}'. It has: {}.",
                                        command.simulation, command.scenario, names.empty() ? "none" : names));
-    return false;
+    return std::nullopt;
 }
 
 /// Runs the steps until one is not done.
 bool run_steps(Session& session, const ClimateCommand& command, BatchDialogs& dialogs) {
     if (!select_in(session, command.basin, command.simulation, dialogs)) return false;
-    if (!scenario_known(command, session, dialogs)) return false;
+    const auto scenario = stored_scenario(command, session, dialogs);
+    if (!scenario) return false;
     if (const auto problem = run_menu_problem(session.basin)) dialogs.message(problem->message);
     const ClimateContext context{.run = {session.basin, session.run, dialogs},
                                  .climate = session.climate,
@@ -49,7 +51,7 @@ bool run_steps(Session& session, const ClimateCommand& command, BatchDialogs& di
                                  .now = local_now()};
     dialogs.accept_proposals();
     begin_climate(context);
-    session.climate.scenario = command.scenario;
+    session.climate.scenario = *scenario;
     for (int step = 1; step <= k_climate_steps; ++step) {
         if (run_climate_step(context, step) != StepOutcome::Done) return false;
     }
