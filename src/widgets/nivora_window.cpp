@@ -97,6 +97,15 @@ void NivoraWindow::show_basin_file() {
 
 void NivoraWindow::explain_status_bar(int line) { set_help(basin_file_, line); }
 
+void NivoraWindow::show_status(const QString& text) {
+    if (status_ == nullptr) {
+        status_ = new QLabel(this);
+        status_->setObjectName(QStringLiteral("panel2"));
+        statusBar()->addPermanentWidget(status_);
+    }
+    status_->setText(text);
+}
+
 void NivoraWindow::set_help(QWidget* widget, int line) { widget->setProperty(k_help_line, line); }
 
 void NivoraWindow::show_quick_help(bool on) {

@@ -59,6 +59,8 @@ protected:
     void set_content(QWidget* content);
     /// Gives the basin's file in the status bar its help line.
     void explain_status_bar(int line);
+    /// Shows a text at the right of the status bar.
+    void show_status(const QString& text);
     /// Shows the basin's file in the status bar.
     void show_basin_file();
     /// Shows a message while an element has the colour of refused input.
@@ -85,6 +87,7 @@ private:
     QToolButton* help_button_;
     QTextEdit* strip_;
     QLabel* basin_file_;
+    QLabel* status_ = nullptr;
     QWidget* frame_;
     bool placed_ = false;
     int grown_ = 0;

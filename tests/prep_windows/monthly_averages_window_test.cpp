@@ -4,8 +4,8 @@
 
 #include <QAction>
 #include <QGroupBox>
+#include <QLabel>
 #include <QMenuBar>
-#include <QStatusBar>
 
 namespace nivora {
 namespace {
@@ -105,14 +105,16 @@ TEST_F(MonthlyAveragesWindowTest, ButtonsAndMenuBearTheGivenCaptions) {
 TEST_F(MonthlyAveragesWindowTest, WithoutPhysicalDataTheStatusAsksForRecalculate) {
     make_months();
     open();
-    EXPECT_EQ(from_qt(window_->statusBar()->currentMessage()), "Click 'Recalculate' button");
+    auto* status = window_->findChild<QLabel*>(QStringLiteral("panel2"));
+    ASSERT_NE(status, nullptr);
+    EXPECT_EQ(from_qt(status->text()), "Click 'Recalculate' button");
 }
 
 TEST_F(MonthlyAveragesWindowTest, WithPhysicalDataTheStatusShowsTheFileAlone) {
     make_months();
     add_days();
     open();
-    EXPECT_EQ(from_qt(window_->statusBar()->currentMessage()), "");
+    EXPECT_EQ(window_->findChild<QLabel*>(QStringLiteral("panel2")), nullptr);
 }
 
 TEST_F(MonthlyAveragesWindowTest, ATableThatIsMissingIsToldAndTheWindowDoesNotOpen) {

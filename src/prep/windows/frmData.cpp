@@ -17,7 +17,6 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QSpinBox>
-#include <QStatusBar>
 #include <QVBoxLayout>
 
 namespace nivora {
@@ -76,7 +75,7 @@ frmData::frmData(const WindowContext& context, QWidget* parent)
     layout->addWidget(row.frame);
     set_content(content);
     explain_status_bar(18);
-    if (prep.Data_View == DataView::Scenario) statusBar()->showMessage(to_qt(prep.status));
+    if (prep.Data_View == DataView::Scenario) show_status(to_qt(prep.status));
     make_menus();
     for (QPushButton* button : row.buttons) {
         button->setAutoDefault(false);

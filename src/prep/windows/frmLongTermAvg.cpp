@@ -13,7 +13,6 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QSpinBox>
-#include <QStatusBar>
 #include <QVBoxLayout>
 
 namespace nivora {
@@ -82,8 +81,7 @@ void frmLongTermAvg::make_menus() {
 bool frmLongTermAvg::open() {
     try {
         averages_ = std::make_unique<MonthlyAverages>(session().basin.Work_File, session().basin.ZoneCount);
-        if (!averages_->has_physical_data())
-            statusBar()->showMessage(QStringLiteral("Click 'Recalculate' button"));
+        if (!averages_->has_physical_data()) show_status(QStringLiteral("Click 'Recalculate' button"));
     } catch (const StoreError&) {
         session().dialogs.stop("Missing invalid BasinAverages table");
         return false;
