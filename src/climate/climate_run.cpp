@@ -56,10 +56,13 @@ std::optional<ScenarioIndexRow> index_row(BasinDatabase& database, const std::st
 bool take_scenario(BasinDatabase& database, ClimateContext context) {
     auto& [basin, run, dialogs] = context.run;
     ClimateState& climate = context.climate;
-    const auto row = index_row(database, climate.scenario);
     const Simulation* simulation = basin.current_simulation();
-    run.InitialRunoff =
-        simulation == nullptr ? 0.0F : static_cast<float>(simulation->value(13).value_or(0.0));
+    if (simulation == nullptr || !simulation->start || !simulation->end) {
+        dialogs.stop(k_dates_missing);
+        return false;
+    }
+    const auto row = index_row(database, climate.scenario);
+    run.InitialRunoff = static_cast<float>(simulation->value(13).value_or(0.0));
     run.RunStart = basin.Current_Start.value_or(0);
     if (row && row->winter_end_date) {
         climate.WinterEndDate = whole_day(*row->winter_end_date);

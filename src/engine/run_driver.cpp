@@ -172,7 +172,7 @@ RunOutcome start_run(RunContext context, int index) {
     }
     const Simulation* simulation = basin.current_simulation();
     if (simulation == nullptr || !simulation->start || !simulation->end) {
-        dialogs.stop("Please check the start/end dates for this simulation!");
+        dialogs.stop(k_dates_missing);
         return {};
     }
     run.RunStart = *simulation->start;

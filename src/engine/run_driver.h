@@ -18,6 +18,9 @@ struct RunContext {
     Dialogs& dialogs;
 };
 
+/// What is said of a simulation that has no start or no end.
+inline constexpr const char* k_dates_missing = "Please check the start/end dates for this simulation!";
+
 /// What opening the Run menu finds wrong, and where the user has to look.
 struct RunMenuProblem {
     enum class Place { None, ReferenceElevation, Zone };

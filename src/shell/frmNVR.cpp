@@ -440,6 +440,7 @@ void frmNVR::show_area() {
 void frmNVR::row_selected() {
     const QModelIndex current = simulation_grid_->currentIndex();
     if (filling_ || !current.isValid()) return;
+    if (session().shell.climate_window) return show_simulations();  // the evaluation keeps its simulation
     choose_simulation_row(session(), static_cast<std::size_t>(current.row()));
     fill_labels();
     menu_->refresh();

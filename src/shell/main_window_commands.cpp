@@ -157,7 +157,10 @@ void frmNVR::show_system_information() {
     session().dialogs.message({.text = "System Information Is Unavailable At This Time"});
 }
 
+// While a climate evaluation is open its simulation stays, and no other joins it.
+
 void frmNVR::add_simulation() {
+    if (session().shell.climate_window) return;
     if (const auto problem = add_simulation_problem(session())) {
         session().dialogs.message(*problem);
         return;
@@ -173,6 +176,7 @@ void frmNVR::add_simulation() {
 }
 
 void frmNVR::delete_simulation() {
+    if (session().shell.climate_window) return;
     commit_edits();
     const QModelIndex active = simulation_grid_->currentIndex();
     if (!active.isValid()) return;

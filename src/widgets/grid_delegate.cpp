@@ -48,6 +48,13 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
     return editor;
 }
 
+void GridDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
+    auto* list = qobject_cast<QComboBox*>(editor);
+    if (list == nullptr) return QStyledItemDelegate::setEditorData(editor, index);
+    // A blank cell has none of the items, and keeps none unless one is chosen.
+    list->setCurrentIndex(list->findText(index.data(Qt::EditRole).toString()));
+}
+
 void GridDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const {
     QString text;
     if (const auto* list = qobject_cast<QComboBox*>(editor)) {

@@ -2,6 +2,8 @@
 
 #include "climate/windows/scenario_model.h"
 #include "prep/daily_editor.h"
+#include "session/main_window_rules.h"
+#include "store/table_io.h"
 #include "widgets/controls.h"
 #include "widgets/grid_view.h"
 #include "widgets/qt_text.h"
@@ -66,8 +68,9 @@ frmCC::~frmCC() {
 }
 
 QWidget* frmCC::make_head() {
-    auto* frame = new QGroupBox(
-        QStringLiteral("Existing Scenarios for ") + to_qt(session().basin.Current_Sim_Name), this);
+    auto* frame = new QGroupBox(QStringLiteral("Existing Scenarios for ") +
+                                    to_qt(doubled_ampersands(session().basin.Current_Sim_Name)),
+                                this);
     frame->setObjectName(QStringLiteral("Frame1"));
     set_help(frame, 8);
     auto* layout = new QHBoxLayout(frame);
@@ -179,7 +182,13 @@ void frmCC::read_scenarios(const std::string& shown) {
     std::vector<Scenario> found;
     {
         BasinDatabase database{session().basin.Work_File, Access::ReadWrite};
+        const auto rows = [&] {
+            return read_table<ScenarioIndexRow>(database, template_table(k_scenario_index)).size();
+        };
+        const std::size_t before = rows();
         found = open_scenarios(database, session().basin.Current_Sim_Name, session().dialogs);
+        // References that led nowhere are gone from the file.
+        if (rows() != before) session().basin.Basin_Changed = true;
     }
     // What was typed into the scenarios that remain goes on waiting for Done.
     for (Scenario& scenario : found) {
@@ -334,10 +343,11 @@ void frmCC::view_variables() {
 
 void frmCC::done() {
     grid_->commit_editor();
-    winter_end_left();
-    if (const auto problem = winter_end_problem(session().basin, from_qt(winter_end_->text()));
-        problem && current() != nullptr)
-        return;
+    // A date that nobody touched is no reason to keep the rows out of the file.
+    if (winter_end_->isModified() && current() != nullptr) {
+        winter_end_left();
+        if (winter_end_problem(session().basin, from_qt(winter_end_->text()))) return;
+    }
     if (!store_all()) return;
     session().basin.Basin_Changed = true;
     finished_ = true;

@@ -1,7 +1,9 @@
 #include "climate/windows/frmCtrlClim.h"
 
 #include "base/number_text.h"
+#include "base/text.h"
 #include "climate/windows/value_grid_model.h"
+#include "session/main_window_rules.h"
 #include "store/table_io.h"
 #include "widgets/controls.h"
 #include "widgets/grid_view.h"
@@ -62,8 +64,9 @@ frmCtrlClim::frmCtrlClim(const WindowContext& context, QWidget* parent)
 }
 
 QWidget* frmCtrlClim::make_scenario() {
-    auto* frame = new QGroupBox(
-        QStringLiteral("Scenario Definition(s) for ") + to_qt(session().basin.Current_Sim_Name), this);
+    auto* frame = new QGroupBox(QStringLiteral("Scenario Definition(s) for ") +
+                                    to_qt(doubled_ampersands(session().basin.Current_Sim_Name)),
+                                this);
     frame->setObjectName(QStringLiteral("Frame1"));
     set_help(frame, 31);
     auto* layout = new QVBoxLayout(frame);
@@ -185,7 +188,8 @@ bool frmCtrlClim::open() {
         BasinDatabase database{session().basin.Work_File, Access::ReadOnly};
         for (const ScenarioIndexRow& row :
              read_table<ScenarioIndexRow>(database, template_table(k_scenario_index))) {
-            if (row.simulation == session().basin.Current_Sim_Name) scenario_->addItem(to_qt(row.scenario));
+            if (same_name(row.simulation, session().basin.Current_Sim_Name))
+                scenario_->addItem(to_qt(row.scenario));
         }
     } catch (const StoreError& error) {
         session().dialogs.stop(error.what());
