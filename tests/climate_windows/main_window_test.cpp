@@ -173,5 +173,21 @@ TEST_F(MainWindowMeanwhileTest, TheVariablesOfAScenarioAreShownReadOnly) {
     EXPECT_FALSE(editable);
 }
 
+TEST_F(MainWindowMeanwhileTest, TheSimulationStaysWhileTheWindowIsOpen) {
+    open_climate_run();
+    run_to(4);
+    find<QAction>("mnuEditItmDelete(0)")->trigger();
+    find<QAction>("mnuEditItmInsert(0)")->trigger();
+    EXPECT_EQ(session_.basin.simulations.size(), 1U);
+    EXPECT_FALSE(enabled("mnuReports"));
+    // A press on the row of the simulation opens nothing that step 4 has shut.
+    auto* grid = find<QTableView>("DBGrid1");
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
+                      grid->visualRect(grid->model()->index(0, 2)).center());
+    EXPECT_FALSE(enabled("mnuReports"));
+    EXPECT_FALSE(enabled("mnuWinGraphics"));
+    EXPECT_EQ(grid->currentIndex().row(), 0);
+}
+
 }  // namespace
 }  // namespace nivora
