@@ -97,7 +97,8 @@ frmNVR::frmNVR(const WindowContext& context)
     if (context.quick_help.is_on()) quick_help_changed(true);
 }
 
-frmNVR::~frmNVR() = default;
+// The focus that moves while the window goes is of no interest any more.
+frmNVR::~frmNVR() { disconnect(qApp, nullptr, this, nullptr); }
 
 GridView* frmNVR::make_grid(const char* name, GridModel* model) {
     auto* grid = new GridView(model, this);

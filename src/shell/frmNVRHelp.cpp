@@ -1,6 +1,7 @@
 #include "shell/frmNVRHelp.h"
 
 #include "base/durable_file.h"
+#include "session/document_reasons.h"
 #include "widgets/qt_text.h"
 
 #include <QApplication>
@@ -11,6 +12,7 @@
 #include <QTextCursor>
 #include <QTextDocumentFragment>
 #include <QUrl>
+#include <fstream>
 
 namespace nivora {
 namespace {
@@ -124,12 +126,15 @@ void frmNVRHelp::show_manual() {
     std::size_t at = 0;
     for (const char* ending : {".doc", ".pdf"}) {
         const auto file = context().program_folder / (std::string{k_manual} + ending);
-        if (!std::filesystem::exists(file)) {
-            reasons.at(at) = QStringLiteral("File not found");
+        std::error_code unreadable;
+        if (!std::filesystem::exists(file, unreadable)) {
+            reasons.at(at) = QString::fromUtf8(errmsg(k_file_not_found));
+        } else if (!std::ifstream{file}) {
+            reasons.at(at) = QString::fromUtf8(errmsg(k_access_denied));
         } else if (QDesktopServices::openUrl(QUrl::fromLocalFile(to_qt(path_text(file))))) {
             return;
         } else {
-            reasons.at(at) = QStringLiteral("No association for file extension");
+            reasons.at(at) = QString::fromUtf8(errmsg(k_no_association));
         }
         ++at;
     }

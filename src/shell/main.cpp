@@ -71,5 +71,6 @@ int main(int argc, char** argv) {
     const int status = QApplication::exec();
     Save_Settings(*store, session.settings);
     store->sync();
+    Save_Recent_Files(*application_settings(), session.settings);
     return status;
 }

@@ -95,11 +95,20 @@ void Save_Settings(QSettings& store, const Settings& settings) {
         if (place.left) store.setValue(place_name(window, "Left:"), *place.left);
     }
     save_lines(store, settings.lines);
+    Save_Recent_Files(store, settings);
+}
+
+void Save_Recent_Files(QSettings& store, const Settings& settings) {
     store.remove(QStringLiteral("Recent Files"));
     int entry = 1;
     for (const std::string& file : settings.recent_files) {
         store.setValue(QStringLiteral("Recent Files/%1").arg(entry++), to_qt(file));
     }
+}
+
+std::unique_ptr<QSettings> application_settings() {
+    return std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Nivora"),
+                                       QStringLiteral("Nivora"));
 }
 
 std::unique_ptr<QSettings> user_settings() {

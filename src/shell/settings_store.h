@@ -17,4 +17,11 @@ void Save_Settings(QSettings& store, const Settings& settings);
 /// The store of this user: the program's key, with the groups "Startup" and "Recent Files".
 [[nodiscard]] std::unique_ptr<QSettings> user_settings();
 
+/// Writes the recent files, without any that are there, into the store that every program has for itself;
+/// nothing reads them there again.
+void Save_Recent_Files(QSettings& store, const Settings& settings);
+
+/// That store: application "Nivora".
+[[nodiscard]] std::unique_ptr<QSettings> application_settings();
+
 }  // namespace nivora

@@ -57,6 +57,9 @@ GridView::GridView(GridModel* model, QWidget* parent) : QTableView(parent), cell
     connect(qApp, &QApplication::focusChanged, this, &GridView::focus_moved);
 }
 
+// A grid that goes with the focus in it leaves no cell any more.
+GridView::~GridView() { disconnect(qApp, nullptr, this, nullptr); }
+
 CellRange GridView::block() const {
     const QItemSelection selection = selectionModel()->selection();
     if (!selection.isEmpty()) {

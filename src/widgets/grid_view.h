@@ -35,6 +35,7 @@ class GridView : public QTableView {
 
 public:
     explicit GridView(GridModel* model, QWidget* parent = nullptr);
+    ~GridView() override;
 
     [[nodiscard]] GridModel& cells() const { return *cells_; }
     /// The selected block, or the active cell as a block of one; empty where there is neither.

@@ -138,5 +138,17 @@ TEST_F(SettingsStoreTest, AFileThatIsNoSettingsFileGivesTheDefaults) {
     EXPECT_TRUE(Load_Settings(store).show_splash);
 }
 
+TEST_F(SettingsStoreTest, TheProgramsOwnStoreHoldsTheRecentFilesOfTheLastExitAlone) {
+    QSettings store(file(), QSettings::IniFormat);
+    Settings settings;
+    settings.recent_files = {"/data/b.mdb", "/data/a.mdb"};
+    Save_Recent_Files(store, settings);
+    EXPECT_EQ(store.value(QStringLiteral("Recent Files/1")).toString(), QStringLiteral("/data/b.mdb"));
+    EXPECT_EQ(store.value(QStringLiteral("Recent Files/2")).toString(), QStringLiteral("/data/a.mdb"));
+    settings.recent_files.clear();
+    Save_Recent_Files(store, settings);
+    EXPECT_TRUE(store.allKeys().isEmpty());
+}
+
 }  // namespace
 }  // namespace nivora

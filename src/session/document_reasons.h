@@ -1,0 +1,14 @@
+// Why a document outside the program could not be opened.
+#pragma once
+
+namespace nivora {
+
+// Results of opening a document; 33 and more mean success.
+inline constexpr int k_file_not_found = 2;
+inline constexpr int k_access_denied = 5;
+inline constexpr int k_no_association = 31;
+
+/// The text of such a result.
+[[nodiscard]] const char* errmsg(int code);
+
+}  // namespace nivora
