@@ -95,6 +95,11 @@ void NivoraWindow::show_basin_file() {
     basin_file_->setText(to_qt(path_text(context_.session.basin.Basin_File)));
 }
 
+void NivoraWindow::set_help_tip(const QString& tip) {
+    help_tip_ = tip;
+    if (!help_button_->isChecked()) help_button_->setToolTip(tip);
+}
+
 void NivoraWindow::explain_status_bar(int line) { set_help(basin_file_, line); }
 
 void NivoraWindow::show_status(const QString& text) {
@@ -110,7 +115,7 @@ void NivoraWindow::set_help(QWidget* widget, int line) { widget->setProperty(k_h
 
 void NivoraWindow::show_quick_help(bool on) {
     help_button_->setChecked(on);
-    help_button_->setToolTip(on ? QStringLiteral("Hide 'QuickHelp'") : QStringLiteral("View 'QuickHelp'"));
+    help_button_->setToolTip(on ? QStringLiteral("Hide 'QuickHelp'") : help_tip_);
     const int height_before = height();
     strip_->setVisible(on);
     make_room(on, height_before);

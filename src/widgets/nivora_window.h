@@ -57,6 +57,8 @@ protected:
 
     /// Puts the window's own content above the strip.
     void set_content(QWidget* content);
+    /// The tip of the QuickHelp button while QuickHelp is off, where it is not the usual one.
+    void set_help_tip(const QString& tip);
     /// Gives the basin's file in the status bar its help line.
     void explain_status_bar(int line);
     /// Shows a text at the right of the status bar.
@@ -85,6 +87,7 @@ private:
     std::size_t number_;
     QuickHelpTexts texts_;
     QToolButton* help_button_;
+    QString help_tip_ = QStringLiteral("View 'QuickHelp'");
     QTextEdit* strip_;
     QLabel* basin_file_;
     QLabel* status_ = nullptr;

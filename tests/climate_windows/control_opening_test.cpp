@@ -33,6 +33,17 @@ TEST_F(ControlOpeningTest, OnlyDoneHelpAndTheChoicesCanBeUsed) {
     EXPECT_EQ(messages(), 0U);
 }
 
+TEST_F(ControlOpeningTest, TheTipOfQuickHelpSaysShowHere) {
+    open_six_days();
+    auto* button = window_->findChild<QToolButton*>(QStringLiteral("btnHelp"));
+    ASSERT_NE(button, nullptr);
+    EXPECT_EQ(from_qt(button->toolTip()), "Show 'QuickHelp'");
+    quick_help_.set_on(true);
+    EXPECT_EQ(from_qt(button->toolTip()), "Hide 'QuickHelp'");
+    quick_help_.set_on(false);
+    EXPECT_EQ(from_qt(button->toolTip()), "Show 'QuickHelp'");
+}
+
 TEST_F(ControlOpeningTest, CaptionsAreTheGivenOnes) {
     open_six_days();
     std::vector<std::string> captions;

@@ -60,6 +60,7 @@ frmCtrlClim::frmCtrlClim(const WindowContext& context, QWidget* parent)
     grid->addWidget(buttons_.front()->parentWidget(), 3, 0, 1, 2);
     set_content(content);
     explain_status_bar(29);
+    set_help_tip(QStringLiteral("Show 'QuickHelp'"));
     resize(820, 620);
 }
 
