@@ -138,11 +138,12 @@ StepOutcome first_step_on_results(BasinDatabase& database, ClimateContext contex
 
 /// Step 1 on a table that is built, with the scenario applied.
 StepOutcome first_step_on_scenario(BasinDatabase& database, ClimateContext context) {
-    auto& [basin, run, dialogs] = context.run;
+    BasinState& basin = context.run.basin;
+    Dialogs& dialogs = context.run.dialogs;
     const auto apply = [&](BasinDatabase& file, SimResults& results) {
         return Apply_Scenario(file, results, basin, context.climate.scenario, dialogs);
     };
-    BuiltResults built = Build_SimResults(database, basin, run, dialogs, apply);
+    BuiltResults built = Build_SimResults(database, basin, context.run.run, dialogs, apply);
     if (built.replacement) basin.Basin_Changed = true;
     if (built.Status == 1) {
         if (built.replacement) store(*built.replacement, built.results, dialogs);

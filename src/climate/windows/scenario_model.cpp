@@ -16,7 +16,6 @@ constexpr int k_start = 1;
 constexpr int k_end = 2;
 constexpr int k_action = 3;
 constexpr int k_factor = 4;
-constexpr int k_zones = 5;
 constexpr int k_columns = 6;
 constexpr int k_rows = 40;
 constexpr int k_blank_rows = 10;
