@@ -147,8 +147,9 @@ RunState bench_run(int days) {
 }
 
 void run_stages(SimResults& results, BasinState& basin, RunState& run, Dialogs& dialogs) {
-    bool statistics_valid = false;
-    if (!Run_Model(results, {basin, run, dialogs}, statistics_valid) || !statistics_valid) std::abort();
+    StatisticsReach statistics = StatisticsReach::Nothing;
+    if (!Run_Model(results, {basin, run, dialogs}, statistics) || statistics != StatisticsReach::All)
+        std::abort();
 }
 
 void write_bench_basin(const std::filesystem::path& path, int zones, int years) {

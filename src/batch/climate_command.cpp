@@ -53,7 +53,9 @@ bool run_steps(Session& session, const ClimateCommand& command, BatchDialogs& di
     begin_climate(context);
     session.climate.scenario = *scenario;
     for (int step = 1; step <= k_climate_steps; ++step) {
-        if (run_climate_step(context, step) != StepOutcome::Done) return false;
+        const StepOutcome outcome = run_climate_step(context, step);
+        end_climate_step(context, step, outcome);
+        if (outcome != StepOutcome::Done) return false;
     }
     end_climate(context, false);
     return true;

@@ -21,7 +21,8 @@ constexpr const char* k_auxiliary = "Auxiliary";
 /// Ranges of fields by position, from 0, that an earlier evaluation worked in.
 constexpr std::array<std::pair<int, int>, 3> k_work_columns{{{13, 17}, {39, 45}, {47, 54}}};
 
-void keep_statistics(ClimateContext context) {
+void keep_statistics(ClimateContext context, StatisticsReach reach) {
+    if (reach == StatisticsReach::Nothing) return;
     const RunState& run = context.run.run;
     StepStatistics statistics{.measured_volume = run.MeasuredVolume,
                               .average_measured = run.AvgMeasuredQ,
@@ -29,7 +30,7 @@ void keep_statistics(ClimateContext context) {
                               .average_computed = run.AvgComputedQ,
                               .volume_difference = std::nullopt,
                               .r2 = std::nullopt};
-    if (run.ClimateStep < k_climate_steps) {
+    if (reach == StatisticsReach::All && run.ClimateStep < k_climate_steps) {
         statistics.volume_difference = run.VolumeDifference;
         statistics.r2 = run.CoefficientR2;
     }
@@ -37,9 +38,9 @@ void keep_statistics(ClimateContext context) {
 }
 
 bool run_model(SimResults& results, ClimateContext context) {
-    bool statistics_valid = false;
-    const bool reached_end = Run_Model(results, context.run, statistics_valid);
-    if (statistics_valid) keep_statistics(context);
+    StatisticsReach reach = StatisticsReach::Nothing;
+    const bool reached_end = Run_Model(results, context.run, reach);
+    keep_statistics(context, reach);
     return reached_end;
 }
 
@@ -248,24 +249,6 @@ StepOutcome later_step(BasinDatabase& database, ClimateContext context, int step
     return outcome_of(done && stored);
 }
 
-void finish(ClimateContext context, int step, bool done) {
-    auto& [basin, run, dialogs] = context.run;
-    if (done) {
-        context.climate.steps_done = step;
-    } else {
-        dialogs.message(
-            {.text = "Climate change, step " + std::to_string(step) + " was 'cancelled' by the user",
-             .title = "CC run suspended"});
-    }
-    run.results_enabled = false;
-    run.LastRunSimulation.clear();
-    if (!done) return;
-    basin.Input_Changed = false;
-    run.results_enabled = true;
-    basin.Output_Valid = true;
-    run.LastRunSimulation = basin.Current_Sim_Name;
-}
-
 }  // namespace
 
 std::optional<float> ClimateState::summary(SummaryRow row, SummarySeason season) const {
@@ -302,8 +285,25 @@ StepOutcome run_climate_step(ClimateContext context, int step) {
     } catch (const StoreError& error) {
         context.run.dialogs.stop(error.what());
     }
-    if (outcome != StepOutcome::Refused) finish(context, step, outcome == StepOutcome::Done);
     return outcome;
+}
+
+void end_climate_step(ClimateContext context, int step, StepOutcome outcome) {
+    auto& [basin, run, dialogs] = context.run;
+    if (outcome == StepOutcome::Refused) return;
+    if (outcome == StepOutcome::Suspended) {
+        dialogs.message(
+            {.text = "Climate change, step " + std::to_string(step) + " was 'cancelled' by the user",
+             .title = "CC run suspended"});
+    }
+    run.results_enabled = false;
+    run.LastRunSimulation.clear();
+    if (outcome == StepOutcome::Suspended) return;
+    context.climate.steps_done = step;
+    basin.Input_Changed = false;
+    run.results_enabled = true;
+    basin.Output_Valid = true;
+    run.LastRunSimulation = basin.Current_Sim_Name;
 }
 
 void end_climate(ClimateContext context, bool aborted) {

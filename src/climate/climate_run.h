@@ -30,8 +30,12 @@ struct ClimateContext {
 void begin_climate(ClimateContext context);
 
 /// Runs one step, 1 to 6, on the results table in the working file. The steps are taken in their order; a
-/// step that was not done may be taken again.
-StepOutcome run_climate_step(ClimateContext context, int step);
+/// step that was not done may be taken again. end_climate_step comes after it.
+[[nodiscard]] StepOutcome run_climate_step(ClimateContext context, int step);
+
+/// Says so where the step was suspended, and marks what the results are worth now. A refused step leaves all
+/// as it is.
+void end_climate_step(ClimateContext context, int step, StepOutcome outcome);
 
 /// Ends an evaluation: results of an unfinished one are not valid.
 void end_climate(ClimateContext context, bool aborted);

@@ -2,7 +2,6 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
-#include "engine/run_statistics.h"
 #include "engine/runoff_custom_lag.h"
 #include "engine/runoff_simulation.h"
 #include "engine/snow_melt.h"
@@ -93,7 +92,9 @@ RunOutcome run_on(BasinDatabase& database, RunContext context) {
         if (outcome.results_rebuilt) store_results(built, context.dialogs);
         return outcome;
     }
-    const bool reached_end = Run_Model(built.results, context, outcome.statistics_valid);
+    StatisticsReach statistics = StatisticsReach::Nothing;
+    const bool reached_end = Run_Model(built.results, context, statistics);
+    outcome.statistics_valid = statistics == StatisticsReach::All;
     const bool stored = store_results(built, context.dialogs);
     outcome.completed = reached_end && stored;
     mark_outcome(context, outcome.completed);
@@ -151,16 +152,16 @@ bool choose_forecast(RunState& run, Dialogs& dialogs, int index) {
     return false;
 }
 
-bool Run_Model(SimResults& results, RunContext context, bool& statistics_valid) {
+bool Run_Model(SimResults& results, RunContext context, StatisticsReach& statistics) {
     auto& [basin, run, dialogs] = context;
-    statistics_valid = false;
+    statistics = StatisticsReach::Nothing;
     const RunRows rows = run_rows(results, run.RunStart, run.RunEnd);
     if (!Zone_Inputs(results, rows, basin, run, dialogs)) return false;
     Snow_Melt(results, rows, basin, run, dialogs);
     const bool custom_lag = run.LagDistribution[0] > 0.0F;
     const bool reached_end = custom_lag ? Runoff_Custom_Lag(results, rows, basin, run, dialogs)
                                         : Runoff_Simulation(results, rows, basin, run, dialogs);
-    if (reached_end) statistics_valid = Run_Statistics(results, rows, run, dialogs);
+    if (reached_end) statistics = Run_Statistics(results, rows, run, dialogs);
     return reached_end;
 }
 

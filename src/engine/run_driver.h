@@ -5,6 +5,7 @@
 #include "base/dialogs.h"
 #include "engine/build_results.h"
 #include "engine/run_state.h"
+#include "engine/run_statistics.h"
 
 #include <optional>
 #include <string>
@@ -55,9 +56,9 @@ struct RunOutcome {
 
 /// The stages of a run after the building of its table: zone inputs, snow and melt, runoff, statistics.
 ///
-/// @param statistics_valid set to whether the statistics were worked out without a fault
+/// @param statistics set to what was worked out of the statistics
 /// @return whether all stages reached their end
-[[nodiscard]] bool Run_Model(SimResults& results, RunContext context, bool& statistics_valid);
+[[nodiscard]] bool Run_Model(SimResults& results, RunContext context, StatisticsReach& statistics);
 
 /// Runs the current simulation over its period, with the results table read from and left in the working
 /// file.

@@ -79,8 +79,7 @@ void determination(const Hydrographs& curves, RunState& run) {
     run.CoefficientR2 = to_single((variance - static_cast<double>(sum_difference) * scale) / variance);
 }
 
-void work(const SimResults& results, const RunRows& rows, RunState& run) {
-    const Hydrographs curves = hydrographs(results, rows, run);
+void volumes(const Hydrographs& curves, RunState& run) {
     if (curves.measured.empty()) throw no_record_fault();
     const Total measured = total(curves.measured);
     const Total computed = total(curves.computed);
@@ -88,7 +87,9 @@ void work(const SimResults& results, const RunRows& rows, RunState& run) {
     run.MeasuredVolume = volume(measured.single_sum());
     run.AvgComputedQ = computed.average();
     run.ComputedVolume = volume(computed.single_sum());
-    determination(curves, run);
+}
+
+void volume_difference(RunState& run) {
     if (run.MeasuredVolume == 0.0F) return;
     const double reference = static_cast<double>(run.MeasuredVolume);
     run.VolumeDifference =
@@ -97,14 +98,20 @@ void work(const SimResults& results, const RunRows& rows, RunState& run) {
 
 }  // namespace
 
-bool Run_Statistics(const SimResults& results, const RunRows& rows, RunState& run, Dialogs& dialogs) {
+StatisticsReach Run_Statistics(const SimResults& results, const RunRows& rows, RunState& run,
+                               Dialogs& dialogs) {
+    StatisticsReach reach = StatisticsReach::Nothing;
     try {
-        work(results, rows, run);
-        return true;
+        const Hydrographs curves = hydrographs(results, rows, run);
+        volumes(curves, run);
+        reach = StatisticsReach::Volumes;
+        determination(curves, run);
+        volume_difference(run);
+        reach = StatisticsReach::All;
     } catch (const Fault& fault) {
         dialogs.stop(fault.what(), "Run statistics failed, probably caused by missing/invalid data");
-        return false;
     }
+    return reach;
 }
 
 }  // namespace nivora

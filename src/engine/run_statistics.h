@@ -7,6 +7,13 @@
 
 namespace nivora {
 
+/// What was worked out before a fault, if there was one.
+enum class StatisticsReach {
+    Nothing,
+    Volumes,  ///< volumes and averages
+    All       ///< the volume difference and R², too
+};
+
 /// Sets computed beside measured discharge over the period, on zone 1's rows, and leaves the six results in
 /// `run`.
 ///
@@ -15,11 +22,12 @@ namespace nivora {
 /// measured one's place. With a measured discharge that never changes R² keeps its former value, and so does
 /// Dv with a measured volume of 0; it is meant so.
 ///
-/// @return false after a fault, which has been shown; what was worked out until then stays
-bool Run_Statistics(const SimResults& results, const RunRows& rows, RunState& run, Dialogs& dialogs);
+/// @return how far it came; a fault has been shown, and what was worked out until then stays
+StatisticsReach Run_Statistics(const SimResults& results, const RunRows& rows, RunState& run,
+                               Dialogs& dialogs);
 
 /// The same, with the rows of the run's period looked up.
-inline bool Run_Statistics(const SimResults& results, RunState& run, Dialogs& dialogs) {
+inline StatisticsReach Run_Statistics(const SimResults& results, RunState& run, Dialogs& dialogs) {
     return Run_Statistics(results, run_rows(results, run.RunStart, run.RunEnd), run, dialogs);
 }
 

@@ -21,10 +21,10 @@ std::optional<std::string> name_problem_in(BasinDatabase& database, const std::s
 }
 
 /// Asks until the answer can be a name; nothing for an empty answer.
-std::optional<std::string> ask_name(BasinDatabase& database, Dialogs& dialogs, const std::string& proposed) {
-    InputBox box{.prompt = "Enter a unique name to associate with this data",
-                 .title = proposed.empty() ? "Name the New Simulation" : "Name the Imported Simulation",
-                 .proposed = proposed};
+std::optional<std::string> ask_name(BasinDatabase& database, Dialogs& dialogs, const std::string& title,
+                                    const std::string& proposed) {
+    InputBox box{
+        .prompt = "Enter a unique name to associate with this data", .title = title, .proposed = proposed};
     for (;;) {
         const auto answer = dialogs.input(box);
         const std::string name{trimmed(answer.value_or(""))};
@@ -36,15 +36,16 @@ std::optional<std::string> ask_name(BasinDatabase& database, Dialogs& dialogs, c
 }
 
 /// Whether the table of that name made way.
-bool overwrite_confirmed(BasinDatabase& database, Dialogs& dialogs, const std::string& name) {
-    const Answer answer = dialogs.message(
-        {.text = "The current database already contains a simulation named '" + name + " '.  Overwrite?",
-         .title = "Duplicate simulation same",
-         .buttons = Buttons::YesNo});
+bool overwrite_confirmed(BasinDatabase& database, Dialogs& dialogs, const std::string& name,
+                         Message question) {
+    question.text = "The current database already contains a simulation named '" + name + " '.  Overwrite?";
+    const Answer answer = dialogs.message(question);
     if (answer != Answer::Yes || is_fixed_table(name) || is_scenario(database, name)) return false;
     database.drop_table(name);
     return true;
 }
+
+const Message k_overwrite_question{.title = "Duplicate simulation same", .buttons = Buttons::YesNo};
 
 }  // namespace
 
@@ -62,11 +63,26 @@ std::optional<std::string> simulation_name_problem(std::string_view name) {
 
 std::optional<std::string> Add_Simulation_Name(BasinDatabase& database, Dialogs& dialogs,
                                                const std::string& proposed) {
-    const auto name = ask_name(database, dialogs, proposed);
+    const auto name =
+        ask_name(database, dialogs,
+                 proposed.empty() ? "Name the New Simulation" : "Name the Imported Simulation", proposed);
     if (!name) return std::nullopt;
-    if (database.has_table(*name) && !overwrite_confirmed(database, dialogs, *name)) return std::nullopt;
+    if (database.has_table(*name) && !overwrite_confirmed(database, dialogs, *name, k_overwrite_question))
+        return std::nullopt;
     database.create_table(parameter_table(*name));
     database.create_daily_index(*name);
+    return name;
+}
+
+std::optional<std::string> Name_Results_Table(BasinDatabase& database, Dialogs& dialogs) {
+    const auto name = ask_name(database, dialogs, "Assign name to current results table", {});
+    if (!name) return std::nullopt;
+    Message question = k_overwrite_question;
+    question.icon = Icon::Question;
+    question.default_answer = Answer::No;
+    if (database.has_table(*name) && !overwrite_confirmed(database, dialogs, *name, question))
+        return std::nullopt;
+    database.execute("ALTER TABLE " + quoted_name(k_sim_results) + " RENAME TO " + quoted_name(*name));
     return name;
 }
 

@@ -26,4 +26,10 @@ namespace nivora {
 [[nodiscard]] std::optional<std::string> Add_Simulation_Name(BasinDatabase& database, Dialogs& dialogs,
                                                              const std::string& proposed);
 
+/// Asks for a name and gives it to the results table, by the rules of a simulation's name.
+///
+/// @return the name; nothing where the user gave none or kept the table that bears it
+/// @throws StoreError
+[[nodiscard]] std::optional<std::string> Name_Results_Table(BasinDatabase& database, Dialogs& dialogs);
+
 }  // namespace nivora

@@ -16,6 +16,7 @@
 #include "shell/frmNVR.h"
 #include "shell/frmNVRHelp.h"
 #include "shell/frmSplash.h"
+#include "widgets/busy_pointer.h"
 #include "widgets/grid_view.h"
 #include "widgets/page_dialogs.h"
 
@@ -108,9 +109,11 @@ void frmNVR::run_forecast(int index) {
 
 void frmNVR::run(int index) {
     commit_edits();
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    const RunOutcome outcome = start_run({session().basin, session().run, session().dialogs}, index);
-    QApplication::restoreOverrideCursor();
+    RunOutcome outcome;
+    {
+        const BusyPointer busy;
+        outcome = start_run({session().basin, session().run, session().dialogs}, index);
+    }
     menu_->refresh();
     show_simulations();
     if (outcome.statistics_valid) show_results();

@@ -279,7 +279,7 @@ TEST_F(ClimateControlTest, MoreThanNineZonesEndInStepFive) {
     EXPECT_EQ(run.WinterPrecip[9][1], 4.0F);
     EXPECT_EQ(step(4), StepOutcome::Done);
     for (int zone = 1; zone <= 9; ++zone) dialogs.then_text("0");
-    EXPECT_EQ(run_climate_step(context(), 5), StepOutcome::Suspended);
+    EXPECT_EQ(take(5), StepOutcome::Suspended);
     expect_message(last_message(), "Climate change, step 5 was 'cancelled' by the user", "CC run suspended");
     EXPECT_EQ(climate.steps_done, 4);
 }

@@ -91,11 +91,17 @@ protected:
                 .now = static_cast<double>(date_of(2001, 11, 5)) + 0.5};
     }
 
+    /// Takes a step; what step 5 asks has to be answered by the test.
+    StepOutcome take(int number) {
+        const StepOutcome outcome = run_climate_step(context(), number);
+        end_climate_step(context(), number, outcome);
+        return outcome;
+    }
     StepOutcome step(int number) {
         if (number == 5) {
             for (int zone = 1; zone <= basin.ZoneCount; ++zone) dialogs.then_text("0");
         }
-        return run_climate_step(context(), number);
+        return take(number);
     }
     /// Runs the steps up to and with one; each has to be done.
     void run_to(int last, int from = 1) {

@@ -183,6 +183,30 @@ TEST_F(ClimateStepsTest, StatisticsOfEachStep) {
     EXPECT_FALSE(steps[6]->r2);
 }
 
+TEST_F(ClimateStepsTest, AFaultOfTheStatisticsLeavesTheVolumes) {
+    SixDays small;
+    small.physical[1].runoff = k_missing;
+    std::filesystem::remove(file);
+    open(small, static_cast<double>(SixDays::winter_end()));
+    EXPECT_EQ(step(1), StepOutcome::Done);
+    EXPECT_EQ(dialogs.messages().size(), 1U);
+    ASSERT_TRUE(climate.statistics[1]);
+    EXPECT_FLOAT_EQ(climate.statistics[1]->measured_volume, 0.7776F);  // 9 x 0.0864
+    EXPECT_EQ(climate.statistics[1]->average_measured, 9.0F);
+    EXPECT_FLOAT_EQ(climate.statistics[1]->computed_volume, 0.648F);
+    EXPECT_FALSE(climate.statistics[1]->volume_difference);
+    EXPECT_FALSE(climate.statistics[1]->r2);
+}
+
+TEST_F(ClimateStepsTest, WithoutAnyMeasuredDischargeAStepHasNoStatistics) {
+    SixDays small;
+    for (PhysicalRow& row : small.physical) row.runoff = k_missing;
+    std::filesystem::remove(file);
+    open(small, static_cast<double>(SixDays::winter_end()));
+    EXPECT_EQ(step(1), StepOutcome::Done);
+    EXPECT_FALSE(climate.statistics[1]);
+}
+
 /// Winter, summer and year of a row; nothing for an empty cell.
 using Cells = std::vector<std::optional<float>>;
 

@@ -12,6 +12,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
 #include <QTextEdit>
 #include <functional>
@@ -37,6 +38,21 @@ public:
     int editors = 0;
     std::function<void()> while_editing;
     std::function<void()> on_refresh;
+};
+
+/// Lets a test look at the windows while a box is shown.
+class WatchedDialogs : public ScriptedDialogs {
+public:
+    Answer message(const Message& message) override {
+        if (on_box) on_box(message.title);
+        return ScriptedDialogs::message(message);
+    }
+    std::optional<std::string> input(const InputBox& box) override {
+        if (on_box) on_box(box.title);
+        return ScriptedDialogs::input(box);
+    }
+
+    std::function<void(const std::string& title)> on_box;
 };
 
 class ClimateWindowTest : public testing::Test {
@@ -108,7 +124,7 @@ protected:
     TemporaryFolder program_;
     TemporaryFolder user_;
     std::filesystem::path file_ = user_ / "basin.mdb";
-    ScriptedDialogs dialogs_;
+    WatchedDialogs dialogs_;
     WatchedDesktop desktop_;
     Session session_{dialogs_, desktop_};
     QuickHelp quick_help_;

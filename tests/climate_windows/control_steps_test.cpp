@@ -137,6 +137,95 @@ TEST_F(ControlStepsTest, ASuspendedStepCanBeTakenAgain) {
     EXPECT_THAT(enabled(), ElementsAre(3));
 }
 
+TEST_F(ControlStepsTest, TheBoxOfASuspendedStepIsFreeAgainWhenTheMessageTellsSo) {
+    open_six_days();
+    run_to(1);
+    lose_temperature();
+    std::vector<std::string> told;
+    dialogs_.on_box = [&](const std::string& title) {
+        told.push_back(title);
+        if (title != "CC run suspended") return;
+        EXPECT_THAT(ticked(), ElementsAre(1));
+        EXPECT_THAT(enabled(), ElementsAre(2));
+        EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+        // What the step before left is not taken back until the message was read.
+        EXPECT_TRUE(session_.run.results_enabled);
+        EXPECT_EQ(session_.run.LastRunSimulation, "Test");
+    };
+    tick(2);
+    ASSERT_FALSE(told.empty());
+    EXPECT_EQ(told.back(), "CC run suspended");
+    EXPECT_EQ(session_.run.LastRunSimulation, "");
+}
+
+TEST_F(ControlStepsTest, TheBusyPointerIsUpInStepsOneFourAndFive) {
+    for (int step = 1; step <= 6; ++step) {
+        SCOPED_TRACE(step);
+        std::filesystem::remove(file_);
+        dialogs_.on_box = nullptr;
+        SixDays small;
+        if (step == 1) small.physical[0].tavg = k_missing;
+        open_six_days(small);
+        choose(k_scenario);
+        for (int before = 1; before < step; ++before) tick(before);
+        if (step != 1 && step != 5) lose_temperature();
+        std::vector<bool> busy;
+        dialogs_.on_box = [&](const std::string& title) {
+            const QCursor* pointer = QApplication::overrideCursor();
+            if (title != "CC run suspended")
+                busy.push_back(pointer != nullptr && pointer->shape() == Qt::WaitCursor);
+        };
+        tick(step);
+        EXPECT_THAT(busy, testing::AllOf(testing::SizeIs(testing::Ge(1U)),
+                                         Each(step == 1 || step == 4 || step == 5)));
+        EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    }
+}
+
+TEST_F(ControlStepsTest, TheStatisticsGrowByNinthsOfTheirHeight) {
+    open_six_days();
+    choose(k_scenario);
+    const int before = statistics()->height();
+    const int part = before / 9;
+    const std::vector<int> parts{3, 4, 5, 5, 5, 6};
+    for (int step = 1; step <= 6; ++step) {
+        tick(step);
+        EXPECT_EQ(statistics()->height(), before + part * parts.at(static_cast<std::size_t>(step - 1)));
+        int width = 2 * statistics()->frameWidth();
+        for (const int column : shown_columns()) width += statistics()->columnWidth(column - 1);
+        EXPECT_EQ(statistics()->width(), width) << step;
+        QApplication::processEvents();
+        EXPECT_FALSE(statistics()->verticalScrollBar()->isVisible()) << step;
+        EXPECT_FALSE(statistics()->horizontalScrollBar()->isVisible()) << step;
+    }
+}
+
+TEST_F(ControlStepsTest, AStepThatIsTakenAgainDoesNotMakeTheStatisticsGrowAgain) {
+    open_six_days();
+    run_to(1);
+    lose_temperature();
+    tick(2);
+    const QSize grown = statistics()->size();
+    tick(2);
+    EXPECT_EQ(statistics()->size(), grown);
+}
+
+TEST_F(ControlStepsTest, AMissingDischargeLeavesTheVolumesAndNoComparison) {
+    SixDays small;
+    small.physical[1].runoff = k_missing;
+    open_six_days(small);
+    run_to(1);
+    EXPECT_EQ(last_message().title, "Run statistics failed, probably caused by missing/invalid data");
+    EXPECT_THAT(ticked(), ElementsAre(1));
+    // 9 m³/s on the one day that was measured, and 7.5 on both.
+    EXPECT_EQ(cell(statistics(), 2, 2), "9");
+    EXPECT_EQ(cell(statistics(), 5, 2), "3.75");
+    EXPECT_EQ(cell(statistics(), 7, 2), "");
+    EXPECT_EQ(cell(statistics(), 8, 2), "");
+    EXPECT_THAT(row_of(summary(), 1), ElementsAre("0.78", "", "0.78"));
+    EXPECT_THAT(row_of(summary(), 2), ElementsAre("0.65", "", "0.65"));
+}
+
 TEST_F(ControlStepsTest, ASuspendedStepOneKeepsTheChoiceFixed) {
     SixDays small;
     small.physical[0].tavg = k_missing;
@@ -304,6 +393,9 @@ TEST_F(ControlLeavingTest, DoneAfterStepSixKeepsTheResults) {
     expect_main_window_free();
     EXPECT_TRUE(session_.basin.Output_Valid);
     EXPECT_EQ(session_.run.ClimateStep, 6);
+    // Nobody is asked for a name of the results.
+    EXPECT_EQ(messages(), 0U);
+    EXPECT_EQ(dialogs_.inputs().size(), 2U);  // those of step 5
 }
 
 TEST_F(ControlLeavingTest, DoneBeforeAnyStepReportsNothing) {

@@ -314,11 +314,11 @@ TEST_F(EngineProperties, ARunDoesNotDependOnTheOrderOfTheStoredRows) {
             }
         });
 
-        bool valid = false;
-        ASSERT_TRUE(Run_Model(table, {basin, run, dialogs}, valid));
+        StatisticsReach reach = StatisticsReach::Nothing;
+        ASSERT_TRUE(Run_Model(table, {basin, run, dialogs}, reach));
         const RunState after = run;
         run = before;
-        ASSERT_TRUE(Run_Model(shuffled, {basin, run, dialogs}, valid));
+        ASSERT_TRUE(Run_Model(shuffled, {basin, run, dialogs}, reach));
 
         EXPECT_EQ(by_key(shuffled), by_key(table));
         EXPECT_EQ(run.FinalQ, after.FinalQ);

@@ -188,8 +188,9 @@ TEST_F(RunDriver, TheTableInTheFileIsTheOneInMemory) {
 
     BasinDatabase database{path, Access::ReadWrite};
     BuiltResults built = Build_SimResults(database, basin, run, dialogs, nullptr);
-    bool statistics_valid = false;
-    ASSERT_TRUE(Run_Model(built.results, context(), statistics_valid));
+    StatisticsReach statistics = StatisticsReach::Nothing;
+    ASSERT_TRUE(Run_Model(built.results, context(), statistics));
+    EXPECT_EQ(statistics, StatisticsReach::All);
     expect_same_table(built.results, in_file);
 }
 

@@ -248,5 +248,57 @@ TEST(ReservedName, YesToOverwritingAScenarioActsAsNo) {
     }
 }
 
+/// Gives the results of a basin a name.
+std::optional<std::string> name_results(const ScratchBasin& basin, ScriptedDialogs& dialogs) {
+    BasinDatabase database{basin.path(), Access::ReadWrite};
+    if (!database.has_table("SimResults")) database.create_table(sim_results_table());
+    const auto name = Name_Results_Table(database, dialogs);
+    EXPECT_TRUE(dialogs.complaints().empty()) << dialogs.complaints().front();
+    EXPECT_EQ(dialogs.answers_left(), 0U);
+    return name;
+}
+
+TEST(NameOfResults, IsGivenToTheTable) {
+    const ScratchBasin basin;
+    ScriptedDialogs dialogs;
+    dialogs.then_text("a.b").then_text("  kept ");
+    EXPECT_THAT(name_results(basin, dialogs), Optional(std::string{"kept"}));
+    ASSERT_EQ(dialogs.inputs().size(), 2U);
+    EXPECT_EQ(dialogs.inputs()[0].prompt, k_ask);
+    EXPECT_EQ(dialogs.inputs()[0].title, "Assign name to current results table");
+    EXPECT_EQ(dialogs.inputs()[1].prompt, k_ask_again);
+    EXPECT_TRUE(basin.has_table("kept"));
+    EXPECT_FALSE(basin.has_table("SimResults"));
+}
+
+TEST(NameOfResults, WithoutOneTheTableKeepsItsOwn) {
+    const ScratchBasin basin;
+    ScriptedDialogs dialogs;
+    dialogs.then_text("   ");
+    EXPECT_EQ(name_results(basin, dialogs), std::nullopt);
+    EXPECT_TRUE(basin.has_table("SimResults"));
+}
+
+TEST(NameOfResults, OfATableThatIsThereIsAskedAboutAndNoIsProposed) {
+    for (const Answer answer : {Answer::No, Answer::Yes}) {
+        const ScratchBasin basin;
+        add_named(basin, "wet");
+        ScriptedDialogs dialogs;
+        dialogs.then_text("wet").then(answer);
+        EXPECT_EQ(name_results(basin, dialogs).has_value(), answer == Answer::Yes);
+        const Message& question = dialogs.messages().at(0).message;
+        EXPECT_EQ(question.text,
+                  "The current database already contains a simulation named 'wet '.  Overwrite?");
+        EXPECT_EQ(question.title, "Duplicate simulation same");
+        EXPECT_EQ(question.icon, Icon::Question);
+        EXPECT_EQ(question.buttons, Buttons::YesNo);
+        EXPECT_EQ(question.default_answer, Answer::No);
+        EXPECT_EQ(basin.has_table("SimResults"), answer == Answer::No);
+        BasinDatabase database{basin.path(), Access::ReadOnly};
+        EXPECT_EQ(database.table_fields("wet").size(),
+                  answer == Answer::Yes ? sim_results_table().fields.size() : 11U);
+    }
+}
+
 }  // namespace
 }  // namespace nivora

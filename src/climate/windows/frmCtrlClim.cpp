@@ -3,13 +3,14 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "climate/windows/value_grid_model.h"
+#include "prep/simulation_names.h"
 #include "session/main_window_rules.h"
 #include "store/table_io.h"
+#include "widgets/busy_pointer.h"
 #include "widgets/controls.h"
 #include "widgets/grid_view.h"
 #include "widgets/qt_text.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -28,12 +29,19 @@ constexpr int k_done = 0;
 constexpr int k_abort = 1;
 constexpr int k_print = 3;
 constexpr int k_message_row = 3;
+/// The height of the statistics grid is thought of in parts; each step with a column adds one, the first
+/// step more.
+constexpr int k_height_parts = 9;
+constexpr int k_growth_of_step_1 = 3;
 constexpr const char* k_report = "NVR_DfGN.out";
 
 constexpr std::array<const char*, k_climate_steps> k_captions{
     "Step1:   Winter, Present Climate", "Step 2:  Winter, Changed Climate",
     "Step 3:  Summer, Present Climate", "Step 4:  Summer, Changed Climate ",
     "Step 5:  Derive CDCclimWA",        "Step 6:  Summer, Changed Climate"};
+
+/// Whether the busy pointer is up while a step runs.
+bool is_busy_step(int step) { return step == 1 || step == 4 || step == 5; }
 
 /// The column of the statistics grid that a step fills, from 0; 0 for a step without one.
 int statistics_column(int step) {
@@ -53,7 +61,8 @@ frmCtrlClim::frmCtrlClim(const WindowContext& context, QWidget* parent)
     grid->addWidget(make_scenario(), 0, 0, 1, 2);
     grid->addWidget(make_steps(), 1, 0);
     grid->addWidget(make_summary(), 1, 1);
-    grid->addWidget(make_statistics(), 2, 0, 1, 2);
+    grid->addWidget(make_statistics(), 2, 0, 1, 2, Qt::AlignLeft | Qt::AlignTop);
+    fix_statistics_height(*grid, 2);
     grid->setColumnStretch(1, 1);
     grid->setRowStretch(2, 1);
     make_buttons(content);
@@ -153,12 +162,21 @@ QWidget* frmCtrlClim::make_statistics() {
         statistics_grid_->setColumnHidden(column, true);
         statistics_grid_->setColumnWidth(column, 110);
     }
-    QSizePolicy kept = statistics_grid_->sizePolicy();
-    kept.setRetainSizeWhenHidden(true);
-    statistics_grid_->setSizePolicy(kept);
-    statistics_grid_->setMinimumHeight(statistics_grid_->verticalHeader()->defaultSectionSize() * 9 + 20);
+    connect(statistics_grid_->horizontalHeader(), &QHeaderView::sectionResized, this,
+            [this] { fit_statistics_width(); });
     statistics_grid_->hide();
     return statistics_grid_;
+}
+
+/// The height before step 1 is such that all rows can be seen once that step has made the grid grow; the
+/// window keeps room for what the later steps add.
+void frmCtrlClim::fix_statistics_height(QGridLayout& layout, int row) {
+    const int needed = statistics_grid_->horizontalHeader()->sizeHint().height() +
+                       statistics_grid_->verticalHeader()->length() + 2 * statistics_grid_->frameWidth();
+    constexpr int parts_after_step_1 = k_height_parts + k_growth_of_step_1;
+    const int part = (needed + parts_after_step_1 - 1) / parts_after_step_1;
+    statistics_grid_->setFixedHeight(part * k_height_parts);
+    layout.setRowMinimumHeight(row, part * (parts_after_step_1 + statistics_->columnCount() - 2));
 }
 
 void frmCtrlClim::make_buttons(QWidget* content) {
@@ -166,13 +184,29 @@ void frmCtrlClim::make_buttons(QWidget* content) {
     for (QPushButton* button : buttons_) button->setAutoDefault(false);
     buttons_[k_abort]->setEnabled(false);
     buttons_[k_print]->setEnabled(false);
-    connect(buttons_[k_done], &QPushButton::clicked, this, &QWidget::close);
+    connect(buttons_[k_done], &QPushButton::clicked, this, [this] { done(); });
     connect(buttons_[k_abort], &QPushButton::clicked, this, [this] {
         aborted_ = true;
         close();
     });
     connect(buttons_[2], &QPushButton::clicked, this,
             [this] { session().desktop.show_help_topic(k_help_topic); });
+}
+
+void frmCtrlClim::done() {
+    // The results stay in the table that the next run replaces; keeping them under a name is not offered.
+    constexpr Answer name_the_results = Answer::No;
+    if (name_the_results == Answer::Yes) name_results();
+    close();
+}
+
+void frmCtrlClim::name_results() {
+    try {
+        BasinDatabase database{session().basin.Work_File, Access::ReadWrite};
+        if (Name_Results_Table(database, session().dialogs)) session().basin.Basin_Changed = true;
+    } catch (const StoreError& error) {
+        session().dialogs.stop(error.what());
+    }
 }
 
 ClimateContext frmCtrlClim::climate_context() {
@@ -236,13 +270,21 @@ void frmCtrlClim::run_step(int step) {
         session().shell.reports = false;
         session().shell.graphics = false;
     }
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    const StepOutcome outcome = run_climate_step(climate_context(), step);
-    QApplication::restoreOverrideCursor();
-    after_step(step, outcome);
+    StepOutcome outcome = StepOutcome::Suspended;
+    {
+        std::optional<BusyPointer> busy;
+        if (is_busy_step(step)) busy.emplace();
+        outcome = run_climate_step(climate_context(), step);
+    }
+    if (outcome != StepOutcome::Refused) show_figures(step);
+    if (outcome != StepOutcome::Refused && step == k_climate_steps) finished();
+    set_boxes(step, outcome);
+    end_climate_step(climate_context(), step, outcome);
+    if (outcome == StepOutcome::Refused) refused();
+    session().desktop.refresh_main_window();
 }
 
-void frmCtrlClim::after_step(int step, StepOutcome outcome) {
+void frmCtrlClim::set_boxes(int step, StepOutcome outcome) {
     QCheckBox* box = steps_.at(static_cast<std::size_t>(step - 1));
     updating_ = true;
     if (outcome == StepOutcome::Done) {
@@ -251,14 +293,8 @@ void frmCtrlClim::after_step(int step, StepOutcome outcome) {
     } else {
         box->setEnabled(true);
         box->setChecked(false);
-        if (outcome == StepOutcome::Refused) refused();
     }
     updating_ = false;
-    if (outcome == StepOutcome::Refused) return;
-    show_statistics(step);
-    show_summary();
-    if (step == k_climate_steps) finished();
-    session().desktop.refresh_main_window();
 }
 
 /// After a step 1 that did not start. Results that were built anew hold no changes made by hand, so they can
@@ -297,11 +333,32 @@ void frmCtrlClim::show_summary() {
     }
 }
 
+void frmCtrlClim::show_figures(int step) {
+    show_statistics(step);
+    show_summary();
+}
+
+/// Shows the column of a step that ran for the first time, and gives the grid the size that goes with it.
+void frmCtrlClim::grow_statistics(int step) {
+    const int column = statistics_column(step);
+    if (!statistics_grid_->isColumnHidden(column)) return;
+    statistics_grid_->setColumnHidden(column, false);
+    if (step == 1) row_height_ = statistics_grid_->height() / k_height_parts;
+    const int parts = step == 1 ? k_growth_of_step_1 : 1;
+    statistics_grid_->setFixedHeight(statistics_grid_->height() + parts * row_height_);
+    fit_statistics_width();
+}
+
+void frmCtrlClim::fit_statistics_width() {
+    statistics_grid_->setFixedWidth(statistics_grid_->horizontalHeader()->length() +
+                                    2 * statistics_grid_->frameWidth());
+}
+
 void frmCtrlClim::show_statistics(int step) {
     statistics_grid_->show();
     const int column = statistics_column(step);
     if (column == 0) return;
-    statistics_grid_->setColumnHidden(column, false);
+    grow_statistics(step);
     const auto& statistics = session().climate.statistics.at(static_cast<std::size_t>(step));
     if (!statistics) return;
     statistics_->set_text(0, column, figure(statistics->measured_volume));

@@ -9,6 +9,7 @@
 
 class QCheckBox;
 class QComboBox;
+class QGridLayout;
 class QPushButton;
 
 namespace nivora {
@@ -41,15 +42,21 @@ private:
     QWidget* make_summary();
     QWidget* make_statistics();
     void make_buttons(QWidget* content);
+    void fix_statistics_height(QGridLayout& layout, int row);
 
     void scenario_chosen();
     void step_clicked(int index);
     void run_step(int step);
-    void after_step(int step, StepOutcome outcome);
+    void set_boxes(int step, StepOutcome outcome);
     void refused();
     void finished();
+    void done();
+    void name_results();
+    void show_figures(int step);
     void show_summary();
     void show_statistics(int step);
+    void grow_statistics(int step);
+    void fit_statistics_width();
     void light_sources(int row, int column);
     void allow_choice(bool allowed);
     void set_caption(int step);
@@ -63,6 +70,7 @@ private:
     ValueGridModel* statistics_ = nullptr;
     GridView* statistics_grid_ = nullptr;
     std::vector<QPushButton*> buttons_;
+    int row_height_ = 0;  ///< by which the statistics grow
     bool updating_ = false;
     bool aborted_ = false;
 };
