@@ -75,8 +75,7 @@ TEST_F(ReusedResultsTest, YesRunsOnTheResultsAsTheyStandUnderAnotherName) {
     EXPECT_THAT(days_of(after, after.AZMwork, 1, 3, 6), ElementsAre(0.375F, 0.5F, 0.5F, 0.5F));
     EXPECT_THAT(days_of(after, after.DailyQ, 1, 3, 6), ElementsAre(95.0, 85.0, 61.25, 49.375));
     dialogs.then_text("0").then_text("0");
-    for (int number = 2; number <= 6; ++number)
-        EXPECT_EQ(take(number), StepOutcome::Done) << number;
+    for (int number = 2; number <= 6; ++number) EXPECT_EQ(take(number), StepOutcome::Done) << number;
     // The first day gives 200 m³/s, the second half of both, 150: 100 + 5; 75 + 52.5.
     EXPECT_EQ(run.FinalQ[2], 127.5F);
     EXPECT_NE(read_whole_file(report, 1U << 20U).find("Climate Scenario: Auxiliary"), std::string::npos);
