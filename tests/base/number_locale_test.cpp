@@ -1,11 +1,13 @@
 #include "base/calendar.h"
 #include "base/number_text.h"
+#include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <clocale>
 #include <cstdio>
+#include <cstdlib>
 #include <locale>
 #include <sstream>
 #include <string>
@@ -39,10 +41,18 @@ public:
     ProcessLocale() : former_{std::setlocale(LC_ALL, nullptr)} {}
     ProcessLocale(const ProcessLocale&) = delete;
     ProcessLocale& operator=(const ProcessLocale&) = delete;
-    ~ProcessLocale() { std::setlocale(LC_ALL, former_.c_str()); }
+    ~ProcessLocale() {
+        std::setlocale(LC_ALL, former_.c_str());
+#ifndef _WIN32
+        if (made_) unsetenv("LOCPATH");
+#endif
+    }
 
-    /// Sets a locale with a decimal comma; false where the machine has none.
-    [[nodiscard]] bool set_decimal_comma() const {
+    /// Sets a locale with a decimal comma, made here where the machine has none; false where that fails.
+    [[nodiscard]] bool set_decimal_comma() { return set_installed() || (make_one() && set_installed()); }
+
+private:
+    [[nodiscard]] static bool set_installed() {
         constexpr std::array k_names{"de_DE.UTF-8", "de_DE.utf8",  "fr_FR.UTF-8", "es_ES.UTF-8",
                                      "it_IT.UTF-8", "nl_NL.UTF-8", "de-DE",       "German_Germany.1252"};
         for (const char* name : k_names) {
@@ -52,8 +62,20 @@ public:
         return false;
     }
 
-private:
+    [[nodiscard]] bool make_one() {
+#ifdef _WIN32
+        return false;
+#else
+        const std::string command =
+            "localedef -i de_DE -f UTF-8 '" + (folder_ / "de_DE.UTF-8").string() + "' >/dev/null 2>&1";
+        made_ = std::system(command.c_str()) == 0 && setenv("LOCPATH", folder_.path().c_str(), 1) == 0;
+        return made_;
+#endif
+    }
+
     std::string former_;
+    TemporaryFolder folder_;
+    bool made_ = false;
 };
 
 void expect_points_everywhere() {
@@ -85,7 +107,7 @@ TEST(NumbersInALocaleWithADecimalComma, KeepTheirPointInTheLocaleOfTheLanguage) 
 }
 
 TEST(NumbersInALocaleWithADecimalComma, KeepTheirPointInTheLocaleOfTheSystem) {
-    const ProcessLocale locale;
+    ProcessLocale locale;
     if (!locale.set_decimal_comma()) GTEST_SKIP() << "this machine has no locale with a decimal comma";
     std::array<char, 16> text{};
     std::snprintf(text.data(), text.size(), "%.1f", 0.5);
