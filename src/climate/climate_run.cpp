@@ -131,6 +131,7 @@ StepOutcome first_step_on_results(BasinDatabase& database, ClimateContext contex
     context.run.run.ScenarioName = k_auxiliary;
     SimResults results = load_results(database);
     Clear_CC_Work_Columns(results);
+    context.reached(StepStage::ModelStarts);
     const bool reached_end = run_model(results, context);
     const bool stored = store(database, results, context.run.dialogs);
     mark_started(context);
@@ -147,13 +148,22 @@ StepOutcome first_step_on_scenario(BasinDatabase& database, ClimateContext conte
     BuiltResults built = Build_SimResults(database, basin, context.run.run, dialogs, apply);
     if (built.replacement) basin.Basin_Changed = true;
     if (built.Status == 1) {
-        if (built.replacement) store(*built.replacement, built.results, dialogs);
-        return StepOutcome::Refused;
+        if (!built.replacement) return StepOutcome::Refused;
+        store(*built.replacement, built.results, dialogs);
+        return StepOutcome::NotRun;
     }
+    context.reached(StepStage::ModelStarts);
     const bool reached_end = run_model(built.results, context);
     const bool stored = built.replacement && store(*built.replacement, built.results, dialogs);
     mark_started(context);
     return outcome_of(reached_end && stored);
+}
+
+StepOutcome checked_first_step(BasinDatabase& database, ClimateContext context) {
+    if (!take_scenario(database, context)) return StepOutcome::Refused;
+    context.reached(StepStage::DatesChecked);
+    if (!context.climate.reuse_results) return first_step_on_scenario(database, context);
+    return reuse_confirmed(context) ? first_step_on_results(database, context) : StepOutcome::Refused;
 }
 
 /// @param before what to go back to where the step does not start
@@ -164,13 +174,12 @@ StepOutcome first_step(BasinDatabase& database, ClimateContext context, const Ru
     run.UpdateInterval = 0;
     clear_sums(run);
     context.climate.statistics = {};
-    const bool reuses = context.climate.reuse_results;
-    if (!take_scenario(database, context) || (reuses && !reuse_confirmed(context))) {
+    const StepOutcome outcome = checked_first_step(database, context);
+    if (outcome == StepOutcome::Refused) {
         run = before;
         context.climate = climate_before;
-        return StepOutcome::Refused;
     }
-    return reuses ? first_step_on_results(database, context) : first_step_on_scenario(database, context);
+    return outcome;
 }
 
 bool second_step(SimResults& results, ClimateContext context) {
@@ -290,7 +299,7 @@ StepOutcome run_climate_step(ClimateContext context, int step) {
 
 void end_climate_step(ClimateContext context, int step, StepOutcome outcome) {
     auto& [basin, run, dialogs] = context.run;
-    if (outcome == StepOutcome::Refused) return;
+    if (outcome == StepOutcome::Refused || outcome == StepOutcome::NotRun) return;
     if (outcome == StepOutcome::Suspended) {
         dialogs.message(
             {.text = "Climate change, step " + std::to_string(step) + " was 'cancelled' by the user",

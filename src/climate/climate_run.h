@@ -6,24 +6,28 @@
 #include "store/database.h"
 
 #include <filesystem>
+#include <functional>
 
 namespace nivora {
 
 /// How a step ended.
 enum class StepOutcome {
-    /// By its own checks or questions, before the model ran. Where the results were not touched the run's
-    /// values, the step among them, are those before it.
-    Refused,
+    Refused,    ///< before the results were touched; the run's values are those before it
+    NotRun,     ///< the results are built anew, but the scenario failed or the user did not go on
     Suspended,  ///< cancelled or failed, which was said; it can be taken again
     Done
 };
+
+/// The places in step 1 at which what the user sees changes.
+enum class StepStage { DatesChecked, ModelStarts };
 
 /// What the steps work on.
 struct ClimateContext {
     RunContext run;
     ClimateState& climate;
-    std::filesystem::path report_file;  ///< where step 5 writes its report
-    double now = 0.0;                   ///< date and time of the report
+    std::filesystem::path report_file;                          ///< where step 5 writes its report
+    double now = 0.0;                                           ///< date and time of the report
+    std::function<void(StepStage)> reached = [](StepStage) {};  ///< told by step 1
 };
 
 /// Starts afresh. What is shown of the results of an earlier evaluation stays until they are replaced.
@@ -33,8 +37,8 @@ void begin_climate(ClimateContext context);
 /// step that was not done may be taken again. end_climate_step comes after it.
 [[nodiscard]] StepOutcome run_climate_step(ClimateContext context, int step);
 
-/// Says so where the step was suspended, and marks what the results are worth now. A refused step leaves all
-/// as it is.
+/// Says so where the step was suspended, and marks what the results are worth now. A step that came to no
+/// run leaves all as it is.
 void end_climate_step(ClimateContext context, int step, StepOutcome outcome);
 
 /// Ends an evaluation: results of an unfinished one are not valid.

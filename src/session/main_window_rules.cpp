@@ -245,12 +245,14 @@ void choose_simulation_row(Session& session, std::size_t row) {
     shell.variables = true;
     shell.variables_of_simulation = true;
     shell.parameters = true;
-    session.run.results_enabled = true;
     shell.run_simulation = true;
     shell.run_forecast = true;
     shell.run_climate = !session.run.NoSnow;
-    shell.reports = true;
-    shell.graphics = true;
+    if (!shell.climate_window) {  // otherwise it is the evaluation that opens and shuts what shows results
+        session.run.results_enabled = true;
+        shell.reports = true;
+        shell.graphics = true;
+    }
     shell.run_menu = session.basin.basin_area_text != k_no_area;
 }
 

@@ -151,7 +151,7 @@ protected:
 };
 
 inline void PrintTo(StepOutcome outcome, std::ostream* out) {
-    constexpr std::array k_names{"Refused", "Suspended", "Done"};
+    constexpr std::array k_names{"Refused", "NotRun", "Suspended", "Done"};
     *out << k_names.at(static_cast<std::size_t>(outcome));
 }
 

@@ -147,7 +147,7 @@ class FailingScenarioTest : public ClimateRunTest {
 protected:
     void expect_refused(const std::string& title) {
         basin.Output_Valid = false;
-        EXPECT_EQ(step(1), StepOutcome::Refused);
+        EXPECT_EQ(step(1), StepOutcome::NotRun);
         ASSERT_EQ(dialogs.messages().size(), 1U);
         EXPECT_EQ(last_message().message.title, title);
         EXPECT_EQ(last_message().message.icon, Icon::Stop);
@@ -189,12 +189,32 @@ TEST_F(FailingScenarioTest, ARefusedInitialRunoffRefusesTheStep) {
     small.simulation.initial_runoff = 20.0F;  // against 9 measured
     open(small, static_cast<double>(SixDays::winter_end()));
     dialogs.then(Answer::Cancel);
-    EXPECT_EQ(step(1), StepOutcome::Refused);
+    EXPECT_EQ(step(1), StepOutcome::NotRun);
     EXPECT_EQ(dialogs.messages().size(), 1U);
     EXPECT_EQ(results().size(), 0U);
     dialogs.then(Answer::Ok);
     run_to(1);
     EXPECT_EQ(run.FinalQ[1], 5.0F);  // 20 / 2 / 2
+}
+
+TEST_F(FailingScenarioTest, MissingDataLeaveTheEvaluationBefore) {
+    open_six_days();
+    run_to(6);
+    const SimResults before = results();
+    change("DELETE FROM Test");
+    begin_climate(context());
+    climate.scenario = k_scenario;
+    EXPECT_EQ(step(1), StepOutcome::Refused);
+    ASSERT_EQ(dialogs.messages().size(), 1U);
+    EXPECT_EQ(last_message().message.text,
+              "The current database is missing variables and/or parameters needed to run 'Test'!");
+    EXPECT_EQ(last_message().message.title, "Run aborting, possible invalid simulation definition");
+    // The results are still those of that evaluation, and the run's values with them.
+    EXPECT_EQ(differing_columns(before, results()), std::vector<std::string>{});
+    EXPECT_EQ(run.ClimateStep, 6);
+    EXPECT_EQ(run.RunEnd, SixDays::first_day() + SixDays::k_days - 1);
+    end_climate(context(), false);
+    EXPECT_TRUE(basin.Output_Valid);
 }
 
 TEST_F(FailingScenarioTest, ABuildingThatEndsInAFatalErrorGoesOnWithoutTheScenario) {

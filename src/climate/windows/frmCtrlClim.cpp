@@ -40,9 +40,6 @@ constexpr std::array<const char*, k_climate_steps> k_captions{
     "Step 3:  Summer, Present Climate", "Step 4:  Summer, Changed Climate ",
     "Step 5:  Derive CDCclimWA",        "Step 6:  Summer, Changed Climate"};
 
-/// Whether the busy pointer is up while a step runs.
-bool is_busy_step(int step) { return step == 1 || step == 4 || step == 5; }
-
 /// The column of the statistics grid that a step fills, from 0; 0 for a step without one.
 int statistics_column(int step) {
     if (step == k_climate_steps) return 4;
@@ -259,29 +256,37 @@ void frmCtrlClim::step_clicked(int index) {
 }
 
 void frmCtrlClim::run_step(int step) {
-    if (step == 1) {
-        allow_choice(false);
-        buttons_[k_abort]->setEnabled(true);
-        buttons_[k_done]->setEnabled(false);
-        session().climate.reuse_results = reuse_->isChecked();
-    }
-    set_caption(step);
+    if (step == 1) start_first_step();
     if (step == 4) {
         session().shell.reports = false;
         session().shell.graphics = false;
     }
+    if (step > 1) set_caption(step);
     StepOutcome outcome = StepOutcome::Suspended;
     {
         std::optional<BusyPointer> busy;
-        if (is_busy_step(step)) busy.emplace();
-        outcome = run_climate_step(climate_context(), step);
+        if (step == 4 || step == 5) busy.emplace();
+        ClimateContext context = climate_context();
+        context.reached = [&](StepStage stage) {
+            if (stage == StepStage::DatesChecked) busy.emplace();
+            if (stage == StepStage::ModelStarts) set_caption(step);
+        };
+        outcome = run_climate_step(context, step);
     }
-    if (outcome != StepOutcome::Refused) show_figures(step);
-    if (outcome != StepOutcome::Refused && step == k_climate_steps) finished();
+    const bool ran = outcome == StepOutcome::Done || outcome == StepOutcome::Suspended;
+    if (ran) show_figures(step);
+    if (ran && step == k_climate_steps) finished();
     set_boxes(step, outcome);
     end_climate_step(climate_context(), step, outcome);
-    if (outcome == StepOutcome::Refused) refused();
+    if (!ran) allow_another_start(outcome);
     session().desktop.refresh_main_window();
+}
+
+void frmCtrlClim::start_first_step() {
+    allow_choice(false);
+    buttons_[k_abort]->setEnabled(true);
+    buttons_[k_done]->setEnabled(false);
+    session().climate.reuse_results = reuse_->isChecked();
 }
 
 void frmCtrlClim::set_boxes(int step, StepOutcome outcome) {
@@ -297,15 +302,14 @@ void frmCtrlClim::set_boxes(int step, StepOutcome outcome) {
     updating_ = false;
 }
 
-/// After a step 1 that did not start. Results that were built anew hold no changes made by hand, so they can
-/// be reused only where that was chosen.
-void frmCtrlClim::refused() {
-    allow_choice(true);
-    reuse_->setEnabled(reuse_->isChecked());
-    if (session().run.ClimateStep != 1) {
-        buttons_[k_done]->setEnabled(true);
-        buttons_[k_abort]->setEnabled(false);
-    }
+/// After a step 1 that came to no run. Results that were built anew hold no changes made by hand, so that
+/// there is nothing in them to reuse.
+void frmCtrlClim::allow_another_start(StepOutcome outcome) {
+    rebuilt_ = rebuilt_ || outcome == StepOutcome::NotRun;
+    scenario_->setEnabled(true);
+    reuse_->setEnabled(!rebuilt_);
+    buttons_[k_done]->setEnabled(!rebuilt_);
+    buttons_[k_abort]->setEnabled(rebuilt_);
     set_caption(0);
 }
 

@@ -48,7 +48,8 @@ private:
     void step_clicked(int index);
     void run_step(int step);
     void set_boxes(int step, StepOutcome outcome);
-    void refused();
+    void start_first_step();
+    void allow_another_start(StepOutcome outcome);
     void finished();
     void done();
     void name_results();
@@ -70,7 +71,8 @@ private:
     ValueGridModel* statistics_ = nullptr;
     GridView* statistics_grid_ = nullptr;
     std::vector<QPushButton*> buttons_;
-    int row_height_ = 0;  ///< by which the statistics grow
+    int row_height_ = 0;    ///< by which the statistics grow
+    bool rebuilt_ = false;  ///< by a step 1 that came to no run
     bool updating_ = false;
     bool aborted_ = false;
 };
