@@ -58,7 +58,10 @@ int day_of_year(DayCount day) {
     return static_cast<int>(day - *day_count({year, 1, 1})) + 1;
 }
 
-DayCount whole_day(double date) { return static_cast<DayCount>(std::floor(date)); }
+DayCount whole_day(double date) {
+    if (!(std::abs(date) <= k_largest_day)) date = std::copysign(k_largest_day, date);
+    return static_cast<DayCount>(std::floor(date));
+}
 
 double local_now() {
     const std::time_t now = std::time(nullptr);

@@ -33,7 +33,8 @@ inline constexpr double k_largest_day = 1.0e6;
 /// Ordinal of a day in its own year, 1 January being 1.
 [[nodiscard]] int day_of_year(DayCount day);
 
-/// The calendar day of a date that may carry a time part.
+/// The calendar day of a date that may carry a time part; the largest day, of its sign, where the date is out
+/// of range.
 [[nodiscard]] DayCount whole_day(double date);
 
 /// Date and time of this moment where the program runs, with the time of day as its fraction.

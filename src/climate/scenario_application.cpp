@@ -72,18 +72,24 @@ Value stored_value(const std::optional<Value>& value) {
     return *value;
 }
 
+constexpr int k_factor_position = 4;
+
+bool needs_factor(const ScenarioRow& row) {
+    return row.action && *row.action < static_cast<int>(EditAction::Normalize);
+}
+
 /// @throws Fault 94 where a value is missing, also one that the action will not use; the factor alone may be
 /// missing where the action needs none
 Edit edit_of(const ScenarioRow& row, int number, int zone_count) {
-    constexpr int k_first_action_without_factor = static_cast<int>(EditAction::Normalize);
     Edit edit;
     edit.number = number;
     edit.variable = stored_value(row.variable);
     edit.start = stored_value(row.start);
     edit.end = stored_value(row.end);
     edit.action = stored_value(row.action);
-    if (edit.action < k_first_action_without_factor) edit.factor = present(row.factor);
-    const int zones = stored_value(row.zones);
+    if (needs_factor(row)) edit.factor = present(row.factor);
+    // No zone is as good as any other beyond those that a basin may have.
+    const int zones = std::min(stored_value(row.zones), k_most_zones + 1);
     edit.lowest_zone = zones == 0 ? 1 : zones;
     edit.highest_zone = zones == 0 ? zone_count : zones;
     return edit;
@@ -343,7 +349,11 @@ int apply_rows(BasinDatabase& database, SimResults& results, const BasinState& b
     while (query.executeStep()) {
         ScenarioRow row;
         int position = 0;
-        ScenarioRow::visit(row, [&](auto& member) { read_value(query, position++, member); });
+        ScenarioRow::visit(row, [&](auto& member) {
+            // What an action does not need is not looked at, whatever stands there.
+            if (position != k_factor_position || needs_factor(row)) read_value(query, position, member);
+            ++position;
+        });
         if (!apply_edit(database, results, edit_of(row, ++number, basin.ZoneCount), dialogs)) return 1;
     }
     if (number > 0) return 0;

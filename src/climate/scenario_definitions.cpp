@@ -173,6 +173,21 @@ void as_one(BasinDatabase& database, Work&& work) {
     });
 }
 
+/// One scenario that can't be read must not hide the others, nor keep itself from being deleted.
+Scenario read_scenario(BasinDatabase& database, const ScenarioIndexRow& index, Dialogs& dialogs) {
+    Scenario scenario{.index = index, .rows = {}, .fault = {}};
+    try {
+        scenario.rows = read_table<ScenarioRow>(database, scenario_table(index.scenario));
+    } catch (const StoreError& error) {
+        scenario.fault = error.what();
+        dialogs.stop(
+            fmt::format("The climate change scenario '{}' can't be read, and its rows are not shown. "
+                        "{}  Delete the scenario, or mend its table with another program.",
+                        index.scenario, scenario.fault));
+    }
+    return scenario;
+}
+
 }  // namespace
 
 std::vector<Scenario> open_scenarios(BasinDatabase& database, const std::string& simulation,
@@ -182,7 +197,7 @@ std::vector<Scenario> open_scenarios(BasinDatabase& database, const std::string&
         const std::string& name = stored.row.scenario;
         if (same_name(name, k_no_scenario)) continue;
         if (database.has_table(name)) {
-            scenarios.push_back({stored.row, read_table<ScenarioRow>(database, scenario_table(name))});
+            scenarios.push_back(read_scenario(database, stored.row, dialogs));
             continue;
         }
         dialogs.message(

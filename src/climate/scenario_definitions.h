@@ -21,7 +21,6 @@ inline constexpr const char* k_new_scenario_comments = "Place your comments here
 struct ScenarioSheet {
     std::vector<std::string> headers;    ///< six
     std::vector<std::string> variables;  ///< by code
-    std::vector<std::string> actions;    ///< the four base actions and "Normalize"
     std::vector<std::string> zones;      ///< "All", "A" ... for as many zones as a basin may have
 };
 
@@ -34,10 +33,12 @@ struct ScenarioSheet {
 struct Scenario {
     ScenarioIndexRow index;
     std::vector<ScenarioRow> rows;
+    std::string fault;  ///< why the rows can't be read; empty where they can
 };
 
 /// The scenarios of a simulation, without the placeholder. A row of the index whose table is missing is told
-/// of and deleted. @throws StoreError
+/// of and deleted. A table that can't be read is told of, too, and its scenario comes without rows. @throws
+/// StoreError
 [[nodiscard]] std::vector<Scenario> open_scenarios(BasinDatabase& database, const std::string& simulation,
                                                    Dialogs& dialogs);
 

@@ -89,6 +89,28 @@ std::vector<SheetColumn> read_columns(std::string_view content) {
     return columns;
 }
 
+/// The word of a code in a column of the grid, from 0.
+std::string word_of_code(std::size_t column, int code) {
+    switch (column) {
+        case 0: return scenario_variable_text(code);
+        case 3: return edit_action_text(code);
+        default: return scenario_zone_text(code);
+    }
+}
+
+/// A list with words of its own would offer what no cell takes.
+void check_words(const SheetColumn& column, std::size_t number) {
+    std::vector<std::string> words = column.entries;
+    words.insert(words.end(), column.extra.begin(), column.extra.end());
+    for (std::size_t code = 0; code < words.size(); ++code) {
+        const std::string word = word_of_code(number, static_cast<int>(code));
+        if (words[code] != word) {
+            throw SheetError(fmt::format("column {}, '{}', has the entry '{}' where '{}' belongs", number + 1,
+                                         column.header, words[code], word));
+        }
+    }
+}
+
 ScenarioSheet sheet_of(const std::vector<SheetColumn>& columns) {
     if (columns.size() != k_needed.size())
         throw SheetError(fmt::format("it has {} columns and not {}", columns.size(), k_needed.size()));
@@ -103,11 +125,10 @@ ScenarioSheet sheet_of(const std::vector<SheetColumn>& columns) {
                             "entries and {} extra",
                             i + 1, columns[i].header, k_needed.at(i).cells, k_needed.at(i).entries,
                             k_needed.at(i).extra));
+        check_words(columns[i], i);
         sheet.headers.push_back(columns[i].header);
     }
     sheet.variables = columns[0].entries;
-    sheet.actions = columns[3].entries;
-    sheet.actions.push_back(columns[3].extra.front());
     sheet.zones = columns[5].entries;
     return sheet;
 }

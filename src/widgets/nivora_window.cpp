@@ -21,6 +21,7 @@ namespace nivora {
 namespace {
 
 constexpr int k_strip_lines = 4;
+constexpr const char* k_leaves_unchecked = "leavesUnchecked";
 constexpr const char* k_close_refused =
     "The Windows native control for closing the form is disabled while QuickHelp' is on.";
 constexpr const char* k_menus_disabled = "  Menu items are disabled when 'QuickHelp' is on.";
@@ -179,9 +180,13 @@ void NivoraWindow::refuse(QWidget* element, const Message& message) {
 }
 
 bool NivoraWindow::leaves_box(const QEvent* event) const {
-    return !context_.quick_help.is_on() && event->type() == QEvent::FocusOut &&
-           !interrupts(static_cast<const QFocusEvent*>(event)->reason());
+    if (context_.quick_help.is_on() || event->type() != QEvent::FocusOut) return false;
+    const QWidget* next = QApplication::focusWidget();
+    if (next != nullptr && next->property(k_leaves_unchecked).toBool()) return false;
+    return !interrupts(static_cast<const QFocusEvent*>(event)->reason());
 }
+
+void NivoraWindow::leave_unchecked(QWidget* button) { button->setProperty(k_leaves_unchecked, true); }
 
 bool NivoraWindow::enters_box(const QEvent* event) {
     return event->type() == QEvent::FocusIn && !interrupts(static_cast<const QFocusEvent*>(event)->reason());

@@ -70,6 +70,9 @@ protected:
     /// Whether a box is left, or entered, by an event: an open menu, a question or another window only
     /// interrupts the work in it.
     [[nodiscard]] bool leaves_box(const QEvent* event) const;
+    /// Lets a box be left for a button, such as Cancel, without its text being looked at: the question would
+    /// take the press of the button from the user.
+    static void leave_unchecked(QWidget* button);
     [[nodiscard]] static bool enters_box(const QEvent* event);
     /// What QuickHelp changes in a window beside its strip.
     virtual void quick_help_changed(bool on) { static_cast<void>(on); }

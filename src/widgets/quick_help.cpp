@@ -69,7 +69,9 @@ std::optional<int> line_of_cell(QWidget* widget, const QEvent* event) {
     const QVariant rows = grid->property(k_help_rows);
     if (rows.isValid()) {
         const int row = clicked ? grid->rowAt(at.y()) : grid->currentIndex().row();
-        if (row >= 0) return rows.toInt() + row + 1;
+        const QVariantList lines = rows.toList();
+        if (row >= 0 && row < lines.size()) return lines.at(row).toInt();
+        if (row >= 0 && lines.isEmpty()) return rows.toInt() + row + 1;
     }
     return std::nullopt;
 }

@@ -43,7 +43,7 @@ inline constexpr const char* k_help_line = "helpLine";
 /// plus c.
 inline constexpr const char* k_help_columns = "helpColumns";
 /// The property of a grid whose rows explain themselves: the help line of row r, from 1, is this number plus
-/// r.
+/// r; or a list holds the line of each row.
 inline constexpr const char* k_help_rows = "helpRows";
 /// The property of a menu action that holds the number of its text among the menu texts.
 inline constexpr const char* k_help_menu = "helpMenu";

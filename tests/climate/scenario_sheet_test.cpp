@@ -43,9 +43,6 @@ TEST(ScenarioSheet, AsDeliveredBearsTheTextsOfTheCodes) {
     ASSERT_EQ(sheet->variables.size(), 12U);
     for (int code = 0; code < 12; ++code)
         EXPECT_EQ(sheet->variables[static_cast<std::size_t>(code)], scenario_variable_text(code));
-    ASSERT_EQ(sheet->actions.size(), 5U);
-    for (int code = 0; code < 5; ++code)
-        EXPECT_EQ(sheet->actions[static_cast<std::size_t>(code)], edit_action_text(code));
     ASSERT_EQ(sheet->zones.size(), 17U);
     for (int code = 0; code < 17; ++code)
         EXPECT_EQ(sheet->zones[static_cast<std::size_t>(code)], scenario_zone_text(code));
@@ -90,6 +87,13 @@ TEST(ScenarioSheet, ThatIsDamagedIsToldWithItsFault) {
          "column 1, 'Variable/Parameter', is not what the grid needs there"},
         {replaced(whole, "extra Normalize\n", ""),
          "column 4, 'Edit Action', is not what the grid needs there"},
+        {replaced(whole, "entry Precipitation\n", "entry Niederschlag\n"),
+         "column 1, 'Variable/Parameter', has the entry 'Niederschlag' where 'Precipitation' belongs"},
+        {replaced(whole, "entry Shift forward\n", "entry Shift on\n"),
+         "column 4, 'Edit Action', has the entry 'Shift on' where 'Shift forward' belongs"},
+        {replaced(whole, "extra Normalize\n", "extra Normalise\n"),
+         "column 4, 'Edit Action', has the entry 'Normalise' where 'Normalize' belongs"},
+        {replaced(whole, "entry B\n", "entry b\n"), "column 6, 'Zones', has the entry 'b' where 'B' belongs"},
         {replaced(whole, "cells number\n", "cells text\n"),
          "column 5, 'Edit Factor', is not what the grid needs there"},
         {replaced(whole, "cells date mm/dd/yyyy\n", "cells date dd/mm/yyyy\n"),

@@ -3,6 +3,7 @@
 
 #include "session/session.h"
 #include "tests/climate/climate_run_fixture.h"
+#include "tests/support/watched_dialogs.h"
 #include "widgets/grid_view.h"
 #include "widgets/nivora_window.h"
 #include "widgets/qt_text.h"
@@ -10,11 +11,13 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QGroupBox>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTest>
 #include <QTextEdit>
+#include <QToolButton>
 #include <functional>
 #include <memory>
 
@@ -38,21 +41,6 @@ public:
     int editors = 0;
     std::function<void()> while_editing;
     std::function<void()> on_refresh;
-};
-
-/// Lets a test look at the windows while a box is shown.
-class WatchedDialogs : public ScriptedDialogs {
-public:
-    Answer message(const Message& message) override {
-        if (on_box) on_box(message.title);
-        return ScriptedDialogs::message(message);
-    }
-    std::optional<std::string> input(const InputBox& box) override {
-        if (on_box) on_box(box.title);
-        return ScriptedDialogs::input(box);
-    }
-
-    std::function<void(const std::string& title)> on_box;
 };
 
 class ClimateWindowTest : public testing::Test {

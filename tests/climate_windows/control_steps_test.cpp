@@ -142,9 +142,9 @@ TEST_F(ControlStepsTest, TheBoxOfASuspendedStepIsFreeAgainWhenTheMessageTellsSo)
     run_to(1);
     lose_temperature();
     std::vector<std::string> told;
-    dialogs_.on_box = [&](const std::string& title) {
-        told.push_back(title);
-        if (title != "CC run suspended") return;
+    dialogs_.while_shown = [&] {
+        told.push_back(dialogs_.title());
+        if (dialogs_.title() != "CC run suspended") return;
         EXPECT_THAT(ticked(), ElementsAre(1));
         EXPECT_THAT(enabled(), ElementsAre(2));
         EXPECT_EQ(QApplication::overrideCursor(), nullptr);
@@ -162,7 +162,7 @@ TEST_F(ControlStepsTest, TheBusyPointerIsUpInStepsOneFourAndFive) {
     for (int step = 1; step <= 6; ++step) {
         SCOPED_TRACE(step);
         std::filesystem::remove(file_);
-        dialogs_.on_box = nullptr;
+        dialogs_.while_shown = nullptr;
         SixDays small;
         if (step == 1) small.physical[0].tavg = k_missing;
         open_six_days(small);
@@ -170,9 +170,9 @@ TEST_F(ControlStepsTest, TheBusyPointerIsUpInStepsOneFourAndFive) {
         for (int before = 1; before < step; ++before) tick(before);
         if (step != 1 && step != 5) lose_temperature();
         std::vector<bool> busy;
-        dialogs_.on_box = [&](const std::string& title) {
+        dialogs_.while_shown = [&] {
             const QCursor* pointer = QApplication::overrideCursor();
-            if (title != "CC run suspended")
+            if (dialogs_.title() != "CC run suspended")
                 busy.push_back(pointer != nullptr && pointer->shape() == Qt::WaitCursor);
         };
         tick(step);

@@ -189,5 +189,43 @@ TEST_F(MainWindowMeanwhileTest, TheSimulationStaysWhileTheWindowIsOpen) {
     EXPECT_EQ(grid->currentIndex().row(), 0);
 }
 
+TEST_F(MainWindowMeanwhileTest, ADefinitionOpensNothingThatTheEvaluationShut) {
+    open_climate_run();
+    run_to(4);
+    BasinDatabase{session_.basin.Work_File, Access::ReadWrite}.execute(
+        "UPDATE SimResults SET MDCexcl = NULL");
+    dialogs_.then_text("0");
+    climate_->findChild<QCheckBox*>(QStringLiteral("Check1(4)"))->click();  // suspended by what is missing
+    ASSERT_FALSE(enabled("mnuDataOpt(7)"));
+    bool accepted = false;
+    look_at_modal("SimOptions", [&](QWidget* definition) {
+        for (auto* button : definition->findChildren<QPushButton*>()) {
+            if (button->text() != QStringLiteral("&Accept")) continue;
+            accepted = true;
+            button->click();
+        }
+    });
+    choose("mnuDataOpt(0)");
+    ASSERT_TRUE(seen_ && accepted);
+    EXPECT_FALSE(enabled("mnuDataOpt(7)"));
+    EXPECT_FALSE(enabled("mnuWinGraphics"));
+    EXPECT_FALSE(enabled("mnuReports"));
+}
+
+TEST_F(MainWindowMeanwhileTest, TheResultsOfAnEarlierRunCloseWithTheWindow) {
+    choose("mnuRunSimVar(1)");
+    const auto shown = [] {
+        for (QWidget* top : QApplication::topLevelWidgets()) {
+            if (top->isVisible() && top->objectName() == QStringLiteral("Results")) return true;
+        }
+        return false;
+    };
+    ASSERT_TRUE(shown());
+    open_climate_run();
+    EXPECT_TRUE(shown());
+    press_in_climate_run(0);
+    EXPECT_FALSE(shown());
+}
+
 }  // namespace
 }  // namespace nivora

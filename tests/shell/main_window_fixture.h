@@ -1,11 +1,11 @@
 // A main window on a program folder of its own, with a script for every box.
 #pragma once
 
-#include "base/scripted_dialogs.h"
 #include "shell/desktop_link.h"
 #include "shell/frmNVR.h"
 #include "store/table_io.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/watched_dialogs.h"
 
 #include <gtest/gtest.h>
 
@@ -19,20 +19,8 @@
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
-#include <functional>
 
 namespace nivora {
-
-/// A script for every box that also lets a test look at the windows while a box shows.
-class WatchedDialogs : public ScriptedDialogs {
-public:
-    Answer message(const Message& message) override {
-        if (while_shown) while_shown();
-        return ScriptedDialogs::message(message);
-    }
-
-    std::function<void()> while_shown;
-};
 
 class MainWindowTest : public testing::Test {
 protected:

@@ -51,6 +51,9 @@ frmCC::frmCC(const WindowContext& context, QWidget* parent)
     explain_status_bar(24);
     make_menus();
     for (QPushButton* button : row.buttons) button->setAutoDefault(false);
+    leave_unchecked(row.buttons[1]);
+    leave_unchecked(row.buttons[2]);
+    foot_ = row.buttons;
     connect(row.buttons[0], &QPushButton::clicked, this, &frmCC::done);
     connect(row.buttons[1], &QPushButton::clicked, this, [this] {
         finished_ = true;
@@ -131,7 +134,7 @@ QWidget* frmCC::make_side() {
 }
 
 void frmCC::make_menus() {
-    QMenu* edit = menuBar()->addMenu(QStringLiteral("&Edit"));
+    QMenu* edit = menuBar()->addMenu(QStringLiteral("Ed&it"));
     const auto add = [&](int index, const char* caption, auto act) {
         QAction* action = edit->addAction(QString::fromUtf8(caption), this, [this, act] {
             if (grid_ != nullptr) (grid_->*act)();
@@ -153,6 +156,9 @@ void frmCC::make_grid() {
     grid_->set_clears_cells(false);
     set_help(grid_, 25);
     grid_place_->layout()->addWidget(grid_);
+    setTabOrder(actions_.back(), grid_);
+    setTabOrder(grid_, foot_.front());
+    for (std::size_t i = 1; i < foot_.size(); ++i) setTabOrder(foot_[i - 1], foot_[i]);
     connect(rows_, &GridModel::edited, this, [this] { mark_changed(); });
     connect(grid_, &GridView::left_cell, this,
             [this](int row, int column) { rows_->leave(row, column, grid_->currentIndex().row() != row); });
@@ -222,8 +228,8 @@ void frmCC::show_scenario(int at) {
     if (grid_ != nullptr) grid_->commit_editor();
     filling_ = true;
     Scenario* scenario = at < 0 ? nullptr : current();
-    rows_->show(scenario != nullptr ? &scenario->rows : nullptr);
     const bool any = scenario != nullptr;
+    rows_->show(any && scenario->fault.empty() ? &scenario->rows : nullptr);
     const auto winter_end = any ? scenario->index.winter_end_date : std::nullopt;
     winter_end_->setText(winter_end ? to_qt(long_date_text(whole_day(*winter_end))) : QString{});
     comments_->setPlainText(any ? to_qt(scenario->index.comments.value_or("")) : QString{});
@@ -247,8 +253,10 @@ void frmCC::winter_end_left() {
     if (const auto problem = winter_end_problem(session().basin, text)) {
         telling_ = true;
         refuse(winter_end_, *problem);
-        telling_ = false;
-        QTimer::singleShot(0, winter_end_, [this] { winter_end_->setFocus(); });
+        QTimer::singleShot(0, winter_end_, [this] {
+            telling_ = false;
+            winter_end_->setFocus();
+        });
         return;
     }
     const auto date = read_date(text);
@@ -274,7 +282,9 @@ bool frmCC::store_all() {
         BasinDatabase database{session().basin.Work_File, Access::ReadWrite};
         database.in_transaction([&] {
             for (Scenario& scenario : scenarios_) {
+                if (!scenario.fault.empty()) continue;
                 std::erase_if(scenario.rows, is_blank);
+                for (ScenarioRow& row : scenario.rows) leave_scenario_row(row);
                 store_scenario(database, scenario);
             }
             return true;
@@ -345,7 +355,7 @@ void frmCC::done() {
     grid_->commit_editor();
     // A date that nobody touched is no reason to keep the rows out of the file.
     if (winter_end_->isModified() && current() != nullptr) {
-        winter_end_left();
+        winter_end_left();  // silent where the way to the button told of it
         if (winter_end_problem(session().basin, from_qt(winter_end_->text()))) return;
     }
     if (!store_all()) return;

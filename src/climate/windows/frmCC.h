@@ -61,7 +61,8 @@ private:
     QComboBox* chooser_ = nullptr;
     QLineEdit* winter_end_ = nullptr;
     QPlainTextEdit* comments_ = nullptr;
-    std::vector<QPushButton*> actions_;
+    std::vector<QPushButton*> actions_;  ///< beside the head: New, Delete, Print, View Variables
+    std::vector<QPushButton*> foot_;     ///< Done, Cancel, Help
     bool filling_ = false;
     bool telling_ = false;
     bool edited_ = false;

@@ -25,6 +25,7 @@ namespace nivora {
 namespace {
 
 constexpr int k_help_topic = 5;
+constexpr int k_statistics_help = 14;
 constexpr int k_done = 0;
 constexpr int k_abort = 1;
 constexpr int k_print = 3;
@@ -65,7 +66,7 @@ frmCtrlClim::frmCtrlClim(const WindowContext& context, QWidget* parent)
     make_buttons(content);
     grid->addWidget(buttons_.front()->parentWidget(), 3, 0, 1, 2);
     set_content(content);
-    explain_status_bar(29);
+    explain_status_bar(27);
     set_help_tip(QStringLiteral("Show 'QuickHelp'"));
     resize(820, 620);
 }
@@ -75,7 +76,7 @@ QWidget* frmCtrlClim::make_scenario() {
                                     to_qt(doubled_ampersands(session().basin.Current_Sim_Name)),
                                 this);
     frame->setObjectName(QStringLiteral("Frame1"));
-    set_help(frame, 31);
+    set_help(frame, 29);
     auto* layout = new QVBoxLayout(frame);
     scenario_ = new QComboBox(frame);
     scenario_->setObjectName(QStringLiteral("CmboScenario"));
@@ -97,7 +98,7 @@ QWidget* frmCtrlClim::make_scenario() {
 
 QWidget* frmCtrlClim::make_steps() {
     auto* frame = new QGroupBox(this);
-    set_help(frame, 30);
+    set_help(frame, 28);
     auto* layout = new QVBoxLayout(frame);
     for (int i = 0; i < k_climate_steps; ++i) {
         const auto index = static_cast<std::size_t>(i);
@@ -152,7 +153,9 @@ QWidget* frmCtrlClim::make_statistics() {
     statistics_grid_ = new GridView(statistics_, this);
     statistics_grid_->setObjectName(QStringLiteral("SpdStat"));
     statistics_grid_->setAccessibleName(QStringLiteral("Statistics"));
-    set_help(statistics_grid_, 16);
+    set_help(statistics_grid_, k_statistics_help);
+    statistics_grid_->setProperty(k_help_rows,
+                                  QVariantList{15, 16, k_statistics_help, 17, 18, k_statistics_help, 19, 20});
     statistics_grid_->verticalHeader()->hide();
     statistics_grid_->fit_columns();
     for (int column = 1; column < statistics_->columnCount(); ++column) {
@@ -177,7 +180,7 @@ void frmCtrlClim::fix_statistics_height(QGridLayout& layout, int row) {
 }
 
 void frmCtrlClim::make_buttons(QWidget* content) {
-    buttons_ = make_button_row({"&Done", "&Abort", "&Help", "&Print"}, 23, content).buttons;
+    buttons_ = make_button_row({"&Done", "&Abort", "&Help", "&Print"}, 21, content).buttons;
     for (QPushButton* button : buttons_) button->setAutoDefault(false);
     buttons_[k_abort]->setEnabled(false);
     buttons_[k_print]->setEnabled(false);

@@ -83,6 +83,8 @@ QWidget* frmTimeLagDist::make_buttons() {
         layout->addWidget(button);
         buttons_.at(index) = button;
     }
+    leave_unchecked(buttons_[1]);
+    leave_unchecked(buttons_[2]);
     connect(buttons_[0], &QPushButton::clicked, this, &frmTimeLagDist::accept);
     connect(buttons_[1], &QPushButton::clicked, this, &QWidget::close);
     connect(buttons_[2], &QPushButton::clicked, this,
