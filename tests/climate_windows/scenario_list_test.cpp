@@ -114,6 +114,35 @@ TEST_F(ScenarioListTest, AScenarioWhoseTableIsMissingIsDeleted) {
     EXPECT_EQ(chooser()->count(), 1);
 }
 
+TEST_F(ScenarioListTest, WhereAllTablesAreMissingANameIsAskedFor) {
+    add_scenario("lost", {});
+    change("DROP TABLE lost");
+    dialogs_.then_text("found");
+    open();
+    EXPECT_EQ(messages(), 1U);
+    expect_asked_for_a_name();
+    EXPECT_THAT(references(), ElementsAre("Test/found"));
+}
+
+TEST_F(ScenarioListTest, APlaceholderBesideAScenarioIsNotShownAndStays) {
+    change("INSERT INTO ClimateScenarioIndex (SimulationFile, ScenarioFile) VALUES ('Test', 'None')");
+    add_scenario(k_scenario, {});
+    open();
+    EXPECT_EQ(chooser()->count(), 1);
+    EXPECT_EQ(from_qt(chooser()->currentText()), "Warmer");
+    EXPECT_THAT(references(), ElementsAre("Test/None", "Test/Warmer"));
+    EXPECT_THAT(dialogs_.inputs(), IsEmpty());
+}
+
+TEST_F(ScenarioListTest, APeriodOfTwoDaysIsToldAtOnceWhereThereIsNoScenario) {
+    session_.basin.Current_End = *session_.basin.Current_Start + 1;
+    open();
+    ASSERT_EQ(messages(), 1U);
+    EXPECT_EQ(last_message().title, "Period too short for climate change");
+    EXPECT_THAT(dialogs_.inputs(), IsEmpty());
+    expect_nothing_to_edit();
+}
+
 TEST_F(ScenarioListTest, NewMakesAScenarioAndShowsIt) {
     open_scenario();
     dialogs_.then_text("second");
