@@ -203,6 +203,22 @@ TEST_F(ClimateControlTest, ASuspendedLaterStepClosesTheResultsAndKeepsTheStepsBe
     EXPECT_EQ(run.FinalQ[2], 77.5F);
 }
 
+TEST_F(ClimateControlTest, ASuspendedStepTwoStillEndsTheWinterAndPreparesTheTotals) {
+    open_six_days();
+    run_to(1);
+    lose_temperature(1);
+    run.MeltSeasonStart = date_of(1999, 1, 1);
+    run.zone_totals[0].precipitation = 99.0F;
+    suspended(2);
+    EXPECT_EQ(run.MeltSeasonStart, SixDays::winter_end());
+    for (const std::size_t zone : {0U, 1U}) {
+        EXPECT_EQ(run.zone_totals[zone].first_day, SixDays::first_day());
+        EXPECT_EQ(run.zone_totals[zone].last_day, SixDays::winter_end());
+        EXPECT_EQ(run.zone_totals[zone].precipitation, 4.0F);
+        EXPECT_EQ(run.zone_totals[zone].zonal_melt, 0.0F);  // as step 1 left it: no degrees
+    }
+}
+
 TEST_F(ClimateControlTest, ASuspendedStepThreeIsTakenAgainFromTheSameDay) {
     open_six_days();
     run_to(2);
@@ -247,9 +263,10 @@ TEST_F(ClimateControlTest, AReportThatCannotBeWrittenSuspendsStepFive) {
     std::filesystem::create_directory(report);
     suspended(5);
     ASSERT_EQ(dialogs.messages().size(), 2U);
-    EXPECT_NE(dialogs.messages()[0].message.text.find("NVR_DfGN.out"), std::string::npos)
-        << dialogs.messages()[0].message.text;
-    EXPECT_EQ(dialogs.messages()[0].message.icon, Icon::Stop);
+    expect_stop(dialogs.messages()[0],
+                "The file '" + path_text(report) +
+                    "' can't be written: it is a folder. Step 5 can be repeated once it can be written.",
+                k_program_title);
     EXPECT_EQ(climate.steps_done, 4);
     std::filesystem::remove(report);
     run_to(6, 5);
@@ -263,9 +280,71 @@ TEST_F(ClimateControlTest, AFaultOfStepFiveShowsItsText) {
     change("UPDATE SimResults SET MDCexcl = NULL WHERE Zone = 2");
     suspended(5);
     ASSERT_EQ(dialogs.messages().size(), 2U);
-    EXPECT_EQ(dialogs.messages()[0].message.icon, Icon::Stop);
-    EXPECT_NE(dialogs.messages()[0].message.text, "");
+    expect_stop(dialogs.messages()[0], "Invalid use of Null", k_program_title);
     EXPECT_EQ(climate.steps_done, 4);
+    EXPECT_FALSE(std::filesystem::exists(report));
+}
+
+TEST_F(ClimateControlTest, AFaultOfStepFiveLeavesTheReportOfAnEarlierEvaluation) {
+    open_six_days();
+    run_to(4);
+    write_whole_file(report, "the report of an earlier evaluation");
+    change("UPDATE SimResults SET MDCexcl = NULL WHERE Zone = 2");
+    suspended(5);
+    EXPECT_EQ(read_whole_file(report, 1000), "the report of an earlier evaluation");
+}
+
+TEST_F(ClimateControlTest, ASuspendedStepSixAccumulatesTheMeltAllTheSame) {
+    open_six_days();
+    run_to(5);
+    climate.SummerStartDate = 0;
+    lose_temperature(4);
+    suspended(6);
+    ASSERT_EQ(dialogs.messages().size(), 2U);
+    EXPECT_EQ(dialogs.messages()[0].message.title, "Missing data in basin variable table.");
+    EXPECT_EQ(climate.steps_done, 5);
+    EXPECT_EQ(run.ClimateStep, 6);
+    EXPECT_EQ(run.InitialRunoff, 77.5F);
+    EXPECT_EQ(climate.SummerStartDate, date_of(2001, 4, 1));
+    EXPECT_FALSE(climate.statistics[6]);
+    EXPECT_FALSE(run.results_enabled);
+    EXPECT_EQ(run.LastRunSimulation, "");
+    const SimResults table = results();
+    EXPECT_THAT(days_of(table, table.DailyQ, 1, 3, 6), Each(testing::IsNan()));
+    for (const int zone : {1, 2}) {
+        // What they are made of stands in the table since steps 3 and 5: as in a step that is done.
+        EXPECT_THAT(days_of(table, table.AZMincl, zone, 3, 6), ElementsAre(0.875F, 1.5F, 1.875F, 2.0F));
+        EXPECT_THAT(days_of(table, table.AZMexcl, zone, 3, 6), ElementsAre(0.875F, 1.5F, 1.875F, 2.0F));
+        EXPECT_THAT(days_of(table, table.AZMwork, zone, 3, 6), ElementsAre(0.375F, 0.5F, 0.5F, 0.5F));
+        EXPECT_THAT(days_of(table, table.AZMexclWA, zone, 3, 6), ElementsAre(0.375F, 0.5F, 0.5F, 0.5F));
+    }
+    give_temperature(4, "TAvg = 2, TAvgCC = 3");
+    run_to(6, 6);
+    expect_valid();
+}
+
+TEST_F(ClimateControlTest, AFaultInTheAccumulatedMeltSuspendsStepSixBehindItsRun) {
+    open_six_days();
+    run_to(5);
+    change("UPDATE SimResults SET MDCincl = NULL WHERE Zone = 2 AND Date = " +
+           std::to_string(SixDays::first_day() + 3));
+    suspended(6);
+    ASSERT_EQ(dialogs.messages().size(), 2U);
+    expect_stop(dialogs.messages()[0], "Invalid use of Null", k_program_title);
+    EXPECT_EQ(climate.steps_done, 5);
+    EXPECT_FALSE(run.results_enabled);
+    EXPECT_EQ(run.LastRunSimulation, "");
+    const SimResults table = results();
+    EXPECT_THAT(days_of(table, table.DailyQ, 1, 3, 6), ElementsAre(95.0, 85.0, 61.25, 49.375));
+    EXPECT_EQ(climate.SummerStartDate, date_of(2001, 4, 1));
+    EXPECT_THAT(days_of(table, table.AZMincl, 1, 3, 6), ElementsAre(0.875F, 1.5F, 1.875F, 2.0F));
+    EXPECT_THAT(days_of(table, table.AZMexcl, 1, 3, 6), ElementsAre(0.875F, 1.5F, 1.875F, 2.0F));
+    EXPECT_THAT(days_of(table, table.AZMexclWA, 1, 3, 6), ElementsAre(0.375F, 0.5F, 0.5F, 0.5F));
+    // Zone 2 got as far as the day before.
+    EXPECT_THAT(days_of(table, table.AZMincl, 2, 3, 3), ElementsAre(0.875F));
+    EXPECT_THAT(days_of(table, table.AZMincl, 2, 4, 6), Each(testing::IsNan()));
+    EXPECT_THAT(days_of(table, table.AZMexcl, 2, 3, 6), Each(testing::IsNan()));
+    EXPECT_THAT(days_of(table, table.AZMexclWA, 2, 3, 6), Each(testing::IsNan()));
 }
 
 TEST_F(ClimateControlTest, MoreThanNineZonesEndInStepFive) {

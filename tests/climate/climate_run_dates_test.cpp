@@ -26,5 +26,28 @@ TEST_F(ClimateDatesTest, WithoutASimulationStepOneIsRefused) {
     EXPECT_EQ(last_message().message.text, "Please check the start/end dates for this simulation!");
 }
 
+TEST_F(ClimateDatesTest, OfTwoRowsOfAScenarioTheLastCountsWhicheverSimulationItBears) {
+    open_six_days();
+    {
+        BasinDatabase database{file, Access::ReadWrite};
+        add_rows<ScenarioIndexRow>(
+            database, template_table(k_scenario_index),
+            std::vector{ScenarioIndexRow{.simulation = "Another",
+                                         .scenario = k_scenario,
+                                         .winter_end_date = static_cast<double>(SixDays::winter_end() + 2),
+                                         .creation_date = std::nullopt,
+                                         .comments = "the second"},
+                        ScenarioIndexRow{.simulation = "Another",
+                                         .scenario = "Colder",
+                                         .winter_end_date = static_cast<double>(SixDays::first_day()),
+                                         .creation_date = std::nullopt,
+                                         .comments = "of no concern"}});
+    }
+    run_to(1);
+    EXPECT_EQ(climate.WinterEndDate, SixDays::winter_end() + 2);
+    EXPECT_EQ(run.RunEnd, SixDays::winter_end() + 2);
+    EXPECT_EQ(climate.ScenarioComments, "the second");
+}
+
 }  // namespace
 }  // namespace nivora

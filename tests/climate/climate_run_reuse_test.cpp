@@ -123,6 +123,23 @@ TEST_F(ReusedResultsTest, NoScenarioRowIsAppliedSoAnEmptyScenarioDoes) {
     EXPECT_THAT(days_of(table, table.TAvgCC, 2, 1, 3), ElementsAre(1, 1, 3));
 }
 
+TEST_F(ReusedResultsTest, WithoutResultsThereIsNothingToUse) {
+    change("DROP TABLE SimResults");
+    dialogs.then(Answer::Yes);
+    suspended(1);
+    ASSERT_EQ(dialogs.messages().size(), 3U);  // the question, the reason, and that the step was cancelled
+    const Message& reason = dialogs.messages()[1].message;
+    EXPECT_EQ(reason.icon, Icon::Stop);
+    EXPECT_THAT(reason.text, testing::HasSubstr("SimResults"));
+    EXPECT_EQ(climate.steps_done, 0);
+    EXPECT_FALSE(climate.statistics[1]);
+    EXPECT_FALSE(run.results_enabled);
+    EXPECT_EQ(run.LastRunSimulation, "");
+    EXPECT_FALSE((BasinDatabase{file, Access::ReadOnly}.has_table("SimResults")));
+    end_climate(context(), false);
+    EXPECT_FALSE(basin.Output_Valid);
+}
+
 /// What was edited in the results between two steps.
 class EditedBetweenStepsTest : public ClimateRunTest {};
 

@@ -81,6 +81,13 @@ TEST_F(ClimateStepsTest, StepThreeRunsTheSummerOfThePresentClimateFromTheEndOfIt
     EXPECT_THAT(run.ClimateSums[k_first_zone][3], ElementsAre(0, 2, 2, 0, 0));
 }
 
+TEST_F(ClimateStepsTest, StepFourSetsTheRunoffBackToTheEndOfThePresentWinter) {
+    run_to(3);
+    run.InitialRunoff = 99.0F;
+    run_to(4, 4);
+    EXPECT_EQ(run.InitialRunoff, 2.5F);  // of step 1; step 2 ended at 77.5, step 3 at 79.84375
+}
+
 TEST_F(ClimateStepsTest, StepFourTakesInputsAndMeltOfTheChangedSummerAndNoDischarge) {
     run_to(3);
     const std::vector<double> discharge = computed(1, 6);
@@ -146,6 +153,21 @@ TEST_F(ClimateStepsTest, StepSixEndsWithTheAccumulatedMeltOfBothClimates) {
     }
 }
 
+TEST_F(ClimateStepsTest, ASimulationWithoutAnInitialRunoffStartsAtZero) {
+    SixDays small;
+    small.simulation.initial_runoff.reset();
+    std::filesystem::remove(file);
+    open(small, static_cast<double>(SixDays::winter_end()));
+    run.InitialRunoff = 99.0F;
+    dialogs.then(Answer::Ok);  // 0 against the 9 that were measured
+    EXPECT_EQ(take(1), StepOutcome::Done);
+    EXPECT_EQ(run.InitialRunoff, 0.0F);
+    EXPECT_THAT(computed(1, 2), ElementsAre(0.0, 0.0));
+    EXPECT_EQ(run.FinalQ[1], 0.0F);
+    ASSERT_EQ(dialogs.messages().size(), 1U);
+    EXPECT_EQ(last_message().message.title, "Warning, possible data problem");
+}
+
 TEST_F(ClimateStepsTest, StatisticsOfEachStep) {
     run_to(6);
     const auto& steps = climate.statistics;
@@ -205,6 +227,57 @@ TEST_F(ClimateStepsTest, WithoutAnyMeasuredDischargeAStepHasNoStatistics) {
     open(small, static_cast<double>(SixDays::winter_end()));
     EXPECT_EQ(step(1), StepOutcome::Done);
     EXPECT_FALSE(climate.statistics[1]);
+}
+
+/// A winter under a cover of three quarters with snow on its first day and rain on its second; the scenario
+/// adds a degree and doubles the precipitation.
+class WinterTotalsTest : public ClimateRunTest {
+protected:
+    void SetUp() override {
+        SixDays small;
+        for (std::size_t row = 0; row < small.physical.size(); ++row) {
+            const DayCount day = small.physical[row].date - SixDays::first_day() + 1;
+            if (day > SixDays::k_winter_days) continue;
+            small.physical[row].sca = 0.75F;
+            if (day == 2) {
+                small.physical[row].precip = 2.0F;
+                small.parameters[row].tcrit = 0.5F;
+            }
+        }
+        ScenarioRow twice_the_precipitation = small.plus_one;
+        twice_the_precipitation.variable = 2;
+        twice_the_precipitation.action = 1;
+        twice_the_precipitation.factor = 2.0F;
+        open(small, static_cast<double>(SixDays::winter_end()), {small.plus_one, twice_the_precipitation});
+    }
+
+    void expect_totals_of_the_winter() {
+        for (const std::size_t zone : {0U, 1U}) {
+            SCOPED_TRACE(zone);
+            const ZoneTotals& totals = run.zone_totals[zone];
+            EXPECT_EQ(totals.first_day, SixDays::first_day());
+            EXPECT_EQ(totals.last_day, SixDays::winter_end());
+            EXPECT_EQ(totals.precipitation, 6.0F);  // 4 + 2, of the present climate
+            EXPECT_EQ(totals.rain, 4.0F);           // twice the 2 of day 2
+            // 1 degree x 0.5 = 0.5 a day, under three quarters of cover: 0.375 + 0.375.
+            EXPECT_EQ(totals.zonal_melt, 0.75F);
+            // A quarter of the 8 of day 1 is stored as new snow: 2, of which 0.5 a day melts.
+            EXPECT_EQ(totals.new_snow_melt, 1.0F);
+        }
+    }
+};
+
+TEST_F(WinterTotalsTest, ArePreparedByStepTwoFromTheChangedWinter) {
+    run_to(1);
+    EXPECT_FALSE(run.zone_totals[0].last_day);
+    run_to(2, 2);
+    EXPECT_EQ(run.WinterPrecip[k_first_zone][2], 12.0F);
+    expect_totals_of_the_winter();
+}
+
+TEST_F(WinterTotalsTest, StayThroughTheStepsOfTheSummer) {
+    run_to(6);
+    expect_totals_of_the_winter();
 }
 
 /// Winter, summer and year of a row; nothing for an empty cell.
