@@ -53,6 +53,20 @@ TEST_F(DepletionCurves, MeltIsRoundedOnEachDay) {
     EXPECT_EQ(days(table.AZMincl), (Floats{16777216, 16777216, 16777216}));
 }
 
+TEST_F(DepletionCurves, TheRiseIsRoundedBeforeItIsWeighted) {
+    summer(1, 2);
+    set(table.SCA, 1, {0, 0.75});
+    set(table.MDCincl, 1, {0.5, 16777215});
+    set(table.SCAclim, 1, {0, 0.75});
+    set(table.MDCexclWA, 1, {0.5, 16777215});
+    accumulate_zonal_melt(table, rows_of(1));
+    Climate_Depletion_Curves(table, rows_of(1));
+    // Below 2^24 Singles are 1 apart: the rise of 16,777,214.5 goes to the even 16,777,214, and 0.75 of it,
+    // 12,582,910.5, to the even 12,582,910. 0.75 of the rise itself, 12,582,910.875, would give 12,582,911.
+    EXPECT_EQ(days(table.AZMincl), (Floats{0, 12582910}));
+    EXPECT_EQ(days(table.AZMwork), (Floats{0, 12582910}));
+}
+
 TEST_F(DepletionCurves, EachZoneStartsAtZero) {
     summer(2, 2);
     for (const int zone : {1, 2}) {
@@ -127,6 +141,29 @@ TEST_F(DepletionCurves, AZeroBehindADepthBeyondThePresentCurveEndsTheWork) {
     EXPECT_EQ(days(table.AZMexclWA), (Floats{0, 2, 2, 6}));
 }
 
+TEST_F(DepletionCurves, ADepthBelowZeroThatFindsItsDayEndsTheWork) {
+    summer(1, 3);
+    fill_zone(table.SCAclim, 1, 1);
+    set(table.MDCexclWA, 1, {2, -1, 4});
+    set(table.MDCexcl, 1, {2, 3, 5});
+    Climate_Depletion_Curves(table, rows_of(1));
+    EXPECT_EQ(days(table.AZMwork), (Floats{2, -1, 4}));
+    // 2 lands on day 1. -1 would land there as well, and 4 on day 3, had it not ended the work.
+    EXPECT_EQ(days(table.AZMexclWA), (Floats{2, 2, 2}));
+}
+
+TEST_F(DepletionCurves, AMeltBelowZeroIsNotHeld) {
+    summer(1, 4);
+    set(table.SCAclim, 1, {0, 1, 1, 0});
+    set(table.MDCexclWA, 1, {2, 1, 4, 0});
+    set(table.MDCexcl, 1, {2, 3, 5, 6});
+    Climate_Depletion_Curves(table, rows_of(1));
+    // 0*2; + 1*-1; + 1*3; + 0*-4
+    EXPECT_EQ(days(table.AZMwork), (Floats{0, -1, 2, 2}));
+    // 2 and then 1 land on day 1, 4 on day 3. Day 2 keeps its 0 behind the -1, day 4 holds the 2.
+    EXPECT_EQ(days(table.AZMexclWA), (Floats{-1, 0, 2, 2}));
+}
+
 TEST_F(DepletionCurves, ACurveThatStartsAtZeroGivesNothing) {
     summer(1, 4);
     fill_zone(table.SCAclim, 1, 1);
@@ -170,6 +207,19 @@ TEST_F(DepletionCurves, AMissingCoverIsAFault) {
     table.SCAclim[at(1, 2)] = k_missing;
     EXPECT_THROW(Climate_Depletion_Curves(table, rows_of(1)), Fault);
     EXPECT_EQ(table.AZMwork[at(1, 1)], 0.0F);
+}
+
+TEST_F(DepletionCurves, AFaultLeavesTheRowsBeforeItClearedAndTheOthersAsTheyWere) {
+    summer(1, 4);
+    fill_zone(table.SCAclim, 1, 1);
+    table.SCAclim[at(1, 3)] = k_missing;
+    set(table.MDCexclWA, 1, {1, 2, 3, 4});
+    set(table.MDCexcl, 1, {1, 2, 3, 4});
+    fill_zone(table.AZMwork, 1, 77);
+    fill_zone(table.AZMexclWA, 1, 99);
+    EXPECT_THROW(Climate_Depletion_Curves(table, rows_of(1)), Fault);
+    EXPECT_EQ(days(table.AZMwork), (Floats{1, 2, 77, 77}));
+    EXPECT_EQ(days(table.AZMexclWA), (Floats{0, 0, 99, 99}));
 }
 
 TEST_F(DepletionCurves, OtherZonesStayAsTheyAre) {

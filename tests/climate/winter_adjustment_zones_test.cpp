@@ -203,6 +203,34 @@ TEST_F(WinterZones, ACurveThatEndsOnTheSummersLastDayHasNoRest) {
     EXPECT_EQ(days(table.SCAclim), (Floats{0.5F, 0.25F, 0}));
 }
 
+TEST_F(WinterZones, ACurveThatEndsOnALowerZonesLastDayLeavesTheZoneAboveAlone) {
+    summer(2, 3);
+    winter(1, 10, 20, 0, 0);
+    set(table.SCA, 1, {0.5, 0.25, 0});
+    set(table.MDCexcl, 1, {1, 2, 0});  // stretched to 2 and 4
+    set(table.SumAT, 1, {1, 3, 4});    // day 2 and day 3
+    set(table.SCA, 2, {1, 0.75, 0.5});
+    set(table.MDCexcl, 2, {1, 2, 3});
+    set(table.SumAT, 2, {1, 2, 3});
+    adjust();
+    // 0.25 lies above the bare last day, which is the summer's last one for this zone as well.
+    EXPECT_EQ(days(table.SCAclimWA, 1), (Floats{0, 0.5F, 0.25F}));
+    EXPECT_EQ(days(table.SCAclim, 1), (Floats{0.5F, 0.25F, 0}));
+    EXPECT_EQ(days(table.SCAclim, 2), (Floats{1, 0.75F, 0}));
+}
+
+TEST_F(WinterZones, TheMarkOfABareDayIsTheRestOfItsCurve) {
+    summer(1, 5);  // no change
+    set(table.SCA, 1, {1, 0.5, 0, 0, 0});
+    set(table.MDCexcl, 1, {1, 2, 3, 0, 0});
+    set(table.SumAT, 1, {1, 2, 3, 4, 5});
+    adjust();
+    // The curve ends on day 3 with the mark, 0.0001 above the 0 of that day: the days behind it take 0 +
+    // 0.0001, the last one included, which the walk itself left unwritten.
+    EXPECT_EQ(days(table.SCAclimWA), (Floats{1, 0.5F, 0.0001F, 0, 0}));
+    EXPECT_EQ(days(table.SCAclim), (Floats{1, 0.5F, 0, 0.0001F, 0.0001F}));
+}
+
 TEST_F(WinterZones, ACoverThatEndsOnTheVeryLastDayIsHeldThere) {
     summer(1, 3);  // no change, so that the last day is not written and its depth stays 0
     set(table.SCA, 1, {1, 0.5, 0});

@@ -247,5 +247,28 @@ TEST_F(WinterReportTest, ALongRowOfDigitsIsCutToSeven) {
                                   "     Sum P_rain  =  1E+07 \r\n"));
 }
 
+TEST_F(WinterReportTest, FromTenMillionOnANumberHasAnExponentAndTheChangesPatternHasNot) {
+    melting_summer(1);
+    winter(1, 1, 12345677, 0, 0);  // gain 12345677 / 1, change 12345677 - 1
+    sums(1, 1, 12345678, 9999999, 99999992);
+    adjust();
+    // Seven digits: 1.2345678 is 1.234568, 9.9999992 is 9.999999.
+    EXPECT_THAT(report, HasSubstr("     Sum M·S     =  1.234568E+07 \r\n"
+                                  "     Sum M(1-S)  =  9999999 \r\n"
+                                  "     Sum P_rain  =  9.999999E+07 \r\n"));
+    EXPECT_THAT(report, HasSubstr("     g  = ( 1.234568E+07 - 0 )/( 1 - 0 )\r\n"  // 1 + 12345677
+                                  "Winter Change (\x1eHW), Zone 1  = 12345676.\r\n"));
+    EXPECT_THAT(report, HasSubstr("   Winter change (surplus)  1.234568E+07  was accounted for by\r\n"
+                                  "   stretching MDCs by a factor of 1.234568E+07 \r\n"));
+}
+
+TEST_F(WinterReportTest, ADeficitOfEightDigitsKeepsItsSignInBothForms) {
+    melting_summer(1);
+    winter(1, 12345678, 0, 0, 0);
+    adjust();
+    EXPECT_THAT(report, HasSubstr("Winter Change (\x1eHW), Zone 1  = -12345678.\r\n"));
+    EXPECT_THAT(report, HasSubstr("   Winter change (deficit) of -1.234568E+07  is greater than\r\n"));
+}
+
 }  // namespace
 }  // namespace nivora
