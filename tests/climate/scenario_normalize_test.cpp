@@ -35,6 +35,11 @@ protected:
         });
     }
 
+    void store_normals_again(const std::vector<MonthlyRow>& rows) {
+        database.drop_table(basin_averages_table().name);
+        store_normals(rows);
+    }
+
     /// Temperature 10 times the zone plus the month, precipitation half of that.
     [[nodiscard]] static std::vector<MonthlyRow> normals(int zones = 2) {
         std::vector<MonthlyRow> rows;
@@ -195,6 +200,56 @@ TEST_F(ScenarioNormalization, AsksWhereTheAverageTemperatureIsZeroAndGoesOn) {
     EXPECT_EQ(last_message().message.buttons, Buttons::OkCancel);
     EXPECT_EQ(table.TAvgCC[at(2, 5)], 20.0F);   // -3 + 23
     EXPECT_EQ(table.TAvgCC[at(2, 24)], 32.0F);  // and the months behind it
+}
+
+TEST_F(ScenarioNormalization, AsksOfAZeroAverageBeforeItMissesTheLongTermOne) {
+    auto rows = normals();
+    rows[0].tavg = k_missing;
+    rows[0].precip = k_missing;
+    store_normals(rows);
+    set(table.TAvg, 1, {-1, 1});
+    set(table.Precip, 1, {0, 0});
+    const SimResults before = table;
+    for (const int variable : {k_temperature, k_precipitation}) {
+        dialogs.then(Answer::Ok);
+        EXPECT_EQ(apply({normalized(variable)}), 1);
+        dialogs.then(Answer::Cancel);
+        EXPECT_EQ(apply({normalized(variable)}), 1);
+    }
+    // OK goes on to the missing value, Cancel does not.
+    ASSERT_EQ(dialogs.messages().size(), 6U);
+    EXPECT_EQ(dialogs.messages()[0].message.title, "Possible missing temperature data");
+    expect_stop(dialogs.messages()[1], k_missing_text, k_missing_title);
+    EXPECT_EQ(dialogs.messages()[2].message.title, "Possible missing temperature data");
+    EXPECT_EQ(dialogs.messages()[3].message.title, "Possible missing precipitation data");
+    expect_stop(dialogs.messages()[4], k_missing_text, k_missing_title);
+    EXPECT_EQ(dialogs.messages()[5].message.title, "Possible missing precipitation data");
+    EXPECT_THAT(changed_columns(before, table), IsEmpty());
+}
+
+TEST_F(ScenarioNormalization, OfTheMeanTemperatureNeedsNoMaximaAndMinima) {
+    store_normals(normals());
+    for (auto* column : {&table.TMax, &table.TMaxCC, &table.Tmin, &table.TminCC}) fill(*column, k_missing);
+    EXPECT_EQ(apply({normalized(k_temperature)}), 0);
+    EXPECT_EQ(table.TAvgCC[at(1, 1)], 11.0F);   // January of zone 1: 2 + (11 - 2)
+    EXPECT_EQ(table.TAvgCC[at(2, 24)], 32.0F);  // December of zone 2: 2 + (32 - 2)
+    EXPECT_THAT(table.TMaxCC, testing::Each(testing::IsNan()));
+    EXPECT_THAT(table.TminCC, testing::Each(testing::IsNan()));
+    EXPECT_THAT(dialogs.messages(), IsEmpty());
+}
+
+TEST_F(ScenarioNormalization, OfAllZonesEndsWithTheLastZoneOfTheBasin) {
+    store_normals(normals(1));
+    basin.ZoneCount = 1;
+    EXPECT_EQ(apply({normalized(k_temperature)}), 0);
+    EXPECT_EQ(table.TAvgCC[at(1, 24)], 22.0F);
+    EXPECT_THAT(days(table.TAvgCC, 2), testing::Each(2.0F));
+    basin.ZoneCount = 3;
+    store_normals_again(normals(3));
+    EXPECT_EQ(apply({normalized(k_precipitation)}), 1);
+    ASSERT_EQ(dialogs.messages().size(), 1U);
+    expect_stop(last_message(), k_missing_text, k_missing_title);  // zone 3 has no days to average
+    EXPECT_EQ(table.PrecipCC[at(2, 24)], 16.0F);                   // December of zone 2: 2 + (16 - 2)
 }
 
 TEST_F(ScenarioNormalization, EndsWhereTheUserCancelsAndKeepsTheMonthsBefore) {

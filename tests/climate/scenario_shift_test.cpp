@@ -178,6 +178,20 @@ TEST_F(ScenarioShift, LeavesTheZonesThatItHasDoneWhereALaterOneFaults) {
     EXPECT_THAT(last_message().message.text, HasSubstr("1996-04-01 in zone 2"));
 }
 
+TEST_F(ScenarioShift, OfAllZonesEndsWithTheLastZoneOfTheBasin) {
+    basin.ZoneCount = 1;
+    EXPECT_EQ(apply({edit(2, EditAction::ShiftForward, 1.0F)}), 0);
+    EXPECT_THAT(days(table.PrecipCC, 1), ElementsAre(2.0F, 3.0F, 4.0F, 5.0F, 6.0F, 6.0F));
+    EXPECT_THAT(days(table.PrecipCC, 2), ElementsAre(11.0F, 12.0F, 13.0F, 14.0F, 15.0F, 16.0F));
+    basin.ZoneCount = 3;
+    EXPECT_EQ(apply({edit(2, EditAction::ShiftForward, 1.0F)}), 1);
+    EXPECT_THAT(days(table.PrecipCC, 1), ElementsAre(3.0F, 4.0F, 5.0F, 6.0F, 6.0F, 6.0F));
+    EXPECT_THAT(days(table.PrecipCC, 2), ElementsAre(12.0F, 13.0F, 14.0F, 15.0F, 16.0F, 16.0F));
+    ASSERT_EQ(dialogs.messages().size(), 1U);
+    EXPECT_EQ(last_message().message.text,
+              "Row 1: the simulation has no 1996-04-01 in zone 3 to shift from or to.");
+}
+
 TEST_F(ScenarioShift, OfAZoneThatTheBasinLacksFaults) {
     EXPECT_EQ(apply({edit(2, EditAction::ShiftForward, 1.0F, 1, 6, 3)}), 1);
     EXPECT_EQ(last_message().message.title, k_definition_error);
