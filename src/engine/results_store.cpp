@@ -45,8 +45,9 @@ SimResults load_results(BasinDatabase& database) {
     return guarded([&] {
         SimResults results;
         const TableSchema table = sim_results_table();
-        SQLite::Statement query{database.sql(), "SELECT " + field_list(table) + " FROM " +
-                                                    quoted_name(table.name) + " ORDER BY rowid"};
+        const std::string name = quoted_name(database.existing_table(table.name));
+        SQLite::Statement query{database.sql(),
+                                "SELECT " + field_list(table) + " FROM " + name + " ORDER BY rowid"};
         while (query.executeStep()) {
             int position = 0;
             SimResults::visit(results,

@@ -185,8 +185,9 @@ TEST_F(ControlBoxesTest, ReuseWithoutResultsSaysSoAndIsLeftByAbort) {
     reuse()->setChecked(true);
     dialogs_.then(Answer::Yes);
     tick(1);
+    ASSERT_EQ(messages(), 3U);  // the question, what is missing, and that the step was suspended
+    EXPECT_EQ(dialogs_.messages()[1].message.text, "The basin file has no table 'SimResults'.");
     EXPECT_EQ(last_message().title, "CC run suspended");
-    EXPECT_GE(messages(), 3U);  // the question, what is missing, and that the step was suspended
     EXPECT_THAT(enabled(), ElementsAre(1));
     EXPECT_THAT(usable(), ElementsAre(1, 2));
     EXPECT_FALSE(is_busy());
