@@ -21,6 +21,7 @@ function(nivora_tests folder)
     target_compile_definitions(${target} PRIVATE ${arg_DEFINITIONS})
     gtest_discover_tests(${target}
         TEST_PREFIX "${folder}."
+        NO_PRETTY_VALUES # the bytes of a parameter are another text in each build
         DISCOVERY_MODE PRE_TEST
         DISCOVERY_TIMEOUT 60
         PROPERTIES TIMEOUT 300 LABELS "${folder}")

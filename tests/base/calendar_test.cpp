@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <limits>
 
 namespace nivora {
 namespace {
@@ -87,6 +88,13 @@ TEST(WholeDay, DropsTheTimePart) {
     EXPECT_EQ(whole_day(36526.5), 36526);
     EXPECT_EQ(whole_day(36526.999999), 36526);
     EXPECT_EQ(whole_day(0.25), 0);
+}
+
+TEST(WholeDay, OfADateOutOfRangeIsTheLargestOne) {
+    EXPECT_EQ(whole_day(1e300), 1000000);
+    EXPECT_EQ(whole_day(-1e300), -1000000);
+    EXPECT_EQ(whole_day(std::numeric_limits<double>::quiet_NaN()), 1000000);
+    EXPECT_EQ(whole_day(1000000.0), 1000000);
 }
 
 TEST(DateText, HasTwoDigitsForMonthAndDayInTheLongForm) {

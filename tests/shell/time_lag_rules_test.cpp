@@ -80,6 +80,18 @@ TEST_F(TimeLagRulesTest, AShareOfZeroOpensEmptyAndDisabledAmongOthers) {
     EXPECT_EQ(total(), QStringLiteral("1"));
 }
 
+TEST_F(TimeLagRulesTest, AnEmptyCountDoesNotHoldBackCancel) {
+    give_count("");
+    ASSERT_EQ(dialogs_.messages().size(), 1U);
+    QTest::qWait(1);
+    ASSERT_EQ(QApplication::focusWidget(), text(0));
+    QTest::mousePress(button(1), Qt::LeftButton);
+    QTest::qWait(1);
+    QTest::mouseRelease(button(1), Qt::LeftButton);
+    EXPECT_EQ(dialogs_.messages().size(), 1U);
+    EXPECT_FALSE(lag_->isVisible());
+}
+
 TEST_F(TimeLagRulesTest, TheCountTakes1To6Alone) {
     for (const char* key : {"0", "7", "8", "9", ".", "-", "a", " "}) {
         QTest::keyClicks(text(0), QString::fromUtf8(key));
