@@ -159,6 +159,7 @@ TEST_F(ScenarioCommandTest, AFaultyEditIsWrongUsage) {
         {"1:1996-04-01:1996-04-03:0:1:17", "'17' is no zone"},
         {"1:1996-04-01:1996-04-03:0:1:Q", "'Q' is no zone"},
         {"2:1996-04-01:1996-04-03:3:1:0", "'Shift forward' can't be chosen for 'Precipitation'"},
+        {"3:1996-04-01:1996-04-03:3:1:0", "'Shift forward' can't be chosen for 'Maximum Temperature'"},
         {"0:1996-04-01:1996-04-03:4:1:0", "'Normalize' can't be chosen for 'M/M Temperature'"},
         {"5:1996-04-01:1996-04-03:Normalize::0", "'Normalize' can't be chosen for 'Lag Time'"}};
     for (const auto& [edit, said] : cases) {
@@ -210,6 +211,11 @@ TEST_F(ScenarioCommandTest, WhatDoesNotFitTheSimulationIsRefused) {
         expect_refused(scenario("warm", {}, {"--winter-end", date}), 1, "Invalid winter end date! [OK]\n",
                        before);
     }
+}
+
+TEST_F(ScenarioCommandTest, TheWinterMayEndOnTheFirstOrTheLastDay) {
+    for (const char* date : {"1996-04-01", "1996-04-03"})
+        EXPECT_EQ(scenario("warm", {}, {"--winter-end", date}).status, 0) << date;
 }
 
 TEST_F(ScenarioCommandTest, ANameThatNoScenarioMayBearIsRefused) {

@@ -330,6 +330,10 @@ TEST_F(ScenarioLeavingTest, TheVariablesAreShownReadOnly) {
     EXPECT_EQ(status, "Variable/parameter values adjusted for climate change");
     EXPECT_FALSE(session_.prep.Edit_Locked);
     EXPECT_EQ(session_.prep.query.table, "Test");
+    ASSERT_TRUE(session_.prep.query.period);
+    EXPECT_EQ(session_.prep.query.period->start, SixDays::first_day());
+    EXPECT_EQ(session_.prep.query.period->end, SixDays::first_day() + SixDays::k_days - 1);
+    EXPECT_EQ(session_.prep.Data_Columns, 17);
 }
 
 }  // namespace

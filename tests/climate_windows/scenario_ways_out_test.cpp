@@ -254,5 +254,28 @@ TEST_F(ScenarioWaysOutTest, QuickHelpExplainsBoxesButtonsAndColumns) {
     EXPECT_EQ(messages(), 0U);
 }
 
+TEST_F(ScenarioWaysOutTest, WithoutTheFileTheWindowStaysWithWhatWasTyped) {
+    set(1, k_factor, "2");
+    std::filesystem::remove(file_);
+    press(0);
+    EXPECT_EQ(messages(), 1U);
+    EXPECT_EQ(last_message().icon, Icon::Stop);
+    EXPECT_TRUE(window_->isVisible());
+    EXPECT_EQ(cell(1, k_factor), "2");
+    EXPECT_FALSE(session_.basin.Basin_Changed);
+    press_action(0);
+    press_action(1);
+    EXPECT_EQ(messages(), 3U);
+    EXPECT_EQ(cell(1, k_factor), "2");
+    EXPECT_FALSE(session_.basin.Basin_Changed);
+}
+
+TEST_F(ScenarioWaysOutTest, WithoutTheFileNoWindowOpens) {
+    std::filesystem::remove(file_);
+    reopen();
+    EXPECT_FALSE(opened_);
+    EXPECT_EQ(messages(), 1U);
+}
+
 }  // namespace
 }  // namespace nivora
