@@ -71,7 +71,8 @@ std::optional<int> scenario_zone_code(std::string_view text) {
 }
 
 std::vector<std::string> edit_action_list(std::optional<int> variable) {
-    const bool normalizable = variable == 1 || variable == 2;
+    const int code = variable.value_or(0);
+    const bool normalizable = code == 1 || code == 2;
     return {k_actions.begin(), normalizable ? k_actions.end() : k_actions.end() - 1};
 }
 
