@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "store/table_io.h"
+#include "store/whole_work.h"
 
 #include <SQLiteCpp/Statement.h>
 #include <fmt/format.h>
@@ -148,31 +149,6 @@ void make_scenario(BasinDatabase& database, const BasinState& basin, const std::
     add_rows<ScenarioIndexRow>(database, template_table(k_scenario_index), std::span{&row, 1});
 }
 
-/// Runs work as a whole, or not at all where it returns false or throws; also within a transaction of the
-/// caller. The savepoint is ended by hand: the guard of the library would leave its transaction open.
-template <typename Work>
-void as_one(BasinDatabase& database, Work&& work) {
-    guarded([&] {
-        SQLite::Database& sql = database.sql();
-        const auto undo = [&] {
-            // Where the engine has undone the whole transaction already there is nothing left to end.
-            sql.tryExec("ROLLBACK TO scenario");
-            sql.tryExec("RELEASE scenario");
-        };
-        sql.exec("SAVEPOINT scenario");
-        try {
-            if (work()) {
-                sql.exec("RELEASE scenario");
-            } else {
-                undo();
-            }
-        } catch (...) {
-            undo();
-            throw;
-        }
-    });
-}
-
 /// One scenario that can't be read must not hide the others, nor keep itself from being deleted.
 Scenario read_scenario(BasinDatabase& database, const ScenarioIndexRow& index, Dialogs& dialogs) {
     Scenario scenario{.index = index, .rows = {}, .fault = {}};
@@ -224,10 +200,7 @@ std::optional<std::string> new_scenario(BasinDatabase& database, const BasinStat
         dialogs.message(*problem);
         return std::nullopt;
     }
-    as_one(database, [&] {
-        make_scenario(database, basin, name);
-        return true;
-    });
+    as_a_whole(database, [&] { make_scenario(database, basin, name); });
     return name;
 }
 
@@ -236,7 +209,7 @@ std::optional<Message> create_scenario(BasinDatabase& database, const BasinState
     std::optional<Message> problem = period_problem(basin);
     if (problem) return problem;
     const std::string wanted{trimmed(name)};
-    as_one(database, [&] {
+    as_a_whole_if(database, [&] {
         const auto rows = index_rows(database, basin.Current_Sim_Name);
         if (const StoredIndexRow* stored = find_scenario(rows, wanted)) {
             drop_scenario_table(database, wanted);
@@ -258,7 +231,7 @@ bool delete_scenario(BasinDatabase& database, const std::string& simulation, con
     const Answer answer = dialogs.message(
         {.text = fmt::format("Delete '{}' scenario table?", name), .buttons = Buttons::YesNoCancel});
     if (answer != Answer::Yes) return false;
-    as_one(database, [&] {
+    as_a_whole(database, [&] {
         if (rows.size() > 1) {
             delete_index_row(database, stored->rowid);
         } else {
@@ -272,7 +245,6 @@ bool delete_scenario(BasinDatabase& database, const std::string& simulation, con
             if (!database.has_table(k_no_scenario)) database.create_table(scenario_table(k_no_scenario));
         }
         drop_scenario_table(database, name);
-        return true;
     });
     return true;
 }
@@ -288,11 +260,10 @@ void store_scenario(BasinDatabase& database, const Scenario& scenario) {
     StoredIndexRow stored = *found;
     stored.row.winter_end_date = scenario.index.winter_end_date;
     stored.row.comments = scenario.index.comments;
-    as_one(database, [&] {
+    as_a_whole(database, [&] {
         clear_table(database, scenario.index.scenario);
         add_rows<ScenarioRow>(database, scenario_table(scenario.index.scenario), scenario.rows);
         replace_index_row(database, stored);
-        return true;
     });
 }
 

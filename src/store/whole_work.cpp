@@ -16,16 +16,26 @@ void take_back(SQLite::Database& sql) {
 }  // namespace
 
 void as_a_whole(BasinDatabase& database, const std::function<void()>& work) {
+    as_a_whole_if(database, [&] {
+        work();
+        return true;
+    });
+}
+
+bool as_a_whole_if(BasinDatabase& database, const std::function<bool()>& work) {
     SQLite::Database& sql = database.sql();
-    guarded([&] {
+    return guarded([&] {
         sql.exec("SAVEPOINT whole_work");
+        bool done = false;
         try {
-            work();
-            sql.exec("RELEASE whole_work");
+            done = work();
+            if (done) sql.exec("RELEASE whole_work");
         } catch (...) {
             take_back(sql);
             throw;
         }
+        if (!done) take_back(sql);
+        return done;
     });
 }
 

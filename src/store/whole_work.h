@@ -12,4 +12,8 @@ namespace nivora {
 /// @throws StoreError, and whatever the work throws
 void as_a_whole(BasinDatabase& database, const std::function<void()>& work);
 
+/// The same for work that may also give up: where it returns false, what it wrote is taken back.
+/// @return what the work returned
+bool as_a_whole_if(BasinDatabase& database, const std::function<bool()>& work);
+
 }  // namespace nivora
