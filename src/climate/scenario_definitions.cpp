@@ -149,17 +149,12 @@ void make_scenario(BasinDatabase& database, const BasinState& basin, const std::
     add_rows<ScenarioIndexRow>(database, template_table(k_scenario_index), std::span{&row, 1});
 }
 
-/// One scenario that can't be read must not hide the others, nor keep itself from being deleted.
-Scenario read_scenario(BasinDatabase& database, const ScenarioIndexRow& index, Dialogs& dialogs) {
+Scenario read_scenario(BasinDatabase& database, const ScenarioIndexRow& index) {
     Scenario scenario{.index = index, .rows = {}, .fault = {}};
     try {
         scenario.rows = read_table<ScenarioRow>(database, scenario_table(index.scenario));
     } catch (const StoreError& error) {
         scenario.fault = error.what();
-        dialogs.stop(
-            fmt::format("The climate change scenario '{}' can't be read, and its rows are not shown. "
-                        "{}  Delete the scenario, or mend its table with another program.",
-                        index.scenario, scenario.fault));
     }
     return scenario;
 }
@@ -173,7 +168,7 @@ std::vector<Scenario> open_scenarios(BasinDatabase& database, const std::string&
         const std::string& name = stored.row.scenario;
         if (same_name(name, k_no_scenario)) continue;
         if (database.has_table(name)) {
-            scenarios.push_back(read_scenario(database, stored.row, dialogs));
+            scenarios.push_back(read_scenario(database, stored.row));
             continue;
         }
         dialogs.message(
@@ -185,6 +180,14 @@ std::vector<Scenario> open_scenarios(BasinDatabase& database, const std::string&
         delete_index_row(database, stored.rowid);
     }
     return scenarios;
+}
+
+Message unreadable_scenario_message(const Scenario& scenario) {
+    return {
+        .text = fmt::format("The climate change scenario '{}' can't be read, and its rows are not shown. {}  "
+                            "Delete the scenario, or mend its table with another program.",
+                            scenario.index.scenario, scenario.fault),
+        .icon = Icon::Stop};
 }
 
 std::optional<std::string> new_scenario(BasinDatabase& database, const BasinState& basin, Dialogs& dialogs) {

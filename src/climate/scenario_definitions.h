@@ -37,10 +37,13 @@ struct Scenario {
 };
 
 /// The scenarios of a simulation, without the placeholder. A row of the index whose table is missing is told
-/// of and deleted. A table that can't be read is told of, too, and its scenario comes without rows. @throws
-/// StoreError
+/// of and deleted. Where a table can't be read its scenario comes without rows, so that it does not hide the
+/// others and can be deleted. @throws StoreError
 [[nodiscard]] std::vector<Scenario> open_scenarios(BasinDatabase& database, const std::string& simulation,
                                                    Dialogs& dialogs);
+
+/// What the user is told of a scenario with a fault.
+[[nodiscard]] Message unreadable_scenario_message(const Scenario& scenario);
 
 /// Asks for a name and makes a scenario over the current simulation's period.
 /// @return its name; nothing where the user gave none or it was refused, which was shown. @throws StoreError

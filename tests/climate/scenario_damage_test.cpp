@@ -50,8 +50,7 @@ TEST_F(UnreadableScenario, ComesWithoutRowsAndLeavesTheOthers) {
     EXPECT_THAT(scenarios[0].fault, HasSubstr("StartDate"));
     EXPECT_EQ(scenarios[1].rows.size(), 1U);
     EXPECT_EQ(scenarios[1].fault, "");
-    ASSERT_EQ(dialogs.messages().size(), 1U);
-    const Message& told = dialogs.messages()[0].message;
+    const Message told = unreadable_scenario_message(scenarios[0]);
     EXPECT_EQ(told.icon, Icon::Stop);
     EXPECT_THAT(told.text, HasSubstr("'warm'"));
     EXPECT_THAT(told.text, HasSubstr("StartDate"));

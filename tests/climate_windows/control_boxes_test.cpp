@@ -1,5 +1,7 @@
 #include "tests/climate_windows/control_window_fixture.h"
 
+#include <SQLiteCpp/Database.h>
+
 namespace nivora {
 namespace {
 
@@ -89,6 +91,54 @@ TEST_F(ControlBoxesTest, AfterAFailedScenarioOnlyAbortLeavesAlsoWhenDatesAreInva
     EXPECT_THAT(usable(), ElementsAre(1, 2));
     EXPECT_FALSE(reuse()->isEnabled());
     EXPECT_TRUE(scenario()->isEnabled());
+}
+
+TEST_F(ControlBoxesTest, AnEvaluationThatBegunIsLeftByAbortAlsoAfterARefusal) {
+    for (const bool reuses : {false, true}) {
+        SCOPED_TRACE(reuses);
+        std::filesystem::remove(file_);
+        open_six_days();
+        choose(k_scenario);
+        if (reuses) {
+            tick(1);
+            window_->close();
+            open();
+            choose(k_scenario);
+            reuse()->setChecked(true);
+            dialogs_.then(Answer::Yes);
+        }
+        change(reuses ? "UPDATE SimResults SET TAvg = NULL" : "UPDATE PhysicalData SET TAvg = NULL");
+        tick(1);
+        EXPECT_EQ(last_message().title, "CC run suspended");
+        EXPECT_THAT(usable(), ElementsAre(1, 2));
+        end_winter_before_the_simulation();
+        tick(1);
+        EXPECT_EQ(last_message().title, "Invalid dates");
+        EXPECT_THAT(usable(), ElementsAre(1, 2));
+        EXPECT_EQ(reuse()->isEnabled(), reuses);
+        press(1);
+        EXPECT_EQ(session_.run.ClimateStep, 0);
+    }
+}
+
+TEST_F(ControlBoxesTest, AStepThatIsTakenAgainInVainLosesItsFigures) {
+    open_six_days();
+    choose(k_scenario);
+    {
+        // Another program that reads keeps the results from the file, after the model has run.
+        SQLite::Database other{path_text(file_), SQLite::OPEN_READONLY};
+        other.exec("BEGIN");
+        static_cast<void>(other.execAndGet("SELECT count(*) FROM SimulationIndex"));
+        tick(1);
+    }
+    EXPECT_EQ(last_message().title, "CC run suspended");
+    EXPECT_EQ(cell(statistics(), 1, 2), "1.728");
+    EXPECT_EQ(cell(summary(), 1, 1), "1.73");
+    change("UPDATE PhysicalData SET TAvg = NULL");
+    tick(1);
+    EXPECT_EQ(last_message().title, "CC run suspended");
+    for (int row = 1; row <= 8; ++row) EXPECT_EQ(cell(statistics(), row, 2), "") << row;
+    EXPECT_EQ(cell(summary(), 1, 1), "");
 }
 
 TEST_F(ControlBoxesTest, TheStepIsToldOnceTheModelStarts) {

@@ -36,11 +36,47 @@ TEST_F(ScenarioWaysOutTest, AnInvalidDateDoesNotHoldBackCancel) {
     EXPECT_THAT(stored("SELECT WinterEndDate FROM ClimateScenarioIndex"), ElementsAre("36981"));
 }
 
-TEST_F(ScenarioWaysOutTest, AnInvalidDateDoesNotHoldBackHelp) {
-    set_winter_end("04/05/2001");
+TEST_F(ScenarioWaysOutTest, AValidDateIsTakenOnTheWayToHelpAndBeforeNew) {
+    add_scenario("second", {});
+    reopen();
+    set_winter_end("04/01/2001");
     press_slowly(button(2));
-    EXPECT_EQ(messages(), 0U);
     EXPECT_THAT(desktop_.topics, ElementsAre(4));
+    choose("second");
+    choose(k_scenario);
+    EXPECT_EQ(from_qt(winter_end()->text()), "04/01/2001");
+    set_winter_end("04/02/2001");
+    dialogs_.then_text("third");
+    key(Qt::Key_N, Qt::AltModifier);
+    QTest::qWait(150);
+    EXPECT_EQ(from_qt(chooser()->currentText()), "third");
+    choose(k_scenario);
+    EXPECT_EQ(from_qt(winter_end()->text()), "04/02/2001");
+    EXPECT_EQ(messages(), 0U);
+}
+
+TEST_F(ScenarioWaysOutTest, AnInvalidDateKeepsNewFromAsking) {
+    set_winter_end("04/05/2001");
+    key(Qt::Key_N, Qt::AltModifier);
+    QTest::qWait(150);
+    EXPECT_EQ(messages(), 1U);
+    EXPECT_THAT(dialogs_.inputs(), IsEmpty());
+    EXPECT_EQ(from_qt(winter_end()->text()), "04/05/2001");
+}
+
+TEST_F(ScenarioWaysOutTest, TheCloseControlAsksWithADateThatIsBeingTyped) {
+    for (const char* date : {"04/01/2001", "04/05/2001", "04/"}) {
+        SCOPED_TRACE(date);
+        reopen();
+        set_winter_end(date);
+        const std::size_t told = messages();
+        dialogs_.then(Answer::No);
+        EXPECT_FALSE(window_->close());
+        EXPECT_EQ(messages(), told + 1);
+        dialogs_.then(Answer::Yes);
+        EXPECT_TRUE(window_->close());
+        EXPECT_THAT(stored("SELECT WinterEndDate FROM ClimateScenarioIndex"), ElementsAre("36981"));
+    }
 }
 
 TEST_F(ScenarioWaysOutTest, AnInvalidDateIsToldOnceOnTheWayToDone) {
@@ -153,16 +189,23 @@ TEST_F(ScenarioWaysOutTest, AScenarioThatCannotBeReadIsToldOfAndCanBeDeleted) {
     ASSERT_EQ(chooser()->count(), 2);
     choose("second");
     EXPECT_EQ(grid()->model()->rowCount(), 0);
+    EXPECT_FALSE(comments()->isEnabled());
+    EXPECT_FALSE(winter_end()->isEnabled());
+    EXPECT_TRUE(action(1)->isEnabled());
     choose(k_scenario);
     EXPECT_EQ(cell(1, k_factor), "1");
     // Done keeps what nobody could see.
     press(0);
     EXPECT_THAT(stored("SELECT StartDate FROM second"), ElementsAre("spring"));
     reopen();
+    EXPECT_EQ(messages(), 2U);
+    dialogs_.then_text("third");
+    press_action(0);
+    EXPECT_EQ(messages(), 2U);  // it was told when the window opened
     choose("second");
     dialogs_.then(Answer::Yes);
     press_action(1);
-    EXPECT_THAT(references(), ElementsAre("Test/Warmer"));
+    EXPECT_THAT(references(), ElementsAre("Test/Warmer", "Test/third"));
     EXPECT_FALSE(has_table("second"));
 }
 

@@ -93,6 +93,17 @@ TEST_F(TimeLagRulesTest, AWrongCountDoesNotHoldBackCancel) {
     EXPECT_EQ(dialogs_.messages().size(), 1U);
 }
 
+TEST_F(TimeLagRulesTest, AWrongCountIsNotAcceptedWhateverHasTheFocus) {
+    give_count("2");
+    give_share(1, "0.5");
+    give_share(2, "0.5");
+    text(0)->setText(QStringLiteral("66"));
+    button(0)->click();
+    EXPECT_EQ(dialogs_.messages().size(), 1U);
+    EXPECT_TRUE(lag_->isVisible());
+    EXPECT_EQ(session_.run.LagDistribution[0], 0.0F);
+}
+
 TEST_F(TimeLagRulesTest, TheCountTakes1To6Alone) {
     for (const char* key : {"0", "7", "8", "9", ".", "-", "a", " "}) {
         QTest::keyClicks(text(0), QString::fromUtf8(key));

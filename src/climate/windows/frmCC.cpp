@@ -52,7 +52,6 @@ frmCC::frmCC(const WindowContext& context, QWidget* parent)
     make_menus();
     for (QPushButton* button : row.buttons) button->setAutoDefault(false);
     leave_unchecked(row.buttons[1]);
-    leave_unchecked(row.buttons[2]);
     foot_ = row.buttons;
     connect(row.buttons[0], &QPushButton::clicked, this, &frmCC::done);
     connect(row.buttons[1], &QPushButton::clicked, this, [this] {
@@ -201,7 +200,10 @@ void frmCC::read_scenarios(const std::string& shown) {
         const auto typed = std::find_if(scenarios_.begin(), scenarios_.end(), [&](const Scenario& before) {
             return before.index.scenario == scenario.index.scenario;
         });
-        if (typed != scenarios_.end()) scenario = *typed;
+        const bool known = typed != scenarios_.end();
+        if (known && scenario.fault.empty() && typed->fault.empty()) scenario = *typed;
+        if (!scenario.fault.empty() && !(known && !typed->fault.empty()))
+            session().dialogs.message(unreadable_scenario_message(scenario));
     }
     rows_->show(nullptr);
     scenarios_ = std::move(found);
@@ -233,9 +235,10 @@ void frmCC::show_scenario(int at) {
     const auto winter_end = any ? scenario->index.winter_end_date : std::nullopt;
     winter_end_->setText(winter_end ? to_qt(long_date_text(whole_day(*winter_end))) : QString{});
     comments_->setPlainText(any ? to_qt(scenario->index.comments.value_or("")) : QString{});
-    for (QWidget* part :
-         std::initializer_list<QWidget*>{winter_end_, comments_, actions_[k_delete], actions_[k_view]})
-        part->setEnabled(any);
+    const bool readable = any && scenario->fault.empty();
+    for (QWidget* part : std::initializer_list<QWidget*>{winter_end_, comments_}) part->setEnabled(readable);
+    for (const int action : {k_delete, k_view})
+        actions_.at(static_cast<std::size_t>(action))->setEnabled(any);
     filling_ = false;
 }
 
@@ -246,29 +249,48 @@ void frmCC::take_comments() {
     mark_changed();
 }
 
-void frmCC::winter_end_left() {
+/// Takes a winter end date that is one of the simulation's days. @return what is wrong with it otherwise
+std::optional<Message> frmCC::take_winter_end() {
     Scenario* scenario = current();
-    if (filling_ || telling_ || finished_ || scenario == nullptr) return;
+    if (filling_ || finished_ || scenario == nullptr) return std::nullopt;
     const std::string text = from_qt(winter_end_->text());
-    if (const auto problem = winter_end_problem(session().basin, text)) {
-        telling_ = true;
-        refuse(winter_end_, *problem);
-        QTimer::singleShot(0, winter_end_, [this] {
-            telling_ = false;
-            winter_end_->setFocus();
-        });
-        return;
-    }
+    if (auto problem = winter_end_problem(session().basin, text)) return problem;
     const auto date = read_date(text);
     // A default that holds half a day stays as it is while its day does.
     const auto& kept = scenario->index.winter_end_date;
-    if (kept && whole_day(*kept) == *date) return;
+    if (kept && whole_day(*kept) == *date) return std::nullopt;
     scenario->index.winter_end_date = static_cast<double>(*date);
     mark_changed();
+    return std::nullopt;
+}
+
+void frmCC::winter_end_left() {
+    if (telling_) return;
+    const auto problem = take_winter_end();
+    if (!problem) return;
+    telling_ = true;
+    refuse(winter_end_, *problem);
+    QTimer::singleShot(0, winter_end_, [this] {
+        telling_ = false;
+        winter_end_->setFocus();
+    });
+}
+
+/// Takes the date that is being typed, or tells what is wrong with it where the way here did not. A date that
+/// nobody touched is no reason to stop.
+/// @return whether the work may go on
+bool frmCC::settle_winter_end() {
+    if (!winter_end_->isModified() || current() == nullptr) return true;
+    winter_end_left();
+    return !winter_end_problem(session().basin, from_qt(winter_end_->text()));
 }
 
 bool frmCC::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == winter_end_ && leaves_box(event)) winter_end_left();
+    if (watched == winter_end_ && leaves_box(event)) {
+        winter_end_left();
+    } else if (watched == winter_end_ && event->type() == QEvent::FocusOut && !context().quick_help.is_on()) {
+        static_cast<void>(take_winter_end());  // on the way to Cancel nothing is told, and nothing lost
+    }
     return NivoraWindow::eventFilter(watched, event);
 }
 
@@ -297,6 +319,7 @@ bool frmCC::store_all() {
 }
 
 void frmCC::add_scenario() {
+    if (!settle_winter_end()) return;
     try {
         std::optional<std::string> name;
         {
@@ -353,12 +376,7 @@ void frmCC::view_variables() {
 
 void frmCC::done() {
     grid_->commit_editor();
-    // A date that nobody touched is no reason to keep the rows out of the file.
-    if (winter_end_->isModified() && current() != nullptr) {
-        winter_end_left();  // silent where the way to the button told of it
-        if (winter_end_problem(session().basin, from_qt(winter_end_->text()))) return;
-    }
-    if (!store_all()) return;
+    if (!settle_winter_end() || !store_all()) return;
     session().basin.Basin_Changed = true;
     finished_ = true;
     close();
@@ -367,7 +385,9 @@ void frmCC::done() {
 /// The window's own close control leaves the stored rows like Cancel, but not without a question where there
 /// is something to lose.
 bool frmCC::may_discard() {
-    if (finished_ || !edited_) return true;
+    if (finished_) return true;
+    const bool half_typed = take_winter_end() && winter_end_->isModified();
+    if (!edited_ && !half_typed) return true;
     return session().dialogs.message(
                {.text = "What you changed in the scenarios is lost if the window is closed.  "
                         "Close it?",

@@ -43,7 +43,9 @@ private:
     void read_scenarios(const std::string& shown);
     void show_scenario(int at);
     void take_comments();
+    [[nodiscard]] std::optional<Message> take_winter_end();
     void winter_end_left();
+    [[nodiscard]] bool settle_winter_end();
     void add_scenario();
     void remove_scenario();
     void view_variables();

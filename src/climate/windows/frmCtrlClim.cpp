@@ -276,12 +276,13 @@ void frmCtrlClim::run_step(int step) {
         };
         outcome = run_climate_step(context, step);
     }
+    if (step == 1) note_start(outcome);
     const bool ran = outcome == StepOutcome::Done || outcome == StepOutcome::Suspended;
     if (ran) show_figures(step);
     if (ran && step == k_climate_steps) finished();
     set_boxes(step, outcome);
     end_climate_step(climate_context(), step, outcome);
-    if (!ran) allow_another_start(outcome);
+    if (!ran) allow_another_start();
     session().desktop.refresh_main_window();
 }
 
@@ -305,14 +306,19 @@ void frmCtrlClim::set_boxes(int step, StepOutcome outcome) {
     updating_ = false;
 }
 
+void frmCtrlClim::note_start(StepOutcome outcome) {
+    if (outcome == StepOutcome::Refused) return;
+    begun_ = true;
+    if (!session().climate.reuse_results) rebuilt_ = true;
+}
+
 /// After a step 1 that came to no run. Results that were built anew hold no changes made by hand, so that
-/// there is nothing in them to reuse.
-void frmCtrlClim::allow_another_start(StepOutcome outcome) {
-    rebuilt_ = rebuilt_ || outcome == StepOutcome::NotRun;
+/// there is nothing in them to reuse; an evaluation that had begun before can only be aborted.
+void frmCtrlClim::allow_another_start() {
     scenario_->setEnabled(true);
     reuse_->setEnabled(!rebuilt_);
-    buttons_[k_done]->setEnabled(!rebuilt_);
-    buttons_[k_abort]->setEnabled(rebuilt_);
+    buttons_[k_done]->setEnabled(!begun_);
+    buttons_[k_abort]->setEnabled(begun_);
     set_caption(0);
 }
 
@@ -366,14 +372,15 @@ void frmCtrlClim::show_statistics(int step) {
     const int column = statistics_column(step);
     if (column == 0) return;
     grow_statistics(step);
-    const auto& statistics = session().climate.statistics.at(static_cast<std::size_t>(step));
-    if (!statistics) return;
-    statistics_->set_text(0, column, figure(statistics->measured_volume));
-    statistics_->set_text(1, column, figure(statistics->average_measured));
-    statistics_->set_text(3, column, figure(statistics->computed_volume));
-    statistics_->set_text(4, column, figure(statistics->average_computed));
-    statistics_->set_text(6, column, figure(statistics->volume_difference));
-    statistics_->set_text(7, column, figure(statistics->r2));
+    const auto& of_step = session().climate.statistics.at(static_cast<std::size_t>(step));
+    using Figures = std::array<std::optional<float>, 6>;
+    const Figures figures =
+        of_step ? Figures{of_step->measured_volume,  of_step->average_measured,  of_step->computed_volume,
+                          of_step->average_computed, of_step->volume_difference, of_step->r2}
+                : Figures{};
+    constexpr std::array<int, 6> k_rows{0, 1, 3, 4, 6, 7};
+    for (std::size_t i = 0; i < figures.size(); ++i)
+        statistics_->set_text(k_rows.at(i), column, figure(figures.at(i)));
 }
 
 /// Shows where a figure of the summary comes from.

@@ -49,7 +49,8 @@ private:
     void run_step(int step);
     void set_boxes(int step, StepOutcome outcome);
     void start_first_step();
-    void allow_another_start(StepOutcome outcome);
+    void note_start(StepOutcome outcome);
+    void allow_another_start();
     void finished();
     void done();
     void name_results();
@@ -72,7 +73,8 @@ private:
     GridView* statistics_grid_ = nullptr;
     std::vector<QPushButton*> buttons_;
     int row_height_ = 0;    ///< by which the statistics grow
-    bool rebuilt_ = false;  ///< by a step 1 that came to no run
+    bool begun_ = false;    ///< a step 1 touched the results
+    bool rebuilt_ = false;  ///< it built them anew
     bool updating_ = false;
     bool aborted_ = false;
 };

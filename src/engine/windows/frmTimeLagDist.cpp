@@ -84,7 +84,6 @@ QWidget* frmTimeLagDist::make_buttons() {
         buttons_.at(index) = button;
     }
     leave_unchecked(buttons_[1]);
-    leave_unchecked(buttons_[2]);
     connect(buttons_[0], &QPushButton::clicked, this, &frmTimeLagDist::accept);
     connect(buttons_[1], &QPushButton::clicked, this, &QWidget::close);
     connect(buttons_[2], &QPushButton::clicked, this,
@@ -177,8 +176,7 @@ void frmTimeLagDist::show_total() { total_->setText(to_qt(lag_total_text(shares(
 
 void frmTimeLagDist::accept() {
     // The accelerator leaves the box that is being filled without taking the focus from it.
-    if (boxes_[0]->hasFocus() && !leave_count()) return;
-    show_total();
+    if (!leave_count()) return;
     if (const auto problem = lag_total_problem(from_qt(total_->text()))) {
         session().dialogs.message(*problem);
         return;
