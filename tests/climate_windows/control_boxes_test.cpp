@@ -93,7 +93,7 @@ TEST_F(ControlBoxesTest, AfterAFailedScenarioOnlyAbortLeavesAlsoWhenDatesAreInva
     EXPECT_TRUE(scenario()->isEnabled());
 }
 
-TEST_F(ControlBoxesTest, AnEvaluationThatBegunIsLeftByAbortAlsoAfterARefusal) {
+TEST_F(ControlBoxesTest, AnEvaluationThatHasBegunIsLeftByAbortAlsoAfterARefusal) {
     for (const bool reuses : {false, true}) {
         SCOPED_TRACE(reuses);
         std::filesystem::remove(file_);

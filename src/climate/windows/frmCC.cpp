@@ -201,9 +201,12 @@ void frmCC::read_scenarios(const std::string& shown) {
             return before.index.scenario == scenario.index.scenario;
         });
         const bool known = typed != scenarios_.end();
-        if (known && scenario.fault.empty() && typed->fault.empty()) scenario = *typed;
-        if (!scenario.fault.empty() && !(known && !typed->fault.empty()))
-            session().dialogs.message(unreadable_scenario_message(scenario));
+        const bool had_fault = known && !typed->fault.empty();
+        if (!scenario.fault.empty()) {
+            if (!had_fault) session().dialogs.message(unreadable_scenario_message(scenario));
+        } else if (known && !had_fault) {
+            scenario = *typed;
+        }
     }
     rows_->show(nullptr);
     scenarios_ = std::move(found);

@@ -175,7 +175,7 @@ void frmTimeLagDist::enable_shares(int number) {
 void frmTimeLagDist::show_total() { total_->setText(to_qt(lag_total_text(shares()))); }
 
 void frmTimeLagDist::accept() {
-    // The accelerator leaves the box that is being filled without taking the focus from it.
+    // The accelerator does not take the focus from the box that is being filled, nor does Cancel look at it.
     if (!leave_count()) return;
     if (const auto problem = lag_total_problem(from_qt(total_->text()))) {
         session().dialogs.message(*problem);
