@@ -158,7 +158,7 @@ macro(check_layers tree)
         # list their files themselves.
         string(REGEX REPLACE "^([a-z]+)_windows/" "\\1/" folder_path "${path}")
         layer_of("${folder_path}" layer)
-        if(NOT path MATCHES "^lint/|^support/[^/]+$|^program/[^/]+$" AND NOT (path MATCHES "^[^/]+/[^/]+_test\\.cpp$" AND layer))
+        if(NOT path MATCHES "^lint/|^support/[^/]+$|^(program|screen)/[^/]+$" AND NOT (path MATCHES "^[^/]+/[^/]+_test\\.cpp$" AND layer))
             list(APPEND findings "tests/${path}: is not tests/<folder>/<file>_test.cpp and would never be built")
         endif()
     endforeach()
