@@ -1,0 +1,95 @@
+#include "reports/data_description.h"
+
+#include "base/number_text.h"
+#include "store/table_io.h"
+
+#include <algorithm>
+
+namespace nivora {
+namespace {
+
+constexpr std::size_t k_value_column = 43;
+constexpr std::size_t k_area_column = 13;
+constexpr std::size_t k_elevation_column = 43;
+
+void write_pair(ReportLines& lines, const std::string& label, const std::string& value) {
+    lines.text(label);
+    if (!value.empty()) lines.tab(k_value_column).text(value);
+    lines.end_line();
+}
+
+/// First and last day of the daily data; empty where there are none.
+std::string record_text(BasinDatabase& database) {
+    return guarded([&]() -> std::string {
+        SQLite::Statement query{database.sql(), "SELECT min(Date), max(Date) FROM " +
+                                                    quoted_name(database.existing_table(k_physical_data))};
+        if (!query.executeStep() || is_null(query, 0)) return {};
+        DayCount first = 0;
+        DayCount last = 0;
+        read_value(query, 0, first);
+        read_value(query, 1, last);
+        return long_date_text(first) + " to " + long_date_text(last);
+    });
+}
+
+void write_basin(ReportLines& lines, const ReportSources& sources) {
+    const BasinState& basin = sources.basin;
+    const bool english = basin.Units_Code == k_english;
+    write_pair(lines, "Description:", basin.basin_description);
+    write_pair(lines, "Units of Measurement:", english ? "English" : "Metric");
+    write_pair(lines, "Number of Zones:", std::to_string(basin.ZoneCount));
+    write_pair(lines, english ? "Reference Elevation (ft):" : "Reference Elevation (m):",
+               basin.reference_elevation_text);
+    write_pair(lines, "Latitude (dec):", basin.latitude_text);
+    write_pair(lines, "Longitude (dec):", basin.longitude_text);
+    write_pair(lines, english ? "Basin Area (mi²):" : "Basin Area (km²):", basin.basin_area_text);
+    write_pair(lines, "Period of record:", record_text(sources.database));
+    lines.end_line();
+}
+
+void write_simulation(ReportLines& lines, const Simulation& simulation, bool english) {
+    write_pair(lines, "Temperature Values:", simulation.text(6));
+    write_pair(lines, "Temperature Distribution:", simulation.text(7));
+    write_pair(lines, "Precipitation Distribution:", simulation.text(8));
+    write_pair(lines, "Lapse Rate Distribution:", simulation.text(9));
+    write_pair(lines, "Runoff Coefficient Distribution:", simulation.text(10));
+    write_pair(lines, "Critical Temp Distribution:", simulation.text(11));
+    write_pair(lines, "X/Y Recession Coefficient Distribution:", simulation.text(12));
+    write_pair(lines, english ? "Initial Runoff (CFS):" : "Initial Runoff (CMS):", simulation.text(13));
+    write_pair(lines, "Precipitation Threshold:", simulation.text(14));
+    lines.end_line();
+    const std::string comments = simulation.comments.value_or("");
+    if (comments.empty()) return;
+    lines.line("Comments:");
+    write_comment_lines(lines, comments);
+    lines.end_line();
+}
+
+void write_zones(ReportLines& lines, const BasinState& basin, bool english) {
+    lines.text("Zone ID").tab(k_area_column).text(english ? "Zone Area (mi²)" : "Zone Area (km²)");
+    lines.tab(k_elevation_column);
+    lines.line(english ? "Hypsometric Mean Elevation (ft)" : "Hypsometric Mean Elevation (m)");
+    const auto zones = std::min(basin.zones.size(), static_cast<std::size_t>(basin.ZoneCount));
+    for (std::size_t zone = 0; zone < zones; ++zone) {
+        const auto& [id, area, elevation, notes, aspects] = basin.zones[zone];
+        lines.text(std::string(1, static_cast<char>('A' + zone)));
+        if (area) lines.tab(k_area_column).text(seven_digit_text(*area));
+        if (elevation) lines.tab(k_elevation_column).text(seven_digit_text(*elevation));
+        lines.end_line();
+    }
+}
+
+}  // namespace
+
+void write_data_description(ReportLines& lines, int& pages, const ReportSources& sources) {
+    write_report_head(lines, report_head(sources), report_title(Report::DataDescription, 0), k_narrow_head);
+    const bool english = sources.basin.Units_Code == k_english;
+    write_basin(lines, sources);
+    if (const Simulation* simulation = sources.basin.current_simulation()) {
+        write_simulation(lines, *simulation, english);
+    }
+    write_zones(lines, sources.basin, english);
+    end_report_page(lines, pages, sources.now);
+}
+
+}  // namespace nivora

@@ -1,0 +1,53 @@
+#include "reports/format_value.h"
+
+#include "base/number_text.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+
+namespace nivora {
+namespace {
+
+constexpr const char* k_pattern = "####0.00000";
+constexpr const char* k_whole_suffix = ".0000";
+
+std::string in_width(std::string text, std::size_t width) {
+    text.resize(width, ' ');
+    return text;
+}
+
+/// Seven significant digits and an exponent without plus sign or leading zeros: "1.234568E8".
+std::string exponent_form(double value, std::size_t width) {
+    const std::string text = fmt::format("{:.6E}", value);
+    const std::size_t mark = text.find('E');
+    const bool negative = text[mark + 1] == '-';
+    const std::size_t digits = std::min(text.find_first_not_of("+-0", mark + 1), text.size());
+    const std::string exponent = (negative ? "E-" : "E") + text.substr(digits);
+    const std::size_t room = width > exponent.size() ? width - exponent.size() : 0;
+    return in_width(text.substr(0, std::min(mark, room)) + exponent, width);
+}
+
+std::string fitted(const std::string& text, double value, std::size_t width) {
+    return text.find('.') > width ? exponent_form(value, width) : in_width(text, width);
+}
+
+}  // namespace
+
+std::string Format_Value(double value, std::size_t width) {
+    if (std::isnan(value)) return std::string(width, ' ');
+    return fitted(format_number(value, k_pattern), value, width);
+}
+
+std::string format_whole_value(double value, std::size_t width) {
+    if (std::isnan(value)) return std::string(width, ' ');
+    return fitted(format_number(value, "0") + k_whole_suffix, value, width);
+}
+
+std::string right_aligned_whole(double value, std::size_t width) {
+    if (std::isnan(value)) return std::string(width, ' ');
+    const std::string digits = format_number(value, "0");
+    return digits.size() > width ? exponent_form(value, width) : fmt::format("{:>{}}", digits, width);
+}
+
+}  // namespace nivora

@@ -1,0 +1,66 @@
+#include "reports/format_value.h"
+
+#include "base/single.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace nivora {
+namespace {
+
+TEST(FormatValue, IsCutToItsWidthAndFilledWithBlanks) {
+    EXPECT_EQ(Format_Value(0.5, 8), "0.50000 ");
+    EXPECT_EQ(Format_Value(12.34567, 8), "12.34567");
+    EXPECT_EQ(Format_Value(123.456789, 8), "123.4567");  // 123.45679 cut, not rounded again
+    EXPECT_EQ(Format_Value(0.65, 4), "0.65");
+}
+
+TEST(FormatValue, RoundsHalfAwayFromZeroAtTheFifthDecimal) {
+    EXPECT_EQ(Format_Value(0.000005, 8), "0.00001 ");
+    EXPECT_EQ(Format_Value(-0.000005, 9), "-0.00001 ");
+    EXPECT_EQ(Format_Value(9.999999, 8), "10.00000");
+}
+
+TEST(FormatValue, CountsTheSignAsPartOfTheIntegerPart) {
+    EXPECT_EQ(Format_Value(-1234.0, 5), "-1234");
+    EXPECT_EQ(Format_Value(-12345.0, 5), "-1.E4");  // -1.234500 cut to three characters
+    EXPECT_EQ(Format_Value(12345.0, 5), "12345");
+}
+
+TEST(FormatValue, TakesTheExponentFormWhereTheIntegerPartDoesNotFit) {
+    EXPECT_EQ(Format_Value(123456789.0, 8), "1.2345E8");
+    EXPECT_EQ(Format_Value(99999999.0, 8), "99999999");
+    EXPECT_EQ(Format_Value(1e12, 8), "1.000E12");
+    EXPECT_EQ(Format_Value(-3.4e38, 8), "-3.40E38");
+    EXPECT_EQ(Format_Value(static_cast<double>(std::numeric_limits<float>::max()), 4), "3E38");
+    EXPECT_EQ(Format_Value(static_cast<double>(std::numeric_limits<float>::max()), 5), "3.E38");
+}
+
+TEST(FormatValue, OfAVerySmallNumberIsZero) { EXPECT_EQ(Format_Value(1e-30, 8), "0.00000 "); }
+
+TEST(FormatValue, OfANegativeZeroBearsNoSign) {
+    EXPECT_EQ(Format_Value(-0.0, 8), "0.00000 ");
+    EXPECT_EQ(Format_Value(-0.000001, 8), "0.00000 ");
+}
+
+TEST(FormatValue, OfAMissingValueIsBlank) {
+    const auto missing = static_cast<double>(k_missing);
+    EXPECT_EQ(Format_Value(missing, 5), "     ");
+    EXPECT_EQ(format_whole_value(missing, 8), "        ");
+    EXPECT_EQ(right_aligned_whole(missing, 3), "   ");
+}
+
+TEST(FormatValue, AWholeNumberGetsFourZeros) {
+    EXPECT_EQ(format_whole_value(1.0, 8), "1.0000  ");
+    EXPECT_EQ(format_whole_value(-32768.0, 8), "-32768.0");
+}
+
+TEST(FormatValue, AWholeNumberStandsAtTheRightOfItsColumns) {
+    EXPECT_EQ(right_aligned_whole(1.0, 3), "  1");
+    EXPECT_EQ(right_aligned_whole(31.0, 3), " 31");
+}
+
+}  // namespace
+}  // namespace nivora
