@@ -6,9 +6,9 @@ KILLS ?= 1000
 
 .PHONY: build setup run test bench soak fuzz lint format asan screenshots clean help
 
-build: setup ## build the programs and the tests as shipped; the program folder is build/nivora
+build: setup ## build the programs as shipped, with samples and manual, into the folder build/nivora
 	cmake --preset release
-	cmake --build --preset release -j $(JOBS)
+	cmake --build --preset release -j $(JOBS) --target nivora_program_folder nivora_manual_pdf
 
 setup: ## install the packages of packages.txt that are missing
 	@tools/setup
@@ -21,7 +21,8 @@ run: build ## open the program; without a display, run the bundled sample basin 
 	    cmake --build --preset release --target run_sample; \
 	fi
 
-test: build ## run all tests
+test: build ## build and run all tests
+	cmake --build --preset release -j $(JOBS)
 	ctest --preset release -j2
 
 bench: build ## run the benchmarks
