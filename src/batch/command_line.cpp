@@ -2,6 +2,7 @@
 
 #include "base/durable_file.h"
 #include "base/number_text.h"
+#include "base/version.h"
 #include "batch/commands.h"
 #include "batch/scenario_edit.h"
 
@@ -14,8 +15,6 @@
 
 namespace nivora {
 namespace {
-
-constexpr const char* k_version = "Nivora " NIVORA_VERSION;
 
 constexpr const char* k_description =
     "Nivora computes the daily streamflow of mountain basins in which melting snow is a major source of "
@@ -279,7 +278,7 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
     Texts texts;
     CLI::App app{k_description, "nivora-batch"};
     app.footer(k_footer);
-    app.set_version_flag("--version", k_version);
+    app.set_version_flag("--version", std::string{"Nivora "} + k_version);
     app.add_flag("--refuse", texts.refuse, "Answer the model's questions with Cancel or No");
     app.fallthrough();
     app.require_subcommand(1);

@@ -1,12 +1,13 @@
 // The line that ends each page of a report.
 #pragma once
 
+#include "base/version.h"
 #include "reports/report_lines.h"
 
 namespace nivora {
 
-/// The version that reports bear.
-inline constexpr const char* k_report_version = "1.10";
+/// The version that reports bear: that of the program.
+inline constexpr const char* k_report_version = k_version;
 
 /// Writes date and time, "NVR, Version 1.10", "Page" and its number, then a form feed on a line of its own,
 /// and counts the page. The line fits 80 columns: the version's number stands at column 37, "Page" at 65 and

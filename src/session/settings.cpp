@@ -34,9 +34,4 @@ void update_recent_files(Settings& settings, const std::string& basin_file) {
     if (files.size() > k_most_recent_files) files.resize(k_most_recent_files);
 }
 
-Corner kept_on_screen(Corner wanted, int width, int height, int screen_width, int screen_height) {
-    return {std::max(0, std::min(wanted.left, screen_width - width)),
-            std::max(0, std::min(wanted.top, screen_height - height))};
-}
-
 }  // namespace nivora

@@ -1,6 +1,8 @@
 // The user's settings as plain values. Where they are kept is the shell's business.
 #pragma once
 
+#include "session/window_place.h"
+
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -16,14 +18,6 @@ inline constexpr std::size_t k_window_places = 31;
 /// Windows whose position is kept from one start to the next have the numbers 1 to 14.
 inline constexpr std::size_t k_kept_windows = 14;
 inline constexpr std::size_t k_plot_lines = 16;
-
-/// Where a window stood, in the screen's logical units. Size is kept for the life of the program only.
-struct WindowPlace {
-    std::optional<int> top;
-    std::optional<int> left;
-    std::optional<int> height;
-    std::optional<int> width;
-};
 
 /// How a plot line is drawn.
 struct LineAttribute {
@@ -45,12 +39,18 @@ struct Settings {
     std::string printer_data;
     std::array<float, 4> margins{};  ///< left, top, right, bottom, inches; 0 where none was set
     std::int32_t orientation = 0;
+    /// The paper: the key of a known size, such as "A4", or width and height in mm, such as "200x300"; empty
+    /// where none was chosen.
+    std::string paper;
+    std::string page_unit;  ///< in which the page dialog shows lengths: "mm", "in" or empty
     /// A spare item of the page: written under one name and read under another, so that it never comes back.
     /// It is meant.
     std::string extra;
     std::optional<std::int32_t> quick_help_fore;  ///< red in the lowest byte
     std::optional<std::int32_t> quick_help_back;
     std::array<WindowPlace, k_window_places> places;  ///< by window number
+    /// What the window manager drew around the window that was shown last; for the life of the program only.
+    FrameWidths frame;
     LineTable lines = default_lines();
     std::vector<std::string> recent_files;  ///< newest first, at most four
 };
@@ -58,13 +58,5 @@ struct Settings {
 /// Puts a basin file at the head of the recent list, where it stands once; the oldest of more than four goes.
 /// A file that ends with "null.mdb" never gets there.
 void update_recent_files(Settings& settings, const std::string& basin_file);
-
-/// The top left corner of a window so that it lies on a screen of the given size as far as it fits.
-struct Corner {
-    int left = 0;
-    int top = 0;
-};
-[[nodiscard]] Corner kept_on_screen(Corner wanted, int width, int height, int screen_width,
-                                    int screen_height);
 
 }  // namespace nivora

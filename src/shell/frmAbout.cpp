@@ -1,20 +1,31 @@
 #include "shell/frmAbout.h"
 
+#include "base/version.h"
 #include "shell/frmSplash.h"
+#include "widgets/content_area.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace nivora {
+namespace {
+
+constexpr int k_width = 480;
+
+}  // namespace
 
 frmAbout::frmAbout(QWidget* parent) : QDialog(parent) {
     setObjectName(QStringLiteral("frmAbout"));
     setWindowTitle(QStringLiteral("About the Hollin Flow Model for Windows"));
-    auto* layout = new QVBoxLayout(this);
+    auto* about = new QWidget(this);
+    auto* layout = new QVBoxLayout(about);
+    layout->setContentsMargins(0, 0, 0, 0);
     const auto line = [&](const QString& text) {
-        auto* label = new QLabel(text, this);
+        auto* label = new QLabel(text, about);
         label->setWordWrap(true);
         label->setTextInteractionFlags(Qt::TextBrowserInteraction);
         label->setOpenExternalLinks(true);
@@ -27,7 +38,7 @@ frmAbout::frmAbout(QWidget* parent) : QDialog(parent) {
     font.setBold(true);
     title->setFont(font);
     line(QStringLiteral("32-bit Window Based Application"));
-    line(QStringLiteral("Version ") + QStringLiteral(NIVORA_VERSION));
+    line(QStringLiteral("Version ") + QString::fromUtf8(k_version));
     line(QStringLiteral(
         "Simulates and forecasts the daily streamflow of mountain basins in which melting snow is a major "
         "source of runoff, and evaluates how a changed climate would alter the seasonal snow cover and the "
@@ -38,8 +49,12 @@ frmAbout::frmAbout(QWidget* parent) : QDialog(parent) {
     QPushButton* close_button = buttons->addButton(QStringLiteral("Close"), QDialogButtonBox::AcceptRole);
     close_button->setObjectName(QStringLiteral("Command1"));
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    layout->addWidget(buttons);
-    setFixedWidth(480);
+    auto* around = new QVBoxLayout(this);
+    const auto room = [this] { return screen()->availableGeometry().size() * 3 / 4; };
+    around->addWidget(new ContentArea(about, room, this), 1);
+    around->addWidget(buttons);
+    setFixedWidth(std::min(k_width, screen()->availableGeometry().width()));
+    resize(sizeHint());
 }
 
 }  // namespace nivora

@@ -30,6 +30,7 @@ namespace {
 
 constexpr int k_area_column = 1;
 constexpr int k_rows_with_both_bars = 5;
+constexpr int k_fewest_grid_lines = 7;
 
 std::string& box_text(BasinState& basin, std::size_t box) {
     switch (static_cast<BasinBox>(box)) {
@@ -103,6 +104,8 @@ frmNVR::~frmNVR() { disconnect(qApp, nullptr, this, nullptr); }
 GridView* frmNVR::make_grid(const char* name, GridModel* model) {
     auto* grid = new GridView(model, this);
     grid->setObjectName(QString::fromUtf8(name));
+    // Rows are seen on the smallest screen as well.
+    grid->setMinimumHeight(k_fewest_grid_lines * (grid->fontMetrics().lineSpacing() + 6));
     return grid;
 }
 
@@ -219,9 +222,9 @@ void frmNVR::connect_boxes() {
 
 void frmNVR::start() {
     life_.start();
-    show();
+    set_first_focus(boxes_[0]);
     refresh_main_window();
-    boxes_[0]->setFocus();
+    show();
 }
 
 void frmNVR::commit_edits() {
@@ -259,11 +262,7 @@ void frmNVR::fill_boxes() {
     BasinState& basin = session().basin;
     for (std::size_t box = 0; box < boxes_.size(); ++box)
         boxes_.at(box)->setText(to_qt(box_text(basin, box)));
-    if (basin.Units_Code != k_units_not_fixed) {
-        units_->setCurrentIndex(basin.Units_Code);
-    } else {
-        units_->setCurrentIndex(-1);
-    }
+    units_->setCurrentIndex(basin.Units_Code != k_units_not_fixed ? basin.Units_Code : -1);
 }
 
 void frmNVR::fill_labels() {

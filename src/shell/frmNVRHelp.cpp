@@ -2,17 +2,17 @@
 
 #include "base/durable_file.h"
 #include "session/document_reasons.h"
+#include "shell/document_opener.h"
+#include "widgets/controls.h"
 #include "widgets/qt_text.h"
 
 #include <QApplication>
 #include <QClipboard>
-#include <QDesktopServices>
 #include <QMenuBar>
 #include <QTextBrowser>
 #include <QTextCursor>
 #include <QTextDocumentFragment>
-#include <QUrl>
-#include <fstream>
+#include <optional>
 
 namespace nivora {
 namespace {
@@ -69,6 +69,7 @@ frmNVRHelp::frmNVRHelp(const WindowContext& context, QWidget* parent)
     set_help(text_, 1);
     set_content(text_);
     make_menus();
+    close_on_escape();
     connect(text_, &QTextBrowser::anchorClicked, this, [this] { show_manual(); });
     resize(720, 620);
 }
@@ -77,6 +78,7 @@ void frmNVRHelp::make_menus() {
     QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
     QAction* print = file->addAction(QStringLiteral("&Print"));
     print->setObjectName(QStringLiteral("mnuPrint"));
+    turn_off_printing(print);
     print->setProperty(k_help_line, 2);
     QAction* close_action = file->addAction(QStringLiteral("&Close"), this, &QWidget::close);
     close_action->setObjectName(QStringLiteral("mnuClose"));
@@ -109,6 +111,9 @@ void frmNVRHelp::show_topic(int topic) {
         if (known.topic == topic) name = plain(known.caption);
     }
     setWindowTitle(QStringLiteral("Help for ") + name);
+    // Typing goes on in the look of the text before, and so would this text.
+    text_->clear();
+    text_->setCurrentCharFormat({});
     text_->setPlainText(to_qt(Help_Text(context().program_folder, topic)));
     mark_link(*text_->document());
 }
@@ -123,26 +128,34 @@ void frmNVRHelp::copy() {
 
 void frmNVRHelp::show_manual() {
     std::array<QString, 2> reasons;
+    std::optional<std::filesystem::path> unopened;
     std::size_t at = 0;
     for (const char* ending : {".doc", ".pdf"}) {
         const auto file = context().program_folder / (std::string{k_manual} + ending);
-        std::error_code unreadable;
-        if (!std::filesystem::exists(file, unreadable)) {
-            reasons.at(at) = QString::fromUtf8(errmsg(k_file_not_found));
-        } else if (!std::ifstream{file}) {
-            reasons.at(at) = QString::fromUtf8(errmsg(k_access_denied));
-        } else if (QDesktopServices::openUrl(QUrl::fromLocalFile(to_qt(path_text(file))))) {
-            return;
-        } else {
-            reasons.at(at) = QString::fromUtf8(errmsg(k_no_association));
-        }
-        ++at;
+        const int result = StartDoc(file);
+        if (result >= k_document_opened) return;
+        if (result == k_no_association) unopened = file;
+        reasons.at(at++) = QString::fromUtf8(errmsg(result));
     }
-    const QString text = QStringLiteral(
-                             "The Nivora Users Manual is unavailable for the following reasons: \n\n"
-                             "Microsoft Word version:\t%1\nAdobe .pdf version:    \t%2")
-                             .arg(reasons[0], reasons[1]);
-    session().dialogs.message({.text = from_qt(text), .title = "Unable to access the Nivora Users Manual"});
+    tell_unavailable(reasons, unopened);
+}
+
+/// Says why the manual did not open, and where it lies if only a program for it is missing.
+void frmNVRHelp::tell_unavailable(const std::array<QString, 2>& reasons,
+                                  const std::optional<std::filesystem::path>& unopened) {
+    Message message{.text = from_qt(QStringLiteral("The Nivora Users Manual is unavailable for the following "
+                                                   "reasons: \n\nMicrosoft Word version:\t%1\n"
+                                                   "Adobe .pdf version:    \t%2")
+                                        .arg(reasons[0], reasons[1])),
+                    .title = "Unable to access the Nivora Users Manual"};
+    if (unopened) {
+        message.text +=
+            "\n\nThe manual lies here:\n" + path_text(*unopened) +
+            "\n\nCopy this path to the clipboard, to open the manual with a program of your choice?";
+        message.buttons = Buttons::YesNo;
+    }
+    if (session().dialogs.message(message) == Answer::Yes)
+        QApplication::clipboard()->setText(to_qt(path_text(*unopened)));
 }
 
 }  // namespace nivora

@@ -4,6 +4,9 @@
 #include "widgets/nivora_window.h"
 #include "widgets/page_dialogs.h"
 
+#include <array>
+#include <optional>
+
 class QTextBrowser;
 
 namespace nivora {
@@ -20,6 +23,8 @@ public:
 private:
     void make_menus();
     void show_manual();
+    void tell_unavailable(const std::array<QString, 2>& reasons,
+                          const std::optional<std::filesystem::path>& unopened);
     void copy();
 
     QTextBrowser* text_;

@@ -1,5 +1,7 @@
 #include "shell/frmSplash.h"
 
+#include "widgets/content_area.h"
+
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -8,7 +10,10 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPushButton>
+#include <QScreen>
+#include <QStyle>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace nivora {
 namespace {
@@ -69,31 +74,55 @@ frmSplash::frmSplash(Session& session, bool at_start, QWidget* parent)
       skip_(new QCheckBox(QStringLiteral("Check here to skip this introduction in the future"), this)) {
     setObjectName(QStringLiteral("frmSplash"));
     setWindowTitle(QStringLiteral("Welcome to NVR for Windows"));
+    skip_->setObjectName(QStringLiteral("Check1"));
+    skip_->setChecked(!session.settings.show_splash);
+    connect(skip_, &QCheckBox::toggled, this, [this](bool on) { session_.settings.show_splash = !on; });
     auto* layout = new QVBoxLayout(this);
-    auto* title = new QLabel(QStringLiteral("Hollin Flow Model for Windows "), this);
+    layout->addWidget(new ContentArea(
+                          make_welcome(), [this] { return room_for_welcome(); }, this),
+                      1);
+    layout->addWidget(skip_);
+    make_buttons(layout, at_start);
+    setFixedWidth(std::min(k_width, screen()->availableGeometry().width()));
+    adjustSize();
+    const QPoint centre = screen()->availableGeometry().center();
+    if (parent == nullptr)
+        move(centre - rect().center() - QPoint(0, style()->pixelMetric(QStyle::PM_TitleBarHeight) / 2));
+}
+
+/// The largest size that the screen has above the box and the buttons, which are always in reach.
+QSize frmSplash::room_for_welcome() const {
+    const QSize screen_size = screen()->availableGeometry().size();
+    const int title_bar = style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    const int foot = 3 * (fontMetrics().lineSpacing() + 2 * layout()->spacing());
+    const QMargins margins = layout()->contentsMargins();
+    return {std::min(k_width, screen_size.width()) - margins.left() - margins.right(),
+            screen_size.height() - title_bar - foot - margins.top() - margins.bottom()};
+}
+
+QWidget* frmSplash::make_welcome() {
+    auto* welcome = new QWidget(this);
+    auto* layout = new QVBoxLayout(welcome);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto* title = new QLabel(QStringLiteral("Hollin Flow Model for Windows "), welcome);
     QFont font = title->font();
     font.setPointSizeF(font.pointSizeF() * 1.8);
     font.setBold(true);
     title->setFont(font);
     title->setAlignment(Qt::AlignCenter);
-    auto* version = new QLabel(QStringLiteral("Version 1.00.06"), this);
+    auto* version = new QLabel(QStringLiteral("Version 1.00.06"), welcome);
     version->setAlignment(Qt::AlignCenter);
-    auto* frame = new QGroupBox(QStringLiteral("Disclaimer"), this);
+    auto* frame = new QGroupBox(QStringLiteral("Disclaimer"), welcome);
     auto* frame_layout = new QVBoxLayout(frame);
     auto* disclaimer = new QLabel(QString::fromUtf8(disclaimer_text()), frame);
     disclaimer->setWordWrap(true);
     disclaimer->setMinimumHeight(disclaimer->heightForWidth(k_width - 60));
     frame_layout->addWidget(disclaimer);
-    skip_->setObjectName(QStringLiteral("Check1"));
-    skip_->setChecked(!session.settings.show_splash);
-    connect(skip_, &QCheckBox::toggled, this, [this](bool on) { session_.settings.show_splash = !on; });
     layout->addWidget(title);
     layout->addWidget(version);
-    layout->addWidget(new Picture(this), 1);
+    layout->addWidget(new Picture(welcome), 1);
     layout->addWidget(frame);
-    layout->addWidget(skip_);
-    make_buttons(layout, at_start);
-    setFixedWidth(k_width);
+    return welcome;
 }
 
 void frmSplash::make_buttons(QBoxLayout* layout, bool at_start) {

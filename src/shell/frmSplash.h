@@ -25,6 +25,8 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    [[nodiscard]] QWidget* make_welcome();
+    [[nodiscard]] QSize room_for_welcome() const;
     void make_buttons(QBoxLayout* layout, bool at_start);
 
     Session& session_;

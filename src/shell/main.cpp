@@ -1,6 +1,7 @@
 // The desktop program of Nivora.
 
 #include "base/program_lock.h"
+#include "base/version.h"
 #include "shell/desktop_link.h"
 #include "shell/frmNVR.h"
 #include "shell/frmSplash.h"
@@ -32,6 +33,7 @@ int main(int argc, char** argv) {
     using namespace nivora;
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Nivora"));
+    QApplication::setApplicationVersion(QString::fromUtf8(k_version));
     const QString folder = QApplication::applicationDirPath();
     const std::filesystem::path program_folder = QDir(folder).filesystemAbsolutePath();
 

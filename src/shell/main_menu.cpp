@@ -5,9 +5,14 @@
 
 #include <QActionGroup>
 #include <QMenuBar>
+#include <QPainter>
+#include <QProxyStyle>
+#include <QStyle>
 
 namespace nivora {
 namespace {
+
+// The buttons of the window own the letters A, D and E, and "&Run" and "&Reports" share theirs.
 
 /// One entry: its name, where it stands, its caption (none for a separator), the number of its help text, and
 /// what it asks for. An entry whose caption opens a menu of its own is named as the parent of others.
@@ -20,8 +25,8 @@ struct Entry {
 };
 
 constexpr std::array k_bar{
-    Entry{"mnuFile", "", "&File", 3},  Entry{"mnuEdit", "", "&Edit", 48}, Entry{"mnuOpt", "", "&Options", 49},
-    Entry{"mnuData", "", "&Data", 50}, Entry{"mnuRun", "", "&Run", 51},   Entry{"mnuTools", "", "&Tools", 52},
+    Entry{"mnuFile", "", "&File", 3},  Entry{"mnuEdit", "", "Ed&it", 48}, Entry{"mnuOpt", "", "&Options", 49},
+    Entry{"mnuData", "", "Da&ta", 50}, Entry{"mnuRun", "", "&Run", 51},   Entry{"mnuTools", "", "Too&ls", 52},
 };
 
 constexpr std::array k_entries{
@@ -88,6 +93,34 @@ constexpr std::array k_entries{
     Entry{"mnuHelpItm(4)", "mnuHelp", "&System Information", 45, Command::SystemInformation},
 };
 
+/// Draws what stands after a line at the right end of the bar.
+class RightEndStyle : public QProxyStyle {
+public:
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override {
+        return hint == SH_DrawMenuBarSeparator ? 1 : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
+
+/// A sheet of paper with its margins.
+QIcon page_picture() {
+    QIcon icon;
+    for (const int size : {16, 32, 64}) {
+        QPixmap picture(size, size);
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        const double unit = size / 16.0;
+        painter.fillRect(QRectF(3 * unit, unit, 10 * unit, 14 * unit), QColor(96, 110, 124));
+        painter.fillRect(QRectF(4 * unit, 2 * unit, 8 * unit, 12 * unit), Qt::white);
+        for (int line = 0; line < 4; ++line) {
+            painter.fillRect(QRectF(5.5 * unit, (4 + 2 * line) * unit, 5 * unit, unit),
+                             QColor(120, 150, 190));
+        }
+        icon.addPixmap(picture);
+    }
+    return icon;
+}
+
 bool opens_menu(const char* name) {
     const std::string_view wanted{name};
     return std::any_of(k_entries.begin(), k_entries.end(),
@@ -99,6 +132,7 @@ bool opens_menu(const char* name) {
 MainMenu::MainMenu(QMenuBar* bar, Session& session, QObject* parent) : QObject(parent), session_(session) {
     make_menus(bar);
     make_recent_entries();
+    add_pictures(*bar->style());
     auto* procedures = new QActionGroup(this);
     for (const char* name : {"mnuOptSubItem(0)", "mnuOptSubItem(1)"}) {
         QAction* procedure = action(QString::fromUtf8(name));
@@ -128,10 +162,14 @@ void MainMenu::make_menus(QMenuBar* bar) {
         where->addAction(menu->menuAction());
         named(menu->menuAction(), entry);
     };
+    auto* style = new RightEndStyle;
+    style->setParent(bar);
+    bar->setStyle(style);
     for (const Entry& entry : k_bar) add_menu(entry, bar);
     for (const Entry& entry : k_entries) {
         const QString parent = QString::fromUtf8(entry.parent);
         if (parent == QStringLiteral("mnuHelp") && !menus_.contains(parent)) {
+            bar->addSeparator();
             add_menu({"mnuHelp", "", "&Help", 53}, bar);
         }
         QWidget* where = parent.isEmpty() ? static_cast<QWidget*>(bar) : menus_.at(parent);
@@ -145,6 +183,12 @@ void MainMenu::make_menus(QMenuBar* bar) {
         where->addAction(action);
         named(action, entry);
     }
+}
+
+void MainMenu::add_pictures(const QStyle& style) {
+    action(QStringLiteral("mnuFileItem(1)"))->setIcon(style.standardIcon(QStyle::SP_DialogOpenButton));
+    action(QStringLiteral("mnuFileItem(4)"))->setIcon(style.standardIcon(QStyle::SP_DialogSaveButton));
+    action(QStringLiteral("mnuFileItem(7)"))->setIcon(page_picture());
 }
 
 void MainMenu::make_recent_entries() {

@@ -10,6 +10,7 @@
 class QAction;
 class QMenu;
 class QMenuBar;
+class QStyle;
 
 namespace nivora {
 
@@ -76,6 +77,7 @@ signals:
 private:
     void make_menus(QMenuBar* bar);
     void make_recent_entries();
+    void add_pictures(const QStyle& style);
     void enable(const char* name, bool on);
 
     Session& session_;

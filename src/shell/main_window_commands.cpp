@@ -17,6 +17,7 @@
 #include "shell/frmNVRHelp.h"
 #include "shell/frmSplash.h"
 #include "widgets/busy_pointer.h"
+#include "widgets/caller.h"
 #include "widgets/grid_view.h"
 #include "widgets/page_dialogs.h"
 
@@ -24,6 +25,7 @@
 #include <QLineEdit>
 #include <QProcess>
 #include <QStandardPaths>
+#include <QWindow>
 
 namespace nivora {
 namespace {
@@ -36,7 +38,10 @@ constexpr int k_simulation_columns = 17;
 void frmNVR::do_command(Command command) {
     switch (command) {
         case Command::New:
-            if (life_.new_basin()) boxes_[0]->setFocus();
+            if (life_.new_basin()) {
+                boxes_[0]->setFocus();
+                boxes_[0]->selectAll();
+            }
             return;
         case Command::Open: return life_.open();
         case Command::Save: return life_.save();
@@ -134,18 +139,17 @@ void frmNVR::show_results() {
 
 void frmNVR::show_time_lag() { frmTimeLagDist(context(), nullptr).show_modal(); }
 
+/// The help stays beside the window that asked for it: a modal window shuts out all others but those that it
+/// called.
 void frmNVR::show_help_topic(int topic) {
     if (!help_) help_ = std::make_unique<frmNVRHelp>(context(), nullptr);
     help_->show_topic(topic);
-    // Before a modal window only a modal window can be used.
-    const Qt::WindowModality modality = QApplication::activeModalWidget() != nullptr && !help_->isModal()
-                                            ? Qt::ApplicationModal
-                                            : help_->windowModality();
-    if (modality != help_->windowModality()) {
+    const QWidget* caller = QApplication::activeModalWidget();
+    QWindow* handle = caller != nullptr ? caller->windowHandle() : nullptr;
+    help_->winId();
+    if (help_->windowHandle()->transientParent() != handle) {
         help_->hide();
-        help_->setWindowModality(modality);
-    } else if (!help_->isVisible() && QApplication::activeModalWidget() == nullptr) {
-        help_->setWindowModality(Qt::NonModal);
+        set_caller(*help_, caller);
     }
     help_->show();
     help_->raise();

@@ -61,6 +61,8 @@ Settings Load_Settings(QSettings& store) {
         if (margin >= 0.0F && margin < 100.0F) settings.margins.at(side) = margin;
     }
     settings.orientation = number(store, startup("mOrient:")).value_or(0);
+    settings.paper = from_qt(store.value(startup("mPaper:")).toString());
+    settings.page_unit = from_qt(store.value(startup("mUnit:")).toString());
     // Written under another name, so that it never comes back; it is meant so.
     settings.extra = from_qt(store.value(startup("Extra2:")).toString());
     settings.quick_help_fore = number(store, startup("QHelpFor:"));
@@ -68,6 +70,8 @@ Settings Load_Settings(QSettings& store) {
     for (std::size_t window = 1; window <= k_kept_windows; ++window) {
         settings.places.at(window).top = number(store, place_name(window, "Top:"));
         settings.places.at(window).left = number(store, place_name(window, "Left:"));
+        settings.places.at(window).height = number(store, place_name(window, "Height:"));
+        settings.places.at(window).width = number(store, place_name(window, "Width:"));
     }
     load_lines(store, settings.lines);
     for (std::size_t entry = 1; entry <= k_most_recent_files; ++entry) {
@@ -86,6 +90,8 @@ void Save_Settings(QSettings& store, const Settings& settings) {
         store.setValue(startup(k_margins.at(side)), static_cast<double>(settings.margins.at(side)));
     }
     store.setValue(startup("mOrient:"), settings.orientation);
+    if (!settings.paper.empty()) store.setValue(startup("mPaper:"), to_qt(settings.paper));
+    if (!settings.page_unit.empty()) store.setValue(startup("mUnit:"), to_qt(settings.page_unit));
     store.setValue(startup("mExtra:"), to_qt(settings.extra));
     if (settings.quick_help_fore) store.setValue(startup("QHelpFor:"), *settings.quick_help_fore);
     if (settings.quick_help_back) store.setValue(startup("QHelpBak:"), *settings.quick_help_back);
@@ -93,6 +99,8 @@ void Save_Settings(QSettings& store, const Settings& settings) {
         const WindowPlace& place = settings.places.at(window);
         if (place.top) store.setValue(place_name(window, "Top:"), *place.top);
         if (place.left) store.setValue(place_name(window, "Left:"), *place.left);
+        if (place.height) store.setValue(place_name(window, "Height:"), *place.height);
+        if (place.width) store.setValue(place_name(window, "Width:"), *place.width);
     }
     save_lines(store, settings.lines);
     Save_Recent_Files(store, settings);

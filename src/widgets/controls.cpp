@@ -3,7 +3,9 @@
 #include "widgets/nivora_window.h"
 #include "widgets/qt_text.h"
 
+#include <QAction>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -19,7 +21,16 @@ public:
         setObjectName(QStringLiteral("UpDown1"));
         lineEdit()->setObjectName(QStringLiteral("Text1"));
     }
+
+protected:
+    /// Enter takes the number that was typed, and presses no button.
+    void keyPressEvent(QKeyEvent* event) override {
+        QSpinBox::keyPressEvent(event);
+        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) event->accept();
+    }
 };
+
+constexpr const char* k_no_printing = "Printing is not in this version yet";
 
 }  // namespace
 
@@ -40,6 +51,17 @@ ButtonRow make_button_row(std::initializer_list<const char*> captions, int first
         ++index;
     }
     return row;
+}
+
+void turn_off_printing(QPushButton* button) {
+    button->setEnabled(false);
+    button->setToolTip(QString::fromUtf8(k_no_printing));
+}
+
+void turn_off_printing(QAction* entry) {
+    entry->setEnabled(false);
+    entry->setToolTip(QString::fromUtf8(k_no_printing));
+    entry->setStatusTip(QString::fromUtf8(k_no_printing));
 }
 
 QLabel* make_label(const QString& name, const QString& text, int help, QWidget* parent) {

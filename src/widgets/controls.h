@@ -9,6 +9,7 @@
 #include <optional>
 #include <vector>
 
+class QAction;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -25,6 +26,10 @@ struct ButtonRow {
 };
 [[nodiscard]] ButtonRow make_button_row(std::initializer_list<const char*> captions, int first_help,
                                         QWidget* parent);
+
+/// Turns off what would print, and says why: this version prints nothing yet.
+void turn_off_printing(QPushButton* button);
+void turn_off_printing(QAction* entry);
 
 /// A label that explains itself by a help line.
 [[nodiscard]] QLabel* make_label(const QString& name, const QString& text, int help, QWidget* parent);

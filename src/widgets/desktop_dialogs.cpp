@@ -1,12 +1,15 @@
 #include "widgets/desktop_dialogs.h"
 
 #include "base/durable_file.h"
+#include "widgets/caller.h"
 #include "widgets/qt_text.h"
 
-#include <QApplication>
 #include <QFileDialog>
+#include <QGridLayout>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QScreen>
+#include <QStyle>
 
 namespace nivora {
 namespace {
@@ -42,34 +45,67 @@ Answer answer_of(int button, Buttons buttons) {
     }
 }
 
+/// The width at which the title bar of a box shows all of its title beside its own buttons, as far as the
+/// screen has it.
+int width_of_title(const QDialog& box) {
+    constexpr int k_title_buttons = 6;
+    QFont font = box.font();
+    font.setBold(true);
+    const int bar = box.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    const int wanted = QFontMetrics(font).horizontalAdvance(box.windowTitle()) + k_title_buttons * bar;
+    return std::min(wanted, box.screen()->availableGeometry().width() - bar);
+}
+
 }  // namespace
+
+QString name_filter(const std::string& caption) {
+    const QString text = to_qt(caption);
+    const auto open = text.lastIndexOf(QLatin1Char('('));
+    const auto close = text.lastIndexOf(QLatin1Char(')'));
+    if (open < 0 || close < open) return text;
+    QStringList patterns;
+    for (const QString& shown :
+         text.mid(open + 1, close - open - 1).split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+        const QString pattern = shown == QStringLiteral("*.*") ? QStringLiteral("*") : shown;
+        patterns << pattern.toLower() << pattern.toUpper();
+    }
+    patterns.removeDuplicates();
+    return QStringLiteral("%1 (%2)").arg(text, patterns.join(QLatin1Char(' ')));
+}
 
 Answer DesktopDialogs::message(const Message& message) {
     QMessageBox box(icon_of(message.icon), to_qt(message.title), to_qt(message.text), QMessageBox::NoButton,
-                    QApplication::activeWindow());
+                    calling_window());
     box.setTextFormat(Qt::PlainText);
     for (const Answer answer : {Answer::Ok, Answer::Yes, Answer::No, Answer::Cancel}) {
         if (offers(message.buttons, answer)) box.addButton(button_of(answer));
     }
     box.setDefaultButton(button_of(message.default_answer.value_or(go_on_answer(message.buttons))));
+    // The box is as wide as its layout wants, so a piece of that width goes into it.
+    if (auto* layout = qobject_cast<QGridLayout*>(box.layout())) {
+        layout->addItem(new QSpacerItem(width_of_title(box), 0, QSizePolicy::Minimum, QSizePolicy::Fixed),
+                        layout->rowCount(), 0, 1, layout->columnCount());
+    }
     return answer_of(box.exec(), message.buttons);
 }
 
 std::optional<std::string> DesktopDialogs::input(const InputBox& box) {
-    QInputDialog dialog(QApplication::activeWindow());
+    QInputDialog dialog(calling_window());
     dialog.setWindowTitle(to_qt(box.title));
     dialog.setLabelText(to_qt(box.prompt));
     dialog.setTextValue(to_qt(box.proposed));
+    dialog.setMinimumWidth(width_of_title(dialog));
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     return from_qt(dialog.textValue());
 }
 
 std::optional<std::filesystem::path> DesktopDialogs::file(const FileQuestion& question) {
-    QFileDialog dialog(QApplication::activeWindow(), to_qt(question.title),
-                       to_qt(path_text(question.folder)));
-    QStringList patterns;
-    for (const std::string& pattern : question.patterns) patterns << to_qt(pattern);
-    dialog.setNameFilters(patterns);
+    QFileDialog dialog(calling_window(), to_qt(question.title), to_qt(path_text(question.folder)));
+    QStringList filters;
+    for (const std::string& caption : question.patterns) filters << name_filter(caption);
+    // What shows is the filter without its last parentheses, and so the caption.
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    dialog.setNameFilters(filters);
     dialog.setAcceptMode(question.saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(question.saving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     // The rules of the program ask about replacing a file, in their own words.

@@ -1,14 +1,24 @@
 #include "widgets/nivora_window.h"
 
 #include "base/durable_file.h"
+#include "widgets/caller.h"
+#include "widgets/content_area.h"
+#include "widgets/file_label.h"
+#include "widgets/grid_delegate.h"
+#include "widgets/kept_place.h"
 #include "widgets/qt_text.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QEventLoop>
+#include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPointer>
+#include <QPushButton>
 #include <QScreen>
+#include <QShortcut>
 #include <QStatusBar>
 #include <QStyle>
 #include <QTextEdit>
@@ -16,6 +26,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <QVariant>
+#include <utility>
 
 namespace nivora {
 namespace {
@@ -47,17 +58,31 @@ bool interrupts(Qt::FocusReason reason) {
            reason == Qt::MenuBarFocusReason;
 }
 
+/// Whether Tab can lead to an element of a window.
+bool takes_focus(const QWidget& element, const QWidget& window) {
+    return element.window() == &window && (element.focusPolicy() & Qt::TabFocus) != 0 &&
+           element.isEnabled() && element.focusProxy() == nullptr && element.isVisibleTo(&window);
+}
+
+/// What typing would replace is selected; a table gets a cell to begin with.
+void prepare_for_keys(QWidget& element) {
+    if (auto* box = qobject_cast<QLineEdit*>(&element)) box->selectAll();
+    auto* table = qobject_cast<QAbstractItemView*>(&element);
+    if (table != nullptr && table->model() != nullptr && !table->currentIndex().isValid())
+        table->setCurrentIndex(table->model()->index(0, 0));
+}
+
 }  // namespace
 
 NivoraWindow::NivoraWindow(const WindowContext& context, const char* name, WindowNumber number,
                            QWidget* parent)
     : QMainWindow(parent),
       context_(context),
-      number_(static_cast<std::size_t>(number)),
+      place_(new KeptPlace(*this, context.session.settings, static_cast<std::size_t>(number))),
       texts_(Load_QuickHelp(context.program_folder, name)),
       help_button_(new QToolButton(this)),
       strip_(make_strip(this)),
-      basin_file_(new QLabel(this)),
+      basin_file_(new FileLabel(this)),
       frame_(new QWidget(this)) {
     setObjectName(QString::fromUtf8(name));
     help_button_->setObjectName(QStringLiteral("btnHelp"));
@@ -84,12 +109,129 @@ NivoraWindow::NivoraWindow(const WindowContext& context, const char* name, Windo
         show_quick_help(on);
         quick_help_changed(on);
     });
+    add_area_keys();
     show_quick_help(context_.quick_help.is_on());
 }
 
 void NivoraWindow::set_content(QWidget* content) {
-    auto* layout = static_cast<QVBoxLayout*>(frame_->layout());
-    layout->insertWidget(0, content, 1);
+    auto* area = new ContentArea(
+        content, [this] { return room_for_content(); }, frame_);
+    static_cast<QVBoxLayout*>(frame_->layout())->insertWidget(0, area, 1);
+}
+
+/// The largest size that the screen has for the content of this window.
+QSize NivoraWindow::room_for_content() const {
+    FrameWidths around = context_.session.settings.frame;
+    if (around == FrameWidths{}) {
+        constexpr int k_usual_border = 8;
+        const int title_bar = style()->pixelMetric(QStyle::PM_TitleBarHeight);
+        around = {k_usual_border, title_bar + k_usual_border, k_usual_border, k_usual_border};
+    }
+    const QLayout& layout = *frame_->layout();
+    const QMargins margins = layout.contentsMargins();
+    int height =
+        around.top + around.bottom + margins.top() + margins.bottom() + statusBar()->sizeHint().height();
+    if (const QWidget* menu = menuWidget()) height += menu->sizeHint().height();
+    if (const auto* toolbar = qobject_cast<QWidget*>(help_button_->parent()))
+        height += toolbar->sizeHint().height();
+    if (strip_->isVisibleTo(this)) height += strip_->height() + layout.spacing();
+    const int width = around.left + around.right + margins.left() + margins.right();
+    return screen()->availableGeometry().size() - QSize(width, height);
+}
+
+void NivoraWindow::set_default_button(QPushButton* button) {
+    default_button_ = button;
+    // Its look stays while another button has the focus.
+    button->setAutoDefault(false);
+    button->setDefault(true);
+}
+
+void NivoraWindow::close_on_escape() {
+    auto* escape = new QShortcut(Qt::Key_Escape, this);
+    connect(escape, &QShortcut::activated, this, [this] {
+        QWidget* focused = focusWidget();
+        if (focused == nullptr || !focused->property(k_grid_editor).toBool()) {
+            close();
+            return;
+        }
+        // A cell that is being edited gets its text back first.
+        QKeyEvent key(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        QApplication::sendEvent(focused, &key);
+    });
+    keys_.push_back(escape);
+    escape->setEnabled(!context_.quick_help.is_on());
+}
+
+/// F6, or Ctrl+Tab, leads to the next area of the window, also out of a table, where Tab goes from cell to
+/// cell; with Shift to the one before.
+void NivoraWindow::add_area_keys() {
+    const auto add = [this](const QKeySequence& keys, bool forward) {
+        auto* shortcut = new QShortcut(keys, this);
+        connect(shortcut, &QShortcut::activated, this, [this, forward] { move_to_area(forward); });
+        keys_.push_back(shortcut);
+    };
+    for (const Qt::Key key : {Qt::Key_F6, Qt::Key_Tab}) {
+        const Qt::KeyboardModifier control = key == Qt::Key_Tab ? Qt::ControlModifier : Qt::NoModifier;
+        add(QKeyCombination(control, key), true);
+        add(QKeyCombination(control | Qt::ShiftModifier, key), false);
+    }
+}
+
+/// The part of the window that an element stands in: a table, a frame, the toolbar, or else what the frame
+/// around them holds.
+const QWidget* NivoraWindow::area_of(const QWidget* element) const {
+    for (const QWidget* at = element; at != nullptr && at != this; at = at->parentWidget()) {
+        if (qobject_cast<const QAbstractItemView*>(at) != nullptr) return at;
+        if (qobject_cast<const QGroupBox*>(at) != nullptr) return at;
+        if (qobject_cast<const QToolBar*>(at) != nullptr) return at;
+        if (qobject_cast<const ContentArea*>(at) != nullptr) return at;
+    }
+    return this;
+}
+
+void NivoraWindow::move_to_area(bool forward) {
+    QWidget* start = focusWidget() != nullptr ? focusWidget() : this;
+    const QWidget* area = area_of(start);
+    const auto next = [forward](QWidget* at) {
+        return forward ? at->nextInFocusChain() : at->previousInFocusChain();
+    };
+    for (QWidget* at = next(start); at != start; at = next(at)) {
+        if (!takes_focus(*at, *this) || area_of(at) == area) continue;
+        at->setFocus(Qt::TabFocusReason);
+        return;
+    }
+}
+
+/// Puts the focus into the content when the window opens; its first element would be the QuickHelp button.
+void NivoraWindow::focus_content() {
+    QWidget* element = focusWidget();
+    if (element == nullptr || element == help_button_) element = first_focus_;
+    for (QWidget* at = frame_->nextInFocusChain(); element == nullptr && at != frame_;
+         at = at->nextInFocusChain()) {
+        if (frame_->isAncestorOf(at) && takes_focus(*at, *this)) element = at;
+    }
+    if (element == nullptr) return;
+    element->setFocus();
+    prepare_for_keys(*element);
+}
+
+void NivoraWindow::setVisible(bool visible) {
+    if (visible && !isVisible()) {
+        place_->put();
+        if (!std::exchange(opened_, true)) focus_content();
+    }
+    if (!visible && isVisible()) place_->keep(grown_);
+    QMainWindow::setVisible(visible);
+}
+
+void NivoraWindow::keyPressEvent(QKeyEvent* event) {
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const bool alone = (event->modifiers() & ~Qt::KeypadModifier) == 0;
+    // A key that is held down since the window before goes nowhere.
+    if (!enter || !alone || event->isAutoRepeat()) return QMainWindow::keyPressEvent(event);
+    auto* focused = qobject_cast<QPushButton*>(focusWidget());
+    QPushButton* button = focused != nullptr ? focused : default_button_;
+    if (button != nullptr) button->click();
 }
 
 void NivoraWindow::show_basin_file() {
@@ -115,6 +257,7 @@ void NivoraWindow::show_status(const QString& text) {
 void NivoraWindow::set_help(QWidget* widget, int line) { widget->setProperty(k_help_line, line); }
 
 void NivoraWindow::show_quick_help(bool on) {
+    for (QShortcut* key : keys_) key->setEnabled(!on);
     help_button_->setChecked(on);
     help_button_->setToolTip(on ? QStringLiteral("Hide 'QuickHelp'") : help_tip_);
     const int height_before = height();
@@ -193,7 +336,8 @@ bool NivoraWindow::enters_box(const QEvent* event) {
 }
 
 void NivoraWindow::show_modal() {
-    const QPointer<QWidget> before = QApplication::activeWindow();
+    const QPointer<QWidget> before = calling_window();
+    set_caller(*this, before);
     setWindowModality(Qt::ApplicationModal);
     QEventLoop loop;
     setAttribute(Qt::WA_DeleteOnClose, false);
@@ -208,27 +352,7 @@ void NivoraWindow::closeEvent(QCloseEvent* event) {
         event->ignore();
         return;
     }
-    save_position();
     event->accept();
-}
-
-void NivoraWindow::showEvent(QShowEvent* event) {
-    QMainWindow::showEvent(event);
-    if (placed_) return;
-    placed_ = true;
-    const WindowPlace& place = context_.session.settings.places.at(number_);
-    if (!place.top || !place.left) return;
-    if (place.width && place.height) resize(*place.width, *place.height);
-    const QRect screen_area = screen()->availableGeometry();
-    const Corner corner = kept_on_screen({*place.left - screen_area.left(), *place.top - screen_area.top()},
-                                         frameGeometry().width(), frameGeometry().height(),
-                                         screen_area.width(), screen_area.height());
-    move(screen_area.left() + corner.left, screen_area.top() + corner.top);
-}
-
-void NivoraWindow::save_position() {
-    context_.session.settings.places.at(number_) = {
-        .top = pos().y(), .left = pos().x(), .height = height(), .width = width()};
 }
 
 }  // namespace nivora

@@ -9,12 +9,17 @@
 
 #include <QMainWindow>
 #include <filesystem>
+#include <vector>
 
 class QLabel;
+class QPushButton;
+class QShortcut;
 class QTextEdit;
 class QToolButton;
 
 namespace nivora {
+
+class KeptPlace;
 
 /// What every window is made with.
 struct WindowContext {
@@ -35,8 +40,9 @@ public:
     NivoraWindow(const WindowContext& context, const char* name, WindowNumber number,
                  QWidget* parent = nullptr);
 
-    /// Shows the window before all others until it is closed.
+    /// Shows the window before its caller, which is the window that has the keyboard, until it is closed.
     void show_modal();
+    void setVisible(bool visible) override;
 
     /// Gives an element its help line. A widget without one is explained by the next around it that has one.
     static void set_help(QWidget* widget, int line);
@@ -55,8 +61,15 @@ protected:
     [[nodiscard]] Session& session() { return context_.session; }
     [[nodiscard]] const WindowContext& context() const { return context_; }
 
-    /// Puts the window's own content above the strip.
+    /// Puts the window's own content above the strip. It scrolls where the screen is too small for it.
     void set_content(QWidget* content);
+    /// The element that has the focus when the window opens; without a call the first of the content that
+    /// takes keys.
+    void set_first_focus(QWidget* element) { first_focus_ = element; }
+    /// The button that Enter presses wherever it has no other meaning.
+    void set_default_button(QPushButton* button);
+    /// Lets Escape close the window as its close control does.
+    void close_on_escape();
     /// The tip of the QuickHelp button while QuickHelp is off, where it is not the usual one.
     void set_help_tip(const QString& tip);
     /// Gives the basin's file in the status bar its help line.
@@ -78,16 +91,20 @@ protected:
     virtual void quick_help_changed(bool on) { static_cast<void>(on); }
 
     void closeEvent(QCloseEvent* event) override;
-    void showEvent(QShowEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void focus_content();
+    void add_area_keys();
+    void move_to_area(bool forward);
+    [[nodiscard]] const QWidget* area_of(const QWidget* element) const;
+    [[nodiscard]] QSize room_for_content() const;
     void show_quick_help(bool on);
     void make_room(bool on, int height_before);
     void show_text(const std::string& text);
-    void save_position();
 
     WindowContext context_;
-    std::size_t number_;
+    KeptPlace* place_;
     QuickHelpTexts texts_;
     QToolButton* help_button_;
     QString help_tip_ = QStringLiteral("View 'QuickHelp'");
@@ -95,7 +112,10 @@ private:
     QLabel* basin_file_;
     QLabel* status_ = nullptr;
     QWidget* frame_;
-    bool placed_ = false;
+    QWidget* first_focus_ = nullptr;
+    QPushButton* default_button_ = nullptr;
+    std::vector<QShortcut*> keys_;  ///< which QuickHelp turns off
+    bool opened_ = false;
     int grown_ = 0;
 };
 

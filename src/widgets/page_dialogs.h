@@ -4,6 +4,7 @@
 #include "session/settings.h"
 
 #include <QFont>
+#include <QLocale>
 #include <QPageLayout>
 #include <QString>
 
@@ -11,10 +12,11 @@ class QWidget;
 
 namespace nivora {
 
-/// The page that the settings describe: margins in inches, where 0 stands for 1 inch.
-[[nodiscard]] QPageLayout page_of(const Settings& settings);
+/// The page that the settings describe: margins in inches, where 0 stands for 1 inch. Paper and unit are
+/// those of the locale until the user chose others.
+[[nodiscard]] QPageLayout page_of(const Settings& settings, const QLocale& locale = QLocale::system());
 
-/// Puts a page's margins and orientation back into the settings.
+/// Puts a page's paper, unit, margins and orientation back into the settings.
 void keep_page(Settings& settings, const QPageLayout& page);
 
 /// Shows the page dialog. A cancel, or a system without printing, keeps the old values.

@@ -41,6 +41,7 @@ TEST_F(ScenarioListTest, AScenarioIsShownWithItsRows) {
     for (int index = 0; index < 3; ++index) captions.push_back(from_qt(action(index)->text()));
     for (int index = 0; index < 3; ++index) captions.push_back(from_qt(button(index)->text()));
     EXPECT_THAT(captions, ElementsAre("&New", "D&elete", "&Print", "&Done", "&Cancel", "&Help"));
+    EXPECT_FALSE(find<QPushButton>("Command2(2)")->isEnabled());
     std::vector<std::string> headers;
     for (int column = 0; column < 6; ++column)
         headers.push_back(from_qt(grid()->model()->headerData(column, Qt::Horizontal).toString()));

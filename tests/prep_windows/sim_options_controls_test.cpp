@@ -201,6 +201,22 @@ TEST_F(SimOptionsControlsTest, EnterAndDownLeadFromBoxToBox) {
     EXPECT_EQ(QApplication::focusWidget(), button(0));
 }
 
+TEST_F(SimOptionsControlsTest, EnterLeadsThroughTheOptionsToTheNineParameters) {
+    open_to_add("s");
+    box(5)->setFocus();
+    key(Qt::Key_Return);
+    EXPECT_EQ(QApplication::focusWidget(), temperature(0));
+    key(Qt::Key_Return);
+    EXPECT_EQ(QApplication::focusWidget(), box(6));
+    by_zone(3)->setFocus();
+    key(Qt::Key_Enter);
+    EXPECT_EQ(QApplication::focusWidget(), box(6));
+    units(0)->setFocus();
+    key(Qt::Key_Return);
+    EXPECT_EQ(QApplication::focusWidget(), temperature(0));
+    EXPECT_TRUE(window_->isVisible());
+}
+
 TEST_F(SimOptionsControlsTest, UpLeadsBackwardsAndStopsAtTheFirstBox) {
     open_to_add("s");
     box(14)->setFocus();

@@ -48,7 +48,7 @@ void ProgramTest::SetUp() {
     const auto missing = TestDisplay::missing_programs();
     if (!missing.empty())
         GTEST_SKIP() << "these tests need a display; not installed: " << testing::PrintToString(missing);
-    display_ = std::make_unique<TestDisplay>();
+    display_ = make_display();
     reader_ = std::make_unique<ScreenReader>(display_->bus_address());
 }
 

@@ -45,6 +45,8 @@ private:
 class ProgramTest : public testing::Test {
 protected:
     void SetUp() override;
+    /// The display of the test.
+    virtual std::unique_ptr<TestDisplay> make_display() const { return std::make_unique<TestDisplay>(); }
 
     /// Starts the program of the folders.
     std::unique_ptr<StartedProgram> start(const UserFolders& folders, const Environment& more = {});

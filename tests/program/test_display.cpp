@@ -15,22 +15,22 @@ std::vector<std::string> TestDisplay::missing_programs() {
     return missing;
 }
 
-TestDisplay::TestDisplay() {
+TestDisplay::TestDisplay(const std::string& screen) {
     std::filesystem::create_directory(folder_ / "cache");
     std::filesystem::create_directory(folder_ / "runtime");
     std::filesystem::permissions(folder_ / "runtime", std::filesystem::perms::owner_all);
-    start_display();
+    start_display(screen);
     start_bus();
     start_window_manager();
 }
 
-void TestDisplay::start_display() {
+void TestDisplay::start_display(const std::string& screen) {
     std::array<int, 2> pipe_ends{};
     if (pipe(pipe_ends.data()) != 0) throw std::runtime_error("there is no pipe");
     // The server looks for a free number itself and says which one it took.
     display_ = std::make_unique<StartedProgram>(
-        std::vector<std::string>{"Xvfb", "-displayfd", std::to_string(pipe_ends[1]), "-screen", "0",
-                                 "1280x1024x24", "-nolisten", "tcp", "-noreset"},
+        std::vector<std::string>{"Xvfb", "-displayfd", std::to_string(pipe_ends[1]), "-screen", "0", screen,
+                                 "-nolisten", "tcp", "-noreset"},
         Environment{}, folder_ / "display.log", pipe_ends[1]);
     close(pipe_ends[1]);
     std::string number;

@@ -16,7 +16,8 @@ public:
     /// The programs that a display needs and this machine lacks.
     [[nodiscard]] static std::vector<std::string> missing_programs();
 
-    TestDisplay();
+    /// @param screen width, height and depth of its screen
+    explicit TestDisplay(const std::string& screen = "1280x1024x24");
 
     /// What a program needs to find the display and the bus.
     [[nodiscard]] Environment environment() const;
@@ -32,7 +33,7 @@ public:
     void keep_picture(const std::filesystem::path& file) const;
 
 private:
-    void start_display();
+    void start_display(const std::string& screen);
     void start_bus();
     void start_window_manager();
     void send(std::vector<std::string> command) const;

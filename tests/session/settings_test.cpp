@@ -54,24 +54,5 @@ TEST(PlotLines, AllLinesStartOnePixelWideAndSolidlyFilled) {
     }
 }
 
-TEST(WindowPlaces, AWindowInsideTheScreenStaysWhereItWas) {
-    const Corner corner = kept_on_screen({100, 50}, 400, 300, 1920, 1080);
-    EXPECT_EQ(corner.left, 100);
-    EXPECT_EQ(corner.top, 50);
-}
-
-TEST(WindowPlaces, AWindowOfALargerScreenIsPulledBack) {
-    // 1024 - 400 = 624, 768 - 300 = 468
-    const Corner corner = kept_on_screen({1800, 900}, 400, 300, 1024, 768);
-    EXPECT_EQ(corner.left, 624);
-    EXPECT_EQ(corner.top, 468);
-}
-
-TEST(WindowPlaces, AWindowLargerThanTheScreenStartsAtItsCorner) {
-    const Corner corner = kept_on_screen({-30, 700}, 1400, 900, 1024, 768);
-    EXPECT_EQ(corner.left, 0);
-    EXPECT_EQ(corner.top, 0);
-}
-
 }  // namespace
 }  // namespace nivora

@@ -1,9 +1,13 @@
 #include "widgets/desktop_dialogs.h"
 
+#include "tests/support/temporary_folder.h"
+
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QComboBox>
 #include <QFileDialog>
+#include <QFileSystemModel>
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -122,8 +126,10 @@ TEST_F(DesktopDialogsTest, AFileQuestionShowsTitleFolderPatternsAndName) {
     when_shown<QFileDialog>([](QFileDialog* box) {
         EXPECT_EQ(box->windowTitle(), QStringLiteral("Save a Nivora data base as ..."));
         EXPECT_EQ(box->directory().absolutePath(), QStringLiteral("/tmp"));
-        EXPECT_EQ(box->nameFilters(), (QStringList{QStringLiteral("Windows NVR Data (*.mdb)"),
-                                                   QStringLiteral("All Files (*.*)")}));
+        auto* kinds = box->findChild<QComboBox*>(QStringLiteral("fileTypeCombo"));
+        ASSERT_NE(kinds, nullptr);
+        EXPECT_EQ(kinds->itemText(0), QStringLiteral("Windows NVR Data (*.mdb)"));
+        EXPECT_EQ(kinds->itemText(1), QStringLiteral("All Files (*.*)"));
         EXPECT_EQ(box->acceptMode(), QFileDialog::AcceptSave);
         EXPECT_TRUE(box->testOption(QFileDialog::DontConfirmOverwrite));
         EXPECT_EQ(box->selectedFiles(), QStringList{QStringLiteral("/tmp/alder #1.mdb")});
@@ -135,6 +141,54 @@ TEST_F(DesktopDialogsTest, AFileQuestionShowsTitleFolderPatternsAndName) {
                              .patterns = {"Windows NVR Data (*.mdb)", "All Files (*.*)"},
                              .saving = true}),
               std::nullopt);
+}
+
+TEST_F(DesktopDialogsTest, AllFilesShowsANameWithoutAPoint) {
+    TemporaryFolder folder;
+    folder.write("plain", "");
+    folder.write("basin.MDB", "");
+    folder.write("other.txt", "");
+    const auto rows = [](QFileDialog* box, const char* kind) {
+        box->selectNameFilter(box->nameFilters().filter(QString::fromUtf8(kind)).front());
+        auto* list = box->findChild<QAbstractItemView*>(QStringLiteral("listView"));
+        QStringList names;
+        const auto listed = [&] {
+            names.clear();
+            for (int row = 0; row < list->model()->rowCount(list->rootIndex()); ++row)
+                names << list->model()->index(row, 0, list->rootIndex()).data().toString();
+            names.sort();
+        };
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            listed();
+            return !names.isEmpty();
+        }));
+        QTest::qWait(50);
+        listed();
+        return names;
+    };
+    when_shown<QFileDialog>([&](QFileDialog* box) {
+        EXPECT_EQ(
+            rows(box, "All Files"),
+            (QStringList{QStringLiteral("basin.MDB"), QStringLiteral("other.txt"), QStringLiteral("plain")}));
+        EXPECT_EQ(rows(box, "Windows NVR"), QStringList{QStringLiteral("basin.MDB")});
+        box->reject();
+    });
+    EXPECT_EQ(dialogs_.file({.title = "Open a NVR database",
+                             .folder = folder.path(),
+                             .patterns = {"Windows NVR Data (*.mdb)", "All Files (*.*)"}}),
+              std::nullopt);
+}
+
+TEST_F(DesktopDialogsTest, ABoxIsAtLeastAsWideAsItsTitle) {
+    const std::string title = "The title of this box says much more than the box itself does";
+    when_shown<QMessageBox>([&](QMessageBox* box) {
+        QFont font = box->font();
+        font.setBold(true);
+        EXPECT_GT(box->width(), QFontMetrics(font).horizontalAdvance(QString::fromStdString(title)));
+        EXPECT_LE(box->width(), box->screen()->availableGeometry().width());
+        box->button(QMessageBox::Ok)->click();
+    });
+    dialogs_.message({.text = "no", .title = title});
 }
 
 TEST_F(DesktopDialogsTest, AFileToOpenMustExist) {

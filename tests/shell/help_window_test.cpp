@@ -41,6 +41,47 @@ TEST_F(HelpWindowTest, TheManualIsALinkWhereItIsMentioned) {
     EXPECT_THAT(text_->toHtml().toStdString(), HasSubstr("href=\"manual\""));
 }
 
+TEST_F(HelpWindowTest, ATopicAfterTheManualsLinkIsPlainTextAgain) {
+    help_.show_topic(0);
+    text_->setTextCursor(text_->document()->find(QStringLiteral("Nivora Users Manual")));
+    help_.show_topic(12);
+    EXPECT_EQ(text_->toHtml().indexOf(QStringLiteral("href")), -1);
+    EXPECT_FALSE(QTextCursor(text_->document()).charFormat().fontUnderline());
+}
+
+/// A folder with an asker that knows no program for any document.
+class ManualWithoutProgramTest : public HelpWindowTest {
+protected:
+    ManualWithoutProgramTest() {
+        const auto asker = user_.write("xdg-mime", "#!/bin/sh\nexit 0\n");
+        std::filesystem::permissions(asker, std::filesystem::perms::owner_all);
+        qputenv("PATH", QByteArray::fromStdString(user_.path().string()) + ":" + path_);
+        QApplication::clipboard()->setText(QStringLiteral("before"));
+    }
+    ~ManualWithoutProgramTest() override { qputenv("PATH", path_); }
+
+    const QByteArray path_ = qgetenv("PATH");
+    const std::filesystem::path manual_ =
+        program_.write("Hollin Flow Model (Nivora) Users Manual.pdf", "%PDF-1.4");
+};
+
+TEST_F(ManualWithoutProgramTest, ItsPathIsToldAndCopiedOnAClick) {
+    dialogs_.then(Answer::Yes);
+    help_.findChild<QAction*>(QStringLiteral("mnuHlpItm(19)"))->trigger();
+    EXPECT_EQ(last_message().title, "Unable to access the Nivora Users Manual");
+    EXPECT_THAT(
+        last_message().text,
+        HasSubstr("version:\tFile not found\nAdobe .pdf version:    \tNo association for file extension"));
+    EXPECT_THAT(last_message().text, HasSubstr(manual_.string()));
+    EXPECT_EQ(QApplication::clipboard()->text().toStdString(), manual_.string());
+}
+
+TEST_F(ManualWithoutProgramTest, NoLeavesTheClipboard) {
+    dialogs_.then(Answer::No);
+    help_.findChild<QAction*>(QStringLiteral("mnuHlpItm(19)"))->trigger();
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("before"));
+}
+
 TEST_F(HelpWindowTest, AManualThatIsNotThereIsToldWithBothReasons) {
     help_.findChild<QAction*>(QStringLiteral("mnuHlpItm(19)"))->trigger();
     EXPECT_EQ(last_message().title, "Unable to access the Nivora Users Manual");

@@ -35,9 +35,27 @@ protected:
 TEST_F(MenuTableTest, TheBarStandsInItsOrder) {
     EXPECT_THAT(names(window_->menuBar()),
                 ElementsAre("mnuFile", "mnuEdit", "mnuOpt", "mnuData", "mnuRun", "mnuTools", "mnuWinGraphics",
-                            "mnuReports", "mnuHelp"));
-    EXPECT_THAT(captions(window_->menuBar()), ElementsAre("&File", "&Edit", "&Options", "&Data", "&Run",
-                                                          "&Tools", "&Graphics", "&Reports", "&Help"));
+                            "mnuReports", "", "mnuHelp"));
+    EXPECT_THAT(captions(window_->menuBar()),
+                ElementsAre("&File", "Ed&it", "&Options", "Da&ta", "&Run", "Too&ls", "&Graphics", "&Reports",
+                            k_line, "&Help"));
+}
+
+TEST_F(MenuTableTest, TheHelpMenuStandsAtTheRightEndOfTheBar) {
+    QMenuBar* bar = window_->menuBar();
+    const QRect help = bar->actionGeometry(find<QAction>("mnuHelp"));
+    const QRect reports = bar->actionGeometry(find<QAction>("mnuReports"));
+    EXPECT_GT(help.right(), bar->width() - 12);
+    EXPECT_GT(help.left(), reports.right() + 100);
+}
+
+TEST_F(MenuTableTest, PicturesStandBesideOpenSaveAndPageSetup) {
+    for (int item = 0; item <= 9; ++item) {
+        const bool picture = item == 1 || item == 4 || item == 7;
+        const auto* entry = find<QAction>(("mnuFileItem(" + std::to_string(item) + ")").c_str());
+        EXPECT_EQ(!entry->icon().isNull(), picture) << item;
+        EXPECT_TRUE(!picture || entry->isIconVisibleInMenu()) << item;
+    }
 }
 
 TEST_F(MenuTableTest, TheFileMenuHasItsItemsLinesAndPlacesForRecentFiles) {

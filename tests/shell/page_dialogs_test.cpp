@@ -27,6 +27,55 @@ TEST(PageSetup, MarginsAndOrientationGoBackInTheirOrder) {
     EXPECT_EQ(kept.orientation, 2);
 }
 
+TEST(PageSetup, PaperAndUnitFollowTheLocaleAtFirst) {
+    const auto first = [](const char* locale) {
+        const QPageLayout page = page_of({}, QLocale(QString::fromUtf8(locale)));
+        return std::pair{page.pageSize().id(), page.units()};
+    };
+    EXPECT_EQ(first("de_AT"), (std::pair{QPageSize::A4, QPageLayout::Millimeter}));
+    EXPECT_EQ(first("en_GB"), (std::pair{QPageSize::A4, QPageLayout::Millimeter}));
+    EXPECT_EQ(first("en_US"), (std::pair{QPageSize::Letter, QPageLayout::Inch}));
+    EXPECT_EQ(first("en_CA"), (std::pair{QPageSize::Letter, QPageLayout::Millimeter}));
+}
+
+TEST(PageSetup, PaperAndUnitThatWereChosenComeBackWhateverTheLocale) {
+    Settings settings;
+    QPageLayout page = page_of(settings, QLocale(QStringLiteral("en_US")));
+    for (const auto& paper : {QPageSize(QPageSize::A4), QPageSize(QPageSize::A3), QPageSize(QPageSize::Legal),
+                              QPageSize(QSizeF(200, 300), QPageSize::Millimeter)}) {
+        for (const auto unit : {QPageLayout::Millimeter, QPageLayout::Inch}) {
+            page.setPageSize(paper);
+            page.setUnits(unit);
+            keep_page(settings, page);
+            for (const char* locale : {"en_US", "de_DE"}) {
+                const QPageLayout again = page_of(settings, QLocale(QString::fromUtf8(locale)));
+                EXPECT_EQ(again.pageSize().sizePoints(), paper.sizePoints()) << settings.paper;
+                EXPECT_EQ(again.units(), unit);
+            }
+        }
+    }
+}
+
+TEST(PageSetup, MarginsStayInInchesWhateverTheUnit) {
+    Settings settings;
+    settings.margins = {0.5F, 0.75F, 1.25F, 1.5F};
+    settings.page_unit = "mm";
+    const QPageLayout page = page_of(settings);
+    EXPECT_DOUBLE_EQ(page.margins().left(), 12.7);
+    Settings kept;
+    keep_page(kept, page);
+    EXPECT_EQ(kept.margins, settings.margins);
+}
+
+TEST(PageSetup, PaperThatNobodyMakesGivesWayToThatOfTheLocale) {
+    for (const char* paper : {"", "A4x", "Custom", "0x0", "-5x300", "nanxnan", "9e9x1", "1x2x3"}) {
+        Settings settings;
+        settings.paper = paper;
+        EXPECT_EQ(page_of(settings, QLocale(QStringLiteral("de_DE"))).pageSize().id(), QPageSize::A4)
+            << paper;
+    }
+}
+
 TEST(ChooseFont, BoldIsEveryWeightButTheNormalOne) {
     QFont font(QStringLiteral("Sans"));
     font.setPointSizeF(9.6);

@@ -131,6 +131,7 @@ TEST_F(ResultsWindowTest, NothingInItCanBeEdited) {
 
 TEST_F(ResultsWindowTest, ItsButtonsPrintHelpAndHide) {
     EXPECT_EQ(button(0)->text(), QStringLiteral("&Print"));
+    EXPECT_FALSE(button(0)->isEnabled()) << "printing is not in this version yet";
     EXPECT_EQ(button(1)->text(), QStringLiteral("&Help"));
     EXPECT_EQ(button(2)->text(), QStringLiteral("&Done"));
     results_.fill();
@@ -175,10 +176,11 @@ TEST_F(ResultsWindowTest, APlaceOffTheScreenIsPulledBack) {
     EXPECT_EQ(results_.frameGeometry().bottom(), screen.bottom());
 }
 
-TEST_F(ResultsWindowTest, WithoutAKeptPlaceItStaysWhereItIs) {
+TEST_F(ResultsWindowTest, WithoutAKeptPlaceItIsCentred) {
     results_.move(11, 13);
     results_.show();
-    EXPECT_EQ(results_.pos(), QPoint(11, 13));
+    const QPoint off = results_.frameGeometry().center() - results_.screen()->availableGeometry().center();
+    EXPECT_LE(std::max(std::abs(off.x()), std::abs(off.y())), 1);
 }
 
 }  // namespace

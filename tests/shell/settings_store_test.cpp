@@ -56,10 +56,24 @@ TEST_F(SettingsStoreTest, EverythingKeptComesBack) {
     EXPECT_EQ(read.recent_files, settings.recent_files);
 }
 
-TEST_F(SettingsStoreTest, TheSizeOfAWindowIsNotKept) {
+TEST_F(SettingsStoreTest, TheSizeOfAWindowIsKeptBesideItsPlace) {
     Settings settings;
     settings.places[1] = {.top = 1, .left = 2, .height = 300, .width = 400};
-    EXPECT_FALSE(saved_and_read(settings).places[1].height.has_value());
+    const Settings read = saved_and_read(settings);
+    EXPECT_EQ(read.places[1].height, 300);
+    EXPECT_EQ(read.places[1].width, 400);
+    QSettings store(file(), QSettings::IniFormat);
+    EXPECT_EQ(store.value(QStringLiteral("Startup/Form#1 Height:")).toInt(), 300);
+    EXPECT_EQ(store.value(QStringLiteral("Startup/Form#1 Width:")).toInt(), 400);
+}
+
+TEST_F(SettingsStoreTest, PaperAndUnitAreKept) {
+    Settings settings;
+    settings.paper = "A3";
+    settings.page_unit = "in";
+    const Settings read = saved_and_read(settings);
+    EXPECT_EQ(read.paper, "A3");
+    EXPECT_EQ(read.page_unit, "in");
 }
 
 TEST_F(SettingsStoreTest, TheSixteenthLineAndTheFifteenthWindowAreNotKept) {

@@ -30,6 +30,7 @@ namespace {
 constexpr int k_help_topic = 4;
 constexpr int k_new = 0;
 constexpr int k_delete = 1;
+constexpr int k_print = 2;
 constexpr int k_view = 3;
 
 }  // namespace
@@ -51,6 +52,8 @@ frmCC::frmCC(const WindowContext& context, QWidget* parent)
     explain_status_bar(24);
     make_menus();
     for (QPushButton* button : row.buttons) button->setAutoDefault(false);
+    set_default_button(row.buttons[0]);
+    close_on_escape();
     leave_unchecked(row.buttons[1]);
     foot_ = row.buttons;
     connect(row.buttons[0], &QPushButton::clicked, this, &frmCC::done);
@@ -128,6 +131,7 @@ QWidget* frmCC::make_side() {
     layout->addStretch(1);
     connect(actions_[k_new], &QPushButton::clicked, this, &frmCC::add_scenario);
     connect(actions_[k_delete], &QPushButton::clicked, this, &frmCC::remove_scenario);
+    turn_off_printing(actions_[k_print]);
     connect(actions_[k_view], &QPushButton::clicked, this, &frmCC::view_variables);
     return frame;
 }

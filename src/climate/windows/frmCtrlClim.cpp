@@ -183,7 +183,9 @@ void frmCtrlClim::make_buttons(QWidget* content) {
     buttons_ = make_button_row({"&Done", "&Abort", "&Help", "&Print"}, 21, content).buttons;
     for (QPushButton* button : buttons_) button->setAutoDefault(false);
     buttons_[k_abort]->setEnabled(false);
-    buttons_[k_print]->setEnabled(false);
+    turn_off_printing(buttons_[k_print]);
+    set_default_button(buttons_[k_done]);
+    close_on_escape();
     connect(buttons_[k_done], &QPushButton::clicked, this, [this] { done(); });
     connect(buttons_[k_abort], &QPushButton::clicked, this, [this] {
         aborted_ = true;
@@ -325,7 +327,6 @@ void frmCtrlClim::allow_another_start() {
 /// After step 6, also one that was cancelled: what there is can be read and left by Done.
 void frmCtrlClim::finished() {
     buttons_[k_done]->setEnabled(true);
-    buttons_[k_print]->setEnabled(true);
     buttons_[k_abort]->setEnabled(false);
     session().shell.reports = true;
     session().shell.graphics = true;

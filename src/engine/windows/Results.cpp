@@ -2,6 +2,7 @@
 
 #include "base/number_text.h"
 #include "engine/results_summary.h"
+#include "widgets/controls.h"
 #include "widgets/qt_text.h"
 
 #include <QDateTime>
@@ -74,6 +75,8 @@ Results::Results(const WindowContext& context, QWidget* parent)
     layout->addWidget(make_buttons());
     set_content(content);
     explain_status_bar(16);
+    set_first_focus(statistics_);
+    close_on_escape();
     resize(560, 460);
 }
 
@@ -99,12 +102,13 @@ QWidget* Results::make_buttons() {
         button->setObjectName(QStringLiteral("Command1(%1)").arg(index));
         set_help(button, 11 + index);
         layout->addWidget(button);
+        if (index == 0) turn_off_printing(button);
         if (index == 1)
             connect(button, &QPushButton::clicked, this,
                     [this] { session().desktop.show_help_topic(k_help_topic); });
         if (index == 2) {
             connect(button, &QPushButton::clicked, this, &QWidget::close);
-            button->setDefault(true);
+            set_default_button(button);
         }
         ++index;
     }

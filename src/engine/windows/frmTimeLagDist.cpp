@@ -83,6 +83,8 @@ QWidget* frmTimeLagDist::make_buttons() {
         layout->addWidget(button);
         buttons_.at(index) = button;
     }
+    set_default_button(buttons_[0]);
+    close_on_escape();
     leave_unchecked(buttons_[1]);
     connect(buttons_[0], &QPushButton::clicked, this, &frmTimeLagDist::accept);
     connect(buttons_[1], &QPushButton::clicked, this, &QWidget::close);

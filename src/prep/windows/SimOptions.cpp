@@ -54,6 +54,8 @@ SimOptions::SimOptions(const WindowContext& context, QWidget* parent)
     grid->setRowStretch(4, 1);
     set_content(content);
     explain_status_bar(36);
+    set_default_button(buttons_[0]);
+    close_on_escape();
     connect(buttons_[0], &QPushButton::clicked, this, &SimOptions::accept);
     connect(buttons_[1], &QPushButton::clicked, this, &QWidget::close);
     connect(buttons_[2], &QPushButton::clicked, this,
@@ -111,6 +113,7 @@ QButtonGroup* SimOptions::make_options(const char* name, const std::array<const 
     for (int i = 0; i < 2; ++i) {
         auto* option = new QRadioButton(QString::fromUtf8(captions.at(static_cast<std::size_t>(i))), frame);
         option->setObjectName(QStringLiteral("%1(%2)").arg(QString::fromUtf8(name)).arg(i));
+        option->installEventFilter(this);
         set_help(option, help + i);
         group->addButton(option, i);
         frame->layout()->addWidget(option);
@@ -143,6 +146,7 @@ QWidget* SimOptions::make_by_zone() {
         const auto index = static_cast<std::size_t>(i);
         auto* box = new QCheckBox(QString::fromUtf8(k_by_zone_captions.at(index)), frame);
         box->setObjectName(QStringLiteral("ByZone(%1)").arg(i));
+        box->installEventFilter(this);
         set_help(box, 12 + i);
         grid->addWidget(box, i % 3, i / 3);
         by_zone_.at(index) = box;
@@ -284,10 +288,28 @@ bool SimOptions::move_on(const QObject* from, int step) {
     return true;
 }
 
+/// Enter leads on from options as well: from the units to the temperature, from there, and from what is given
+/// by zone, to the nine parameters.
+bool SimOptions::move_on_from_option(const QObject* from) {
+    const auto is_one_of = [from](const QButtonGroup& group) {
+        const auto options = group.buttons();
+        return std::find(options.begin(), options.end(), from) != options.end();
+    };
+    if (is_one_of(*units_)) {
+        temperature_->button(std::max(0, temperature_->checkedId()))->setFocus();
+        return true;
+    }
+    const bool by_zone = std::find(by_zone_.begin(), by_zone_.end(), from) != by_zone_.end();
+    if (!by_zone && !is_one_of(*temperature_)) return false;
+    boxes_[k_first_value_box]->setFocus();
+    return true;
+}
+
 bool SimOptions::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::KeyPress) {
         const auto* key = static_cast<QKeyEvent*>(event);
         const bool enter = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
+        if (enter && move_on_from_option(watched)) return true;
         const bool line_end = watched == comments_ && (key->modifiers() & Qt::ShiftModifier) != 0;
         // Within the comments the arrows move the cursor.
         const bool arrow = watched != comments_ && (key->key() == Qt::Key_Down || key->key() == Qt::Key_Up);

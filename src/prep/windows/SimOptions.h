@@ -47,6 +47,7 @@ private:
     void read_form();
     void show_units(int units);
     bool move_on(const QObject* from, int step);
+    bool move_on_from_option(const QObject* from);
     void accept();
 
     SimOptionsForm form_;

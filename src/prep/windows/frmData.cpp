@@ -82,6 +82,12 @@ frmData::frmData(const WindowContext& context, QWidget* parent)
         // Whatever button is pressed, the Edit menu of the main window ends; it is meant so.
         connect(button, &QPushButton::clicked, this, [this] { session().shell.edit_menu = false; });
     }
+    turn_off_printing(row.buttons[2]);
+    set_first_focus(grid_);
+    setTabOrder(zone_, grid_);
+    setTabOrder(grid_, row.buttons[0]);
+    set_default_button(row.buttons[0]);
+    close_on_escape();
     connect(row.buttons[0], &QPushButton::clicked, this, &frmData::done);
     connect(row.buttons[1], &QPushButton::clicked, this, &frmData::cancel);
     connect(row.buttons[3], &QPushButton::clicked, this, &frmData::help);
@@ -134,7 +140,7 @@ void frmData::make_menus() {
     edit->addSeparator();
     add(edit, "mnuEditItm(3)", "&Paste", 11, [this] { grid_->paste(); })->setEnabled(open);
     edit->addSeparator();
-    add(edit, "mnuEditItm(5)", "Prin&t", 12, [] {});
+    turn_off_printing(add(edit, "mnuEditItm(5)", "Prin&t", 12, [] {}));
     edit->addSeparator();
     QMenu* days = edit->addMenu(QStringLiteral("&Edit multiple days"));
     days->menuAction()->setObjectName(QStringLiteral("mnuEditItm(7)"));

@@ -47,6 +47,12 @@ frmLongTermAvg::frmLongTermAvg(const WindowContext& context, QWidget* parent)
     set_content(content);
     explain_status_bar(15);
     make_menus();
+    turn_off_printing(row.buttons[4]);
+    set_first_focus(grid_);
+    setTabOrder(zone_, grid_);
+    setTabOrder(grid_, row.buttons[0]);
+    set_default_button(row.buttons[0]);
+    close_on_escape();
     connect(zone_, &QSpinBox::valueChanged, this, &frmLongTermAvg::Show_Zone_Months);
     connect(months_, &GridModel::refused, this, [this] { tell_fault(); });
     connect(grid_, &GridView::pasted, this, [this](const PasteOutcome& outcome) {
@@ -74,6 +80,7 @@ void frmLongTermAvg::make_menus() {
         action->setObjectName(QStringLiteral("mnuEditItm(%1)").arg(index));
         action->setProperty(k_help_line, 13 + index);
         if (index == 0) connect(action, &QAction::triggered, this, [this] { grid_->copy(); });
+        if (index == 1) turn_off_printing(action);
         ++index;
     }
 }

@@ -39,7 +39,8 @@ frmPopulate::frmPopulate(const WindowContext& context, QWidget* parent)
     connect(row.buttons[1], &QPushButton::clicked, this, &QWidget::close);
     connect(row.buttons[2], &QPushButton::clicked, this,
             [this] { session().desktop.show_help_topic(k_help_topic); });
-    row.buttons[0]->setDefault(true);
+    set_default_button(row.buttons[0]);
+    close_on_escape();
     resize(520, 260);
 }
 

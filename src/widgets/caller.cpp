@@ -1,0 +1,26 @@
+#include "widgets/caller.h"
+
+#include <QApplication>
+#include <QWidget>
+#include <QWindow>
+
+namespace nivora {
+
+QWidget* calling_window() {
+    if (QWidget* active = QApplication::activeWindow()) return active;
+    if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget* window : windows) {
+        const bool stays = window->windowType() == Qt::Window || window->windowType() == Qt::Dialog;
+        if (stays && window->isVisible()) return window;
+    }
+    return nullptr;
+}
+
+void set_caller(QWidget& window, const QWidget* caller) {
+    window.winId();  // makes the window of the platform, which alone knows callers
+    const bool shows = caller != nullptr && caller->window() != &window;
+    window.windowHandle()->setTransientParent(shows ? caller->window()->windowHandle() : nullptr);
+}
+
+}  // namespace nivora

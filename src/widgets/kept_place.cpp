@@ -1,0 +1,92 @@
+#include "widgets/kept_place.h"
+
+#include <QEvent>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTimer>
+#include <QWidget>
+#include <QWindow>
+
+namespace nivora {
+namespace {
+
+ScreenArea area_of(const QScreen& screen) {
+    const QRect area = screen.availableGeometry();
+    return {area.left(), area.top(), area.width(), area.height()};
+}
+
+/// All screens, that of the window's caller first.
+std::vector<ScreenArea> screens_for(const QWidget& window) {
+    const QWindow* handle = window.windowHandle();
+    const QWindow* caller = handle != nullptr ? handle->transientParent() : nullptr;
+    const QScreen* first = caller != nullptr ? caller->screen() : window.screen();
+    std::vector<ScreenArea> areas{area_of(*first)};
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        if (screen != first) areas.push_back(area_of(*screen));
+    }
+    return areas;
+}
+
+}  // namespace
+
+FrameWidths frame_of(const QWidget& window) {
+    if (window.windowHandle() == nullptr) return {};
+    const QMargins frame = window.windowHandle()->frameMargins();
+    return {frame.left(), frame.top(), frame.right(), frame.bottom()};
+}
+
+KeptPlace::KeptPlace(QWidget& window, Settings& settings, std::size_t number)
+    : QObject(&window), window_(window), settings_(settings), number_(number) {}
+
+Placement KeptPlace::place() const {
+    return place_window(settings_.places.at(number_), {own_size_->width(), own_size_->height()},
+                        settings_.frame, screens_for(window_));
+}
+
+void KeptPlace::put() {
+    // A window is never smaller than what it holds; its layouts say only now how much that is.
+    window_.ensurePolished();
+    if (!own_size_) own_size_ = window_.size();
+    own_size_ = own_size_->expandedTo(window_.minimumSizeHint());
+    window_.winId();
+    window_.windowHandle()->installEventFilter(this);
+    move_to(place());
+}
+
+void KeptPlace::move_to(const Placement& place) {
+    asked_ = place;
+    window_.resize(place.width, place.height);
+    window_.move(place.left, place.top);
+    // Before its frame is known a window would take the corner as that of its content.
+    if (!window_.isVisible()) window_.windowHandle()->setFramePosition({place.left, place.top});
+}
+
+bool KeptPlace::eventFilter(QObject* watched, QEvent* event) {
+    // The frame is there when the content is first drawn.
+    if (event->type() == QEvent::Expose && watched == window_.windowHandle())
+        QTimer::singleShot(0, this, &KeptPlace::frame_appeared);
+    return false;
+}
+
+/// The first window that shows is placed without its frame being known: it is moved in by what it sticks out.
+void KeptPlace::frame_appeared() {
+    const FrameWidths frame = frame_of(window_);
+    if (!window_.isVisible() || frame == FrameWidths{} || frame == settings_.frame) return;
+    settings_.frame = frame;
+    if (window_.isMaximized() || window_.isFullScreen()) return;
+    const Placement better = place();
+    if (better != asked_) move_to(better);
+}
+
+void KeptPlace::keep(int passing_height) {
+    const FrameWidths frame = frame_of(window_);
+    const bool whole_screen = window_.isMaximized() || window_.isFullScreen() || window_.isMinimized();
+    const QRect normal = whole_screen ? window_.normalGeometry() : window_.geometry();
+    if (!normal.isValid()) return;
+    const QPoint corner =
+        whole_screen ? normal.topLeft() - QPoint(frame.left, frame.top) : window_.frameGeometry().topLeft();
+    kept() = place_to_keep(corner.x(), corner.y(), {normal.width(), normal.height() - passing_height}, asked_,
+                           settings_.frame);
+}
+
+}  // namespace nivora
