@@ -103,9 +103,12 @@ public:
             first.then_text("fuzzed");
             require(import_legacy(*database_, file, "offered", first).has_value(), "a blank basin takes it");
             check_rows(file, "fuzzed");
+            LegacyFile other_zones = file;
+            other_zones.zones.front().area = file.zones.front().area == 1.0 ? 2.0 : 1.0;
             ScriptedDialogs second;
             second.then(answer).then_text("again").then(answer);
-            require(import_legacy(*database_, file, "offered", second).has_value(), "its own basin takes it");
+            require(import_legacy(*database_, other_zones, "offered", second).has_value(),
+                    "its own basin takes it");
             check_rows(file, "again");
             require(first.complaints().empty() && second.complaints().empty(), "no other question is asked");
             return false;

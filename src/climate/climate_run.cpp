@@ -58,8 +58,8 @@ bool take_scenario(BasinDatabase& database, ClimateContext context) {
     auto& [basin, run, dialogs] = context.run;
     ClimateState& climate = context.climate;
     const Simulation* simulation = basin.current_simulation();
-    if (simulation == nullptr || !simulation->start || !simulation->end) {
-        dialogs.stop(k_dates_missing);
+    if (const auto problem = run_period_problem(simulation)) {
+        dialogs.message(*problem);
         return false;
     }
     const auto row = index_row(database, climate.scenario);

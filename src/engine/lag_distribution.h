@@ -25,7 +25,8 @@ inline constexpr int k_most_lag_days = 6;
 /// The message for a total, as text, that is neither 0 nor exactly 1; nothing for one that may be accepted.
 [[nodiscard]] std::optional<Message> lag_total_problem(const std::string& total_text);
 
-/// The distribution that accepted boxes stand for: index 0 the number of days, 1 to N the shares.
+/// The distribution that accepted boxes stand for: index 0 the number of days, 1 to N the shares. A total of
+/// 0 stands for none, whatever the number of days.
 [[nodiscard]] std::array<float, 8> lag_distribution(double days, std::span<const std::string> shares);
 
 /// The shares as a run uses them, rounded to 5 decimals, oldest input first; empty where there is no

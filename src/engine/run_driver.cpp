@@ -7,6 +7,7 @@
 #include "engine/snow_melt.h"
 #include "engine/zone_inputs.h"
 #include "engine/zone_totals.h"
+#include "store/run_period.h"
 
 #include <array>
 
@@ -121,6 +122,14 @@ std::optional<RunMenuProblem> run_menu_problem(const BasinState& basin) {
     return first_zone_problem(basin);
 }
 
+std::optional<Message> run_period_problem(const Simulation* simulation) {
+    if (simulation == nullptr || !simulation->start || !simulation->end) {
+        return Message{.text = "Please check the start/end dates for this simulation!", .icon = Icon::Stop};
+    }
+    if (is_run_period(*simulation->start, *simulation->end)) return std::nullopt;
+    return Message{.text = "Date range error!  366 ", .icon = Icon::Stop};
+}
+
 const char* simulation_caption(int index) {
     return index == 0 ? "&Melt Season Simulation" : "&Year round Simulation";
 }
@@ -172,8 +181,8 @@ RunOutcome start_run(RunContext context, int index) {
         run.RunTitle = title_of(simulation_caption(index));
     }
     const Simulation* simulation = basin.current_simulation();
-    if (simulation == nullptr || !simulation->start || !simulation->end) {
-        dialogs.stop(k_dates_missing);
+    if (const auto problem = run_period_problem(simulation)) {
+        dialogs.message(*problem);
         return {};
     }
     run.RunStart = *simulation->start;

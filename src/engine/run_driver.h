@@ -19,9 +19,6 @@ struct RunContext {
     Dialogs& dialogs;
 };
 
-/// What is said of a simulation that has no start or no end.
-inline constexpr const char* k_dates_missing = "Please check the start/end dates for this simulation!";
-
 /// What opening the Run menu finds wrong, and where the user has to look.
 struct RunMenuProblem {
     enum class Place { None, ReferenceElevation, Zone };
@@ -34,6 +31,11 @@ struct RunMenuProblem {
 /// The checks at the opening of the Run menu, in their order; the first failure counts. They report and
 /// disable nothing.
 [[nodiscard]] std::optional<RunMenuProblem> run_menu_problem(const BasinState& basin);
+
+/// What keeps a simulation from any run: a start or an end that is missing, or a period that is not of 2 to
+/// 366 days. Every run asks this, because the grid leaves the dates of its first row unchecked. Null stands
+/// for no simulation.
+[[nodiscard]] std::optional<Message> run_period_problem(const Simulation* simulation);
 
 /// Captions of the run commands, the accelerator marked by "&". Index 0 melt season, 1 year round.
 [[nodiscard]] const char* simulation_caption(int index);

@@ -150,19 +150,29 @@ void write_first_values(BasinDatabase& database, const Work& work, const FirstVa
 }
 
 /// Adds the days that have no row, with a zone and a date and whatever else the statement adds.
-void add_missing_days(const Work& work, SQLite::Statement insert) {
+/// @return how many it added
+int add_missing_days(const Work& work, SQLite::Statement insert) {
+    int added = 0;
     merge_days(
         work.period, work.zones, work.stored, [](const StoredDay&) {},
         [&](int zone, DayCount date) {
             insert.bind(1, zone);
             insert.bind(2, date);
             run(insert);
+            ++added;
         });
+    return added;
 }
 
-void add_empty_days(BasinDatabase& database, const Work& work) {
+/// The missing days, without values, as one change of the basin.
+void add_empty_days(BasinState& basin, BasinDatabase& database, const Work& work) {
     const std::string name = quoted_name(database.existing_table(work.table));
-    add_missing_days(work, {database.sql(), "INSERT INTO " + name + " (Zone, Date) VALUES (?, ?)"});
+    int added = 0;
+    as_a_whole(database, [&] {
+        added =
+            add_missing_days(work, {database.sql(), "INSERT INTO " + name + " (Zone, Date) VALUES (?, ?)"});
+    });
+    if (added > 0) mark_input_changed(basin);
 }
 
 /// The days of the row that is selected in the simulation grid become those of the rows to add.
@@ -202,7 +212,7 @@ Answer build_physical_days(const PrepContext& context, BasinDatabase& database, 
     if (work.complete()) return Answer::Ok;
     const Answer answer = context.dialogs.message(physical_question(work.period));
     if (answer == Answer::No) return answer;
-    as_a_whole(database, [&] { add_empty_days(database, work); });
+    add_empty_days(context.basin, database, work);
     context.basin.Current_Start = work.period.start;
     context.basin.Current_End = work.period.end;
     context.prep.record = Scan_Physical_Data(database);
@@ -214,13 +224,14 @@ Answer build_parameter_days(const PrepContext& context, BasinDatabase& database,
     if (answer == Answer::Cancel) return answer;
     const FirstValues values{context.prep.working_record.first_values};
     as_a_whole(database, [&] { write_first_values(database, work, values); });
+    mark_input_changed(context.basin);
     return answer;
 }
 
 Answer build_climate_days(const PrepContext& context, BasinDatabase& database, const Work& work) {
     const Answer answer = context.dialogs.message(climate_question());
     if (answer == Answer::No) return answer;
-    as_a_whole(database, [&] { add_empty_days(database, work); });
+    add_empty_days(context.basin, database, work);
     return answer;
 }
 
@@ -246,7 +257,8 @@ RecordExtent scan_daily_table(BasinDatabase& database, std::string_view table) {
     });
 }
 
-Answer Build_Daily_Records(const PrepContext& context, BasinDatabase& database) {
+Answer Build_Daily_Records(const PrepContext& context, BasinDatabase& database,
+                           const std::string& simulation_table) {
     PrepState& prep = context.prep;
     take_period_of_selected_row(context.basin, prep);
     const Period period{prep.Daily_Start, prep.Daily_End};
@@ -256,23 +268,25 @@ Answer Build_Daily_Records(const PrepContext& context, BasinDatabase& database) 
     switch (prep.Data_View) {
         case DataView::PhysicalData:
             return build_physical_days(context, database, work_on(k_physical_data, period));
-        // The table is whichever was left behind, also where that is another simulation's; it is meant so.
         case DataView::Parameters:
-            return build_parameter_days(context, database, work_on(prep.record_table, std::nullopt));
+            return build_parameter_days(context, database, work_on(simulation_table, std::nullopt));
         case DataView::Results:
-            return build_climate_days(context, database, work_on(prep.record_table, std::nullopt));
+            return build_climate_days(context, database, work_on(simulation_table, std::nullopt));
         case DataView::Scenario: break;
     }
     return Answer::Ok;
 }
 
-void add_missing_days_as_zeros(BasinDatabase& database, const Period& period, int zones) {
+int add_missing_days_as_zeros(BasinDatabase& database, const Period& period, int zones) {
     const Work work{k_physical_data, period, zones, stored_days(database, k_physical_data, period)};
+    int added = 0;
     as_a_whole(database, [&] {
-        add_missing_days(work, {database.sql(),
-                                "INSERT INTO PhysicalData (Zone, Date, Runoff, Tmax, Tmin, Tavg, Precip, "
-                                "SCA, NetRadiation) VALUES (?, ?, 0, 0, 0, 0, 0, 0, 0)"});
+        added =
+            add_missing_days(work, {database.sql(),
+                                    "INSERT INTO PhysicalData (Zone, Date, Runoff, Tmax, Tmin, Tavg, Precip, "
+                                    "SCA, NetRadiation) VALUES (?, ?, 0, 0, 0, 0, 0, 0, 0)"});
     });
+    return added;
 }
 
 }  // namespace nivora

@@ -2,6 +2,7 @@
 
 #include "prep/daily_editor.h"
 #include "prep/daily_records.h"
+#include "store/run_period.h"
 #include "store/table_io.h"
 
 #include <stdexcept>
@@ -11,7 +12,6 @@ namespace {
 
 /// The name of a simulation that stands for the basin's whole record.
 constexpr const char* k_all_days = "<All>";
-constexpr std::int64_t k_longest_period = 366;  // days
 
 /// What is looked at before a view, and what is asked where days are missing.
 struct Check {
@@ -48,10 +48,6 @@ std::optional<Period> asked_period(const Simulation* row, const RecordExtent& ex
     return Period{*start, *end};
 }
 
-bool may_be_run(const Period& period) {
-    return period.days() <= k_longest_period && period.end > period.start;
-}
-
 /// Takes over the dates of the selected row; false where it has none.
 bool take_dates_of_row(const PrepContext& context) {
     const Simulation* row = context.basin.current_simulation();
@@ -79,7 +75,6 @@ void prepare_parameters(PrepState& prep, const std::string& name, const Period& 
     prep.Data_View = DataView::Parameters;
     prep.Data_Columns = 10;
     prep.query = {.table = name, .fields = daily_fields(DataView::Parameters), .period = period};
-    prep.record_table = name;
     prep.window_title = "Edit simulation parameters";
     prep.caption_prefix = "Parameter table for simulation ";
 }
@@ -97,7 +92,6 @@ void prepare_results(PrepState& prep, BasinDatabase& database, const Period& per
     prep.query = {.table = k_sim_results, .fields = result_fields(database), .period = period};
     prep.Data_View = DataView::Results;
     prep.Data_Columns = 55;  // the values beside the date, which the other views count in
-    prep.record_table = k_sim_results;
     prep.window_title = "Simulation results";
     prep.caption_prefix = "Calculated value table for simulation ";
 }
@@ -121,20 +115,28 @@ DataOutcome prepare(const PrepContext& context, BasinDatabase& database, DataEnt
     return DataOutcome::ShowEditor;
 }
 
+/// Whether the definition of a simulation is asked for whose table is gone: its window makes the table anew.
+bool is_definition_without_table(const BasinState& basin, BasinDatabase& database, DataEntry entry) {
+    return entry == DataEntry::SimulationDefinition && basin.current_simulation() != nullptr &&
+           !database.has_table(basin.Current_Sim_Name);
+}
+
 DataOutcome check_and_prepare(const PrepContext& context, BasinDatabase& database, DataEntry entry) {
     const BasinState& basin = context.basin;
+    if (is_definition_without_table(basin, database, entry)) return prepare(context, database, entry, {});
     const Check check = check_of(entry, basin.Current_Sim_Name);
     const RecordExtent extent = scan_daily_table(database, check.table);
     const auto period = asked_period(basin.current_simulation(), extent);
     if (!period) return DataOutcome::Stopped;
-    if (entry == DataEntry::Parameters && !may_be_run(*period)) {
+    if (entry == DataEntry::Parameters && !is_run_period(period->start, period->end)) {
         context.dialogs.stop("Date range error!  366 ");
         return DataOutcome::Stopped;
     }
     if (extent.count < period->days() * basin.ZoneCount) {
         if (context.dialogs.message(check.question) == Answer::No) return DataOutcome::Stopped;
-        // In the mode of the view that was opened last, whatever is missing here; it is meant so.
-        Build_Daily_Records(context, database);
+        // Intended: in the mode of the view that was opened last, whatever is missing here. The rows go into
+        // the table of this simulation all the same, never into that of the last view.
+        Build_Daily_Records(context, database, basin.Current_Sim_Name);
     }
     if (entry == DataEntry::Parameters && !take_dates_of_row(context)) return DataOutcome::Stopped;
     context.prep.Edit_Locked = false;
@@ -161,7 +163,7 @@ bool days_complete(const PrepContext& context, BasinDatabase& database, const st
         {.text = "The physical data table is missing days.  Add?", .buttons = Buttons::YesNo});
     if (answer == Answer::No) return false;
     if (!period) return true;
-    add_missing_days_as_zeros(database, *period, zones);
+    if (add_missing_days_as_zeros(database, *period, zones) > 0) mark_input_changed(context.basin);
     context.prep.record = Scan_Physical_Data(database);
     return true;
 }

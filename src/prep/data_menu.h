@@ -13,9 +13,11 @@ enum class DataEntry { SimulationDefinition = 0, Scenarios = 2, Variables = 4, P
 enum class DataOutcome { Stopped, ShowDefinition, ShowScenarios, ShowEditor };
 
 /// Checks that the rows of the asked period exist, offers to add them, and prepares the view. The rows are
-/// added in the mode that the last view left behind. The entry Variables is for other windows, which check a
-/// simulation's variables by it; the menu itself opens a sub menu there. What fails in between ends the
-/// command without a message.
+/// added in the mode that the last view left behind: the daily variables, or rows of the current simulation's
+/// own table. Added rows set `Basin_Changed` and `Input_Changed`. The definition of a simulation whose table
+/// is missing altogether opens without a question, since its window can make the table anew. The entry
+/// Variables is for other windows, which check a simulation's variables by it; the menu itself opens a sub
+/// menu there. What fails in between ends the command without a message.
 [[nodiscard]] DataOutcome mnuDataOpt_Click(const PrepContext& context, BasinDatabase& database,
                                            DataEntry entry);
 

@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -101,14 +102,14 @@ float read_version(LegacyText& text) {
     return static_cast<float>(value);
 }
 
-/// Month and day of a text MMDD; blanks in front of it do not count.
+/// Month and day of a text MMDD: four digits, and nothing else but blanks around them.
 std::optional<CivilDate> month_and_day(const std::string& text, int year) {
-    const std::string shown{trimmed(text)};
-    if (shown.size() < 4) return std::nullopt;
-    const auto month = whole_number(shown.substr(0, 2));
-    const auto day = whole_number(shown.substr(2, 2));
-    if (!month || !day) return std::nullopt;
-    return CivilDate{year, *month, *day};
+    const std::string_view digits = trimmed(text);
+    const bool all_digits =
+        std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; });
+    if (digits.size() != 4 || !all_digits) return std::nullopt;
+    const auto number = [&](std::size_t at) { return (digits[at] - '0') * 10 + (digits[at + 1] - '0'); };
+    return CivilDate{year, number(0), number(2)};
 }
 
 DayCount date_of_item(const HeaderItems& items, std::size_t item, int year) {
@@ -134,8 +135,8 @@ void take_period(const HeaderItems& items, LegacyFile& file) {
     const int year = *whole_number(items.text[19]);
     file.start = date_of_item(items, 2, year);
     const int start_month = civil_date(file.start).month;
-    const auto end_month = whole_number(std::string{trimmed(items.text[4])}.substr(0, 2));
-    const bool crosses = end_month && *end_month < start_month;
+    const auto end = month_and_day(items.text[4], year);
+    const bool crosses = end && end->month < start_month;
     file.end = date_of_item(items, 4, crosses ? year + 1 : year);
     if (file.end < file.start) refuse(items, 4, "the end of the period lies before its start");
 }

@@ -7,6 +7,7 @@
 #include "store/monthly_table.h"
 #include "store/table_io.h"
 
+#include <algorithm>
 #include <cmath>
 #include <set>
 
@@ -50,25 +51,43 @@ bool units_agree(BasinDescription& basin, const LegacyFile& file, Dialogs& dialo
     return false;
 }
 
+bool is_unnamed(const BasinDescription& basin) {
+    return trimmed(basin.name.value_or("")).empty() || basin.name == k_unnamed_basin;
+}
+
+/// A basin that nobody has named yet takes name and reference elevation from the file, as far as the file
+/// has them. One with a name but without zones is in the making, too, and takes the elevation that it lacks.
+void take_header(BasinDescription& basin, const LegacyFile& file) {
+    const bool unnamed = is_unnamed(basin);
+    const std::string name{first_characters(trimmed(file.basin_name), k_longest_basin_name)};
+    if (unnamed && !name.empty()) basin.name = name;
+    const bool takes_elevation = unnamed || (!basin.zones && !basin.reference_elevation);
+    if (takes_elevation && file.reference_elevation) basin.reference_elevation = file.reference_elevation;
+}
+
+/// Whether the zones are those of the file in all that the file tells of them.
+bool same_zones(BasinDatabase& database, const LegacyFile& file) {
+    const auto zones = read_table<Zone>(database, template_table(k_zone_description));
+    return std::equal(zones.begin(), zones.end(), file.zones.begin(), file.zones.end(),
+                      [](const Zone& zone, const LegacyZone& legacy) {
+                          return zone.area == legacy.area && zone.elevation == legacy.elevation;
+                      });
+}
+
 /// Brings the header and the zones in line with the file; false where they can't be, or the user cancelled.
 bool prepare_basin(BasinDatabase& database, const LegacyFile& file, Dialogs& dialogs) {
     BasinDescription basin = read_basin_description(database);
     if (!units_agree(basin, file, dialogs)) return false;
-    const bool blank = basin.name == k_unnamed_basin && !basin.zones;
-    if (blank) {
-        basin.name = std::string{first_characters(file.basin_name, k_longest_basin_name)};
-        basin.reference_elevation = file.reference_elevation;
-        basin.zones = static_cast<std::int16_t>(file.zones.size());
-    }
-    write_basin_description(database, basin);
-    if (blank) {
-        write_zones(database, file);
-        return true;
-    }
-    if (static_cast<std::size_t>(basin.zones.value_or(0)) != file.zones.size()) {
+    if (basin.zones && static_cast<std::size_t>(*basin.zones) != file.zones.size()) {
         dialogs.stop("Zones in import file don't match basin");
         return false;
     }
+    const bool without_zones = !basin.zones;
+    take_header(basin, file);
+    basin.zones = static_cast<std::int16_t>(file.zones.size());
+    write_basin_description(database, basin);
+    if (without_zones) write_zones(database, file);
+    if (without_zones || same_zones(database, file)) return true;
     const Answer answer =
         dialogs.message({.text = "A definition of the zones in this basin already exists.  Overwrite?",
                          .title = "Importing a .NVR file",

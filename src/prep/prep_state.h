@@ -64,7 +64,6 @@ struct PrepState {
     DayCount Daily_Start = 0;    ///< first day of the rows to add
     DayCount Daily_End = 0;      ///< last day of the rows to add
     DailyQuery query;            ///< what the daily editor shows
-    std::string record_table;    ///< the table that the last view or definition left for Build_Daily_Records
     std::string window_title;    ///< of the daily editor
     std::string status;          ///< in the status bar of the daily editor; of a scenario's values alone
     std::string caption_prefix;  ///< of the daily editor's caption
@@ -80,5 +79,12 @@ struct PrepContext {
     PrepState& prep;
     Dialogs& dialogs;
 };
+
+/// What every edit of the basin's data and definitions leaves: the basin differs from its file, and the
+/// results from what it holds.
+inline void mark_input_changed(BasinState& basin) {
+    basin.Basin_Changed = true;
+    basin.Input_Changed = true;
+}
 
 }  // namespace nivora

@@ -4,6 +4,8 @@
 #include "base/single.h"
 #include "prep/daily_records.h"
 #include "prep/simulation_grid.h"
+#include "prep/simulation_names.h"
+#include "store/run_period.h"
 #include "store/table_io.h"
 
 #include <cmath>
@@ -14,7 +16,6 @@ namespace {
 
 constexpr CivilDate k_default_start{1980, 10, 1};
 constexpr CivilDate k_default_end{1981, 9, 30};
-constexpr std::int64_t k_longest_period = 366;  // days
 
 std::string& box(SimOptionsForm& form, FirstValue which) {
     return form.first_values.at(static_cast<std::size_t>(which));
@@ -92,6 +93,7 @@ void show_first_day(const PrepContext& context, BasinDatabase& database, const S
     try {
         const auto row = first_day(database, simulation);
         if (!row) {
+            form.rebuilds_table = true;
             context.dialogs.stop(
                 "Missing/empty parameter table for this simulation.  The table will be rebuilt when you "
                 "click "
@@ -115,6 +117,15 @@ std::optional<float> single_cell(const std::string& text) {
 std::optional<std::int16_t> integer_cell(const std::string& text) {
     const auto number = exact_number(text);
     return number ? to_integer16(*number) : std::nullopt;
+}
+
+/// A first value, as far as the parameter table can take it.
+std::optional<double> table_value(const SimOptionsForm& form, FirstValue which) {
+    const auto number = exact_number(box(form, which));
+    const bool whole = which == FirstValue::RCA || which == FirstValue::LagTime;
+    if (!number || std::isinf(static_cast<float>(*number)) || (whole && !to_integer16(*number)))
+        return std::nullopt;
+    return number;
 }
 
 float single_value(const std::string& text) { return single_cell(text).value_or(k_missing); }
@@ -141,10 +152,14 @@ std::optional<Period> period_of(const SimOptionsForm& form) {
     return Period{*start, *end};
 }
 
-/// The grid's row of the definition, grown where there is none yet; it becomes the active one.
+/// The grid's row of the definition; it becomes the active one. A simulation that is overwritten keeps its
+/// row, since two rows of one name would share one parameter table; otherwise the grid grows.
 Simulation* go_to_row(BasinState& basin, SimOptionsMode mode, SimOptionsForm& form) {
     if (!form.grid_row) {
         if (mode == SimOptionsMode::Edit) return nullptr;
+        form.grid_row = find_simulation(basin, form.name);
+    }
+    if (!form.grid_row) {
         basin.simulations.emplace_back();
         form.grid_row = basin.simulations.size() - 1;
     }
@@ -194,16 +209,40 @@ bool units_settled(const PrepContext& context, const Simulation& row) {
     return true;
 }
 
+/// Fills the parameter table; the mode is that of the daily variables afterwards. @return the answer given
+Answer build_parameter_table(const PrepContext& context, BasinDatabase& database, const std::string& name) {
+    context.prep.Data_View = DataView::Parameters;
+    const Answer answer = Build_Daily_Records(context, database, name);
+    context.prep.Data_View = DataView::PhysicalData;
+    return answer;
+}
+
 /// Fills the parameter table, then the daily variables. @return the last answer that was given
 Answer build_tables(const PrepContext& context, BasinDatabase& database, const std::string& name) {
-    PrepState& prep = context.prep;
-    prep.Data_View = DataView::Parameters;
-    prep.record_table = name;
-    const Answer first = Build_Daily_Records(context, database);
-    // The daily variables follow also where the parameter table was left as it is; it is meant so.
-    prep.Data_View = DataView::PhysicalData;
+    const Answer first = build_parameter_table(context, database, name);
+    // Intended: the daily variables follow also where the parameter table was left as it is.
     const Answer second = Build_Daily_Records(context, database);
     return second == Answer::Ok ? first : second;
+}
+
+/// Makes the parameter table of an edited simulation anew, or fills the one that has no day of the period.
+Answer rebuild_table(const PrepContext& context, BasinDatabase& database, const std::string& name) {
+    if (!database.has_table(name)) {
+        if (is_fixed_table(name) || simulation_name_problem(name))
+            throw std::invalid_argument("the simulation's name can't be that of a table");
+        database.create_table(parameter_table(name));
+        database.create_daily_index(name);
+    }
+    return build_parameter_table(context, database, name);
+}
+
+/// The tables that go with the definition: both for a new one, the missing one of an edited one, none for an
+/// import, which brought its own.
+Answer complete_tables(const PrepContext& context, BasinDatabase& database, const SimOptionsForm& form) {
+    if (context.prep.SimOptions_Mode == SimOptionsMode::Add)
+        return build_tables(context, database, form.name);
+    if (form.rebuilds_table) return rebuild_table(context, database, form.name);
+    return Answer::Ok;
 }
 
 bool invalid_data(Dialogs& dialogs) {
@@ -216,6 +255,24 @@ bool invalid_data(Dialogs& dialogs) {
 UnitTexts unit_texts(int units_code) {
     if (units_code == k_english) return {.area_word = "in", .flow_letter = "f", .default_threshold = "2.36"};
     return {.area_word = "cm", .flow_letter = "m", .default_threshold = "6.00"};
+}
+
+bool first_values_count(SimOptionsMode mode, const SimOptionsForm& form) {
+    return mode == SimOptionsMode::Add || form.rebuilds_table;
+}
+
+std::string first_values_note(SimOptionsMode mode, const SimOptionsForm& form) {
+    if (first_values_count(mode, form)) return {};
+    return "The parameter table has values of its own, which this window leaves as they are. "
+           "Change them with Data, Parameters in the main window.";
+}
+
+std::optional<FirstValue> faulty_first_value(const SimOptionsForm& form) {
+    for (std::size_t value = 0; value < k_first_values; ++value) {
+        const auto which = static_cast<FirstValue>(value);
+        if (!table_value(form, which)) return which;
+    }
+    return std::nullopt;
 }
 
 SimulationRecord new_simulation_record(const BasinState& basin, const std::string& name) {
@@ -252,23 +309,22 @@ bool accept_sim_options(const PrepContext& context, BasinDatabase& database, Sim
     if (!period) return invalid_data(context.dialogs);
     prep.Daily_Start = period->start;
     prep.Daily_End = period->end;
-    if (period->days() > k_longest_period || period->end <= period->start) {
+    if (!is_run_period(period->start, period->end)) {
         context.dialogs.stop("Date range error!");
         return false;
     }
+    if (first_values_count(prep.SimOptions_Mode, form) && faulty_first_value(form))
+        return invalid_data(context.dialogs);
     Simulation* row = go_to_row(basin, prep.SimOptions_Mode, form);
     if (row == nullptr) return invalid_data(context.dialogs);
     write_cells_up_to_units(*row, form, *period);
-    basin.Input_Changed = true;
-    basin.Basin_Changed = true;
+    mark_input_changed(basin);
     // A row that was grown stays where the user has second thoughts about the units; it is meant so.
     if (!units_settled(context, *row)) return false;
     write_other_cells(*row, form);
     prep.working_record.first_values = first_values_of(form);
     try {
-        if (prep.SimOptions_Mode == SimOptionsMode::Add &&
-            build_tables(context, database, form.name) == Answer::Cancel)
-            return false;
+        if (complete_tables(context, database, form) == Answer::Cancel) return false;
     } catch (const StoreError&) {
         return invalid_data(context.dialogs);
     } catch (const std::invalid_argument&) {

@@ -36,6 +36,7 @@ struct SimOptionsForm {
     std::string comments;
     std::array<std::string, k_first_values> first_values;
     bool values_of_first_day = false;     ///< the first values are those of zone 1 on the first day
+    bool rebuilds_table = false;          ///< the parameter table lacks the period: an edit writes it anew
     std::optional<std::size_t> grid_row;  ///< the row that an Accept has grown already
 };
 
@@ -47,11 +48,23 @@ struct SimOptionsForm {
 /// that table is missing or empty.
 [[nodiscard]] SimOptionsForm open_sim_options(const PrepContext& context, BasinDatabase& database);
 
+/// Whether an Accept writes the first values: those of a simulation that is added, or of an edited one whose
+/// parameter table is rebuilt. Otherwise the table holds values of its own, which nothing here changes.
+[[nodiscard]] bool first_values_count(SimOptionsMode mode, const SimOptionsForm& form);
+
+/// Why the first values can't be changed here, and where they can be; empty where they count.
+[[nodiscard]] std::string first_values_note(SimOptionsMode mode, const SimOptionsForm& form);
+
+/// The first of the nine values that is missing, or is no number that a parameter table can take.
+[[nodiscard]] std::optional<FirstValue> faulty_first_value(const SimOptionsForm& form);
+
 /// Takes the definition into the grid, where it becomes the current simulation, with the questions in their
-/// order. A definition that is added gets its parameter table filled and the daily variables of its period;
-/// an edit or an import adds no rows. What is wrong is shown; what was done until then stays.
+/// order. One that is added or imported under the name of a row replaces that row. A definition that is added
+/// gets its parameter table filled and the daily variables of its period; an edit rebuilds a table that lacks
+/// the period, and adds no rows otherwise; nor does an import. What is wrong is shown. Dates and first values
+/// are looked at before anything is changed; what a later refusal finds done stays.
 ///
-/// A box that holds no number leaves its cell empty, but a first value that is missing stops the adding.
+/// A box that holds no number leaves its cell empty, but first values that count have to be there.
 ///
 /// @return whether the window closes
 [[nodiscard]] bool accept_sim_options(const PrepContext& context, BasinDatabase& database,

@@ -3,6 +3,7 @@
 #include "base/number_text.h"
 #include "base/single.h"
 #include "base/text.h"
+#include "store/run_period.h"
 #include "store/table_io.h"
 
 #include <algorithm>
@@ -11,8 +12,7 @@
 namespace nivora {
 namespace {
 
-constexpr std::size_t k_mask_size = 10;         // "mm/dd/yyyy"
-constexpr std::int64_t k_longest_period = 366;  // days
+constexpr std::size_t k_mask_size = 10;  // "mm/dd/yyyy"
 constexpr CivilDate k_emptied_start{1980, 1, 1};
 constexpr CivilDate k_emptied_end{1980, 12, 31};
 
@@ -20,8 +20,7 @@ bool is_blank(std::string_view text) { return trimmed(text).empty(); }
 
 bool may_be_run(const Simulation& simulation) {
     if (!simulation.start || !simulation.end) return false;
-    const Period period{*simulation.start, *simulation.end};
-    return period.days() <= k_longest_period && period.end > period.start;
+    return is_run_period(*simulation.start, *simulation.end);
 }
 
 bool take_integer(std::optional<std::int16_t>& cell, std::string_view text) {
@@ -120,11 +119,6 @@ void follow_date(BasinState& basin, std::size_t row, int column, bool emptied) {
     if (column == 4) basin.Current_End = simulation.end;
 }
 
-void set_changed(BasinState& basin) {
-    basin.Basin_Changed = true;
-    basin.Input_Changed = true;
-}
-
 }  // namespace
 
 std::string Date_Size(std::string text) {
@@ -153,7 +147,7 @@ bool edit_simulation_cell(const PrepContext& context, std::size_t row, int colum
     if (same_cell(before, simulation, column)) return true;
     // An emptied cell stands for Metric, too; it is meant so.
     if (column == 5) basin.Units_Code = simulation.units == k_english ? k_english : k_metric;
-    set_changed(basin);
+    mark_input_changed(basin);
     return true;
 }
 
@@ -177,7 +171,7 @@ void repair_simulation_cell(BasinState& basin, std::size_t row, int column) {
     if (column == 3 && basin.Current_Start) simulation.start = basin.Current_Start;
     if (column == 4 && basin.Current_End) simulation.end = basin.Current_End;
     if (column == 7) simulation.temperature = Distribution::Basinwide;
-    set_changed(basin);
+    mark_input_changed(basin);
 }
 
 Message delete_simulation_question(const BasinState& basin, std::size_t row) {
@@ -196,7 +190,7 @@ void Delete_Simulation(const PrepContext& context, BasinDatabase& database, std:
     basin.current_row.reset();
     if (!basin.simulations.empty()) basin.current_row = basin.simulations.size() - 1;
     basin.Current_Sim_Name = k_no_simulation;
-    set_changed(basin);
+    mark_input_changed(basin);
 }
 
 }  // namespace nivora

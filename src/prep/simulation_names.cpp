@@ -39,8 +39,14 @@ std::optional<std::string> ask_name(BasinDatabase& database, Dialogs& dialogs, c
 bool overwrite_confirmed(BasinDatabase& database, Dialogs& dialogs, const std::string& name,
                          Message question) {
     question.text = "The current database already contains a simulation named '" + name + " '.  Overwrite?";
-    const Answer answer = dialogs.message(question);
-    if (answer != Answer::Yes || is_fixed_table(name) || is_scenario(database, name)) return false;
+    if (dialogs.message(question) != Answer::Yes) return false;
+    if (is_fixed_table(name) || is_scenario(database, name)) {
+        dialogs.stop("'" + name +
+                         "' is the name of a table that the basin needs, or of a climate scenario. It stays "
+                         "as it is. Choose another name.",
+                     question.title);
+        return false;
+    }
     database.drop_table(name);
     return true;
 }

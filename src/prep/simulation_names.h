@@ -18,7 +18,7 @@ namespace nivora {
 ///
 /// A name that the program keeps for a table of its own that is not there yet is refused, too. A name that a
 /// table bears already may be taken over after a question, which deletes that table. The tables
-/// of the basin itself and those of scenarios are never deleted: there a Yes acts as a No.
+/// of the basin itself and those of scenarios are never deleted: there a Yes is told so and acts as a No.
 ///
 /// @param proposed the name that the import offers; empty for a simulation that is added by hand
 /// @return the name without blanks at its ends; nothing where the user gave none or kept the table

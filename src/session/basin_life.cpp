@@ -293,7 +293,9 @@ bool BasinLife::import_file() { return import_basin(session_, file_names_); }
 void BasinLife::imported() {
     BasinState& basin = session_.basin;
     session_.shell.units_list_shown = basin.Units_Code == k_units_not_fixed;
+    const auto selected = basin.current_row;  // the imported simulation, or the one from before a Cancel
     Refill_Main_Window();
+    if (selected && *selected < basin.simulations.size()) select_simulation(basin, *selected);
     basin.Basin_Changed = true;
     basin.Input_Changed = true;
     basin.Output_Valid = false;

@@ -30,7 +30,8 @@ public:
     /// Brings a legacy file into the basin. @return whether its simulation is to be added through its window,
     /// after which the caller calls imported()
     [[nodiscard]] bool import_file();
-    /// Brings the main window in line with an import.
+    /// Brings the main window in line with an import; the selected simulation stays the imported one, or
+    /// after a Cancel that from before.
     void imported();
     /// Asks what Exit asks. @return whether the program may end
     [[nodiscard]] bool may_exit();

@@ -54,8 +54,14 @@ void store_simulations(BasinDatabase& database, const BasinState& basin) {
 }
 
 void store_definition(BasinDatabase& database, const BasinState& basin) {
+    if (basin.zones.empty()) {
+        // A number of zones that nobody has confirmed yet fixes nothing.
+        BasinState without_zones = basin;
+        without_zones.zones_text.clear();
+        return store_boxes(database, without_zones);
+    }
     store_boxes(database, basin);
-    if (!basin.zones.empty()) store_zones(database, basin);
+    store_zones(database, basin);
 }
 
 void read_definition(BasinDatabase& database, BasinState& basin) {

@@ -234,9 +234,28 @@ TEST(ImportRefusal, AnotherNumberOfZonesIsRefused) {
 TEST(ImportRefusal, RefusingTheQuestionOfTheZonesEndsTheImport) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch_folder.import().status, 0);
+    LegacyParts parts;
+    parts.pairs[0] = "41,1500";
+    batch_folder.write(parts);
     expect_nothing_changes(
         batch_folder, [&] { return batch_folder.import({"--refuse"}); },
         "already exists.  Overwrite? [Cancel]\n");
+}
+
+TEST(ImportRefusal, RefusingToOverwriteASimulationEndsTheImport) {
+    const BatchFolder batch_folder;
+    ASSERT_EQ(batch_folder.import().status, 0);
+    expect_nothing_changes(
+        batch_folder, [&] { return batch_folder.import({"--refuse"}); },
+        "already contains a simulation named 'alder '.  Overwrite? [No]\n");
+}
+
+TEST(ImportRefusal, DatesWithMoreThanMonthAndDayAreRefusedWithItemAndLine) {
+    LegacyParts parts;
+    parts.end = "0403\xc3\xb9";
+    expect_refused(parts, {}, "Line 4, header item 4: '0403\xc3\xb9' is no date of 1996 in the form MMDD");
+    parts.end = "3.157";
+    expect_refused(parts, {}, "Line 4, header item 4: '3.157' is no date of 1996 in the form MMDD");
 }
 
 TEST(ImportRefusal, WithoutANameNothingIsImported) {

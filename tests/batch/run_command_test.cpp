@@ -142,6 +142,27 @@ TEST(Run, LagSharesThatAddUpToOneAreTaken) {
     }
 }
 
+/// A basin in which snow melts, so that a lag has something to spread.
+LegacyParts melting_parts() {
+    LegacyParts parts = receding_parts();
+    parts.section(LegacySection::Tavg) = "366*8/";
+    parts.section(LegacySection::SCA) = "366*0.5/";
+    return parts;
+}
+
+TEST(Run, LagSharesThatAddUpToZeroAreNoLagOfTheirOwn) {
+    const RunBasin basin{melting_parts()};
+    ASSERT_EQ(basin.run().status, 0);
+    const std::vector<double> without = basin.computed();
+    ASSERT_EQ(basin.run({"--lag-shares", "1"}).status, 0);
+    ASSERT_NE(basin.computed(), without) << "all at once differs from the lag of the simulation";
+    for (const char* shares : {"0", "0,0", "0.0,0,0"}) {
+        SCOPED_TRACE(shares);
+        EXPECT_EQ(basin.run({"--lag-shares", shares}).status, 0);
+        EXPECT_EQ(basin.computed(), without);
+    }
+}
+
 TEST(Run, LagSharesThatDoNotAddUpOrAreTooManyAreRefused) {
     const RunBasin basin;
     const BatchResult total = basin.run({"--lag-shares", "0.5,0.4"});

@@ -47,6 +47,19 @@ TEST(RunRefusal, AFileThatIsNoBasinIsToldAndStays) {
     EXPECT_THAT(folder.err, HasSubstr("is a folder"));
 }
 
+TEST(RunRefusal, APeriodOfMoreThan366DaysIsToldAndNothingIsRun) {
+    const RunBasin basin;
+    // 1 April to 1 April of the year after: 366 days in 1996 and 1997; a day more is one too many.
+    basin.execute("UPDATE SimulationIndex SET SimEndDate = SimStartDate + 366");
+    const BatchResult result = basin.run({"--kind", "year-round"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "Nivora: Date range error!  366  [OK]\n");
+    EXPECT_FALSE(basin.has_table("SimResults"));
+    basin.execute("UPDATE SimulationIndex SET SimEndDate = SimStartDate + 365");
+    EXPECT_EQ(basin.run({"--kind", "year-round"}).status, 0) << "the days that there are, within 366";
+}
+
 TEST(RunRefusal, APeriodOutsideTheDataIsTold) {
     const RunBasin basin;
     basin.execute(

@@ -19,6 +19,18 @@ TEST_F(ClimateDatesTest, ASimulationWithoutAStartOrAnEndIsRefusedBeforeAnythingI
     }
 }
 
+TEST_F(ClimateDatesTest, APeriodThatNoRunMayHaveIsRefusedBeforeAnythingIsBuilt) {
+    open_six_days();
+    Simulation& simulation = *basin.current_simulation();
+    for (const DayCount end : {*simulation.start + 366, *simulation.start}) {
+        simulation.end = end;
+        EXPECT_EQ(step(1), StepOutcome::Refused);
+        expect_stop(last_message(), "Date range error!  366 ", k_program_title);
+    }
+    BasinDatabase database{file, Access::ReadOnly};
+    EXPECT_FALSE(database.has_table("SimResults"));
+}
+
 TEST_F(ClimateDatesTest, WithoutASimulationStepOneIsRefused) {
     open_six_days();
     basin.current_row.reset();

@@ -14,8 +14,29 @@ using testing::IsEmpty;
 /// The window of the six steps as it opens.
 class ControlOpeningTest : public ControlWindowTest {};
 
-TEST_F(ControlOpeningTest, OnlyDoneHelpAndTheChoicesCanBeUsed) {
+TEST_F(ControlOpeningTest, TheOnlyScenarioIsChosenAndStepOneOpen) {
     open_six_days();
+    EXPECT_EQ(from_qt(scenario()->currentText()), k_scenario);
+    EXPECT_EQ(session_.climate.scenario, k_scenario);
+    EXPECT_THAT(enabled(), ElementsAre(1));
+    tick(1);
+    EXPECT_THAT(ticked(), ElementsAre(1));
+}
+
+TEST_F(ControlOpeningTest, ThePlaceholderAloneIsNotChosen) {
+    write(SixDays{});
+    add_scenario(k_no_scenario, {});
+    open();
+    EXPECT_EQ(scenario()->currentIndex(), -1);
+    EXPECT_THAT(enabled(), IsEmpty());
+}
+
+TEST_F(ControlOpeningTest, OnlyDoneHelpAndTheChoicesCanBeUsed) {
+    const SixDays small;
+    write(small);
+    add_scenario(k_scenario, {small.plus_one});
+    add_scenario("Another", {small.plus_one});
+    open();
     ASSERT_TRUE(opened_);
     EXPECT_EQ(from_qt(window_->windowTitle()), "Run a Climate Change ");
     EXPECT_TRUE(scenario()->isEnabled());
@@ -109,7 +130,10 @@ TEST_F(ControlOpeningTest, TheListHoldsTheScenariosOfTheSimulationAlone) {
 }
 
 TEST_F(ControlOpeningTest, AChosenScenarioEnablesStepOneAlone) {
-    open_six_days();
+    write(SixDays{});
+    add_scenario(k_scenario, {});
+    add_scenario("Wetter", {});
+    open();
     choose(k_scenario);
     EXPECT_THAT(enabled(), ElementsAre(1));
     EXPECT_THAT(ticked(), IsEmpty());

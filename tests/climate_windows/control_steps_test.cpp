@@ -308,6 +308,7 @@ TEST_F(ControlStepsTest, ReuseRunsUnderTheNameAuxiliary) {
     press(0);
     open();
     reuse()->setChecked(true);
+    scenario()->setCurrentIndex(-1);
     EXPECT_THAT(enabled(), IsEmpty());  // the winter's end comes from a scenario all the same
     dialogs_.then(Answer::Yes);
     run_to(6);

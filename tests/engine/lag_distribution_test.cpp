@@ -103,6 +103,13 @@ TEST(LagDistributionOfBoxes, CountsAnEmptyBoxAs0) {
                 ElementsAre(3.0F, 0.5F, 0.0F, 0.5F, 0.0F, 0.0F, 0.0F, 0.0F));
 }
 
+TEST(LagDistributionOfBoxes, OfATotalOf0IsNoneWhateverTheNumberOfDays) {
+    const auto none = ElementsAre(0.0F, 0.0F, 0.0F, 0.0F, 0.0F, 0.0F, 0.0F, 0.0F);
+    EXPECT_THAT(lag_distribution(1, std::vector<std::string>{"0"}), none);
+    EXPECT_THAT(lag_distribution(3, std::vector<std::string>{"", "0.0", "."}), none);
+    EXPECT_THAT(lag_distribution(6, std::vector<std::string>(6)), none);
+}
+
 TEST(LagDistributionOfBoxes, OfNoDaysIsNone) {
     EXPECT_THAT(lag_distribution(0, std::vector<std::string>(6)),
                 ElementsAre(0.0F, 0.0F, 0.0F, 0.0F, 0.0F, 0.0F, 0.0F, 0.0F));

@@ -98,7 +98,7 @@ TEST_F(RunDriver, ACompletedRunMarksItsResultsValid) {
 }
 
 TEST_F(RunDriver, ARunThatWritesTablesIsAChangeToSave) {
-    open(SmallBasin{1, k_first, 1});
+    open(SmallBasin{1, k_first, 2});
     basin.Basin_Changed = false;
 
     EXPECT_TRUE(simulate().completed);
@@ -107,7 +107,7 @@ TEST_F(RunDriver, ARunThatWritesTablesIsAChangeToSave) {
 }
 
 TEST_F(RunDriver, SimulationsTakeKindAndTitleFromTheirItem) {
-    open(SmallBasin{1, k_first, 1});
+    open(SmallBasin{1, k_first, 2});
     run.UpdateInterval = 7;
 
     EXPECT_TRUE(simulate(0).completed);
@@ -313,7 +313,7 @@ TEST_F(RunDriver, ZoneTotalsEndWithTheWinterInAMeltSeasonRunAlone) {
 }
 
 TEST_F(RunDriver, ADefaultThresholdIsAChangeOfTheBasin) {
-    SmallBasin content{1, k_first, 1};
+    SmallBasin content{1, k_first, 2};
     content.simulation.precipitation_threshold.reset();
     open(content);
 

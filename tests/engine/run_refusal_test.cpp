@@ -58,6 +58,41 @@ protected:
     }
 };
 
+TEST_F(RunRefusals, APeriodOfMoreThan366DaysIsRefusedAndKeepsTheFormerResults) {
+    open(SmallBasin{1, k_first, 400});
+    Simulation& simulation = *basin.current_simulation();
+    simulation.end = *simulation.start + 366;  // both ends in it: 367 days
+
+    EXPECT_FALSE(simulate().results_rebuilt);
+
+    ASSERT_EQ(dialogs.messages().size(), 1U);
+    EXPECT_EQ(dialogs.messages()[0].message.text, "Date range error!  366 ");
+    EXPECT_EQ(dialogs.messages()[0].message.icon, Icon::Stop);
+    expect_former_results();
+    simulation.end = *simulation.start + 365;
+    EXPECT_TRUE(simulate().completed);
+    EXPECT_EQ(stored().size(), 366U);
+}
+
+TEST_F(RunRefusals, AForecastOverTooManyDaysIsRefusedToo) {
+    open(SmallBasin{1, k_first, 400});
+    dialogs.then_text("3");
+    ASSERT_TRUE(choose_forecast(run, dialogs, 1));
+
+    EXPECT_FALSE(start_run({basin, run, dialogs}, 1).completed);
+
+    EXPECT_EQ(dialogs.messages().back().message.text, "Date range error!  366 ");
+}
+
+TEST_F(RunRefusals, APeriodOfOneDayOrWithItsEndBeforeItsStartIsRefused) {
+    open(SmallBasin{1, k_first, 5});
+    for (const DayCount end : {k_first, k_first - 1}) {
+        basin.current_simulation()->end = end;
+        EXPECT_FALSE(simulate().results_rebuilt);
+        EXPECT_EQ(dialogs.messages().back().message.text, "Date range error!  366 ");
+    }
+}
+
 TEST_F(RunRefusals, ABlankLatitudeIsAskedAboutAndTakenForTheNorth) {
     SmallBasin content{1, k_first, 2};
     content.header.latitude.reset();
@@ -232,10 +267,10 @@ TEST_F(RunRefusals, ASimulationWithoutParameterTableNamesTheDataThatCantBeOpened
 }
 
 TEST_F(RunRefusals, ATableInUseIsAConflictThatLeavesTheOldTable) {
-    open(SmallBasin{1, k_first, 2});
+    open(SmallBasin{1, k_first, 3});
     ASSERT_TRUE(simulate().completed);
     const SimResults former = stored();
-    basin.current_simulation()->end = k_first;
+    basin.current_simulation()->end = k_first + 1;
     select_simulation(basin, 0);
 
     RunOutcome outcome;

@@ -63,7 +63,6 @@ TEST_F(DataMenu, ParametersPrepareTheViewOfTheSimulationsTable) {
     EXPECT_THAT(prep_.query.fields, ElementsAre("Date", "LapseRate", "Tcrit", "AN", "LagTime", "CS", "Cr",
                                                 "RCA", "Xcoeff", "Ycoeff"));
     EXPECT_EQ(prep_.query.period, (Period{october(1), october(2)}));
-    EXPECT_EQ(prep_.record_table, "wet");
     EXPECT_EQ(prep_.window_title, "Edit simulation parameters");
     EXPECT_EQ(prep_.caption_prefix, "Parameter table for simulation ");
     EXPECT_FALSE(prep_.Edit_Locked);
@@ -77,7 +76,6 @@ TEST_F(DataMenu, VariablesOfASimulationPrepareTheViewOfItsPeriod) {
     EXPECT_THAT(prep_.query.fields,
                 ElementsAre("Date", "Runoff", "Tmax", "Tmin", "Tavg", "SCA", "Precip", "NetRadiation"));
     EXPECT_EQ(prep_.query.period, (Period{october(1), october(2)}));
-    EXPECT_EQ(prep_.record_table, "") << "left as it was";
     EXPECT_EQ(prep_.window_title, "Edit basin variables");
     EXPECT_EQ(prep_.caption_prefix, "Basin variables for simulation ");
 }
@@ -98,7 +96,6 @@ TEST_F(DataMenu, ResultsPrepareTheViewOfAllTheirFieldsButTheZone) {
     EXPECT_EQ(prep_.query.fields.front(), "Date");
     EXPECT_EQ(prep_.query.fields.at(1), "ActualQ");
     EXPECT_EQ(prep_.query.fields.back(), "AZMwork");
-    EXPECT_EQ(prep_.record_table, "SimResults");
     EXPECT_EQ(prep_.window_title, "Simulation results");
     EXPECT_EQ(prep_.caption_prefix, "Calculated value table for simulation ");
 }
@@ -171,17 +168,63 @@ TEST_F(DataMenu, MissingParametersAreNotAddedInTheModeOfTheVariables) {
     EXPECT_EQ(days("PhysicalData").size(), 4U);
 }
 
-TEST_F(DataMenu, TheLastViewsTableGetsTheRowsThatAnotherOneLacks) {
+TEST_F(DataMenu, MissingParametersGoIntoTheTableOfTheSimulationNotIntoThatOfTheLastView) {
     choose(DataEntry::Parameters);
     make_parameter_table("dry");
-    select("dry", october(5), october(5));
+    select("dry", october(5), october(6));
     prep_.working_record.first_values = first_values();
-    // "wet" has four rows, more than the two that one day needs, so that its values are asked about.
-    dialogs_.then(Answer::Yes).then(Answer::Ok);
+    dialogs_.then(Answer::Yes);
+    EXPECT_EQ(choose(DataEntry::Parameters), DataOutcome::ShowEditor);
+    EXPECT_EQ(dialogs_.messages()[0].message.text,
+              "This simulation, dry, is missing data.  Add the additional daily records?");
+    EXPECT_THAT(last_message().text, testing::StartsWith("The parameter table for this simulation"));
+    EXPECT_THAT(days("dry"), ElementsAre("1 5", "1 6", "2 5", "2 6"));
+    EXPECT_THAT(days("wet"), ElementsAre("1 1", "1 2", "2 1", "2 2"));
+    EXPECT_THAT(rows("SELECT An FROM wet"), ElementsAre("0.5", "-", "-", "-")) << "no value was overwritten";
+}
+
+TEST_F(DataMenu, AfterALookAtTheResultsTheDaysGoIntoTheSimulationsTableAndTheResultsStay) {
+    database_.create_table(sim_results_table());
+    ASSERT_EQ(choose(DataEntry::Results), DataOutcome::ShowEditor);
+    make_parameter_table("dry");
+    select("dry", october(5), october(5));
+    // The mode is still that of the results, which asks in its own words and adds days without values.
+    dialogs_.then(Answer::Yes).then(Answer::Yes);
     EXPECT_EQ(choose(DataEntry::SimulationDefinition), DataOutcome::ShowDefinition);
-    EXPECT_EQ(last_message().title, "Replace existing parameter table?");
-    EXPECT_THAT(days("dry"), IsEmpty());
-    EXPECT_THAT(days("wet"), ElementsAre("1 1", "1 2", "2 1", "2 2", "1 5", "2 5"));
+    EXPECT_EQ(last_message().text, " message 2");
+    EXPECT_THAT(days("SimResults"), IsEmpty());
+    EXPECT_THAT(days("wet"), ElementsAre("1 1", "1 2", "2 1", "2 2"));
+    EXPECT_THAT(rows("SELECT Zone, An FROM dry"), ElementsAre("1 -", "2 -"));
+}
+
+TEST_F(DataMenu, DaysThatAreAddedAreAChangeOfTheBasin) {
+    choose(DataEntry::Parameters);
+    database_.execute("DELETE FROM wet WHERE Zone = 2");
+    prep_.working_record.first_values = first_values();
+    dialogs_.then(Answer::No);
+    EXPECT_EQ(choose(DataEntry::Parameters), DataOutcome::Stopped);
+    EXPECT_FALSE(basin_.Basin_Changed);
+    EXPECT_FALSE(basin_.Input_Changed);
+    dialogs_.then(Answer::Yes);
+    EXPECT_EQ(choose(DataEntry::Parameters), DataOutcome::ShowEditor);
+    EXPECT_TRUE(basin_.Basin_Changed);
+    EXPECT_TRUE(basin_.Input_Changed);
+}
+
+TEST_F(DataMenu, VariablesThatAreAddedAreAChangeOfTheBasin) {
+    database_.execute("DELETE FROM PhysicalData WHERE Zone = 2");
+    dialogs_.then(Answer::Yes).then(Answer::Yes);
+    EXPECT_EQ(choose(DataEntry::Variables), DataOutcome::ShowEditor);
+    EXPECT_TRUE(basin_.Basin_Changed);
+    EXPECT_TRUE(basin_.Input_Changed);
+}
+
+TEST_F(DataMenu, TheDefinitionOfASimulationWithoutATableOpensWithoutAQuestion) {
+    database_.drop_table("wet");
+    EXPECT_EQ(choose(DataEntry::SimulationDefinition), DataOutcome::ShowDefinition);
+    EXPECT_EQ(prep_.SimOptions_Mode, SimOptionsMode::Edit);
+    EXPECT_EQ(messages(), 0U);
+    EXPECT_EQ(choose(DataEntry::Parameters), DataOutcome::Stopped) << "there is nothing to look at";
 }
 
 TEST_F(DataMenu, AMissingFirstValueEndsInSilence) {

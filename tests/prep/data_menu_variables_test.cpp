@@ -23,7 +23,6 @@ protected:
                       {.zone = 2, .date = october(2)}});
         prep_.record = {.first = october(1), .last = october(2), .zones = 2, .count = 4};
         prep_.Data_View = DataView::Parameters;
-        prep_.record_table = "wet";
     }
 
     DataOutcome choose(int index) { return mnuDataOptVar_Click(context_, database_, index); }
@@ -40,7 +39,6 @@ TEST_F(DataMenuVariables, TheRecordIsShownWithoutAPeriod) {
     EXPECT_EQ(prep_.query.period, std::nullopt);
     EXPECT_EQ(prep_.window_title, "Edit basin variables");
     EXPECT_EQ(prep_.caption_prefix, "Basin variables for simulation ");
-    EXPECT_EQ(prep_.record_table, "wet") << "left as it was";
     EXPECT_FALSE(prep_.Edit_Locked);
     EXPECT_EQ(messages(), 0U);
 }
@@ -60,6 +58,8 @@ TEST_F(DataMenuVariables, MissingDaysAreAskedAbout) {
     EXPECT_EQ(last_message().text, "The physical data table is missing days.  Add?");
     EXPECT_EQ(last_message().buttons, Buttons::YesNo);
     EXPECT_EQ(days("PhysicalData").size(), 4U);
+    EXPECT_FALSE(basin_.Basin_Changed);
+    EXPECT_FALSE(basin_.Input_Changed);
     EXPECT_EQ(prep_.Data_View, DataView::PhysicalData) << "the mode is left behind all the same";
 }
 
@@ -75,6 +75,13 @@ TEST_F(DataMenuVariables, MissingDaysAreAddedWithZeros) {
     EXPECT_EQ(prep_.record.count, 6);
 }
 
+TEST_F(DataMenuVariables, DaysThatAreAddedAreAChangeOfTheBasin) {
+    dialogs_.then(Answer::Yes);
+    EXPECT_EQ(choose(k_simulation), DataOutcome::ShowEditor);
+    EXPECT_TRUE(basin_.Basin_Changed);
+    EXPECT_TRUE(basin_.Input_Changed);
+}
+
 TEST_F(DataMenuVariables, TheRecordIsAskedAboutOverThePeriodThatWasFoundLast) {
     database_.execute("DELETE FROM PhysicalData WHERE Zone = 2 AND Date = " + std::to_string(october(1)));
     dialogs_.then(Answer::Yes);
@@ -87,6 +94,7 @@ TEST_F(DataMenuVariables, MoreRowsThanDaysAreAskedAboutToo) {
     dialogs_.then(Answer::Yes);
     EXPECT_EQ(choose(k_record), DataOutcome::ShowEditor);
     EXPECT_EQ(days("PhysicalData").size(), 5U) << "no day was missing";
+    EXPECT_FALSE(basin_.Basin_Changed) << "nothing was added";
 }
 
 TEST_F(DataMenuVariables, AnEmptyRecordIsAskedAboutAndHasNoDaysToAdd) {

@@ -35,12 +35,11 @@ class FirstValuesTest : public PrepTest {
 protected:
     FirstValuesTest() {
         make_parameter_table("wet");
-        prep_.record_table = "wet";
         prep_.Data_View = DataView::Parameters;
         prep_.working_record.first_values = first_values();
     }
 
-    Answer build() { return Build_Daily_Records(context_, database_); }
+    Answer build(const std::string& table = "wet") { return Build_Daily_Records(context_, database_, table); }
 
     std::vector<std::string> values(const std::string& table) {
         return rows(k_values_of + quoted_name(table) + " ORDER BY rowid");
@@ -168,7 +167,7 @@ TEST_F(FirstValuesTest, BeyondTheirFieldsStopTheWork) {
     EXPECT_THAT(days("wet"), IsEmpty());
 }
 
-TEST_F(FirstValuesTest, GoIntoTheTableThatWasLeftBehindNotIntoTheSelectedOne) {
+TEST_F(FirstValuesTest, GoIntoTheTableThatTheirCallerNames) {
     make_parameter_table("dry");
     select("dry", october(3), october(3));
     build();
@@ -176,10 +175,9 @@ TEST_F(FirstValuesTest, GoIntoTheTableThatWasLeftBehindNotIntoTheSelectedOne) {
     EXPECT_THAT(days("wet"), ElementsAre("1 3", "2 3"));
 }
 
-TEST_F(FirstValuesTest, WithoutATableLeftBehindNothingIsAsked) {
+TEST_F(FirstValuesTest, WithoutATableNothingIsAsked) {
     select("wet", october(1), october(1));
-    prep_.record_table.clear();
-    EXPECT_EQ(refused([&] { build(); }), StoreFault::Missing);
+    EXPECT_EQ(refused([&] { build({}); }), StoreFault::Missing);
     EXPECT_EQ(messages(), 0U);
 }
 
@@ -206,29 +204,24 @@ TEST_F(FirstValuesTest, LeaveTheDatesOfTheCurrentSimulationAlone) {
 // The mode of a climate run.
 
 TEST_F(FirstValuesTest, InTheModeOfResultsRowsGetAZoneAndADateAlone) {
-    database_.create_table(sim_results_table());
-    database_.execute("INSERT INTO SimResults (Zone, Date, DailyQ) VALUES (1, " + std::to_string(october(1)) +
-                      ", 3.5)");
+    add_parameters("wet", {parameter_day(1, october(1), 3.5F)});
     select("wet", october(1), october(2));
     prep_.Data_View = DataView::Results;
-    prep_.record_table = "SimResults";
     dialogs_.then(Answer::Yes);
     EXPECT_EQ(build(), Answer::Yes);
     EXPECT_EQ(last_message().text, " message 2");
     EXPECT_EQ(last_message().title, "Climate change");
-    EXPECT_THAT(days("SimResults"), ElementsAre("1 1", "1 2", "2 1", "2 2"));
-    EXPECT_THAT(rows("SELECT DailyQ, AN, RCA FROM SimResults ORDER BY rowid"),
+    EXPECT_THAT(days("wet"), ElementsAre("1 1", "1 2", "2 1", "2 2"));
+    EXPECT_THAT(rows("SELECT An, Cs, RCA FROM wet ORDER BY rowid"),
                 ElementsAre("3.5 - -", "- - -", "- - -", "- - -"));
 }
 
 TEST_F(FirstValuesTest, InTheModeOfResultsANoAddsNothing) {
-    database_.create_table(sim_results_table());
     select("wet", october(1), october(2));
     prep_.Data_View = DataView::Results;
-    prep_.record_table = "SimResults";
     dialogs_.then(Answer::No);
     EXPECT_EQ(build(), Answer::No);
-    EXPECT_THAT(days("SimResults"), IsEmpty());
+    EXPECT_THAT(days("wet"), IsEmpty());
 }
 
 TEST_F(FirstValuesTest, InTheModeOfAScenarioNothingIsAskedOrDone) {

@@ -58,6 +58,64 @@ TEST(ImportHeader, ALongNameIsCutToFiftyCharactersAndNotWithinALetter) {
     EXPECT_THAT(basin.header().name, Optional(name.substr(0, 100)));
 }
 
+/// A basin as the main window leaves it once its number of zones is fixed: rows without areas.
+class BasinWithFixedZones : public ScratchBasin {
+public:
+    explicit BasinWithFixedZones(int zones) {
+        execute("UPDATE BasinDescription SET Units = 0, Zones = " + std::to_string(zones));
+        for (int zone = 1; zone <= zones; ++zone) {
+            execute("INSERT INTO ZoneDescription (ZoneId, ZoneArea, HypsometricElevation) VALUES ('" +
+                    std::to_string(zone) + "', 0, 0)");
+        }
+    }
+};
+
+TEST(ImportHeader, AnUnnamedBasinWithFixedZonesTakesNameAndElevation) {
+    for (const Answer zones : {Answer::Yes, Answer::No}) {
+        const BasinWithFixedZones basin{2};
+        ScriptedDialogs dialogs;
+        dialogs.then(zones).then_text("first");
+        ASSERT_TRUE(basin.import(LegacyParts{}, dialogs));
+        EXPECT_THAT(basin.header().name, Optional(std::string{"Alder Brook"}));
+        EXPECT_THAT(basin.header().reference_elevation, Optional(DoubleEq(1800.0)));
+        EXPECT_THAT(basin.zones().front().area, Optional(DoubleEq(zones == Answer::Yes ? 40.0 : 0.0)));
+    }
+}
+
+TEST(ImportHeader, AnUnnamedBasinWithOtherZonesIsRefusedAndStaysUnnamed) {
+    const BasinWithFixedZones basin{3};
+    const std::string before = file_bytes(basin.path());
+    ScriptedDialogs dialogs;
+    EXPECT_FALSE(basin.import(LegacyParts{}, dialogs));
+    EXPECT_EQ(dialogs.messages()[0].message.text, "Zones in import file don't match basin");
+    EXPECT_EQ(file_bytes(basin.path()), before);
+}
+
+TEST(ImportHeader, ANamedBasinWithoutZonesKeepsItsNameAndTakesTheZones) {
+    const ScratchBasin basin;
+    basin.execute("UPDATE BasinDescription SET BasinName = 'Mine', Units = 0");
+    basin.first_import(LegacyParts{});
+    EXPECT_THAT(basin.header().name, Optional(std::string{"Mine"}));
+    EXPECT_THAT(basin.header().reference_elevation, Optional(DoubleEq(1800.0)));
+    EXPECT_THAT(basin.header().zones, Optional(std::int16_t{2}));
+    EXPECT_EQ(basin.zones().size(), 2U);
+}
+
+TEST(ImportHeader, ANamedBasinWithoutZonesKeepsTheElevationThatItHas) {
+    const ScratchBasin basin;
+    basin.execute("UPDATE BasinDescription SET BasinName = 'Mine', RefElev = 1234");
+    basin.first_import(LegacyParts{});
+    EXPECT_THAT(basin.header().reference_elevation, Optional(DoubleEq(1234.0)));
+}
+
+TEST(ImportHeader, AFileWithoutANameLeavesThePlaceholder) {
+    const ScratchBasin basin;
+    LegacyParts parts;
+    parts.name = "\"  \"";
+    basin.first_import(parts);
+    EXPECT_THAT(basin.header().name, Optional(std::string{k_unnamed_basin}));
+}
+
 TEST(ImportHeader, TheBasinOfALaterImportKeepsItsNameAndElevation) {
     const ScratchBasin basin;
     basin.first_import(LegacyParts{});
@@ -141,6 +199,21 @@ TEST(ImportZones, ZonesThatWereJustMadeAreNotAskedAbout) {
     ASSERT_TRUE(basin.import(LegacyParts{}, dialogs));
     EXPECT_TRUE(dialogs.messages().empty());
     EXPECT_TRUE(dialogs.complaints().empty());
+}
+
+TEST(ImportZones, ZonesThatAreThoseOfTheFileAreNotAskedAboutAndKeepTheirAspects) {
+    const ScratchBasin basin;
+    basin.first_import(LegacyParts{});
+    LegacyParts parts;
+    parts.year = "1997";
+    const std::string share = template_table(k_zone_description).fields.at(4).name;
+    basin.execute("UPDATE ZoneDescription SET " + quoted_name(share) + " = 25 WHERE ZoneId = 'A'");
+    ScriptedDialogs dialogs;
+    dialogs.then_text("second");
+    ASSERT_TRUE(basin.import(parts, dialogs));
+    EXPECT_TRUE(dialogs.messages().empty());
+    EXPECT_TRUE(dialogs.complaints().empty());
+    EXPECT_THAT(basin.zones().front().aspects[0].share, Optional(DoubleEq(25.0)));
 }
 
 TEST(ImportZones, AnotherNumberOfZonesIsRefusedWithAStop) {

@@ -242,21 +242,21 @@ TEST(ImportOverDays, DaysThatExistAreAskedAboutAfterTheName) {
     const ScratchBasin basin;
     basin.first_import(LegacyParts{});
     ScriptedDialogs dialogs;
-    dialogs.then(Answer::No).then_text("second").then(Answer::Yes);
+    dialogs.then_text("second").then(Answer::Yes);
     ASSERT_TRUE(basin.import(overlapping(), dialogs));
     EXPECT_TRUE(dialogs.complaints().empty());
-    ASSERT_EQ(dialogs.messages().size(), 2U);
-    EXPECT_EQ(dialogs.messages()[1].message.text, k_days_exist);
-    EXPECT_EQ(dialogs.messages()[1].message.title,
+    ASSERT_EQ(dialogs.messages().size(), 1U);
+    EXPECT_EQ(dialogs.messages()[0].message.text, k_days_exist);
+    EXPECT_EQ(dialogs.messages()[0].message.title,
               "Import file contains days already present in the database!");
-    EXPECT_EQ(dialogs.messages()[1].message.buttons, Buttons::YesNo);
+    EXPECT_EQ(dialogs.messages()[0].message.buttons, Buttons::YesNo);
 }
 
 TEST(ImportOverDays, YesReplacesTheDaysOfThePeriodAndNoOthers) {
     const ScratchBasin basin;
     basin.first_import(LegacyParts{});
     ScriptedDialogs dialogs;
-    dialogs.then(Answer::No).then_text("second").then(Answer::Yes);
+    dialogs.then_text("second").then(Answer::Yes);
     ASSERT_TRUE(basin.import(overlapping(), dialogs));
     const std::vector<PhysicalRow> rows = basin.days();
     ASSERT_EQ(rows.size(), 10U);  // 1 to 5 April in two zones
@@ -269,7 +269,7 @@ TEST(ImportOverDays, NoKeepsTheRowsAndAddsTheMissingDaysAlone) {
     const ScratchBasin basin;
     basin.first_import(LegacyParts{});
     ScriptedDialogs dialogs;
-    dialogs.then(Answer::No).then_text("second").then(Answer::No);
+    dialogs.then_text("second").then(Answer::No);
     ASSERT_TRUE(basin.import(overlapping(), dialogs));
     const std::vector<PhysicalRow> rows = basin.days();
     ASSERT_EQ(rows.size(), 10U);
@@ -285,7 +285,7 @@ TEST(ImportOverDays, NoAddsTheZoneThatADayLacks) {
     LegacyParts parts;
     parts.section(LegacySection::Runoff) = "366*20/";
     ScriptedDialogs dialogs;
-    dialogs.then(Answer::No).then_text("second").then(Answer::No);
+    dialogs.then_text("second").then(Answer::No);
     ASSERT_TRUE(basin.import(parts, dialogs));
     const std::vector<PhysicalRow> rows = basin.days();
     ASSERT_EQ(rows.size(), 6U);
@@ -300,7 +300,7 @@ TEST(ImportOverDays, BothAnswersGiveTheNewSimulationAllItsParameters) {
         const ScratchBasin basin;
         basin.first_import(LegacyParts{});
         ScriptedDialogs dialogs;
-        dialogs.then(Answer::No).then_text("second").then(answer);
+        dialogs.then_text("second").then(answer);
         ASSERT_TRUE(basin.import(overlapping(), dialogs));
         EXPECT_EQ(basin.parameters("second").size(), 8U);
         EXPECT_EQ(basin.parameters("first").size(), 6U);
@@ -314,7 +314,7 @@ TEST(ImportOverDays, OtherDaysAreNotAskedAbout) {
     parts.start = "0404";  // the day behind the last one
     parts.end = "0405";
     ScriptedDialogs dialogs;
-    dialogs.then(Answer::No).then_text("second");
+    dialogs.then_text("second");
     ASSERT_TRUE(basin.import(parts, dialogs));
     EXPECT_TRUE(dialogs.complaints().empty());
     EXPECT_EQ(basin.days().size(), 10U);

@@ -32,6 +32,12 @@ TEST(LegacyPeriod, MonthAndDayComeFromTwoCharactersEach) {
     EXPECT_EQ(file.end, day(1995, 11, 9));
 }
 
+TEST(LegacyPeriod, BlanksAroundADateDoNotCount) {
+    const LegacyFile file = of_period("  0102 ", "\" 1109 \"", "1995").read();
+    EXPECT_EQ(file.start, day(1995, 1, 2));
+    EXPECT_EQ(file.end, day(1995, 11, 9));
+}
+
 TEST(LegacyPeriod, AYearMayBeCoveredWhole) {
     const LegacyFile leap = of_period("0101", "1231", "1996").read();
     EXPECT_EQ(leap.end - leap.start + 1, 366);
@@ -71,7 +77,9 @@ TEST(LegacyPeriod, TheLeapDayIsTakenFromItsOwnYear) {
 
 TEST(LegacyPeriod, TextsThatAreNoDateAreRefusedAtTheirLine) {
     for (const char* text :
-         {"", "0", "101", "0431", "1301", "0001", "0100", "ab01", "01cd", "\"\"", "-101"}) {
+         {"", "0", "101", "0431", "1301", "0001", "0100", "ab01", "01cd", "\"\"", "-101",
+          // The whole item counts, also what stands behind a date.
+          "0403\xc3\xb9", "0403\xf9", "04031", "0403 x", "04 3", "3.157", "3.15", "+4+3", "1e01", "0403.0"}) {
         SCOPED_TRACE(text);
         EXPECT_THAT(refusal(of_period(text, "1231", "1996")), HasSubstr("Line 2, header item 2: "));
         EXPECT_THAT(refusal(of_period("0101", text, "1996")), HasSubstr("Line 4, header item 4: "));
@@ -147,7 +155,7 @@ TEST(LegacyChangeDay, WithAChangeTheLaterCoefficientsMustBeNumbers) {
 }
 
 TEST(LegacyChangeDay, ATextThatIsNoDateIsRefused) {
-    for (const char* text : {"soon", "1", "1332", "06/15"}) {
+    for (const char* text : {"soon", "1", "1332", "06/15", "0615x", "3.157", "06150", "6.15"}) {
         SCOPED_TRACE(text);
         EXPECT_THAT(refusal(with_change(text)), HasSubstr("Line 25, header item 25: "));
     }

@@ -84,7 +84,6 @@ TEST_F(SimOptionsAccept, AddingLeavesTheModeOfTheDailyVariablesBehind) {
     dialogs_.then(Answer::Yes);
     accept();
     EXPECT_EQ(prep_.Data_View, DataView::PhysicalData);
-    EXPECT_EQ(prep_.record_table, "wet");
     EXPECT_EQ(prep_.Daily_Start, october(1));
     EXPECT_EQ(prep_.Daily_End, october(2));
 }
@@ -235,23 +234,69 @@ TEST_F(SimOptionsAccept, OptionsGoIntoTheirColumns) {
     }
 }
 
-TEST_F(SimOptionsAccept, AFirstValueThatIsMissingIsInvalidDataAndGrowsNoSecondRow) {
+TEST_F(SimOptionsAccept, AFirstValueThatIsMissingIsInvalidDataAndChangesNothing) {
     const auto whole = form_.first_values;
     for (std::size_t value = 0; value < k_first_values; ++value) {
         for (const char* text : {"", "x", "0,5", "4e38"}) {
             SCOPED_TRACE(std::to_string(value) + " " + text);
             form_.first_values = whole;
             form_.first_values.at(value) = text;
+            EXPECT_EQ(faulty_first_value(form_), static_cast<FirstValue>(value));
             EXPECT_FALSE(accept());
             EXPECT_EQ(last_message().text, k_invalid);
-            EXPECT_EQ(basin_.simulations.size(), 1U);
+            EXPECT_TRUE(basin_.simulations.empty());
+            EXPECT_FALSE(basin_.Basin_Changed);
         }
     }
+    EXPECT_EQ(messages(), 4U * k_first_values) << "no table is announced that is not written";
     EXPECT_THAT(days("wet"), IsEmpty());
     form_.first_values = whole;
+    EXPECT_EQ(faulty_first_value(form_), std::nullopt);
     dialogs_.then(Answer::Yes);
     EXPECT_TRUE(accept());
     EXPECT_EQ(basin_.simulations.size(), 1U);
+}
+
+TEST_F(SimOptionsAccept, ASwitchAndALagHaveToFitTheirIntegers) {
+    for (const FirstValue whole : {FirstValue::RCA, FirstValue::LagTime}) {
+        const auto values = form_.first_values;
+        form_.first_values.at(static_cast<std::size_t>(whole)) = "40000";
+        EXPECT_EQ(faulty_first_value(form_), whole);
+        form_.first_values = values;
+    }
+    form_.first_values.at(static_cast<std::size_t>(FirstValue::An)) = "40000";
+    EXPECT_EQ(faulty_first_value(form_), std::nullopt);
+}
+
+// A name that a row of the grid bears already.
+
+TEST_F(SimOptionsAccept, ASimulationThatIsOverwrittenKeepsItsRow) {
+    select("Wet", october(20), october(25)).comments = "the old one";
+    select("dry", october(5), october(6));
+    dialogs_.then(Answer::Yes);
+    EXPECT_TRUE(accept());
+    ASSERT_EQ(basin_.simulations.size(), 2U);
+    EXPECT_THAT(cells(0), ElementsAre("wet", "3", "10/01/1980", "10/02/1980", "Metric", "Average",
+                                      "Basinwide", "Basinwide", "Basinwide", "Basinwide", "Basinwide",
+                                      "Basinwide", "2.5", "6", "1.125", "0.03125", "made by hand"));
+    EXPECT_THAT(basin_.current_row, Optional(std::size_t{0}));
+    EXPECT_EQ(basin_.Current_Sim_Name, "wet");
+    EXPECT_THAT(days("wet"), ElementsAre("1 1", "1 2", "2 1", "2 2")) << "the days of the overwritten row";
+}
+
+TEST_F(SimOptionsAccept, NamesOfRowsCompareWithoutRegardToCaseInEveryScript) {
+    const std::vector<std::pair<std::string, std::string>> names{{"Frühling Öst", "FRÜHLING ÖST"},
+                                                                 {"Весна", "ВЕСНА"}};
+    for (const auto& [stored, typed] : names) {
+        select(stored, october(20), october(25));
+        prep_.SimOptions_Mode = SimOptionsMode::Import;
+        form_.name = typed;
+        form_.grid_row.reset();
+        const std::size_t rows_before = basin_.simulations.size();
+        EXPECT_TRUE(accept());
+        EXPECT_EQ(basin_.simulations.size(), rows_before);
+        EXPECT_EQ(basin_.simulations.back().name, typed);
+    }
 }
 
 TEST_F(SimOptionsAccept, AMissingParameterTableIsInvalidData) {
@@ -299,6 +344,46 @@ TEST_F(SimOptionsAccept, AnEditChangesItsRowAndNoTable) {
     EXPECT_EQ(messages(), 0U);
     EXPECT_THAT(days("wet"), IsEmpty());
     EXPECT_THAT(days("PhysicalData"), IsEmpty());
+}
+
+TEST_F(SimOptionsAccept, AnEditFillsAnEmptyParameterTableAnew) {
+    edit_row();
+    form_.rebuilds_table = true;
+    EXPECT_TRUE(accept());
+    ASSERT_EQ(messages(), 1U);
+    EXPECT_THAT(last_message().text, testing::StartsWith("The parameter table for this simulation"));
+    EXPECT_THAT(days("wet"), ElementsAre("1 1", "1 2", "2 1", "2 2"));
+    EXPECT_THAT(rows("SELECT DISTINCT An, Xcoeff FROM wet"), ElementsAre("0.5 1.125"));
+    EXPECT_THAT(days("PhysicalData"), IsEmpty()) << "an edit adds no daily variables";
+    EXPECT_EQ(prep_.Data_View, DataView::PhysicalData);
+}
+
+TEST_F(SimOptionsAccept, AnEditMakesAMissingParameterTableAnew) {
+    edit_row();
+    database_.drop_table("wet");
+    form_.rebuilds_table = true;
+    EXPECT_TRUE(accept());
+    EXPECT_THAT(days("wet"), ElementsAre("1 1", "1 2", "2 1", "2 2"));
+}
+
+TEST_F(SimOptionsAccept, ARebuildNeedsAllFirstValuesAndChangesNothingWithoutThem) {
+    edit_row();
+    form_.rebuilds_table = true;
+    form_.comments = "changed";
+    form_.first_values.at(0).clear();
+    EXPECT_FALSE(accept());
+    EXPECT_EQ(last_message().text, k_invalid);
+    EXPECT_FALSE(basin_.simulations[0].comments.has_value());
+    EXPECT_THAT(days("wet"), IsEmpty());
+}
+
+TEST_F(SimOptionsAccept, ARowNamedLikeATableOfTheBasinRebuildsNone) {
+    edit_row();
+    basin_.simulations[0].name = form_.name = "SimResults";
+    form_.rebuilds_table = true;
+    EXPECT_FALSE(accept());
+    EXPECT_EQ(last_message().text, k_invalid);
+    EXPECT_FALSE(database_.has_table("SimResults"));
 }
 
 TEST_F(SimOptionsAccept, AnEditNeedsNoFirstValues) {

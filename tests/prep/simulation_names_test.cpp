@@ -205,7 +205,7 @@ TEST(DuplicateName, AnotherCaseIsTheSameNameInEveryScript) {
     }
 }
 
-TEST(ReservedName, YesToOverwritingATableOfTheBasinActsAsNo) {
+TEST(ReservedName, YesToOverwritingATableOfTheBasinIsToldAndActsAsNo) {
     const ScratchBasin basin;
     basin.first_import(LegacyParts{});
     basin.execute(create_statement(sim_results_table()));
@@ -217,7 +217,11 @@ TEST(ReservedName, YesToOverwritingATableOfTheBasinActsAsNo) {
         ScriptedDialogs dialogs;
         dialogs.then_text(name).then(Answer::Yes);
         EXPECT_EQ(add(basin, dialogs), std::nullopt);
-        EXPECT_EQ(dialogs.messages().size(), 1U);
+        ASSERT_EQ(dialogs.messages().size(), 2U);
+        EXPECT_THAT(
+            dialogs.messages()[1].message.text,
+            testing::StartsWith("'" + std::string{name} + "' is the name of a table that the basin needs"));
+        EXPECT_EQ(dialogs.messages()[1].message.icon, Icon::Stop);
         EXPECT_EQ(file_bytes(basin.path()), before);
     }
 }
@@ -235,7 +239,7 @@ TEST(ReservedName, ATableOfTheBasinThatIsNotThereYetIsNoNameEither) {
     }
 }
 
-TEST(ReservedName, YesToOverwritingAScenarioActsAsNo) {
+TEST(ReservedName, YesToOverwritingAScenarioIsToldAndActsAsNo) {
     const ScratchBasin basin;
     basin.execute(create_statement(scenario_table("warm")));
     basin.execute("INSERT INTO ClimateScenarioIndex (SimulationFile, ScenarioFile) VALUES ('wet', 'warm')");
@@ -244,6 +248,7 @@ TEST(ReservedName, YesToOverwritingAScenarioActsAsNo) {
         ScriptedDialogs dialogs;
         dialogs.then_text(name).then(Answer::Yes);
         EXPECT_EQ(add(basin, dialogs), std::nullopt);
+        EXPECT_EQ(dialogs.messages().size(), 2U);
         EXPECT_EQ(file_bytes(basin.path()), before);
     }
 }

@@ -155,11 +155,11 @@ TEST_F(ImportWindowTest, AfterACancelledImportItsNameIsTakenAndMayBeOverwritten)
     leave_definition(1);
     name("first").import(legacy({}));
     leave_definition(0);
-    // The zones stay, and so do the days.
-    answer(Answer::No).name("first").answer(Answer::Yes).answer(Answer::No).import(legacy({}));
-    ASSERT_EQ(dialogs_.messages().size(), 3U);
-    EXPECT_EQ(dialogs_.messages()[1].message.title, "Duplicate simulation same");
-    EXPECT_EQ(dialogs_.messages()[1].message.text,
+    // The zones are those of the file; the days stay.
+    name("first").answer(Answer::Yes).answer(Answer::No).import(legacy({}));
+    ASSERT_EQ(dialogs_.messages().size(), 2U);
+    EXPECT_EQ(dialogs_.messages()[0].message.title, "Duplicate simulation same");
+    EXPECT_EQ(dialogs_.messages()[0].message.text,
               "The current database already contains a simulation named 'first '.  Overwrite?");
     EXPECT_THAT(simulations(), ElementsAre("first"));
     EXPECT_THAT(rows("SELECT count(*) FROM first"), ElementsAre("6"));
@@ -167,7 +167,7 @@ TEST_F(ImportWindowTest, AfterACancelledImportItsNameIsTakenAndMayBeOverwritten)
 
 TEST_F(ImportWindowTest, NoToOverwritingASimulationChangesNothing) {
     import_first();
-    answer(Answer::Yes).name("FIRST").answer(Answer::No);
+    name("FIRST").answer(Answer::No);
     expect_nothing_from(legacy({}));
 }
 
@@ -255,8 +255,8 @@ TEST_F(ImportWindowTest, DaysOutsideTheRecordAreAddedWithoutAQuestion) {
     LegacyParts parts;
     parts.year = "1997";
     leave_definition(0);
-    answer(Answer::No).name("second").import(legacy(parts));
-    EXPECT_EQ(dialogs_.messages().size(), 1U);
+    name("second").import(legacy(parts));
+    EXPECT_THAT(dialogs_.messages(), IsEmpty());
     EXPECT_THAT(rows("SELECT count(*) FROM PhysicalData"), ElementsAre("12"));
 }
 
@@ -297,20 +297,70 @@ TEST_F(ImportWindowTest, ANameThatNoTableCanHaveIsAskedForAgain) {
     EXPECT_THAT(simulations(), ElementsAre("O'Brien's \"50 %\""));
 }
 
-TEST_F(ImportWindowTest, ANamedBasinWithoutZonesMatchesNoFile) {
+TEST_F(ImportWindowTest, ANamedBasinWithoutZonesTakesThemAndKeepsItsName) {
     choose_units(0, Answer::Yes);
     type(0, "Mine");
-    expect_nothing_from(legacy({}));
-    EXPECT_EQ(last_message().text, "Zones in import file don't match basin");
+    leave_definition(0);
+    name("first").import(legacy({}));
+    EXPECT_THAT(dialogs_.messages().size(), 1U) << "the units alone were asked about";
+    EXPECT_EQ(box(0)->text(), QStringLiteral("Mine"));
+    EXPECT_EQ(box(2)->text(), QStringLiteral("1800"));
+    EXPECT_EQ(find<QLabel>("lblZones")->text(), QStringLiteral("2"));
+    EXPECT_EQ(zone_cell(2, 2), "60");
 }
 
-TEST_F(ImportWindowTest, AfterAnImportTheFirstSimulationIsTheCurrentOne) {
+TEST_F(ImportWindowTest, ANumberOfZonesThatNobodyConfirmedFixesNothing) {
+    choose_units(0, Answer::Yes);
+    type(1, "3");
+    leave_definition(0);
+    name("first").import(legacy({}));
+    EXPECT_EQ(find<QLabel>("lblZones")->text(), QStringLiteral("2"));
+    EXPECT_THAT(simulations(), ElementsAre("first"));
+}
+
+TEST_F(ImportWindowTest, AnUnnamedBasinWithFixedZonesTakesNameAndElevation) {
+    choose_units(0, Answer::Yes);
+    give_zones("2", Answer::Yes);
+    leave_definition(0);
+    answer(Answer::Yes).name("first").import(legacy({}));
+    EXPECT_EQ(box(0)->text(), QStringLiteral("Alder Brook"));
+    EXPECT_EQ(box(2)->text(), QStringLiteral("1800"));
+    EXPECT_EQ(zone_cell(1, 2), "40");
+    EXPECT_EQ(find<QLabel>("lblBasinArea")->text(), QStringLiteral("100"));
+}
+
+TEST_F(ImportWindowTest, AfterAnImportItsSimulationIsTheCurrentOne) {
     import_first();
     leave_definition(0);
     answer(Answer::No).name("second").answer(Answer::No).import(legacy(later_days()));
-    EXPECT_EQ(find<QTableView>("DBGrid1")->currentIndex().row(), 0);
-    EXPECT_EQ(find<QLabel>("lblSimVisible")->text(), QStringLiteral("first"));
-    EXPECT_EQ(session_.basin.Current_Start, day(1996, 4, 1));
+    EXPECT_EQ(find<QTableView>("DBGrid1")->currentIndex().row(), 1);
+    EXPECT_EQ(find<QLabel>("lblSimVisible")->text(), QStringLiteral("second"));
+    EXPECT_EQ(session_.basin.Current_Start, day(1996, 4, 2));
+    EXPECT_TRUE(enabled("mnuDataOpt(2)"));
+}
+
+TEST_F(ImportWindowTest, AfterACancelledDefinitionTheSelectionStays) {
+    import_first();
+    leave_definition(0);
+    answer(Answer::No).name("second").answer(Answer::No).import(legacy(later_days()));
+    leave_definition(1);
+    answer(Answer::No).name("third").answer(Answer::No).import(legacy(later_days()));
+    EXPECT_THAT(simulations(), ElementsAre("first", "second"));
+    EXPECT_EQ(find<QLabel>("lblSimVisible")->text(), QStringLiteral("second"));
+}
+
+TEST_F(ImportWindowTest, AnImportOverASimulationKeepsOneRowOfItsName) {
+    import_first();
+    leave_definition(0);
+    answer(Answer::No).name("second").answer(Answer::No).import(legacy(later_days()));
+    leave_definition(0);
+    LegacyParts parts;
+    parts.end = "0402";
+    name("FIRST").answer(Answer::Yes).answer(Answer::No).import(legacy(parts));
+    EXPECT_THAT(simulations(), ElementsAre("FIRST", "second"));
+    EXPECT_EQ(session_.basin.simulations[0].end, day(1996, 4, 2));
+    EXPECT_EQ(find<QLabel>("lblSimVisible")->text(), QStringLiteral("FIRST"));
+    EXPECT_THAT(rows("SELECT count(*) FROM first"), ElementsAre("4"));
 }
 
 TEST_F(ImportWindowTest, UnsavedZonesAndSimulationsSurviveAnImport) {

@@ -12,8 +12,9 @@ protected:
     static constexpr const char* k_second = "ellervane-1997-98";
 
     /// Adds a definition under a name for 1 to 3 October 1997, days that the record has.
-    void add(const std::string& name) {
+    void add(const std::string& name, std::optional<Answer> overwrite = std::nullopt) {
         dialogs_.then_text(name);
+        if (overwrite) dialogs_.then(*overwrite);
         look_at_modal("SimOptions", [](QWidget* window) {
             fill_first_values(window);
             window->findChild<QLineEdit*>(QStringLiteral("mtxt(2)"))->setText(QStringLiteral("10/01/1997"));
@@ -111,6 +112,46 @@ TEST_F(SimulationListTest, NoToADuplicateNameLeavesItsTable) {
     EXPECT_EQ(count("\"ellervane-1996\""), before);
     EXPECT_GT(before, 0);
     EXPECT_EQ(rows(), 2U);
+}
+
+TEST_F(SimulationListTest, AnOverwrittenSimulationKeepsItsRowAndIsTheCurrentOne) {
+    go_to(2, 1);
+    add("ELLERVANE-1996", Answer::Yes);
+    ASSERT_EQ(rows(), 2U);
+    EXPECT_EQ(cell(1, 1), "ELLERVANE-1996");
+    EXPECT_EQ(cell(1, 3), "10/01/1997");
+    EXPECT_EQ(cell(2, 1), k_second);
+    EXPECT_EQ(label(), "ELLERVANE-1996");
+    EXPECT_EQ(grid()->currentIndex().row(), 0);
+    EXPECT_EQ(count("\"ellervane-1996\""), 15);  // three days of five zones
+}
+
+TEST_F(SimulationListTest, AnOverwrittenSimulationThatIsCancelledIsAChangeThatNewAsksAbout) {
+    dialogs_.then_text(k_first).then(Answer::Yes);
+    look_at_modal("SimOptions", [](QWidget* window) { press_in(window, 1); });
+    press(0);
+    EXPECT_EQ(rows(), 2U);
+    EXPECT_TRUE(session_.basin.Basin_Changed);
+    EXPECT_TRUE(session_.basin.Input_Changed);
+    dialogs_.then(Answer::Cancel);
+    choose("mnuFileItem(0)");
+    EXPECT_EQ(last_message().title, "Save Data?");
+}
+
+TEST_F(SimulationListTest, AnOverwrittenSimulationThatWasCancelledIsRebuiltByItsEdit) {
+    dialogs_.then_text(k_first).then(Answer::Yes);
+    look_at_modal("SimOptions", [](QWidget* window) { press_in(window, 1); });
+    press(0);
+    go_to(1, 1);
+    // The mode is that of the daily variables, so that the Yes adds nothing to the parameter table.
+    dialogs_.then(Answer::Yes);
+    look_at_modal("SimOptions", [](QWidget* window) {
+        fill_first_values(window);
+        press_in(window, 0);
+    });
+    press(2);
+    EXPECT_EQ(rows(), 2U);
+    EXPECT_EQ(count("\"ellervane-1996\""), 366 * 5);
 }
 
 TEST_F(SimulationListTest, YesToADuplicateNameEmptiesItsTableBeforeTheWindowOpens) {

@@ -1,6 +1,8 @@
 #include "engine/windows/frmTimeLagDist.h"
 #include "tests/shell/main_window_fixture.h"
 
+#include <gmock/gmock.h>
+
 namespace nivora {
 namespace {
 
@@ -60,11 +62,36 @@ TEST_F(TimeLagRulesTest, LabelsAndButtonsBearTheirTexts) {
     EXPECT_EQ(button(2)->text(), QStringLiteral("&Help"));
 }
 
-TEST_F(TimeLagRulesTest, OpeningWithoutADistributionEmptiesAlsoTheFirstShare) {
-    for (int i = 0; i <= 6; ++i) EXPECT_EQ(text(i)->text(), QString{}) << i;
+TEST_F(TimeLagRulesTest, WithoutADistributionTheFirstShareStartsAtTheWhole) {
+    EXPECT_EQ(text(1)->text(), QStringLiteral("1.0"));
+    for (int i : {0, 2, 3, 4, 5, 6}) EXPECT_EQ(text(i)->text(), QString{}) << i;
     for (int i = 1; i <= 6; ++i) EXPECT_FALSE(text(i)->isEnabled()) << i;
     EXPECT_TRUE(text(0)->isEnabled());
     EXPECT_EQ(total(), QStringLiteral("0"));
+    give_count("1");
+    EXPECT_TRUE(text(1)->isEnabled());
+    EXPECT_EQ(total(), QStringLiteral("1"));
+    button(0)->click();
+    EXPECT_THAT(session_.run.LagDistribution, testing::ElementsAre(1.0F, 1.0F, 0, 0, 0, 0, 0, 0));
+}
+
+TEST_F(TimeLagRulesTest, AcceptingAtOnceDefinesNoDistribution) {
+    button(0)->click();
+    EXPECT_FALSE(lag_->isVisible());
+    EXPECT_THAT(session_.run.LagDistribution, testing::Each(0.0F));
+}
+
+TEST_F(TimeLagRulesTest, SharesWithATotalOfZeroRemoveTheDistribution) {
+    session_.run.LagDistribution = {2.0F, 0.5F, 0.5F};
+    open();
+    give_share(1, "0");
+    give_share(2, "");
+    EXPECT_EQ(total(), QStringLiteral("0"));
+    button(0)->click();
+    EXPECT_FALSE(lag_->isVisible());
+    EXPECT_THAT(session_.run.LagDistribution, testing::Each(0.0F));
+    open();
+    EXPECT_EQ(text(0)->text(), QString{}) << "no distribution is defined";
 }
 
 TEST_F(TimeLagRulesTest, AShareOfZeroOpensEmptyAndDisabledAmongOthers) {

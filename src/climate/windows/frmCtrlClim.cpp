@@ -232,8 +232,11 @@ bool frmCtrlClim::open() {
         session().dialogs.stop(error.what());
         return false;
     }
-    scenario_->setCurrentIndex(-1);
+    // The only scenario needs no choice; the placeholder is none.
+    const bool one = scenario_->count() == 1 && !same_name(from_qt(scenario_->itemText(0)), k_no_scenario);
+    scenario_->setCurrentIndex(one ? 0 : -1);
     updating_ = false;
+    scenario_chosen();
     session().shell.climate_window = true;
     session().desktop.refresh_main_window();
     return true;

@@ -104,6 +104,8 @@ void frmTimeLagDist::open_boxes() {
             sum += distribution.at(i);
         }
     }
+    // Where there is no distribution the whole of a day's melt is that of the day itself.
+    if (!(distribution[0] > 0.0F)) boxes_[1]->setText(QStringLiteral("1.0"));
     total_->setText(to_qt(single_text(sum)));
 }
 

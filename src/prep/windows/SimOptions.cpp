@@ -1,6 +1,7 @@
 #include "prep/windows/SimOptions.h"
 
 #include "session/main_window_rules.h"
+#include "store/run_period.h"
 #include "widgets/controls.h"
 #include "widgets/qt_text.h"
 
@@ -187,8 +188,11 @@ QWidget* SimOptions::make_first_values() {
         grid->addWidget(box, i, 1);
         value_labels_.at(index) = label;
     }
+    value_note_ = make_label(QStringLiteral("lblValuesNote"), {}, 21, frame);
+    value_note_->setWordWrap(true);
+    grid->addWidget(value_note_, static_cast<int>(k_first_values), 0, 1, 2);
     grid->setColumnStretch(1, 1);
-    grid->setRowStretch(static_cast<int>(k_first_values), 1);
+    grid->setRowStretch(static_cast<int>(k_first_values) + 1, 1);
     return frame;
 }
 
@@ -226,7 +230,12 @@ void SimOptions::show_form() {
     boxes_[2]->setText(to_qt(form_.start));
     boxes_[3]->setText(to_qt(form_.end));
     boxes_[4]->setText(to_qt(form_.initial_runoff));
+    const SimOptionsMode mode = session().prep.SimOptions_Mode;
+    const bool values_count = first_values_count(mode, form_);
+    value_note_->setText(to_qt(first_values_note(mode, form_)));
+    value_note_->setVisible(!values_count);
     for (std::size_t i = 0; i < k_first_values; ++i) {
+        boxes_.at(k_first_value_box + i)->setEnabled(values_count);
         boxes_.at(k_first_value_box + i)->setText(to_qt(form_.first_values.at(i)));
         QString caption = QString::fromUtf8(k_value_captions.at(i));
         if (form_.values_of_first_day) caption += QStringLiteral(" (Zone 1, Day 1)");
@@ -332,7 +341,21 @@ void SimOptions::accept() {
         session().dialogs.stop("Missing/invalid data");
         return;
     }
-    if (accepted_) close();
+    if (accepted_) return static_cast<void>(close());
+    go_to_fault();
+}
+
+/// After a definition was refused, the first box that holds it up takes the keyboard.
+void SimOptions::go_to_fault() {
+    constexpr std::size_t k_start_box = 2;
+    constexpr std::size_t k_end_box = 3;
+    const auto start = read_date(form_.start);
+    const auto end = read_date(form_.end);
+    if (!start) return boxes_[k_start_box]->setFocus();
+    if (!end || !is_run_period(*start, *end)) return boxes_[k_end_box]->setFocus();
+    if (!first_values_count(session().prep.SimOptions_Mode, form_)) return;
+    if (const auto value = faulty_first_value(form_))
+        boxes_.at(k_first_value_box + static_cast<std::size_t>(*value))->setFocus();
 }
 
 }  // namespace nivora

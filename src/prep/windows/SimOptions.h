@@ -49,6 +49,7 @@ private:
     bool move_on(const QObject* from, int step);
     bool move_on_from_option(const QObject* from);
     void accept();
+    void go_to_fault();
 
     SimOptionsForm form_;
     bool accepted_ = false;
@@ -59,6 +60,7 @@ private:
     QButtonGroup* temperature_ = nullptr;
     std::array<QCheckBox*, 6> by_zone_{};
     std::array<QLabel*, k_first_values> value_labels_{};
+    QLabel* value_note_ = nullptr;  ///< why the first values are disabled
     QGroupBox* runoff_frame_ = nullptr;
     QGroupBox* threshold_frame_ = nullptr;
     std::vector<QPushButton*> buttons_;
