@@ -1,5 +1,7 @@
 #include "base/durable_file.h"
 
+#include "base/output_file.h"
+
 #include <fmt/format.h>
 
 #include <charconv>
@@ -163,28 +165,10 @@ void move_to_new_name(const fs::path& finished, const fs::path& target) {
     }
 }
 
-void write_whole_file(const fs::path& named, std::string_view content) {
-    std::error_code unknown;  // a name that can't even be looked up is refused when the file is opened
-    if (fs::is_directory(named, unknown)) refuse(named, "can't be written", "it is a folder");
-    const bool exists = fs::exists(named, unknown);
-    // A finished file takes its target's name, so that a device or a pipe would be gone for every other
-    // program.
-    if (exists && !fs::is_regular_file(named, unknown))
-        refuse(named, "can't be written", "it is no ordinary file");
-    const fs::path target = exists ? fs::canonical(named) : named;
-    const fs::path beside = name_beside(target);
-    {
-        std::ofstream file{beside, std::ios::binary | std::ios::trunc};
-        if (!file) refuse(target, "can't be written", "its folder can't be written to, or does not exist");
-        file.write(content.data(), static_cast<std::streamsize>(content.size()));
-        file.close();
-        std::error_code error;
-        if (!file || fs::file_size(beside, error) != content.size()) {
-            remove_quietly(beside);
-            refuse(target, "can't be written", "the disk may be full");
-        }
-    }
-    move_into_place(beside, target);
+void write_whole_file(const fs::path& named, std::string_view content, const std::vector<fs::path>& never) {
+    OutputFile file{named, never};
+    file.write(content);
+    file.finish();
 }
 
 void copy_file_checked(const fs::path& source, const fs::path& copy) {

@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace nivora {
 
@@ -34,10 +35,13 @@ void move_into_place(const std::filesystem::path& finished, const std::filesyste
 /// @throws FileError, with the finished file removed
 void move_to_new_name(const std::filesystem::path& finished, const std::filesystem::path& target);
 
-/// Writes a file whole: beside its target first, then in its place. A link stays a link; what is no ordinary
-/// file is refused.
+/// Writes a file whole: beside its target first, then in its place. A link stays a link, and a file that is
+/// replaced leaves its mode; what is no ordinary file or marked read-only is refused.
+///
+/// @param never files that must not be replaced, by whatever name or link the target leads to them
 /// @throws FileError
-void write_whole_file(const std::filesystem::path& target, std::string_view content);
+void write_whole_file(const std::filesystem::path& target, std::string_view content,
+                      const std::vector<std::filesystem::path>& never = {});
 
 /// Copies a file block by block to a new place, checks every written length and the size, and flushes it.
 /// @throws FileError, with the copy removed

@@ -1,9 +1,12 @@
+#include "base/durable_file.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "batch/commands.h"
 #include "batch/json.h"
+#include "batch/output_guard.h"
 #include "batch/selected_simulation.h"
 #include "climate/climate_run.h"
+#include "store/basin_opening.h"
 #include "store/table_io.h"
 
 #include <fmt/format.h>
@@ -22,9 +25,8 @@ constexpr std::array<std::pair<SummarySeason, const char*>, 3> k_seasons{
     {{SummarySeason::Winter, "Winter"}, {SummarySeason::Summer, "Summer"}, {SummarySeason::Year, "Year"}}};
 
 /// The simulation's scenario of that name, in any case, as it is stored; reported where there is none.
-std::optional<std::string> stored_scenario(const ClimateCommand& command, const Session& session,
-                                           BatchDialogs& dialogs) {
-    BasinDatabase database{command.basin, Access::ReadOnly};
+std::optional<std::string> stored_scenario(BasinDatabase& database, const ClimateCommand& command,
+                                           const Session& session, BatchDialogs& dialogs) {
     std::string names;
     for (const ScenarioIndexRow& row :
          read_table<ScenarioIndexRow>(database, template_table(k_scenario_index))) {
@@ -40,20 +42,24 @@ std::optional<std::string> stored_scenario(const ClimateCommand& command, const 
 
 /// Runs the steps until one is not done.
 bool run_steps(Session& session, const ClimateCommand& command, BatchDialogs& dialogs) {
-    if (!select_in(session, command.basin, command.simulation, dialogs)) return false;
-    const auto scenario = stored_scenario(command, session, dialogs);
+    const std::filesystem::path report =
+        command.report.value_or(std::filesystem::path{command.basin}.replace_filename(k_report));
+    refuse_basin_as_output(report, command.basin);
+    const OpenBasin basin = open_to_run(command.basin, command.wait);
+    BasinDatabase& database = basin.database();
+    if (!select_in(session, database, command.basin, command.simulation, dialogs)) return false;
+    const auto scenario = stored_scenario(database, command, session, dialogs);
     if (!scenario) return false;
     if (const auto problem = run_menu_problem(session.basin)) dialogs.message(problem->message);
     const ClimateContext context{.run = {session.basin, session.run, dialogs},
                                  .climate = session.climate,
-                                 .report_file = command.report.value_or(
-                                     std::filesystem::path{command.basin}.replace_filename(k_report)),
+                                 .report_file = report,
                                  .now = local_now()};
     dialogs.accept_proposals();
     begin_climate(context);
     session.climate.scenario = *scenario;
     for (int step = 1; step <= k_climate_steps; ++step) {
-        const StepOutcome outcome = run_climate_step(context, step);
+        const StepOutcome outcome = run_climate_step(database, context, step);
         end_climate_step(context, step, outcome);
         if (outcome != StepOutcome::Done) return false;
     }
@@ -151,6 +157,8 @@ int climate_command(const ClimateCommand& command, BatchDialogs& dialogs, std::o
         done = run_steps(session, command, dialogs);
     } catch (const StoreError& error) {
         dialogs.report_problem("The basin can't be read", error.what());
+    } catch (const FileError& error) {
+        dialogs.report_problem("The report can't be written", error.what());
     }
     if (command.json) {
         out << printed(climate_json(session.climate, dialogs));

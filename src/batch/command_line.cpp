@@ -57,6 +57,8 @@ std::string iso_date(const std::string& text) {
     return read_iso_date(text) ? std::string{} : "'" + text + "' is no date such as 1996-04-01";
 }
 
+constexpr int k_longest_wait = 86400;
+
 /// The texts of the options as the command line gives them.
 struct Texts {
     std::string file;
@@ -80,6 +82,10 @@ struct Texts {
     std::string csv;
     bool json = false;
     bool refuse = false;
+    std::string made;
+    int wait = static_cast<int>(k_usual_wait.count());
+
+    [[nodiscard]] std::chrono::milliseconds waiting() const { return std::chrono::seconds{wait}; }
 };
 
 std::optional<double> number_option(const std::string& text) { return exact_number(text); }
@@ -103,6 +109,7 @@ ImportCommand import_of(const Texts& texts, const CLI::App& app) {
     command.initial_runoff = number_option(texts.initial_runoff);
     if (app.count("--rain-threshold") > 0) command.rain_threshold = number_option(texts.rain_threshold);
     command.latitude = number_option(texts.latitude);
+    command.wait = texts.waiting();
     return command;
 }
 
@@ -115,6 +122,7 @@ RunCommand run_of(const Texts& texts, const CLI::App& app) {
     command.no_snow = texts.no_snow;
     command.lag_shares = texts.lag_shares;
     command.json = texts.json;
+    command.wait = texts.waiting();
     return command;
 }
 
@@ -212,6 +220,7 @@ ClimateCommand climate_of(const Texts& texts) {
     command.scenario = texts.scenario;
     if (!texts.report.empty()) command.report = path_from_utf8(texts.report);
     command.json = texts.json;
+    command.wait = texts.waiting();
     return command;
 }
 
@@ -245,6 +254,7 @@ ScenarioCommand scenario_of(const Texts& texts, const CLI::App& app) {
     command.name = texts.name;
     if (app.count("--winter-end") > 0) command.winter_end = texts.winter_end;
     command.edits = texts.edits;
+    command.wait = texts.waiting();
     return command;
 }
 
@@ -266,6 +276,29 @@ CLI::App& add_export(CLI::App& app, Texts& texts) {
     return exported;
 }
 
+ExportCommand export_of(const Texts& texts) {
+    return {.basin = path_from_utf8(texts.basin),
+            .table = texts.table,
+            .csv = path_from_utf8(texts.csv),
+            .wait = texts.waiting()};
+}
+
+CLI::App& add_check(CLI::App& app, Texts& texts) {
+    CLI::App& check = *app.add_subcommand(
+        "check",
+        "Check a basin to the last page and row: structure, keys that are doubled or missing, ranges");
+    check.add_option("BASIN.mdb", texts.basin, "Basin file; it is not changed")->required();
+    return check;
+}
+
+CLI::App& add_salvage(CLI::App& app, Texts& texts) {
+    CLI::App& salvage = *app.add_subcommand(
+        "salvage", "Copy every table and row of a damaged basin that can be read, and list what can't");
+    salvage.add_option("DAMAGED.mdb", texts.basin, "Basin file; it is not changed")->required();
+    salvage.add_option("NEW.mdb", texts.made, "File to write; it must not exist")->required();
+    return salvage;
+}
+
 CLI::App& add_template(CLI::App& app, Texts& texts) {
     CLI::App& blank = *app.add_subcommand("template", "Write the blank template of all basins to a new file");
     blank.add_option("FILE.mdb", texts.file, "File to write; it must not exist")->required();
@@ -280,6 +313,11 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
     app.footer(k_footer);
     app.set_version_flag("--version", std::string{"Nivora "} + k_version);
     app.add_flag("--refuse", texts.refuse, "Answer the model's questions with Cancel or No");
+    app.add_option(
+           "--wait", texts.wait,
+           "Seconds to wait for another program that works on the basin, before the command is refused")
+        ->check(CLI::Range(0, k_longest_wait))
+        ->capture_default_str();
     app.fallthrough();
     app.require_subcommand(1);
     CLI::App& import = add_import(app, texts);
@@ -289,6 +327,8 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
     CLI::App& scenario = add_scenario(app, texts);
     CLI::App& exported = add_export(app, texts);
     CLI::App& blank = add_template(app, texts);
+    CLI::App& check = add_check(app, texts);
+    CLI::App& salvage = add_salvage(app, texts);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -300,12 +340,14 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
         if (run.parsed()) return run_command(run_of(texts, run), dialogs, out);
         if (climate.parsed()) return climate_command(climate_of(texts), dialogs, out);
         if (scenario.parsed()) return scenario_command(scenario_of(texts, scenario), dialogs, out);
-        if (exported.parsed()) {
-            return export_command(path_from_utf8(texts.basin), texts.table, path_from_utf8(texts.csv),
-                                  dialogs);
-        }
+        if (exported.parsed()) return export_command(export_of(texts), dialogs);
         if (simulations.parsed())
-            return simulations_command(path_from_utf8(texts.basin), texts.json, dialogs, out);
+            return simulations_command(path_from_utf8(texts.basin), texts.waiting(), texts.json, dialogs,
+                                       out);
+        if (check.parsed()) return check_command(path_from_utf8(texts.basin), texts.waiting(), dialogs, out);
+        if (salvage.parsed()) {
+            return salvage_command(path_from_utf8(texts.basin), path_from_utf8(texts.made), dialogs, out);
+        }
         if (blank.parsed()) return template_command(path_from_utf8(texts.file), dialogs);
     } catch (const std::filesystem::filesystem_error& error) {
         // A path that no file can have, such as one with a name that is too long.

@@ -3,6 +3,7 @@
 
 #include "batch/batch_dialogs.h"
 
+#include <chrono>
 #include <filesystem>
 #include <iosfwd>
 #include <optional>
@@ -14,6 +15,9 @@ namespace nivora {
 inline constexpr int k_done = 0;
 inline constexpr int k_said_no = 1;
 inline constexpr int k_wrong_usage = 2;
+
+/// How long a command waits for another program that works on the basin, where --wait does not say it.
+inline constexpr std::chrono::seconds k_usual_wait{10};
 
 /// Which inputs of a simulation are given zone by zone.
 struct ByZone {
@@ -35,6 +39,7 @@ struct ImportCommand {
     /// cm or inches. Outer: whether the option was given; inner: nothing for a blank cell.
     std::optional<std::optional<double>> rain_threshold;
     std::optional<double> latitude;  ///< decimal degrees
+    std::chrono::milliseconds wait = k_usual_wait;
 };
 
 struct RunCommand {
@@ -45,6 +50,7 @@ struct RunCommand {
     bool no_snow = false;
     std::vector<std::string> lag_shares;
     bool json = false;
+    std::chrono::milliseconds wait = k_usual_wait;
 };
 
 struct ClimateCommand {
@@ -53,6 +59,7 @@ struct ClimateCommand {
     std::string scenario;
     std::optional<std::filesystem::path> report;  ///< beside the basin if not given
     bool json = false;
+    std::chrono::milliseconds wait = k_usual_wait;
 };
 
 struct ScenarioCommand {
@@ -61,6 +68,14 @@ struct ScenarioCommand {
     std::string name;
     std::optional<std::string> winter_end;  ///< the middle of the simulation if not given
     std::vector<std::string> edits;         ///< each VARIABLE:START:END:ACTION:FACTOR:ZONE
+    std::chrono::milliseconds wait = k_usual_wait;
+};
+
+struct ExportCommand {
+    std::filesystem::path basin;
+    std::string table;
+    std::filesystem::path csv;
+    std::chrono::milliseconds wait = k_usual_wait;
 };
 
 /// Creates the basin file from a legacy file, or imports into it if it exists. What is refused changes
@@ -68,8 +83,8 @@ struct ScenarioCommand {
 int import_command(const ImportCommand& command, BatchDialogs& dialogs, std::ostream& out);
 
 /// Lists the simulations of a basin.
-int simulations_command(const std::filesystem::path& basin, bool json, BatchDialogs& dialogs,
-                        std::ostream& out);
+int simulations_command(const std::filesystem::path& basin, std::chrono::milliseconds wait, bool json,
+                        BatchDialogs& dialogs, std::ostream& out);
 
 /// Runs a simulation, leaves `SimResults` in the file and prints the statistics.
 int run_command(const RunCommand& command, BatchDialogs& dialogs, std::ostream& out);
@@ -83,8 +98,15 @@ int climate_command(const ClimateCommand& command, BatchDialogs& dialogs, std::o
 int scenario_command(const ScenarioCommand& command, BatchDialogs& dialogs, std::ostream& out);
 
 /// Writes a table as CSV.
-int export_command(const std::filesystem::path& basin, const std::string& table,
-                   const std::filesystem::path& csv, BatchDialogs& dialogs);
+int export_command(const ExportCommand& command, BatchDialogs& dialogs);
+
+/// Checks a basin file to the last page and row, and prints what is wrong.
+int check_command(const std::filesystem::path& basin, std::chrono::milliseconds wait, BatchDialogs& dialogs,
+                  std::ostream& out);
+
+/// Copies what can be read of a damaged basin into a new file, and prints what came over and what did not.
+int salvage_command(const std::filesystem::path& damaged, const std::filesystem::path& made,
+                    BatchDialogs& dialogs, std::ostream& out);
 
 /// Writes the blank template of all basins.
 int template_command(const std::filesystem::path& file, BatchDialogs& dialogs);

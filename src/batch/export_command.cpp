@@ -1,14 +1,15 @@
 #include "base/durable_file.h"
 #include "base/number_text.h"
+#include "base/output_file.h"
 #include "batch/commands.h"
+#include "batch/output_guard.h"
+#include "store/basin_opening.h"
 #include "store/table_io.h"
 
 #include <fmt/format.h>
 
 namespace nivora {
 namespace {
-
-namespace fs = std::filesystem;
 
 /// A text in the form of CSV: in quote marks where it has to be, and where it is empty, which a missing value
 /// is not.
@@ -55,40 +56,35 @@ std::string csv_value(SQLite::Statement& row, int position, FieldType type) {
     return csv_text(text);
 }
 
-std::string csv_of(BasinDatabase& database, const std::string& table) {
+/// Writes a table row by row, so that its size does not count.
+void write_csv(BasinDatabase& database, const std::string& table, OutputFile& file) {
     const auto fields = database.table_fields(table);
-    const std::string name = database.stored_name(table).value_or(table);
-    return guarded([&] {
-        std::string csv;
-        for (const Field& field : fields) csv += (csv.empty() ? "" : ",") + csv_text(field.name);
-        csv += '\n';
-        SQLite::Statement query{database.sql(), "SELECT * FROM " + quoted_name(name) + " ORDER BY rowid"};
+    guarded([&] {
+        std::string line;
+        for (const Field& field : fields) line += (line.empty() ? "" : ",") + csv_text(field.name);
+        file.write(line += '\n');
+        SQLite::Statement query{database.sql(), "SELECT * FROM " + quoted_name(table) + " ORDER BY rowid"};
         while (query.executeStep()) {
+            line.clear();
             for (std::size_t i = 0; i < fields.size(); ++i) {
-                if (i > 0) csv += ',';
-                csv += csv_value(query, static_cast<int>(i), fields[i].type);
+                if (i > 0) line += ',';
+                line += csv_value(query, static_cast<int>(i), fields[i].type);
             }
-            csv += '\n';
+            file.write(line += '\n');
         }
-        return csv;
     });
-}
-
-/// The basin itself is no place for its table.
-void refuse_basin(const fs::path& csv, const fs::path& basin) {
-    if (!fs::exists(csv) || !fs::equivalent(csv, basin)) return;
-    throw FileError(fmt::format("The file '{}' can't be written: it is the basin.", path_text(csv)));
 }
 
 }  // namespace
 
-int export_command(const std::filesystem::path& basin, const std::string& table,
-                   const std::filesystem::path& csv, BatchDialogs& dialogs) {
+int export_command(const ExportCommand& command, BatchDialogs& dialogs) {
     try {
-        BasinDatabase database{basin, Access::ReadOnly};
-        const std::string content = csv_of(database, table);
-        refuse_basin(csv, basin);
-        write_whole_file(csv, content);
+        refuse_basin_as_output(command.csv, command.basin);
+        const OpenBasin basin = open_to_read(command.basin, command.wait, Check::All);
+        const std::string table = basin.database().existing_table(command.table);
+        OutputFile file{command.csv, {command.basin}};
+        write_csv(basin.database(), table, file);
+        file.finish();
         return k_done;
     } catch (const StoreError& error) {
         dialogs.report_problem("Export failed", error.what());

@@ -2,6 +2,8 @@
 #include "base/text.h"
 #include "batch/commands.h"
 #include "prep/legacy_import.h"
+#include "store/basin_copy.h"
+#include "store/basin_opening.h"
 #include "store/table_io.h"
 
 #include <fmt/format.h>
@@ -98,22 +100,14 @@ std::optional<Simulation> import_into(BasinDatabase& database, const LegacyFile&
 /// The same into a new basin, which gets its name once it is whole.
 std::optional<Simulation> import_into_new(const LegacyFile& file, const ImportCommand& command,
                                           BatchDialogs& dialogs) {
-    const fs::path beside = name_beside(command.basin);
+    const PartFile beside{command.basin};
+    BasinDatabase::create_template(beside.path());
     std::optional<Simulation> imported;
-    try {
-        BasinDatabase::create_template(beside);
-        {
-            BasinDatabase database{beside, Access::ReadWrite};
-            imported = import_into(database, file, command, dialogs);
-        }
-        if (imported) move_to_new_name(beside, command.basin);
-    } catch (...) {
-        std::error_code ignored;  // the fault that led here is what the user has to hear of
-        fs::remove(beside, ignored);
-        throw;
+    {
+        BasinDatabase database{beside.path(), Access::ReadWrite};
+        imported = import_into(database, file, command, dialogs);
     }
-    std::error_code ignored;  // gone already where it got its name
-    fs::remove(beside, ignored);
+    if (imported) give_new_name(beside.path(), command.basin);
     return imported;
 }
 
@@ -138,8 +132,8 @@ int import_command(const ImportCommand& command, BatchDialogs& dialogs, std::ost
     try {
         std::optional<Simulation> imported;
         if (fs::exists(fs::symlink_status(command.basin))) {
-            BasinDatabase database{command.basin, Access::ReadWrite};
-            imported = import_into(database, *file, command, dialogs);
+            const OpenBasin basin = open_to_write(command.basin, command.wait);
+            imported = import_into(basin.database(), *file, command, dialogs);
         } else {
             imported = import_into_new(*file, command, dialogs);
         }

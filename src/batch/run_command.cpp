@@ -7,6 +7,7 @@
 #include "engine/results_summary.h"
 #include "engine/run_driver.h"
 #include "session/session.h"
+#include "store/basin_opening.h"
 
 #include <fmt/format.h>
 
@@ -73,13 +74,16 @@ void print_statistics(const Session& session, std::ostream& out) {
 }
 
 RunOutcome run_in(Session& session, const RunCommand& command, BatchDialogs& dialogs) {
-    if (!select_in(session, command.basin, command.simulation, dialogs) || !take_lag_shares(session, command))
+    const OpenBasin basin = open_to_run(command.basin, command.wait);
+    BasinDatabase& database = basin.database();
+    if (!select_in(session, database, command.basin, command.simulation, dialogs) ||
+        !take_lag_shares(session, command))
         return {};
     session.run.NoSnow = command.no_snow;
     if (const auto problem = run_menu_problem(session.basin)) dialogs.message(problem->message);
     const int index = command.year_round ? 1 : 0;
     if (!choose_kind(session, command, dialogs, index)) return {};
-    return start_run({session.basin, session.run, dialogs}, index);
+    return start_run(database, {session.basin, session.run, dialogs}, index);
 }
 
 }  // namespace

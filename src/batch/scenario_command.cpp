@@ -4,6 +4,7 @@
 #include "batch/scenario_edit.h"
 #include "batch/selected_simulation.h"
 #include "climate/scenario_definitions.h"
+#include "store/basin_opening.h"
 
 #include <fmt/format.h>
 
@@ -59,8 +60,8 @@ std::optional<double> winter_end_of(const ScenarioCommand& command, const BasinS
 
 /// The scenario as it was stored; nothing where it was refused, which has been shown, and the basin is as it
 /// was.
-std::optional<Scenario> store_in(const BasinState& basin, const ScenarioCommand& command,
-                                 BatchDialogs& dialogs) {
+std::optional<Scenario> store_in(BasinDatabase& database, const BasinState& basin,
+                                 const ScenarioCommand& command, BatchDialogs& dialogs) {
     if (!basin.Current_Start || !basin.Current_End) {
         dialogs.report_problem(k_title,
                                fmt::format("The simulation '{}' has no period.", basin.Current_Sim_Name));
@@ -77,7 +78,6 @@ std::optional<Scenario> store_in(const BasinState& basin, const ScenarioCommand&
     scenario.index.winter_end_date = winter_end;
     scenario.index.comments = k_new_scenario_comments;
     scenario.rows = *std::move(rows);
-    BasinDatabase database{command.basin, Access::ReadWrite};
     const bool stored = database.in_transaction([&] {
         if (const auto problem = create_scenario(database, basin, scenario.index.scenario)) {
             dialogs.message(*problem);
@@ -96,8 +96,10 @@ int scenario_command(const ScenarioCommand& command, BatchDialogs& dialogs, std:
     Desktop no_desktop;
     Session session{dialogs, no_desktop};
     try {
-        if (!select_in(session, command.basin, command.simulation, dialogs)) return k_said_no;
-        const auto scenario = store_in(session.basin, command, dialogs);
+        const OpenBasin basin = open_to_write(command.basin, command.wait);
+        BasinDatabase& database = basin.database();
+        if (!select_in(session, database, command.basin, command.simulation, dialogs)) return k_said_no;
+        const auto scenario = store_in(database, session.basin, command, dialogs);
         if (!scenario) return k_said_no;
         out << fmt::format("Stored '{}' for '{}' in {}: {} edits, the winter ends on {}.\n",
                            scenario->index.scenario, scenario->index.simulation, path_text(command.basin),

@@ -4,16 +4,13 @@
 
 namespace nivora {
 
-bool select_in(Session& session, const std::filesystem::path& file, const std::string& simulation,
-               BatchDialogs& dialogs) {
+bool select_in(Session& session, BasinDatabase& database, const std::filesystem::path& file,
+               const std::string& simulation, BatchDialogs& dialogs) {
     BasinState& basin = session.basin;
     basin.Basin_File = file;
     basin.Work_File = file;
     basin.New_Basin = false;
-    {
-        BasinDatabase database{file, Access::ReadOnly};
-        read_basin(database, basin);
-    }
+    read_basin(database, basin);
     if (const auto row = find_simulation(basin, simulation)) {
         select_simulation(basin, *row);
         return true;

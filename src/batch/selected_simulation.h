@@ -9,8 +9,8 @@
 
 namespace nivora {
 
-/// Opens the basin in the session and selects the simulation; false after a report.
-[[nodiscard]] bool select_in(Session& session, const std::filesystem::path& file,
+/// Reads the basin into the session and selects the simulation; false after a report.
+[[nodiscard]] bool select_in(Session& session, BasinDatabase& database, const std::filesystem::path& file,
                              const std::string& simulation, BatchDialogs& dialogs);
 
 }  // namespace nivora

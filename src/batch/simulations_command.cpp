@@ -1,5 +1,6 @@
 #include "batch/commands.h"
 #include "batch/json.h"
+#include "store/basin_opening.h"
 #include "store/basin_store.h"
 
 #include <fmt/format.h>
@@ -54,12 +55,12 @@ std::string shown_cell(const std::string& text) { return text.empty() ? "blank" 
 
 }  // namespace
 
-int simulations_command(const std::filesystem::path& basin, bool json, BatchDialogs& dialogs,
-                        std::ostream& out) {
+int simulations_command(const std::filesystem::path& basin, std::chrono::milliseconds wait, bool json,
+                        BatchDialogs& dialogs, std::ostream& out) {
     try {
-        BasinDatabase database{basin, Access::ReadOnly};
+        const OpenBasin open = open_to_read(basin, wait, Check::Schema);
         BasinState state;
-        read_basin(database, state);
+        read_basin(open.database(), state);
         if (json) {
             Json list = Json::array();
             for (const Simulation& simulation : state.simulations)

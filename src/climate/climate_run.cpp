@@ -210,7 +210,8 @@ bool fifth_step(SimResults& results, ClimateContext context) {
     const WinterContext winter{context.run.basin, context.run.run, context.climate, context.run.dialogs};
     try {
         const std::string report = Winter_Adjustment(results, winter, context.now);
-        write_whole_file(context.report_file, report);
+        const BasinState& basin = context.run.basin;
+        write_whole_file(context.report_file, report, {basin.Work_File, basin.Basin_File});
         return true;
     } catch (const Fault& fault) {
         context.run.dialogs.stop(fault.what());
@@ -285,16 +286,25 @@ void begin_climate(ClimateContext context) {
 }
 
 StepOutcome run_climate_step(ClimateContext context, int step) {
-    const RunState before = context.run.run;
-    context.run.run.ClimateStep = step;
-    StepOutcome outcome = StepOutcome::Suspended;
     try {
         BasinDatabase database{context.run.basin.Work_File, Access::ReadWrite};
-        outcome = step == 1 ? first_step(database, context, before) : later_step(database, context, step);
+        return run_climate_step(database, context, step);
+    } catch (const StoreError& error) {
+        context.run.run.ClimateStep = step;
+        context.run.dialogs.stop(error.what());
+        return StepOutcome::Suspended;
+    }
+}
+
+StepOutcome run_climate_step(BasinDatabase& database, ClimateContext context, int step) {
+    const RunState before = context.run.run;
+    context.run.run.ClimateStep = step;
+    try {
+        return step == 1 ? first_step(database, context, before) : later_step(database, context, step);
     } catch (const StoreError& error) {
         context.run.dialogs.stop(error.what());
+        return StepOutcome::Suspended;
     }
-    return outcome;
 }
 
 void end_climate_step(ClimateContext context, int step, StepOutcome outcome) {

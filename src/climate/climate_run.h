@@ -37,6 +37,9 @@ void begin_climate(ClimateContext context);
 /// step that was not done may be taken again. end_climate_step comes after it.
 [[nodiscard]] StepOutcome run_climate_step(ClimateContext context, int step);
 
+/// The same in a file that the caller has open, so that nobody changes it between two steps.
+[[nodiscard]] StepOutcome run_climate_step(BasinDatabase& database, ClimateContext context, int step);
+
 /// Says so where the step was suspended, and marks what the results are worth now. A step that came to no
 /// run leaves all as it is.
 void end_climate_step(ClimateContext context, int step, StepOutcome outcome);

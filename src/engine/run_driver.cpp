@@ -84,6 +84,26 @@ std::unique_ptr<BasinDatabase> open_or_message(const BasinState& basin, Dialogs&
     }
 }
 
+/// Takes what the run is to work on from the current simulation; false after a message where its
+/// period is refused.
+bool prepare_run(RunContext context, int index) {
+    auto& [basin, run, dialogs] = context;
+    if (run.RunKind == k_run_kind_simulation_chosen) {
+        run.RunKind = index + k_melt_season_simulation;
+        run.RunTitle = title_of(simulation_caption(index));
+    }
+    const Simulation* simulation = basin.current_simulation();
+    if (const auto problem = run_period_problem(simulation)) {
+        dialogs.message(*problem);
+        return false;
+    }
+    run.RunStart = *simulation->start;
+    run.RunEnd = *simulation->end;
+    run.ClimateStep = 0;
+    run.InitialRunoff = static_cast<float>(simulation->value(13).value_or(0.0));
+    return true;
+}
+
 RunOutcome run_on(BasinDatabase& database, RunContext context) {
     RunOutcome outcome;
     BuiltResults built = Build_SimResults(database, context.basin, context.run, context.dialogs, nullptr);
@@ -175,23 +195,14 @@ bool Run_Model(SimResults& results, RunContext context, StatisticsReach& statist
 }
 
 RunOutcome start_run(RunContext context, int index) {
-    auto& [basin, run, dialogs] = context;
-    if (run.RunKind == k_run_kind_simulation_chosen) {
-        run.RunKind = index + k_melt_season_simulation;
-        run.RunTitle = title_of(simulation_caption(index));
-    }
-    const Simulation* simulation = basin.current_simulation();
-    if (const auto problem = run_period_problem(simulation)) {
-        dialogs.message(*problem);
-        return {};
-    }
-    run.RunStart = *simulation->start;
-    run.RunEnd = *simulation->end;
-    run.ClimateStep = 0;
-    run.InitialRunoff = static_cast<float>(simulation->value(13).value_or(0.0));
-    const auto database = open_or_message(basin, dialogs);
+    if (!prepare_run(context, index)) return {};
+    const auto database = open_or_message(context.basin, context.dialogs);
     if (!database) return {};
     return run_on(*database, context);
+}
+
+RunOutcome start_run(BasinDatabase& database, RunContext context, int index) {
+    return prepare_run(context, index) ? run_on(database, context) : RunOutcome{};
 }
 
 }  // namespace nivora

@@ -68,4 +68,7 @@ struct RunOutcome {
 /// @param index 0 melt season, 1 year round; after choose_simulation or choose_forecast
 RunOutcome start_run(RunContext context, int index);
 
+/// The same in a file that the caller has open.
+RunOutcome start_run(BasinDatabase& database, RunContext context, int index);
+
 }  // namespace nivora

@@ -1,12 +1,11 @@
 #include "store/basin_copy.h"
 
 #include "base/durable_file.h"
+#include "base/output_file.h"
 #include "store/database.h"
 
 #include <SQLiteCpp/Backup.h>
 #include <fmt/format.h>
-
-#include <fstream>
 
 namespace nivora {
 namespace {
@@ -23,23 +22,6 @@ void remove_quietly(const fs::path& path) {
     std::error_code ignored;  // the fault that led here is what the caller has to hear of
     fs::remove(path, ignored);
 }
-
-/// A file that is removed at the end unless it was given its name.
-class PartFile {
-public:
-    explicit PartFile(const fs::path& target) : path_(name_beside(target)) {}
-    PartFile(const PartFile&) = delete;
-    PartFile& operator=(const PartFile&) = delete;
-    ~PartFile() {
-        remove_quietly(journal_of(path_));
-        remove_quietly(path_);
-    }
-
-    [[nodiscard]] const fs::path& path() const { return path_; }
-
-private:
-    fs::path path_;
-};
 
 void check_structure(BasinDatabase& database) {
     const std::string verdict =
@@ -91,18 +73,6 @@ void copy_interrupted(const fs::path& user_file, const fs::path& part) {
     check_structure(copy);
 }
 
-/// Refuses a file that may not be written, which a rename would pass over.
-void test_writable(const fs::path& file) {
-    if (!fs::exists(file)) return;
-    constexpr auto k_any_write = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
-    const bool marked = (fs::status(file).permissions() & k_any_write) == fs::perms::none;
-    const std::fstream probe{file, std::ios::binary | std::ios::in | std::ios::out};
-    if (fs::is_regular_file(file) && !marked && probe) return;
-    throw FileError(
-        fmt::format("The file '{}' can't be written: it is marked read-only, or the permission is missing.",
-                    path_text(file)));
-}
-
 /// Runs a piece of file work; a path that can't be reached, such as one whose name is too long or whose
 /// folder is closed, ends in a reason for the user.
 template <typename Work>
@@ -122,6 +92,20 @@ fs::path real_file(const fs::path& file) {
 
 }  // namespace
 
+PartFile::PartFile(const fs::path& target) : path_(name_beside(target)) { remove_leftovers(target); }
+
+PartFile::~PartFile() {
+    remove_quietly(journal_of(path_));
+    remove_quietly(path_);
+}
+
+void give_new_name(const fs::path& finished, const fs::path& target) {
+    // Without its basin a journal belongs to nothing, and would be played back into the new one.
+    std::error_code unknown;  // a name that can't even be looked up is refused by the move
+    if (!fs::exists(fs::symlink_status(target, unknown))) remove_quietly(journal_of(target));
+    move_to_new_name(finished, target);
+}
+
 void copy_into_work_file(const fs::path& user_file, const fs::path& work_file) {
     reaching_files([&] {
         remove_leftovers(work_file);
@@ -137,7 +121,7 @@ void copy_into_work_file(const fs::path& user_file, const fs::path& work_file) {
 void copy_over_user_file(const fs::path& work_file, const fs::path& user_file) {
     reaching_files([&] {
         const fs::path target = real_file(user_file);
-        test_writable(target);
+        refuse_unwritable(target);
         remove_leftovers(target);
         settle_journal(work_file);
         const PartFile part{target};

@@ -8,6 +8,26 @@
 
 namespace nivora {
 
+/// A basin that is made beside its name: removed at the end, with its journal, unless it was given the name.
+/// What killed programs left beside the target is removed.
+class PartFile {
+public:
+    explicit PartFile(const std::filesystem::path& target);
+    PartFile(const PartFile&) = delete;
+    PartFile& operator=(const PartFile&) = delete;
+    ~PartFile();
+
+    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+private:
+    std::filesystem::path path_;
+};
+
+/// Gives a finished basin a name that no file has yet. A journal that was left under that name by a basin
+/// which is gone is removed.
+/// @throws FileError, with the finished file removed
+void give_new_name(const std::filesystem::path& finished, const std::filesystem::path& target);
+
 /// Brings a user's basin file into the working file.
 ///
 /// Goes through the database engine, so that a journal which another program left beside the file counts. The

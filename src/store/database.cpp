@@ -3,6 +3,7 @@
 #include "base/calendar.h"
 #include "base/durable_file.h"
 #include "base/text.h"
+#include "store/basin_copy.h"
 
 #include <SQLiteCpp/Statement.h>
 #include <SQLiteCpp/Transaction.h>
@@ -19,7 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int k_busy_wait_ms = 2000;
 constexpr std::size_t k_header_size = 100;
 constexpr std::size_t k_user_version_at = 60;
 constexpr std::size_t k_application_id_at = 68;
@@ -99,13 +99,14 @@ void open_defensively(SQLite::Database& sql) {
     sqlite3_create_function(handle, "month", 1, deterministic, nullptr, sql_month, nullptr, nullptr);
 }
 
-SQLite::Database opened(const fs::path& path, Access access) {
+SQLite::Database opened(const fs::path& path, Access access, std::chrono::milliseconds wait) {
     check_identity(path);
     return guarded([&] {
         // The program has one thread, so that the engine's own locks would only cost time.
         const int flags = (access == Access::ReadOnly ? SQLite::OPEN_READONLY : SQLite::OPEN_READWRITE) |
                           SQLite::OPEN_NOMUTEX;
-        SQLite::Database sql{path_text(path), flags, k_busy_wait_ms};
+        // A relative name that begins with "file:" would be taken for an address with options.
+        SQLite::Database sql{path_text(fs::absolute(path)), flags, static_cast<int>(wait.count())};
         open_defensively(sql);
         // Freed pages hold the user's own old results; wiping them would double the writing of a run.
         sql.exec("PRAGMA secure_delete = OFF");
@@ -181,22 +182,40 @@ StoreError store_error(const SQLite::Exception& exception) {
     return {fault, text};
 }
 
-BasinDatabase::BasinDatabase(const fs::path& path, Access access) : path_(path), sql_(opened(path, access)) {}
+bool is_basin_file(const fs::path& file) {
+    try {
+        check_identity(file);
+        return true;
+    } catch (const StoreError& error) {
+        return error.fault() == StoreFault::Newer || error.fault() == StoreFault::Damaged;
+    }
+}
+
+BasinDatabase::BasinDatabase(const fs::path& path, Access access, std::chrono::milliseconds wait)
+    : path_(path), sql_(opened(path, access, wait)) {}
+
+void BasinDatabase::hold_alone() {
+    guarded([&] {
+        sql_.execAndGet("PRAGMA locking_mode = EXCLUSIVE");
+        sql_.exec("BEGIN EXCLUSIVE");
+        sql_.exec("COMMIT");
+    });
+}
+
+bool BasinDatabase::has_moved() {
+    int moved = 0;
+    const int answer = sqlite3_file_control(sql_.getHandle(), "main", SQLITE_FCNTL_HAS_MOVED, &moved);
+    return answer == SQLITE_OK && moved != 0;  // a file system that can't tell keeps its files in place
+}
 
 void BasinDatabase::create_template(const fs::path& path) {
     std::error_code unknown;  // a name that can't even be looked up is refused when the file is made
     if (fs::exists(fs::symlink_status(path, unknown))) {
         refuse(StoreFault::Exists, path, "exists already; it was left as it is.");
     }
-    const fs::path beside = name_beside(path);
-    try {
-        write_template(beside);
-    } catch (...) {
-        std::error_code ignored;  // the fault that led here is what the caller has to hear of
-        fs::remove(beside, ignored);
-        throw;
-    }
-    move_to_new_name(beside, path);
+    const PartFile beside{path};
+    write_template(beside.path());
+    give_new_name(beside.path(), path);
 }
 
 std::optional<std::string> BasinDatabase::stored_name(std::string_view table) {

@@ -6,6 +6,7 @@
 
 #include <SQLiteCpp/Database.h>
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -22,6 +23,9 @@ inline constexpr std::int32_t k_schema_version = 1;
 
 enum class Access { ReadOnly, ReadWrite };
 
+/// How long a program waits for another one that writes into the basin.
+inline constexpr std::chrono::milliseconds k_busy_wait{2000};
+
 /// An open basin file. Table names are compared without regard to case, in every script.
 ///
 /// Every call throws StoreError where the store refuses. SQL text may use two functions beside the engine's
@@ -30,7 +34,19 @@ class BasinDatabase {
 public:
     /// Opens a basin file. A file that is missing, foreign, newer or no database is refused before the
     /// database engine sees it, so that it stays as it was to the last byte.
-    BasinDatabase(const std::filesystem::path& path, Access access);
+    BasinDatabase(const std::filesystem::path& path, Access access,
+                  std::chrono::milliseconds wait = k_busy_wait);
+
+    /// Keeps every other program out of the file until the basin is closed, so that all that is read and
+    /// written in between is one work. Undoes the change of a program that was killed. Only for ReadWrite;
+    /// meanwhile no other BasinDatabase can open the file, and nothing else of this process may open and
+    /// close it, since the system drops the locks of a file with the first of its handles.
+    ///
+    /// @throws StoreError, Busy where another program did not let go of the file in time
+    void hold_alone();
+
+    /// Whether the name of the file belongs to another file by now, such as one that was saved over it.
+    [[nodiscard]] bool has_moved();
 
     /// Writes the blank template: the five tables of a new basin, with one basin row that has the placeholder
     /// name and units not yet fixed (-1). Refuses a name that is taken.
@@ -65,6 +81,10 @@ private:
     std::filesystem::path path_;
     SQLite::Database sql_;
 };
+
+/// Whether a file bears the marks of a basin, of this version or a later one. Only for a file that this
+/// process has not open.
+[[nodiscard]] bool is_basin_file(const std::filesystem::path& file);
 
 /// Runs a piece of work and turns what the database engine throws into a StoreError.
 template <typename Work>
