@@ -81,10 +81,34 @@ std::optional<long> writer_of(std::string_view name, std::string_view target) {
     return number;
 }
 
+#ifdef _WIN32
+/// Flushes a file; a fault names the one that it is written for.
+void flush_for(const fs::path& path, const fs::path& told) {
+    const HANDLE file =
+        CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) refuse(told, "can't be opened to flush it", "the system refused");
+    const bool flushed = FlushFileBuffers(file) != 0;
+    CloseHandle(file);
+    if (!flushed) refuse(told, "can't be flushed to the disk", "the system refused");
+}
+#else
+/// Flushes a file or folder; a fault names the file that it is written for.
+void flush_for(const fs::path& path, const fs::path& told) {
+    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (file < 0) refuse(told, "can't be opened to flush it", std::strerror(errno));
+    const int flushed = ::fsync(file);
+    const int number = errno;
+    ::close(file);
+    // Some file systems can't flush a folder and say so with EINVAL.
+    if (flushed != 0 && number != EINVAL) refuse(told, "can't be flushed to the disk", std::strerror(number));
+}
+#endif
+
 void flush_folder_of(const fs::path& path) {
     const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path{"."};
 #ifndef _WIN32
-    flush_to_disk(folder);
+    flush_for(folder, folder);
 #else
     static_cast<void>(folder);  // the rename was asked to write through
 #endif
@@ -92,27 +116,7 @@ void flush_folder_of(const fs::path& path) {
 
 }  // namespace
 
-#ifdef _WIN32
-void flush_to_disk(const fs::path& path) {
-    const HANDLE file =
-        CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE) refuse(path, "can't be opened to flush it", "the system refused");
-    const bool flushed = FlushFileBuffers(file) != 0;
-    CloseHandle(file);
-    if (!flushed) refuse(path, "can't be flushed to the disk", "the system refused");
-}
-#else
-void flush_to_disk(const fs::path& path) {
-    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (file < 0) refuse(path, "can't be opened to flush it", std::strerror(errno));
-    const int flushed = ::fsync(file);
-    const int number = errno;
-    ::close(file);
-    // Some file systems can't flush a folder and say so with EINVAL.
-    if (flushed != 0 && number != EINVAL) refuse(path, "can't be flushed to the disk", std::strerror(number));
-}
-#endif
+void flush_to_disk(const fs::path& path) { flush_for(path, path); }
 
 std::string path_text(const fs::path& path) {
     const std::u8string text = path.u8string();
@@ -132,7 +136,7 @@ fs::path name_beside(const fs::path& target) {
 
 void move_into_place(const fs::path& finished, const fs::path& target) {
     try {
-        flush_to_disk(finished);
+        flush_for(finished, target);
         std::error_code error;
         fs::rename(finished, target, error);
         if (error) refuse(target, "can't be written", error.message());
@@ -145,7 +149,7 @@ void move_into_place(const fs::path& finished, const fs::path& target) {
 
 void move_to_new_name(const fs::path& finished, const fs::path& target) {
     try {
-        flush_to_disk(finished);
+        flush_for(finished, target);
         std::error_code error;
         // A hard link fails where the name is taken, which a rename would not.
         fs::create_hard_link(finished, target, error);
@@ -171,12 +175,12 @@ void write_whole_file(const fs::path& named, std::string_view content, const std
     file.finish();
 }
 
-void copy_file_checked(const fs::path& source, const fs::path& copy) {
+void copy_file_checked(const fs::path& source, const fs::path& copy, const fs::path& told) {
     constexpr std::size_t k_block = 1U << 20U;
     std::ifstream in{source, std::ios::binary};
     if (!in) refuse(source, "can't be read", "it is missing, or the permission to read it is");
     std::ofstream out{copy, std::ios::binary | std::ios::trunc};
-    if (!out) refuse(copy, "can't be written", "its folder can't be written to, or does not exist");
+    if (!out) refuse(told, "can't be written", "its folder can't be written to, or does not exist");
     std::vector<char> block(k_block);
     std::uintmax_t copied = 0;
     while (in && out) {
@@ -189,10 +193,10 @@ void copy_file_checked(const fs::path& source, const fs::path& copy) {
     const bool whole = in.eof() && !in.bad() && out.good() && fs::file_size(copy, error) == copied && !error;
     if (!whole) {
         remove_quietly(copy);
-        refuse(copy, "can't be written", "the disk may be full");
+        refuse(told, "can't be written", "the disk may be full");
     }
     try {
-        flush_to_disk(copy);
+        flush_for(copy, told);
     } catch (const FileError&) {
         remove_quietly(copy);
         throw;

@@ -44,8 +44,12 @@ void write_whole_file(const std::filesystem::path& target, std::string_view cont
                       const std::vector<std::filesystem::path>& never = {});
 
 /// Copies a file block by block to a new place, checks every written length and the size, and flushes it.
+///
+/// @param told the file that a message names where the copy can't be written: the one whose place the copy
+///             will take
 /// @throws FileError, with the copy removed
-void copy_file_checked(const std::filesystem::path& source, const std::filesystem::path& copy);
+void copy_file_checked(const std::filesystem::path& source, const std::filesystem::path& copy,
+                       const std::filesystem::path& told);
 
 /// Removes what writers that were killed left beside a file under the names of name_beside. What a program
 /// that still runs is writing stays.

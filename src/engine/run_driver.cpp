@@ -20,13 +20,21 @@ RunMenuProblem zone_problem(int zone, const char* text) {
     return {{.text = text, .title = "Invalid zone description"}, RunMenuProblem::Place::Zone, zone};
 }
 
+Zone zone_of(const BasinState& basin, int number) {
+    const auto index = static_cast<std::size_t>(number - 1);
+    return index < basin.zones.size() ? basin.zones[index] : Zone{};
+}
+
+std::optional<RunMenuProblem> area_problem(const Zone& zone, int number) {
+    if (zone.area.value_or(0.0) > 0.0) return std::nullopt;  // nothing that is no number passes
+    return zone_problem(number, "Zone area must be greater than zero!");
+}
+
 std::optional<RunMenuProblem> first_zone_problem(const BasinState& basin) {
     double previous = k_below_first_elevation;
     for (int number = 1; number <= basin.ZoneCount; ++number) {
-        const auto index = static_cast<std::size_t>(number - 1);
-        const Zone zone = index < basin.zones.size() ? basin.zones[index] : Zone{};
-        if (zone.area.value_or(0.0) == 0.0)
-            return zone_problem(number, "Zone area must be greater than zero!");
+        const Zone zone = zone_of(basin, number);
+        if (auto problem = area_problem(zone, number)) return problem;
         const double elevation = zone.elevation.value_or(0.0);
         if (!(elevation > previous)) {
             return zone_problem(number, "Hypsometric elevations must be in increasing order by zone");
@@ -148,6 +156,13 @@ std::optional<Message> run_period_problem(const Simulation* simulation) {
     }
     if (is_run_period(*simulation->start, *simulation->end)) return std::nullopt;
     return Message{.text = "Date range error!  366 ", .icon = Icon::Stop};
+}
+
+std::optional<RunMenuProblem> zone_area_problem(const BasinState& basin) {
+    for (int number = 1; number <= basin.ZoneCount; ++number) {
+        if (auto problem = area_problem(zone_of(basin, number), number)) return problem;
+    }
+    return std::nullopt;
 }
 
 const char* simulation_caption(int index) {

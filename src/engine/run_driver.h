@@ -37,6 +37,9 @@ struct RunMenuProblem {
 /// for no simulation.
 [[nodiscard]] std::optional<Message> run_period_problem(const Simulation* simulation);
 
+/// A zone whose area is not greater than zero, which neither the menu nor a run accepts.
+[[nodiscard]] std::optional<RunMenuProblem> zone_area_problem(const BasinState& basin);
+
 /// Captions of the run commands, the accelerator marked by "&". Index 0 melt season, 1 year round.
 [[nodiscard]] const char* simulation_caption(int index);
 [[nodiscard]] const char* forecast_caption(int index);

@@ -197,7 +197,7 @@ void write_other_cells(Simulation& row, const SimOptionsForm& form) {
 
 /// Whether the units of the definition may become those of the basin, where it has none yet.
 bool units_settled(const PrepContext& context, const Simulation& row) {
-    if (context.basin.Units_Code != k_units_not_fixed) return true;
+    if (context.basin.basin_units != k_units_not_fixed) return true;
     const Answer answer = context.dialogs.message(
         {.text =
              "Once units are established within a basin, any additional simulations for the basin must use "
@@ -205,7 +205,8 @@ bool units_settled(const PrepContext& context, const Simulation& row) {
          .title = "Are your units correct?",
          .buttons = Buttons::OkCancel});
     if (answer == Answer::Cancel) return false;
-    context.basin.Units_Code = row.units.value_or(k_metric);
+    context.basin.basin_units = row.units.value_or(k_metric);
+    context.basin.Units_Code = context.basin.basin_units;
     return true;
 }
 
@@ -280,8 +281,8 @@ SimulationRecord new_simulation_record(const BasinState& basin, const std::strin
     record.definition.name = name;
     record.definition.start = day_count(k_default_start);
     record.definition.end = day_count(k_default_end);
-    if (basin.Units_Code != k_units_not_fixed)
-        record.definition.units = static_cast<std::int16_t>(basin.Units_Code);
+    if (basin.basin_units != k_units_not_fixed)
+        record.definition.units = static_cast<std::int16_t>(basin.basin_units);
     record.definition.comments = "Comments concerning the simulation go here";
     return record;
 }

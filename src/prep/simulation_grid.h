@@ -21,8 +21,9 @@ namespace nivora {
 /// an emptied date becomes the first or the last day of 1980. Column 1, the name, is that of the parameter
 /// table and can't be edited.
 ///
-/// A change sets `Basin_Changed` and `Input_Changed`. The units of any row become those of the basin, and the
-/// dates of the selected row, as long as they make a period, those of the current simulation. What a change
+/// A change sets `Basin_Changed` and `Input_Changed`. The units of any row become `Units_Code`, the basin's own
+/// stay, and the dates of the selected row, as long as they make a period, become those of the current
+/// simulation. What a change
 /// enables or disables in the main window is up to the caller.
 ///
 /// @return false where the cell can't hold it: a text where a number or a date belongs

@@ -34,7 +34,7 @@ std::string record_text(BasinDatabase& database) {
 
 void write_basin(ReportLines& lines, const ReportSources& sources) {
     const BasinState& basin = sources.basin;
-    const bool english = basin.Units_Code == k_english;
+    const bool english = basin.basin_units == k_english;
     write_pair(lines, "Description:", basin.basin_description);
     write_pair(lines, "Units of Measurement:", english ? "English" : "Metric");
     write_pair(lines, "Number of Zones:", std::to_string(basin.ZoneCount));
@@ -65,7 +65,8 @@ void write_simulation(ReportLines& lines, const Simulation& simulation, bool eng
     lines.end_line();
 }
 
-void write_zones(ReportLines& lines, const BasinState& basin, bool english) {
+void write_zones(ReportLines& lines, const BasinState& basin) {
+    const bool english = basin.basin_units == k_english;
     lines.text("Zone ID").tab(k_area_column).text(english ? "Zone Area (mi²)" : "Zone Area (km²)");
     lines.tab(k_elevation_column);
     lines.line(english ? "Hypsometric Mean Elevation (ft)" : "Hypsometric Mean Elevation (m)");
@@ -83,12 +84,11 @@ void write_zones(ReportLines& lines, const BasinState& basin, bool english) {
 
 void write_data_description(ReportLines& lines, int& pages, const ReportSources& sources) {
     write_report_head(lines, report_head(sources), report_title(Report::DataDescription, 0), k_narrow_head);
-    const bool english = sources.basin.Units_Code == k_english;
     write_basin(lines, sources);
     if (const Simulation* simulation = sources.basin.current_simulation()) {
-        write_simulation(lines, *simulation, english);
+        write_simulation(lines, *simulation, sources.basin.Units_Code == k_english);
     }
-    write_zones(lines, sources.basin, english);
+    write_zones(lines, sources.basin);
     end_report_page(lines, pages, sources.now);
 }
 

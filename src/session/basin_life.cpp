@@ -15,6 +15,19 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr const char* k_not_saved = "The basin was not saved";
+
+/// Whether a file is refused for what it is; otherwise something else stands in the way of reading it.
+bool is_of_another_format(StoreFault fault) {
+    switch (fault) {
+        case StoreFault::Newer:
+        case StoreFault::Busy:
+        case StoreFault::Missing:
+        case StoreFault::ReadOnly: return false;
+        default: return true;
+    }
+}
+
 void grids_refused(Dialogs& dialogs) { dialogs.stop("Missing/invalid simulation data"); }
 
 /// Writes table after table; false after a message, with the tables before the faulty one written.
@@ -51,8 +64,14 @@ void BasinLife::start() {
     } catch (const FileError&) {
     }
     Open_DB(session_.basin.Work_File);
-    session_.shell.save = false;
-    session_.shell.save_as = true;
+    ShellState& shell = session_.shell;
+    shell.save = false;
+    shell.save_as = true;
+    // A basin that was left over has simulations, but none is selected.
+    shell.variables_of_record = false;
+    shell.variables_of_simulation = false;
+    shell.parameters = false;
+    shell.scenario_definition = false;
     session_.basin.New_Basin = true;
     session_.basin.Basin_Changed = false;
     session_.basin.Input_Changed = false;
@@ -64,8 +83,33 @@ void BasinLife::reset_window() {
     session_.shell.melt_season = !session_.run.NoSnow;
 }
 
-void BasinLife::open_fresh() {
+/// Brings the blank template over the working file; a template that is gone is made anew. False after a
+/// message.
+bool BasinLife::copy_blank() {
+    constexpr const char* k_title = "No new basin was made";
+    constexpr const char* k_stays = " No new basin was made; the open one is as it was.";
+    std::error_code unknown;  // a name that can't be looked up is refused by the copy
+    const bool missing = !fs::exists(fs::symlink_status(template_file_, unknown));
+    try {
+        if (missing) BasinDatabase::create_template(template_file_);
+        copy_template(template_file_, session_.basin.Work_File);
+        return true;
+    } catch (const StoreError& error) {
+        const bool damaged = !missing && is_of_another_format(error.fault());
+        session_.dialogs.stop(
+            error.what() + std::string{k_stays} +
+                (damaged ? " Remove that file and choose New again: the program then makes it anew." : ""),
+            k_title);
+    } catch (const FileError& error) {
+        session_.dialogs.stop(error.what() + std::string{k_stays}, k_title);
+    }
+    return false;
+}
+
+/// Empties everything and shows what is in the working file as a basin without a name.
+void BasinLife::become_fresh() {
     BasinState& basin = session_.basin;
+    session_.desktop.close_results();
     reset_window();
     const fs::path work_file = basin.Work_File;
     const fs::path program_folder = basin.App_Path;
@@ -73,15 +117,9 @@ void BasinLife::open_fresh() {
     basin.App_Path = program_folder;
     basin.Work_File = work_file;
     basin.Basin_File = template_file_;
+    known_content_.reset();
     session_.run.results_enabled = false;
-    try {
-        copy_template(template_file_, work_file);
-        Open_DB(work_file);
-    } catch (const StoreError& error) {
-        session_.dialogs.stop(error.what());
-    } catch (const FileError& error) {
-        session_.dialogs.stop(error.what());
-    }
+    Open_DB(work_file);
     basin.New_Basin = true;
     basin.Output_Valid = false;
     basin.Basin_Changed = false;
@@ -94,18 +132,22 @@ void BasinLife::open_fresh() {
 
 bool BasinLife::new_basin() {
     if (!Save_Prompt()) return false;
-    open_fresh();
+    if (!copy_blank()) {
+        keep_declined();
+        return false;
+    }
+    become_fresh();
     return true;
 }
 
 void BasinLife::open() {
     if (!Save_Prompt()) return;
     const auto name = file_names_.GetFileName(FileKind::OpenBasin, session_.basin.Basin_File);
-    if (!name) return;
+    if (!name) return keep_declined();
     if (is_reserved_name(*name)) {
         session_.dialogs.stop(path_text(*name) + " is a reserved file name used by Nivora!",
                               "Invalid file name");
-        return;
+        return keep_declined();
     }
     open_file(*name);
 }
@@ -113,43 +155,60 @@ void BasinLife::open() {
 void BasinLife::open_recent(std::size_t entry) {
     if (!Save_Prompt()) return;
     const std::string name = session_.settings.recent_files.at(entry - 1);
-    session_.basin.Basin_File = path_from_utf8(name);
+    const fs::path file = path_from_utf8(name);
     std::error_code unreadable;
-    if (!fs::exists(session_.basin.Basin_File, unreadable)) {
+    if (!fs::exists(file, unreadable)) {
         session_.dialogs.message({.text = "The file selected from the recent files list, '" + name +
                                           "' has been moved or deleted.",
                                   .title = "File not found"});
-        // The basin bears the missing file's name from now on; it is meant so, and the window says it.
-        session_.desktop.refresh_main_window();
-        return;
+        return keep_declined();
     }
-    open_file(session_.basin.Basin_File);
+    open_file(file);
 }
 
-void BasinLife::unrecognized() {
-    session_.dialogs.stop("The file you have selected, " + path_text(session_.basin.Basin_File) +
-                              ", has an unrecognized format",
-                          "Error encountered while reading this basin database");
+/// A command that ends half-way has lost nothing: what the user chose to lose is unsaved as before, and the
+/// next question asks for it again.
+void BasinLife::keep_declined() {
+    if (!declined_) return;
+    session_.basin.Basin_Changed = declined_->Basin_Changed;
+    session_.basin.Input_Changed = declined_->Input_Changed;
+    declined_.reset();
+}
+
+void BasinLife::unrecognized(const fs::path& file, const StoreError& error) {
+    std::string text = "The file you have selected, " + path_text(file) + ", has an unrecognized format";
+    if (!is_of_another_format(error.fault())) text += std::string{". "} + error.what();
+    session_.dialogs.stop(text, "Error encountered while reading this basin database");
 }
 
 void BasinLife::open_file(const fs::path& file) {
-    session_.basin.Basin_File = file;
-    bool opened = false;
+    BasinState& basin = session_.basin;
+    // Read before it is copied: what another program writes in between counts as a change.
+    const auto content = file_content(file);
     try {
-        copy_into_work_file(file, session_.basin.Work_File);
-        opened = Open_DB(session_.basin.Work_File);
-    } catch (const StoreError&) {
-        unrecognized();
+        copy_into_work_file(file, basin.Work_File);
+    } catch (const StoreError& error) {
+        unrecognized(file, error);
+        if (copy_blank()) return become_fresh();
+        return keep_declined();
     } catch (const FileError& error) {
-        session_.dialogs.stop(error.what());
+        session_.dialogs.stop(std::string{error.what()} + " The file you have selected, " + path_text(file) +
+                                  ", was not opened; the open basin is as it was.",
+                              "The basin was not opened");
+        return keep_declined();
     }
-    if (!opened) {
-        open_fresh();
-        return;
+    session_.desktop.close_results();
+    basin.Basin_File = file;
+    if (!Open_DB(basin.Work_File)) {
+        // The working file holds a basin that can't be read, and nothing of the one before.
+        static_cast<void>(copy_blank());
+        return become_fresh();
     }
-    session_.basin.New_Basin = false;
+    known_content_ = content;
+    basin.New_Basin = false;
+    basin.Basin_Changed = false;
     Refill_Main_Window();
-    session_.basin.Output_Valid = false;
+    basin.Output_Valid = false;
     session_.desktop.refresh_main_window();
 }
 
@@ -163,12 +222,12 @@ bool BasinLife::Open_DB(const fs::path& path) {
         });
         read_basin(database, basin);
         session_.prep.record = Scan_Physical_Data(database);
-    } catch (const StoreError&) {
-        unrecognized();
+    } catch (const StoreError& error) {
+        unrecognized(basin.Basin_File, error);
         return false;
     }
     ShellState& shell = session_.shell;
-    shell.units_list_shown = basin.Units_Code == k_units_not_fixed;
+    shell.units_list_shown = basin.basin_units == k_units_not_fixed;
     if (basin.simulations.empty()) return true;
     basin.Basin_Changed = false;
     basin.Input_Changed = false;
@@ -187,41 +246,65 @@ bool BasinLife::Open_DB(const fs::path& path) {
 bool BasinLife::copy_to(const fs::path& file) {
     try {
         copy_over_user_file(session_.basin.Work_File, file);
+        known_content_ = file_content(file);
         return true;
     } catch (const FileError& error) {
         session_.dialogs.stop(
             std::string{error.what()} + " The basin was not saved; what the file held before is unchanged.",
-            "The basin was not saved");
+            k_not_saved);
         return false;
     }
 }
 
-/// The question, and what follows from its answer; true where the caller may go on.
-bool BasinLife::save_under_new_name() {
+/// Asks before a save over what another program wrote into the user's file; false where it is to stay.
+bool BasinLife::may_overwrite() {
+    const fs::path& file = session_.basin.Basin_File;
+    const auto present = file_content(file);
+    if (!present || !known_content_ || *present == *known_content_) return true;
+    return session_.dialogs.message(
+               {.text = "The file " + path_text(file) +
+                        " was changed by another program since it was opened or saved here.  Saving replaces "
+                        "those changes.  Save anyway?\n(With No the file stays as it is; Save As keeps your "
+                        "work under another name.)",
+                .title = "The file has changed",
+                .icon = Icon::Warning,
+                .buttons = Buttons::YesNo,
+                .default_answer = Answer::No}) == Answer::Yes;
+}
+
+/// The first save gives a basin its name, wherever it was asked for.
+void BasinLife::become_named(const fs::path& file) {
+    session_.basin.Basin_File = file;
+    session_.basin.New_Basin = false;
+    session_.shell.save = true;
+    session_.shell.save_as = true;
+    update_recent_files(session_.settings, path_text(file));
+    session_.desktop.refresh_main_window();
+}
+
+/// What follows from Yes at the question; true where the basin was saved.
+bool BasinLife::save_for_question() {
     BasinState& basin = session_.basin;
-    if (has_template_name()) {
-        const auto name = file_names_.GetFileName(FileKind::SaveQuestion, basin.Basin_File);
-        if (!name) return false;
-        if (!Save_Grids(basin.Work_File)) return false;
-        basin.Basin_File = *name;
-    } else if (!Save_Grids(basin.Work_File)) {
-        return false;
-    }
-    // A copy that fails counts as done, as it always did; the user hears of it.
-    copy_to(basin.Basin_File);
+    if (!has_template_name())
+        return Save_Grids(basin.Work_File) && may_overwrite() && copy_to(basin.Basin_File);
+    const auto name = file_names_.GetFileName(FileKind::SaveQuestion, basin.Basin_File);
+    if (!name || !Save_Grids(basin.Work_File) || !copy_to(*name)) return false;
+    become_named(*name);
     return true;
 }
 
 bool BasinLife::Save_Prompt() {
     BasinState& basin = session_.basin;
     session_.desktop.commit_edits();
+    declined_.reset();
     if (!basin.Basin_Changed) return true;
     const std::string text = has_template_name() ? "Create database containing these data?"
                                                  : "Save changes to " + path_text(basin.Basin_File);
     const Answer answer =
         session_.dialogs.message({.text = text, .title = "Save Data?", .buttons = Buttons::YesNoCancel});
     if (answer == Answer::Cancel) return false;
-    if (answer == Answer::Yes && !save_under_new_name()) return false;
+    if (answer == Answer::Yes && !save_for_question()) return false;
+    if (answer == Answer::No) declined_ = Declined{basin.Basin_Changed, basin.Input_Changed};
     basin.Basin_Changed = false;
     basin.Input_Changed = false;
     return true;
@@ -257,7 +340,8 @@ bool BasinLife::zones_given() {
 
 void BasinLife::save() {
     BasinState& basin = session_.basin;
-    if (!zones_given() || !Save_Grids(basin.Work_File) || !copy_to(basin.Basin_File)) return;
+    if (!zones_given() || !Save_Grids(basin.Work_File) || !may_overwrite() || !copy_to(basin.Basin_File))
+        return;
     const auto selected = basin.current_row;
     const bool output_valid = basin.Output_Valid;
     reset_window();
@@ -275,11 +359,9 @@ void BasinLife::save_as() {
     const auto name = file_names_.GetFileName(FileKind::SaveAs, basin.Basin_File);
     if (!name || !copy_to(*name)) return;
     reset_window();
-    // The list of recent files learns of the name the basin had until now, not of the new one; it is meant
-    // so.
+    basin.Basin_File = *name;
     if (!Open_DB(basin.Work_File)) return;
     basin.New_Basin = false;
-    basin.Basin_File = *name;
     Refill_Main_Window();
     session_.shell.run_simulation = true;
     session_.shell.run_forecast = true;
@@ -292,7 +374,7 @@ bool BasinLife::import_file() { return import_basin(session_, file_names_); }
 
 void BasinLife::imported() {
     BasinState& basin = session_.basin;
-    session_.shell.units_list_shown = basin.Units_Code == k_units_not_fixed;
+    session_.shell.units_list_shown = basin.basin_units == k_units_not_fixed;
     const auto selected = basin.current_row;  // the imported simulation, or the one from before a Cancel
     Refill_Main_Window();
     if (selected && *selected < basin.simulations.size()) select_simulation(basin, *selected);
@@ -324,6 +406,7 @@ void BasinLife::Refill_Main_Window() {
         shell.run_simulation = true;
         shell.run_forecast = true;
         shell.run_climate = !session_.run.NoSnow;
+        shell.run_menu = has_area(basin);
         shell.long_term_averages = true;
         shell.graphics = true;
     }

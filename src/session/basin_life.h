@@ -1,10 +1,12 @@
 // The life of a basin file: new, open, save, save as, exit, and the question before a loss of changes.
 #pragma once
 
+#include "base/file_content.h"
 #include "session/file_names.h"
 #include "session/session.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 namespace nivora {
@@ -17,10 +19,11 @@ public:
     BasinLife(Session& session, std::filesystem::path program_folder);
 
     /// The file work of the start: template over the working file, and that opened. What can't be copied is
-    /// passed over: the basin is then whatever the working file already was.
+    /// passed over: the basin is then whatever the working file already was, with no simulation selected.
     void start();
 
-    /// @return false where the user cancelled
+    /// Makes a missing template anew. @return false where the user cancelled, or after a message where there
+    /// is no way to a blank basin; the open one is then as it was
     bool new_basin();
     void open();
     /// Opens an entry of the recent list, 1 the newest.
@@ -40,7 +43,8 @@ public:
     /// was shown
     bool Open_DB(const std::filesystem::path& path);
 
-    /// Asks about unsaved changes. @return false where the user cancelled
+    /// Asks about unsaved changes. @return false where the user cancelled, and where what was to be saved
+    /// could not be, so that nothing is lost
     [[nodiscard]] bool Save_Prompt();
 
     /// Writes the basin's boxes, the simulation grid and the zone grid into a file. @return false after a
@@ -53,17 +57,29 @@ public:
     [[nodiscard]] bool has_template_name() const;
 
 private:
+    /// The marks of unsaved work, as they were when the user chose to lose it.
+    struct Declined {
+        bool Basin_Changed = false;
+        bool Input_Changed = false;
+    };
+
     [[nodiscard]] bool zones_given();
-    [[nodiscard]] bool save_under_new_name();
+    [[nodiscard]] bool save_for_question();
+    [[nodiscard]] bool may_overwrite();
+    void keep_declined();
     void open_file(const std::filesystem::path& file);
-    void open_fresh();
-    void unrecognized();
+    [[nodiscard]] bool copy_blank();
+    void become_fresh();
+    void become_named(const std::filesystem::path& file);
+    void unrecognized(const std::filesystem::path& file, const StoreError& error);
     bool copy_to(const std::filesystem::path& file);
     void reset_window();
 
     Session& session_;
     FileNames file_names_;
     std::filesystem::path template_file_;
+    std::optional<FileContent> known_content_;  ///< of the user's file, as it was opened or saved last
+    std::optional<Declined> declined_;          ///< by the last question, where its answer was No
 };
 
 }  // namespace nivora

@@ -70,6 +70,8 @@ void read_definition(BasinDatabase& database, BasinState& basin) {
     read.simulations = basin.simulations;
     read.current_row = basin.current_row;
     read.Current_Sim_Name = basin.Current_Sim_Name;
+    if (const Simulation* current = read.current_simulation(); current != nullptr && current->units)
+        read.Units_Code = *current->units;
     basin = std::move(read);
 }
 

@@ -22,6 +22,8 @@ public:
     virtual void open_daily_editor() {}
     /// Shows the statistics of the last run.
     virtual void show_results() {}
+    /// Closes the statistics of a basin that goes.
+    virtual void close_results() {}
 };
 
 }  // namespace nivora

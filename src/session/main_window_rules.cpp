@@ -14,6 +14,10 @@ namespace {
 constexpr std::size_t k_longest_name = 50;
 constexpr std::size_t k_longest_description = 255;
 
+constexpr double k_largest_usual_area = 1e7;
+
+double highest_elevation(int basin_units) { return basin_units == k_english ? 29035.0 : 8849.0; }
+
 /// Limits of a box and what is said outside them.
 struct Limits {
     float low;
@@ -22,14 +26,14 @@ struct Limits {
     const char* title;
 };
 
-std::optional<Limits> limits_of(BasinBox box, int units_code) {
+std::optional<Limits> limits_of(BasinBox box, int basin_units) {
     switch (box) {
         case BasinBox::Zones:
             return Limits{1.0F, 16.0F, "Number of zones must be between 1 and 16",
                           "Invalid zone specification"};
         case BasinBox::ReferenceElevation:
-            return Limits{0.0F, units_code == k_english ? 29035.0F : 8849.0F, "Basin elevation out of range!",
-                          "Unreasonable basin elevation"};
+            return Limits{0.0F, static_cast<float>(highest_elevation(basin_units)),
+                          "Basin elevation out of range!", "Unreasonable basin elevation"};
         case BasinBox::Latitude:
             return Limits{-90.0F, 90.0F, "Latitude must be between 90° North and 90° South (-90°)",
                           "Latitude out of range"};
@@ -42,8 +46,8 @@ std::optional<Limits> limits_of(BasinBox box, int units_code) {
 
 bool is_angle(BasinBox box) { return box == BasinBox::Latitude || box == BasinBox::Longitude; }
 
-const char* elevation_word(int units_code) { return units_code == k_english ? "(ft)" : "(m) "; }
-const char* area_word(int units_code) { return units_code == k_english ? "mi" : "km"; }
+const char* elevation_word(int basin_units) { return basin_units == k_english ? "(ft)" : "(m) "; }
+const char* area_word(int basin_units) { return basin_units == k_english ? "mi" : "km"; }
 
 constexpr std::array<const char*, 11> k_zone_headers{"Zone ID",
                                                      "Zone Area (Km²)",
@@ -118,12 +122,12 @@ ChangedBox changed_box(BasinBox box, const std::string& text) {
     return changed;
 }
 
-std::optional<Message> left_box_problem(BasinBox box, const std::string& text, int units_code) {
+std::optional<Message> left_box_problem(BasinBox box, const std::string& text, int basin_units) {
     if (box == BasinBox::Name) {
         if (!text.empty()) return std::nullopt;
         return Message{.text = "A basin name is required!", .icon = Icon::Stop};
     }
-    const auto limits = limits_of(box, units_code);
+    const auto limits = limits_of(box, basin_units);
     if (!limits || trimmed(text).empty()) return std::nullopt;
     const auto value = static_cast<float>(leading_number(text));
     if (value >= limits->low && value <= limits->high) return std::nullopt;
@@ -162,7 +166,7 @@ Message units_before_zones() {
 std::optional<Message> add_simulation_problem(const Session& session) {
     const BasinState& basin = session.basin;
     const bool named = !basin.basin_name.empty() && basin.basin_name != k_unnamed_basin;
-    if (named && basin.Units_Code != k_units_not_fixed && session.shell.zones_fixed_shown)
+    if (named && basin.basin_units != k_units_not_fixed && session.shell.zones_fixed_shown)
         return std::nullopt;
     return Message{
         .text =
@@ -191,7 +195,7 @@ Message no_snow_description() {
 std::optional<Message> toggle_no_snow(Session& session) {
     session.run.NoSnow = !session.run.NoSnow;
     session.shell.melt_season = !session.run.NoSnow;
-    session.shell.run_climate = !session.run.NoSnow;
+    session.shell.run_climate = !session.run.NoSnow && session.shell.run_simulation;
     if (!session.run.NoSnow) return std::nullopt;
     return no_snow_description();
 }
@@ -204,6 +208,7 @@ void fix_units(Session& session, int units_code) {
         write_basin_description(database, header);
         return true;
     });
+    session.basin.basin_units = units_code;
     session.basin.Units_Code = units_code;
     session.shell.units_list_shown = false;
     session.shell.zones_label_shown = true;
@@ -253,22 +258,55 @@ void choose_simulation_row(Session& session, std::size_t row) {
         shell.reports = true;
         shell.graphics = true;
     }
-    shell.run_menu = session.basin.basin_area_text != k_no_area;
+    shell.run_menu = has_area(session.basin);
 }
 
-std::string reference_elevation_label(int units_code) {
-    return "Reference Elevation " + std::string{trimmed(elevation_word(units_code))} + ":";
+void take_zone_areas(Session& session) {
+    session.basin.basin_area_text = basin_area_text(session.basin.zones);
+    session.shell.run_menu = has_area(session.basin);
 }
 
-std::string basin_area_label(int units_code) {
-    return std::string{"Basin Area ("} + area_word(units_code) + "²):";
+std::optional<UnusualZones> unusual_zones(const BasinState& basin) {
+    const double highest = highest_elevation(basin.basin_units);
+    const std::string area_unit = std::string{" "} + area_word(basin.basin_units) + "²";
+    const std::string elevation_unit = basin.basin_units == k_english ? " ft" : " m";
+    UnusualZones unusual;
+    std::string lines;
+    const auto add = [&](std::size_t zone, int column, const std::string& what) {
+        if (unusual.zone == 0) {
+            unusual.zone = static_cast<int>(zone + 1);
+            unusual.column = column;
+        }
+        lines += "Zone " + std::to_string(zone + 1) + ": " + what + "\n";
+    };
+    for (std::size_t zone = 0; zone < basin.zones.size(); ++zone) {
+        const double area = basin.zones[zone].area.value_or(0.0);
+        const double elevation = basin.zones[zone].elevation.value_or(0.0);
+        if (area > k_largest_usual_area) add(zone, 2, "area " + double_text(area) + area_unit);
+        if (elevation > highest) add(zone, 3, "mean elevation " + double_text(elevation) + elevation_unit);
+    }
+    if (lines.empty()) return std::nullopt;
+    unusual.question = {.text = "These zone values are unusually large:\n" + lines + "Are they right?",
+                        .title = "Unusual zone values",
+                        .icon = Icon::Warning,
+                        .buttons = Buttons::YesNo,
+                        .default_answer = Answer::No};
+    return unusual;
 }
 
-std::string zone_header(int column, int units_code) {
+std::string reference_elevation_label(int basin_units) {
+    return "Reference Elevation " + std::string{trimmed(elevation_word(basin_units))} + ":";
+}
+
+std::string basin_area_label(int basin_units) {
+    return std::string{"Basin Area ("} + area_word(basin_units) + "²):";
+}
+
+std::string zone_header(int column, int basin_units) {
     const std::string header = k_zone_headers.at(static_cast<std::size_t>(column - 1));
-    const std::string elevation{elevation_word(units_code)};
+    const std::string elevation{elevation_word(basin_units)};
     switch (column) {
-        case 2: return header.substr(0, 11) + area_word(units_code) + header.substr(13);
+        case 2: return header.substr(0, 11) + area_word(basin_units) + header.substr(13);
         case 3: return header.substr(0, 27) + elevation;
         case 5:
         case 7:

@@ -39,7 +39,9 @@ struct ChangedBox {
 
 /// What is wrong with a box that is left: its value outside the limits, or no name. An empty box of a number
 /// passes.
-[[nodiscard]] std::optional<Message> left_box_problem(BasinBox box, const std::string& text, int units_code);
+///
+/// @param basin_units the basin's own units, which decide the limit of the reference elevation
+[[nodiscard]] std::optional<Message> left_box_problem(BasinBox box, const std::string& text, int basin_units);
 
 /// Whether a box holds a number with limits: a valid one that is left counts as an edit.
 [[nodiscard]] bool is_checked_number(BasinBox box);
@@ -57,6 +59,16 @@ struct ChangedBox {
 /// What no-snow mode means, told when it is switched on.
 [[nodiscard]] Message no_snow_description();
 
+/// Asks about zones of an area above 10,000,000 or an elevation above the limit of the reference elevation,
+/// all in one question; nothing where there is none. The text names every such value, so that equal texts ask
+/// about equal values.
+struct UnusualZones {
+    Message question;
+    int zone = 0;    ///< 1 to 16, the first of them
+    int column = 0;  ///< of the zone grid, from 1
+};
+[[nodiscard]] std::optional<UnusualZones> unusual_zones(const BasinState& basin);
+
 /// Switches no-snow mode, with what it enables and disables. @return the message to show, when it went on
 std::optional<Message> toggle_no_snow(Session& session);
 
@@ -67,15 +79,19 @@ void fix_units(Session& session, int units_code);
 /// StoreError
 void fix_zones(Session& session, int zones);
 
+/// Sums the zone areas up, as leaving a cell of that column does. The Run menu opens once there are any.
+void take_zone_areas(Session& session);
+
 /// What selecting a row of the simulation grid enables, and the current simulation that it sets.
 void choose_simulation_row(Session& session, std::size_t row);
 
 /// "Reference Elevation (m):" and "Basin Area (km²):" with the units of the basin.
-[[nodiscard]] std::string reference_elevation_label(int units_code);
-[[nodiscard]] std::string basin_area_label(int units_code);
+[[nodiscard]] std::string reference_elevation_label(int basin_units);
+[[nodiscard]] std::string basin_area_label(int basin_units);
 /// The header of a column of the zone grid, 1 to 11, once the units were chosen.
-[[nodiscard]] std::string zone_header(int column, int units_code);
-/// The header of a column of the simulation grid, 1 to 17; that of the initial runoff bears the unit.
+[[nodiscard]] std::string zone_header(int column, int basin_units);
+/// The header of a column of the simulation grid, 1 to 17; that of the initial runoff bears the unit of the
+/// current simulation.
 [[nodiscard]] std::string simulation_header(int column, int units_code);
 
 /// A text for a label in which "&" marks nothing.

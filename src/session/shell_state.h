@@ -12,7 +12,7 @@ struct ShellState {
     bool save = false;
     bool save_as = true;
 
-    // Edit menu, until the main window is loaded again
+    // Edit menu: off from the press of a button of the daily editor until that closes
     bool edit_menu = true;
 
     // Data menu

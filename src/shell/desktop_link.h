@@ -25,6 +25,9 @@ public:
     void show_results() override {
         if (target_ != nullptr) target_->show_results();
     }
+    void close_results() override {
+        if (target_ != nullptr) target_->close_results();
+    }
 
 private:
     Desktop* target_ = nullptr;

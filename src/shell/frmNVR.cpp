@@ -215,8 +215,9 @@ void frmNVR::connect_boxes() {
     for (std::size_t box = 0; box < boxes_.size(); ++box) {
         connect(boxes_.at(box), &QLineEdit::textChanged, this, [this, box] { box_changed(box); });
     }
-    connect(units_, &QComboBox::currentIndexChanged, this, [this](int index) {
-        if (!filling_ && index >= 0) fill_labels();
+    // Labels name the units that are chosen, also before they are fixed, and go back with a refused choice.
+    connect(units_, &QComboBox::currentIndexChanged, this, [this] {
+        if (!filling_) fill_labels();
     });
 }
 
@@ -260,16 +261,17 @@ void frmNVR::show_simulations() {
 
 void frmNVR::fill_boxes() {
     BasinState& basin = session().basin;
+    typed_box_.reset();
     for (std::size_t box = 0; box < boxes_.size(); ++box)
         boxes_.at(box)->setText(to_qt(box_text(basin, box)));
-    units_->setCurrentIndex(basin.Units_Code != k_units_not_fixed ? basin.Units_Code : -1);
+    units_->setCurrentIndex(basin.basin_units != k_units_not_fixed ? basin.basin_units : -1);
 }
 
 void frmNVR::fill_labels() {
     const BasinState& basin = session().basin;
     const ShellState& shell = session().shell;
     const int units =
-        basin.Units_Code != k_units_not_fixed ? basin.Units_Code : std::max(0, units_->currentIndex());
+        basin.basin_units != k_units_not_fixed ? basin.basin_units : std::max(0, units_->currentIndex());
     zones_->show_units(units);
     labels_[5]->setText(to_qt(reference_elevation_label(units)));
     labels_[7]->setText(to_qt(basin_area_label(units)));
@@ -307,14 +309,16 @@ void frmNVR::box_changed(std::size_t box) {
         return;
     }
     box_text(session().basin, box) = changed.text;
+    typed_box_ = box;
     mark_edited();
 }
 
 void frmNVR::box_left(std::size_t box) {
     if (filling_ || telling_ || leaving_ || context().quick_help.is_on()) return;
+    typed_box_.reset();
     const QString text = boxes_.at(box)->text();
     const auto problem =
-        left_box_problem(static_cast<BasinBox>(box), from_qt(text), session().basin.Units_Code);
+        left_box_problem(static_cast<BasinBox>(box), from_qt(text), session().basin.basin_units);
     if (problem) {
         telling_ = true;
         refuse(boxes_.at(box), *problem);
@@ -336,7 +340,7 @@ void frmNVR::box_left(std::size_t box) {
 
 void frmNVR::zones_left() {
     telling_ = true;
-    if (session().basin.Units_Code == k_units_not_fixed) {
+    if (session().basin.basin_units == k_units_not_fixed) {
         boxes_[1]->clear();
         session().dialogs.message(units_before_zones());
         units_->setFocus();
@@ -430,11 +434,6 @@ bool frmNVR::eventFilter(QObject* watched, QEvent* event) {
         }
     }
     return NivoraWindow::eventFilter(watched, event);
-}
-
-void frmNVR::show_area() {
-    session().basin.basin_area_text = basin_area_text(session().basin.zones);
-    area_label_->setText(to_qt(session().basin.basin_area_text));
 }
 
 void frmNVR::row_selected() {

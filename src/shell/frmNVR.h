@@ -1,6 +1,7 @@
 // The main window: the definition of the open basin, its zones and its simulations.
 #pragma once
 
+#include "engine/run_driver.h"
 #include "prep/data_menu.h"
 #include "session/basin_life.h"
 #include "session/main_window_rules.h"
@@ -40,6 +41,7 @@ public:
     void refresh_main_window() override;
     void show_help_topic(int topic) override;
     void show_results() override;
+    void close_results() override;
     void open_daily_editor() override;
 
 protected:
@@ -72,6 +74,10 @@ private:
 
     void do_command(Command command);
     void open_run_menu();
+    [[nodiscard]] bool refuses_typed_box();
+    void ask_about_zones();
+    [[nodiscard]] bool zones_can_run();
+    void show_run_problem(const RunMenuProblem& problem);
     void run_simulation(int index);
     void run_forecast(int index);
     void run(int index);
@@ -109,6 +115,8 @@ private:
     std::unique_ptr<Results> results_;
     std::unique_ptr<frmCtrlClim> climate_;
     std::unique_ptr<frmNVRHelp> help_;
+    std::string confirmed_zones_;           ///< the question about zones that was answered with Yes
+    std::optional<std::size_t> typed_box_;  ///< the box whose text changed and that was not left since
     bool filling_ = false;
     bool telling_ = false;
     bool leaving_ = false;

@@ -20,8 +20,10 @@
 #include "widgets/caller.h"
 #include "widgets/grid_view.h"
 #include "widgets/page_dialogs.h"
+#include "widgets/qt_text.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QProcess>
 #include <QStandardPaths>
@@ -44,8 +46,12 @@ void frmNVR::do_command(Command command) {
             }
             return;
         case Command::Open: return life_.open();
-        case Command::Save: return life_.save();
-        case Command::SaveAs: return life_.save_as();
+        case Command::Save:
+            if (!refuses_typed_box()) life_.save();
+            return;
+        case Command::SaveAs:
+            if (!refuses_typed_box()) life_.save_as();
+            return;
         case Command::Exit: close(); return;
         case Command::Import: return import_file();
         case Command::Cut: return simulation_grid_->cut();
@@ -83,24 +89,68 @@ void frmNVR::do_command(Command command) {
     }
 }
 
+/// What is typed counts before it is checked, so that the checks see what the run will see.
 void frmNVR::open_run_menu() {
     if (!session().shell.run_simulation || context().quick_help.is_on()) return;
-    const auto problem = run_menu_problem(session().basin);
-    if (!problem) return;
-    if (problem->place == RunMenuProblem::Place::ReferenceElevation) {
-        refuse(boxes_[2], problem->message);
+    commit_edits();
+    if (refuses_typed_box()) return;
+    if (const auto problem = run_menu_problem(session().basin)) return show_run_problem(*problem);
+    ask_about_zones();
+}
+
+/// A menu only interrupts the work in a box, but a run and a save take what is typed there: it is checked as
+/// if the box were left. True where it was refused.
+bool frmNVR::refuses_typed_box() {
+    if (!typed_box_) return false;
+    const std::size_t box = *typed_box_;
+    if (!left_box_problem(static_cast<BasinBox>(box), from_qt(boxes_.at(box)->text()),
+                          session().basin.basin_units))
+        return false;
+    box_left(box);
+    return true;
+}
+
+/// Asks once for values that are unlikely; the same values are not asked about again.
+void frmNVR::ask_about_zones() {
+    const auto unusual = unusual_zones(session().basin);
+    if (!unusual || unusual->question.text == confirmed_zones_) return;
+    if (session().dialogs.message(unusual->question) == Answer::Yes) {
+        confirmed_zones_ = unusual->question.text;
+        return;
+    }
+    zone_grid_->setFocus();
+    zone_grid_->setCurrentIndex(zones_->index(unusual->zone - 1, unusual->column - 1));
+}
+
+void frmNVR::show_run_problem(const RunMenuProblem& problem) {
+    if (problem.place == RunMenuProblem::Place::ReferenceElevation) {
+        refuse(boxes_[2], problem.message);
         boxes_[2]->setFocus();
         return;
     }
-    if (problem->place == RunMenuProblem::Place::None) {
-        session().dialogs.message(problem->message);
+    if (problem.place == RunMenuProblem::Place::None) {
+        session().dialogs.message(problem.message);
         return;
     }
-    zones_->mark_zone(problem->zone);
-    session().dialogs.message(problem->message);
+    zones_->mark_zone(problem.zone);
+    session().dialogs.message(problem.message);
     zones_->mark_zone(0);
     zone_grid_->setFocus();
-    zone_grid_->setCurrentIndex(zones_->index(problem->zone - 1, 2));
+    zone_grid_->setCurrentIndex(zones_->index(problem.zone - 1, 2));
+}
+
+/// The menu only tells of an area that is not above zero; no run starts with one.
+bool frmNVR::zones_can_run() {
+    commit_edits();
+    const auto problem = zone_area_problem(session().basin);
+    if (problem) show_run_problem(*problem);
+    return !problem;
+}
+
+void frmNVR::show_area() {
+    take_zone_areas(session());
+    area_label_->setText(to_qt(session().basin.basin_area_text));
+    menu_->refresh();
 }
 
 void frmNVR::run_simulation(int index) {
@@ -113,7 +163,7 @@ void frmNVR::run_forecast(int index) {
 }
 
 void frmNVR::run(int index) {
-    commit_edits();
+    if (!zones_can_run()) return;
     RunOutcome outcome;
     {
         const BusyPointer busy;
@@ -135,6 +185,10 @@ void frmNVR::show_results() {
     results_->show();
     results_->raise();
     results_->activateWindow();
+}
+
+void frmNVR::close_results() {
+    if (results_) results_->close();
 }
 
 void frmNVR::show_time_lag() { frmTimeLagDist(context(), nullptr).show_modal(); }
@@ -204,6 +258,8 @@ void frmNVR::delete_simulation() {
     simulation_grid_->selectionModel()->setCurrentIndex(simulations_->index(simulations_->rowCount() - 1, 0),
                                                         QItemSelectionModel::NoUpdate);
     filling_ = filling;
+    // The button may be off now: the focus would go on to the QuickHelp button.
+    simulation_grid_->setFocus();
 }
 
 /// Brings buttons and menus in line with the grid, and with the row that was defined.
@@ -274,7 +330,7 @@ void frmNVR::show_scenarios() {
 }
 
 void frmNVR::show_climate_run() {
-    commit_edits();
+    if (!zones_can_run()) return;
     climate_ = std::make_unique<frmCtrlClim>(context(), nullptr);
     connect(climate_.get(), &frmCtrlClim::left, this, [this] {
         if (results_) results_->close();
@@ -286,6 +342,7 @@ void frmNVR::open_daily_editor() {
     frmData window(context(), nullptr);
     if (!window.open()) return;
     window.show_modal();
+    session().shell.edit_menu = true;  // a button of the editor takes it away while the editor is open
     refresh_main_window();
 }
 

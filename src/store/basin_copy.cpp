@@ -45,18 +45,37 @@ void settle_journal(const fs::path& target) {
     remove_quietly(journal);
 }
 
-/// Reads the user's file through the database engine; false where an interrupted change would have to be
-/// undone in it.
-bool back_up(const fs::path& user_file, const fs::path& part) {
-    BasinDatabase source{user_file, Access::ReadOnly};
-    const bool interrupted = fs::exists(journal_of(user_file));
+[[noreturn]] void refuse_target(const fs::path& target, const char* reason) {
+    throw FileError(fmt::format("The file '{}' can't be written: {}.", path_text(target), reason));
+}
+
+/// Copies a source whose structure was checked: what fails now, unless somebody works in the source, is the
+/// writing.
+void copy_pages(BasinDatabase& source, const fs::path& part, const fs::path& work_file) {
     try {
-        check_structure(source);
         guarded([&] {
             SQLite::Database copy{path_text(part), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE};
             SQLite::Backup backup{copy, source.sql()};
             backup.executeStep(-1);
         });
+    } catch (const StoreError& error) {
+        switch (error.fault()) {
+            case StoreFault::Full:
+            case StoreFault::Statement: refuse_target(work_file, "the disk may be full");
+            case StoreFault::ReadOnly: refuse_target(work_file, "its folder can't be written to");
+            default: throw;
+        }
+    }
+}
+
+/// Reads the user's file through the database engine; false where an interrupted change would have to be
+/// undone in it.
+bool back_up(const fs::path& user_file, const fs::path& part, const fs::path& work_file) {
+    BasinDatabase source{user_file, Access::ReadOnly};
+    const bool interrupted = fs::exists(journal_of(user_file));
+    try {
+        check_structure(source);
+        copy_pages(source, part, work_file);
     } catch (const StoreError&) {
         if (!interrupted) throw;
         return false;
@@ -65,10 +84,10 @@ bool back_up(const fs::path& user_file, const fs::path& part) {
 }
 
 /// Copies a file together with the journal of its interrupted change, and undoes the change in the copy.
-void copy_interrupted(const fs::path& user_file, const fs::path& part) {
+void copy_interrupted(const fs::path& user_file, const fs::path& part, const fs::path& work_file) {
     remove_quietly(part);
-    copy_file_checked(user_file, part);
-    copy_file_checked(journal_of(user_file), journal_of(part));
+    copy_file_checked(user_file, part, work_file);
+    copy_file_checked(journal_of(user_file), journal_of(part), work_file);
     BasinDatabase copy{part, Access::ReadWrite};
     check_structure(copy);
 }
@@ -82,6 +101,17 @@ void reaching_files(Work&& work) {
     } catch (const fs::filesystem_error& error) {
         throw FileError(fmt::format("The file '{}' can't be reached: {}.", path_text(error.path1()),
                                     error.code().message()));
+    }
+}
+
+/// Gives a part the mode of the file whose place it takes.
+void keep_mode(const fs::path& target, const fs::path& part) {
+    if (!fs::exists(target)) return;
+    std::error_code error;
+    fs::permissions(part, fs::status(target).permissions(), error);
+    if (error) {
+        throw FileError(fmt::format("The permissions of the file '{}' can't be kept: {}.", path_text(target),
+                                    error.message()));
     }
 }
 
@@ -112,7 +142,7 @@ void copy_into_work_file(const fs::path& user_file, const fs::path& work_file) {
         // A save that was killed may have left its part beside the user's file, as large as the file itself.
         remove_leftovers(real_file(user_file));
         const PartFile part{work_file};
-        if (!back_up(user_file, part.path())) copy_interrupted(user_file, part.path());
+        if (!back_up(user_file, part.path(), work_file)) copy_interrupted(user_file, part.path(), work_file);
         settle_journal(work_file);
         move_into_place(part.path(), work_file);
     });
@@ -121,12 +151,12 @@ void copy_into_work_file(const fs::path& user_file, const fs::path& work_file) {
 void copy_over_user_file(const fs::path& work_file, const fs::path& user_file) {
     reaching_files([&] {
         const fs::path target = real_file(user_file);
-        refuse_unwritable(target);
         remove_leftovers(target);
+        refuse_unwritable(target);
         settle_journal(work_file);
         const PartFile part{target};
-        copy_file_checked(work_file, part.path());
-        if (fs::exists(target)) fs::permissions(part.path(), fs::status(target).permissions());
+        copy_file_checked(work_file, part.path(), target);
+        keep_mode(target, part.path());
         settle_journal(target);
         move_into_place(part.path(), target);
     });

@@ -52,7 +52,8 @@ void read_basin(BasinDatabase& database, BasinState& basin) {
     basin.reference_elevation_text = box_text(header.reference_elevation);
     basin.latitude_text = box_text(header.latitude);
     basin.longitude_text = box_text(header.longitude);
-    basin.Units_Code = header.units.value_or(k_units_not_fixed);
+    basin.basin_units = header.units.value_or(k_units_not_fixed);
+    basin.Units_Code = basin.basin_units;
     basin.ZoneCount = header.zones.value_or(1);
     // The grid has a row for each of the basin's zones, whatever rows the table holds.
     if (header.zones) zones.resize(static_cast<std::size_t>(*header.zones));
@@ -71,6 +72,8 @@ void select_simulation(BasinState& basin, std::size_t row) {
     if (simulation.units) basin.Units_Code = *simulation.units;
     basin.Current_Sim_Name = simulation.name;
 }
+
+bool has_area(const BasinState& basin) { return basin.basin_area_text != k_no_area; }
 
 std::optional<std::size_t> find_simulation(const BasinState& basin, std::string_view name) {
     const std::string wanted = folded_name(name);

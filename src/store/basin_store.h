@@ -34,8 +34,13 @@ struct BasinState {
     bool Input_Changed = false;  ///< an input changed since the last run
     bool Output_Valid = false;   ///< a run completed on the present inputs
 
-    int Units_Code = k_units_not_fixed;  ///< 0 Metric, 1 English, -1 not yet fixed
-    int ZoneCount = 1;                   ///< 1 to 16
+    /// The basin's own units, 0 Metric or 1 English for good, -1 not yet fixed: those of its definition, its
+    /// zones and its area, and what its labels and limits say.
+    int basin_units = k_units_not_fixed;
+    /// The units of the current simulation, in which a run works and its results are told; those of the basin
+    /// until a simulation is selected.
+    int Units_Code = k_units_not_fixed;
+    int ZoneCount = 1;  ///< 1 to 16
 
     std::string basin_name;
     std::string basin_description;
@@ -68,6 +73,9 @@ void read_basin(BasinDatabase& database, BasinState& basin);
 
 /// Makes a row of the simulation grid the current one, as selecting it does.
 void select_simulation(BasinState& basin, std::size_t row);
+
+/// Whether a zone grid with areas is there, which a run needs.
+[[nodiscard]] bool has_area(const BasinState& basin);
 
 /// The row of a simulation by name, without regard to case; nothing where there is none.
 [[nodiscard]] std::optional<std::size_t> find_simulation(const BasinState& basin, std::string_view name);

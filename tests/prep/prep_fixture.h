@@ -36,6 +36,7 @@ protected:
     PrepTest() {
         basin_.Work_File = file_.path();
         basin_.ZoneCount = 2;
+        basin_.basin_units = k_metric;
         basin_.Units_Code = k_metric;
     }
 

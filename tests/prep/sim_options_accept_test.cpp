@@ -158,7 +158,7 @@ TEST_F(SimOptionsAccept, APeriodOf366DaysIsAccepted) {
 // Units.
 
 TEST_F(SimOptionsAccept, UnitsThatAreNotFixedAreAskedAboutAndFixed) {
-    basin_.Units_Code = k_units_not_fixed;
+    basin_.basin_units = basin_.Units_Code = k_units_not_fixed;
     form_.units = k_english;
     dialogs_.then(Answer::Ok).then(Answer::Yes);
     EXPECT_TRUE(accept());
@@ -172,7 +172,7 @@ TEST_F(SimOptionsAccept, UnitsThatAreNotFixedAreAskedAboutAndFixed) {
 }
 
 TEST_F(SimOptionsAccept, ACancelAtTheUnitsLeavesAGrownRowWithItsFirstCells) {
-    basin_.Units_Code = k_units_not_fixed;
+    basin_.basin_units = basin_.Units_Code = k_units_not_fixed;
     dialogs_.then(Answer::Cancel);
     EXPECT_FALSE(accept());
     EXPECT_EQ(basin_.Units_Code, k_units_not_fixed);
@@ -184,7 +184,7 @@ TEST_F(SimOptionsAccept, ACancelAtTheUnitsLeavesAGrownRowWithItsFirstCells) {
 }
 
 TEST_F(SimOptionsAccept, ASecondAcceptGoesToTheRowThatTheFirstHasGrown) {
-    basin_.Units_Code = k_units_not_fixed;
+    basin_.basin_units = basin_.Units_Code = k_units_not_fixed;
     dialogs_.then(Answer::Cancel).then(Answer::Ok).then(Answer::Yes);
     EXPECT_FALSE(accept());
     EXPECT_TRUE(accept());

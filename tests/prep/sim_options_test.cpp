@@ -53,7 +53,7 @@ TEST(UnitTexts, OfMetricAndEnglishUnits) {
 
 TEST(NewSimulation, HasADefaultYearTheBasinsUnitsAndNothingElse) {
     BasinState basin;
-    basin.Units_Code = k_english;
+    basin.basin_units = basin.Units_Code = k_english;
     const SimulationRecord record = new_simulation_record(basin, "wet");
     EXPECT_EQ(record.definition.text(1), "wet");
     EXPECT_EQ(record.definition.text(3), "10/01/1980");
@@ -90,7 +90,7 @@ TEST_F(SimOptionsOpen, ANewSimulationShowsItsRecordAndTheThresholdOfItsUnits) {
 }
 
 TEST_F(SimOptionsOpen, ANewEnglishSimulationHasTheEnglishThreshold) {
-    basin_.Units_Code = k_english;
+    basin_.basin_units = basin_.Units_Code = k_english;
     prep_.working_record = new_simulation_record(basin_, "wet");
     EXPECT_EQ(open(SimOptionsMode::Add).threshold, "2.36");
 }

@@ -48,6 +48,7 @@ protected:
         session_.basin.Work_File = file_.path();
         session_.basin.Basin_File = "alp.mdb";
         session_.basin.ZoneCount = k_zones;
+        session_.basin.basin_units = k_metric;
         session_.basin.Units_Code = k_metric;
         session_.basin.basin_name = "Alp";
         QApplication::clipboard()->clear();

@@ -138,7 +138,7 @@ TEST_F(SimOptionsAcceptTest, ALetterInAFirstValueIsInvalidData) {
 }
 
 TEST_F(SimOptionsAcceptTest, UnitsThatAreNotFixedAreAskedAboutAndOkFixesThem) {
-    session_.basin.Units_Code = k_units_not_fixed;
+    session_.basin.basin_units = session_.basin.Units_Code = k_units_not_fixed;
     add_physical(1, 3);
     open_short();
     units(1)->click();
@@ -157,7 +157,7 @@ TEST_F(SimOptionsAcceptTest, UnitsThatAreNotFixedAreAskedAboutAndOkFixesThem) {
 }
 
 TEST_F(SimOptionsAcceptTest, CancelOfTheUnitsLeavesTheGrownRowAndTheWindow) {
-    session_.basin.Units_Code = k_units_not_fixed;
+    session_.basin.basin_units = session_.basin.Units_Code = k_units_not_fixed;
     open_short();
     dialogs_.then(Answer::Cancel);
     press(0);
@@ -170,7 +170,7 @@ TEST_F(SimOptionsAcceptTest, CancelOfTheUnitsLeavesTheGrownRowAndTheWindow) {
 }
 
 TEST_F(SimOptionsAcceptTest, ASecondAcceptAfterTheUnitsUsesTheRowThatWasGrown) {
-    session_.basin.Units_Code = k_units_not_fixed;
+    session_.basin.basin_units = session_.basin.Units_Code = k_units_not_fixed;
     add_physical(1, 3);
     open_short();
     dialogs_.then(Answer::Cancel).then(Answer::Ok);

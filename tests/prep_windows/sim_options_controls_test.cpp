@@ -77,7 +77,7 @@ TEST_F(SimOptionsControlsTest, ChoosingUnitsForANewDefinitionBringsTheirThreshol
 }
 
 TEST_F(SimOptionsControlsTest, ANewDefinitionInAnEnglishBasinStartsWithItsThreshold) {
-    session_.basin.Units_Code = k_english;
+    session_.basin.basin_units = session_.basin.Units_Code = k_english;
     open_to_add("s");
     EXPECT_TRUE(units(1)->isChecked());
     EXPECT_EQ(text(5), "2.36");

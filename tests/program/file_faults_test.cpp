@@ -29,6 +29,7 @@ protected:
         BasinDatabase::create_template(program_ / "null.mdb");
         life_.start();
         session_.basin.basin_name = "Alder Fork";
+        session_.basin.basin_units = k_metric;
         session_.basin.Units_Code = k_metric;
         session_.basin.zones_text = "1";
         session_.basin.ZoneCount = 1;
@@ -63,7 +64,7 @@ protected:
     }
 
     /// Opens a file that is no basin: its box, a fresh basin, and the file as it was.
-    void expect_refused(const fs::path& other) {
+    void expect_refused(const fs::path& other, const std::string& second_sentence = {}) {
         const std::string bytes = file_bytes(other);
         session_.basin.Basin_Changed = false;
         dialogs_.then_file(other);
@@ -71,8 +72,8 @@ protected:
         ASSERT_FALSE(dialogs_.messages().empty());
         const Message& told = dialogs_.messages().back().message;
         EXPECT_EQ(told.title, "Error encountered while reading this basin database");
-        EXPECT_EQ(told.text,
-                  "The file you have selected, " + path_text(other) + ", has an unrecognized format");
+        EXPECT_EQ(told.text, "The file you have selected, " + path_text(other) +
+                                 ", has an unrecognized format" + second_sentence);
         EXPECT_TRUE(life_.has_template_name());
         EXPECT_TRUE(file_bytes(other) == bytes);
     }
@@ -160,7 +161,9 @@ TEST_F(FileFaultsTest, ABasinOfANewerProgramIsRefused) {
     const fs::path newer = others_ / "newer.mdb";
     fs::copy_file(file_, newer);
     SQLite::Database{path_text(newer), SQLite::OPEN_READWRITE}.exec("PRAGMA user_version = 9999");
-    expect_refused(newer);
+    expect_refused(newer, ". The file '" + path_text(newer) +
+                              "' was written by a newer version of Nivora (file version 9999, this program "
+                              "reads up to 1). Please use the newer version.");
 }
 
 TEST_F(FileFaultsTest, ABasinWithoutOneOfItsTablesIsRefused) {

@@ -26,6 +26,7 @@ protected:
         basin_.basin_name = "Alder";
         basin_.basin_description = "Upper Alder valley";
         basin_.Basin_File = "alder.mdb";
+        basin_.basin_units = k_metric;
         basin_.Units_Code = k_metric;
         basin_.ZoneCount = 2;
         basin_.zones_text = "2";

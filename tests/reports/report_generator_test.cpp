@@ -156,6 +156,7 @@ TEST_F(ReportGeneratorTest, TheDescriptionOfTheDataTellsBasinSimulationAndZones)
 }
 
 TEST_F(ReportGeneratorTest, TheDescriptionOfAnEnglishBasinNamesItsUnits) {
+    basin_.basin_units = k_english;
     basin_.Units_Code = k_english;
     simulation().comments.reset();
     const auto text = lines(Report::DataDescription);
@@ -164,6 +165,16 @@ TEST_F(ReportGeneratorTest, TheDescriptionOfAnEnglishBasinNamesItsUnits) {
     EXPECT_THAT(text[15], HasSubstr("Basin Area (mi²):"));
     EXPECT_THAT(text[25], HasSubstr("Initial Runoff (CFS):"));
     EXPECT_EQ(text[28], "Zone ID     Zone Area (mi²)               Hypsometric Mean Elevation (ft)");
+}
+
+TEST_F(ReportGeneratorTest, ASimulationInOtherUnitsLeavesTheUnitsOfTheBasinInItsDescription) {
+    basin_.Units_Code = k_english;
+    simulation().comments.reset();
+    const auto text = lines(Report::DataDescription);
+    EXPECT_THAT(text[10], HasSubstr("Metric"));
+    EXPECT_THAT(text[15], HasSubstr("Basin Area (km²):"));
+    EXPECT_THAT(text[25], HasSubstr("Initial Runoff (CFS):"));
+    EXPECT_EQ(text[28], "Zone ID     Zone Area (km²)               Hypsometric Mean Elevation (m)");
 }
 
 }  // namespace

@@ -1,76 +1,7 @@
-#include "session/basin_life.h"
-
-#include "base/durable_file.h"
-#include "base/scripted_dialogs.h"
-#include "session/main_window_rules.h"
-#include "store/table_io.h"
-#include "tests/support/temporary_folder.h"
-
-#include <gtest/gtest.h>
+#include "tests/session/basin_life_fixture.h"
 
 namespace nivora {
 namespace {
-
-namespace fs = std::filesystem;
-
-Simulation simulation(const std::string& name) {
-    Simulation definition;
-    definition.name = name;
-    definition.start = *day_count({1996, 1, 1});
-    definition.end = *day_count({1996, 12, 31});
-    definition.units = std::int16_t{0};
-    definition.initial_x = 1.05;
-    definition.initial_y = 0.02;
-    definition.comments = "kept";
-    return definition;
-}
-
-/// A program folder with its template, a session on it, and a script for every box.
-class BasinLifeTest : public testing::Test {
-protected:
-    BasinLifeTest() { BasinDatabase::create_template(program_ / "null.mdb"); }
-
-    void SetUp() override { life_.start(); }
-
-    void TearDown() override {
-        EXPECT_TRUE(dialogs_.complaints().empty()) << dialogs_.complaints().front();
-        EXPECT_EQ(dialogs_.answers_left(), 0U);
-    }
-
-    /// What a user types into a fresh basin.
-    void define_basin(int simulations) {
-        session_.basin.basin_name = "Alder Fork";
-        fix_units(session_, k_metric);
-        session_.basin.zones_text = "2";
-        session_.basin.ZoneCount = 2;
-        session_.basin.reference_elevation_text = "2107.35";
-        session_.basin.latitude_text = "-41.5";
-        session_.basin.zones = {{.id = "A", .area = 12.5, .elevation = 1500.0},
-                                {.id = "B", .area = 30.25, .elevation = 2100.0}};
-        for (int i = 1; i <= simulations; ++i) {
-            session_.basin.simulations.push_back(simulation("run " + std::to_string(i)));
-        }
-        session_.basin.Basin_Changed = true;
-        session_.basin.Input_Changed = true;
-    }
-
-    fs::path save_new_basin(const std::string& name) {
-        const fs::path file = user_ / name;
-        define_basin(2);
-        dialogs_.then_file(file);
-        life_.save_as();
-        return file;
-    }
-
-    [[nodiscard]] const Message& last_message() const { return dialogs_.messages().back().message; }
-
-    TemporaryFolder program_;
-    TemporaryFolder user_;
-    ScriptedDialogs dialogs_;
-    Desktop desktop_;
-    Session session_{dialogs_, desktop_};
-    BasinLife life_{session_, program_.path()};
-};
 
 TEST_F(BasinLifeTest, AStartWorksOnACopyOfTheTemplate) {
     EXPECT_TRUE(fs::exists(program_ / "new.mdb"));
@@ -115,11 +46,14 @@ TEST_F(BasinLifeTest, SaveAsWritesTheBasinAndNamesIt) {
     EXPECT_EQ(session_.basin.reference_elevation_text, "2107.35");
 }
 
-TEST_F(BasinLifeTest, SaveAsDoesNotPutTheNewNameOnTheRecentListYet) {
-    save_new_basin("alder.mdb");
-    EXPECT_TRUE(session_.settings.recent_files.empty());
-    life_.save();
-    EXPECT_EQ(session_.settings.recent_files, (std::vector<std::string>{path_text(user_ / "alder.mdb")}));
+TEST_F(BasinLifeTest, SaveAsPutsTheNewNameOnTheRecentList) {
+    const fs::path first = save_new_basin("alder.mdb");
+    EXPECT_EQ(session_.settings.recent_files, (std::vector<std::string>{path_text(first)}));
+    const fs::path second = user_ / "birch.mdb";
+    dialogs_.then_file(second);
+    life_.save_as();
+    EXPECT_EQ(session_.settings.recent_files,
+              (std::vector<std::string>{path_text(second), path_text(first)}));
 }
 
 TEST_F(BasinLifeTest, ASavedBasinLosesWhatStoodInTheXAndYCells) {
@@ -310,16 +244,6 @@ TEST_F(BasinLifeTest, YesWithoutASimulationStopsTheCallerAndTheProgramStaysOpen)
     EXPECT_FALSE(fs::exists(user_ / "first.mdb"));
 }
 
-TEST_F(BasinLifeTest, ACopyThatFailsAtTheQuestionIsToldAndCountsAsDone) {
-    const fs::path file = save_new_basin("alder.mdb");
-    fs::permissions(file, fs::perms::owner_read);
-    session_.basin.Basin_Changed = true;
-    dialogs_.then(Answer::Yes);
-    EXPECT_TRUE(life_.may_exit());
-    EXPECT_EQ(last_message().title, "The basin was not saved");
-    EXPECT_FALSE(session_.basin.Basin_Changed);
-}
-
 TEST_F(BasinLifeTest, NothingIsAskedWhereNothingChanged) {
     EXPECT_TRUE(life_.may_exit());
     EXPECT_TRUE(dialogs_.messages().empty());
@@ -331,8 +255,20 @@ TEST_F(BasinLifeTest, AStartWithoutATemplateWorksOnWhatTheLastStartLeft) {
     BasinDescription header = read_basin_description(database);
     header.name = "left over";
     write_basin_description(database, header);
+    database.in_transaction([&] {
+        add_rows<Simulation>(database, template_table(k_simulation_index),
+                             std::vector<Simulation>{simulation_named("old")});
+        return true;
+    });
     life_.start();
     EXPECT_EQ(session_.basin.basin_name, "left over");
+    EXPECT_EQ(session_.basin.Current_Sim_Name, "--");
+    EXPECT_FALSE(session_.shell.save);
+    EXPECT_TRUE(session_.shell.save_as);
+    EXPECT_FALSE(session_.shell.variables_of_record);
+    EXPECT_FALSE(session_.shell.variables_of_simulation);
+    EXPECT_FALSE(session_.shell.parameters);
+    EXPECT_FALSE(session_.shell.scenario_definition);
 }
 
 TEST_F(BasinLifeTest, NamesWithQuotesAndOtherScriptsSurviveASave) {

@@ -192,21 +192,22 @@ TEST_F(MainWindowRules, AConfirmedNumberMakesTheZonesAndTheirMonths) {
 
 TEST_F(MainWindowRules, ASimulationNeedsANameUnitsAndZones) {
     session_.basin.basin_name = k_unnamed_basin;
-    session_.basin.Units_Code = k_metric;
+    session_.basin.basin_units = k_metric;
     session_.shell.zones_fixed_shown = true;
     EXPECT_EQ(add_simulation_problem(session_)->text,
               "Provide a name for the basin, the # of zones, and the units of measurement before creating a "
               "simulation");
     session_.basin.basin_name = "Alder";
     EXPECT_FALSE(add_simulation_problem(session_).has_value());
-    session_.basin.Units_Code = k_units_not_fixed;
+    session_.basin.basin_units = k_units_not_fixed;
     EXPECT_TRUE(add_simulation_problem(session_).has_value());
-    session_.basin.Units_Code = k_metric;
+    session_.basin.basin_units = k_metric;
     session_.shell.zones_fixed_shown = false;
     EXPECT_TRUE(add_simulation_problem(session_).has_value());
 }
 
 TEST_F(MainWindowRules, NoSnowModeTurnsMeltSeasonAndClimateRunsOffAndTellsOnlyWhenItGoesOn) {
+    session_.shell.run_simulation = true;
     session_.shell.run_climate = true;
     const auto told = toggle_no_snow(session_);
     ASSERT_TRUE(told.has_value());
@@ -219,6 +220,65 @@ TEST_F(MainWindowRules, NoSnowModeTurnsMeltSeasonAndClimateRunsOffAndTellsOnlyWh
     EXPECT_FALSE(toggle_no_snow(session_).has_value());
     EXPECT_TRUE(session_.shell.melt_season);
     EXPECT_TRUE(session_.shell.run_climate);
+}
+
+TEST_F(MainWindowRules, NoSnowSwitchedOnAndOffWithoutASimulationLeavesTheClimateRunOff) {
+    static_cast<void>(toggle_no_snow(session_));
+    static_cast<void>(toggle_no_snow(session_));
+    EXPECT_FALSE(session_.shell.run_climate);
+}
+
+TEST_F(MainWindowRules, TheRunMenuOpensOnceAreasAreTyped) {
+    Simulation definition;
+    definition.name = "by hand";
+    session_.basin.simulations = {definition};
+    choose_simulation_row(session_, 0);
+    EXPECT_FALSE(session_.shell.run_menu) << "the area reads --";
+    session_.basin.zones = {{.id = "1", .area = 12.5}};
+    take_zone_areas(session_);
+    EXPECT_EQ(session_.basin.basin_area_text, "12.5");
+    EXPECT_TRUE(session_.shell.run_menu);
+}
+
+TEST_F(MainWindowRules, ASimulationInOtherUnitsLeavesTheUnitsOfTheBasin) {
+    fix_units(session_, k_metric);
+    Simulation definition;
+    definition.name = "english";
+    definition.units = std::int16_t{k_english};
+    session_.basin.simulations = {definition};
+    choose_simulation_row(session_, 0);
+    EXPECT_EQ(session_.basin.Units_Code, k_english);
+    EXPECT_EQ(session_.basin.basin_units, k_metric);
+}
+
+// The limits of usual values: an area of 10^7, and the highest reference elevation of the units.
+TEST_F(MainWindowRules, ValuesBeyondAnyOnEarthAreAskedAboutInOneQuestion) {
+    session_.basin.basin_units = k_metric;
+    session_.basin.zones = {{.id = "1", .area = 1e7, .elevation = 1500.0},
+                            {.id = "2", .area = 12.5, .elevation = 8849.0}};
+    EXPECT_FALSE(unusual_zones(session_.basin).has_value()) << "the limits themselves pass";
+    session_.basin.zones = {{.id = "1", .area = 12.5, .elevation = 1500.0},
+                            {.id = "2", .area = 25000000.0, .elevation = 8850.0}};
+    const auto unusual = unusual_zones(session_.basin);
+    ASSERT_TRUE(unusual.has_value());
+    EXPECT_EQ(unusual->question.text,
+              "These zone values are unusually large:\nZone 2: area 25000000 km²\nZone 2: mean "
+              "elevation 8850 m\nAre they right?");
+    EXPECT_EQ(unusual->question.buttons, Buttons::YesNo);
+    EXPECT_EQ(unusual->question.default_answer, Answer::No);
+    EXPECT_EQ(unusual->zone, 2);
+    EXPECT_EQ(unusual->column, 2);
+}
+
+TEST_F(MainWindowRules, ElevationsHaveTheLimitOfTheBasinsOwnUnits) {
+    session_.basin.basin_units = k_english;
+    session_.basin.Units_Code = k_metric;  // a simulation in other units
+    session_.basin.zones = {{.id = "1", .area = 12.5, .elevation = 29035.0}};
+    EXPECT_FALSE(unusual_zones(session_.basin).has_value());
+    session_.basin.zones[0].elevation = 29036.0;
+    ASSERT_TRUE(unusual_zones(session_.basin).has_value());
+    EXPECT_NE(unusual_zones(session_.basin)->question.text.find("29036 ft"), std::string::npos);
+    EXPECT_EQ(unusual_zones(session_.basin)->column, 3);
 }
 
 TEST_F(MainWindowRules, SelectingARowSetsTheCurrentSimulationAndEnablesTheRuns) {

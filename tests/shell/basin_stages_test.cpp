@@ -95,6 +95,20 @@ TEST_F(BasinStagesTest, NoToTheUnitsLeavesEverythingOpen) {
     EXPECT_EQ(session_.basin.Units_Code, k_units_not_fixed);
 }
 
+TEST_F(BasinStagesTest, NoToTheUnitsTakesTheirNamesBackFromTheLabels) {
+    const QString elevation = find<QLabel>("Label1(5)")->text();
+    const QString area = find<QLabel>("Label1(7)")->text();
+    const QString zone_area = header(2);
+    dialogs_.while_shown = [&] {
+        EXPECT_EQ(find<QLabel>("Label1(5)")->text(), QStringLiteral("Reference Elevation (ft):"));
+    };
+    choose_units(1, Answer::No);
+    dialogs_.while_shown = nullptr;
+    EXPECT_EQ(find<QLabel>("Label1(5)")->text(), elevation);
+    EXPECT_EQ(find<QLabel>("Label1(7)")->text(), area);
+    EXPECT_EQ(header(2), zone_area);
+}
+
 TEST_F(BasinStagesTest, UnitsThatWereNotChosenAreLeftWithoutAQuestion) {
     leave(find<QComboBox>("Combo1"));
     EXPECT_TRUE(dialogs_.messages().empty());

@@ -80,15 +80,19 @@ TEST_F(FileMenuTest, ACancelledOpenChangesNothing) {
     EXPECT_EQ(box(0)->text(), QStringLiteral("Ellervane at Corben Bridge"));
 }
 
-TEST_F(FileMenuTest, NoAndThenNoFileKeepsTheEditsAndForgetsThatTheyAreUnsaved) {
-    // The answer has cleared the marks before the file is asked for; it is meant so.
-    open_sample();
+TEST_F(FileMenuTest, NoAndThenNoFileKeepsTheEditsAndExitAsksAgain) {
+    const fs::path file = open_sample();
     type(4, "edited");
-    set({.Basin_Changed = true, .Input_Changed = true, .Output_Valid = true});
+    const Flags before{.Basin_Changed = true, .Input_Changed = true, .Output_Valid = true};
+    set(before);
     dialogs_.then(Answer::No).then_file(std::nullopt);
     choose("mnuFileItem(1)");
-    EXPECT_EQ(flags(), (Flags{.Output_Valid = true}));
+    EXPECT_EQ(flags(), before);
     EXPECT_EQ(box(4)->text(), QStringLiteral("edited"));
+    dialogs_.then(Answer::Cancel);
+    choose("mnuFileItem(9)");
+    expect_question("Save changes to " + path_text(file));
+    EXPECT_TRUE(window_->isVisible());
 }
 
 TEST_F(FileMenuTest, ReservedNamesAreRefusedWhenOpeningAndNothingChanges) {
@@ -161,6 +165,9 @@ TEST_F(FileMenuTest, ARecentEntryThatIsGoneIsToldAfterTheSaveQuestion) {
                                        path_text(user_ / "gone.mdb") + "' has been moved or deleted.");
     EXPECT_EQ(last_message().buttons, Buttons::Ok);
     EXPECT_EQ(box(0)->text(), QStringLiteral("Ellervane at Corben Bridge"));
+    EXPECT_EQ(session_.basin.Basin_File, file);
+    EXPECT_EQ(find<QLabel>("panel1")->text(), QString::fromStdString(path_text(file)));
+    EXPECT_TRUE(session_.basin.Basin_Changed);
 }
 
 }  // namespace

@@ -189,6 +189,19 @@ TEST_F(FileSaveTest, ClosingTheMainWindowClosesTheHelpWindowWithIt) {
     EXPECT_FALSE(help_shown());
 }
 
+TEST_F(FileSaveTest, SaveAndSaveAsCheckTheBoxThatIsBeingTypedInAsIfItWereLeft) {
+    const fs::path file = open_sample();
+    const std::string before = file_bytes(file);
+    for (const char* command : {"mnuFileItem(4)", "mnuFileItem(5)"}) {
+        type(2, "99999");
+        choose(command);
+        EXPECT_EQ(last_message().text, "Basin elevation out of range!") << command;
+        EXPECT_EQ(box(2)->text(), QString{}) << command;
+    }
+    EXPECT_TRUE(file_bytes(file) == before);
+    EXPECT_TRUE(dialogs_.files().size() == 1) << "no name to save under was asked for";
+}
+
 TEST_F(FileSaveTest, AMenuCommandWhileABoxHoldsARefusableValueAsksItsOwnQuestionAlone) {
     open_sample();
     type(2, "99999");

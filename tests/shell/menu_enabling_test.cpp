@@ -189,13 +189,16 @@ TEST_F(MenuEnablingTest, NoSnowModeOutlivesOpenNewAndSave) {
     EXPECT_FALSE(enabled("mnuRunForVar(0)"));
 }
 
-TEST_F(MenuEnablingTest, NoSnowModeSwitchedOffEnablesTheClimateRunEvenWithoutASimulation) {
-    // It takes the opposite of the mode and asks for nothing else; it is meant so.
+TEST_F(MenuEnablingTest, NoSnowModeSwitchedOnAndOffLeavesTheClimateRunToASimulation) {
+    choose("mnuOptItem(0)");
+    EXPECT_FALSE(enabled("mnuRunClim"));
+    choose("mnuOptItem(0)");
+    EXPECT_FALSE(enabled("mnuRunClim"));
+    open_sample();
     choose("mnuOptItem(0)");
     EXPECT_FALSE(enabled("mnuRunClim"));
     choose("mnuOptItem(0)");
     EXPECT_TRUE(enabled("mnuRunClim"));
-    EXPECT_FALSE(enabled("mnuRunSim"));
 }
 
 TEST_F(MenuEnablingTest, TheNoSnowBoxShowsItsWholeTextOnlyWhenTheModeGoesOn) {

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <limits>
+
 namespace nivora {
 namespace {
 
@@ -71,6 +73,71 @@ TEST_F(RunMenuTest, ABlankReferenceElevationIsRedWhileItsMessageShows) {
 TEST_F(RunMenuTest, AZoneWithoutAnAreaIsTold) {
     set_zone(2, 2, "0");
     expect_zone_refused(2, "Zone area must be greater than zero!");
+}
+
+TEST_F(RunMenuTest, AnAreaBelowZeroIsRefusedAsZeroIs) {
+    set_zone(2, 2, "-20");
+    expect_zone_refused(2, "Zone area must be greater than zero!");
+}
+
+TEST_F(RunMenuTest, AnAreaThatIsNoNumberIsRefused) {
+    session_.basin.zones[1].area = std::numeric_limits<double>::quiet_NaN();
+    expect_zone_refused(2, "Zone area must be greater than zero!");
+}
+
+TEST_F(RunMenuTest, NoRunStartsWithAnAreaBelowZero) {
+    set_zone(2, 2, "-20");
+    for (const char* command : {"mnuRunSimVar(0)", "mnuRunSimVar(1)", "mnuRunClim"}) {
+        choose(command);
+        EXPECT_EQ(last_message().text, "Zone area must be greater than zero!") << command;
+    }
+    EXPECT_FALSE(session_.basin.Output_Valid);
+    EXPECT_FALSE(session_.shell.climate_window);
+}
+
+TEST_F(RunMenuTest, AnAreaInAnOpenEditorIsTheOneThatIsChecked) {
+    auto* grid = find<QTableView>("vaSpread1");
+    const auto type_area = [&](const char* area) {
+        grid->setFocus();
+        grid->setCurrentIndex(zones()->index(1, 1));
+        QTest::keyClick(grid, Qt::Key_F2);
+        auto* editor = grid->viewport()->findChildren<QLineEdit*>().last();
+        editor->selectAll();
+        QTest::keyClicks(editor, QString::fromUtf8(area));
+    };
+    type_area("0");
+    expect_zone_refused(2, "Zone area must be greater than zero!");
+    type_area("30");
+    open_run_menu();
+    EXPECT_EQ(dialogs_.messages().size(), 1U) << "the area is sound now";
+    EXPECT_EQ(session_.basin.zones[1].area, 30.0);
+}
+
+TEST_F(RunMenuTest, AReferenceElevationThatIsBeingTypedIsCheckedAsIfItWereLeft) {
+    type(2, "99999");
+    open_run_menu();
+    ASSERT_EQ(dialogs_.messages().size(), 1U);
+    EXPECT_EQ(last_message().text, "Basin elevation out of range!");
+    EXPECT_EQ(box(2)->text(), QString{});
+}
+
+TEST_F(RunMenuTest, AnUnlikelyElevationIsAskedAboutOnceUntilItChanges) {
+    const int last = session_.basin.ZoneCount;
+    set_zone(last, 3, "9000");
+    dialogs_.then(Answer::No);
+    open_run_menu();
+    EXPECT_EQ(last_message().title, "Unusual zone values");
+    EXPECT_EQ(QApplication::focusWidget(), find<QTableView>("vaSpread1"));
+    EXPECT_EQ(find<QTableView>("vaSpread1")->currentIndex(), zones()->index(last - 1, 2));
+    dialogs_.then(Answer::Yes);
+    open_run_menu();
+    EXPECT_EQ(dialogs_.messages().size(), 2U) << "No asks again";
+    open_run_menu();
+    EXPECT_EQ(dialogs_.messages().size(), 2U) << "Yes is kept";
+    set_zone(last, 3, "9001");
+    dialogs_.then(Answer::Yes);
+    open_run_menu();
+    EXPECT_EQ(dialogs_.messages().size(), 3U) << "for these values";
 }
 
 TEST_F(RunMenuTest, ZonesMustRise) {

@@ -136,11 +136,21 @@ TEST_F(SimulationCellsTest, DatesOutsideTheMasksRangeAreRefusedInSilence) {
     EXPECT_EQ(dialogs_.messages().size(), 0U);
 }
 
-TEST_F(SimulationCellsTest, UnitsRewriteTheHeaderOfTheInitialRunoffAndThoseOfTheBasin) {
+TEST_F(SimulationCellsTest, UnitsRewriteTheHeaderOfTheInitialRunoffAndNothingOfTheBasin) {
+    const auto zone_header_of = [&](int column) {
+        return find<QTableView>("vaSpread1")->model()->headerData(column - 1, Qt::Horizontal).toString();
+    };
+    const QString zone_area = zone_header_of(2);
     set(2, 5, "E");
     EXPECT_EQ(row(2).units, k_english);
     EXPECT_EQ(session_.basin.Units_Code, k_english);
+    EXPECT_EQ(session_.basin.basin_units, k_metric);
     EXPECT_EQ(header(13), "Initial Runoff (CFS)");
+    find<QTableView>("DBGrid1")->selectRow(1);
+    EXPECT_EQ(find<QLabel>("lblUnits")->text(), QStringLiteral("Metric"));
+    EXPECT_EQ(find<QLabel>("Label1(5)")->text(), QStringLiteral("Reference Elevation (m):"));
+    EXPECT_EQ(find<QLabel>("Label1(7)")->text(), QStringLiteral("Basin Area (km²):"));
+    EXPECT_EQ(zone_header_of(2), zone_area);
     set(2, 5, "M");
     EXPECT_EQ(session_.basin.Units_Code, k_metric);
     EXPECT_EQ(header(13), "Initial Runoff (CMS)");

@@ -7,7 +7,11 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <functional>
+
 #ifndef _WIN32
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -128,6 +132,77 @@ TEST_F(BasinCopyTest, AFileThatIsMarkedReadOnlyIsNotReplaced) {
 TEST_F(BasinCopyTest, AMissingFolderIsAFileError) {
     make_basin(work_, "new", 1);
     EXPECT_THROW(copy_over_user_file(work_, folder_ / "nowhere" / "user.mdb"), FileError);
+}
+
+#ifndef _WIN32
+/// What is told where no file may grow beyond a size, as on a full disk. The limit can't be lifted again, so
+/// that it holds in a child, which writes the text into `told`.
+std::string told_beyond(std::uintmax_t size, const fs::path& told, const std::function<void()>& work) {
+    const pid_t child = fork();
+    if (child == 0) {
+        std::ofstream text{told};
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{size, size};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        try {
+            work();
+        } catch (const FileError& error) {
+            text << error.what();
+        } catch (const StoreError& error) {
+            text << "StoreError: " << error.what();
+        }
+        text.close();
+        _exit(0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    const std::string content = file_bytes(told);
+    fs::remove(told);
+    return content;
+}
+
+TEST_F(BasinCopyTest, AFullDiskAtOpeningBlamesTheWorkingFile) {
+    make_basin(user_, "Alder", 4000);
+    make_basin(work_, "work", 1);
+    const std::string before = file_bytes(work_);
+    EXPECT_EQ(
+        told_beyond(fs::file_size(user_) / 2, folder_ / "told", [&] { copy_into_work_file(user_, work_); }),
+        "The file '" + path_text(work_) + "' can't be written: the disk may be full.");
+    EXPECT_TRUE(file_bytes(work_) == before);
+    EXPECT_EQ(sorted_entries(folder_), (std::vector<std::string>{"new.mdb", "user.mdb"}));
+}
+
+TEST_F(BasinCopyTest, AFullDiskAtSavingNamesTheUsersFile) {
+    make_basin(user_, "old", 1);
+    make_basin(work_, "work", 4000);
+    EXPECT_EQ(
+        told_beyond(fs::file_size(work_) / 2, folder_ / "told", [&] { copy_over_user_file(work_, user_); }),
+        "The file '" + path_text(user_) + "' can't be written: the disk may be full.");
+    EXPECT_EQ(basin_name(user_), "old");
+    EXPECT_EQ(sorted_entries(folder_), (std::vector<std::string>{"new.mdb", "user.mdb"}));
+}
+#endif
+
+TEST_F(BasinCopyTest, ASaveIntoAMissingFolderNamesTheUsersFile) {
+    make_basin(work_, "work", 1);
+    const fs::path file = folder_ / "none" / "user.mdb";
+    try {
+        copy_over_user_file(work_, file);
+        FAIL() << "the folder is missing";
+    } catch (const FileError& error) {
+        EXPECT_EQ(std::string{error.what()},
+                  "The file '" + path_text(file) +
+                      "' can't be written: its folder can't be written to, or does not exist.");
+    }
+}
+
+TEST_F(BasinCopyTest, ASaveThatIsRefusedClearsTheLeftoversOfAKilledOneToo) {
+    make_basin(user_, "user", 1);
+    make_basin(work_, "work", 1);
+    folder_.write("user.mdb.999999999-1.part", "killed");
+    fs::permissions(user_, fs::perms::owner_read);
+    EXPECT_THROW(copy_over_user_file(work_, user_), FileError);
+    EXPECT_EQ(sorted_entries(folder_), (std::vector<std::string>{"new.mdb", "user.mdb"}));
 }
 
 TEST_F(BasinCopyTest, LeftoversOfADeadWriterAreClearedAndOthersStay) {
