@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/dialogs.h"
+#include "engine/run_notes.h"
 
 #include <iosfwd>
 #include <optional>
@@ -36,6 +37,9 @@ public:
 
     /// Reports what went wrong outside the model in the same form.
     void report_problem(const std::string& title, const std::string& text);
+
+    /// Reports each note of a run on a line of its own. A note says no to nothing.
+    void report_notes(const std::vector<RunNote>& notes, int units_code);
 
     [[nodiscard]] const std::vector<ReportedMessage>& messages() const { return messages_; }
     /// Whether a message said no: one that asked nothing, or a text that was not accepted.

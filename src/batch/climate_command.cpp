@@ -31,6 +31,7 @@ std::optional<std::string> stored_scenario(BasinDatabase& database, const Climat
     for (const ScenarioIndexRow& row :
          read_table<ScenarioIndexRow>(database, template_table(k_scenario_index))) {
         if (!same_name(row.simulation, session.basin.Current_Sim_Name)) continue;
+        if (same_name(row.scenario, k_no_scenario)) continue;
         if (same_name(row.scenario, command.scenario)) return row.scenario;
         names += (names.empty() ? "'" : ", '") + row.scenario + "'";
     }
@@ -77,7 +78,8 @@ Json step_json(const StepStatistics& statistics) {
     return json;
 }
 
-Json climate_json(const ClimateState& climate, const BatchDialogs& dialogs) {
+Json climate_json(const Session& session, const BatchDialogs& dialogs) {
+    const ClimateState& climate = session.climate;
     Json steps = Json::object();
     for (int step = 1; step <= k_climate_steps; ++step) {
         const auto& statistics = climate.statistics.at(static_cast<std::size_t>(step));
@@ -92,7 +94,10 @@ Json climate_json(const ClimateState& climate, const BatchDialogs& dialogs) {
         }
         summary[name] = cells;
     }
-    return {{"steps", steps}, {"summary", summary}, {"messages", messages_json(dialogs.messages())}};
+    return {{"steps", steps},
+            {"summary", summary},
+            {"notes", notes_json(session.run.notes, session.basin.Units_Code)},
+            {"messages", messages_json(dialogs.messages())}};
 }
 
 std::string figure(std::optional<float> value) { return value ? single_text(*value) : std::string{}; }
@@ -160,8 +165,9 @@ int climate_command(const ClimateCommand& command, BatchDialogs& dialogs, std::o
     } catch (const FileError& error) {
         dialogs.report_problem("The report can't be written", error.what());
     }
+    dialogs.report_notes(session.run.notes, session.basin.Units_Code);
     if (command.json) {
-        out << printed(climate_json(session.climate, dialogs));
+        out << printed(climate_json(session, dialogs));
     } else if (done) {
         print_climate(session, out);
     }

@@ -1,9 +1,11 @@
 #include "base/durable_file.h"
+#include "base/number_text.h"
 #include "base/text.h"
 #include "batch/commands.h"
 #include "prep/legacy_import.h"
 #include "store/basin_copy.h"
 #include "store/basin_opening.h"
+#include "store/scenario_placeholder.h"
 #include "store/table_io.h"
 
 #include <fmt/format.h>
@@ -28,6 +30,14 @@ bool options_acceptable(const ImportCommand& command, BatchDialogs& dialogs) {
     }
     if (command.latitude && !(*command.latitude >= -90.0 && *command.latitude <= 90.0)) {
         dialogs.stop("Latitude must be between 90° North and 90° South (-90°)", "Latitude out of range");
+        return false;
+    }
+    if (command.initial_runoff && *command.initial_runoff < 0.0) {
+        dialogs.stop(
+            fmt::format("The initial runoff is {}. A runoff cannot be below 0: give the discharge of the day "
+                        "before the simulation starts.",
+                        double_text(*command.initial_runoff)),
+            "Invalid initial runoff");
         return false;
     }
     return true;
@@ -90,6 +100,7 @@ std::optional<Simulation> import_into(BasinDatabase& database, const LegacyFile&
         if (!record) return false;
         apply_options(command, record->definition);
         store_simulation(database, record->definition);
+        ensure_scenario_placeholder(database, record->definition.name);
         if (command.latitude) store_latitude(database, *command.latitude);
         imported = record->definition;
         return true;

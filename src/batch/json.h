@@ -1,6 +1,8 @@
 // JSON as the batch program prints it.
 #pragma once
 
+#include "base/calendar.h"
+#include "base/single.h"
 #include "batch/batch_dialogs.h"
 
 #include <nlohmann/json.hpp>
@@ -22,6 +24,25 @@ using Json = nlohmann::basic_json<nlohmann::ordered_map, std::vector, std::strin
     for (const ReportedMessage& message : messages) {
         list.push_back(
             {{"title", message.title}, {"text", message.text}, {"answer", answer_name(message.answer)}});
+    }
+    return list;
+}
+
+/// The notes of a run: `kind`, `step` in a climate evaluation, `zones`, the days that a note is about, a
+/// value where the kind has one, and the `text`.
+[[nodiscard]] inline Json notes_json(const std::vector<RunNote>& notes, int units_code) {
+    Json list = Json::array();
+    for (const RunNote& note : notes) {
+        Json json{{"kind", note_name(note.kind)}};
+        if (note.step > 0) json["step"] = note.step;
+        json["zones"] = note.zones;
+        json["first"] = iso_date_text(note.first);
+        json["last"] = iso_date_text(note.last);
+        json["days"] = note.days;
+        json["periodDays"] = note.period_days();
+        if (!is_missing(static_cast<double>(note.value))) json["value"] = note.value;
+        json["text"] = note_text(note, units_code);
+        list.push_back(json);
     }
     return list;
 }

@@ -40,24 +40,29 @@ bool choose_kind(Session& session, const RunCommand& command, BatchDialogs& dial
     return choose_forecast(session.run, dialogs, index);
 }
 
-Json statistics_json(const RunState& run, const RunOutcome& outcome, const BatchDialogs& dialogs) {
-    const auto value = [&](float number) { return outcome.statistics_valid ? Json(number) : Json(nullptr); };
-    return {{"MeasuredVolume", value(run.MeasuredVolume)},
-            {"AvgMeasuredQ", value(run.AvgMeasuredQ)},
-            {"ComputedVolume", value(run.ComputedVolume)},
-            {"AvgComputedQ", value(run.AvgComputedQ)},
-            {"VolumeDifference", value(run.VolumeDifference)},
-            {"CoefficientR2", value(run.CoefficientR2)},
+Json statistics_json(const RunState& run, int units_code, const RunOutcome& outcome,
+                     const BatchDialogs& dialogs) {
+    const auto values = statistics_values(run);
+    const auto value = [&](std::size_t index) {
+        return values.at(index) ? Json(*values.at(index)) : Json(nullptr);
+    };
+    return {{"MeasuredVolume", value(0)},
+            {"AvgMeasuredQ", value(1)},
+            {"ComputedVolume", value(2)},
+            {"AvgComputedQ", value(3)},
+            {"VolumeDifference", value(4)},
+            {"CoefficientR2", value(5)},
             {"FinalQ", outcome.completed ? Json(run.FinalQ[0]) : Json(nullptr)},
             {"RunTitle", run.RunTitle},
+            {"notes", notes_json(run.notes, units_code)},
             {"messages", messages_json(dialogs.messages())}};
 }
 
-void print_line(std::ostream& out, const std::string& label, float value) {
+void print_line(std::ostream& out, const std::string& label, std::optional<float> value) {
     constexpr std::size_t k_value_column = 46;
     const std::size_t used = character_count(label);
-    out << label << std::string(used < k_value_column ? k_value_column - used : 1, ' ') << single_text(value)
-        << '\n';
+    const std::string text = value ? single_text(*value) : "not known";
+    out << label << std::string(used < k_value_column ? k_value_column - used : 1, ' ') << text << '\n';
 }
 
 void print_statistics(const Session& session, std::ostream& out) {
@@ -97,12 +102,14 @@ int run_command(const RunCommand& command, BatchDialogs& dialogs, std::ostream& 
     } catch (const StoreError& error) {
         dialogs.report_problem("The basin can't be read", error.what());
     }
+    dialogs.report_notes(session.run.notes, session.basin.Units_Code);
     if (command.json) {
-        out << printed(statistics_json(session.run, outcome, dialogs));
-    } else if (outcome.statistics_valid) {
+        out << printed(statistics_json(session.run, session.basin.Units_Code, outcome, dialogs));
+    } else if (outcome.statistics != StatisticsReach::Nothing) {
         print_statistics(session, out);
     }
-    return outcome.completed && outcome.statistics_valid && !dialogs.said_no() ? k_done : k_said_no;
+    const bool done = outcome.completed && outcome.statistics == StatisticsReach::All;
+    return done && !dialogs.said_no() ? k_done : k_said_no;
 }
 
 }  // namespace nivora

@@ -37,6 +37,15 @@ void keep_statistics(ClimateContext context, StatisticsReach reach) {
     context.climate.statistics.at(static_cast<std::size_t>(run.ClimateStep)) = statistics;
 }
 
+/// What the days of the whole simulation lack, for the summer as well.
+void note_days_without_rows(const SimResults& results, ClimateContext context) {
+    const BasinState& basin = context.run.basin;
+    RunState& run = context.run.run;
+    run.notes =
+        days_without_rows(results, basin.ZoneCount, run.RunStart, basin.Current_End.value_or(run.RunEnd));
+    for (RunNote& note : run.notes) note.step = run.ClimateStep;
+}
+
 bool run_model(SimResults& results, ClimateContext context) {
     StatisticsReach reach = StatisticsReach::Nothing;
     const bool reached_end = Run_Model(results, context.run, reach);
@@ -59,6 +68,10 @@ bool take_scenario(BasinDatabase& database, ClimateContext context) {
     ClimateState& climate = context.climate;
     const Simulation* simulation = basin.current_simulation();
     if (const auto problem = run_period_problem(simulation)) {
+        dialogs.message(*problem);
+        return false;
+    }
+    if (const auto problem = initial_runoff_problem(*simulation)) {
         dialogs.message(*problem);
         return false;
     }
@@ -90,22 +103,23 @@ bool reuse_confirmed(ClimateContext context) {
                                         .buttons = Buttons::YesNo}) == Answer::Yes;
 }
 
-bool store(ResultsReplacement& replacement, const SimResults& results, Dialogs& dialogs) {
+bool store(ResultsReplacement& replacement, const SimResults& results, RunContext context) {
     try {
         replacement.commit(results);
+        context.basin.results_time = local_now();
         return true;
     } catch (const StoreError& error) {
-        dialogs.message(results_fault_message(error));
+        context.dialogs.message(results_fault_message(error));
         return false;
     }
 }
 
-bool store(BasinDatabase& database, const SimResults& results, Dialogs& dialogs) {
+bool store(BasinDatabase& database, const SimResults& results, RunContext context) {
     try {
         ResultsReplacement replacement{database};
-        return store(replacement, results, dialogs);
+        return store(replacement, results, context);
     } catch (const StoreError& error) {
-        dialogs.message(results_fault_message(error));
+        context.dialogs.message(results_fault_message(error));
         return false;
     }
 }
@@ -124,6 +138,12 @@ void mark_started(ClimateContext context) {
     context.run.run.LastRunSimulation = basin.Current_Sim_Name;
 }
 
+/// The table holds inputs alone.
+void mark_without_results(ClimateContext context) {
+    context.run.basin.Output_Valid = false;
+    context.run.run.LastRunSimulation.clear();
+}
+
 StepOutcome outcome_of(bool done) { return done ? StepOutcome::Done : StepOutcome::Suspended; }
 
 /// Step 1 on results that the user edited by hand.
@@ -132,8 +152,9 @@ StepOutcome first_step_on_results(BasinDatabase& database, ClimateContext contex
     SimResults results = load_results(database);
     Clear_CC_Work_Columns(results);
     context.reached(StepStage::ModelStarts);
+    note_days_without_rows(results, context);
     const bool reached_end = run_model(results, context);
-    const bool stored = store(database, results, context.run.dialogs);
+    const bool stored = store(database, results, context.run);
     mark_started(context);
     return outcome_of(reached_end && stored);
 }
@@ -149,12 +170,13 @@ StepOutcome first_step_on_scenario(BasinDatabase& database, ClimateContext conte
     if (built.replacement) basin.Basin_Changed = true;
     if (built.Status == 1) {
         if (!built.replacement) return StepOutcome::Refused;
-        store(*built.replacement, built.results, dialogs);
+        if (store(*built.replacement, built.results, context.run)) mark_without_results(context);
         return StepOutcome::NotRun;
     }
     context.reached(StepStage::ModelStarts);
+    note_days_without_rows(built.results, context);
     const bool reached_end = run_model(built.results, context);
-    const bool stored = built.replacement && store(*built.replacement, built.results, dialogs);
+    const bool stored = built.replacement && store(*built.replacement, built.results, context.run);
     mark_started(context);
     return outcome_of(reached_end && stored);
 }
@@ -172,6 +194,7 @@ StepOutcome first_step(BasinDatabase& database, ClimateContext context, const Ru
     const ClimateState climate_before = context.climate;
     run.RunKind = k_year_round_simulation;
     run.UpdateInterval = 0;
+    run.notes.clear();
     clear_sums(run);
     context.climate.statistics = {};
     const StepOutcome outcome = checked_first_step(database, context);
@@ -206,20 +229,35 @@ bool fourth_step(SimResults& results, ClimateContext context) {
     return inputs;
 }
 
-bool fifth_step(SimResults& results, ClimateContext context) {
-    const WinterContext winter{context.run.basin, context.run.run, context.climate, context.run.dialogs};
+WinterReport new_report(ClimateContext context) {
+    return {context.run.basin, context.run.run, context.climate, context.now};
+}
+
+/// False after a message where the report can't be written.
+bool write_report(ClimateContext context, const WinterReport& report) {
     try {
-        const std::string report = Winter_Adjustment(results, winter, context.now);
         const BasinState& basin = context.run.basin;
-        write_whole_file(context.report_file, report, {basin.Work_File, basin.Basin_File});
+        write_whole_file(context.report_file, report.written(), {basin.Work_File, basin.Basin_File});
         return true;
-    } catch (const Fault& fault) {
-        context.run.dialogs.stop(fault.what());
     } catch (const FileError& error) {
         context.run.dialogs.stop(std::string{error.what()} +
                                  " Step 5 can be repeated once it can be written.");
+        return false;
     }
-    return false;
+}
+
+/// A fault leaves the report with the zones that were done.
+bool fifth_step(SimResults& results, ClimateContext context) {
+    const WinterContext winter{context.run.basin, context.run.run, context.climate, context.run.dialogs};
+    WinterReport report = new_report(context);
+    bool reached_end = false;
+    try {
+        Winter_Adjustment(results, winter, report);
+        reached_end = true;
+    } catch (const Fault& fault) {
+        context.run.dialogs.stop(fault.what());
+    }
+    return write_report(context, report) && reached_end;
 }
 
 bool sixth_step(SimResults& results, ClimateContext context) {
@@ -255,7 +293,7 @@ StepOutcome later_step(BasinDatabase& database, ClimateContext context, int step
         case 5: done = fifth_step(results, context); break;
         default: done = sixth_step(results, context); break;
     }
-    const bool stored = store(database, results, context.run.dialogs);
+    const bool stored = store(database, results, context.run);
     return outcome_of(done && stored);
 }
 
@@ -291,6 +329,7 @@ StepOutcome run_climate_step(ClimateContext context, int step) {
         return run_climate_step(database, context, step);
     } catch (const StoreError& error) {
         context.run.run.ClimateStep = step;
+        if (step == 5) static_cast<void>(write_report(context, new_report(context)));
         context.run.dialogs.stop(error.what());
         return StepOutcome::Suspended;
     }
@@ -299,6 +338,9 @@ StepOutcome run_climate_step(ClimateContext context, int step) {
 StepOutcome run_climate_step(BasinDatabase& database, ClimateContext context, int step) {
     const RunState before = context.run.run;
     context.run.run.ClimateStep = step;
+    if (step > 1) forget_notes(context.run.run, step);
+    // Whatever keeps step 5 from its end, the report is none of an earlier evaluation any more.
+    if (step == 5 && !write_report(context, new_report(context))) return StepOutcome::Suspended;
     try {
         return step == 1 ? first_step(database, context, before) : later_step(database, context, step);
     } catch (const StoreError& error) {
@@ -317,9 +359,13 @@ void end_climate_step(ClimateContext context, int step, StepOutcome outcome) {
     }
     run.results_enabled = false;
     run.LastRunSimulation.clear();
-    if (outcome == StepOutcome::Suspended) return;
+    if (outcome == StepOutcome::Suspended) {
+        basin.Output_Valid = false;
+        return;
+    }
     context.climate.steps_done = step;
     basin.Input_Changed = false;
+    basin.results_outdated = false;
     run.results_enabled = true;
     basin.Output_Valid = true;
     run.LastRunSimulation = basin.Current_Sim_Name;

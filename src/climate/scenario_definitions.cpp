@@ -1,6 +1,7 @@
 #include "climate/scenario_definitions.h"
 
 #include "base/text.h"
+#include "store/scenario_placeholder.h"
 #include "store/table_io.h"
 #include "store/whole_work.h"
 
@@ -239,12 +240,7 @@ bool delete_scenario(BasinDatabase& database, const std::string& simulation, con
             delete_index_row(database, stored->rowid);
         } else {
             // The index never goes empty: the last row stays and says that there is no scenario.
-            replace_index_row(database, {stored->rowid,
-                                         {.simulation = stored->row.simulation,
-                                          .scenario = k_no_scenario,
-                                          .winter_end_date = std::nullopt,
-                                          .creation_date = std::nullopt,
-                                          .comments = "No climate change"}});
+            replace_index_row(database, {stored->rowid, scenario_placeholder(stored->row.simulation)});
             if (!database.has_table(k_no_scenario)) database.create_table(scenario_table(k_no_scenario));
         }
         drop_scenario_table(database, name);

@@ -14,6 +14,7 @@ double as_double(float value) { return static_cast<double>(value); }
 struct DatedCurve {
     SummerCursor reader;
     SummerCursor writer;
+    std::optional<HeldCover> held = std::nullopt;
 };
 
 /// Steps the writer on to the first day whose degree days reach a depth, and counts the days.
@@ -27,10 +28,23 @@ bool find_day(const SimResults& t, SummerCursor& writer, int zone, float depth, 
     return true;
 }
 
+/// Whether the curve has come to its end on a day: the days that the moved curve did not reach are bare as
+/// well, but there the zone may have had snow under the present climate.
+bool is_end_of_curve(const SimResults& t, std::uint32_t row) {
+    return t.SCAclim[row] == 0.0F && t.SCA[row] == 0.0F;
+}
+
+/// The cover that stands on the writer's day, where it is one to hold.
+std::optional<HeldCover> held_on(const SimResults& t, const SummerCursor& writer) {
+    const float cover = t.SCAclimWA[writer.row()];
+    if (!(static_cast<double>(cover) > k_least_cover)) return std::nullopt;
+    return HeldCover{.from = writer.date(), .cover = cover};
+}
+
 /// @return where reader and writer stand behind the zone
 DatedCurve walk_curve(SimResults& t, std::span<const std::uint32_t> rows, int zone) {
     DatedCurve curve{{t, rows}, {t, rows}};
-    auto& [reader, writer] = curve;
+    auto& [reader, writer, held] = curve;
     reader.find_zone(zone);
     writer.find_zone(zone);
     float new_melt = 0.0F;
@@ -45,6 +59,9 @@ DatedCurve walk_curve(SimResults& t, std::span<const std::uint32_t> rows, int zo
             if (target > last_target) {
                 t.SCAclimWA[writer.row()] = t.SCAclim[row] == 0.0F ? k_no_cover_mark : t.SCAclim[row];
                 last_target = target;
+                held.reset();
+            } else if (is_end_of_curve(t, row) && writer.within(zone) && !held) {
+                held = held_on(t, writer);
             }
         }
         writer.step_back_from_end();
@@ -56,7 +73,7 @@ DatedCurve walk_curve(SimResults& t, std::span<const std::uint32_t> rows, int zo
 
 /// Joins the dated curve to the cover of the summer's last day.
 void join_last_day(SimResults& t, DatedCurve curve, DayCount summer_end) {
-    auto& [reader, writer] = curve;
+    auto& [reader, writer, held] = curve;
     reader.step_back();
     const float last_cover = t.SCA[reader.row()];
     const float above = to_single(as_double(t.SCAclimWA[writer.row()]) - as_double(t.SCA[writer.row()]));
@@ -80,8 +97,11 @@ void join_last_day(SimResults& t, DatedCurve curve, DayCount summer_end) {
 
 }  // namespace
 
-void date_curve(SimResults& results, std::span<const std::uint32_t> rows, int zone, DayCount summer_end) {
-    join_last_day(results, walk_curve(results, rows, zone), summer_end);
+std::optional<HeldCover> date_curve(SimResults& results, std::span<const std::uint32_t> rows, int zone,
+                                    DayCount summer_end) {
+    const DatedCurve curve = walk_curve(results, rows, zone);
+    join_last_day(results, curve, summer_end);
+    return curve.held;
 }
 
 void close_cover(SimResults& results, std::span<const std::uint32_t> rows, int zone) {

@@ -5,7 +5,16 @@
 #include "climate/summer_cursor.h"
 #include "engine/sim_results.h"
 
+#include <optional>
+
 namespace nivora {
+
+/// A cover that is held to the summer's end although the zone's curve comes to an end: the day without snow
+/// falls on the day that the last day with snow has taken.
+struct HeldCover {
+    DayCount from = 0;   ///< the day that both fall on
+    float cover = 0.0F;  ///< what is held, above 0.01
+};
 
 /// Dates a zone's curve anew: writes `MDCexclWAnew` and `MeltOffset`, and `SCAclimWA` on the days that a
 /// value falls on. The other days keep the 0 that they have; a cover of 0 is written as 0.0001, which tells
@@ -15,8 +24,12 @@ namespace nivora {
 /// it lands nowhere. Both are meant.
 ///
 /// @param rows of the summer, all zones, zone by zone
+/// Where several values fall on one day the first of them counts, which may keep the curve from ending.
+///
 /// @param summer_end the last day of the simulation
-void date_curve(SimResults& results, std::span<const std::uint32_t> rows, int zone, DayCount summer_end);
+/// @return the cover that is held for that reason
+std::optional<HeldCover> date_curve(SimResults& results, std::span<const std::uint32_t> rows, int zone,
+                                    DayCount summer_end);
 
 /// Fills a zone's `SCAclimWAMA`, with which step 6 runs: holds the last value over the days without one, and
 /// ends the curve with 0.01 on the first day at or below it.

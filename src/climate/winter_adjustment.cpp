@@ -3,7 +3,7 @@
 #include "base/number_text.h"
 #include "climate/summer_cover.h"
 #include "climate/winter_change.h"
-#include "climate/winter_report.h"
+#include "climate/winter_notes.h"
 
 namespace nivora {
 namespace {
@@ -36,20 +36,29 @@ AdjustedZone adjust_zone(SimResults& results, const RowOrder& rows, const Winter
 
 }  // namespace
 
-std::string Winter_Adjustment(SimResults& results, const WinterContext& context, double now) {
+void Winter_Adjustment(SimResults& results, const WinterContext& context, WinterReport& report) {
     const DayCount summer_end = context.basin.Current_End.value();
     if (context.climate.WinterEndDate == summer_end) {
         throw Fault{k_fault_no_table,
                     "The winter ends on the last day of the simulation: there is no summer to adjust."};
     }
     const RowOrder rows = run_rows(results, context.run.RunStart, context.run.RunEnd).by_zone;
-    WinterReport report{context.basin, context.run, context.climate, now};
+    const int zones = context.basin.ZoneCount;
+    std::vector<RunNote>& notes = context.run.notes;
     float gain = 0.0F;
-    for (int zone = 1; zone <= context.basin.ZoneCount; ++zone)
-        report.add(adjust_zone(results, rows, context, zone, gain));
-    for (int zone = 1; zone <= context.basin.ZoneCount; ++zone) date_curve(results, rows, zone, summer_end);
-    for (int zone = 1; zone <= context.basin.ZoneCount; ++zone) close_cover(results, rows, zone);
-    return report.written();
+    for (int zone = 1; zone <= zones; ++zone) {
+        const AdjustedZone adjusted = adjust_zone(results, rows, context, zone, gain);
+        report.add(adjusted);
+        const DayCount winter_start = context.basin.Current_Start.value_or(context.climate.WinterEndDate);
+        if (const auto note =
+                winter_store_note(adjusted, results, rows, winter_start, context.climate.WinterEndDate))
+            notes.push_back(*note);
+    }
+    for (int zone = 1; zone <= zones; ++zone) {
+        if (const auto held = date_curve(results, rows, zone, summer_end))
+            notes.push_back(held_cover_note(zone, *held, context.run.RunStart, summer_end));
+    }
+    for (int zone = 1; zone <= zones; ++zone) close_cover(results, rows, zone);
 }
 
 }  // namespace nivora

@@ -3,10 +3,9 @@
 
 #include "base/dialogs.h"
 #include "climate/climate_state.h"
+#include "climate/winter_report.h"
 #include "engine/run_state.h"
 #include "engine/sim_results.h"
-
-#include <string>
 
 namespace nivora {
 
@@ -23,9 +22,10 @@ struct WinterContext {
 ///
 /// Asks for each zone's winter change, and does not act on the answer; it is meant so.
 ///
-/// @param now   date and time of the report
-/// @return the text of the report `NVR_DfGN.out`, with CR LF
-/// @throws Fault where a value is missing, or there is no summer
-[[nodiscard]] std::string Winter_Adjustment(SimResults& results, const WinterContext& context, double now);
+/// Adds a note to the run for each zone that its rules may lead astray.
+///
+/// @param report gets the block of each zone once the zone's curve is adjusted
+/// @throws Fault where a value is missing, or there is no summer; the report has the blocks written so far
+void Winter_Adjustment(SimResults& results, const WinterContext& context, WinterReport& report);
 
 }  // namespace nivora

@@ -1,6 +1,17 @@
 #include "engine/results_summary.h"
 
+#include <fmt/format.h>
+
 namespace nivora {
+namespace {
+
+std::string moment_text(double moment) {
+    return short_date_text(whole_day(moment)) + " " + time_text(moment);
+}
+
+bool inputs_changed(const BasinState& basin) { return basin.Input_Changed || basin.results_outdated; }
+
+}  // namespace
 
 std::array<std::string, 6> statistics_labels(int units_code) {
     const bool english = units_code == k_english;
@@ -11,9 +22,17 @@ std::array<std::string, 6> statistics_labels(int units_code) {
             "Volume Difference (%): ",         "Coefficient of Determination (R²):"};
 }
 
-std::array<float, 6> statistics_values(const RunState& run) {
-    return {run.MeasuredVolume, run.AvgMeasuredQ,     run.ComputedVolume,
-            run.AvgComputedQ,   run.VolumeDifference, run.CoefficientR2};
+std::array<std::optional<float>, 6> statistics_values(const RunState& run) {
+    std::array<std::optional<float>, 6> values;
+    if (run.statistics == StatisticsReach::Nothing) return values;
+    values[0] = run.MeasuredVolume;
+    values[1] = run.AvgMeasuredQ;
+    values[2] = run.ComputedVolume;
+    values[3] = run.AvgComputedQ;
+    if (run.statistics == StatisticsReach::Volumes) return values;
+    values[4] = run.VolumeDifference;
+    values[5] = run.CoefficientR2;
+    return values;
 }
 
 std::string statistics_caption(const RunState& run) {
@@ -23,6 +42,32 @@ std::string statistics_caption(const RunState& run) {
     }
     if (run.NoSnow) caption += "  {no snow}";
     return caption;
+}
+
+std::string results_status(const BasinState& basin, const RunState& run) {
+    if (!basin.results_time)
+        return "Results of an earlier session; run the simulation to be sure that they are up to date";
+    const std::string time = moment_text(*basin.results_time);
+    if (run.LastRunSimulation.empty()) return fmt::format("The run of {} did not reach its end", time);
+    const std::string whose = fmt::format("Results of '{}', run of {}", run.LastRunSimulation, time);
+    return inputs_changed(basin) ? whose + "; inputs have changed since, run it again" : whose;
+}
+
+std::string statistics_status(const BasinState& basin, double shown, const std::string& period) {
+    if (basin.results_time != shown)
+        return fmt::format("Out of date: statistics of the run of {}; the results are of another run",
+                           moment_text(shown));
+    if (inputs_changed(basin))
+        return fmt::format("Out of date: inputs have changed since the run of {}", moment_text(shown));
+    return period;
+}
+
+std::string period_summary(const RunState& run) {
+    const DayCount days = run.RunEnd - run.RunStart + 1;
+    std::string text = fmt::format("{} to {}, {} {}", long_date_text(run.RunStart),
+                                   long_date_text(run.RunEnd), days, days == 1 ? "day" : "days");
+    for (const RunNote& note : run.notes) text += "; " + note_summary(note);
+    return text;
 }
 
 }  // namespace nivora

@@ -4,6 +4,7 @@
 #include "engine/run_state.h"
 
 #include <array>
+#include <optional>
 #include <string>
 
 namespace nivora {
@@ -12,10 +13,23 @@ namespace nivora {
 /// coefficient of determination; the first four with their unit.
 [[nodiscard]] std::array<std::string, 6> statistics_labels(int units_code);
 
-/// The six statistics in the order of their labels.
-[[nodiscard]] std::array<float, 6> statistics_values(const RunState& run);
+/// The six statistics in the order of their labels; nothing for what a fault kept from being worked out.
+[[nodiscard]] std::array<std::optional<float>, 6> statistics_values(const RunState& run);
 
 /// "Statistics, " and the run's title, with the interval of a forecast and the mark of no-snow mode.
 [[nodiscard]] std::string statistics_caption(const RunState& run);
+
+/// What the status line of the results table says: whose results they are, of when, and whether they still
+/// belong to the inputs.
+[[nodiscard]] std::string results_status(const BasinState& basin, const RunState& run);
+
+/// The same below the statistics of a run: its period and notes in a few words, or why it is out of date.
+///
+/// @param shown the time of the run whose statistics are shown
+/// @param period of that run, and what its notes say in short
+[[nodiscard]] std::string statistics_status(const BasinState& basin, double shown, const std::string& period);
+
+/// The period of a run with its number of days, and its notes in a few words.
+[[nodiscard]] std::string period_summary(const RunState& run);
 
 }  // namespace nivora

@@ -9,7 +9,7 @@
 #include "engine/zone_totals.h"
 #include "store/run_period.h"
 
-#include <array>
+#include <fmt/format.h>
 
 namespace nivora {
 namespace {
@@ -57,15 +57,16 @@ bool accepts_blank_latitude(const BasinState& basin, Dialogs& dialogs) {
 }
 
 /// Brings the rows to the file; false after a message where the store refuses.
-bool store_results(BuiltResults& built, Dialogs& dialogs) {
+bool store_results(BuiltResults& built, RunContext context) {
     if (!built.replacement) return false;
     try {
         built.replacement->commit(built.results);
         built.replacement.reset();
+        context.basin.results_time = local_now();
         return true;
     } catch (const StoreError& error) {
         built.replacement.reset();
-        dialogs.message(results_fault_message(error));
+        context.dialogs.message(results_fault_message(error));
         return false;
     }
 }
@@ -73,8 +74,11 @@ bool store_results(BuiltResults& built, Dialogs& dialogs) {
 void mark_outcome(RunContext context, bool completed) {
     context.run.results_enabled = false;
     context.run.LastRunSimulation.clear();
+    // The table is empty or half filled now, whatever a run before had left in it.
+    context.basin.Output_Valid = false;
     if (!completed) return;
     context.basin.Input_Changed = false;
+    context.basin.results_outdated = false;
     context.run.results_enabled = true;
     context.basin.Output_Valid = true;
     context.run.LastRunSimulation = context.basin.Current_Sim_Name;
@@ -105,6 +109,12 @@ bool prepare_run(RunContext context, int index) {
         dialogs.message(*problem);
         return false;
     }
+    if (const auto problem = initial_runoff_problem(*simulation)) {
+        dialogs.message(*problem);
+        return false;
+    }
+    run.notes.clear();
+    run.statistics = StatisticsReach::Nothing;
     run.RunStart = *simulation->start;
     run.RunEnd = *simulation->end;
     run.ClimateStep = 0;
@@ -118,13 +128,13 @@ RunOutcome run_on(BasinDatabase& database, RunContext context) {
     outcome.results_rebuilt = built.replacement != nullptr;
     if (outcome.results_rebuilt) context.basin.Basin_Changed = true;
     if (built.Status == 1 || !accepts_blank_latitude(context.basin, context.dialogs)) {
-        if (outcome.results_rebuilt) store_results(built, context.dialogs);
+        if (store_results(built, context)) mark_outcome(context, false);
         return outcome;
     }
-    StatisticsReach statistics = StatisticsReach::Nothing;
-    const bool reached_end = Run_Model(built.results, context, statistics);
-    outcome.statistics_valid = statistics == StatisticsReach::All;
-    const bool stored = store_results(built, context.dialogs);
+    RunState& run = context.run;
+    run.notes = days_without_rows(built.results, context.basin.ZoneCount, run.RunStart, run.RunEnd);
+    const bool reached_end = Run_Model(built.results, context, outcome.statistics);
+    const bool stored = store_results(built, context);
     outcome.completed = reached_end && stored;
     mark_outcome(context, outcome.completed);
     Prepare_Zone_Totals(built.results, context.basin.ZoneCount, context.run);
@@ -196,6 +206,18 @@ bool choose_forecast(RunState& run, Dialogs& dialogs, int index) {
     return false;
 }
 
+std::optional<Message> initial_runoff_problem(const Simulation& simulation) {
+    const auto runoff = static_cast<float>(simulation.value(13).value_or(0.0));
+    if (!(runoff < 0.0F)) return std::nullopt;
+    return Message{
+        .text = fmt::format(
+            "The initial runoff of the simulation '{}' is {}. A runoff cannot be below 0: enter the "
+            "discharge of the day before the simulation starts.",
+            simulation.name, single_text(runoff)),
+        .title = "Invalid initial runoff",
+        .icon = Icon::Stop};
+}
+
 bool Run_Model(SimResults& results, RunContext context, StatisticsReach& statistics) {
     auto& [basin, run, dialogs] = context;
     statistics = StatisticsReach::Nothing;
@@ -205,6 +227,7 @@ bool Run_Model(SimResults& results, RunContext context, StatisticsReach& statist
     const bool custom_lag = run.LagDistribution[0] > 0.0F;
     const bool reached_end = custom_lag ? Runoff_Custom_Lag(results, rows, basin, run, dialogs)
                                         : Runoff_Simulation(results, rows, basin, run, dialogs);
+    if (const auto note = runoff_below_zero(results, rows, run)) run.notes.push_back(*note);
     if (reached_end) statistics = Run_Statistics(results, rows, run, dialogs);
     return reached_end;
 }

@@ -52,11 +52,15 @@ void choose_simulation(RunState& run);
 /// @return whether the run may start; a refused interval has been shown
 [[nodiscard]] bool choose_forecast(RunState& run, Dialogs& dialogs, int index);
 
+/// Why a run does not start from the initial runoff of a simulation; nothing where it may. A blank one counts
+/// as 0.
+[[nodiscard]] std::optional<Message> initial_runoff_problem(const Simulation& simulation);
+
 /// How a run ended.
 struct RunOutcome {
-    bool results_rebuilt = false;   ///< the old results table is gone
-    bool completed = false;         ///< all stages reached their end, and the table is in the file
-    bool statistics_valid = false;  ///< the statistics were worked out without a fault
+    bool results_rebuilt = false;  ///< the old results table is gone
+    bool completed = false;        ///< all stages reached their end, and the table is in the file
+    StatisticsReach statistics = StatisticsReach::Nothing;  ///< what there is to show
 };
 
 /// The stages of a run after the building of its table: zone inputs, snow and melt, runoff, statistics.
@@ -66,7 +70,8 @@ struct RunOutcome {
 [[nodiscard]] bool Run_Model(SimResults& results, RunContext context, StatisticsReach& statistics);
 
 /// Runs the current simulation over its period, with the results table read from and left in the working
-/// file.
+/// file, and the notes on the run in `run`. Once the old table is gone, only a run that is completed leaves
+/// valid results.
 ///
 /// @param index 0 melt season, 1 year round; after choose_simulation or choose_forecast
 RunOutcome start_run(RunContext context, int index);

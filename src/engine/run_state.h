@@ -3,10 +3,12 @@
 
 #include "base/calendar.h"
 #include "base/single.h"
+#include "engine/run_notes.h"
 #include "store/basin_store.h"
 
 #include <array>
 #include <string>
+#include <vector>
 
 namespace nivora {
 
@@ -29,6 +31,13 @@ struct ZoneTotals {
     float rain = k_missing;           ///< cm or inches
     float zonal_melt = k_missing;     ///< melt from the snow covered area, cm or inches
     float new_snow_melt = k_missing;  ///< melt of new snow that reached the runoff, cm or inches
+};
+
+/// What was worked out of a run's statistics before a fault, if there was one.
+enum class StatisticsReach {
+    Nothing,
+    Volumes,  ///< volumes and averages
+    All       ///< the volume difference and R², too
 };
 
 struct RunState {
@@ -63,6 +72,11 @@ struct RunState {
     float ComputedVolume = 0.0F;    ///< 10^6 m³ or 10^6 ft³
     float VolumeDifference = 0.0F;  ///< Dv, percent of the measured volume
     float CoefficientR2 = 0.0F;     ///< Nash-Sutcliffe form, 1 at best, no lower bound
+    /// Which of the six belong to the run; the others may be those of a run before.
+    StatisticsReach statistics = StatisticsReach::Nothing;
+
+    /// What the user should know of the last run, or of the steps of an evaluation in their order.
+    std::vector<RunNote> notes;
 
     /// Sums of a climate run by zone (1 to 9), step (1 to 4) and item: 1 the zone's input, 2 melt from the
     /// snow covered area, 3 rain, 4 melt of new snow; cm or inches.

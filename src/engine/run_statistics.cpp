@@ -111,6 +111,7 @@ StatisticsReach Run_Statistics(const SimResults& results, const RunRows& rows, R
     } catch (const Fault& fault) {
         dialogs.stop(fault.what(), "Run statistics failed, probably caused by missing/invalid data");
     }
+    run.statistics = reach;
     return reach;
 }
 

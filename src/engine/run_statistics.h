@@ -7,15 +7,8 @@
 
 namespace nivora {
 
-/// What was worked out before a fault, if there was one.
-enum class StatisticsReach {
-    Nothing,
-    Volumes,  ///< volumes and averages
-    All       ///< the volume difference and R², too
-};
-
 /// Sets computed beside measured discharge over the period, on zone 1's rows, and leaves the six results in
-/// `run`.
+/// `run`, and how far it came.
 ///
 /// Volume = sum of Q x 86400 / 10^6. Dv = (V - V') / V x 100. R² = 1 - sum (Q - Q')² / sum (Q - mean Q)². In
 /// climate step 3 the computed discharge is that of the present climate; in step 6 that one stands in the

@@ -6,6 +6,7 @@
 #include "prep/simulation_grid.h"
 #include "prep/simulation_names.h"
 #include "store/run_period.h"
+#include "store/scenario_placeholder.h"
 #include "store/table_io.h"
 
 #include <cmath>
@@ -326,6 +327,7 @@ bool accept_sim_options(const PrepContext& context, BasinDatabase& database, Sim
     prep.working_record.first_values = first_values_of(form);
     try {
         if (complete_tables(context, database, form) == Answer::Cancel) return false;
+        ensure_scenario_placeholder(database, form.name);
     } catch (const StoreError&) {
         return invalid_data(context.dialogs);
     } catch (const std::invalid_argument&) {

@@ -43,6 +43,11 @@ bool write_grids(BasinDatabase& database, const BasinState& basin, Dialogs& dial
     }
 }
 
+/// A save clears `Input_Changed`, but the results are not up to date for that.
+void keep_outdated_mark(BasinState& basin) {
+    if (basin.Input_Changed) basin.results_outdated = true;
+}
+
 }  // namespace
 
 BasinLife::BasinLife(Session& session, fs::path program_folder)
@@ -207,6 +212,8 @@ void BasinLife::open_file(const fs::path& file) {
     known_content_ = content;
     basin.New_Basin = false;
     basin.Basin_Changed = false;
+    basin.results_time.reset();
+    basin.results_outdated = false;
     Refill_Main_Window();
     basin.Output_Valid = false;
     session_.desktop.refresh_main_window();
@@ -305,6 +312,7 @@ bool BasinLife::Save_Prompt() {
     if (answer == Answer::Cancel) return false;
     if (answer == Answer::Yes && !save_for_question()) return false;
     if (answer == Answer::No) declined_ = Declined{basin.Basin_Changed, basin.Input_Changed};
+    keep_outdated_mark(basin);
     basin.Basin_Changed = false;
     basin.Input_Changed = false;
     return true;
@@ -344,6 +352,7 @@ void BasinLife::save() {
         return;
     const auto selected = basin.current_row;
     const bool output_valid = basin.Output_Valid;
+    keep_outdated_mark(basin);
     reset_window();
     if (!Open_DB(basin.Work_File)) return;
     basin.New_Basin = false;
@@ -358,6 +367,7 @@ void BasinLife::save_as() {
     if (!zones_given() || !Save_Grids(basin.Work_File)) return;
     const auto name = file_names_.GetFileName(FileKind::SaveAs, basin.Basin_File);
     if (!name || !copy_to(*name)) return;
+    keep_outdated_mark(basin);
     reset_window();
     basin.Basin_File = *name;
     if (!Open_DB(basin.Work_File)) return;

@@ -245,6 +245,7 @@ void frmNVR::refresh_main_window() {
     filling_ = false;
     menu_->refresh();
     show_basin_file();
+    refresh_results();
 }
 
 /// Shows the rows of the simulation grid anew with the current one selected.
@@ -297,6 +298,7 @@ void frmNVR::mark_edited() {
     basin.Output_Valid = false;
     basin.Basin_Changed = true;
     basin.Input_Changed = true;
+    refresh_results();
 }
 
 void frmNVR::box_changed(std::size_t box) {
@@ -332,6 +334,7 @@ void frmNVR::box_left(std::size_t box) {
         // A number that is left counts as given, whether or not it was changed; it is meant so.
         session().basin.Basin_Changed = true;
         session().basin.Input_Changed = true;
+        refresh_results();
     }
     const bool zones_open =
         box == static_cast<std::size_t>(BasinBox::Zones) && !session().shell.zones_fixed_shown;
@@ -447,6 +450,7 @@ void frmNVR::row_selected() {
 
 void frmNVR::simulation_edited() {
     edited_simulation(session());
+    refresh_results();
     fill_labels();
     emit simulations_->headerDataChanged(Qt::Horizontal, 0, simulations_->columnCount() - 1);
     menu_->refresh();
@@ -474,24 +478,6 @@ void frmNVR::quick_help_changed(bool on) {
     for (QLineEdit* box : boxes_) box->setEnabled(!on);
     for (QTableView* grid : {zone_grid_, simulation_grid_}) grid->setEnabled(!on);
     if (!on) boxes_[0]->setFocus();
-}
-
-void frmNVR::closeEvent(QCloseEvent* event) {
-    if (!context().quick_help.is_on()) {
-        leaving_ = true;
-        const bool ends = life_.may_exit();
-        leaving_ = false;
-        if (!ends) {
-            event->ignore();
-            return;
-        }
-    }
-    NivoraWindow::closeEvent(event);
-    if (!event->isAccepted()) return;
-    if (climate_ && climate_->isVisible()) climate_->close();
-    if (results_) results_->close();
-    if (help_) help_->close();
-    qApp->quit();
 }
 
 }  // namespace nivora

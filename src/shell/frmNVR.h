@@ -42,6 +42,7 @@ public:
     void show_help_topic(int topic) override;
     void show_results() override;
     void close_results() override;
+    void refresh_results();
     void open_daily_editor() override;
 
 protected:

@@ -23,6 +23,7 @@
 #include "widgets/qt_text.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProcess>
@@ -171,7 +172,11 @@ void frmNVR::run(int index) {
     }
     menu_->refresh();
     show_simulations();
-    if (outcome.statistics_valid) show_results();
+    if (outcome.statistics != StatisticsReach::Nothing) {
+        show_results();
+    } else {
+        refresh_results();
+    }
 }
 
 void frmNVR::toggle_snow() {
@@ -189,6 +194,11 @@ void frmNVR::show_results() {
 
 void frmNVR::close_results() {
     if (results_) results_->close();
+}
+
+/// Statistics that still show say so where they are out of date.
+void frmNVR::refresh_results() {
+    if (results_) results_->refresh_status();
 }
 
 void frmNVR::show_time_lag() { frmTimeLagDist(context(), nullptr).show_modal(); }
@@ -352,8 +362,32 @@ void frmNVR::show_long_term_averages() {
     if (!window.open()) return;
     window.show_modal();
     menu_->refresh();
+    refresh_results();
 }
 
 void frmNVR::populate() { frmPopulate(context(), nullptr).show_modal(); }
+
+void frmNVR::closeEvent(QCloseEvent* event) {
+    if (!context().quick_help.is_on()) {
+        // An evaluation that is not complete has its own question.
+        if (climate_ && climate_->isVisible() && climate_->goes_on() && !climate_->close()) {
+            event->ignore();
+            return;
+        }
+        leaving_ = true;
+        const bool ends = life_.may_exit();
+        leaving_ = false;
+        if (!ends) {
+            event->ignore();
+            return;
+        }
+    }
+    NivoraWindow::closeEvent(event);
+    if (!event->isAccepted()) return;
+    if (climate_ && climate_->isVisible()) climate_->close();
+    if (results_) results_->close();
+    if (help_) help_->close();
+    qApp->quit();
+}
 
 }  // namespace nivora

@@ -5,6 +5,7 @@
 #include "store/rows.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,11 @@ struct BasinState {
     bool Basin_Changed = false;  ///< something differs from the basin's file
     bool Input_Changed = false;  ///< an input changed since the last run
     bool Output_Valid = false;   ///< a run completed on the present inputs
+
+    /// An input had changed since the last run when a save cleared `Input_Changed`.
+    bool results_outdated = false;
+    /// Local date and time of the run that `SimResults` is of; nothing where it is of an earlier session.
+    std::optional<double> results_time;
 
     /// The basin's own units, 0 Metric or 1 English for good, -1 not yet fixed: those of its definition, its
     /// zones and its area, and what its labels and limits say.

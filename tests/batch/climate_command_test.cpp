@@ -62,6 +62,74 @@ TEST_F(ClimateCommandTest, PrintsStatisticsAndSummaryAsText) {
     EXPECT_EQ(lines, expected);
 }
 
+TEST_F(ClimateCommandTest, ACoverThatIsHeldIsNotedAndChangesNoNumber) {
+    SixDays small;
+    for (PhysicalRow& row : small.physical) {
+        const auto day = static_cast<std::size_t>(row.date - SixDays::first_day());
+        row.sca = std::array{1.0F, 1.0F, 0.5F, 0.0F, 0.0F, 0.0F}.at(day);
+    }
+    // So warm a summer that the depths 1 and 2 are both reached on its first day: (2 + 5) x 0.5 = 3.5.
+    small.plus_one.start = SixDays::winter_end() + 1;
+    small.plus_one.factor = 5.0F;
+    write(small);
+    const BatchResult result = climate({"--json"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_THAT(
+        result.err,
+        HasSubstr(
+            "Note: Step 5: In zone 2 the last day with snow and the first day without fall on one day"));
+    const auto notes = nlohmann::json::parse(result.out)["notes"];
+    ASSERT_EQ(notes.size(), 2U);
+    for (const int zone : {1, 2}) {
+        const auto& note = notes[static_cast<std::size_t>(zone - 1)];
+        EXPECT_EQ(note["kind"], "CoverHeld");
+        EXPECT_EQ(note["step"], 5);
+        EXPECT_EQ(note["zones"], nlohmann::json::array({zone}));
+        EXPECT_EQ(note["first"], "2001-04-01");
+        EXPECT_EQ(note["last"], "2001-04-04");
+        EXPECT_EQ(note["value"].get<double>(), 0.5);
+    }
+    EXPECT_THAT(results().SCAclimWAMA,
+                ElementsAre(0, 0, 0.5F, 0.5F, 0.5F, 0.5F, 0, 0, 0.5F, 0.5F, 0.5F, 0.5F));
+}
+
+TEST_F(ClimateCommandTest, AWinterThatStoresNothingIsNotedByZone) {
+    SixDays small;
+    for (PhysicalRow& row : small.physical) row.precip = 0.0F;
+    write(small);
+    const BatchResult result = climate();
+    EXPECT_EQ(result.status, 0) << result.err;
+    for (const char* zone : {"1", "2"}) {
+        EXPECT_THAT(result.err,
+                    HasSubstr("Note: Step 5: In zone " + std::string{zone} +
+                              " the winter from 03/30/2001 to 03/31/2001 left nothing in the snow"));
+    }
+}
+
+TEST_F(ClimateCommandTest, DaysWithoutRowsOfTheWholeSimulationAreNotedOnce) {
+    SixDays small;
+    std::erase_if(small.physical,
+                  [](const PhysicalRow& row) { return row.date == SixDays::first_day() + 4; });
+    write(small);
+    const auto notes = nlohmann::json::parse(climate({"--json"}).out)["notes"];
+    ASSERT_GE(notes.size(), 1U);
+    EXPECT_EQ(notes[0]["kind"], "DaysWithoutRows");
+    EXPECT_EQ(notes[0]["step"], 1);
+    EXPECT_EQ(notes[0]["days"], 1);
+    EXPECT_EQ(notes[0]["periodDays"], 6);
+    EXPECT_EQ(notes[0]["first"], "2001-04-03");
+    for (std::size_t i = 1; i < notes.size(); ++i) EXPECT_NE(notes[i]["kind"], "DaysWithoutRows");
+}
+
+TEST_F(ClimateCommandTest, ThePlaceholderIsNoScenario) {
+    write();
+    BasinDatabase{file, Access::ReadWrite}.execute(
+        "INSERT INTO ClimateScenarioIndex (SimulationFile, ScenarioFile) VALUES ('Test', 'None')");
+    const BatchResult result = climate({}, "None");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.err, HasSubstr("The simulation 'Test' has no scenario 'None'. It has: 'Warmer'."));
+}
+
 TEST_F(ClimateCommandTest, PrintsStatisticsAndSummaryAsJson) {
     write();
     const BatchResult result = climate({"--json"});
@@ -72,7 +140,7 @@ TEST_F(ClimateCommandTest, PrintsStatisticsAndSummaryAsJson) {
         for (const auto& [key, value] : of.items()) names.push_back(key);
         return names;
     };
-    EXPECT_THAT(keys(json), ElementsAre("steps", "summary", "messages"));
+    EXPECT_THAT(keys(json), ElementsAre("steps", "summary", "notes", "messages"));
     EXPECT_THAT(keys(json["steps"]), ElementsAre("1", "2", "3", "6"));
     EXPECT_THAT(keys(json["steps"]["1"]), ElementsAre("MeasuredVolume", "AvgMeasuredQ", "ComputedVolume",
                                                       "AvgComputedQ", "VolumeDifference", "CoefficientR2"));

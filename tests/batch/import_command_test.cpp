@@ -27,6 +27,17 @@ TEST(ImportCommand, MakesTheBasinFile) {
     EXPECT_THAT(batch_folder.rows<MonthlyRow>(basin_averages_table()), SizeIs(24));
 }
 
+TEST(ImportCommand, TheSimulationHasThePlaceholderOfItsScenariosFromItsBeginning) {
+    const BatchFolder batch_folder;
+    ASSERT_EQ(batch_folder.import({"--name", "alder"}).status, 0);
+    const std::vector<std::string> lines = lines_of(batch_folder.exported("ClimateScenarioIndex"));
+    ASSERT_EQ(lines.size(), 2U);
+    EXPECT_EQ(lines[1], "alder,None,,,No climate change");
+    // The same import once more finds it there.
+    ASSERT_EQ(batch_folder.import({"--name", "alder"}).status, 0);
+    EXPECT_EQ(lines_of(batch_folder.exported("ClimateScenarioIndex")).size(), 2U);
+}
+
 TEST(ImportCommand, LeavesTheLegacyFileAlone) {
     const BatchFolder batch_folder;
     const std::string before = file_bytes(batch_folder.file());

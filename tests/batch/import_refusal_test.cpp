@@ -258,6 +258,12 @@ TEST(ImportRefusal, DatesWithMoreThanMonthAndDayAreRefusedWithItemAndLine) {
     expect_refused(parts, {}, "Line 4, header item 4: '3.157' is no date of 1996 in the form MMDD");
 }
 
+TEST(ImportRefusal, ANegativeInitialRunoffIsRefused) {
+    expect_refused(LegacyParts{}, {"--initial-runoff=-2.5"},
+                   "Invalid initial runoff: The initial runoff is -2.5. A runoff cannot be below 0: give the "
+                   "discharge of the day before the simulation starts. [OK]\n");
+}
+
 TEST(ImportRefusal, WithoutANameNothingIsImported) {
     for (const char* name : {"", "   "}) expect_refused({}, {"--name", name}, "Nothing was imported");
 }

@@ -37,8 +37,9 @@ TEST(Run, JsonHoldsTheStatisticsByName) {
     const auto json = nlohmann::ordered_json::parse(result.out);
     std::vector<std::string> keys;
     for (const auto& [key, value] : json.items()) keys.push_back(key);
-    EXPECT_THAT(keys, ElementsAre("MeasuredVolume", "AvgMeasuredQ", "ComputedVolume", "AvgComputedQ",
-                                  "VolumeDifference", "CoefficientR2", "FinalQ", "RunTitle", "messages"));
+    EXPECT_THAT(keys,
+                ElementsAre("MeasuredVolume", "AvgMeasuredQ", "ComputedVolume", "AvgComputedQ",
+                            "VolumeDifference", "CoefficientR2", "FinalQ", "RunTitle", "notes", "messages"));
     EXPECT_THAT(json["MeasuredVolume"].get<double>(), DoubleNear(2.0736, 1e-6));
     EXPECT_EQ(json["AvgMeasuredQ"].get<double>(), 8.0);
     EXPECT_THAT(json["ComputedVolume"].get<double>(), DoubleNear(2.107296, 1e-6));
@@ -226,6 +227,83 @@ TEST(Run, QuestionsAreAnsweredSoThatItGoesOnAndReported) {
     EXPECT_EQ(reported[0],
               "Warning, possible data problem: There is a significant difference between your "
               "InitialRunoffValue {20} and day #1's Measured Runoff {10}.  Continue? [OK]");
+}
+
+TEST(Run, OneMissingMeasuredRunoffLeavesTheVolumesAndIsTold) {
+    const RunBasin basin;
+    basin.execute("UPDATE PhysicalData SET Runoff = NULL WHERE Runoff = 8");
+    const BatchResult result = basin.run();
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.err, HasSubstr("Run statistics failed, probably caused by missing/invalid data: "));
+    const std::vector<std::string> lines = lines_of(result.out);
+    ASSERT_GE(lines.size(), 10U);
+    // 10 + 6 = 16 m³/s for a day; 24.39 computed on all three.
+    EXPECT_THAT(lines[3], testing::EndsWith(" 1.3824"));
+    EXPECT_THAT(lines[4], testing::EndsWith(" 8"));
+    EXPECT_THAT(lines[6], testing::EndsWith(" 8.13"));
+    EXPECT_THAT(lines[7], testing::EndsWith(" not known"));
+    EXPECT_THAT(lines[8], testing::EndsWith(" not known"));
+    const auto json = basin.json();
+    EXPECT_EQ(json["AvgMeasuredQ"].get<double>(), 8.0);
+    EXPECT_TRUE(json["VolumeDifference"].is_null());
+    EXPECT_TRUE(json["CoefficientR2"].is_null());
+    EXPECT_THAT(json["FinalQ"].get<double>(), DoubleNear(7.29, 1e-6));
+}
+
+TEST(Run, DaysWithoutRowsAreNotedAndChangeNeitherNumbersNorStatus) {
+    const RunBasin basin;
+    basin.execute("DELETE FROM PhysicalData WHERE Runoff = 8");
+    const BatchResult result = basin.run({"--json"});
+    EXPECT_EQ(result.status, 0);
+    const std::string text =
+        "1 of 3 days from 04/01/1996 to 04/03/1996 has no rows in zone 1: 04/02/1996. The run leaves such "
+        "days out "
+        "and goes on from the day before to the day after. Data, Variables, Current simulation and Data, "
+        "Parameters offer to add missing days; fill them then.";
+    EXPECT_EQ(result.err, "Note: " + text + "\n");
+    const auto json = nlohmann::json::parse(result.out);
+    EXPECT_THAT(json["FinalQ"].get<double>(), DoubleNear(8.1, 1e-6));
+    EXPECT_TRUE(json["messages"].empty());
+    ASSERT_EQ(json["notes"].size(), 1U);
+    EXPECT_EQ(json["notes"][0], (nlohmann::json{{"kind", "DaysWithoutRows"},
+                                                {"zones", {1}},
+                                                {"first", "1996-04-02"},
+                                                {"last", "1996-04-02"},
+                                                {"days", 1},
+                                                {"periodDays", 3},
+                                                {"text", text}}));
+}
+
+// 5 cm of rain on 100 km² are 500 x 10^4 m³ a day, 57.87 m³/s; with a coefficient of -1 all of it is taken
+// away.
+TEST(Run, ADischargeBelowZeroIsNoted) {
+    const RunBasin basin;
+    basin.execute("UPDATE PhysicalData SET Precip = 5, Tavg = 10");
+    basin.execute("UPDATE alder SET Cr = -1, Tcrit = 1, RCA = 1");
+    const BatchResult result = basin.run({"--json", "--lag-shares", "1"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.err, StartsWith("Note: The computed discharge is below 0 on 2 of 3 days "));
+    const auto note = nlohmann::json::parse(result.out)["notes"][0];
+    EXPECT_EQ(note["kind"], "RunoffBelowZero");
+    EXPECT_TRUE(note["zones"].empty());
+    // Day 1: 9 - 5.787037 = 3.212963, day 2: 2.891667 - 5.787037, day 3: -2.605833 - 5.787037
+    EXPECT_THAT(note["value"].get<double>(), DoubleNear(-8.39287, 1e-4));
+    EXPECT_EQ(note["first"], "1996-04-02");
+    EXPECT_EQ(note["last"], "1996-04-03");
+}
+
+TEST(Run, ANegativeInitialRunoffIsRefusedBeforeTheRun) {
+    const RunBasin basin;
+    // The names of the fields run one behind what they hold.
+    basin.execute("UPDATE SimulationIndex SET SimPrecipThreshold = -1");
+    const BatchResult result = basin.run();
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err,
+              "Invalid initial runoff: The initial runoff of the simulation 'alder' is -1. A runoff cannot "
+              "be below "
+              "0: enter the discharge of the day before the simulation starts. [OK]\n");
+    EXPECT_FALSE(basin.has_table("SimResults"));
 }
 
 TEST(Run, RefusingAQuestionEndsIt) {

@@ -178,10 +178,10 @@ TEST_F(ClimateControlTest, ASuspendedStepOneKeepsWhatStartedIt) {
     suspended(1);
     ASSERT_EQ(dialogs.messages().size(), 2U);
     EXPECT_EQ(dialogs.messages()[0].message.title, "Missing data in basin variable table.");
-    // The results were built and the model was started: that counts as changed and valid, but for a name.
+    // The results were built and the model was started, but the table is half filled.
     EXPECT_TRUE(basin.Input_Changed);
     EXPECT_TRUE(basin.Basin_Changed);
-    EXPECT_TRUE(basin.Output_Valid);
+    EXPECT_FALSE(basin.Output_Valid);
     EXPECT_FALSE(run.results_enabled);
     EXPECT_EQ(run.LastRunSimulation, "");
     EXPECT_EQ(run.ClimateStep, 1);
@@ -196,7 +196,7 @@ TEST_F(ClimateControlTest, ASuspendedLaterStepClosesTheResultsAndKeepsTheStepsBe
     EXPECT_EQ(climate.steps_done, 1);
     EXPECT_FALSE(run.results_enabled);
     EXPECT_EQ(run.LastRunSimulation, "");
-    EXPECT_TRUE(basin.Output_Valid);
+    EXPECT_FALSE(basin.Output_Valid);
     give_temperature(1, "TAvgCC = 1");
     run_to(2, 2);
     expect_valid();
@@ -261,7 +261,7 @@ TEST_F(ClimateControlTest, AReportThatCannotBeWrittenSuspendsStepFive) {
     open_six_days();
     run_to(4);
     std::filesystem::create_directory(report);
-    suspended(5);
+    EXPECT_EQ(take(5), StepOutcome::Suspended);  // before it asks for anything
     ASSERT_EQ(dialogs.messages().size(), 2U);
     expect_stop(dialogs.messages()[0],
                 "The file '" + path_text(report) +
@@ -282,16 +282,43 @@ TEST_F(ClimateControlTest, AFaultOfStepFiveShowsItsText) {
     ASSERT_EQ(dialogs.messages().size(), 2U);
     expect_stop(dialogs.messages()[0], "Invalid use of Null", k_program_title);
     EXPECT_EQ(climate.steps_done, 4);
-    EXPECT_FALSE(std::filesystem::exists(report));
 }
 
-TEST_F(ClimateControlTest, AFaultOfStepFiveLeavesTheReportOfAnEarlierEvaluation) {
+TEST_F(ClimateControlTest, AFaultOfStepFiveLeavesTheReportOfTheZonesThatWereDone) {
     open_six_days();
     run_to(4);
     write_whole_file(report, "the report of an earlier evaluation");
     change("UPDATE SimResults SET MDCexcl = NULL WHERE Zone = 2");
     suspended(5);
-    EXPECT_EQ(read_whole_file(report, 1000), "the report of an earlier evaluation");
+    const std::string written = read_whole_file(report, 10000);
+    EXPECT_THAT(written, testing::HasSubstr("Climate Scenario: Warmer\r\n"));
+    EXPECT_THAT(written, testing::HasSubstr("= Zone 1  ="));
+    EXPECT_THAT(written, testing::Not(testing::HasSubstr("Zone 2")));
+    EXPECT_THAT(written, testing::Not(testing::HasSubstr("earlier evaluation")));
+}
+
+TEST_F(ClimateControlTest, AStepFiveWhoseBasinFileIsGoneLeavesAReportWithoutZones) {
+    open_six_days();
+    run_to(4);
+    write_whole_file(report, "the report of an earlier evaluation");
+    std::filesystem::remove(file);
+    EXPECT_EQ(take(5), StepOutcome::Suspended);
+    const std::string written = read_whole_file(report, 10000);
+    EXPECT_THAT(written, testing::HasSubstr("Climate Scenario: Warmer\r\n"));
+    EXPECT_THAT(written, testing::Not(testing::HasSubstr("Zone")));
+}
+
+TEST_F(ClimateControlTest, ANegativeInitialRunoffIsRefusedBeforeTheResultsAreTouched) {
+    SixDays small;
+    small.simulation.initial_runoff = -0.5F;
+    open(small, static_cast<double>(SixDays::winter_end()));
+    EXPECT_EQ(take(1), StepOutcome::Refused);
+    ASSERT_EQ(dialogs.messages().size(), 1U);
+    expect_stop(dialogs.messages()[0],
+                "The initial runoff of the simulation 'Test' is -0.5. A runoff cannot be below 0: enter the "
+                "discharge of the day before the simulation starts.",
+                "Invalid initial runoff");
+    EXPECT_FALSE((BasinDatabase{file, Access::ReadOnly}.has_table("SimResults")));
 }
 
 TEST_F(ClimateControlTest, ASuspendedStepSixAccumulatesTheMeltAllTheSame) {

@@ -53,7 +53,7 @@ protected:
         expect_stop(dialogs.messages()[0], k_conflict, k_program_title);
         EXPECT_TRUE(basin.Input_Changed);
         EXPECT_TRUE(basin.Basin_Changed);
-        EXPECT_TRUE(basin.Output_Valid);
+        EXPECT_FALSE(basin.Output_Valid);
         EXPECT_FALSE(run.results_enabled);
         EXPECT_EQ(run.LastRunSimulation, "");
         EXPECT_EQ(climate.steps_done, 0);

@@ -29,7 +29,7 @@ TEST_F(WinterFaults, AWinterThatEndsWithTheSimulationIsAFaultBeforeAnyQuestion) 
 TEST_F(WinterFaults, AWinterThatEndsWithTheSimulationIsToldInWords) {
     climate.WinterEndDate = run.RunEnd;
     try {
-        static_cast<void>(Winter_Adjustment(table, context(), report_time()));
+        adjust_and_report();
         FAIL() << "no fault";
     } catch (const Fault& fault) {
         EXPECT_STREQ(fault.what(),

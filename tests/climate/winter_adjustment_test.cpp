@@ -129,7 +129,8 @@ TEST_F(OneZone, WhatIsTypedIntoTheBoxChangesNothing) {
           std::optional<std::string>{""}, std::optional<std::string>{}}) {
         SimResults with_answer = table;
         dialogs.then_text(answer);
-        static_cast<void>(Winter_Adjustment(with_answer, context(), report_time()));
+        WinterReport written{basin, run, climate, report_time()};
+        Winter_Adjustment(with_answer, context(), written);
         EXPECT_EQ(dialogs.inputs().back().proposed, "-1.5");
         // Melt is 1 on day 1 and 1.75 on day 2, which covers 1.5: the third day's 0.5 comes first.
         EXPECT_EQ(days(with_answer.SCAclim), (Floats{0.5F, 0.25F, 0.125F, 0, 0}));

@@ -54,14 +54,26 @@ protected:
 
     void adjust() {
         click_ok(basin.ZoneCount);
-        report = Winter_Adjustment(table, context(), report_time());
+        adjust_and_report();
+    }
+
+    /// Runs the step; the report holds what it wrote, also behind a fault.
+    void adjust_and_report() {
+        WinterReport written{basin, run, climate, report_time()};
+        try {
+            Winter_Adjustment(table, context(), written);
+        } catch (const Fault&) {
+            report = written.written();
+            throw;
+        }
+        report = written.written();
     }
 
     /// The number of the fault that the step ends in, after so many boxes.
     int fault_of_adjusting(int boxes) {
         click_ok(boxes);
         try {
-            static_cast<void>(Winter_Adjustment(table, context(), report_time()));
+            adjust_and_report();
         } catch (const Fault& fault) {
             return fault.number();
         }

@@ -72,7 +72,7 @@ protected:
 
     void click_ok_and_adjust() {
         click_ok(basin.ZoneCount);
-        static_cast<void>(Winter_Adjustment(table, context(), report_time()));
+        adjust_and_report();
     }
 
     /// Answers as many boxes as come, and goes on over a fault.
@@ -87,7 +87,8 @@ protected:
             }
         } ok;
         try {
-            static_cast<void>(Winter_Adjustment(table, {basin, run, climate, ok}, report_time()));
+            WinterReport written{basin, run, climate, report_time()};
+            Winter_Adjustment(table, {basin, run, climate, ok}, written);
         } catch (const Fault&) {
             return false;
         }

@@ -54,8 +54,7 @@ TEST_F(ControlBoxesTest, InvalidDatesLeaveAllAsBeforeTheClick) {
 TEST_F(ControlBoxesTest, ARefusedReuseAfterARunThatWasLeftIsAsBeforeTheClickToo) {
     open_six_days();
     run_to(1);
-    window_->close();
-    ASSERT_EQ(session_.run.ClimateStep, 1);
+    press(1);
     open();
     choose(k_scenario);
     reuse()->setChecked(true);
@@ -101,7 +100,7 @@ TEST_F(ControlBoxesTest, AnEvaluationThatHasBegunIsLeftByAbortAlsoAfterARefusal)
         choose(k_scenario);
         if (reuses) {
             tick(1);
-            window_->close();
+            press(1);
             open();
             choose(k_scenario);
             reuse()->setChecked(true);

@@ -1,5 +1,6 @@
 #include "tests/climate_windows/control_window_fixture.h"
 
+#include <QTextBrowser>
 #include <set>
 
 namespace nivora {
@@ -226,6 +227,49 @@ TEST_F(ControlStepsTest, AMissingDischargeLeavesTheVolumesAndNoComparison) {
     EXPECT_THAT(row_of(summary(), 2), ElementsAre("0.65", "", "0.65"));
 }
 
+TEST_F(ControlStepsTest, NotesShowWithAWayToTheirHelp) {
+    SixDays small;
+    for (PhysicalRow& row : small.physical) row.precip = 0.0F;  // a winter that stores nothing
+    open_six_days(small);
+    auto* notes = find<QTextBrowser>("txtNotes");
+    run_to(4);
+    EXPECT_FALSE(notes->isVisible());
+    tick(5);
+    EXPECT_TRUE(notes->isVisible());
+    EXPECT_THAT(from_qt(notes->toPlainText()),
+                testing::StartsWith("2 notes: what to do\nStep 5: In zone 1 the winter from 03/30/2001"));
+    EXPECT_THAT(from_qt(notes->toPlainText()), testing::HasSubstr("\nStep 5: In zone 2 the winter"));
+    emit notes->anchorClicked(QUrl(QStringLiteral("help")));
+    EXPECT_THAT(desktop_.topics, ElementsAre(51));
+    tick(6);
+    EXPECT_TRUE(notes->isVisible());
+}
+
+TEST_F(ControlStepsTest, AStepThatIsTakenAgainDoesNotNoteTwice) {
+    SixDays small;
+    for (PhysicalRow& row : small.physical) row.precip = 0.0F;
+    open_six_days(small);
+    run_to(4);
+    std::filesystem::create_directory(program_ / "NVR_DfGN.out");
+    const QRect indicator{0, 0, 16, box(5)->height()};
+    QTest::mouseClick(box(5), Qt::LeftButton, {}, indicator.center());
+    EXPECT_EQ(last_message().title, "CC run suspended");
+    EXPECT_FALSE(session_.basin.Output_Valid);
+    std::filesystem::remove(program_ / "NVR_DfGN.out");
+    tick(5);
+    EXPECT_EQ(session_.run.notes.size(), 2U);
+}
+
+TEST_F(ControlStepsTest, ThePlaceholderNoneOpensNoStep) {
+    open_six_days();
+    change("INSERT INTO ClimateScenarioIndex (SimulationFile, ScenarioFile) VALUES ('Test', 'None')");
+    open();
+    choose("None");
+    EXPECT_THAT(enabled(), IsEmpty());
+    choose(k_scenario);
+    EXPECT_THAT(enabled(), ElementsAre(1));
+}
+
 TEST_F(ControlStepsTest, ASuspendedStepOneKeepsTheChoiceFixed) {
     SixDays small;
     small.physical[0].tavg = k_missing;
@@ -372,60 +416,6 @@ TEST_F(ControlLightsTest, TheLineBelowTheCellsLightsNothing) {
     click(4, 1);
     EXPECT_EQ(lit(summary()), (Cells{{2, 2}}));
     EXPECT_EQ(lit(statistics()), (Cells{{4, 4}}));
-}
-
-/// How the window is left.
-class ControlLeavingTest : public ControlWindowTest {
-protected:
-    void expect_main_window_free() {
-        EXPECT_FALSE(window_->isVisible());
-        EXPECT_EQ(left_, 1);
-        EXPECT_FALSE(session_.shell.climate_window);
-        EXPECT_EQ(session_.shell.run_caption, "&Run");
-        EXPECT_TRUE(session_.shell.reports);
-        EXPECT_TRUE(session_.shell.graphics);
-    }
-};
-
-TEST_F(ControlLeavingTest, DoneAfterStepSixKeepsTheResults) {
-    open_six_days();
-    run_to(6);
-    press(0);
-    expect_main_window_free();
-    EXPECT_TRUE(session_.basin.Output_Valid);
-    EXPECT_EQ(session_.run.ClimateStep, 6);
-    // Nobody is asked for a name of the results.
-    EXPECT_EQ(messages(), 0U);
-    EXPECT_EQ(dialogs_.inputs().size(), 2U);  // those of step 5
-}
-
-TEST_F(ControlLeavingTest, DoneBeforeAnyStepReportsNothing) {
-    open_six_days();
-    session_.basin.Output_Valid = true;
-    press(0);
-    expect_main_window_free();
-    EXPECT_FALSE(session_.basin.Output_Valid);
-}
-
-TEST_F(ControlLeavingTest, AbortEndsTheClimateRun) {
-    for (const int last : {1, 3, 4, 5}) {
-        std::filesystem::remove(file_);
-        left_ = 0;
-        open_six_days();
-        run_to(last);
-        press(1);
-        expect_main_window_free();
-        EXPECT_FALSE(session_.basin.Output_Valid) << last;
-        EXPECT_EQ(session_.run.ClimateStep, 0) << last;
-    }
-}
-
-TEST_F(ControlLeavingTest, TheCloseControlLeavesAnUnfinishedRunInvalid) {
-    open_six_days();
-    run_to(4);
-    EXPECT_TRUE(window_->close());
-    expect_main_window_free();
-    EXPECT_FALSE(session_.basin.Output_Valid);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 namespace nivora {
 namespace {
 
+using ::testing::Each;
 using ::testing::ElementsAre;
 
 TEST(StatisticsLabels, BearMetricUnits) {
@@ -30,8 +31,88 @@ TEST(StatisticsValues, StandInTheOrderOfTheirLabels) {
     run.AvgComputedQ = 4.0F;
     run.VolumeDifference = 5.0F;
     run.CoefficientR2 = 6.0F;
+    run.statistics = StatisticsReach::All;
 
     EXPECT_THAT(statistics_values(run), ElementsAre(1.0F, 2.0F, 3.0F, 4.0F, 5.0F, 6.0F));
+}
+
+TEST(StatisticsValues, BehindAFaultAreLeftOut) {
+    RunState run;
+    run.AvgMeasuredQ = 2.0F;
+    run.CoefficientR2 = 6.0F;  // of a run before
+    run.statistics = StatisticsReach::Volumes;
+    EXPECT_THAT(statistics_values(run), ElementsAre(0.0F, 2.0F, 0.0F, 0.0F, std::nullopt, std::nullopt));
+    run.statistics = StatisticsReach::Nothing;
+    EXPECT_THAT(statistics_values(run), Each(std::optional<float>{}));
+}
+
+/// 5 November 2001, 13:02:03
+const double k_run_time = static_cast<double>(*day_count({2001, 11, 5})) + (13 * 3600 + 2 * 60 + 3) / 86400.0;
+
+class ResultsStatus : public ::testing::Test {
+protected:
+    ResultsStatus() {
+        basin.results_time = k_run_time;
+        run.LastRunSimulation = "wet";
+        run.RunStart = *day_count({2001, 6, 1});
+        run.RunEnd = run.RunStart + 29;
+    }
+
+    BasinState basin;
+    RunState run;
+};
+
+TEST_F(ResultsStatus, NamesSimulationAndTime) {
+    EXPECT_EQ(results_status(basin, run), "Results of 'wet', run of 11/5/2001 1:02:03 PM");
+}
+
+TEST_F(ResultsStatus, TellsOfInputsThatChangedAlsoBehindASave) {
+    constexpr const char* k_text =
+        "Results of 'wet', run of 11/5/2001 1:02:03 PM; inputs have changed since, run it again";
+    basin.Input_Changed = true;
+    EXPECT_EQ(results_status(basin, run), k_text);
+    basin.Input_Changed = false;
+    basin.results_outdated = true;
+    EXPECT_EQ(results_status(basin, run), k_text);
+}
+
+TEST_F(ResultsStatus, TellsOfARunThatDidNotReachItsEnd) {
+    run.LastRunSimulation.clear();
+    EXPECT_EQ(results_status(basin, run), "The run of 11/5/2001 1:02:03 PM did not reach its end");
+}
+
+TEST_F(ResultsStatus, OfAnEarlierSessionHasNoTime) {
+    basin.results_time.reset();
+    EXPECT_EQ(results_status(basin, run),
+              "Results of an earlier session; run the simulation to be sure that they are up to date");
+}
+
+TEST_F(ResultsStatus, OfCurrentStatisticsIsTheirPeriod) {
+    EXPECT_EQ(statistics_status(basin, k_run_time, "the period"), "the period");
+}
+
+TEST_F(ResultsStatus, OfStatisticsIsOutOfDateAfterAChangeAndAfterAnotherRun) {
+    basin.Input_Changed = true;
+    EXPECT_EQ(statistics_status(basin, k_run_time, "the period"),
+              "Out of date: inputs have changed since the run of 11/5/2001 1:02:03 PM");
+    basin.results_time = k_run_time + 1.0;
+    EXPECT_EQ(statistics_status(basin, k_run_time, "the period"),
+              "Out of date: statistics of the run of 11/5/2001 1:02:03 PM; the results are of another run");
+}
+
+TEST_F(ResultsStatus, OfAPeriodCountsItsDaysAndThoseThatWereMissing) {
+    EXPECT_EQ(period_summary(run), "06/01/2001 to 06/30/2001, 30 days");
+    RunNote note;
+    note.zones = {1, 2, 3};
+    note.start = run.RunStart;
+    note.end = run.RunEnd;
+    note.days = 4;
+    run.notes = {note};
+    EXPECT_EQ(period_summary(run),
+              "06/01/2001 to 06/30/2001, 30 days; 4 of 30 days without rows in zones 1 to 3");
+    run.notes.clear();
+    run.RunEnd = run.RunStart;
+    EXPECT_EQ(period_summary(run), "06/01/2001 to 06/01/2001, 1 day");
 }
 
 TEST(StatisticsCaption, OfASimulationIsItsTitle) {

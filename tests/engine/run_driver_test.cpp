@@ -1,5 +1,6 @@
 #include "engine/run_driver.h"
 
+#include "engine/results_summary.h"
 #include "tests/engine/engine_fixture.h"
 #include "tests/support/temporary_folder.h"
 
@@ -12,7 +13,9 @@ namespace {
 
 using ::testing::Each;
 using ::testing::ElementsAre;
+using ::testing::FloatEq;
 using ::testing::IsNan;
+using ::testing::Optional;
 
 const DayCount k_first = date_of(2001, 6, 1);
 
@@ -87,7 +90,7 @@ TEST_F(RunDriver, ACompletedRunMarksItsResultsValid) {
 
     EXPECT_TRUE(outcome.results_rebuilt);
     EXPECT_TRUE(outcome.completed);
-    EXPECT_TRUE(outcome.statistics_valid);
+    EXPECT_EQ(outcome.statistics, StatisticsReach::All);
     EXPECT_TRUE(run.results_enabled);
     EXPECT_TRUE(basin.Output_Valid);
     EXPECT_FALSE(basin.Input_Changed);
@@ -161,7 +164,7 @@ TEST_F(RunDriver, StatisticsOfTheRunAreWorkedOut) {
     content.physical[1].runoff = 5.0F;
     open(content);
 
-    EXPECT_TRUE(simulate().statistics_valid);
+    EXPECT_EQ(simulate().statistics, StatisticsReach::All);
 
     // Computed 5 and 2.5. About the mean of 7: 4 + 4; differences 16 + 6.25: (8 - 22.25) / 8.
     EXPECT_EQ(run.AvgMeasuredQ, 7.0F);
@@ -246,7 +249,11 @@ TEST_F(RunDriver, AFaultOfTheStatisticsLeavesTheRunCompleted) {
     const RunOutcome outcome = simulate();
 
     EXPECT_TRUE(outcome.completed);
-    EXPECT_FALSE(outcome.statistics_valid);
+    EXPECT_EQ(outcome.statistics, StatisticsReach::Volumes);
+    // 10 on two of three days; 5, 2.5 and 1.25 computed.
+    EXPECT_THAT(statistics_values(run),
+                ElementsAre(Optional(FloatEq(1.728F)), Optional(10.0F), Optional(FloatEq(0.756F)),
+                            Optional(FloatEq(2.9166667F)), std::nullopt, std::nullopt));
     EXPECT_TRUE(basin.Output_Valid);
     EXPECT_EQ(run.LastRunSimulation, "Test");
     ASSERT_EQ(dialogs.messages().size(), 1U);

@@ -59,6 +59,23 @@ TEST_F(SimOptionsAccept, AnAddedSimulationGetsItsRowItsParametersAndItsDays) {
     EXPECT_THAT(days("PhysicalData"), ElementsAre("1 1", "1 2", "2 1", "2 2"));
 }
 
+TEST_F(SimOptionsAccept, ASimulationHoldsThePlaceholderOfItsScenariosFromItsBeginning) {
+    dialogs_.then(Answer::Yes);
+    EXPECT_TRUE(accept());
+    EXPECT_THAT(rows("SELECT SimulationFile, ScenarioFile, Comments FROM ClimateScenarioIndex"),
+                ElementsAre("wet None No climate change"));
+    EXPECT_TRUE(database_.has_table("None"));
+}
+
+TEST_F(SimOptionsAccept, AnEditKeepsTheScenariosThatThereAre) {
+    edit_row();
+    database_.execute(
+        "INSERT INTO ClimateScenarioIndex (SimulationFile, ScenarioFile) VALUES ('wet', 'warm')");
+    EXPECT_TRUE(accept());
+    EXPECT_THAT(rows("SELECT SimulationFile, ScenarioFile FROM ClimateScenarioIndex"),
+                ElementsAre("wet warm"));
+}
+
 TEST_F(SimOptionsAccept, AnAddedSimulationIsTheCurrentOne) {
     dialogs_.then(Answer::Yes);
     EXPECT_TRUE(accept());

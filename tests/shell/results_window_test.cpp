@@ -19,6 +19,7 @@ protected:
         session_.run.AvgComputedQ = 4.0F;
         session_.run.VolumeDifference = 2.5F;
         session_.run.CoefficientR2 = -0.125F;
+        session_.run.statistics = StatisticsReach::All;
     }
 
     QString cell(int row, int column) {
@@ -109,9 +110,43 @@ TEST_F(ResultsWindowTest, NamesAndCommentsAreThoseOfTheBasinAndItsSimulation) {
     const QDateTime shown = QLocale::c().toDateTime(label(9), QStringLiteral("M/d/yyyy h:mm:ss AP"));
     ASSERT_TRUE(shown.isValid()) << label(9).toStdString();
     EXPECT_GE(shown, before);
-    EXPECT_LE(shown, QDateTime::currentDateTime());
+    EXPECT_LE(shown, QDateTime::currentDateTime().addSecs(1));  // rounded to the second
     EXPECT_EQ(results_.findChild<QTextEdit*>(QStringLiteral("RichTextBox1"))->toPlainText(),
               QStringLiteral("first line\nsecond line"));
+}
+
+TEST_F(ResultsWindowTest, WhatAFaultKeptFromBeingWorkedOutStaysEmpty) {
+    session_.run.statistics = StatisticsReach::Volumes;
+    results_.fill();
+    EXPECT_EQ(cell(4, 2), QStringLiteral("4"));
+    EXPECT_EQ(cell(5, 2), QString{});
+    EXPECT_EQ(cell(6, 2), QString{});
+}
+
+TEST_F(ResultsWindowTest, NotesShowWholeAboveTheCommentsAndInShortInTheStatusLine) {
+    const auto* notes = results_.findChild<QLabel*>(QStringLiteral("lblNotes"));
+    results_.fill();
+    EXPECT_TRUE(notes->isHidden());
+    session_.basin.results_time = 40000.5;
+    session_.run.RunStart = *day_count({2001, 6, 1});
+    session_.run.RunEnd = session_.run.RunStart + 9;
+    RunNote note;
+    note.zones = {1};
+    note.start = session_.run.RunStart;
+    note.end = session_.run.RunEnd;
+    note.first = note.last = note.start + 3;
+    note.days = 1;
+    session_.run.notes = {note};
+    results_.fill();
+    EXPECT_FALSE(notes->isHidden());
+    EXPECT_EQ(notes->text(), to_qt("Note: " + note_text(note, k_metric)));
+    const auto* status = results_.findChild<QLabel*>(QStringLiteral("panel2"));
+    EXPECT_EQ(status->text(),
+              QStringLiteral("06/01/2001 to 06/10/2001, 10 days; 1 of 10 days without rows in zone 1"));
+    session_.basin.Input_Changed = true;
+    results_.refresh_status();
+    EXPECT_EQ(status->text(),
+              QStringLiteral("Out of date: inputs have changed since the run of 7/6/2009 12:00:00 PM"));
 }
 
 TEST_F(ResultsWindowTest, TheLabelsBesideThemBearTheirTexts) {

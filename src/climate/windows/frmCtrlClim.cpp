@@ -19,6 +19,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QTextBrowser>
 #include <QVBoxLayout>
 
 namespace nivora {
@@ -26,6 +27,9 @@ namespace {
 
 constexpr int k_help_topic = 5;
 constexpr int k_statistics_help = 14;
+constexpr int k_notes_help = 30;
+constexpr int k_notes_topic = 51;
+constexpr int k_notes_lines = 4;
 constexpr int k_done = 0;
 constexpr int k_abort = 1;
 constexpr int k_print = 3;
@@ -61,10 +65,11 @@ frmCtrlClim::frmCtrlClim(const WindowContext& context, QWidget* parent)
     grid->addWidget(make_summary(), 1, 1);
     grid->addWidget(make_statistics(), 2, 0, 1, 2, Qt::AlignLeft | Qt::AlignTop);
     fix_statistics_height(*grid, 2);
+    grid->addWidget(make_notes(), 3, 0, 1, 2);
     grid->setColumnStretch(1, 1);
     grid->setRowStretch(2, 1);
     make_buttons(content);
-    grid->addWidget(buttons_.front()->parentWidget(), 3, 0, 1, 2);
+    grid->addWidget(buttons_.front()->parentWidget(), 4, 0, 1, 2);
     set_content(content);
     explain_status_bar(27);
     set_help_tip(QStringLiteral("Show 'QuickHelp'"));
@@ -168,6 +173,21 @@ QWidget* frmCtrlClim::make_statistics() {
     return statistics_grid_;
 }
 
+/// What the steps found doubtful, with a way to the help that says what to do. It shows once there is a note.
+QWidget* frmCtrlClim::make_notes() {
+    notes_ = new QTextBrowser(this);
+    notes_->setObjectName(QStringLiteral("txtNotes"));
+    notes_->setAccessibleName(QStringLiteral("Notes"));
+    notes_->setOpenLinks(false);
+    notes_->setFixedHeight(notes_->fontMetrics().lineSpacing() * k_notes_lines + 4 * notes_->frameWidth() +
+                           8);
+    set_help(notes_, k_notes_help);
+    notes_->hide();
+    connect(notes_, &QTextBrowser::anchorClicked, this,
+            [this] { session().desktop.show_help_topic(k_notes_topic); });
+    return notes_;
+}
+
 /// The height before step 1 is such that all rows can be seen once that step has made the grid grow; the
 /// window keeps room for what the later steps add.
 void frmCtrlClim::fix_statistics_height(QGridLayout& layout, int row) {
@@ -245,7 +265,9 @@ bool frmCtrlClim::open() {
 void frmCtrlClim::scenario_chosen() {
     if (updating_) return;
     session().climate.scenario = from_qt(scenario_->currentText());
-    steps_[0]->setEnabled(!session().climate.scenario.empty());
+    // The entry "None" says that there is no scenario.
+    const std::string& chosen = session().climate.scenario;
+    steps_[0]->setEnabled(!chosen.empty() && !same_name(chosen, k_no_scenario));
 }
 
 void frmCtrlClim::allow_choice(bool allowed) {
@@ -353,6 +375,19 @@ void frmCtrlClim::show_summary() {
 void frmCtrlClim::show_figures(int step) {
     show_statistics(step);
     show_summary();
+    show_notes();
+}
+
+void frmCtrlClim::show_notes() {
+    const auto& notes = session().run.notes;
+    QString text =
+        QStringLiteral("<a href=\"help\">%1: what to do</a>")
+            .arg(notes.size() == 1 ? QStringLiteral("1 note") : QStringLiteral("%1 notes").arg(notes.size()));
+    for (const RunNote& note : notes) {
+        text += QStringLiteral("<br>") + to_qt(note_text(note, session().basin.Units_Code)).toHtmlEscaped();
+    }
+    notes_->setHtml(text);
+    notes_->setVisible(!notes.empty());
 }
 
 /// Shows the column of a step that ran for the first time, and gives the grid the size that goes with it.
@@ -402,7 +437,31 @@ void frmCtrlClim::light_sources(int row, int column) {
     statistics_->light(std::move(lit));
 }
 
+// While it goes on no daily data can be edited.
+bool frmCtrlClim::goes_on() const {
+    const int step = context().session.run.ClimateStep;
+    return begun_ && step > 0 && step < k_climate_steps;
+}
+
+/// Between two steps the close control ends the evaluation, as Abort does, but not without a question.
+bool frmCtrlClim::may_end() {
+    if (aborted_ || !goes_on()) return true;
+    aborted_ =
+        session().dialogs.message(
+            {.text = "The evaluation is not complete. If the window is closed the evaluation is aborted, and "
+                     "its results do not count as valid.  Close it?",
+             .title = from_qt(windowTitle()),
+             .icon = Icon::Question,
+             .buttons = Buttons::YesNo,
+             .default_answer = Answer::No}) == Answer::Yes;
+    return aborted_;
+}
+
 void frmCtrlClim::closeEvent(QCloseEvent* event) {
+    if (!context().quick_help.is_on() && !may_end()) {
+        event->ignore();
+        return;
+    }
     NivoraWindow::closeEvent(event);
     if (!event->isAccepted()) return;
     end_climate(climate_context(), aborted_);

@@ -11,6 +11,7 @@ class QCheckBox;
 class QComboBox;
 class QGridLayout;
 class QPushButton;
+class QTextBrowser;
 
 namespace nivora {
 
@@ -29,6 +30,9 @@ public:
     /// shown
     [[nodiscard]] bool open();
 
+    /// Whether an evaluation has begun and is not complete.
+    [[nodiscard]] bool goes_on() const;
+
 signals:
     /// The window was left, by Done, Abort or its close control.
     void left();
@@ -41,6 +45,7 @@ private:
     QWidget* make_steps();
     QWidget* make_summary();
     QWidget* make_statistics();
+    QWidget* make_notes();
     void make_buttons(QWidget* content);
     void fix_statistics_height(QGridLayout& layout, int row);
 
@@ -56,6 +61,8 @@ private:
     void name_results();
     void show_figures(int step);
     void show_summary();
+    void show_notes();
+    [[nodiscard]] bool may_end();
     void show_statistics(int step);
     void grow_statistics(int step);
     void fit_statistics_width();
@@ -71,6 +78,7 @@ private:
     GridView* summary_grid_ = nullptr;
     ValueGridModel* statistics_ = nullptr;
     GridView* statistics_grid_ = nullptr;
+    QTextBrowser* notes_ = nullptr;
     std::vector<QPushButton*> buttons_;
     int row_height_ = 0;    ///< by which the statistics grow
     bool begun_ = false;    ///< a step 1 touched the results

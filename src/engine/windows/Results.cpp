@@ -5,7 +5,6 @@
 #include "widgets/controls.h"
 #include "widgets/qt_text.h"
 
-#include <QDateTime>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -20,6 +19,7 @@ namespace {
 
 constexpr int k_help_topic = 8;
 constexpr int k_rows = 6;
+constexpr int k_notes_help = 18;
 
 QLabel* named_label(const char* name, int help_line, QWidget* parent) {
     auto* label = new QLabel(parent);
@@ -61,7 +61,9 @@ Results::Results(const WindowContext& context, QWidget* parent)
       simulation_name_(named_label("Lbl(8)", 8, this)),
       run_date_(named_label("Lbl(9)", 9, this)),
       statistics_(make_table(this)),
+      notes_(named_label("lblNotes", k_notes_help, this)),
       comments_(new QTextEdit(this)) {
+    notes_->setWordWrap(true);
     comments_->setObjectName(QStringLiteral("RichTextBox1"));
     comments_->setAccessibleName(QStringLiteral("Comments"));
     comments_->setReadOnly(true);
@@ -71,6 +73,7 @@ Results::Results(const WindowContext& context, QWidget* parent)
     auto* layout = new QVBoxLayout(content);
     layout->addWidget(make_labels());
     layout->addWidget(statistics_);
+    layout->addWidget(notes_);
     layout->addWidget(comments_, 1);
     layout->addWidget(make_buttons());
     set_content(content);
@@ -121,7 +124,8 @@ void Results::fill() {
     setWindowTitle(to_qt(statistics_caption(run)));
     basin_name_->setText(to_qt(basin.basin_name));
     simulation_name_->setText(to_qt(basin.Current_Sim_Name));
-    run_date_->setText(QDateTime::currentDateTime().toString(QStringLiteral("M/d/yyyy h:mm:ss AP")));
+    shown_ = basin.results_time.value_or(local_now());
+    run_date_->setText(to_qt(short_date_text(whole_day(shown_)) + " " + time_text(shown_)));
     const Simulation* simulation = basin.current_simulation();
     comments_->setPlainText(simulation != nullptr ? to_qt(simulation->text(17)) : QString{});
     const auto labels = statistics_labels(basin.Units_Code);
@@ -129,9 +133,19 @@ void Results::fill() {
     for (int row = 0; row < k_rows; ++row) {
         const auto index = static_cast<std::size_t>(row);
         statistics_->item(row, 0)->setText(to_qt(labels.at(index)));
-        statistics_->item(row, 1)->setText(to_qt(single_text(values.at(index))));
+        const auto& value = values.at(index);
+        statistics_->item(row, 1)->setText(value ? to_qt(single_text(*value)) : QString{});
     }
+    QStringList notes;
+    for (const RunNote& note : run.notes)
+        notes << QStringLiteral("Note: ") + to_qt(note_text(note, basin.Units_Code));
+    notes_->setText(notes.join(QLatin1Char('\n')));
+    notes_->setVisible(!notes.isEmpty());
+    period_ = period_summary(run);
+    refresh_status();
     show_basin_file();
 }
+
+void Results::refresh_status() { show_status(to_qt(statistics_status(session().basin, shown_, period_))); }
 
 }  // namespace nivora

@@ -18,6 +18,8 @@ public:
 
     /// Takes the values of the run from the session.
     void fill();
+    /// Says in the status line whether the statistics shown are still those of the results and the inputs.
+    void refresh_status();
 
 private:
     QWidget* make_labels();
@@ -27,7 +29,10 @@ private:
     QLabel* simulation_name_;
     QLabel* run_date_;
     QTableWidget* statistics_;
+    QLabel* notes_;
     QTextEdit* comments_;
+    double shown_ = 0.0;  ///< time of the run that is shown
+    std::string period_;  ///< of that run, with its notes in a few words
 };
 
 }  // namespace nivora

@@ -2,6 +2,7 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "engine/results_summary.h"
 #include "prep/windows/daily_model.h"
 #include "widgets/controls.h"
 #include "widgets/grid_view.h"
@@ -76,6 +77,8 @@ frmData::frmData(const WindowContext& context, QWidget* parent)
     set_content(content);
     explain_status_bar(18);
     if (prep.Data_View == DataView::Scenario) show_status(to_qt(prep.status));
+    if (prep.Data_View == DataView::Results)
+        show_status(to_qt(results_status(session().basin, session().run)));
     make_menus();
     for (QPushButton* button : row.buttons) {
         button->setAutoDefault(false);

@@ -1,0 +1,18 @@
+// The row that stands in the index of climate scenarios for a simulation that has none.
+#pragma once
+
+#include "store/database.h"
+#include "store/rows.h"
+
+#include <string>
+
+namespace nivora {
+
+/// The index row that says that a simulation has no scenario.
+[[nodiscard]] ScenarioIndexRow scenario_placeholder(const std::string& simulation);
+
+/// Gives a simulation without scenarios its placeholder, and the file the table that goes with it. A
+/// simulation that has a row already keeps what it has. @throws StoreError
+void ensure_scenario_placeholder(BasinDatabase& database, const std::string& simulation);
+
+}  // namespace nivora

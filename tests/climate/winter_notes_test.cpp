@@ -1,0 +1,136 @@
+#include "climate/winter_notes.h"
+
+#include "tests/climate/winter_fixture.h"
+
+#include <gmock/gmock.h>
+
+namespace nivora {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+/// One zone with five days of summer whose snow is gone on the third.
+class WinterNotes : public WinterTest {
+protected:
+    void SetUp() override {
+        summer(1, 5);
+        basin.Current_Start = date_of(2000, 10, 1);
+        set(table.SCA, 1, {1, 0.5, 0, 0, 0});
+        set(table.MDCexcl, 1, {1, 2, 3, 0, 0});
+        set(table.SumAT, 1, {1, 2, 3, 4, 5});
+    }
+
+    [[nodiscard]] std::vector<NoteKind> kinds() const {
+        std::vector<NoteKind> found;
+        for (const RunNote& note : run.notes) found.push_back(note.kind);
+        return found;
+    }
+};
+
+TEST_F(WinterNotes, ASummerThatMeltsDayByDayHasNone) {
+    adjust();
+    EXPECT_THAT(kinds(), ElementsAre());
+    EXPECT_EQ(days(table.SCAclimWAMA), (Floats{1, 0.5F, 0.01F, 0, 0}));
+}
+
+TEST_F(WinterNotes, ABareDayThatFallsOnTheDayOfTheSnowIsNotedAndTheCoverStaysAsItIs) {
+    // Three times as fast: the depths 1, 2 and 3 are all reached on the first day, and the first of them
+    // counts.
+    set(table.SumAT, 1, {3, 6, 9, 12, 15});
+    adjust();
+    EXPECT_EQ(days(table.SCAclimWAMA), (Floats{1, 1, 1, 1, 1}));
+    ASSERT_THAT(kinds(), ElementsAre(NoteKind::CoverHeld));
+    EXPECT_EQ(run.notes[0].step, 5);
+    EXPECT_EQ(run.notes[0].days, 5);
+    EXPECT_EQ(
+        note_text(run.notes[0], k_metric),
+        "Step 5: In zone 1 the last day with snow and the first day without fall on one day of the changed "
+        "climate, 05/01/2001, and the first of them counts. So the cover stays at 1 until 05/05/2001, "
+        "although "
+        "the snow is gone. Compare CDC with CDCclimWAMA before you use the summer of this zone.");
+}
+
+TEST_F(WinterNotes, SnowThatTheChangedSummerNeverMeltsIsNotHeldByARule) {
+    set(table.SumAT, 1, {0, 1, 1, 1, 1});  // the depth of the bare day is not reached
+    adjust();
+    EXPECT_THAT(kinds(), ElementsAre());
+}
+
+TEST_F(WinterNotes, SnowThatOutlastsThePresentSummerIsNotHeldByARule) {
+    set(table.SCA, 1, {1, 0.75, 0.5, 0.25, 0.25});
+    set(table.MDCexcl, 1, {1, 2, 3, 4, 5});
+    set(table.SumAT, 1, {3, 6, 9, 12, 15});
+    adjust();
+    EXPECT_THAT(kinds(), ElementsAre());
+}
+
+TEST_F(WinterNotes, ALaterDayOfTheCurveThatIsBareEndsItAfterAll) {
+    // Snow returns on the third day. Depths 1 and 2 fall on day 1, 4 on day 2 and the bare 5 on day 3.
+    set(table.SCA, 1, {1, 0, 0.5, 0, 0});
+    set(table.MDCexcl, 1, {1, 2, 4, 5, 0});
+    set(table.SumAT, 1, {3, 4.5, 5, 6, 7});
+    adjust();
+    EXPECT_THAT(kinds(), ElementsAre());
+    EXPECT_EQ(days(table.SCAclimWAMA), (Floats{1, 0.5F, 0.01F, 0, 0}));
+}
+
+TEST_F(WinterNotes, ACurveThatWasMovedByADeficitIsNotedAsWell) {
+    // A deficit of 1 is covered on the first day, so that day 2 comes first: 0.5 at depth 1, bare at depth 2.
+    winter(1, 10, 9, 0, 0);
+    set(table.SumAT, 1, {3, 6, 9, 12, 15});
+    adjust();
+    ASSERT_THAT(kinds(), ElementsAre(NoteKind::CoverHeld));
+    EXPECT_EQ(run.notes[0].first, date_of(2001, 5, 1));
+    EXPECT_EQ(run.notes[0].value, 0.5F);
+}
+
+TEST_F(WinterNotes, AWinterThatLosesMoreThanFellIsNotedWithItsStore) {
+    winter(1, 10, 12, 30, 40);  // g = (12 - 40) / (10 - 30) = 1.4, a surplus in a warmer climate
+    adjust();
+    // What looks like a surplus stretches the curve, whose only day that is left is held.
+    EXPECT_EQ(days(table.MDCexclWA), (Floats{1.4F, 0, 0, 0, 0}));
+    ASSERT_THAT(kinds(), ElementsAre(NoteKind::NoWinterStore, NoteKind::CoverHeld));
+    EXPECT_EQ(
+        note_text(run.notes[0], k_metric),
+        "Step 5: In zone 1 more water left the snow in the winter from 10/01/2000 to 04/30/2001 than had "
+        "fallen, "
+        "under the present climate (P - i = -20 cm): the simulation begins on snow from before its start. "
+        "The "
+        "gain of the zone means nothing then, and neither does the cover that step 5 made with it. Begin the "
+        "simulation before the first snow falls, and compare CDC with CDCclimWAMA.");
+    EXPECT_THAT(note_text(run.notes[0], k_english), HasSubstr("(P - i = -20 in)"));
+    EXPECT_EQ(note_summary(run.notes[0]), "no winter store in zone 1");
+}
+
+TEST_F(WinterNotes, AWinterThatStoresNothingIsNotedAlsoWithinItsRoundings) {
+    for (const double input : {10.0, 9.9995, 10.0005}) {
+        SCOPED_TRACE(input);
+        run.notes.clear();
+        winter(1, 10, 12, input, 10);
+        adjust();
+        ASSERT_THAT(kinds(), ElementsAre(NoteKind::NoWinterStore));
+        EXPECT_THAT(note_text(run.notes[0], k_metric),
+                    HasSubstr("left nothing in the snow under the present climate (P - i = 0)"));
+    }
+    run.notes.clear();
+    winter(1, 10, 10, 9.99, 9.99);
+    adjust();
+    EXPECT_THAT(kinds(), ElementsAre());
+}
+
+TEST_F(WinterNotes, AZoneWithoutSnowInTheSummerTakesNoHarm) {
+    fill(table.SCA, 0.0);
+    winter(1, 10, 12, 30, 40);
+    adjust();
+    EXPECT_THAT(kinds(), ElementsAre());
+}
+
+TEST_F(WinterNotes, AChangedWinterThatLosesMoreThanFellIsSimplyWithoutSnow) {
+    winter(1, 10, 10, 2, 30);
+    adjust();
+    EXPECT_THAT(kinds(), ElementsAre());
+}
+
+}  // namespace
+}  // namespace nivora
