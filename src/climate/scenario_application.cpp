@@ -339,22 +339,44 @@ bool apply_edit(BasinDatabase& database, SimResults& results, const Edit& edit, 
     }
 }
 
+/// The first column without a value that a row needs, by its header; empty where all are there.
+std::string missing_column(const ScenarioRow& row) {
+    if (!row.variable) return "Variable/Parameter";
+    if (!row.start) return "Start Date";
+    if (!row.end) return "End Date";
+    if (!row.action) return "Edit Action";
+    if (needs_factor(row) && is_missing(static_cast<double>(row.factor))) return "Edit Factor";
+    return row.zones ? std::string{} : "Zones";
+}
+
+/// Where a scenario lacks a value, for the user.
+std::string missing_value_text(int number, const ScenarioRow& row) {
+    if (number == 0) return {};
+    const std::string column = missing_column(row);
+    const std::string what = column.empty()
+                                 ? "needs a value that the days or the monthly averages do not have"
+                                 : "has no " + column;
+    return fmt::format("\nRow {} {}.", number, what);
+}
+
 /// Reads and applies row by row: what is wrong with a row leaves those before it applied.
+/// @param number the row at hand, from 1; 0 before the first
+/// @param row    what it holds
 int apply_rows(BasinDatabase& database, SimResults& results, const BasinState& basin,
-               const std::string& scenario_name, Dialogs& dialogs) {
+               const std::string& scenario_name, Dialogs& dialogs, int& number, ScenarioRow& row) {
     const TableSchema table = scenario_table(database.existing_table(scenario_name));
     SQLite::Statement query{database.sql(), "SELECT " + field_list(table) + " FROM " +
                                                 quoted_name(table.name) + " ORDER BY rowid"};
-    int number = 0;
     while (query.executeStep()) {
-        ScenarioRow row;
+        row = {};
+        ++number;
         int position = 0;
         ScenarioRow::visit(row, [&](auto& member) {
             // What an action does not need is not looked at, whatever stands there.
             if (position != k_factor_position || needs_factor(row)) read_value(query, position, member);
             ++position;
         });
-        if (!apply_edit(database, results, edit_of(row, ++number, basin.ZoneCount), dialogs)) return 1;
+        if (!apply_edit(database, results, edit_of(row, number, basin.ZoneCount), dialogs)) return 1;
     }
     if (number > 0) return 0;
     dialogs.stop(fmt::format("The selected CC scenario, '{}', contains no climate change specifications",
@@ -368,13 +390,16 @@ int apply_rows(BasinDatabase& database, SimResults& results, const BasinState& b
 int Apply_Scenario(BasinDatabase& database, SimResults& results, const BasinState& basin,
                    const std::string& scenario_name, Dialogs& dialogs) {
     constexpr const char* k_error = "Error in climate change definition";
+    int number = 0;
+    ScenarioRow row;
     try {
-        return guarded([&] { return apply_rows(database, results, basin, scenario_name, dialogs); });
+        return guarded(
+            [&] { return apply_rows(database, results, basin, scenario_name, dialogs, number, row); });
     } catch (const Fault& fault) {
         if (fault.number() == k_fault_null) {
             dialogs.stop(fmt::format("The selected CC scenario, '{}', contains missing value(s).  Please "
-                                     "correct before continuing",
-                                     scenario_name),
+                                     "correct before continuing{}",
+                                     scenario_name, missing_value_text(number, row)),
                          "Missing/invalid data in climate change scenario");
         } else {
             dialogs.stop(fault.what(), k_error);

@@ -55,7 +55,7 @@ const char* edit_action_text(int code) {
 std::string scenario_zone_text(int code) {
     if (code == 0) return "All";
     if (code < 0 || code > k_most_zones) return {};
-    return std::string(1, static_cast<char>('A' + code - 1));
+    return zone_letter(code);
 }
 
 std::optional<int> scenario_variable_code(std::string_view text) {

@@ -92,11 +92,32 @@ public:
         }
     }
 
+    /// Which values of the row that was worked on last are missing, for the user; empty where none is.
+    [[nodiscard]] std::string missing_values() const {
+        std::string fields;
+        const auto add = [&](const char* field, float value) {
+            if (is_missing(static_cast<double>(value)))
+                fields += (fields.empty() ? "" : ", ") + std::string{field};
+        };
+        add("ZoneDD", columns_.degree_days[row_]);
+        add("AN", columns_.degree_day_factor[row_]);
+        add("Precip", columns_.precipitation[row_]);
+        add("SCA", columns_.cover[row_]);
+        add("Tcrit", columns_.critical_temperature[row_]);
+        add("RCA", columns_.rain_switch[row_]);
+        if (fields.empty()) return {};
+        return "\nIn zone " + std::to_string(results_.Zone[row_]) + " on " +
+               long_date_text(results_.Date[row_]) + " these values are missing: " + fields + ".";
+    }
+
 private:
     /// The zone's values are kept apart from the table, which lets the compiler hold them in registers.
     void work_zone(std::span<const std::uint32_t> rows) {
         ZoneSnow snow{.zone = results_.Zone[rows.front()], .winter = starts_in_winter_};
-        for (const std::size_t row : rows) store_row(row, work_row(row, snow));
+        for (const std::size_t row : rows) {
+            row_ = row;
+            store_row(row, work_row(row, snow));
+        }
         run_.SnowStore = snow.store;
         if (run_.ClimateStep == 3) winter_precipitation(snow, 3) = snow.store;
         if (run_.ClimateStep == 5) winter_precipitation(snow, 4) = snow.store;
@@ -221,6 +242,7 @@ private:
     bool starts_in_winter_;
     bool keeps_store_;
     bool draws_curves_;
+    std::size_t row_ = 0;  ///< that is worked on
     int month_ = 0;
     DayCount month_start_ = 0;
     DayCount next_month_start_ = 0;
@@ -236,11 +258,13 @@ bool in_melt_season(int month, int start_month) { return (month - start_month + 
 
 void Snow_Melt(SimResults& results, const RunRows& rows, const BasinState& basin, RunState& run,
                Dialogs& dialogs) {
+    SnowStage stage{results, basin, run};
     try {
-        SnowStage{results, basin, run}.work(rows.by_zone);
+        stage.work(rows.by_zone);
     } catch (const Fault& fault) {
         if (fault.number() == k_fault_null) {
-            dialogs.stop("Null (blank) value in physical database or simulation parameter file.  Aborting!",
+            dialogs.stop("Null (blank) value in physical database or simulation parameter file.  Aborting!" +
+                             stage.missing_values(),
                          "Missing value(s)");
         } else {
             dialogs.stop(std::to_string(fault.number()) + " " + fault.what());

@@ -179,8 +179,30 @@ void work_row(const ZoneInputOptions& options, const ZoneInputColumns& columns, 
     columns.degree_days[row] = degree_days;
 }
 
+/// The first missing value that a row needs, by the name that it has in the daily tables; empty where all are
+/// there.
+std::string missing_field(const ZoneInputOptions& options, const ZoneInputColumns& columns, std::size_t row,
+                          bool first) {
+    const auto missing = [row](const auto& column) { return is_missing(static_cast<double>(column[row])); };
+    if (options.temperature_max_min) {
+        if (first && missing(columns.maximum_temperature)) return "Tmax";
+        if (first && missing(columns.minimum_temperature)) return "Tmin";
+    } else if ((first || !options.temperature_basinwide) && missing(columns.average_temperature)) {
+        return "Tavg";
+    }
+    if ((first || !options.lapse_basinwide) && missing(columns.lapse_rate)) return "LapseRate";
+    if (!first) return {};
+    if (missing(columns.precipitation)) return "Precip";
+    if (missing(columns.critical_temperature)) return "Tcrit";
+    if (missing(columns.snow_coefficient)) return "CS";
+    if (missing(columns.rain_coefficient)) return "Cr";
+    if (missing(columns.recession_x)) return "Xcoeff";
+    return missing(columns.recession_y) ? "Ycoeff" : std::string{};
+}
+
+/// @param field the missing value of the row, if one is
 Message fault_message(const Fault& fault, Phase phase, const SimResults& results,
-                      std::optional<std::size_t> row) {
+                      std::optional<std::size_t> row, const std::string& field) {
     Message message{.text = fault.what(), .title = {}, .icon = Icon::Stop};
     if (fault.number() == k_fault_null && row) {
         const bool variables = phase == Phase::Variables;
@@ -189,6 +211,7 @@ Message fault_message(const Fault& fault, Phase phase, const SimResults& results
         message.text = (variables ? "Null value(s) in basin variable table on "
                                   : "Null value(s) in simulation parameter table on ") +
                        long_date_text(results.Date[*row]) + ", in Zone " + std::to_string(results.Zone[*row]);
+        if (!field.empty()) message.text += "\nThe missing value is that of " + field + ".";
     } else if (fault.number() == k_fault_no_record) {
         message.text = "Temperature data is missing for the date range specified.";
     }
@@ -214,13 +237,14 @@ bool Zone_Inputs(SimResults& results, const RunRows& rows, const BasinState& bas
                  Dialogs& dialogs) {
     Phase phase = Phase::Variables;
     std::optional<std::size_t> at;
+    const Simulation* current = basin.current_simulation();
+    const Simulation simulation = current != nullptr ? *current : Simulation{};
+    const UnitSystem units = unit_system(simulation.value(5));
+    const ZoneInputColumns columns = choose_columns(results, run.ClimateStep);
+    ZoneInputOptions options;
     try {
-        const Simulation* current = basin.current_simulation();
-        const Simulation simulation = current != nullptr ? *current : Simulation{};
-        const UnitSystem units = unit_system(simulation.value(5));
-        const ZoneInputOptions options = read_options(simulation, basin, units);
+        options = read_options(simulation, basin, units);
         run.LapseUnit = units.lapse_unit;
-        const ZoneInputColumns columns = choose_columns(results, run.ClimateStep);
         if (rows.by_day.empty()) throw no_record_fault();
         BasinValues basin_values;
         for (const std::size_t row : rows.by_day) {
@@ -229,7 +253,8 @@ bool Zone_Inputs(SimResults& results, const RunRows& rows, const BasinState& bas
         }
         return true;
     } catch (const Fault& fault) {
-        dialogs.message(fault_message(fault, phase, results, at));
+        const std::string field = at ? missing_field(options, columns, *at, results.Zone[*at] == 1) : "";
+        dialogs.message(fault_message(fault, phase, results, at, field));
         return false;
     }
 }

@@ -1,5 +1,6 @@
 #include "prep/daily_editor.h"
 
+#include "base/entry_refusal.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "store/table_io.h"
@@ -13,6 +14,7 @@ namespace {
 
 constexpr double k_longest_lag = 42.0;  // hours
 constexpr double k_largest_coefficient = 9.99;
+constexpr int k_recession_decimals = 4;
 
 /// The tables whose fields a view may show.
 std::vector<TableSchema> tables_of(DataView view) {
@@ -42,6 +44,14 @@ std::string header_of(DataView view, const std::string& field) {
     const std::size_t at = field.find("SCA");
     if (!renamed || at == std::string::npos) return field;
     return std::string{field}.replace(at, 3, "CDC");
+}
+
+/// The exponent y is a few hundredths: of two decimals little would be seen.
+bool is_recession_coefficient(const std::string& field) {
+    for (const char* name : {"Xcoeff", "XcoeffCC", "Ycoeff", "YcoeffCC"}) {
+        if (same_name(field, name)) return true;
+    }
+    return false;
 }
 
 void limit(DailyColumn& column) {
@@ -142,6 +152,7 @@ std::vector<DailyColumn> daily_columns(DataView view, const std::vector<std::str
                            .low = {},
                            .high = {}};
         if (column.type == FieldType::Date || column.type == FieldType::Integer) column.decimals = 0;
+        if (is_recession_coefficient(field)) column.decimals = k_recession_decimals;
         if (view == DataView::Parameters) limit(column);
         columns.push_back(std::move(column));
     }
@@ -220,9 +231,9 @@ struct DailyEditor::Content {
         });
     }
 
-    /// Runs the one statement of a mass edit. @return the number of rows that it found
-    int change_all(const DailyColumn& column, MassEdit edit, const Period& dates, double factor) {
-        return guarded([&] {
+    /// Runs the one statement of a mass edit.
+    void change_all(const DailyColumn& column, MassEdit edit, const Period& dates, double factor) {
+        guarded([&] {
             SQLite::Statement update{database.sql(), "UPDATE " + quoted_name(query.table) + " SET " +
                                                          quoted_name(column.field) + " = " +
                                                          changed_value(column, edit) +
@@ -231,7 +242,7 @@ struct DailyEditor::Content {
             update.bind(2, dates.start);
             update.bind(3, dates.end + 1);
             update.bind(4, zone);
-            return update.exec();
+            update.exec();
         });
     }
 
@@ -260,6 +271,14 @@ DayCount DailyEditor::date(std::size_t row) const { return content_->days.dates.
 double DailyEditor::value(std::size_t row, std::size_t column) const {
     if (column == 0) return static_cast<double>(date(row));
     return content_->days.values.at(content_->cell(row, column));
+}
+
+std::string DailyEditor::refusal(std::size_t column, double value) const {
+    const DailyColumn& shown = content_->columns.at(column);
+    if (outside_limits(shown, value)) return limits_refusal(*shown.low, *shown.high);
+    if (kept_value(shown.type, value)) return {};
+    const bool fraction = shown.type == FieldType::Integer && value != std::floor(value);
+    return fraction ? "a whole number is needed" : k_number_too_large;
 }
 
 bool DailyEditor::set_value(std::size_t row, std::size_t column, double value) {
@@ -294,13 +313,14 @@ void DailyEditor::mass_edit(MassEdit edit, std::size_t column, std::size_t first
     const auto [first, last] = std::minmax({date(first_row), date(last_row)});
     const Period dates{first, last};
     ZoneDays days;
-    int found = 0;
     as_a_whole(content.database, [&] {
-        found = content.change_all(content.columns.at(column), edit, dates, *exact_factor);
+        content.change_all(content.columns.at(column), edit, dates, *exact_factor);
         days = content.read_zone(content.zone);  // refuses what its field can't hold
     });
+    const bool same = std::equal(days.values.begin(), days.values.end(), content.days.values.begin(),
+                                 content.days.values.end(), same_value);
     content.days = std::move(days);
-    content.changed = content.changed || found > 0;
+    content.changed = content.changed || !same;
 }
 
 bool DailyEditor::changed() const { return content_->changed; }

@@ -52,6 +52,9 @@ public:
     [[nodiscard]] DayCount date(std::size_t row) const;
     /// The value of a cell; NaN for a missing one.
     [[nodiscard]] double value(std::size_t row, std::size_t column) const;
+    /// Why a column can't take a number, whatever the row: a clause without its full stop; empty where it
+    /// can, and for a missing value.
+    [[nodiscard]] std::string refusal(std::size_t column, double value) const;
     /// Stores a value in the transaction; NaN for a missing one. A value that the field can't hold, or
     /// outside the column's limits, is refused, and so is any date. @return whether the cell holds it now
     bool set_value(std::size_t row, std::size_t column, double value);

@@ -20,7 +20,7 @@ std::vector<Zone> zone_rows(const LegacyFile& file) {
     std::vector<Zone> zones;
     for (const LegacyZone& legacy : file.zones) {
         Zone zone;
-        zone.id = std::string(1, static_cast<char>('A' + zones.size()));
+        zone.id = zone_letter(static_cast<int>(zones.size()) + 1);
         zone.area = legacy.area;
         zone.elevation = legacy.elevation;
         for (Aspect& aspect : zone.aspects) aspect = {1.0, legacy.elevation};

@@ -1,5 +1,6 @@
 #include "prep/simulation_grid.h"
 
+#include "base/entry_refusal.h"
 #include "base/number_text.h"
 #include "base/single.h"
 #include "base/text.h"
@@ -149,6 +150,22 @@ bool edit_simulation_cell(const PrepContext& context, std::size_t row, int colum
     if (column == 5) basin.Units_Code = simulation.units == k_english ? k_english : k_metric;
     mark_input_changed(basin);
     return true;
+}
+
+std::string simulation_cell_refusal(int column, std::string_view text) {
+    switch (column) {
+        case 1: return "a simulation keeps its name, which is also that of its parameter table";
+        case 2: return integer_refusal(text);
+        case 3:
+        case 4: return date_refusal(text);
+        case 13:
+        case 14: return single_refusal(text);
+        case 15:
+        case 16: return number_refusal(text);
+        case 17: return {};
+        default:
+            return list_number(column, text) ? std::string{} : item_refusal(text, simulation_list(column));
+    }
 }
 
 std::optional<Message> left_simulation_cell_problem(const BasinState& basin, std::size_t row, int column) {

@@ -21,13 +21,16 @@ namespace nivora {
 /// an emptied date becomes the first or the last day of 1980. Column 1, the name, is that of the parameter
 /// table and can't be edited.
 ///
-/// A change sets `Basin_Changed` and `Input_Changed`. The units of any row become `Units_Code`, the basin's own
-/// stay, and the dates of the selected row, as long as they make a period, become those of the current
+/// A change sets `Basin_Changed` and `Input_Changed`. The units of any row become `Units_Code`, the basin's
+/// own stay, and the dates of the selected row, as long as they make a period, become those of the current
 /// simulation. What a change
 /// enables or disables in the main window is up to the caller.
 ///
 /// @return false where the cell can't hold it: a text where a number or a date belongs
 bool edit_simulation_cell(const PrepContext& context, std::size_t row, int column, std::string_view text);
+
+/// Why that function does not take a text into a column: a clause without its full stop; empty where it does.
+[[nodiscard]] std::string simulation_cell_refusal(int column, std::string_view text);
 
 /// What is wrong with a cell that is left: a period of more than 366 days or without a second one, in columns
 /// 3 and 4 of any row but the first, or Max/Min temperatures by zone in column 7. The repair is made once the

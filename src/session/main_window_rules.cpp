@@ -218,7 +218,7 @@ void fix_units(Session& session, int units_code) {
 
 void fix_zones(Session& session, int zones) {
     std::vector<Zone> rows;
-    for (int number = 1; number <= zones; ++number) rows.push_back({.id = std::to_string(number)});
+    for (int number = 1; number <= zones; ++number) rows.push_back({.id = zone_letter(number)});
     const auto months = empty_months(zones);
     BasinDatabase database{session.basin.Work_File, Access::ReadWrite};
     BasinDescription header = read_basin_description(database);

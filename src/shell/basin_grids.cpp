@@ -2,6 +2,7 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "prep/daily_units.h"
 #include "prep/simulation_grid.h"
 #include "session/main_window_rules.h"
 #include "widgets/qt_text.h"
@@ -14,6 +15,7 @@ namespace {
 constexpr int k_zone_columns = 11;
 constexpr int k_simulation_columns = 17;
 constexpr int k_elevation_column = 2;
+constexpr int k_threshold_column = 13;
 
 /// The number behind a cell of the zone grid, columns 2 to 11 from 1.
 std::optional<double>* number_of(Zone& zone, int column) {
@@ -44,6 +46,19 @@ QString ZoneModel::text(int row, int column) const {
 }
 
 QString ZoneModel::header(int column) const { return to_qt(zone_header(column + 1, units_)); }
+
+QString ZoneModel::unit(int column) const {
+    // The other numbers have their unit in their header.
+    const bool share = column >= 3 && column % 2 == 1;
+    return share ? QStringLiteral(
+                       "percent of the zone's area; an imported basin has 1, which stands for shares "
+                       "that its file does not give")
+                 : QString{};
+}
+
+QString ZoneModel::place(int row, int column) const {
+    return QStringLiteral("%1, zone %2").arg(header(column).trimmed()).arg(row + 1);
+}
 
 bool ZoneModel::put(int row, int column, const QString& text) {
     Zone& zone = session_.basin.zones.at(static_cast<std::size_t>(row));
@@ -102,6 +117,20 @@ bool SimulationModel::locked(int /*row*/, int column) const { return column == 0
 QString SimulationModel::cleared_text(int /*row*/, int /*column*/) const { return {}; }
 
 QColor SimulationModel::text_colour(int /*row*/, int /*column*/) const { return {0, 0, 255}; }
+
+QString SimulationModel::unit(int column) const {
+    return column == k_threshold_column ? to_qt(daily_unit("Precip", session_.basin.Units_Code)) : QString{};
+}
+
+QString SimulationModel::place(int row, int column) const {
+    return QStringLiteral("%1 of '%2'").arg(header(column).trimmed(), text(row, 0));
+}
+
+QString SimulationModel::entry_refusal(int /*row*/, int column, const QString& text) const {
+    return to_qt(simulation_cell_refusal(column + 1, from_qt(text)));
+}
+
+QString SimulationModel::locked_reason(int row, int column) const { return entry_refusal(row, column, {}); }
 
 bool SimulationModel::put(int row, int column, const QString& text) {
     return edit_simulation_cell({session_.basin, session_.prep, session_.dialogs},

@@ -18,6 +18,8 @@ public:
     [[nodiscard]] CellFormat format(int row, int column) const override;
     [[nodiscard]] QString text(int row, int column) const override;
     [[nodiscard]] QString header(int column) const override;
+    [[nodiscard]] QString unit(int column) const override;
+    [[nodiscard]] QString place(int row, int column) const override;
 
     /// Names the units in the headers: those that are chosen, also before they are fixed.
     void show_units(int units_code);
@@ -47,9 +49,13 @@ public:
     [[nodiscard]] bool locked(int row, int column) const override;
     [[nodiscard]] QString cleared_text(int row, int column) const override;
     [[nodiscard]] QColor text_colour(int row, int column) const override;
+    [[nodiscard]] QString unit(int column) const override;
+    [[nodiscard]] QString place(int row, int column) const override;
 
 protected:
     [[nodiscard]] bool put(int row, int column, const QString& text) override;
+    [[nodiscard]] QString entry_refusal(int row, int column, const QString& text) const override;
+    [[nodiscard]] QString locked_reason(int row, int column) const override;
 
 private:
     Session& session_;

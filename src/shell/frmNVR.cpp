@@ -3,11 +3,11 @@
 #include "base/number_text.h"
 #include "climate/windows/frmCtrlClim.h"
 #include "engine/windows/Results.h"
-#include "prep/simulation_grid.h"
 #include "session/simulation_list.h"
 #include "shell/basin_grids.h"
 #include "shell/frmNVRHelp.h"
 #include "widgets/controls.h"
+#include "widgets/edit_target.h"
 #include "widgets/grid_view.h"
 #include "widgets/qt_text.h"
 
@@ -28,9 +28,9 @@
 namespace nivora {
 namespace {
 
-constexpr int k_area_column = 1;
-constexpr int k_rows_with_both_bars = 5;
 constexpr int k_fewest_grid_lines = 7;
+/// Behind the rows and columns of the simulation grid.
+constexpr QRgb k_empty_grid_colour = 0xFFC0C0C0;
 
 std::string& box_text(BasinState& basin, std::size_t box) {
     switch (static_cast<BasinBox>(box)) {
@@ -58,6 +58,7 @@ frmNVR::frmNVR(const WindowContext& context)
       area_label_(make_label(QStringLiteral("lblBasinArea"), {}, 46, this)),
       simulation_label_(make_label(QStringLiteral("lblSimVisible"), {}, 21, this)),
       procedure_(make_label(QStringLiteral("panel2"), {}, 43, this)),
+      edit_target_(new EditTarget(this)),
       zone_grid_(make_grid("vaSpread1", zones_)),
       simulation_grid_(make_grid("DBGrid1", simulations_)) {
     setWindowTitle(QStringLiteral("NIVORA - Hollin Flow Model for Windows"));
@@ -71,29 +72,12 @@ frmNVR::frmNVR(const WindowContext& context)
     connect_boxes();
     connect(menu_, &MainMenu::chosen, this, &frmNVR::do_command);
     connect(menu_, &MainMenu::recent_chosen, this, [this](std::size_t entry) { life_.open_recent(entry); });
-    connect(zones_, &GridModel::edited, this, [this](int, int first_column, int, int last_column) {
-        mark_edited();
-        if (first_column <= k_area_column && k_area_column <= last_column) show_area();
-    });
-    connect(zone_grid_, &GridView::left_cell, this, [this](int, int column) {
-        if (column == k_area_column) show_area();
-    });
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
         if (now == nullptr || now == menuBar()) return;
         menu_->name_row_items(simulation_grid_->isAncestorOf(now) || now == simulation_grid_);
     });
     menu_->name_row_items(false);
-    connect(simulation_grid_, &GridView::left_cell, this, &frmNVR::cell_left);
-    connect(simulations_, &GridModel::edited, this, &frmNVR::simulation_edited);
-    for (GridView* grid : {zone_grid_, simulation_grid_}) {
-        connect(grid, &GridView::pasted, this, [this](const PasteOutcome& outcome) {
-            if (const auto problem = paste_problem(outcome)) session().dialogs.message(*problem);
-        });
-    }
-    connect(simulation_grid_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            [this] { row_selected(); });
-    // A click on the active row selects it, too: it may be the only one, or one that is not selected yet.
-    connect(simulation_grid_, &QAbstractItemView::pressed, this, [this] { row_selected(); });
+    connect_grids();
     resize(1000, 720);
     if (context.quick_help.is_on()) quick_help_changed(true);
 }
@@ -102,7 +86,7 @@ frmNVR::frmNVR(const WindowContext& context)
 frmNVR::~frmNVR() { disconnect(qApp, nullptr, this, nullptr); }
 
 GridView* frmNVR::make_grid(const char* name, GridModel* model) {
-    auto* grid = new GridView(model, this);
+    auto* grid = new GridView(model, session().dialogs, this);
     grid->setObjectName(QString::fromUtf8(name));
     // Rows are seen on the smallest screen as well.
     grid->setMinimumHeight(k_fewest_grid_lines * (grid->fontMetrics().lineSpacing() + 6));
@@ -192,6 +176,9 @@ QGroupBox* frmNVR::make_simulations() {
     simulation_grid_->setAccessibleName(QStringLiteral("Simulations"));
     simulation_grid_->setSelectionBehavior(QAbstractItemView::SelectRows);
     simulation_grid_->set_clears_cells(false);
+    // A row below is another simulation, and the one at hand is to stay.
+    simulation_grid_->set_enter_goes_down(false);
+    simulation_grid_->set_empty_area_colour(QColor::fromRgb(k_empty_grid_colour));
     grid->addWidget(simulation_grid_, 1, 0, 1, 5);
     constexpr std::array<const char*, 3> k_captions{"&Add Simulation", "&Delete Simulation",
                                                     "&Edit Simulation"};
@@ -254,9 +241,6 @@ void frmNVR::show_simulations() {
     simulations_->reload();
     const auto row = session().basin.current_row;
     if (row) simulation_grid_->selectRow(static_cast<int>(*row));
-    // A short list scrolls sideways by the arrow keys alone.
-    simulation_grid_->setHorizontalScrollBarPolicy(
-        simulations_->rowCount() < k_rows_with_both_bars ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
     filling_ = filling;
 }
 
@@ -446,32 +430,6 @@ void frmNVR::row_selected() {
     choose_simulation_row(session(), static_cast<std::size_t>(current.row()));
     fill_labels();
     menu_->refresh();
-}
-
-void frmNVR::simulation_edited() {
-    edited_simulation(session());
-    refresh_results();
-    fill_labels();
-    emit simulations_->headerDataChanged(Qt::Horizontal, 0, simulations_->columnCount() - 1);
-    menu_->refresh();
-}
-
-void frmNVR::cell_left(int row, int column) {
-    if (telling_ || filling_ || leaving_ || context().quick_help.is_on()) return;
-    const auto grid_row = static_cast<std::size_t>(row);
-    const auto problem = left_simulation_cell_problem(session().basin, grid_row, column + 1);
-    if (!problem) return;
-    telling_ = true;
-    simulations_->mark(QRect(column, row, 1, 1));
-    session().dialogs.message(*problem);
-    repair_simulation_cell(session().basin, grid_row, column + 1);
-    simulations_->mark({});
-    simulations_->changed_block(row, column, row, column);
-    telling_ = false;
-    QTimer::singleShot(0, simulation_grid_, [this, row, column] {
-        simulation_grid_->setCurrentIndex(simulations_->index(row, column));
-        simulation_grid_->setFocus();
-    });
 }
 
 void frmNVR::quick_help_changed(bool on) {

@@ -20,6 +20,7 @@ class QPushButton;
 namespace nivora {
 
 class frmCtrlClim;
+class EditTarget;
 class GridModel;
 class GridView;
 class Results;
@@ -57,6 +58,7 @@ private:
     void make_units(QGridLayout* grid);
     GridView* make_grid(const char* name, GridModel* model);
     void connect_boxes();
+    void connect_grids();
 
     void show_simulations();
     void fill_boxes();
@@ -110,6 +112,7 @@ private:
     QLabel* area_label_;
     QLabel* simulation_label_;
     QLabel* procedure_;
+    EditTarget* edit_target_;
     GridView* zone_grid_;
     GridView* simulation_grid_;
     std::array<QPushButton*, 3> buttons_{};

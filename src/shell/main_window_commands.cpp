@@ -18,6 +18,7 @@
 #include "shell/frmSplash.h"
 #include "widgets/busy_pointer.h"
 #include "widgets/caller.h"
+#include "widgets/edit_target.h"
 #include "widgets/grid_view.h"
 #include "widgets/page_dialogs.h"
 #include "widgets/qt_text.h"
@@ -35,6 +36,7 @@ namespace {
 
 constexpr int k_main_window_topic = 0;
 constexpr int k_simulation_columns = 17;
+constexpr int k_elevation_column = 2;
 
 }  // namespace
 
@@ -55,9 +57,9 @@ void frmNVR::do_command(Command command) {
             return;
         case Command::Exit: close(); return;
         case Command::Import: return import_file();
-        case Command::Cut: return simulation_grid_->cut();
-        case Command::Copy: return simulation_grid_->copy();
-        case Command::Paste: return simulation_grid_->paste();
+        case Command::Cut: return edit_target_->cut();
+        case Command::Copy: return edit_target_->copy();
+        case Command::Paste: return edit_target_->paste();
         case Command::InsertRow: return add_simulation();
         case Command::DeleteRow: return delete_simulation();
         case Command::NoSnow: return toggle_snow();
@@ -133,11 +135,12 @@ void frmNVR::show_run_problem(const RunMenuProblem& problem) {
         session().dialogs.message(problem.message);
         return;
     }
+    zone_grid_->scrollTo(zones_->index(problem.zone - 1, k_elevation_column));
     zones_->mark_zone(problem.zone);
     session().dialogs.message(problem.message);
     zones_->mark_zone(0);
     zone_grid_->setFocus();
-    zone_grid_->setCurrentIndex(zones_->index(problem.zone - 1, 2));
+    zone_grid_->setCurrentIndex(zones_->index(problem.zone - 1, k_elevation_column));
 }
 
 /// The menu only tells of an area that is not above zero; no run starts with one.

@@ -52,6 +52,11 @@ struct Zone {
     }
 };
 
+/// The letter of a zone from 1 to 16, which is its identification: "A" for zone 1.
+[[nodiscard]] inline std::string zone_letter(int zone) {
+    return std::string(1, static_cast<char>('A' + zone - 1));
+}
+
 /// One simulation definition, a row of the simulation grid. A member without a value is an empty cell.
 ///
 /// The model reads a simulation by column number, 1 to 17; `text` and `value` are the only place that knows

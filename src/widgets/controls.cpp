@@ -88,23 +88,4 @@ QSpinBox* make_zone_box(int zones, int help, QWidget* parent) {
     return box;
 }
 
-std::optional<Message> paste_problem(const PasteOutcome& outcome) {
-    std::string text;
-    if (outcome.refused > 0) {
-        text = std::to_string(outcome.refused) +
-               " of the pasted cells could not be taken, and the grid kept what stood there. The first is '" +
-               from_qt(outcome.first_refused.left(40)) +
-               "'. Numbers need a point as their decimal sign and no separators of thousands; dates have the "
-               "form "
-               "mm/dd/yyyy.";
-    }
-    if (outcome.cut_off > 0) {
-        if (!text.empty()) text += "\n";
-        text += "Rows or columns of the clipboard that had no room in the grid were left out: " +
-                std::to_string(outcome.cut_off) + ".";
-    }
-    if (text.empty()) return std::nullopt;
-    return Message{.text = text, .title = "Paste", .icon = Icon::Warning};
-}
-
 }  // namespace nivora

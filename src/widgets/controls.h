@@ -1,12 +1,8 @@
 // Pieces that several windows are made of.
 #pragma once
 
-#include "base/dialogs.h"
-#include "widgets/grid_view.h"
-
 #include <QString>
 #include <initializer_list>
-#include <optional>
 #include <vector>
 
 class QAction;
@@ -39,8 +35,5 @@ void turn_off_printing(QAction* entry);
 
 /// Chooses a zone from 1 to `zones`, by arrows (UpDown1) or by its number (Text1).
 [[nodiscard]] QSpinBox* make_zone_box(int zones, int help, QWidget* parent);
-
-/// What the user is told of a paste in which cells were refused or had no room.
-[[nodiscard]] std::optional<Message> paste_problem(const PasteOutcome& outcome);
 
 }  // namespace nivora

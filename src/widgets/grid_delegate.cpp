@@ -22,6 +22,12 @@ QValidator* number_validator(CellFormat::Kind kind, QObject* parent) {
 
 }  // namespace
 
+void GridDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
+    QStyledItemDelegate::initStyleOption(option, index);
+    // The colour that marks a cell is meant to be seen, and the selection would be painted over it.
+    if (option->backgroundBrush.style() != Qt::NoBrush) option->state &= ~QStyle::State_Selected;
+}
+
 QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
                                     const QModelIndex& index) const {
     const auto* model = qobject_cast<const GridModel*>(index.model());

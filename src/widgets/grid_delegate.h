@@ -9,7 +9,7 @@ namespace nivora {
 inline constexpr const char* k_grid_editor = "gridEditor";
 
 /// A line for texts, numbers and dates, these behind their mask; a list for lists. A text that a cell can't
-/// hold is dropped with a beep.
+/// hold is dropped with a beep. A cell that is marked by a colour shows it also while it is selected.
 class GridDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
@@ -20,6 +20,9 @@ public:
                           const QModelIndex& index) const override;
     void setEditorData(QWidget* editor, const QModelIndex& index) const override;
     void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
 };
 
 }  // namespace nivora

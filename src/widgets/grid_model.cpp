@@ -1,5 +1,8 @@
 #include "widgets/grid_model.h"
 
+#include "base/entry_refusal.h"
+#include "widgets/qt_text.h"
+
 namespace nivora {
 
 bool GridModel::locked(int /*row*/, int /*column*/) const { return false; }
@@ -23,6 +26,47 @@ QString GridModel::widest_text(int column) const {
     return widest;
 }
 
+QString GridModel::unit(int /*column*/) const { return {}; }
+
+QString GridModel::tip(int column) const {
+    return header(column).trimmed() + QStringLiteral(": ") + unit(column);
+}
+
+QString GridModel::place(int row, int column) const {
+    return QStringLiteral("%1, row %2").arg(header(column).trimmed()).arg(row + 1);
+}
+
+std::optional<OfferedPaste> GridModel::offered_paste(const CellBlock& /*copied*/,
+                                                     int /*active_column*/) const {
+    return std::nullopt;
+}
+
+QString GridModel::entry_refusal(int row, int column, const QString& text) const {
+    const CellFormat cell = format(row, column);
+    const std::string entry = from_qt(text);
+    switch (cell.kind) {
+        case CellFormat::Kind::Number: return to_qt(number_refusal(entry));
+        case CellFormat::Kind::Integer: return to_qt(integer_refusal(entry));
+        case CellFormat::Kind::Date: return to_qt(date_refusal(entry));
+        case CellFormat::Kind::List: {
+            std::vector<std::string> items;
+            for (const QString& item : cell.items) items.push_back(from_qt(item));
+            return to_qt(item_refusal(entry, items));
+        }
+        case CellFormat::Kind::Text: break;
+    }
+    return {};
+}
+
+QString GridModel::locked_reason(int /*row*/, int /*column*/) const {
+    return QStringLiteral("this cell can't be changed");
+}
+
+QString GridModel::refusal(int row, int column, const QString& text) const {
+    if (!locked(row, column)) return entry_refusal(row, column, text);
+    return text == whole_text(row, column) ? QString{} : locked_reason(row, column);
+}
+
 QVariant GridModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || index.row() >= rowCount()) return {};
     switch (role) {
@@ -42,11 +86,15 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
             const QColor colour = text_colour(index.row(), index.column());
             return colour.isValid() ? QVariant{colour} : QVariant{};
         }
+        case Qt::ToolTipRole: return unit(index.column()).isEmpty() ? QVariant{} : tip(index.column());
         default: return {};
     }
 }
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation == Qt::Horizontal && role == k_unit_role) return unit(section);
+    if (orientation == Qt::Horizontal && role == Qt::ToolTipRole)
+        return unit(section).isEmpty() ? QVariant{} : tip(section);
     if (role != Qt::DisplayRole) return {};
     return orientation == Qt::Vertical ? row_header(section) : header(section).trimmed();
 }
@@ -57,13 +105,17 @@ Qt::ItemFlags GridModel::flags(const QModelIndex& index) const {
 }
 
 bool GridModel::take(int row, int column, const QString& text) {
-    return !locked(row, column) && put(row, column, text);
+    if (locked(row, column)) return text == whole_text(row, column);
+    return put(row, column, text);
 }
 
 bool GridModel::setData(const QModelIndex& index, const QVariant& value, int role) {
     if (role != Qt::EditRole || !index.isValid()) return false;
-    const QString text = value.toString();
-    if (text == whole_text(index.row(), index.column())) return true;
+    const QString before = whole_text(index.row(), index.column());
+    QString text = value.toString();
+    if (text == before) return true;
+    if (text.isEmpty()) text = cleared_text(index.row(), index.column());
+    if (text == before) return true;
     if (!take(index.row(), index.column(), text)) {
         emit refused(index.row(), index.column(), text);
         return false;

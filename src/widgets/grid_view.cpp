@@ -1,6 +1,5 @@
 #include "widgets/grid_view.h"
 
-#include "base/clipboard_text.h"
 #include "widgets/grid_delegate.h"
 #include "widgets/qt_text.h"
 
@@ -9,9 +8,8 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenuBar>
-#include <QMimeData>
+#include <QPainter>
 #include <QScrollBar>
-#include <QSignalBlocker>
 #include <algorithm>
 
 namespace nivora {
@@ -40,7 +38,8 @@ int header_width(const QString& text, const QFontMetrics& metrics) {
 
 }  // namespace
 
-GridView::GridView(GridModel* model, QWidget* parent) : QTableView(parent), cells_(model) {
+GridView::GridView(GridModel* model, Dialogs& user, QWidget* parent)
+    : QTableView(parent), cells_(model), user_(user) {
     setModel(model);
     setItemDelegate(new GridDelegate(this));
     setSelectionMode(QAbstractItemView::ContiguousSelection);
@@ -102,46 +101,51 @@ bool GridView::all_locked(const CellRange& range) const {
     return true;
 }
 
-PasteOutcome GridView::put_block(const CellBlock& copied, const CellRange& target) {
-    PasteOutcome outcome;
-    const int rows = cells_->rowCount();
-    const int room = cells_->columnCount() - target.first_column;
+/// Where a row is selected as a whole, its first cell is rarely the one that a value is meant for.
+CellRange GridView::paste_target(const CellBlock& copied) const {
+    const QModelIndex active = currentIndex();
     std::size_t widest = 0;
     for (const auto& row : copied) widest = std::max(widest, row.size());
-    const int beyond = static_cast<int>(copied.size()) - (rows - target.first_row);
-    outcome.cut_off = std::max(0, beyond) + std::max(0, static_cast<int>(widest) - room);
-    const auto first = static_cast<std::size_t>(target.first_row);
-    for (const PastePiece& piece : paste_pieces(first, static_cast<std::size_t>(target.rows()), copied.size(),
-                                                static_cast<std::size_t>(rows))) {
-        for (std::size_t i = 0; i < piece.rows; ++i) {
-            const auto& texts = copied[i];
-            const int last = std::min(static_cast<int>(texts.size()), room);
-            for (int column = 0; column < last; ++column) {
-                const QString text = to_qt(texts[static_cast<std::size_t>(column)]);
-                if (cells_->take(static_cast<int>(piece.to_row + i), target.first_column + column, text)) {
-                    ++outcome.taken;
-                } else if (outcome.refused++ == 0) {
-                    outcome.first_refused = text;
-                }
-            }
-        }
+    const bool whole_rows = widest >= static_cast<std::size_t>(cells_->columnCount());
+    if (selectionBehavior() != QAbstractItemView::SelectRows || whole_rows || !active.isValid())
+        return block();
+    return {active.row(), active.column(), active.row(), active.column()};
+}
+
+/// The cells to paste in the way that the user chooses; nothing where the user cancels.
+std::optional<PastePlan> GridView::chosen_paste(const CellBlock& copied, const CellRange& target) {
+    const auto offer = cells_->offered_paste(copied, target.first_column);
+    if (offer) {
+        const Answer answer = user_.message(offer->question);
+        if (answer == Answer::Cancel) return std::nullopt;
+        if (answer == Answer::Yes) return checked_paste(*cells_, offer->cells);
     }
-    return outcome;
+    return plan_paste(*cells_, copied, target);
+}
+
+bool GridView::agrees_to(const PastePlan& plan) {
+    const auto question = paste_question(*cells_, plan);
+    return !question || user_.message(*question) == Answer::Yes;
+}
+
+void GridView::put(const PastePlan& plan) {
+    QRect changed;
+    for (const PlacedText& cell : plan.cells) {
+        if (cells_->take(cell.row, cell.column, cell.text)) changed |= QRect(cell.column, cell.row, 1, 1);
+    }
+    if (!changed.isEmpty())
+        cells_->changed_block(changed.top(), changed.left(), changed.bottom(), changed.right());
 }
 
 void GridView::paste() {
-    const CellRange target = block();
     const CellBlock copied = read_clipboard_text(from_qt(QApplication::clipboard()->text()));
-    if (target.rows() <= 0 || copied.empty()) return;
-    const PasteOutcome outcome = put_block(copied, target);
-    if (outcome.taken > 0) {
-        cells_->changed_block(
-            target.first_row, target.first_column,
-            std::min(cells_->rowCount() - 1,
-                     target.first_row + std::max(target.rows(), static_cast<int>(copied.size())) - 1),
-            cells_->columnCount() - 1);
-    }
-    emit pasted(outcome);
+    if (copied.empty()) return;
+    const CellRange target = paste_target(copied);
+    if (target.rows() <= 0) return;
+    const auto plan = chosen_paste(copied, target);
+    if (!plan || !agrees_to(*plan)) return;
+    put(*plan);
+    emit pasted();
 }
 
 void GridView::commit_editor() {
@@ -164,12 +168,17 @@ bool GridView::edit_key(const QKeyEvent* event) {
         cut();
         QApplication::beep();
     } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        const QModelIndex below = currentIndex().siblingAtRow(currentIndex().row() + 1);
-        if (below.isValid()) setCurrentIndex(below);
+        go_down();
     } else {
         return false;
     }
     return true;
+}
+
+/// Where Enter leads.
+void GridView::go_down() {
+    const QModelIndex below = currentIndex().siblingAtRow(currentIndex().row() + 1);
+    if (enter_goes_down_ && below.isValid()) setCurrentIndex(below);
 }
 
 void GridView::keyPressEvent(QKeyEvent* event) {
@@ -182,21 +191,27 @@ void GridView::keyPressEvent(QKeyEvent* event) {
 
 void GridView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
     QTableView::closeEditor(editor, hint);
-    if (hint != QAbstractItemDelegate::SubmitModelCache) return;
-    const QModelIndex below = currentIndex().siblingAtRow(currentIndex().row() + 1);
-    if (below.isValid()) setCurrentIndex(below);
+    if (hint == QAbstractItemDelegate::SubmitModelCache) go_down();
+}
+
+void GridView::paintEvent(QPaintEvent* event) {
+    if (empty_area_.isValid()) paint_empty_area();
+    QTableView::paintEvent(event);
+}
+
+/// What lies below the last row and beside the last column.
+void GridView::paint_empty_area() {
+    const QSize room = viewport()->size();
+    const int right = horizontalHeader()->length() - horizontalHeader()->offset();
+    const int bottom = verticalHeader()->length() - verticalHeader()->offset();
+    QPainter painter(viewport());
+    if (bottom < room.height())
+        painter.fillRect(0, bottom, room.width(), room.height() - bottom, empty_area_);
+    if (right < room.width()) painter.fillRect(right, 0, room.width() - right, room.height(), empty_area_);
 }
 
 void GridView::leave(const QModelIndex& cell) {
-    if (!cell.isValid() || cell.row() >= cells_->rowCount()) return;
-    const int row = cell.row();
-    const int column = cell.column();
-    if (clears_ && !cells_->locked(row, column) && cells_->whole_text(row, column).isEmpty()) {
-        const QString cleared = cells_->cleared_text(row, column);
-        if (!cleared.isEmpty() && cells_->take(row, column, cleared))
-            cells_->changed_block(row, column, row, column);
-    }
-    emit left_cell(row, column);
+    if (cell.isValid() && cell.row() < cells_->rowCount()) emit left_cell(cell.row(), cell.column());
 }
 
 void GridView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
@@ -213,16 +228,25 @@ void GridView::focus_moved(const QWidget* from, const QWidget* to) {
     if (was_here && !is_here) leave(currentIndex());
 }
 
-int GridView::measured_width(int column) const {
+int GridView::content_width(int column) const {
+    if (cells_->rowCount() > k_rows_to_measure)
+        return fontMetrics().horizontalAdvance(cells_->widest_text(column));
     int content = 0;
-    if (cells_->rowCount() <= k_rows_to_measure) {
-        for (int row = 0; row < cells_->rowCount(); ++row)
-            content = std::max(content, fontMetrics().horizontalAdvance(cells_->text(row, column)));
-    } else {
-        content = fontMetrics().horizontalAdvance(cells_->widest_text(column));
-    }
+    for (int row = 0; row < cells_->rowCount(); ++row)
+        content = std::max(content, fontMetrics().horizontalAdvance(cells_->text(row, column)));
+    return content;
+}
+
+int GridView::measured_width(int column) const {
     const int head = header_width(cells_->header(column), horizontalHeader()->fontMetrics());
-    return std::clamp(std::max(content, head) + k_cell_margin, k_narrowest, k_widest);
+    return std::clamp(std::max(content_width(column), head) + k_cell_margin, k_narrowest, k_widest);
+}
+
+void GridView::widen_columns(int first_column, int last_column) {
+    for (int column = first_column; column <= last_column; ++column) {
+        const int needed = std::min(content_width(column) + k_cell_margin, k_widest);
+        if (columnWidth(column) < needed) setColumnWidth(column, needed);
+    }
 }
 
 void GridView::fit_header() {

@@ -1,32 +1,13 @@
 // The grid of all windows: a view of typed cells with block selection, clipboard and fill.
 #pragma once
 
-#include "widgets/grid_model.h"
+#include "base/dialogs.h"
+#include "widgets/grid_paste.h"
 
 #include <QTableView>
-#include <string>
 #include <vector>
 
 namespace nivora {
-
-/// What became of a block that was pasted.
-struct PasteOutcome {
-    int taken = 0;          ///< cells that hold what was pasted
-    int refused = 0;        ///< cells that could not hold it and kept what they had
-    QString first_refused;  ///< the text of the first of them
-    int cut_off = 0;        ///< rows and columns of the block for which the grid has no room
-};
-
-/// A block of cells, both ends in it, from 0.
-struct CellRange {
-    int first_row = 0;
-    int first_column = 0;
-    int last_row = -1;
-    int last_column = -1;
-
-    [[nodiscard]] int rows() const { return last_row - first_row + 1; }
-    [[nodiscard]] int columns() const { return last_column - first_column + 1; }
-};
 
 /// Shows a GridModel. Keys are those of a spreadsheet: Enter goes down, Tab to the right, F2 edits, typing
 /// replaces, Delete cuts, Ctrl+X, C, V work on the block.
@@ -34,7 +15,8 @@ class GridView : public QTableView {
     Q_OBJECT
 
 public:
-    explicit GridView(GridModel* model, QWidget* parent = nullptr);
+    /// @param user whom a paste asks before it leaves anything out
+    GridView(GridModel* model, Dialogs& user, QWidget* parent = nullptr);
     ~GridView() override;
 
     [[nodiscard]] GridModel& cells() const { return *cells_; }
@@ -44,7 +26,9 @@ public:
     /// Cuts the block: its cells go to the clipboard and are cleared. Locked cells stay.
     void cut();
     void copy() const;
-    /// Pastes with fill: a copy of fewer rows than the selected block repeats over it.
+    /// Pastes with fill: a copy of fewer rows than the selected block repeats over it. A grid that selects
+    /// whole rows takes a copy that is narrower than a row at its active cell. A block that can't be taken as
+    /// a whole is pasted only after a Yes, and then without the cells that can't be taken.
     void paste();
     /// Takes the cell that is being edited into the model.
     void commit_editor();
@@ -52,9 +36,15 @@ public:
     /// Widths by header and content; `kept` holds them once they were measured.
     void fit_columns(std::vector<int>& kept);
     void fit_columns();
+    /// Widens columns whose texts have outgrown them.
+    void widen_columns(int first_column, int last_column);
 
-    /// Whether Delete, and leaving an empty cell, clear cells.
+    /// Whether Delete clears cells.
     void set_clears_cells(bool clears) { clears_ = clears; }
+    /// Whether Enter leads to the cell below once it has ended an edit.
+    void set_enter_goes_down(bool goes) { enter_goes_down_ = goes; }
+    /// The colour of the area beside and below the cells; that of the cells if none is set.
+    void set_empty_area_colour(const QColor& colour) { empty_area_ = colour; }
     /// Whether cells are redrawn while the scroll bar is dragged.
     void set_track_scrolling(bool track);
     [[nodiscard]] bool track_scrolling() const;
@@ -65,24 +55,35 @@ public:
 signals:
     /// The cursor left a cell, by key, mouse or a change of the focus.
     void left_cell(int row, int column);
-    void pasted(const nivora::PasteOutcome& outcome);
+    /// Cells were pasted.
+    void pasted();
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     void leave(const QModelIndex& cell);
     void focus_moved(const QWidget* from, const QWidget* to);
     bool edit_key(const QKeyEvent* event);
     [[nodiscard]] bool all_locked(const CellRange& range) const;
-    PasteOutcome put_block(const std::vector<std::vector<std::string>>& copied, const CellRange& target);
+    [[nodiscard]] CellRange paste_target(const CellBlock& copied) const;
+    [[nodiscard]] std::optional<PastePlan> chosen_paste(const CellBlock& copied, const CellRange& target);
+    [[nodiscard]] bool agrees_to(const PastePlan& plan);
+    void put(const PastePlan& plan);
+    void go_down();
+    void paint_empty_area();
+    [[nodiscard]] int content_width(int column) const;
     [[nodiscard]] int measured_width(int column) const;
     void fit_header();
 
     GridModel* cells_;
+    Dialogs& user_;
+    QColor empty_area_;
     bool clears_ = true;
+    bool enter_goes_down_ = true;
 };
 
 }  // namespace nivora

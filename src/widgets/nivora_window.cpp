@@ -296,12 +296,15 @@ void NivoraWindow::explain_widget(QWidget* widget) {
     if (is_help_strip(widget)) return show_text(k_strip_text);
     for (QWidget* at = widget; at != nullptr && at != this; at = at->parentWidget()) {
         const QVariant line = at->property(k_help_line);
-        if (line.isValid()) return show_text(texts_.line(line.toInt()));
+        if (line.isValid()) return explain_line(line.toInt(), at->property(k_help_unit).toString());
     }
     show_text(texts_.line(0));
 }
 
-void NivoraWindow::explain_line(int line) { show_text(texts_.line(line)); }
+void NivoraWindow::explain_line(int line, const QString& unit) {
+    const std::string here = unit.isEmpty() ? std::string{} : "  In this basin: " + from_qt(unit) + ".";
+    show_text(texts_.line(line) + here);
+}
 
 void NivoraWindow::explain_menu(int number) { show_text(k_menus_disabled + texts_.menu_text(number)); }
 

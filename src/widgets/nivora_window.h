@@ -48,7 +48,8 @@ public:
     static void set_help(QWidget* widget, int line);
 
     void explain_widget(QWidget* widget);
-    void explain_line(int line);
+    /// @param unit of what the line explains, in the units of the basin; empty where there is none
+    void explain_line(int line, const QString& unit = {});
     void explain_menu(int number);
     [[nodiscard]] bool is_help_button(const QWidget* widget) const;
     [[nodiscard]] bool is_help_strip(const QWidget* widget) const;

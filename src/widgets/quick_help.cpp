@@ -52,9 +52,15 @@ bool moves_attention(const QEvent* event) {
     }
 }
 
-/// The help line of the grid's column, or row, that was clicked or that the cursor is in; nothing outside
-/// such a grid.
-std::optional<int> line_of_cell(QWidget* widget, const QEvent* event) {
+/// A help line, and the unit of the column that it explains; an empty one where there is none.
+struct CellHelp {
+    int line = 0;
+    QString unit = {};
+};
+
+/// The help of the grid's column, or row, that was clicked or that the cursor is in; nothing outside such a
+/// grid.
+std::optional<CellHelp> help_of_cell(QWidget* widget, const QEvent* event) {
     auto* grid = qobject_cast<QTableView*>(widget);
     if (grid == nullptr) grid = qobject_cast<QTableView*>(widget->parentWidget());
     if (grid == nullptr) return std::nullopt;
@@ -64,14 +70,17 @@ std::optional<int> line_of_cell(QWidget* widget, const QEvent* event) {
     const QVariant columns = grid->property(k_help_columns);
     if (columns.isValid()) {
         const int column = clicked ? grid->columnAt(at.x()) : grid->currentIndex().column();
-        if (column >= 0) return columns.toInt() + column + 1;
+        if (column >= 0) {
+            return CellHelp{columns.toInt() + column + 1,
+                            grid->model()->headerData(column, Qt::Horizontal, k_unit_role).toString()};
+        }
     }
     const QVariant rows = grid->property(k_help_rows);
     if (rows.isValid()) {
         const int row = clicked ? grid->rowAt(at.y()) : grid->currentIndex().row();
         const QVariantList lines = rows.toList();
-        if (row >= 0 && row < lines.size()) return lines.at(row).toInt();
-        if (row >= 0 && lines.isEmpty()) return rows.toInt() + row + 1;
+        if (row >= 0 && row < lines.size()) return CellHelp{lines.at(row).toInt()};
+        if (row >= 0 && lines.isEmpty()) return CellHelp{rows.toInt() + row + 1};
     }
     return std::nullopt;
 }
@@ -149,9 +158,9 @@ bool QuickHelp::filter_widget(QWidget* widget, QEvent* event) {
         !is_right_click(event) && (event->type() == QEvent::MouseButtonPress ||
                                    event->type() == QEvent::KeyPress || event->type() == QEvent::Shortcut);
     if (counts) {
-        const auto line = line_of_cell(widget, event);
-        if (line) {
-            window->explain_line(*line);
+        const auto help = help_of_cell(widget, event);
+        if (help) {
+            window->explain_line(help->line, help->unit);
         } else {
             window->explain_widget(widget);
         }

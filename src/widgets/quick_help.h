@@ -39,6 +39,8 @@ private:
 
 /// The property of a widget that holds the number of its help line.
 inline constexpr const char* k_help_line = "helpLine";
+/// The property of a widget with a help line that holds the unit of its number in this basin.
+inline constexpr const char* k_help_unit = "helpUnit";
 /// The property of a grid whose columns explain themselves: the help line of column c, from 1, is this number
 /// plus c.
 inline constexpr const char* k_help_columns = "helpColumns";

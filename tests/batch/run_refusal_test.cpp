@@ -97,7 +97,7 @@ TEST(RunRefusal, AMissingTemperatureIsToldWithItsDayAndZone) {
     EXPECT_EQ(
         result.err,
         "Missing data in basin variable table.: Null value(s) in basin variable table on 04/02/1996, in Zone "
-        "1 [OK]\n");
+        "1 The missing value is that of Tavg. [OK]\n");
     EXPECT_TRUE(nlohmann::json::parse(result.out)["CoefficientR2"].is_null());
 }
 
@@ -108,7 +108,7 @@ TEST(RunRefusal, AMissingParameterIsToldWithItsDayAndZone) {
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.err,
               "Missing data in simulation parameter Table.: Null value(s) in simulation parameter table on "
-              "04/03/1996, in Zone 1 [OK]\n");
+              "04/03/1996, in Zone 1 The missing value is that of CS. [OK]\n");
 }
 
 TEST(RunRefusal, AMissingReferenceElevationIsToldAndTheRunGoesOn) {

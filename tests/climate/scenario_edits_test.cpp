@@ -230,14 +230,17 @@ TEST_F(ScenarioFaults, ABlankInARowIsAMissingValue) {
         [](ScenarioRow& row) { row.variable.reset(); },   [](ScenarioRow& row) { row.start.reset(); },
         [](ScenarioRow& row) { row.end.reset(); },        [](ScenarioRow& row) { row.action.reset(); },
         [](ScenarioRow& row) { row.factor = k_missing; }, [](ScenarioRow& row) { row.zones.reset(); }};
-    for (const auto& blank : blanks) {
+    const std::vector<std::string> columns{"Variable/Parameter", "Start Date",  "End Date",
+                                           "Edit Action",        "Edit Factor", "Zones"};
+    for (std::size_t at = 0; at < blanks.size(); ++at) {
+        const auto& blank = blanks[at];
         fill(table.TAvgCC, 0.0);
         ScenarioRow row = edit(1, EditAction::Add, 9.0F);
         blank(row);
         EXPECT_EQ(apply({edit(1, EditAction::Add, 4.0F, 1, 2), row, edit(1, EditAction::Add, 5.0F)}), 1);
         // The first row stays, the third is never reached.
         EXPECT_THAT(days(table.TAvgCC), ElementsAre(4.0F, 4.0F, 0.0F, 0.0F, 0.0F, 0.0F));
-        expect_stop(last_message(), k_missing_text, k_missing_title);
+        expect_stop(last_message(), missing_in_row(2, "has no " + columns[at]), k_missing_title);
     }
     EXPECT_EQ(dialogs.messages().size(), blanks.size());
 }

@@ -19,6 +19,14 @@ inline constexpr const char* k_missing_title = "Missing/invalid data in climate 
 inline constexpr const char* k_missing_text =
     "The selected CC scenario, 'warm', contains missing value(s).  Please correct before continuing";
 
+/// The message of a row that lacks a value.
+[[nodiscard]] inline std::string missing_in_row(int row, const std::string& what) {
+    return std::string{k_missing_text} + "\nRow " + std::to_string(row) + " " + what + ".";
+}
+/// What is said where the row itself is complete.
+inline constexpr const char* k_missing_data =
+    "needs a value that the days or the monthly averages do not have";
+
 /// The names of the columns in which two tables of one size differ in any bit.
 [[nodiscard]] inline std::vector<std::string> changed_columns(const SimResults& before,
                                                               const SimResults& after) {

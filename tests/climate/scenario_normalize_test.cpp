@@ -219,10 +219,10 @@ TEST_F(ScenarioNormalization, AsksOfAZeroAverageBeforeItMissesTheLongTermOne) {
     // OK goes on to the missing value, Cancel does not.
     ASSERT_EQ(dialogs.messages().size(), 6U);
     EXPECT_EQ(dialogs.messages()[0].message.title, "Possible missing temperature data");
-    expect_stop(dialogs.messages()[1], k_missing_text, k_missing_title);
+    expect_stop(dialogs.messages()[1], missing_in_row(1, k_missing_data), k_missing_title);
     EXPECT_EQ(dialogs.messages()[2].message.title, "Possible missing temperature data");
     EXPECT_EQ(dialogs.messages()[3].message.title, "Possible missing precipitation data");
-    expect_stop(dialogs.messages()[4], k_missing_text, k_missing_title);
+    expect_stop(dialogs.messages()[4], missing_in_row(1, k_missing_data), k_missing_title);
     EXPECT_EQ(dialogs.messages()[5].message.title, "Possible missing precipitation data");
     EXPECT_THAT(changed_columns(before, table), IsEmpty());
 }
@@ -248,8 +248,9 @@ TEST_F(ScenarioNormalization, OfAllZonesEndsWithTheLastZoneOfTheBasin) {
     store_normals_again(normals(3));
     EXPECT_EQ(apply({normalized(k_precipitation)}), 1);
     ASSERT_EQ(dialogs.messages().size(), 1U);
-    expect_stop(last_message(), k_missing_text, k_missing_title);  // zone 3 has no days to average
-    EXPECT_EQ(table.PrecipCC[at(2, 24)], 16.0F);                   // December of zone 2: 2 + (16 - 2)
+    expect_stop(last_message(), missing_in_row(1, k_missing_data),
+                k_missing_title);                 // zone 3 has no days to average
+    EXPECT_EQ(table.PrecipCC[at(2, 24)], 16.0F);  // December of zone 2: 2 + (16 - 2)
 }
 
 TEST_F(ScenarioNormalization, EndsWhereTheUserCancelsAndKeepsTheMonthsBefore) {
@@ -304,7 +305,7 @@ TEST_F(ScenarioNormalization, NeedsADayInEachMonth) {
     }
     EXPECT_EQ(apply({normalized(k_temperature)}), 1);  // no day of April
     ASSERT_EQ(dialogs.messages().size(), 1U);
-    expect_stop(last_message(), k_missing_text, k_missing_title);
+    expect_stop(last_message(), missing_in_row(1, k_missing_data), k_missing_title);
     EXPECT_EQ(table.TAvgCC[at(1, 5)], 13.0F);  // March was done
     EXPECT_EQ(table.TAvgCC[at(1, 9)], 2.0F);   // May was not
 }
@@ -313,7 +314,7 @@ TEST_F(ScenarioNormalization, NeedsAValueInEachMonth) {
     store_normals(normals());
     set(table.Precip, 2, {k_missing, k_missing});
     EXPECT_EQ(apply({normalized(k_precipitation)}), 1);
-    expect_stop(last_message(), k_missing_text, k_missing_title);
+    expect_stop(last_message(), missing_in_row(1, k_missing_data), k_missing_title);
     EXPECT_EQ(table.PrecipCC[at(1, 24)], 11.0F);  // zone 1 was done
 }
 
@@ -325,7 +326,7 @@ TEST_F(ScenarioNormalization, NeedsEveryLongTermAverageThatItReads) {
     EXPECT_EQ(apply({normalized(k_temperature)}), 1);
     EXPECT_EQ(apply({normalized(k_precipitation)}), 1);
     ASSERT_EQ(dialogs.messages().size(), 2U);
-    expect_stop(last_message(), k_missing_text, k_missing_title);
+    expect_stop(last_message(), missing_in_row(1, k_missing_data), k_missing_title);
     // Each reads its own average: temperature stops at March of zone 2, precipitation at April.
     EXPECT_EQ(table.TAvgCC[at(2, 3)], 22.0F);
     EXPECT_EQ(table.TAvgCC[at(2, 5)], 2.0F);
@@ -336,7 +337,7 @@ TEST_F(ScenarioNormalization, NeedsEveryLongTermAverageThatItReads) {
 TEST_F(ScenarioNormalization, OfAZoneThatTheBasinLacksIsMissingValues) {
     store_normals(normals());
     EXPECT_EQ(apply({normalized(k_temperature, 3)}), 1);
-    expect_stop(last_message(), k_missing_text, k_missing_title);
+    expect_stop(last_message(), missing_in_row(1, k_missing_data), k_missing_title);
 }
 
 TEST_F(ScenarioNormalization, FaultsWhereTheLongTermAveragesEndTooSoon) {

@@ -154,6 +154,7 @@ TEST_F(ScenarioGridTest, CutCopyAndPasteAreInTheEditMenu) {
 }
 
 TEST_F(ScenarioGridTest, RowsThatWereCutAreNotStored) {
+    grid()->setFocus();
     grid()->selectRow(0);
     find<QAction>("mnuEdItm(1)")->trigger();
     go_to(3, k_variable);
@@ -165,12 +166,28 @@ TEST_F(ScenarioGridTest, RowsThatWereCutAreNotStored) {
     EXPECT_THAT(stored("SELECT VarParm FROM Warmer"), ElementsAre("1"));
 }
 
-TEST_F(ScenarioGridTest, APasteThatACellRefusesIsTold) {
+TEST_F(ScenarioGridTest, APasteThatACellRefusesIsAskedAbout) {
     QApplication::clipboard()->setText(QStringLiteral("Average Temperature\tnonsense"));
     go_to(2, k_variable);
+    dialogs_.then(Answer::No);
     find<QAction>("mnuEdItm(2)")->trigger();
-    EXPECT_EQ(messages(), 1U);
+    ASSERT_EQ(messages(), 1U);
+    EXPECT_EQ(last_message().text,
+              "1 of the 2 pasted cells can't be taken: 'nonsense' for Start Date, row 2; a date has the form "
+              "mm/dd/yyyy.\nPaste the rest? No leaves all cells as they are.");
+    EXPECT_EQ(cell(2, k_variable), "");
     EXPECT_EQ(cell(2, k_start), "");
+}
+
+TEST_F(ScenarioGridTest, TheEditMenuWorksOnTheCommentsWhileTheyHaveTheFocus) {
+    QApplication::clipboard()->setText(QStringLiteral("dry"));
+    go_to(2, k_variable);
+    comments()->setFocus();
+    comments()->selectAll();
+    find<QAction>("mnuEdItm(2)")->trigger();
+    EXPECT_EQ(from_qt(comments()->toPlainText()), "dry");
+    EXPECT_EQ(cell(2, k_variable), "");
+    EXPECT_EQ(messages(), 0U);
 }
 
 /// Comments and the date at which the winter ends.
@@ -201,6 +218,7 @@ TEST_F(ScenarioBoxesTest, ADateOutsideTheSimulationIsRefused) {
         set_winter_end(date);
         leave_winter_end();
         EXPECT_EQ(last_message().text, "Invalid winter end date!") << date;
+        EXPECT_EQ(from_qt(winter_end()->text()), "03/31/2001") << "the kept date returns";
     }
     EXPECT_EQ(messages(), 2U);
     EXPECT_EQ(QApplication::focusWidget(), winter_end());
@@ -211,6 +229,8 @@ TEST_F(ScenarioBoxesTest, WhatIsNoDateIsRefused) {
     leave_winter_end();
     EXPECT_EQ(last_message().text, "Invalid date value!");
     EXPECT_EQ(messages(), 1U);
+    EXPECT_EQ(from_qt(winter_end()->text()), "03/31/2001");
+    EXPECT_FALSE(winter_end()->isModified());
 }
 
 TEST_F(ScenarioBoxesTest, DoneStaysOnARefusedWinterEndDate) {

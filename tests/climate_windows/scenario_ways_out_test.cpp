@@ -61,7 +61,7 @@ TEST_F(ScenarioWaysOutTest, AnInvalidDateKeepsNewFromAsking) {
     QTest::qWait(150);
     EXPECT_EQ(messages(), 1U);
     EXPECT_THAT(dialogs_.inputs(), IsEmpty());
-    EXPECT_EQ(from_qt(winter_end()->text()), "04/05/2001");
+    EXPECT_EQ(from_qt(winter_end()->text()), "03/31/2001");
 }
 
 TEST_F(ScenarioWaysOutTest, TheCloseControlAsksWithADateThatIsBeingTyped) {
@@ -87,10 +87,17 @@ TEST_F(ScenarioWaysOutTest, AnInvalidDateIsToldOnceOnTheWayToDone) {
     QTest::qWait(1);
     EXPECT_TRUE(window_->isVisible());
     EXPECT_EQ(QApplication::focusWidget(), winter_end());
+    EXPECT_EQ(from_qt(winter_end()->text()), "03/31/2001");
+    set_winter_end("04/05/2001");
     key(Qt::Key_D, Qt::AltModifier);
     QTest::qWait(150);  // a button that was chosen by its letter goes down for a moment
     EXPECT_EQ(messages(), 2U);
     EXPECT_TRUE(window_->isVisible());
+    key(Qt::Key_D, Qt::AltModifier);
+    QTest::qWait(150);
+    EXPECT_FALSE(window_->isVisible());
+    EXPECT_EQ(messages(), 2U);
+    EXPECT_THAT(stored("SELECT WinterEndDate FROM ClimateScenarioIndex"), ElementsAre("36981"));
 }
 
 TEST_F(ScenarioWaysOutTest, ARefusedDateIsLightRedWhileTheMessageShows) {

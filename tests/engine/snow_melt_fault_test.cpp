@@ -27,9 +27,13 @@ protected:
 
     void go() { Snow_Melt(table, basin, run, dialogs); }
 
-    void expect_missing_values() {
+    static std::string missing(const std::string& day, const std::string& fields) {
+        return std::string{k_null_text} + "\nIn zone 1 on " + day + " these values are missing: " + fields +
+               ".";
+    }
+    void expect_missing_values(const std::string& day, const std::string& fields) {
         ASSERT_EQ(dialogs.messages().size(), 1U);
-        expect_stop(dialogs.messages()[0], k_null_text, k_null_title);
+        expect_stop(dialogs.messages()[0], missing(day, fields), k_null_title);
     }
 };
 
@@ -40,7 +44,7 @@ TEST_F(SnowMeltFaults, MissingDegreeDaysEndTheStageWithTheRowsBeforeWritten) {
 
     go();
 
-    expect_missing_values();
+    expect_missing_values("06/02/2001", "ZoneDD");
     EXPECT_THAT(days(table.SumAT, 1), ElementsAre(2.0F, IsNan(), IsNan()));
     EXPECT_THAT(days(table.NewMelt, 1), ElementsAre(0.0F, 55.0F, 55.0F));
     EXPECT_THAT(days(table.SumAT, 2), Each(IsNan()));
@@ -51,7 +55,7 @@ TEST_F(SnowMeltFaults, AMissingDegreeDayFactorEndsTheStage) {
 
     go();
 
-    expect_missing_values();
+    expect_missing_values("06/01/2001", "AN");
     EXPECT_THAT(table.aT, Each(IsNan()));
 }
 
@@ -79,7 +83,7 @@ TEST_F(SnowMeltFaults, MissingPrecipitationEndsTheStageInClimateSteps1And2) {
         go();
 
         ASSERT_EQ(dialogs.messages().size(), before + 1);
-        expect_stop(dialogs.messages().back(), k_null_text, k_null_title);
+        expect_stop(dialogs.messages().back(), missing("06/02/2001", "Precip"), k_null_title);
         EXPECT_THAT(table.SumAT, ElementsAre(2.0F, IsNan(), IsNan()));
         EXPECT_EQ(run.WinterPrecip[1][static_cast<std::size_t>(step)], 0.5F);
     }
@@ -137,7 +141,7 @@ TEST_F(SnowMeltFaults, AMissingCoverEndsTheStageWhereNewSnowMeltsInSummer) {
     go();
 
     // Day 1 stores the snow without a need for the cover; day 2 needs the snow-free share.
-    expect_missing_values();
+    expect_missing_values("06/02/2001", "SCA");
     EXPECT_THAT(table.SnowOnStore, ElementsAre(3.0F, IsNan(), IsNan()));
 }
 
@@ -149,7 +153,7 @@ TEST_F(SnowMeltFaults, AMissingCoverEndsTheStageWhereSnowFallsInWinter) {
 
     go();
 
-    expect_missing_values();
+    expect_missing_values("01/11/2001", "SCA");
     EXPECT_THAT(table.SnowOnStore, ElementsAre(0.0F, IsNan(), IsNan()));
 }
 

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <functional>
 
 namespace nivora {
@@ -30,6 +31,9 @@ protected:
         ASSERT_EQ(dialogs.messages().size(), 1U);
         expect_stop(dialogs.messages()[0], text, title);
     }
+    static std::string missing(const char* text, const char* place, const std::string& field) {
+        return std::string{text} + place + "\nThe missing value is that of " + field + ".";
+    }
 };
 
 TEST_F(ZoneInputFaults, AMissingStationTemperatureIsMissingInTheVariables) {
@@ -37,7 +41,7 @@ TEST_F(ZoneInputFaults, AMissingStationTemperatureIsMissingInTheVariables) {
 
     EXPECT_FALSE(go());
 
-    expect_one_stop(std::string{k_variables_text} + "10/13/2000, in Zone 1", k_variables_title);
+    expect_one_stop(missing(k_variables_text, "10/13/2000, in Zone 1", "Tavg"), k_variables_title);
 }
 
 TEST_F(ZoneInputFaults, TheStationIsNeededEvenWhereTemperaturesAreByZone) {
@@ -46,7 +50,7 @@ TEST_F(ZoneInputFaults, TheStationIsNeededEvenWhereTemperaturesAreByZone) {
 
     EXPECT_FALSE(go());
 
-    expect_one_stop(std::string{k_variables_text} + "10/12/2000, in Zone 1", k_variables_title);
+    expect_one_stop(missing(k_variables_text, "10/12/2000, in Zone 1", "Tavg"), k_variables_title);
 }
 
 TEST_F(ZoneInputFaults, AMissingMaximumOrMinimumOfZone1IsMissingInTheVariables) {
@@ -59,7 +63,8 @@ TEST_F(ZoneInputFaults, AMissingMaximumOrMinimumOfZone1IsMissingInTheVariables) 
         EXPECT_FALSE(go());
 
         ASSERT_EQ(dialogs.messages().size(), before + 1);
-        expect_stop(dialogs.messages().back(), std::string{k_variables_text} + "10/12/2000, in Zone 1",
+        const std::string field = column == &table.TMax ? "Tmax" : "Tmin";
+        expect_stop(dialogs.messages().back(), missing(k_variables_text, "10/12/2000, in Zone 1", field),
                     k_variables_title);
     }
 }
@@ -78,7 +83,7 @@ TEST_F(ZoneInputFaults, TheDateHasTwoDigitsForMonthAndDay) {
 
     EXPECT_FALSE(go());
 
-    expect_one_stop(std::string{k_variables_text} + "03/05/2001, in Zone 1", k_variables_title);
+    expect_one_stop(missing(k_variables_text, "03/05/2001, in Zone 1", "Tavg"), k_variables_title);
 }
 
 TEST_F(ZoneInputFaults, EachParameterOfZone1IsNeededWhateverTheOptions) {
@@ -102,7 +107,10 @@ TEST_F(ZoneInputFaults, EachParameterOfZone1IsNeededWhateverTheOptions) {
             EXPECT_FALSE(go());
 
             ASSERT_EQ(dialogs.messages().size(), before + 1);
-            expect_stop(dialogs.messages().back(), std::string{k_parameters_text} + "10/13/2000, in Zone 1",
+            const std::array<const char*, 6> fields{"LapseRate", "Tcrit", "CS", "Cr", "Xcoeff", "Ycoeff"};
+            expect_stop(dialogs.messages().back(),
+                        missing(k_parameters_text, "10/13/2000, in Zone 1",
+                                fields.at(static_cast<std::size_t>(which))),
                         k_parameters_title);
         }
     }
@@ -113,7 +121,7 @@ TEST_F(ZoneInputFaults, AMissingPrecipitationIsCalledAMissingParameter) {
 
     EXPECT_FALSE(go());
 
-    expect_one_stop(std::string{k_parameters_text} + "10/12/2000, in Zone 1", k_parameters_title);
+    expect_one_stop(missing(k_parameters_text, "10/12/2000, in Zone 1", "Precip"), k_parameters_title);
 }
 
 TEST_F(ZoneInputFaults, AMissingLapseRateOfAnotherZoneNamesThatZone) {
@@ -122,7 +130,7 @@ TEST_F(ZoneInputFaults, AMissingLapseRateOfAnotherZoneNamesThatZone) {
 
     EXPECT_FALSE(go());
 
-    expect_one_stop(std::string{k_parameters_text} + "10/12/2000, in Zone 2", k_parameters_title);
+    expect_one_stop(missing(k_parameters_text, "10/12/2000, in Zone 2", "LapseRate"), k_parameters_title);
 }
 
 TEST_F(ZoneInputFaults, ALapseRateIsNotMissedWhereTemperaturesAreByZone) {
@@ -165,7 +173,7 @@ TEST_F(ZoneInputFaults, AFaultyRowKeepsItsOldValuesAndTheRowsBeforeItTheNew) {
     EXPECT_THAT(days(table.TAvg, 2), ElementsAre(10.0F, 99.0F));
     EXPECT_THAT(days(table.ZoneDD, 1), ElementsAre(10.0F, IsNan()));
     EXPECT_THAT(days(table.ZoneDD, 2), ElementsAre(5.0F, IsNan()));
-    expect_one_stop(std::string{k_parameters_text} + "10/13/2000, in Zone 1", k_parameters_title);
+    expect_one_stop(missing(k_parameters_text, "10/13/2000, in Zone 1", "Tcrit"), k_parameters_title);
 }
 
 TEST_F(ZoneInputFaults, AnOverflowShowsTheFaultsOwnText) {
@@ -231,7 +239,7 @@ TEST_F(ZoneInputFaults, AMissingValueOfTheChangedClimateStopsOnlyItsSteps) {
     run.ClimateStep = 2;
     EXPECT_FALSE(go());
 
-    expect_one_stop(std::string{k_variables_text} + "10/12/2000, in Zone 1", k_variables_title);
+    expect_one_stop(missing(k_variables_text, "10/12/2000, in Zone 1", "Tavg"), k_variables_title);
 }
 
 }  // namespace

@@ -51,6 +51,17 @@ protected:
 
 MATCHER(IsMissing, "") { return is_missing(arg); }
 
+TEST_F(DailyEditorTest, SaysWhyAColumnCantTakeANumber) {
+    const DailyEditor editor = open();
+    EXPECT_EQ(editor.refusal(k_lag, 42.0), "");
+    EXPECT_EQ(editor.refusal(k_lag, 42.5), "the number must lie between 0 and 42");
+    EXPECT_EQ(editor.refusal(k_rca, 2.0), "the number must lie between 0 and 1");
+    EXPECT_EQ(editor.refusal(k_rca, 0.5), "a whole number is needed");
+    EXPECT_EQ(editor.refusal(k_y, -10.0), "the number must lie between -9.99 and 9.99");
+    EXPECT_EQ(editor.refusal(k_an, 1e39), "the number is too large");
+    EXPECT_EQ(editor.refusal(k_an, k_null), "");
+}
+
 // What is shown.
 
 TEST_F(DailyEditorTest, OpensOnTheDaysOfZone1InTheirOrder) {
@@ -320,11 +331,12 @@ TEST(DailyColumns, AScenarioHas17ColumnsInTheOrderOfTheRun) {
                             "LapseRate", "Tcrit", "AN", "LagTime", "CS", "cr", "RCA", "Xcoeff", "Ycoeff"));
 }
 
-TEST(DailyColumns, NumbersShowTwoDecimalsAndSwitchesNone) {
+TEST(DailyColumns, NumbersShowTwoDecimalsRecessionCoefficientsFourAndSwitchesNone) {
     for (const DataView view : {DataView::Parameters, DataView::Results, DataView::Scenario}) {
         for (const DailyColumn& column : daily_columns(view, daily_fields(view))) {
             const bool whole = column.field == "Date" || column.field == "RCA" || column.field == "RCACC";
-            EXPECT_EQ(column.decimals, whole ? 0 : 2) << column.field;
+            const bool recession = column.field.starts_with("X") || column.field.starts_with("Y");
+            EXPECT_EQ(column.decimals, whole ? 0 : recession ? 4 : 2) << column.field;
         }
     }
 }

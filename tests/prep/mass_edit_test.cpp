@@ -43,6 +43,15 @@ TEST_F(MassEditTest, AddsToTheRowsOfTheSelectionAndItsZone) {
     EXPECT_THAT(stored("An"), ElementsAre("0.5", "-", "1.25", "1.0", "0.25"));
 }
 
+TEST_F(MassEditTest, ThatLeavesEveryValueAsItIsChangesNothing) {
+    DailyEditor editor = open();
+    editor.mass_edit(MassEdit::Add, k_an, 0, 3, 0.0F);
+    editor.mass_edit(MassEdit::Multiply, k_an, 0, 3, 1.0F);
+    editor.mass_edit(MassEdit::Add, k_lag, 0, 3, 5.0F);  // the lags are missing
+    EXPECT_FALSE(editor.changed());
+    EXPECT_EQ(editor.value(0, k_an), 0.5);
+}
+
 TEST_F(MassEditTest, MultipliesOneDay) {
     DailyEditor editor = open();
     editor.mass_edit(MassEdit::Multiply, k_an, 0, 0, -3.0F);

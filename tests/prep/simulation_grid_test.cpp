@@ -37,6 +37,23 @@ protected:
     }
 };
 
+TEST_F(SimulationGrid, SaysWhyACellCantTakeATextWhereItDoesNot) {
+    const std::vector<std::string> texts{"",        "x",       "4.5",        "4,5",        "7",
+                                         "1e39",    "1e400",   "02/31/2006", "02/28/2006", "12/31/1899",
+                                         "By Zone", "English", "99999"};
+    for (int column = 2; column <= 17; ++column) {
+        for (const std::string& text : texts) {
+            const bool refused = !simulation_cell_refusal(column, text).empty();
+            EXPECT_EQ(refused, !edit(column, text)) << column << " " << text;
+        }
+    }
+    EXPECT_EQ(simulation_cell_refusal(13, "450,5"),
+              "a number has a point as its decimal sign and no other separators");
+    EXPECT_EQ(simulation_cell_refusal(3, "02/31/2006"), "the calendar has no such day");
+    EXPECT_EQ(simulation_cell_refusal(1, "other"),
+              "a simulation keeps its name, which is also that of its parameter table");
+}
+
 // Dates for a mask.
 
 TEST(DateSize, FillsMonthAndDayInAnyMix) {

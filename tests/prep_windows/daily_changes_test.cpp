@@ -1,5 +1,7 @@
 #include "tests/prep_windows/daily_window_fixture.h"
 
+#include <QStatusBar>
+
 namespace nivora {
 namespace {
 
@@ -214,15 +216,42 @@ TEST_F(DailyChangesTest, AZoneWithoutDaysShowsNoRowsAndLetsTheOthersBe) {
     EXPECT_EQ(grid()->model()->rowCount(), 4);
 }
 
-TEST_F(DailyChangesTest, AnEmptyCellThatIsLeftBecomesZero) {
+TEST_F(DailyChangesTest, WalkingThroughMissingValuesStoresNothingInAnyView) {
+    session_.basin.Output_Valid = true;
+    const auto walk = [&](int column) {
+        go_to(1, column);
+        grid()->setFocus();
+        ASSERT_EQ(whole(1, column), "");
+        for (const Qt::Key step : {Qt::Key_Down, Qt::Key_Return, Qt::Key_Right, Qt::Key_Tab, Qt::Key_Up})
+            key(step);
+        EXPECT_EQ(whole(1, column), "");
+        EXPECT_EQ(whole(2, column), "");
+        press(0);
+        EXPECT_FALSE(window_->isVisible());
+        EXPECT_EQ(messages(), 0U);
+        EXPECT_TRUE(session_.basin.Output_Valid);
+        expect_flags(false);
+    };
     open_variables();
-    go_to(1, 3);
-    key(Qt::Key_Down);
-    EXPECT_EQ(whole(1, 3), "0");
-    EXPECT_EQ(whole(2, 3), "");
+    walk(3);
+    EXPECT_EQ(stored("SELECT count(*) FROM PhysicalData WHERE Tmax IS NOT NULL OR Tmin IS NOT NULL"), "0");
+    open_parameters();
+    walk(2);
+    open_results();
+    walk(3);
+}
+
+TEST_F(DailyChangesTest, ACellThatIsEmptiedByHandBecomesZero) {
+    open_variables();
+    go_to(1, 2);
+    key(Qt::Key_F2);
+    key(Qt::Key_A, Qt::ControlModifier);
+    key(Qt::Key_Delete);
+    key(Qt::Key_Return);
+    EXPECT_EQ(whole(1, 2), "0");
+    EXPECT_EQ(whole(2, 2), "102");
     press(0);
-    EXPECT_EQ(stored("SELECT Tmax FROM PhysicalData WHERE Zone = 1 AND Date = " + std::to_string(october(1))),
-              "0.0");
+    EXPECT_EQ(runoff(1, 1), "0.0");
     expect_flags(true);
 }
 
@@ -255,31 +284,112 @@ TEST_F(DailyChangesTest, AWholeColumnIsFilledFromTwoRows) {
     EXPECT_THAT(shown_column(3), ElementsAre("101", "102", "101", "102"));
 }
 
-TEST_F(DailyChangesTest, WhatCantBePastedIsToldOnceAndStays) {
+TEST_F(DailyChangesTest, APasteWithDecimalCommasIsAskedAboutAndNoLeavesAllAsItWas) {
+    open_variables();
+    QApplication::clipboard()->setText(QStringLiteral("1,5\n2,5\n7\n"));
+    go_to(1, 2);
+    dialogs_.then(Answer::No);
+    grid()->paste();
+    EXPECT_THAT(shown_column(2), ElementsAre("101", "102", "103", "104"));
+    ASSERT_EQ(messages(), 1U);
+    EXPECT_EQ(last_message().title, "Paste");
+    EXPECT_EQ(last_message().text,
+              "2 of the 3 pasted cells can't be taken. The first is '1,5' for Runoff, 10/01/1980, zone 1; a "
+              "number has a point as its decimal sign and no other separators.\n"
+              "Paste the rest? No leaves all cells as they are.");
+    EXPECT_EQ(last_message().default_answer, Answer::No);
+    press(0);
+    expect_flags(false);
+}
+
+TEST_F(DailyChangesTest, YesTakesTheCellsThatCanBeTaken) {
     open_variables();
     QApplication::clipboard()->setText(QStringLiteral("1,5\nabc\n7\n"));
     go_to(1, 2);
+    dialogs_.then(Answer::Yes);
     grid()->paste();
     EXPECT_THAT(shown_column(2), ElementsAre("101", "102", "7", "104"));
+    EXPECT_EQ(messages(), 1U);
+}
+
+TEST_F(DailyChangesTest, ALimitIsNamedWhereItRefusesAPaste) {
+    open_parameters();
+    QApplication::clipboard()->setText(QStringLiteral("43\n"));
+    go_to(2, 5);
+    grid()->paste();
+    EXPECT_EQ(
+        last_message().text,
+        "The pasted cell can't be taken: '43' for LagTime, 10/02/1980, zone 1; the number must lie between "
+        "0 and 42.");
+    EXPECT_EQ(whole(2, 5), "18");
+}
+
+TEST_F(DailyChangesTest, ABlockOfDatesWithAHeadingIsOfferedByDate) {
+    open_variables();
+    QApplication::clipboard()->setText(QStringLiteral(
+        "Day\tRunoff (m3/s)\tWind\n10/03/1980\t33\t1\n10/01/1980\t11\t2\n10/09/1980\t99\t3\n"));
+    go_to(2, 6);
+    dialogs_.then(Answer::Yes);
+    grid()->paste();
+    EXPECT_THAT(shown_column(2), ElementsAre("11", "102", "33", "104"));
+    EXPECT_THAT(shown_column(6), ElementsAre("", "", "", ""));
     ASSERT_EQ(messages(), 1U);
-    EXPECT_EQ(last_message().title, "Paste");
-    EXPECT_THAT(last_message().text, testing::StartsWith("2 of the pasted cells could not be taken"));
+    EXPECT_EQ(last_message().title, "Paste by date");
+    EXPECT_THAT(last_message().text, testing::HasSubstr("1 date of the clipboard is not in this table."));
+    EXPECT_THAT(last_message().text,
+                testing::HasSubstr("These headings name no column of this table: Wind."));
+}
+
+TEST_F(DailyChangesTest, AnOfferOfDatesThatIsCancelledPastesNothing) {
+    open_variables();
+    QApplication::clipboard()->setText(QStringLiteral("Date\tRunoff\n10/03/1980\t33\n"));
+    go_to(1, 2);
+    dialogs_.then(Answer::Cancel);
+    grid()->paste();
+    EXPECT_THAT(shown_column(2), ElementsAre("101", "102", "103", "104"));
+    EXPECT_EQ(messages(), 1U);
+}
+
+TEST_F(DailyChangesTest, ARefusedOfferOfDatesGoesCellByCell) {
+    open_variables();
+    QApplication::clipboard()->setText(QStringLiteral("Date\tRunoff\n10/03/1980\t33\n"));
+    go_to(1, 2);
+    dialogs_.then(Answer::No).then(Answer::No);
+    grid()->paste();
+    ASSERT_EQ(messages(), 2U);
+    EXPECT_THAT(last_message().text, testing::StartsWith("3 of the 4 pasted cells can't be taken."));
+    EXPECT_THAT(shown_column(2), ElementsAre("101", "102", "103", "104"));
+}
+
+TEST_F(DailyChangesTest, WholeRowsOfOneZoneArePastedIntoAnotherWithoutAWord) {
+    open_variables();
+    select(1, 1, 2, 3);
+    grid()->copy();
+    zone()->setValue(2);
+    select(1, 1, 1, 1);
+    grid()->paste();
+    EXPECT_THAT(shown_column(2), ElementsAre("101", "102", "203", "204"));
+    EXPECT_EQ(messages(), 0U);
 }
 
 TEST_F(DailyChangesTest, DatesAreNotPastedOver) {
     open_variables();
     QApplication::clipboard()->setText(QStringLiteral("01/01/1990\t5\n"));
     go_to(1, 1);
+    dialogs_.then(Answer::Yes);
     grid()->paste();
     EXPECT_EQ(shown(1, 1), "10/01/1980");
     EXPECT_EQ(whole(1, 2), "5");
-    EXPECT_EQ(messages(), 1U);
+    ASSERT_EQ(messages(), 1U);
+    EXPECT_THAT(last_message().text, testing::HasSubstr("the days of a table can't be changed"));
 }
 
 TEST_F(DailyChangesTest, AValueBeyondASingleIsRefused) {
     open_variables();
     set(1, 2, "1e39");
     EXPECT_EQ(whole(1, 2), "101");
+    EXPECT_EQ(from_qt(static_cast<QMainWindow&>(*window_).statusBar()->currentMessage()),
+              "'1e39' is not taken for Runoff, 10/01/1980, zone 1: the number is too large.");
     set(1, 2, "1e400");
     EXPECT_EQ(whole(1, 2), "101");
     set(1, 2, "-1e30");

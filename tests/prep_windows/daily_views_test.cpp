@@ -73,7 +73,37 @@ TEST_F(DailyViewsTest, TheParametersShowTenColumns) {
     EXPECT_EQ(kind(9), CellFormat::Kind::Number);
     EXPECT_EQ(shown(1, 5), "18.00");
     EXPECT_EQ(shown(1, 8), "0");
-    EXPECT_EQ(shown(1, 9), "1.05");
+    EXPECT_EQ(shown(1, 9), "1.0500");
+    EXPECT_EQ(shown(1, 10), "0.0250");
+}
+
+TEST_F(DailyViewsTest, UnitsOfTheBasinStandInTipsTheStatusBarAndQuickHelp) {
+    session_.basin.Units_Code = k_english;
+    open_variables();
+    const auto tip = [&](int column) {
+        return from_qt(grid()->model()->headerData(column - 1, Qt::Horizontal, Qt::ToolTipRole).toString());
+    };
+    EXPECT_EQ(tip(2), "Runoff: ft³/s");
+    EXPECT_EQ(tip(6), "CDC: a fraction, 0 to 1");
+    EXPECT_EQ(tip(7), "Precip: inches");
+    EXPECT_EQ(from_qt(grid()->model()->index(0, 6).data(Qt::ToolTipRole).toString()), "Precip: inches");
+    go_to(1, 7);
+    EXPECT_EQ(from_qt(find<QLabel>("unitPanel")->text()), "Precip: inches");
+    quick_help_.set_on(true);
+    QTest::mouseClick(grid()->viewport(), Qt::LeftButton, Qt::NoModifier,
+                      grid()->visualRect(grid()->model()->index(1, 6)).center());
+    EXPECT_THAT(from_qt(window_->help_text()), testing::EndsWith("In this basin: inches."));
+}
+
+TEST_F(DailyViewsTest, TheNineParametersNameTheirUnits) {
+    open_parameters();
+    std::vector<std::string> tips;
+    for (int column = 1; column < 10; ++column)
+        tips.push_back(
+            from_qt(grid()->model()->headerData(column, Qt::Horizontal, Qt::ToolTipRole).toString()));
+    EXPECT_THAT(tips, ElementsAre("LapseRate: °C per 100 m", "Tcrit: °C above 0 °C", "AN: cm/(°C·day)",
+                                  "LagTime: hours", "CS: a fraction, 0 to 1", "Cr: a fraction, 0 to 1",
+                                  "RCA: 0 or 1", "Xcoeff: no unit", "Ycoeff: no unit"));
 }
 
 TEST_F(DailyViewsTest, TheLagGoesFromZeroToFortyTwoHours) {
@@ -191,7 +221,7 @@ TEST_F(DailyViewsTest, TheScenarioViewIsReadOnlyAndShowsSeventeenColumns) {
     EXPECT_EQ(shown(1, 2), "102.00");
     EXPECT_EQ(kind(15), CellFormat::Kind::Integer);
     EXPECT_EQ(kind(16), CellFormat::Kind::Number);
-    EXPECT_EQ(shown(1, 16), "1.13");  // 1.125, halves away from zero
+    EXPECT_EQ(shown(1, 16), "1.1250");
     set(1, 2, "9");
     EXPECT_EQ(shown(1, 2), "102.00");
 }

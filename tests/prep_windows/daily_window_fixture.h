@@ -8,6 +8,7 @@
 #include <QAction>
 #include <QGroupBox>
 #include <QHeaderView>
+#include <QLabel>
 
 namespace nivora {
 

@@ -104,6 +104,20 @@ TEST_F(MonthlyAveragesWindowTest, ButtonsAndMenuBearTheGivenCaptions) {
     EXPECT_FALSE(find<QPushButton>("Command1(4)")->isEnabled());
 }
 
+TEST_F(MonthlyAveragesWindowTest, WalkingThroughMissingMonthsAndTypingTheSameValueIsNoEdit) {
+    make_months();
+    file_.change("UPDATE BasinAverages SET TMaxN = 1.5 WHERE Zone = 1 AND Month = 'Jan'");
+    open();
+    grid()->setFocus();
+    grid()->setCurrentIndex(grid()->model()->index(0, 2));
+    for (const Qt::Key step : {Qt::Key_Down, Qt::Key_Return, Qt::Key_Tab}) key(step);
+    set(1, 2, "1.50");
+    EXPECT_THAT(month(1), ElementsAre("1.50", "", "", ""));
+    press(0);
+    EXPECT_EQ(stored("SELECT count(*) FROM BasinAverages WHERE TMinN IS NOT NULL"), "0");
+    EXPECT_FALSE(session_.basin.Basin_Changed);
+}
+
 TEST_F(MonthlyAveragesWindowTest, WithoutPhysicalDataTheStatusAsksForRecalculate) {
     make_months();
     open();

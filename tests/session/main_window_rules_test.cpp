@@ -176,7 +176,7 @@ TEST_F(MainWindowRules, AConfirmedNumberMakesTheZonesAndTheirMonths) {
     EXPECT_EQ(read_basin_description(database).zones, 3);
     const auto zones = read_table<Zone>(database, template_table(k_zone_description));
     ASSERT_EQ(zones.size(), 3U);
-    EXPECT_EQ(zones[2].id, "3");
+    EXPECT_EQ(zones[2].id, "C");
     const auto months = read_table<MonthlyRow>(database, basin_averages_table());
     ASSERT_EQ(months.size(), 36U);
     EXPECT_EQ(months[35].zone, 3);

@@ -1,5 +1,7 @@
 #include "tests/shell/simulation_fixture.h"
 
+#include <QStatusBar>
+
 namespace nivora {
 namespace {
 
@@ -126,9 +128,41 @@ TEST_F(SimulationCellsTest, AnEmptiedDateBecomesTheFirstOrLastDayOf1980) {
     EXPECT_EQ(session_.basin.Current_End, *day_count({1980, 12, 31}));
 }
 
-TEST_F(SimulationCellsTest, DatesOutsideTheMasksRangeAreRefusedInSilence) {
+TEST_F(SimulationCellsTest, EnterEndsTheEditAndKeepsTheSimulation) {
+    go_to(1, 13);
+    keys("2.5");
+    key(Qt::Key_Return);
+    EXPECT_EQ(row(1).initial_runoff, 2.5F);
+    expect_active(1, 13);
+    EXPECT_EQ(label(), "ellervane-1996");
+    key(Qt::Key_Enter);
+    expect_active(1, 13);
+    EXPECT_EQ(session_.basin.Current_Sim_Name, "ellervane-1996");
+}
+
+TEST_F(SimulationCellsTest, ARefusedEntryIsToldInTheStatusBar) {
+    const auto told = [&] { return from_qt(window_->statusBar()->currentMessage()); };
+    set(1, 13, "450,5");
+    EXPECT_EQ(
+        told(),
+        "'450,5' is not taken for Initial Runoff (CMS) of 'ellervane-1996': a number has a point as its "
+        "decimal sign and no other separators.");
+    set(1, 3, "02312006");
+    EXPECT_EQ(
+        told(),
+        "'02/31/2006' is not taken for Starting Date of 'ellervane-1996': the calendar has no such day.");
+    set(1, 13, "2.5");
+    EXPECT_EQ(told(), "");
+    EXPECT_EQ(dialogs_.messages().size(), 0U);
+}
+
+TEST_F(SimulationCellsTest, DatesOutsideTheMasksRangeAreRefusedWithoutABox) {
     set(1, 3, "12311899");
     EXPECT_EQ(cell(1, 3), "01/01/1996");
+    EXPECT_EQ(
+        from_qt(window_->statusBar()->currentMessage()),
+        "'12/31/1899' is not taken for Starting Date of 'ellervane-1996': the year must lie between 1900 "
+        "and 2300.");
     set(1, 4, "01012301");
     EXPECT_EQ(cell(1, 4), "12/31/1996");
     set(1, 3, "02301996");
@@ -291,17 +325,45 @@ TEST_F(SimulationCellsTest, CopyOfTheEditMenuTakesTheSelectedRow) {
     EXPECT_FALSE(session_.basin.Basin_Changed);
 }
 
+TEST_F(SimulationCellsTest, TheEditMenuWorksOnTheBoxOrGridWithTheFocus) {
+    box(4)->setFocus();
+    box(4)->setText(QStringLiteral("Alder Creek"));
+    box(4)->setSelection(0, 5);
+    choose("mnuEditItem(0)");
+    EXPECT_EQ(from_qt(box(4)->text()), " Creek");
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("Alder"));
+    EXPECT_EQ(row(1).run_number, 1);
+    auto* zones = find<GridView>("vaSpread1");
+    zones->setFocus();
+    zones->setCurrentIndex(zones->model()->index(1, 0));
+    choose("mnuEditItem(2)");
+    EXPECT_EQ(session_.basin.zones[1].id, "Alder");
+    EXPECT_EQ(dialogs_.messages().size(), 0U);
+}
+
+TEST_F(SimulationCellsTest, ASinglePastedValueGoesToTheActiveCell) {
+    QApplication::clipboard()->setText(QStringLiteral("7.25\n"));
+    go_to(2, 13);
+    choose("mnuEditItem(2)");
+    EXPECT_EQ(row(2).initial_runoff, 7.25F);
+    EXPECT_EQ(cell(2, 1), "ellervane-1997-98");
+    EXPECT_EQ(dialogs_.messages().size(), 0U);
+}
+
 TEST_F(SimulationCellsTest, PasteOfTheEditMenuLeavesTheNameAndTellsSo) {
     go_to(1, 5);
     choose("mnuEditItem(1)");
     go_to(2, 5);
+    dialogs_.then(Answer::Yes);
     choose("mnuEditItem(2)");
     EXPECT_EQ(cell(2, 1), "ellervane-1997-98");
     EXPECT_EQ(cell(2, 3), "01/01/1996");
     EXPECT_EQ(cell(2, 4), "12/31/1996");
     ASSERT_EQ(dialogs_.messages().size(), 1U);
-    EXPECT_THAT(last_message().text, testing::HasSubstr("1 of the pasted cells could not be taken"));
-    EXPECT_THAT(last_message().text, testing::HasSubstr("'ellervane-1996'"));
+    EXPECT_THAT(
+        last_message().text,
+        testing::StartsWith("1 of the 17 pasted cells can't be taken: 'ellervane-1996' for Simulation Title "
+                            "of 'ellervane-1997-98'; a simulation keeps its name"));
     EXPECT_TRUE(session_.basin.Basin_Changed);
     EXPECT_FALSE(enabled("mnuReports"));
 }

@@ -59,31 +59,69 @@ TEST_F(SimulationZoneGridTest, DeleteMakesTheAreaZero) {
     EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("10.5\n"));
 }
 
-TEST_F(SimulationZoneGridTest, AnEmptyCellThatIsLeftBecomesZero) {
+TEST_F(SimulationZoneGridTest, WalkingThroughEmptyCellsChangesNothing) {
     EXPECT_EQ(cell(1, 3), "");
+    session_.basin.Basin_Changed = false;
+    session_.basin.Input_Changed = false;
+    session_.basin.Output_Valid = true;
     grid()->setFocus();
-    grid()->setCurrentIndex(grid()->model()->index(0, 2));
-    QTest::keyClick(grid(), Qt::Key_Down);
-    EXPECT_EQ(cell(1, 3), "0");
-    box(2)->setFocus();
-    EXPECT_EQ(cell(2, 3), "0");
+    grid()->setCurrentIndex(grid()->model()->index(0, 1));
+    for (const Qt::Key step : {Qt::Key_Right, Qt::Key_Down, Qt::Key_Left, Qt::Key_Tab})
+        QTest::keyClick(grid(), step);
+    box(4)->setFocus();
+    EXPECT_EQ(cell(1, 2), "");
+    EXPECT_EQ(cell(1, 3), "");
+    EXPECT_EQ(cell(2, 3), "");
+    EXPECT_FALSE(session_.basin.Basin_Changed);
+    EXPECT_FALSE(session_.basin.Input_Changed);
+    EXPECT_TRUE(session_.basin.Output_Valid);
 }
 
-TEST_F(SimulationZoneGridTest, APastedColumnCountsAndWhatDoesNotFitIsTold) {
+TEST_F(SimulationZoneGridTest, ACellThatIsEmptiedByHandBecomesZero) {
+    set(1, 3, "1200");
+    grid()->setCurrentIndex(grid()->model()->index(0, 2));
+    QTest::keyClick(grid(), Qt::Key_F2);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Delete);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QApplication::processEvents();
+    EXPECT_EQ(cell(1, 3), "0");
+    EXPECT_EQ(session_.basin.zones[0].elevation, 0.0);
+}
+
+TEST_F(SimulationZoneGridTest, AnAreaThatIsTypedIsShownWhole) {
+    set(1, 2, "123456.123456");
+    EXPECT_GE(grid()->columnWidth(1),
+              grid()->fontMetrics().horizontalAdvance(QStringLiteral("123456.123456")) + 8);
+}
+
+TEST_F(SimulationZoneGridTest, SharesOfAspectsSayWhatTheirNumbersMean) {
+    for (const int column : {4, 6, 8, 10}) {
+        EXPECT_THAT(
+            from_qt(grid()->model()->headerData(column - 1, Qt::Horizontal, Qt::ToolTipRole).toString()),
+            testing::EndsWith("Aspect: percent of the zone's area; an imported basin has 1, which stands "
+                              "for shares that its file does not give"));
+    }
+}
+
+TEST_F(SimulationZoneGridTest, APastedColumnCountsAndWhatDoesNotFitIsAskedAbout) {
     QApplication::clipboard()->setText(QStringLiteral("7,5\n3.5\n9\n"));
     grid()->setFocus();
     grid()->setCurrentIndex(grid()->model()->index(0, 1));
+    dialogs_.then(Answer::Yes);
     QTest::keyClick(grid(), Qt::Key_V, Qt::ControlModifier);
     EXPECT_EQ(area(), "3.5");
     ASSERT_FALSE(dialogs_.messages().empty());
     EXPECT_EQ(last_message().title, "Paste");
-    EXPECT_THAT(last_message().text, testing::StartsWith("1 of the pasted cells could not be taken"));
-    EXPECT_THAT(last_message().text, testing::EndsWith("left out: 1."));
+    EXPECT_THAT(last_message().text,
+                testing::StartsWith("1 of the 2 pasted cells can't be taken: '7,5' for Zone "
+                                    "Area (km²), zone 1;"));
+    EXPECT_THAT(last_message().text, testing::HasSubstr("for which the grid has no room: 1."));
 }
 
-TEST_F(SimulationZoneGridTest, TheZonesHaveNumbersForNamesAtFirst) {
-    EXPECT_EQ(cell(1, 1), "1");
-    EXPECT_EQ(cell(2, 1), "2");
+TEST_F(SimulationZoneGridTest, TheZonesHaveLettersForNames) {
+    EXPECT_EQ(cell(1, 1), "A");
+    EXPECT_EQ(cell(2, 1), "B");
     EXPECT_EQ(grid()->model()->rowCount(), 2);
 }
 

@@ -1,5 +1,4 @@
 #include "tests/widgets/grid_fixture.h"
-#include "widgets/controls.h"
 
 namespace nivora {
 namespace {
@@ -8,11 +7,14 @@ using testing::ElementsAre;
 
 class GridClipboardTest : public GridTest {
 protected:
-    /// What the user is told of the last paste; empty where nothing is told.
+    /// What the user was asked or told of the last paste; empty where nothing was.
     std::string told() {
-        EXPECT_TRUE(outcome_.has_value());
-        const auto problem = paste_problem(outcome_.value_or(PasteOutcome{}));
-        return problem ? problem->text : std::string{};
+        return dialogs_.messages().empty() ? std::string{} : dialogs_.messages().back().message.text;
+    }
+    /// Pastes what can't be taken as a whole, and says Yes to the rest.
+    void paste_rest_at(int row, int column, const char* text) {
+        dialogs_.then(Answer::Yes);
+        paste_at(row, column, text);
     }
     void paste_at(int row, int column, const char* text) {
         put_on_clipboard(QString::fromUtf8(text));
@@ -34,7 +36,7 @@ TEST_F(GridClipboardTest, WithoutAnActiveCellThereIsNoBlock) {
     put_on_clipboard(QStringLiteral("5"));
     grid_->paste();
     grid_->cut();
-    EXPECT_FALSE(outcome_.has_value());
+    EXPECT_EQ(pastes_, 0);
     EXPECT_EQ(edits_, 0);
 }
 
@@ -93,8 +95,7 @@ TEST_F(GridClipboardTest, PasteBeginsAtTheActiveCell) {
     key(Qt::Key_V, Qt::ControlModifier);
     EXPECT_THAT(column(Column::k_number, 3, 6), ElementsAre("3.125", "7.5", "9.5", "6.125"));
     EXPECT_THAT(column(Column::k_integer, 3, 6), ElementsAre("3", "8", "10", "6"));
-    ASSERT_TRUE(outcome_.has_value());
-    EXPECT_EQ(outcome_->taken, 4);
+    EXPECT_EQ(pastes_, 1);
     EXPECT_EQ(told(), "");
     EXPECT_EQ(edits_, 1);
 }
@@ -123,46 +124,110 @@ TEST_F(GridClipboardTest, ACopyTallerThanTheSelectionIsPastedInItsWholeHeight) {
     EXPECT_THAT(column(Column::k_integer, 0, 4), ElementsAre("0", "10", "20", "30", "4"));
 }
 
-TEST_F(GridClipboardTest, RowsAndColumnsBeyondTheEdgeAreLeftOutAndTold) {
+TEST_F(GridClipboardTest, RowsAndColumnsBeyondTheEdgeAreAskedAboutAndLeftOut) {
     // Of three rows one has room, of three columns two: two rows and one column are cut off.
-    paste_at(k_rows - 1, Column::k_date,
-             "01/02/1990\tEnglish\tbeyond\n01/03/1990\tMetric\n01/04/1990\tMetric\n");
+    paste_rest_at(k_rows - 1, Column::k_date,
+                  "01/02/1990\tEnglish\tbeyond\n01/03/1990\tMetric\n01/04/1990\tMetric\n");
     EXPECT_EQ(at(k_rows - 1, Column::k_date), "01/02/1990");
     EXPECT_EQ(at(k_rows - 1, Column::k_list), "English");
-    EXPECT_EQ(told(), "Rows or columns of the clipboard that had no room in the grid were left out: 3.");
+    EXPECT_EQ(told(),
+              "Rows or columns of the clipboard for which the grid has no room: 3.\n"
+              "Paste the rest? No leaves all cells as they are.");
 }
 
-TEST_F(GridClipboardTest, TextsInANumberColumnAreRefusedAndToldOnceWithTheFirst) {
+TEST_F(GridClipboardTest, ABlockWithRefusedCellsIsAskedAboutBeforeAnyCellChanges) {
+    dialogs_.then(Answer::No);
     paste_at(2, Column::k_number, "1\n1,5\n1.234,5\n2 000\nabc\n10/01/1980\n7\n");
     EXPECT_THAT(column(Column::k_number, 2, 8),
-                ElementsAre("1", "3.125", "4.125", "5.125", "6.125", "7.125", "7"));
-    EXPECT_EQ(
-        told(),
-        "5 of the pasted cells could not be taken, and the grid kept what stood there. The first is '1,5'. "
-        "Numbers need a point as their decimal sign and no separators of thousands; dates have the form "
-        "mm/dd/yyyy.");
-    EXPECT_EQ(paste_problem(*outcome_)->title, "Paste");
-    EXPECT_EQ(paste_problem(*outcome_)->icon, Icon::Warning);
+                ElementsAre("2.125", "3.125", "4.125", "5.125", "6.125", "7.125", "8.125"));
+    EXPECT_EQ(told(),
+              "5 of the 7 pasted cells can't be taken. The first is '1,5' for Amount, row 4; a number has a "
+              "point as its decimal sign and no other separators.\n"
+              "Paste the rest? No leaves all cells as they are.");
+    const Message& question = dialogs_.messages().back().message;
+    EXPECT_EQ(question.title, "Paste");
+    EXPECT_EQ(question.buttons, Buttons::YesNo);
+    EXPECT_EQ(question.default_answer, Answer::No);
+    EXPECT_EQ(edits_, 0);
+    EXPECT_EQ(pastes_, 0);
 }
 
-TEST_F(GridClipboardTest, EverythingRefusedIsNoEdit) {
-    paste_at(2, Column::k_number, "abc");
+TEST_F(GridClipboardTest, YesTakesTheCellsThatCanBeTaken) {
+    paste_rest_at(2, Column::k_number, "1\n1,5\n1.234,5\n2 000\nabc\n10/01/1980\n7\n");
+    EXPECT_THAT(column(Column::k_number, 2, 8),
+                ElementsAre("1", "3.125", "4.125", "5.125", "6.125", "7.125", "7"));
+    EXPECT_EQ(edits_, 1);
+}
+
+TEST_F(GridClipboardTest, TheQuestionNamesTheRuleThatRefused) {
+    cells_->locked_cells = {{3, Column::k_text}};
+    const auto refused = [&](int row, int column, const char* text) {
+        paste_at(row, column, text);
+        return told();
+    };
+    EXPECT_EQ(refused(3, Column::k_text, "a"),
+              "The pasted cell can't be taken: 'a' for Name, row 4; this cell can't be changed.");
+    EXPECT_EQ(refused(3, Column::k_integer, "4.5"),
+              "The pasted cell can't be taken: '4.5' for Count, row 4; a whole number is needed.");
+    EXPECT_EQ(
+        refused(3, Column::k_integer, "32768"),
+        "The pasted cell can't be taken: '32768' for Count, row 4; the number must lie between -32768 and "
+        "32767.");
+    EXPECT_EQ(refused(3, Column::k_date, "02/31/2006"),
+              "The pasted cell can't be taken: '02/31/2006' for Day, row 4; the calendar has no such day.");
+    EXPECT_EQ(refused(3, Column::k_list, "Imperial"),
+              "The pasted cell can't be taken: 'Imperial' for Units, row 4; it must be one of 'Metric', "
+              "'English'.");
+}
+
+TEST_F(GridClipboardTest, ALockedCellTakesTheTextThatItHas) {
+    cells_->locked_cells = {{3, Column::k_text}};
+    paste_at(3, Column::k_text, "t3\t5\n");
+    EXPECT_EQ(at(3, Column::k_number), "5");
+    EXPECT_EQ(told(), "");
+}
+
+TEST_F(GridClipboardTest, WhereEverythingIsRefusedThereIsNothingToAskFor) {
+    paste_at(2, Column::k_number, "abc\nabc\n");
     EXPECT_EQ(at(2, Column::k_number), "2.125");
     EXPECT_EQ(edits_, 0);
-    EXPECT_EQ(outcome_->refused, 1);
+    EXPECT_EQ(told(),
+              "None of the pasted cells can be taken. The first is 'abc' for Amount, row 3; this is not a "
+              "number.");
+    EXPECT_EQ(dialogs_.messages().back().message.buttons, Buttons::Ok);
 }
 
 TEST_F(GridClipboardTest, ALongRefusedTextIsToldByItsFirstFortyCharacters) {
     paste_at(2, Column::k_number, "abcdefghijklmnopqrstuvwxyzabcdefghijklmnopqrstuvwxyz");
-    EXPECT_THAT(told(), testing::HasSubstr("The first is 'abcdefghijklmnopqrstuvwxyzabcdefghijklmn'."));
+    EXPECT_THAT(told(), testing::HasSubstr(": 'abcdefghijklmnopqrstuvwxyzabcdefghijklmn' for"));
 }
 
 TEST_F(GridClipboardTest, RefusedCellsAndCutOffRowsAreToldInOneBox) {
     paste_at(k_rows - 1, Column::k_number, "abc\n1\n");
-    EXPECT_THAT(told(), testing::StartsWith("1 of the pasted cells could not be taken"));
+    EXPECT_THAT(told(), testing::StartsWith("The pasted cell can't be taken: 'abc'"));
     EXPECT_THAT(told(),
-                testing::EndsWith("\nRows or columns of the clipboard that had no room in the grid were "
-                                  "left out: 1."));
+                testing::EndsWith("\nRows or columns of the clipboard for which the grid has no room: 1."));
+    EXPECT_EQ(dialogs_.messages().size(), 1U);
+}
+
+TEST_F(GridClipboardTest, AGridThatSelectsRowsTakesASingleValueAtItsActiveCell) {
+    grid_->setSelectionBehavior(QAbstractItemView::SelectRows);
+    put_on_clipboard(QStringLiteral("77\n"));
+    grid_->setCurrentIndex(cells_->index(4, Column::k_integer));
+    ASSERT_THAT(block(), ElementsAre(4, 0, 4, 4));
+    grid_->paste();
+    EXPECT_EQ(at(4, Column::k_integer), "77");
+    EXPECT_EQ(at(4, Column::k_text), "t4");
+}
+
+TEST_F(GridClipboardTest, AGridThatSelectsRowsTakesAWholeRowFromItsFirstCellOn) {
+    grid_->setSelectionBehavior(QAbstractItemView::SelectRows);
+    grid_->setCurrentIndex(cells_->index(2, Column::k_integer));
+    grid_->copy();
+    grid_->setCurrentIndex(cells_->index(5, Column::k_integer));
+    grid_->paste();
+    EXPECT_EQ(at(5, Column::k_text), "t2");
+    EXPECT_EQ(at(5, Column::k_date), "10/03/1980");
 }
 
 TEST_F(GridClipboardTest, AnEmptyPastedCellEmptiesItsCell) {
@@ -172,18 +237,17 @@ TEST_F(GridClipboardTest, AnEmptyPastedCellEmptiesItsCell) {
 }
 
 TEST_F(GridClipboardTest, ADateThatDoesNotExistIsRefusedInADateColumn) {
-    paste_at(2, Column::k_date, "02/29/1980\n02/29/1981\n29.02.1980\n");
+    paste_rest_at(2, Column::k_date, "02/29/1980\n02/29/1981\n29.02.1980\n");
     EXPECT_THAT(column(Column::k_date, 2, 4), ElementsAre("02/29/1980", "10/04/1980", "10/05/1980"));
-    EXPECT_EQ(outcome_->refused, 2);
-    EXPECT_EQ(outcome_->first_refused, QStringLiteral("02/29/1981"));
+    EXPECT_THAT(told(),
+                testing::StartsWith("2 of the 3 pasted cells can't be taken. The first is '02/29/1981'"));
 }
 
 TEST_F(GridClipboardTest, LockedCellsStayAndCountAsRefused) {
     cells_->locked_cells = {{3, Column::k_number}};
-    paste_at(2, Column::k_number, "50\n60\n70\n");
+    paste_rest_at(2, Column::k_number, "50\n60\n70\n");
     EXPECT_THAT(column(Column::k_number, 2, 4), ElementsAre("50", "3.125", "70"));
-    EXPECT_EQ(outcome_->refused, 1);
-    EXPECT_EQ(outcome_->first_refused, QStringLiteral("60"));
+    EXPECT_THAT(told(), testing::StartsWith("1 of the 3 pasted cells can't be taken: '60'"));
 }
 
 TEST_F(GridClipboardTest, QuotedCellsKeepTheirTabsLineEndsAndQuoteMarks) {
@@ -211,7 +275,7 @@ TEST_F(GridClipboardTest, LineEndsOfOtherSystemsSeparateRowsAsWell) {
 
 TEST_F(GridClipboardTest, AnEmptyClipboardPastesNothing) {
     paste_at(2, Column::k_number, "");
-    EXPECT_FALSE(outcome_.has_value());
+    EXPECT_EQ(pastes_, 0);
     EXPECT_EQ(at(2, Column::k_number), "2.125");
 }
 
@@ -224,10 +288,7 @@ TEST_F(GridClipboardTest, AColumnOfTwentyThousandRowsIsPastedAsOneEdit) {
     put_on_clipboard(text);
     go_to(0, Column::k_number);
     grid_->paste();
-    ASSERT_TRUE(outcome_.has_value());
-    EXPECT_EQ(outcome_->taken, k_days);
-    EXPECT_EQ(outcome_->refused, 0);
-    EXPECT_EQ(outcome_->cut_off, 0);
+    EXPECT_EQ(told(), "");
     EXPECT_EQ(at(0, Column::k_number), "1.5");
     EXPECT_EQ(at(k_days - 1, Column::k_number), "20000.5");
     EXPECT_EQ(edits_, 1);
@@ -238,9 +299,12 @@ TEST_F(GridClipboardTest, OfTwentyThousandPastedRowsThoseWithoutRoomAreCounted) 
     for (int day = 0; day < 20000; ++day) text += QStringLiteral("1\n");
     put_on_clipboard(text);
     go_to(0, Column::k_integer);
+    dialogs_.then(Answer::Yes);
     grid_->paste();
-    EXPECT_EQ(outcome_->taken, k_rows);
-    EXPECT_EQ(outcome_->cut_off, 20000 - k_rows);
+    EXPECT_EQ(at(k_rows - 1, Column::k_integer), "1");
+    EXPECT_THAT(told(),
+                testing::StartsWith("Rows or columns of the clipboard for which the grid has no room: " +
+                                    std::to_string(20000 - k_rows) + "."));
 }
 
 TEST_F(GridClipboardTest, APastedBlockIsAnnouncedToItsLastCell) {
@@ -249,7 +313,7 @@ TEST_F(GridClipboardTest, APastedBlockIsAnnouncedToItsLastCell) {
                      [&](int first_row, int first_column, int last_row, int last_column) {
                          announced = {first_row, first_column, last_row, last_column};
                      });
-    paste_at(8, Column::k_number, "1\n2\n3\n");
+    paste_rest_at(8, Column::k_number, "1\n2\n3\n");
     ASSERT_EQ(announced.size(), 4U);
     EXPECT_EQ(announced[0], 8);
     EXPECT_EQ(announced[1], Column::k_number);

@@ -3,6 +3,7 @@
 
 #include "base/calendar.h"
 #include "base/number_text.h"
+#include "base/scripted_dialogs.h"
 #include "widgets/grid_view.h"
 #include "widgets/qt_text.h"
 
@@ -99,6 +100,10 @@ protected:
     static constexpr int k_rows = 10;
 
     GridTest() { show_grid(k_rows); }
+    void TearDown() override {
+        EXPECT_TRUE(dialogs_.complaints().empty()) << dialogs_.complaints().front();
+        EXPECT_EQ(dialogs_.answers_left(), 0U);
+    }
 
     /// Shows a grid of so many rows in a new window.
     void show_grid(int rows) {
@@ -106,7 +111,7 @@ protected:
         cells_ = std::make_unique<CellsInMemory>(rows);
         auto* content = new QWidget(window_.get());
         auto* layout = new QVBoxLayout(content);
-        grid_ = new GridView(cells_.get(), content);
+        grid_ = new GridView(cells_.get(), dialogs_, content);
         beside_ = new QLineEdit(content);
         layout->addWidget(grid_);
         layout->addWidget(beside_);
@@ -114,8 +119,7 @@ protected:
         menu_ = window_->menuBar()->addMenu(QStringLiteral("&Edit"));
         menu_->addAction(QStringLiteral("&Copy"));
         window_->resize(700, 500);
-        QObject::connect(grid_, &GridView::pasted, grid_,
-                         [this](const PasteOutcome& outcome) { outcome_ = outcome; });
+        QObject::connect(grid_, &GridView::pasted, grid_, [this] { ++pastes_; });
         QObject::connect(grid_, &GridView::left_cell, grid_, [this](int row, int column) {
             left_.push_back({row, column});
         });
@@ -172,12 +176,13 @@ protected:
     static void put_on_clipboard(const QString& text) { QApplication::clipboard()->setText(text); }
     static std::string clipboard() { return from_qt(QApplication::clipboard()->text()); }
 
+    ScriptedDialogs dialogs_;
     std::unique_ptr<CellsInMemory> cells_;
     std::unique_ptr<QMainWindow> window_;
     GridView* grid_ = nullptr;
     QLineEdit* beside_ = nullptr;
     QMenu* menu_ = nullptr;
-    std::optional<PasteOutcome> outcome_;
+    int pastes_ = 0;
     std::vector<std::pair<int, int>> left_;
     std::vector<std::string> refused_;
     int edits_ = 0;

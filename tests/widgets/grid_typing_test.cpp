@@ -44,6 +44,19 @@ TEST_F(GridTypingTest, EnterInTheLastRowTakesTheTextAndStays) {
     EXPECT_THAT(active(), Pair(k_rows - 1, Column::k_integer));
 }
 
+TEST_F(GridTypingTest, WhereEnterDoesNotGoDownItEndsTheEditAndStays) {
+    grid_->set_enter_goes_down(false);
+    go_to(2, Column::k_number);
+    type("12.5");
+    key(Qt::Key_Return);
+    EXPECT_EQ(at(2, Column::k_number), "12.5");
+    EXPECT_EQ(editor(), nullptr);
+    EXPECT_THAT(active(), Pair(2, Column::k_number));
+    key(Qt::Key_Enter);
+    EXPECT_THAT(active(), Pair(2, Column::k_number));
+    EXPECT_TRUE(left_.empty());
+}
+
 TEST_F(GridTypingTest, TabTakesTheTextAndLeadsToTheRight) {
     go_to(2, Column::k_number);
     type("8");
@@ -266,6 +279,32 @@ TEST_F(GridTypingTest, WidthsAreMeasuredOnceAndKept) {
     grid_->fit_columns();
     EXPECT_GT(grid_->columnWidth(Column::k_text), before);
     EXPECT_EQ(kept[0], before);
+}
+
+TEST_F(GridTypingTest, AColumnGrowsWithATextThatIsTooWideAndDoesNotShrink) {
+    grid_->fit_columns();
+    const int before = grid_->columnWidth(Column::k_number);
+    ASSERT_TRUE(cells_->take(0, Column::k_number, QStringLiteral("123456789012345.25")));
+    grid_->widen_columns(Column::k_number, Column::k_number);
+    const int wide = grid_->columnWidth(Column::k_number);
+    EXPECT_GT(wide, before);
+    EXPECT_GE(wide, grid_->fontMetrics().horizontalAdvance(QStringLiteral("123456789012345.25")));
+    ASSERT_TRUE(cells_->take(0, Column::k_number, QStringLiteral("1")));
+    grid_->widen_columns(Column::k_number, Column::k_number);
+    EXPECT_EQ(grid_->columnWidth(Column::k_number), wide);
+}
+
+TEST_F(GridTypingTest, AMarkedCellShowsItsColourWhileItIsSelected) {
+    select(2, Column::k_number, 4, Column::k_integer);
+    cells_->mark(QRect(Column::k_number, 3, 1, 1));
+    QApplication::processEvents();
+    const QImage picture = grid_->viewport()->grab().toImage();
+    const auto colour = [&](int row, int column) {
+        return picture.pixelColor(grid_->visualRect(cells_->index(row, column)).topLeft() + QPoint(3, 3));
+    };
+    EXPECT_EQ(colour(3, Column::k_number), QColor(0xFF, 0x80, 0x80));
+    EXPECT_NE(colour(3, Column::k_integer), QColor(0xFF, 0x80, 0x80));
+    EXPECT_NE(colour(3, Column::k_integer), QColor(Qt::white));  // still the colour of the selection
 }
 
 TEST_F(GridTypingTest, ARefusedBlockShowsTheColourUntilTheMarkEnds) {

@@ -5,6 +5,8 @@
 #include "session/main_window_rules.h"
 #include "store/table_io.h"
 #include "widgets/controls.h"
+#include "widgets/edit_target.h"
+#include "widgets/grid_status.h"
 #include "widgets/grid_view.h"
 #include "widgets/qt_text.h"
 
@@ -20,6 +22,7 @@
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -138,21 +141,20 @@ QWidget* frmCC::make_side() {
 
 void frmCC::make_menus() {
     QMenu* edit = menuBar()->addMenu(QStringLiteral("Ed&it"));
+    auto* target = new EditTarget(this);
     const auto add = [&](int index, const char* caption, auto act) {
-        QAction* action = edit->addAction(QString::fromUtf8(caption), this, [this, act] {
-            if (grid_ != nullptr) (grid_->*act)();
-        });
+        QAction* action = edit->addAction(QString::fromUtf8(caption), target, act);
         action->setObjectName(QStringLiteral("mnuEdItm(%1)").arg(index));
         action->setProperty(k_help_line, 19 + index);
     };
-    add(0, "Cu&t", &GridView::cut);
-    add(1, "&Copy", &GridView::copy);
-    add(2, "&Paste", &GridView::paste);
+    add(0, "Cu&t", &EditTarget::cut);
+    add(1, "&Copy", &EditTarget::copy);
+    add(2, "&Paste", &EditTarget::paste);
 }
 
 void frmCC::make_grid() {
     rows_ = new ScenarioModel(sheet_, session().basin.ZoneCount, this);
-    grid_ = new GridView(rows_, this);
+    grid_ = new GridView(rows_, session().dialogs, this);
     grid_->setObjectName(QStringLiteral("vaSpread1"));
     grid_->setAccessibleName(QStringLiteral("Rows of the scenario"));
     grid_->setProperty(k_help_columns, 0);
@@ -165,9 +167,7 @@ void frmCC::make_grid() {
     connect(rows_, &GridModel::edited, this, [this] { mark_changed(); });
     connect(grid_, &GridView::left_cell, this,
             [this](int row, int column) { rows_->leave(row, column, grid_->currentIndex().row() != row); });
-    connect(grid_, &GridView::pasted, this, [this](const PasteOutcome& outcome) {
-        if (const auto problem = paste_problem(outcome)) session().dialogs.message(*problem);
-    });
+    (new GridStatus(statusBar()))->watch(grid_);
 }
 
 bool frmCC::open() {
@@ -239,8 +239,7 @@ void frmCC::show_scenario(int at) {
     Scenario* scenario = at < 0 ? nullptr : current();
     const bool any = scenario != nullptr;
     rows_->show(any && scenario->fault.empty() ? &scenario->rows : nullptr);
-    const auto winter_end = any ? scenario->index.winter_end_date : std::nullopt;
-    winter_end_->setText(winter_end ? to_qt(long_date_text(whole_day(*winter_end))) : QString{});
+    show_winter_end();
     comments_->setPlainText(any ? to_qt(scenario->index.comments.value_or("")) : QString{});
     const bool readable = any && scenario->fault.empty();
     for (QWidget* part : std::initializer_list<QWidget*>{winter_end_, comments_}) part->setEnabled(readable);
@@ -271,25 +270,34 @@ std::optional<Message> frmCC::take_winter_end() {
     return std::nullopt;
 }
 
-void frmCC::winter_end_left() {
-    if (telling_) return;
+/// Shows the winter end date that the scenario at hand keeps.
+void frmCC::show_winter_end() {
+    const Scenario* scenario = current();
+    const auto kept = scenario != nullptr ? scenario->index.winter_end_date : std::nullopt;
+    winter_end_->setText(kept ? to_qt(long_date_text(whole_day(*kept))) : QString{});
+}
+
+/// Takes the date, or tells what is wrong with it and shows the kept one again. @return whether it was taken
+bool frmCC::winter_end_left() {
+    if (telling_) return true;
     const auto problem = take_winter_end();
-    if (!problem) return;
+    if (!problem) return true;
     telling_ = true;
     refuse(winter_end_, *problem);
+    show_winter_end();
     QTimer::singleShot(0, winter_end_, [this] {
         telling_ = false;
         winter_end_->setFocus();
     });
+    return false;
 }
 
 /// Takes the date that is being typed, or tells what is wrong with it where the way here did not. A date that
 /// nobody touched is no reason to stop.
 /// @return whether the work may go on
 bool frmCC::settle_winter_end() {
-    if (!winter_end_->isModified() || current() == nullptr) return true;
-    winter_end_left();
-    return !winter_end_problem(session().basin, from_qt(winter_end_->text()));
+    if (telling_) return false;
+    return !winter_end_->isModified() || current() == nullptr || winter_end_left();
 }
 
 bool frmCC::eventFilter(QObject* watched, QEvent* event) {

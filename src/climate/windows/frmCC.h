@@ -44,7 +44,8 @@ private:
     void show_scenario(int at);
     void take_comments();
     [[nodiscard]] std::optional<Message> take_winter_end();
-    void winter_end_left();
+    void show_winter_end();
+    bool winter_end_left();
     [[nodiscard]] bool settle_winter_end();
     void add_scenario();
     void remove_scenario();

@@ -126,7 +126,7 @@ QWidget* frmCtrlClim::make_summary() {
                            {QStringLiteral("Measured"), QStringLiteral("Computed"),
                             QStringLiteral("Climate affected"), QString{}},
                            this);
-    summary_grid_ = new GridView(summary_, this);
+    summary_grid_ = new GridView(summary_, session().dialogs, this);
     summary_grid_->setObjectName(QStringLiteral("vaSpread1"));
     summary_grid_->setAccessibleName(QStringLiteral("Seasonal Summary of Runoff"));
     summary_grid_->setProperty(k_help_rows, 9);
@@ -155,7 +155,7 @@ QWidget* frmCtrlClim::make_statistics() {
     statistics_->set_text(4, 0, QStringLiteral("Average Computed Runoff ") + flow);
     statistics_->set_text(6, 0, QStringLiteral("Volume Difference (%): "));
     statistics_->set_text(7, 0, QStringLiteral("Coefficient of Determination (R²):"));
-    statistics_grid_ = new GridView(statistics_, this);
+    statistics_grid_ = new GridView(statistics_, session().dialogs, this);
     statistics_grid_->setObjectName(QStringLiteral("SpdStat"));
     statistics_grid_->setAccessibleName(QStringLiteral("Statistics"));
     set_help(statistics_grid_, k_statistics_help);

@@ -1,5 +1,6 @@
 #include "climate/windows/scenario_model.h"
 
+#include "base/entry_refusal.h"
 #include "base/number_text.h"
 #include "base/single.h"
 #include "base/text.h"
@@ -100,12 +101,28 @@ QString ScenarioModel::header(int column) const {
     return to_qt(sheet_.headers.at(static_cast<std::size_t>(column)));
 }
 
+/// The code of a text in a column of codes; nothing where it is none.
+std::optional<int> ScenarioModel::code_of(int column, const std::string& text) {
+    if (column == k_variable) return scenario_variable_code(text);
+    return column == k_action ? edit_action_code(text) : scenario_zone_code(text);
+}
+
+QString ScenarioModel::entry_refusal(int row, int column, const QString& text) const {
+    const std::string typed{trimmed(from_qt(text))};
+    switch (column) {
+        case k_start:
+        case k_end: return to_qt(date_refusal(typed));
+        case k_factor: return to_qt(single_refusal(typed));
+        default: break;
+    }
+    // A list shows fewer items than a cell takes: its number, too, and the action of another variable.
+    return code_of(column, typed) ? QString{} : GridModel::entry_refusal(row, column, text);
+}
+
 bool ScenarioModel::put_code(int row, int column, const std::string& text) {
     std::optional<int> code;
     if (!text.empty()) {
-        code = column == k_variable ? scenario_variable_code(text)
-               : column == k_action ? edit_action_code(text)
-                                    : scenario_zone_code(text);
+        code = code_of(column, text);
         if (!code) return false;
     }
     const RowChange change = set_scenario_code(made_row(row), column + 1, code);

@@ -33,10 +33,12 @@ public:
 
 protected:
     [[nodiscard]] bool put(int row, int column, const QString& text) override;
+    [[nodiscard]] QString entry_refusal(int row, int column, const QString& text) const override;
 
 private:
     [[nodiscard]] const ScenarioRow& row_at(int row) const;
     [[nodiscard]] ScenarioRow& made_row(int row);
+    [[nodiscard]] static std::optional<int> code_of(int column, const std::string& text);
     [[nodiscard]] bool put_code(int row, int column, const std::string& text);
 
     const ScenarioSheet& sheet_;

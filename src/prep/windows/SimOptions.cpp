@@ -1,5 +1,6 @@
 #include "prep/windows/SimOptions.h"
 
+#include "prep/daily_units.h"
 #include "session/main_window_rules.h"
 #include "store/run_period.h"
 #include "widgets/controls.h"
@@ -32,6 +33,9 @@ constexpr std::array<const char*, k_first_values> k_value_captions{
     "Degree Day Factor:",          "Critical Temperature:",       "Temperature Lapse Rate:",
     "Runoff Coefficients (Snow):", "Runoff Coefficients (Rain):", "Rainfall Contributing Area:",
     "Lag Time to Gage (hr):",      "X recession coefficient:",    "Y recession coefficient:"};
+/// Their fields in the parameter table.
+constexpr std::array<const char*, k_first_values> k_value_fields{"AN",  "Tcrit",   "LapseRate", "CS",    "Cr",
+                                                                 "RCA", "LagTime", "Xcoeff",    "Ycoeff"};
 constexpr std::array<const char*, 6> k_by_zone_captions{
     "Temperature",         "Precipitation",        "Temperature Lapse Rates",
     "Runoff Coefficients", "Critical Temperature", "Recession coefficients"};
@@ -257,6 +261,21 @@ void SimOptions::show_units(int units) {
                             QStringLiteral("³/s)"));
     if (session().prep.SimOptions_Mode == SimOptionsMode::Add)
         boxes_[k_threshold_box]->setText(to_qt(texts.default_threshold));
+    show_value_units(units);
+}
+
+/// Each of the nine values names its unit in its tool tip, its help, and the status bar while it has the
+/// focus.
+void SimOptions::show_value_units(int units) {
+    for (std::size_t value = 0; value < k_first_values; ++value) {
+        const QString field = QString::fromUtf8(k_value_fields.at(value));
+        const QString unit = to_qt(daily_unit(k_value_fields.at(value), units));
+        for (QWidget* part :
+             std::initializer_list<QWidget*>{boxes_.at(k_first_value_box + value), value_labels_.at(value)}) {
+            part->setToolTip(field + QStringLiteral(": ") + unit);
+            part->setProperty(k_help_unit, unit);
+        }
+    }
 }
 
 void SimOptions::read_form() {
@@ -326,7 +345,11 @@ bool SimOptions::eventFilter(QObject* watched, QEvent* event) {
             return true;
     }
     // While QuickHelp is on, a box that is reached by Tab explains itself as well.
-    if (event->type() == QEvent::FocusIn) explain_widget(static_cast<QWidget*>(watched));
+    if (event->type() == QEvent::FocusIn) {
+        auto* entered = static_cast<QWidget*>(watched);
+        explain_widget(entered);
+        show_status(entered->toolTip());
+    }
     if (auto* box = qobject_cast<QLineEdit*>(watched); box != nullptr && enters_box(event))
         QTimer::singleShot(0, box, &QLineEdit::selectAll);
     return NivoraWindow::eventFilter(watched, event);

@@ -46,6 +46,7 @@ private:
     void show_form();
     void read_form();
     void show_units(int units);
+    void show_value_units(int units);
     bool move_on(const QObject* from, int step);
     bool move_on_from_option(const QObject* from);
     void accept();

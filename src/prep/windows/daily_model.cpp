@@ -1,8 +1,11 @@
 #include "prep/windows/daily_model.h"
 
+#include "base/entry_refusal.h"
 #include "base/number_text.h"
 #include "base/single.h"
 #include "base/text.h"
+#include "prep/daily_units.h"
+#include "prep/dated_block.h"
 #include "widgets/qt_text.h"
 
 #include <algorithm>
@@ -82,9 +85,41 @@ QString DailyModel::widest_text(int column) const {
     return lowest.size() > highest.size() ? lowest : highest;
 }
 
+QString DailyModel::unit(int column) const { return to_qt(daily_unit(column_of(column).field, units_code_)); }
+
+QString DailyModel::place(int row, int column) const {
+    return QStringLiteral("%1, %2, zone %3").arg(header(column), text(row, 0)).arg(editor_->zone());
+}
+
+QString DailyModel::locked_reason(int /*row*/, int /*column*/) const {
+    return read_only_ ? QStringLiteral("this table is for reading only")
+                      : QStringLiteral("the days of a table can't be changed");
+}
+
+QString DailyModel::entry_refusal(int /*row*/, int column, const QString& text) const {
+    const std::string typed = from_qt(text);
+    if (auto refusal = number_refusal(typed); !refusal.empty()) return to_qt(refusal);
+    const auto number = exact_number(typed);
+    return number ? to_qt(editor_->refusal(static_cast<std::size_t>(column), *number)) : QString{};
+}
+
+std::optional<OfferedPaste> DailyModel::offered_paste(const CellBlock& copied, int active_column) const {
+    if (read_only_ || editor_ == nullptr) return std::nullopt;
+    const auto block = read_dated_block(copied);
+    if (!block) return std::nullopt;
+    const DatedPlaces places = place_by_date(*block, *editor_, static_cast<std::size_t>(active_column));
+    if (places.values.empty()) return std::nullopt;
+    OfferedPaste offer{.question = dated_paste_question(places), .cells = {}};
+    for (const DatedValue& value : places.values) {
+        offer.cells.push_back(
+            {static_cast<int>(value.row), static_cast<int>(value.column), to_qt(value.text)});
+    }
+    return offer;
+}
+
 bool DailyModel::put(int row, int column, const QString& text) {
     const std::string typed = from_qt(text);
-    // An empty cell is a missing value; leaving such a cell by hand makes it zero.
+    // An empty text that was pasted is a missing value; a cell that is emptied by hand gets a zero.
     auto number = trimmed(typed).empty() ? std::optional<double>{k_missing} : exact_number(typed);
     if (!number) return false;
     try {

@@ -15,7 +15,9 @@ class DailyModel : public GridModel {
     Q_OBJECT
 
 public:
-    DailyModel(bool read_only, QObject* parent) : GridModel(parent), read_only_(read_only) {}
+    /// @param units_code of the basin
+    DailyModel(bool read_only, int units_code, QObject* parent)
+        : GridModel(parent), read_only_(read_only), units_code_(units_code) {}
 
     /// Shows the days of an editor, or nothing for null.
     void show(DailyEditor* editor);
@@ -31,9 +33,16 @@ public:
     [[nodiscard]] bool locked(int row, int column) const override;
     [[nodiscard]] QColor text_colour(int row, int column) const override;
     [[nodiscard]] QString widest_text(int column) const override;
+    [[nodiscard]] QString unit(int column) const override;
+    [[nodiscard]] QString place(int row, int column) const override;
+    /// A block of dates under a heading goes where its dates are.
+    [[nodiscard]] std::optional<OfferedPaste> offered_paste(const CellBlock& copied,
+                                                            int active_column) const override;
 
 protected:
     [[nodiscard]] bool put(int row, int column, const QString& text) override;
+    [[nodiscard]] QString entry_refusal(int row, int column, const QString& text) const override;
+    [[nodiscard]] QString locked_reason(int row, int column) const override;
 
 private:
     [[nodiscard]] const DailyColumn& column_of(int column) const;
@@ -41,6 +50,7 @@ private:
 
     DailyEditor* editor_ = nullptr;
     bool read_only_;
+    int units_code_;
     std::vector<std::string> patterns_;
     std::string fault_;
 };

@@ -5,6 +5,7 @@
 #include "engine/results_summary.h"
 #include "prep/windows/daily_model.h"
 #include "widgets/controls.h"
+#include "widgets/grid_status.h"
 #include "widgets/grid_view.h"
 #include "widgets/qt_text.h"
 
@@ -18,6 +19,7 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QSpinBox>
+#include <QStatusBar>
 #include <QVBoxLayout>
 
 namespace nivora {
@@ -60,8 +62,8 @@ frmData::frmData(const WindowContext& context, QWidget* parent)
       grid_(nullptr) {
     PrepState& prep = session().prep;
     if (climate_run_goes_on(session().run.ClimateStep)) prep.Edit_Locked = true;
-    days_ = new DailyModel(prep.Edit_Locked, this);
-    grid_ = new GridView(days_, this);
+    days_ = new DailyModel(prep.Edit_Locked, session().basin.Units_Code, this);
+    grid_ = new GridView(days_, session().dialogs, this);
     grid_->setObjectName(QStringLiteral("Spread"));
     grid_->setAccessibleName(QStringLiteral("Daily values"));
     set_help(grid_, 17);
@@ -96,10 +98,8 @@ frmData::frmData(const WindowContext& context, QWidget* parent)
     connect(row.buttons[3], &QPushButton::clicked, this, &frmData::help);
     connect(zone_, &QSpinBox::valueChanged, this, &frmData::show_zone);
     connect(days_, &GridModel::refused, this, [this] { tell_fault(); });
-    connect(grid_, &GridView::pasted, this, [this](const PasteOutcome& outcome) {
-        if (tell_fault()) return;
-        if (const auto problem = paste_problem(outcome)) session().dialogs.message(*problem);
-    });
+    connect(grid_, &GridView::pasted, this, [this] { tell_fault(); });
+    (new GridStatus(statusBar()))->watch(grid_);
     resize(980, 680);
 }
 
@@ -176,12 +176,10 @@ bool frmData::open() {
     return true;
 }
 
-/// Says why the store refused what was typed or pasted; false where it did not.
-bool frmData::tell_fault() {
+/// Says why the store refused what was typed or pasted, where it did.
+void frmData::tell_fault() {
     const std::string fault = days_->take_fault();
-    if (fault.empty()) return false;
-    session().dialogs.stop(fault);
-    return true;
+    if (!fault.empty()) session().dialogs.stop(fault);
 }
 
 void frmData::fit_columns() {

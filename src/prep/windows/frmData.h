@@ -35,7 +35,7 @@ private:
     void show_zone(int zone);
     [[nodiscard]] bool read_zone(int zone);
     void fit_columns();
-    bool tell_fault();
+    void tell_fault();
     void mass_edit(MassEdit edit);
     void done();
     void cancel();

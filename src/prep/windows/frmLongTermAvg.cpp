@@ -2,6 +2,7 @@
 
 #include "prep/windows/month_model.h"
 #include "widgets/controls.h"
+#include "widgets/grid_status.h"
 #include "widgets/grid_view.h"
 
 #include <QAction>
@@ -13,6 +14,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QStatusBar>
 #include <QVBoxLayout>
 
 namespace nivora {
@@ -24,8 +26,8 @@ constexpr int k_help_topic = 6;
 
 frmLongTermAvg::frmLongTermAvg(const WindowContext& context, QWidget* parent)
     : NivoraWindow(context, "frmLongTermAvg", WindowNumber::frmLongTermAvg, parent),
-      months_(new MonthModel(this)),
-      grid_(new GridView(months_, this)),
+      months_(new MonthModel(session().basin.Units_Code, this)),
+      grid_(new GridView(months_, session().dialogs, this)),
       zone_frame_(new QGroupBox(this)) {
     setWindowTitle(QStringLiteral("Long-term Monthly Averages"));
     grid_->setObjectName(QStringLiteral("vaSpread1"));
@@ -55,10 +57,8 @@ frmLongTermAvg::frmLongTermAvg(const WindowContext& context, QWidget* parent)
     close_on_escape();
     connect(zone_, &QSpinBox::valueChanged, this, &frmLongTermAvg::Show_Zone_Months);
     connect(months_, &GridModel::refused, this, [this] { tell_fault(); });
-    connect(grid_, &GridView::pasted, this, [this](const PasteOutcome& outcome) {
-        if (tell_fault()) return;
-        if (const auto problem = paste_problem(outcome)) session().dialogs.message(*problem);
-    });
+    connect(grid_, &GridView::pasted, this, [this] { tell_fault(); });
+    (new GridStatus(statusBar()))->watch(grid_);
     connect(row.buttons[0], &QPushButton::clicked, this, &frmLongTermAvg::accept);
     connect(row.buttons[1], &QPushButton::clicked, this, [this] {
         done_ = true;
@@ -106,12 +106,10 @@ void frmLongTermAvg::Show_Zone_Months(int zone) {
     if (at.isValid()) grid_->setCurrentIndex(months_->index(at.row(), at.column()));
 }
 
-/// Says why the store refused what was typed or pasted; false where it did not.
-bool frmLongTermAvg::tell_fault() {
+/// Says why the store refused what was typed or pasted, where it did.
+void frmLongTermAvg::tell_fault() {
     const std::string fault = months_->take_fault();
-    if (fault.empty()) return false;
-    session().dialogs.stop(fault);
-    return true;
+    if (!fault.empty()) session().dialogs.stop(fault);
 }
 
 void frmLongTermAvg::recalculate() {

@@ -32,7 +32,7 @@ private:
     void make_menus();
     void Show_Zone_Months(int zone);
     void recalculate();
-    bool tell_fault();
+    void tell_fault();
     void accept();
     [[nodiscard]] bool may_discard();
 

@@ -1,8 +1,10 @@
 #include "prep/windows/month_model.h"
 
+#include "base/entry_refusal.h"
 #include "base/number_text.h"
 #include "base/single.h"
 #include "base/text.h"
+#include "prep/daily_units.h"
 #include "widgets/qt_text.h"
 
 #include <array>
@@ -17,6 +19,9 @@ constexpr std::array<const char*, 12> k_month_names{"January",   "February", "Ma
                                                     "September", "October",  "November", "December"};
 constexpr std::array<const char*, 5> k_headers{"Month", "Maximum Temperature", "Minimum Temperature",
                                                "Average Temperature", "Precipitation"};
+
+/// The daily variables of which the columns hold the averages.
+constexpr std::array<const char*, 5> k_fields{"", "Tmax", "Tmin", "Tavg", "Precip"};
 
 }  // namespace
 
@@ -57,6 +62,19 @@ QString MonthModel::header(int column) const {
 
 bool MonthModel::locked(int /*row*/, int column) const { return column == 0; }
 
+QString MonthModel::unit(int column) const {
+    const std::string unit = daily_unit(k_fields.at(static_cast<std::size_t>(column)), units_code_);
+    return column == static_cast<int>(k_fields.size()) - 1 ? to_qt(unit + " a day") : to_qt(unit);
+}
+
+QString MonthModel::place(int row, int column) const {
+    return QStringLiteral("%1, %2, zone %3").arg(header(column), text(row, 0)).arg(zone_);
+}
+
+QString MonthModel::entry_refusal(int /*row*/, int /*column*/, const QString& text) const {
+    return to_qt(single_refusal(from_qt(text)));
+}
+
 bool MonthModel::put(int row, int column, const QString& text) {
     const std::string typed = from_qt(text);
     float taken = k_missing;
@@ -66,6 +84,8 @@ bool MonthModel::put(int row, int column, const QString& text) {
         taken = static_cast<float>(*number);
         if (!std::isfinite(taken)) return false;
     }
+    const float held = value(row, column);
+    if (taken == held || (std::isnan(taken) && std::isnan(held))) return true;
     try {
         averages_->set_value(zone_, row + 1, static_cast<std::size_t>(column - 1), taken);
     } catch (const StoreError& error) {

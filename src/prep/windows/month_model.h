@@ -14,7 +14,8 @@ class MonthModel : public GridModel {
     Q_OBJECT
 
 public:
-    using GridModel::GridModel;
+    /// @param units_code of the basin
+    MonthModel(int units_code, QObject* parent) : GridModel(parent), units_code_(units_code) {}
 
     /// Shows a zone of these averages, or nothing for null.
     void show_zone(MonthlyAverages* averages, int zone);
@@ -31,14 +32,18 @@ public:
     [[nodiscard]] bool locked(int row, int column) const override;
     /// A month without a value is missing, and stays so where the cursor only passes it.
     [[nodiscard]] QString cleared_text(int /*row*/, int /*column*/) const override { return {}; }
+    [[nodiscard]] QString unit(int column) const override;
+    [[nodiscard]] QString place(int row, int column) const override;
 
 protected:
     [[nodiscard]] bool put(int row, int column, const QString& text) override;
+    [[nodiscard]] QString entry_refusal(int row, int column, const QString& text) const override;
 
 private:
     [[nodiscard]] float value(int row, int column) const;
 
     MonthlyAverages* averages_ = nullptr;
+    int units_code_;
     int zone_ = 1;
     bool edited_ = false;
     std::string fault_;

@@ -1,0 +1,27 @@
+// Why a text that was typed or pasted can't be taken, in words for the user.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace nivora {
+
+// Each gives a clause without its full stop, such as "the calendar has no such day"; an empty one where the
+// text can be taken, and for a blank text.
+
+[[nodiscard]] std::string number_refusal(std::string_view text);
+/// A number that a 32-bit Single can hold.
+[[nodiscard]] std::string single_refusal(std::string_view text);
+/// A whole number that a 16-bit Integer can hold.
+[[nodiscard]] std::string integer_refusal(std::string_view text);
+[[nodiscard]] std::string date_refusal(std::string_view text);
+/// An item of a list, without regard to case.
+[[nodiscard]] std::string item_refusal(std::string_view text, std::span<const std::string> items);
+
+/// What is said of a number outside its limits.
+[[nodiscard]] std::string limits_refusal(double low, double high);
+
+inline constexpr const char* k_number_too_large = "the number is too large";
+
+}  // namespace nivora

@@ -1,0 +1,124 @@
+#include "prep/dated_block.h"
+
+#include "base/text.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+namespace nivora {
+namespace {
+
+bool is_empty_line(const std::vector<std::string>& cells) {
+    return std::all_of(cells.begin(), cells.end(), [](const auto& cell) { return trimmed(cell).empty(); });
+}
+
+/// "Precip (cm)" as "Precip".
+std::string_view without_unit(std::string_view heading) {
+    return trimmed(heading.substr(0, heading.find_first_of("([")));
+}
+
+/// The column that a heading names; the dates themselves are none.
+std::optional<std::size_t> column_of(std::string_view heading, const std::vector<DailyColumn>& columns) {
+    const std::string_view name = without_unit(heading);
+    for (std::size_t column = 1; column < columns.size(); ++column) {
+        if (same_name(name, columns[column].header) || same_name(name, columns[column].field)) return column;
+    }
+    return std::nullopt;
+}
+
+/// The column of the table for each column of the block; nothing for one that has none.
+using ColumnMap = std::vector<std::optional<std::size_t>>;
+
+ColumnMap map_columns(const DatedBlock& block, const std::vector<DailyColumn>& columns,
+                      std::size_t active_column) {
+    std::size_t widest = block.headings.size();
+    for (const auto& line : block.values) widest = std::max(widest, line.size());
+    ColumnMap map(widest);
+    for (std::size_t i = 0; i < block.headings.size(); ++i) map[i] = column_of(block.headings[i], columns);
+    const bool named =
+        std::any_of(map.begin(), map.end(), [](const auto& column) { return column.has_value(); });
+    if (named) return map;
+    const std::size_t first = std::max<std::size_t>(1, active_column);
+    for (std::size_t i = 0; i < widest && first + i < columns.size(); ++i) map[i] = first + i;
+    return map;
+}
+
+std::string joined(const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names) text += (text.empty() ? "" : ", ") + name;
+    return text;
+}
+
+std::string counted(std::size_t count, const std::string& what) {
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+}  // namespace
+
+std::optional<DatedBlock> read_dated_block(const CellBlock& block) {
+    DatedBlock read;
+    bool heading = true;
+    for (const auto& line : block) {
+        if (is_empty_line(line)) continue;
+        const auto date = read_date(line.front());
+        if (date.has_value() == heading || line.size() < 2) return std::nullopt;
+        if (heading) {
+            read.headings.assign(line.begin() + 1, line.end());
+            heading = false;
+            continue;
+        }
+        read.dates.push_back(*date);
+        read.values.emplace_back(line.begin() + 1, line.end());
+    }
+    if (read.dates.empty()) return std::nullopt;
+    return read;
+}
+
+DatedPlaces place_by_date(const DatedBlock& block, const DailyEditor& table, std::size_t active_column) {
+    std::unordered_map<DayCount, std::size_t> row_of;
+    for (std::size_t row = 0; row < table.rows(); ++row) row_of.emplace(table.date(row), row);
+    const auto& columns = table.columns();
+    const ColumnMap map = map_columns(block, columns, active_column);
+    DatedPlaces places;
+    for (std::size_t i = 0; i < map.size(); ++i) {
+        if (map[i]) {
+            places.headers.push_back(columns[*map[i]].header);
+        } else {
+            places.unknown.push_back(i < block.headings.size() ? block.headings[i] : std::string{});
+        }
+    }
+    for (std::size_t line = 0; line < block.dates.size(); ++line) {
+        const auto found = row_of.find(block.dates[line]);
+        if (found == row_of.end()) {
+            ++places.other_days;
+            continue;
+        }
+        const DayCount day = block.dates[line];
+        places.first = places.days == 0 ? day : std::min(places.first, day);
+        places.last = places.days == 0 ? day : std::max(places.last, day);
+        ++places.days;
+        for (std::size_t i = 0; i < block.values[line].size(); ++i) {
+            if (map[i]) places.values.push_back({found->second, *map[i], block.values[line][i]});
+        }
+    }
+    return places;
+}
+
+Message dated_paste_question(const DatedPlaces& places) {
+    std::string text = "The clipboard holds dates with values of " + joined(places.headers) + ": " +
+                       counted(places.days, "day") + " of this table, " + long_date_text(places.first) +
+                       " to " + long_date_text(places.last) + ".";
+    if (places.other_days > 0)
+        text += "\n" + counted(places.other_days, "date") + " of the clipboard " +
+                (places.other_days == 1 ? "is" : "are") + " not in this table.";
+    if (!places.unknown.empty())
+        text += "\nThese headings name no column of this table: " + joined(places.unknown) + ".";
+    text += "\nPut the values where their dates are? No pastes them cell by cell from the active cell.";
+    return {.text = text,
+            .title = "Paste by date",
+            .icon = Icon::Question,
+            .buttons = Buttons::YesNoCancel,
+            .default_answer = Answer::Yes};
+}
+
+}  // namespace nivora

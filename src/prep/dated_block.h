@@ -1,0 +1,50 @@
+// Copied cells that say by their dates and headings where they belong in a daily table.
+#pragma once
+
+#include "base/calendar.h"
+#include "base/clipboard_text.h"
+#include "prep/daily_editor.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace nivora {
+
+/// A block of which the first line is a heading and every other line begins with a date.
+struct DatedBlock {
+    std::vector<std::string> headings;  ///< of the columns beside the dates
+    std::vector<DayCount> dates;
+    std::vector<std::vector<std::string>> values;  ///< by line, without its date
+};
+
+/// @return nothing where the block has another form. Lines without any text do not count.
+[[nodiscard]] std::optional<DatedBlock> read_dated_block(const CellBlock& block);
+
+/// A value of such a block and its cell in the daily table, rows and columns from 0.
+struct DatedValue {
+    std::size_t row = 0;
+    std::size_t column = 0;
+    std::string text;
+};
+
+/// Where the values of a dated block go.
+struct DatedPlaces {
+    std::vector<DatedValue> values;
+    std::vector<std::string> headers;  ///< of the columns that get values
+    std::vector<std::string> unknown;  ///< headings that name no column of the table
+    std::size_t days = 0;              ///< dates that are days of the table
+    std::size_t other_days = 0;        ///< dates that are not
+    DayCount first = 0;                ///< the earliest and the latest of its days
+    DayCount last = 0;
+};
+
+/// Matches lines to days and headings to columns, by the header or the field's name, a unit in brackets
+/// aside. Where no heading names a column, the columns go side by side from the active one on.
+[[nodiscard]] DatedPlaces place_by_date(const DatedBlock& block, const DailyEditor& table,
+                                        std::size_t active_column);
+
+/// The offer to paste by date: Yes does so, No pastes cell by cell, Cancel nothing.
+[[nodiscard]] Message dated_paste_question(const DatedPlaces& places);
+
+}  // namespace nivora

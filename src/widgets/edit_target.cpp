@@ -1,0 +1,58 @@
+#include "widgets/edit_target.h"
+
+#include "widgets/grid_view.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+
+namespace nivora {
+namespace {
+
+template <typename Widget>
+Widget* around(QWidget* widget) {
+    for (QWidget* at = widget; at != nullptr; at = at->parentWidget()) {
+        if (auto* found = qobject_cast<Widget*>(at)) return found;
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+EditTarget::EditTarget(QWidget* window) : QObject(window), window_(window) {
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { focus_moved(now); });
+}
+
+// The focus that moves while the window goes is of no interest any more.
+EditTarget::~EditTarget() { disconnect(qApp, nullptr, this, nullptr); }
+
+void EditTarget::focus_moved(QWidget* now) {
+    if (now == nullptr || now->window() != window_) return;
+    if (qobject_cast<QMenuBar*>(now) != nullptr || qobject_cast<QMenu*>(now) != nullptr) return;
+    grid_ = around<GridView>(now);
+    box_ = now;
+}
+
+void EditTarget::act(Act what) {
+    // The editor of a cell is gone once the menu bar has taken the focus; its grid is meant then.
+    const bool in_box = box_ != nullptr && box_->isVisible() && box_->isEnabled();
+    if (auto* line = in_box ? qobject_cast<QLineEdit*>(box_) : nullptr) {
+        if (what == Act::Cut) return line->cut();
+        return what == Act::Copy ? line->copy() : line->paste();
+    }
+    if (auto* text = in_box ? qobject_cast<QPlainTextEdit*>(box_) : nullptr) {
+        if (what == Act::Cut) return text->cut();
+        return what == Act::Copy ? text->copy() : text->paste();
+    }
+    if (grid_ == nullptr || !grid_->isEnabled()) return QApplication::beep();
+    if (what == Act::Cut) return grid_->cut();
+    return what == Act::Copy ? grid_->copy() : grid_->paste();
+}
+
+void EditTarget::cut() { act(Act::Cut); }
+void EditTarget::copy() { act(Act::Copy); }
+void EditTarget::paste() { act(Act::Paste); }
+
+}  // namespace nivora

@@ -1,0 +1,34 @@
+// What Cut, Copy and Paste of a window's Edit menu work on: the box or grid that has the focus.
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+namespace nivora {
+
+class GridView;
+
+/// Follows the focus within one window. An open menu, another window and a message leave the target as it is.
+class EditTarget : public QObject {
+    Q_OBJECT
+
+public:
+    explicit EditTarget(QWidget* window);
+    ~EditTarget() override;
+
+    // Each beeps where no box and no grid has the focus.
+    void cut();
+    void copy();
+    void paste();
+
+private:
+    enum class Act { Cut, Copy, Paste };
+    void focus_moved(QWidget* now);
+    void act(Act what);
+
+    QWidget* window_;
+    QPointer<QWidget> box_;    ///< a line or a text, also that of a cell
+    QPointer<GridView> grid_;  ///< the grid around the focus
+};
+
+}  // namespace nivora

@@ -1,0 +1,40 @@
+// What a paste puts where, and what it has to leave out.
+#pragma once
+
+#include "widgets/grid_model.h"
+
+#include <optional>
+#include <vector>
+
+namespace nivora {
+
+/// A block of cells, both ends in it, from 0.
+struct CellRange {
+    int first_row = 0;
+    int first_column = 0;
+    int last_row = -1;
+    int last_column = -1;
+
+    [[nodiscard]] int rows() const { return last_row - first_row + 1; }
+    [[nodiscard]] int columns() const { return last_column - first_column + 1; }
+};
+
+/// The cells of a paste, sorted out before any of them is changed.
+struct PastePlan {
+    std::vector<PlacedText> cells;  ///< that can be taken
+    int refused = 0;                ///< that can't
+    PlacedText first_refused;       ///< the first of these
+    int cut_off = 0;                ///< rows and columns of the block for which the grid has no room
+};
+
+/// Sorts the texts by whether their cells can take them.
+[[nodiscard]] PastePlan checked_paste(const GridModel& cells, std::vector<PlacedText> texts);
+
+/// A block that is pasted from the first cell of the target on, repeated where the target is taller.
+[[nodiscard]] PastePlan plan_paste(const GridModel& cells, const CellBlock& copied, const CellRange& target);
+
+/// What the user is asked before a paste that can't be taken as a whole: how many cells are left out, where
+/// the first is and why. Yes takes the others; where there are none the message has no Yes.
+[[nodiscard]] std::optional<Message> paste_question(const GridModel& cells, const PastePlan& plan);
+
+}  // namespace nivora
