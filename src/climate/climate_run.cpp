@@ -142,6 +142,7 @@ void mark_started(ClimateContext context) {
 void mark_without_results(ClimateContext context) {
     context.run.basin.Output_Valid = false;
     context.run.run.LastRunSimulation.clear();
+    context.run.run.results_enabled = false;
 }
 
 StepOutcome outcome_of(bool done) { return done ? StepOutcome::Done : StepOutcome::Suspended; }

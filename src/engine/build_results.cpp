@@ -6,7 +6,6 @@
 #include <SQLiteCpp/Statement.h>
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <cmath>
 
 namespace nivora {
@@ -14,7 +13,6 @@ namespace {
 
 constexpr float k_no_prior_runoff = -99.0F;
 constexpr double k_runoff_tolerance = 0.2;
-constexpr std::size_t k_first_rows = 4096;
 
 /// The zones of the record, found one by one along the key of the table, so that what a query costs follows
 /// the days that it asks for and not the length of the record.
@@ -26,10 +24,8 @@ constexpr const char* k_zones_of_record =
 struct SourceRow {
     DayCount date = 0;
     std::int16_t zone = 0;
-    float runoff = 0.0F, tmax = 0.0F, tmin = 0.0F, tavg = 0.0F, precip = 0.0F, sca = 0.0F,
-          net_radiation = 0.0F;
-    float lapse_rate = 0.0F, tcrit = 0.0F, an = 0.0F, lag = 0.0F, cs = 0.0F, cr = 0.0F, rca = 0.0F;
-    double x = 0.0, y = 0.0;
+    float runoff, tmax, tmin, tavg, precip, sca, net_radiation, lapse_rate, tcrit, an, lag, cs, cr, rca;
+    double x, y;
 
     template <typename Self, typename Visitor>
     static void visit(Self& row, Visitor&& field) {
@@ -63,48 +59,11 @@ float prior_runoff(BasinDatabase& database, DayCount day) {
     });
 }
 
-void fill_row(SimResults& t, std::size_t row, const SourceRow& source, bool no_snow) {
-    t.Zone[row] = source.zone;
-    t.Date[row] = source.date;
-    t.ActualQ[row] = source.runoff;
-    t.TMax[row] = t.TMaxCC[row] = source.tmax;
-    t.Tmin[row] = t.TminCC[row] = source.tmin;
-    t.TAvg[row] = t.TAvgCC[row] = source.tavg;
-    t.Precip[row] = t.PrecipCC[row] = source.precip;
-    t.SCA[row] = no_snow ? 0.0F : source.sca;
-    t.SCACC[row] = source.sca;  // the observed cover in every case
-    t.LR[row] = t.LRCC[row] = source.lapse_rate;
-    t.Tcrit[row] = t.TcritCC[row] = source.tcrit;
-    t.AN[row] = t.ANCC[row] = source.an;
-    t.CS[row] = t.CSCC[row] = source.cs;
-    t.CR[row] = t.CRCC[row] = source.cr;
-    t.LagTime[row] = t.LagTimeCC[row] = source.lag;
-    t.RCA[row] = t.RCACC[row] = source.rca;
-    t.NetRad[row] = t.NetRadCC[row] = source.net_radiation;
-    t.Xcoeff[row] = t.XcoeffCC[row] = source.x;
-    t.YCoeff[row] = t.YCoeffCC[row] = source.y;
-    t.SCAclim[row] = t.SCAclimWA[row] = t.SCAclimWAMA[row] = 0.0F;
-    t.MDCincl[row] = t.MDCexcl[row] = t.MDCexclWA[row] = t.MDCexclWAnew[row] = t.MeltOffset[row] = 0.0F;
-    t.DailyQPresent[row] = 0.0;
-}
-
-/// The room for rows that a table gets once it is full: twice as much, but no more than a period without gaps
-/// fills.
-std::size_t next_room(std::size_t rows, const BasinState& basin, DayCount start, DayCount end) {
-    const std::size_t twice = std::max(2 * rows, k_first_rows);
-    if (end < start) return twice;
-    const std::size_t whole =
-        static_cast<std::size_t>(std::max(basin.ZoneCount, 1)) * static_cast<std::size_t>(end - start + 1);
-    return whole > rows ? std::min(twice, whole) : twice;
-}
-
 /// The rows of the period, all days of zone 1 first. The joins stay in the order in which they are written,
 /// and the plus signs keep the planner from walking the whole period again for each of its days.
-/// They go into the table one by one, so that a long period is not in memory twice.
-SimResults source_rows(BasinDatabase& database, const BasinState& basin, DayCount start, DayCount end,
-                       bool no_snow) {
+std::vector<SourceRow> source_rows(BasinDatabase& database, const std::string& simulation, DayCount start,
+                                   DayCount end) {
     return guarded([&] {
-        const std::string& simulation = basin.Current_Sim_Name;
         const std::string parameters = quoted_name(database.stored_name(simulation).value_or(simulation));
         SQLite::Statement query{
             database.sql(),
@@ -118,25 +77,15 @@ SimResults source_rows(BasinDatabase& database, const BasinState& basin, DayCoun
                         k_zones_of_record, parameters)};
         query.bind(1, start);
         query.bind(2, end);
-        SimResults results;
-        std::size_t count = 0;
-        SourceRow row;
-        while (query.executeStep()) {
-            int position = 0;
-            SourceRow::visit(row, [&](auto& member) { read_value(query, position++, member); });
-            if (count == results.size()) results.resize(next_room(count, basin, start, end));
-            fill_row(results, count++, row, no_snow);
-        }
-        results.resize(count);
-        return results;
+        return read_rows<SourceRow>(query);
     });
 }
 
 /// The rows, or none after a message where the store refuses.
-SimResults source_rows_or_message(BasinDatabase& database, const BasinState& basin, DayCount start,
-                                  DayCount end, bool no_snow, Dialogs& dialogs) {
+std::vector<SourceRow> source_rows_or_message(BasinDatabase& database, const BasinState& basin,
+                                              DayCount start, DayCount end, Dialogs& dialogs) {
     try {
-        return source_rows(database, basin, start, end, no_snow);
+        return source_rows(database, basin.Current_Sim_Name, start, end);
     } catch (const StoreError& error) {
         dialogs.message({.text = std::string{"Can't open PhysicalData table. "} + error.what()});
         return {};
@@ -166,6 +115,31 @@ bool accepts_initial_runoff(const RunState& run, float prior, float first_runoff
             single_text(run.InitialRunoff), single_text(prior));
     }
     return dialogs.message(question) == Answer::Ok;
+}
+
+void fill_row(SimResults& t, std::size_t row, const SourceRow& source, bool no_snow) {
+    t.Zone[row] = source.zone;
+    t.Date[row] = source.date;
+    t.ActualQ[row] = source.runoff;
+    t.TMax[row] = t.TMaxCC[row] = source.tmax;
+    t.Tmin[row] = t.TminCC[row] = source.tmin;
+    t.TAvg[row] = t.TAvgCC[row] = source.tavg;
+    t.Precip[row] = t.PrecipCC[row] = source.precip;
+    t.SCA[row] = no_snow ? 0.0F : source.sca;
+    t.SCACC[row] = source.sca;  // the observed cover in every case
+    t.LR[row] = t.LRCC[row] = source.lapse_rate;
+    t.Tcrit[row] = t.TcritCC[row] = source.tcrit;
+    t.AN[row] = t.ANCC[row] = source.an;
+    t.CS[row] = t.CSCC[row] = source.cs;
+    t.CR[row] = t.CRCC[row] = source.cr;
+    t.LagTime[row] = t.LagTimeCC[row] = source.lag;
+    t.RCA[row] = t.RCACC[row] = source.rca;
+    t.NetRad[row] = t.NetRadCC[row] = source.net_radiation;
+    t.Xcoeff[row] = t.XcoeffCC[row] = source.x;
+    t.YCoeff[row] = t.YCoeffCC[row] = source.y;
+    t.SCAclim[row] = t.SCAclimWA[row] = t.SCAclimWAMA[row] = 0.0F;
+    t.MDCincl[row] = t.MDCexcl[row] = t.MDCexclWA[row] = t.MDCexclWAnew[row] = t.MeltOffset[row] = 0.0F;
+    t.DailyQPresent[row] = 0.0;
 }
 
 /// Replaces the table in the file; nothing after a message where the store refuses.
@@ -228,13 +202,14 @@ BuiltResults Build_SimResults(BasinDatabase& database, const BasinState& basin, 
     run.MonthDays[2] = february_days(start, end);
 
     float prior = k_no_prior_runoff;
+    std::vector<SourceRow> source;
     try {
         prior = prior_runoff(database, start - 1);
     } catch (const StoreError&) {
         prior = k_no_prior_runoff;  // the query for the run's own data tells what is wrong with the table
     }
-    SimResults source = source_rows_or_message(database, basin, start, end, run.NoSnow, dialogs);
-    if (source.size() == 0) {
+    source = source_rows_or_message(database, basin, start, end, dialogs);
+    if (source.empty()) {
         built.Status = 1;
         dialogs.message(missing_data_message(basin));
         return built;
@@ -245,13 +220,15 @@ BuiltResults Build_SimResults(BasinDatabase& database, const BasinState& basin, 
         built.results = remaining_results(database);
         return built;
     }
-    if (!accepts_initial_runoff(run, prior, source.ActualQ.front(), dialogs)) {
+    if (!accepts_initial_runoff(run, prior, source.front().runoff, dialogs)) {
         built.Status = 1;
         return built;
     }
-    built.results = std::move(source);
+    built.results.resize(source.size());
+    for (std::size_t row = 0; row < source.size(); ++row)
+        fill_row(built.results, row, source[row], run.NoSnow);
 
-    if (static_cast<double>(built.results.Zone.back()) != leading_number(basin.zones_text)) {
+    if (static_cast<double>(source.back().zone) != leading_number(basin.zones_text)) {
         dialogs.stop("# of zones with variable and parameter values don't match basin definition",
                      "Fatal error");
         return built;

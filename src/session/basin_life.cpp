@@ -22,7 +22,6 @@ bool is_of_another_format(StoreFault fault) {
     switch (fault) {
         case StoreFault::Newer:
         case StoreFault::Busy:
-        case StoreFault::Missing:
         case StoreFault::ReadOnly: return false;
         default: return true;
     }
@@ -158,8 +157,9 @@ void BasinLife::open() {
 }
 
 void BasinLife::open_recent(std::size_t entry) {
-    if (!Save_Prompt()) return;
+    // A first save at the question puts a name on the list, so that the entries behind it move.
     const std::string name = session_.settings.recent_files.at(entry - 1);
+    if (!Save_Prompt()) return;
     const fs::path file = path_from_utf8(name);
     std::error_code unreadable;
     if (!fs::exists(file, unreadable)) {

@@ -56,6 +56,10 @@ QString ZoneModel::unit(int column) const {
                  : QString{};
 }
 
+QVariant ZoneModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    return role == k_unit_role ? QVariant{} : GridModel::headerData(section, orientation, role);
+}
+
 QString ZoneModel::place(int row, int column) const {
     return QStringLiteral("%1, zone %2").arg(header(column).trimmed()).arg(row + 1);
 }

@@ -20,6 +20,8 @@ public:
     [[nodiscard]] QString header(int column) const override;
     [[nodiscard]] QString unit(int column) const override;
     [[nodiscard]] QString place(int row, int column) const override;
+    /// Without a unit for QuickHelp, whose lines of these columns tell all of it.
+    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
     /// Names the units in the headers: those that are chosen, also before they are fixed.
     void show_units(int units_code);

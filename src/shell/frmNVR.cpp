@@ -71,7 +71,11 @@ frmNVR::frmNVR(const WindowContext& context)
     explain_status_bar(42);
     connect_boxes();
     connect(menu_, &MainMenu::chosen, this, &frmNVR::do_command);
-    connect(menu_, &MainMenu::recent_chosen, this, [this](std::size_t entry) { life_.open_recent(entry); });
+    connect(menu_, &MainMenu::recent_chosen, this, [this](std::size_t entry) {
+        if (refuses_typed_box()) return;
+        confirmed_zones_.clear();
+        life_.open_recent(entry);
+    });
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
         if (now == nullptr || now == menuBar()) return;
         menu_->name_row_items(simulation_grid_->isAncestorOf(now) || now == simulation_grid_);

@@ -17,7 +17,6 @@
 #include "shell/frmNVRHelp.h"
 #include "shell/frmSplash.h"
 #include "widgets/busy_pointer.h"
-#include "widgets/caller.h"
 #include "widgets/edit_target.h"
 #include "widgets/grid_view.h"
 #include "widgets/page_dialogs.h"
@@ -29,7 +28,6 @@
 #include <QLineEdit>
 #include <QProcess>
 #include <QStandardPaths>
-#include <QWindow>
 
 namespace nivora {
 namespace {
@@ -43,12 +41,17 @@ constexpr int k_elevation_column = 2;
 void frmNVR::do_command(Command command) {
     switch (command) {
         case Command::New:
+            if (refuses_typed_box()) return;
             if (life_.new_basin()) {
+                confirmed_zones_.clear();
                 boxes_[0]->setFocus();
                 boxes_[0]->selectAll();
             }
             return;
-        case Command::Open: return life_.open();
+        case Command::Open:
+            if (refuses_typed_box()) return;
+            confirmed_zones_.clear();
+            return life_.open();
         case Command::Save:
             if (!refuses_typed_box()) life_.save();
             return;
@@ -211,12 +214,10 @@ void frmNVR::show_time_lag() { frmTimeLagDist(context(), nullptr).show_modal(); 
 void frmNVR::show_help_topic(int topic) {
     if (!help_) help_ = std::make_unique<frmNVRHelp>(context(), nullptr);
     help_->show_topic(topic);
-    const QWidget* caller = QApplication::activeModalWidget();
-    QWindow* handle = caller != nullptr ? caller->windowHandle() : nullptr;
-    help_->winId();
-    if (help_->windowHandle()->transientParent() != handle) {
+    QWidget* caller = QApplication::activeModalWidget();
+    if (help_->caller() != caller) {
         help_->hide();
-        set_caller(*help_, caller);
+        help_->set_caller(caller);
     }
     help_->show();
     help_->raise();
@@ -374,6 +375,10 @@ void frmNVR::closeEvent(QCloseEvent* event) {
     if (!context().quick_help.is_on()) {
         // An evaluation that is not complete has its own question.
         if (climate_ && climate_->isVisible() && climate_->goes_on() && !climate_->close()) {
+            event->ignore();
+            return;
+        }
+        if (refuses_typed_box()) {
             event->ignore();
             return;
         }

@@ -198,6 +198,20 @@ void check_definition(BasinDatabase& database, std::vector<BasinDamage>& damage)
     }
 }
 
+/// What is declared in another way than it has to be.
+std::vector<BasinDamage> declaration_damage(BasinDatabase& database) {
+    std::vector<BasinDamage> damage;
+    try {
+        check_places(database, damage);
+        check_presence(database, damage);
+        if (damage.empty()) check_fields(database, damage);
+    } catch (const StoreError& error) {
+        if (error.fault() == StoreFault::Busy) throw;
+        damage.push_back({"", error.what()});
+    }
+    return damage;
+}
+
 }  // namespace
 
 std::optional<TableSchema> known_table(BasinDatabase& database, const std::string& name) {
@@ -212,21 +226,13 @@ std::optional<TableSchema> known_table(BasinDatabase& database, const std::strin
 }
 
 std::vector<BasinDamage> schema_damage(BasinDatabase& database) {
-    std::vector<BasinDamage> damage;
-    try {
-        check_places(database, damage);
-        check_presence(database, damage);
-        if (damage.empty()) check_definition(database, damage);
-        if (damage.empty()) check_fields(database, damage);
-    } catch (const StoreError& error) {
-        if (error.fault() == StoreFault::Busy) throw;
-        damage.push_back({"", error.what()});
-    }
+    std::vector<BasinDamage> damage = declaration_damage(database);
+    if (damage.empty()) check_definition(database, damage);
     return damage;
 }
 
 std::vector<BasinDamage> structure_damage(BasinDatabase& database, int most) {
-    std::vector<BasinDamage> damage = schema_damage(database);
+    std::vector<BasinDamage> damage = declaration_damage(database);
     const std::string whole = verdict_or_fault(database, fmt::format("integrity_check({})", most));
     if (whole.empty()) return damage;
     bool placed = false;

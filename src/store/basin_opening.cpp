@@ -162,8 +162,8 @@ void copy_with_journal(const fs::path& file, const fs::path& copy) {
         std::error_code error;
         fs::remove(copy, error);
         fs::remove(journal_of(copy), error);
-        copy_file_checked(real, copy);
-        if (fs::exists(journal, error)) copy_file_checked(journal, journal_of(copy));
+        copy_file_checked(real, copy, copy);
+        if (fs::exists(journal, error)) copy_file_checked(journal, journal_of(copy), copy);
         if (std::tuple_cat(state_of(real), state_of(journal)) == before) return;
     }
     throw StoreError(StoreFault::Busy,

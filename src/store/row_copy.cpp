@@ -171,10 +171,14 @@ std::optional<std::int64_t> RowSalvage::last_row() {
 }
 
 std::optional<std::int64_t> RowSalvage::next_readable(std::int64_t fault) {
-    constexpr std::int64_t k_most_tries =
-        100'000;  // more rows than a page of the tree below the root leads to
+    // More rows than stand below a page that the root leads to, and than a file of this size holds behind a
+    // fault.
+    constexpr std::int64_t k_most_tries = 100'000;
+    constexpr std::int64_t k_rows_a_page = 100;
+    const std::int64_t pages = from_.execAndGet("PRAGMA page_count").getInt64();
+    const std::int64_t tries = std::min(k_most_tries, pages * k_rows_a_page);
     RawStatement query{from_, "SELECT rowid FROM " + name_ + " NOT INDEXED WHERE rowid = ?"};
-    const std::int64_t end = std::min(last_row().value_or(fault + k_most_tries), fault + k_most_tries);
+    const std::int64_t end = std::min(last_row().value_or(fault + tries), fault + tries);
     for (std::int64_t row = fault + 1; row <= end; ++row) {
         sqlite3_reset(query.get());
         sqlite3_bind_int64(query.get(), 1, row);

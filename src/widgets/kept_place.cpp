@@ -15,11 +15,8 @@ ScreenArea area_of(const QScreen& screen) {
     return {area.left(), area.top(), area.width(), area.height()};
 }
 
-/// All screens, that of the window's caller first.
-std::vector<ScreenArea> screens_for(const QWidget& window) {
-    const QWindow* handle = window.windowHandle();
-    const QWindow* caller = handle != nullptr ? handle->transientParent() : nullptr;
-    const QScreen* first = caller != nullptr ? caller->screen() : window.screen();
+/// All screens, beginning with `first`.
+std::vector<ScreenArea> all_screens(const QScreen* first) {
     std::vector<ScreenArea> areas{area_of(*first)};
     for (const QScreen* screen : QGuiApplication::screens()) {
         if (screen != first) areas.push_back(area_of(*screen));
@@ -40,25 +37,31 @@ KeptPlace::KeptPlace(QWidget& window, Settings& settings, std::size_t number)
 
 Placement KeptPlace::place() const {
     return place_window(settings_.places.at(number_), {own_size_->width(), own_size_->height()},
-                        settings_.frame, screens_for(window_));
+                        settings_.frame, all_screens(screen_ ? screen_.data() : window_.screen()));
 }
 
-void KeptPlace::put() {
+void KeptPlace::put(const QScreen& screen) {
+    screen_ = &screen;
     // A window is never smaller than what it holds; its layouts say only now how much that is.
     window_.ensurePolished();
+    const bool shown_before = own_size_.has_value();
     if (!own_size_) own_size_ = window_.size();
     own_size_ = own_size_->expandedTo(window_.minimumSizeHint());
+    const Placement wanted = place();
+    // A window that was hidden comes back by itself to where it was.
+    const bool comes_back = shown_before && kept().left == wanted.left && kept().top == wanted.top &&
+                            kept().width == wanted.width && kept().height == wanted.height;
+    asked_ = wanted;
+    if (!comes_back) move_to(wanted);
     window_.winId();
     window_.windowHandle()->installEventFilter(this);
-    move_to(place());
 }
 
+/// Before the window of the platform is made, the corner counts as that of the frame.
 void KeptPlace::move_to(const Placement& place) {
     asked_ = place;
     window_.resize(place.width, place.height);
     window_.move(place.left, place.top);
-    // Before its frame is known a window would take the corner as that of its content.
-    if (!window_.isVisible()) window_.windowHandle()->setFramePosition({place.left, place.top});
 }
 
 bool KeptPlace::eventFilter(QObject* watched, QEvent* event) {

@@ -4,10 +4,11 @@
 #include "session/settings.h"
 
 #include <QObject>
+#include <QPointer>
+#include <QScreen>
 #include <QSize>
 
 class QWidget;
-class QWindow;
 
 namespace nivora {
 
@@ -21,7 +22,9 @@ public:
     KeptPlace(QWidget& window, Settings& settings, std::size_t number);
 
     /// Puts the window, which does not show yet, on its place. A window that was not kept yet is centred.
-    void put();
+    ///
+    /// @param screen that of a window which was not kept yet
+    void put(const QScreen& screen);
     /// Keeps place and size of a window that is about to go.
     ///
     /// @param passing_height by how much it is taller for a while only
@@ -38,6 +41,7 @@ private:
     QWidget& window_;
     Settings& settings_;
     std::size_t number_;
+    QPointer<const QScreen> screen_;
     std::optional<QSize> own_size_;
     Placement asked_;
 };

@@ -217,7 +217,8 @@ void NivoraWindow::focus_content() {
 
 void NivoraWindow::setVisible(bool visible) {
     if (visible && !isVisible()) {
-        place_->put();
+        place_->put(caller_ ? *caller_->screen() : *screen());
+        nivora::set_caller(*this, caller_);
         if (!std::exchange(opened_, true)) focus_content();
     }
     if (!visible && isVisible()) place_->keep(grown_);
@@ -302,7 +303,7 @@ void NivoraWindow::explain_widget(QWidget* widget) {
 }
 
 void NivoraWindow::explain_line(int line, const QString& unit) {
-    const std::string here = unit.isEmpty() ? std::string{} : "  In this basin: " + from_qt(unit) + ".";
+    const std::string here = unit.isEmpty() ? std::string{} : "  Unit: " + from_qt(unit) + ".";
     show_text(texts_.line(line) + here);
 }
 
@@ -340,7 +341,7 @@ bool NivoraWindow::enters_box(const QEvent* event) {
 
 void NivoraWindow::show_modal() {
     const QPointer<QWidget> before = calling_window();
-    set_caller(*this, before);
+    set_caller(before);
     setWindowModality(Qt::ApplicationModal);
     QEventLoop loop;
     setAttribute(Qt::WA_DeleteOnClose, false);

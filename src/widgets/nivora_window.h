@@ -8,6 +8,7 @@
 #include "widgets/window_numbers.h"
 
 #include <QMainWindow>
+#include <QPointer>
 #include <filesystem>
 #include <vector>
 
@@ -43,6 +44,9 @@ public:
     /// Shows the window before its caller, which is the window that has the keyboard, until it is closed.
     void show_modal();
     void setVisible(bool visible) override;
+    /// The window that this one stays before from its next opening on; null for none.
+    void set_caller(QWidget* caller) { caller_ = caller; }
+    [[nodiscard]] QWidget* caller() const { return caller_; }
 
     /// Gives an element its help line. A widget without one is explained by the next around it that has one.
     static void set_help(QWidget* widget, int line);
@@ -113,6 +117,7 @@ private:
     QLabel* basin_file_;
     QLabel* status_ = nullptr;
     QWidget* frame_;
+    QPointer<QWidget> caller_;
     QWidget* first_focus_ = nullptr;
     QPushButton* default_button_ = nullptr;
     std::vector<QShortcut*> keys_;  ///< which QuickHelp turns off

@@ -375,7 +375,7 @@ TEST_F(BasinSafety, ADamagedBasinIsRefusedOrGivesTheNumbersOfTheSoundOne) {
     const std::string sound = basin.bytes();
     const std::string sound_csv = basin.exported("PhysicalData");
     std::mt19937 random{printed_seed()};
-    for (int i = 0; i < 60; ++i) {
+    for (int i = 0; i < 20; ++i) {
         SCOPED_TRACE(i);
         const std::string bytes = damaged(sound, random);
         const auto fresh = [&] {

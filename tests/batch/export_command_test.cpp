@@ -155,7 +155,7 @@ TEST(Export, AMissingTableIsToldAndWritesNothing) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch_folder.import().status, 0);
     for (const char* table :
-         {"SimResults", "none", "", "sqlite_schema", "PhysicalData.key", "x\"; DROP TABLE alder"}) {
+         {"SimResults", "nosuch", "", "sqlite_schema", "PhysicalData.key", "x\"; DROP TABLE alder"}) {
         SCOPED_TRACE(table);
         const BatchResult result =
             batch({"export", batch_folder.basin(), table, "--csv", batch_folder.path("table.csv")});
@@ -170,8 +170,8 @@ TEST(Export, AMissingTableLeavesAnOlderCsv) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch_folder.import().status, 0);
     batch_folder.folder().write("table.csv", "older");
-    EXPECT_EQ(batch({"export", batch_folder.basin(), "none", "--csv", batch_folder.path("table.csv")}).status,
-              1);
+    EXPECT_EQ(
+        batch({"export", batch_folder.basin(), "nosuch", "--csv", batch_folder.path("table.csv")}).status, 1);
     EXPECT_EQ(file_bytes(batch_folder.path("table.csv")), "older");
 }
 

@@ -325,9 +325,10 @@ TEST(ImportRefusal, ABasinThatAnotherProgramHoldsStaysAsItIs) {
     BasinDatabase other{batch_folder.basin(), Access::ReadWrite};
     other.execute("BEGIN IMMEDIATE");
     const std::string before = batch_folder.bytes();
-    const BatchResult result = batch_folder.import({"--name", "second"});
+    const BatchResult result = batch_folder.import({"--name", "second", "--wait", "0"});
     EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.err, StartsWith("Import failed: The basin file is in use by another program"));
+    EXPECT_THAT(result.err, StartsWith("Import failed: The file '"));
+    EXPECT_THAT(result.err, HasSubstr("is in use by another program"));
     other.execute("ROLLBACK");
     EXPECT_TRUE(batch_folder.bytes() == before);
 }

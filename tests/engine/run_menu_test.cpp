@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <limits>
+
 namespace nivora {
 namespace {
 
@@ -61,10 +63,18 @@ TEST_F(RunMenu, AnEmptyAreaCountsAs0) {
     expect_zone_problem(k_area_text, 3);
 }
 
-TEST_F(RunMenu, AnAreaBelow0PassesAlthoughTheMessageSaysOtherwise) {
-    basin.zones[1].area = -1.0;
-
+TEST_F(RunMenu, AnAreaBelow0OrThatIsNoNumberIsRefusedByTheMenuAndByARun) {
+    for (const double area : {-20.0, -0.0, std::numeric_limits<double>::quiet_NaN()}) {
+        basin.zones[1].area = area;
+        const auto problem = run_menu_problem(basin);
+        ASSERT_TRUE(problem.has_value()) << area;
+        EXPECT_EQ(problem->message.text, "Zone area must be greater than zero!") << area;
+        ASSERT_TRUE(zone_area_problem(basin).has_value()) << area;
+        EXPECT_EQ(zone_area_problem(basin)->zone, 2) << area;
+    }
+    basin.zones[1].area = 0.001;
     EXPECT_FALSE(run_menu_problem(basin).has_value());
+    EXPECT_FALSE(zone_area_problem(basin).has_value());
 }
 
 TEST_F(RunMenu, NeedsElevationsThatIncrease) {

@@ -52,6 +52,12 @@ protected:
         EXPECT_TRUE(basin.Output_Valid);
     }
 
+    void expect_no_results() const {
+        EXPECT_FALSE(run.results_enabled);
+        EXPECT_EQ(run.LastRunSimulation, "");
+        EXPECT_FALSE(basin.Output_Valid);
+    }
+
     void TearDown() override {
         EXPECT_EQ(dialogs.complaints(), std::vector<std::string>{});
         EXPECT_EQ(dialogs.answers_left(), 0U);
@@ -122,7 +128,7 @@ TEST_F(RunRefusals, ARefusedLatitudeLeavesTheTableBuiltAndNotWorkedOn) {
     EXPECT_THAT(stored().TAvg, Each(1.0F));
 }
 
-TEST_F(RunRefusals, ARefusalBeforeTheModelLeavesTheMarksOfTheFormerRun) {
+TEST_F(RunRefusals, ARefusalAfterTheTableWasBuiltTakesTheMarksOfTheFormerRun) {
     SmallBasin content{1, k_first, 2};
     content.header.latitude.reset();
     open(content);
@@ -130,7 +136,7 @@ TEST_F(RunRefusals, ARefusalBeforeTheModelLeavesTheMarksOfTheFormerRun) {
 
     EXPECT_FALSE(simulate().completed);
 
-    expect_former_results();
+    expect_no_results();
 }
 
 TEST_F(RunRefusals, AZeroLatitudeIsNotBlank) {
@@ -170,7 +176,7 @@ TEST_F(RunRefusals, ARefusedInitialRunoffHasEmptiedTheTable) {
     EXPECT_TRUE(outcome.results_rebuilt);
     EXPECT_FALSE(outcome.completed);
     EXPECT_EQ(stored().size(), 0U);
-    expect_former_results();
+    expect_no_results();
 }
 
 TEST_F(RunRefusals, ASimulationWithoutDaysKeepsTheOldTable) {

@@ -131,10 +131,10 @@ TEST_F(DailyMassEditTest, AResultThatNoFieldCanHoldFailsAsAWhole) {
 
 TEST_F(DailyMassEditTest, MissingValuesStayMissing) {
     open_variables();
-    set(2, 3, "4");  // and down to day 3, which is left empty: zero
+    set(2, 3, "4");  // and down to day 3, which is missing and stays so
     select(1, 3, 3, 3);
     edit(0, "2");
-    EXPECT_THAT(column(3), ElementsAre("", "6", "2", ""));
+    EXPECT_THAT(column(3), ElementsAre("", "6", "", ""));
 }
 
 TEST_F(DailyMassEditTest, TheCellThatIsBeingTypedCountsWithItsNewValue) {

@@ -78,7 +78,7 @@ TEST_F(DailyViewsTest, TheParametersShowTenColumns) {
 }
 
 TEST_F(DailyViewsTest, UnitsOfTheBasinStandInTipsTheStatusBarAndQuickHelp) {
-    session_.basin.Units_Code = k_english;
+    session_.basin.basin_units = k_english;
     open_variables();
     const auto tip = [&](int column) {
         return from_qt(grid()->model()->headerData(column - 1, Qt::Horizontal, Qt::ToolTipRole).toString());
@@ -92,7 +92,15 @@ TEST_F(DailyViewsTest, UnitsOfTheBasinStandInTipsTheStatusBarAndQuickHelp) {
     quick_help_.set_on(true);
     QTest::mouseClick(grid()->viewport(), Qt::LeftButton, Qt::NoModifier,
                       grid()->visualRect(grid()->model()->index(1, 6)).center());
-    EXPECT_THAT(from_qt(window_->help_text()), testing::EndsWith("In this basin: inches."));
+    EXPECT_THAT(from_qt(window_->help_text()), testing::EndsWith("Unit: inches."));
+}
+
+TEST_F(DailyViewsTest, ASimulationInOtherUnitsLeavesTheUnitsOfTheBasinsVariables) {
+    session_.basin.basin_units = k_metric;
+    session_.basin.Units_Code = k_english;
+    open_variables();
+    EXPECT_EQ(from_qt(grid()->model()->headerData(6, Qt::Horizontal, Qt::ToolTipRole).toString()),
+              "Precip: cm");
 }
 
 TEST_F(DailyViewsTest, TheNineParametersNameTheirUnits) {

@@ -178,6 +178,8 @@ KillGround::KillGround(std::uintmax_t about_bytes)
     life_->open();
     copy_over(program_ / "new.mdb", user_file_);  // with the monthly table that opening adds to an older file
     copy_over(user_file_, old_);
+    dialogs_.then_file(user_file_);
+    life_->open();  // so that the program knows this content of the file, and a save need not ask
     old_bytes_ = file_bytes(old_);
     {
         BasinDatabase database{program_ / "new.mdb", Access::ReadWrite};

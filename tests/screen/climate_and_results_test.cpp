@@ -188,7 +188,9 @@ TEST_F(ClimateOnScreenTest, StatisticsThatShowSayThatTheyAreOutOfDateWhenAnInput
     EXPECT_EQ(status->text(), QStringLiteral("10/01/1997 to 09/30/1998, 365 days"));
     const QImage before = picture(*status);
     EXPECT_GT(drawn_points(before), 50);
+    window_->raise();
     window_->activateWindow();
+    await_active(*window_);
     auto* name = find<QLineEdit>("Text(0)");
     click(*name);
     type("x");

@@ -54,7 +54,7 @@ TEST_F(SimulationDataOnScreenTest, AnOverwrittenSimulationStandsInItsOneRow) {
         fill_definition(window, "10/01/1997", "10/03/1997");
         press({"alt+a"});
     });
-    click(*find<QPushButton>("Command1(0)"));
+    find<QPushButton>("Command1(0)")->click();
     EXPECT_EQ(modal_windows_seen_, 1);
     EXPECT_THAT(simulations(), testing::ElementsAre("Ellervane-1996", "ellervane-1997-98"));
     EXPECT_EQ(find<QTableView>("DBGrid1")->currentIndex().row(), 0);
@@ -81,7 +81,7 @@ TEST_F(SimulationDataOnScreenTest, AnEditGreysTheFirstValuesAndTakesNoKeysInThem
         EXPECT_EQ(QApplication::focusWidget()->objectName().left(11), QStringLiteral("optTempType"));
         press({"alt+c"});
     });
-    click(*find<QPushButton>("Command1(2)"));
+    find<QPushButton>("Command1(2)")->click();
     EXPECT_EQ(modal_windows_seen_, 1);
     EXPECT_NE(open_box, closed_box);
     EXPECT_FALSE(session_.basin.Basin_Changed);
@@ -96,7 +96,7 @@ TEST_F(SimulationDataOnScreenTest, AParameterTableThatWasEmptiedIsRebuiltByAnEdi
         fill_definition(window, "10/01/1997", "10/03/1997");
         press({"alt+a"});
     });
-    click(*find<QPushButton>("Command1(2)"));
+    find<QPushButton>("Command1(2)")->click();
     EXPECT_EQ(modal_windows_seen_, 1);
     EXPECT_EQ(count("\"ellervane-1996\""), 15);
     EXPECT_TRUE(session_.basin.Basin_Changed);
@@ -152,8 +152,8 @@ TEST_F(SimulationDataOnScreenTest, TheTimeLagBeginsWithTheWholeOnTheDayItself) {
         EXPECT_EQ(part<QLineEdit>(window, "Text1(1)")->text(), QStringLiteral("1.0"));
         click(*part<QLineEdit>(window, "Text1(0)"));
         type("2");
-        press({"Return", "ctrl+a"});
-        type("0.5");
+        press({"Return"});
+        type("0.5");  // over the 1.0, which is selected when the box is entered
         press({"Return"});
         type(".5");
         press({"Return", "space"});

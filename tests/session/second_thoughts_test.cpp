@@ -114,6 +114,17 @@ TEST_F(SecondThoughts, AFirstSaveThroughTheQuestionNamesTheBasinEvenIfNothingEls
     EXPECT_EQ(description_in(file), "later");
 }
 
+TEST_F(SecondThoughts, ARecentFileIsTheOneThatWasChosenThoughAFirstSaveMovesTheList) {
+    const fs::path old = save_new_basin("old.mdb");
+    life_.new_basin();
+    define_basin(1);
+    session_.settings.recent_files = {path_text(old)};
+    dialogs_.then(Answer::Yes).then_file(user_ / "first.mdb");
+    life_.open_recent(1);
+    EXPECT_TRUE(fs::exists(user_ / "first.mdb"));
+    EXPECT_EQ(session_.basin.Basin_File, old);
+}
+
 TEST_F(SecondThoughts, AFirstSaveThatFailsLeavesTheBasinWithoutAName) {
     define_basin(1);
     dialogs_.then(Answer::Yes).then_file(user_ / "no such folder" / "first.mdb");

@@ -196,8 +196,8 @@ TEST_F(BasinStagesTest, YesToTheZonesMakesThemWithTheirMonths) {
     EXPECT_EQ(find<QLabel>("lblZones")->text(), QStringLiteral("16"));
     auto* grid = find<QTableView>("vaSpread1")->model();
     ASSERT_EQ(grid->rowCount(), 16);
-    EXPECT_EQ(grid->index(0, 0).data().toString(), QStringLiteral("1"));
-    EXPECT_EQ(grid->index(15, 0).data().toString(), QStringLiteral("16"));
+    EXPECT_EQ(grid->index(0, 0).data().toString(), QStringLiteral("A"));
+    EXPECT_EQ(grid->index(15, 0).data().toString(), QStringLiteral("P"));
     BasinDatabase database{program_ / "new.mdb", Access::ReadOnly};
     EXPECT_EQ(read_table<Zone>(database, template_table(k_zone_description)).size(), 16U);
     // 16 zones of 12 months
@@ -235,7 +235,7 @@ TEST_F(BasinStagesTest, AnEmptiedCellHoldsZero) {
     EXPECT_EQ(session_.basin.zones[0].aspects[0].share, 0.0);
 }
 
-TEST_F(BasinStagesTest, AnEmptyCellThatIsLeftHoldsZeroToo) {
+TEST_F(BasinStagesTest, AnEmptyCellThatIsOnlyPassedStaysEmpty) {
     choose_units(0, Answer::Yes);
     give_zones("2", Answer::Yes);
     auto* grid = find<QTableView>("vaSpread1");
@@ -243,8 +243,8 @@ TEST_F(BasinStagesTest, AnEmptyCellThatIsLeftHoldsZeroToo) {
     grid->setCurrentIndex(grid->model()->index(0, 2));
     EXPECT_EQ(grid->model()->index(0, 2).data().toString(), QString{});
     grid->setCurrentIndex(grid->model()->index(0, 3));
-    EXPECT_EQ(grid->model()->index(0, 2).data().toString(), QStringLiteral("0"));
-    EXPECT_EQ(session_.basin.zones[0].elevation, 0.0);
+    EXPECT_EQ(grid->model()->index(0, 2).data().toString(), QString{});
+    EXPECT_FALSE(session_.basin.zones[0].elevation.has_value());
 }
 
 TEST_F(BasinStagesTest, DeleteInTheZoneGridZeroesTheSelection) {

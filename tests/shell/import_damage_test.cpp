@@ -138,7 +138,7 @@ TEST_F(ImportDamageTest, AnyLineEndAndAByteOrderMarkAreRead) {
     name("first").import(user_.write("alder.NVR", "\xEF\xBB\xBF" + parts.text()));
     parts.line_end = "\r";
     leave_definition(0);
-    answer(Answer::Yes).name("second").answer(Answer::Yes).import(legacy(parts));
+    name("second").answer(Answer::Yes).import(legacy(parts));
     EXPECT_THAT(simulations(), testing::ElementsAre("first", "second"));
 }
 

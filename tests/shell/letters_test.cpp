@@ -75,8 +75,12 @@ protected:
 
     /// No menu of a window has a letter twice.
     static void expect_clear_menus(const QWidget& window) {
-        for (const auto* menu : window.findChildren<QMenu*>())
+        const auto* bar = window.findChild<QMenuBar*>();
+        for (const auto* menu : window.findChildren<QMenu*>()) {
+            // What the bar itself makes for entries that it has no room for.
+            if (menu->isEmpty() || bar->actions().contains(menu->actions().front())) continue;
             EXPECT_THAT(shared(letters_of(menu->actions())), IsEmpty()) << menu->title().toStdString();
+        }
     }
 };
 

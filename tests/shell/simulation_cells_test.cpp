@@ -332,7 +332,8 @@ TEST_F(SimulationCellsTest, TheEditMenuWorksOnTheBoxOrGridWithTheFocus) {
     choose("mnuEditItem(0)");
     EXPECT_EQ(from_qt(box(4)->text()), " Creek");
     EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("Alder"));
-    EXPECT_EQ(row(1).run_number, 1);
+    EXPECT_EQ(row(1).name, "ellervane-1996");
+    EXPECT_EQ(cell(1, 3), "01/01/1996");
     auto* zones = find<GridView>("vaSpread1");
     zones->setFocus();
     zones->setCurrentIndex(zones->model()->index(1, 0));

@@ -148,6 +148,7 @@ TEST_F(TimeLagRulesTest, TheCountTakes1To6Alone) {
 TEST_F(TimeLagRulesTest, SharesTakeDigitsAndPointsAlone) {
     give_count("6");
     for (int i = 1; i <= 6; ++i) {
+        text(i)->selectAll();
         QTest::keyClicks(text(i), QStringLiteral("-0a.1 2,3456789e"));
         EXPECT_EQ(text(i)->text(), QStringLiteral("0.123456789")) << i;
         QTest::keyClick(text(i), Qt::Key_Backspace);

@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace nivora {
@@ -127,6 +128,8 @@ bool frmTimeLagDist::eventFilter(QObject* watched, QEvent* event) {
         if (box == 0) leave_count();
         if (box > 0) show_total();
     }
+    // Typing replaces what a box holds, such as the share that waits in the first one.
+    if (enters_box(event)) QTimer::singleShot(0, *found, &QLineEdit::selectAll);
     if (event->type() != QEvent::KeyPress) return NivoraWindow::eventFilter(watched, event);
     const auto* key = static_cast<QKeyEvent*>(event);
     if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {

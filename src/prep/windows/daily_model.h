@@ -15,7 +15,7 @@ class DailyModel : public GridModel {
     Q_OBJECT
 
 public:
-    /// @param units_code of the basin
+    /// @param units_code of what the table holds: the basin, or a simulation
     DailyModel(bool read_only, int units_code, QObject* parent)
         : GridModel(parent), read_only_(read_only), units_code_(units_code) {}
 

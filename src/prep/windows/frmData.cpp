@@ -62,7 +62,10 @@ frmData::frmData(const WindowContext& context, QWidget* parent)
       grid_(nullptr) {
     PrepState& prep = session().prep;
     if (climate_run_goes_on(session().run.ClimateStep)) prep.Edit_Locked = true;
-    days_ = new DailyModel(prep.Edit_Locked, session().basin.Units_Code, this);
+    // Daily variables are the basin's; parameters and results are of a simulation.
+    const BasinState& basin = session().basin;
+    const int units = prep.Data_View == DataView::PhysicalData ? basin.basin_units : basin.Units_Code;
+    days_ = new DailyModel(prep.Edit_Locked, units, this);
     grid_ = new GridView(days_, session().dialogs, this);
     grid_->setObjectName(QStringLiteral("Spread"));
     grid_->setAccessibleName(QStringLiteral("Daily values"));

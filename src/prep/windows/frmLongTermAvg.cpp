@@ -26,7 +26,7 @@ constexpr int k_help_topic = 6;
 
 frmLongTermAvg::frmLongTermAvg(const WindowContext& context, QWidget* parent)
     : NivoraWindow(context, "frmLongTermAvg", WindowNumber::frmLongTermAvg, parent),
-      months_(new MonthModel(session().basin.Units_Code, this)),
+      months_(new MonthModel(session().basin.basin_units, this)),
       grid_(new GridView(months_, session().dialogs, this)),
       zone_frame_(new QGroupBox(this)) {
     setWindowTitle(QStringLiteral("Long-term Monthly Averages"));
