@@ -46,12 +46,16 @@ bool run_steps(Session& session, const ClimateCommand& command, BatchDialogs& di
     const std::filesystem::path report =
         command.report.value_or(std::filesystem::path{command.basin}.replace_filename(k_report));
     refuse_basin_as_output(report, command.basin);
-    const OpenBasin basin = open_to_run(command.basin, command.wait);
-    BasinDatabase& database = basin.database();
-    if (!select_in(session, database, command.basin, command.simulation, dialogs)) return false;
-    const auto scenario = stored_scenario(database, command, session, dialogs);
-    if (!scenario) return false;
+    OpenBasin basin = open_to_run(command.basin, command.wait);
+    if (!select_in(session, basin.database(), command.basin, command.simulation, dialogs)) return false;
+    const auto scenario = stored_scenario(basin.database(), command, session, dialogs);
+    if (!scenario || !has_zone_areas(session.basin, dialogs)) return false;
     if (const auto problem = run_menu_problem(session.basin)) dialogs.message(problem->message);
+    if (const auto problem = evaluation_problem(basin.database(), session.basin, *scenario)) {
+        dialogs.message(*problem);
+        return false;
+    }
+    if (!make_ready(basin, session, command.basin, command.simulation, command.wait, dialogs)) return false;
     const ClimateContext context{.run = {session.basin, session.run, dialogs},
                                  .climate = session.climate,
                                  .report_file = report,
@@ -60,7 +64,7 @@ bool run_steps(Session& session, const ClimateCommand& command, BatchDialogs& di
     begin_climate(context);
     session.climate.scenario = *scenario;
     for (int step = 1; step <= k_climate_steps; ++step) {
-        const StepOutcome outcome = run_climate_step(database, context, step);
+        const StepOutcome outcome = run_climate_step(basin.database(), context, step);
         end_climate_step(context, step, outcome);
         if (outcome != StepOutcome::Done) return false;
     }

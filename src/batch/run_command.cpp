@@ -78,17 +78,28 @@ void print_statistics(const Session& session, std::ostream& out) {
                session.run.FinalQ[0]);
 }
 
+/// What the start of the run would refuse, asked before anything is changed in the file.
+std::optional<Message> start_problem(const BasinState& basin) {
+    const Simulation* simulation = basin.current_simulation();
+    if (auto problem = run_period_problem(simulation)) return problem;
+    return initial_runoff_problem(*simulation);
+}
+
 RunOutcome run_in(Session& session, const RunCommand& command, BatchDialogs& dialogs) {
-    const OpenBasin basin = open_to_run(command.basin, command.wait);
-    BasinDatabase& database = basin.database();
-    if (!select_in(session, database, command.basin, command.simulation, dialogs) ||
-        !take_lag_shares(session, command))
+    OpenBasin basin = open_to_run(command.basin, command.wait);
+    if (!select_in(session, basin.database(), command.basin, command.simulation, dialogs) ||
+        !take_lag_shares(session, command) || !has_zone_areas(session.basin, dialogs))
         return {};
     session.run.NoSnow = command.no_snow;
     if (const auto problem = run_menu_problem(session.basin)) dialogs.message(problem->message);
     const int index = command.year_round ? 1 : 0;
     if (!choose_kind(session, command, dialogs, index)) return {};
-    return start_run(database, {session.basin, session.run, dialogs}, index);
+    if (const auto problem = start_problem(session.basin)) {
+        dialogs.message(*problem);
+        return {};
+    }
+    if (!make_ready(basin, session, command.basin, command.simulation, command.wait, dialogs)) return {};
+    return start_run(basin.database(), {session.basin, session.run, dialogs}, index);
 }
 
 }  // namespace

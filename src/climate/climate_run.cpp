@@ -62,34 +62,22 @@ std::optional<ScenarioIndexRow> index_row(BasinDatabase& database, const std::st
     return found;
 }
 
-/// Takes the scenario's dates and comments over; false where they leave no winter.
+/// Takes the scenario's dates and comments over; false after a message where nothing can be evaluated.
 bool take_scenario(BasinDatabase& database, ClimateContext context) {
     auto& [basin, run, dialogs] = context.run;
     ClimateState& climate = context.climate;
-    const Simulation* simulation = basin.current_simulation();
-    if (const auto problem = run_period_problem(simulation)) {
-        dialogs.message(*problem);
-        return false;
-    }
-    if (const auto problem = initial_runoff_problem(*simulation)) {
+    if (const auto problem = evaluation_problem(database, basin, climate.scenario)) {
         dialogs.message(*problem);
         return false;
     }
     const auto row = index_row(database, climate.scenario);
-    run.InitialRunoff = static_cast<float>(simulation->value(13).value_or(0.0));
+    run.InitialRunoff = static_cast<float>(basin.current_simulation()->value(13).value_or(0.0));
     run.RunStart = basin.Current_Start.value_or(0);
-    if (row && row->winter_end_date) {
-        climate.WinterEndDate = whole_day(*row->winter_end_date);
-        climate.ScenarioComments = row->comments.value_or("");
-        run.RunEnd = climate.WinterEndDate;
-        run.ScenarioName = climate.scenario;
-        if (run.RunStart <= run.RunEnd) return true;
-    }
-    dialogs.stop(
-        "Invalid date range.  Check the starting and ending dates in your current simulation and the "
-        "'winter end date' in the selected climate scenario.",
-        "Invalid dates");
-    return false;
+    climate.WinterEndDate = whole_day(*row->winter_end_date);
+    climate.ScenarioComments = row->comments.value_or("");
+    run.RunEnd = climate.WinterEndDate;
+    run.ScenarioName = climate.scenario;
+    return true;
 }
 
 bool reuse_confirmed(ClimateContext context) {
@@ -299,6 +287,21 @@ StepOutcome later_step(BasinDatabase& database, ClimateContext context, int step
 }
 
 }  // namespace
+
+std::optional<Message> evaluation_problem(BasinDatabase& database, const BasinState& basin,
+                                          const std::string& scenario) {
+    const Simulation* simulation = basin.current_simulation();
+    if (auto problem = run_period_problem(simulation)) return problem;
+    if (auto problem = initial_runoff_problem(*simulation)) return problem;
+    const auto row = index_row(database, scenario);
+    if (row && row->winter_end_date && basin.Current_Start.value_or(0) <= whole_day(*row->winter_end_date))
+        return std::nullopt;
+    return Message{.text =
+                       "Invalid date range.  Check the starting and ending dates in your current "
+                       "simulation and the 'winter end date' in the selected climate scenario.",
+                   .title = "Invalid dates",
+                   .icon = Icon::Stop};
+}
 
 std::optional<float> ClimateState::summary(SummaryRow row, SummarySeason season) const {
     if (season == SummarySeason::Year) {

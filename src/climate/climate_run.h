@@ -7,6 +7,8 @@
 
 #include <filesystem>
 #include <functional>
+#include <optional>
+#include <string>
 
 namespace nivora {
 
@@ -32,6 +34,11 @@ struct ClimateContext {
 
 /// Starts afresh. What is shown of the results of an earlier evaluation stays until they are replaced.
 void begin_climate(ClimateContext context);
+
+/// What keeps an evaluation from its first step: the period or the initial runoff of the current simulation,
+/// or a winter end of the scenario before its start.
+[[nodiscard]] std::optional<Message> evaluation_problem(BasinDatabase& database, const BasinState& basin,
+                                                        const std::string& scenario);
 
 /// Runs one step, 1 to 6, on the results table in the working file. The steps are taken in their order; a
 /// step that was not done may be taken again. end_climate_step comes after it.

@@ -310,7 +310,7 @@ bool BasinLife::Save_Prompt() {
     const Answer answer =
         session_.dialogs.message({.text = text, .title = "Save Data?", .buttons = Buttons::YesNoCancel});
     if (answer == Answer::Cancel) return false;
-    if (answer == Answer::Yes && !save_for_question()) return false;
+    if (answer == Answer::Yes && (session_.desktop.refuses_typed_box() || !save_for_question())) return false;
     if (answer == Answer::No) declined_ = Declined{basin.Basin_Changed, basin.Input_Changed};
     keep_outdated_mark(basin);
     basin.Basin_Changed = false;

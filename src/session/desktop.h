@@ -14,6 +14,9 @@ public:
 
     /// Takes the cell or box that is being edited into the basin's state.
     virtual void commit_edits() {}
+    /// Checks the box that is being typed in as if it were left. True where its text was refused, which the
+    /// user was told.
+    virtual bool refuses_typed_box() { return false; }
     /// Shows the basin's state, the settings and what is enabled, after any of them changed.
     virtual void refresh_main_window() {}
     /// Shows a topic of the manual window.

@@ -13,6 +13,7 @@ public:
     void commit_edits() override {
         if (target_ != nullptr) target_->commit_edits();
     }
+    bool refuses_typed_box() override { return target_ != nullptr && target_->refuses_typed_box(); }
     void refresh_main_window() override {
         if (target_ != nullptr) target_->refresh_main_window();
     }

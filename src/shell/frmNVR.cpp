@@ -72,7 +72,6 @@ frmNVR::frmNVR(const WindowContext& context)
     connect_boxes();
     connect(menu_, &MainMenu::chosen, this, &frmNVR::do_command);
     connect(menu_, &MainMenu::recent_chosen, this, [this](std::size_t entry) {
-        if (refuses_typed_box()) return;
         confirmed_zones_.clear();
         life_.open_recent(entry);
     });

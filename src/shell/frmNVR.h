@@ -39,6 +39,7 @@ public:
     void start();
 
     void commit_edits() override;
+    bool refuses_typed_box() override;
     void refresh_main_window() override;
     void show_help_topic(int topic) override;
     void show_results() override;
@@ -77,7 +78,6 @@ private:
 
     void do_command(Command command);
     void open_run_menu();
-    [[nodiscard]] bool refuses_typed_box();
     void ask_about_zones();
     [[nodiscard]] bool zones_can_run();
     void show_run_problem(const RunMenuProblem& problem);

@@ -41,17 +41,13 @@ constexpr int k_elevation_column = 2;
 void frmNVR::do_command(Command command) {
     switch (command) {
         case Command::New:
-            if (refuses_typed_box()) return;
             if (life_.new_basin()) {
                 confirmed_zones_.clear();
                 boxes_[0]->setFocus();
                 boxes_[0]->selectAll();
             }
             return;
-        case Command::Open:
-            if (refuses_typed_box()) return;
-            confirmed_zones_.clear();
-            return life_.open();
+        case Command::Open: confirmed_zones_.clear(); return life_.open();
         case Command::Save:
             if (!refuses_typed_box()) life_.save();
             return;
@@ -375,10 +371,6 @@ void frmNVR::closeEvent(QCloseEvent* event) {
     if (!context().quick_help.is_on()) {
         // An evaluation that is not complete has its own question.
         if (climate_ && climate_->isVisible() && climate_->goes_on() && !climate_->close()) {
-            event->ignore();
-            return;
-        }
-        if (refuses_typed_box()) {
             event->ignore();
             return;
         }

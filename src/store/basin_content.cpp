@@ -81,9 +81,10 @@ std::string wrong_value(const Field& field) {
     const std::string text = fmt::format("typeof({}) IN ('text', 'blob')", column);
     switch (field.type) {
         case FieldType::Integer:
-            return fmt::format("{0} OR {1} <> round({1}) OR abs({1}) > 32768", text, column);
+            return fmt::format("{0} OR {1} <> round({1}) OR {1} < -32768 OR {1} > 32767", text, column);
         case FieldType::Long:
-            return fmt::format("{0} OR {1} <> round({1}) OR abs({1}) > 2147483648", text, column);
+            return fmt::format("{0} OR {1} <> round({1}) OR {1} < -2147483648 OR {1} > 2147483647", text,
+                               column);
         case FieldType::Single:
             // Rounding a number beyond the largest Single would end the query.
             return fmt::format(

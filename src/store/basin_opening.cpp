@@ -208,11 +208,20 @@ OpenBasin open_to_run(const fs::path& file, milliseconds wait) {
         const auto damage = structure_damage(*basin.database_);
         if (damage.empty()) return basin;
         if (!only_results(damage)) refuse_damage(file, damage);
+        basin.damaged_results_ = true;
+        return basin;
+    });
+}
+
+void drop_damaged_results(OpenBasin& basin, milliseconds wait) {
+    if (!basin.damaged_results_) return;
+    const fs::path file = basin.database_->path();
+    waiting(file, wait, [&] {
         replace_without_results(*basin.database_);
         basin.database_.reset();
         basin.database_ = open_alone(file, wait);
         check(*basin.database_, Check::All);
-        return basin;
+        basin.damaged_results_ = false;
     });
 }
 

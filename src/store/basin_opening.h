@@ -37,14 +37,18 @@ private:
 class OpenBasin {
 public:
     [[nodiscard]] BasinDatabase& database() const { return *database_; }
+    /// Whether the results can't be read. Only for a basin that is open to run.
+    [[nodiscard]] bool has_damaged_results() const { return damaged_results_; }
 
 private:
     friend OpenBasin open_to_read(const std::filesystem::path&, std::chrono::milliseconds, Check);
     friend OpenBasin open_to_write(const std::filesystem::path&, std::chrono::milliseconds);
     friend OpenBasin open_to_run(const std::filesystem::path&, std::chrono::milliseconds);
+    friend void drop_damaged_results(OpenBasin&, std::chrono::milliseconds);
 
     std::unique_ptr<PrivateFolder> folder_;  ///< of a copy; it outlives the database
     std::unique_ptr<BasinDatabase> database_;
+    bool damaged_results_ = false;
 };
 
 /// Opens a basin for reading, as it is at this moment: no other program changes it meanwhile.
@@ -60,9 +64,14 @@ private:
 /// Opens a basin for this program alone, with every page checked. @throws StoreError
 [[nodiscard]] OpenBasin open_to_write(const std::filesystem::path& file, std::chrono::milliseconds wait);
 
-/// The same for a run, which makes the results table anew: where only that table is damaged, the file is
-/// replaced by one of its other tables first.
+/// The same for a run, which makes the results table anew: one of which only that table is damaged is
+/// accepted, and stays as it is until drop_damaged_results.
 [[nodiscard]] OpenBasin open_to_run(const std::filesystem::path& file, std::chrono::milliseconds wait);
+
+/// Replaces a basin with damaged results by one of its other tables, once nothing refuses the run any more.
+/// Another program may have changed the file before it is open again, so that it has to be read anew.
+/// @throws StoreError
+void drop_damaged_results(OpenBasin& basin, std::chrono::milliseconds wait);
 
 /// Copies a basin and the journal of its interrupted change to a new place.
 /// @throws FileError; StoreError Busy where another program changed the file meanwhile

@@ -14,6 +14,7 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <memory>
 
 namespace nivora {
 namespace {
@@ -51,13 +52,16 @@ bool has_two_of(const std::string& text, std::initializer_list<const char*> word
 /// What a table is by its name or, for one that a user named, by the fields in the statement that made it.
 std::optional<TableSchema> recognized(const StoredTable& table) {
     for (TableSchema& fixed : fixed_tables()) {
-        if (same_name(fixed.name, table.name) || one_character_apart(fixed.name, table.name))
-            return std::move(fixed);
+        if (same_name(fixed.name, table.name)) return std::move(fixed);
     }
-    if (has_two_of(table.statement, {"LagTime", "LapseRate", "Xcoeff", "Ycoeff"}))
+    if (has_two_of(table.statement, {"LagTime", "LapseRate", "Xcoeff", "Ycoeff"}) &&
+        table.statement.find("DailyQ") == std::string::npos)  // which the results have beside them
         return parameter_table(table.name);
     if (has_two_of(table.statement, {"VarParm", "EditAction", "EditFactor"}))
         return scenario_table(table.name);
+    for (TableSchema& fixed : fixed_tables()) {
+        if (one_character_apart(fixed.name, table.name)) return std::move(fixed);
+    }
     return std::nullopt;
 }
 
@@ -65,9 +69,11 @@ std::optional<TableSchema> recognized(const StoredTable& table) {
 class DamagedFile {
 public:
     explicit DamagedFile(const fs::path& copy) : path_(copy) {
-        undo_interrupted();
+        // The journal is played back through the header, and may bring the header of before the change.
         if (!mend_header(copy))
             throw StoreError(StoreFault::NotADatabase, "It is no basin file, damaged or not.");
+        undo_interrupted();
+        static_cast<void>(mend_header(copy));
         tables_ = listed();
         declare_anew();
     }
@@ -198,25 +204,83 @@ SalvagedTable salvage_table(DamagedFile& damaged, const fs::path& copy, const St
     return salvaged;
 }
 
-/// Names of the index that no table bears, where a table with one flipped character stands.
-void restore_names(BasinDatabase& made, const char* index, const char* field,
-                   std::vector<SalvagedTable>& all) {
+/// The names that an index lists.
+std::vector<std::string> listed_names(BasinDatabase& made, const char* index, const char* field) {
     SQLite::Statement rows{made.sql(),
                            fmt::format("SELECT {} FROM {} WHERE {} IS NOT NULL", field, index, field)};
     std::vector<std::string> names;
     while (rows.executeStep()) names.push_back(rows.getColumn(0).getString());
-    for (const std::string& name : names) {
-        if (made.has_table(name)) continue;
-        for (SalvagedTable& table : all) {
-            if (is_fixed_table(table.name) || !one_character_apart(table.name, name)) continue;
-            made.execute(
-                fmt::format("ALTER TABLE {} RENAME TO {}", quoted_name(table.name), quoted_name(name)));
-            table.losses.push_back(fmt::format("its name, which was '{}'", table.name));
-            table.name = name;
-            break;
+    return names;
+}
+
+bool lists(const std::vector<std::string>& names, std::string_view name) {
+    return std::any_of(names.begin(), names.end(),
+                       [&](const std::string& listed) { return same_name(listed, name); });
+}
+
+/// Gives tables back a name that a flipped bit changed.
+class NameRestorer {
+public:
+    NameRestorer(BasinDatabase& made, std::vector<SalvagedTable>& all)
+        : made_(made),
+          all_(all),
+          simulations_(listed_names(made, k_simulation_index, "SimName")),
+          scenarios_(listed_names(made, k_scenario_index, "ScenarioFile")) {}
+
+    void restore() {
+        restore(simulations_, parameter_table("").fields.front().name);
+        restore(scenarios_, scenario_table("").fields.front().name);
+    }
+
+private:
+    /// Only a table that belongs to no other name, and only a name that fits no other table, can be told.
+    void restore(const std::vector<std::string>& names, const std::string& first_field) {
+        for (SalvagedTable& table : all_) {
+            if (!nameless(table.name, first_field)) continue;
+            std::vector<std::string> fitting;
+            for (const std::string& name : names) {
+                if (one_character_apart(table.name, name) && !made_.has_table(name) && !lists(fitting, name))
+                    fitting.push_back(name);
+            }
+            if (fitting.size() == 1 && tables_near(fitting.front(), first_field) == 1)
+                rename(table, fitting.front());
         }
     }
-}
+
+    /// Whether a table is in the new file, of that kind, and under a name that nothing lists.
+    [[nodiscard]] bool nameless(const std::string& name, const std::string& first_field) const {
+        return !is_fixed_table(name) && !lists(simulations_, name) && !lists(scenarios_, name) &&
+               made_.has_table(name) && same_name(made_.table_fields(name).front().name, first_field);
+    }
+
+    [[nodiscard]] std::int64_t tables_near(const std::string& name, const std::string& first_field) const {
+        const std::vector<std::string> tables = made_.table_names();
+        return std::count_if(tables.begin(), tables.end(), [&](const std::string& table) {
+            return one_character_apart(table, name) && nameless(table, first_field);
+        });
+    }
+
+    void rename(SalvagedTable& table, const std::string& name) {
+        made_.execute(fmt::format("ALTER TABLE {} RENAME TO {}", quoted_name(table.name), quoted_name(name)));
+        if (has_daily_index(table.name)) {  // which keeps the name of before
+            made_.execute("DROP INDEX " + quoted_name(table.name + ".key"));
+            made_.create_daily_index(name);
+        }
+        table.losses.push_back(fmt::format("its name, which was '{}'", table.name));
+        table.name = name;
+    }
+
+    [[nodiscard]] bool has_daily_index(const std::string& table) const {
+        SQLite::Statement query{made_.sql(), "SELECT 1 FROM sqlite_schema WHERE type = 'index' AND name = ?"};
+        query.bind(1, table + ".key");
+        return query.executeStep();
+    }
+
+    BasinDatabase& made_;
+    std::vector<SalvagedTable>& all_;
+    std::vector<std::string> simulations_;
+    std::vector<std::string> scenarios_;
+};
 
 /// Adds what the basin needs and what the damaged file did not yield.
 void complete(BasinDatabase& made, std::vector<SalvagedTable>& all) {
@@ -251,41 +315,106 @@ std::vector<SalvagedTable> salvage_into(const fs::path& copy, const fs::path& pa
             }
         }
         complete(made, all);
-        restore_names(made, k_simulation_index, "SimName", all);
-        restore_names(made, k_scenario_index, "ScenarioFile", all);
+        NameRestorer{made, all}.restore();
         return true;
     });
     return all;
 }
 
-/// Statements of the damaged basin's own list, for a copy with the same tables and indexes.
-std::vector<std::pair<std::string, std::string>> statements(BasinDatabase& database, const char* type) {
+/// An entry of a basin's own list of tables and indexes.
+struct Declaration {
+    std::string type;
+    std::string name;
+    std::string statement;
+};
+
+/// The entries of one type, without those of the results.
+std::vector<Declaration> declarations(BasinDatabase& database, const char* type) {
     SQLite::Statement rows{
         database.sql(),
         "SELECT name, tbl_name, sql FROM sqlite_schema WHERE type = ? AND sql IS NOT NULL AND "
         "name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY rowid"};
     rows.bind(1, type);
-    std::vector<std::pair<std::string, std::string>> found;
+    std::vector<Declaration> found;
     while (rows.executeStep()) {
         if (same_name(rows.getColumn(1).getString(), k_sim_results)) continue;
-        found.emplace_back(rows.getColumn(0).getString(), rows.getColumn(2).getString());
+        found.push_back({type, rows.getColumn(0).getString(), rows.getColumn(2).getString()});
     }
     return found;
+}
+
+[[noreturn]] void refuse_declaration(const Declaration& declaration) {
+    throw StoreError(
+        StoreFault::Damaged,
+        fmt::format("The declaration of the {} '{}' in the basin file is no statement that makes "
+                    "it. Copy what can be read into a new file with 'salvage'.",
+                    declaration.type, declaration.name));
+}
+
+/// Whether a statement begins as the engine stores those that make an entry of a type.
+bool makes_entry(const Declaration& declaration) {
+    const auto begins = [&](std::string_view words) {
+        return same_name(std::string_view{declaration.statement}.substr(0, words.size()), words);
+    };
+    if (declaration.type == "table") return begins("CREATE TABLE ");
+    if (declaration.type == "index") return begins("CREATE INDEX ") || begins("CREATE UNIQUE INDEX ");
+    if (declaration.type == "view") return begins("CREATE VIEW ");
+    return begins("CREATE TRIGGER ");
+}
+
+std::int64_t entries_of(SQLite::Database& database, const Declaration& declaration) {
+    SQLite::Statement count{database, "SELECT count(*) FROM sqlite_schema WHERE type = ? AND name = ?"};
+    count.bind(1, declaration.type);
+    count.bind(2, declaration.name);
+    return count.executeStep() ? count.getColumn(0).getInt64() : 0;
+}
+
+/// Makes an entry by the statement that the file holds, which anybody may have written there: it has to be
+/// one statement that makes this entry, and nothing may follow it.
+void make_as_stored(SQLite::Database& made, const Declaration& declaration) {
+    if (!makes_entry(declaration)) refuse_declaration(declaration);
+    sqlite3_stmt* prepared = nullptr;
+    const char* rest = nullptr;
+    const int answer =
+        sqlite3_prepare_v2(made.getHandle(), declaration.statement.c_str(), -1, &prepared, &rest);
+    const std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> owner{prepared, sqlite3_finalize};
+    if (answer != SQLITE_OK) throw SQLite::Exception(made.getHandle(), answer);
+    if (prepared == nullptr || !trimmed(rest).empty()) refuse_declaration(declaration);
+    const int done = sqlite3_step(prepared);
+    if (done != SQLITE_DONE) throw SQLite::Exception(made.getHandle(), done);
+    if (entries_of(made, declaration) != 1) refuse_declaration(declaration);
+}
+
+bool same_fields(const std::vector<Field>& a, const std::vector<Field>& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const Field& one, const Field& other) {
+        return one.name == other.name && one.type == other.type && one.width == other.width;
+    });
+}
+
+/// A table of the basin by its own schema; one that a user added, or of an older layout, as it is stored.
+void make_table(BasinDatabase& database, SQLite::Database& made, const Declaration& declaration) {
+    const auto known = known_table(database, declaration.name);
+    if (known && same_fields(known->fields, database.table_fields(declaration.name))) {
+        made.exec(create_statement({declaration.name, known->fields}));
+    } else {
+        make_as_stored(made, declaration);
+    }
 }
 
 void copy_without_results(BasinDatabase& database, const fs::path& part) {
     guarded([&] {
         SQLite::Database made{path_text(part), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE};
+        open_defensively(made);
         made.exec("PRAGMA page_size = 4096");
         made.exec("PRAGMA encoding = 'UTF-8'");
         made.exec("PRAGMA synchronous = OFF");
         SQLite::Transaction transaction{made};
-        for (const auto& [name, statement] : statements(database, "table")) {
-            made.exec(statement);
-            copy_sound_rows(database.sql(), made, name);
+        for (const Declaration& table : declarations(database, "table")) {
+            make_table(database, made, table);
+            copy_sound_rows(database.sql(), made, table.name);
         }
         for (const char* type : {"index", "view", "trigger"}) {
-            for (const auto& [name, statement] : statements(database, type)) made.exec(statement);
+            for (const Declaration& entry : declarations(database, type)) make_as_stored(made, entry);
         }
         made.exec(fmt::format("PRAGMA application_id = {}", k_application_id));
         made.exec(fmt::format("PRAGMA user_version = {}", k_schema_version));

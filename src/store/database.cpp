@@ -80,25 +80,6 @@ void sql_month(sqlite3_context* context, int, sqlite3_value** values) {
     sqlite3_result_int(context, civil_date(whole_day(date)).month);
 }
 
-/// A file may come from anywhere: nothing in its schema may run, and nothing may grow without bounds.
-void open_defensively(SQLite::Database& sql) {
-    sqlite3* handle = sql.getHandle();
-    sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-    sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
-    sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
-    sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
-    // The name of a field that a file does not have would otherwise be taken for a text and read as a value.
-    sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
-    sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
-    sqlite3_limit(handle, SQLITE_LIMIT_ATTACHED, 0);
-    sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, 1 << 24);
-    sqlite3_limit(handle, SQLITE_LIMIT_SQL_LENGTH, 1 << 20);
-    sqlite3_limit(handle, SQLITE_LIMIT_COLUMN, 255);
-    const int deterministic = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
-    sqlite3_create_function(handle, "single", 1, deterministic, nullptr, sql_single, nullptr, nullptr);
-    sqlite3_create_function(handle, "month", 1, deterministic, nullptr, sql_month, nullptr, nullptr);
-}
-
 SQLite::Database opened(const fs::path& path, Access access, std::chrono::milliseconds wait) {
     check_identity(path);
     return guarded([&] {
@@ -170,6 +151,24 @@ StoreFault fault_of(int code) {
 }
 
 }  // namespace
+
+void open_defensively(SQLite::Database& sql) {
+    sqlite3* handle = sql.getHandle();
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
+    // The name of a field that a file does not have would otherwise be taken for a text and read as a value.
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
+    sqlite3_limit(handle, SQLITE_LIMIT_ATTACHED, 0);
+    sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, 1 << 24);
+    sqlite3_limit(handle, SQLITE_LIMIT_SQL_LENGTH, 1 << 20);
+    sqlite3_limit(handle, SQLITE_LIMIT_COLUMN, 255);
+    const int deterministic = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
+    sqlite3_create_function(handle, "single", 1, deterministic, nullptr, sql_single, nullptr, nullptr);
+    sqlite3_create_function(handle, "month", 1, deterministic, nullptr, sql_month, nullptr, nullptr);
+}
 
 StoreError store_error(const SQLite::Exception& exception) {
     const StoreFault fault = fault_of(exception.getErrorCode());

@@ -90,6 +90,10 @@ private:
 template <typename Work>
 auto guarded(Work&& work);
 
+/// A file may come from anywhere: nothing in its schema may run, no other file is reached through it, and
+/// nothing may grow without bounds. Adds the two functions of SQL text.
+void open_defensively(SQLite::Database& sql);
+
 /// The StoreError that stands for an exception of the database engine.
 [[nodiscard]] StoreError store_error(const SQLite::Exception& exception);
 

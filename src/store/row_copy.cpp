@@ -8,8 +8,12 @@
 #include <fmt/format.h>
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
+#include <optional>
+#include <unordered_set>
 
 namespace nivora {
 namespace {
@@ -73,6 +77,89 @@ bool is_daily(const TableSchema& table) {
            same_name(table.fields[1].name, "Date");
 }
 
+/// Follows the row numbers of a table in stored order: which of them are out of their order, and which are
+/// missing between those that are in order.
+class RowOrder {
+public:
+    /// Numbers that are missing between two rows; `rows` of them, since some may be there under other
+    /// numbers.
+    struct Gap {
+        std::int64_t first = 0;
+        std::int64_t last = 0;
+        std::int64_t rows = 0;
+        bool fault = false;  ///< where the reading had to begin anew
+    };
+    struct Misplaced {
+        std::int64_t behind = 0;  ///< the row before
+        std::int64_t number = 0;
+    };
+
+    /// Takes the next number. A number is known to be in order by the one behind it alone: of 299, 4396, 301
+    /// it is the second that is wrong.
+    void add(std::int64_t number) {
+        if (!held_) {
+            if (number > base_) {
+                held_ = number;
+            } else {
+                misplace(number);
+            }
+        } else if (number > *held_) {
+            settle();
+            held_ = number;
+        } else if (number > base_) {
+            misplace(*held_);
+            held_ = number;
+        } else {
+            release();
+            misplace(number);
+        }
+    }
+
+    void begin_anew() {
+        release();
+        fault_ = true;
+    }
+    /// The last number that is sure to be in order.
+    [[nodiscard]] std::int64_t last() const { return held_ && *held_ - base_ == 1 ? *held_ : base_; }
+
+    void end() {
+        if (held_) settle();
+        held_.reset();
+    }
+    [[nodiscard]] const std::vector<Gap>& gaps() const { return gaps_; }
+    [[nodiscard]] const std::vector<Misplaced>& misplaced() const { return misplaced_; }
+
+private:
+    void misplace(std::int64_t number) {
+        ++misplaced_behind_;
+        misplaced_.push_back({base_ + misplaced_behind_ - 1, number});
+    }
+    /// Ends the waiting for the next number: what follows at once is in order, anything else is not.
+    void release() {
+        if (!held_) return;
+        if (*held_ - base_ - misplaced_behind_ == 1) {
+            settle();
+        } else {
+            misplace(*held_);
+        }
+        held_.reset();
+    }
+    void settle() {
+        const std::int64_t missing = *held_ - base_ - 1 - misplaced_behind_;
+        if (missing > 0) gaps_.push_back({base_ + 1, *held_ - 1, missing, fault_});
+        base_ = *held_;
+        misplaced_behind_ = 0;
+        fault_ = false;
+    }
+
+    std::int64_t base_ = 0;
+    std::optional<std::int64_t> held_;
+    std::int64_t misplaced_behind_ = 0;
+    bool fault_ = false;
+    std::vector<Gap> gaps_;
+    std::vector<Misplaced> misplaced_;
+};
+
 /// Reads a damaged table row by row and writes what it can.
 class RowSalvage {
 public:
@@ -88,13 +175,15 @@ public:
     CopiedRows run();
 
 private:
-    /// Reads on behind a row until the end (true) or a fault.
-    bool read_behind(std::int64_t& row);
+    /// Reads the rows of a statement in stored order until the end (true) or a fault.
+    bool read(const std::string& condition, std::int64_t number = 0);
     /// The first row that can be read behind a fault; nothing where none is found.
     std::optional<std::int64_t> next_readable(std::int64_t fault);
+    /// Takes a row that was not taken before.
+    void visit(sqlite3_stmt* row);
     bool take(sqlite3_stmt* row);
+    void tell_order();
     void lose(const std::string& what);
-    [[nodiscard]] std::optional<std::int64_t> last_row();
 
     SQLite::Database& from_;
     const TableSchema& table_;
@@ -102,6 +191,11 @@ private:
     bool daily_;
     RawStatement insert_;
     CopiedRows copied_;
+    RowOrder order_;
+    std::unordered_set<std::size_t> seen_;  ///< digests of the rows with their numbers
+    std::size_t again_ = 0;                 ///< rows in succession that were seen before
+    std::int64_t twice_ = 0;
+    bool faulty_ = false;
     std::int64_t unlisted_ = 0;
 };
 
@@ -142,32 +236,53 @@ bool RowSalvage::take(sqlite3_stmt* row) {
     return true;
 }
 
-bool RowSalvage::read_behind(std::int64_t& row) {
-    RawStatement query{from_,
-                       "SELECT rowid, * FROM " + name_ + " NOT INDEXED WHERE rowid > ? ORDER BY rowid"};
-    sqlite3_bind_int64(query.get(), 1, row);
-    for (;;) {
+/// Number and values of a row as bytes, by which it is known again.
+std::string row_bytes(sqlite3_stmt* row) {
+    std::string bytes;
+    for (int i = 0; i < sqlite3_column_count(row); ++i) {
+        const int type = sqlite3_column_type(row, i);
+        bytes += static_cast<char>(type);
+        if (type == SQLITE_NULL) continue;
+        if (type == SQLITE_TEXT || type == SQLITE_BLOB) {
+            const void* data = sqlite3_column_blob(row, i);
+            const auto size = static_cast<std::size_t>(sqlite3_column_bytes(row, i));
+            bytes += std::to_string(size) + ":";
+            if (size > 0) bytes.append(static_cast<const char*>(data), size);
+            continue;
+        }
+        const double number = sqlite3_column_double(row, i);
+        const std::int64_t whole = sqlite3_column_int64(row, i);
+        bytes.append(reinterpret_cast<const char*>(&number), sizeof number);
+        bytes.append(reinterpret_cast<const char*>(&whole), sizeof whole);
+    }
+    return bytes;
+}
+
+void RowSalvage::visit(sqlite3_stmt* row) {
+    // A tree that leads back into itself, or a second reading behind a fault, comes to the same rows again.
+    // A row that only bears the number of another one has other values.
+    if (!seen_.insert(std::hash<std::string>{}(row_bytes(row))).second) {
+        ++twice_;
+        ++again_;
+        return;
+    }
+    again_ = 0;
+    order_.add(sqlite3_column_int64(row, 0));
+    static_cast<void>(take(row));
+}
+
+bool RowSalvage::read(const std::string& condition, std::int64_t number) {
+    // A walk that comes to more known rows than there are leads in a circle.
+    again_ = 0;
+    RawStatement query{from_, "SELECT rowid, * FROM " + name_ + " NOT INDEXED" + condition};
+    if (!condition.empty()) sqlite3_bind_int64(query.get(), 1, number);
+    while (again_ <= seen_.size()) {
         const int answer = sqlite3_step(query.get());
         if (answer == SQLITE_DONE) return true;
         if (answer != SQLITE_ROW) return false;
-        const std::int64_t found = sqlite3_column_int64(query.get(), 0);
-        if (found <= row) {  // a tree that leads back into itself, or a row under a wrong number
-            lose(fmt::format("behind row {} stands row {}, which is out of its order", row, found));
-            return false;
-        }
-        row = found;
-        static_cast<void>(take(query.get()));
+        visit(query.get());
     }
-}
-
-std::optional<std::int64_t> RowSalvage::last_row() {
-    try {
-        RawStatement query{from_, "SELECT max(rowid) FROM " + name_};
-        if (query.step()) return sqlite3_column_int64(query.get(), 0);
-    } catch (const SQLite::Exception&) {
-        // The end of the tree is what is damaged.
-    }
-    return std::nullopt;
+    return false;
 }
 
 std::optional<std::int64_t> RowSalvage::next_readable(std::int64_t fault) {
@@ -176,37 +291,51 @@ std::optional<std::int64_t> RowSalvage::next_readable(std::int64_t fault) {
     constexpr std::int64_t k_most_tries = 100'000;
     constexpr std::int64_t k_rows_a_page = 100;
     const std::int64_t pages = from_.execAndGet("PRAGMA page_count").getInt64();
-    const std::int64_t tries = std::min(k_most_tries, pages * k_rows_a_page);
+    const std::int64_t room = std::numeric_limits<std::int64_t>::max() - fault;
+    const std::int64_t tries = std::min({k_most_tries, pages * k_rows_a_page, room});
     RawStatement query{from_, "SELECT rowid FROM " + name_ + " NOT INDEXED WHERE rowid = ?"};
-    const std::int64_t end = std::min(last_row().value_or(fault + tries), fault + tries);
-    for (std::int64_t row = fault + 1; row <= end; ++row) {
+    for (std::int64_t i = 1; i <= tries; ++i) {
         sqlite3_reset(query.get());
-        sqlite3_bind_int64(query.get(), 1, row);
-        if (sqlite3_step(query.get()) == SQLITE_ROW) return row;
+        sqlite3_bind_int64(query.get(), 1, fault + i);
+        if (sqlite3_step(query.get()) == SQLITE_ROW) return fault + i;
     }
     return std::nullopt;
 }
 
+/// Tells which numbers are wrong and, where anything is, which rows are missing. In a sound table missing
+/// numbers are those of rows that were deleted.
+void RowSalvage::tell_order() {
+    order_.end();
+    for (const RowOrder::Misplaced& row : order_.misplaced())
+        lose(fmt::format("the number of the row behind row {}, which reads {}", row.behind, row.number));
+    if (twice_ > 0 && !faulty_) lose(fmt::format("{} rows that the table leads to a second time", twice_));
+    if (!faulty_ && twice_ == 0 && order_.misplaced().empty()) return;
+    for (const RowOrder::Gap& gap : order_.gaps()) {
+        const bool all = gap.rows == gap.last - gap.first + 1;
+        lose(fmt::format("{}the rows {} to {} {}", all ? "" : fmt::format("{} of ", gap.rows), gap.first,
+                         gap.last, gap.fault ? "can't be read" : "are missing"));
+    }
+}
+
 CopiedRows RowSalvage::run() {
-    std::int64_t row = std::numeric_limits<std::int64_t>::min();
-    while (!read_behind(row)) {
-        const std::int64_t last = std::max<std::int64_t>(row, 0);
-        const auto next = next_readable(last);
+    std::int64_t searched = 0;
+    bool at_end = read("");
+    while (!at_end) {
+        faulty_ = true;
+        searched = std::max(searched, order_.last());
+        order_.begin_anew();
+        const auto next = next_readable(searched);
         if (!next) {
-            lose(last == 0 ? std::string{"no row can be read"}
-                           : fmt::format("what stands behind row {} can't be read", last));
+            lose(searched == 0 ? std::string{"no row can be read"}
+                               : fmt::format("what stands behind row {} can't be read", searched));
             break;
         }
-        if (*next > last + 1) lose(fmt::format("the rows {} to {} can't be read", last + 1, *next - 1));
-        row = *next - 1;
-        if (row == last) {
-            // The row can be reached by its number, but not from the one before: it is read alone.
-            RawStatement query{from_, "SELECT rowid, * FROM " + name_ + " NOT INDEXED WHERE rowid = ?"};
-            sqlite3_bind_int64(query.get(), 1, *next);
-            if (sqlite3_step(query.get()) == SQLITE_ROW) static_cast<void>(take(query.get()));
-            row = *next;
-        }
+        // A row may be reached by its number alone, and not from the one before.
+        static_cast<void>(read(" WHERE rowid = ?", *next));
+        searched = *next;
+        at_end = read(" WHERE rowid > ? ORDER BY rowid", *next);
     }
+    tell_order();
     if (unlisted_ > 0) copied_.losses.push_back(fmt::format("{} more places", unlisted_));
     return copied_;
 }

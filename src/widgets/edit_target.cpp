@@ -3,6 +3,7 @@
 #include "widgets/grid_view.h"
 
 #include <QApplication>
+#include <QFocusEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
@@ -31,8 +32,26 @@ EditTarget::~EditTarget() { disconnect(qApp, nullptr, this, nullptr); }
 void EditTarget::focus_moved(QWidget* now) {
     if (now == nullptr || now->window() != window_) return;
     if (qobject_cast<QMenuBar*>(now) != nullptr || qobject_cast<QMenu*>(now) != nullptr) return;
+    if (box_ != nullptr) box_->removeEventFilter(this);
     grid_ = around<GridView>(now);
     box_ = now;
+    box_->installEventFilter(this);
+}
+
+/// A line that loses the focus to the menu bar drops its selection, on which the menu is to work: it comes
+/// back with the focus.
+bool EditTarget::eventFilter(QObject* watched, QEvent* event) {
+    auto* line = qobject_cast<QLineEdit*>(watched);
+    if (line == nullptr || watched != box_) return false;
+    if (event->type() == QEvent::FocusOut) {
+        const bool to_menu = static_cast<QFocusEvent*>(event)->reason() == Qt::MenuBarFocusReason;
+        selected_from_ = to_menu ? line->selectionStart() : -1;
+        selected_length_ = line->selectionLength();
+    } else if (event->type() == QEvent::FocusIn && selected_from_ >= 0) {
+        line->setSelection(selected_from_, selected_length_);
+        selected_from_ = -1;
+    }
+    return false;
 }
 
 void EditTarget::act(Act what) {

@@ -21,6 +21,8 @@ public:
     void copy();
     void paste();
 
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     enum class Act { Cut, Copy, Paste };
     void focus_moved(QWidget* now);
@@ -29,6 +31,8 @@ private:
     QWidget* window_;
     QPointer<QWidget> box_;    ///< a line or a text, also that of a cell
     QPointer<GridView> grid_;  ///< the grid around the focus
+    int selected_from_ = -1;   ///< what was selected in the line when the menu bar took the focus
+    int selected_length_ = 0;
 };
 
 }  // namespace nivora

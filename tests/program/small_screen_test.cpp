@@ -4,54 +4,62 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdlib>
+#include <map>
 #include <sstream>
 
 namespace nivora {
 namespace {
 
-constexpr int k_width = 1600;
-constexpr int k_height = 1000;
 const Environment k_twice{{"QT_SCALE_FACTOR", "2"}};
-
-struct Rectangle {
-    int left = 0;
-    int top = 0;
-    int right = 0;
-    int bottom = 0;
-};
 
 class SmallScreenTest : public ProgramTest {
 protected:
     std::unique_ptr<TestDisplay> make_display() const override {
         return std::make_unique<TestDisplay>("1600x1000x24");
     }
+    int scale() const override { return 2; }
 
-    /// What a window covers on the screen, without its frame.
-    Rectangle area_of(const std::string& title) {
-        const Finished asked = run_program(
-            {"xdotool", "search", "--onlyvisible", "--name", "^" + title, "getwindowgeometry", "--shell"},
-            display().environment());
-        std::map<std::string, int> values;
+    using Values = std::map<std::string, int>;
+
+    /// What the display tells of windows and of the mouse, by its names for it.
+    Values told(std::vector<std::string> command) {
+        command.insert(command.begin(), "xdotool");
+        command.emplace_back("--shell");
+        const Finished asked = run_program(command, display().environment());
+        Values values;
         std::istringstream lines{asked.printed};
         for (std::string line; std::getline(lines, line);) {
             const auto sign = line.find('=');
             if (sign != std::string::npos) values[line.substr(0, sign)] = std::atoi(line.c_str() + sign + 1);
         }
-        EXPECT_GT(values["WIDTH"], 0) << title << ": " << asked.printed;
-        return {values["X"], values["Y"], values["X"] + values["WIDTH"], values["Y"] + values["HEIGHT"]};
+        return values;
+    }
+
+    /// Whether the mouse reaches the first and the last point of a window, without its frame, and the title
+    /// bar is above them. The mouse stops where the screen ends. Where a window stands is not asked for
+    /// itself: the answer counts the frame twice.
+    bool is_on_screen(const std::string& title, std::string& seen) {
+        Values window = told({"search", "--onlyvisible", "--name", "^" + title, "getwindowgeometry"});
+        if (window["WIDTH"] <= 0) return false;
+        const auto mouse_at = [&](int x, int y) {
+            return told({"mousemove", "--window", std::to_string(window["WINDOW"]), std::to_string(x),
+                         std::to_string(y), "getmouselocation"});
+        };
+        Values first = mouse_at(0, 0);
+        Values last = mouse_at(window["WIDTH"] - 1, window["HEIGHT"] - 1);
+        std::ostringstream words;
+        words << window["WIDTH"] << " x " << window["HEIGHT"] << ", in reach from " << first["X"] << ", "
+              << first["Y"] << " to " << last["X"] << ", " << last["Y"];
+        seen = words.str();
+        return first["Y"] > 0 && last["X"] - first["X"] == window["WIDTH"] - 1 &&
+               last["Y"] - first["Y"] == window["HEIGHT"] - 1;
     }
 
     void expect_on_screen(StartedProgram& program, const std::string& title) {
         ASSERT_TRUE(await_window(program, title));
-        Rectangle area;
-        const bool inside = wait_until(
-            [&] {
-                area = area_of(title);
-                return area.left >= 0 && area.top > 0 && area.right <= k_width && area.bottom <= k_height;
-            },
-            Seconds{5.0});
-        EXPECT_TRUE(inside) << title << ": " << area.left << ", " << area.top << " to " << area.right << ", "
-                            << area.bottom;
+        std::string seen;
+        EXPECT_TRUE(wait_until([&] { return is_on_screen(title, seen); })) << title << ": " << seen;
     }
 };
 

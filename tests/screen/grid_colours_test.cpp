@@ -5,7 +5,6 @@
 
 #include <QClipboard>
 #include <QLineEdit>
-#include <QMenuBar>
 #include <QPushButton>
 #include <QScrollBar>
 
@@ -117,26 +116,19 @@ TEST_F(GridsOnScreenTest, EnterKeepsTheSimulationThatIsEdited) {
     EXPECT_EQ(session_.basin.Current_Sim_Name, "ellervane-1996");
 }
 
-TEST_F(GridsOnScreenTest, TheEditMenuWorksWhereTheFocusWas) {
-    const auto choose_edit = [this](const char* letter) {
-        const QMenuBar& bar = *window_->menuBar();
-        click(bar, bar.actionGeometry(find<QAction>("mnuEdit")).center());
-        press({letter});
-    };
+TEST_F(GridsOnScreenTest, TheEditMenuReachedByKeysWorksWhereTheFocusWas) {
     auto* name = find<QLineEdit>("Text(0)");
     click(*name);
-    press({"ctrl+a"});
-    choose_edit("c");
+    press({"ctrl+a", "alt+i", "c"});
     EXPECT_EQ(QApplication::clipboard()->text(), name->text());
     const std::string before = session_.basin.simulations[0].name;
     QApplication::clipboard()->setText(QStringLiteral("Alder"));
     click(*name);
-    press({"ctrl+a"});
-    choose_edit("p");
+    press({"ctrl+a", "alt+i", "p"});
     EXPECT_EQ(from_qt(name->text()), "Alder");
     QApplication::clipboard()->setText(QStringLiteral("61.5"));
     go_to(zones(), 2, 2);
-    choose_edit("p");
+    press({"alt+i", "p"});
     EXPECT_EQ(session_.basin.zones[1].area, 61.5);
     EXPECT_EQ(session_.basin.simulations[0].name, before);
     EXPECT_TRUE(dialogs_.messages().empty());

@@ -5,6 +5,7 @@
 #include "shell/frmNVR.h"
 #include "store/table_io.h"
 #include "tests/program/test_display.h"
+#include "tests/screen/arrived_input.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/watched_dialogs.h"
 #include "widgets/qt_text.h"
@@ -12,6 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QImage>
 #include <QPixmap>
@@ -19,7 +21,9 @@
 #include <QTableView>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -45,8 +49,17 @@ protected:
     static bool await(const std::function<bool()>& condition, int milliseconds = 10000) {
         return QTest::qWaitFor(condition, milliseconds);
     }
-    /// Lets the windows do what they have to do.
-    static void settle() { QTest::qWait(60); }
+    /// Lets the windows do what they have to do. A button that a letter presses is down for a while before
+    /// it acts.
+    static void settle() {
+        QTest::qWait(60);
+        await([] {
+            return std::ranges::none_of(QApplication::allWidgets(), [](const QWidget* widget) {
+                const auto* button = qobject_cast<const QAbstractButton*>(widget);
+                return button != nullptr && button->isVisible() && button->isDown();
+            });
+        });
+    }
 
     /// Waits until a window is on the screen and has the keyboard.
     static void await_active(QWidget& window) {
@@ -57,18 +70,28 @@ protected:
 
     /// Presses keys as they are named for X ("alt+f", "Return", "ctrl+v"), wherever the focus is.
     static void press(const std::vector<std::string>& keys) {
+        await_keyboard();
+        int releases = 0;
+        for (const std::string& key : keys) releases += 1 + static_cast<int>(std::ranges::count(key, '+'));
+        ArrivedInput arrived;
         screen_display()->press(keys);
+        await([&] { return arrived.key_releases() >= releases; }, k_arrival_ms);
         settle();
     }
     static void type(const std::string& text) {
+        await_keyboard();
+        ArrivedInput arrived;
         screen_display()->type(text);
+        await([&] { return arrived.key_releases() >= static_cast<int>(text.size()); }, k_arrival_ms);
         settle();
     }
     /// Clicks into the middle of a widget with the left button.
     static void click(const QWidget& widget) { click(widget, widget.rect().center()); }
     static void click(const QWidget& widget, QPoint place) {
         const QPoint at = widget.mapToGlobal(place);
+        ArrivedInput arrived;
         screen_display()->click(at.x(), at.y());
+        await([&] { return arrived.button_releases() > 0; }, k_arrival_ms);
         settle();
     }
     static void click_cell(const QTableView& grid, int row, int column) {
@@ -100,30 +123,50 @@ protected:
         return most == counts.end() ? 0 : most->first;
     }
 
+    /// The open top-level window of a name; null where there is none.
+    static QWidget* open_window(const char* name) {
+        for (QWidget* top : QApplication::topLevelWidgets()) {
+            if (top->isVisible() && top->objectName() == QString::fromUtf8(name)) return top;
+        }
+        return nullptr;
+    }
     /// The open top-level window of a name, once it shows; null where it does not come.
     static QWidget* await_window(const char* name) {
-        QWidget* found = nullptr;
-        await([&] {
-            for (QWidget* top : QApplication::topLevelWidgets()) {
-                if (top->isVisible() && top->objectName() == QString::fromUtf8(name)) found = top;
-            }
-            return found != nullptr;
-        });
-        return found;
+        await([&] { return open_window(name) != nullptr; });
+        return open_window(name);
     }
-    /// Does something once a modal window of this name is open; what is still open then is closed.
+    /// Does something once a modal window of this name is open and has the keyboard; what is still open then
+    /// is closed.
+    ///
+    /// It looks from time to time and waits in no loop of its own: the window may be opened only when the
+    /// code that works now goes on.
     void in_modal(const char* name, std::function<void(QWidget&)> act) {
-        QTimer::singleShot(0, qApp, [this, name, act = std::move(act)] {
-            QWidget* window = await_window(name);
-            if (window == nullptr) return;
+        auto* look = new QTimer(&waiting_);
+        QObject::connect(look, &QTimer::timeout, look, [this, look, name, act = std::move(act)] {
+            QWidget* window = open_window(name);
+            if (window == nullptr || !window->isModal()) return;
+            look->stop();
             await_active(*window);
             act(*window);
             ++modal_windows_seen_;
             if (window->isVisible()) window->close();
         });
+        look->start(10);
     }
 
     int modal_windows_seen_ = 0;
+
+private:
+    /// How long keys and clicks may be on their way. One that reaches no window of ours is not waited for
+    /// longer.
+    static constexpr int k_arrival_ms = 3000;
+
+    /// A window that closes leaves the keyboard to nobody until the window manager has given it on.
+    static void await_keyboard() {
+        await([] { return QGuiApplication::focusWindow() != nullptr; }, k_arrival_ms);
+    }
+
+    QObject waiting_;  ///< holds what waits for modal windows, which ends with the test
 };
 
 /// The main window on a program folder of its own; boxes go by a script, and `dialogs_.while_shown` looks at

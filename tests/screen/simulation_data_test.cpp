@@ -125,7 +125,8 @@ TEST_F(SimulationDataOnScreenTest, AnImportedSimulationIsTheSelectedRow) {
     parts.zones = "5";
     parts.pairs = legacy_pairs(5);
     dialogs_.then_file(user_.write("alder.NVR", parts.text()));
-    dialogs_.then(Answer::No).then_text("alder");
+    // The last: the days of its period are in the basin already.
+    dialogs_.then(Answer::No).then_text("alder").then(Answer::Yes);
     in_modal("SimOptions", [](QWidget&) { press({"alt+a"}); });
     choose("mnuFileItem(2)");
     EXPECT_EQ(modal_windows_seen_, 1);
@@ -159,6 +160,7 @@ TEST_F(SimulationDataOnScreenTest, TheTimeLagBeginsWithTheWholeOnTheDayItself) {
         press({"Return", "space"});
     });
     choose("mnuToolsItm(4)");
+    EXPECT_EQ(modal_windows_seen_, 1);
     EXPECT_EQ(session_.run.LagDistribution[0], 2.0F);
     in_modal("frmTimeLagDist", [](QWidget& window) {
         for (const char* share : {"Text1(1)", "Text1(2)"}) {
@@ -169,6 +171,7 @@ TEST_F(SimulationDataOnScreenTest, TheTimeLagBeginsWithTheWholeOnTheDayItself) {
         press({"alt+a"});
     });
     choose("mnuToolsItm(4)");
+    EXPECT_EQ(modal_windows_seen_, 2);
     EXPECT_THAT(session_.run.LagDistribution, testing::Each(0.0F));
 }
 

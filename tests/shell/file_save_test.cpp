@@ -212,5 +212,17 @@ TEST_F(FileSaveTest, AMenuCommandWhileABoxHoldsARefusableValueAsksItsOwnQuestion
     EXPECT_EQ(box(2)->text(), QStringLiteral("99999"));
 }
 
+TEST_F(FileSaveTest, YesAtTheQuestionChecksTheBoxThatIsTypedIn) {
+    const auto file = open_sample();
+    const std::string before = file_bytes(file);
+    type(2, "99999");
+    dialogs_.then(Answer::Yes);
+    choose("mnuFileItem(0)");
+    EXPECT_EQ(last_message().title, "Unreasonable basin elevation");
+    EXPECT_TRUE(file_bytes(file) == before);
+    EXPECT_EQ(session_.basin.Basin_File, file) << "the basin is still open";
+    EXPECT_TRUE(session_.basin.Basin_Changed);
+}
+
 }  // namespace
 }  // namespace nivora

@@ -204,22 +204,5 @@ TEST_F(ResultsWindowTest, ItComesBackWhereItWasLeft) {
     EXPECT_EQ(again.size(), QSize(500, 520));
 }
 
-TEST_F(ResultsWindowTest, APlaceOffTheScreenIsPulledBack) {
-    session_.settings.places[4] = {.top = 9000, .left = -500, .height = {}, .width = {}};
-    results_.show();
-    QTest::qWait(20);  // until the frame is known
-    const QRect screen = results_.screen()->availableGeometry();
-    EXPECT_EQ(results_.pos().x(), screen.left());
-    EXPECT_EQ(results_.frameGeometry().bottom(), screen.bottom());
-}
-
-TEST_F(ResultsWindowTest, WithoutAKeptPlaceItIsCentred) {
-    results_.move(11, 13);
-    results_.show();
-    QTest::qWait(20);  // until the frame is known
-    const QPoint off = results_.frameGeometry().center() - results_.screen()->availableGeometry().center();
-    EXPECT_LE(std::max(std::abs(off.x()), std::abs(off.y())), 1);
-}
-
 }  // namespace
 }  // namespace nivora

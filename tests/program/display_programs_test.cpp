@@ -1,0 +1,18 @@
+// Where every test has to run, those that need a display must not skip themselves unseen.
+
+#include "tests/program/test_display.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+
+namespace nivora {
+namespace {
+
+TEST(DisplayProgramsTest, NoneIsMissingWhereTheTestsOfAChangeRun) {
+    if (std::getenv("CI") == nullptr) GTEST_SKIP() << "the variable CI is not set: displays may be missing";
+    EXPECT_THAT(TestDisplay::missing_programs(), testing::IsEmpty());
+}
+
+}  // namespace
+}  // namespace nivora
