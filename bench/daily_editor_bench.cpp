@@ -2,8 +2,8 @@
 
 #include "bench/bench_basin.h"
 #include "prep/data_menu.h"
-#include "prep/windows/frmData.h"
 #include "widgets/grid_view.h"
+#include "windows/prep/frmData.h"
 
 #include <benchmark/benchmark.h>
 

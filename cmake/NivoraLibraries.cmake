@@ -11,14 +11,15 @@ pkg_check_modules(utf8proc REQUIRED IMPORTED_TARGET libutf8proc)
 # nivora_library(<folder> [NAME <target>] [EXCEPT <file>...] [DEPENDS <folder>...] [LIBRARIES <target>...])
 #
 # Makes the static library nivora_<folder>, or <target>, from the .cpp files of src/<folder> but EXCEPT those named.
-# DEPENDS names the folders below that it stands on, LIBRARIES what it takes from others. A folder that has headers
+# In the name of a target the slash of a folder
+# becomes an underscore. DEPENDS names the folders below that it stands on, LIBRARIES what it takes from others. A folder that has headers
 # only gives an interface library.
 function(nivora_library folder)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "NAME" "EXCEPT;DEPENDS;LIBRARIES")
     if(arg_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "nivora_library(${folder}): what is '${arg_UNPARSED_ARGUMENTS}'?")
     endif()
-    set(target "nivora_${folder}")
+    string(REPLACE "/" "_" target "nivora_${folder}")
     if(arg_NAME)
         set(target "${arg_NAME}")
     endif()

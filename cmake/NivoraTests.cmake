@@ -15,7 +15,7 @@ endfunction()
 # nivora_tests(<folder> [WINDOWS] [LIBRARY <target>] [DEFINITIONS <name=value>...])
 #
 # Makes nivora_<folder>_test from tests/<folder>/*_test.cpp on nivora_<folder>, or <target>. Its tests are known to
-# ctest as <folder>.<suite>.<test> and bear the folder's name as label. WINDOWS takes what tests of windows need.
+# ctest as <folder>.<suite>.<test> and bear the folder's name as label; a slash becomes an underscore. WINDOWS takes what tests of windows need.
 # The tests themselves are not optimised: what they test is, and they compile in a third of the time.
 function(nivora_tests folder)
     cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS" "LIBRARY" "DEFINITIONS")
@@ -23,26 +23,28 @@ function(nivora_tests folder)
     if(NOT sources)
         return()
     endif()
-    set(library "nivora_${folder}")
+    string(REPLACE "/" "_" name "${folder}")
+    set(library "nivora_${name}")
     if(arg_LIBRARY)
         set(library "${arg_LIBRARY}")
     endif()
 
-    set(target "nivora_${folder}_test")
+    set(target "nivora_${name}_test")
     add_executable(${target} ${sources})
-    target_link_libraries(${target} PRIVATE nivora_compiler nivora_test_support ${library} GTest::gmock_main)
+    target_link_libraries(${target} PRIVATE nivora_compiler nivora_test_support ${library})
     target_compile_options(${target} PRIVATE -O0)
     if(arg_WINDOWS)
-        target_link_libraries(${target} PRIVATE Qt6::Test)
+        target_link_libraries(${target} PRIVATE Qt6::Test nivora_offscreen_main)
         target_precompile_headers(${target} REUSE_FROM nivora_window_test_headers)
     else()
+        target_link_libraries(${target} PRIVATE GTest::gmock_main)
         target_precompile_headers(${target} REUSE_FROM nivora_plain_test_headers)
     endif()
     target_compile_definitions(${target} PRIVATE ${arg_DEFINITIONS})
     gtest_discover_tests(${target}
-        TEST_PREFIX "${folder}."
+        TEST_PREFIX "${name}."
         NO_PRETTY_VALUES # the bytes of a parameter are another text in each build
         DISCOVERY_MODE PRE_TEST
         DISCOVERY_TIMEOUT 60
-        PROPERTIES TIMEOUT 300 LABELS "${folder}")
+        PROPERTIES TIMEOUT 300 LABELS "${name}")
 endfunction()

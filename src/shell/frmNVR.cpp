@@ -1,8 +1,6 @@
 #include "shell/frmNVR.h"
 
 #include "base/number_text.h"
-#include "climate/windows/frmCtrlClim.h"
-#include "engine/windows/Results.h"
 #include "session/simulation_list.h"
 #include "shell/basin_grids.h"
 #include "shell/frmNVRHelp.h"
@@ -10,6 +8,8 @@
 #include "widgets/edit_target.h"
 #include "widgets/grid_view.h"
 #include "widgets/qt_text.h"
+#include "windows/climate/frmCtrlClim.h"
+#include "windows/engine/Results.h"
 
 #include <QApplication>
 #include <QCloseEvent>

@@ -1,15 +1,7 @@
 // What the entries of the menu bar and the buttons of the main window do.
 
-#include "climate/windows/frmCC.h"
-#include "climate/windows/frmCtrlClim.h"
 #include "engine/run_driver.h"
-#include "engine/windows/Results.h"
-#include "engine/windows/frmTimeLagDist.h"
 #include "prep/simulation_grid.h"
-#include "prep/windows/SimOptions.h"
-#include "prep/windows/frmData.h"
-#include "prep/windows/frmLongTermAvg.h"
-#include "prep/windows/frmPopulate.h"
 #include "session/simulation_list.h"
 #include "shell/basin_grids.h"
 #include "shell/frmAbout.h"
@@ -21,6 +13,14 @@
 #include "widgets/grid_view.h"
 #include "widgets/page_dialogs.h"
 #include "widgets/qt_text.h"
+#include "windows/climate/frmCC.h"
+#include "windows/climate/frmCtrlClim.h"
+#include "windows/engine/Results.h"
+#include "windows/engine/frmTimeLagDist.h"
+#include "windows/prep/SimOptions.h"
+#include "windows/prep/frmData.h"
+#include "windows/prep/frmLongTermAvg.h"
+#include "windows/prep/frmPopulate.h"
 
 #include <QApplication>
 #include <QCloseEvent>

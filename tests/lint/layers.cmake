@@ -4,17 +4,25 @@
 set(reach_of_base base)
 set(reach_of_store store ${reach_of_base})
 set(reach_of_engine engine ${reach_of_store})
+set(reach_of_prep prep ${reach_of_store})
 set(reach_of_reports reports ${reach_of_engine})
 set(reach_of_climate climate ${reach_of_reports})
 set(reach_of_plots plots ${reach_of_climate})
-set(reach_of_prep prep ${reach_of_store})
 set(reach_of_session session prep ${reach_of_plots})
-set(reach_of_widgets widgets ${reach_of_session})
-set(reach_of_batch batch ${reach_of_session})
+set(reach_of_paint paint ${reach_of_plots})
+set(reach_of_widgets widgets paint ${reach_of_session})
+set(reach_of_batch batch paint ${reach_of_session})
 set(reach_of_shell shell ${reach_of_widgets})
-set(project_folders base store engine reports climate plots prep session widgets batch shell)
+set(project_folders base store engine prep reports climate plots session paint widgets batch shell)
 
-# The headers of Qt Widgets, and of Qt Print Support where they need it, in lower case.
+# The subsystems that have windows, each in src/windows/<subsystem>. The shell alone may use them.
+set(window_folders engine prep climate reports plots)
+
+# The layers that may use Qt Widgets, and those that may use any Qt.
+set(widget_layers "^(widgets|shell|windows/.*)$")
+set(qt_layers "^(paint|batch|widgets|shell|windows/.*)$")
+
+# The headers of Qt Widgets and of Qt Print Support, which needs it, in lower case.
 set(widget_headers
     qabstractbutton qabstractgraphicsshapeitem qabstractitemdelegate qabstractitemview qabstractprintdialog
     qabstractscrollarea qabstractslider qabstractspinbox qaccessiblewidget qapplication qboxlayout qbuttongroup
@@ -31,7 +39,7 @@ set(widget_headers
     qgroupbox qhboxlayout qheaderview qinputdialog qitemdelegate qitemeditorfactory qkeysequenceedit qlabel
     qlayout qlayoutitem qlcdnumber qlineedit qlistview qlistwidget qlistwidgetitem qmainwindow qmdiarea
     qmdisubwindow qmenu qmenubar qmessagebox qpagesetupdialog qpangesture qpinchgesture
-    qplaintextdocumentlayout qplaintextedit qprintdialog qprintpreviewdialog qprintpreviewwidget qprogressbar
+    qpagesetupdialog qplaintextdocumentlayout qplaintextedit qprintdialog qprinter qprinterinfo qprintengine qprintpreviewdialog qprintpreviewwidget qprogressbar
     qprogressdialog qproxystyle qpushbutton qradiobutton qrhiwidget qrubberband qscrollarea qscrollbar
     qscroller qscrollerproperties qsizegrip qsizepolicy qslider qspaceritem qspinbox qsplashscreen qsplitter
     qsplitterhandle qstackedlayout qstackedwidget qstatusbar qstyle qstyleditemdelegate qstylefactory
@@ -41,11 +49,13 @@ set(widget_headers
     qtreewidgetitem qtreewidgetitemiterator qtwidgetsdepends qtwidgetsversion qundoview qvboxlayout qwhatsthis
     qwidget qwidgetaction qwidgetitem qwizard qwizardpage)
 
-# Names the layer of a path relative to src/: a folder, "<folder>/windows", or nothing if there is no such place.
+# Names the layer of a path relative to src/: a folder, "windows/<subsystem>", or nothing if there is no such place.
 function(layer_of path result)
     set(layer "")
-    if(path MATCHES "^([^/]+)/windows/[^/]+$" AND CMAKE_MATCH_1 IN_LIST project_folders)
-        set(layer "${CMAKE_MATCH_1}/windows")
+    if(path MATCHES "^windows/([^/]+)/[^/]+$")
+        if(CMAKE_MATCH_1 IN_LIST window_folders)
+            set(layer "windows/${CMAKE_MATCH_1}")
+        endif()
     elseif(path MATCHES "^([^/]+)/[^/]+$" AND CMAKE_MATCH_1 IN_LIST project_folders)
         set(layer "${CMAKE_MATCH_1}")
     endif()
@@ -55,9 +65,9 @@ endfunction()
 # Whether a file of one layer may include a header of another.
 function(may_include from to result)
     set(allowed FALSE)
-    if(from STREQUAL "shell" AND to MATCHES "/windows$")
+    if(from STREQUAL "shell" AND to MATCHES "^windows/")
         set(allowed TRUE)
-    elseif(from MATCHES "/windows$")
+    elseif(from MATCHES "^windows/")
         if(to STREQUAL from OR to IN_LIST reach_of_widgets)
             set(allowed TRUE)
         endif()
@@ -78,16 +88,18 @@ function(fault_of_include layer line result)
     set(header "${CMAKE_MATCH_2}")
     string(REGEX REPLACE "/.*" "" first "${header}")
 
-    if(quote STREQUAL "<" AND NOT (header MATCHES "/" AND first IN_LIST project_folders))
+    if(quote STREQUAL "<" AND NOT (header MATCHES "/" AND (first IN_LIST project_folders OR first STREQUAL "windows")))
         cmake_path(GET header FILENAME name)
         string(TOLOWER "${name}" name)
         string(REGEX REPLACE "\\.h$" "" name "${name}")
-        if(layer MATCHES "^(widgets|shell|.*/windows)$")
+        if(layer MATCHES "${widget_layers}")
             return()
         endif()
-        if(first STREQUAL "QtWidgets" OR name IN_LIST widget_headers)
+        if(first MATCHES "^Qt(Widgets|PrintSupport)$" OR name IN_LIST widget_headers)
             set(${result} "<${header}> is Qt Widgets, which only widgets, windows and the shell may use"
                 PARENT_SCOPE)
+        elseif(NOT layer MATCHES "${qt_layers}" AND header MATCHES "^(Q[A-Z]|Qt[A-Z][A-Za-z]*/|q[a-z]+\\.h$)")
+            set(${result} "<${header}> is Qt, which ${layer} does without" PARENT_SCOPE)
         endif()
         return()
     endif()
@@ -115,7 +127,7 @@ function(fault_of_name path layer result)
         set(${result} "lies in no folder that is built" PARENT_SCOPE)
     elseif(name MATCHES "^[a-z][a-z0-9_]*(\\.[a-z0-9]+)+$" AND NOT name MATCHES "^frm")
         return()
-    elseif(layer MATCHES "^(widgets|shell|.*/windows)$" AND name MATCHES "^(frm)?[A-Z][A-Za-z0-9]*(\\.[a-z0-9]+)+$")
+    elseif(layer MATCHES "${widget_layers}" AND name MATCHES "^(frm)?[A-Z][A-Za-z0-9]*(\\.[a-z0-9]+)+$")
         return()
     else()
         set(${result} "is neither a snake_case name nor a window's" PARENT_SCOPE)
@@ -154,11 +166,13 @@ macro(check_layers tree)
     file(GLOB_RECURSE paths RELATIVE "${tree}/tests" "${tree}/tests/*.cpp")
     list(SORT paths)
     foreach(path IN LISTS paths)
-        # The windows of a folder have a test program of their own, <folder>_windows; the tests of the real program
-        # list their files themselves.
-        string(REGEX REPLACE "^([a-z]+)_windows/" "\\1/" folder_path "${path}")
-        layer_of("${folder_path}" layer)
-        if(NOT path MATCHES "^lint/|^support/[^/]+$|^(program|screen)/[^/]+$" AND NOT (path MATCHES "^[^/]+/[^/]+_test\\.cpp$" AND layer))
+        # The tests of the real program and those on a display list their files themselves; the main of all tests
+        # of windows lies beside their folders.
+        layer_of("${path}" layer)
+        if(path MATCHES "^lint/|^support/[^/]+$|^(program|screen)/[^/]+$|^windows/[^/]+$")
+            continue()
+        endif()
+        if(NOT (layer AND path MATCHES "_test\\.cpp$"))
             list(APPEND findings "tests/${path}: is not tests/<folder>/<file>_test.cpp and would never be built")
         endif()
     endforeach()

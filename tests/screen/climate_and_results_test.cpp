@@ -1,8 +1,8 @@
 // The windows of an evaluation and of a run's statistics on a real display.
 
-#include "climate/windows/frmCtrlClim.h"
-#include "engine/windows/Results.h"
 #include "tests/screen/screen_fixture.h"
+#include "windows/climate/frmCtrlClim.h"
+#include "windows/engine/Results.h"
 
 #include <QCheckBox>
 #include <QComboBox>

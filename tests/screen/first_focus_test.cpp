@@ -1,7 +1,7 @@
 // Which element has the keyboard when a window opens, and what Enter, Escape and F6 do there.
 
-#include "prep/windows/frmPopulate.h"
 #include "tests/screen/screen_fixture.h"
+#include "windows/prep/frmPopulate.h"
 
 #include <QLineEdit>
 #include <QPushButton>

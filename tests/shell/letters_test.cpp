@@ -1,18 +1,18 @@
 // The letters of all windows: with Alt each leads to one place alone, but for the two entries of the main
 // window's bar whose captions are given.
 
-#include "climate/windows/frmCC.h"
-#include "climate/windows/frmCtrlClim.h"
-#include "engine/windows/Results.h"
-#include "engine/windows/frmTimeLagDist.h"
-#include "prep/windows/SimOptions.h"
-#include "prep/windows/frmData.h"
-#include "prep/windows/frmLongTermAvg.h"
-#include "prep/windows/frmPopulate.h"
 #include "shell/frmAbout.h"
 #include "shell/frmNVRHelp.h"
 #include "shell/frmSplash.h"
 #include "tests/shell/main_window_fixture.h"
+#include "windows/climate/frmCC.h"
+#include "windows/climate/frmCtrlClim.h"
+#include "windows/engine/Results.h"
+#include "windows/engine/frmTimeLagDist.h"
+#include "windows/prep/SimOptions.h"
+#include "windows/prep/frmData.h"
+#include "windows/prep/frmLongTermAvg.h"
+#include "windows/prep/frmPopulate.h"
 
 #include <gmock/gmock.h>
 

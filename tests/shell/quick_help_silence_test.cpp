@@ -1,7 +1,7 @@
-#include "engine/windows/Results.h"
-#include "engine/windows/frmTimeLagDist.h"
 #include "shell/frmNVRHelp.h"
 #include "tests/shell/quick_help_fixture.h"
+#include "windows/engine/Results.h"
+#include "windows/engine/frmTimeLagDist.h"
 
 namespace nivora {
 namespace {

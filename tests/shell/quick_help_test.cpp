@@ -1,5 +1,5 @@
-#include "engine/windows/frmTimeLagDist.h"
 #include "tests/shell/main_window_fixture.h"
+#include "windows/engine/frmTimeLagDist.h"
 
 #include <gmock/gmock.h>
 

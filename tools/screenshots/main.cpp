@@ -2,15 +2,7 @@
 // Needs no display: QT_QPA_PLATFORM=offscreen. QT_SCALE_FACTOR=2 gives the pictures of a sharp screen.
 
 #include "base/durable_file.h"
-#include "climate/windows/frmCC.h"
-#include "climate/windows/frmCtrlClim.h"
-#include "engine/windows/Results.h"
-#include "engine/windows/frmTimeLagDist.h"
 #include "prep/data_menu.h"
-#include "prep/windows/SimOptions.h"
-#include "prep/windows/frmData.h"
-#include "prep/windows/frmLongTermAvg.h"
-#include "prep/windows/frmPopulate.h"
 #include "shell/desktop_link.h"
 #include "shell/frmAbout.h"
 #include "shell/frmNVR.h"
@@ -18,6 +10,14 @@
 #include "shell/frmSplash.h"
 #include "widgets/desktop_dialogs.h"
 #include "widgets/qt_text.h"
+#include "windows/climate/frmCC.h"
+#include "windows/climate/frmCtrlClim.h"
+#include "windows/engine/Results.h"
+#include "windows/engine/frmTimeLagDist.h"
+#include "windows/prep/SimOptions.h"
+#include "windows/prep/frmData.h"
+#include "windows/prep/frmLongTermAvg.h"
+#include "windows/prep/frmPopulate.h"
 
 #include <QApplication>
 #include <QCheckBox>

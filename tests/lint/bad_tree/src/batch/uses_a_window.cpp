@@ -1,1 +1,1 @@
-#include "plots/windows/frmNVRPlot.h"
+#include "windows/plots/frmNVRPlot.h"

@@ -1,1 +1,1 @@
-#include "prep/windows/frmData.h"
+#include "windows/prep/frmData.h"

@@ -1,6 +1,3 @@
 #pragma once
 
 #include "climate/climate_run.h"
-
-#include <QPainter>
-#include <QStyleHints>

@@ -1,4 +1,4 @@
-#include "plots/windows/frmNVRPlot.h"
 #include "widgets/nivora_window.h"
+#include "windows/plots/frmNVRPlot.h"
 
 #include <QApplication>

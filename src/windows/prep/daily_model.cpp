@@ -1,0 +1,133 @@
+#include "windows/prep/daily_model.h"
+
+#include "base/entry_refusal.h"
+#include "base/number_text.h"
+#include "base/single.h"
+#include "base/text.h"
+#include "prep/daily_units.h"
+#include "prep/dated_block.h"
+#include "widgets/qt_text.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace nivora {
+
+void DailyModel::show(DailyEditor* editor) {
+    beginResetModel();
+    editor_ = editor;
+    patterns_.clear();
+    if (editor_ != nullptr) {
+        for (const DailyColumn& column : editor_->columns()) {
+            patterns_.push_back(column.decimals > 0
+                                    ? "0." + std::string(static_cast<std::size_t>(column.decimals), '0')
+                                    : "0");
+        }
+    }
+    endResetModel();
+}
+
+int DailyModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() || editor_ == nullptr ? 0 : static_cast<int>(editor_->rows());
+}
+
+int DailyModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() || editor_ == nullptr ? 0 : static_cast<int>(editor_->columns().size());
+}
+
+const DailyColumn& DailyModel::column_of(int column) const {
+    return editor_->columns().at(static_cast<std::size_t>(column));
+}
+
+CellFormat DailyModel::format(int /*row*/, int column) const {
+    if (column == 0) return {.kind = CellFormat::Kind::Date};
+    const bool whole = column_of(column).type == FieldType::Integer;
+    return {.kind = whole ? CellFormat::Kind::Integer : CellFormat::Kind::Number};
+}
+
+QString DailyModel::number_text(double value, int column) const {
+    return to_qt(format_number(value, patterns_.at(static_cast<std::size_t>(column))));
+}
+
+QString DailyModel::text(int row, int column) const {
+    const auto day = static_cast<std::size_t>(row);
+    if (column == 0) return to_qt(long_date_text(editor_->date(day)));
+    return number_text(editor_->value(day, static_cast<std::size_t>(column)), column);
+}
+
+QString DailyModel::whole_text(int row, int column) const {
+    if (column == 0) return text(row, column);
+    const double value = editor_->value(static_cast<std::size_t>(row), static_cast<std::size_t>(column));
+    const bool single = column_of(column).type == FieldType::Single;
+    return to_qt(single ? shortest_text(static_cast<float>(value)) : shortest_text(value));
+}
+
+QString DailyModel::header(int column) const { return to_qt(column_of(column).header); }
+
+bool DailyModel::locked(int /*row*/, int column) const { return column == 0 || read_only_; }
+
+QColor DailyModel::text_colour(int /*row*/, int column) const {
+    return column == 0 ? QColor{} : QColor{0, 0, 255};
+}
+
+/// Of numbers with one count of decimals the largest and the smallest are the longest.
+QString DailyModel::widest_text(int column) const {
+    if (column == 0) return QStringLiteral("00/00/0000");
+    double low = 0.0;
+    double high = 0.0;
+    for (std::size_t row = 0; row < editor_->rows(); ++row) {
+        const double value = editor_->value(row, static_cast<std::size_t>(column));
+        if (value < low) low = value;
+        if (value > high) high = value;
+    }
+    const QString lowest = number_text(low, column);
+    const QString highest = number_text(high, column);
+    return lowest.size() > highest.size() ? lowest : highest;
+}
+
+QString DailyModel::unit(int column) const { return to_qt(daily_unit(column_of(column).field, units_code_)); }
+
+QString DailyModel::place(int row, int column) const {
+    return QStringLiteral("%1, %2, zone %3").arg(header(column), text(row, 0)).arg(editor_->zone());
+}
+
+QString DailyModel::locked_reason(int /*row*/, int /*column*/) const {
+    return read_only_ ? QStringLiteral("this table is for reading only")
+                      : QStringLiteral("the days of a table can't be changed");
+}
+
+QString DailyModel::entry_refusal(int /*row*/, int column, const QString& text) const {
+    const std::string typed = from_qt(text);
+    if (auto refusal = number_refusal(typed); !refusal.empty()) return to_qt(refusal);
+    const auto number = exact_number(typed);
+    return number ? to_qt(editor_->refusal(static_cast<std::size_t>(column), *number)) : QString{};
+}
+
+std::optional<OfferedPaste> DailyModel::offered_paste(const CellBlock& copied, int active_column) const {
+    if (read_only_ || editor_ == nullptr) return std::nullopt;
+    const auto block = read_dated_block(copied);
+    if (!block) return std::nullopt;
+    const DatedPlaces places = place_by_date(*block, *editor_, static_cast<std::size_t>(active_column));
+    if (places.values.empty()) return std::nullopt;
+    OfferedPaste offer{.question = dated_paste_question(places), .cells = {}};
+    for (const DatedValue& value : places.values) {
+        offer.cells.push_back(
+            {static_cast<int>(value.row), static_cast<int>(value.column), to_qt(value.text)});
+    }
+    return offer;
+}
+
+bool DailyModel::put(int row, int column, const QString& text) {
+    const std::string typed = from_qt(text);
+    // An empty text that was pasted is a missing value; a cell that is emptied by hand gets a zero.
+    auto number = trimmed(typed).empty() ? std::optional<double>{k_missing} : exact_number(typed);
+    if (!number) return false;
+    try {
+        return editor_->set_value(static_cast<std::size_t>(row), static_cast<std::size_t>(column), *number);
+    } catch (const StoreError& error) {
+        fault_ = error.what();
+        return false;
+    }
+}
+
+}  // namespace nivora

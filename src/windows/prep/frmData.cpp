@@ -1,0 +1,321 @@
+#include "windows/prep/frmData.h"
+
+#include "base/number_text.h"
+#include "base/text.h"
+#include "engine/results_summary.h"
+#include "widgets/controls.h"
+#include "widgets/grid_status.h"
+#include "widgets/grid_view.h"
+#include "widgets/qt_text.h"
+#include "windows/prep/daily_model.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QSpinBox>
+#include <QStatusBar>
+#include <QVBoxLayout>
+
+namespace nivora {
+namespace {
+
+constexpr int k_default_topic = 7;
+constexpr int k_parameters_topic = 71;
+constexpr int k_results_topic = 72;
+
+bool climate_run_goes_on(int climate_step) { return climate_step >= 1 && climate_step <= 5; }
+
+/// The number before the help line of a view's first column.
+int help_columns(DataView view) {
+    switch (view) {
+        case DataView::PhysicalData: return 20;
+        case DataView::Parameters: return 30;
+        case DataView::Results: return 40;
+        case DataView::Scenario: break;
+    }
+    return 96;
+}
+
+}  // namespace
+
+std::string daily_caption(const PrepState& prep, const BasinState& basin) {
+    const std::string units = basin.Units_Code == k_english ? "  (English units)" : "  (Metric units)";
+    return prep.caption_prefix + basin.Current_Sim_Name + units;
+}
+
+std::string daily_title(const PrepState& prep, int climate_step) {
+    const char* locked =
+        climate_run_goes_on(climate_step) ? " (Read-only during climate change processing)" : "";
+    return prep.window_title + locked;
+}
+
+frmData::frmData(const WindowContext& context, QWidget* parent)
+    : NivoraWindow(context, "frmData", WindowNumber::frmData, parent),
+      zone_grid_before_(context.session.basin.zones),
+      days_(nullptr),
+      grid_(nullptr) {
+    PrepState& prep = session().prep;
+    if (climate_run_goes_on(session().run.ClimateStep)) prep.Edit_Locked = true;
+    // Daily variables are the basin's; parameters and results are of a simulation.
+    const BasinState& basin = session().basin;
+    const int units = prep.Data_View == DataView::PhysicalData ? basin.basin_units : basin.Units_Code;
+    days_ = new DailyModel(prep.Edit_Locked, units, this);
+    grid_ = new GridView(days_, session().dialogs, this);
+    grid_->setObjectName(QStringLiteral("Spread"));
+    grid_->setAccessibleName(QStringLiteral("Daily values"));
+    set_help(grid_, 17);
+    if (prep.Data_View != DataView::Scenario)
+        grid_->setProperty(k_help_columns, help_columns(prep.Data_View));
+    setWindowTitle(to_qt(daily_title(prep, session().run.ClimateStep)));
+    auto* content = new QWidget(this);
+    auto* layout = new QVBoxLayout(content);
+    layout->addWidget(make_head());
+    layout->addWidget(grid_, 1);
+    const ButtonRow row = make_button_row({"&Done", "&Cancel", "&Print", "&Help"}, 5, content);
+    layout->addWidget(row.frame);
+    set_content(content);
+    explain_status_bar(18);
+    if (prep.Data_View == DataView::Scenario) show_status(to_qt(prep.status));
+    if (prep.Data_View == DataView::Results)
+        show_status(to_qt(results_status(session().basin, session().run)));
+    make_menus();
+    for (QPushButton* button : row.buttons) {
+        button->setAutoDefault(false);
+        // Whatever button is pressed, the Edit menu of the main window ends; it is meant so.
+        connect(button, &QPushButton::clicked, this, [this] { session().shell.edit_menu = false; });
+    }
+    turn_off_printing(row.buttons[2]);
+    set_first_focus(grid_);
+    setTabOrder(zone_, grid_);
+    setTabOrder(grid_, row.buttons[0]);
+    set_default_button(row.buttons[0]);
+    close_on_escape();
+    connect(row.buttons[0], &QPushButton::clicked, this, &frmData::done);
+    connect(row.buttons[1], &QPushButton::clicked, this, &frmData::cancel);
+    connect(row.buttons[3], &QPushButton::clicked, this, &frmData::help);
+    connect(zone_, &QSpinBox::valueChanged, this, &frmData::show_zone);
+    connect(days_, &GridModel::refused, this, [this] { tell_fault(); });
+    connect(grid_, &GridView::pasted, this, [this] { tell_fault(); });
+    (new GridStatus(statusBar()))->watch(grid_);
+    resize(980, 680);
+}
+
+frmData::~frmData() { days_->show(nullptr); }
+
+QWidget* frmData::make_head() {
+    auto* frame = new QWidget(this);
+    auto* layout = new QHBoxLayout(frame);
+    layout->setContentsMargins(0, 0, 0, 0);
+    zone_frame_ = new QGroupBox(frame);
+    zone_frame_->setObjectName(QStringLiteral("Frame1"));
+    set_help(zone_frame_, 2);
+    zone_ = make_zone_box(session().basin.ZoneCount, 1, zone_frame_);
+    (new QHBoxLayout(zone_frame_))->addWidget(zone_);
+    auto* names = new QVBoxLayout;
+    auto* basin = make_label(QStringLiteral("Label1(0)"),
+                             QStringLiteral("Basin Name:  ") + to_qt(session().basin.basin_name), 3, frame);
+    auto* simulation = make_label(QStringLiteral("Label1(1)"),
+                                  to_qt(daily_caption(session().prep, session().basin)), 4, frame);
+    for (QLabel* label : {basin, simulation}) {
+        label->setTextFormat(Qt::PlainText);
+        names->addWidget(label);
+    }
+    layout->addWidget(zone_frame_);
+    layout->addLayout(names, 1);
+    return frame;
+}
+
+void frmData::make_menus() {
+    QMenu* edit = menuBar()->addMenu(QStringLiteral("&Edit"));
+    edit->setObjectName(QStringLiteral("mnuEdit"));
+    const auto add = [this](QMenu* menu, const char* name, const char* caption, int help, auto act) {
+        QAction* action = menu->addAction(QString::fromUtf8(caption), this, act);
+        action->setObjectName(QString::fromUtf8(name));
+        action->setProperty(k_help_line, help);
+        return action;
+    };
+    const bool open = !session().prep.Edit_Locked;
+    add(edit, "mnuEditItm(0)", "&Cut", 9, [this] { grid_->cut(); })->setEnabled(open);
+    add(edit, "mnuEditItm(1)", "C&opy", 10, [this] { grid_->copy(); });
+    edit->addSeparator();
+    add(edit, "mnuEditItm(3)", "&Paste", 11, [this] { grid_->paste(); })->setEnabled(open);
+    edit->addSeparator();
+    turn_off_printing(add(edit, "mnuEditItm(5)", "Prin&t", 12, [] {}));
+    edit->addSeparator();
+    QMenu* days = edit->addMenu(QStringLiteral("&Edit multiple days"));
+    days->menuAction()->setObjectName(QStringLiteral("mnuEditItm(7)"));
+    days->menuAction()->setProperty(k_help_line, 13);
+    days->setEnabled(open);
+    add(days, "mnuEditItmAct(0)", "&Add to each day", 14, [this] { mass_edit(MassEdit::Add); });
+    add(days, "mnuEditItmAct(1)", "Multiply each day", 15, [this] { mass_edit(MassEdit::Multiply); });
+    edit->addSeparator();
+    add(edit, "mnuEditItm(9)", "&Switch Scroll Style", 16,
+        [this] { grid_->set_track_scrolling(!grid_->track_scrolling()); });
+}
+
+bool frmData::open() {
+    const PrepState& prep = session().prep;
+    try {
+        editor_ = std::make_unique<DailyEditor>(session().basin.Work_File, prep.Data_View, prep.query);
+    } catch (const StoreError&) {
+        session().dialogs.stop("Data table corrupt!");
+        return false;
+    }
+    if (editor_->rows() == 0) {
+        session().dialogs.stop(
+            "Simulation results table does not match the current simulation.  Please run the current "
+            "simulation/climate change again.");
+        return false;
+    }
+    show_zone(1);
+    fit_columns();
+    grid_->setCurrentIndex(days_->index(0, 0));
+    return true;
+}
+
+/// Says why the store refused what was typed or pasted, where it did.
+void frmData::tell_fault() {
+    const std::string fault = days_->take_fault();
+    if (!fault.empty()) session().dialogs.stop(fault);
+}
+
+void frmData::fit_columns() {
+    grid_->fit_columns(session().prep.column_widths[static_cast<int>(session().prep.Data_View)]);
+}
+
+void frmData::show_zone(int zone) {
+    grid_->commit_editor();
+    const QModelIndex at = grid_->currentIndex();
+    const int top = grid_->rowAt(0);
+    if (zone != editor_->zone() && !read_zone(zone)) return;
+    days_->show(editor_.get());
+    zone_frame_->setTitle(QStringLiteral("Zone %1 of %2").arg(zone).arg(session().basin.ZoneCount));
+    if (!at.isValid() || days_->rowCount() == 0) return;
+    grid_->scrollTo(days_->index(std::max(0, top), at.column()), QAbstractItemView::PositionAtTop);
+    grid_->setCurrentIndex(days_->index(std::min(at.row(), days_->rowCount() - 1), at.column()));
+}
+
+/// Reads another zone; where it can't be read the one before stays, and all that was changed.
+bool frmData::read_zone(int zone) {
+    const int shown = editor_->zone();
+    try {
+        editor_->show_zone(zone);
+        return true;
+    } catch (const StoreError&) {
+        session().dialogs.stop("Data table corrupt!");
+    }
+    const QSignalBlocker quiet(zone_);
+    zone_->setValue(shown);
+    return false;
+}
+
+void frmData::mass_edit(MassEdit edit) {
+    grid_->commit_editor();
+    const CellRange block = grid_->block();
+    if (block.rows() <= 0) return;
+    Dialogs& user = session().dialogs;
+    if (block.first_column != block.last_column) {
+        user.stop("The mass edit function may only be applied to one variable/parameter at a time",
+                  "Invalid selection");
+        return;
+    }
+    const auto column = static_cast<std::size_t>(block.first_column);
+    const auto answer = user.input(mass_edit_question(edit, editor_->columns().at(column).field));
+    if (!answer || trimmed(*answer).empty()) return;
+    const auto factor = exact_number(*answer);
+    if (!factor) {
+        user.stop("Non-numeric edit factors are not allowed", "Invalid (non-numeric) edit value");
+        return;
+    }
+    try {
+        editor_->mass_edit(edit, column, static_cast<std::size_t>(block.first_row),
+                           static_cast<std::size_t>(block.last_row), static_cast<float>(*factor));
+    } catch (const StoreError& error) {
+        user.stop("Mass edit failed.  Make sure you have correctly 'selected' a group of cells.",
+                  std::string{"ERROR - "} + error.what());
+    }
+    days_->changed_block(block.first_row, block.first_column, block.last_row, block.last_column);
+}
+
+/// Asks before results of an earlier run are thrown away.
+bool frmData::results_may_go() {
+    if (!editor_->changed() || !session().basin.Output_Valid) return true;
+    return session().dialogs.message(
+               {.text = "After these changes to your database are recorded, plots and reports using computed "
+                        "values\n"
+                        "will be disabled pending another successful model 'run'.  Save changes?",
+                .title =
+                    "Database changes disable all model output (plots, reports) that utilize computed values",
+                .buttons = Buttons::YesNo}) == Answer::Yes;
+}
+
+void frmData::done() {
+    grid_->commit_editor();
+    if (!results_may_go()) return cancel();
+    const bool changed = editor_->changed();
+    try {
+        editor_->commit();
+    } catch (const StoreError& error) {
+        session().dialogs.stop(error.what());
+        return;
+    }
+    if (changed) {
+        BasinState& basin = session().basin;
+        basin.Output_Valid = false;
+        session().run.ClimateStep = 0;
+        basin.Basin_Changed = true;
+        basin.Input_Changed = true;
+    }
+    finished_ = true;
+    close();
+}
+
+void frmData::cancel() {
+    editor_->roll_back();
+    // The zone grid comes back as it was when the window was opened.
+    session().basin.zones = zone_grid_before_;
+    finished_ = true;
+    close();
+}
+
+void frmData::help() {
+    int topic = k_default_topic;
+    if (session().prep.Data_View == DataView::Parameters) topic = k_parameters_topic;
+    if (session().prep.Data_View == DataView::Results) topic = k_results_topic;
+    session().desktop.show_help_topic(topic);
+}
+
+/// The window's own close control discards like Cancel, but not without a question where there is something
+/// to lose.
+bool frmData::may_discard() {
+    if (finished_ || editor_ == nullptr) return true;
+    grid_->commit_editor();
+    if (!editor_->changed()) return true;
+    return session().dialogs.message(
+               {.text = "The values that you changed are lost if the window is closed.  Close it?",
+                .title = from_qt(windowTitle()),
+                .icon = Icon::Question,
+                .buttons = Buttons::YesNo,
+                .default_answer = Answer::No}) == Answer::Yes;
+}
+
+void frmData::closeEvent(QCloseEvent* event) {
+    const bool may_close = !context().quick_help.is_on();
+    if (may_close && !may_discard()) {
+        event->ignore();
+        return;
+    }
+    if (may_close && !finished_ && editor_ != nullptr) {
+        editor_->roll_back();
+        session().basin.zones = zone_grid_before_;
+    }
+    NivoraWindow::closeEvent(event);
+}
+
+}  // namespace nivora

@@ -1,0 +1,170 @@
+#include "windows/prep/frmLongTermAvg.h"
+
+#include "widgets/controls.h"
+#include "widgets/grid_status.h"
+#include "widgets/grid_view.h"
+#include "windows/prep/month_model.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QStatusBar>
+#include <QVBoxLayout>
+
+namespace nivora {
+namespace {
+
+constexpr int k_help_topic = 6;
+
+}  // namespace
+
+frmLongTermAvg::frmLongTermAvg(const WindowContext& context, QWidget* parent)
+    : NivoraWindow(context, "frmLongTermAvg", WindowNumber::frmLongTermAvg, parent),
+      months_(new MonthModel(session().basin.basin_units, this)),
+      grid_(new GridView(months_, session().dialogs, this)),
+      zone_frame_(new QGroupBox(this)) {
+    setWindowTitle(QStringLiteral("Long-term Monthly Averages"));
+    grid_->setObjectName(QStringLiteral("vaSpread1"));
+    grid_->setAccessibleName(QStringLiteral("Monthly averages"));
+    grid_->setProperty(k_help_columns, 2);
+    grid_->verticalHeader()->hide();
+    zone_frame_->setObjectName(QStringLiteral("Frame2"));
+    set_help(zone_frame_, 2);
+    zone_ = make_zone_box(session().basin.ZoneCount, 1, zone_frame_);
+    auto* zone_layout = new QHBoxLayout(zone_frame_);
+    zone_layout->addWidget(zone_);
+    auto* content = new QWidget(this);
+    auto* layout = new QVBoxLayout(content);
+    layout->addWidget(zone_frame_, 0, Qt::AlignLeft);
+    layout->addWidget(grid_, 1);
+    const ButtonRow row =
+        make_button_row({"&Accept", "&Cancel", "&Help", "Recalculate", "&Print"}, 8, content);
+    layout->addWidget(row.frame);
+    set_content(content);
+    explain_status_bar(15);
+    make_menus();
+    turn_off_printing(row.buttons[4]);
+    set_first_focus(grid_);
+    setTabOrder(zone_, grid_);
+    setTabOrder(grid_, row.buttons[0]);
+    set_default_button(row.buttons[0]);
+    close_on_escape();
+    connect(zone_, &QSpinBox::valueChanged, this, &frmLongTermAvg::Show_Zone_Months);
+    connect(months_, &GridModel::refused, this, [this] { tell_fault(); });
+    connect(grid_, &GridView::pasted, this, [this] { tell_fault(); });
+    (new GridStatus(statusBar()))->watch(grid_);
+    connect(row.buttons[0], &QPushButton::clicked, this, &frmLongTermAvg::accept);
+    connect(row.buttons[1], &QPushButton::clicked, this, [this] {
+        done_ = true;
+        close();
+    });
+    connect(row.buttons[2], &QPushButton::clicked, this,
+            [this] { session().desktop.show_help_topic(k_help_topic); });
+    connect(row.buttons[3], &QPushButton::clicked, this, &frmLongTermAvg::recalculate);
+    resize(640, 560);
+}
+
+frmLongTermAvg::~frmLongTermAvg() = default;
+
+void frmLongTermAvg::make_menus() {
+    QMenu* edit = menuBar()->addMenu(QStringLiteral("&Edit"));
+    int index = 0;
+    for (const char* caption : {"&Copy", "&Print"}) {
+        QAction* action = edit->addAction(QString::fromUtf8(caption));
+        action->setObjectName(QStringLiteral("mnuEditItm(%1)").arg(index));
+        action->setProperty(k_help_line, 13 + index);
+        if (index == 0) connect(action, &QAction::triggered, this, [this] { grid_->copy(); });
+        if (index == 1) turn_off_printing(action);
+        ++index;
+    }
+}
+
+bool frmLongTermAvg::open() {
+    try {
+        averages_ = std::make_unique<MonthlyAverages>(session().basin.Work_File, session().basin.ZoneCount);
+        if (!averages_->has_physical_data()) show_status(QStringLiteral("Click 'Recalculate' button"));
+    } catch (const StoreError&) {
+        session().dialogs.stop("Missing invalid BasinAverages table");
+        return false;
+    }
+    Show_Zone_Months(1);
+    grid_->fit_columns();
+    return true;
+}
+
+void frmLongTermAvg::Show_Zone_Months(int zone) {
+    grid_->commit_editor();
+    zone_frame_->setTitle(QStringLiteral("Zone %1 of %2").arg(zone).arg(averages_->zones()));
+    const QModelIndex at = grid_->currentIndex();
+    months_->show_zone(averages_.get(), zone);
+    if (at.isValid()) grid_->setCurrentIndex(months_->index(at.row(), at.column()));
+}
+
+/// Says why the store refused what was typed or pasted, where it did.
+void frmLongTermAvg::tell_fault() {
+    const std::string fault = months_->take_fault();
+    if (!fault.empty()) session().dialogs.stop(fault);
+}
+
+void frmLongTermAvg::recalculate() {
+    try {
+        if (!averages_->recalculate()) {
+            session().dialogs.stop(
+                "There are no physical data (temperature and precipitation) present in the current database!",
+                "No physical data");
+            return;
+        }
+    } catch (const StoreError&) {
+        session().dialogs.message({.text = "Error accessing the BasinAverages table for this basin"});
+        return;
+    }
+    Show_Zone_Months(zone_->value());
+    grid_->fit_columns();
+    session().basin.Basin_Changed = true;
+    session().basin.Input_Changed = true;
+}
+
+void frmLongTermAvg::accept() {
+    grid_->commit_editor();
+    try {
+        averages_->commit();
+    } catch (const StoreError& error) {
+        session().dialogs.stop(error.what());
+        return;
+    }
+    if (months_->edited_by_user()) {
+        session().basin.Basin_Changed = true;
+        session().basin.Input_Changed = true;
+    }
+    session().basin.Output_Valid = false;
+    done_ = true;
+    close();
+}
+
+/// The window's own close control discards like Cancel, but not without a question where there is something
+/// to lose.
+bool frmLongTermAvg::may_discard() {
+    if (done_ || !months_->edited_by_user()) return true;
+    return session().dialogs.message(
+               {.text = "The values that you typed are lost if the window is closed.  Close it?",
+                .title = "Long-term Monthly Averages",
+                .icon = Icon::Question,
+                .buttons = Buttons::YesNo,
+                .default_answer = Answer::No}) == Answer::Yes;
+}
+
+void frmLongTermAvg::closeEvent(QCloseEvent* event) {
+    if (!context().quick_help.is_on() && !may_discard()) {
+        event->ignore();
+        return;
+    }
+    NivoraWindow::closeEvent(event);
+}
+
+}  // namespace nivora

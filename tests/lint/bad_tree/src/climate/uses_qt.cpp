@@ -1,0 +1,3 @@
+#include <QImage>
+#include <QtCore/QString>
+#include <qobject.h>

@@ -1,0 +1,4 @@
+#include "session/session.h"
+
+#include <QPrinter>
+#include <QtWidgets/QLabel>

@@ -1,0 +1,1 @@
+#include "paint/image_surface.h"

@@ -1,1 +1,0 @@
-#include "prep/windows/frmData.h"

@@ -1,0 +1,1 @@
+// A window of nothing that is known.

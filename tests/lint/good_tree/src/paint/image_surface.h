@@ -1,0 +1,7 @@
+#pragma once
+
+#include "plots/plot_state.h"
+
+#include <QImage>
+#include <QPainter>
+#include <QStyleHints>

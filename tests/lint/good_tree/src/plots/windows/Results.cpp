@@ -1,1 +1,0 @@
-#include "plots/windows/frmNVRPlot.h"
