@@ -32,9 +32,9 @@ std::optional<SimulationRecord> import_into(Session& session, const LegacyFile& 
 
 }  // namespace
 
-bool import_basin(Session& session, FileNames& file_names) {
+bool import_basin(Session& session) {
     session.desktop.commit_edits();
-    const auto path = file_names.GetFileName(FileKind::Import, session.basin.Basin_File);
+    const auto path = session.file_names.GetFileName(FileKind::Import, session.basin.Basin_File);
     if (!path) return false;
     try {
         const LegacyFile file = read_legacy_file(read_whole_file(*path, k_largest_file));

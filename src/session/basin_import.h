@@ -1,7 +1,6 @@
 // The import of a legacy file into the open basin.
 #pragma once
 
-#include "session/file_names.h"
 #include "session/session.h"
 
 namespace nivora {
@@ -10,6 +9,6 @@ namespace nivora {
 /// The definition of its simulation is then the working record, to be added through its window.
 ///
 /// @return whether there is a definition to add; otherwise the basin is as it was, and the user knows why
-[[nodiscard]] bool import_basin(Session& session, FileNames& file_names);
+[[nodiscard]] bool import_basin(Session& session);
 
 }  // namespace nivora

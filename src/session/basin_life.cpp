@@ -50,9 +50,8 @@ void keep_outdated_mark(BasinState& basin) {
 }  // namespace
 
 BasinLife::BasinLife(Session& session, fs::path program_folder)
-    : session_(session),
-      file_names_(session.dialogs, program_folder),
-      template_file_(program_folder / "null.mdb") {
+    : session_(session), template_file_(program_folder / "null.mdb") {
+    session_.file_names.begin_in(program_folder);
     session_.basin.App_Path = program_folder;
     session_.basin.Work_File = program_folder / "new.mdb";
     session_.basin.Basin_File = template_file_;
@@ -146,7 +145,7 @@ bool BasinLife::new_basin() {
 
 void BasinLife::open() {
     if (!Save_Prompt()) return;
-    const auto name = file_names_.GetFileName(FileKind::OpenBasin, session_.basin.Basin_File);
+    const auto name = session_.file_names.GetFileName(FileKind::OpenBasin, session_.basin.Basin_File);
     if (!name) return keep_declined();
     if (is_reserved_name(*name)) {
         session_.dialogs.stop(path_text(*name) + " is a reserved file name used by Nivora!",
@@ -294,7 +293,7 @@ bool BasinLife::save_for_question() {
     BasinState& basin = session_.basin;
     if (!has_template_name())
         return Save_Grids(basin.Work_File) && may_overwrite() && copy_to(basin.Basin_File);
-    const auto name = file_names_.GetFileName(FileKind::SaveQuestion, basin.Basin_File);
+    const auto name = session_.file_names.GetFileName(FileKind::SaveQuestion, basin.Basin_File);
     if (!name || !Save_Grids(basin.Work_File) || !copy_to(*name)) return false;
     become_named(*name);
     return true;
@@ -365,7 +364,7 @@ void BasinLife::save() {
 void BasinLife::save_as() {
     BasinState& basin = session_.basin;
     if (!zones_given() || !Save_Grids(basin.Work_File)) return;
-    const auto name = file_names_.GetFileName(FileKind::SaveAs, basin.Basin_File);
+    const auto name = session_.file_names.GetFileName(FileKind::SaveAs, basin.Basin_File);
     if (!name || !copy_to(*name)) return;
     keep_outdated_mark(basin);
     reset_window();
@@ -380,7 +379,7 @@ void BasinLife::save_as() {
     session_.desktop.refresh_main_window();
 }
 
-bool BasinLife::import_file() { return import_basin(session_, file_names_); }
+bool BasinLife::import_file() { return import_basin(session_); }
 
 void BasinLife::imported() {
     BasinState& basin = session_.basin;

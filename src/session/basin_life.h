@@ -2,7 +2,6 @@
 #pragma once
 
 #include "base/file_content.h"
-#include "session/file_names.h"
 #include "session/session.h"
 
 #include <filesystem>
@@ -76,7 +75,6 @@ private:
     void reset_window();
 
     Session& session_;
-    FileNames file_names_;
     std::filesystem::path template_file_;
     std::optional<FileContent> known_content_;  ///< of the user's file, as it was opened or saved last
     std::optional<Declined> declined_;          ///< by the last question, where its answer was No

@@ -97,7 +97,7 @@ bool is_reserved_name(const fs::path& path) {
 
 fs::path FileNames::folder(FileKind kind) const {
     const auto kept = folders_.find(kind);
-    return kept == folders_.end() ? program_folder_ : kept->second;
+    return kept == folders_.end() ? first_folder_ : kept->second;
 }
 
 std::optional<fs::path> FileNames::GetFileName(FileKind kind, const fs::path& basin_file, bool flux_plot) {

@@ -28,8 +28,11 @@ enum class FileKind {
 /// Asks for file names, and remembers the last folder of each purpose.
 class FileNames {
 public:
-    FileNames(Dialogs& dialogs, std::filesystem::path program_folder)
-        : dialogs_(dialogs), program_folder_(std::move(program_folder)) {}
+    explicit FileNames(Dialogs& dialogs, std::filesystem::path first_folder = {})
+        : dialogs_(dialogs), first_folder_(std::move(first_folder)) {}
+
+    /// The folder in which every purpose begins: the program's.
+    void begin_in(std::filesystem::path folder) { first_folder_ = std::move(folder); }
 
     /// The chosen name; nothing where the user cancelled.
     ///
@@ -46,7 +49,7 @@ private:
     [[nodiscard]] std::filesystem::path folder(FileKind kind) const;
 
     Dialogs& dialogs_;
-    std::filesystem::path program_folder_;
+    std::filesystem::path first_folder_;
     std::map<FileKind, std::filesystem::path> folders_;
 };
 

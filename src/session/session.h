@@ -6,6 +6,7 @@
 #include "engine/run_state.h"
 #include "prep/prep_state.h"
 #include "session/desktop.h"
+#include "session/file_names.h"
 #include "session/settings.h"
 #include "session/shell_state.h"
 #include "store/basin_store.h"
@@ -14,7 +15,7 @@ namespace nivora {
 
 /// One program, one user, one basin: owned by main, passed by reference to whoever needs a part of it.
 struct Session {
-    Session(Dialogs& user, Desktop& above) : dialogs(user), desktop(above) {}
+    Session(Dialogs& user, Desktop& above) : dialogs(user), desktop(above), file_names(user) {}
 
     BasinState basin;
     RunState run;
@@ -24,6 +25,7 @@ struct Session {
     ShellState shell;
     Dialogs& dialogs;
     Desktop& desktop;
+    FileNames file_names;
 };
 
 }  // namespace nivora

@@ -86,7 +86,7 @@ void frmNVR::do_command(Command command) {
         case Command::Welcome: frmSplash(session(), false, this).exec(); return;
         case Command::About: frmAbout(this).exec(); return;
         case Command::SystemInformation: return show_system_information();
-        case Command::PageSetup: return Page_Setup(session().settings, this);
+        case Command::PageSetup: return Page_Setup(session().settings.page, this);
         case Command::None: return;
     }
 }

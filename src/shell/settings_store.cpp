@@ -55,14 +55,14 @@ Settings Load_Settings(QSettings& store) {
     const auto splash = number(store, startup("SplashScreen:"));
     if (!splash) return settings;
     settings.show_splash = *splash != 0;
-    settings.printer_data = from_qt(store.value(startup("PrinterData:")).toString());
+    settings.page.printer = from_qt(store.value(startup("PrinterData:")).toString());
     for (std::size_t side = 0; side < k_margins.size(); ++side) {
         const float margin = store.value(startup(k_margins.at(side))).toFloat();
-        if (margin >= 0.0F && margin < 100.0F) settings.margins.at(side) = margin;
+        if (margin >= 0.0F && margin < 100.0F) settings.page.margins.at(side) = margin;
     }
-    settings.orientation = number(store, startup("mOrient:")).value_or(0);
-    settings.paper = from_qt(store.value(startup("mPaper:")).toString());
-    settings.page_unit = from_qt(store.value(startup("mUnit:")).toString());
+    settings.page.orientation = number(store, startup("mOrient:")).value_or(0);
+    settings.page.paper = from_qt(store.value(startup("mPaper:")).toString());
+    settings.page.unit = from_qt(store.value(startup("mUnit:")).toString());
     // Written under another name, so that it never comes back; it is meant so.
     settings.extra = from_qt(store.value(startup("Extra2:")).toString());
     settings.quick_help_fore = number(store, startup("QHelpFor:"));
@@ -85,13 +85,13 @@ Settings Load_Settings(QSettings& store) {
 void Save_Settings(QSettings& store, const Settings& settings) {
     store.remove(QStringLiteral("Startup"));
     store.setValue(startup("SplashScreen:"), settings.show_splash ? 1 : 0);
-    if (!settings.printer_data.empty()) store.setValue(startup("PrinterData:"), to_qt(settings.printer_data));
+    if (!settings.page.printer.empty()) store.setValue(startup("PrinterData:"), to_qt(settings.page.printer));
     for (std::size_t side = 0; side < k_margins.size(); ++side) {
-        store.setValue(startup(k_margins.at(side)), static_cast<double>(settings.margins.at(side)));
+        store.setValue(startup(k_margins.at(side)), static_cast<double>(settings.page.margins.at(side)));
     }
-    store.setValue(startup("mOrient:"), settings.orientation);
-    if (!settings.paper.empty()) store.setValue(startup("mPaper:"), to_qt(settings.paper));
-    if (!settings.page_unit.empty()) store.setValue(startup("mUnit:"), to_qt(settings.page_unit));
+    store.setValue(startup("mOrient:"), settings.page.orientation);
+    if (!settings.page.paper.empty()) store.setValue(startup("mPaper:"), to_qt(settings.page.paper));
+    if (!settings.page.unit.empty()) store.setValue(startup("mUnit:"), to_qt(settings.page.unit));
     store.setValue(startup("mExtra:"), to_qt(settings.extra));
     if (settings.quick_help_fore) store.setValue(startup("QHelpFor:"), *settings.quick_help_fore);
     if (settings.quick_help_back) store.setValue(startup("QHelpBak:"), *settings.quick_help_back);

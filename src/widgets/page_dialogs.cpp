@@ -62,33 +62,33 @@ double margin_of(float kept) { return kept == 0.0F ? k_default_margin : static_c
 
 }  // namespace
 
-QPageLayout page_of(const Settings& settings, const QLocale& locale) {
+QPageLayout page_of(const PageSetup& setup, const QLocale& locale) {
     QPageLayout page;
     page.setMode(QPageLayout::FullPageMode);
     const QPageSize usual(prints_on_letter(locale.territory()) ? QPageSize::Letter : QPageSize::A4);
-    page.setPageSize(paper_of(settings.paper).value_or(usual));
+    page.setPageSize(paper_of(setup.paper).value_or(usual));
     page.setUnits(QPageLayout::Inch);
-    page.setOrientation(settings.orientation == k_landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
-    page.setMargins({margin_of(settings.margins[0]), margin_of(settings.margins[1]),
-                     margin_of(settings.margins[2]), margin_of(settings.margins[3])});
-    page.setUnits(unit_of(settings.page_unit, locale));
+    page.setOrientation(setup.orientation == k_landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
+    page.setMargins({margin_of(setup.margins[0]), margin_of(setup.margins[1]), margin_of(setup.margins[2]),
+                     margin_of(setup.margins[3])});
+    page.setUnits(unit_of(setup.unit, locale));
     return page;
 }
 
-void keep_page(Settings& settings, const QPageLayout& page) {
+void keep_page(PageSetup& setup, const QPageLayout& page) {
     const QMarginsF margins = page.margins(QPageLayout::Inch);
-    settings.margins = {static_cast<float>(margins.left()), static_cast<float>(margins.top()),
-                        static_cast<float>(margins.right()), static_cast<float>(margins.bottom())};
-    settings.paper = paper_text(page.pageSize());
-    settings.page_unit = page.units() == QPageLayout::Inch ? k_inches : k_millimetres;
-    settings.orientation = page.orientation() == QPageLayout::Landscape ? k_landscape : k_portrait;
+    setup.margins = {static_cast<float>(margins.left()), static_cast<float>(margins.top()),
+                     static_cast<float>(margins.right()), static_cast<float>(margins.bottom())};
+    setup.paper = paper_text(page.pageSize());
+    setup.unit = page.units() == QPageLayout::Inch ? k_inches : k_millimetres;
+    setup.orientation = page.orientation() == QPageLayout::Landscape ? k_landscape : k_portrait;
 }
 
-void Page_Setup(Settings& settings, QWidget* parent) {
+void Page_Setup(PageSetup& setup, QWidget* parent) {
     QPrinter printer(QPrinter::HighResolution);
-    printer.setPageLayout(page_of(settings));
+    printer.setPageLayout(page_of(setup));
     QPageSetupDialog dialog(&printer, parent);
-    if (dialog.exec() == QDialog::Accepted) keep_page(settings, printer.pageLayout());
+    if (dialog.exec() == QDialog::Accepted) keep_page(setup, printer.pageLayout());
 }
 
 FontChooser::Choice FontChooser::choice_of(const QFont& font) {

@@ -1,7 +1,7 @@
 // The page and font dialogs.
 #pragma once
 
-#include "session/settings.h"
+#include "reports/page_setup.h"
 
 #include <QFont>
 #include <QLocale>
@@ -12,15 +12,15 @@ class QWidget;
 
 namespace nivora {
 
-/// The page that the settings describe: margins in inches, where 0 stands for 1 inch. Paper and unit are
+/// The page that the set-up describes: margins in inches, where 0 stands for 1 inch. Paper and unit are
 /// those of the locale until the user chose others.
-[[nodiscard]] QPageLayout page_of(const Settings& settings, const QLocale& locale = QLocale::system());
+[[nodiscard]] QPageLayout page_of(const PageSetup& setup, const QLocale& locale = QLocale::system());
 
-/// Puts a page's paper, unit, margins and orientation back into the settings.
-void keep_page(Settings& settings, const QPageLayout& page);
+/// Puts a page's paper, unit, margins and orientation back into the set-up.
+void keep_page(PageSetup& setup, const QPageLayout& page);
 
 /// Shows the page dialog. A cancel, or a system without printing, keeps the old values.
-void Page_Setup(Settings& settings, QWidget* parent);
+void Page_Setup(PageSetup& setup, QWidget* parent);
 
 /// The font dialog, with one record that lasts from call to call.
 class FontChooser {

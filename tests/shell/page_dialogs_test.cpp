@@ -6,9 +6,9 @@ namespace nivora {
 namespace {
 
 TEST(PageSetup, AMarginOfZeroIsReadAsOneInch) {
-    Settings settings;
-    settings.margins = {0.0F, 0.5F, 0.75F, 2.0F};
-    const QMarginsF margins = page_of(settings).margins(QPageLayout::Inch);
+    PageSetup setup;
+    setup.margins = {0.0F, 0.5F, 0.75F, 2.0F};
+    const QMarginsF margins = page_of(setup).margins(QPageLayout::Inch);
     EXPECT_DOUBLE_EQ(margins.left(), 1.0);
     EXPECT_DOUBLE_EQ(margins.top(), 0.5);
     EXPECT_DOUBLE_EQ(margins.right(), 0.75);
@@ -16,14 +16,14 @@ TEST(PageSetup, AMarginOfZeroIsReadAsOneInch) {
 }
 
 TEST(PageSetup, MarginsAndOrientationGoBackInTheirOrder) {
-    Settings settings;
-    settings.margins = {0.5F, 0.75F, 1.25F, 1.5F};
-    settings.orientation = 2;
-    const QPageLayout page = page_of(settings);
+    PageSetup setup;
+    setup.margins = {0.5F, 0.75F, 1.25F, 1.5F};
+    setup.orientation = 2;
+    const QPageLayout page = page_of(setup);
     EXPECT_EQ(page.orientation(), QPageLayout::Landscape);
-    Settings kept;
+    PageSetup kept;
     keep_page(kept, page);
-    EXPECT_EQ(kept.margins, settings.margins);
+    EXPECT_EQ(kept.margins, setup.margins);
     EXPECT_EQ(kept.orientation, 2);
 }
 
@@ -39,17 +39,17 @@ TEST(PageSetup, PaperAndUnitFollowTheLocaleAtFirst) {
 }
 
 TEST(PageSetup, PaperAndUnitThatWereChosenComeBackWhateverTheLocale) {
-    Settings settings;
-    QPageLayout page = page_of(settings, QLocale(QStringLiteral("en_US")));
+    PageSetup setup;
+    QPageLayout page = page_of(setup, QLocale(QStringLiteral("en_US")));
     for (const auto& paper : {QPageSize(QPageSize::A4), QPageSize(QPageSize::A3), QPageSize(QPageSize::Legal),
                               QPageSize(QSizeF(200, 300), QPageSize::Millimeter)}) {
         for (const auto unit : {QPageLayout::Millimeter, QPageLayout::Inch}) {
             page.setPageSize(paper);
             page.setUnits(unit);
-            keep_page(settings, page);
+            keep_page(setup, page);
             for (const char* locale : {"en_US", "de_DE"}) {
-                const QPageLayout again = page_of(settings, QLocale(QString::fromUtf8(locale)));
-                EXPECT_EQ(again.pageSize().sizePoints(), paper.sizePoints()) << settings.paper;
+                const QPageLayout again = page_of(setup, QLocale(QString::fromUtf8(locale)));
+                EXPECT_EQ(again.pageSize().sizePoints(), paper.sizePoints()) << setup.paper;
                 EXPECT_EQ(again.units(), unit);
             }
         }
@@ -57,22 +57,21 @@ TEST(PageSetup, PaperAndUnitThatWereChosenComeBackWhateverTheLocale) {
 }
 
 TEST(PageSetup, MarginsStayInInchesWhateverTheUnit) {
-    Settings settings;
-    settings.margins = {0.5F, 0.75F, 1.25F, 1.5F};
-    settings.page_unit = "mm";
-    const QPageLayout page = page_of(settings);
+    PageSetup setup;
+    setup.margins = {0.5F, 0.75F, 1.25F, 1.5F};
+    setup.unit = "mm";
+    const QPageLayout page = page_of(setup);
     EXPECT_DOUBLE_EQ(page.margins().left(), 12.7);
-    Settings kept;
+    PageSetup kept;
     keep_page(kept, page);
-    EXPECT_EQ(kept.margins, settings.margins);
+    EXPECT_EQ(kept.margins, setup.margins);
 }
 
 TEST(PageSetup, PaperThatNobodyMakesGivesWayToThatOfTheLocale) {
     for (const char* paper : {"", "A4x", "Custom", "0x0", "-5x300", "nanxnan", "9e9x1", "1x2x3"}) {
-        Settings settings;
-        settings.paper = paper;
-        EXPECT_EQ(page_of(settings, QLocale(QStringLiteral("de_DE"))).pageSize().id(), QPageSize::A4)
-            << paper;
+        PageSetup setup;
+        setup.paper = paper;
+        EXPECT_EQ(page_of(setup, QLocale(QStringLiteral("de_DE"))).pageSize().id(), QPageSize::A4) << paper;
     }
 }
 

@@ -36,8 +36,8 @@ TEST_F(SettingsStoreTest, ACleanUserGetsTheWelcomeWindowAndNoRecentFiles) {
 TEST_F(SettingsStoreTest, EverythingKeptComesBack) {
     Settings settings;
     settings.show_splash = false;
-    settings.margins = {0.5F, 1.25F, 0.75F, 1.0F};
-    settings.orientation = 2;
+    settings.page.margins = {0.5F, 1.25F, 0.75F, 1.0F};
+    settings.page.orientation = 2;
     settings.quick_help_fore = 128;
     settings.quick_help_back = 0xFFFFE0;
     settings.places[3].top = 40;
@@ -46,8 +46,8 @@ TEST_F(SettingsStoreTest, EverythingKeptComesBack) {
     settings.recent_files = {"/b/Ötztal #1 100%.mdb", "/a/x y.mdb"};
     const Settings read = saved_and_read(settings);
     EXPECT_FALSE(read.show_splash);
-    EXPECT_EQ(read.margins, settings.margins);
-    EXPECT_EQ(read.orientation, 2);
+    EXPECT_EQ(read.page.margins, settings.page.margins);
+    EXPECT_EQ(read.page.orientation, 2);
     EXPECT_EQ(read.quick_help_fore, 128);
     EXPECT_EQ(read.quick_help_back, 0xFFFFE0);
     EXPECT_EQ(read.places[3].top, 40);
@@ -69,11 +69,11 @@ TEST_F(SettingsStoreTest, TheSizeOfAWindowIsKeptBesideItsPlace) {
 
 TEST_F(SettingsStoreTest, PaperAndUnitAreKept) {
     Settings settings;
-    settings.paper = "A3";
-    settings.page_unit = "in";
+    settings.page.paper = "A3";
+    settings.page.unit = "in";
     const Settings read = saved_and_read(settings);
-    EXPECT_EQ(read.paper, "A3");
-    EXPECT_EQ(read.page_unit, "in");
+    EXPECT_EQ(read.page.paper, "A3");
+    EXPECT_EQ(read.page.unit, "in");
 }
 
 TEST_F(SettingsStoreTest, TheSixteenthLineAndTheFifteenthWindowAreNotKept) {
@@ -121,8 +121,8 @@ TEST_F(SettingsStoreTest, AFileThatWasEditedByHandKeepsTheDefaultOfWhatItSpoils)
     QSettings store(file(), QSettings::IniFormat);
     const Settings settings = Load_Settings(store);
     EXPECT_FALSE(settings.show_splash);
-    EXPECT_EQ(settings.margins[0], 0.0F);
-    EXPECT_EQ(settings.margins[1], 0.0F);
+    EXPECT_EQ(settings.page.margins[0], 0.0F);
+    EXPECT_EQ(settings.page.margins[1], 0.0F);
     EXPECT_FALSE(settings.quick_help_fore.has_value());
     EXPECT_FALSE(settings.places[1].top.has_value());
     EXPECT_EQ(settings.lines[0].style, 0);
@@ -131,7 +131,7 @@ TEST_F(SettingsStoreTest, AFileThatWasEditedByHandKeepsTheDefaultOfWhatItSpoils)
 
 TEST_F(SettingsStoreTest, WithoutTheWelcomeSettingNothingElseCounts) {
     Settings settings;
-    settings.margins = {0.5F, 1.25F, 0.75F, 2.0F};
+    settings.page.margins = {0.5F, 1.25F, 0.75F, 2.0F};
     settings.quick_help_fore = 128;
     settings.places[3].top = 40;
     settings.lines[2].width = 5;
@@ -140,7 +140,7 @@ TEST_F(SettingsStoreTest, WithoutTheWelcomeSettingNothingElseCounts) {
     store.remove(QStringLiteral("Startup/SplashScreen:"));
     const Settings read = Load_Settings(store);
     EXPECT_TRUE(read.show_splash);
-    EXPECT_EQ(read.margins, Settings{}.margins);
+    EXPECT_EQ(read.page.margins, PageSetup{}.margins);
     EXPECT_FALSE(read.quick_help_fore.has_value());
     EXPECT_FALSE(read.places[3].top.has_value());
     EXPECT_EQ(read.lines, default_lines());
