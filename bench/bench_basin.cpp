@@ -66,7 +66,7 @@ Simulation simulation(DayCount start, DayCount end) {
     definition.name = k_simulation;
     definition.start = start;
     definition.end = end;
-    definition.units = std::int16_t{0};
+    definition.units = Units::Metric;
     definition.temperature_values = std::int16_t{0};
     for (auto* option :
          {&definition.temperature, &definition.precipitation, &definition.lapse_rate,
@@ -94,7 +94,7 @@ std::vector<Zone> zones_of(int count) {
 
 BasinState bench_basin(int zones, int days) {
     BasinState basin;
-    basin.Units_Code = k_metric;
+    basin.Units_Code = Units::Metric;
     basin.ZoneCount = zones;
     basin.zones_text = std::to_string(zones);
     basin.reference_elevation_text = "1800";
@@ -170,7 +170,7 @@ void write_bench_basin(const std::filesystem::path& path, int zones, int years) 
     BasinDescription header = read_basin_description(database);
     header.name = "Benchmark basin (made up)";
     header.zones = static_cast<std::int16_t>(zones);
-    header.units = std::int16_t{0};
+    header.units = Units::Metric;
     header.reference_elevation = 1800.0;
     header.latitude = 46.0;
     database.in_transaction([&] {

@@ -41,8 +41,8 @@ void BatchDialogs::report_problem(const std::string& title, const std::string& t
     report({title, text, Answer::Ok});
 }
 
-void BatchDialogs::report_notes(const std::vector<RunNote>& notes, int units_code) {
-    for (const RunNote& note : notes) report_ << "Note: " << note_text(note, units_code) << '\n';
+void BatchDialogs::report_notes(const std::vector<RunNote>& notes, Units units) {
+    for (const RunNote& note : notes) report_ << "Note: " << note_text(note, units) << '\n';
 }
 
 }  // namespace nivora

@@ -39,7 +39,7 @@ public:
     void report_problem(const std::string& title, const std::string& text);
 
     /// Reports each note of a run on a line of its own. A note says no to nothing.
-    void report_notes(const std::vector<RunNote>& notes, int units_code);
+    void report_notes(const std::vector<RunNote>& notes, Units units);
 
     [[nodiscard]] const std::vector<ReportedMessage>& messages() const { return messages_; }
     /// Whether a message said no: one that asked nothing, or a text that was not accepted.

@@ -108,9 +108,9 @@ std::string figure(std::optional<float> value) { return value ? single_text(*val
 
 void print_climate(const Session& session, std::ostream& out) {
     const ClimateState& climate = session.climate;
-    const bool english = session.basin.Units_Code == k_english;
-    const std::string volume = english ? " (10^6 f³)" : " (10^6 m³)";
-    const std::string flow = english ? " (f³/s)" : " (m³/s)";
+    const std::string letter = unit_words(session.basin.Units_Code).length_letter;
+    const std::string volume = " (10^6 " + letter + "³)";
+    const std::string flow = " (" + letter + "³/s)";
     out << "Climate Change Statistics\n";
     out << "Basin Name:  " << session.basin.basin_name << '\n';
     out << "Simulation:  " << session.basin.Current_Sim_Name << '\n';

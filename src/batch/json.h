@@ -30,7 +30,7 @@ using Json = nlohmann::basic_json<nlohmann::ordered_map, std::vector, std::strin
 
 /// The notes of a run: `kind`, `step` in a climate evaluation, `zones`, the days that a note is about, a
 /// value where the kind has one, and the `text`.
-[[nodiscard]] inline Json notes_json(const std::vector<RunNote>& notes, int units_code) {
+[[nodiscard]] inline Json notes_json(const std::vector<RunNote>& notes, Units units) {
     Json list = Json::array();
     for (const RunNote& note : notes) {
         Json json{{"kind", note_name(note.kind)}};
@@ -41,7 +41,7 @@ using Json = nlohmann::basic_json<nlohmann::ordered_map, std::vector, std::strin
         json["days"] = note.days;
         json["periodDays"] = note.period_days();
         if (!is_missing(static_cast<double>(note.value))) json["value"] = note.value;
-        json["text"] = note_text(note, units_code);
+        json["text"] = note_text(note, units);
         list.push_back(json);
     }
     return list;

@@ -40,7 +40,7 @@ bool choose_kind(Session& session, const RunCommand& command, BatchDialogs& dial
     return choose_forecast(session.run, dialogs, index);
 }
 
-Json statistics_json(const RunState& run, int units_code, const RunOutcome& outcome,
+Json statistics_json(const RunState& run, Units units, const RunOutcome& outcome,
                      const BatchDialogs& dialogs) {
     const auto values = statistics_values(run);
     const auto value = [&](std::size_t index) {
@@ -54,7 +54,7 @@ Json statistics_json(const RunState& run, int units_code, const RunOutcome& outc
             {"CoefficientR2", value(5)},
             {"FinalQ", outcome.completed ? Json(run.FinalQ[0]) : Json(nullptr)},
             {"RunTitle", run.RunTitle},
-            {"notes", notes_json(run.notes, units_code)},
+            {"notes", notes_json(run.notes, units)},
             {"messages", messages_json(dialogs.messages())}};
 }
 
@@ -74,7 +74,7 @@ void print_statistics(const Session& session, std::ostream& out) {
     for (std::size_t i = 0; i < labels.size(); ++i) print_line(out, labels[i], values[i]);
     print_line(out,
                fmt::format("Computed Runoff of the last day ({}³/s):",
-                           session.basin.Units_Code == k_english ? 'f' : 'm'),
+                           unit_words(session.basin.Units_Code).length_letter),
                session.run.FinalQ[0]);
 }
 

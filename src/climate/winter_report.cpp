@@ -24,7 +24,7 @@ void WinterReport::write_head(const BasinState& basin) {
     lines_.end_line();
     lines_.text("Date:             ").date(whole_day(now_)).end_line();
     lines_.line("File:             " + path_text(basin.Basin_File));
-    lines_.text("Units:            ").line(basin.Units_Code == k_metric ? " (cm)" : " (in)");
+    lines_.text("Units:            ").line(basin.Units_Code == Units::Metric ? " (cm)" : " (in)");
     lines_.line("Climate Scenario: " + run_.ScenarioName);
     lines_.end_line();
 }

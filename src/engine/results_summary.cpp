@@ -13,10 +13,10 @@ bool inputs_changed(const BasinState& basin) { return basin.Input_Changed || bas
 
 }  // namespace
 
-std::array<std::string, 6> statistics_labels(int units_code) {
-    const bool english = units_code == k_english;
-    const std::string volume = english ? " (10^6 f³)" : " (10^6 m³)";
-    const std::string discharge = english ? " (f³/s): " : " (m³/s): ";
+std::array<std::string, 6> statistics_labels(Units units) {
+    const std::string letter = unit_words(units).length_letter;
+    const std::string volume = " (10^6 " + letter + "³)";
+    const std::string discharge = " (" + letter + "³/s): ";
     return {"Measured Runoff Volume" + volume, "Average Measured Runoff" + discharge,
             "Computed Runoff Volume" + volume, "Average Computed Runoff " + discharge,
             "Volume Difference (%): ",         "Coefficient of Determination (R²):"};

@@ -11,7 +11,7 @@ namespace nivora {
 
 /// The labels of measured volume, average measured, computed volume, average computed, volume difference and
 /// coefficient of determination; the first four with their unit.
-[[nodiscard]] std::array<std::string, 6> statistics_labels(int units_code);
+[[nodiscard]] std::array<std::string, 6> statistics_labels(Units units);
 
 /// The six statistics in the order of their labels; nothing for what a fault kept from being worked out.
 [[nodiscard]] std::array<std::optional<float>, 6> statistics_values(const RunState& run);

@@ -12,9 +12,6 @@
 namespace nivora {
 namespace {
 
-const char* flow_unit(int units_code) { return units_code == k_english ? "ft³/s" : "m³/s"; }
-const char* depth_unit(int units_code) { return units_code == k_english ? "in" : "cm"; }
-
 std::string day_word(DayCount days) { return days == 1 ? "1 day" : fmt::format("{} days", days); }
 
 /// The days that a note is about, as one span where they follow each other without a gap.
@@ -38,16 +35,16 @@ std::string without_rows_text(const RunNote& note) {
         note.days == 1 ? "has" : "have", zones_text(note.zones), dates_text(note), effect);
 }
 
-std::string below_zero_text(const RunNote& note, int units_code) {
+std::string below_zero_text(const RunNote& note, Units units) {
     return fmt::format(
         "The computed discharge is below 0 on {} of {} ({}); it is lowest on {} with {} {}. No river does "
         "that: look "
         "at the time lag, the runoff coefficients and the precipitation of these days.",
         note.days, day_word(note.period_days()), dates_text(note), long_date_text(note.value_day),
-        single_text(note.value), flow_unit(units_code));
+        single_text(note.value), unit_words(units).discharge);
 }
 
-std::string no_store_text(const RunNote& note, int units_code) {
+std::string no_store_text(const RunNote& note, Units units) {
     const std::string zones = zones_text(note.zones);
     if (note.negligible) {
         return fmt::format(
@@ -68,7 +65,7 @@ std::string no_store_text(const RunNote& note, int units_code) {
         "snow "
         "falls, and compare CDC with CDCclimWAMA.",
         zones, long_date_text(note.start), long_date_text(note.end), single_text(note.value),
-        depth_unit(units_code));
+        unit_words(units).depth);
 }
 
 std::string held_text(const RunNote& note) {
@@ -99,12 +96,12 @@ const char* note_name(NoteKind kind) {
     return "CoverHeld";
 }
 
-std::string note_text(const RunNote& note, int units_code) {
+std::string note_text(const RunNote& note, Units units) {
     const std::string step = note.step > 0 ? fmt::format("Step {}: ", note.step) : std::string{};
     switch (note.kind) {
         case NoteKind::DaysWithoutRows: return step + without_rows_text(note);
-        case NoteKind::RunoffBelowZero: return step + below_zero_text(note, units_code);
-        case NoteKind::NoWinterStore: return step + no_store_text(note, units_code);
+        case NoteKind::RunoffBelowZero: return step + below_zero_text(note, units);
+        case NoteKind::NoWinterStore: return step + no_store_text(note, units);
         case NoteKind::CoverHeld: break;
     }
     return step + held_text(note);

@@ -4,6 +4,7 @@
 
 #include "base/calendar.h"
 #include "base/single.h"
+#include "base/units.h"
 
 #include <optional>
 #include <string>
@@ -47,7 +48,7 @@ struct RunNote {
 [[nodiscard]] const char* note_name(NoteKind kind);
 
 /// The whole note: what happened, where, and what to do.
-[[nodiscard]] std::string note_text(const RunNote& note, int units_code);
+[[nodiscard]] std::string note_text(const RunNote& note, Units units);
 
 /// A few words for a status line, such as "30 of 91 days without rows in zones 1 to 5".
 [[nodiscard]] std::string note_summary(const RunNote& note);

@@ -22,7 +22,7 @@ float threshold_of(BasinState& basin) {
     Simulation* simulation = basin.current_simulation();
     if (simulation != nullptr && simulation->precipitation_threshold)
         return *simulation->precipitation_threshold;
-    const float threshold = basin.Units_Code == k_english ? k_threshold_inches : k_threshold_cm;
+    const float threshold = basin.Units_Code == Units::English ? k_threshold_inches : k_threshold_cm;
     if (simulation != nullptr) simulation->precipitation_threshold = threshold;
     basin.Basin_Changed = true;
     basin.Input_Changed = true;

@@ -221,8 +221,8 @@ Message fault_message(const Fault& fault, Phase phase, const SimResults& results
 
 }  // namespace
 
-UnitSystem unit_system(std::optional<double> units_value) {
-    return units_value == 1.0 ? UnitSystem{1000.0F, 32.0F} : UnitSystem{100.0F, 0.0F};
+UnitSystem unit_system(std::optional<Units> units) {
+    return units == Units::English ? UnitSystem{1000.0F, 32.0F} : UnitSystem{100.0F, 0.0F};
 }
 
 std::optional<float> zone_degree_days(const UnitSystem& units, float station_temperature,
@@ -239,7 +239,7 @@ bool Zone_Inputs(SimResults& results, const RunRows& rows, const BasinState& bas
     std::optional<std::size_t> at;
     const Simulation* current = basin.current_simulation();
     const Simulation simulation = current != nullptr ? *current : Simulation{};
-    const UnitSystem units = unit_system(simulation.value(5));
+    const UnitSystem units = unit_system(simulation.units);
     const ZoneInputColumns columns = choose_columns(results, run.ClimateStep);
     ZoneInputOptions options;
     try {

@@ -15,8 +15,8 @@ struct UnitSystem {
     float degree_base = 0.0F;   ///< the degree-day base, °C or °F
 };
 
-/// @param units_value the value of the units column of a simulation; 1 is English, anything else Metric
-[[nodiscard]] UnitSystem unit_system(std::optional<double> units_value);
+/// @param units of a simulation; anything but English counts as Metric
+[[nodiscard]] UnitSystem unit_system(std::optional<Units> units);
 
 /// Degree days of a zone on one day: the mean temperature of the station carried to the zone's mean
 /// elevation.

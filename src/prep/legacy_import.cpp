@@ -37,10 +37,10 @@ void write_zones(BasinDatabase& database, const LegacyFile& file) {
 
 /// Takes the units of the file, or shows that the basin has others.
 bool units_agree(BasinDescription& basin, const LegacyFile& file, Dialogs& dialogs) {
-    const int units = file.english ? k_english : k_metric;
-    const int present_units = basin.units.value_or(k_units_not_fixed);
-    if (present_units == k_units_not_fixed) {
-        basin.units = static_cast<std::int16_t>(units);
+    const Units units = file.english ? Units::English : Units::Metric;
+    const Units present_units = basin.units.value_or(Units::NotFixed);
+    if (present_units == Units::NotFixed) {
+        basin.units = units;
         return true;
     }
     if (present_units == units) return true;
@@ -198,7 +198,7 @@ SimulationRecord simulation_record(const LegacyFile& file, const std::string& na
     definition.name = name;
     definition.start = file.start;
     definition.end = file.end;
-    definition.units = static_cast<std::int16_t>(file.english ? k_english : k_metric);
+    definition.units = file.english ? Units::English : Units::Metric;
     definition.temperature_values = std::int16_t{0};
     for (auto* option :
          {&definition.temperature, &definition.precipitation, &definition.lapse_rate,

@@ -53,7 +53,7 @@ SimOptionsForm form_of(const Simulation& row) {
     form.run_number = row.text(2);
     form.start = Date_Size(row.text(3));
     form.end = Date_Size(row.text(4));
-    form.units = row.units.value_or(k_metric);
+    form.units = row.units.value_or(Units::Metric);
     form.temperature_values = row.temperature_values.value_or(0);
     form.by_zone = {is_by_zone(row.temperature),          is_by_zone(row.precipitation),
                     is_by_zone(row.lapse_rate),           is_by_zone(row.runoff_coefficients),
@@ -174,7 +174,7 @@ void write_cells_up_to_units(Simulation& row, const SimOptionsForm& form, const 
     row.run_number = integer_cell(form.run_number);
     row.start = period.start;
     row.end = period.end;
-    row.units = static_cast<std::int16_t>(form.units);
+    row.units = form.units;
 }
 
 void write_other_cells(Simulation& row, const SimOptionsForm& form) {
@@ -198,7 +198,7 @@ void write_other_cells(Simulation& row, const SimOptionsForm& form) {
 
 /// Whether the units of the definition may become those of the basin, where it has none yet.
 bool units_settled(const PrepContext& context, const Simulation& row) {
-    if (context.basin.basin_units != k_units_not_fixed) return true;
+    if (context.basin.basin_units != Units::NotFixed) return true;
     const Answer answer = context.dialogs.message(
         {.text =
              "Once units are established within a basin, any additional simulations for the basin must use "
@@ -206,7 +206,7 @@ bool units_settled(const PrepContext& context, const Simulation& row) {
          .title = "Are your units correct?",
          .buttons = Buttons::OkCancel});
     if (answer == Answer::Cancel) return false;
-    context.basin.basin_units = row.units.value_or(k_metric);
+    context.basin.basin_units = row.units.value_or(Units::Metric);
     context.basin.Units_Code = context.basin.basin_units;
     return true;
 }
@@ -254,9 +254,11 @@ bool invalid_data(Dialogs& dialogs) {
 
 }  // namespace
 
-UnitTexts unit_texts(int units_code) {
-    if (units_code == k_english) return {.area_word = "in", .flow_letter = "f", .default_threshold = "2.36"};
-    return {.area_word = "cm", .flow_letter = "m", .default_threshold = "6.00"};
+UnitTexts unit_texts(Units units) {
+    const UnitWords& words = unit_words(units);
+    return {.area_word = words.depth,
+            .flow_letter = words.length_letter,
+            .default_threshold = units == Units::English ? "2.36" : "6.00"};
 }
 
 bool first_values_count(SimOptionsMode mode, const SimOptionsForm& form) {
@@ -282,8 +284,7 @@ SimulationRecord new_simulation_record(const BasinState& basin, const std::strin
     record.definition.name = name;
     record.definition.start = day_count(k_default_start);
     record.definition.end = day_count(k_default_end);
-    if (basin.basin_units != k_units_not_fixed)
-        record.definition.units = static_cast<std::int16_t>(basin.basin_units);
+    if (basin.basin_units != Units::NotFixed) record.definition.units = basin.basin_units;
     record.definition.comments = "Comments concerning the simulation go here";
     return record;
 }

@@ -20,7 +20,7 @@ struct UnitTexts {
     std::string flow_letter;        ///< "m" or "f"
     std::string default_threshold;  ///< "6.00" or "2.36"
 };
-[[nodiscard]] UnitTexts unit_texts(int units_code);
+[[nodiscard]] UnitTexts unit_texts(Units units);
 
 /// What stands in the window's controls. A number is a text, empty where there is none.
 struct SimOptionsForm {
@@ -28,7 +28,7 @@ struct SimOptionsForm {
     std::string run_number;
     std::string start;  ///< mm/dd/yyyy
     std::string end;    ///< mm/dd/yyyy
-    int units = 0;
+    Units units = Units::Metric;
     int temperature_values = 0;
     std::array<bool, 6> by_zone{};
     std::string initial_runoff;

@@ -64,17 +64,11 @@ std::optional<std::int16_t> list_number(int column, std::string_view text) {
     return std::nullopt;
 }
 
-bool take_choice(std::optional<std::int16_t>& cell, int column, std::string_view text) {
+template <typename Choice>
+bool take_choice(std::optional<Choice>& cell, int column, std::string_view text) {
     if (is_blank(text)) return cell.reset(), true;
     const auto number = list_number(column, text);
-    if (number) cell = number;
-    return number.has_value();
-}
-
-bool take_choice(std::optional<Distribution>& cell, int column, std::string_view text) {
-    if (is_blank(text)) return cell.reset(), true;
-    const auto number = list_number(column, text);
-    if (number) cell = static_cast<Distribution>(*number);
+    if (number) cell = static_cast<Choice>(*number);
     return number.has_value();
 }
 
@@ -147,7 +141,7 @@ bool edit_simulation_cell(const PrepContext& context, std::size_t row, int colum
     if (column == 3 || column == 4) follow_date(basin, row, column, is_blank(text));
     if (same_cell(before, simulation, column)) return true;
     // An emptied cell stands for Metric, too; it is meant so.
-    if (column == 5) basin.Units_Code = simulation.units == k_english ? k_english : k_metric;
+    if (column == 5) basin.Units_Code = simulation.units == Units::English ? Units::English : Units::Metric;
     mark_input_changed(basin);
     return true;
 }

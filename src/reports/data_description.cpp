@@ -3,6 +3,8 @@
 #include "base/number_text.h"
 #include "store/table_io.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 namespace nivora {
@@ -34,20 +36,20 @@ std::string record_text(BasinDatabase& database) {
 
 void write_basin(ReportLines& lines, const ReportSources& sources) {
     const BasinState& basin = sources.basin;
-    const bool english = basin.basin_units == k_english;
+    const UnitWords& words = unit_words(basin.basin_units);
     write_pair(lines, "Description:", basin.basin_description);
-    write_pair(lines, "Units of Measurement:", english ? "English" : "Metric");
+    write_pair(lines, "Units of Measurement:", words.name);
     write_pair(lines, "Number of Zones:", std::to_string(basin.ZoneCount));
-    write_pair(lines, english ? "Reference Elevation (ft):" : "Reference Elevation (m):",
+    write_pair(lines, fmt::format("Reference Elevation ({}):", words.elevation),
                basin.reference_elevation_text);
     write_pair(lines, "Latitude (dec):", basin.latitude_text);
     write_pair(lines, "Longitude (dec):", basin.longitude_text);
-    write_pair(lines, english ? "Basin Area (mi²):" : "Basin Area (km²):", basin.basin_area_text);
+    write_pair(lines, fmt::format("Basin Area ({}):", words.area), basin.basin_area_text);
     write_pair(lines, "Period of record:", record_text(sources.database));
     lines.end_line();
 }
 
-void write_simulation(ReportLines& lines, const Simulation& simulation, bool english) {
+void write_simulation(ReportLines& lines, const Simulation& simulation, Units units) {
     write_pair(lines, "Temperature Values:", simulation.text(6));
     write_pair(lines, "Temperature Distribution:", simulation.text(7));
     write_pair(lines, "Precipitation Distribution:", simulation.text(8));
@@ -55,7 +57,8 @@ void write_simulation(ReportLines& lines, const Simulation& simulation, bool eng
     write_pair(lines, "Runoff Coefficient Distribution:", simulation.text(10));
     write_pair(lines, "Critical Temp Distribution:", simulation.text(11));
     write_pair(lines, "X/Y Recession Coefficient Distribution:", simulation.text(12));
-    write_pair(lines, english ? "Initial Runoff (CFS):" : "Initial Runoff (CMS):", simulation.text(13));
+    write_pair(lines, fmt::format("Initial Runoff ({}):", unit_words(units).discharge_letters),
+               simulation.text(13));
     write_pair(lines, "Precipitation Threshold:", simulation.text(14));
     lines.end_line();
     const std::string comments = simulation.comments.value_or("");
@@ -66,10 +69,10 @@ void write_simulation(ReportLines& lines, const Simulation& simulation, bool eng
 }
 
 void write_zones(ReportLines& lines, const BasinState& basin) {
-    const bool english = basin.basin_units == k_english;
-    lines.text("Zone ID").tab(k_area_column).text(english ? "Zone Area (mi²)" : "Zone Area (km²)");
+    const UnitWords& words = unit_words(basin.basin_units);
+    lines.text("Zone ID").tab(k_area_column).text(fmt::format("Zone Area ({})", words.area));
     lines.tab(k_elevation_column);
-    lines.line(english ? "Hypsometric Mean Elevation (ft)" : "Hypsometric Mean Elevation (m)");
+    lines.line(fmt::format("Hypsometric Mean Elevation ({})", words.elevation));
     const auto zones = std::min(basin.zones.size(), static_cast<std::size_t>(basin.ZoneCount));
     for (std::size_t zone = 0; zone < zones; ++zone) {
         const auto& [id, area, elevation, notes, aspects] = basin.zones[zone];
@@ -86,7 +89,7 @@ void write_data_description(ReportLines& lines, int& pages, const ReportSources&
     write_report_head(lines, report_head(sources), report_title(Report::DataDescription, 0), k_narrow_head);
     write_basin(lines, sources);
     if (const Simulation* simulation = sources.basin.current_simulation()) {
-        write_simulation(lines, *simulation, sources.basin.Units_Code == k_english);
+        write_simulation(lines, *simulation, sources.basin.Units_Code);
     }
     write_zones(lines, sources.basin);
     end_report_page(lines, pages, sources.now);

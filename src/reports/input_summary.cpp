@@ -50,7 +50,7 @@ public:
           basin_(sources.basin),
           figures_(figures),
           head_(report_head(sources)),
-          english_(sources.basin.Units_Code == k_english),
+          english_(sources.basin.Units_Code == Units::English),
           units_(english_ ? k_english_units : k_metric_units),
           step_(head_.climate_step.value_or(0)),
           columns_(read_daily_columns(sources.database, k_sim_results, k_fields, sources.basin.ZoneCount,

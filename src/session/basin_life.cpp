@@ -233,7 +233,7 @@ bool BasinLife::Open_DB(const fs::path& path) {
         return false;
     }
     ShellState& shell = session_.shell;
-    shell.units_list_shown = basin.basin_units == k_units_not_fixed;
+    shell.units_list_shown = basin.basin_units == Units::NotFixed;
     if (basin.simulations.empty()) return true;
     basin.Basin_Changed = false;
     basin.Input_Changed = false;
@@ -383,7 +383,7 @@ bool BasinLife::import_file() { return import_basin(session_); }
 
 void BasinLife::imported() {
     BasinState& basin = session_.basin;
-    session_.shell.units_list_shown = basin.basin_units == k_units_not_fixed;
+    session_.shell.units_list_shown = basin.basin_units == Units::NotFixed;
     const auto selected = basin.current_row;  // the imported simulation, or the one from before a Cancel
     Refill_Main_Window();
     if (selected && *selected < basin.simulations.size()) select_simulation(basin, *selected);

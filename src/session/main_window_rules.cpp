@@ -5,6 +5,8 @@
 #include "store/monthly_table.h"
 #include "store/table_io.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 
@@ -16,7 +18,7 @@ constexpr std::size_t k_longest_description = 255;
 
 constexpr double k_largest_usual_area = 1e7;
 
-double highest_elevation(int basin_units) { return basin_units == k_english ? 29035.0 : 8849.0; }
+double highest_elevation(Units basin_units) { return basin_units == Units::English ? 29035.0 : 8849.0; }
 
 /// Limits of a box and what is said outside them.
 struct Limits {
@@ -26,7 +28,7 @@ struct Limits {
     const char* title;
 };
 
-std::optional<Limits> limits_of(BasinBox box, int basin_units) {
+std::optional<Limits> limits_of(BasinBox box, Units basin_units) {
     switch (box) {
         case BasinBox::Zones:
             return Limits{1.0F, 16.0F, "Number of zones must be between 1 and 16",
@@ -46,8 +48,8 @@ std::optional<Limits> limits_of(BasinBox box, int basin_units) {
 
 bool is_angle(BasinBox box) { return box == BasinBox::Latitude || box == BasinBox::Longitude; }
 
-const char* elevation_word(int basin_units) { return basin_units == k_english ? "(ft)" : "(m) "; }
-const char* area_word(int basin_units) { return basin_units == k_english ? "mi" : "km"; }
+/// A header's unit is as wide in both systems.
+const char* elevation_word(Units basin_units) { return basin_units == Units::English ? "(ft)" : "(m) "; }
 
 constexpr std::array<const char*, 11> k_zone_headers{"Zone ID",
                                                      "Zone Area (Km²)",
@@ -122,7 +124,7 @@ ChangedBox changed_box(BasinBox box, const std::string& text) {
     return changed;
 }
 
-std::optional<Message> left_box_problem(BasinBox box, const std::string& text, int basin_units) {
+std::optional<Message> left_box_problem(BasinBox box, const std::string& text, Units basin_units) {
     if (box == BasinBox::Name) {
         if (!text.empty()) return std::nullopt;
         return Message{.text = "A basin name is required!", .icon = Icon::Stop};
@@ -134,7 +136,7 @@ std::optional<Message> left_box_problem(BasinBox box, const std::string& text, i
     return Message{.text = limits->text, .title = limits->title, .icon = Icon::Stop};
 }
 
-bool is_checked_number(BasinBox box) { return limits_of(box, k_metric).has_value(); }
+bool is_checked_number(BasinBox box) { return limits_of(box, Units::Metric).has_value(); }
 
 Message units_question() {
     return {.text = "All further data used in this basin must be expressed using these units.  Continue?",
@@ -166,8 +168,7 @@ Message units_before_zones() {
 std::optional<Message> add_simulation_problem(const Session& session) {
     const BasinState& basin = session.basin;
     const bool named = !basin.basin_name.empty() && basin.basin_name != k_unnamed_basin;
-    if (named && basin.basin_units != k_units_not_fixed && session.shell.zones_fixed_shown)
-        return std::nullopt;
+    if (named && basin.basin_units != Units::NotFixed && session.shell.zones_fixed_shown) return std::nullopt;
     return Message{
         .text =
             "Provide a name for the basin, the # of zones, and the units of measurement before creating a "
@@ -200,16 +201,16 @@ std::optional<Message> toggle_no_snow(Session& session) {
     return no_snow_description();
 }
 
-void fix_units(Session& session, int units_code) {
+void fix_units(Session& session, Units units) {
     BasinDatabase database{session.basin.Work_File, Access::ReadWrite};
     BasinDescription header = read_basin_description(database);
-    header.units = static_cast<std::int16_t>(units_code);
+    header.units = units;
     database.in_transaction([&] {
         write_basin_description(database, header);
         return true;
     });
-    session.basin.basin_units = units_code;
-    session.basin.Units_Code = units_code;
+    session.basin.basin_units = units;
+    session.basin.Units_Code = units;
     session.shell.units_list_shown = false;
     session.shell.zones_label_shown = true;
     session.shell.zones_box_shown = true;
@@ -268,8 +269,7 @@ void take_zone_areas(Session& session) {
 
 std::optional<UnusualZones> unusual_zones(const BasinState& basin) {
     const double highest = highest_elevation(basin.basin_units);
-    const std::string area_unit = std::string{" "} + area_word(basin.basin_units) + "²";
-    const std::string elevation_unit = basin.basin_units == k_english ? " ft" : " m";
+    const UnitWords& words = unit_words(basin.basin_units);
     UnusualZones unusual;
     std::string lines;
     const auto add = [&](std::size_t zone, int column, const std::string& what) {
@@ -282,8 +282,9 @@ std::optional<UnusualZones> unusual_zones(const BasinState& basin) {
     for (std::size_t zone = 0; zone < basin.zones.size(); ++zone) {
         const double area = basin.zones[zone].area.value_or(0.0);
         const double elevation = basin.zones[zone].elevation.value_or(0.0);
-        if (area > k_largest_usual_area) add(zone, 2, "area " + double_text(area) + area_unit);
-        if (elevation > highest) add(zone, 3, "mean elevation " + double_text(elevation) + elevation_unit);
+        if (area > k_largest_usual_area) add(zone, 2, "area " + double_text(area) + " " + words.area);
+        if (elevation > highest)
+            add(zone, 3, "mean elevation " + double_text(elevation) + " " + words.elevation);
     }
     if (lines.empty()) return std::nullopt;
     unusual.question = {.text = "These zone values are unusually large:\n" + lines + "Are they right?",
@@ -294,19 +295,19 @@ std::optional<UnusualZones> unusual_zones(const BasinState& basin) {
     return unusual;
 }
 
-std::string reference_elevation_label(int basin_units) {
-    return "Reference Elevation " + std::string{trimmed(elevation_word(basin_units))} + ":";
+std::string reference_elevation_label(Units basin_units) {
+    return fmt::format("Reference Elevation ({}):", unit_words(basin_units).elevation);
 }
 
-std::string basin_area_label(int basin_units) {
-    return std::string{"Basin Area ("} + area_word(basin_units) + "²):";
+std::string basin_area_label(Units basin_units) {
+    return fmt::format("Basin Area ({}):", unit_words(basin_units).area);
 }
 
-std::string zone_header(int column, int basin_units) {
+std::string zone_header(int column, Units basin_units) {
     const std::string header = k_zone_headers.at(static_cast<std::size_t>(column - 1));
     const std::string elevation{elevation_word(basin_units)};
     switch (column) {
-        case 2: return header.substr(0, 11) + area_word(basin_units) + header.substr(13);
+        case 2: return fmt::format("Zone Area ({})", unit_words(basin_units).area);
         case 3: return header.substr(0, 27) + elevation;
         case 5:
         case 7:
@@ -316,9 +317,9 @@ std::string zone_header(int column, int basin_units) {
     }
 }
 
-std::string simulation_header(int column, int units_code) {
-    if (column == 13 && units_code != k_units_not_fixed) {
-        return units_code == k_english ? "Initial Runoff (CFS)" : "Initial Runoff (CMS)";
+std::string simulation_header(int column, Units units) {
+    if (column == 13 && units != Units::NotFixed) {
+        return fmt::format("Initial Runoff ({})", unit_words(units).discharge_letters);
     }
     return k_simulation_headers.at(static_cast<std::size_t>(column - 1));
 }

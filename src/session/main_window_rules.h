@@ -41,7 +41,8 @@ struct ChangedBox {
 /// passes.
 ///
 /// @param basin_units the basin's own units, which decide the limit of the reference elevation
-[[nodiscard]] std::optional<Message> left_box_problem(BasinBox box, const std::string& text, int basin_units);
+[[nodiscard]] std::optional<Message> left_box_problem(BasinBox box, const std::string& text,
+                                                      Units basin_units);
 
 /// Whether a box holds a number with limits: a valid one that is left counts as an edit.
 [[nodiscard]] bool is_checked_number(BasinBox box);
@@ -73,7 +74,7 @@ struct UnusualZones {
 std::optional<Message> toggle_no_snow(Session& session);
 
 /// Stores the units of a new basin in the working file at once. @throws StoreError
-void fix_units(Session& session, int units_code);
+void fix_units(Session& session, Units units);
 
 /// Fixes the number of zones of a new basin: its zone rows and its monthly rows, in the working file. @throws
 /// StoreError
@@ -86,13 +87,13 @@ void take_zone_areas(Session& session);
 void choose_simulation_row(Session& session, std::size_t row);
 
 /// "Reference Elevation (m):" and "Basin Area (km²):" with the units of the basin.
-[[nodiscard]] std::string reference_elevation_label(int basin_units);
-[[nodiscard]] std::string basin_area_label(int basin_units);
+[[nodiscard]] std::string reference_elevation_label(Units basin_units);
+[[nodiscard]] std::string basin_area_label(Units basin_units);
 /// The header of a column of the zone grid, 1 to 11, once the units were chosen.
-[[nodiscard]] std::string zone_header(int column, int basin_units);
+[[nodiscard]] std::string zone_header(int column, Units basin_units);
 /// The header of a column of the simulation grid, 1 to 17; that of the initial runoff bears the unit of the
 /// current simulation.
-[[nodiscard]] std::string simulation_header(int column, int units_code);
+[[nodiscard]] std::string simulation_header(int column, Units units);
 
 /// A text for a label in which "&" marks nothing.
 [[nodiscard]] std::string doubled_ampersands(std::string_view text);

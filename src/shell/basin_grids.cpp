@@ -78,8 +78,8 @@ bool ZoneModel::put(int row, int column, const QString& text) {
     return true;
 }
 
-void ZoneModel::show_units(int units_code) {
-    units_ = units_code;
+void ZoneModel::show_units(Units units) {
+    units_ = units;
     emit headerDataChanged(Qt::Horizontal, 0, k_zone_columns - 1);
 }
 

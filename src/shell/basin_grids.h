@@ -24,7 +24,7 @@ public:
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
     /// Names the units in the headers: those that are chosen, also before they are fixed.
-    void show_units(int units_code);
+    void show_units(Units units);
     /// Paints the elevation of a zone in the colour of refused input; 0 for none.
     void mark_zone(int zone);
 
@@ -33,7 +33,7 @@ protected:
 
 private:
     Session& session_;
-    int units_ = k_metric;
+    Units units_ = Units::Metric;
 };
 
 /// The simulations: one row a simulation, 17 columns, blue as the grid shows stored values.

@@ -252,18 +252,19 @@ void frmNVR::fill_boxes() {
     typed_box_.reset();
     for (std::size_t box = 0; box < boxes_.size(); ++box)
         boxes_.at(box)->setText(to_qt(box_text(basin, box)));
-    units_->setCurrentIndex(basin.basin_units != k_units_not_fixed ? basin.basin_units : -1);
+    units_->setCurrentIndex(static_cast<int>(basin.basin_units));
 }
 
 void frmNVR::fill_labels() {
     const BasinState& basin = session().basin;
     const ShellState& shell = session().shell;
-    const int units =
-        basin.basin_units != k_units_not_fixed ? basin.basin_units : std::max(0, units_->currentIndex());
+    const Units units = basin.basin_units != Units::NotFixed
+                            ? basin.basin_units
+                            : static_cast<Units>(std::max(0, units_->currentIndex()));
     zones_->show_units(units);
     labels_[5]->setText(to_qt(reference_elevation_label(units)));
     labels_[7]->setText(to_qt(basin_area_label(units)));
-    units_label_->setText(units == k_english ? QStringLiteral("English") : QStringLiteral("Metric"));
+    units_label_->setText(units == Units::English ? QStringLiteral("English") : QStringLiteral("Metric"));
     units_->setVisible(shell.units_list_shown);
     units_label_->setVisible(!shell.units_list_shown);
     labels_[2]->setVisible(shell.zones_label_shown);
@@ -330,7 +331,7 @@ void frmNVR::box_left(std::size_t box) {
 
 void frmNVR::zones_left() {
     telling_ = true;
-    if (session().basin.basin_units == k_units_not_fixed) {
+    if (session().basin.basin_units == Units::NotFixed) {
         boxes_[1]->clear();
         session().dialogs.message(units_before_zones());
         units_->setFocus();
@@ -364,7 +365,7 @@ void frmNVR::units_left() {
         return;
     }
     try {
-        fix_units(session(), units_->currentIndex());
+        fix_units(session(), static_cast<Units>(units_->currentIndex()));
     } catch (const StoreError& error) {
         session().dialogs.stop(error.what());
     }

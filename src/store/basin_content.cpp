@@ -148,8 +148,9 @@ void ContentCheck::check_header() {
     zones_ = header.zones.value_or(0);
     if (header.zones && (zones_ < 1 || zones_ > k_most_zones))
         add(k_basin_description, fmt::format("Zones is {}, which is not from 1 to {}", zones_, k_most_zones));
-    if (header.units && (*header.units < k_units_not_fixed || *header.units > k_english))
-        add(k_basin_description, fmt::format("Units is {}, neither Metric nor English", *header.units));
+    if (header.units && !is_known(*header.units))
+        add(k_basin_description,
+            fmt::format("Units is {}, neither Metric nor English", static_cast<int>(*header.units)));
     if (header.latitude && !(*header.latitude >= -90.0 && *header.latitude <= 90.0))
         add(k_basin_description, fmt::format("Latitude is {}", *header.latitude));
 }

@@ -17,7 +17,7 @@ void check_header(const BasinDescription& header) {
         throw StoreError(StoreFault::Value,
                          "The basin file states a number of zones that is not from 1 to 16.");
     }
-    if (header.units && (*header.units < k_units_not_fixed || *header.units > k_english)) {
+    if (header.units && !is_known(*header.units)) {
         throw StoreError(StoreFault::Value,
                          "The basin file states units that are neither Metric nor English.");
     }
@@ -52,7 +52,7 @@ void read_basin(BasinDatabase& database, BasinState& basin) {
     basin.reference_elevation_text = box_text(header.reference_elevation);
     basin.latitude_text = box_text(header.latitude);
     basin.longitude_text = box_text(header.longitude);
-    basin.basin_units = header.units.value_or(k_units_not_fixed);
+    basin.basin_units = header.units.value_or(Units::NotFixed);
     basin.Units_Code = basin.basin_units;
     basin.ZoneCount = header.zones.value_or(1);
     // The grid has a row for each of the basin's zones, whatever rows the table holds.

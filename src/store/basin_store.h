@@ -11,10 +11,6 @@
 
 namespace nivora {
 
-inline constexpr int k_metric = 0;
-inline constexpr int k_english = 1;
-inline constexpr int k_units_not_fixed = -1;
-
 /// The most elevation zones that a basin may have.
 inline constexpr int k_most_zones = 16;
 
@@ -40,12 +36,12 @@ struct BasinState {
     /// Local date and time of the run that `SimResults` is of; nothing where it is of an earlier session.
     std::optional<double> results_time;
 
-    /// The basin's own units, 0 Metric or 1 English for good, -1 not yet fixed: those of its definition, its
-    /// zones and its area, and what its labels and limits say.
-    int basin_units = k_units_not_fixed;
+    /// The basin's own units, once fixed for good: those of its definition, its zones and its area, and what
+    /// its labels and limits say.
+    Units basin_units = Units::NotFixed;
     /// The units of the current simulation, in which a run works and its results are told; those of the basin
     /// until a simulation is selected.
-    int Units_Code = k_units_not_fixed;
+    Units Units_Code = Units::NotFixed;
     int ZoneCount = 1;  ///< 1 to 16
 
     std::string basin_name;

@@ -3,6 +3,7 @@
 
 #include "base/calendar.h"
 #include "base/single.h"
+#include "base/units.h"
 
 #include <array>
 #include <cstdint>
@@ -18,8 +19,8 @@ enum class Distribution : std::int16_t { Basinwide = 0, ByZone = 1 };
 struct BasinDescription {
     std::optional<std::string> name;
     std::optional<std::string> description;
-    std::optional<std::int16_t> zones;          ///< 1 to 16
-    std::optional<std::int16_t> units;          ///< 0 Metric, 1 English, -1 not yet fixed
+    std::optional<std::int16_t> zones;  ///< 1 to 16
+    std::optional<Units> units;
     std::optional<double> reference_elevation;  ///< m or ft
     std::optional<double> latitude;             ///< decimal degrees, negative in the south
     std::optional<double> longitude;            ///< decimal degrees
@@ -66,7 +67,7 @@ struct Simulation {
     std::optional<std::int16_t> run_number;
     std::optional<DayCount> start;
     std::optional<DayCount> end;
-    std::optional<std::int16_t> units;               ///< 0 Metric, 1 English
+    std::optional<Units> units;
     std::optional<std::int16_t> temperature_values;  ///< 0 Average, 1 Max/Min
     std::optional<Distribution> temperature;
     std::optional<Distribution> precipitation;

@@ -71,6 +71,10 @@ void bind_value(SQLite::Statement& statement, int position, Distribution value) 
     statement.bind(position, static_cast<std::int32_t>(value));
 }
 
+void bind_value(SQLite::Statement& statement, int position, Units value) {
+    statement.bind(position, static_cast<std::int32_t>(value));
+}
+
 bool is_null(SQLite::Statement& row, int position) { return row.isColumnNull(position); }
 
 void read_value(SQLite::Statement& row, int position, double& value) {
@@ -109,6 +113,10 @@ void read_value(SQLite::Statement& row, int position, Distribution& value) {
     const auto code = whole_at<std::int16_t>(row, position);
     if (code != 0 && code != 1) refuse_value(row, position, "a code that is neither 0 nor 1");
     value = static_cast<Distribution>(code);
+}
+
+void read_value(SQLite::Statement& row, int position, Units& value) {
+    value = static_cast<Units>(whole_at<std::int16_t>(row, position));
 }
 
 void clear_table(BasinDatabase& database, std::string_view table) {

@@ -22,6 +22,7 @@ void bind_value(SQLite::Statement& statement, int position, std::int32_t value);
 void bind_value(SQLite::Statement& statement, int position, DayCount value);
 void bind_value(SQLite::Statement& statement, int position, const std::string& value);
 void bind_value(SQLite::Statement& statement, int position, Distribution value);
+void bind_value(SQLite::Statement& statement, int position, Units value);
 
 template <typename Value>
 void bind_value(SQLite::Statement& statement, int position, const std::optional<Value>& value) {
@@ -42,6 +43,7 @@ void read_value(SQLite::Statement& row, int position, std::int32_t& value);
 void read_value(SQLite::Statement& row, int position, DayCount& value);
 void read_value(SQLite::Statement& row, int position, std::string& value);
 void read_value(SQLite::Statement& row, int position, Distribution& value);
+void read_value(SQLite::Statement& row, int position, Units& value);
 
 [[nodiscard]] bool is_null(SQLite::Statement& row, int position);
 

@@ -161,7 +161,7 @@ TEST_F(ClimateCommandTest, PrintsStatisticsAndSummaryAsJson) {
 
 TEST_F(ClimateCommandTest, AnEnglishBasinHasCubicFeet) {
     SixDays small;
-    small.header.units = small.simulation.units = std::int16_t{k_english};
+    small.header.units = small.simulation.units = Units::English;
     for (PhysicalRow& row : small.physical) row.tavg += 32.0F;
     write(small);
     const BatchResult result = climate();

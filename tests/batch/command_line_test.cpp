@@ -192,7 +192,7 @@ TEST(Template, HoldsTheTablesOfABlankBasin) {
                                                     "PhysicalData", "ClimateScenarioIndex"));
     const BasinDescription header = read_basin_description(database);
     EXPECT_EQ(header.name, "<basin name>");
-    EXPECT_EQ(header.units, -1);
+    EXPECT_EQ(header.units, Units::NotFixed);
     EXPECT_EQ(header.zones, std::nullopt);
 }
 

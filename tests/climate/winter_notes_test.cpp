@@ -44,7 +44,7 @@ TEST_F(WinterNotes, ABareDayThatFallsOnTheDayOfTheSnowIsNotedAndTheCoverStaysAsI
     EXPECT_EQ(run.notes[0].step, 5);
     EXPECT_EQ(run.notes[0].days, 5);
     EXPECT_EQ(
-        note_text(run.notes[0], k_metric),
+        note_text(run.notes[0], Units::Metric),
         "Step 5: In zone 1 the last day with snow and the first day without fall on one day of the changed "
         "climate, 05/01/2001, and the first of them counts. So the cover stays at 1 until 05/05/2001, "
         "although "
@@ -92,14 +92,14 @@ TEST_F(WinterNotes, AWinterThatLosesMoreThanFellIsNotedWithItsStore) {
     EXPECT_EQ(days(table.MDCexclWA), (Floats{1.4F, 0, 0, 0, 0}));
     ASSERT_THAT(kinds(), ElementsAre(NoteKind::NoWinterStore, NoteKind::CoverHeld));
     EXPECT_EQ(
-        note_text(run.notes[0], k_metric),
+        note_text(run.notes[0], Units::Metric),
         "Step 5: In zone 1 more water left the snow in the winter from 10/01/2000 to 04/30/2001 than had "
         "fallen, "
         "under the present climate (P - i = -20 cm): the simulation begins on snow from before its start. "
         "The "
         "gain of the zone means nothing then, and neither does the cover that step 5 made with it. Begin the "
         "simulation before the first snow falls, and compare CDC with CDCclimWAMA.");
-    EXPECT_THAT(note_text(run.notes[0], k_english), HasSubstr("(P - i = -20 in)"));
+    EXPECT_THAT(note_text(run.notes[0], Units::English), HasSubstr("(P - i = -20 in)"));
     EXPECT_EQ(note_summary(run.notes[0]), "no winter store in zone 1");
 }
 
@@ -110,7 +110,7 @@ TEST_F(WinterNotes, AWinterThatStoresNothingIsNotedAlsoWithinItsRoundings) {
         winter(1, 10, 12, input, 10);
         adjust();
         ASSERT_THAT(kinds(), ElementsAre(NoteKind::NoWinterStore));
-        EXPECT_THAT(note_text(run.notes[0], k_metric),
+        EXPECT_THAT(note_text(run.notes[0], Units::Metric),
                     HasSubstr("left nothing in the snow under the present climate (P - i = 0)"));
     }
     run.notes.clear();

@@ -186,7 +186,7 @@ TEST_F(WinterReportTest, TheChangeIsRoundedToThreeDecimalsHalfAwayFromZero) {
 
 TEST_F(WinterReportTest, AnEnglishBasinMeasuresInInches) {
     melting_summer(1);
-    basin.Units_Code = k_english;
+    basin.Units_Code = Units::English;
     adjust();
     EXPECT_THAT(report, HasSubstr("\r\nUnits:             (in)\r\n"));
 }

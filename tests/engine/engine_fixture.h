@@ -41,7 +41,7 @@ inline constexpr double k_area_of_100 = 864.0;
     simulation.run_number = std::int16_t{1};
     simulation.start = first;
     simulation.end = last;
-    simulation.units = std::int16_t{k_metric};
+    simulation.units = Units::Metric;
     simulation.temperature_values = std::int16_t{0};
     simulation.temperature = Distribution::Basinwide;
     simulation.precipitation = Distribution::Basinwide;
@@ -86,7 +86,7 @@ protected:
     /// zone by zone.
     void start(int zones, DayCount first, int days) {
         days_of_table = days;
-        basin.Units_Code = k_metric;
+        basin.Units_Code = Units::Metric;
         basin.ZoneCount = zones;
         basin.zones_text = std::to_string(zones);
         basin.reference_elevation_text = "1000";
@@ -183,7 +183,7 @@ struct SmallBasin {
     SmallBasin(int zone_count, DayCount first, int days) {
         header.name = "Small basin";
         header.zones = static_cast<std::int16_t>(zone_count);
-        header.units = std::int16_t{k_metric};
+        header.units = Units::Metric;
         header.reference_elevation = 1000.0;
         header.latitude = 46.5;
         simulation = make_simulation("Test", first, first + days - 1);

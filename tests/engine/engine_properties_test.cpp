@@ -52,14 +52,14 @@ protected:
             return by_chance(0.5) ? Distribution::Basinwide : Distribution::ByZone;
         };
         Simulation& options = simulation();
-        options.units = static_cast<std::int16_t>(whole_between(0, 1));
-        options.temperature_values = static_cast<std::int16_t>(whole_between(0, 1));
+        options.units = static_cast<Units>(whole_between(0, 1));
+        options.temperature_values = static_cast<Units>(whole_between(0, 1));
         options.temperature = distribution(), options.precipitation = distribution();
         options.lapse_rate = distribution(), options.runoff_coefficients = distribution();
         options.critical_temperature = distribution();
         options.precipitation_threshold = static_cast<float>(between(0.5, 3.0));
         basin.latitude_text = by_chance(0.5) ? "46.5" : "-33";
-        const double base = options.units == k_english ? 32.0 : 0.0;
+        const double base = options.units == Units::English ? 32.0 : 0.0;
         for (Zone& zone : basin.zones) zone.area = between(1.0, 1000.0);
         basin.basin_area_text = basin_area_text(basin.zones);
         spread_over(table.TAvg, base - 15.0, base + 15.0);

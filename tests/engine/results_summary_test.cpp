@@ -10,14 +10,14 @@ using ::testing::Each;
 using ::testing::ElementsAre;
 
 TEST(StatisticsLabels, BearMetricUnits) {
-    EXPECT_THAT(statistics_labels(k_metric),
+    EXPECT_THAT(statistics_labels(Units::Metric),
                 ElementsAre("Measured Runoff Volume (10^6 m³)", "Average Measured Runoff (m³/s): ",
                             "Computed Runoff Volume (10^6 m³)", "Average Computed Runoff  (m³/s): ",
                             "Volume Difference (%): ", "Coefficient of Determination (R²):"));
 }
 
 TEST(StatisticsLabels, BearEnglishUnits) {
-    EXPECT_THAT(statistics_labels(k_english),
+    EXPECT_THAT(statistics_labels(Units::English),
                 ElementsAre("Measured Runoff Volume (10^6 f³)", "Average Measured Runoff (f³/s): ",
                             "Computed Runoff Volume (10^6 f³)", "Average Computed Runoff  (f³/s): ",
                             "Volume Difference (%): ", "Coefficient of Determination (R²):"));

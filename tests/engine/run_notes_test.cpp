@@ -60,7 +60,7 @@ TEST_F(RunNotes, DaysThatAllZonesLackAreOneNote) {
     ASSERT_EQ(notes.size(), 1U);
     EXPECT_EQ(notes[0].days, 3);
     EXPECT_EQ(
-        note_text(notes[0], k_metric),
+        note_text(notes[0], Units::Metric),
         "3 of 10 days from 06/01/2001 to 06/10/2001 have no rows in zones 1 to 3: 06/04/2001 to 06/06/2001. "
         "The run leaves such days out and goes on from the day before to the day after. Data, Variables, "
         "Current "
@@ -76,12 +76,12 @@ TEST_F(RunNotes, ZonesThatLackOtherDaysHaveNotesOfTheirOwn) {
     ASSERT_EQ(notes.size(), 2U);
     EXPECT_THAT(notes[0].zones, ElementsAre(1, 3));
     EXPECT_THAT(
-        note_text(notes[0], k_metric),
+        note_text(notes[0], Units::Metric),
         HasSubstr(" has no rows in zones 1 and 3: 06/10/2001. Where only some zones have a day, zones and "
                   "days are out of step from then on: do not use the results. Data, "));
     EXPECT_THAT(notes[1].zones, ElementsAre(2));
     EXPECT_EQ(notes[1].days, 2);
-    EXPECT_THAT(note_text(notes[1], k_metric),
+    EXPECT_THAT(note_text(notes[1], Units::Metric),
                 HasSubstr("in zone 2: the first 06/01/2001, the last 06/09/2001. "));
 }
 
@@ -106,13 +106,13 @@ TEST_F(RunNotes, ADischargeBelowZeroIsCountedWithItsLowestDay) {
     const auto note = below_zero();
     ASSERT_TRUE(note);
     EXPECT_EQ(note->days, 3);
-    EXPECT_EQ(note_text(*note, k_metric),
+    EXPECT_EQ(note_text(*note, Units::Metric),
               "The computed discharge is below 0 on 3 of 10 days (the first 06/03/2001, the last "
               "06/08/2001); it is "
               "lowest on 06/04/2001 with -2.25 m³/s. No river does that: look at the time lag, the runoff "
               "coefficients "
               "and the precipitation of these days.");
-    EXPECT_THAT(note_text(*note, k_english), HasSubstr("-2.25 ft³/s"));
+    EXPECT_THAT(note_text(*note, Units::English), HasSubstr("-2.25 ft³/s"));
     EXPECT_EQ(note_summary(*note), "discharge below 0 on 3 of 10 days");
 }
 
@@ -131,7 +131,7 @@ TEST_F(RunNotes, StepThreeLooksAtTheDischargeOfThePresentClimate) {
     ASSERT_TRUE(note);
     EXPECT_EQ(note->step, 3);
     EXPECT_EQ(note->first, k_first + 4);
-    EXPECT_THAT(note_text(*note, k_metric), testing::StartsWith("Step 3: The computed discharge"));
+    EXPECT_THAT(note_text(*note, Units::Metric), testing::StartsWith("Step 3: The computed discharge"));
 }
 
 TEST_F(RunNotes, OfAStepAreForgottenAlone) {

@@ -194,8 +194,8 @@ TEST_F(HeavyRain, AnEmptyThresholdBecomes6CentimetresInTheSimulationAsAChangeToS
 
 TEST_F(HeavyRain, AnEmptyThresholdBecomes2Point36InchesInAnEnglishBasin) {
     simulation().precipitation_threshold.reset();
-    simulation().units = std::int16_t{k_english};
-    basin.Units_Code = k_english;
+    simulation().units = Units::English;
+    basin.Units_Code = Units::English;
 
     EXPECT_TRUE(starts_high_flow(2.36F, 2.36F));
     EXPECT_EQ(simulation().precipitation_threshold, 2.36F);
@@ -203,13 +203,13 @@ TEST_F(HeavyRain, AnEmptyThresholdBecomes2Point36InchesInAnEnglishBasin) {
 
 TEST_F(HeavyRain, TheDefaultThresholdFollowsTheBasinsUnitsAndNotTheSimulations) {
     simulation().precipitation_threshold.reset();
-    simulation().units = std::int16_t{k_english};
+    simulation().units = Units::English;
     (void)discharge();
     EXPECT_EQ(simulation().precipitation_threshold, 6.0F);
 
     simulation().precipitation_threshold.reset();
-    simulation().units = std::int16_t{k_metric};
-    basin.Units_Code = k_english;
+    simulation().units = Units::Metric;
+    basin.Units_Code = Units::English;
     (void)discharge();
     EXPECT_EQ(simulation().precipitation_threshold, 2.36F);
 }

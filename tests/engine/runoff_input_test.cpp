@@ -60,7 +60,7 @@ TEST_F(RunoffInput, DischargeAndTotalMeltStandOnTheFirstZonesRowAlone) {
 
 TEST_F(RunoffInput, EnglishUnitsOfTheSimulationMakeFeetOfInches) {
     begin(1, 2);
-    simulation().units = std::int16_t{k_english};
+    simulation().units = Units::English;
     basin.zones[0].area = 11250.0;
     fill(table.Cpr, 1.0);
 
@@ -70,7 +70,7 @@ TEST_F(RunoffInput, EnglishUnitsOfTheSimulationMakeFeetOfInches) {
 
 TEST_F(RunoffInput, UnitsOfTheBasinDoNotChangeTheInput) {
     begin(1, 2);
-    basin.Units_Code = k_english;
+    basin.Units_Code = Units::English;
     fill(table.Cpr, 1.0);
 
     EXPECT_EQ(input_of_day1(), 100.0);

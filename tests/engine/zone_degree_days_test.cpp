@@ -15,13 +15,13 @@ constexpr UnitSystem k_si{100.0F, 0.0F};
 constexpr UnitSystem k_us{1000.0F, 32.0F};
 
 TEST(UnitSystems, TheValue1IsEnglishAndAnythingElseMetric) {
-    for (const std::optional<double> value :
-         {std::optional{0.0}, std::optional{2.0}, std::optional{-1.0}, std::optional<double>{}}) {
+    for (const std::optional<Units> value : {std::optional{Units::Metric}, std::optional{Units{2}},
+                                             std::optional{Units::NotFixed}, std::optional<Units>{}}) {
         EXPECT_EQ(unit_system(value).lapse_unit, 100.0F);
         EXPECT_EQ(unit_system(value).degree_base, 0.0F);
     }
-    EXPECT_EQ(unit_system(1.0).lapse_unit, 1000.0F);
-    EXPECT_EQ(unit_system(1.0).degree_base, 32.0F);
+    EXPECT_EQ(unit_system(Units::English).lapse_unit, 1000.0F);
+    EXPECT_EQ(unit_system(Units::English).degree_base, 32.0F);
 }
 
 TEST(ZoneDegreeDays, APositiveLapseRateCoolsAZoneAboveTheStation) {
@@ -99,7 +99,7 @@ protected:
 };
 
 TEST_F(DegreeDaysOfZones, EnglishUnitsComeFromTheUnitsOfTheSimulation) {
-    simulation().units = std::int16_t{k_english};
+    simulation().units = Units::English;
     fill(table.TAvg, 50.0);
     fill(table.LR, 3.0);
 
@@ -119,7 +119,7 @@ TEST_F(DegreeDaysOfZones, MetricLeavesTheLapseUnitOf100) {
 }
 
 TEST_F(DegreeDaysOfZones, ByZoneCountsAbove32InEnglishUnitsToo) {
-    simulation().units = std::int16_t{k_english};
+    simulation().units = Units::English;
     simulation().temperature = Distribution::ByZone;
     table.TAvg[at(1, 1)] = 40.0F;
     table.TAvg[at(2, 1)] = 30.0F;

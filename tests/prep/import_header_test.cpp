@@ -35,7 +35,7 @@ TEST(ImportHeader, ABlankBasinTakesNameElevationZonesAndUnits) {
     EXPECT_THAT(header.name, Optional(std::string{"Alder Brook"}));
     EXPECT_THAT(header.reference_elevation, Optional(DoubleEq(1800.0)));
     EXPECT_THAT(header.zones, Optional(std::int16_t{2}));
-    EXPECT_THAT(header.units, Optional(std::int16_t{0}));
+    EXPECT_THAT(header.units, Optional(Units::Metric));
     EXPECT_EQ(header.latitude, std::nullopt);
     EXPECT_EQ(header.description, std::nullopt);
 }
@@ -128,9 +128,9 @@ TEST(ImportHeader, TheBasinOfALaterImportKeepsItsNameAndElevation) {
 
 TEST(ImportUnits, ABasinWithoutUnitsTakesThoseOfTheFile) {
     const ScratchBasin basin;
-    EXPECT_THAT(basin.header().units, Optional(std::int16_t{-1}));
+    EXPECT_THAT(basin.header().units, Optional(Units::NotFixed));
     basin.first_import(english());
-    EXPECT_THAT(basin.header().units, Optional(std::int16_t{1}));
+    EXPECT_THAT(basin.header().units, Optional(Units::English));
 }
 
 TEST(ImportUnits, OtherUnitsThanTheBasinsAreRefused) {

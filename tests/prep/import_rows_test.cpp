@@ -175,7 +175,7 @@ TEST(ImportRecord, TakesNameDatesUnitsAndThreshold) {
     EXPECT_EQ(definition.name, "Spring 1996");
     EXPECT_THAT(definition.start, Optional(day(1996, 4, 1)));
     EXPECT_THAT(definition.end, Optional(day(1996, 4, 3)));
-    EXPECT_THAT(definition.units, Optional(std::int16_t{0}));
+    EXPECT_THAT(definition.units, Optional(Units::Metric));
     EXPECT_THAT(definition.precipitation_threshold, Optional(FloatEq(5.0F)));
 }
 
@@ -184,7 +184,7 @@ TEST(ImportRecord, IsBasinwideAndAverageWithABlankInitialRunoff) {
     LegacyParts parts;
     parts.units = "1";
     const Simulation definition = basin.first_import(parts).definition;
-    EXPECT_THAT(definition.units, Optional(std::int16_t{1}));
+    EXPECT_THAT(definition.units, Optional(Units::English));
     EXPECT_THAT(definition.temperature_values, Optional(std::int16_t{0}));
     for (const auto& distribution :
          {definition.temperature, definition.precipitation, definition.lapse_rate,

@@ -36,8 +36,8 @@ protected:
     PrepTest() {
         basin_.Work_File = file_.path();
         basin_.ZoneCount = 2;
-        basin_.basin_units = k_metric;
-        basin_.Units_Code = k_metric;
+        basin_.basin_units = Units::Metric;
+        basin_.Units_Code = Units::Metric;
     }
 
     void TearDown() override {
@@ -51,7 +51,7 @@ protected:
         row.name = name;
         row.start = start;
         row.end = end;
-        row.units = std::int16_t{k_metric};
+        row.units = Units::Metric;
         basin_.simulations.push_back(row);
         select_simulation(basin_, basin_.simulations.size() - 1);
         return basin_.simulations.back();

@@ -175,8 +175,8 @@ TEST_F(SimOptionsAccept, APeriodOf366DaysIsAccepted) {
 // Units.
 
 TEST_F(SimOptionsAccept, UnitsThatAreNotFixedAreAskedAboutAndFixed) {
-    basin_.basin_units = basin_.Units_Code = k_units_not_fixed;
-    form_.units = k_english;
+    basin_.basin_units = basin_.Units_Code = Units::NotFixed;
+    form_.units = Units::English;
     dialogs_.then(Answer::Ok).then(Answer::Yes);
     EXPECT_TRUE(accept());
     const Message& question = dialogs_.messages().front().message;
@@ -185,14 +185,14 @@ TEST_F(SimOptionsAccept, UnitsThatAreNotFixedAreAskedAboutAndFixed) {
               "must use the same units.  Continue?");
     EXPECT_EQ(question.title, "Are your units correct?");
     EXPECT_EQ(question.buttons, Buttons::OkCancel);
-    EXPECT_EQ(basin_.Units_Code, k_english);
+    EXPECT_EQ(basin_.Units_Code, Units::English);
 }
 
 TEST_F(SimOptionsAccept, ACancelAtTheUnitsLeavesAGrownRowWithItsFirstCells) {
-    basin_.basin_units = basin_.Units_Code = k_units_not_fixed;
+    basin_.basin_units = basin_.Units_Code = Units::NotFixed;
     dialogs_.then(Answer::Cancel);
     EXPECT_FALSE(accept());
-    EXPECT_EQ(basin_.Units_Code, k_units_not_fixed);
+    EXPECT_EQ(basin_.Units_Code, Units::NotFixed);
     ASSERT_EQ(basin_.simulations.size(), 1U);
     EXPECT_THAT(cells(0), ElementsAre("wet", "3", "10/01/1980", "10/02/1980", "Metric", "", "", "", "", "",
                                       "", "", "", "", "", "", ""));
@@ -201,7 +201,7 @@ TEST_F(SimOptionsAccept, ACancelAtTheUnitsLeavesAGrownRowWithItsFirstCells) {
 }
 
 TEST_F(SimOptionsAccept, ASecondAcceptGoesToTheRowThatTheFirstHasGrown) {
-    basin_.basin_units = basin_.Units_Code = k_units_not_fixed;
+    basin_.basin_units = basin_.Units_Code = Units::NotFixed;
     dialogs_.then(Answer::Cancel).then(Answer::Ok).then(Answer::Yes);
     EXPECT_FALSE(accept());
     EXPECT_TRUE(accept());
@@ -209,11 +209,11 @@ TEST_F(SimOptionsAccept, ASecondAcceptGoesToTheRowThatTheFirstHasGrown) {
 }
 
 TEST_F(SimOptionsAccept, UnitsThatAreFixedStayThoseOfTheBasin) {
-    form_.units = k_english;
+    form_.units = Units::English;
     dialogs_.then(Answer::Yes);
     EXPECT_TRUE(accept());
-    EXPECT_EQ(basin_.Units_Code, k_metric);
-    EXPECT_THAT(basin_.simulations[0].units, Optional(std::int16_t{k_english}));
+    EXPECT_EQ(basin_.Units_Code, Units::Metric);
+    EXPECT_THAT(basin_.simulations[0].units, Optional(Units::English));
 }
 
 // Cells and first values.

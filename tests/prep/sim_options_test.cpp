@@ -22,7 +22,7 @@ protected:
     Simulation& select_whole_row() {
         Simulation& row = select("wet", october(1), october(3));
         row.run_number = std::int16_t{12};
-        row.units = std::int16_t{k_english};
+        row.units = Units::English;
         row.temperature_values = std::int16_t{1};
         row.temperature = Distribution::Basinwide;
         row.precipitation = Distribution::ByZone;
@@ -43,17 +43,17 @@ constexpr const char* k_missing_table =
     "Missing/empty parameter table for this simulation.  The table will be rebuilt when you click 'Accept'.";
 
 TEST(UnitTexts, OfMetricAndEnglishUnits) {
-    EXPECT_EQ(unit_texts(0).area_word, "cm");
-    EXPECT_EQ(unit_texts(0).flow_letter, "m");
-    EXPECT_EQ(unit_texts(0).default_threshold, "6.00");
-    EXPECT_EQ(unit_texts(1).area_word, "in");
-    EXPECT_EQ(unit_texts(1).flow_letter, "f");
-    EXPECT_EQ(unit_texts(1).default_threshold, "2.36");
+    EXPECT_EQ(unit_texts(Units::Metric).area_word, "cm");
+    EXPECT_EQ(unit_texts(Units::Metric).flow_letter, "m");
+    EXPECT_EQ(unit_texts(Units::Metric).default_threshold, "6.00");
+    EXPECT_EQ(unit_texts(Units::English).area_word, "in");
+    EXPECT_EQ(unit_texts(Units::English).flow_letter, "f");
+    EXPECT_EQ(unit_texts(Units::English).default_threshold, "2.36");
 }
 
 TEST(NewSimulation, HasADefaultYearTheBasinsUnitsAndNothingElse) {
     BasinState basin;
-    basin.basin_units = basin.Units_Code = k_english;
+    basin.basin_units = basin.Units_Code = Units::English;
     const SimulationRecord record = new_simulation_record(basin, "wet");
     EXPECT_EQ(record.definition.text(1), "wet");
     EXPECT_EQ(record.definition.text(3), "10/01/1980");
@@ -77,7 +77,7 @@ TEST_F(SimOptionsOpen, ANewSimulationShowsItsRecordAndTheThresholdOfItsUnits) {
     EXPECT_EQ(form.run_number, "");
     EXPECT_EQ(form.start, "10/01/1980");
     EXPECT_EQ(form.end, "09/30/1981");
-    EXPECT_EQ(form.units, k_metric);
+    EXPECT_EQ(form.units, Units::Metric);
     EXPECT_EQ(form.temperature_values, 0);
     EXPECT_THAT(form.by_zone, Each(false));
     EXPECT_EQ(form.initial_runoff, "");
@@ -90,7 +90,7 @@ TEST_F(SimOptionsOpen, ANewSimulationShowsItsRecordAndTheThresholdOfItsUnits) {
 }
 
 TEST_F(SimOptionsOpen, ANewEnglishSimulationHasTheEnglishThreshold) {
-    basin_.basin_units = basin_.Units_Code = k_english;
+    basin_.basin_units = basin_.Units_Code = Units::English;
     prep_.working_record = new_simulation_record(basin_, "wet");
     EXPECT_EQ(open(SimOptionsMode::Add).threshold, "2.36");
 }
@@ -135,7 +135,7 @@ TEST_F(SimOptionsOpen, AnEditShowsTheSelectedRow) {
     EXPECT_EQ(form.run_number, "12");
     EXPECT_EQ(form.start, "10/01/1980");
     EXPECT_EQ(form.end, "10/03/1980");
-    EXPECT_EQ(form.units, k_english);
+    EXPECT_EQ(form.units, Units::English);
     EXPECT_EQ(form.temperature_values, 1);
     EXPECT_THAT(form.by_zone, ElementsAre(false, true, true, false, true, false));
     EXPECT_EQ(form.initial_runoff, "0.1");

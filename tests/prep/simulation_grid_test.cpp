@@ -160,15 +160,15 @@ TEST_F(SimulationGrid, AnotherRowsDatesLeaveTheCurrentSimulationAlone) {
 
 TEST_F(SimulationGrid, UnitsOfARowBecomeThoseOfTheBasin) {
     EXPECT_TRUE(edit(5, "English"));
-    EXPECT_THAT(second().units, Optional(std::int16_t{1}));
-    EXPECT_EQ(basin_.Units_Code, k_english);
+    EXPECT_THAT(second().units, Optional(Units::English));
+    EXPECT_EQ(basin_.Units_Code, Units::English);
     EXPECT_TRUE(edit(5, "0"));
-    EXPECT_EQ(basin_.Units_Code, k_metric);
+    EXPECT_EQ(basin_.Units_Code, Units::Metric);
     EXPECT_TRUE(edit(5, "1"));
-    EXPECT_EQ(basin_.Units_Code, k_english);
+    EXPECT_EQ(basin_.Units_Code, Units::English);
     EXPECT_TRUE(edit(5, ""));
     EXPECT_EQ(second().units, std::nullopt);
-    EXPECT_EQ(basin_.Units_Code, k_metric) << "an emptied cell stands for Metric";
+    EXPECT_EQ(basin_.Units_Code, Units::Metric) << "an emptied cell stands for Metric";
 }
 
 TEST_F(SimulationGrid, ListsTakeTheirItemsAndTheirNumbersOnly) {

@@ -29,8 +29,8 @@ protected:
         BasinDatabase::create_template(program_ / "null.mdb");
         life_.start();
         session_.basin.basin_name = "Alder Fork";
-        session_.basin.basin_units = k_metric;
-        session_.basin.Units_Code = k_metric;
+        session_.basin.basin_units = Units::Metric;
+        session_.basin.Units_Code = Units::Metric;
         session_.basin.zones_text = "1";
         session_.basin.ZoneCount = 1;
         session_.basin.zones = {{.id = "A", .area = 12.5, .elevation = 1500.0}};
@@ -38,7 +38,7 @@ protected:
         definition.name = "run 1";
         definition.start = *day_count({1996, 1, 1});
         definition.end = *day_count({1996, 12, 31});
-        definition.units = std::int16_t{0};
+        definition.units = Units::Metric;
         session_.basin.simulations = {definition};
         dialogs_.then_file(file_);
         life_.save_as();

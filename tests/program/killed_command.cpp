@@ -30,7 +30,7 @@ Simulation any_simulation() {
     definition.name = "run 1";
     definition.start = *day_count({1996, 1, 1});
     definition.end = *day_count({1996, 12, 31});
-    definition.units = std::int16_t{0};
+    definition.units = Units::Metric;
     return definition;
 }
 
@@ -40,7 +40,7 @@ void write_basin(const fs::path& path, std::uintmax_t about_bytes) {
     BasinDescription header = read_basin_description(database);
     header.name = "Kill ground";
     header.zones = std::int16_t{k_zones};
-    header.units = std::int16_t{0};
+    header.units = Units::Metric;
     std::vector<Zone> zones;
     std::vector<PhysicalRow> rows;
     const auto days = static_cast<int>(about_bytes / k_bytes_a_row / k_zones) + 1;

@@ -126,7 +126,7 @@ TEST_F(InputSummaryTest, AChangedInputLeavesOneLineInPlaceOfTheResults) {
 }
 
 TEST_F(InputSummaryTest, AnEnglishBasinHasItsUnitsAndSquareMetresForItsAreas) {
-    basin_.Units_Code = k_english;
+    basin_.Units_Code = Units::English;
     const auto text = summary();
     EXPECT_EQ(text[5], "Basin Area     : 30 m²            X: 1.05");
     EXPECT_EQ(text[6], "Ref. Elevation : 1500 ft          Y: 0.02");

@@ -26,8 +26,8 @@ protected:
         basin_.basin_name = "Alder";
         basin_.basin_description = "Upper Alder valley";
         basin_.Basin_File = "alder.mdb";
-        basin_.basin_units = k_metric;
-        basin_.Units_Code = k_metric;
+        basin_.basin_units = Units::Metric;
+        basin_.Units_Code = Units::Metric;
         basin_.ZoneCount = 2;
         basin_.zones_text = "2";
         basin_.reference_elevation_text = "1500";
@@ -40,7 +40,7 @@ protected:
         simulation.run_number = std::int16_t{4};
         simulation.start = first_day();
         simulation.end = last_day();
-        simulation.units = std::int16_t{k_metric};
+        simulation.units = Units::Metric;
         simulation.temperature_values = std::int16_t{0};
         simulation.temperature = Distribution::ByZone;
         simulation.precipitation = Distribution::Basinwide;

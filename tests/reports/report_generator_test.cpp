@@ -156,8 +156,8 @@ TEST_F(ReportGeneratorTest, TheDescriptionOfTheDataTellsBasinSimulationAndZones)
 }
 
 TEST_F(ReportGeneratorTest, TheDescriptionOfAnEnglishBasinNamesItsUnits) {
-    basin_.basin_units = k_english;
-    basin_.Units_Code = k_english;
+    basin_.basin_units = Units::English;
+    basin_.Units_Code = Units::English;
     simulation().comments.reset();
     const auto text = lines(Report::DataDescription);
     EXPECT_THAT(text[10], HasSubstr("English"));
@@ -168,7 +168,7 @@ TEST_F(ReportGeneratorTest, TheDescriptionOfAnEnglishBasinNamesItsUnits) {
 }
 
 TEST_F(ReportGeneratorTest, ASimulationInOtherUnitsLeavesTheUnitsOfTheBasinInItsDescription) {
-    basin_.Units_Code = k_english;
+    basin_.Units_Code = Units::English;
     simulation().comments.reset();
     const auto text = lines(Report::DataDescription);
     EXPECT_THAT(text[10], HasSubstr("Metric"));

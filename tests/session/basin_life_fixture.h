@@ -19,7 +19,7 @@ inline Simulation simulation_named(const std::string& name) {
     definition.name = name;
     definition.start = *day_count({1996, 1, 1});
     definition.end = *day_count({1996, 12, 31});
-    definition.units = std::int16_t{0};
+    definition.units = Units::Metric;
     definition.initial_x = 1.05;
     definition.initial_y = 0.02;
     definition.comments = "kept";
@@ -50,7 +50,7 @@ protected:
     /// What a user types into a fresh basin.
     void define_basin(int simulations) {
         session_.basin.basin_name = "Alder Fork";
-        fix_units(session_, k_metric);
+        fix_units(session_, Units::Metric);
         session_.basin.zones_text = "2";
         session_.basin.ZoneCount = 2;
         session_.basin.reference_elevation_text = "2107.35";

@@ -9,7 +9,7 @@ TEST_F(BasinLifeTest, AStartWorksOnACopyOfTheTemplate) {
     EXPECT_TRUE(session_.basin.New_Basin);
     EXPECT_FALSE(session_.basin.Basin_Changed);
     EXPECT_EQ(session_.basin.basin_name, "<basin name>");
-    EXPECT_EQ(session_.basin.Units_Code, k_units_not_fixed);
+    EXPECT_EQ(session_.basin.Units_Code, Units::NotFixed);
     EXPECT_TRUE(session_.shell.units_list_shown);
     EXPECT_FALSE(session_.shell.save);
     EXPECT_TRUE(session_.shell.save_as);

@@ -74,76 +74,78 @@ TEST(ChangedBox, AMinusSignInTheMiddleRemovesEveryMinusSign) {
 struct LimitCase {
     BasinBox box;
     const char* text;
-    int units;
+    Units units;
     bool passes;
 };
 
 TEST(LeftBox, LimitsHoldToTheLastUnit) {
-    for (const LimitCase& c : std::vector<LimitCase>{{BasinBox::Zones, "16", 0, true},
-                                                     {BasinBox::Zones, "17", 0, false},
-                                                     {BasinBox::Zones, "0", 0, false},
-                                                     {BasinBox::Zones, "1", 0, true},
-                                                     {BasinBox::ReferenceElevation, "8849", 0, true},
-                                                     {BasinBox::ReferenceElevation, "8850", 0, false},
-                                                     {BasinBox::ReferenceElevation, "29035", 1, true},
-                                                     {BasinBox::ReferenceElevation, "29036", 1, false},
-                                                     {BasinBox::Latitude, "-90", 0, true},
-                                                     {BasinBox::Latitude, "90.1", 0, false},
-                                                     {BasinBox::Latitude, "-", 0, true},
-                                                     {BasinBox::Longitude, "180", 0, true},
-                                                     {BasinBox::Longitude, "-180.5", 0, false},
-                                                     {BasinBox::Longitude, "12abc", 0, true},
-                                                     {BasinBox::Latitude, "   ", 0, true},
-                                                     {BasinBox::Zones, "", 0, true}}) {
+    for (const LimitCase& c :
+         std::vector<LimitCase>{{BasinBox::Zones, "16", Units::Metric, true},
+                                {BasinBox::Zones, "17", Units::Metric, false},
+                                {BasinBox::Zones, "0", Units::Metric, false},
+                                {BasinBox::Zones, "1", Units::Metric, true},
+                                {BasinBox::ReferenceElevation, "8849", Units::Metric, true},
+                                {BasinBox::ReferenceElevation, "8850", Units::Metric, false},
+                                {BasinBox::ReferenceElevation, "29035", Units::English, true},
+                                {BasinBox::ReferenceElevation, "29036", Units::English, false},
+                                {BasinBox::Latitude, "-90", Units::Metric, true},
+                                {BasinBox::Latitude, "90.1", Units::Metric, false},
+                                {BasinBox::Latitude, "-", Units::Metric, true},
+                                {BasinBox::Longitude, "180", Units::Metric, true},
+                                {BasinBox::Longitude, "-180.5", Units::Metric, false},
+                                {BasinBox::Longitude, "12abc", Units::Metric, true},
+                                {BasinBox::Latitude, "   ", Units::Metric, true},
+                                {BasinBox::Zones, "", Units::Metric, true}}) {
         EXPECT_EQ(!left_box_problem(c.box, c.text, c.units).has_value(), c.passes)
             << static_cast<int>(c.box) << " '" << c.text << "'";
     }
 }
 
 TEST(LeftBox, EachLimitHasItsTextAndTitle) {
-    EXPECT_EQ(left_box_problem(BasinBox::Zones, "17", 0)->text, "Number of zones must be between 1 and 16");
-    EXPECT_EQ(left_box_problem(BasinBox::Zones, "17", 0)->title, "Invalid zone specification");
-    EXPECT_EQ(left_box_problem(BasinBox::ReferenceElevation, "9000", 0)->text,
+    EXPECT_EQ(left_box_problem(BasinBox::Zones, "17", Units::Metric)->text,
+              "Number of zones must be between 1 and 16");
+    EXPECT_EQ(left_box_problem(BasinBox::Zones, "17", Units::Metric)->title, "Invalid zone specification");
+    EXPECT_EQ(left_box_problem(BasinBox::ReferenceElevation, "9000", Units::Metric)->text,
               "Basin elevation out of range!");
-    EXPECT_EQ(left_box_problem(BasinBox::ReferenceElevation, "9000", 0)->title,
+    EXPECT_EQ(left_box_problem(BasinBox::ReferenceElevation, "9000", Units::Metric)->title,
               "Unreasonable basin elevation");
-    EXPECT_EQ(left_box_problem(BasinBox::Latitude, "91", 0)->text,
+    EXPECT_EQ(left_box_problem(BasinBox::Latitude, "91", Units::Metric)->text,
               "Latitude must be between 90° North and 90° South (-90°)");
-    EXPECT_EQ(left_box_problem(BasinBox::Latitude, "91", 0)->title, "Latitude out of range");
-    EXPECT_EQ(left_box_problem(BasinBox::Longitude, "181", 0)->text,
+    EXPECT_EQ(left_box_problem(BasinBox::Latitude, "91", Units::Metric)->title, "Latitude out of range");
+    EXPECT_EQ(left_box_problem(BasinBox::Longitude, "181", Units::Metric)->text,
               "Longitude must be between 180° East and 180° West (-180°)");
-    EXPECT_EQ(left_box_problem(BasinBox::Longitude, "181", 0)->title, "Longitude out of range");
+    EXPECT_EQ(left_box_problem(BasinBox::Longitude, "181", Units::Metric)->title, "Longitude out of range");
 }
 
 TEST(LeftBox, AnEmptyNameIsRequiredAndADescriptionIsNot) {
-    EXPECT_EQ(left_box_problem(BasinBox::Name, "", 0)->text, "A basin name is required!");
-    EXPECT_FALSE(left_box_problem(BasinBox::Description, "", 0).has_value());
+    EXPECT_EQ(left_box_problem(BasinBox::Name, "", Units::Metric)->text, "A basin name is required!");
+    EXPECT_FALSE(left_box_problem(BasinBox::Description, "", Units::Metric).has_value());
 }
 
 TEST(Labels, BearTheUnitsOfTheBasin) {
-    EXPECT_EQ(reference_elevation_label(k_metric), "Reference Elevation (m):");
-    EXPECT_EQ(reference_elevation_label(k_english), "Reference Elevation (ft):");
-    EXPECT_EQ(basin_area_label(k_metric), "Basin Area (km²):");
-    EXPECT_EQ(basin_area_label(k_english), "Basin Area (mi²):");
+    EXPECT_EQ(reference_elevation_label(Units::Metric), "Reference Elevation (m):");
+    EXPECT_EQ(reference_elevation_label(Units::English), "Reference Elevation (ft):");
+    EXPECT_EQ(basin_area_label(Units::Metric), "Basin Area (km²):");
+    EXPECT_EQ(basin_area_label(Units::English), "Basin Area (mi²):");
 }
 
 TEST(ZoneHeaders, TheAreaHasASmallKOnceTheUnitsWereChosen) {
-    EXPECT_EQ(zone_header(2, k_metric), "Zone Area (km²)");
-    EXPECT_EQ(zone_header(2, k_english), "Zone Area (mi²)");
+    EXPECT_EQ(zone_header(2, Units::Metric), "Zone Area (km²)");
+    EXPECT_EQ(zone_header(2, Units::English), "Zone Area (mi²)");
 }
 
 TEST(ZoneHeaders, ElevationsEndWithTheUnit) {
-    EXPECT_EQ(zone_header(3, k_english), "Hypsometric Mean Elevation (ft)");
-    EXPECT_EQ(zone_header(5, k_english), "Avg Elevation, NE Aspect (ft)");
-    EXPECT_EQ(zone_header(11, k_metric), "Avg Elevation, SW Aspect (m) ");
-    EXPECT_EQ(zone_header(4, k_metric), "% NE Aspect");
+    EXPECT_EQ(zone_header(3, Units::English), "Hypsometric Mean Elevation (ft)");
+    EXPECT_EQ(zone_header(5, Units::English), "Avg Elevation, NE Aspect (ft)");
+    EXPECT_EQ(zone_header(11, Units::Metric), "Avg Elevation, SW Aspect (m) ");
+    EXPECT_EQ(zone_header(4, Units::Metric), "% NE Aspect");
 }
 
 TEST(SimulationHeaders, TheInitialRunoffBearsTheUnitOfDischarge) {
-    EXPECT_EQ(simulation_header(13, k_metric), "Initial Runoff (CMS)");
-    EXPECT_EQ(simulation_header(13, k_english), "Initial Runoff (CFS)");
-    EXPECT_EQ(simulation_header(13, k_units_not_fixed), "Intital Runoff");
-    EXPECT_EQ(simulation_header(15, k_metric), "X Recesion Coefficient");
+    EXPECT_EQ(simulation_header(13, Units::Metric), "Initial Runoff (CMS)");
+    EXPECT_EQ(simulation_header(13, Units::English), "Initial Runoff (CFS)");
+    EXPECT_EQ(simulation_header(13, Units::NotFixed), "Intital Runoff");
+    EXPECT_EQ(simulation_header(15, Units::Metric), "X Recesion Coefficient");
 }
 
 TEST(Ampersands, AreDoubledForLabels) { EXPECT_EQ(doubled_ampersands("Snow & Ice &"), "Snow && Ice &&"); }
@@ -162,10 +164,10 @@ protected:
 };
 
 TEST_F(MainWindowRules, UnitsAreStoredOnTheSpot) {
-    fix_units(session_, k_english);
+    fix_units(session_, Units::English);
     BasinDatabase database{session_.basin.Work_File, Access::ReadOnly};
-    EXPECT_EQ(read_basin_description(database).units, 1);
-    EXPECT_EQ(session_.basin.Units_Code, k_english);
+    EXPECT_EQ(read_basin_description(database).units, Units::English);
+    EXPECT_EQ(session_.basin.Units_Code, Units::English);
     EXPECT_FALSE(session_.shell.units_list_shown);
     EXPECT_TRUE(session_.shell.zones_box_shown);
 }
@@ -192,16 +194,16 @@ TEST_F(MainWindowRules, AConfirmedNumberMakesTheZonesAndTheirMonths) {
 
 TEST_F(MainWindowRules, ASimulationNeedsANameUnitsAndZones) {
     session_.basin.basin_name = k_unnamed_basin;
-    session_.basin.basin_units = k_metric;
+    session_.basin.basin_units = Units::Metric;
     session_.shell.zones_fixed_shown = true;
     EXPECT_EQ(add_simulation_problem(session_)->text,
               "Provide a name for the basin, the # of zones, and the units of measurement before creating a "
               "simulation");
     session_.basin.basin_name = "Alder";
     EXPECT_FALSE(add_simulation_problem(session_).has_value());
-    session_.basin.basin_units = k_units_not_fixed;
+    session_.basin.basin_units = Units::NotFixed;
     EXPECT_TRUE(add_simulation_problem(session_).has_value());
-    session_.basin.basin_units = k_metric;
+    session_.basin.basin_units = Units::Metric;
     session_.shell.zones_fixed_shown = false;
     EXPECT_TRUE(add_simulation_problem(session_).has_value());
 }
@@ -241,19 +243,19 @@ TEST_F(MainWindowRules, TheRunMenuOpensOnceAreasAreTyped) {
 }
 
 TEST_F(MainWindowRules, ASimulationInOtherUnitsLeavesTheUnitsOfTheBasin) {
-    fix_units(session_, k_metric);
+    fix_units(session_, Units::Metric);
     Simulation definition;
     definition.name = "english";
-    definition.units = std::int16_t{k_english};
+    definition.units = Units::English;
     session_.basin.simulations = {definition};
     choose_simulation_row(session_, 0);
-    EXPECT_EQ(session_.basin.Units_Code, k_english);
-    EXPECT_EQ(session_.basin.basin_units, k_metric);
+    EXPECT_EQ(session_.basin.Units_Code, Units::English);
+    EXPECT_EQ(session_.basin.basin_units, Units::Metric);
 }
 
 // The limits of usual values: an area of 10^7, and the highest reference elevation of the units.
 TEST_F(MainWindowRules, ValuesBeyondAnyOnEarthAreAskedAboutInOneQuestion) {
-    session_.basin.basin_units = k_metric;
+    session_.basin.basin_units = Units::Metric;
     session_.basin.zones = {{.id = "1", .area = 1e7, .elevation = 1500.0},
                             {.id = "2", .area = 12.5, .elevation = 8849.0}};
     EXPECT_FALSE(unusual_zones(session_.basin).has_value()) << "the limits themselves pass";
@@ -271,8 +273,8 @@ TEST_F(MainWindowRules, ValuesBeyondAnyOnEarthAreAskedAboutInOneQuestion) {
 }
 
 TEST_F(MainWindowRules, ElevationsHaveTheLimitOfTheBasinsOwnUnits) {
-    session_.basin.basin_units = k_english;
-    session_.basin.Units_Code = k_metric;  // a simulation in other units
+    session_.basin.basin_units = Units::English;
+    session_.basin.Units_Code = Units::Metric;  // a simulation in other units
     session_.basin.zones = {{.id = "1", .area = 12.5, .elevation = 29035.0}};
     EXPECT_FALSE(unusual_zones(session_.basin).has_value());
     session_.basin.zones[0].elevation = 29036.0;
@@ -286,14 +288,14 @@ TEST_F(MainWindowRules, SelectingARowSetsTheCurrentSimulationAndEnablesTheRuns) 
     definition.name = "wet & cold";
     definition.start = 35000;
     definition.end = 35100;
-    definition.units = std::int16_t{1};
+    definition.units = Units::English;
     session_.basin.simulations = {definition};
     session_.basin.basin_area_text = "12";
     choose_simulation_row(session_, 0);
     EXPECT_EQ(session_.basin.Current_Sim_Name, "wet & cold");
     EXPECT_EQ(session_.basin.Current_Start, 35000);
     EXPECT_EQ(session_.basin.Current_End, 35100);
-    EXPECT_EQ(session_.basin.Units_Code, k_english);
+    EXPECT_EQ(session_.basin.Units_Code, Units::English);
     EXPECT_TRUE(session_.shell.run_simulation);
     EXPECT_TRUE(session_.shell.run_menu);
     EXPECT_TRUE(session_.shell.parameters);

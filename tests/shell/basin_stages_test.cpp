@@ -42,7 +42,7 @@ TEST_F(BasinStagesTest, FirstTheUnitsAreOpenAndTheZonesAreNotThereYet) {
     EXPECT_EQ(units->itemText(0), QStringLiteral("Metric"));
     EXPECT_EQ(units->itemText(1), QStringLiteral("English"));
     EXPECT_EQ(units->currentText(), QString{});
-    EXPECT_EQ(stored().units, -1);
+    EXPECT_EQ(stored().units, Units::NotFixed);
 }
 
 TEST_F(BasinStagesTest, ChosenUnitsAreShownInTheLabelsBeforeTheyAreFixed) {
@@ -62,7 +62,7 @@ TEST_F(BasinStagesTest, ChosenUnitsAreShownInTheLabelsBeforeTheyAreFixed) {
     EXPECT_EQ(find<QLabel>("Label1(7)")->text(), QStringLiteral("Basin Area (km²):"));
     EXPECT_EQ(header(2), QStringLiteral("Zone Area (km²)"));
     EXPECT_EQ(header(3), QStringLiteral("Hypsometric Mean Elevation (m)"));
-    EXPECT_EQ(stored().units, -1);
+    EXPECT_EQ(stored().units, Units::NotFixed);
 }
 
 TEST_F(BasinStagesTest, ColumnsWithoutAUnitKeepTheirHeaders) {
@@ -83,16 +83,16 @@ TEST_F(BasinStagesTest, LeavingTheUnitsAsksOnceAndYesFixesAndStoresThem) {
     expect_shown({.units_list = false, .zones_box = true, .zones_fixed = false, .zones_label = true});
     EXPECT_EQ(find<QLabel>("lblUnits")->text(), QStringLiteral("English"));
     EXPECT_EQ(QApplication::focusWidget(), box(1));
-    EXPECT_EQ(stored().units, 1);
-    EXPECT_EQ(session_.basin.Units_Code, k_english);
+    EXPECT_EQ(stored().units, Units::English);
+    EXPECT_EQ(session_.basin.Units_Code, Units::English);
 }
 
 TEST_F(BasinStagesTest, NoToTheUnitsLeavesEverythingOpen) {
     choose_units(0, Answer::No);
     EXPECT_EQ(find<QComboBox>("Combo1")->currentIndex(), -1);
     expect_shown({.units_list = true, .zones_box = false, .zones_fixed = false, .zones_label = false});
-    EXPECT_EQ(stored().units, -1);
-    EXPECT_EQ(session_.basin.Units_Code, k_units_not_fixed);
+    EXPECT_EQ(stored().units, Units::NotFixed);
+    EXPECT_EQ(session_.basin.Units_Code, Units::NotFixed);
 }
 
 TEST_F(BasinStagesTest, NoToTheUnitsTakesTheirNamesBackFromTheLabels) {

@@ -200,7 +200,7 @@ TEST_F(MenuTableTest, TheConversionBoxHasOneTextAndConvertsNothing) {
     ASSERT_EQ(dialogs_.messages().size(), 1U);
     EXPECT_EQ(last_message().text, "Database conversion routine in development");
     EXPECT_EQ(last_message().buttons, Buttons::Ok);
-    EXPECT_EQ(session_.basin.Units_Code, k_metric);
+    EXPECT_EQ(session_.basin.Units_Code, Units::Metric);
     EXPECT_FALSE(session_.basin.Basin_Changed);
 }
 

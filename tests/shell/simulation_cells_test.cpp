@@ -176,9 +176,9 @@ TEST_F(SimulationCellsTest, UnitsRewriteTheHeaderOfTheInitialRunoffAndNothingOfT
     };
     const QString zone_area = zone_header_of(2);
     set(2, 5, "E");
-    EXPECT_EQ(row(2).units, k_english);
-    EXPECT_EQ(session_.basin.Units_Code, k_english);
-    EXPECT_EQ(session_.basin.basin_units, k_metric);
+    EXPECT_EQ(row(2).units, Units::English);
+    EXPECT_EQ(session_.basin.Units_Code, Units::English);
+    EXPECT_EQ(session_.basin.basin_units, Units::Metric);
     EXPECT_EQ(header(13), "Initial Runoff (CFS)");
     find<QTableView>("DBGrid1")->selectRow(1);
     EXPECT_EQ(find<QLabel>("lblUnits")->text(), QStringLiteral("Metric"));
@@ -186,7 +186,7 @@ TEST_F(SimulationCellsTest, UnitsRewriteTheHeaderOfTheInitialRunoffAndNothingOfT
     EXPECT_EQ(find<QLabel>("Label1(7)")->text(), QStringLiteral("Basin Area (km²):"));
     EXPECT_EQ(zone_header_of(2), zone_area);
     set(2, 5, "M");
-    EXPECT_EQ(session_.basin.Units_Code, k_metric);
+    EXPECT_EQ(session_.basin.Units_Code, Units::Metric);
     EXPECT_EQ(header(13), "Initial Runoff (CMS)");
 }
 

@@ -29,9 +29,9 @@ BasinState basin_of_three() {
     basin.simulations = {named("Spring"), named("Bare"), named("\u00D6tztal")};
     basin.simulations[0].start = 35156;
     basin.simulations[0].end = 35338;
-    basin.simulations[0].units = 1;
+    basin.simulations[0].units = Units::English;
     basin.simulations[2].start = 36526;
-    basin.simulations[2].units = 0;
+    basin.simulations[2].units = Units::Metric;
     return basin;
 }
 
@@ -68,7 +68,7 @@ TEST(ReadBasin, OfTheTemplateFillsNoBoxButTheName) {
     EXPECT_EQ(basin.latitude_text, "");
     EXPECT_EQ(basin.longitude_text, "");
     EXPECT_EQ(basin.basin_area_text, "--");
-    EXPECT_EQ(basin.Units_Code, -1);
+    EXPECT_EQ(basin.Units_Code, Units::NotFixed);
     EXPECT_EQ(basin.ZoneCount, 1);
     EXPECT_THAT(basin.zones, IsEmpty());
     EXPECT_THAT(basin.simulations, IsEmpty());
@@ -80,7 +80,7 @@ TEST(ReadBasin, FillsTheBoxesAndBothGrids) {
     write_basin_description(database, {.name = "Ellervane",
                                        .description = "North side",
                                        .zones = 2,
-                                       .units = 1,
+                                       .units = Units::English,
                                        .reference_elevation = 1250.5,
                                        .latitude = -46.25,
                                        .longitude = 0.1});
@@ -99,7 +99,7 @@ TEST(ReadBasin, FillsTheBoxesAndBothGrids) {
     EXPECT_EQ(basin.latitude_text, "-46.25");
     EXPECT_EQ(basin.longitude_text, "0.1");
     EXPECT_EQ(basin.basin_area_text, "20.75");
-    EXPECT_EQ(basin.Units_Code, 1);
+    EXPECT_EQ(basin.Units_Code, Units::English);
     EXPECT_EQ(basin.ZoneCount, 2);
     ASSERT_EQ(basin.zones.size(), 2U);
     EXPECT_EQ(basin.zones[1].id, "B");
@@ -182,7 +182,7 @@ TEST(SelectSimulation, TakesNamePeriodAndUnitsOfTheRow) {
     EXPECT_EQ(basin.Current_Sim_Name, "Spring");
     EXPECT_EQ(basin.Current_Start, 35156);
     EXPECT_EQ(basin.Current_End, 35338);
-    EXPECT_EQ(basin.Units_Code, 1);
+    EXPECT_EQ(basin.Units_Code, Units::English);
     ASSERT_NE(basin.current_simulation(), nullptr);
     EXPECT_EQ(basin.current_simulation()->name, "Spring");
     EXPECT_EQ(std::as_const(basin).current_simulation(), &basin.simulations[0]);
@@ -195,11 +195,11 @@ TEST(SelectSimulation, KeepsTheFormerPeriodAndUnitsWhereTheCellsAreEmpty) {
     EXPECT_EQ(basin.Current_Sim_Name, "Bare");
     EXPECT_EQ(basin.Current_Start, 35156);
     EXPECT_EQ(basin.Current_End, 35338);
-    EXPECT_EQ(basin.Units_Code, 1);
+    EXPECT_EQ(basin.Units_Code, Units::English);
     select_simulation(basin, 2);
     EXPECT_EQ(basin.Current_Start, 36526);
     EXPECT_EQ(basin.Current_End, 35338);
-    EXPECT_EQ(basin.Units_Code, 0);
+    EXPECT_EQ(basin.Units_Code, Units::Metric);
 }
 
 TEST(CurrentSimulation, IsNoneBeforeTheFirstSelectionAndBehindTheLastRow) {

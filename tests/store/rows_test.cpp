@@ -74,7 +74,7 @@ TEST(BasinDescriptionRow, IsWrittenInThePlaceOfTheFormerOne) {
         write_basin_description(database, {.name = "Ellervane",
                                            .description = "North side",
                                            .zones = 3,
-                                           .units = 1,
+                                           .units = Units::English,
                                            .reference_elevation = 1250.5,
                                            .latitude = -46.25,
                                            .longitude = 7.75});
@@ -89,7 +89,7 @@ TEST(BasinDescriptionRow, IsWrittenInThePlaceOfTheFormerOne) {
     EXPECT_EQ(basin.name, "Ellervane");
     EXPECT_EQ(basin.description, "North side");
     EXPECT_EQ(basin.zones, 3);
-    EXPECT_EQ(basin.units, 1);
+    EXPECT_EQ(basin.units, Units::English);
     EXPECT_EQ(basin.reference_elevation, 1250.5);
     EXPECT_EQ(basin.latitude, -46.25);
     EXPECT_EQ(basin.longitude, 7.75);
@@ -139,7 +139,7 @@ TEST(SimulationRow, StoresInitialRunoffAndThresholdUnderTheNamesOfTheirNeighbour
                                 .run_number = 4,
                                 .start = 35156,
                                 .end = 35338,
-                                .units = 1,
+                                .units = Units::English,
                                 .temperature_values = 1,
                                 .temperature = Distribution::ByZone,
                                 .precipitation = Distribution::Basinwide,

@@ -10,7 +10,7 @@ Simulation full_row() {
             .run_number = 4,
             .start = 35156,  // 1996-04-01: 1 January 2000 is day 36526, less 1371 days
             .end = 35338,    // 1996-09-30: 182 days on
-            .units = 1,
+            .units = Units::English,
             .temperature_values = 1,
             .temperature = Distribution::ByZone,
             .precipitation = Distribution::Basinwide,
@@ -54,7 +54,7 @@ TEST(SimulationCell, Column13IsTheInitialRunoffAndColumn14TheThreshold) {
 
 TEST(SimulationCell, TextsOfTheOtherCodes) {
     Simulation row = full_row();
-    row.units = 0;
+    row.units = Units::Metric;
     row.temperature_values = 0;
     row.recession = Distribution::ByZone;
     EXPECT_EQ(row.text(5), "Metric");
@@ -64,7 +64,7 @@ TEST(SimulationCell, TextsOfTheOtherCodes) {
 
 TEST(SimulationCell, OfACodeThatIsInNoListIsEmpty) {
     Simulation row = full_row();
-    row.units = 2;
+    row.units = Units{2};
     row.temperature_values = -1;
     EXPECT_EQ(row.text(5), "");
     EXPECT_EQ(row.text(6), "");

@@ -2,6 +2,7 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "engine/results_summary.h"
 #include "prep/simulation_names.h"
 #include "session/main_window_rules.h"
 #include "store/table_io.h"
@@ -146,15 +147,10 @@ QWidget* frmCtrlClim::make_statistics() {
         new ValueGridModel({QStringLiteral("Statistics"), QStringLiteral("Step 1"), QStringLiteral("Step 2"),
                             QStringLiteral("Step 3"), QStringLiteral("Step 6")},
                            {blank, blank, blank, blank, blank, blank, blank, blank}, this);
-    const bool english = session().basin.Units_Code == k_english;
-    const QString volume = english ? QStringLiteral(" (10^6 f³)") : QStringLiteral(" (10^6 m³)");
-    const QString flow = english ? QStringLiteral(" (f³/s): ") : QStringLiteral(" (m³/s): ");
-    statistics_->set_text(0, 0, QStringLiteral("Measured Runoff Volume") + volume);
-    statistics_->set_text(1, 0, QStringLiteral("Average Measured Runoff") + flow);
-    statistics_->set_text(3, 0, QStringLiteral("Computed Runoff Volume") + volume);
-    statistics_->set_text(4, 0, QStringLiteral("Average Computed Runoff ") + flow);
-    statistics_->set_text(6, 0, QStringLiteral("Volume Difference (%): "));
-    statistics_->set_text(7, 0, QStringLiteral("Coefficient of Determination (R²):"));
+    constexpr std::array k_label_rows{0, 1, 3, 4, 6, 7};  // a pair each, with an empty line between
+    const auto labels = statistics_labels(session().basin.Units_Code);
+    for (std::size_t label = 0; label < labels.size(); ++label)
+        statistics_->set_text(k_label_rows.at(label), 0, to_qt(labels.at(label)));
     statistics_grid_ = new GridView(statistics_, session().dialogs, this);
     statistics_grid_->setObjectName(QStringLiteral("SpdStat"));
     statistics_grid_->setAccessibleName(QStringLiteral("Statistics"));

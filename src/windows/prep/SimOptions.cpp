@@ -66,7 +66,7 @@ SimOptions::SimOptions(const WindowContext& context, QWidget* parent)
     connect(buttons_[2], &QPushButton::clicked, this,
             [this] { session().desktop.show_help_topic(k_help_topic); });
     connect(units_, &QButtonGroup::idToggled, this, [this](int units, bool on) {
-        if (on) show_units(units);
+        if (on) show_units(static_cast<Units>(units));
     });
     resize(760, 640);
 }
@@ -246,13 +246,13 @@ void SimOptions::show_form() {
         value_labels_.at(i)->setText(caption);
     }
     for (std::size_t i = 0; i < by_zone_.size(); ++i) by_zone_.at(i)->setChecked(form_.by_zone.at(i));
-    if (auto* units = units_->button(form_.units)) units->setChecked(true);
+    if (auto* units = units_->button(static_cast<int>(form_.units))) units->setChecked(true);
     if (auto* kind = temperature_->button(form_.temperature_values)) kind->setChecked(true);
     if (!form_.threshold.empty()) boxes_[k_threshold_box]->setText(to_qt(form_.threshold));
     comments_->setPlainText(to_qt(form_.comments));
 }
 
-void SimOptions::show_units(int units) {
+void SimOptions::show_units(Units units) {
     const UnitTexts texts = unit_texts(units);
     // The caption is cut before its last letter; it has always been so.
     threshold_frame_->setTitle(threshold_frame_->title().left(k_kept_of_frame_caption) +
@@ -266,7 +266,7 @@ void SimOptions::show_units(int units) {
 
 /// Each of the nine values names its unit in its tool tip, its help, and the status bar while it has the
 /// focus.
-void SimOptions::show_value_units(int units) {
+void SimOptions::show_value_units(Units units) {
     for (std::size_t value = 0; value < k_first_values; ++value) {
         const QString field = QString::fromUtf8(k_value_fields.at(value));
         const QString unit = to_qt(daily_unit(k_value_fields.at(value), units));
@@ -285,7 +285,7 @@ void SimOptions::read_form() {
     form_.initial_runoff = from_qt(boxes_[4]->text());
     form_.threshold = from_qt(boxes_[k_threshold_box]->text());
     form_.comments = from_qt(comments_->toPlainText());
-    form_.units = std::max(0, units_->checkedId());
+    form_.units = static_cast<Units>(std::max(0, units_->checkedId()));
     form_.temperature_values = std::max(0, temperature_->checkedId());
     for (std::size_t i = 0; i < by_zone_.size(); ++i) form_.by_zone.at(i) = by_zone_.at(i)->isChecked();
     for (std::size_t i = 0; i < k_first_values; ++i)

@@ -45,8 +45,8 @@ private:
 
     void show_form();
     void read_form();
-    void show_units(int units);
-    void show_value_units(int units);
+    void show_units(Units units);
+    void show_value_units(Units units);
     bool move_on(const QObject* from, int step);
     bool move_on_from_option(const QObject* from);
     void accept();

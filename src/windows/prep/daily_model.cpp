@@ -85,7 +85,7 @@ QString DailyModel::widest_text(int column) const {
     return lowest.size() > highest.size() ? lowest : highest;
 }
 
-QString DailyModel::unit(int column) const { return to_qt(daily_unit(column_of(column).field, units_code_)); }
+QString DailyModel::unit(int column) const { return to_qt(daily_unit(column_of(column).field, units_)); }
 
 QString DailyModel::place(int row, int column) const {
     return QStringLiteral("%1, %2, zone %3").arg(header(column), text(row, 0)).arg(editor_->zone());

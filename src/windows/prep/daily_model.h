@@ -15,9 +15,9 @@ class DailyModel : public GridModel {
     Q_OBJECT
 
 public:
-    /// @param units_code of what the table holds: the basin, or a simulation
-    DailyModel(bool read_only, int units_code, QObject* parent)
-        : GridModel(parent), read_only_(read_only), units_code_(units_code) {}
+    /// @param units of what the table holds: the basin, or a simulation
+    DailyModel(bool read_only, Units units, QObject* parent)
+        : GridModel(parent), read_only_(read_only), units_(units) {}
 
     /// Shows the days of an editor, or nothing for null.
     void show(DailyEditor* editor);
@@ -50,7 +50,7 @@ private:
 
     DailyEditor* editor_ = nullptr;
     bool read_only_;
-    int units_code_;
+    Units units_;
     std::vector<std::string> patterns_;
     std::string fault_;
 };

@@ -45,7 +45,7 @@ int help_columns(DataView view) {
 }  // namespace
 
 std::string daily_caption(const PrepState& prep, const BasinState& basin) {
-    const std::string units = basin.Units_Code == k_english ? "  (English units)" : "  (Metric units)";
+    const std::string units = basin.Units_Code == Units::English ? "  (English units)" : "  (Metric units)";
     return prep.caption_prefix + basin.Current_Sim_Name + units;
 }
 
@@ -64,7 +64,7 @@ frmData::frmData(const WindowContext& context, QWidget* parent)
     if (climate_run_goes_on(session().run.ClimateStep)) prep.Edit_Locked = true;
     // Daily variables are the basin's; parameters and results are of a simulation.
     const BasinState& basin = session().basin;
-    const int units = prep.Data_View == DataView::PhysicalData ? basin.basin_units : basin.Units_Code;
+    const Units units = prep.Data_View == DataView::PhysicalData ? basin.basin_units : basin.Units_Code;
     days_ = new DailyModel(prep.Edit_Locked, units, this);
     grid_ = new GridView(days_, session().dialogs, this);
     grid_->setObjectName(QStringLiteral("Spread"));

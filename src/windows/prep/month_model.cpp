@@ -63,7 +63,7 @@ QString MonthModel::header(int column) const {
 bool MonthModel::locked(int /*row*/, int column) const { return column == 0; }
 
 QString MonthModel::unit(int column) const {
-    const std::string unit = daily_unit(k_fields.at(static_cast<std::size_t>(column)), units_code_);
+    const std::string unit = daily_unit(k_fields.at(static_cast<std::size_t>(column)), units_);
     return column == static_cast<int>(k_fields.size()) - 1 ? to_qt(unit + " a day") : to_qt(unit);
 }
 

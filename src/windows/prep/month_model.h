@@ -1,6 +1,7 @@
 // The months of one zone as a grid shows them.
 #pragma once
 
+#include "base/units.h"
 #include "prep/monthly_averages.h"
 #include "widgets/grid_model.h"
 
@@ -14,8 +15,8 @@ class MonthModel : public GridModel {
     Q_OBJECT
 
 public:
-    /// @param units_code of the basin
-    MonthModel(int units_code, QObject* parent) : GridModel(parent), units_code_(units_code) {}
+    /// @param units of the basin
+    MonthModel(Units units, QObject* parent) : GridModel(parent), units_(units) {}
 
     /// Shows a zone of these averages, or nothing for null.
     void show_zone(MonthlyAverages* averages, int zone);
@@ -43,7 +44,7 @@ private:
     [[nodiscard]] float value(int row, int column) const;
 
     MonthlyAverages* averages_ = nullptr;
-    int units_code_;
+    Units units_;
     int zone_ = 1;
     bool edited_ = false;
     std::string fault_;

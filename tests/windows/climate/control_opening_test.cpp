@@ -110,7 +110,7 @@ TEST_F(ControlOpeningTest, TheGridsAreLabelledInTheUnitsOfTheBasin) {
 
 TEST_F(ControlOpeningTest, AnEnglishBasinHasCubicFeet) {
     SixDays small;
-    small.header.units = small.simulation.units = std::int16_t{k_english};
+    small.header.units = small.simulation.units = Units::English;
     open_six_days(small);
     EXPECT_EQ(cell(statistics(), 1, 1), "Measured Runoff Volume (10^6 f³)");
     EXPECT_EQ(cell(statistics(), 2, 1), "Average Measured Runoff (f³/s): ");

@@ -41,7 +41,7 @@ protected:
 };
 
 TEST_F(ResultsWindowTest, LabelsBearMetricUnits) {
-    session_.basin.Units_Code = k_metric;
+    session_.basin.Units_Code = Units::Metric;
     results_.fill();
     EXPECT_EQ(cell(1, 1), QStringLiteral("Measured Runoff Volume (10^6 m³)"));
     EXPECT_EQ(cell(2, 1), QStringLiteral("Average Measured Runoff (m³/s): "));
@@ -52,7 +52,7 @@ TEST_F(ResultsWindowTest, LabelsBearMetricUnits) {
 }
 
 TEST_F(ResultsWindowTest, LabelsBearEnglishUnits) {
-    session_.basin.Units_Code = k_english;
+    session_.basin.Units_Code = Units::English;
     results_.fill();
     EXPECT_EQ(cell(1, 1), QStringLiteral("Measured Runoff Volume (10^6 f³)"));
     EXPECT_EQ(cell(2, 1), QStringLiteral("Average Measured Runoff (f³/s): "));
@@ -140,7 +140,7 @@ TEST_F(ResultsWindowTest, NotesShowWholeAboveTheCommentsAndInShortInTheStatusLin
     session_.run.notes = {note};
     results_.fill();
     EXPECT_FALSE(notes->isHidden());
-    EXPECT_EQ(notes->text(), to_qt("Note: " + note_text(note, k_metric)));
+    EXPECT_EQ(notes->text(), to_qt("Note: " + note_text(note, Units::Metric)));
     const auto* status = results_.findChild<QLabel*>(QStringLiteral("panel2"));
     EXPECT_EQ(status->text(),
               QStringLiteral("06/01/2001 to 06/10/2001, 10 days; 1 of 10 days without rows in zone 1"));

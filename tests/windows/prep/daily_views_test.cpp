@@ -78,7 +78,7 @@ TEST_F(DailyViewsTest, TheParametersShowTenColumns) {
 }
 
 TEST_F(DailyViewsTest, UnitsOfTheBasinStandInTipsTheStatusBarAndQuickHelp) {
-    session_.basin.basin_units = k_english;
+    session_.basin.basin_units = Units::English;
     open_variables();
     const auto tip = [&](int column) {
         return from_qt(grid()->model()->headerData(column - 1, Qt::Horizontal, Qt::ToolTipRole).toString());
@@ -96,8 +96,8 @@ TEST_F(DailyViewsTest, UnitsOfTheBasinStandInTipsTheStatusBarAndQuickHelp) {
 }
 
 TEST_F(DailyViewsTest, ASimulationInOtherUnitsLeavesTheUnitsOfTheBasinsVariables) {
-    session_.basin.basin_units = k_metric;
-    session_.basin.Units_Code = k_english;
+    session_.basin.basin_units = Units::Metric;
+    session_.basin.Units_Code = Units::English;
     open_variables();
     EXPECT_EQ(from_qt(grid()->model()->headerData(6, Qt::Horizontal, Qt::ToolTipRole).toString()),
               "Precip: cm");

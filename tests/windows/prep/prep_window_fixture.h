@@ -48,8 +48,8 @@ protected:
         session_.basin.Work_File = file_.path();
         session_.basin.Basin_File = "alp.mdb";
         session_.basin.ZoneCount = k_zones;
-        session_.basin.basin_units = k_metric;
-        session_.basin.Units_Code = k_metric;
+        session_.basin.basin_units = Units::Metric;
+        session_.basin.Units_Code = Units::Metric;
         session_.basin.basin_name = "Alp";
         QApplication::clipboard()->clear();
     }
@@ -102,7 +102,7 @@ protected:
         row.name = name;
         row.start = start;
         row.end = end;
-        row.units = std::int16_t{k_metric};
+        row.units = Units::Metric;
         session_.basin.simulations.push_back(row);
         select_simulation(session_.basin, session_.basin.simulations.size() - 1);
         return session_.basin.simulations.back();

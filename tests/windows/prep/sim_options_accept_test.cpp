@@ -42,7 +42,7 @@ TEST_F(SimOptionsAcceptTest, ADefinitionIsAddedAndBothTablesAreFilled) {
     EXPECT_EQ(row.run_number, 3);
     EXPECT_EQ(row.start, october(1));
     EXPECT_EQ(row.end, october(3));
-    EXPECT_EQ(row.units, k_metric);
+    EXPECT_EQ(row.units, Units::Metric);
     EXPECT_EQ(row.temperature, Distribution::Basinwide);
     EXPECT_EQ(row.precipitation, Distribution::ByZone);
     EXPECT_EQ(row.initial_runoff, 1.5F);
@@ -138,7 +138,7 @@ TEST_F(SimOptionsAcceptTest, ALetterInAFirstValueIsInvalidData) {
 }
 
 TEST_F(SimOptionsAcceptTest, UnitsThatAreNotFixedAreAskedAboutAndOkFixesThem) {
-    session_.basin.basin_units = session_.basin.Units_Code = k_units_not_fixed;
+    session_.basin.basin_units = session_.basin.Units_Code = Units::NotFixed;
     add_physical(1, 3);
     open_short();
     units(1)->click();
@@ -152,17 +152,17 @@ TEST_F(SimOptionsAcceptTest, UnitsThatAreNotFixedAreAskedAboutAndOkFixesThem) {
         "same units.  Continue?");
     EXPECT_EQ(message(0).buttons, Buttons::OkCancel);
     EXPECT_EQ(message(1).text, k_parameters_told);
-    EXPECT_EQ(session_.basin.Units_Code, k_english);
+    EXPECT_EQ(session_.basin.Units_Code, Units::English);
     EXPECT_FALSE(window_->isVisible());
 }
 
 TEST_F(SimOptionsAcceptTest, CancelOfTheUnitsLeavesTheGrownRowAndTheWindow) {
-    session_.basin.basin_units = session_.basin.Units_Code = k_units_not_fixed;
+    session_.basin.basin_units = session_.basin.Units_Code = Units::NotFixed;
     open_short();
     dialogs_.then(Answer::Cancel);
     press(0);
     EXPECT_TRUE(window_->isVisible());
-    EXPECT_EQ(session_.basin.Units_Code, k_units_not_fixed);
+    EXPECT_EQ(session_.basin.Units_Code, Units::NotFixed);
     ASSERT_EQ(rows(), 1U);
     EXPECT_EQ(session_.basin.simulations[0].name, "s");
     EXPECT_FALSE(session_.basin.simulations[0].precipitation_threshold.has_value());
@@ -170,7 +170,7 @@ TEST_F(SimOptionsAcceptTest, CancelOfTheUnitsLeavesTheGrownRowAndTheWindow) {
 }
 
 TEST_F(SimOptionsAcceptTest, ASecondAcceptAfterTheUnitsUsesTheRowThatWasGrown) {
-    session_.basin.basin_units = session_.basin.Units_Code = k_units_not_fixed;
+    session_.basin.basin_units = session_.basin.Units_Code = Units::NotFixed;
     add_physical(1, 3);
     open_short();
     dialogs_.then(Answer::Cancel).then(Answer::Ok);

@@ -77,7 +77,7 @@ TEST_F(SimOptionsControlsTest, ChoosingUnitsForANewDefinitionBringsTheirThreshol
 }
 
 TEST_F(SimOptionsControlsTest, ANewDefinitionInAnEnglishBasinStartsWithItsThreshold) {
-    session_.basin.basin_units = session_.basin.Units_Code = k_english;
+    session_.basin.basin_units = session_.basin.Units_Code = Units::English;
     open_to_add("s");
     EXPECT_TRUE(units(1)->isChecked());
     EXPECT_EQ(text(5), "2.36");
@@ -87,7 +87,7 @@ TEST_F(SimOptionsControlsTest, ANewDefinitionInAnEnglishBasinStartsWithItsThresh
 TEST_F(SimOptionsControlsTest, AnEditShowsTheSelectedRow) {
     Simulation& row = add_simulation("a & b", october(1), october(4));
     row.run_number = 7;
-    row.units = std::int16_t{k_english};
+    row.units = Units::English;
     row.temperature_values = std::int16_t{1};
     row.temperature = Distribution::Basinwide;
     row.precipitation = Distribution::ByZone;
@@ -163,7 +163,7 @@ TEST_F(SimOptionsControlsTest, AnImportShowsItsWorkingRecord) {
     record.definition.name = "legacy";
     record.definition.start = october(1);
     record.definition.end = october(31);
-    record.definition.units = std::int16_t{k_english};
+    record.definition.units = Units::English;
     record.definition.precipitation_threshold = 1.5F;
     record.first_values = full_row(1, 1);
     session_.prep.SimOptions_Mode = SimOptionsMode::Import;

@@ -1,0 +1,36 @@
+// The two systems of units, and what quantities are called in them.
+#pragma once
+
+#include <cstdint>
+
+namespace nivora {
+
+/// A system of units, by the number that basin files hold for it. A file may hold other numbers: they count
+/// as Metric wherever English is asked for.
+enum class Units : std::int16_t { NotFixed = -1, Metric = 0, English = 1 };
+
+[[nodiscard]] constexpr bool is_known(Units units) {
+    return units == Units::NotFixed || units == Units::Metric || units == Units::English;
+}
+
+/// The words of a system for the quantities that the model knows.
+struct UnitWords {
+    const char* name;                    ///< "Metric", "English"
+    const char* area;                    ///< "km²", "mi²"
+    const char* elevation;               ///< "m", "ft"
+    const char* depth;                   ///< of water: "cm", "in"
+    const char* depth_word;              ///< "cm", "inches"
+    const char* discharge;               ///< "m³/s", "ft³/s"
+    const char* discharge_letters;       ///< "CMS", "CFS"
+    const char* temperature;             ///< "°C", "°F"
+    const char* temperature_above_base;  ///< "°C above 0 °C", "°F above 32 °F"
+    const char* degree_days;             ///< "degree days, °C", "degree days, °F"
+    const char* lapse_rate;              ///< "°C per 100 m", "°F per 1000 ft"
+    const char* degree_day_factor;       ///< "cm/(°C·day)", "inches/(°F·day)"
+    const char* length_letter;  ///< of volumes and discharges in statistics: "m", "f", which is meant
+};
+
+/// The words of English units for these, those of Metric for all others.
+[[nodiscard]] const UnitWords& unit_words(Units units);
+
+}  // namespace nivora
