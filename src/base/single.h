@@ -15,7 +15,11 @@ namespace nivora {
 /// The missing value in memory; in the basin file it is Null.
 inline constexpr float k_missing = std::numeric_limits<float>::quiet_NaN();
 
+/// A Single in an expression, which is worked out in Double.
+[[nodiscard]] constexpr double as_double(float value) { return static_cast<double>(value); }
+
 [[nodiscard]] inline bool is_missing(double value) { return std::isnan(value); }
+[[nodiscard]] inline bool is_missing(float value) { return std::isnan(value); }
 
 /// Rounds a result into a Single variable, to nearest and to even at a tie.
 ///
@@ -35,7 +39,7 @@ inline constexpr float k_missing = std::numeric_limits<float>::quiet_NaN();
 
 /// A field's value for a variable that can't be missing. @throws Fault 94 where the value is missing
 template <typename Number>
-[[nodiscard]] Number present(Number value) {
+[[nodiscard]] Number required(Number value) {
     if (std::isnan(value)) throw null_fault();
     return value;
 }

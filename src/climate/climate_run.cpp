@@ -18,8 +18,12 @@ namespace {
 /// The name that a run bears whose changed climate stands in the results already.
 constexpr const char* k_auxiliary = "Auxiliary";
 
-/// Ranges of fields by position, from 0, that an earlier evaluation worked in.
-constexpr std::array<std::pair<int, int>, 3> k_work_columns{{{13, 17}, {39, 45}, {47, 54}}};
+/// The fields that an earlier evaluation worked in. The last two of them, AZMexclWA and AZMwork, keep what
+/// they hold, which is meant.
+constexpr std::array<std::string_view, 20> k_work_columns{
+    "SCAclim",   "SCAclimWA",    "SCAclimWAMA", "ZoneDD",        "ZoneDDCC",  "SumAT",   "NewMelt",
+    "M1S",       "aT",           "SnowOnStore", "ZonalMelt",     "TotalMelt", "MDCincl", "MDCexcl",
+    "MDCexclWA", "MDCexclWAnew", "MeltOffset",  "DailyQPresent", "AZMincl",   "AZMexcl"};
 
 void keep_statistics(ClimateContext context, StatisticsReach reach) {
     if (reach == StatisticsReach::Nothing) return;
@@ -71,7 +75,7 @@ bool take_scenario(BasinDatabase& database, ClimateContext context) {
         return false;
     }
     const auto row = index_row(database, climate.scenario);
-    run.InitialRunoff = static_cast<float>(basin.current_simulation()->value(13).value_or(0.0));
+    run.InitialRunoff = basin.current_simulation()->initial_runoff.value_or(0.0F);
     run.RunStart = basin.Current_Start.value_or(0);
     climate.WinterEndDate = whole_day(*row->winter_end_date);
     climate.ScenarioComments = row->comments.value_or("");
@@ -386,12 +390,9 @@ std::string climate_step_caption(int step) {
 }
 
 void Clear_CC_Work_Columns(SimResults& results) {
-    int position = 0;
-    SimResults::visit(results, [&](auto& column) {
-        for (const auto& [first, last] : k_work_columns) {
-            if (position >= first && position <= last) std::fill(column.begin(), column.end(), 0);
-        }
-        ++position;
+    SimResults::visit_named(results, [](std::string_view name, auto& column) {
+        if (std::find(k_work_columns.begin(), k_work_columns.end(), name) != k_work_columns.end())
+            std::fill(column.begin(), column.end(), 0);
     });
 }
 

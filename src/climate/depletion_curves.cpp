@@ -7,8 +7,6 @@ namespace {
 
 using Rows = std::span<const std::uint32_t>;
 
-double as_double(float value) { return static_cast<double>(value); }
-
 /// The running sum of a curve's rises, each weighted by the cover of its day.
 class AccumulatedMelt {
 public:

@@ -87,7 +87,7 @@ Edit edit_of(const ScenarioRow& row, int number, int zone_count) {
     edit.start = stored_value(row.start);
     edit.end = stored_value(row.end);
     edit.action = stored_value(row.action);
-    if (needs_factor(row)) edit.factor = present(row.factor);
+    if (needs_factor(row)) edit.factor = required(row.factor);
     // No zone is as good as any other beyond those that a basin may have.
     const int zones = std::min(stored_value(row.zones), k_most_zones + 1);
     edit.lowest_zone = zones == 0 ? 1 : zones;
@@ -131,8 +131,7 @@ void set_columns(SimResults& results, std::initializer_list<Assignment> assignme
     computed.reserve(assignments.size() * rows.size());
     for (const Assignment& assignment : assignments) {
         const auto& source = results.*assignment.source;
-        for (const auto row : rows)
-            computed.push_back(to_single_field(value(static_cast<double>(source[row]))));
+        for (const auto row : rows) computed.push_back(to_single_field(value(as_double(source[row]))));
     }
     auto next = computed.begin();
     for (const Assignment& assignment : assignments) {
@@ -183,8 +182,8 @@ std::size_t find_day(const SimResults& results, const RowOrder& order, const Edi
 void shift_zone(const SimResults& results, std::vector<float>& column, const RowOrder& order,
                 const Edit& edit, int zone) {
     std::size_t target = find_day(results, order, edit, zone, static_cast<double>(edit.start));
-    std::size_t source = find_day(results, order, edit, zone,
-                                  static_cast<double>(edit.start) + static_cast<double>(edit.factor));
+    std::size_t source =
+        find_day(results, order, edit, zone, static_cast<double>(edit.start) + as_double(edit.factor));
     for (;;) {
         column[order[target]] = column[order[source]];
         ++target;
@@ -247,11 +246,11 @@ double average(const std::vector<float>& column, const RowOrder& rows) {
     double sum = 0.0;
     int count = 0;
     for (const auto row : rows) {
-        if (is_missing(static_cast<double>(column[row]))) continue;
-        sum += static_cast<double>(column[row]);
+        if (is_missing(column[row])) continue;
+        sum += as_double(column[row]);
         ++count;
     }
-    return count == 0 ? static_cast<double>(k_missing) : sum / count;
+    return count == 0 ? as_double(k_missing) : sum / count;
 }
 
 /// Whether the work goes on with an average of zero, which may come from data that nobody entered.
@@ -299,7 +298,7 @@ bool normalize_month(SimResults& results, const Edit& edit, const RowOrder& mont
         !accepts_zero_average(dialogs, temperature ? "temperature" : "precipitation", normal.month, zone)) {
         return false;
     }
-    const auto normal_average = static_cast<double>(temperature ? normal.tavg : normal.precip);
+    const auto normal_average = as_double(temperature ? normal.tavg : normal.precip);
     const float difference = to_single(normal_average - present_average);
     if (temperature) {
         normalize_temperature(results, month, difference);
@@ -345,7 +344,7 @@ std::string missing_column(const ScenarioRow& row) {
     if (!row.start) return "Start Date";
     if (!row.end) return "End Date";
     if (!row.action) return "Edit Action";
-    if (needs_factor(row) && is_missing(static_cast<double>(row.factor))) return "Edit Factor";
+    if (needs_factor(row) && is_missing(row.factor)) return "Edit Factor";
     return row.zones ? std::string{} : "Zones";
 }
 

@@ -8,8 +8,6 @@ namespace {
 constexpr float k_no_cover_mark = 0.0001F;
 constexpr double k_least_cover = 0.01;
 
-double as_double(float value) { return static_cast<double>(value); }
-
 /// The days of the changed climate on which the values of a curve fall.
 struct DatedCurve {
     SummerCursor reader;
@@ -37,7 +35,7 @@ bool is_end_of_curve(const SimResults& t, std::uint32_t row) {
 /// The cover that stands on the writer's day, where it is one to hold.
 std::optional<HeldCover> held_on(const SimResults& t, const SummerCursor& writer) {
     const float cover = t.SCAclimWA[writer.row()];
-    if (!(static_cast<double>(cover) > k_least_cover)) return std::nullopt;
+    if (!(as_double(cover) > k_least_cover)) return std::nullopt;
     return HeldCover{.from = writer.date(), .cover = cover};
 }
 
@@ -107,12 +105,12 @@ std::optional<HeldCover> date_curve(SimResults& results, std::span<const std::ui
 void close_cover(SimResults& results, std::span<const std::uint32_t> rows, int zone) {
     SummerCursor writer{results, rows};
     writer.find_zone(zone);
-    float held = present(results.SCAclim[writer.row()]);
+    float held = required(results.SCAclim[writer.row()]);
     while (writer.within(zone)) {
         const std::uint32_t row = writer.row();
         const float dated = results.SCAclimWA[row];
         if (dated != 0.0F) {
-            held = present(dated);
+            held = required(dated);
             if (k_least_cover >= as_double(held)) {
                 // What is left of the zone keeps its 0: the cover is whole at 0.01 and then gone.
                 results.SCAclimWAMA[row] = static_cast<float>(k_least_cover);

@@ -10,8 +10,6 @@ constexpr std::size_t k_present = 1;
 constexpr std::size_t k_changed = 2;
 constexpr std::size_t k_total_input = 1;
 
-double as_double(float value) { return static_cast<double>(value); }
-
 /// The curve keeps its dates: the same cover is reached with more melt.
 void stretch_row(SimResults& t, std::uint32_t row, float gain) {
     const float curve = to_single_field(as_double(gain) * as_double(t.MDCexcl[row]));
@@ -30,7 +28,7 @@ struct CurvePoint {
 void move_row(SimResults& t, std::uint32_t row, std::uint32_t source, float offset, CurvePoint& before) {
     CurvePoint point{t.SCA[source], to_single_field(as_double(t.MDCexcl[source]) - as_double(offset))};
     if (point.depth < 0.0F) point = before;
-    before = {present(point.cover), present(point.depth)};
+    before = {required(point.cover), required(point.depth)};
     t.SCAclim[row] = point.cover;
     t.MDCexclWA[row] = point.depth;
 }
@@ -86,7 +84,7 @@ WinterShift find_shift(const SimResults& results, SummerCursor& reader, int zone
 }
 
 void adjust_curve(SimResults& results, SummerCursor& reader, SummerCursor writer, int zone, float gain) {
-    const float offset = present(results.MDCexcl[reader.row()]);
+    const float offset = required(results.MDCexcl[reader.row()]);
     reader.step_on();
     reader.step_back_from_end();
     CurvePoint before;

@@ -27,8 +27,8 @@ RunNote note_of(NoteKind kind, int zone, DayCount start, DayCount end) {
 
 std::optional<RunNote> winter_store_note(const AdjustedZone& zone, const SimResults& results,
                                          std::span<const std::uint32_t> rows, DayCount start, DayCount end) {
-    const double fallen = static_cast<double>(zone.winter.P);
-    const double left = static_cast<double>(zone.winter.input);
+    const double fallen = as_double(zone.winter.P);
+    const double left = as_double(zone.winter.input);
     const double stored = fallen - left;
     const bool negligible = std::abs(stored) <= k_share_of_roundings * std::max(fallen, left);
     if ((stored > 0.0 && !negligible) || !has_snow(results, rows, zone.zone)) return std::nullopt;

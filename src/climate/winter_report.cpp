@@ -10,8 +10,6 @@ namespace {
 constexpr int k_zones_a_page = 4;
 constexpr const char* k_change_pattern = "#####.###";
 
-double as_double(float value) { return static_cast<double>(value); }
-
 }  // namespace
 
 WinterReport::WinterReport(const BasinState& basin, const RunState& run, const ClimateState& climate,

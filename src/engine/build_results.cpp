@@ -95,9 +95,9 @@ std::vector<SourceRow> source_rows_or_message(BasinDatabase& database, const Bas
 /// Whether the run may start from the initial runoff that the simulation gives.
 bool accepts_initial_runoff(const RunState& run, float prior, float first_runoff, Dialogs& dialogs) {
     Message question{.buttons = Buttons::OkCancel};
-    const double initial = static_cast<double>(run.InitialRunoff);
+    const double initial = as_double(run.InitialRunoff);
     if (prior == k_no_prior_runoff) {
-        const double first = static_cast<double>(first_runoff);
+        const double first = as_double(first_runoff);
         if (!(std::abs(initial - first) > first * k_runoff_tolerance)) return true;
         question.title = "Warning, possible data problem";
         question.text = fmt::format(
@@ -106,7 +106,7 @@ bool accepts_initial_runoff(const RunState& run, float prior, float first_runoff
             "{{{}}}.  Continue?",
             single_text(run.InitialRunoff), single_text(first_runoff));
     } else {
-        if (is_missing(static_cast<double>(prior)) || prior == run.InitialRunoff) return true;
+        if (is_missing(prior) || prior == run.InitialRunoff) return true;
         question.title = "Inconsistent data";
         question.text = fmt::format(
             "The InitialRunoffValue for this simulation {{{}}} is different than that found in the basin "

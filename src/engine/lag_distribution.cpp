@@ -1,6 +1,7 @@
 #include "engine/lag_distribution.h"
 
 #include "base/number_text.h"
+#include "base/single.h"
 
 #include <algorithm>
 
@@ -44,7 +45,7 @@ std::vector<double> lag_weights(const std::array<float, 8>& distribution) {
     const auto days = static_cast<std::size_t>(std::clamp(distribution[0], 0.0F, 7.0F));
     std::vector<double> weights;
     for (std::size_t day = days; day >= 1; --day) {
-        weights.push_back(leading_number(format_number(static_cast<double>(distribution[day]), ".#####")));
+        weights.push_back(leading_number(format_number(as_double(distribution[day]), ".#####")));
     }
     return weights;
 }

@@ -118,7 +118,7 @@ bool prepare_run(RunContext context, int index) {
     run.RunStart = *simulation->start;
     run.RunEnd = *simulation->end;
     run.ClimateStep = 0;
-    run.InitialRunoff = static_cast<float>(simulation->value(13).value_or(0.0));
+    run.InitialRunoff = simulation->initial_runoff.value_or(0.0F);
     return true;
 }
 
@@ -207,7 +207,7 @@ bool choose_forecast(RunState& run, Dialogs& dialogs, int index) {
 }
 
 std::optional<Message> initial_runoff_problem(const Simulation& simulation) {
-    const auto runoff = static_cast<float>(simulation.value(13).value_or(0.0));
+    const float runoff = simulation.initial_runoff.value_or(0.0F);
     if (!(runoff < 0.0F)) return std::nullopt;
     return Message{
         .text = fmt::format(

@@ -22,11 +22,9 @@ struct Total {
     std::size_t count = 0;
 
     [[nodiscard]] float average() const {
-        return to_single(count == 0 ? static_cast<double>(k_missing) : sum / static_cast<double>(count));
+        return to_single(count == 0 ? as_double(k_missing) : sum / static_cast<double>(count));
     }
-    [[nodiscard]] float single_sum() const {
-        return to_single(count == 0 ? static_cast<double>(k_missing) : sum);
-    }
+    [[nodiscard]] float single_sum() const { return to_single(count == 0 ? as_double(k_missing) : sum); }
 };
 
 /// Zone 1's rows of the period in date order, which is the order in which sums are formed.
@@ -42,7 +40,7 @@ Hydrographs hydrographs(const SimResults& t, const RunRows& rows, const RunState
     Hydrographs curves;
     for (const std::size_t row : basin_rows(t, rows)) {
         const double present = t.DailyQPresent[row];
-        curves.measured.push_back(run.ClimateStep == 6 ? present : static_cast<double>(t.ActualQ[row]));
+        curves.measured.push_back(run.ClimateStep == 6 ? present : as_double(t.ActualQ[row]));
         curves.computed.push_back(run.ClimateStep == 3 ? present : t.DailyQ[row]);
     }
     return curves;
@@ -59,24 +57,24 @@ Total total(const std::vector<double>& values) {
 }
 
 float volume(float sum) {
-    const float product = to_single(static_cast<double>(sum) * k_seconds_a_day);
-    return to_single(static_cast<double>(product) / k_million);
+    const float product = to_single(as_double(sum) * k_seconds_a_day);
+    return to_single(as_double(product) / k_million);
 }
 
 void determination(const Hydrographs& curves, RunState& run) {
     const double scale = 1.0 / static_cast<double>(curves.measured.size());
-    const double mean = static_cast<double>(run.AvgMeasuredQ);
+    const double mean = as_double(run.AvgMeasuredQ);
     float sum_mean = 0.0F;
     float sum_difference = 0.0F;
     for (std::size_t day = 0; day < curves.measured.size(); ++day) {
         const double from_mean = curves.measured[day] - mean;
         const double from_computed = curves.measured[day] - curves.computed[day];
-        sum_mean = to_single(static_cast<double>(sum_mean) + from_mean * from_mean);
-        sum_difference = to_single(static_cast<double>(sum_difference) + from_computed * from_computed);
+        sum_mean = to_single(as_double(sum_mean) + from_mean * from_mean);
+        sum_difference = to_single(as_double(sum_difference) + from_computed * from_computed);
     }
-    const double variance = static_cast<double>(sum_mean) * scale;
+    const double variance = as_double(sum_mean) * scale;
     if (variance == 0.0) return;
-    run.CoefficientR2 = to_single((variance - static_cast<double>(sum_difference) * scale) / variance);
+    run.CoefficientR2 = to_single((variance - as_double(sum_difference) * scale) / variance);
 }
 
 void volumes(const Hydrographs& curves, RunState& run) {
@@ -91,9 +89,8 @@ void volumes(const Hydrographs& curves, RunState& run) {
 
 void volume_difference(RunState& run) {
     if (run.MeasuredVolume == 0.0F) return;
-    const double reference = static_cast<double>(run.MeasuredVolume);
-    run.VolumeDifference =
-        to_single((reference - static_cast<double>(run.ComputedVolume)) / reference * 100.0);
+    const double reference = as_double(run.MeasuredVolume);
+    run.VolumeDifference = to_single((reference - as_double(run.ComputedVolume)) / reference * 100.0);
 }
 
 }  // namespace

@@ -30,7 +30,7 @@ private:
     std::vector<double> inputs_;
 };
 
-std::vector<double> daily_inputs(const RunoffColumns& columns, const RunoffBasin& basin,
+std::vector<double> daily_inputs(const StepColumns& columns, const RunoffBasin& basin,
                                  const std::vector<DayRows>& days, RunState& run) {
     std::vector<double> inputs;
     inputs.reserve(days.size());
@@ -51,7 +51,7 @@ std::size_t days_with_input(const BasinState& basin) {
 
 bool Runoff_Custom_Lag(SimResults& results, const RunRows& rows, BasinState& basin, RunState& run,
                        Dialogs& dialogs) {
-    const RunoffColumns columns = runoff_columns(results, run.ClimateStep);
+    const StepColumns columns = step_columns(results, run.ClimateStep);
     const RunoffBasin constants = runoff_basin(basin);
     const std::vector<DayRows> days = days_of(rows.by_day, constants.zones);
     const std::vector<double> inputs = daily_inputs(columns, constants, days, run);

@@ -35,12 +35,12 @@ void add_climate_sums(RunState& run, std::size_t zone, float zonal_melt, float n
         return;  // there is no room for more zones, and the run goes on without their sums
     auto& sums = run.ClimateSums[zone][static_cast<std::size_t>(run.ClimateStep)];
     const auto add = [](float& sum, double value) {
-        const auto result = static_cast<float>(static_cast<double>(sum) + value);
+        const auto result = static_cast<float>(as_double(sum) + value);
         if (std::isfinite(result)) sum = result;
     };
-    const double melt = static_cast<double>(zonal_melt);
-    const double fresh = static_cast<double>(new_melt);
-    const double wet = static_cast<double>(rain);
+    const double melt = as_double(zonal_melt);
+    const double fresh = as_double(new_melt);
+    const double wet = as_double(rain);
     add(sums[1], melt + fresh + wet);
     add(sums[2], melt);
     add(sums[3], wet);
@@ -49,24 +49,11 @@ void add_climate_sums(RunState& run, std::size_t zone, float zonal_melt, float n
 
 }  // namespace
 
-RunoffColumns runoff_columns(SimResults& t, int climate_step) {
-    const DoubleColumn present = climate_step == 6 ? DoubleColumn{t.DailyQPresent} : DoubleColumn{};
-    if (uses_changed_climate(climate_step)) {
-        const Column cover = climate_step == 2 ? t.SCACC : climate_step == 6 ? t.SCAclimWAMA : t.SCA;
-        return {t.ZoneDDCC, t.PrecipCC,  t.TcritCC,   t.ANCC,      t.CRCC,  t.CSCC,
-                t.RCACC,    t.XcoeffCC,  t.YCoeffCC,  t.LagTimeCC, cover,   t.Cpr,
-                t.M1S,      t.ZonalMelt, t.TotalMelt, t.ActualQ,   present, t.DailyQ};
-    }
-    std::vector<double>& computed = climate_step == 3 ? t.DailyQPresent : t.DailyQ;
-    return {t.ZoneDD,  t.Precip, t.Tcrit, t.AN,  t.CR,        t.CS,        t.RCA,     t.Xcoeff, t.YCoeff,
-            t.LagTime, t.SCA,    t.Cpr,   t.M1S, t.ZonalMelt, t.TotalMelt, t.ActualQ, present,  computed};
-}
-
 RunoffBasin runoff_basin(BasinState& basin) {
     RunoffBasin constants;
     constants.zones = static_cast<std::size_t>(basin.ZoneCount);
     const Simulation* simulation = basin.current_simulation();
-    const bool english = simulation != nullptr && simulation->text(5) == "English";
+    const bool english = simulation != nullptr && simulation->units == Units::English;
     const double depth = (english ? 0.0833 : 0.01) / k_seconds_a_day;
     const double area_factor = english ? 27878400.0 : 1000000.0;
     constants.areas.assign(constants.zones + 1, 0.0F);
@@ -75,7 +62,7 @@ RunoffBasin runoff_basin(BasinState& basin) {
         const double area = zone <= basin.zones.size() ? basin.zones[zone - 1].area.value_or(0.0) : 0.0;
         const auto rounded = static_cast<float>(area);
         if (std::isfinite(rounded)) constants.areas[zone] = rounded;
-        constants.depth_to_flow[zone] = static_cast<double>(constants.areas[zone]) * area_factor * depth;
+        constants.depth_to_flow[zone] = as_double(constants.areas[zone]) * area_factor * depth;
     }
     const auto basin_area = static_cast<float>(leading_number(basin.basin_area_text));
     if (std::isfinite(basin_area)) constants.basin_area = basin_area;
@@ -83,42 +70,40 @@ RunoffBasin runoff_basin(BasinState& basin) {
     return constants;
 }
 
-DayInput day_input(const RunoffColumns& columns, const RunoffBasin& basin, DayRows rows, RunState& run) {
+DayInput day_input(const StepColumns& columns, const RunoffBasin& basin, DayRows rows, RunState& run) {
     DayInput input;
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const std::size_t row = rows[i];
         const std::size_t zone = i + 1;
         if (columns.precipitation[row] >= basin.threshold) input.heavy_rain = true;
-        assign_field(columns.zonal_melt[row], static_cast<double>(columns.cover[row]) *
-                                                  (static_cast<double>(columns.degree_days[row]) *
-                                                   static_cast<double>(columns.degree_day_factor[row])));
+        assign_field(columns.zonal_melt[row],
+                     as_double(columns.cover[row]) *
+                         (as_double(columns.degree_days[row]) * as_double(columns.degree_day_factor[row])));
         const float melt = columns.zonal_melt[row];
-        const float fresh = columns.new_snow_melt[row];
+        const float fresh = columns.runoff_melt[row];
         const float rain = columns.rain[row];
         add_climate_sums(run, zone, melt, fresh, rain);
-        const double depth = static_cast<double>(columns.rain_coefficient[row]) *
-                                 (static_cast<double>(fresh) + static_cast<double>(rain)) +
-                             static_cast<double>(columns.snow_coefficient[row]) * static_cast<double>(melt);
+        const double depth = as_double(columns.rain_coefficient[row]) * (as_double(fresh) + as_double(rain)) +
+                             as_double(columns.snow_coefficient[row]) * as_double(melt);
         assign_if_number(input.flow, input.flow + basin.depth_to_flow[zone] * depth);
     }
     return input;
 }
 
-bool is_heavy_on_average(const RunoffColumns& columns, const RunoffBasin& basin, DayRows rows,
-                         double& share) {
+bool is_heavy_on_average(const StepColumns& columns, const RunoffBasin& basin, DayRows rows, double& share) {
     double sum = 0.0;
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const std::size_t row = rows[i];
         if (!(columns.degree_days[row] >= columns.critical_temperature[row])) continue;
         if (columns.rain_switch[row] == 0.0F) {
-            assign_if_number(share, 1.0 - static_cast<double>(columns.cover[row]));
+            assign_if_number(share, 1.0 - as_double(columns.cover[row]));
         } else {
             share = 1.0;
         }
-        assign_if_number(sum, sum + share * static_cast<double>(basin.areas[i + 1]) *
-                                        static_cast<double>(columns.precipitation[row]));
+        assign_if_number(sum,
+                         sum + share * as_double(basin.areas[i + 1]) * as_double(columns.precipitation[row]));
     }
-    assign_if_number(sum, sum / static_cast<double>(basin.basin_area));
+    assign_if_number(sum, sum / as_double(basin.basin_area));
     const auto mean = static_cast<float>(sum);
     return std::isfinite(mean) && mean >= basin.threshold;
 }

@@ -3,7 +3,7 @@
 
 #include "base/dialogs.h"
 #include "engine/run_state.h"
-#include "engine/sim_results.h"
+#include "engine/step_columns.h"
 
 #include <cmath>
 #include <span>
@@ -23,32 +23,6 @@ inline void assign_field(float& field, double result) {
     const auto rounded = static_cast<float>(result);
     if (!std::isinf(rounded) && !std::isinf(result)) field = rounded;
 }
-
-/// The columns of the present or of the changed climate, with cover, measured and computed discharge of the
-/// step.
-struct RunoffColumns {
-    Column degree_days;
-    Column precipitation;
-    Column critical_temperature;
-    Column degree_day_factor;
-    Column rain_coefficient;
-    Column snow_coefficient;
-    Column rain_switch;
-    DoubleColumn recession_x;
-    DoubleColumn recession_y;
-    Column lag_hours;
-    Column cover;
-    Column rain;             ///< cm or inches, after the rule of the contributing area
-    Column new_snow_melt;    ///< cm or inches that reach the runoff
-    FieldColumn zonal_melt;  ///< cm or inches
-    FieldColumn total_melt;  ///< m³/s or ft³/s
-    /// Measured discharge, m³/s or ft³/s; in step 6 the computed discharge of the present climate.
-    Column measured;
-    DoubleColumn measured_present;  ///< empty but in step 6
-    DoubleFieldColumn computed;     ///< m³/s or ft³/s
-};
-
-[[nodiscard]] RunoffColumns runoff_columns(SimResults& results, int climate_step);
 
 /// What a run needs of the basin to turn depths into discharge.
 struct RunoffBasin {
@@ -74,7 +48,7 @@ struct DayInput {
 
 /// Q_in = sum over the zones of area x (c_R (M_new + P_rain) + c_S M_snow), with M_snow = SCA x a x T+
 /// written to the column of zonal melt, and the sums of climate steps 1 to 3.
-[[nodiscard]] DayInput day_input(const RunoffColumns& columns, const RunoffBasin& basin, DayRows rows,
+[[nodiscard]] DayInput day_input(const StepColumns& columns, const RunoffBasin& basin, DayRows rows,
                                  RunState& run);
 
 /// Whether the mean depth of the day's rain over the basin reaches the threshold: precipitation of the zones
@@ -82,13 +56,13 @@ struct DayInput {
 /// Single does not count.
 ///
 /// @param share carries the last zone's share from call to call, for a cover that is missing
-[[nodiscard]] bool is_heavy_on_average(const RunoffColumns& columns, const RunoffBasin& basin, DayRows rows,
+[[nodiscard]] bool is_heavy_on_average(const StepColumns& columns, const RunoffBasin& basin, DayRows rows,
                                        double& share);
 
 /// The recession of a run, day after day: k = x Q^-y, of which it keeps 1 - k.
 class Recession {
 public:
-    explicit Recession(float initial_runoff) : Q(static_cast<double>(initial_runoff)) {}
+    explicit Recession(float initial_runoff) : Q(as_double(initial_runoff)) {}
 
     double Q;  ///< the discharge that the day builds on, m³/s or ft³/s
 

@@ -12,7 +12,7 @@ public:
         : results_(results),
           run_(run),
           dialogs_(dialogs),
-          columns_(runoff_columns(results, run.ClimateStep)),
+          columns_(step_columns(results, run.ClimateStep)),
           basin_(runoff_basin(basin)),
           days_(days_of(rows.by_day, basin_.zones)),
           recession_(run.InitialRunoff),
@@ -40,7 +40,7 @@ private:
         if (input.heavy_rain) test_heavy_rain(days_[day]);
         if (!recession_.prepare_day(columns_.recession_x[row], columns_.recession_y[row], dialogs_))
             return false;
-        const double lagged = lag_.release({.lag_hours = static_cast<double>(columns_.lag_hours[row]),
+        const double lagged = lag_.release({.lag_hours = as_double(columns_.lag_hours[row]),
                                             .older = total_melt(day == 0 ? 0 : day - 1),
                                             .yesterday = total_melt(day),
                                             .today = input.flow,
@@ -52,7 +52,7 @@ private:
     }
 
     [[nodiscard]] double total_melt(std::size_t day) const {
-        return static_cast<double>(columns_.total_melt[first_row(day)]);
+        return as_double(columns_.total_melt[first_row(day)]);
     }
 
     void test_heavy_rain(DayRows rows) {
@@ -62,9 +62,8 @@ private:
     /// The forecast: on an update day the next day starts from the measurement, where there is one.
     void update(int day_number, std::size_t row) {
         if (day_number == next_update_) {
-            const double measured = columns_.measured_present.empty()
-                                        ? static_cast<double>(columns_.measured[row])
-                                        : columns_.measured_present[row];
+            const double measured = columns_.measured_present.empty() ? as_double(columns_.measured[row])
+                                                                      : columns_.measured_present[row];
             assign_if_number(recession_.Q, measured);
             next_update_ += run_.UpdateInterval;
         } else {
@@ -76,8 +75,7 @@ private:
     /// a day is worked, the remembered lag is that of the day to come.
     void hand_on(std::size_t day, double input) {
         if (day + 1 < days_.size()) assign_field(columns_.total_melt[first_row(day + 1)], input);
-        if (day + 2 < days_.size())
-            lag_.remember_lag(static_cast<double>(columns_.lag_hours[first_row(day + 2)]));
+        if (day + 2 < days_.size()) lag_.remember_lag(as_double(columns_.lag_hours[first_row(day + 2)]));
     }
 
     void keep_final() {
@@ -88,7 +86,7 @@ private:
     SimResults& results_;
     RunState& run_;
     Dialogs& dialogs_;
-    RunoffColumns columns_;
+    StepColumns columns_;
     RunoffBasin basin_;
     std::vector<DayRows> days_;
     Recession recession_;

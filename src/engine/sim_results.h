@@ -36,21 +36,72 @@ struct SimResults {
     std::vector<double> DailyQPresent;
     std::vector<float> AZMincl, AZMexcl, AZMexclWA, AZMwork;
 
-    /// Calls the visitor with each column, in the order of the table's fields.
+    /// Calls the visitor with the name of each field and its column, in the order of the table.
+    template <typename Self, typename Visitor>
+    static void visit_named(Self& t, Visitor&& field) {
+        field("Zone", t.Zone);
+        field("Date", t.Date);
+        field("ActualQ", t.ActualQ);
+        field("TMax", t.TMax);
+        field("TMaxCC", t.TMaxCC);
+        field("Tmin", t.Tmin);
+        field("TminCC", t.TminCC);
+        field("TAvg", t.TAvg);
+        field("TAvgCC", t.TAvgCC);
+        field("Precip", t.Precip);
+        field("PrecipCC", t.PrecipCC);
+        field("SCA", t.SCA);
+        field("SCACC", t.SCACC);
+        field("SCAclim", t.SCAclim);
+        field("SCAclimWA", t.SCAclimWA);
+        field("SCAclimWAMA", t.SCAclimWAMA);
+        field("ZoneDD", t.ZoneDD);
+        field("ZoneDDCC", t.ZoneDDCC);
+        field("LR", t.LR);
+        field("LRCC", t.LRCC);
+        field("Tcrit", t.Tcrit);
+        field("TcritCC", t.TcritCC);
+        field("AN", t.AN);
+        field("ANCC", t.ANCC);
+        field("CS", t.CS);
+        field("CSCC", t.CSCC);
+        field("CR", t.CR);
+        field("CRCC", t.CRCC);
+        field("LagTime", t.LagTime);
+        field("LagTimeCC", t.LagTimeCC);
+        field("RCA", t.RCA);
+        field("RCACC", t.RCACC);
+        field("NetRad", t.NetRad);
+        field("NetRadCC", t.NetRadCC);
+        field("Xcoeff", t.Xcoeff);
+        field("XcoeffCC", t.XcoeffCC);
+        field("YCoeff", t.YCoeff);
+        field("YCoeffCC", t.YCoeffCC);
+        field("Cpr", t.Cpr);
+        field("SumAT", t.SumAT);
+        field("NewMelt", t.NewMelt);
+        field("M1S", t.M1S);
+        field("aT", t.aT);
+        field("SnowOnStore", t.SnowOnStore);
+        field("ZonalMelt", t.ZonalMelt);
+        field("TotalMelt", t.TotalMelt);
+        field("DailyQ", t.DailyQ);
+        field("MDCincl", t.MDCincl);
+        field("MDCexcl", t.MDCexcl);
+        field("MDCexclWA", t.MDCexclWA);
+        field("MDCexclWAnew", t.MDCexclWAnew);
+        field("MeltOffset", t.MeltOffset);
+        field("DailyQPresent", t.DailyQPresent);
+        field("AZMincl", t.AZMincl);
+        field("AZMexcl", t.AZMexcl);
+        field("AZMexclWA", t.AZMexclWA);
+        field("AZMwork", t.AZMwork);
+    }
+
+    /// The same without the names.
     template <typename Self, typename Visitor>
     static void visit(Self& t, Visitor&& column) {
-        column(t.Zone), column(t.Date), column(t.ActualQ), column(t.TMax), column(t.TMaxCC), column(t.Tmin);
-        column(t.TminCC), column(t.TAvg), column(t.TAvgCC), column(t.Precip), column(t.PrecipCC),
-            column(t.SCA);
-        column(t.SCACC), column(t.SCAclim), column(t.SCAclimWA), column(t.SCAclimWAMA), column(t.ZoneDD);
-        column(t.ZoneDDCC), column(t.LR), column(t.LRCC), column(t.Tcrit), column(t.TcritCC), column(t.AN);
-        column(t.ANCC), column(t.CS), column(t.CSCC), column(t.CR), column(t.CRCC), column(t.LagTime);
-        column(t.LagTimeCC), column(t.RCA), column(t.RCACC), column(t.NetRad), column(t.NetRadCC);
-        column(t.Xcoeff), column(t.XcoeffCC), column(t.YCoeff), column(t.YCoeffCC), column(t.Cpr);
-        column(t.SumAT), column(t.NewMelt), column(t.M1S), column(t.aT), column(t.SnowOnStore);
-        column(t.ZonalMelt), column(t.TotalMelt), column(t.DailyQ), column(t.MDCincl), column(t.MDCexcl);
-        column(t.MDCexclWA), column(t.MDCexclWAnew), column(t.MeltOffset), column(t.DailyQPresent);
-        column(t.AZMincl), column(t.AZMexcl), column(t.AZMexclWA), column(t.AZMwork);
+        visit_named(t, [&](const char*, auto& values) { column(values); });
     }
 
     [[nodiscard]] std::size_t size() const { return Zone.size(); }
@@ -75,10 +126,5 @@ struct RunRows {
 };
 
 [[nodiscard]] RunRows run_rows(const SimResults& results, DayCount first, DayCount last);
-
-/// Whether a climate step works on the columns of the changed climate, as every step but 1 and 3 does.
-[[nodiscard]] constexpr bool uses_changed_climate(int climate_step) {
-    return climate_step >= 2 && climate_step != 3;
-}
 
 }  // namespace nivora

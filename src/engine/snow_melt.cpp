@@ -1,6 +1,7 @@
 #include "engine/snow_melt.h"
 
 #include "base/number_text.h"
+#include "engine/step_columns.h"
 
 #include <span>
 #include <string>
@@ -14,24 +15,6 @@ constexpr double k_full_cover = 0.999;
 constexpr double k_least_depletion = 0.0001;
 constexpr float k_curve_not_started = -1.0F;
 constexpr float k_curve_finished = -2.0F;
-
-/// The columns of the present or of the changed climate, and the cover that the step works on.
-struct SnowColumns {
-    Column degree_days;
-    Column precipitation;
-    Column critical_temperature;
-    Column degree_day_factor;
-    Column rain_switch;
-    Column cover;
-    FieldColumn sum_at;
-    FieldColumn at;
-    FieldColumn rain;
-    FieldColumn snow_on_store;
-    FieldColumn new_melt;
-    FieldColumn runoff_melt;
-    FieldColumn curve_including;
-    FieldColumn curve_excluding;
-};
 
 /// What a zone carries from day to day.
 struct ZoneSnow {
@@ -60,23 +43,13 @@ struct SnowRow {
     float curve_excluding = 0.0F;
 };
 
-SnowColumns choose_columns(SimResults& t, int climate_step) {
-    if (uses_changed_climate(climate_step)) {
-        const Column cover = climate_step == 2 ? t.SCACC : climate_step == 6 ? t.SCAclimWAMA : t.SCA;
-        return {t.ZoneDDCC, t.PrecipCC, t.TcritCC,     t.ANCC,    t.RCACC, cover,     t.SumAT,
-                t.aT,       t.Cpr,      t.SnowOnStore, t.NewMelt, t.M1S,   t.MDCincl, t.MDCexcl};
-    }
-    return {t.ZoneDD, t.Precip, t.Tcrit,       t.AN,      t.RCA, t.SCA,     t.SumAT,
-            t.aT,     t.Cpr,    t.SnowOnStore, t.NewMelt, t.M1S, t.MDCincl, t.MDCexcl};
-}
-
 /// The stage with all that its steps share.
 class SnowStage {
 public:
     SnowStage(SimResults& results, const BasinState& basin, RunState& run)
         : results_(results),
           run_(run),
-          columns_(choose_columns(results, run.ClimateStep)),
+          columns_(step_columns(results, run.ClimateStep)),
           season_start_(melt_season_start_month(basin.latitude_text)),
           starts_in_winter_(!in_melt_season(civil_date(run.RunStart).month, season_start_)),
           keeps_store_(run.NoSnow && run.ClimateStep == 0),
@@ -96,8 +69,7 @@ public:
     [[nodiscard]] std::string missing_values() const {
         std::string fields;
         const auto add = [&](const char* field, float value) {
-            if (is_missing(static_cast<double>(value)))
-                fields += (fields.empty() ? "" : ", ") + std::string{field};
+            if (is_missing(value)) fields += (fields.empty() ? "" : ", ") + std::string{field};
         };
         add("ZoneDD", columns_.degree_days[row_]);
         add("AN", columns_.degree_day_factor[row_]);
@@ -133,17 +105,17 @@ private:
         potential_melt(row, fields, snow);
         rain_or_snow(columns_.critical_temperature[row], fields, snow);
         fields.snow_on_store = snow.store;
-        if (snow.winter && static_cast<double>(fields.cover) > k_full_cover) empty_store(snow);
+        if (snow.winter && as_double(fields.cover) > k_full_cover) empty_store(snow);
         melt_store(fields, snow);
         if (columns_.rain_switch[row] == 0.0F) {
-            fields.rain = to_single_field(static_cast<double>(fields.rain) * snow_free(fields.cover));
+            fields.rain = to_single_field(as_double(fields.rain) * snow_free(fields.cover));
         }
         if (draws_curves_) depletion_curves(fields, snow);
         snow.previous_sum_at = fields.sum_at;
         return fields;
     }
 
-    static double snow_free(float cover) { return 1.0 - static_cast<double>(cover); }
+    static double snow_free(float cover) { return 1.0 - as_double(cover); }
 
     /// In no-snow mode the winter's snow is what there is to melt, so a plain run keeps it.
     void empty_store(ZoneSnow& snow) const {
@@ -174,36 +146,34 @@ private:
 
     void add_winter_precipitation(const SnowRow& fields, const ZoneSnow& snow) {
         float& sum = winter_precipitation(snow, static_cast<std::size_t>(run_.ClimateStep));
-        sum = to_single(static_cast<double>(sum) + static_cast<double>(fields.precipitation));
+        sum = to_single(as_double(sum) + as_double(fields.precipitation));
     }
 
     void potential_melt(std::size_t row, SnowRow& fields, ZoneSnow& snow) const {
         fields.degree_days = columns_.degree_days[row];
-        fields.at = to_single(static_cast<double>(fields.degree_days) *
-                              static_cast<double>(columns_.degree_day_factor[row]));
-        snow.sum_at = to_single(static_cast<double>(snow.sum_at) + static_cast<double>(fields.at));
+        fields.at = to_single(as_double(fields.degree_days) * as_double(columns_.degree_day_factor[row]));
+        snow.sum_at = to_single(as_double(snow.sum_at) + as_double(fields.at));
         fields.sum_at = snow.sum_at;
     }
 
     /// In winter the store takes only what falls on the snow-free part; the rest belongs to the snowpack.
     static void rain_or_snow(float critical_temperature, SnowRow& fields, ZoneSnow& snow) {
-        if (!(static_cast<double>(fields.precipitation) >= k_least_precipitation)) return;
+        if (!(as_double(fields.precipitation) >= k_least_precipitation)) return;
         if (fields.degree_days >= critical_temperature) {
             fields.rain = fields.precipitation;
             return;
         }
         const double share = snow.winter ? snow_free(fields.cover) : 1.0;
-        snow.store =
-            to_single(static_cast<double>(snow.store) + static_cast<double>(fields.precipitation) * share);
+        snow.store = to_single(as_double(snow.store) + as_double(fields.precipitation) * share);
     }
 
     static void melt_store(SnowRow& fields, ZoneSnow& snow) {
         if (snow.store == 0.0F || fields.degree_days <= 0.0F) return;
         const float melt = fields.at > snow.store ? snow.store : fields.at;
         const float share = snow.winter ? 1.0F : to_single(snow_free(fields.cover));
-        fields.runoff_melt = to_single(static_cast<double>(melt) * static_cast<double>(share));
+        fields.runoff_melt = to_single(as_double(melt) * as_double(share));
         fields.new_melt = melt;
-        snow.store = to_single(static_cast<double>(snow.store) - static_cast<double>(melt));
+        snow.store = to_single(as_double(snow.store) - as_double(melt));
     }
 
     void store_row(std::size_t row, const SnowRow& fields) {
@@ -224,20 +194,19 @@ private:
         const bool begun = snow.depletion_base > k_curve_not_started;
         if (!(fields.cover > 0.0F || (fields.cover == 0.0F && begun))) return;
         if (snow.depletion_base == k_curve_not_started) snow.depletion_base = snow.previous_sum_at;
-        snow.new_melt_sum =
-            to_single(static_cast<double>(snow.new_melt_sum) + static_cast<double>(fields.new_melt));
-        const double sum_at = static_cast<double>(fields.sum_at);
-        const double base = static_cast<double>(snow.depletion_base);
+        snow.new_melt_sum = to_single(as_double(snow.new_melt_sum) + as_double(fields.new_melt));
+        const double sum_at = as_double(fields.sum_at);
+        const double base = as_double(snow.depletion_base);
         fields.on_curve = true;
         fields.curve_including = to_single(sum_at - base);
-        const float excluding = to_single((sum_at - static_cast<double>(snow.new_melt_sum)) - base);
-        fields.curve_excluding = static_cast<double>(excluding) < k_least_depletion ? 0.0F : excluding;
+        const float excluding = to_single((sum_at - as_double(snow.new_melt_sum)) - base);
+        fields.curve_excluding = as_double(excluding) < k_least_depletion ? 0.0F : excluding;
         if (fields.cover == 0.0F) snow.depletion_base = k_curve_finished;
     }
 
     SimResults& results_;
     RunState& run_;
-    SnowColumns columns_;
+    StepColumns columns_;
     int season_start_;
     bool starts_in_winter_;
     bool keeps_store_;

@@ -1,6 +1,7 @@
 #include "engine/zone_inputs.h"
 
 #include "base/number_text.h"
+#include "engine/step_columns.h"
 
 #include <cmath>
 #include <vector>
@@ -9,7 +10,7 @@ namespace nivora {
 namespace {
 
 constexpr int k_degree_day_decimals = 5;
-constexpr const char* k_basinwide = "Basinwide";
+constexpr std::int16_t k_max_min = 1;  // of the temperature values of a simulation
 
 /// How the simulation at hand gives its inputs.
 struct ZoneInputOptions {
@@ -17,26 +18,10 @@ struct ZoneInputOptions {
     bool temperature_basinwide = false;
     bool precipitation_basinwide = false;
     bool lapse_basinwide = false;
-    bool recession_basinwide = false;
     bool critical_basinwide = false;
     bool coefficients_basinwide = false;
     double degree_base = 0.0;
     std::vector<float> lapse_steps;  // by zone, in the unit of the lapse rate; index 0 is not used
-};
-
-/// The columns of the present or of the changed climate.
-struct ZoneInputColumns {
-    Column maximum_temperature;
-    Column minimum_temperature;
-    FieldColumn average_temperature;
-    FieldColumn precipitation;
-    FieldColumn critical_temperature;
-    FieldColumn lapse_rate;
-    FieldColumn snow_coefficient;
-    FieldColumn rain_coefficient;
-    FieldColumn degree_days;
-    DoubleFieldColumn recession_x;
-    DoubleFieldColumn recession_y;
 };
 
 /// What zone 1's row of the day leaves for the other zones.
@@ -47,19 +32,9 @@ struct BasinValues {
     float critical = 0.0F;
     float snow_coefficient = 0.0F;
     float rain_coefficient = 0.0F;
-    double x = 0.0;
-    double y = 0.0;
 };
 
 enum class Phase { Variables, Parameters };
-
-ZoneInputColumns choose_columns(SimResults& t, int climate_step) {
-    if (climate_step == 2 || climate_step > 3) {
-        return {t.TMaxCC, t.TminCC, t.TAvgCC,   t.PrecipCC, t.TcritCC, t.LRCC,
-                t.CSCC,   t.CRCC,   t.ZoneDDCC, t.XcoeffCC, t.YCoeffCC};
-    }
-    return {t.TMax, t.Tmin, t.TAvg, t.Precip, t.Tcrit, t.LR, t.CS, t.CR, t.ZoneDD, t.Xcoeff, t.YCoeff};
-}
 
 /// Elevation differences in the unit that lapse rates refer to; the quotient is a Single.
 std::vector<float> lapse_steps(const BasinState& basin, const UnitSystem& units) {
@@ -68,7 +43,7 @@ std::vector<float> lapse_steps(const BasinState& basin, const UnitSystem& units)
     for (std::size_t zone = 1; zone < steps.size(); ++zone) {
         const bool known = zone <= basin.zones.size();
         const double elevation = known ? basin.zones[zone - 1].elevation.value_or(0.0) : 0.0;
-        steps[zone] = to_single(static_cast<double>(reference) - elevation) / units.lapse_unit;
+        steps[zone] = to_single(as_double(reference) - elevation) / units.lapse_unit;
     }
     return steps;
 }
@@ -76,10 +51,8 @@ std::vector<float> lapse_steps(const BasinState& basin, const UnitSystem& units)
 /// T+ = max(0, T + steps x lapse rate - base), a Single that is rounded to 5 decimals; missing where an input
 /// is.
 float carried_degree_days(double degree_base, float temperature, float steps, float lapse_rate) {
-    const double carried = static_cast<double>(temperature) +
-                           static_cast<double>(steps) * static_cast<double>(lapse_rate) - degree_base;
-    const double rounded =
-        round_half_even(static_cast<double>(to_single_field(carried)), k_degree_day_decimals);
+    const double carried = as_double(temperature) + as_double(steps) * as_double(lapse_rate) - degree_base;
+    const double rounded = round_half_even(as_double(to_single_field(carried)), k_degree_day_decimals);
     const float degree_days = to_single_field(rounded);
     return degree_days < 0.0F ? 0.0F : degree_days;
 }
@@ -87,16 +60,13 @@ float carried_degree_days(double degree_base, float temperature, float steps, fl
 ZoneInputOptions read_options(const Simulation& simulation, const BasinState& basin,
                               const UnitSystem& units) {
     ZoneInputOptions options;
-    options.temperature_max_min = simulation.value(6) == 1.0;
-    options.temperature_basinwide = simulation.text(7) == k_basinwide;
-    options.precipitation_basinwide = simulation.text(8) == k_basinwide;
-    options.lapse_basinwide = simulation.text(9) == k_basinwide;
-    // Column 14 is the precipitation threshold and never holds the word, so x and y are never spread here. It
-    // is meant: the runoff stages read them from the first zone's row, which has the same effect.
-    options.recession_basinwide = simulation.text(14) == k_basinwide;
-    options.critical_basinwide = simulation.value(11) == 0.0;
-    options.coefficients_basinwide = simulation.value(10) == 0.0;
-    options.degree_base = static_cast<double>(units.degree_base);
+    options.temperature_max_min = simulation.temperature_values == k_max_min;
+    options.temperature_basinwide = simulation.temperature == Distribution::Basinwide;
+    options.precipitation_basinwide = simulation.precipitation == Distribution::Basinwide;
+    options.lapse_basinwide = simulation.lapse_rate == Distribution::Basinwide;
+    options.critical_basinwide = simulation.critical_temperature == Distribution::Basinwide;
+    options.coefficients_basinwide = simulation.runoff_coefficients == Distribution::Basinwide;
+    options.degree_base = as_double(units.degree_base);
     options.lapse_steps = lapse_steps(basin, units);
     return options;
 }
@@ -109,19 +79,19 @@ float steps_of(const ZoneInputOptions& options, std::int16_t zone) {
 
 /// The mean temperature of a zone. A Max/Min simulation spreads zone 1's mean to every zone, whatever the
 /// distribution option says.
-float mean_temperature(const ZoneInputOptions& options, const ZoneInputColumns& columns, std::size_t row,
+float mean_temperature(const ZoneInputOptions& options, const StepColumns& columns, std::size_t row,
                        bool first, BasinValues& basin) {
     const float given = columns.average_temperature[row];
     if (options.temperature_max_min) {
         if (!first) return basin.temperature;
-        const float mean = to_single((static_cast<double>(columns.maximum_temperature[row]) +
-                                      static_cast<double>(columns.minimum_temperature[row])) /
-                                     2.0);
+        const float mean = to_single(
+            (as_double(columns.maximum_temperature[row]) + as_double(columns.minimum_temperature[row])) /
+            2.0);
         basin.temperature = mean;
         return mean;
     }
     if (first) {
-        basin.temperature = present(given);
+        basin.temperature = required(given);
         return given;
     }
     return options.temperature_basinwide ? basin.temperature : given;
@@ -129,44 +99,42 @@ float mean_temperature(const ZoneInputOptions& options, const ZoneInputColumns& 
 
 float degree_days_of(const ZoneInputOptions& options, float average, float lapse, std::int16_t zone) {
     if (options.temperature_basinwide) {
-        return present(carried_degree_days(options.degree_base, average, steps_of(options, zone), lapse));
+        return required(carried_degree_days(options.degree_base, average, steps_of(options, zone), lapse));
     }
-    const float degree_days = to_single_field(static_cast<double>(average) - options.degree_base);
+    const float degree_days = to_single_field(as_double(average) - options.degree_base);
     return degree_days < 0.0F ? 0.0F : degree_days;
 }
 
-void keep_basin_values(const ZoneInputColumns& columns, std::size_t row, BasinValues& basin) {
-    basin.precipitation = present(columns.precipitation[row]);
-    basin.critical = present(columns.critical_temperature[row]);
-    basin.snow_coefficient = present(columns.snow_coefficient[row]);
-    basin.rain_coefficient = present(columns.rain_coefficient[row]);
-    basin.x = present(columns.recession_x[row]);
-    basin.y = present(columns.recession_y[row]);
+void keep_basin_values(const StepColumns& columns, std::size_t row, BasinValues& basin) {
+    basin.precipitation = required(columns.precipitation[row]);
+    basin.critical = required(columns.critical_temperature[row]);
+    basin.snow_coefficient = required(columns.snow_coefficient[row]);
+    basin.rain_coefficient = required(columns.rain_coefficient[row]);
+    static_cast<void>(required(columns.recession_x[row]));
+    static_cast<void>(required(columns.recession_y[row]));
 }
 
+/// x and y are never spread, whatever their option says, which is meant: the runoff stages read them from the
+/// first zone's row, which has the same effect.
 void spread_basin_values(const ZoneInputOptions& options, const BasinValues& basin,
-                         const ZoneInputColumns& columns, std::size_t row) {
+                         const StepColumns& columns, std::size_t row) {
     if (options.precipitation_basinwide) columns.precipitation[row] = basin.precipitation;
     if (options.critical_basinwide) columns.critical_temperature[row] = basin.critical;
     if (options.coefficients_basinwide) {
         columns.snow_coefficient[row] = basin.snow_coefficient;
         columns.rain_coefficient[row] = basin.rain_coefficient;
     }
-    if (options.recession_basinwide) {
-        columns.recession_x[row] = basin.x;
-        columns.recession_y[row] = basin.y;
-    }
 }
 
 /// Works out all of a row before it writes any of it, so that a faulty row stays as it was.
-void work_row(const ZoneInputOptions& options, const ZoneInputColumns& columns, std::int16_t zone,
-              std::size_t row, BasinValues& basin, Phase& phase) {
+void work_row(const ZoneInputOptions& options, const StepColumns& columns, std::int16_t zone, std::size_t row,
+              BasinValues& basin, Phase& phase) {
     const bool first = zone == 1;
     phase = Phase::Variables;
     const float average = mean_temperature(options, columns, row, first, basin);
 
     phase = Phase::Parameters;
-    if (first) basin.lapse = present(columns.lapse_rate[row]);
+    if (first) basin.lapse = required(columns.lapse_rate[row]);
     const float lapse = options.lapse_basinwide ? basin.lapse : columns.lapse_rate[row];
     const float degree_days = degree_days_of(options, average, lapse, zone);
     if (first) {
@@ -181,9 +149,9 @@ void work_row(const ZoneInputOptions& options, const ZoneInputColumns& columns, 
 
 /// The first missing value that a row needs, by the name that it has in the daily tables; empty where all are
 /// there.
-std::string missing_field(const ZoneInputOptions& options, const ZoneInputColumns& columns, std::size_t row,
+std::string missing_field(const ZoneInputOptions& options, const StepColumns& columns, std::size_t row,
                           bool first) {
-    const auto missing = [row](const auto& column) { return is_missing(static_cast<double>(column[row])); };
+    const auto missing = [row](const auto& column) { return is_missing(column[row]); };
     if (options.temperature_max_min) {
         if (first && missing(columns.maximum_temperature)) return "Tmax";
         if (first && missing(columns.minimum_temperature)) return "Tmin";
@@ -227,9 +195,9 @@ UnitSystem unit_system(std::optional<Units> units) {
 
 std::optional<float> zone_degree_days(const UnitSystem& units, float station_temperature,
                                       float elevation_difference, float lapse_rate) {
-    const float degree_days = carried_degree_days(static_cast<double>(units.degree_base), station_temperature,
+    const float degree_days = carried_degree_days(as_double(units.degree_base), station_temperature,
                                                   elevation_difference / units.lapse_unit, lapse_rate);
-    if (is_missing(static_cast<double>(degree_days))) return std::nullopt;
+    if (is_missing(degree_days)) return std::nullopt;
     return degree_days;
 }
 
@@ -240,7 +208,7 @@ bool Zone_Inputs(SimResults& results, const RunRows& rows, const BasinState& bas
     const Simulation* current = basin.current_simulation();
     const Simulation simulation = current != nullptr ? *current : Simulation{};
     const UnitSystem units = unit_system(simulation.units);
-    const ZoneInputColumns columns = choose_columns(results, run.ClimateStep);
+    const StepColumns columns = step_columns(results, run.ClimateStep);
     ZoneInputOptions options;
     try {
         options = read_options(simulation, basin, units);

@@ -9,8 +9,8 @@ namespace {
 class Sum {
 public:
     void add(float value) {
-        if (is_missing(static_cast<double>(value))) return;
-        sum_ += static_cast<double>(value);
+        if (is_missing(value)) return;
+        sum_ += as_double(value);
         any_ = true;
     }
     [[nodiscard]] float result() const {

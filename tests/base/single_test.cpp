@@ -91,10 +91,10 @@ TEST(ToSingleField, RoundsAndOverflowsAsAVariableDoes) {
 }
 
 TEST(Present, GivesTheValueOrFault94) {
-    EXPECT_EQ(present(1.5F), 1.5F);
-    EXPECT_EQ(present(0.0), 0.0);
-    EXPECT_EQ(fault_number([] { return present(k_missing); }), k_fault_null);
-    EXPECT_EQ(fault_number([] { return present(std::nan("")); }), k_fault_null);
+    EXPECT_EQ(required(1.5F), 1.5F);
+    EXPECT_EQ(required(0.0), 0.0);
+    EXPECT_EQ(fault_number([] { return required(k_missing); }), k_fault_null);
+    EXPECT_EQ(fault_number([] { return required(std::nan("")); }), k_fault_null);
 }
 
 TEST(RoundHalfEven, TakesTiesAtFiveDecimalsToTheEvenDigit) {
