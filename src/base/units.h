@@ -27,7 +27,7 @@ struct UnitWords {
     const char* degree_days;             ///< "degree days, °C", "degree days, °F"
     const char* lapse_rate;              ///< "°C per 100 m", "°F per 1000 ft"
     const char* degree_day_factor;       ///< "cm/(°C·day)", "inches/(°F·day)"
-    const char* length_letter;  ///< of volumes and discharges in statistics: "m", "f", which is meant
+    const char* length_letter;  ///< of volumes and discharges in statistics: "m"; intended: "f", not "ft"
 };
 
 /// The words of English units for these, those of Metric for all others.

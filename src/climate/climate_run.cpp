@@ -18,8 +18,8 @@ namespace {
 /// The name that a run bears whose changed climate stands in the results already.
 constexpr const char* k_auxiliary = "Auxiliary";
 
-/// The fields that an earlier evaluation worked in. The last two of them, AZMexclWA and AZMwork, keep what
-/// they hold, which is meant.
+/// The fields that an earlier evaluation worked in.
+/// Intended: AZMexclWA and AZMwork are not among them and keep their values.
 constexpr std::array<std::string_view, 20> k_work_columns{
     "SCAclim",   "SCAclimWA",    "SCAclimWAMA", "ZoneDD",        "ZoneDDCC",  "SumAT",   "NewMelt",
     "M1S",       "aT",           "SnowOnStore", "ZonalMelt",     "TotalMelt", "MDCincl", "MDCexcl",

@@ -38,8 +38,8 @@ void accumulate_on_own_dates(SimResults& t, Rows rows) {
 /// Puts the melt of each day of the adjusted curve on the first day on which the present curve has come as
 /// far, or on the last day where it never does; the last of several wins.
 ///
-/// A depth of 0 that finds its day ends the work: a zone whose adjusted curve starts at 0 gets nothing, which
-/// is meant.
+/// Intended: a depth of 0 that finds its day ends the loop, so that a zone whose adjusted curve starts at 0
+/// gets no values.
 void place_on_present_dates(SimResults& t, Rows rows) {
     if (rows.empty()) return;
     std::size_t placer = 0;

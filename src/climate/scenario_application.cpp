@@ -35,8 +35,9 @@ constexpr Assignment k_minimum{&SimResults::TminCC, &SimResults::Tmin};
 constexpr Assignment k_average{&SimResults::TAvgCC, &SimResults::TAvg};
 constexpr Assignment k_precipitation{&SimResults::PrecipCC, &SimResults::Precip};
 
-/// By code. From 4 to 7 an addition works on another column than a shift does, and some codes offer one of
-/// the two alone: it is meant so. Code 0 adds and multiplies on two columns at once, as told below.
+/// By code. Code 0 adds and multiplies on two columns at once, see `add_or_multiply`.
+/// Intended: from 4 to 7 an addition works on another column than a shift, and some codes allow only one of
+/// the two.
 constexpr std::array<VariableSlot, 14> k_slots{{
     {{}, nullptr},
     {k_average, nullptr},
@@ -155,7 +156,7 @@ void add_or_multiply(SimResults& results, const Edit& edit) {
                results.Zone[row] >= edit.lowest_zone && results.Zone[row] <= edit.highest_zone;
     });
     if (edit.variable == 0) {
-        // The averages stay as they are; it is meant so.
+        // Intended: the averages keep their values.
         set_columns(results, {k_maximum, k_minimum}, rows, value);
     } else {
         set_columns(results, {assignment}, rows, value);
@@ -193,7 +194,7 @@ void shift_zone(const SimResults& results, std::vector<float>& column, const Row
     }
 }
 
-/// Both shifts take the same way: the sign of the factor alone sets the direction. It is meant so.
+/// Intended: both shifts run the same code; the sign of the factor alone sets the direction.
 void shift(SimResults& results, const Edit& edit) {
     const SingleField shifted = slot_of(edit).shifted;
     if (shifted == nullptr) throw no_column_fault(edit);
@@ -308,9 +309,9 @@ bool normalize_month(SimResults& results, const Edit& edit, const RowOrder& mont
     return true;
 }
 
-/// Brings the monthly averages to the long-term ones, whatever the dates of the row. The long-term averages
-/// are taken from the first row on, so that a row for a later zone alone gets those of zone 1; it is meant
-/// so.
+/// Shifts or scales the monthly averages to the long-term ones, whatever the dates of the row.
+/// Intended: the long-term averages are read from the first row on, so that a row for a later zone alone gets
+/// those of zone 1.
 /// @return false where the user gave up
 bool normalize(BasinDatabase& database, SimResults& results, const Edit& edit, Dialogs& dialogs) {
     AveragesCursor normals{database};

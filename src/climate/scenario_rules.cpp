@@ -22,8 +22,7 @@ void set_variable(ScenarioRow& row, std::optional<int> code) {
     if (!normalizable && row.action == k_normalize) row.action.reset();
 }
 
-/// A shift backward has no such test, and precipitation may be normalized in spite of the beep: it is meant
-/// so.
+/// Intended: a shift backward has no such test, and precipitation may be normalized in spite of the beep.
 RowChange set_action(ScenarioRow& row, std::optional<int> code) {
     row.action = code;
     if (code == k_shift_forward && row.variable && *row.variable < k_first_forward_variable) {

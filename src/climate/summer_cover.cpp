@@ -78,13 +78,13 @@ void join_last_day(SimResults& t, DatedCurve curve, DayCount summer_end) {
     if (last_cover > 0.0F) {
         if (t.SCAclimWA[writer.row()] > last_cover) {
             writer.step_on();
-            // The day behind may be the next zone's first one, which is meant so; behind the basin's last row
-            // there is none, and an upper zone that keeps its snow all summer long still gets its curve.
+            // Intended: the next row may be the next zone's first day. After the basin's last row there is
+            // none, and an upper zone that keeps its snow all summer still gets its curve.
             if (!writer.past_end()) t.SCAclimWA[writer.row()] = last_cover;
         }
     } else if (last_cover <= 0.0F && above > 0.0F && writer.date() != summer_end) {
-        // SCAclim, not SCAclimWA, takes the rest of the curve, with the cover of the last day all along: it
-        // is meant so.
+        // Intended: the rest of the curve goes to SCAclim, not to SCAclimWA, with the last day's cover
+        // throughout.
         const float rest = to_single(as_double(last_cover) + as_double(above));
         do {
             writer.step_on();

@@ -16,16 +16,14 @@ struct HeldCover {
     float cover = 0.0F;  ///< what is held, above 0.01
 };
 
-/// Dates a zone's curve anew: writes `MDCexclWAnew` and `MeltOffset`, and `SCAclimWA` on the days that a
-/// value falls on. The other days keep the 0 that they have; a cover of 0 is written as 0.0001, which tells
-/// it from them.
+/// Gives the values of a zone's curve new dates: writes `MDCexclWAnew` and `MeltOffset`, and `SCAclimWA` on
+/// the days that a value falls on. The other days keep their 0; a cover of 0 is written as 0.0001 to tell it
+/// from them. If several values fall on one day, the first counts, which may keep the curve from ending.
 ///
-/// A depth that the zone's degree days never reach lands on the first day of the next zone; in the last zone
-/// it lands nowhere. Both are meant.
+/// Intended: a depth that the zone's degree days never reach is written to the first day of the next zone; in
+/// the last zone it is not written.
 ///
 /// @param rows of the summer, all zones, zone by zone
-/// Where several values fall on one day the first of them counts, which may keep the curve from ending.
-///
 /// @param summer_end the last day of the simulation
 /// @return the cover that is held for that reason
 std::optional<HeldCover> date_curve(SimResults& results, std::span<const std::uint32_t> rows, int zone,

@@ -11,7 +11,7 @@ namespace {
 /// The number that a fault bears where there is no table to walk.
 constexpr int k_fault_no_table = 91;
 
-/// The user sees the change that was worked out. What is typed, and Cancel, alter nothing: it is meant so.
+/// Shows the computed change. Intended: neither a typed value nor Cancel alters anything.
 void show_change(Dialogs& dialogs, int zone, float change) {
     static_cast<void>(
         dialogs.input({"Click OK to accept the computed 'Change', or type a new value",

@@ -20,7 +20,7 @@ struct WinterContext {
 /// Moves, stretches and re-dates the depletion curve of each zone: writes `SCAclim`, `SCAclimWA`,
 /// `SCAclimWAMA`, `MDCexclWA`, `MDCexclWAnew` and `MeltOffset` of the summer's rows.
 ///
-/// Asks for each zone's winter change, and does not act on the answer; it is meant so.
+/// Intended: asks for each zone's winter change and ignores the answer.
 ///
 /// Adds a note to the run for each zone that its rules may lead astray.
 ///

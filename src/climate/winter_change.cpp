@@ -77,8 +77,7 @@ WinterShift find_shift(const SimResults& results, SummerCursor& reader, int zone
         }
     }
     if (shift.ShiftDays == 1) shift.ShiftDays = 0;
-    // A deficit that is covered by no melt at all, as where there is none, counts as never covered: it is
-    // meant so.
+    // Intended: a deficit that is covered without any melt, such as a deficit of 0, counts as never covered.
     if (shift.melt == 0.0F) shift.ShiftDays = k_never_covered;
     return shift;
 }

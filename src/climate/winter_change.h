@@ -30,8 +30,8 @@ struct ZoneWinter {
 
 /// The stored water of the changed winter as a multiple of the present one's.
 ///
-/// @param before the gain of the zone before, 0 for the first: what a zone keeps whose present winter stores
-///               nothing; it is meant so
+/// @param before the gain of the zone before, 0 for the first
+/// @return the gain; intended: `before`, if the present winter stores nothing
 [[nodiscard]] float winter_gain(const ZoneWinter& winter, float before);
 
 /// How far into the summer of the present climate a winter deficit reaches.
@@ -52,9 +52,9 @@ struct WinterShift {
 /// Writes `SCAclim` and `MDCexclWA` of a zone: with a gain of 1 or more the curve is stretched on its dates,
 /// else it is moved so that its day behind the reader's becomes the first.
 ///
-/// The walk ends with the reader, so that the zone's last days keep what they had, also its last day where
-/// nothing is moved. In the last zone a reader on its last day is held there, and one day is written, even
-/// where the snow should be gone. Both are meant.
+/// Intended: the loop ends with the reader, so that the zone's last days keep their values, also its last day
+/// if nothing is moved. In the last zone a reader on the last day stays there, and one day is written, even
+/// if the snow should be gone.
 ///
 /// @param reader stands as find_shift left it
 void adjust_curve(SimResults& results, SummerCursor& reader, SummerCursor writer, int zone, float gain);

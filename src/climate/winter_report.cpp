@@ -58,8 +58,8 @@ void WinterReport::write_winter(const AdjustedZone& zone) {
     write_sums(zone.zone, 2);
     if (zone.gain > 1.0F) {
         lines_.line("Gain(g) = (P' - i')/(P - i)");
-        // The first number is the sum of both winters' precipitation, though the gain is worked out with that
-        // of the changed one: it is meant so.
+        // Intended: the first number is the sum of both winters' precipitation, although the gain is computed
+        // with that of the changed one.
         lines_.text("     g  = (").number(P + P_changed).text("-").number(input_changed);
         lines_.text(")/(").number(P).text("-").number(input).line(")");
     }

@@ -38,8 +38,9 @@ struct BuiltResults {
 /// initial runoff with the data, and fills one row per zone and day.
 ///
 /// Shows what it finds wrong. A run that is refused by the question about the initial runoff has emptied the
-/// table already. A last row whose zone is not the basin's last one is called fatal and ends the building,
-/// but leaves the status at 0, so that the run goes on; it is meant so.
+/// table already.
+/// Intended: a last row whose zone is not the basin's last one is called fatal and ends the building, but the
+/// status stays 0 and the run goes on.
 [[nodiscard]] BuiltResults Build_SimResults(BasinDatabase& database, const BasinState& basin, RunState& run,
                                             Dialogs& dialogs, const ApplyScenario& apply_scenario);
 

@@ -7,15 +7,16 @@
 
 namespace nivora {
 
-/// Sets computed beside measured discharge over the period, on zone 1's rows, and leaves the six results in
-/// `run`, and how far it came.
+/// Compares computed with measured discharge over the period, on zone 1's rows. Leaves the six results in
+/// `run`, and how many of them were computed.
 ///
 /// Volume = sum of Q x 86400 / 10^6. Dv = (V - V') / V x 100. R² = 1 - sum (Q - Q')² / sum (Q - mean Q)². In
-/// climate step 3 the computed discharge is that of the present climate; in step 6 that one stands in the
-/// measured one's place. With a measured discharge that never changes R² keeps its former value, and so does
-/// Dv with a measured volume of 0; it is meant so.
+/// climate step 3 the computed discharge is that of the present climate; in step 6 that one
+/// replaces the measured discharge.
+/// Intended: R² keeps its former value if the measured discharge is constant, and Dv if the measured volume
+/// is 0.
 ///
-/// @return how far it came; a fault has been shown, and what was worked out until then stays
+/// @return how many were computed; a fault has been shown, and the results before it stay
 StatisticsReach Run_Statistics(const SimResults& results, const RunRows& rows, RunState& run,
                                Dialogs& dialogs);
 

@@ -142,8 +142,7 @@ void LagSpread::release_short(const Day& day) {
     } else if (former_lag_ > k_longest_short_lag) {
         assign_if_number(pending_[2], pending_[2] - part2_);
     } else {
-        // What is left over is dropped on the first day as well, where nothing of it is released; it is meant
-        // so.
+        // Intended: on the first day the rest is dropped without being released.
         if (!day.first_of_run) part2_ = pending_[2];
         pending_[2] = 0.0;
     }

@@ -188,8 +188,8 @@ private:
         columns_.curve_excluding[row] = fields.curve_excluding;
     }
 
-    /// The curve runs from the first snow cover to the first day without. A cover that returns after that is
-    /// written with the base that marks a finished curve; it is meant so.
+    /// The curve runs from the first day with snow cover to the first day without.
+    /// Intended: snow cover that returns later is written with the base that marks a finished curve.
     static void depletion_curves(SnowRow& fields, ZoneSnow& snow) {
         const bool begun = snow.depletion_base > k_curve_not_started;
         if (!(fields.cover > 0.0F || (fields.cover == 0.0F && begun))) return;

@@ -23,8 +23,8 @@ namespace nivora {
 /// plain run and in climate step 3 also the modified depletion curves `MDCincl` and `MDCexcl`. Leaves
 /// `MeltSeasonStart`, `SnowStore` and, in climate steps 1 to 3, `WinterPrecip`.
 ///
-/// A fault is shown and ends the stage with the rows before it written; the run goes on all the same, which
-/// is meant: the next stage meets the empty fields.
+/// A fault is shown and ends the stage; the rows before it are written.
+/// Intended: the run goes on, and the next stage meets the empty fields.
 void Snow_Melt(SimResults& results, const RunRows& rows, const BasinState& basin, RunState& run,
                Dialogs& dialogs);
 

@@ -114,8 +114,8 @@ void keep_basin_values(const StepColumns& columns, std::size_t row, BasinValues&
     static_cast<void>(required(columns.recession_y[row]));
 }
 
-/// x and y are never spread, whatever their option says, which is meant: the runoff stages read them from the
-/// first zone's row, which has the same effect.
+/// Intended: x and y are never spread, whatever their option says. The runoff stages read them from the first
+/// zone's row, which has the same effect.
 void spread_basin_values(const ZoneInputOptions& options, const BasinValues& basin,
                          const StepColumns& columns, std::size_t row) {
     if (options.precipitation_basinwide) columns.precipitation[row] = basin.precipitation;
