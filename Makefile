@@ -2,12 +2,14 @@
 
 JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 600
+# More options for the configuration of the release build, such as -DNIVORA_WARNINGS_AS_ERRORS=ON.
+CMAKE_OPTIONS ?=
 KILLS ?= 1000
 
 .PHONY: build setup run test bench soak fuzz lint format asan screenshots clean help
 
 build: setup ## build the programs as shipped, with samples and manual, into the folder build/nivora
-	cmake --preset release
+	cmake --preset release $(CMAKE_OPTIONS)
 	cmake --build --preset release -j $(JOBS) --target nivora_program_folder nivora_manual_pdf
 
 setup: ## install the packages of packages.txt that are missing

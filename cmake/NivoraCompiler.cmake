@@ -15,18 +15,17 @@ add_library(nivora_compiler INTERFACE)
 target_compile_features(nivora_compiler INTERFACE cxx_std_20)
 set(CMAKE_CXX_EXTENSIONS OFF)
 
+option(NIVORA_WARNINGS_AS_ERRORS "A warning in our own code ends the build" OFF)
+
 # Every build has to give the same floating-point bits: a product and a sum are never contracted into one operation,
 # and nothing here may be traded for speed.
-if(MSVC)
-    target_compile_options(nivora_compiler INTERFACE /fp:precise /W4 /WX /permissive- /utf-8 /external:W0)
-    target_compile_definitions(nivora_compiler INTERFACE NOMINMAX _CRT_SECURE_NO_WARNINGS)
-else()
-    target_compile_options(nivora_compiler INTERFACE
-        -ffp-contract=off -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
-    # GCC takes the storage of an empty std::optional for a value that is read (GCC bug 80635). Clang keeps watch.
-    target_compile_options(nivora_compiler INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
-    target_compile_definitions(nivora_compiler INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
+target_compile_options(nivora_compiler INTERFACE -ffp-contract=off -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+if(NIVORA_WARNINGS_AS_ERRORS)
+    target_compile_options(nivora_compiler INTERFACE -Werror)
 endif()
+# GCC takes the storage of an empty std::optional for a value that is read (GCC bug 80635). Clang keeps watch.
+target_compile_options(nivora_compiler INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+target_compile_definitions(nivora_compiler INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
 
 if(NIVORA_SANITIZERS)
     set(sanitize "-fsanitize=${NIVORA_SANITIZERS}")

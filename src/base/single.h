@@ -1,5 +1,6 @@
 // The 32-bit and 16-bit steps of the arithmetic: rounding into a Single, into a 16-bit Integer, and to
 // decimals.
+// Equations and rules: docs/model.md, section 13.
 #pragma once
 
 #include "base/fault.h"

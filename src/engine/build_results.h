@@ -1,4 +1,5 @@
 // The results table of a run, built from the basin's daily data and a simulation's parameter table.
+// Equations and rules: docs/model.md, section 1.
 #pragma once
 
 #include "base/dialogs.h"

@@ -1,4 +1,5 @@
 // The rules of a custom time lag distribution.
+// Equations and rules: docs/model.md, section 6.
 #pragma once
 
 #include "base/dialogs.h"

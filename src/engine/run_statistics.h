@@ -1,4 +1,5 @@
 // Last stage of a run: volumes, their difference, and the coefficient of determination.
+// Equations and rules: docs/model.md, section 9.
 #pragma once
 
 #include "base/dialogs.h"

@@ -1,4 +1,5 @@
 // The other form of the third stage: discharge with a custom time lag distribution.
+// Equations and rules: docs/model.md, section 6.
 #pragma once
 
 #include "engine/runoff_day.h"

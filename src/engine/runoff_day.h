@@ -1,4 +1,5 @@
 // What both forms of the discharge stage share: a day's basin input, the heavy rain rule and the recession.
+// Equations and rules: docs/model.md, sections 4 and 7.
 #pragma once
 
 #include "base/dialogs.h"

@@ -1,4 +1,5 @@
 // Third stage of a run: the basin's daily input, its spread by the time lag, and the discharge recursion.
+// Equations and rules: docs/model.md, sections 5, 7 and 8.
 #pragma once
 
 #include "engine/runoff_day.h"

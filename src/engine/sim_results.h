@@ -1,4 +1,5 @@
 // The results table of a run in memory, column by column, and the two orders in which stages walk its rows.
+// Equations and rules: docs/model.md, section 15.
 #pragma once
 
 #include "base/calendar.h"

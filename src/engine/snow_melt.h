@@ -1,5 +1,6 @@
 // Second stage of a run: rain and new snow, the store of new snow and its melt, and the modified depletion
 // curves.
+// Equations and rules: docs/model.md, section 3.
 #pragma once
 
 #include "base/dialogs.h"

@@ -1,4 +1,5 @@
 // First stage of a run: what each zone gets of the basin's inputs, and its degree days.
+// Equations and rules: docs/model.md, section 2.
 #pragma once
 
 #include "base/dialogs.h"
