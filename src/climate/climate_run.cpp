@@ -10,6 +10,7 @@
 #include "engine/snow_melt.h"
 #include "engine/zone_inputs.h"
 #include "engine/zone_totals.h"
+#include "store/basin_marks.h"
 #include "store/table_io.h"
 
 namespace nivora {
@@ -98,7 +99,7 @@ bool reuse_confirmed(ClimateContext context) {
 bool store(ResultsReplacement& replacement, const SimResults& results, RunContext context) {
     try {
         replacement.commit(results);
-        context.basin.results_time = local_now();
+        mark_results_stored(context.basin);
         return true;
     } catch (const StoreError& error) {
         context.dialogs.message(results_fault_message(error));
@@ -124,15 +125,13 @@ void clear_sums(RunState& run) {
 /// After the model of step 1 has run, whatever came of it.
 void mark_started(ClimateContext context) {
     BasinState& basin = context.run.basin;
-    basin.Input_Changed = true;
-    basin.Basin_Changed = true;
-    basin.Output_Valid = true;
+    mark_evaluation_started(basin);
     context.run.run.LastRunSimulation = basin.Current_Sim_Name;
 }
 
 /// The table holds inputs alone.
 void mark_without_results(ClimateContext context) {
-    context.run.basin.Output_Valid = false;
+    mark_output_invalid(context.run.basin);
     context.run.run.LastRunSimulation.clear();
     context.run.run.results_enabled = false;
 }
@@ -160,7 +159,7 @@ StepOutcome first_step_on_scenario(BasinDatabase& database, ClimateContext conte
         return Apply_Scenario(file, results, basin, context.climate.scenario, dialogs);
     };
     BuiltResults built = Build_SimResults(database, basin, context.run.run, dialogs, apply);
-    if (built.replacement) basin.Basin_Changed = true;
+    if (built.replacement) mark_basin_changed(basin);
     if (built.Status == 1) {
         if (!built.replacement) return StepOutcome::Refused;
         if (store(*built.replacement, built.results, context.run)) mark_without_results(context);
@@ -368,20 +367,18 @@ void end_climate_step(ClimateContext context, int step, StepOutcome outcome) {
     run.results_enabled = false;
     run.LastRunSimulation.clear();
     if (outcome == StepOutcome::Suspended) {
-        basin.Output_Valid = false;
+        mark_output_invalid(basin);
         return;
     }
     context.climate.steps_done = step;
-    basin.Input_Changed = false;
-    basin.results_outdated = false;
+    mark_results_current(basin);
     run.results_enabled = true;
-    basin.Output_Valid = true;
     run.LastRunSimulation = basin.Current_Sim_Name;
 }
 
 void end_climate(ClimateContext context, bool aborted) {
     if (aborted) context.run.run.ClimateStep = 0;
-    if (context.run.run.ClimateStep < k_climate_steps) context.run.basin.Output_Valid = false;
+    if (context.run.run.ClimateStep < k_climate_steps) mark_output_invalid(context.run.basin);
 }
 
 std::string climate_step_caption(int step) {

@@ -1,5 +1,7 @@
 #include "engine/results_summary.h"
 
+#include "store/basin_marks.h"
+
 #include <fmt/format.h>
 
 namespace nivora {
@@ -8,8 +10,6 @@ namespace {
 std::string moment_text(double moment) {
     return short_date_text(whole_day(moment)) + " " + time_text(moment);
 }
-
-bool inputs_changed(const BasinState& basin) { return basin.Input_Changed || basin.results_outdated; }
 
 }  // namespace
 
@@ -50,14 +50,14 @@ std::string results_status(const BasinState& basin, const RunState& run) {
     const std::string time = moment_text(*basin.results_time);
     if (run.LastRunSimulation.empty()) return fmt::format("The run of {} did not reach its end", time);
     const std::string whose = fmt::format("Results of '{}', run of {}", run.LastRunSimulation, time);
-    return inputs_changed(basin) ? whose + "; inputs have changed since, run it again" : whose;
+    return inputs_changed_since_run(basin) ? whose + "; inputs have changed since, run it again" : whose;
 }
 
 std::string statistics_status(const BasinState& basin, double shown, const std::string& period) {
     if (basin.results_time != shown)
         return fmt::format("Out of date: statistics of the run of {}; the results are of another run",
                            moment_text(shown));
-    if (inputs_changed(basin))
+    if (inputs_changed_since_run(basin))
         return fmt::format("Out of date: inputs have changed since the run of {}", moment_text(shown));
     return period;
 }

@@ -1,6 +1,7 @@
 #include "engine/runoff_day.h"
 
 #include "base/number_text.h"
+#include "store/basin_marks.h"
 
 #include <algorithm>
 
@@ -24,8 +25,7 @@ float threshold_of(BasinState& basin) {
         return *simulation->precipitation_threshold;
     const float threshold = basin.Units_Code == Units::English ? k_threshold_inches : k_threshold_cm;
     if (simulation != nullptr) simulation->precipitation_threshold = threshold;
-    basin.Basin_Changed = true;
-    basin.Input_Changed = true;
+    mark_input_changed(basin);
     return threshold;
 }
 

@@ -1,6 +1,7 @@
 #include "prep/daily_records.h"
 
 #include "base/single.h"
+#include "store/basin_marks.h"
 #include "store/table_io.h"
 #include "store/whole_work.h"
 

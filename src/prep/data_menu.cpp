@@ -2,6 +2,7 @@
 
 #include "prep/daily_editor.h"
 #include "prep/daily_records.h"
+#include "store/basin_marks.h"
 #include "store/run_period.h"
 #include "store/table_io.h"
 

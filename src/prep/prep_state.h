@@ -80,11 +80,4 @@ struct PrepContext {
     Dialogs& dialogs;
 };
 
-/// What every edit of the basin's data and definitions leaves: the basin differs from its file, and the
-/// results from what it holds.
-inline void mark_input_changed(BasinState& basin) {
-    basin.Basin_Changed = true;
-    basin.Input_Changed = true;
-}
-
 }  // namespace nivora

@@ -5,6 +5,7 @@
 #include "prep/daily_records.h"
 #include "prep/simulation_grid.h"
 #include "prep/simulation_names.h"
+#include "store/basin_marks.h"
 #include "store/run_period.h"
 #include "store/scenario_placeholder.h"
 #include "store/table_io.h"

@@ -4,6 +4,7 @@
 #include "base/number_text.h"
 #include "base/single.h"
 #include "base/text.h"
+#include "store/basin_marks.h"
 #include "store/run_period.h"
 #include "store/table_io.h"
 

@@ -3,6 +3,7 @@
 #include "prep/sim_options.h"
 #include "prep/simulation_grid.h"
 #include "prep/simulation_names.h"
+#include "store/basin_marks.h"
 
 namespace nivora {
 

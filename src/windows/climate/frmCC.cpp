@@ -2,6 +2,7 @@
 
 #include "prep/daily_editor.h"
 #include "session/main_window_rules.h"
+#include "store/basin_marks.h"
 #include "store/table_io.h"
 #include "widgets/controls.h"
 #include "widgets/edit_target.h"
@@ -197,7 +198,7 @@ void frmCC::read_scenarios(const std::string& shown) {
         const std::size_t before = rows();
         found = open_scenarios(database, session().basin.Current_Sim_Name, session().dialogs);
         // References that led nowhere are gone from the file.
-        if (rows() != before) session().basin.Basin_Changed = true;
+        if (rows() != before) mark_basin_changed(session().basin);
     }
     // What was typed into the scenarios that remain goes on waiting for Done.
     for (Scenario& scenario : found) {
@@ -311,7 +312,7 @@ bool frmCC::eventFilter(QObject* watched, QEvent* event) {
 
 void frmCC::mark_changed() {
     edited_ = true;
-    session().basin.Input_Changed = true;
+    mark_input_edited(session().basin);
 }
 
 bool frmCC::store_all() {
@@ -347,8 +348,7 @@ void frmCC::add_scenario() {
         session().dialogs.stop(error.what());
         return;
     }
-    session().basin.Basin_Changed = true;
-    session().basin.Input_Changed = true;
+    mark_input_changed(session().basin);
 }
 
 void frmCC::remove_scenario() {
@@ -367,8 +367,7 @@ void frmCC::remove_scenario() {
         session().dialogs.stop(error.what());
         return;
     }
-    session().basin.Basin_Changed = true;
-    session().basin.Input_Changed = true;
+    mark_input_changed(session().basin);
 }
 
 void frmCC::view_variables() {
@@ -392,7 +391,7 @@ void frmCC::view_variables() {
 void frmCC::done() {
     grid_->commit_editor();
     if (!settle_winter_end() || !store_all()) return;
-    session().basin.Basin_Changed = true;
+    mark_basin_changed(session().basin);
     finished_ = true;
     close();
 }

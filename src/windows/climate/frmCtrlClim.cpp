@@ -5,6 +5,7 @@
 #include "engine/results_summary.h"
 #include "prep/simulation_names.h"
 #include "session/main_window_rules.h"
+#include "store/basin_marks.h"
 #include "store/table_io.h"
 #include "widgets/busy_pointer.h"
 #include "widgets/controls.h"
@@ -221,7 +222,7 @@ void frmCtrlClim::done() {
 void frmCtrlClim::name_results() {
     try {
         BasinDatabase database{session().basin.Work_File, Access::ReadWrite};
-        if (Name_Results_Table(database, session().dialogs)) session().basin.Basin_Changed = true;
+        if (Name_Results_Table(database, session().dialogs)) mark_basin_changed(session().basin);
     } catch (const StoreError& error) {
         session().dialogs.stop(error.what());
     }

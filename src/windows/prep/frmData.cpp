@@ -3,6 +3,7 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "engine/results_summary.h"
+#include "store/basin_marks.h"
 #include "widgets/controls.h"
 #include "widgets/grid_status.h"
 #include "widgets/grid_view.h"
@@ -266,11 +267,9 @@ void frmData::done() {
         return;
     }
     if (changed) {
-        BasinState& basin = session().basin;
-        basin.Output_Valid = false;
+        mark_output_invalid(session().basin);
         session().run.ClimateStep = 0;
-        basin.Basin_Changed = true;
-        basin.Input_Changed = true;
+        mark_input_changed(session().basin);
     }
     finished_ = true;
     close();

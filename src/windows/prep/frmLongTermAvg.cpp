@@ -1,5 +1,6 @@
 #include "windows/prep/frmLongTermAvg.h"
 
+#include "store/basin_marks.h"
 #include "widgets/controls.h"
 #include "widgets/grid_status.h"
 #include "widgets/grid_view.h"
@@ -126,8 +127,7 @@ void frmLongTermAvg::recalculate() {
     }
     Show_Zone_Months(zone_->value());
     grid_->fit_columns();
-    session().basin.Basin_Changed = true;
-    session().basin.Input_Changed = true;
+    mark_input_changed(session().basin);
 }
 
 void frmLongTermAvg::accept() {
@@ -138,11 +138,8 @@ void frmLongTermAvg::accept() {
         session().dialogs.stop(error.what());
         return;
     }
-    if (months_->edited_by_user()) {
-        session().basin.Basin_Changed = true;
-        session().basin.Input_Changed = true;
-    }
-    session().basin.Output_Valid = false;
+    if (months_->edited_by_user()) mark_input_changed(session().basin);
+    mark_output_invalid(session().basin);
     done_ = true;
     close();
 }

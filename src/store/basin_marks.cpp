@@ -1,0 +1,63 @@
+#include "store/basin_marks.h"
+
+namespace nivora {
+
+void mark_basin_changed(BasinState& basin) { basin.Basin_Changed = true; }
+
+void mark_input_changed(BasinState& basin) {
+    basin.Basin_Changed = true;
+    basin.Input_Changed = true;
+}
+
+void mark_input_edited(BasinState& basin) { basin.Input_Changed = true; }
+
+void mark_output_invalid(BasinState& basin) { basin.Output_Valid = false; }
+
+void mark_results_stored(BasinState& basin) { basin.results_time = local_now(); }
+
+void mark_results_current(BasinState& basin) {
+    basin.Input_Changed = false;
+    basin.results_outdated = false;
+    basin.Output_Valid = true;
+}
+
+void mark_evaluation_started(BasinState& basin) {
+    mark_input_changed(basin);
+    basin.Output_Valid = true;
+}
+
+void mark_unchanged(BasinState& basin) {
+    basin.Basin_Changed = false;
+    basin.Input_Changed = false;
+}
+
+void mark_inputs_unchanged(BasinState& basin) { basin.Input_Changed = false; }
+
+void keep_results_outdated(BasinState& basin) {
+    if (basin.Input_Changed) basin.results_outdated = true;
+}
+
+void mark_saved(BasinState& basin) {
+    keep_results_outdated(basin);
+    mark_unchanged(basin);
+}
+
+void mark_opened(BasinState& basin) {
+    basin.Basin_Changed = false;
+    basin.Output_Valid = false;
+    basin.results_outdated = false;
+    basin.results_time.reset();
+}
+
+UnsavedMarks unsaved_marks(const BasinState& basin) { return {basin.Basin_Changed, basin.Input_Changed}; }
+
+void restore_marks(BasinState& basin, const UnsavedMarks& marks) {
+    basin.Basin_Changed = marks.Basin_Changed;
+    basin.Input_Changed = marks.Input_Changed;
+}
+
+bool inputs_changed_since_run(const BasinState& basin) {
+    return basin.Input_Changed || basin.results_outdated;
+}
+
+}  // namespace nivora
