@@ -21,13 +21,17 @@ struct Case {
           days(static_cast<int>(state.range(1))),
           basin(bench_basin(zones, days)),
           run(bench_run(days)),
-          results(bench_results(zones, days)) {}
+          inputs(basin_inputs(basin)),
+          results(bench_results(zones, days)),
+          rows(run_rows(results, run.RunStart, run.RunEnd)) {}
 
     int zones;
     int days;
     BasinState basin;
     RunState run;
+    BasinInputs inputs;
     SimResults results;
+    RunRows rows;
     ScriptedDialogs dialogs;
 };
 
@@ -47,7 +51,8 @@ void all_stages(benchmark::State& state) {
 void zone_inputs(benchmark::State& state) {
     Case basin{state};
     for (auto _ : state) {
-        benchmark::DoNotOptimize(Zone_Inputs(basin.results, basin.basin, basin.run, basin.dialogs));
+        benchmark::DoNotOptimize(
+            Zone_Inputs(basin.results, basin.rows, basin.inputs, basin.run, basin.dialogs));
     }
     per_zone_day(state, basin);
 }
@@ -55,7 +60,7 @@ void zone_inputs(benchmark::State& state) {
 void snow_melt(benchmark::State& state) {
     Case basin{state};
     run_stages(basin.results, basin.basin, basin.run, basin.dialogs);
-    for (auto _ : state) Snow_Melt(basin.results, basin.basin, basin.run, basin.dialogs);
+    for (auto _ : state) Snow_Melt(basin.results, basin.rows, basin.inputs, basin.run, basin.dialogs);
     per_zone_day(state, basin);
 }
 
@@ -63,7 +68,8 @@ void runoff(benchmark::State& state) {
     Case basin{state};
     run_stages(basin.results, basin.basin, basin.run, basin.dialogs);
     for (auto _ : state) {
-        benchmark::DoNotOptimize(Runoff_Simulation(basin.results, basin.basin, basin.run, basin.dialogs));
+        benchmark::DoNotOptimize(
+            Runoff_Simulation(basin.results, basin.rows, basin.inputs, basin.run, basin.dialogs));
     }
     per_zone_day(state, basin);
 }
@@ -73,7 +79,8 @@ void runoff_custom_lag(benchmark::State& state) {
     basin.run.LagDistribution = {3.0F, 0.5F, 0.3F, 0.2F};
     run_stages(basin.results, basin.basin, basin.run, basin.dialogs);
     for (auto _ : state) {
-        benchmark::DoNotOptimize(Runoff_Custom_Lag(basin.results, basin.basin, basin.run, basin.dialogs));
+        benchmark::DoNotOptimize(
+            Runoff_Custom_Lag(basin.results, basin.rows, basin.inputs, basin.run, basin.dialogs));
     }
     per_zone_day(state, basin);
 }
@@ -82,7 +89,7 @@ void statistics(benchmark::State& state) {
     Case basin{state};
     run_stages(basin.results, basin.basin, basin.run, basin.dialogs);
     for (auto _ : state) {
-        benchmark::DoNotOptimize(Run_Statistics(basin.results, basin.run, basin.dialogs));
+        benchmark::DoNotOptimize(Run_Statistics(basin.results, basin.rows, basin.run, basin.dialogs));
     }
     per_zone_day(state, basin);
 }

@@ -216,9 +216,11 @@ bool third_step(SimResults& results, ClimateContext context) {
 bool fourth_step(SimResults& results, ClimateContext context) {
     auto& [basin, run, dialogs] = context.run;
     run.InitialRunoff = run.FinalQ[1];
-    const bool inputs = Zone_Inputs(results, basin, run, dialogs);
-    Snow_Melt(results, basin, run, dialogs);
-    return inputs;
+    const RunRows rows = run_rows(results, run.RunStart, run.RunEnd);
+    const BasinInputs inputs = basin_inputs(basin);
+    const bool reached_end = Zone_Inputs(results, rows, inputs, run, dialogs);
+    Snow_Melt(results, rows, inputs, run, dialogs);
+    return reached_end;
 }
 
 WinterReport new_report(ClimateContext context) {

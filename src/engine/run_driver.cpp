@@ -222,11 +222,13 @@ bool Run_Model(SimResults& results, RunContext context, StatisticsReach& statist
     auto& [basin, run, dialogs] = context;
     statistics = StatisticsReach::Nothing;
     const RunRows rows = run_rows(results, run.RunStart, run.RunEnd);
-    if (!Zone_Inputs(results, rows, basin, run, dialogs)) return false;
-    Snow_Melt(results, rows, basin, run, dialogs);
+    BasinInputs inputs = basin_inputs(basin);
+    if (!Zone_Inputs(results, rows, inputs, run, dialogs)) return false;
+    Snow_Melt(results, rows, inputs, run, dialogs);
+    inputs.precipitation_threshold = settle_precipitation_threshold(basin);
     const bool custom_lag = run.LagDistribution[0] > 0.0F;
-    const bool reached_end = custom_lag ? Runoff_Custom_Lag(results, rows, basin, run, dialogs)
-                                        : Runoff_Simulation(results, rows, basin, run, dialogs);
+    const bool reached_end = custom_lag ? Runoff_Custom_Lag(results, rows, inputs, run, dialogs)
+                                        : Runoff_Simulation(results, rows, inputs, run, dialogs);
     if (const auto note = runoff_below_zero(results, rows, run)) run.notes.push_back(*note);
     if (reached_end) statistics = Run_Statistics(results, rows, run, dialogs);
     return reached_end;

@@ -21,9 +21,4 @@ namespace nivora {
 StatisticsReach Run_Statistics(const SimResults& results, const RunRows& rows, RunState& run,
                                Dialogs& dialogs);
 
-/// The same, with the rows of the run's period looked up.
-inline StatisticsReach Run_Statistics(const SimResults& results, RunState& run, Dialogs& dialogs) {
-    return Run_Statistics(results, run_rows(results, run.RunStart, run.RunEnd), run, dialogs);
-}
-
 }  // namespace nivora

@@ -40,31 +40,29 @@ std::vector<double> daily_inputs(const StepColumns& columns, const RunoffBasin& 
 
 /// The inputs of a run have room for two days more than the simulation's period, and no more: rows of zones
 /// that the basin does not have make more days than that, and those days bring no input.
-std::size_t days_with_input(const BasinState& basin) {
-    const Simulation* simulation = basin.current_simulation();
-    if (simulation == nullptr || !simulation->start || !simulation->end)
-        return std::numeric_limits<std::size_t>::max();
-    return static_cast<std::size_t>(std::max<DayCount>(0, *simulation->end - *simulation->start + 3));
+std::size_t days_with_input(const BasinInputs& inputs) {
+    if (!inputs.start || !inputs.end) return std::numeric_limits<std::size_t>::max();
+    return static_cast<std::size_t>(std::max<DayCount>(0, *inputs.end - *inputs.start + 3));
 }
 
 }  // namespace
 
-bool Runoff_Custom_Lag(SimResults& results, const RunRows& rows, BasinState& basin, RunState& run,
+bool Runoff_Custom_Lag(SimResults& results, const RunRows& rows, const BasinInputs& inputs, RunState& run,
                        Dialogs& dialogs) {
     const StepColumns columns = step_columns(results, run.ClimateStep);
-    const RunoffBasin constants = runoff_basin(basin);
+    const RunoffBasin constants = runoff_basin(inputs);
     const std::vector<DayRows> days = days_of(rows.by_day, constants.zones);
-    const std::vector<double> inputs = daily_inputs(columns, constants, days, run);
+    const std::vector<double> flows = daily_inputs(columns, constants, days, run);
     if (days.empty()) return true;
 
-    const std::size_t room = days_with_input(basin);
-    LagQueue queue{lag_weights(run.LagDistribution), inputs.front()};
+    const std::size_t room = days_with_input(inputs);
+    LagQueue queue{lag_weights(run.LagDistribution), flows.front()};
     Recession recession{run.InitialRunoff};
     double rain_share = 0.0;
     double lagged = 0.0;
     for (std::size_t day = 0; day < days.size(); ++day) {
         const std::size_t row = days[day].front();
-        const std::optional<double> input = day < room ? std::optional{inputs[day]} : std::nullopt;
+        const std::optional<double> input = day < room ? std::optional{flows[day]} : std::nullopt;
         if (input) assign_field(columns.total_melt[row], *input);
         const bool wet = columns.precipitation[row] >= constants.threshold;
         if (wet && is_heavy_on_average(columns, constants, days[day], rain_share))

@@ -15,13 +15,7 @@ namespace nivora {
 /// first day's input replaces the missing ones.
 ///
 /// @return false where the user cancelled
-[[nodiscard]] bool Runoff_Custom_Lag(SimResults& results, const RunRows& rows, BasinState& basin,
+[[nodiscard]] bool Runoff_Custom_Lag(SimResults& results, const RunRows& rows, const BasinInputs& inputs,
                                      RunState& run, Dialogs& dialogs);
-
-/// The same, with the rows of the run's period looked up.
-[[nodiscard]] inline bool Runoff_Custom_Lag(SimResults& results, BasinState& basin, RunState& run,
-                                            Dialogs& dialogs) {
-    return Runoff_Custom_Lag(results, run_rows(results, run.RunStart, run.RunEnd), basin, run, dialogs);
-}
 
 }  // namespace nivora

@@ -1,16 +1,15 @@
 #include "engine/runoff_day.h"
 
-#include "base/number_text.h"
-#include "store/basin_marks.h"
-
 #include <algorithm>
 
 namespace nivora {
 namespace {
 
 constexpr double k_seconds_a_day = 86400.0;
-constexpr float k_threshold_cm = 6.0F;
-constexpr float k_threshold_inches = 2.36F;
+constexpr double k_feet_an_inch = 0.0833;  // Intended: a twelfth, cut to four decimals.
+constexpr double k_metres_a_centimetre = 0.01;
+constexpr double k_square_feet_a_square_mile = 27878400.0;
+constexpr double k_square_metres_a_square_kilometre = 1000000.0;
 constexpr double k_smallest_share = 0.01;
 constexpr double k_high_flow_factor = 4.0;
 
@@ -18,16 +17,6 @@ constexpr const char* k_recession_text =
     " Present x, y recession coefficient values result in k => 1 which was replaced by the limit k = 0.99 in "
     "order to "
     "avoid impossible results.  The user is advised to select new x and y values to keep k < 1. ";
-
-float threshold_of(BasinState& basin) {
-    Simulation* simulation = basin.current_simulation();
-    if (simulation != nullptr && simulation->precipitation_threshold)
-        return *simulation->precipitation_threshold;
-    const float threshold = basin.Units_Code == Units::English ? k_threshold_inches : k_threshold_cm;
-    if (simulation != nullptr) simulation->precipitation_threshold = threshold;
-    mark_input_changed(basin);
-    return threshold;
-}
 
 void add_climate_sums(RunState& run, std::size_t zone, float zonal_melt, float new_melt, float rain) {
     if (run.ClimateStep < 1 || run.ClimateStep > 3) return;
@@ -49,24 +38,22 @@ void add_climate_sums(RunState& run, std::size_t zone, float zonal_melt, float n
 
 }  // namespace
 
-RunoffBasin runoff_basin(BasinState& basin) {
+RunoffBasin runoff_basin(const BasinInputs& inputs) {
     RunoffBasin constants;
-    constants.zones = static_cast<std::size_t>(basin.ZoneCount);
-    const Simulation* simulation = basin.current_simulation();
-    const bool english = simulation != nullptr && simulation->units == Units::English;
-    const double depth = (english ? 0.0833 : 0.01) / k_seconds_a_day;
-    const double area_factor = english ? 27878400.0 : 1000000.0;
+    constants.zones = inputs.zones;
+    const bool english = inputs.units == Units::English;
+    const double depth = (english ? k_feet_an_inch : k_metres_a_centimetre) / k_seconds_a_day;
+    const double area_factor = english ? k_square_feet_a_square_mile : k_square_metres_a_square_kilometre;
     constants.areas.assign(constants.zones + 1, 0.0F);
     constants.depth_to_flow.assign(constants.zones + 1, 0.0);
     for (std::size_t zone = 1; zone <= constants.zones; ++zone) {
-        const double area = zone <= basin.zones.size() ? basin.zones[zone - 1].area.value_or(0.0) : 0.0;
-        const auto rounded = static_cast<float>(area);
+        const auto rounded = static_cast<float>(inputs.areas[zone]);
         if (std::isfinite(rounded)) constants.areas[zone] = rounded;
         constants.depth_to_flow[zone] = as_double(constants.areas[zone]) * area_factor * depth;
     }
-    const auto basin_area = static_cast<float>(leading_number(basin.basin_area_text));
+    const auto basin_area = static_cast<float>(inputs.basin_area);
     if (std::isfinite(basin_area)) constants.basin_area = basin_area;
-    constants.threshold = threshold_of(basin);
+    constants.threshold = inputs.precipitation_threshold.value_or(0.0F);
     return constants;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "base/dialogs.h"
+#include "engine/basin_inputs.h"
 #include "engine/run_state.h"
 #include "engine/step_columns.h"
 
@@ -34,9 +35,8 @@ struct RunoffBasin {
     float threshold = 0.0F;             ///< daily precipitation from which rain counts as heavy, cm or inches
 };
 
-/// Reads areas, units and threshold. An empty threshold takes the default, 6.0 cm or 2.36 inches by the
-/// basin's units, which is written into the simulation and marks the basin as changed.
-[[nodiscard]] RunoffBasin runoff_basin(BasinState& basin);
+/// @param inputs with a settled threshold
+[[nodiscard]] RunoffBasin runoff_basin(const BasinInputs& inputs);
 
 /// The rows of a day, one a zone; fewer on a last day whose rows are incomplete.
 using DayRows = std::span<const std::uint32_t>;

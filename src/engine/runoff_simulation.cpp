@@ -8,12 +8,13 @@ constexpr double k_longest_short_lag = 18.0;
 /// The stage with all that its steps share.
 class RunoffStage {
 public:
-    RunoffStage(SimResults& results, const RunRows& rows, BasinState& basin, RunState& run, Dialogs& dialogs)
+    RunoffStage(SimResults& results, const RunRows& rows, const BasinInputs& inputs, RunState& run,
+                Dialogs& dialogs)
         : results_(results),
           run_(run),
           dialogs_(dialogs),
           columns_(step_columns(results, run.ClimateStep)),
-          basin_(runoff_basin(basin)),
+          basin_(runoff_basin(inputs)),
           days_(days_of(rows.by_day, basin_.zones)),
           recession_(run.InitialRunoff),
           next_update_(run.UpdateInterval) {}
@@ -152,9 +153,9 @@ void LagSpread::release_short(const Day& day) {
     assign_if_number(input_, part2_ + part3 + rest);
 }
 
-bool Runoff_Simulation(SimResults& results, const RunRows& rows, BasinState& basin, RunState& run,
+bool Runoff_Simulation(SimResults& results, const RunRows& rows, const BasinInputs& inputs, RunState& run,
                        Dialogs& dialogs) {
-    return RunoffStage{results, rows, basin, run, dialogs}.work();
+    return RunoffStage{results, rows, inputs, run, dialogs}.work();
 }
 
 }  // namespace nivora

@@ -60,13 +60,7 @@ private:
 /// `ZoneCount` a day. What can't be computed is passed over and its variable keeps what it had.
 ///
 /// @return false where the user cancelled
-[[nodiscard]] bool Runoff_Simulation(SimResults& results, const RunRows& rows, BasinState& basin,
+[[nodiscard]] bool Runoff_Simulation(SimResults& results, const RunRows& rows, const BasinInputs& inputs,
                                      RunState& run, Dialogs& dialogs);
-
-/// The same, with the rows of the run's period looked up.
-[[nodiscard]] inline bool Runoff_Simulation(SimResults& results, BasinState& basin, RunState& run,
-                                            Dialogs& dialogs) {
-    return Runoff_Simulation(results, run_rows(results, run.RunStart, run.RunEnd), basin, run, dialogs);
-}
 
 }  // namespace nivora

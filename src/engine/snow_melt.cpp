@@ -46,11 +46,11 @@ struct SnowRow {
 /// The stage with all that its steps share.
 class SnowStage {
 public:
-    SnowStage(SimResults& results, const BasinState& basin, RunState& run)
+    SnowStage(SimResults& results, const BasinInputs& inputs, RunState& run)
         : results_(results),
           run_(run),
           columns_(step_columns(results, run.ClimateStep)),
-          season_start_(melt_season_start_month(basin.latitude_text)),
+          season_start_(inputs.melt_season_start),
           starts_in_winter_(!in_melt_season(civil_date(run.RunStart).month, season_start_)),
           keeps_store_(run.NoSnow && run.ClimateStep == 0),
           draws_curves_(run.ClimateStep == 0 || run.ClimateStep == 3) {}
@@ -225,9 +225,9 @@ int melt_season_start_month(std::string_view latitude_text) {
 
 bool in_melt_season(int month, int start_month) { return (month - start_month + 12) % 12 < k_season_months; }
 
-void Snow_Melt(SimResults& results, const RunRows& rows, const BasinState& basin, RunState& run,
+void Snow_Melt(SimResults& results, const RunRows& rows, const BasinInputs& inputs, RunState& run,
                Dialogs& dialogs) {
-    SnowStage stage{results, basin, run};
+    SnowStage stage{results, inputs, run};
     try {
         stage.work(rows.by_zone);
     } catch (const Fault& fault) {

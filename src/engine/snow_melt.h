@@ -4,6 +4,7 @@
 #pragma once
 
 #include "base/dialogs.h"
+#include "engine/basin_inputs.h"
 #include "engine/run_state.h"
 #include "engine/sim_results.h"
 
@@ -26,12 +27,7 @@ namespace nivora {
 ///
 /// A fault is shown and ends the stage; the rows before it are written.
 /// Intended: the run goes on, and the next stage meets the empty fields.
-void Snow_Melt(SimResults& results, const RunRows& rows, const BasinState& basin, RunState& run,
+void Snow_Melt(SimResults& results, const RunRows& rows, const BasinInputs& inputs, RunState& run,
                Dialogs& dialogs);
-
-/// The same, with the rows of the run's period looked up.
-inline void Snow_Melt(SimResults& results, const BasinState& basin, RunState& run, Dialogs& dialogs) {
-    Snow_Melt(results, run_rows(results, run.RunStart, run.RunEnd), basin, run, dialogs);
-}
 
 }  // namespace nivora

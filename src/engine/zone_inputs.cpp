@@ -1,6 +1,5 @@
 #include "engine/zone_inputs.h"
 
-#include "base/number_text.h"
 #include "engine/step_columns.h"
 
 #include <cmath>
@@ -10,16 +9,10 @@ namespace nivora {
 namespace {
 
 constexpr int k_degree_day_decimals = 5;
-constexpr std::int16_t k_max_min = 1;  // of the temperature values of a simulation
 
-/// How the simulation at hand gives its inputs.
+/// The inputs of the run in the units of the model.
 struct ZoneInputOptions {
-    bool temperature_max_min = false;
-    bool temperature_basinwide = false;
-    bool precipitation_basinwide = false;
-    bool lapse_basinwide = false;
-    bool critical_basinwide = false;
-    bool coefficients_basinwide = false;
+    const BasinInputs& given;
     double degree_base = 0.0;
     std::vector<float> lapse_steps;  // by zone, in the unit of the lapse rate; index 0 is not used
 };
@@ -37,14 +30,11 @@ struct BasinValues {
 enum class Phase { Variables, Parameters };
 
 /// Elevation differences in the unit that lapse rates refer to; the quotient is a Single.
-std::vector<float> lapse_steps(const BasinState& basin, const UnitSystem& units) {
-    const auto reference = to_single(leading_number(basin.reference_elevation_text));
-    std::vector<float> steps(static_cast<std::size_t>(basin.ZoneCount) + 1, 0.0F);
-    for (std::size_t zone = 1; zone < steps.size(); ++zone) {
-        const bool known = zone <= basin.zones.size();
-        const double elevation = known ? basin.zones[zone - 1].elevation.value_or(0.0) : 0.0;
-        steps[zone] = to_single(as_double(reference) - elevation) / units.lapse_unit;
-    }
+std::vector<float> lapse_steps(const BasinInputs& inputs, const UnitSystem& units) {
+    const float reference = to_single(inputs.reference_elevation);
+    std::vector<float> steps(inputs.elevations.size(), 0.0F);
+    for (std::size_t zone = 1; zone < steps.size(); ++zone)
+        steps[zone] = to_single(as_double(reference) - inputs.elevations[zone]) / units.lapse_unit;
     return steps;
 }
 
@@ -55,20 +45,6 @@ float carried_degree_days(double degree_base, float temperature, float steps, fl
     const double rounded = round_half_even(as_double(to_single_field(carried)), k_degree_day_decimals);
     const float degree_days = to_single_field(rounded);
     return degree_days < 0.0F ? 0.0F : degree_days;
-}
-
-ZoneInputOptions read_options(const Simulation& simulation, const BasinState& basin,
-                              const UnitSystem& units) {
-    ZoneInputOptions options;
-    options.temperature_max_min = simulation.temperature_values == k_max_min;
-    options.temperature_basinwide = simulation.temperature == Distribution::Basinwide;
-    options.precipitation_basinwide = simulation.precipitation == Distribution::Basinwide;
-    options.lapse_basinwide = simulation.lapse_rate == Distribution::Basinwide;
-    options.critical_basinwide = simulation.critical_temperature == Distribution::Basinwide;
-    options.coefficients_basinwide = simulation.runoff_coefficients == Distribution::Basinwide;
-    options.degree_base = as_double(units.degree_base);
-    options.lapse_steps = lapse_steps(basin, units);
-    return options;
 }
 
 float steps_of(const ZoneInputOptions& options, std::int16_t zone) {
@@ -82,7 +58,7 @@ float steps_of(const ZoneInputOptions& options, std::int16_t zone) {
 float mean_temperature(const ZoneInputOptions& options, const StepColumns& columns, std::size_t row,
                        bool first, BasinValues& basin) {
     const float given = columns.average_temperature[row];
-    if (options.temperature_max_min) {
+    if (options.given.temperature_max_min) {
         if (!first) return basin.temperature;
         const float mean = to_single(
             (as_double(columns.maximum_temperature[row]) + as_double(columns.minimum_temperature[row])) /
@@ -94,11 +70,11 @@ float mean_temperature(const ZoneInputOptions& options, const StepColumns& colum
         basin.temperature = required(given);
         return given;
     }
-    return options.temperature_basinwide ? basin.temperature : given;
+    return options.given.temperature_basinwide ? basin.temperature : given;
 }
 
 float degree_days_of(const ZoneInputOptions& options, float average, float lapse, std::int16_t zone) {
-    if (options.temperature_basinwide) {
+    if (options.given.temperature_basinwide) {
         return required(carried_degree_days(options.degree_base, average, steps_of(options, zone), lapse));
     }
     const float degree_days = to_single_field(as_double(average) - options.degree_base);
@@ -118,9 +94,9 @@ void keep_basin_values(const StepColumns& columns, std::size_t row, BasinValues&
 /// zone's row, which has the same effect.
 void spread_basin_values(const ZoneInputOptions& options, const BasinValues& basin,
                          const StepColumns& columns, std::size_t row) {
-    if (options.precipitation_basinwide) columns.precipitation[row] = basin.precipitation;
-    if (options.critical_basinwide) columns.critical_temperature[row] = basin.critical;
-    if (options.coefficients_basinwide) {
+    if (options.given.precipitation_basinwide) columns.precipitation[row] = basin.precipitation;
+    if (options.given.critical_temperature_basinwide) columns.critical_temperature[row] = basin.critical;
+    if (options.given.runoff_coefficients_basinwide) {
         columns.snow_coefficient[row] = basin.snow_coefficient;
         columns.rain_coefficient[row] = basin.rain_coefficient;
     }
@@ -135,7 +111,7 @@ void work_row(const ZoneInputOptions& options, const StepColumns& columns, std::
 
     phase = Phase::Parameters;
     if (first) basin.lapse = required(columns.lapse_rate[row]);
-    const float lapse = options.lapse_basinwide ? basin.lapse : columns.lapse_rate[row];
+    const float lapse = options.given.lapse_rate_basinwide ? basin.lapse : columns.lapse_rate[row];
     const float degree_days = degree_days_of(options, average, lapse, zone);
     if (first) {
         keep_basin_values(columns, row, basin);
@@ -152,13 +128,13 @@ void work_row(const ZoneInputOptions& options, const StepColumns& columns, std::
 std::string missing_field(const ZoneInputOptions& options, const StepColumns& columns, std::size_t row,
                           bool first) {
     const auto missing = [row](const auto& column) { return is_missing(column[row]); };
-    if (options.temperature_max_min) {
+    if (options.given.temperature_max_min) {
         if (first && missing(columns.maximum_temperature)) return "Tmax";
         if (first && missing(columns.minimum_temperature)) return "Tmin";
-    } else if ((first || !options.temperature_basinwide) && missing(columns.average_temperature)) {
+    } else if ((first || !options.given.temperature_basinwide) && missing(columns.average_temperature)) {
         return "Tavg";
     }
-    if ((first || !options.lapse_basinwide) && missing(columns.lapse_rate)) return "LapseRate";
+    if ((first || !options.given.lapse_rate_basinwide) && missing(columns.lapse_rate)) return "LapseRate";
     if (!first) return {};
     if (missing(columns.precipitation)) return "Precip";
     if (missing(columns.critical_temperature)) return "Tcrit";
@@ -201,17 +177,15 @@ std::optional<float> zone_degree_days(const UnitSystem& units, float station_tem
     return degree_days;
 }
 
-bool Zone_Inputs(SimResults& results, const RunRows& rows, const BasinState& basin, RunState& run,
+bool Zone_Inputs(SimResults& results, const RunRows& rows, const BasinInputs& inputs, RunState& run,
                  Dialogs& dialogs) {
     Phase phase = Phase::Variables;
     std::optional<std::size_t> at;
-    const Simulation* current = basin.current_simulation();
-    const Simulation simulation = current != nullptr ? *current : Simulation{};
-    const UnitSystem units = unit_system(simulation.units);
+    const UnitSystem units = unit_system(inputs.units);
     const StepColumns columns = step_columns(results, run.ClimateStep);
-    ZoneInputOptions options;
+    ZoneInputOptions options{.given = inputs, .degree_base = as_double(units.degree_base), .lapse_steps = {}};
     try {
-        options = read_options(simulation, basin, units);
+        options.lapse_steps = lapse_steps(inputs, units);
         run.LapseUnit = units.lapse_unit;
         if (rows.by_day.empty()) throw no_record_fault();
         BasinValues basin_values;

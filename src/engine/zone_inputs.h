@@ -3,6 +3,7 @@
 #pragma once
 
 #include "base/dialogs.h"
+#include "engine/basin_inputs.h"
 #include "engine/run_state.h"
 #include "engine/sim_results.h"
 
@@ -40,13 +41,7 @@ struct UnitSystem {
 /// @return true at the end of a clean pass; false after a fault, which has been shown. The rows before the
 /// faulty one
 ///         keep what they got.
-[[nodiscard]] bool Zone_Inputs(SimResults& results, const RunRows& rows, const BasinState& basin,
+[[nodiscard]] bool Zone_Inputs(SimResults& results, const RunRows& rows, const BasinInputs& inputs,
                                RunState& run, Dialogs& dialogs);
-
-/// The same, with the rows of the run's period looked up.
-[[nodiscard]] inline bool Zone_Inputs(SimResults& results, const BasinState& basin, RunState& run,
-                                      Dialogs& dialogs) {
-    return Zone_Inputs(results, run_rows(results, run.RunStart, run.RunEnd), basin, run, dialogs);
-}
 
 }  // namespace nivora

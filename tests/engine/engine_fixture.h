@@ -3,8 +3,11 @@
 
 #include "base/calendar.h"
 #include "base/scripted_dialogs.h"
-#include "engine/run_state.h"
-#include "engine/sim_results.h"
+#include "engine/run_statistics.h"
+#include "engine/runoff_custom_lag.h"
+#include "engine/runoff_simulation.h"
+#include "engine/snow_melt.h"
+#include "engine/zone_inputs.h"
 #include "store/basin_store.h"
 #include "store/table_io.h"
 
@@ -128,6 +131,21 @@ protected:
             fill(*column, 0.0);
         }
     }
+
+    // The stages on the rows of the run's period.
+    [[nodiscard]] bool zone_inputs() { return Zone_Inputs(table, rows(), basin_inputs(basin), run, dialogs); }
+    void snow_melt() { Snow_Melt(table, rows(), basin_inputs(basin), run, dialogs); }
+    [[nodiscard]] bool runoff_simulation() {
+        settle_precipitation_threshold(basin);
+        return Runoff_Simulation(table, rows(), basin_inputs(basin), run, dialogs);
+    }
+    [[nodiscard]] bool runoff_custom_lag() {
+        settle_precipitation_threshold(basin);
+        return Runoff_Custom_Lag(table, rows(), basin_inputs(basin), run, dialogs);
+    }
+    StatisticsReach run_statistics() { return Run_Statistics(table, rows(), run, dialogs); }
+
+    [[nodiscard]] RunRows rows() const { return run_rows(table, run.RunStart, run.RunEnd); }
 
     /// The row of a zone and a day of the table, both from 1.
     [[nodiscard]] std::size_t at(int zone, int day) const {

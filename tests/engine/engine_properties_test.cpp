@@ -53,7 +53,7 @@ protected:
         };
         Simulation& options = simulation();
         options.units = static_cast<Units>(whole_between(0, 1));
-        options.temperature_values = static_cast<Units>(whole_between(0, 1));
+        options.temperature_values = static_cast<std::int16_t>(whole_between(0, 1));
         options.temperature = distribution(), options.precipitation = distribution();
         options.lapse_rate = distribution(), options.runoff_coefficients = distribution();
         options.critical_temperature = distribution();
@@ -91,7 +91,7 @@ protected:
             table.Cpr[day] = static_cast<float>(inputs[day] / 100.0);
             table.LagTime[day] = lags[day];
         }
-        EXPECT_TRUE(Runoff_Simulation(table, basin, run, dialogs));
+        EXPECT_TRUE(runoff_simulation());
         return table.DailyQ;
     }
 
@@ -225,7 +225,7 @@ TEST_F(EngineProperties, AnySequenceOfLagsGivesWhatTheBookkeepingOnPaperGives) {
 TEST_F(EngineProperties, DegreeDaysAreNeverNegative) {
     try_often([&] {
         random_basin();
-        ASSERT_TRUE(Zone_Inputs(table, basin, run, dialogs));
+        ASSERT_TRUE(zone_inputs());
         for (const float degree_days : table.ZoneDD) EXPECT_GE(degree_days, 0.0F);
     });
 }
@@ -233,8 +233,8 @@ TEST_F(EngineProperties, DegreeDaysAreNeverNegative) {
 TEST_F(EngineProperties, NewMeltIsNeverAboveTheStoreAndNoneRunsOffThatDidNotMelt) {
     try_often([&] {
         random_basin();
-        ASSERT_TRUE(Zone_Inputs(table, basin, run, dialogs));
-        Snow_Melt(table, basin, run, dialogs);
+        ASSERT_TRUE(zone_inputs());
+        snow_melt();
         for (std::size_t row = 0; row < table.size(); ++row) {
             EXPECT_LE(table.NewMelt[row], table.SnowOnStore[row]);
             EXPECT_LE(table.NewMelt[row], table.aT[row]);
@@ -257,7 +257,7 @@ TEST_F(EngineProperties, TheRecessionCoefficientStaysBelow1) {
         table.YCoeff[at(1, 1)] = 0.0;
         run.InitialRunoff = static_cast<float>(between(0.01, 1000.0));
         dialogs.then(Answer::Ok);
-        ASSERT_TRUE(Runoff_Simulation(table, basin, run, dialogs));
+        ASSERT_TRUE(runoff_simulation());
         double former = static_cast<double>(run.InitialRunoff);
         for (const double q : days(table.DailyQ, 1)) {
             EXPECT_LT(q, former);
@@ -272,7 +272,7 @@ TEST_F(EngineProperties, ACustomDistributionOfOneDayAtShare1IsNoSpreadAtAll) {
         const std::vector<double> inputs = random_inputs();
         (void)released(inputs, std::vector<float>(inputs.size(), 6.0F));
         run.LagDistribution = {1.0F, 1.0F};
-        ASSERT_TRUE(Runoff_Custom_Lag(table, basin, run, dialogs));
+        ASSERT_TRUE(runoff_custom_lag());
         EXPECT_EQ(table.DailyQ, inputs);
     });
 }

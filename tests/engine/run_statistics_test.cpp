@@ -23,7 +23,7 @@ protected:
         fill_zone(table.DailyQ, 2, 1e6);
     }
 
-    StatisticsReach reach() { return Run_Statistics(table, run, dialogs); }
+    StatisticsReach reach() { return run_statistics(); }
     bool go() { return reach() == StatisticsReach::All; }
 
     void keep_former_values() {

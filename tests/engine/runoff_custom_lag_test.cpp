@@ -38,7 +38,7 @@ protected:
         for (const float value : values) run.LagDistribution[i++] = value;
     }
 
-    bool go() { return Runoff_Custom_Lag(table, basin, run, dialogs); }
+    bool go() { return runoff_custom_lag(); }
 
     std::vector<double> discharge() {
         EXPECT_TRUE(go());

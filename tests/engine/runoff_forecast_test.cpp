@@ -23,7 +23,7 @@ protected:
     }
 
     std::vector<double> discharge() {
-        EXPECT_TRUE(Runoff_Simulation(table, basin, run, dialogs));
+        EXPECT_TRUE(runoff_simulation());
         return days(table.DailyQ, 1);
     }
 };
@@ -77,7 +77,7 @@ TEST_F(RunoffForecast, TakesTheMeasuredDischargeOfTheFirstZonesRow) {
 TEST_F(RunoffForecast, CountsDaysByRowsAlsoWhereADayIsMissing) {
     remove_row(at(1, 2));
 
-    EXPECT_TRUE(Runoff_Simulation(table, basin, run, dialogs));
+    EXPECT_TRUE(runoff_simulation());
 
     // The third day of the table is June 4th.
     EXPECT_THAT(table.DailyQ, ElementsAre(8, 4, 2, 50, 25, 12.5));

@@ -28,7 +28,7 @@ protected:
     }
 
     std::vector<double> discharge() {
-        EXPECT_TRUE(Runoff_Simulation(table, basin, run, dialogs));
+        EXPECT_TRUE(runoff_simulation());
         return days(table.DailyQ, 1);
     }
 

@@ -24,7 +24,7 @@ protected:
         for (auto* column : {&table.Cpr, &table.M1S, &table.ZoneDD, &table.ZoneDDCC}) fill(*column, 0.0);
     }
 
-    bool go() { return Runoff_Simulation(table, basin, run, dialogs); }
+    bool go() { return runoff_simulation(); }
 
     double input_of_day1() {
         EXPECT_TRUE(go());

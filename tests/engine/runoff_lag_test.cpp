@@ -32,7 +32,7 @@ protected:
     /// The lagged input of each day.
     std::vector<double> inputs(std::initializer_list<double> rain, std::initializer_list<double> lags) {
         begin(rain, lags);
-        EXPECT_TRUE(Runoff_Simulation(table, basin, run, dialogs));
+        EXPECT_TRUE(runoff_simulation());
         return table.DailyQ;
     }
 };
@@ -206,7 +206,7 @@ TEST_F(RunoffLag, IsTakenFromTheFirstZoneAlone) {
     fill_zone(table.LagTime, 1, 0.0);
     fill_zone(table.LagTime, 2, 18.0);
 
-    EXPECT_TRUE(Runoff_Simulation(table, basin, run, dialogs));
+    EXPECT_TRUE(runoff_simulation());
 
     EXPECT_EQ(table.DailyQ[at(1, 2)], 175.0);
 }

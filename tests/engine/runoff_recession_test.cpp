@@ -28,7 +28,7 @@ protected:
         fill(table.LagTime, 18.0);
     }
 
-    bool go() { return Runoff_Simulation(table, basin, run, dialogs); }
+    bool go() { return runoff_simulation(); }
 };
 
 TEST_F(RunoffRecession, MixesTheInputWithTheDischargeOfTheDayBefore) {

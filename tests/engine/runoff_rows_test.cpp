@@ -21,7 +21,7 @@ protected:
         fill(table.LagTime, lag);
     }
 
-    bool go() { return Runoff_Simulation(table, basin, run, dialogs); }
+    bool go() { return runoff_simulation(); }
 };
 
 TEST_F(RunoffRows, ARunOfOneDayWorksAndKeepsItsRow) {

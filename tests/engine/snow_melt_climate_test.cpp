@@ -19,7 +19,7 @@ protected:
         for (auto* column : {&table.Tcrit, &table.TcritCC}) fill(*column, 1.0);
     }
 
-    void go() { Snow_Melt(table, basin, run, dialogs); }
+    void go() { snow_melt(); }
 };
 
 /// Step, the melt that runs off of day 1's new snow, and the rain of day 2.

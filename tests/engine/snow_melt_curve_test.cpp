@@ -24,7 +24,7 @@ protected:
         fill(table.Tcrit, 100.0);  // all precipitation is snow
     }
 
-    void go() { Snow_Melt(table, basin, run, dialogs); }
+    void go() { snow_melt(); }
 };
 
 TEST_F(DepletionCurves, StartAtTheSumOfTheDayBeforeTheFirstCover) {

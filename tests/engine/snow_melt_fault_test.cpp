@@ -25,7 +25,7 @@ protected:
         fill(table.Tcrit, 1.0);
     }
 
-    void go() { Snow_Melt(table, basin, run, dialogs); }
+    void go() { snow_melt(); }
 
     static std::string missing(const std::string& day, const std::string& fields) {
         return std::string{k_null_text} + "\nIn zone 1 on " + day + " these values are missing: " + fields +

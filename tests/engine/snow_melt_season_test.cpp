@@ -43,7 +43,7 @@ protected:
         fill(table.AN, 0.5);
     }
 
-    void go() { Snow_Melt(table, basin, run, dialogs); }
+    void go() { snow_melt(); }
 };
 
 TEST_F(SnowStoreInWinter, TakesOnlyWhatFallsOnTheSnowFreePart) {
@@ -283,7 +283,7 @@ TEST_P(WinterByStartMonth, IsThereWhereTheRunStartsOutsideTheSeason) {
     set(table.Precip, 1, {4.0, 0.0, 0.0});
     set(table.SCA, 1, {0.25, 1.0, 0.0});
 
-    Snow_Melt(table, basin, run, dialogs);
+    snow_melt();
 
     const bool north = std::string{latitude} != "-33.5";
     const bool summer = month >= 4 && month <= 9;

@@ -23,7 +23,7 @@ protected:
         fill(table.AN, 0.5);
     }
 
-    void go() { Snow_Melt(table, basin, run, dialogs); }
+    void go() { snow_melt(); }
 };
 
 TEST_F(SnowStoreInSummer, NewSnowWaitsAndMeltsByDegreeDays) {

@@ -95,7 +95,7 @@ class DegreeDaysOfZones : public EngineTest {
 protected:
     void SetUp() override { start(2, date_of(2000, 10, 12), 1); }
 
-    bool go() { return Zone_Inputs(table, basin, run, dialogs); }
+    bool go() { return zone_inputs(); }
 };
 
 TEST_F(DegreeDaysOfZones, EnglishUnitsComeFromTheUnitsOfTheSimulation) {

@@ -25,7 +25,7 @@ class ZoneInputFaults : public EngineTest {
 protected:
     void SetUp() override { start(2, k_first, 2); }
 
-    bool go() { return Zone_Inputs(table, basin, run, dialogs); }
+    bool go() { return zone_inputs(); }
 
     void expect_one_stop(const std::string& text, const std::string& title) {
         ASSERT_EQ(dialogs.messages().size(), 1U);

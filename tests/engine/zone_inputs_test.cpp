@@ -18,7 +18,7 @@ class ZoneInputs : public EngineTest {
 protected:
     void SetUp() override { start(2, k_first, 2); }
 
-    bool go() { return Zone_Inputs(table, basin, run, dialogs); }
+    bool go() { return zone_inputs(); }
 };
 
 TEST_F(ZoneInputs, TheStationTemperatureIsCarriedToTheElevationOfEachZone) {
