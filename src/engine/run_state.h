@@ -40,28 +40,33 @@ enum class StatisticsReach {
     All       ///< the volume difference and R², too
 };
 
-struct RunState {
-    int RunKind = 0;                ///< 0, 1 forecast; 2, 3 simulation; even melt season, odd year round
-    std::string RunTitle;           ///< such as "Year round Simulation"
-    int UpdateInterval = 0;         ///< days between updates of a forecast; 0 for a simulation
-    DayCount RunStart = 0;          ///< first day of the working period
-    DayCount RunEnd = 0;            ///< last day of the working period
-    int ClimateStep = 0;            ///< 0 plain run, 1 to 6 the steps of a climate evaluation
-    float InitialRunoff = 0.0F;     ///< m³/s or ft³/s
-    bool NoSnow = false;            ///< outlives the basin: New and Open leave it
-    std::string ScenarioName;       ///< the climate scenario, empty in a plain run
-    std::string LastRunSimulation;  ///< whose results SimResults holds; empty while a run is going on
-    bool results_enabled = false;   ///< whether the Results entry of the Data menu can be chosen
-
-    /// Days per month, 1 to 12; February is set by each run.
-    std::array<int, 13> MonthDays{0, 31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+/// What a run is asked to do.
+struct RunRequest {
+    int RunKind = 0;             ///< 0, 1 forecast; 2, 3 simulation; even melt season, odd year round
+    std::string RunTitle;        ///< such as "Year round Simulation"
+    int UpdateInterval = 0;      ///< days between updates of a forecast; 0 for a simulation
+    DayCount RunStart = 0;       ///< first day of the working period
+    DayCount RunEnd = 0;         ///< last day of the working period
+    int ClimateStep = 0;         ///< 0 plain run, 1 to 6 the steps of a climate evaluation
+    float InitialRunoff = 0.0F;  ///< m³/s or ft³/s
+    bool NoSnow = false;         ///< outlives the basin: New and Open leave it
+    std::string ScenarioName;    ///< the climate scenario, empty in a plain run
 
     /// Index 0 the number of days N (0 to 6, 0 for none), 1 to N the shares of a day's input that run off on
     /// that day, the day after, and so on. Outlives the basin, and is stored nowhere.
     std::array<float, 8> LagDistribution{};
+};
+
+/// What a run leaves beside the results table.
+struct RunFigures {
+    /// Whose results `SimResults` holds; empty while a run is going on.
+    std::string LastRunSimulation;
+
+    /// Days per month, 1 to 12; February is set by each run.
+    std::array<int, 13> MonthDays{0, 31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
 
     float LapseUnit = 100.0F;      ///< m or ft that the lapse rate refers to
-    float SnowStore = 0.0F;        ///< new snow waiting to melt in the zone at hand, cm or inches of water
+    float SnowStore = 0.0F;        ///< new snow waiting to melt in the last zone, cm or inches of water
     DayCount MeltSeasonStart = 0;  ///< the day before the melt season day that ended the last winter
 
     std::array<float, 7> FinalQ{};  ///< discharge of the last day, by climate step; m³/s or ft³/s
@@ -86,6 +91,11 @@ struct RunState {
     std::array<std::array<float, 5>, k_climate_zones + 1> WinterPrecip{};
 
     std::array<ZoneTotals, k_most_zones> zone_totals{};  ///< zone 1 first
+};
+
+/// Both, and what the menus of the main window take from runs.
+struct RunState : RunRequest, RunFigures {
+    bool results_enabled = false;  ///< whether the Results entry of the Data menu can be chosen
 };
 
 }  // namespace nivora
