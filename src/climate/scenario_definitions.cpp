@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "store/scenario_placeholder.h"
 #include "store/table_io.h"
-#include "store/whole_work.h"
+#include "store/transactions.h"
 
 #include <SQLiteCpp/Statement.h>
 #include <fmt/format.h>
@@ -204,7 +204,7 @@ std::optional<std::string> new_scenario(BasinDatabase& database, const BasinStat
         dialogs.message(*problem);
         return std::nullopt;
     }
-    as_a_whole(database, [&] { make_scenario(database, basin, name); });
+    atomically(database, [&] { make_scenario(database, basin, name); });
     return name;
 }
 
@@ -213,7 +213,7 @@ std::optional<Message> create_scenario(BasinDatabase& database, const BasinState
     std::optional<Message> problem = period_problem(basin);
     if (problem) return problem;
     const std::string wanted{trimmed(name)};
-    as_a_whole_if(database, [&] {
+    atomically_if(database, [&] {
         const auto rows = index_rows(database, basin.Current_Sim_Name);
         if (const StoredIndexRow* stored = find_scenario(rows, wanted)) {
             drop_scenario_table(database, wanted);
@@ -235,7 +235,7 @@ bool delete_scenario(BasinDatabase& database, const std::string& simulation, con
     const Answer answer = dialogs.message(
         {.text = fmt::format("Delete '{}' scenario table?", name), .buttons = Buttons::YesNoCancel});
     if (answer != Answer::Yes) return false;
-    as_a_whole(database, [&] {
+    atomically(database, [&] {
         if (rows.size() > 1) {
             delete_index_row(database, stored->rowid);
         } else {
@@ -259,7 +259,7 @@ void store_scenario(BasinDatabase& database, const Scenario& scenario) {
     StoredIndexRow stored = *found;
     stored.row.winter_end_date = scenario.index.winter_end_date;
     stored.row.comments = scenario.index.comments;
-    as_a_whole(database, [&] {
+    atomically(database, [&] {
         clear_table(database, scenario.index.scenario);
         add_rows<ScenarioRow>(database, scenario_table(scenario.index.scenario), scenario.rows);
         replace_index_row(database, stored);

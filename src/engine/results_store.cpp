@@ -7,12 +7,6 @@
 namespace nivora {
 namespace {
 
-SQLite::Transaction begin(BasinDatabase& database) {
-    return guarded([&] {
-        return SQLite::Transaction{database.sql(), SQLite::TransactionBehavior::IMMEDIATE};
-    });
-}
-
 std::string insert_statement(const TableSchema& table) {
     std::string places;
     for (std::size_t i = 0; i < table.fields.size(); ++i) places += i == 0 ? "?" : ", ?";
@@ -22,7 +16,7 @@ std::string insert_statement(const TableSchema& table) {
 }  // namespace
 
 ResultsReplacement::ResultsReplacement(BasinDatabase& database)
-    : database_(database), transaction_(begin(database)) {
+    : database_(database), transaction_(database) {
     if (database.has_table(k_sim_results)) database.drop_table(k_sim_results);
     database.create_table(sim_results_table());
 }

@@ -2,9 +2,7 @@
 #pragma once
 
 #include "engine/sim_results.h"
-#include "store/database.h"
-
-#include <SQLiteCpp/Transaction.h>
+#include "store/transactions.h"
 
 namespace nivora {
 
@@ -21,7 +19,7 @@ public:
 
 private:
     BasinDatabase& database_;
-    SQLite::Transaction transaction_;
+    HeldTransaction transaction_;
 };
 
 /// Reads the whole table in stored order. @throws StoreError

@@ -4,7 +4,7 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "store/table_io.h"
-#include "store/whole_work.h"
+#include "store/transactions.h"
 
 #include <algorithm>
 #include <cmath>
@@ -174,7 +174,6 @@ struct DailyEditor::Content {
           columns{daily_columns(view, query.fields)},
           updates(columns.size()) {
         query.table = database.existing_table(query.table);
-        database.execute("BEGIN IMMEDIATE");
         days = read_zone(zone);
     }
 
@@ -247,6 +246,7 @@ struct DailyEditor::Content {
     }
 
     BasinDatabase database;
+    HeldTransaction transaction{database};
     DataView view;
     DailyQuery query;
     std::vector<DailyColumn> columns;
@@ -254,7 +254,6 @@ struct DailyEditor::Content {
     ZoneDays days;
     int zone = 1;
     bool changed = false;
-    bool ended = false;
 };
 
 DailyEditor::DailyEditor(const std::filesystem::path& work_file, DataView view, DailyQuery query)
@@ -283,7 +282,7 @@ std::string DailyEditor::refusal(std::size_t column, double value) const {
 
 bool DailyEditor::set_value(std::size_t row, std::size_t column, double value) {
     Content& content = *content_;
-    if (content.ended || content.view == DataView::Scenario || column == 0) return false;
+    if (!content.transaction.is_open() || content.view == DataView::Scenario || column == 0) return false;
     const DailyColumn& shown = content.columns.at(column);
     const auto kept = kept_value(shown.type, value);
     if (!kept || outside_limits(shown, value)) return false;
@@ -305,7 +304,7 @@ void DailyEditor::show_zone(int zone) {
 void DailyEditor::mass_edit(MassEdit edit, std::size_t column, std::size_t first_row, std::size_t last_row,
                             float factor) {
     Content& content = *content_;
-    if (content.ended || content.view == DataView::Scenario)
+    if (!content.transaction.is_open() || content.view == DataView::Scenario)
         throw StoreError(StoreFault::ReadOnly, "These values are for reading only.");
     if (column == 0) throw StoreError(StoreFault::Value, "The days of a table can't be changed.");
     const auto exact_factor = exact_number(single_text(factor));
@@ -313,7 +312,7 @@ void DailyEditor::mass_edit(MassEdit edit, std::size_t column, std::size_t first
     const auto [first, last] = std::minmax({date(first_row), date(last_row)});
     const Period dates{first, last};
     ZoneDays days;
-    as_a_whole(content.database, [&] {
+    atomically(content.database, [&] {
         content.change_all(content.columns.at(column), edit, dates, *exact_factor);
         days = content.read_zone(content.zone);  // refuses what its field can't hold
     });
@@ -325,19 +324,8 @@ void DailyEditor::mass_edit(MassEdit edit, std::size_t column, std::size_t first
 
 bool DailyEditor::changed() const { return content_->changed; }
 
-void DailyEditor::commit() {
-    content_->database.execute("COMMIT");
-    content_->ended = true;
-}
+void DailyEditor::commit() { content_->transaction.commit(); }
 
-void DailyEditor::roll_back() {
-    if (content_->ended) return;
-    content_->ended = true;
-    try {
-        content_->database.execute("ROLLBACK");
-    } catch (const StoreError&) {
-        // A full disk has ended the transaction already.
-    }
-}
+void DailyEditor::roll_back() { content_->transaction.roll_back(); }
 
 }  // namespace nivora

@@ -3,7 +3,7 @@
 #include "base/single.h"
 #include "store/basin_marks.h"
 #include "store/table_io.h"
-#include "store/whole_work.h"
+#include "store/transactions.h"
 
 #include <functional>
 #include <span>
@@ -169,7 +169,7 @@ int add_missing_days(const Work& work, SQLite::Statement insert) {
 void add_empty_days(BasinState& basin, BasinDatabase& database, const Work& work) {
     const std::string name = quoted_name(database.existing_table(work.table));
     int added = 0;
-    as_a_whole(database, [&] {
+    atomically(database, [&] {
         added =
             add_missing_days(work, {database.sql(), "INSERT INTO " + name + " (Zone, Date) VALUES (?, ?)"});
     });
@@ -224,7 +224,7 @@ Answer build_parameter_days(const PrepContext& context, BasinDatabase& database,
     const Answer answer = context.dialogs.message(parameters_question(work.complete()));
     if (answer == Answer::Cancel) return answer;
     const FirstValues values{context.prep.working_record.first_values};
-    as_a_whole(database, [&] { write_first_values(database, work, values); });
+    atomically(database, [&] { write_first_values(database, work, values); });
     mark_input_changed(context.basin);
     return answer;
 }
@@ -281,7 +281,7 @@ Answer Build_Daily_Records(const PrepContext& context, BasinDatabase& database,
 int add_missing_days_as_zeros(BasinDatabase& database, const Period& period, int zones) {
     const Work work{k_physical_data, period, zones, stored_days(database, k_physical_data, period)};
     int added = 0;
-    as_a_whole(database, [&] {
+    atomically(database, [&] {
         added =
             add_missing_days(work, {database.sql(),
                                     "INSERT INTO PhysicalData (Zone, Date, Runoff, Tmax, Tmin, Tavg, Precip, "

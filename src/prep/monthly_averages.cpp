@@ -1,7 +1,7 @@
 #include "prep/monthly_averages.h"
 
 #include "store/table_io.h"
-#include "store/whole_work.h"
+#include "store/transactions.h"
 
 #include <fmt/format.h>
 
@@ -65,12 +65,9 @@ std::vector<YearSums> sums_of_record(BasinDatabase& database, int zones) {
 }  // namespace
 
 MonthlyAverages::MonthlyAverages(const std::filesystem::path& work_file, int zones)
-    : database_(work_file, Access::ReadWrite), zones_(zones) {
-    database_.execute("BEGIN IMMEDIATE");
+    : database_(work_file, Access::ReadWrite), transaction_(database_), zones_(zones) {
     for (int zone = 1; zone <= zones_; ++zone) years_.push_back(read_year(zone));
 }
-
-MonthlyAverages::~MonthlyAverages() = default;  // a file that is closed in a transaction takes it back
 
 MonthlyAverages::StoredYear MonthlyAverages::read_year(int zone) {
     return guarded([&] {
@@ -128,7 +125,7 @@ bool MonthlyAverages::recalculate() {
     if (!has_physical_data()) return false;
     const std::vector<YearSums> sums = sums_of_record(database_, zones_);
     std::vector<StoredYear> years = years_;
-    as_a_whole(database_, [&] {
+    atomically(database_, [&] {
         for (std::size_t zone = 0; zone < years.size(); ++zone) {
             for (std::size_t month = 0; month < k_months; ++month) {
                 // Precipitation alone says whether a month has data; it is meant so.
@@ -142,6 +139,6 @@ bool MonthlyAverages::recalculate() {
     return true;
 }
 
-void MonthlyAverages::commit() { database_.execute("COMMIT"); }
+void MonthlyAverages::commit() { transaction_.commit(); }
 
 }  // namespace nivora

@@ -1,7 +1,7 @@
 // The long-term monthly averages that one window edits, inside one transaction.
 #pragma once
 
-#include "store/database.h"
+#include "store/transactions.h"
 
 #include <array>
 #include <cstdint>
@@ -19,9 +19,6 @@ class MonthlyAverages {
 public:
     /// @throws StoreError where the table is missing, or does not have twelve rows for each zone
     MonthlyAverages(const std::filesystem::path& work_file, int zones);
-    ~MonthlyAverages();
-    MonthlyAverages(const MonthlyAverages&) = delete;
-    MonthlyAverages& operator=(const MonthlyAverages&) = delete;
 
     [[nodiscard]] int zones() const { return zones_; }
     /// The values of a zone from 1 and a month from 1.
@@ -54,6 +51,7 @@ private:
     void store(const StoredMonth& month);
 
     BasinDatabase database_;
+    HeldTransaction transaction_;
     int zones_;
     std::vector<StoredYear> years_;  ///< zone 1 first
 };

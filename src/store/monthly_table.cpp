@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 #include "store/table_io.h"
-#include "store/whole_work.h"
+#include "store/transactions.h"
 
 #include <array>
 
@@ -39,7 +39,7 @@ void Ensure_Monthly_Table(BasinDatabase& database) {
     const TableSchema table = basin_averages_table();
     const auto stored = database.stored_name(table.name);
     const bool outdated = stored && !same_name(database.table_fields(*stored).front().name, "Zone");
-    as_a_whole(database, [&] {
+    atomically(database, [&] {
         // A table without zones held nothing that could be kept.
         if (outdated) database.drop_table(*stored);
         if (!stored || outdated) database.create_table(table);

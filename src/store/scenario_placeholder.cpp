@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 #include "store/table_io.h"
-#include "store/whole_work.h"
+#include "store/transactions.h"
 
 #include <algorithm>
 
@@ -23,7 +23,7 @@ void ensure_scenario_placeholder(BasinDatabase& database, const std::string& sim
         return same_name(row.simulation, simulation);
     });
     if (known) return;
-    as_a_whole(database, [&] {
+    atomically(database, [&] {
         const ScenarioIndexRow row = scenario_placeholder(simulation);
         add_rows<ScenarioIndexRow>(database, index, std::span{&row, 1});
         // A simulation may bear the name "None"; its table stays what it is.
