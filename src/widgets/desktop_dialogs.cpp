@@ -1,6 +1,7 @@
 #include "widgets/desktop_dialogs.h"
 
 #include "base/durable_file.h"
+#include "widgets/busy_pointer.h"
 #include "widgets/caller.h"
 #include "widgets/qt_text.h"
 
@@ -74,6 +75,7 @@ QString name_filter(const std::string& caption) {
 }
 
 Answer DesktopDialogs::message(const Message& message) {
+    const BusyPause pause;
     QMessageBox box(icon_of(message.icon), to_qt(message.title), to_qt(message.text), QMessageBox::NoButton,
                     calling_window());
     box.setTextFormat(Qt::PlainText);
@@ -90,6 +92,7 @@ Answer DesktopDialogs::message(const Message& message) {
 }
 
 std::optional<std::string> DesktopDialogs::input(const InputBox& box) {
+    const BusyPause pause;
     QInputDialog dialog(calling_window());
     dialog.setWindowTitle(to_qt(box.title));
     dialog.setLabelText(to_qt(box.prompt));
@@ -100,6 +103,7 @@ std::optional<std::string> DesktopDialogs::input(const InputBox& box) {
 }
 
 std::optional<std::filesystem::path> DesktopDialogs::file(const FileQuestion& question) {
+    const BusyPause pause;
     QFileDialog dialog(calling_window(), to_qt(question.title), to_qt(path_text(question.folder)));
     QStringList filters;
     for (const std::string& caption : question.patterns) filters << name_filter(caption);

@@ -1,6 +1,7 @@
 #include "widgets/desktop_dialogs.h"
 
 #include "tests/support/temporary_folder.h"
+#include "widgets/busy_pointer.h"
 
 #include <gtest/gtest.h>
 
@@ -198,6 +199,21 @@ TEST_F(DesktopDialogsTest, AFileToOpenMustExist) {
         box->reject();
     });
     EXPECT_EQ(dialogs_.file({.title = "Open a NVR database", .folder = "/tmp"}), std::nullopt);
+}
+
+TEST_F(DesktopDialogsTest, TheBusyPointerGoesAwayUnderAQuestionAndComesBack) {
+    const BusyPointer busy;
+    const BusyPointer busy_below;
+    when_shown<QMessageBox>([](QMessageBox* box) {
+        EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+        box->button(QMessageBox::Ok)->click();
+    });
+    dialogs_.message({.text = "Continue?"});
+    ASSERT_NE(QApplication::overrideCursor(), nullptr);
+    EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+    QApplication::restoreOverrideCursor();
+    EXPECT_NE(QApplication::overrideCursor(), nullptr) << "both came back";
+    QApplication::setOverrideCursor(Qt::WaitCursor);
 }
 
 }  // namespace
