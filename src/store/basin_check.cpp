@@ -212,6 +212,11 @@ std::vector<BasinDamage> declaration_damage(BasinDatabase& database) {
     return damage;
 }
 
+bool only_results(const std::vector<BasinDamage>& damage) {
+    return std::all_of(damage.begin(), damage.end(),
+                       [](const BasinDamage& entry) { return same_name(entry.table, k_sim_results); });
+}
+
 }  // namespace
 
 std::optional<TableSchema> known_table(BasinDatabase& database, const std::string& name) {
@@ -250,18 +255,22 @@ std::vector<BasinDamage> structure_damage(BasinDatabase& database, int most) {
     return damage;
 }
 
-bool only_results(const std::vector<BasinDamage>& damage) {
-    return !damage.empty() && std::all_of(damage.begin(), damage.end(), [](const BasinDamage& entry) {
-        return same_name(entry.table, k_sim_results);
-    });
-}
-
 void refuse_damage(const fs::path& file, const std::vector<BasinDamage>& damage) {
     if (damage.empty()) return;
     const BasinDamage& first = damage.front();
     const std::string place = first.table.empty() ? "" : fmt::format(" in the table '{}'", first.table);
-    throw StoreError(StoreFault::Damaged, fmt::format("The file '{}' is damaged{}: {}.", path_text(file),
-                                                      place, without_end_point(first.what)));
+    throw StoreError(
+        StoreFault::Damaged,
+        fmt::format("The file '{0}' is damaged{1}: {2}. To copy what can be read into a new file, "
+                    "run: nivora-batch salvage \"{0}\" NEW.mdb",
+                    path_text(file), place, without_end_point(first.what)));
+}
+
+bool has_only_damaged_results(BasinDatabase& database, const fs::path& file) {
+    const auto damage = structure_damage(database);
+    if (damage.empty()) return false;
+    if (!only_results(damage)) refuse_damage(file, damage);
+    return true;
 }
 
 }  // namespace nivora

@@ -205,10 +205,7 @@ OpenBasin open_to_run(const fs::path& file, milliseconds wait) {
         refuse_unwritable_basin(file);
         OpenBasin basin;
         basin.database_ = open_alone(file, wait);
-        const auto damage = structure_damage(*basin.database_);
-        if (damage.empty()) return basin;
-        if (!only_results(damage)) refuse_damage(file, damage);
-        basin.damaged_results_ = true;
+        basin.damaged_results_ = has_only_damaged_results(*basin.database_, file);
         return basin;
     });
 }

@@ -401,27 +401,6 @@ void make_table(BasinDatabase& database, SQLite::Database& made, const Declarati
     }
 }
 
-void copy_without_results(BasinDatabase& database, const fs::path& part) {
-    guarded([&] {
-        SQLite::Database made{path_text(part), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE};
-        open_defensively(made);
-        made.exec("PRAGMA page_size = 4096");
-        made.exec("PRAGMA encoding = 'UTF-8'");
-        made.exec("PRAGMA synchronous = OFF");
-        SQLite::Transaction transaction{made};
-        for (const Declaration& table : declarations(database, "table")) {
-            make_table(database, made, table);
-            copy_sound_rows(database.sql(), made, table.name);
-        }
-        for (const char* type : {"index", "view", "trigger"}) {
-            for (const Declaration& entry : declarations(database, type)) make_as_stored(made, entry);
-        }
-        made.exec(fmt::format("PRAGMA application_id = {}", k_application_id));
-        made.exec(fmt::format("PRAGMA user_version = {}", k_schema_version));
-        transaction.commit();
-    });
-}
-
 }  // namespace
 
 std::vector<SalvagedTable> salvage_basin(const fs::path& damaged, const fs::path& made) {
@@ -438,6 +417,27 @@ std::vector<SalvagedTable> salvage_basin(const fs::path& damaged, const fs::path
     std::vector<SalvagedTable> tables = guarded([&] { return salvage_into(copy, part.path()); });
     give_new_name(part.path(), made);
     return tables;
+}
+
+void copy_without_results(BasinDatabase& database, const fs::path& made_file) {
+    guarded([&] {
+        SQLite::Database made{path_text(made_file), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE};
+        open_defensively(made);
+        made.exec("PRAGMA page_size = 4096");
+        made.exec("PRAGMA encoding = 'UTF-8'");
+        made.exec("PRAGMA synchronous = OFF");
+        SQLite::Transaction transaction{made};
+        for (const Declaration& table : declarations(database, "table")) {
+            make_table(database, made, table);
+            copy_sound_rows(database.sql(), made, table.name);
+        }
+        for (const char* type : {"index", "view", "trigger"}) {
+            for (const Declaration& entry : declarations(database, type)) make_as_stored(made, entry);
+        }
+        made.exec(fmt::format("PRAGMA application_id = {}", k_application_id));
+        made.exec(fmt::format("PRAGMA user_version = {}", k_schema_version));
+        transaction.commit();
+    });
 }
 
 void replace_without_results(BasinDatabase& database) {
