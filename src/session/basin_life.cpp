@@ -116,8 +116,8 @@ void BasinLife::reset_window() {
 /// Brings the blank template over the working file; a template that is gone is made anew. False after a
 /// message.
 bool BasinLife::copy_blank() {
-    constexpr const char* k_title = "No new basin was made";
-    constexpr const char* k_stays = " No new basin was made; the open one is as it was.";
+    constexpr const char* k_title = "No new basin was created";
+    constexpr const char* k_stays = " No new basin was created. The open basin is unchanged.";
     std::error_code unknown;  // a name that can't be looked up is refused by the copy
     const bool missing = !fs::exists(fs::symlink_status(template_file_, unknown));
     try {
@@ -128,7 +128,7 @@ bool BasinLife::copy_blank() {
         const bool damaged = !missing && is_of_another_format(error.fault());
         session_.dialogs.stop(
             error.what() + std::string{k_stays} +
-                (damaged ? " Remove that file and choose New again: the program then makes it anew." : ""),
+                (damaged ? " Remove that file and choose New again: Nivora then creates a new one." : ""),
             k_title);
     } catch (const FileError& error) {
         session_.dialogs.stop(error.what() + std::string{k_stays}, k_title);
@@ -225,7 +225,7 @@ void BasinLife::open_file(const fs::path& file) {
         return keep_declined();
     } catch (const FileError& error) {
         session_.dialogs.stop(std::string{error.what()} + " The file you have selected, " + path_text(file) +
-                                  ", was not opened; the open basin is as it was.",
+                                  " was not opened. The open basin is unchanged.",
                               "The basin was not opened");
         return keep_declined();
     }

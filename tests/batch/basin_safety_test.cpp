@@ -106,7 +106,7 @@ TEST_F(BasinSafety, AKilledWriteIsReadThroughAPrivateCopyWhereTheFileIsReadOnly)
     EXPECT_EQ(basin.exported("PhysicalData"), sound);
     EXPECT_TRUE(basin.bytes() == before);
     EXPECT_TRUE(fs::exists(file() + "-journal"));
-    EXPECT_THAT(basin.run().err, HasSubstr("may not be written"));
+    EXPECT_THAT(basin.run().err, HasSubstr("cannot be written"));
     EXPECT_TRUE(basin.bytes() == before);
 }
 
@@ -238,10 +238,10 @@ TEST_F(BasinSafety, CheckTellsRowsThatAreDoubledMissingOrOutOfRange) {
     EXPECT_THAT(found("DELETE FROM alder WHERE rowid = 10"),
                 HasSubstr("alder: zone 1 has 365 of the 366 days of the simulation 'alder'"));
     EXPECT_THAT(found("INSERT INTO PhysicalData SELECT * FROM PhysicalData WHERE rowid = 2"),
-                HasSubstr("PhysicalData: zone 1, 1996-01-02 is there 2 times"));
+                HasSubstr("PhysicalData: zone 1, 1996-01-02 appears 2 times"));
     EXPECT_THAT(found("UPDATE PhysicalData SET SCA = 1.5 WHERE rowid = 7"), HasSubstr("row 7: SCA is 1.5"));
     EXPECT_THAT(found("UPDATE PhysicalData SET Tmax = 'warm' WHERE rowid = 9"),
-                HasSubstr("row 9: Tmax holds 'warm', which is no FLOAT"));
+                HasSubstr("row 9: Tmax holds 'warm', which is not a valid FLOAT"));
 }
 
 TEST_F(BasinSafety, SalvageOfASoundBasinCopiesEveryRow) {

@@ -72,7 +72,7 @@ TEST_F(DamagedBasin, AForgedDeclarationReachesNoOtherFile) {
         const std::string before = basin.bytes();
         const BatchResult result = basin.run();
         EXPECT_EQ(result.status, 1);
-        EXPECT_THAT(result.err, HasSubstr("is no statement that makes it"));
+        EXPECT_THAT(result.err, HasSubstr("is not a statement that creates it"));
         EXPECT_TRUE(file_bytes(other) == kept);
         EXPECT_TRUE(basin.bytes() == before);
         if (table) forge("UPDATE sqlite_schema SET sql = 'CREATE TABLE more (a)' WHERE name = 'more'");
@@ -131,7 +131,7 @@ TEST_F(DamagedBasin, SalvageReadsOnBehindARowUnderAWrongNumber) {
         EXPECT_EQ(result.status, 1);
         EXPECT_THAT(result.out, HasSubstr("PhysicalData: 366 rows\n"));
         EXPECT_THAT(result.out,
-                    HasSubstr("the number of the row behind row 299, which reads " + std::to_string(wrong)));
+                    HasSubstr("the number of the row after row 299, which was " + std::to_string(wrong)));
         EXPECT_THAT(result.out, Not(HasSubstr("can't be read")));
         EXPECT_TRUE(salvaged_rows("PhysicalData") == sound);
         basin.folder().write("basin.mdb", before);
@@ -153,8 +153,8 @@ TEST_F(DamagedBasin, SalvageNamesTheRowsOfAPageThatIsLost) {
     put((page - 1) * 4096, std::string(4096, '\0'));
     const BatchResult result = salvage();
     EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.out, testing::ContainsRegex("PhysicalData: [12][0-9]+ rows\n *not copied: the rows "
-                                                   "[0-9]+ to [0-9]+ can't be read\n"));
+    EXPECT_THAT(result.out, testing::ContainsRegex("PhysicalData: [12][0-9]+ rows\n *not copied: rows "
+                                                   "[0-9]+ to [0-9]+, which can't be read\n"));
 }
 
 TEST_F(DamagedBasin, SalvageEndsWhereTheLargestRowNumberIsDamaged) {

@@ -256,10 +256,9 @@ TEST(Run, DaysWithoutRowsAreNotedAndChangeNeitherNumbersNorStatus) {
     const BatchResult result = basin.run({"--json"});
     EXPECT_EQ(result.status, 0);
     const std::string text =
-        "1 of 3 days from 04/01/1996 to 04/03/1996 has no rows in zone 1: 04/02/1996. The run leaves such "
-        "days out "
-        "and goes on from the day before to the day after. Data, Variables, Current simulation and Data, "
-        "Parameters offer to add missing days; fill them then.";
+        "1 of 3 days from 04/01/1996 to 04/03/1996 has no rows in zone 1: 04/02/1996. The run skips these "
+        "days and continues with the next one. To add the missing days, choose Data, Variables, Current "
+        "simulation and Data, Parameters, and fill them in.";
     EXPECT_EQ(result.err, "Note: " + text + "\n");
     const auto json = nlohmann::json::parse(result.out);
     EXPECT_THAT(json["FinalQ"].get<double>(), DoubleNear(8.1, 1e-6));

@@ -176,9 +176,8 @@ TEST_F(FileFaultsTest, ABasinWithoutOneOfItsTablesIsRefused) {
     const fs::path other = others_ / "halved.mdb";
     fs::copy_file(file_, other);
     SQLite::Database{path_text(other), SQLite::OPEN_READWRITE}.exec("DROP TABLE SimulationIndex");
-    expect_refused(other,
-                   ". The file '" + path_text(other) +
-                       "' is damaged in the table 'SimulationIndex': there is no table of this name. ");
+    expect_refused(other, ". The file '" + path_text(other) +
+                              "' is damaged in the table 'SimulationIndex': the table is missing. ");
 }
 
 }  // namespace

@@ -195,7 +195,7 @@ TEST_F(SecondThoughts, NewStopsAtADamagedTemplateWithTheOpenBasinAsItWas) {
     program_.write("null.mdb", "no template");
     dialogs_.then(Answer::No);
     EXPECT_FALSE(life_.new_basin());
-    EXPECT_EQ(last_message().title, "No new basin was made");
+    EXPECT_EQ(last_message().title, "No new basin was created");
     EXPECT_NE(last_message().text.find(path_text(program_ / "null.mdb")), std::string::npos);
     EXPECT_EQ(session_.basin.Basin_File, file);
     EXPECT_EQ(session_.basin.simulations.size(), 2U);
