@@ -218,7 +218,7 @@ std::string read_whole_file(const fs::path& path, std::uintmax_t limit) {
     const fs::file_status status = fs::status(path, error);
     if (!fs::exists(status)) refuse(path, "can't be read", "there is no such file");
     if (fs::is_directory(status)) refuse(path, "can't be read", "it is a folder");
-    if (!fs::is_regular_file(status)) refuse(path, "can't be read", "it is no ordinary file");
+    if (!fs::is_regular_file(status)) refuse(path, "can't be read", "it is not a regular file");
     const std::uintmax_t size = fs::file_size(path, error);
     if (error) refuse(path, "can't be read", error.message());
     if (size > limit) refuse(path, "can't be read", fmt::format("it is larger than {} bytes", limit));

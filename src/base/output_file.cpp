@@ -57,7 +57,7 @@ fs::path output_target(const fs::path& named, const std::vector<fs::path>& never
     const bool exists = fs::exists(named, unknown);
     // A finished file takes its target's name, so that a device or a pipe would be gone for every other
     // program.
-    if (exists && !fs::is_regular_file(named, unknown)) refuse(named, "it is no ordinary file");
+    if (exists && !fs::is_regular_file(named, unknown)) refuse(named, "it is not a regular file");
     refuse_protected(named, never);
     refuse_unwritable(named);
     return exists ? fs::canonical(named) : named;

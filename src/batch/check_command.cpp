@@ -32,7 +32,7 @@ int check_command(const std::filesystem::path& basin, std::chrono::milliseconds 
             return k_done;
         }
         dialogs.report_problem("The basin is not sound",
-                               fmt::format("The file '{}' has the faults that are listed: {}.",
+                               fmt::format("Faults found in the file '{}': {}. They are listed above.",
                                            path_text(basin), damage.size()));
     } catch (const StoreError& error) {
         dialogs.report_problem("The basin can't be read", error.what());
@@ -57,8 +57,9 @@ int salvage_command(const std::filesystem::path& damaged, const std::filesystem:
         }
         if (whole) return k_done;
         dialogs.report_problem(
-            "Not all came over",
-            fmt::format("The file '{}' lacks or holds what is listed above.", path_text(made)));
+            "Not everything was copied",
+            fmt::format("The list above says what is missing from the file '{}' and what is wrong in it.",
+                        path_text(made)));
     } catch (const StoreError& error) {
         dialogs.report_problem("Nothing was salvaged", error.what());
     } catch (const FileError& error) {

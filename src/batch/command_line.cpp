@@ -27,7 +27,8 @@ constexpr const char* k_footer =
     "Questions that the model asks are answered so that the work goes on, and reported on standard error; "
     "with --refuse\n"
     "they are answered with Cancel or No.\n\n"
-    "Exit status: 0 done; 1 the model or the data said no (title and text on standard error); 2 wrong "
+    "Exit status: 0 done; 1 refused, by the model or because of the data (title and text on standard error); "
+    "2 wrong "
     "usage.\n\n"
     "Example:\n"
     "  nivora-batch import alder.NVR alder.mdb --name wy1998 --initial-runoff 4.2 --latitude 46.5\n"
@@ -38,13 +39,13 @@ constexpr const char* k_footer =
 std::string single_number(const std::string& text) {
     const auto value = exact_number(text);
     if (value && std::isfinite(static_cast<float>(*value))) return {};
-    return "'" + text + "' is no number";
+    return "'" + text + "' is not a number";
 }
 
 std::string share_number(const std::string& text) {
     if (!text.empty() && text.find_first_not_of("0123456789.") == std::string::npos && exact_number(text))
         return {};
-    return "'" + text + "' is no share such as 0.5";
+    return "'" + text + "' is not a share such as 0.5";
 }
 
 std::string number_or_blank(const std::string& text) {
@@ -54,7 +55,7 @@ std::string number_or_blank(const std::string& text) {
 std::string scenario_edit(const std::string& text) { return read_scenario_edit(text).problem; }
 
 std::string iso_date(const std::string& text) {
-    return read_iso_date(text) ? std::string{} : "'" + text + "' is no date such as 1996-04-01";
+    return read_iso_date(text) ? std::string{} : "'" + text + "' is not a date such as 1996-04-01";
 }
 
 constexpr int k_longest_wait = 86400;
@@ -130,7 +131,7 @@ RunCommand run_of(const Texts& texts, const CLI::App& app) {
 
 CLI::App& add_import(CLI::App& app, Texts& texts) {
     CLI::App& import = *app.add_subcommand(
-        "import", "Read a legacy data file (.NVR) into a basin, which is made if it does not exist");
+        "import", "Read a legacy data file (.NVR) into a basin, which is created if it does not exist");
     import.add_option("FILE.NVR", texts.file, "Legacy data file: one year or season of one basin")
         ->required();
     import.add_option("BASIN.mdb", texts.basin, "Basin file")->required();
@@ -178,7 +179,7 @@ CLI::App& add_run(CLI::App& app, Texts& texts) {
         ->capture_default_str();
     run.add_option(
         "--forecast", texts.forecast,
-        "Run as a forecast that starts anew from the measured discharge every so many days, 1 to 9");
+        "Run as a forecast that is updated with the measured discharge every so many days, 1 to 9");
     run.add_flag(
         "--no-snow", texts.no_snow,
         "Disregard the snow covered area and carry unmelted winter precipitation into the melt season; with "
@@ -226,7 +227,7 @@ ClimateCommand climate_of(const Texts& texts) {
 
 CLI::App& add_scenario(CLI::App& app, Texts& texts) {
     CLI::App& scenario = *app.add_subcommand(
-        "scenario", "Make a climate scenario of a simulation, or replace the one of its name");
+        "scenario", "Create a climate scenario of a simulation, or replace the one of the same name");
     scenario.add_option("BASIN.mdb", texts.basin, "Basin file")->required();
     scenario.add_option("--simulation", texts.simulation, "Name of the simulation")->required();
     scenario.add_option("--name", texts.name, "Name of the scenario")->required();

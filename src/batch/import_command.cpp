@@ -149,7 +149,7 @@ int import_command(const ImportCommand& command, BatchDialogs& dialogs, std::ost
             imported = import_into_new(*file, command, dialogs);
         }
         if (!imported) {
-            dialogs.report_problem(k_title, "Nothing was imported; the basin is as it was.");
+            dialogs.report_problem(k_title, "Nothing was imported. The basin is unchanged.");
             return k_said_no;
         }
         out << fmt::format("Imported '{}' into {}: {} zones, {} days from {} to {}.\n", imported->name,

@@ -98,6 +98,7 @@ RunOutcome run_in(Session& session, const RunCommand& command, BatchDialogs& dia
         dialogs.message(*problem);
         return {};
     }
+    if (!accepts_blank_latitude(session.basin, dialogs)) return {};
     if (!make_ready(basin, session, command.basin, command.simulation, command.wait, dialogs)) return {};
     return start_run(basin.database(), {session.basin, session.run, dialogs}, index);
 }

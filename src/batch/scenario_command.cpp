@@ -20,13 +20,13 @@ std::string edit_problem(const ScenarioRow& row, const BasinState& basin) {
     const DayCount start = *basin.Current_Start;
     const DayCount end = *basin.Current_End;
     if (*row.start < start || *row.end > end) {
-        return fmt::format("the dates {} to {} leave the simulation, which runs from {} to {}",
+        return fmt::format("the dates {} to {} are not within the simulation, which runs from {} to {}",
                            iso_date_text(*row.start), iso_date_text(*row.end), iso_date_text(start),
                            iso_date_text(end));
     }
     if (*row.zones > basin.ZoneCount) {
-        return fmt::format("there is no zone {} in a basin of {}", scenario_zone_text(*row.zones),
-                           basin.ZoneCount);
+        return fmt::format("the basin has no zone {}; its number of zones is {}",
+                           scenario_zone_text(*row.zones), basin.ZoneCount);
     }
     return {};
 }

@@ -29,10 +29,10 @@ std::vector<std::string_view> parts_of(std::string_view text) {
 
 std::string take_dates(ScenarioRow& row, std::string_view start, std::string_view end) {
     row.start = read_iso_date(start);
-    if (!row.start) return fmt::format("'{}' is no date such as 1996-04-01", start);
+    if (!row.start) return fmt::format("'{}' is not a date such as 1996-04-01", start);
     row.end = read_iso_date(end);
-    if (!row.end) return fmt::format("'{}' is no date such as 1996-04-01", end);
-    if (*row.start > *row.end) return fmt::format("the start, {}, lies behind the end, {}", start, end);
+    if (!row.end) return fmt::format("'{}' is not a date such as 1996-04-01", end);
+    if (*row.start > *row.end) return fmt::format("the start, {}, is after the end, {}", start, end);
     return {};
 }
 
@@ -40,11 +40,10 @@ std::string take_dates(ScenarioRow& row, std::string_view start, std::string_vie
 std::string take_action(ScenarioRow& row, std::string_view variable, std::string_view action) {
     const auto variable_code = scenario_variable_code(variable);
     if (!variable_code)
-        return fmt::format("'{}' is no variable, which is a code from 0 to {} or its name", variable,
+        return fmt::format("'{}' is not a variable: give a name, or a code from 0 to {}", variable,
                            k_last_scenario_variable);
     const auto action_code = edit_action_code(action);
-    if (!action_code)
-        return fmt::format("'{}' is no action, which is a code from 0 to 4 or its name", action);
+    if (!action_code) return fmt::format("'{}' is not an action: give a name, or a code from 0 to 4", action);
     set_scenario_code(row, k_variable_column, variable_code);
     const auto offered = edit_action_list(variable_code);
     const bool listed =
@@ -59,7 +58,7 @@ std::string take_factor(ScenarioRow& row, std::string_view text) {
     const bool needed = row.action != static_cast<int>(EditAction::Normalize);
     const auto factor = exact_number(text);
     const bool fits = factor && std::isfinite(static_cast<float>(*factor));
-    if (!fits && (needed || !text.empty())) return fmt::format("'{}' is no number", text);
+    if (!fits && (needed || !text.empty())) return fmt::format("'{}' is not a number", text);
     if (fits) row.factor = static_cast<float>(*factor);
     leave_scenario_row(row);
     return {};
@@ -67,7 +66,7 @@ std::string take_factor(ScenarioRow& row, std::string_view text) {
 
 std::string take_zones(ScenarioRow& row, std::string_view text) {
     const auto code = scenario_zone_code(text);
-    if (!code) return fmt::format("'{}' is no zone, which is All, a letter, or a number", text);
+    if (!code) return fmt::format("'{}' is not a zone: give All, a letter or a number", text);
     set_scenario_code(row, k_zones_column, code);
     return {};
 }

@@ -186,7 +186,7 @@ std::vector<Scenario> open_scenarios(BasinDatabase& database, const std::string&
 Message unreadable_scenario_message(const Scenario& scenario) {
     return {
         .text = fmt::format("The climate change scenario '{}' can't be read, and its rows are not shown. {}  "
-                            "Delete the scenario, or mend its table with another program.",
+                            "Delete the scenario, or repair its table with another program.",
                             scenario.index.scenario, scenario.fault),
         .icon = Icon::Stop};
 }

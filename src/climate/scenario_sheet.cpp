@@ -74,7 +74,7 @@ void take_line(std::string_view line, int number, std::vector<SheetColumn>& colu
 std::vector<SheetColumn> read_columns(std::string_view content) {
     if (content.substr(0, k_byte_order_mark.size()) == k_byte_order_mark)
         content.remove_prefix(k_byte_order_mark.size());
-    if (!is_utf8(content)) throw SheetError("it is no text in UTF-8");
+    if (!is_utf8(content)) throw SheetError("it is not UTF-8 text");
     std::vector<SheetColumn> columns;
     std::istringstream lines{std::string{content}};
     int number = 0;

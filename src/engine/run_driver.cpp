@@ -46,16 +46,6 @@ std::optional<RunMenuProblem> first_zone_problem(const BasinState& basin) {
 
 std::string title_of(const char* caption) { return std::string{caption}.substr(1); }
 
-bool accepts_blank_latitude(const BasinState& basin, Dialogs& dialogs) {
-    if (!trimmed(basin.latitude_text).empty()) return true;
-    return dialogs.message(
-               {.text = "A positive or blank latitude indicates a basin located in the northern hemisphere, "
-                        "a negative latitude indicates a basin located in the southern hemisphere.  "
-                        "Continue processing?",
-                .title = "Missing latitude",
-                .buttons = Buttons::YesNo}) == Answer::Yes;
-}
-
 /// Brings the rows to the file; false after a message where the store refuses.
 bool store_results(BuiltResults& built, RunContext context) {
     if (!built.replacement) return false;
@@ -122,12 +112,17 @@ bool prepare_run(RunContext context, int index) {
     return true;
 }
 
-RunOutcome run_on(BasinDatabase& database, RunContext context) {
+/// Who asks about a blank latitude: the run, once the table is built, or its caller before.
+enum class LatitudeQuestion { Here, AnsweredBefore };
+
+RunOutcome run_on(BasinDatabase& database, RunContext context, LatitudeQuestion latitude) {
     RunOutcome outcome;
     BuiltResults built = Build_SimResults(database, context.basin, context.run, context.dialogs, nullptr);
     outcome.results_rebuilt = built.replacement != nullptr;
     if (outcome.results_rebuilt) context.basin.Basin_Changed = true;
-    if (built.Status == 1 || !accepts_blank_latitude(context.basin, context.dialogs)) {
+    const bool goes_on = built.Status != 1 && (latitude == LatitudeQuestion::AnsweredBefore ||
+                                               accepts_blank_latitude(context.basin, context.dialogs));
+    if (!goes_on) {
         if (store_results(built, context)) mark_outcome(context, false);
         return outcome;
     }
@@ -218,6 +213,16 @@ std::optional<Message> initial_runoff_problem(const Simulation& simulation) {
         .icon = Icon::Stop};
 }
 
+bool accepts_blank_latitude(const BasinState& basin, Dialogs& dialogs) {
+    if (!trimmed(basin.latitude_text).empty()) return true;
+    return dialogs.message(
+               {.text = "A positive or blank latitude indicates a basin located in the northern hemisphere, "
+                        "a negative latitude indicates a basin located in the southern hemisphere.  "
+                        "Continue processing?",
+                .title = "Missing latitude",
+                .buttons = Buttons::YesNo}) == Answer::Yes;
+}
+
 bool Run_Model(SimResults& results, RunContext context, StatisticsReach& statistics) {
     auto& [basin, run, dialogs] = context;
     statistics = StatisticsReach::Nothing;
@@ -238,11 +243,12 @@ RunOutcome start_run(RunContext context, int index) {
     if (!prepare_run(context, index)) return {};
     const auto database = open_or_message(context.basin, context.dialogs);
     if (!database) return {};
-    return run_on(*database, context);
+    return run_on(*database, context, LatitudeQuestion::Here);
 }
 
 RunOutcome start_run(BasinDatabase& database, RunContext context, int index) {
-    return prepare_run(context, index) ? run_on(database, context) : RunOutcome{};
+    if (!prepare_run(context, index)) return {};
+    return run_on(database, context, LatitudeQuestion::AnsweredBefore);
 }
 
 }  // namespace nivora

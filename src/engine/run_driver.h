@@ -56,6 +56,9 @@ void choose_simulation(RunState& run);
 /// as 0.
 [[nodiscard]] std::optional<Message> initial_runoff_problem(const Simulation& simulation);
 
+/// Asks whether a basin without a latitude lies in the north; true where it has one, or the answer is Yes.
+[[nodiscard]] bool accepts_blank_latitude(const BasinState& basin, Dialogs& dialogs);
+
 /// How a run ended.
 struct RunOutcome {
     bool results_rebuilt = false;  ///< the old results table is gone
@@ -76,7 +79,8 @@ struct RunOutcome {
 /// @param index 0 melt season, 1 year round; after choose_simulation or choose_forecast
 RunOutcome start_run(RunContext context, int index);
 
-/// The same in a file that the caller has open.
+/// The same in a file that the caller has open, once accepts_blank_latitude was true: that question is not
+/// asked here, so that a No leaves the file as it was.
 RunOutcome start_run(BasinDatabase& database, RunContext context, int index);
 
 }  // namespace nivora

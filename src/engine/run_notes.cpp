@@ -23,58 +23,51 @@ std::string dates_text(const RunNote& note) {
 
 std::string without_rows_text(const RunNote& note) {
     const char* effect =
-        note.all_zones
-            ? "The run leaves such days out and goes on from the day before to the day after."
-            : "Where only some zones have a day, zones and days are out of step from then on: do not "
-              "use the results.";
+        note.all_zones ? "The run skips these days and continues with the next one."
+                       : "Where only some zones have a day, zones and days no longer match from then on: "
+                         "do not use the results.";
     return fmt::format(
-        "{} of {} from {} to {} {} no rows in {}: {}. {} Data, Variables, Current simulation and Data, "
-        "Parameters "
-        "offer to add missing days; fill them then.",
+        "{} of {} from {} to {} {} no rows in {}: {}. {} To add the missing days, choose Data, Variables, "
+        "Current simulation and Data, Parameters, and fill them in.",
         note.days, day_word(note.period_days()), long_date_text(note.start), long_date_text(note.end),
         note.days == 1 ? "has" : "have", zones_text(note.zones), dates_text(note), effect);
 }
 
 std::string below_zero_text(const RunNote& note, Units units) {
     return fmt::format(
-        "The computed discharge is below 0 on {} of {} ({}); it is lowest on {} with {} {}. No river does "
-        "that: look "
-        "at the time lag, the runoff coefficients and the precipitation of these days.",
-        note.days, day_word(note.period_days()), dates_text(note), long_date_text(note.value_day),
-        single_text(note.value), unit_words(units).discharge);
+        "The computed discharge is below 0 on {} of {} ({}); the lowest value is {} {} on {}. A discharge "
+        "cannot be negative: check the time lag, the runoff coefficients and the precipitation of these "
+        "days.",
+        note.days, day_word(note.period_days()), dates_text(note), single_text(note.value),
+        unit_words(units).discharge, long_date_text(note.value_day));
 }
 
 std::string no_store_text(const RunNote& note, Units units) {
+    constexpr const char* k_advice =
+        "The gain of the zone and the cover that step 5 computes from it are meaningless. Start the "
+        "simulation "
+        "before the first snowfall, and compare CDC with CDCclimWAMA.";
     const std::string zones = zones_text(note.zones);
+    const std::string start = long_date_text(note.start);
+    const std::string end = long_date_text(note.end);
     if (note.negligible) {
         return fmt::format(
-            "In {} the winter from {} to {} left nothing in the snow under the present climate (P - i = 0), "
-            "although "
-            "there is snow in the summer. The gain of the zone means nothing then, and neither does the "
-            "cover that "
-            "step 5 made with it. Begin the simulation before the first snow falls, and compare CDC with "
-            "CDCclimWAMA.",
-            zones, long_date_text(note.start), long_date_text(note.end));
+            "In {}, nothing of the winter from {} to {} is left in the snow under the present climate "
+            "(P - i = 0), although there is snow in the summer. {}",
+            zones, start, end, k_advice);
     }
     return fmt::format(
-        "In {} more water left the snow in the winter from {} to {} than had fallen, under the present "
-        "climate "
-        "(P - i = {} {}): the simulation begins on snow from before its start. The gain of the zone means "
-        "nothing "
-        "then, and neither does the cover that step 5 made with it. Begin the simulation before the first "
-        "snow "
-        "falls, and compare CDC with CDCclimWAMA.",
-        zones, long_date_text(note.start), long_date_text(note.end), single_text(note.value),
-        unit_words(units).depth);
+        "In {}, more water left the snow in the winter from {} to {} than fell, under the present climate "
+        "(P - i = {} {}): it is snow from before the start of the simulation. {}",
+        zones, start, end, single_text(note.value), unit_words(units).depth, k_advice);
 }
 
 std::string held_text(const RunNote& note) {
     return fmt::format(
-        "In {} the last day with snow and the first day without fall on one day of the changed climate, {}, "
-        "and the "
-        "first of them counts. So the cover stays at {} until {}, although the snow is gone. Compare CDC "
-        "with "
-        "CDCclimWAMA before you use the summer of this zone.",
+        "In {}, the last day with snow and the first day without snow move to the same day of the changed "
+        "climate, {}. The first of them counts, so the cover stays at {} until {}, although the snow is "
+        "gone. "
+        "Compare CDC with CDCclimWAMA before you use the summer of this zone.",
         zones_text(note.zones), long_date_text(note.first), single_text(note.value),
         long_date_text(note.last));
 }

@@ -43,6 +43,20 @@ ColumnMap map_columns(const DatedBlock& block, const std::vector<DailyColumn>& c
     return map;
 }
 
+/// Two headings that name one column; empty where each names its own.
+std::string doubled_column(const DatedBlock& block, const ColumnMap& map,
+                           const std::vector<DailyColumn>& columns) {
+    for (std::size_t i = 0; i < block.headings.size(); ++i) {
+        if (!map[i]) continue;
+        const auto first = static_cast<std::size_t>(std::find(map.begin(), map.end(), map[i]) - map.begin());
+        if (first == i) continue;
+        return "The headings '" + std::string{trimmed(block.headings[first])} + "' and '" +
+               std::string{trimmed(block.headings[i])} + "' of the clipboard name the same column, " +
+               columns[*map[i]].header + ".";
+    }
+    return {};
+}
+
 std::string joined(const std::vector<std::string>& names) {
     std::string text;
     for (const std::string& name : names) text += (text.empty() ? "" : ", ") + name;
@@ -58,7 +72,9 @@ std::string counted(std::size_t count, const std::string& what) {
 std::optional<DatedBlock> read_dated_block(const CellBlock& block) {
     DatedBlock read;
     bool heading = true;
+    std::size_t number = 0;
     for (const auto& line : block) {
+        ++number;
         if (is_empty_line(line)) continue;
         const auto date = read_date(line.front());
         if (date.has_value() == heading || line.size() < 2) return std::nullopt;
@@ -68,6 +84,7 @@ std::optional<DatedBlock> read_dated_block(const CellBlock& block) {
             continue;
         }
         read.dates.push_back(*date);
+        read.lines.push_back(number);
         read.values.emplace_back(line.begin() + 1, line.end());
     }
     if (read.dates.empty()) return std::nullopt;
@@ -80,6 +97,8 @@ DatedPlaces place_by_date(const DatedBlock& block, const DailyEditor& table, std
     const auto& columns = table.columns();
     const ColumnMap map = map_columns(block, columns, active_column);
     DatedPlaces places;
+    places.doubled = doubled_column(block, map, columns);
+    std::unordered_map<DayCount, std::size_t> line_of;
     for (std::size_t i = 0; i < map.size(); ++i) {
         if (map[i]) {
             places.headers.push_back(columns[*map[i]].header);
@@ -94,6 +113,12 @@ DatedPlaces place_by_date(const DatedBlock& block, const DailyEditor& table, std
             continue;
         }
         const DayCount day = block.dates[line];
+        const auto [known, is_new] = line_of.emplace(day, block.lines[line]);
+        if (!is_new && places.doubled.empty()) {
+            places.doubled = "The date " + long_date_text(day) + " is in lines " +
+                             std::to_string(known->second) + " and " + std::to_string(block.lines[line]) +
+                             " of the clipboard.";
+        }
         places.first = places.days == 0 ? day : std::min(places.first, day);
         places.last = places.days == 0 ? day : std::max(places.last, day);
         ++places.days;
@@ -105,6 +130,16 @@ DatedPlaces place_by_date(const DatedBlock& block, const DailyEditor& table, std
 }
 
 Message dated_paste_question(const DatedPlaces& places) {
+    if (!places.doubled.empty()) {
+        return {
+            .text = places.doubled +
+                    " Its values can't be placed by date: remove one of the two and copy again.\nOK pastes "
+                    "cell by cell from the active cell, Cancel pastes nothing.",
+            .title = "Paste by date",
+            .icon = Icon::Warning,
+            .buttons = Buttons::OkCancel,
+            .default_answer = Answer::Cancel};
+    }
     std::string text = "The clipboard holds dates with values of " + joined(places.headers) + ": " +
                        counted(places.days, "day") + " of this table, " + long_date_text(places.first) +
                        " to " + long_date_text(places.last) + ".";

@@ -15,6 +15,7 @@ namespace nivora {
 struct DatedBlock {
     std::vector<std::string> headings;  ///< of the columns beside the dates
     std::vector<DayCount> dates;
+    std::vector<std::size_t> lines;                ///< of the dates in the clipboard, from 1
     std::vector<std::vector<std::string>> values;  ///< by line, without its date
 };
 
@@ -37,6 +38,9 @@ struct DatedPlaces {
     std::size_t other_days = 0;        ///< dates that are not
     DayCount first = 0;                ///< the earliest and the latest of its days
     DayCount last = 0;
+    /// Why the block does not say which values to use: a day of the table in two lines, or a column in two
+    /// headings. Empty where it does.
+    std::string doubled;
 };
 
 /// Matches lines to days and headings to columns, by the header or the field's name, a unit in brackets
@@ -44,7 +48,8 @@ struct DatedPlaces {
 [[nodiscard]] DatedPlaces place_by_date(const DatedBlock& block, const DailyEditor& table,
                                         std::size_t active_column);
 
-/// The offer to paste by date: Yes does so, No pastes cell by cell, Cancel nothing.
+/// The offer to paste by date: Yes does so, No pastes cell by cell, Cancel nothing. A block with two values
+/// for one cell is refused: OK pastes it cell by cell, Cancel nothing.
 [[nodiscard]] Message dated_paste_question(const DatedPlaces& places);
 
 }  // namespace nivora

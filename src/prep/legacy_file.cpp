@@ -62,14 +62,15 @@ private:
         if (star == std::string_view::npos) return place(number(text), 1);
         const auto repeat = exact_number(text.substr(0, star));
         if (!repeat || *repeat != std::floor(*repeat) || *repeat < 1.0) {
-            refuse(fmt::format("the repeat of '{}' is no whole number from 1 on", shown_text(text)));
+            refuse(fmt::format("the repeat count of '{}' is not a whole number of at least 1",
+                               shown_text(text)));
         }
         place(number(trimmed(text.substr(star + 1))), *repeat);
     }
 
     [[nodiscard]] float number(std::string_view text) const {
         const auto value = exact_number(text);
-        if (!value) refuse(fmt::format("'{}' is no number", shown_text(text)));
+        if (!value) refuse(fmt::format("'{}' is not a number", shown_text(text)));
         const auto rounded = static_cast<float>(*value);
         if (!std::isfinite(rounded)) refuse(fmt::format("'{}' is too large", shown_text(text)));
         const bool is_switch = section_ == static_cast<int>(LegacySection::RCA);

@@ -49,7 +49,7 @@ std::optional<int> whole_number(const std::string& text) {
 double number(const HeaderItems& items, std::size_t item, const char* meaning) {
     const auto value = exact_number(items.text[item]);
     if (!value)
-        refuse(items, item, fmt::format("{} is no number, '{}'", meaning, shown_text(items.text[item])));
+        refuse(items, item, fmt::format("{} is not a number: '{}'", meaning, shown_text(items.text[item])));
     return *value;
 }
 
@@ -81,10 +81,10 @@ void read_plain_items(LegacyText& text, HeaderItems& items) {
     const auto zones = whole_number(items.text[18]);
     if (!zones || *zones < 1 || *zones > k_most_zones) {
         refuse(items, 18,
-               fmt::format("the number of zones is no whole number from 1 to 16, '{}'",
+               fmt::format("the number of zones is not a whole number from 1 to 16: '{}'",
                            shown_text(items.text[18])));
     }
-    refuse(items, 19, fmt::format("the year is no year from 1900 to 2300, '{}'", shown_text(items.text[19])));
+    refuse(items, 19, fmt::format("the year is not from 1900 to 2300: '{}'", shown_text(items.text[19])));
 }
 
 float read_version(LegacyText& text) {
@@ -117,7 +117,7 @@ DayCount date_of_item(const HeaderItems& items, std::size_t item, int year) {
     const auto date = civil ? day_count(*civil) : std::nullopt;
     if (!date) {
         refuse(items, item,
-               fmt::format("'{}' is no date of {} in the form MMDD", shown_text(items.text[item]), year));
+               fmt::format("'{}' is not a date of {} in the form MMDD", shown_text(items.text[item]), year));
     }
     return *date;
 }
@@ -138,7 +138,7 @@ void take_period(const HeaderItems& items, LegacyFile& file) {
     const auto end = month_and_day(items.text[4], year);
     const bool crosses = end && end->month < start_month;
     file.end = date_of_item(items, 4, crosses ? year + 1 : year);
-    if (file.end < file.start) refuse(items, 4, "the end of the period lies before its start");
+    if (file.end < file.start) refuse(items, 4, "the period ends before it starts");
 }
 
 void take_recession(const HeaderItems& items, LegacyFile& file) {
@@ -174,8 +174,8 @@ void take_threshold(LegacyText& text, HeaderItems& items, LegacyFile& file) {
         const std::string extra = missing ? std::string{} : text.next_item();
         if (!exact_number(extra)) {
             throw LegacyFileError(
-                line, "the number behind header item 27",
-                missing ? "the file ends before it" : "'" + shown_text(extra) + "' is no number");
+                line, "the number after header item 27",
+                missing ? "the file ends before it" : "'" + shown_text(extra) + "' is not a number");
         }
     }
 }

@@ -17,7 +17,7 @@ void copy_lines(ReportLines& lines, const std::filesystem::path& file) {
     if (!input) {
         throw StoreError(StoreFault::Missing,
                          "The climate change report " + path_text(file) +
-                             " cannot be read. Run the climate change evaluation again to make it anew.");
+                             " cannot be read. Run the climate change evaluation again to write it.");
     }
     for (std::string line; std::getline(input, line);) {
         if (!line.empty() && line.back() == '\r') line.pop_back();

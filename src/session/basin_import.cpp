@@ -45,13 +45,13 @@ bool import_basin(Session& session) {
         return true;
     } catch (const LegacyFileError& error) {
         session.dialogs.stop(
-            fmt::format("The file '{}' can't be read as a legacy data file. {}. The basin is as it was.",
+            fmt::format("The file '{}' can't be read as a legacy data file. {}. The basin is unchanged.",
                         path_text(*path), error.what()),
             k_title);
     } catch (const FileError& error) {
         session.dialogs.stop(error.what(), k_title);
     } catch (const StoreError& error) {
-        session.dialogs.stop(std::string{error.what()} + " The basin is as it was.", k_title);
+        session.dialogs.stop(std::string{error.what()} + " The basin is unchanged.", k_title);
     }
     return false;
 }

@@ -27,6 +27,9 @@ bool is_of_another_format(StoreFault fault) {
     }
 }
 
+/// Whether what the store says tells more than that the file has an unrecognized format.
+bool has_reason(StoreFault fault) { return !is_of_another_format(fault) || fault == StoreFault::Damaged; }
+
 void grids_refused(Dialogs& dialogs) { dialogs.stop("Missing/invalid simulation data"); }
 
 /// Writes table after table; false after a message, with the tables before the faulty one written.
@@ -40,6 +43,14 @@ bool write_grids(BasinDatabase& database, const BasinState& basin, Dialogs& dial
         grids_refused(dialogs);
         return false;
     }
+}
+
+void tell_results_left_out(Dialogs& dialogs, const fs::path& file) {
+    dialogs.message({.text = "The results of the last run in the file " + path_text(file) +
+                             " are damaged, and were not opened. All other tables are sound. Run the "
+                             "simulation again to compute its results.",
+                     .title = "The results are damaged",
+                     .icon = Icon::Warning});
 }
 
 /// A save clears `Input_Changed`, but the results are not up to date for that.
@@ -59,14 +70,29 @@ BasinLife::BasinLife(Session& session, fs::path program_folder)
 
 bool BasinLife::has_template_name() const { return session_.basin.Basin_File == template_file_; }
 
+/// Without a template the basin that the last start worked on stays; false after a message where it is
+/// damaged or missing too.
+bool BasinLife::keep_last_work() {
+    try {
+        copy_into_work_file(session_.basin.Work_File, session_.basin.Work_File);
+    } catch (const StoreError& error) {
+        unrecognized(session_.basin.Basin_File, error);
+        return false;
+    } catch (const FileError&) {
+        // A folder that can't be written to still lets the basin be read.
+    }
+    return true;
+}
+
 void BasinLife::start() {
+    bool blank = false;
     try {
         copy_template(template_file_, session_.basin.Work_File);
+        blank = true;
     } catch (const StoreError&) {
-        // A missing template leaves the basin that the last start worked on.
     } catch (const FileError&) {
     }
-    Open_DB(session_.basin.Work_File);
+    if (blank || keep_last_work()) Open_DB(session_.basin.Work_File);
     ShellState& shell = session_.shell;
     shell.save = false;
     shell.save_as = true;
@@ -89,8 +115,8 @@ void BasinLife::reset_window() {
 /// Brings the blank template over the working file; a template that is gone is made anew. False after a
 /// message.
 bool BasinLife::copy_blank() {
-    constexpr const char* k_title = "No new basin was made";
-    constexpr const char* k_stays = " No new basin was made; the open one is as it was.";
+    constexpr const char* k_title = "No new basin was created";
+    constexpr const char* k_stays = " No new basin was created. The open basin is unchanged.";
     std::error_code unknown;  // a name that can't be looked up is refused by the copy
     const bool missing = !fs::exists(fs::symlink_status(template_file_, unknown));
     try {
@@ -101,7 +127,7 @@ bool BasinLife::copy_blank() {
         const bool damaged = !missing && is_of_another_format(error.fault());
         session_.dialogs.stop(
             error.what() + std::string{k_stays} +
-                (damaged ? " Remove that file and choose New again: the program then makes it anew." : ""),
+                (damaged ? " Remove that file and choose New again: Nivora then creates a new one." : ""),
             k_title);
     } catch (const FileError& error) {
         session_.dialogs.stop(error.what() + std::string{k_stays}, k_title);
@@ -181,7 +207,7 @@ void BasinLife::keep_declined() {
 
 void BasinLife::unrecognized(const fs::path& file, const StoreError& error) {
     std::string text = "The file you have selected, " + path_text(file) + ", has an unrecognized format";
-    if (!is_of_another_format(error.fault())) text += std::string{". "} + error.what();
+    if (has_reason(error.fault())) text += std::string{". "} + error.what();
     session_.dialogs.stop(text, "Error encountered while reading this basin database");
 }
 
@@ -189,15 +215,16 @@ void BasinLife::open_file(const fs::path& file) {
     BasinState& basin = session_.basin;
     // Read before it is copied: what another program writes in between counts as a change.
     const auto content = file_content(file);
+    bool results_left_out = false;
     try {
-        copy_into_work_file(file, basin.Work_File);
+        results_left_out = copy_into_work_file(file, basin.Work_File);
     } catch (const StoreError& error) {
         unrecognized(file, error);
         if (copy_blank()) return become_fresh();
         return keep_declined();
     } catch (const FileError& error) {
         session_.dialogs.stop(std::string{error.what()} + " The file you have selected, " + path_text(file) +
-                                  ", was not opened; the open basin is as it was.",
+                                  " was not opened. The open basin is unchanged.",
                               "The basin was not opened");
         return keep_declined();
     }
@@ -216,6 +243,7 @@ void BasinLife::open_file(const fs::path& file) {
     Refill_Main_Window();
     basin.Output_Valid = false;
     session_.desktop.refresh_main_window();
+    if (results_left_out) tell_results_left_out(session_.dialogs, file);
 }
 
 bool BasinLife::Open_DB(const fs::path& path) {

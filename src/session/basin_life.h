@@ -70,6 +70,7 @@ private:
     [[nodiscard]] bool copy_blank();
     void become_fresh();
     void become_named(const std::filesystem::path& file);
+    [[nodiscard]] bool keep_last_work();
     void unrecognized(const std::filesystem::path& file, const StoreError& error);
     bool copy_to(const std::filesystem::path& file);
     void reset_window();

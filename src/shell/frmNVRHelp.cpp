@@ -150,7 +150,7 @@ void frmNVRHelp::tell_unavailable(const std::array<QString, 2>& reasons,
                     .title = "Unable to access the Nivora Users Manual"};
     if (unopened) {
         message.text +=
-            "\n\nThe manual lies here:\n" + path_text(*unopened) +
+            "\n\nThe manual is in this file:\n" + path_text(*unopened) +
             "\n\nCopy this path to the clipboard, to open the manual with a program of your choice?";
         message.buttons = Buttons::YesNo;
     }

@@ -61,7 +61,7 @@ bool is_outdated_averages(const TableSchema& table, const std::vector<Field>& fi
 std::string field_problem(const TableSchema& table, const std::vector<Field>& fields) {
     if (is_outdated_averages(table, fields)) return {};
     if (fields.size() < table.fields.size())
-        return fmt::format("it has {} fields where there have to be {}", fields.size(), table.fields.size());
+        return fmt::format("it has {} fields instead of {}", fields.size(), table.fields.size());
     for (std::size_t i = 0; i < table.fields.size(); ++i) {
         if (!same_name(fields[i].name, table.fields[i].name))
             return fmt::format("field {} is called '{}', not '{}'", i + 1, fields[i].name,
@@ -84,7 +84,7 @@ void check_fields(BasinDatabase& database, std::vector<BasinDamage>& damage) {
 
 void check_presence(BasinDatabase& database, std::vector<BasinDamage>& damage) {
     for (const TableSchema& table : template_tables()) {
-        if (!database.has_table(table.name)) damage.push_back({table.name, "there is no table of this name"});
+        if (!database.has_table(table.name)) damage.push_back({table.name, "the table is missing"});
     }
 }
 
@@ -106,7 +106,8 @@ void check_places(BasinDatabase& database, std::vector<BasinDamage>& damage) {
                                                      name, place)});
             const auto [other, is_new] = taken.emplace(place, table);
             if (is_new) continue;
-            const std::string what = fmt::format("it begins on page {}, as another table or index", place);
+            const std::string what =
+                fmt::format("it begins on page {}, where another table or index begins too", place);
             damage.push_back({other->second, what});
             damage.push_back({table, what});
         }
@@ -161,7 +162,7 @@ std::string walked_verdict(BasinDatabase& database, const std::string& table) {
         std::int64_t before = 0;
         for (bool first = true; rows.executeStep(); first = false) {
             const std::int64_t row = rows.getColumn(0).getInt64();
-            if (!first && row <= before) return fmt::format("row {} is out of its order", row);
+            if (!first && row <= before) return fmt::format("row {} is out of order", row);
             before = row;
         }
         if (!has_index(database, table + ".key")) return {};
@@ -212,6 +213,11 @@ std::vector<BasinDamage> declaration_damage(BasinDatabase& database) {
     return damage;
 }
 
+bool only_results(const std::vector<BasinDamage>& damage) {
+    return std::all_of(damage.begin(), damage.end(),
+                       [](const BasinDamage& entry) { return same_name(entry.table, k_sim_results); });
+}
+
 }  // namespace
 
 std::optional<TableSchema> known_table(BasinDatabase& database, const std::string& name) {
@@ -250,18 +256,22 @@ std::vector<BasinDamage> structure_damage(BasinDatabase& database, int most) {
     return damage;
 }
 
-bool only_results(const std::vector<BasinDamage>& damage) {
-    return !damage.empty() && std::all_of(damage.begin(), damage.end(), [](const BasinDamage& entry) {
-        return same_name(entry.table, k_sim_results);
-    });
-}
-
 void refuse_damage(const fs::path& file, const std::vector<BasinDamage>& damage) {
     if (damage.empty()) return;
     const BasinDamage& first = damage.front();
     const std::string place = first.table.empty() ? "" : fmt::format(" in the table '{}'", first.table);
-    throw StoreError(StoreFault::Damaged, fmt::format("The file '{}' is damaged{}: {}.", path_text(file),
-                                                      place, without_end_point(first.what)));
+    throw StoreError(
+        StoreFault::Damaged,
+        fmt::format("The file '{0}' is damaged{1}: {2}. To copy what can be read into a new file, "
+                    "run: nivora-batch salvage \"{0}\" NEW.mdb",
+                    path_text(file), place, without_end_point(first.what)));
+}
+
+bool has_only_damaged_results(BasinDatabase& database, const fs::path& file) {
+    const auto damage = structure_damage(database);
+    if (damage.empty()) return false;
+    if (!only_results(damage)) refuse_damage(file, damage);
+    return true;
 }
 
 }  // namespace nivora

@@ -30,14 +30,20 @@ struct BasinDamage {
 /// @param most entries for each table
 [[nodiscard]] std::vector<BasinDamage> structure_damage(BasinDatabase& database, int most = 1);
 
-/// Whether all that is wrong is in the results table, which a run makes anew.
-[[nodiscard]] bool only_results(const std::vector<BasinDamage>& damage);
-
 /// What is wrong in the rows of a sound structure: keys that are doubled or missing, values that their fields
 /// can't hold or the model can't use, rows of zones and simulations that do not exist.
 [[nodiscard]] std::vector<BasinDamage> content_damage(BasinDatabase& database);
 
-/// The refusal of a damaged file, with the first place. @throws StoreError Damaged, if there is any
+/// The refusal of a damaged file: the first place, and how to rescue the rest.
+/// @throws StoreError Damaged, if there is any
 void refuse_damage(const std::filesystem::path& file, const std::vector<BasinDamage>& damage);
+
+/// Checks every page of a basin before somebody works in it, and refuses all damage but that of the results,
+/// which the next run rebuilds.
+///
+/// @param file the name that the user knows, which the refusal tells
+/// @return whether the results are damaged
+/// @throws StoreError
+[[nodiscard]] bool has_only_damaged_results(BasinDatabase& database, const std::filesystem::path& file);
 
 }  // namespace nivora

@@ -104,7 +104,7 @@ void ContentCheck::check_values(const TableSchema& table, const std::string& nam
     if (count(from + " WHERE " + any) == 0) return;  // one walk through a table that is as it has to be
     for (const Field& field : table.fields) {
         add_found(name, from + " WHERE " + wrong_value(field),
-                  fmt::format("'row ' || rowid || ': {} holds ' || quote({}) || ', which is no {}'",
+                  fmt::format("'row ' || rowid || ': {} holds ' || quote({}) || ', which is not a valid {}'",
                               field.name, quoted_name(field.name), declared_type(field)));
     }
 }
@@ -125,12 +125,12 @@ void ContentCheck::check_keys(const std::string& table) {
         table,
         fmt::format("{} WHERE Zone IS NULL OR Zone < 1 OR Zone > {} OR Date IS NULL OR Date <> round(Date)",
                     from, zones_),
-        fmt::format("'row ' || rowid || ' has no zone of the basin or no calendar day: ' || {}",
+        fmt::format("'row ' || rowid || ' is not of a zone of the basin, or not of a calendar day: ' || {}",
                     k_daily_place));
     add_found(
         table,
         fmt::format("(SELECT Zone, Date, count(*) AS n FROM {} GROUP BY Zone, Date HAVING n > 1)", from),
-        fmt::format("{} is there ' || n || ' times'", std::string{k_daily_place} + " || '"));
+        fmt::format("{} appears ' || n || ' times'", std::string{k_daily_place} + " || '"));
     add_found(
         table,
         fmt::format("(SELECT Date, count(DISTINCT Zone) AS n FROM {} WHERE Date IS NOT NULL GROUP BY Date "
@@ -165,7 +165,7 @@ void ContentCheck::check_zones() {
             add(k_zone_description, fmt::format("the area of zone {} is {}", zone.id, *zone.area));
         if (zone.elevation && !(*zone.elevation > below))
             add(k_zone_description,
-                fmt::format("the elevation of zone {}, {}, does not lie above the zone before", zone.id,
+                fmt::format("the elevation of zone {}, {}, is not above that of the zone before", zone.id,
                             *zone.elevation));
         below = zone.elevation.value_or(below);
     }
@@ -194,7 +194,7 @@ void ContentCheck::check_simulation(const Simulation& simulation) {
     if (!simulation.start || !simulation.end || *simulation.start > *simulation.end)
         return add(k_simulation_index, said + "has no period");
     const auto table = database_.stored_name(simulation.name);
-    if (!table) return add(k_simulation_index, said + "has no table of parameters");
+    if (!table) return add(k_simulation_index, said + "has no parameter table");
     check_values(parameter_table(*table), *table);
     check_ranges(*table, k_parameter_ranges);
     check_keys(*table);
@@ -207,7 +207,7 @@ void ContentCheck::check_simulations() {
     for (std::size_t i = 0; i < simulations.size(); ++i) {
         for (std::size_t k = 0; k < i; ++k) {
             if (same_name(simulations[i].name, simulations[k].name))
-                add(k_simulation_index, fmt::format("the name '{}' is there twice", simulations[i].name));
+                add(k_simulation_index, fmt::format("the name '{}' appears twice", simulations[i].name));
         }
         check_simulation(simulations[i]);
     }
@@ -240,7 +240,7 @@ void ContentCheck::check_averages() {
     check_values(basin_averages_table(), k_basin_averages);
     add_found(k_basin_averages,
               "(SELECT Zone, Month, count(*) AS n FROM BasinAverages GROUP BY Zone, Month HAVING n > 1)",
-              "'zone ' || Zone || ', ' || Month || ' is there ' || n || ' times'");
+              "'zone ' || Zone || ', ' || Month || ' appears ' || n || ' times'");
 }
 
 std::vector<BasinDamage> ContentCheck::all() {

@@ -2,10 +2,14 @@
 
 #include "base/durable_file.h"
 #include "base/output_file.h"
+#include "store/basin_check.h"
+#include "store/basin_salvage.h"
 #include "store/database.h"
 
 #include <SQLiteCpp/Backup.h>
 #include <fmt/format.h>
+
+#include <memory>
 
 namespace nivora {
 namespace {
@@ -23,36 +27,71 @@ void remove_quietly(const fs::path& path) {
     fs::remove(path, ignored);
 }
 
-void check_structure(BasinDatabase& database) {
-    const std::string verdict =
-        guarded([&] { return database.sql().execAndGet("PRAGMA quick_check(1)").getString(); });
-    if (verdict == "ok") return;
-    throw StoreError(StoreFault::Damaged,
-                     fmt::format("The file '{}' is damaged: {}.", path_text(database.path()), verdict));
+[[noreturn]] void refuse_target(const fs::path& target, const char* reason) {
+    throw FileError(fmt::format("The file '{}' can't be written: {}.", path_text(target), reason));
 }
 
-/// A journal that belongs to an interrupted change would be played back into whatever bears the file's name
-/// next: the change is undone now, while the file is still the one it belongs to.
-void settle_journal(const fs::path& target) {
-    const fs::path journal = journal_of(target);
+[[noreturn]] void refuse_busy(const fs::path& file, const char* advice) {
+    throw FileError(
+        fmt::format("The file '{}' is in use by another program. Wait until that program has "
+                    "finished and {}.",
+                    path_text(file), advice));
+}
+
+/// What to do about a working file that another program holds.
+constexpr const char* k_try_again = "try again";
+
+/// Undoes an interrupted change of a file that is about to be read past the database engine.
+void settle_journal(const fs::path& file) {
+    const fs::path journal = journal_of(file);
     if (!fs::exists(journal)) return;
     try {
-        BasinDatabase database{target, Access::ReadWrite};
+        BasinDatabase database{file, Access::ReadWrite};
         static_cast<void>(database.table_names());
-    } catch (const StoreError&) {
+    } catch (const StoreError& error) {
+        if (error.fault() == StoreFault::Busy) refuse_busy(file, k_try_again);
         // The file is no basin, so that the journal holds nothing of ours.
     }
     remove_quietly(journal);
 }
 
-[[noreturn]] void refuse_target(const fs::path& target, const char* reason) {
-    throw FileError(fmt::format("The file '{}' can't be written: {}.", path_text(target), reason));
+/// Keeps every other program from writing into a basin that is about to be replaced; those that read go on
+/// with the old file. Undoes the change of a program that was killed: its journal would be played back into
+/// whatever bears the file's name next.
+///
+/// @return null for a file that is no basin, or a damaged one, in which no program can work
+std::unique_ptr<BasinDatabase> keep_writers_out(const fs::path& target, std::chrono::milliseconds wait,
+                                                const char* advice) {
+    constexpr int k_attempts = 5;
+    if (!fs::exists(target)) return nullptr;
+    try {
+        for (int attempt = 0; attempt < k_attempts; ++attempt) {
+            auto held = std::make_unique<BasinDatabase>(target, Access::ReadWrite, wait);
+            held->execute("BEGIN IMMEDIATE");
+            // While this program waited, the other one may have put a new file in the place of this one.
+            if (!held->has_moved()) return held;
+        }
+    } catch (const StoreError& error) {
+        if (error.fault() != StoreFault::Busy) return nullptr;
+    }
+    refuse_busy(target, advice);
 }
 
-/// Copies a source whose structure was checked: what fails now, unless somebody works in the source, is the
-/// writing.
-void copy_pages(BasinDatabase& source, const fs::path& part, const fs::path& work_file) {
+/// Gives a finished part the name of a file that other programs are kept out of.
+void take_place(const fs::path& part, const fs::path& target, std::unique_ptr<BasinDatabase> held) {
+    remove_quietly(journal_of(target));
+#ifdef _WIN32
+    held.reset();  // the system does not replace a file that is open
+#endif
+    move_into_place(part, target);
+    held.reset();  // only now may others write, who find that the file has moved
+}
+
+/// Copies a source that was checked: what fails now, unless somebody works in the source, is the writing.
+void copy_checked(BasinDatabase& source, bool without_results, const fs::path& part,
+                  const fs::path& work_file) {
     try {
+        if (without_results) return copy_without_results(source, part);
         guarded([&] {
             SQLite::Database copy{path_text(part), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE};
             SQLite::Backup backup{copy, source.sql()};
@@ -68,28 +107,38 @@ void copy_pages(BasinDatabase& source, const fs::path& part, const fs::path& wor
     }
 }
 
-/// Reads the user's file through the database engine; false where an interrupted change would have to be
-/// undone in it.
-bool back_up(const fs::path& user_file, const fs::path& part, const fs::path& work_file) {
+/// What came of a user's file.
+enum class Copied {
+    Whole,
+    WithoutResults,  ///< which are damaged
+    Nothing          ///< an interrupted change has to be undone first
+};
+
+/// Reads the user's file through the database engine, as it is at one moment.
+Copied back_up(const fs::path& user_file, const fs::path& part, const fs::path& work_file) {
     BasinDatabase source{user_file, Access::ReadOnly};
     const bool interrupted = fs::exists(journal_of(user_file));
     try {
-        check_structure(source);
-        copy_pages(source, part, work_file);
-    } catch (const StoreError&) {
-        if (!interrupted) throw;
-        return false;
+        source.execute("BEGIN");
+        const bool damaged_results = has_only_damaged_results(source, user_file);
+        copy_checked(source, damaged_results, part, work_file);
+        return damaged_results ? Copied::WithoutResults : Copied::Whole;
+    } catch (const StoreError& error) {
+        // The journal of a program that is still writing belongs to it.
+        if (!interrupted || error.fault() == StoreFault::Busy) throw;
+        return Copied::Nothing;
     }
-    return true;
 }
 
 /// Copies a file together with the journal of its interrupted change, and undoes the change in the copy.
-void copy_interrupted(const fs::path& user_file, const fs::path& part, const fs::path& work_file) {
+Copied copy_interrupted(const fs::path& user_file, const fs::path& part, const fs::path& work_file) {
     remove_quietly(part);
     copy_file_checked(user_file, part, work_file);
     copy_file_checked(journal_of(user_file), journal_of(part), work_file);
     BasinDatabase copy{part, Access::ReadWrite};
-    check_structure(copy);
+    if (!has_only_damaged_results(copy, user_file)) return Copied::Whole;
+    replace_without_results(copy);
+    return Copied::WithoutResults;
 }
 
 /// Runs a piece of file work; a path that can't be reached, such as one whose name is too long or whose
@@ -136,16 +185,18 @@ void give_new_name(const fs::path& finished, const fs::path& target) {
     move_to_new_name(finished, target);
 }
 
-void copy_into_work_file(const fs::path& user_file, const fs::path& work_file) {
+bool copy_into_work_file(const fs::path& user_file, const fs::path& work_file) {
+    Copied copied = Copied::Nothing;
     reaching_files([&] {
         remove_leftovers(work_file);
         // A save that was killed may have left its part beside the user's file, as large as the file itself.
         remove_leftovers(real_file(user_file));
         const PartFile part{work_file};
-        if (!back_up(user_file, part.path(), work_file)) copy_interrupted(user_file, part.path(), work_file);
-        settle_journal(work_file);
-        move_into_place(part.path(), work_file);
+        copied = back_up(user_file, part.path(), work_file);
+        if (copied == Copied::Nothing) copied = copy_interrupted(user_file, part.path(), work_file);
+        take_place(part.path(), work_file, keep_writers_out(work_file, k_busy_wait, k_try_again));
     });
+    return copied == Copied::WithoutResults;
 }
 
 void copy_over_user_file(const fs::path& work_file, const fs::path& user_file) {
@@ -154,11 +205,13 @@ void copy_over_user_file(const fs::path& work_file, const fs::path& user_file) {
         remove_leftovers(target);
         refuse_unwritable(target);
         settle_journal(work_file);
+        // No wait: what another program brings to its end meanwhile would be replaced unseen.
+        auto held =
+            keep_writers_out(target, std::chrono::milliseconds{0}, "save again, or save under another name");
         const PartFile part{target};
         copy_file_checked(work_file, part.path(), target);
         keep_mode(target, part.path());
-        settle_journal(target);
-        move_into_place(part.path(), target);
+        take_place(part.path(), target, std::move(held));
     });
 }
 

@@ -31,22 +31,23 @@ void give_new_name(const std::filesystem::path& finished, const std::filesystem:
 /// Brings a user's basin file into the working file.
 ///
 /// Goes through the database engine, so that a journal which another program left beside the file counts. The
-/// user's file is opened for reading alone and checked first (identity, then its whole structure); the
-/// working file is replaced in one step, so that a refused file leaves it as it was.
+/// user's file is opened for reading alone and every page of it is checked first; the working file is
+/// replaced in one step, so that a refused file leaves it as it was. Leftovers of killed copies beside either
+/// file are removed.
 ///
+/// @return whether the results were left out, because they are damaged and nothing else is
 /// @throws StoreError with what is wrong with the user's file, FileError where the working file can't be
 /// written
-///
-/// Leftovers of killed copies beside either file are removed.
-void copy_into_work_file(const std::filesystem::path& user_file, const std::filesystem::path& work_file);
+bool copy_into_work_file(const std::filesystem::path& user_file, const std::filesystem::path& work_file);
 
 /// Brings the working file over a user's file, which is afterwards whole: as it was, or new.
 ///
 /// The copy is written beside the user's file, flushed, checked for its size and renamed; the folder is
 /// flushed. The mode of a file that is replaced is kept, and a link stays a link. Leftovers of copies that
-/// were killed are removed.
+/// were killed are removed. No other program can write into a basin while it is replaced.
 ///
-/// @throws FileError, with the user's file unchanged: the file may not be written, the disk is full ...
+/// @throws FileError, with the user's file unchanged: another program is writing into it, the file may not be
+/// written, the disk is full ...
 void copy_over_user_file(const std::filesystem::path& work_file, const std::filesystem::path& user_file);
 
 /// Brings the blank template over the working file. @throws FileError, StoreError

@@ -49,8 +49,8 @@ auto as_store_error(Work&& work) {
 [[noreturn]] void refuse_busy(const fs::path& file, milliseconds wait) {
     throw StoreError(
         StoreFault::Busy,
-        fmt::format("The file '{}' is in use by another program, which did not end its work on it "
-                    "within {} seconds. Nothing was changed; try again once it has ended.",
+        fmt::format("The file '{}' is in use by another program, which did not finish within {} "
+                    "seconds. Nothing was changed. Try again when it has finished.",
                     path_text(file), std::chrono::duration_cast<std::chrono::seconds>(wait).count()));
 }
 
@@ -118,8 +118,8 @@ void refuse_unwritable_basin(const fs::path& file) {
     if (!fs::is_regular_file(file, unknown) || may_be_written(file)) return;
     throw StoreError(
         StoreFault::ReadOnly,
-        fmt::format("The basin file '{}' may not be written: it is marked read-only, or the permission "
-                    "is missing.",
+        fmt::format("The basin file '{}' cannot be written: it is marked read-only, or you have no "
+                    "permission to write to it.",
                     path_text(file)));
 }
 
@@ -145,8 +145,8 @@ PrivateFolder::PrivateFolder() {
         if (!error) return;
         fs::remove(path_, error);
     }
-    throw FileError(
-        fmt::format("No folder for a copy can be made in '{}'.", path_text(fs::temp_directory_path())));
+    throw FileError(fmt::format("A folder for a temporary copy can't be created in '{}'.",
+                                path_text(fs::temp_directory_path())));
 }
 
 PrivateFolder::~PrivateFolder() {
@@ -205,10 +205,7 @@ OpenBasin open_to_run(const fs::path& file, milliseconds wait) {
         refuse_unwritable_basin(file);
         OpenBasin basin;
         basin.database_ = open_alone(file, wait);
-        const auto damage = structure_damage(*basin.database_);
-        if (damage.empty()) return basin;
-        if (!only_results(damage)) refuse_damage(file, damage);
-        basin.damaged_results_ = true;
+        basin.damaged_results_ = has_only_damaged_results(*basin.database_, file);
         return basin;
     });
 }

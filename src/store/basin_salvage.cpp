@@ -71,7 +71,7 @@ public:
     explicit DamagedFile(const fs::path& copy) : path_(copy) {
         // The journal is played back through the header, and may bring the header of before the change.
         if (!mend_header(copy))
-            throw StoreError(StoreFault::NotADatabase, "It is no basin file, damaged or not.");
+            throw StoreError(StoreFault::NotADatabase, "The file is not a Nivora basin file.");
         undo_interrupted();
         static_cast<void>(mend_header(copy));
         tables_ = listed();
@@ -167,13 +167,14 @@ std::string place_problem(const fs::path& copy, const std::vector<StoredTable>& 
     const auto fields = fields_of_first_row(copy, table.page);
     const auto declared = static_cast<int>(table.schema->fields.size());
     if (fields && *fields != declared)
-        return fmt::format("nothing: the rows at its place have {} fields, not {}", *fields, declared);
+        return fmt::format("all rows: those in the place of the table have {} fields, not {}", *fields,
+                           declared);
     for (const StoredTable& other : tables) {
         if (other.row == table.row || other.page != table.page) continue;
         if (!other.schema || !fields || static_cast<int>(other.schema->fields.size()) == declared)
             return fmt::format(
-                "nothing: it has its place in common with '{}', and whose rows stand there can't be "
-                "told",
+                "all rows: '{}' has the same place, and the file does not show to which of the two "
+                "the rows belong",
                 other.name);
     }
     return {};
@@ -196,7 +197,7 @@ SalvagedTable salvage_table(DamagedFile& damaged, const fs::path& copy, const St
         salvaged.losses = std::move(copied.losses);
     } catch (const StoreError& error) {
         if (error.fault() == StoreFault::Full || error.fault() == StoreFault::ReadOnly) throw;
-        salvaged.losses.push_back(std::string{"what was not copied can't be read: "} + error.what());
+        salvaged.losses.push_back(std::string{"all other rows, which can't be read: "} + error.what());
     }
     const bool has_parameters =
         !is_fixed_table(table.schema->name) && same_name(table.schema->fields[0].name, "Zone");
@@ -287,7 +288,8 @@ void complete(BasinDatabase& made, std::vector<SalvagedTable>& all) {
     for (const TableSchema& table : template_tables()) {
         const bool known = std::any_of(all.begin(), all.end(),
                                        [&](const SalvagedTable& t) { return same_name(t.name, table.name); });
-        if (!known) all.push_back({table.name, 0, {"the table is not in the file's list"}});
+        if (!known)
+            all.push_back({table.name, 0, {"all rows: the table is not in the file's list of tables"}});
     }
     const auto header = made.sql().execAndGet("SELECT count(*) FROM BasinDescription").getInt();
     if (header > 0) return;
@@ -309,7 +311,7 @@ std::vector<SalvagedTable> salvage_into(const fs::path& copy, const fs::path& pa
                 return table.schema && same_name(salvaged.name, table.schema->name);
             });
             if (!table.schema || twice) {
-                all.push_back({table.name, 0, {"all of it: the file does not say which table it is"}});
+                all.push_back({table.name, 0, {"all rows: the file does not show which table this is"}});
             } else {
                 all.push_back(salvage_table(damaged, copy, table, made));
             }
@@ -346,8 +348,8 @@ std::vector<Declaration> declarations(BasinDatabase& database, const char* type)
 [[noreturn]] void refuse_declaration(const Declaration& declaration) {
     throw StoreError(
         StoreFault::Damaged,
-        fmt::format("The declaration of the {} '{}' in the basin file is no statement that makes "
-                    "it. Copy what can be read into a new file with 'salvage'.",
+        fmt::format("The declaration of the {} '{}' in the basin file is not a statement that creates "
+                    "it. To copy what can be read into a new file, run: nivora-batch salvage",
                     declaration.type, declaration.name));
 }
 
@@ -401,9 +403,28 @@ void make_table(BasinDatabase& database, SQLite::Database& made, const Declarati
     }
 }
 
-void copy_without_results(BasinDatabase& database, const fs::path& part) {
+}  // namespace
+
+std::vector<SalvagedTable> salvage_basin(const fs::path& damaged, const fs::path& made) {
+    std::error_code unknown;  // a name that can't even be looked up is refused when the file is made
+    if (fs::exists(fs::symlink_status(made, unknown)))
+        throw FileError(fmt::format("The file '{}' already exists and was not changed. Choose another name.",
+                                    path_text(made)));
+    if (!fs::is_regular_file(damaged, unknown))
+        throw FileError(
+            fmt::format("The file '{}' can't be read: there is no such file.", path_text(damaged)));
+    const PrivateFolder folder;
+    const fs::path copy = folder.path() / "basin.mdb";
+    copy_with_journal(damaged, copy);
+    const PartFile part{made};
+    std::vector<SalvagedTable> tables = guarded([&] { return salvage_into(copy, part.path()); });
+    give_new_name(part.path(), made);
+    return tables;
+}
+
+void copy_without_results(BasinDatabase& database, const fs::path& made_file) {
     guarded([&] {
-        SQLite::Database made{path_text(part), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE};
+        SQLite::Database made{path_text(made_file), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE};
         open_defensively(made);
         made.exec("PRAGMA page_size = 4096");
         made.exec("PRAGMA encoding = 'UTF-8'");
@@ -420,24 +441,6 @@ void copy_without_results(BasinDatabase& database, const fs::path& part) {
         made.exec(fmt::format("PRAGMA user_version = {}", k_schema_version));
         transaction.commit();
     });
-}
-
-}  // namespace
-
-std::vector<SalvagedTable> salvage_basin(const fs::path& damaged, const fs::path& made) {
-    std::error_code unknown;  // a name that can't even be looked up is refused when the file is made
-    if (fs::exists(fs::symlink_status(made, unknown)))
-        throw FileError(fmt::format("The file '{}' exists already; it was left as it is.", path_text(made)));
-    if (!fs::is_regular_file(damaged, unknown))
-        throw FileError(
-            fmt::format("The file '{}' can't be read: there is no such file.", path_text(damaged)));
-    const PrivateFolder folder;
-    const fs::path copy = folder.path() / "basin.mdb";
-    copy_with_journal(damaged, copy);
-    const PartFile part{made};
-    std::vector<SalvagedTable> tables = guarded([&] { return salvage_into(copy, part.path()); });
-    give_new_name(part.path(), made);
-    return tables;
 }
 
 void replace_without_results(BasinDatabase& database) {

@@ -28,6 +28,10 @@ struct SalvagedTable {
 [[nodiscard]] std::vector<SalvagedTable> salvage_basin(const std::filesystem::path& damaged,
                                                        const std::filesystem::path& made);
 
+/// Writes all tables but the results into a new file, from a basin of which only these are damaged. The file
+/// is not flushed. @throws StoreError
+void copy_without_results(BasinDatabase& database, const std::filesystem::path& made);
+
 /// Puts a file of all tables but the results into the place of a basin of which only these are damaged.
 /// @param database the damaged file, held alone; the caller closes it and opens the file anew
 /// @throws StoreError, FileError, with the file as it was

@@ -14,12 +14,10 @@ std::string box_text(const std::optional<Number>& number) {
 
 void check_header(const BasinDescription& header) {
     if (header.zones && (*header.zones < 1 || *header.zones > k_most_zones)) {
-        throw StoreError(StoreFault::Value,
-                         "The basin file states a number of zones that is not from 1 to 16.");
+        throw StoreError(StoreFault::Value, "The number of zones in the basin file is not from 1 to 16.");
     }
     if (header.units && !is_known(*header.units)) {
-        throw StoreError(StoreFault::Value,
-                         "The basin file states units that are neither Metric nor English.");
+        throw StoreError(StoreFault::Value, "The units in the basin file are neither Metric nor English.");
     }
 }
 

@@ -41,7 +41,7 @@ void check_identity(const fs::path& path) {
     const fs::file_status status = fs::status(path, error);
     if (!fs::exists(status)) refuse(StoreFault::Missing, path, "does not exist.");
     if (!fs::is_regular_file(status))
-        refuse(StoreFault::NotADatabase, path, "is a folder or no ordinary file.");
+        refuse(StoreFault::NotADatabase, path, "is a folder, or not a regular file.");
     std::ifstream file{path, std::ios::binary};
     if (!file) refuse(StoreFault::ReadOnly, path, "can't be opened: the permission to read it is missing.");
     std::array<char, k_header_size> header{};
@@ -49,10 +49,10 @@ void check_identity(const fs::path& path) {
     constexpr std::string_view k_magic{"SQLite format 3\0", 16};
     if (file.gcount() != static_cast<std::streamsize>(k_header_size) ||
         std::string_view{header.data(), k_magic.size()} != k_magic) {
-        refuse(StoreFault::NotADatabase, path, "is no basin file of Nivora: it has an unrecognized format.");
+        refuse(StoreFault::NotADatabase, path, "is not a Nivora basin file: it has an unrecognized format.");
     }
     if (big_endian_at(header, k_application_id_at) != k_application_id) {
-        refuse(StoreFault::Foreign, path, "is a database of another program, no basin file of Nivora.");
+        refuse(StoreFault::Foreign, path, "is a database of another program, not a Nivora basin file.");
     }
     const std::int32_t version = big_endian_at(header, k_user_version_at);
     if (version > k_schema_version) {
@@ -62,8 +62,7 @@ void check_identity(const fs::path& path) {
                    "Please use the newer version.",
                    version, k_schema_version));
     }
-    if (version < 1)
-        refuse(StoreFault::Damaged, path, "bears no version of a basin file; it may be damaged.");
+    if (version < 1) refuse(StoreFault::Damaged, path, "has no version number; it may be damaged.");
 }
 
 void sql_single(sqlite3_context* context, int, sqlite3_value** values) {
@@ -175,8 +174,8 @@ StoreError store_error(const SQLite::Exception& exception) {
     std::string text = exception.what();
     if (fault == StoreFault::Busy) text = "The basin file is in use by another program (" + text + ").";
     if (fault == StoreFault::ReadOnly)
-        text = "The basin file or its folder may not be written (" + text + ").";
-    if (fault == StoreFault::Full) text = "The disk has no room for the basin file (" + text + ").";
+        text = "The basin file or its folder cannot be written (" + text + ").";
+    if (fault == StoreFault::Full) text = "There is no disk space left for the basin file (" + text + ").";
     if (fault == StoreFault::Damaged) text = "The basin file is damaged (" + text + ").";
     return {fault, text};
 }
@@ -210,7 +209,7 @@ bool BasinDatabase::has_moved() {
 void BasinDatabase::create_template(const fs::path& path) {
     std::error_code unknown;  // a name that can't even be looked up is refused when the file is made
     if (fs::exists(fs::symlink_status(path, unknown))) {
-        refuse(StoreFault::Exists, path, "exists already; it was left as it is.");
+        refuse(StoreFault::Exists, path, "already exists and was not changed. Choose another name.");
     }
     const PartFile beside{path};
     write_template(beside.path());
@@ -265,7 +264,7 @@ std::vector<Field> BasinDatabase::table_fields(std::string_view table) {
 void BasinDatabase::create_table(const TableSchema& table) {
     if (has_table(table.name)) {
         throw StoreError(StoreFault::Exists,
-                         fmt::format("The basin file has a table '{}' already.", table.name));
+                         fmt::format("The basin file already has a table '{}'.", table.name));
     }
     execute(create_statement(table));
 }

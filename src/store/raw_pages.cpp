@@ -91,12 +91,15 @@ bool mend_header(const fs::path& copy) {
     const bool basin = number_at(header, 68, 4) == static_cast<std::uint32_t>(k_application_id);
     if (!engine && !basin) return false;
     const std::uint32_t page_size = page_size_of(header);
+    const std::uint64_t whole_pages = fs::file_size(copy) / page_size * page_size;
     const std::uint64_t size = (fs::file_size(copy) + page_size - 1) / page_size * page_size;
     mend(header, page_size, size);
     file.clear();
     file.seekp(0);
     file.write(reinterpret_cast<const char*>(header.data()), static_cast<std::streamsize>(header.size()));
     file.close();
+    // A row whose beginning is in the file and whose end was cut off would read as zeros.
+    if (whole_pages > 0) fs::resize_file(copy, whole_pages);
     fs::resize_file(copy, size);
     return true;
 }

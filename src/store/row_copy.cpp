@@ -213,7 +213,7 @@ bool RowSalvage::take(sqlite3_stmt* row) {
     const auto count = static_cast<int>(table_.fields.size());
     const std::int64_t number = sqlite3_column_int64(row, 0);
     if (sqlite3_column_count(row) < count + 1) {
-        lose(fmt::format("row {} has too few fields", number));
+        lose(fmt::format("row {}, which has too few fields", number));
         return false;
     }
     for (int i = 0; i < count; ++i) {
@@ -227,7 +227,7 @@ bool RowSalvage::take(sqlite3_stmt* row) {
             sqlite3_bind_value(insert_.get(), i + 1, value);
             continue;
         }
-        lose(fmt::format("row {} holds in '{}' what can't stand there", number, field.name));
+        lose(fmt::format("row {}, whose field '{}' has an invalid value", number, field.name));
         return false;
     }
     static_cast<void>(insert_.step());
@@ -307,12 +307,12 @@ std::optional<std::int64_t> RowSalvage::next_readable(std::int64_t fault) {
 void RowSalvage::tell_order() {
     order_.end();
     for (const RowOrder::Misplaced& row : order_.misplaced())
-        lose(fmt::format("the number of the row behind row {}, which reads {}", row.behind, row.number));
-    if (twice_ > 0 && !faulty_) lose(fmt::format("{} rows that the table leads to a second time", twice_));
+        lose(fmt::format("the number of the row after row {}, which was {}", row.behind, row.number));
+    if (twice_ > 0 && !faulty_) lose(fmt::format("{} rows that the table refers to twice", twice_));
     if (!faulty_ && twice_ == 0 && order_.misplaced().empty()) return;
     for (const RowOrder::Gap& gap : order_.gaps()) {
         const bool all = gap.rows == gap.last - gap.first + 1;
-        lose(fmt::format("{}the rows {} to {} {}", all ? "" : fmt::format("{} of ", gap.rows), gap.first,
+        lose(fmt::format("{}rows {} to {}, which {}", all ? "" : fmt::format("{} of ", gap.rows), gap.first,
                          gap.last, gap.fault ? "can't be read" : "are missing"));
     }
 }
@@ -326,8 +326,8 @@ CopiedRows RowSalvage::run() {
         order_.begin_anew();
         const auto next = next_readable(searched);
         if (!next) {
-            lose(searched == 0 ? std::string{"no row can be read"}
-                               : fmt::format("what stands behind row {} can't be read", searched));
+            lose(searched == 0 ? std::string{"all rows, which can't be read"}
+                               : fmt::format("the rows after row {}, which can't be read", searched));
             break;
         }
         // A row may be reached by its number alone, and not from the one before.

@@ -19,8 +19,7 @@ namespace {
 /// The number in a field that is not Null.
 double number_at(SQLite::Statement& row, int position) {
     const SQLite::Column column = row.getColumn(position);
-    if (!column.isInteger() && !column.isFloat())
-        refuse_value(row, position, "a text where a number belongs");
+    if (!column.isInteger() && !column.isFloat()) refuse_value(row, position, "text instead of a number");
     return column.getDouble();
 }
 
@@ -31,7 +30,7 @@ Whole whole_at(SQLite::Statement& row, int position) {
     const bool fits = value == std::floor(value) &&
                       value >= static_cast<double>(std::numeric_limits<Whole>::min()) &&
                       value <= static_cast<double>(std::numeric_limits<Whole>::max());
-    if (!fits) refuse_value(row, position, "a number that is out of its range");
+    if (!fits) refuse_value(row, position, "a number that is out of range");
     return static_cast<Whole>(value);
 }
 
@@ -101,7 +100,7 @@ void read_value(SQLite::Statement& row, int position, DayCount& value) {
     value = 0;
     if (is_null(row, position)) return;
     const double date = number_at(row, position);
-    if (!(std::abs(date) <= k_largest_day)) refuse_value(row, position, "a date that is out of its range");
+    if (!(std::abs(date) <= k_largest_day)) refuse_value(row, position, "a date that is out of range");
     value = whole_day(date);
 }
 
@@ -127,8 +126,7 @@ TableSchema template_table(std::string_view name) {
     for (TableSchema& table : template_tables()) {
         if (table.name == name) return std::move(table);
     }
-    throw StoreError(StoreFault::Missing,
-                     fmt::format("No basin file has a table '{}' from the start.", name));
+    throw StoreError(StoreFault::Missing, fmt::format("The template has no table '{}'.", name));
 }
 
 bool is_scenario(BasinDatabase& database, std::string_view name) {

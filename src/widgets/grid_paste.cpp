@@ -25,6 +25,20 @@ std::string refused_text(const GridModel& cells, const PastePlan& plan) {
            from_qt(cells.refusal(first.row, first.column, first.text)) + ".";
 }
 
+std::string counted(int count, const char* what) {
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+/// What the grid has no room for; empty where it has room for all.
+std::string cut_off_text(const PastePlan& plan) {
+    if (plan.cut_off_rows == 0 && plan.cut_off_columns == 0) return {};
+    std::string text = "The grid has no room for ";
+    if (plan.cut_off_rows > 0) text += counted(plan.cut_off_rows, "row");
+    if (plan.cut_off_rows > 0 && plan.cut_off_columns > 0) text += " and ";
+    if (plan.cut_off_columns > 0) text += counted(plan.cut_off_columns, "column");
+    return text + " of the clipboard.";
+}
+
 }  // namespace
 
 PastePlan checked_paste(const GridModel& cells, std::vector<PlacedText> texts) {
@@ -58,20 +72,18 @@ PastePlan plan_paste(const GridModel& cells, const CellBlock& copied, const Cell
         }
     }
     PastePlan plan = checked_paste(cells, std::move(texts));
-    const int beyond = static_cast<int>(copied.size()) - (rows - target.first_row);
-    plan.cut_off = std::max(0, beyond) + std::max(0, static_cast<int>(widest) - room);
+    plan.cut_off_rows = std::max(0, static_cast<int>(copied.size()) - (rows - target.first_row));
+    plan.cut_off_columns = std::max(0, static_cast<int>(widest) - room);
     return plan;
 }
 
 std::optional<Message> paste_question(const GridModel& cells, const PastePlan& plan) {
-    if (plan.refused == 0 && plan.cut_off == 0) return std::nullopt;
+    const std::string cut_off = cut_off_text(plan);
+    if (plan.refused == 0 && cut_off.empty()) return std::nullopt;
     std::string text;
     if (plan.refused > 0) text = refused_text(cells, plan);
-    if (plan.cut_off > 0) {
-        if (!text.empty()) text += "\n";
-        text += "Rows or columns of the clipboard for which the grid has no room: " +
-                std::to_string(plan.cut_off) + ".";
-    }
+    if (!text.empty() && !cut_off.empty()) text += "\n";
+    text += cut_off;
     if (plan.cells.empty()) return Message{.text = text, .title = "Paste", .icon = Icon::Warning};
     return Message{.text = text + "\nPaste the rest? No leaves all cells as they are.",
                    .title = "Paste",

@@ -24,7 +24,8 @@ struct PastePlan {
     std::vector<PlacedText> cells;  ///< that can be taken
     int refused = 0;                ///< that can't
     PlacedText first_refused;       ///< the first of these
-    int cut_off = 0;                ///< rows and columns of the block for which the grid has no room
+    int cut_off_rows = 0;           ///< of the block, for which the grid has no room
+    int cut_off_columns = 0;        ///< the same
 };
 
 /// Sorts the texts by whether their cells can take them.

@@ -43,9 +43,9 @@ void GridStatus::show_unit(const GridView* grid) {
 void GridStatus::show_refusal(const GridView* grid, int row, int column, const QString& text) {
     const QString reason = grid->cells().refusal(row, column, text);
     if (reason.isEmpty()) return;  // the store refused it, which was told in a box
-    bar_->showMessage(
-        QStringLiteral("'%1' is not taken for %2: %3.").arg(text, grid->cells().place(row, column), reason),
-        k_shown_milliseconds);
+    bar_->showMessage(QStringLiteral("'%1' is not accepted for %2: %3.")
+                          .arg(text, grid->cells().place(row, column), reason),
+                      k_shown_milliseconds);
 }
 
 }  // namespace nivora

@@ -203,7 +203,7 @@ TEST(ReadWholeFile, RefusesWhatIsNoFile) {
     EXPECT_NE(read(folder / std::string(300, 'n')), "");
     EXPECT_NE(read(""), "");
 #ifndef _WIN32
-    EXPECT_THAT(read("/dev/null"), HasSubstr("it is no ordinary file"));
+    EXPECT_THAT(read("/dev/null"), HasSubstr("it is not a regular file"));
 #endif
 }
 

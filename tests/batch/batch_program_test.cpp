@@ -83,7 +83,7 @@ TEST_F(BatchProgram, SaysNoWithStatus1OnStandardErrorAlone) {
     const BatchResult result = program(batch_folder, {"run", batch_folder.file(), "--simulation", "alder"});
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.out, "");
-    EXPECT_THAT(result.err, HasSubstr("is no basin file of Nivora"));
+    EXPECT_THAT(result.err, HasSubstr("is not a Nivora basin file"));
 }
 
 TEST_F(BatchProgram, WrongUsageIsStatus2) {
@@ -148,7 +148,7 @@ TEST_F(BatchProgram, ABasinThatMayNotBeWrittenIsRefusedAndStays) {
     const BatchResult imported =
         program(basin, {"import", basin.file(), basin.basin(), "--name", "second"}, as_ordinary_user());
     EXPECT_EQ(imported.status, 1);
-    EXPECT_THAT(imported.err, HasSubstr("may not be written"));
+    EXPECT_THAT(imported.err, HasSubstr("cannot be written"));
     const BatchResult run =
         program(basin, {"run", basin.basin(), "--simulation", "alder"}, as_ordinary_user());
     EXPECT_EQ(run.status, 1);

@@ -74,10 +74,8 @@ TEST_F(ClimateCommandTest, ACoverThatIsHeldIsNotedAndChangesNoNumber) {
     write(small);
     const BatchResult result = climate({"--json"});
     EXPECT_EQ(result.status, 0) << result.err;
-    EXPECT_THAT(
-        result.err,
-        HasSubstr(
-            "Note: Step 5: In zone 2 the last day with snow and the first day without fall on one day"));
+    EXPECT_THAT(result.err, HasSubstr("Note: Step 5: In zone 2, the last day with snow and the first day "
+                                      "without snow move to the same day"));
     const auto notes = nlohmann::json::parse(result.out)["notes"];
     ASSERT_EQ(notes.size(), 2U);
     for (const int zone : {1, 2}) {
@@ -102,7 +100,7 @@ TEST_F(ClimateCommandTest, AWinterThatStoresNothingIsNotedByZone) {
     for (const char* zone : {"1", "2"}) {
         EXPECT_THAT(result.err,
                     HasSubstr("Note: Step 5: In zone " + std::string{zone} +
-                              " the winter from 03/30/2001 to 03/31/2001 left nothing in the snow"));
+                              ", nothing of the winter from 03/30/2001 to 03/31/2001 is left in the snow"));
     }
 }
 

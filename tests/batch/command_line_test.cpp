@@ -172,7 +172,7 @@ TEST(Simulations, OfAFileThatIsNoBasinAreRefused) {
     const BatchResult result = batch({"simulations", batch_folder.file(), "--json"});
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.out, "");
-    EXPECT_THAT(result.err, HasSubstr("is no basin file of Nivora"));
+    EXPECT_THAT(result.err, HasSubstr("is not a Nivora basin file"));
 }
 
 TEST(Simulations, ListingLeavesTheBasinAsItIs) {
@@ -201,7 +201,7 @@ TEST(Template, NeverReplacesAFile) {
     const std::string before = file_bytes(batch_folder.file());
     const BatchResult result = batch({"template", batch_folder.file()});
     EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.err, HasSubstr("exists already; it was left as it is."));
+    EXPECT_THAT(result.err, HasSubstr("already exists and was not changed."));
     EXPECT_EQ(file_bytes(batch_folder.file()), before);
     EXPECT_THAT(batch_folder.names(), ElementsAre("alder.NVR"));
 }

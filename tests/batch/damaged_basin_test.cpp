@@ -13,34 +13,8 @@ using testing::Not;
 
 namespace fs = std::filesystem;
 
-/// A year of one zone.
-LegacyParts whole_year() {
-    LegacyParts parts = receding_parts();
-    parts.start = "0101";
-    parts.end = "1231";
-    parts.sections = {"366*10/", "366*12/",   "366*4/",   "366*8/",   "366*0.5/", "366*0.4/", "366*1/",
-                      "366*18/", "366*0.65/", "366*0.4/", "366*0.9/", "366*0.7/", "366*1/"};
-    return parts;
-}
-
-class DamagedBasin : public testing::Test {
+class DamagedBasin : public YearBasinTest {
 protected:
-    DamagedBasin() {
-        EXPECT_EQ(batch({"scenario", file(), "--simulation", "alder", "--name", "warmer", "--edit",
-                         "1:1996-01-01:1996-12-31:0:2:0"})
-                      .status,
-                  0);
-    }
-
-    [[nodiscard]] std::string file() const { return basin.basin(); }
-    [[nodiscard]] std::string salvaged() const { return basin.path("salvaged.mdb"); }
-    [[nodiscard]] BatchResult climate(const std::string& simulation, const std::string& scenario) const {
-        return batch({"climate", file(), "--simulation", simulation, "--scenario", scenario});
-    }
-    [[nodiscard]] BatchResult salvage() const {
-        fs::remove(salvaged());
-        return batch({"salvage", file(), salvaged()});
-    }
     [[nodiscard]] std::string salvaged_rows(const std::string& table) const {
         const BatchResult result = batch({"export", salvaged(), table, "--csv", basin.path("s.csv")});
         EXPECT_EQ(result.status, 0) << table << ": " << result.err;
@@ -56,15 +30,9 @@ protected:
         SQLite::Database sql{file(), SQLite::OPEN_READONLY};
         return sql.execAndGet(query).getInt64();
     }
-    void put(std::size_t at, const std::string& bytes) const {
-        std::string all = basin.bytes();
-        all.replace(at, bytes.size(), bytes);
-        basin.folder().write("basin.mdb", all);
-    }
     void damage_results() const {
         ASSERT_EQ(basin.run().status, 0);
-        const std::int64_t page = number("SELECT rootpage FROM sqlite_schema WHERE name = 'SimResults'");
-        put(static_cast<std::size_t>(page - 1) * 4096, std::string(64, '\x7f'));
+        damage_first_page(file(), "SimResults", std::string(64, '\x7f'));
         ASSERT_THAT(batch({"check", file()}).out, HasSubstr("SimResults: "));
     }
     /// Gives a row of a table another number in the file itself; both numbers take two bytes there.
@@ -87,8 +55,6 @@ protected:
     static std::string fmt_update(const std::string& table, int row) {
         return "UPDATE " + table + " SET Date = Date + 1 WHERE rowid = " + std::to_string(row);
     }
-
-    RunBasin basin{whole_year(), "10"};
 };
 
 TEST_F(DamagedBasin, AForgedDeclarationReachesNoOtherFile) {
@@ -106,7 +72,7 @@ TEST_F(DamagedBasin, AForgedDeclarationReachesNoOtherFile) {
         const std::string before = basin.bytes();
         const BatchResult result = basin.run();
         EXPECT_EQ(result.status, 1);
-        EXPECT_THAT(result.err, HasSubstr("is no statement that makes it"));
+        EXPECT_THAT(result.err, HasSubstr("is not a statement that creates it"));
         EXPECT_TRUE(file_bytes(other) == kept);
         EXPECT_TRUE(basin.bytes() == before);
         if (table) forge("UPDATE sqlite_schema SET sql = 'CREATE TABLE more (a)' WHERE name = 'more'");
@@ -165,7 +131,7 @@ TEST_F(DamagedBasin, SalvageReadsOnBehindARowUnderAWrongNumber) {
         EXPECT_EQ(result.status, 1);
         EXPECT_THAT(result.out, HasSubstr("PhysicalData: 366 rows\n"));
         EXPECT_THAT(result.out,
-                    HasSubstr("the number of the row behind row 299, which reads " + std::to_string(wrong)));
+                    HasSubstr("the number of the row after row 299, which was " + std::to_string(wrong)));
         EXPECT_THAT(result.out, Not(HasSubstr("can't be read")));
         EXPECT_TRUE(salvaged_rows("PhysicalData") == sound);
         basin.folder().write("basin.mdb", before);
@@ -187,8 +153,8 @@ TEST_F(DamagedBasin, SalvageNamesTheRowsOfAPageThatIsLost) {
     put((page - 1) * 4096, std::string(4096, '\0'));
     const BatchResult result = salvage();
     EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.out, testing::ContainsRegex("PhysicalData: [12][0-9]+ rows\n *not copied: the rows "
-                                                   "[0-9]+ to [0-9]+ can't be read\n"));
+    EXPECT_THAT(result.out, testing::ContainsRegex("PhysicalData: [12][0-9]+ rows\n *not copied: rows "
+                                                   "[0-9]+ to [0-9]+, which can't be read\n"));
 }
 
 TEST_F(DamagedBasin, SalvageEndsWhereTheLargestRowNumberIsDamaged) {
@@ -205,8 +171,8 @@ TEST_F(DamagedBasin, ARefusedCommandKeepsTheFileWithItsDamagedResults) {
         EXPECT_TRUE(basin.bytes() == before) << what;
     };
     kept(batch({"run", file(), "--simulation", "birch"}), "simulation");
-    kept(climate("birch", "warmer"), "simulation of an evaluation");
-    kept(climate("alder", "colder"), "scenario");
+    kept(climate({}, "birch"), "simulation of an evaluation");
+    kept(climate({}, "alder", "colder"), "scenario");
     kept(basin.run({"--kind", "melt-season", "--forecast", "12"}), "interval");
 }
 
@@ -217,7 +183,7 @@ TEST_F(DamagedBasin, ARefusedPeriodKeepsTheFileWithItsDamagedResults) {
                                "ClimateScenarioIndex SET WinterEndDate = 1"}) {
         basin.execute(change);
         const std::string before = basin.bytes();
-        EXPECT_EQ(climate("alder", "warmer").status, 1);
+        EXPECT_EQ(climate().status, 1);
         EXPECT_TRUE(basin.bytes() == before) << change;
         if (std::string{change}.find("Winter") != std::string::npos) break;
         EXPECT_EQ(basin.run().status, 1);
@@ -230,7 +196,7 @@ TEST_F(DamagedBasin, AZoneWithoutAreaRefusesTheRunBeforeTheResultsAreTouched) {
     for (const char* area : {"0", "-5", "NULL"}) {
         basin.execute(std::string{"UPDATE ZoneDescription SET ZoneArea = "} + area);
         const std::string before = basin.bytes();
-        for (const BatchResult& result : {basin.run(), climate("alder", "warmer")}) {
+        for (const BatchResult& result : {basin.run(), climate()}) {
             EXPECT_EQ(result.status, 1) << area;
             EXPECT_EQ(result.err, "Invalid zone description: Zone area must be greater than zero! [OK]\n");
             EXPECT_TRUE(basin.bytes() == before) << area;

@@ -237,7 +237,7 @@ TEST(Export, ABasinThatCannotBeReadIsTold) {
     const BatchResult text =
         batch({"export", batch_folder.file(), "alder", "--csv", batch_folder.path("t.csv")});
     EXPECT_EQ(text.status, 1);
-    EXPECT_THAT(text.err, HasSubstr("alder.NVR' is no basin file of Nivora"));
+    EXPECT_THAT(text.err, HasSubstr("alder.NVR' is not a Nivora basin file"));
     EXPECT_THAT(batch_folder.names(), ElementsAre("alder.NVR"));
 }
 

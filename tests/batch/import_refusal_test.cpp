@@ -70,7 +70,7 @@ TEST(ImportRefusal, AFaultyFileIsToldWithFileSectionAndLine) {
     // The section's second line is line 42.
     expect_refused(parts, {},
                    "alder.NVR' can't be read as a legacy data file. Line 42, daily section 5 (Precip): "
-                   "'rain' is no number. [OK]\n");
+                   "'rain' is not a number. [OK]\n");
 }
 
 TEST(ImportRefusal, BadRepeatsZonesAndMissingStrokesAreToldInOneLine) {
@@ -143,7 +143,7 @@ TEST(ImportRefusal, AFileThatIsNoBasinStaysAsItIs) {
         const BatchFolder batch_folder;
         batch_folder.folder().write("basin.mdb", bytes);
         expect_nothing_changes(
-            batch_folder, [&] { return batch_folder.import(); }, "basin.mdb' is no basin file of Nivora");
+            batch_folder, [&] { return batch_folder.import(); }, "basin.mdb' is not a Nivora basin file");
     }
 }
 
@@ -154,7 +154,7 @@ TEST(ImportRefusal, TheLegacyFileItselfIsNoBasin) {
         [&] {
             return batch({"import", batch_folder.file(), batch_folder.file()});
         },
-        "alder.NVR' is no basin file of Nivora");
+        "alder.NVR' is not a Nivora basin file");
 }
 
 TEST(ImportRefusal, ADatabaseOfAnotherProgramStaysAsItIs) {
@@ -253,9 +253,9 @@ TEST(ImportRefusal, RefusingToOverwriteASimulationEndsTheImport) {
 TEST(ImportRefusal, DatesWithMoreThanMonthAndDayAreRefusedWithItemAndLine) {
     LegacyParts parts;
     parts.end = "0403\xc3\xb9";
-    expect_refused(parts, {}, "Line 4, header item 4: '0403\xc3\xb9' is no date of 1996 in the form MMDD");
+    expect_refused(parts, {}, "Line 4, header item 4: '0403\xc3\xb9' is not a date of 1996 in the form MMDD");
     parts.end = "3.157";
-    expect_refused(parts, {}, "Line 4, header item 4: '3.157' is no date of 1996 in the form MMDD");
+    expect_refused(parts, {}, "Line 4, header item 4: '3.157' is not a date of 1996 in the form MMDD");
 }
 
 TEST(ImportRefusal, ANegativeInitialRunoffIsRefused) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tests/batch/batch_call.h"
+#include "tests/support/page_damage.h"
 
 #include <array>
 
@@ -47,6 +48,50 @@ public:
         while (query.executeStep()) values.push_back(query.getColumn(0).getDouble());
         return values;
     }
+};
+
+/// The basin above over a year of one zone, in which snow lies and melts.
+[[nodiscard]] inline LegacyParts whole_year_parts() {
+    LegacyParts parts = receding_parts();
+    parts.start = "0101";
+    parts.end = "1231";
+    parts.sections = {"366*10/", "366*12/",   "366*4/",   "366*8/",   "366*0.5/", "366*0.4/", "366*1/",
+                      "366*18/", "366*0.65/", "366*0.4/", "366*0.9/", "366*0.7/", "366*1/"};
+    return parts;
+}
+
+/// That basin with a scenario "warmer", which adds 2 degrees to every day, and what is done to its file.
+class YearBasinTest : public testing::Test {
+protected:
+    YearBasinTest() {
+        EXPECT_EQ(batch({"scenario", file(), "--simulation", "alder", "--name", "warmer", "--edit",
+                         "1:1996-01-01:1996-12-31:0:2:0"})
+                      .status,
+                  0);
+    }
+
+    [[nodiscard]] std::string file() const { return basin.basin(); }
+    [[nodiscard]] std::string salvaged() const { return basin.path("salvaged.mdb"); }
+    /// Evaluates the scenario, or another one.
+    [[nodiscard]] BatchResult climate(const std::vector<std::string>& more = {},
+                                      const std::string& simulation = "alder",
+                                      const std::string& scenario = "warmer") const {
+        std::vector<std::string> arguments{"climate",  file(),       "--simulation",
+                                           simulation, "--scenario", scenario};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return batch(arguments);
+    }
+    [[nodiscard]] BatchResult export_table(const std::string& table, const std::string& csv) const {
+        return batch({"export", file(), table, "--csv", basin.path(csv)});
+    }
+    [[nodiscard]] BatchResult salvage() const {
+        std::filesystem::remove(salvaged());
+        return batch({"salvage", file(), salvaged()});
+    }
+    /// Changes bytes of the file, as a failing disk does.
+    void put(std::size_t at, const std::string& bytes) const { put_bytes(file(), at, bytes); }
+
+    RunBasin basin{whole_year_parts()};
 };
 
 }  // namespace nivora

@@ -214,17 +214,17 @@ TEST(Run, QuestionsAreAnsweredSoThatItGoesOnAndReported) {
     EXPECT_EQ(result.status, 0);
     const auto messages = nlohmann::json::parse(result.out)["messages"];
     ASSERT_EQ(messages.size(), 2U);
-    // |20 - 10| is more than a fifth of 10.
-    EXPECT_EQ(messages[0]["title"], "Warning, possible data problem");
-    EXPECT_EQ(messages[0]["text"],
+    // The latitude is asked about before anything in the file changes. |20 - 10| is more than a fifth of 10.
+    EXPECT_EQ(messages[1]["title"], "Warning, possible data problem");
+    EXPECT_EQ(messages[1]["text"],
               "There is a significant difference between your InitialRunoffValue {20} and day #1's Measured "
               "Runoff {10}.  Continue?");
-    EXPECT_EQ(messages[0]["answer"], "OK");
-    EXPECT_EQ(messages[1]["title"], "Missing latitude");
-    EXPECT_EQ(messages[1]["answer"], "Yes");
+    EXPECT_EQ(messages[1]["answer"], "OK");
+    EXPECT_EQ(messages[0]["title"], "Missing latitude");
+    EXPECT_EQ(messages[0]["answer"], "Yes");
     const std::vector<std::string> reported = lines_of(result.err);
     ASSERT_EQ(reported.size(), 2U);
-    EXPECT_EQ(reported[0],
+    EXPECT_EQ(reported[1],
               "Warning, possible data problem: There is a significant difference between your "
               "InitialRunoffValue {20} and day #1's Measured Runoff {10}.  Continue? [OK]");
 }
@@ -256,10 +256,9 @@ TEST(Run, DaysWithoutRowsAreNotedAndChangeNeitherNumbersNorStatus) {
     const BatchResult result = basin.run({"--json"});
     EXPECT_EQ(result.status, 0);
     const std::string text =
-        "1 of 3 days from 04/01/1996 to 04/03/1996 has no rows in zone 1: 04/02/1996. The run leaves such "
-        "days out "
-        "and goes on from the day before to the day after. Data, Variables, Current simulation and Data, "
-        "Parameters offer to add missing days; fill them then.";
+        "1 of 3 days from 04/01/1996 to 04/03/1996 has no rows in zone 1: 04/02/1996. The run skips these "
+        "days and continues with the next one. To add the missing days, choose Data, Variables, Current "
+        "simulation and Data, Parameters, and fill them in.";
     EXPECT_EQ(result.err, "Note: " + text + "\n");
     const auto json = nlohmann::json::parse(result.out);
     EXPECT_THAT(json["FinalQ"].get<double>(), DoubleNear(8.1, 1e-6));
@@ -304,6 +303,19 @@ TEST(Run, ANegativeInitialRunoffIsRefusedBeforeTheRun) {
               "be below "
               "0: enter the discharge of the day before the simulation starts. [OK]\n");
     EXPECT_FALSE(basin.has_table("SimResults"));
+}
+
+TEST(Run, RefusingABlankLatitudeLeavesTheFileAsItWas) {
+    const RunBasin basin;
+    ASSERT_EQ(basin.run().status, 0);
+    basin.execute("UPDATE BasinDescription SET Latitude = NULL");
+    const std::string before = basin.bytes();
+    const BatchResult result = basin.run({"--refuse"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_THAT(result.err, testing::AllOf(testing::StartsWith("Missing latitude: "),
+                                           testing::EndsWith("Continue processing? [No]\n")));
+    EXPECT_TRUE(basin.bytes() == before);
 }
 
 TEST(Run, RefusingAQuestionEndsIt) {

@@ -36,7 +36,7 @@ TEST(RunRefusal, AFileThatIsNoBasinIsToldAndStays) {
     const BatchResult text = batch({"run", batch_folder.file(), "--simulation", "alder", "--json"});
     EXPECT_EQ(text.status, 1);
     EXPECT_THAT(text.err, HasSubstr("The basin can't be read: "));
-    EXPECT_THAT(text.err, HasSubstr("alder.NVR' is no basin file of Nivora"));
+    EXPECT_THAT(text.err, HasSubstr("alder.NVR' is not a Nivora basin file"));
     EXPECT_EQ(nlohmann::json::parse(text.out)["messages"].size(), 1U);
     EXPECT_EQ(file_bytes(batch_folder.file()), before);
     const BatchResult missing = batch_folder.run();

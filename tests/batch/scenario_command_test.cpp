@@ -139,25 +139,25 @@ TEST_F(ScenarioCommandTest, AFaultyEditIsWrongUsage) {
         {"", "is not of the form"},
         {"1:1996-04-01:1996-04-03:0:1", "is not of the form"},
         {"1:1996-04-01:1996-04-03:0:1:0:", "is not of the form"},
-        {":1996-04-01:1996-04-03:0:1:0", "'' is no variable"},
-        {"12:1996-04-01:1996-04-03:0:1:0", "'12' is no variable"},
-        {"-1:1996-04-01:1996-04-03:0:1:0", "'-1' is no variable"},
-        {"Rain:1996-04-01:1996-04-03:0:1:0", "'Rain' is no variable"},
-        {"1::1996-04-03:0:1:0", "'' is no date"},
-        {"1:1996-04-01::0:1:0", "'' is no date"},
-        {"1:04/01/1996:1996-04-03:0:1:0", "'04/01/1996' is no date"},
-        {"1:1996-02-30:1996-04-03:0:1:0", "'1996-02-30' is no date"},
-        {"1:1996-04-03:1996-04-01:0:1:0", "the start, 1996-04-03, lies behind the end, 1996-04-01"},
-        {"1:1996-04-01:1996-04-03::1:0", "'' is no action"},
-        {"1:1996-04-01:1996-04-03:5:1:0", "'5' is no action"},
-        {"1:1996-04-01:1996-04-03:0::0", "'' is no number"},
-        {"1:1996-04-01:1996-04-03:0:1,5:0", "'1,5' is no number"},
-        {"1:1996-04-01:1996-04-03:0:1e39:0", "'1e39' is no number"},
-        {"1:1996-04-01:1996-04-03:0:nan:0", "'nan' is no number"},
-        {"1:1996-04-01:1996-04-03:4:much:0", "'much' is no number"},
-        {"1:1996-04-01:1996-04-03:0:1:", "'' is no zone"},
-        {"1:1996-04-01:1996-04-03:0:1:17", "'17' is no zone"},
-        {"1:1996-04-01:1996-04-03:0:1:Q", "'Q' is no zone"},
+        {":1996-04-01:1996-04-03:0:1:0", "'' is not a variable"},
+        {"12:1996-04-01:1996-04-03:0:1:0", "'12' is not a variable"},
+        {"-1:1996-04-01:1996-04-03:0:1:0", "'-1' is not a variable"},
+        {"Rain:1996-04-01:1996-04-03:0:1:0", "'Rain' is not a variable"},
+        {"1::1996-04-03:0:1:0", "'' is not a date"},
+        {"1:1996-04-01::0:1:0", "'' is not a date"},
+        {"1:04/01/1996:1996-04-03:0:1:0", "'04/01/1996' is not a date"},
+        {"1:1996-02-30:1996-04-03:0:1:0", "'1996-02-30' is not a date"},
+        {"1:1996-04-03:1996-04-01:0:1:0", "the start, 1996-04-03, is after the end, 1996-04-01"},
+        {"1:1996-04-01:1996-04-03::1:0", "'' is not an action"},
+        {"1:1996-04-01:1996-04-03:5:1:0", "'5' is not an action"},
+        {"1:1996-04-01:1996-04-03:0::0", "'' is not a number"},
+        {"1:1996-04-01:1996-04-03:0:1,5:0", "'1,5' is not a number"},
+        {"1:1996-04-01:1996-04-03:0:1e39:0", "'1e39' is not a number"},
+        {"1:1996-04-01:1996-04-03:0:nan:0", "'nan' is not a number"},
+        {"1:1996-04-01:1996-04-03:4:much:0", "'much' is not a number"},
+        {"1:1996-04-01:1996-04-03:0:1:", "'' is not a zone"},
+        {"1:1996-04-01:1996-04-03:0:1:17", "'17' is not a zone"},
+        {"1:1996-04-01:1996-04-03:0:1:Q", "'Q' is not a zone"},
         {"2:1996-04-01:1996-04-03:3:1:0", "'Shift forward' can't be chosen for 'Precipitation'"},
         {"3:1996-04-01:1996-04-03:3:1:0", "'Shift forward' can't be chosen for 'Maximum Temperature'"},
         {"0:1996-04-01:1996-04-03:4:1:0", "'Normalize' can't be chosen for 'M/M Temperature'"},
@@ -196,12 +196,13 @@ TEST_F(ScenarioCommandTest, WhatDoesNotFitTheSimulationIsRefused) {
     const std::string before = folder.bytes();
     const std::vector<std::pair<std::string, std::string>> cases{
         {"1:1996-03-31:1996-04-03:0:1:0",
-         "No scenario was stored: Edit 2: the dates 1996-03-31 to 1996-04-03 leave the simulation, which "
+         "No scenario was stored: Edit 2: the dates 1996-03-31 to 1996-04-03 are not within the simulation, "
+         "which "
          "runs "
          "from 1996-04-01 to 1996-04-03. [OK]\n"},
-        {"1:1996-04-01:1996-04-04:0:1:0", "Edit 2: the dates 1996-04-01 to 1996-04-04 leave"},
-        {"1:1996-04-01:1996-04-03:0:1:3", "Edit 2: there is no zone C in a basin of 2."},
-        {"1:1996-04-01:1996-04-03:0:1:P", "Edit 2: there is no zone P in a basin of 2."}};
+        {"1:1996-04-01:1996-04-04:0:1:0", "Edit 2: the dates 1996-04-01 to 1996-04-04 are not within"},
+        {"1:1996-04-01:1996-04-03:0:1:3", "Edit 2: the basin has no zone C; its number of zones is 2."},
+        {"1:1996-04-01:1996-04-03:0:1:P", "Edit 2: the basin has no zone P; its number of zones is 2."}};
     for (const auto& [edit, said] : cases) {
         SCOPED_TRACE(edit);
         for (const char* name : {"warm", "new"})

@@ -99,8 +99,8 @@ TEST(ScenarioSheet, ThatIsDamagedIsToldWithItsFault) {
         {replaced(whole, "cells date mm/dd/yyyy\n", "cells date dd/mm/yyyy\n"),
          "column 2, 'Start Date', is not what the grid needs there"},
         {whole + "column More\ncells number\n", "it has 7 columns and not 6"},
-        {whole + "\xFF\xFE", "it is no text in UTF-8"},
-        {std::string(200, '\0'), "it is no text in UTF-8"},
+        {whole + "\xFF\xFE", "it is not UTF-8 text"},
+        {std::string(200, '\0'), "it is not UTF-8 text"},
         {std::string(100000, 'x'), "climate_1.ss2"}};
     for (const auto& [content, fault] : cases) {
         SCOPED_TRACE(fault);

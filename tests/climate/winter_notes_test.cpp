@@ -45,10 +45,10 @@ TEST_F(WinterNotes, ABareDayThatFallsOnTheDayOfTheSnowIsNotedAndTheCoverStaysAsI
     EXPECT_EQ(run.notes[0].days, 5);
     EXPECT_EQ(
         note_text(run.notes[0], Units::Metric),
-        "Step 5: In zone 1 the last day with snow and the first day without fall on one day of the changed "
-        "climate, 05/01/2001, and the first of them counts. So the cover stays at 1 until 05/05/2001, "
-        "although "
-        "the snow is gone. Compare CDC with CDCclimWAMA before you use the summer of this zone.");
+        "Step 5: In zone 1, the last day with snow and the first day without snow move to the same day of "
+        "the "
+        "changed climate, 05/01/2001. The first of them counts, so the cover stays at 1 until 05/05/2001, "
+        "although the snow is gone. Compare CDC with CDCclimWAMA before you use the summer of this zone.");
 }
 
 TEST_F(WinterNotes, SnowThatTheChangedSummerNeverMeltsIsNotHeldByARule) {
@@ -93,12 +93,10 @@ TEST_F(WinterNotes, AWinterThatLosesMoreThanFellIsNotedWithItsStore) {
     ASSERT_THAT(kinds(), ElementsAre(NoteKind::NoWinterStore, NoteKind::CoverHeld));
     EXPECT_EQ(
         note_text(run.notes[0], Units::Metric),
-        "Step 5: In zone 1 more water left the snow in the winter from 10/01/2000 to 04/30/2001 than had "
-        "fallen, "
-        "under the present climate (P - i = -20 cm): the simulation begins on snow from before its start. "
-        "The "
-        "gain of the zone means nothing then, and neither does the cover that step 5 made with it. Begin the "
-        "simulation before the first snow falls, and compare CDC with CDCclimWAMA.");
+        "Step 5: In zone 1, more water left the snow in the winter from 10/01/2000 to 04/30/2001 than fell, "
+        "under the present climate (P - i = -20 cm): it is snow from before the start of the simulation. The "
+        "gain of the zone and the cover that step 5 computes from it are meaningless. Start the simulation "
+        "before the first snowfall, and compare CDC with CDCclimWAMA.");
     EXPECT_THAT(note_text(run.notes[0], Units::English), HasSubstr("(P - i = -20 in)"));
     EXPECT_EQ(note_summary(run.notes[0]), "no winter store in zone 1");
 }
@@ -111,7 +109,7 @@ TEST_F(WinterNotes, AWinterThatStoresNothingIsNotedAlsoWithinItsRoundings) {
         adjust();
         ASSERT_THAT(kinds(), ElementsAre(NoteKind::NoWinterStore));
         EXPECT_THAT(note_text(run.notes[0], Units::Metric),
-                    HasSubstr("left nothing in the snow under the present climate (P - i = 0)"));
+                    HasSubstr("is left in the snow under the present climate (P - i = 0)"));
     }
     run.notes.clear();
     winter(1, 10, 10, 9.99, 9.99);

@@ -62,9 +62,8 @@ TEST_F(RunNotes, DaysThatAllZonesLackAreOneNote) {
     EXPECT_EQ(
         note_text(notes[0], Units::Metric),
         "3 of 10 days from 06/01/2001 to 06/10/2001 have no rows in zones 1 to 3: 06/04/2001 to 06/06/2001. "
-        "The run leaves such days out and goes on from the day before to the day after. Data, Variables, "
-        "Current "
-        "simulation and Data, Parameters offer to add missing days; fill them then.");
+        "The run skips these days and continues with the next one. To add the missing days, choose Data, "
+        "Variables, Current simulation and Data, Parameters, and fill them in.");
     EXPECT_EQ(note_summary(notes[0]), "3 of 10 days without rows in zones 1 to 3");
 }
 
@@ -78,7 +77,7 @@ TEST_F(RunNotes, ZonesThatLackOtherDaysHaveNotesOfTheirOwn) {
     EXPECT_THAT(
         note_text(notes[0], Units::Metric),
         HasSubstr(" has no rows in zones 1 and 3: 06/10/2001. Where only some zones have a day, zones and "
-                  "days are out of step from then on: do not use the results. Data, "));
+                  "days no longer match from then on: do not use the results. To add"));
     EXPECT_THAT(notes[1].zones, ElementsAre(2));
     EXPECT_EQ(notes[1].days, 2);
     EXPECT_THAT(note_text(notes[1], Units::Metric),
@@ -108,10 +107,8 @@ TEST_F(RunNotes, ADischargeBelowZeroIsCountedWithItsLowestDay) {
     EXPECT_EQ(note->days, 3);
     EXPECT_EQ(note_text(*note, Units::Metric),
               "The computed discharge is below 0 on 3 of 10 days (the first 06/03/2001, the last "
-              "06/08/2001); it is "
-              "lowest on 06/04/2001 with -2.25 m³/s. No river does that: look at the time lag, the runoff "
-              "coefficients "
-              "and the precipitation of these days.");
+              "06/08/2001); the lowest value is -2.25 m³/s on 06/04/2001. A discharge cannot be negative: "
+              "check the time lag, the runoff coefficients and the precipitation of these days.");
     EXPECT_THAT(note_text(*note, Units::English), HasSubstr("-2.25 ft³/s"));
     EXPECT_EQ(note_summary(*note), "discharge below 0 on 3 of 10 days");
 }

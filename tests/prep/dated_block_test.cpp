@@ -87,6 +87,34 @@ TEST_F(DatedBlockTest, AnEmptyCellIsPlacedToo) {
     EXPECT_EQ(places_.values[0].column, k_an);
 }
 
+TEST_F(DatedBlockTest, ADayInTwoLinesIsRefusedWithBothLines) {
+    static_cast<void>(
+        placed({{"Date", "AN"}, {"10/01/1980", "1"}, {"", ""}, {"10/02/1980", "2"}, {"1980-10-01", "3"}}));
+    const Message question = dated_paste_question(places_);
+    EXPECT_EQ(question.text,
+              "The date 10/01/1980 is in lines 2 and 5 of the clipboard. Its values can't be placed by date: "
+              "remove one of the two and copy again.\n"
+              "OK pastes cell by cell from the active cell, Cancel pastes nothing.");
+    EXPECT_EQ(question.buttons, Buttons::OkCancel);
+    EXPECT_EQ(question.default_answer, Answer::Cancel);
+}
+
+TEST_F(DatedBlockTest, AColumnInTwoHeadingsIsRefusedWithBothHeadings) {
+    static_cast<void>(placed({{"Date", "AN", "Tcrit", " an (cm/°C)"}, {"10/01/1980", "1", "2", "3"}}));
+    EXPECT_EQ(
+        dated_paste_question(places_).text,
+        "The headings 'AN' and 'an (cm/°C)' of the clipboard name the same column, AN. Its values can't be "
+        "placed by date: remove one of the two and copy again.\n"
+        "OK pastes cell by cell from the active cell, Cancel pastes nothing.");
+    EXPECT_EQ(dated_paste_question(places_).buttons, Buttons::OkCancel);
+}
+
+TEST_F(DatedBlockTest, ADateThatIsTwiceButNoDayOfTheTableHindersNothing) {
+    EXPECT_THAT(placed({{"Date", "AN"}, {"10/01/1990", "1"}, {"10/01/1990", "2"}, {"10/01/1980", "3"}}),
+                ElementsAre("0 3 3"));
+    EXPECT_EQ(dated_paste_question(places_).buttons, Buttons::YesNoCancel);
+}
+
 TEST_F(DatedBlockTest, ABlockOfOtherDaysHasNoPlace) {
     EXPECT_THAT(placed({{"Date", "AN"}, {"10/01/1990", "1"}}), IsEmpty());
     EXPECT_EQ(places_.days, 0U);

@@ -113,7 +113,7 @@ TEST(LegacyDamage, AZeroByteInAValueIsRefusedAndShownAsAMark) {
     parts.section(LegacySection::Tmin) = std::string{"1,2\0,3/", 7};
     const auto error = refusal(parts.text());
     ASSERT_TRUE(error.has_value());
-    EXPECT_THAT(error->what(), HasSubstr("Line 39, daily section 3 (Tmin): '2?' is no number"));
+    EXPECT_THAT(error->what(), HasSubstr("Line 39, daily section 3 (Tmin): '2?' is not a number"));
 }
 
 TEST(LegacyDamage, AVeryLongValueIsShownByItsHead) {

@@ -97,8 +97,8 @@ TEST(LegacyVersion, AFirstItemWithoutANumberIsRefused) {
 TEST(LegacyVersion, AMissingExtraNumberIsRefusedAtItsLine) {
     LegacyParts parts;
     parts.extra = "forty";
-    EXPECT_THAT(refusal(parts), HasSubstr("Line 28, the number behind header item 27: "));
-    EXPECT_THAT(refusal(parts), HasSubstr("'forty' is no number"));
+    EXPECT_THAT(refusal(parts), HasSubstr("Line 28, the number after header item 27: "));
+    EXPECT_THAT(refusal(parts), HasSubstr("'forty' is not a number"));
 }
 
 TEST(LegacyThreshold, TheDefaultOfAnEnglishFileIs2Point36Inches) {
@@ -280,7 +280,7 @@ TEST(LegacyZones, APairBehindTheLastZoneMayBeBlank) {
     ASSERT_EQ(file.zones.size(), 1U);
     EXPECT_EQ(file.zones[0].area, 40.0);
     parts.pairs[0] = ",";
-    EXPECT_THAT(refusal(parts), HasSubstr("the area of a zone is no number"));
+    EXPECT_THAT(refusal(parts), HasSubstr("the area of a zone is not a number"));
 }
 
 TEST(LegacyZones, NineAreRefusedAtTheirLine) {

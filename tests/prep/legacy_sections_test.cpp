@@ -97,8 +97,8 @@ TEST(LegacyLines, AnEmptyPlaceBetweenCommasIsRefused) {
 }
 
 TEST(LegacyLines, AStrokeInTheMiddleOfALineIsRefused) {
-    EXPECT_THAT(refusal(LegacySection::Tmin, "1/2,3/"), HasSubstr("'1/2' is no number"));
-    EXPECT_THAT(refusal(LegacySection::Tmin, "1,2//"), HasSubstr("'2/' is no number"));
+    EXPECT_THAT(refusal(LegacySection::Tmin, "1/2,3/"), HasSubstr("'1/2' is not a number"));
+    EXPECT_THAT(refusal(LegacySection::Tmin, "1,2//"), HasSubstr("'2/' is not a number"));
 }
 
 TEST(LegacyLines, EveryKindOfLineEndIsRead) {
@@ -157,12 +157,12 @@ TEST(LegacyValues, AreRoundedToSingles) {
 
 TEST(LegacyValues, LettersAreRefusedAtTheirLine) {
     EXPECT_THAT(refusal(LegacySection::Precip, "1,2\nrain,4/"),
-                HasSubstr("Line 42, daily section 5 (Precip): 'rain' is no number"));
-    EXPECT_THAT(refusal(LegacySection::Precip, "12abc/"), HasSubstr("'12abc' is no number"));
-    EXPECT_THAT(refusal(LegacySection::Precip, "1 2/"), HasSubstr("'1 2' is no number"));
-    EXPECT_THAT(refusal(LegacySection::Precip, "nan/"), HasSubstr("'nan' is no number"));
-    EXPECT_THAT(refusal(LegacySection::Precip, "inf/"), HasSubstr("'inf' is no number"));
-    EXPECT_THAT(refusal(LegacySection::Precip, "0x10/"), HasSubstr("'0x10' is no number"));
+                HasSubstr("Line 42, daily section 5 (Precip): 'rain' is not a number"));
+    EXPECT_THAT(refusal(LegacySection::Precip, "12abc/"), HasSubstr("'12abc' is not a number"));
+    EXPECT_THAT(refusal(LegacySection::Precip, "1 2/"), HasSubstr("'1 2' is not a number"));
+    EXPECT_THAT(refusal(LegacySection::Precip, "nan/"), HasSubstr("'nan' is not a number"));
+    EXPECT_THAT(refusal(LegacySection::Precip, "inf/"), HasSubstr("'inf' is not a number"));
+    EXPECT_THAT(refusal(LegacySection::Precip, "0x10/"), HasSubstr("'0x10' is not a number"));
 }
 
 TEST(LegacyValues, OneBeyondTheLargestSingleIsRefused) {

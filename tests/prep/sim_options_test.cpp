@@ -207,7 +207,7 @@ TEST_F(SimOptionsOpen, AParameterTableThatCanNotBeReadIsShownAsSuch) {
     database_.execute("UPDATE wet SET Cs = 'much'");
     const SimOptionsForm form = open(SimOptionsMode::Edit);
     ASSERT_EQ(messages(), 1U);
-    EXPECT_EQ(last_message().text, "The field 'Cs' holds a text where a number belongs.");
+    EXPECT_EQ(last_message().text, "The field 'Cs' holds text instead of a number.");
     EXPECT_FALSE(form.values_of_first_day);
 }
 

@@ -1,6 +1,10 @@
 // The File menu in the hands of a user who changes his mind half-way, and of one whose disk lets him down.
 
 #include "tests/session/basin_life_fixture.h"
+#include "tests/support/other_program.h"
+#include "tests/support/page_damage.h"
+
+#include <gmock/gmock.h>
 
 namespace nivora {
 namespace {
@@ -191,7 +195,7 @@ TEST_F(SecondThoughts, NewStopsAtADamagedTemplateWithTheOpenBasinAsItWas) {
     program_.write("null.mdb", "no template");
     dialogs_.then(Answer::No);
     EXPECT_FALSE(life_.new_basin());
-    EXPECT_EQ(last_message().title, "No new basin was made");
+    EXPECT_EQ(last_message().title, "No new basin was created");
     EXPECT_NE(last_message().text.find(path_text(program_ / "null.mdb")), std::string::npos);
     EXPECT_EQ(session_.basin.Basin_File, file);
     EXPECT_EQ(session_.basin.simulations.size(), 2U);
@@ -293,6 +297,89 @@ TEST_F(SecondThoughts, AFileOfANewerVersionIsToldAsSuchInASecondSentence) {
     EXPECT_EQ(last_message().text.substr(0, first.size()), first);
     EXPECT_NE(last_message().text.find("was written by a newer version of Nivora"), std::string::npos);
 }
+
+TEST_F(SecondThoughts, ADamagedIndexIsToldWithItsTableAndTheWayToRescueTheRest) {
+    const fs::path file = save_new_basin("alder.mdb");
+    BasinDatabase{file, Access::ReadWrite}.execute("INSERT INTO PhysicalData (Zone, Date) VALUES (1, 36000)");
+    empty_index(file, "PhysicalData.key");
+    const std::string before = file_bytes(file);
+    dialogs_.then_file(file);
+    life_.open();
+    EXPECT_EQ(last_message().title, "Error encountered while reading this basin database");
+    EXPECT_THAT(last_message().text,
+                testing::StartsWith("The file you have selected, " + path_text(file) +
+                                    ", has an unrecognized format. The file '" + path_text(file) +
+                                    "' is damaged in the table 'PhysicalData': "));
+    EXPECT_THAT(last_message().text,
+                testing::HasSubstr("nivora-batch salvage \"" + path_text(file) + "\" NEW.mdb"));
+    EXPECT_TRUE(life_.has_template_name());
+    EXPECT_TRUE(file_bytes(file) == before);
+}
+
+TEST_F(SecondThoughts, DamagedResultsDoNotKeepABasinFromBeingOpened) {
+    const fs::path file = save_new_basin("alder.mdb");
+    {
+        BasinDatabase database{file, Access::ReadWrite};
+        database.create_table(sim_results_table());
+        database.execute("INSERT INTO SimResults (Zone, Date) VALUES (1, 36000)");
+    }
+    damage_first_page(file, "SimResults", std::string(64, '\x7f'));
+    dialogs_.then_file(file);
+    life_.open();
+    EXPECT_EQ(last_message().title, "The results are damaged");
+    EXPECT_THAT(last_message().text, testing::HasSubstr(path_text(file)));
+    EXPECT_EQ(session_.basin.Basin_File, file);
+    EXPECT_EQ(session_.basin.basin_name, "Alder Fork");
+    EXPECT_FALSE(BasinDatabase(program_ / "new.mdb", Access::ReadOnly).has_table("SimResults"));
+}
+
+TEST_F(SecondThoughts, ADamagedWorkingFileOfTheLastStartIsToldWhereThereIsNoTemplate) {
+    save_new_basin("alder.mdb");
+    fs::remove(program_ / "null.mdb");
+    misname_field(program_ / "new.mdb", "\"Tavg\" FLOAT", "\"Tawg\"");
+    life_.start();
+    EXPECT_EQ(last_message().title, "Error encountered while reading this basin database");
+    EXPECT_THAT(last_message().text, testing::HasSubstr("is called 'Tawg'"));
+}
+
+#ifndef _WIN32
+// A save into a file that another program is writing.
+
+TEST_F(SecondThoughts, ASaveIntoAFileThatAnotherProgramHoldsIsRefusedAndLosesNothing) {
+    const fs::path file = changed_basin();
+    OtherProgram other{[&](const std::function<void()>& hold) {
+        BasinDatabase database{file, Access::ReadWrite};
+        database.hold_alone();
+        hold();
+    }};
+    life_.save();
+    EXPECT_EQ(last_message().title, "The basin was not saved");
+    EXPECT_THAT(last_message().text, testing::HasSubstr("save again, or save under another name"));
+    expect_still_asked();
+    dialogs_.then(Answer::Yes);
+    EXPECT_FALSE(life_.may_exit()) << "a save that fails counts as Cancel";
+    expect_still_asked();
+    other.finish();
+    life_.save();
+    EXPECT_EQ(description_in(file), "typed");
+}
+
+TEST_F(SecondThoughts, SaveAsOverAFileThatAnotherProgramHoldsKeepsTheBasinUnderItsOwnName) {
+    const fs::path file = changed_basin();
+    const fs::path taken = user_ / "taken.mdb";
+    fs::copy_file(file, taken);
+    const OtherProgram other{[&](const std::function<void()>& hold) {
+        BasinDatabase database{taken, Access::ReadWrite};
+        database.execute("BEGIN IMMEDIATE");
+        hold();
+    }};
+    dialogs_.then_file(taken).then(Answer::Yes);
+    life_.save_as();
+    EXPECT_EQ(last_message().title, "The basin was not saved");
+    EXPECT_EQ(session_.basin.Basin_File, file);
+    expect_still_asked();
+}
+#endif
 
 TEST_F(SecondThoughts, AProgramFolderThatTakesNoFileIsBlamedAndNotTheUsersFile) {
     const fs::path file = changed_basin();

@@ -209,7 +209,8 @@ TEST_F(ClipboardRoundTripTest, RowsAndColumnsBeyondTheGridAreLeftOutAndTold) {
         EXPECT_EQ(whole(grid, last_row, last_column), "1");
     });
     // One row and two columns have no room.
-    EXPECT_THAT(last_message().text, HasSubstr("for which the grid has no room: 3."));
+    EXPECT_THAT(last_message().text,
+                HasSubstr("The grid has no room for 1 row and 2 columns of the clipboard."));
 }
 
 }  // namespace

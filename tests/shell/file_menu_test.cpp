@@ -115,12 +115,18 @@ TEST_F(FileMenuTest, AFileThatIsNoBasinEndsInItsBoxAndAFreshBasinAndStaysAsItIs)
     const std::string whole = file_bytes(good);
     for (const std::string& content : {std::string{}, std::string{"no database"}, whole.substr(0, 600),
                                        whole.substr(0, whole.size() / 2), std::string(4096, '\0')}) {
+        const bool is_basin = content.size() > 100 && content.front() == whole.front();
         const fs::path file = user_.write("damaged.mdb", content);
         set({.Output_Valid = true});
         dialogs_.then_file(file);
         choose("mnuFileItem(1)");
-        EXPECT_EQ(last_message().text,
-                  "The file you have selected, " + path_text(file) + ", has an unrecognized format");
+        const std::string first =
+            "The file you have selected, " + path_text(file) + ", has an unrecognized format";
+        EXPECT_EQ(last_message().text.substr(0, first.size()), first);
+        EXPECT_EQ(
+            last_message().text.find(". The file '" + path_text(file) + "' is damaged") != std::string::npos,
+            is_basin);
+        EXPECT_EQ(last_message().text.size() > first.size(), is_basin);
         EXPECT_EQ(last_message().title, "Error encountered while reading this basin database");
         EXPECT_EQ(last_message().icon, Icon::Stop);
         EXPECT_EQ(flags(), k_fresh);

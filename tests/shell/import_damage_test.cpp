@@ -38,11 +38,11 @@ TEST_F(ImportDamageTest, AMessageNamesFileLineAndSection) {
     LegacyParts parts;
     parts.section(LegacySection::Tavg) = "366*8,12,x1,366*2/";
     const auto file = legacy(parts);
-    expect_refused(file, "'x1' is no number");
+    expect_refused(file, "'x1' is not a number");
     // Section 4 stands on line 40.
     EXPECT_THAT(last_message().text,
                 AllOf(StartsWith("The file '" + path_text(file) + "' can't be read as a legacy data file. "),
-                      HasSubstr("Line 40, daily section 4 (Tavg): "), EndsWith("The basin is as it was.")));
+                      HasSubstr("Line 40, daily section 4 (Tavg): "), EndsWith("The basin is unchanged.")));
 }
 
 TEST_F(ImportDamageTest, LettersInAHeaderItemAreNamedByTheirItem) {
@@ -67,7 +67,7 @@ TEST_F(ImportDamageTest, ARepeatThatIsNegativeOrAFractionIsRefused) {
     for (const char* repeat : {"-3*1/", "0*1/", "1.5*1/", "x*1/"}) {
         LegacyParts parts;
         parts.section(LegacySection::SCA) = repeat;
-        expect_refused(legacy(parts), "Line 42, daily section 6 (SCA): the repeat of");
+        expect_refused(legacy(parts), "Line 42, daily section 6 (SCA): the repeat count of");
     }
 }
 

@@ -145,12 +145,12 @@ TEST_F(SimulationCellsTest, ARefusedEntryIsToldInTheStatusBar) {
     set(1, 13, "450,5");
     EXPECT_EQ(
         told(),
-        "'450,5' is not taken for Initial Runoff (CMS) of 'ellervane-1996': a number has a point as its "
+        "'450,5' is not accepted for Initial Runoff (CMS) of 'ellervane-1996': a number has a point as its "
         "decimal sign and no other separators.");
     set(1, 3, "02312006");
     EXPECT_EQ(
         told(),
-        "'02/31/2006' is not taken for Starting Date of 'ellervane-1996': the calendar has no such day.");
+        "'02/31/2006' is not accepted for Starting Date of 'ellervane-1996': the calendar has no such day.");
     set(1, 13, "2.5");
     EXPECT_EQ(told(), "");
     EXPECT_EQ(dialogs_.messages().size(), 0U);
@@ -161,7 +161,7 @@ TEST_F(SimulationCellsTest, DatesOutsideTheMasksRangeAreRefusedWithoutABox) {
     EXPECT_EQ(cell(1, 3), "01/01/1996");
     EXPECT_EQ(
         from_qt(window_->statusBar()->currentMessage()),
-        "'12/31/1899' is not taken for Starting Date of 'ellervane-1996': the year must lie between 1900 "
+        "'12/31/1899' is not accepted for Starting Date of 'ellervane-1996': the year must lie between 1900 "
         "and 2300.");
     set(1, 4, "01012301");
     EXPECT_EQ(cell(1, 4), "12/31/1996");

@@ -116,7 +116,7 @@ TEST_F(SimulationZoneGridTest, APastedColumnCountsAndWhatDoesNotFitIsAskedAbout)
     EXPECT_THAT(last_message().text,
                 testing::StartsWith("1 of the 2 pasted cells can't be taken: '7,5' for Zone "
                                     "Area (km²), zone 1;"));
-    EXPECT_THAT(last_message().text, testing::HasSubstr("for which the grid has no room: 1."));
+    EXPECT_THAT(last_message().text, testing::HasSubstr("The grid has no room for 1 row of the clipboard."));
 }
 
 TEST_F(SimulationZoneGridTest, TheZonesHaveLettersForNames) {

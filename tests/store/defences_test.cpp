@@ -163,8 +163,8 @@ TEST(StoreError, SaysWhatTheUserCanDoSomethingAbout) {
         return std::string{store_error(SQLite::Exception{"(text)", code}).what()};
     };
     EXPECT_THAT(text_for(SQLITE_BUSY), HasSubstr("in use by another program"));
-    EXPECT_THAT(text_for(SQLITE_READONLY), HasSubstr("may not be written"));
-    EXPECT_THAT(text_for(SQLITE_FULL), HasSubstr("has no room"));
+    EXPECT_THAT(text_for(SQLITE_READONLY), HasSubstr("cannot be written"));
+    EXPECT_THAT(text_for(SQLITE_FULL), HasSubstr("no disk space left"));
     EXPECT_THAT(text_for(SQLITE_CORRUPT), HasSubstr("is damaged"));
     for (const int code : {SQLITE_BUSY, SQLITE_READONLY, SQLITE_FULL, SQLITE_CORRUPT, SQLITE_ERROR}) {
         EXPECT_THAT(text_for(code), HasSubstr("(text)"));

@@ -338,7 +338,7 @@ TEST(Rows, WithAValueThatDoesNotFitAreRefusedOnReading) {
     EXPECT_EQ(refusal_text([&] {
                   static_cast<void>(read_table<PhysicalRow>(database, template_table(k_physical_data)));
               }),
-              "The field 'Zone' holds a number that is out of its range.");
+              "The field 'Zone' holds a number that is out of range.");
 }
 
 TEST(ClearTable, RemovesAllRowsAndKeepsTheTable) {

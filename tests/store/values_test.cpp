@@ -145,9 +145,9 @@ TEST(NumberField, RefusesATextAndAnythingElseThatIsNoNumber) {
 TEST(RefusedValue, IsNamedByItsField) {
     const OneRow row;
     EXPECT_EQ(refusal_text([&] { row.read<float>("s", "'warm'"); }),
-              "The field 's' holds a text where a number belongs.");
+              "The field 's' holds text instead of a number.");
     EXPECT_EQ(refusal_text([&] { row.read<std::int16_t>("i", "32768"); }),
-              "The field 'i' holds a number that is out of its range.");
+              "The field 'i' holds a number that is out of range.");
 }
 
 TEST(DistributionField, IsZeroOrOne) {

@@ -131,7 +131,7 @@ TEST_F(GridClipboardTest, RowsAndColumnsBeyondTheEdgeAreAskedAboutAndLeftOut) {
     EXPECT_EQ(at(k_rows - 1, Column::k_date), "01/02/1990");
     EXPECT_EQ(at(k_rows - 1, Column::k_list), "English");
     EXPECT_EQ(told(),
-              "Rows or columns of the clipboard for which the grid has no room: 3.\n"
+              "The grid has no room for 2 rows and 1 column of the clipboard.\n"
               "Paste the rest? No leaves all cells as they are.");
 }
 
@@ -205,8 +205,7 @@ TEST_F(GridClipboardTest, ALongRefusedTextIsToldByItsFirstFortyCharacters) {
 TEST_F(GridClipboardTest, RefusedCellsAndCutOffRowsAreToldInOneBox) {
     paste_at(k_rows - 1, Column::k_number, "abc\n1\n");
     EXPECT_THAT(told(), testing::StartsWith("The pasted cell can't be taken: 'abc'"));
-    EXPECT_THAT(told(),
-                testing::EndsWith("\nRows or columns of the clipboard for which the grid has no room: 1."));
+    EXPECT_THAT(told(), testing::EndsWith("\nThe grid has no room for 1 row of the clipboard."));
     EXPECT_EQ(dialogs_.messages().size(), 1U);
 }
 
@@ -302,9 +301,8 @@ TEST_F(GridClipboardTest, OfTwentyThousandPastedRowsThoseWithoutRoomAreCounted) 
     dialogs_.then(Answer::Yes);
     grid_->paste();
     EXPECT_EQ(at(k_rows - 1, Column::k_integer), "1");
-    EXPECT_THAT(told(),
-                testing::StartsWith("Rows or columns of the clipboard for which the grid has no room: " +
-                                    std::to_string(20000 - k_rows) + "."));
+    EXPECT_THAT(told(), testing::StartsWith("The grid has no room for " + std::to_string(20000 - k_rows) +
+                                            " rows of the clipboard."));
 }
 
 TEST_F(GridClipboardTest, APastedBlockIsAnnouncedToItsLastCell) {

@@ -24,13 +24,14 @@ protected:
 
 TEST_F(GridStatusTest, ARefusedEntryIsToldWithItsPlaceAndTheReason) {
     enter(2, Column::k_number, "450,5");
-    EXPECT_EQ(told(),
-              "'450,5' is not taken for Amount, row 3: a number has a point as its decimal sign and no other "
-              "separators.");
+    EXPECT_EQ(
+        told(),
+        "'450,5' is not accepted for Amount, row 3: a number has a point as its decimal sign and no other "
+        "separators.");
     enter(2, Column::k_date, "02312006");
-    EXPECT_EQ(told(), "'02/31/2006' is not taken for Day, row 3: the calendar has no such day.");
+    EXPECT_EQ(told(), "'02/31/2006' is not accepted for Day, row 3: the calendar has no such day.");
     enter(2, Column::k_date, "0231");
-    EXPECT_EQ(told(), "'02/31/' is not taken for Day, row 3: a date has the form mm/dd/yyyy.");
+    EXPECT_EQ(told(), "'02/31/' is not accepted for Day, row 3: a date has the form mm/dd/yyyy.");
 }
 
 TEST_F(GridStatusTest, AnEntryThatIsTakenEndsTheMessage) {

@@ -389,7 +389,7 @@ TEST_F(DailyChangesTest, AValueBeyondASingleIsRefused) {
     set(1, 2, "1e39");
     EXPECT_EQ(whole(1, 2), "101");
     EXPECT_EQ(from_qt(static_cast<QMainWindow&>(*window_).statusBar()->currentMessage()),
-              "'1e39' is not taken for Runoff, 10/01/1980, zone 1: the number is too large.");
+              "'1e39' is not accepted for Runoff, 10/01/1980, zone 1: the number is too large.");
     set(1, 2, "1e400");
     EXPECT_EQ(whole(1, 2), "101");
     set(1, 2, "-1e30");
