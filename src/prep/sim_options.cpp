@@ -1,5 +1,6 @@
 #include "prep/sim_options.h"
 
+#include "base/entry_refusal.h"
 #include "base/number_text.h"
 #include "base/single.h"
 #include "prep/daily_records.h"
@@ -18,6 +19,14 @@ namespace {
 
 constexpr CivilDate k_default_start{1980, 10, 1};
 constexpr CivilDate k_default_end{1981, 9, 30};
+
+constexpr const char* k_reserved_name =
+    "The simulation has a name that its parameter table can't have. Cancel, and add it under another name.";
+
+constexpr std::array<const char*, k_first_values> k_value_captions{
+    "Degree Day Factor:",          "Critical Temperature:",       "Temperature Lapse Rate:",
+    "Runoff Coefficients (Snow):", "Runoff Coefficients (Rain):", "Rainfall Contributing Area:",
+    "Lag Time to Gage (hr):",      "X recession coefficient:",    "Y recession coefficient:"};
 
 std::string& box(SimOptionsForm& form, FirstValue which) {
     return form.first_values.at(static_cast<std::size_t>(which));
@@ -121,13 +130,35 @@ std::optional<std::int16_t> integer_cell(const std::string& text) {
     return number ? to_integer16(*number) : std::nullopt;
 }
 
+/// Whether the parameter table takes whole numbers of a first value only.
+bool is_whole(FirstValue which) { return which == FirstValue::RCA || which == FirstValue::LagTime; }
+
 /// A first value, as far as the parameter table can take it.
 std::optional<double> table_value(const SimOptionsForm& form, FirstValue which) {
     const auto number = exact_number(box(form, which));
-    const bool whole = which == FirstValue::RCA || which == FirstValue::LagTime;
-    if (!number || std::isinf(static_cast<float>(*number)) || (whole && !to_integer16(*number)))
+    if (!number || std::isinf(static_cast<float>(*number)) || (is_whole(which) && !to_integer16(*number)))
         return std::nullopt;
     return number;
+}
+
+/// A sentence about a box. @param caption with its colon, as the window shows it
+std::string box_fault(std::string caption, const std::string& text, const std::string& refusal,
+                      const char* needed) {
+    caption.pop_back();
+    if (text.find_first_not_of(" /_") == std::string::npos)
+        return "The box '" + caption + "' is empty; it needs " + needed + ".";
+    return "The box '" + caption + "' holds '" + text + "': " + refusal + ".";
+}
+
+std::string date_fault(const char* caption, const std::string& text) {
+    return box_fault(caption, text, date_refusal(text), "a date, mm/dd/yyyy");
+}
+
+std::string first_value_fault(const SimOptionsForm& form, FirstValue which) {
+    const std::string& text = box(form, which);
+    return box_fault(first_value_caption(which), text,
+                     is_whole(which) ? integer_refusal(text) : single_refusal(text),
+                     is_whole(which) ? "a whole number" : "a number");
 }
 
 float single_value(const std::string& text) { return single_cell(text).value_or(k_missing); }
@@ -232,7 +263,7 @@ Answer build_tables(const PrepContext& context, BasinDatabase& database, const s
 Answer rebuild_table(const PrepContext& context, BasinDatabase& database, const std::string& name) {
     if (!database.has_table(name)) {
         if (is_fixed_table(name) || simulation_name_problem(name))
-            throw std::invalid_argument("the simulation's name can't be that of a table");
+            throw std::invalid_argument(k_reserved_name);
         database.create_table(parameter_table(name));
         database.create_daily_index(name);
     }
@@ -248,8 +279,8 @@ Answer complete_tables(const PrepContext& context, BasinDatabase& database, cons
     return Answer::Ok;
 }
 
-bool invalid_data(Dialogs& dialogs) {
-    dialogs.stop("Missing/invalid data");
+bool invalid_data(Dialogs& dialogs, const std::string& reason) {
+    refuse_definition(dialogs, reason);
     return false;
 }
 
@@ -278,6 +309,22 @@ std::optional<FirstValue> faulty_first_value(const SimOptionsForm& form) {
         if (!table_value(form, which)) return which;
     }
     return std::nullopt;
+}
+
+const char* first_value_caption(FirstValue which) {
+    return k_value_captions.at(static_cast<std::size_t>(which));
+}
+
+std::string definition_fault(SimOptionsMode mode, const SimOptionsForm& form) {
+    if (!read_date(form.start)) return date_fault("Start Date:", form.start);
+    if (!read_date(form.end)) return date_fault("End Date:", form.end);
+    if (!first_values_count(mode, form)) return {};
+    const auto which = faulty_first_value(form);
+    return which ? first_value_fault(form, *which) : std::string{};
+}
+
+void refuse_definition(Dialogs& dialogs, const std::string& reason) {
+    dialogs.stop("Missing/invalid data\n" + reason);
 }
 
 SimulationRecord new_simulation_record(const BasinState& basin, const std::string& name) {
@@ -310,17 +357,20 @@ bool accept_sim_options(const PrepContext& context, BasinDatabase& database, Sim
     BasinState& basin = context.basin;
     PrepState& prep = context.prep;
     const auto period = period_of(form);
-    if (!period) return invalid_data(context.dialogs);
+    if (!period) return invalid_data(context.dialogs, definition_fault(prep.SimOptions_Mode, form));
     prep.Daily_Start = period->start;
     prep.Daily_End = period->end;
     if (!is_run_period(period->start, period->end)) {
         context.dialogs.stop("Date range error!");
         return false;
     }
-    if (first_values_count(prep.SimOptions_Mode, form) && faulty_first_value(form))
-        return invalid_data(context.dialogs);
+    if (const auto fault = definition_fault(prep.SimOptions_Mode, form); !fault.empty())
+        return invalid_data(context.dialogs, fault);
     Simulation* row = go_to_row(basin, prep.SimOptions_Mode, form);
-    if (row == nullptr) return invalid_data(context.dialogs);
+    if (row == nullptr) {
+        return invalid_data(context.dialogs, "No row of the simulation grid is selected for '" + form.name +
+                                                 "'. Cancel, and select the simulation first.");
+    }
     write_cells_up_to_units(*row, form, *period);
     mark_input_changed(basin);
     // A row that was grown stays where the user has second thoughts about the units; it is meant so.
@@ -330,10 +380,10 @@ bool accept_sim_options(const PrepContext& context, BasinDatabase& database, Sim
     try {
         if (complete_tables(context, database, form) == Answer::Cancel) return false;
         ensure_scenario_placeholder(database, form.name);
-    } catch (const StoreError&) {
-        return invalid_data(context.dialogs);
+    } catch (const StoreError& error) {
+        return invalid_data(context.dialogs, error.what());
     } catch (const std::invalid_argument&) {
-        return invalid_data(context.dialogs);
+        return invalid_data(context.dialogs, k_reserved_name);
     }
     basin.Current_Sim_Name = form.name;
     basin.Current_Start = period->start;

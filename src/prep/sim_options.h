@@ -58,6 +58,16 @@ struct SimOptionsForm {
 /// The first of the nine values that is missing, or is no number that a parameter table can take.
 [[nodiscard]] std::optional<FirstValue> faulty_first_value(const SimOptionsForm& form);
 
+/// The caption of the box of a first value.
+[[nodiscard]] const char* first_value_caption(FirstValue which);
+
+/// What holds a definition up before anything is changed: the first box that has no date or number which can
+/// be stored, by its caption, with the reason as a sentence. Empty where there is none.
+[[nodiscard]] std::string definition_fault(SimOptionsMode mode, const SimOptionsForm& form);
+
+/// Says that a definition can't be stored. @param reason a sentence, shown below the text
+void refuse_definition(Dialogs& dialogs, const std::string& reason);
+
 /// Takes the definition into the grid, where it becomes the current simulation, with the questions in their
 /// order. One that is added or imported under the name of a row replaces that row. A definition that is added
 /// gets its parameter table filled and the daily variables of its period; an edit rebuilds a table that lacks

@@ -30,17 +30,23 @@ bool is_of_another_format(StoreFault fault) {
 /// Whether what the store says tells more than that the file has an unrecognized format.
 bool has_reason(StoreFault fault) { return !is_of_another_format(fault) || fault == StoreFault::Damaged; }
 
-void grids_refused(Dialogs& dialogs) { dialogs.stop("Missing/invalid simulation data"); }
+/// Names what could not be written: a box or cell, which gets the cursor, or what the store says.
+void grids_refused(Session& session, const StoreError& error) {
+    const auto field = unstorable_field(session.basin);
+    session.dialogs.stop("Missing/invalid simulation data\n" + (field ? field->complaint : error.what()));
+    if (field) session.desktop.go_to_field(*field);
+}
 
 /// Writes table after table; false after a message, with the tables before the faulty one written.
-bool write_grids(BasinDatabase& database, const BasinState& basin, Dialogs& dialogs) {
+bool write_grids(BasinDatabase& database, Session& session) {
+    const BasinState& basin = session.basin;
     try {
         store_boxes(database, basin);
         store_simulations(database, basin);
         store_zones(database, basin);
         return true;
-    } catch (const StoreError&) {
-        grids_refused(dialogs);
+    } catch (const StoreError& error) {
+        grids_refused(session, error);
         return false;
     }
 }
@@ -355,12 +361,12 @@ bool BasinLife::Save_Grids(const fs::path& path) {
         BasinDatabase database{path, Access::ReadWrite};
         bool whole = false;
         database.in_transaction([&] {
-            whole = write_grids(database, basin, session_.dialogs);
+            whole = write_grids(database, session_);
             return true;  // what was written until a fault stays; the grids still hold the rest
         });
         return whole;
-    } catch (const StoreError&) {
-        grids_refused(session_.dialogs);
+    } catch (const StoreError& error) {
+        grids_refused(session_, error);
         return false;
     }
 }

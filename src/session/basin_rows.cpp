@@ -2,7 +2,11 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "session/main_window_rules.h"
 #include "store/table_io.h"
+
+#include <array>
+#include <cmath>
 
 namespace nivora {
 namespace {
@@ -17,7 +21,65 @@ std::optional<std::string> box_text(const std::string& text) {
     return text;
 }
 
+using Part = UnstorableField::Part;
+
+std::string complaint(const std::string& field) {
+    return field + " holds a number that is too large to be stored. Enter it anew and save again.";
+}
+
+std::optional<UnstorableField> unstorable_box(const BasinState& basin) {
+    const auto of = [](BasinBox box, std::string caption) {
+        caption.pop_back();  // the colon
+        return UnstorableField{Part::Box, 0, static_cast<int>(box), complaint("The box '" + caption + "'")};
+    };
+    const auto infinite = [](const std::string& text) { return std::isinf(box_number(text).value_or(0.0)); };
+    if (infinite(basin.reference_elevation_text))
+        return of(BasinBox::ReferenceElevation, reference_elevation_label(basin.basin_units));
+    if (infinite(basin.latitude_text)) return of(BasinBox::Latitude, "Latitude (dec):");
+    if (infinite(basin.longitude_text)) return of(BasinBox::Longitude, "Longitude (dec):");
+    return std::nullopt;
+}
+
+std::optional<UnstorableField> unstorable_zone(const BasinState& basin) {
+    constexpr int k_area_column = 2;  // the others follow in the order of the cells
+    for (std::size_t row = 0; row < basin.zones.size(); ++row) {
+        const Zone& zone = basin.zones[row];
+        std::vector<std::optional<double>> cells{zone.area, zone.elevation};
+        for (const Aspect& aspect : zone.aspects) cells.insert(cells.end(), {aspect.share, aspect.elevation});
+        for (std::size_t cell = 0; cell < cells.size(); ++cell) {
+            if (!std::isinf(cells[cell].value_or(0.0))) continue;
+            const int column = static_cast<int>(cell) + k_area_column;
+            return UnstorableField{
+                Part::Zones, row, column,
+                complaint("The cell '" + std::string{trimmed(zone_header(column, basin.basin_units))} +
+                          "' of zone " + std::to_string(row + 1))};
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<UnstorableField> unstorable_simulation(const BasinState& basin) {
+    constexpr int k_runoff_column = 13;
+    constexpr int k_threshold_column = 14;
+    for (std::size_t row = 0; row < basin.simulations.size(); ++row) {
+        const Simulation& simulation = basin.simulations[row];
+        for (const int column : {k_runoff_column, k_threshold_column}) {
+            if (!std::isinf(simulation.value(column).value_or(0.0))) continue;
+            return UnstorableField{Part::Simulations, row, column,
+                                   complaint("The cell '" + simulation_header(column, basin.Units_Code) +
+                                             "' of the simulation '" + simulation.name + "'")};
+        }
+    }
+    return std::nullopt;
+}
+
 }  // namespace
+
+std::optional<UnstorableField> unstorable_field(const BasinState& basin) {
+    if (auto field = unstorable_box(basin)) return field;
+    if (auto field = unstorable_zone(basin)) return field;
+    return unstorable_simulation(basin);
+}
 
 void store_boxes(BasinDatabase& database, const BasinState& basin) {
     BasinDescription row = read_basin_description(database);

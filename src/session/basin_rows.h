@@ -5,6 +5,20 @@
 
 namespace nivora {
 
+/// A box or cell of the main window with a number that no field of a basin file can hold. A file that another
+/// program wrote may bring one in.
+struct UnstorableField {
+    enum class Part { Box, Zones, Simulations };
+
+    Part part = Part::Box;
+    std::size_t row = 0;    ///< of a grid
+    int column = 0;         ///< of a grid, from 1; the number of a box
+    std::string complaint;  ///< a sentence that names it by its caption
+};
+
+/// The first such field, boxes before zones before simulations; nothing where all can be stored.
+[[nodiscard]] std::optional<UnstorableField> unstorable_field(const BasinState& basin);
+
 /// Writes the boxes of the basin definition. The units stay those that were fixed: a simulation may name
 /// others.
 void store_boxes(BasinDatabase& database, const BasinState& basin);

@@ -3,6 +3,8 @@
 
 namespace nivora {
 
+struct UnstorableField;
+
 /// What the desktop program does for those below it. Headless programs and tests use the form that does
 /// nothing.
 class Desktop {
@@ -17,6 +19,8 @@ public:
     /// Checks the box that is being typed in as if it were left. True where its text was refused, which the
     /// user was told.
     virtual bool refuses_typed_box() { return false; }
+    /// Puts the cursor into a box or cell of the main window that a save refused.
+    virtual void go_to_field(const UnstorableField& field) { static_cast<void>(field); }
     /// Shows the basin's state, the settings and what is enabled, after any of them changed.
     virtual void refresh_main_window() {}
     /// Shows a topic of the manual window.

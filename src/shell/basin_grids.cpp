@@ -50,9 +50,7 @@ QString ZoneModel::header(int column) const { return to_qt(zone_header(column + 
 QString ZoneModel::unit(int column) const {
     // The other numbers have their unit in their header.
     const bool share = column >= 3 && column % 2 == 1;
-    return share ? QStringLiteral(
-                       "percent of the zone's area; an imported basin has 1, which stands for shares "
-                       "that its file does not give")
+    return share ? QStringLiteral("percent of the zone's area; 1 in an imported basin, whose file gives none")
                  : QString{};
 }
 

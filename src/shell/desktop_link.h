@@ -14,6 +14,9 @@ public:
         if (target_ != nullptr) target_->commit_edits();
     }
     bool refuses_typed_box() override { return target_ != nullptr && target_->refuses_typed_box(); }
+    void go_to_field(const UnstorableField& field) override {
+        if (target_ != nullptr) target_->go_to_field(field);
+    }
     void refresh_main_window() override {
         if (target_ != nullptr) target_->refresh_main_window();
     }

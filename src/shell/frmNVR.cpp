@@ -66,6 +66,8 @@ frmNVR::frmNVR(const WindowContext& context)
     auto* layout = new QVBoxLayout(content);
     layout->addWidget(make_definition(), 3);
     layout->addWidget(make_simulations(), 2);
+    const std::array<QWidget*, 5> order{zone_grid_, simulation_grid_, buttons_[0], buttons_[1], buttons_[2]};
+    for (std::size_t i = 1; i < order.size(); ++i) setTabOrder(order.at(i - 1), order.at(i));
     set_content(content);
     statusBar()->addPermanentWidget(procedure_);
     explain_status_bar(42);

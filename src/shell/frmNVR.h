@@ -40,6 +40,7 @@ public:
 
     void commit_edits() override;
     bool refuses_typed_box() override;
+    void go_to_field(const UnstorableField& field) override;
     void refresh_main_window() override;
     void show_help_topic(int topic) override;
     void show_results() override;

@@ -1,12 +1,14 @@
 // What happens in the two grids of the main window.
 
 #include "prep/simulation_grid.h"
+#include "session/basin_rows.h"
 #include "session/simulation_list.h"
 #include "shell/basin_grids.h"
 #include "shell/frmNVR.h"
 #include "widgets/grid_status.h"
 #include "widgets/grid_view.h"
 
+#include <QLineEdit>
 #include <QStatusBar>
 #include <QTimer>
 
@@ -37,6 +39,17 @@ void frmNVR::connect_grids() {
             [this] { row_selected(); });
     // A click on the active row selects it, too: it may be the only one, or one that is not selected yet.
     connect(simulation_grid_, &QAbstractItemView::pressed, this, [this] { row_selected(); });
+}
+
+void frmNVR::go_to_field(const UnstorableField& field) {
+    if (field.part == UnstorableField::Part::Box) {
+        boxes_.at(static_cast<std::size_t>(field.column))->setFocus();
+        return;
+    }
+    const bool zone = field.part == UnstorableField::Part::Zones;
+    GridView* grid = zone ? zone_grid_ : simulation_grid_;
+    grid->setFocus();
+    grid->setCurrentIndex(grid->cells().index(static_cast<int>(field.row), field.column - 1));
 }
 
 void frmNVR::simulation_edited() {

@@ -9,7 +9,8 @@
 namespace nivora {
 
 /// Puts the marks of a basin file and the fixed values of its header right, in a copy that is only read
-/// afterwards: the free pages are forgotten, and a page that was cut off is replaced by zeros, unless it is the first.
+/// afterwards: the free pages are forgotten, and a page that was cut off is replaced by zeros, unless it is
+/// the first.
 ///
 /// @return false for a file that bears neither the mark of the engine nor that of a basin
 [[nodiscard]] bool mend_header(const std::filesystem::path& copy);

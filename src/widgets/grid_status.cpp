@@ -18,7 +18,8 @@ GridStatus::GridStatus(QStatusBar* bar) : QObject(bar), bar_(bar), unit_(new QLa
     unit_->setTextFormat(Qt::PlainText);
     // A long text is cut rather than widening the window.
     unit_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    bar_->addWidget(unit_, 1);
+    // It has more to say than the file at its left, which is shortened in its middle.
+    bar_->addWidget(unit_, 3);
 }
 
 void GridStatus::watch(GridView* grid) {
@@ -38,6 +39,7 @@ void GridStatus::show_unit(const GridView* grid) {
     const int column = grid->currentIndex().column();
     const bool told = column >= 0 && !grid->cells().unit(column).isEmpty();
     unit_->setText(told ? grid->cells().tip(column) : QString{});
+    unit_->setToolTip(unit_->text());
 }
 
 void GridStatus::show_refusal(const GridView* grid, int row, int column, const QString& text) {

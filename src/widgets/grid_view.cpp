@@ -11,6 +11,7 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <algorithm>
+#include <utility>
 
 namespace nivora {
 namespace {
@@ -189,7 +190,26 @@ void GridView::keyPressEvent(QKeyEvent* event) {
     QTableView::keyPressEvent(event);
 }
 
+/// Whether Tab, or Shift+Tab, has no cell left to go to: the view's own order would wrap around.
+bool GridView::is_at_edge(bool forward) {
+    const QModelIndex at = currentIndex();
+    const QModelIndex next = moveCursor(forward ? MoveNext : MovePrevious, Qt::NoModifier);
+    if (!at.isValid() || !next.isValid() || next == at) return !next.isValid() || next == at;
+    const bool after = std::pair{next.row(), next.column()} > std::pair{at.row(), at.column()};
+    return after != forward;
+}
+
+bool GridView::focusNextPrevChild(bool next) {
+    return is_at_edge(next) ? QWidget::focusNextPrevChild(next) : QTableView::focusNextPrevChild(next);
+}
+
 void GridView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+    const bool forward = hint == QAbstractItemDelegate::EditNextItem;
+    if ((forward || hint == QAbstractItemDelegate::EditPreviousItem) && is_at_edge(forward)) {
+        QTableView::closeEditor(editor, QAbstractItemDelegate::NoHint);
+        QWidget::focusNextPrevChild(forward);
+        return;
+    }
     QTableView::closeEditor(editor, hint);
     if (hint == QAbstractItemDelegate::SubmitModelCache) go_down();
 }

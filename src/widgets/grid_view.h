@@ -9,7 +9,8 @@
 
 namespace nivora {
 
-/// Shows a GridModel. Keys are those of a spreadsheet: Enter goes down, Tab to the right, F2 edits, typing
+/// Shows a GridModel. Keys are those of a spreadsheet: Enter goes down, Tab to the right and from the last
+/// cell to the next control, Shift+Tab back and from the first cell to the control before, F2 edits, typing
 /// replaces, Delete cuts, Ctrl+X, C, V work on the block.
 class GridView : public QTableView {
     Q_OBJECT
@@ -61,6 +62,7 @@ signals:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    bool focusNextPrevChild(bool next) override;
     void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
     void paintEvent(QPaintEvent* event) override;
 
@@ -74,6 +76,7 @@ private:
     [[nodiscard]] bool agrees_to(const PastePlan& plan);
     void put(const PastePlan& plan);
     void go_down();
+    [[nodiscard]] bool is_at_edge(bool forward);
     void paint_empty_area();
     [[nodiscard]] int content_width(int column) const;
     [[nodiscard]] int measured_width(int column) const;

@@ -113,10 +113,18 @@ NivoraWindow::NivoraWindow(const WindowContext& context, const char* name, Windo
     show_quick_help(context_.quick_help.is_on());
 }
 
-void NivoraWindow::set_content(QWidget* content) {
+void NivoraWindow::set_content(QWidget* content, QWidget* foot) {
+    foot_ = foot;
     auto* area = new ContentArea(
         content, [this] { return room_for_content(); }, frame_);
-    static_cast<QVBoxLayout*>(frame_->layout())->insertWidget(0, area, 1);
+    auto* layout = static_cast<QVBoxLayout*>(frame_->layout());
+    layout->insertWidget(0, area, 1);
+    if (foot_ == nullptr) return;
+    // In line with the content, as if it were the last of it.
+    const QMargins around = content->layout()->contentsMargins();
+    content->layout()->setContentsMargins(around.left(), around.top(), around.right(), 0);
+    foot_->layout()->setContentsMargins(around.left(), 0, around.right(), around.bottom());
+    layout->insertWidget(1, foot_);
 }
 
 /// The largest size that the screen has for the content of this window.
@@ -135,6 +143,7 @@ QSize NivoraWindow::room_for_content() const {
     if (const auto* toolbar = qobject_cast<QWidget*>(help_button_->parent()))
         height += toolbar->sizeHint().height();
     if (strip_->isVisibleTo(this)) height += strip_->height() + layout.spacing();
+    if (foot_ != nullptr) height += foot_->sizeHint().height() + layout.spacing();
     const int width = around.left + around.right + margins.left() + margins.right();
     return screen()->availableGeometry().size() - QSize(width, height);
 }
@@ -158,8 +167,6 @@ void NivoraWindow::close_on_escape() {
         QKeyEvent key(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
         QApplication::sendEvent(focused, &key);
     });
-    keys_.push_back(escape);
-    escape->setEnabled(!context_.quick_help.is_on());
 }
 
 /// F6, or Ctrl+Tab, leads to the next area of the window, also out of a table, where Tab goes from cell to

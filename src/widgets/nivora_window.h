@@ -67,13 +67,17 @@ protected:
     [[nodiscard]] const WindowContext& context() const { return context_; }
 
     /// Puts the window's own content above the strip. It scrolls where the screen is too small for it.
-    void set_content(QWidget* content);
+    ///
+    /// @param foot what stays in sight below the content, such as the buttons that end the window; may be
+    /// null
+    void set_content(QWidget* content, QWidget* foot = nullptr);
     /// The element that has the focus when the window opens; without a call the first of the content that
     /// takes keys.
     void set_first_focus(QWidget* element) { first_focus_ = element; }
     /// The button that Enter presses wherever it has no other meaning.
     void set_default_button(QPushButton* button);
-    /// Lets Escape close the window as its close control does.
+    /// Lets Escape close the window as its close control does; while QuickHelp is on both are refused in
+    /// words.
     void close_on_escape();
     /// The tip of the QuickHelp button while QuickHelp is off, where it is not the usual one.
     void set_help_tip(const QString& tip);
@@ -117,6 +121,7 @@ private:
     QLabel* basin_file_;
     QLabel* status_ = nullptr;
     QWidget* frame_;
+    QWidget* foot_ = nullptr;
     QPointer<QWidget> caller_;
     QWidget* first_focus_ = nullptr;
     QPushButton* default_button_ = nullptr;

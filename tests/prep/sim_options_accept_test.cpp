@@ -9,7 +9,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Optional;
 
-constexpr const char* k_invalid = "Missing/invalid data";
+constexpr const char* k_invalid = "Missing/invalid data\n";
 
 class SimOptionsAccept : public PrepTest {
 protected:
@@ -141,13 +141,54 @@ TEST_F(SimOptionsAccept, AnotherSimulationGoesBehindTheOthers) {
     EXPECT_THAT(days("wet"), ElementsAre("1 1", "1 2", "2 1", "2 2")) << "the days of the new row";
 }
 
+// The message names the box that is wrong by the caption that the user sees.
+
+TEST_F(SimOptionsAccept, InvalidDataNamesTheBoxOfADate) {
+    form_.start = "02/30/1980";
+    EXPECT_FALSE(accept());
+    EXPECT_EQ(last_message().text,
+              "Missing/invalid data\nThe box 'Start Date' holds '02/30/1980': the calendar has no such day.");
+    form_.start = "10/01/1980";
+    form_.end = "//";  // as a masked box gives it while it is empty
+    EXPECT_FALSE(accept());
+    EXPECT_EQ(last_message().text,
+              "Missing/invalid data\nThe box 'End Date' is empty; it needs a date, mm/dd/yyyy.");
+}
+
+TEST_F(SimOptionsAccept, InvalidDataNamesTheBoxOfEachFirstValue) {
+    const std::array<const char*, k_first_values> captions{
+        "Degree Day Factor",          "Critical Temperature",       "Temperature Lapse Rate",
+        "Runoff Coefficients (Snow)", "Runoff Coefficients (Rain)", "Rainfall Contributing Area",
+        "Lag Time to Gage (hr)",      "X recession coefficient",    "Y recession coefficient"};
+    const auto whole = form_.first_values;
+    for (std::size_t value = 0; value < k_first_values; ++value) {
+        const std::string box = "Missing/invalid data\nThe box '" + std::string{captions.at(value)} + "' ";
+        form_.first_values = whole;
+        form_.first_values.at(value) = "x";
+        EXPECT_FALSE(accept());
+        EXPECT_EQ(last_message().text, box + "holds 'x': this is not a number.");
+        form_.first_values.at(value) = " ";
+        EXPECT_FALSE(accept());
+        const bool integer = value == 5 || value == 6;
+        EXPECT_EQ(last_message().text,
+                  box + "is empty; it needs " + (integer ? "a whole number." : "a number."));
+    }
+}
+
+TEST_F(SimOptionsAccept, InvalidDataNamesWhatTheStoreRefused) {
+    database_.drop_table("wet");
+    EXPECT_FALSE(accept());
+    EXPECT_THAT(last_message().text,
+                testing::AllOf(testing::StartsWith(k_invalid), testing::HasSubstr("wet")));
+}
+
 // Dates.
 
 TEST_F(SimOptionsAccept, DatesThatCanNotBeReadAreInvalidData) {
     for (const char* text : {"", "02/29/1981", "soon", "  /  /    "}) {
         form_.end = text;
         EXPECT_FALSE(accept());
-        EXPECT_EQ(last_message().text, k_invalid);
+        EXPECT_THAT(last_message().text, testing::StartsWith(k_invalid));
         EXPECT_EQ(last_message().icon, Icon::Stop);
     }
     EXPECT_TRUE(basin_.simulations.empty());
@@ -260,7 +301,7 @@ TEST_F(SimOptionsAccept, AFirstValueThatIsMissingIsInvalidDataAndChangesNothing)
             form_.first_values.at(value) = text;
             EXPECT_EQ(faulty_first_value(form_), static_cast<FirstValue>(value));
             EXPECT_FALSE(accept());
-            EXPECT_EQ(last_message().text, k_invalid);
+            EXPECT_THAT(last_message().text, testing::StartsWith(k_invalid));
             EXPECT_TRUE(basin_.simulations.empty());
             EXPECT_FALSE(basin_.Basin_Changed);
         }
@@ -320,7 +361,7 @@ TEST_F(SimOptionsAccept, AMissingParameterTableIsInvalidData) {
     database_.drop_table("wet");
     EXPECT_FALSE(accept());
     ASSERT_EQ(messages(), 1U);
-    EXPECT_EQ(last_message().text, k_invalid);
+    EXPECT_THAT(last_message().text, testing::StartsWith(k_invalid));
     // The row stands in the grid already, and would be lost without a question.
     EXPECT_EQ(basin_.simulations.size(), 1U);
     EXPECT_TRUE(basin_.Basin_Changed);
@@ -389,7 +430,7 @@ TEST_F(SimOptionsAccept, ARebuildNeedsAllFirstValuesAndChangesNothingWithoutThem
     form_.comments = "changed";
     form_.first_values.at(0).clear();
     EXPECT_FALSE(accept());
-    EXPECT_EQ(last_message().text, k_invalid);
+    EXPECT_THAT(last_message().text, testing::StartsWith(k_invalid));
     EXPECT_FALSE(basin_.simulations[0].comments.has_value());
     EXPECT_THAT(days("wet"), IsEmpty());
 }
@@ -399,7 +440,7 @@ TEST_F(SimOptionsAccept, ARowNamedLikeATableOfTheBasinRebuildsNone) {
     basin_.simulations[0].name = form_.name = "SimResults";
     form_.rebuilds_table = true;
     EXPECT_FALSE(accept());
-    EXPECT_EQ(last_message().text, k_invalid);
+    EXPECT_THAT(last_message().text, testing::StartsWith(k_invalid));
     EXPECT_FALSE(database_.has_table("SimResults"));
 }
 
@@ -420,7 +461,7 @@ TEST_F(SimOptionsAccept, AnEditLeavesTheModeOfTheLastViewBehind) {
 TEST_F(SimOptionsAccept, AnEditWithoutARowIsInvalidData) {
     prep_.SimOptions_Mode = SimOptionsMode::Edit;
     EXPECT_FALSE(accept());
-    EXPECT_EQ(last_message().text, k_invalid);
+    EXPECT_THAT(last_message().text, testing::StartsWith(k_invalid));
     EXPECT_TRUE(basin_.simulations.empty());
 }
 

@@ -86,8 +86,7 @@ TEST_F(SmallScreenTest, TheMainWindowAndTheDefinitionFitAndTheirButtonsAreInReac
     press(*program, k_main_title, {"alt+e"});
     const std::string definition = "Edit Simulation Control Information";
     expect_on_screen(*program, definition);
-    // The focus scrolls to the button, which can be hit then.
-    press(*program, definition, {"shift+Tab", "shift+Tab", "shift+Tab"});
+    // The buttons are in sight though the boxes scroll.
     click(*program, definition, "push button", "Cancel ");
     EXPECT_TRUE(await_gone(*program, definition));
 }

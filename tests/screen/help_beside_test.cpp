@@ -1,9 +1,12 @@
 // The help window beside a modal window that asked for it.
 
+#include "shell/frmSplash.h"
 #include "tests/screen/screen_fixture.h"
 
 #include <QCheckBox>
 #include <QPushButton>
+#include <QScrollBar>
+#include <QTextBrowser>
 #include <QWindow>
 
 namespace nivora {
@@ -38,6 +41,42 @@ TEST_F(HelpBesideTest, HelpAndWelcomeCanBothBeUsedAndTheHelpStays) {
     press({"Escape"});
     EXPECT_FALSE(help->isVisible());
     EXPECT_TRUE(window_->isVisible());
+}
+
+TEST_F(HelpBesideTest, HelpAndTheWelcomeOfTheStartCanBothBeUsed) {
+    window_->hide();  // the welcome comes before it
+    frmSplash welcome(session_, true);
+    QWidget* help = nullptr;
+    in_modal("frmSplash", [&](QWidget&) {
+        press({"alt+n"});
+        help = await_window("frmNVRHelp");
+        ASSERT_NE(help, nullptr);
+        await_active(*help);
+        auto* text = help->findChild<QTextBrowser*>(QStringLiteral("txtHelp"));
+        ASSERT_NE(text, nullptr);
+        const QString first = text->toPlainText();
+        for (QAction* topic : help->findChildren<QAction*>()) {
+            if (topic->text().contains(QStringLiteral("Main"))) topic->trigger();
+        }
+        EXPECT_NE(text->toPlainText(), first) << "the welcome does not block the help";
+        press({"Next"});
+        EXPECT_GT(text->verticalScrollBar()->value(), 0);
+        welcome.activateWindow();
+        await_active(welcome);
+        press({"alt+s"});
+        EXPECT_FALSE(welcome.isVisible()) << "the help does not block the welcome";
+    });
+    EXPECT_EQ(welcome.exec(), QDialog::Accepted);
+    EXPECT_FALSE(welcome.leaves());
+    EXPECT_EQ(modal_windows_seen_, 1);
+    window_->show();
+    await_active(*window_);
+    ASSERT_NE(help, nullptr);
+    EXPECT_TRUE(help->isVisible());
+    help->activateWindow();
+    await_active(*help);
+    press({"Escape"});
+    EXPECT_FALSE(help->isVisible());
 }
 
 }  // namespace

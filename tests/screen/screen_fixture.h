@@ -1,13 +1,9 @@
 // Windows on a real display with a window manager, worked by keys and the mouse of that display.
 #pragma once
 
-#include "shell/desktop_link.h"
-#include "shell/frmNVR.h"
-#include "store/table_io.h"
 #include "tests/program/test_display.h"
 #include "tests/screen/arrived_input.h"
-#include "tests/support/temporary_folder.h"
-#include "tests/support/watched_dialogs.h"
+#include "tests/support/with_main_window.h"
 #include "widgets/qt_text.h"
 
 #include <gmock/gmock.h>
@@ -123,6 +119,17 @@ protected:
         return most == counts.end() ? 0 : most->first;
     }
 
+    /// The points of a picture that differ from its main colour: an empty element has none.
+    static int drawn_points(const QImage& image) {
+        const QRgb ground = main_colour(image);
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                count += (image.pixel(x, y) & 0xFFFFFFU) != ground ? 1 : 0;
+        }
+        return count;
+    }
+
     /// The open top-level window of a name; null where there is none.
     static QWidget* open_window(const char* name) {
         for (QWidget* top : QApplication::topLevelWidgets()) {
@@ -171,60 +178,19 @@ private:
 
 /// The main window on a program folder of its own; boxes go by a script, and `dialogs_.while_shown` looks at
 /// the screen while one is shown.
-class MainWindowOnScreenTest : public ScreenTest {
+class MainWindowOnScreenTest : public WithMainWindow<ScreenTest> {
 protected:
     void SetUp() override {
-        ScreenTest::SetUp();
+        WithMainWindow::SetUp();
         if (IsSkipped()) return;
-        BasinDatabase::create_template(program_ / "null.mdb");
-        for (const char* name : {"NIVORAHelp.txt", "quickhelp.txt", "climate_1.ss2"}) {
-            std::filesystem::copy_file(std::filesystem::path{NIVORA_SOURCE_DIR} / "data" / name,
-                                       program_ / name);
-        }
+        make_program_folder();
         start_main_window();
     }
 
-    void TearDown() override {
-        quick_help_.set_on(false);
-        EXPECT_TRUE(dialogs_.complaints().empty()) << dialogs_.complaints().front();
-        EXPECT_EQ(dialogs_.answers_left(), 0U);
-    }
-
     void start_main_window() {
-        window_ = std::make_unique<frmNVR>(WindowContext{session_, quick_help_, program_.path()});
-        link_.lead_to(window_.get());
-        window_->start();
+        WithMainWindow::start_main_window();
         await_active(*window_);
     }
-
-    template <typename Element>
-    Element* find(const char* name) {
-        auto* element = window_->findChild<Element*>(QString::fromUtf8(name));
-        EXPECT_NE(element, nullptr) << name;
-        return element;
-    }
-    void choose(const char* action) {
-        find<QAction>(action)->trigger();
-        settle();
-    }
-
-    /// Opens the bundled sample basin as the user's file.
-    std::filesystem::path open_sample() {
-        const auto file = user_ / "ellervane.mdb";
-        std::filesystem::copy_file(std::filesystem::path{NIVORA_PROGRAM_FOLDER} / "samples/ellervane.mdb",
-                                   file);
-        dialogs_.then_file(file);
-        choose("mnuFileItem(1)");
-        return file;
-    }
-
-    TemporaryFolder program_;
-    TemporaryFolder user_;
-    WatchedDialogs dialogs_;
-    DesktopLink link_;
-    Session session_{dialogs_, link_};
-    QuickHelp quick_help_;
-    std::unique_ptr<frmNVR> window_;
 };
 
 }  // namespace nivora

@@ -4,6 +4,7 @@
 #include "base/durable_file.h"
 #include "base/scripted_dialogs.h"
 #include "session/basin_life.h"
+#include "session/basin_rows.h"
 #include "session/main_window_rules.h"
 #include "store/table_io.h"
 #include "tests/support/temporary_folder.h"
@@ -31,9 +32,11 @@ class WatchedDesktop : public Desktop {
 public:
     void refresh_main_window() override { ++refreshes; }
     void close_results() override { ++closed_results; }
+    void go_to_field(const UnstorableField& field) override { shown = field; }
 
     int refreshes = 0;
     int closed_results = 0;
+    std::optional<UnstorableField> shown;
 };
 
 class BasinLifeTest : public testing::Test {

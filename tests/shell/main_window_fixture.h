@@ -1,13 +1,7 @@
 // A main window on a program folder of its own, with a script for every box.
 #pragma once
 
-#include "shell/desktop_link.h"
-#include "shell/frmNVR.h"
-#include "store/table_io.h"
-#include "tests/support/temporary_folder.h"
-#include "tests/support/watched_dialogs.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/with_main_window.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -22,17 +16,17 @@
 
 namespace nivora {
 
-class MainWindowTest : public testing::Test {
+/// A test of windows offscreen, where nothing but the event loop has to be waited for.
+class OffscreenTest : public testing::Test {
+protected:
+    static void settle() { QTest::qWait(1); }
+};
+
+class MainWindowTest : public WithMainWindow<OffscreenTest> {
 protected:
     MainWindowTest() {
-        BasinDatabase::create_template(program_ / "null.mdb");
-        for (const char* name : {"NIVORAHelp.txt", "quickhelp.txt"}) {
-            std::filesystem::copy_file(std::filesystem::path{NIVORA_SOURCE_DIR} / "data" / name,
-                                       program_ / name);
-        }
-        window_ = std::make_unique<frmNVR>(WindowContext{session_, quick_help_, program_.path()});
-        link_.lead_to(window_.get());
-        window_->start();
+        make_program_folder();
+        start_main_window();
         // The window of the first period opens whenever zones are fixed; tests that are not about it let it
         // pass.
         QObject::connect(&let_pass_, &QTimer::timeout, [] {
@@ -41,28 +35,11 @@ protected:
             }
         });
         let_pass_.start(5);
-        QTest::qWait(1);
-    }
-
-    void TearDown() override {
-        quick_help_.set_on(false);
-        EXPECT_TRUE(dialogs_.complaints().empty()) << dialogs_.complaints().front();
-        EXPECT_EQ(dialogs_.answers_left(), 0U);
-    }
-
-    template <typename Element>
-    Element* find(const char* name) {
-        auto* element = window_->findChild<Element*>(QString::fromUtf8(name));
-        EXPECT_NE(element, nullptr) << name;
-        return element;
+        settle();
     }
 
     QLineEdit* box(int number) { return find<QLineEdit>(("Text(" + std::to_string(number) + ")").c_str()); }
     bool enabled(const char* action) { return find<QAction>(action)->isEnabled(); }
-    void choose(const char* action) {
-        find<QAction>(action)->trigger();
-        QTest::qWait(1);
-    }
 
     /// Types into a box as a user would, over what it held.
     void type(int number, const char* text) {
@@ -101,16 +78,6 @@ protected:
         return widget->palette().color(QPalette::Base);
     }
 
-    /// Opens the bundled sample basin as the user's file.
-    std::filesystem::path open_sample() {
-        const auto file = user_ / "ellervane.mdb";
-        std::filesystem::copy_file(std::filesystem::path{NIVORA_PROGRAM_FOLDER} / "samples/ellervane.mdb",
-                                   file);
-        dialogs_.then_file(file);
-        choose("mnuFileItem(1)");
-        return file;
-    }
-
     /// Does something with a modal window as soon as it is shown, and closes it.
     template <typename Look>
     void look_at_modal(const char* name, Look look) {
@@ -124,15 +91,6 @@ protected:
         });
     }
 
-    [[nodiscard]] const Message& last_message() const { return dialogs_.messages().back().message; }
-
-    TemporaryFolder program_;
-    TemporaryFolder user_;
-    WatchedDialogs dialogs_;
-    DesktopLink link_;
-    Session session_{dialogs_, link_};
-    QuickHelp quick_help_;
-    std::unique_ptr<frmNVR> window_;
     QTimer let_pass_;
     bool seen_ = false;
 };

@@ -99,8 +99,8 @@ TEST_F(SimulationZoneGridTest, SharesOfAspectsSayWhatTheirNumbersMean) {
     for (const int column : {4, 6, 8, 10}) {
         EXPECT_THAT(
             from_qt(grid()->model()->headerData(column - 1, Qt::Horizontal, Qt::ToolTipRole).toString()),
-            testing::EndsWith("Aspect: percent of the zone's area; an imported basin has 1, which stands "
-                              "for shares that its file does not give"));
+            testing::EndsWith(
+                "Aspect: percent of the zone's area; 1 in an imported basin, whose file gives none"));
     }
 }
 

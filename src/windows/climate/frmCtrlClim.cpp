@@ -71,8 +71,7 @@ frmCtrlClim::frmCtrlClim(const WindowContext& context, QWidget* parent)
     grid->setColumnStretch(1, 1);
     grid->setRowStretch(2, 1);
     make_buttons(content);
-    grid->addWidget(buttons_.front()->parentWidget(), 4, 0, 1, 2);
-    set_content(content);
+    set_content(content, buttons_.front()->parentWidget());
     explain_status_bar(27);
     set_help_tip(QStringLiteral("Show 'QuickHelp'"));
     resize(820, 620);

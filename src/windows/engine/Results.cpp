@@ -68,6 +68,8 @@ Results::Results(const WindowContext& context, QWidget* parent)
     comments_->setAccessibleName(QStringLiteral("Comments"));
     comments_->setReadOnly(true);
     comments_->setMinimumHeight(comments_->fontMetrics().lineSpacing() * 3);
+    // They take the room that is left, and make the window scroll for no more than their least.
+    comments_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
     set_help(comments_, 10);
     auto* content = new QWidget(this);
     auto* layout = new QVBoxLayout(content);

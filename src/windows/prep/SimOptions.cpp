@@ -29,11 +29,7 @@ constexpr int k_first_value_box = 6;
 constexpr int k_threshold_box = 5;
 constexpr qsizetype k_kept_of_frame_caption = 17;
 
-constexpr std::array<const char*, k_first_values> k_value_captions{
-    "Degree Day Factor:",          "Critical Temperature:",       "Temperature Lapse Rate:",
-    "Runoff Coefficients (Snow):", "Runoff Coefficients (Rain):", "Rainfall Contributing Area:",
-    "Lag Time to Gage (hr):",      "X recession coefficient:",    "Y recession coefficient:"};
-/// Their fields in the parameter table.
+/// The fields of the first values in the parameter table.
 constexpr std::array<const char*, k_first_values> k_value_fields{"AN",  "Tcrit",   "LapseRate", "CS",    "Cr",
                                                                  "RCA", "LagTime", "Xcoeff",    "Ycoeff"};
 constexpr std::array<const char*, 6> k_by_zone_captions{
@@ -55,9 +51,8 @@ SimOptions::SimOptions(const WindowContext& context, QWidget* parent)
     grid->addWidget(make_comments(), 4, 0, 1, 2);
     const ButtonRow row = make_button_row({"&Accept", "&Cancel ", "&Help"}, 31, content);
     buttons_ = row.buttons;
-    grid->addWidget(row.frame, 5, 0, 1, 2);
     grid->setRowStretch(4, 1);
-    set_content(content);
+    set_content(content, row.frame);
     explain_status_bar(36);
     set_default_button(buttons_[0]);
     close_on_escape();
@@ -185,8 +180,9 @@ QWidget* SimOptions::make_first_values() {
     for (int i = 0; i < static_cast<int>(k_first_values); ++i) {
         const auto index = static_cast<std::size_t>(i);
         QLineEdit* box = make_box(k_first_value_box + i, 22 + i, frame);
-        auto* label = make_label(QStringLiteral("Label4(%1)").arg(i),
-                                 QString::fromUtf8(k_value_captions.at(index)), 22 + i, frame);
+        auto* label =
+            make_label(QStringLiteral("Label4(%1)").arg(i),
+                       QString::fromUtf8(first_value_caption(static_cast<FirstValue>(i))), 22 + i, frame);
         label->setBuddy(box);
         grid->addWidget(label, i, 0);
         grid->addWidget(box, i, 1);
@@ -210,6 +206,8 @@ QWidget* SimOptions::make_comments() {
     comments_->setTabChangesFocus(true);
     comments_->installEventFilter(this);
     comments_->setMinimumHeight(comments_->fontMetrics().lineSpacing() * 3);
+    // They take the room that is left, and make the window scroll for no more than their least.
+    comments_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
     set_help(comments_, 20);
     (new QVBoxLayout(frame))->addWidget(comments_);
     return frame;
@@ -241,7 +239,7 @@ void SimOptions::show_form() {
     for (std::size_t i = 0; i < k_first_values; ++i) {
         boxes_.at(k_first_value_box + i)->setEnabled(values_count);
         boxes_.at(k_first_value_box + i)->setText(to_qt(form_.first_values.at(i)));
-        QString caption = QString::fromUtf8(k_value_captions.at(i));
+        QString caption = QString::fromUtf8(first_value_caption(static_cast<FirstValue>(i)));
         if (form_.values_of_first_day) caption += QStringLiteral(" (Zone 1, Day 1)");
         value_labels_.at(i)->setText(caption);
     }
@@ -360,8 +358,8 @@ void SimOptions::accept() {
     try {
         BasinDatabase database{session().basin.Work_File, Access::ReadWrite};
         accepted_ = accept_sim_options({session().basin, session().prep, session().dialogs}, database, form_);
-    } catch (const StoreError&) {
-        session().dialogs.stop("Missing/invalid data");
+    } catch (const StoreError& error) {
+        refuse_definition(session().dialogs, error.what());
         return;
     }
     if (accepted_) return static_cast<void>(close());

@@ -18,8 +18,6 @@ constexpr const char* k_read_only = " (Read-only during climate change processin
 class MainWindowMeanwhileTest : public MainWindowTest {
 protected:
     MainWindowMeanwhileTest() {
-        std::filesystem::copy_file(std::filesystem::path{NIVORA_SOURCE_DIR} / "data/climate_1.ss2",
-                                   program_ / "climate_1.ss2");
         const SixDays small;
         const auto file = user_ / "six.mdb";
         small.write(file);

@@ -114,7 +114,9 @@ TEST_F(SimOptionsAcceptTest, ADateThatDoesNotExistIsInvalidData) {
     open_short("02/30/1980", "03/10/1980");
     press(0);
     ASSERT_EQ(messages(), 1U);
-    EXPECT_EQ(last_message().text, "Missing/invalid data");
+    EXPECT_EQ(last_message().text,
+              "Missing/invalid data\nThe box 'Start Date' holds '02/30/1980': the calendar has no such day.");
+    EXPECT_EQ(window_->focusWidget(), box(2));
     EXPECT_EQ(last_message().icon, Icon::Stop);
     EXPECT_TRUE(window_->isVisible());
     EXPECT_EQ(rows(), 0U);
@@ -124,7 +126,9 @@ TEST_F(SimOptionsAcceptTest, AMissingFirstValueIsInvalidDataAndAddsNoRowsToTheTa
     open_short();
     box(6)->clear();
     press(0);
-    EXPECT_EQ(last_message().text, "Missing/invalid data");
+    EXPECT_EQ(last_message().text,
+              "Missing/invalid data\nThe box 'Degree Day Factor' is empty; it needs a number.");
+    EXPECT_EQ(window_->focusWidget(), box(6));
     EXPECT_TRUE(window_->isVisible());
     EXPECT_EQ(stored("SELECT count(*) FROM s"), "0");
 }
@@ -133,7 +137,10 @@ TEST_F(SimOptionsAcceptTest, ALetterInAFirstValueIsInvalidData) {
     open_short();
     box(13)->setText(QStringLiteral("1,05"));
     press(0);
-    EXPECT_EQ(last_message().text, "Missing/invalid data");
+    EXPECT_EQ(last_message().text,
+              "Missing/invalid data\nThe box 'X recession coefficient' holds '1,05': a number has a point as "
+              "its decimal sign and no other separators.");
+    EXPECT_EQ(window_->focusWidget(), box(13));
     EXPECT_EQ(stored("SELECT count(*) FROM s"), "0");
 }
 
