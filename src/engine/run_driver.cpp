@@ -7,6 +7,7 @@
 #include "engine/snow_melt.h"
 #include "engine/zone_inputs.h"
 #include "engine/zone_totals.h"
+#include "store/basin_marks.h"
 #include "store/run_period.h"
 
 #include <fmt/format.h>
@@ -52,7 +53,7 @@ bool store_results(BuiltResults& built, RunContext context) {
     try {
         built.replacement->commit(built.results);
         built.replacement.reset();
-        context.basin.results_time = local_now();
+        mark_results_stored(context.basin);
         return true;
     } catch (const StoreError& error) {
         built.replacement.reset();
@@ -65,12 +66,10 @@ void mark_outcome(RunContext context, bool completed) {
     context.run.results_enabled = false;
     context.run.LastRunSimulation.clear();
     // The table is empty or half filled now, whatever a run before had left in it.
-    context.basin.Output_Valid = false;
+    mark_output_invalid(context.basin);
     if (!completed) return;
-    context.basin.Input_Changed = false;
-    context.basin.results_outdated = false;
+    mark_results_current(context.basin);
     context.run.results_enabled = true;
-    context.basin.Output_Valid = true;
     context.run.LastRunSimulation = context.basin.Current_Sim_Name;
 }
 
@@ -119,7 +118,7 @@ RunOutcome run_on(BasinDatabase& database, RunContext context, LatitudeQuestion 
     RunOutcome outcome;
     BuiltResults built = Build_SimResults(database, context.basin, context.run, context.dialogs, nullptr);
     outcome.results_rebuilt = built.replacement != nullptr;
-    if (outcome.results_rebuilt) context.basin.Basin_Changed = true;
+    if (outcome.results_rebuilt) mark_basin_changed(context.basin);
     const bool goes_on = built.Status != 1 && (latitude == LatitudeQuestion::AnsweredBefore ||
                                                accepts_blank_latitude(context.basin, context.dialogs));
     if (!goes_on) {

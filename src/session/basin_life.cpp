@@ -59,11 +59,6 @@ void tell_results_left_out(Dialogs& dialogs, const fs::path& file) {
                      .icon = Icon::Warning});
 }
 
-/// A save clears `Input_Changed`, but the results are not up to date for that.
-void keep_outdated_mark(BasinState& basin) {
-    if (basin.Input_Changed) basin.results_outdated = true;
-}
-
 }  // namespace
 
 BasinLife::BasinLife(Session& session, fs::path program_folder)
@@ -108,8 +103,7 @@ void BasinLife::start() {
     shell.parameters = false;
     shell.scenario_definition = false;
     session_.basin.New_Basin = true;
-    session_.basin.Basin_Changed = false;
-    session_.basin.Input_Changed = false;
+    mark_unchanged(session_.basin);
     session_.desktop.refresh_main_window();
 }
 
@@ -156,9 +150,8 @@ void BasinLife::become_fresh() {
     session_.run.results_enabled = false;
     Open_DB(work_file);
     basin.New_Basin = true;
-    basin.Output_Valid = false;
-    basin.Basin_Changed = false;
-    basin.Input_Changed = false;
+    mark_output_invalid(basin);
+    mark_unchanged(basin);
     session_.shell = ShellState{};
     session_.shell.melt_season = !session_.run.NoSnow;
     session_.shell.save_as = false;
@@ -206,8 +199,7 @@ void BasinLife::open_recent(std::size_t entry) {
 /// next question asks for it again.
 void BasinLife::keep_declined() {
     if (!declined_) return;
-    session_.basin.Basin_Changed = declined_->Basin_Changed;
-    session_.basin.Input_Changed = declined_->Input_Changed;
+    restore_marks(session_.basin, *declined_);
     declined_.reset();
 }
 
@@ -243,11 +235,8 @@ void BasinLife::open_file(const fs::path& file) {
     }
     known_content_ = content;
     basin.New_Basin = false;
-    basin.Basin_Changed = false;
-    basin.results_time.reset();
-    basin.results_outdated = false;
+    mark_opened(basin);
     Refill_Main_Window();
-    basin.Output_Valid = false;
     session_.desktop.refresh_main_window();
     if (results_left_out) tell_results_left_out(session_.dialogs, file);
 }
@@ -269,8 +258,7 @@ bool BasinLife::Open_DB(const fs::path& path) {
     ShellState& shell = session_.shell;
     shell.units_list_shown = basin.basin_units == Units::NotFixed;
     if (basin.simulations.empty()) return true;
-    basin.Basin_Changed = false;
-    basin.Input_Changed = false;
+    mark_unchanged(basin);
     update_recent_files(session_.settings, path_text(basin.Basin_File));
     shell.save_as = true;
     shell.simulation_definition = true;
@@ -344,10 +332,8 @@ bool BasinLife::Save_Prompt() {
         session_.dialogs.message({.text = text, .title = "Save Data?", .buttons = Buttons::YesNoCancel});
     if (answer == Answer::Cancel) return false;
     if (answer == Answer::Yes && (session_.desktop.refuses_typed_box() || !save_for_question())) return false;
-    if (answer == Answer::No) declined_ = Declined{basin.Basin_Changed, basin.Input_Changed};
-    keep_outdated_mark(basin);
-    basin.Basin_Changed = false;
-    basin.Input_Changed = false;
+    if (answer == Answer::No) declined_ = unsaved_marks(basin);
+    mark_saved(basin);
     return true;
 }
 
@@ -384,14 +370,12 @@ void BasinLife::save() {
     if (!zones_given() || !Save_Grids(basin.Work_File) || !may_overwrite() || !copy_to(basin.Basin_File))
         return;
     const auto selected = basin.current_row;
-    const bool output_valid = basin.Output_Valid;
-    keep_outdated_mark(basin);
+    keep_results_outdated(basin);
     reset_window();
     if (!Open_DB(basin.Work_File)) return;
     basin.New_Basin = false;
     Refill_Main_Window();
     if (selected && *selected < basin.simulations.size()) select_simulation(basin, *selected);
-    basin.Output_Valid = output_valid;
     session_.desktop.refresh_main_window();
 }
 
@@ -400,7 +384,7 @@ void BasinLife::save_as() {
     if (!zones_given() || !Save_Grids(basin.Work_File)) return;
     const auto name = session_.file_names.GetFileName(FileKind::SaveAs, basin.Basin_File);
     if (!name || !copy_to(*name)) return;
-    keep_outdated_mark(basin);
+    keep_results_outdated(basin);
     reset_window();
     basin.Basin_File = *name;
     if (!Open_DB(basin.Work_File)) return;
@@ -409,7 +393,7 @@ void BasinLife::save_as() {
     session_.shell.run_simulation = true;
     session_.shell.run_forecast = true;
     session_.shell.run_climate = !session_.run.NoSnow;
-    basin.Output_Valid = false;
+    mark_output_invalid(basin);
     session_.desktop.refresh_main_window();
 }
 
@@ -421,9 +405,8 @@ void BasinLife::imported() {
     const auto selected = basin.current_row;  // the imported simulation, or the one from before a Cancel
     Refill_Main_Window();
     if (selected && *selected < basin.simulations.size()) select_simulation(basin, *selected);
-    basin.Basin_Changed = true;
-    basin.Input_Changed = true;
-    basin.Output_Valid = false;
+    mark_input_changed(basin);
+    mark_output_invalid(basin);
     session_.desktop.refresh_main_window();
 }
 
@@ -453,7 +436,7 @@ void BasinLife::Refill_Main_Window() {
         shell.long_term_averages = true;
         shell.graphics = true;
     }
-    basin.Input_Changed = false;
+    mark_inputs_unchanged(basin);
     shell.delete_simulation = any;
     shell.edit_simulation = any;
 }

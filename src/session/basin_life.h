@@ -3,6 +3,7 @@
 
 #include "base/file_content.h"
 #include "session/session.h"
+#include "store/basin_marks.h"
 
 #include <filesystem>
 #include <optional>
@@ -56,12 +57,6 @@ public:
     [[nodiscard]] bool has_template_name() const;
 
 private:
-    /// The marks of unsaved work, as they were when the user chose to lose it.
-    struct Declined {
-        bool Basin_Changed = false;
-        bool Input_Changed = false;
-    };
-
     [[nodiscard]] bool zones_given();
     [[nodiscard]] bool save_for_question();
     [[nodiscard]] bool may_overwrite();
@@ -78,7 +73,7 @@ private:
     Session& session_;
     std::filesystem::path template_file_;
     std::optional<FileContent> known_content_;  ///< of the user's file, as it was opened or saved last
-    std::optional<Declined> declined_;          ///< by the last question, where its answer was No
+    std::optional<UnsavedMarks> declined_;      ///< by the last question, where its answer was No
 };
 
 }  // namespace nivora

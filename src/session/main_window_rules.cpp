@@ -2,6 +2,7 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "store/basin_marks.h"
 #include "store/monthly_table.h"
 #include "store/table_io.h"
 
@@ -240,8 +241,7 @@ void fix_zones(Session& session, int zones) {
     session.shell.zones_fixed_shown = true;
     session.shell.variables = true;
     session.shell.tools_menu = true;
-    session.basin.Basin_Changed = true;
-    session.basin.Input_Changed = true;
+    mark_input_changed(session.basin);
 }
 
 void choose_simulation_row(Session& session, std::size_t row) {

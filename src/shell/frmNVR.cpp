@@ -4,6 +4,7 @@
 #include "session/simulation_list.h"
 #include "shell/basin_grids.h"
 #include "shell/frmNVRHelp.h"
+#include "store/basin_marks.h"
 #include "widgets/controls.h"
 #include "widgets/edit_target.h"
 #include "widgets/grid_view.h"
@@ -284,10 +285,8 @@ void frmNVR::fill_labels() {
 }
 
 void frmNVR::mark_edited() {
-    BasinState& basin = session().basin;
-    basin.Output_Valid = false;
-    basin.Basin_Changed = true;
-    basin.Input_Changed = true;
+    mark_output_invalid(session().basin);
+    mark_input_changed(session().basin);
     refresh_results();
 }
 
@@ -322,8 +321,7 @@ void frmNVR::box_left(std::size_t box) {
     }
     if (is_checked_number(static_cast<BasinBox>(box)) && !text.trimmed().isEmpty()) {
         // A number that is left counts as given, whether or not it was changed; it is meant so.
-        session().basin.Basin_Changed = true;
-        session().basin.Input_Changed = true;
+        mark_input_changed(session().basin);
         refresh_results();
     }
     const bool zones_open =
