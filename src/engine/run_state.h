@@ -58,7 +58,7 @@ struct RunRequest {
 };
 
 /// What a run leaves beside the results table.
-struct RunFigures {
+struct RunResults {
     /// Whose results `SimResults` holds; empty while a run is going on.
     std::string LastRunSimulation;
 
@@ -94,7 +94,7 @@ struct RunFigures {
 };
 
 /// Both, and what the menus of the main window take from runs.
-struct RunState : RunRequest, RunFigures {
+struct RunState : RunRequest, RunResults {
     bool results_enabled = false;  ///< whether the Results entry of the Data menu can be chosen
 };
 

@@ -20,6 +20,7 @@ constexpr int k_cell_margin = 14;
 constexpr int k_narrowest = 48;
 constexpr int k_widest = 360;
 constexpr int k_most_header_lines = 3;
+constexpr const char* k_closed_editor = "closedEditor";
 /// A short column is measured text by text, a long one by the text that its model holds for the longest.
 constexpr int k_rows_to_measure = 100;
 
@@ -203,7 +204,15 @@ bool GridView::focusNextPrevChild(bool next) {
     return is_at_edge(next) ? QWidget::focusNextPrevChild(next) : QTableView::focusNextPrevChild(next);
 }
 
+/// Enter ends an editor only after the keys that came with it. A command among them has taken the text and
+/// closed the editor by then, and what it did must not be undone by a cell that is left again.
+void GridView::commitData(QWidget* editor) {
+    if (!editor->property(k_closed_editor).toBool()) QTableView::commitData(editor);
+}
+
 void GridView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+    if (editor->property(k_closed_editor).toBool()) return;
+    editor->setProperty(k_closed_editor, true);
     const bool forward = hint == QAbstractItemDelegate::EditNextItem;
     if ((forward || hint == QAbstractItemDelegate::EditPreviousItem) && is_at_edge(forward)) {
         QTableView::closeEditor(editor, QAbstractItemDelegate::NoHint);

@@ -107,7 +107,7 @@ public:
                                      std::to_string(basin.Basin_Changed),
                                      std::to_string(basin.Input_Changed),
                                      std::to_string(basin.Output_Valid),
-                                     std::to_string(basin.Units_Code),
+                                     std::to_string(static_cast<int>(basin.Units_Code)),
                                      std::to_string(basin.ZoneCount),
                                      basin.basin_name,
                                      basin.zones_text,

@@ -144,5 +144,20 @@ TEST_F(GridLeavingTest, TrackScrollingIsThatOfTheScrollBar) {
     EXPECT_TRUE(grid_->track_scrolling());
 }
 
+TEST_F(GridLeavingTest, ACommandRightAfterEnterTakesTheTextOnceAndTheEnterThenMovesNothing) {
+    go_to(2, Column::k_text);
+    type("typed");
+    // The command comes before the events that Enter has posted.
+    QTest::sendKeyEvent(QTest::Press, QApplication::focusWidget(), Qt::Key_Return, QString{}, Qt::NoModifier);
+    grid_->commit_editor();
+    EXPECT_EQ(from_qt(cells_->whole_text(2, Column::k_text)), "typed");
+    edits_ = 0;
+    left_.clear();
+    QApplication::processEvents();
+    EXPECT_EQ(edits_, 0);
+    EXPECT_TRUE(left_.empty());
+    EXPECT_EQ(grid_->currentIndex().row(), 2);
+}
+
 }  // namespace
 }  // namespace nivora

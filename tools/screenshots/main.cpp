@@ -123,7 +123,7 @@ private:
         auto* units = window_->findChild<QComboBox*>(QStringLiteral("Combo1"));
         dialogs_.next_picture = "units-question.png";
         units->setCurrentIndex(0);
-        fix_units(session_, 0);
+        fix_units(session_, Units::Metric);
         session_.dialogs.message(units_question());
         dialogs_.next_picture = "zones-question.png";
         session_.dialogs.message(zones_question());
