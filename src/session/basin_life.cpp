@@ -4,6 +4,7 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "prep/daily_records.h"
+#include "session/availability.h"
 #include "session/basin_import.h"
 #include "session/basin_rows.h"
 #include "store/basin_copy.h"
@@ -94,22 +95,10 @@ void BasinLife::start() {
     } catch (const FileError&) {
     }
     if (blank || keep_last_work()) Open_DB(session_.basin.Work_File);
-    ShellState& shell = session_.shell;
-    shell.save = false;
-    shell.save_as = true;
-    // A basin that was left over has simulations, but none is selected.
-    shell.variables_of_record = false;
-    shell.variables_of_simulation = false;
-    shell.parameters = false;
-    shell.scenario_definition = false;
+    program_was_started(session_);
     session_.basin.New_Basin = true;
     mark_unchanged(session_.basin);
     session_.desktop.refresh_main_window();
-}
-
-void BasinLife::reset_window() {
-    session_.shell = ShellState{};
-    session_.shell.melt_season = !session_.run.NoSnow;
 }
 
 /// Brings the blank template over the working file; a template that is gone is made anew. False after a
@@ -139,7 +128,7 @@ bool BasinLife::copy_blank() {
 void BasinLife::become_fresh() {
     BasinState& basin = session_.basin;
     session_.desktop.close_results();
-    reset_window();
+    window_was_reset(session_);
     const fs::path work_file = basin.Work_File;
     const fs::path program_folder = basin.App_Path;
     basin = BasinState{};
@@ -147,14 +136,11 @@ void BasinLife::become_fresh() {
     basin.Work_File = work_file;
     basin.Basin_File = template_file_;
     known_content_.reset();
-    session_.run.results_enabled = false;
     Open_DB(work_file);
     basin.New_Basin = true;
     mark_output_invalid(basin);
     mark_unchanged(basin);
-    session_.shell = ShellState{};
-    session_.shell.melt_season = !session_.run.NoSnow;
-    session_.shell.save_as = false;
+    basin_is_new(session_);
     session_.desktop.refresh_main_window();
 }
 
@@ -255,19 +241,10 @@ bool BasinLife::Open_DB(const fs::path& path) {
         unrecognized(basin.Basin_File, error);
         return false;
     }
-    ShellState& shell = session_.shell;
-    shell.units_list_shown = basin.basin_units == Units::NotFixed;
+    basin_was_read(session_);
     if (basin.simulations.empty()) return true;
     mark_unchanged(basin);
     update_recent_files(session_.settings, path_text(basin.Basin_File));
-    shell.save_as = true;
-    shell.simulation_definition = true;
-    shell.variables_of_record = true;
-    shell.variables_of_simulation = true;
-    shell.parameters = true;
-    shell.scenario_definition = true;
-    shell.graphics = true;
-    shell.reports = true;
     return true;
 }
 
@@ -304,8 +281,7 @@ bool BasinLife::may_overwrite() {
 void BasinLife::become_named(const fs::path& file) {
     session_.basin.Basin_File = file;
     session_.basin.New_Basin = false;
-    session_.shell.save = true;
-    session_.shell.save_as = true;
+    basin_was_named(session_);
     update_recent_files(session_.settings, path_text(file));
     session_.desktop.refresh_main_window();
 }
@@ -371,7 +347,7 @@ void BasinLife::save() {
         return;
     const auto selected = basin.current_row;
     keep_results_outdated(basin);
-    reset_window();
+    window_was_reset(session_);
     if (!Open_DB(basin.Work_File)) return;
     basin.New_Basin = false;
     Refill_Main_Window();
@@ -385,14 +361,12 @@ void BasinLife::save_as() {
     const auto name = session_.file_names.GetFileName(FileKind::SaveAs, basin.Basin_File);
     if (!name || !copy_to(*name)) return;
     keep_results_outdated(basin);
-    reset_window();
+    window_was_reset(session_);
     basin.Basin_File = *name;
     if (!Open_DB(basin.Work_File)) return;
     basin.New_Basin = false;
     Refill_Main_Window();
-    session_.shell.run_simulation = true;
-    session_.shell.run_forecast = true;
-    session_.shell.run_climate = !session_.run.NoSnow;
+    runs_are_possible(session_);
     mark_output_invalid(basin);
     session_.desktop.refresh_main_window();
 }
@@ -401,7 +375,7 @@ bool BasinLife::import_file() { return import_basin(session_); }
 
 void BasinLife::imported() {
     BasinState& basin = session_.basin;
-    session_.shell.units_list_shown = basin.basin_units == Units::NotFixed;
+    basin_was_imported(session_);
     const auto selected = basin.current_row;  // the imported simulation, or the one from before a Cancel
     Refill_Main_Window();
     if (selected && *selected < basin.simulations.size()) select_simulation(basin, *selected);
@@ -414,31 +388,11 @@ bool BasinLife::may_exit() { return Save_Prompt(); }
 
 void BasinLife::Refill_Main_Window() {
     BasinState& basin = session_.basin;
-    ShellState& shell = session_.shell;
-    shell.save = !basin.New_Basin;
-    shell.save_as = true;
-    const bool zones_fixed = !trimmed(basin.zones_text).empty();
-    if (zones_fixed) {
-        shell.zones_box_shown = false;
-        shell.zones_fixed_shown = true;
-        shell.zones_label_shown = true;
-        shell.variables = true;
-        shell.tools_menu = true;
+    if (!trimmed(basin.zones_text).empty())
         basin.ZoneCount = to_integer16(leading_number(basin.zones_text)).value_or(1);
-    }
-    const bool any = !basin.simulations.empty();
-    if (any) {
-        select_simulation(basin, 0);
-        shell.run_simulation = true;
-        shell.run_forecast = true;
-        shell.run_climate = !session_.run.NoSnow;
-        shell.run_menu = has_area(basin);
-        shell.long_term_averages = true;
-        shell.graphics = true;
-    }
+    if (!basin.simulations.empty()) select_simulation(basin, 0);
     mark_inputs_unchanged(basin);
-    shell.delete_simulation = any;
-    shell.edit_simulation = any;
+    basin_is_shown(session_);
 }
 
 }  // namespace nivora

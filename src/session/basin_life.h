@@ -68,7 +68,6 @@ private:
     [[nodiscard]] bool keep_last_work();
     void unrecognized(const std::filesystem::path& file, const StoreError& error);
     bool copy_to(const std::filesystem::path& file);
-    void reset_window();
 
     Session& session_;
     std::filesystem::path template_file_;

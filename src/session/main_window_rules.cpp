@@ -2,6 +2,7 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "session/availability.h"
 #include "store/basin_marks.h"
 #include "store/monthly_table.h"
 #include "store/table_io.h"
@@ -196,8 +197,7 @@ Message no_snow_description() {
 
 std::optional<Message> toggle_no_snow(Session& session) {
     session.run.NoSnow = !session.run.NoSnow;
-    session.shell.melt_season = !session.run.NoSnow;
-    session.shell.run_climate = !session.run.NoSnow && session.shell.run_simulation;
+    no_snow_was_switched(session);
     if (!session.run.NoSnow) return std::nullopt;
     return no_snow_description();
 }
@@ -212,10 +212,7 @@ void fix_units(Session& session, Units units) {
     });
     session.basin.basin_units = units;
     session.basin.Units_Code = units;
-    session.shell.units_list_shown = false;
-    session.shell.zones_label_shown = true;
-    session.shell.zones_box_shown = true;
-    session.shell.zones_fixed_shown = false;
+    units_were_fixed(session);
 }
 
 void fix_zones(Session& session, int zones) {
@@ -237,34 +234,18 @@ void fix_zones(Session& session, int zones) {
     session.basin.ZoneCount = zones;
     session.basin.zones_text = std::to_string(zones);
     session.basin.zones = rows;
-    session.shell.zones_box_shown = false;
-    session.shell.zones_fixed_shown = true;
-    session.shell.variables = true;
-    session.shell.tools_menu = true;
+    zones_were_fixed(session);
     mark_input_changed(session.basin);
 }
 
 void choose_simulation_row(Session& session, std::size_t row) {
     select_simulation(session.basin, row);
-    ShellState& shell = session.shell;
-    shell.scenario_definition = true;
-    shell.variables = true;
-    shell.variables_of_simulation = true;
-    shell.parameters = true;
-    shell.run_simulation = true;
-    shell.run_forecast = true;
-    shell.run_climate = !session.run.NoSnow;
-    if (!shell.climate_window) {  // otherwise it is the evaluation that opens and shuts what shows results
-        session.run.results_enabled = true;
-        shell.reports = true;
-        shell.graphics = true;
-    }
-    shell.run_menu = has_area(session.basin);
+    simulation_was_selected(session);
 }
 
 void take_zone_areas(Session& session) {
     session.basin.basin_area_text = basin_area_text(session.basin.zones);
-    session.shell.run_menu = has_area(session.basin);
+    zone_areas_were_typed(session);
 }
 
 std::optional<UnusualZones> unusual_zones(const BasinState& basin) {

@@ -3,6 +3,7 @@
 #include "prep/sim_options.h"
 #include "prep/simulation_grid.h"
 #include "prep/simulation_names.h"
+#include "session/availability.h"
 #include "store/basin_marks.h"
 
 namespace nivora {
@@ -30,28 +31,11 @@ void delete_simulation_row(Session& session, std::size_t row) {
     Repaint_Sim_Grid(session);
     session.basin.current_row.reset();
     session.basin.Current_Sim_Name = k_no_simulation;
-    ShellState& shell = session.shell;
-    shell.run_simulation = false;
-    shell.run_forecast = false;
-    shell.run_climate = false;
-    shell.variables_of_simulation = false;
-    shell.graphics = false;
-    shell.reports = false;
+    simulation_was_deleted(session);
 }
 
-void Repaint_Sim_Grid(Session& session) {
-    const bool any = !session.basin.simulations.empty();
-    session.shell.delete_simulation = any;
-    session.shell.edit_simulation = any;
-    session.shell.simulation_definition = any;
-    session.shell.variables_of_record = any;
-    session.shell.long_term_averages = any;
-}
+void Repaint_Sim_Grid(Session& session) { simulations_have_changed(session); }
 
-void edited_simulation(Session& session) {
-    session.shell.save = !session.basin.New_Basin;
-    session.shell.save_as = true;
-    session.shell.reports = false;
-}
+void edited_simulation(Session& session) { simulation_was_edited(session); }
 
 }  // namespace nivora

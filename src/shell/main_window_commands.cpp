@@ -2,6 +2,7 @@
 
 #include "engine/run_driver.h"
 #include "prep/simulation_grid.h"
+#include "session/availability.h"
 #include "session/simulation_list.h"
 #include "shell/basin_grids.h"
 #include "shell/frmAbout.h"
@@ -352,7 +353,7 @@ void frmNVR::open_daily_editor() {
     frmData window(context(), nullptr);
     if (!window.open()) return;
     window.show_modal();
-    session().shell.edit_menu = true;  // a button of the editor takes it away while the editor is open
+    daily_editor_was_closed(session());
     refresh_main_window();
 }
 

@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "engine/results_summary.h"
 #include "prep/simulation_names.h"
+#include "session/availability.h"
 #include "session/main_window_rules.h"
 #include "store/basin_marks.h"
 #include "store/table_io.h"
@@ -253,7 +254,7 @@ bool frmCtrlClim::open() {
     scenario_->setCurrentIndex(one ? 0 : -1);
     updating_ = false;
     scenario_chosen();
-    session().shell.climate_window = true;
+    evaluation_was_opened(session());
     session().desktop.refresh_main_window();
     return true;
 }
@@ -272,7 +273,7 @@ void frmCtrlClim::allow_choice(bool allowed) {
 }
 
 void frmCtrlClim::set_caption(int step) {
-    session().shell.run_caption = climate_step_caption(step);
+    evaluation_step_is_shown(session(), climate_step_caption(step));
     session().desktop.refresh_main_window();
 }
 
@@ -283,10 +284,7 @@ void frmCtrlClim::step_clicked(int index) {
 
 void frmCtrlClim::run_step(int step) {
     if (step == 1) start_first_step();
-    if (step == 4) {
-        session().shell.reports = false;
-        session().shell.graphics = false;
-    }
+    if (step == 4) evaluation_left_results_behind(session());
     if (step > 1) set_caption(step);
     StepOutcome outcome = StepOutcome::Suspended;
     {
@@ -349,8 +347,7 @@ void frmCtrlClim::allow_another_start() {
 void frmCtrlClim::finished() {
     buttons_[k_done]->setEnabled(true);
     buttons_[k_abort]->setEnabled(false);
-    session().shell.reports = true;
-    session().shell.graphics = true;
+    evaluation_was_finished(session());
     set_caption(k_climate_steps + 1);
     summary_->set_text(k_message_row, 0,
                        QStringLiteral("(click a cell to see corresponding value(s) in the Statistics grid)"));
@@ -461,11 +458,7 @@ void frmCtrlClim::closeEvent(QCloseEvent* event) {
     NivoraWindow::closeEvent(event);
     if (!event->isAccepted()) return;
     end_climate(climate_context(), aborted_);
-    ShellState& shell = session().shell;
-    shell.climate_window = false;
-    shell.run_caption = climate_step_caption(0);
-    shell.reports = true;
-    shell.graphics = true;
+    evaluation_was_closed(session(), climate_step_caption(0));
     session().desktop.refresh_main_window();
     emit left();
 }

@@ -3,6 +3,7 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "engine/results_summary.h"
+#include "session/availability.h"
 #include "store/basin_marks.h"
 #include "widgets/controls.h"
 #include "widgets/grid_status.h"
@@ -89,7 +90,7 @@ frmData::frmData(const WindowContext& context, QWidget* parent)
     for (QPushButton* button : row.buttons) {
         button->setAutoDefault(false);
         // Whatever button is pressed, the Edit menu of the main window ends; it is meant so.
-        connect(button, &QPushButton::clicked, this, [this] { session().shell.edit_menu = false; });
+        connect(button, &QPushButton::clicked, this, [this] { daily_editor_button_was_pressed(session()); });
     }
     turn_off_printing(row.buttons[2]);
     set_first_focus(grid_);

@@ -1,0 +1,54 @@
+// What can be chosen in the main window: one function for each event that changes it. These functions are the
+// only ones that write `ShellState`. After them the window is brought in line by
+// Desktop::refresh_main_window.
+#pragma once
+
+#include "session/session.h"
+
+namespace nivora {
+
+// The life of a basin
+
+/// The main window begins anew, as it does for a basin that is made, opened or saved.
+void window_was_reset(Session& session);
+void program_was_started(Session& session);
+/// A basin was read from a file.
+void basin_was_read(Session& session);
+/// A new basin without a name of its own is open.
+void basin_is_new(Session& session);
+/// A basin got the name of a file.
+void basin_was_named(Session& session);
+/// The boxes and grids show a basin that was read, saved or imported.
+void basin_is_shown(Session& session);
+void basin_was_imported(Session& session);
+
+// The stages of a definition
+
+void units_were_fixed(Session& session);
+void zones_were_fixed(Session& session);
+void zone_areas_were_typed(Session& session);
+
+// Simulations
+
+void simulation_was_selected(Session& session);
+void simulation_was_edited(Session& session);
+void simulation_was_deleted(Session& session);
+/// The list of simulations got longer or shorter.
+void simulations_have_changed(Session& session);
+/// A simulation is selected that can be run.
+void runs_are_possible(Session& session);
+void no_snow_was_switched(Session& session);
+
+// Windows that are open beside the main window
+
+void daily_editor_button_was_pressed(Session& session);
+void daily_editor_was_closed(Session& session);
+void evaluation_was_opened(Session& session);
+/// @param caption of the Run menu, which names the step
+void evaluation_step_is_shown(Session& session, const std::string& caption);
+/// Results of the present climate are gone from here until the evaluation is finished.
+void evaluation_left_results_behind(Session& session);
+void evaluation_was_finished(Session& session);
+void evaluation_was_closed(Session& session, const std::string& caption);
+
+}  // namespace nivora
