@@ -22,11 +22,17 @@ struct Entry {
     const char* caption;
     int help;
     Command command = Command::None;
+    bool ShellState::*enabled = nullptr;  ///< the flag that enables the entry, if one does
+    bool shut_by_evaluation = false;      ///< off as long as the window of a climate evaluation is open
 };
 
 constexpr std::array k_bar{
-    Entry{"mnuFile", "", "&File", 3},  Entry{"mnuEdit", "", "Ed&it", 48}, Entry{"mnuOpt", "", "&Options", 49},
-    Entry{"mnuData", "", "Da&ta", 50}, Entry{"mnuRun", "", "&Run", 51},   Entry{"mnuTools", "", "Too&ls", 52},
+    Entry{"mnuFile", "", "&File", 3, Command::None, nullptr, true},
+    Entry{"mnuEdit", "", "Ed&it", 48, Command::None, &ShellState::edit_menu},
+    Entry{"mnuOpt", "", "&Options", 49, Command::None, nullptr, true},
+    Entry{"mnuData", "", "Da&ta", 50},
+    Entry{"mnuRun", "", "&Run", 51, Command::None, &ShellState::run_menu, true},
+    Entry{"mnuTools", "", "Too&ls", 52, Command::None, &ShellState::tools_menu, true},
 };
 
 constexpr std::array k_entries{
@@ -34,8 +40,8 @@ constexpr std::array k_entries{
     Entry{"mnuFileItem(1)", "mnuFile", "&Open", 1, Command::Open},
     Entry{"mnuFileItem(2)", "mnuFile", "&Import", 2, Command::Import},
     Entry{"mnuFileItem(3)", "mnuFile", nullptr, 3},
-    Entry{"mnuFileItem(4)", "mnuFile", "&Save", 4, Command::Save},
-    Entry{"mnuFileItem(5)", "mnuFile", "Save &As ...", 5, Command::SaveAs},
+    Entry{"mnuFileItem(4)", "mnuFile", "&Save", 4, Command::Save, &ShellState::save},
+    Entry{"mnuFileItem(5)", "mnuFile", "Save &As ...", 5, Command::SaveAs, &ShellState::save_as},
     Entry{"mnuFileItem(6)", "mnuFile", nullptr, 6},
     Entry{"mnuFileItem(7)", "mnuFile", "&Page Setup", 7, Command::PageSetup},
     Entry{"mnuFileItem(8)", "mnuFile", nullptr, 8},
@@ -59,33 +65,39 @@ constexpr std::array k_entries{
     Entry{"mnuOptSubItem(1)", "mnuOptItem(3)", "Temperature/Radiation", 40, Command::MeltRadiation},
     Entry{"mnuOptItem(4)", "mnuOpt", nullptr, 41},
     Entry{"mnuOptItem(5)", "mnuOpt", "&Clear Recent Files", 41, Command::ClearRecent},
-    Entry{"mnuDataOpt(0)", "mnuData", "&Simulation Definition", 11, Command::SimulationDefinition},
+    Entry{"mnuDataOpt(0)", "mnuData", "&Simulation Definition", 11, Command::SimulationDefinition,
+          &ShellState::simulation_definition},
     Entry{"mnuDataOpt(1)", "mnuData", nullptr, 12},
-    Entry{"mnuDataOpt(2)", "mnuData", "&Climate Change Scenario Definition", 13, Command::Scenarios},
+    Entry{"mnuDataOpt(2)", "mnuData", "&Climate Change Scenario Definition", 13, Command::Scenarios,
+          &ShellState::scenario_definition},
     Entry{"mnuDataOpt(3)", "mnuData", nullptr, 14},
-    Entry{"mnuDataOpt(4)", "mnuData", "&Variables", 15},
-    Entry{"mnuDataOptVar(0)", "mnuDataOpt(4)", "&Period of record", 46, Command::VariablesOfRecord},
-    Entry{"mnuDataOptVar(1)", "mnuDataOpt(4)", "&Current simulation", 47, Command::VariablesOfSimulation},
-    Entry{"mnuDataOpt(5)", "mnuData", "&Parameters", 16, Command::Parameters},
+    Entry{"mnuDataOpt(4)", "mnuData", "&Variables", 15, Command::None, &ShellState::variables},
+    Entry{"mnuDataOptVar(0)", "mnuDataOpt(4)", "&Period of record", 46, Command::VariablesOfRecord,
+          &ShellState::variables_of_record},
+    Entry{"mnuDataOptVar(1)", "mnuDataOpt(4)", "&Current simulation", 47, Command::VariablesOfSimulation,
+          &ShellState::variables_of_simulation},
+    Entry{"mnuDataOpt(5)", "mnuData", "&Parameters", 16, Command::Parameters, &ShellState::parameters},
     Entry{"mnuDataOpt(6)", "mnuData", nullptr, 17},
     Entry{"mnuDataOpt(7)", "mnuData", "&Results", 18, Command::ResultsTable},
-    Entry{"mnuRunSim", "mnuRun", "&Simulation", 19},
-    Entry{"mnuRunSimVar(0)", "mnuRunSim", "&Melt Season Simulation", 20, Command::MeltSeasonSimulation},
+    Entry{"mnuRunSim", "mnuRun", "&Simulation", 19, Command::None, &ShellState::run_simulation},
+    Entry{"mnuRunSimVar(0)", "mnuRunSim", "&Melt Season Simulation", 20, Command::MeltSeasonSimulation,
+          &ShellState::melt_season},
     Entry{"mnuRunSimVar(1)", "mnuRunSim", "&Year round Simulation", 21, Command::YearRoundSimulation},
-    Entry{"mnuRunFor", "mnuRun", "&Forecast", 22},
-    Entry{"mnuRunForVar(0)", "mnuRunFor", "&Melt Season Forecast", 23, Command::MeltSeasonForecast},
+    Entry{"mnuRunFor", "mnuRun", "&Forecast", 22, Command::None, &ShellState::run_forecast},
+    Entry{"mnuRunForVar(0)", "mnuRunFor", "&Melt Season Forecast", 23, Command::MeltSeasonForecast,
+          &ShellState::melt_season},
     Entry{"mnuRunForVar(1)", "mnuRunFor", "&Year round Forecast", 24, Command::YearRoundForecast},
     Entry{"mnuRunSep1", "mnuRun", nullptr, 25},
-    Entry{"mnuRunClim", "mnuRun", "C&limate Change", 25, Command::ClimateRun},
+    Entry{"mnuRunClim", "mnuRun", "C&limate Change", 25, Command::ClimateRun, &ShellState::run_climate},
     Entry{"mnuToolsItm(0)", "mnuTools", "&Calculate Long-term Monthly Averages", 26,
-          Command::LongTermAverages},
+          Command::LongTermAverages, &ShellState::long_term_averages},
     Entry{"mnuToolsItm(1)", "mnuTools", nullptr, 27},
     Entry{"mnuToolsItm(2)", "mnuTools", "Convert from Metric to English", 27, Command::Convert},
     Entry{"mnuToolsItm(3)", "mnuTools", nullptr, 27},
     Entry{"mnuToolsItm(4)", "mnuTools", "&Define a custom time lag distribution for the basin", 28,
           Command::TimeLag},
-    Entry{"mnuWinGraphics", "", "&Graphics", 29},
-    Entry{"mnuReports", "", "&Reports", 30},
+    Entry{"mnuWinGraphics", "", "&Graphics", 29, Command::None, &ShellState::graphics},
+    Entry{"mnuReports", "", "&Reports", 30, Command::None, &ShellState::reports},
     Entry{"mnuHelpItm(0)", "mnuHelp", "&Help for Nivora main window", 42, Command::Help},
     Entry{"mnuHelpItm(1)", "mnuHelp", "Show Nivora &Welcome", 43, Command::Welcome},
     Entry{"mnuHelpItm(2)", "mnuHelp", nullptr, 43},
@@ -218,32 +230,18 @@ QString MainMenu::melting_procedure() const {
     return first->isChecked() ? first->text() : action(QStringLiteral("mnuOptSubItem(1)"))->text();
 }
 
-void MainMenu::enable(const char* name, bool on) { action(QString::fromUtf8(name))->setEnabled(on); }
-
 void MainMenu::refresh() {
     const ShellState& shell = session_.shell;
-    enable("mnuFileItem(4)", shell.save);
-    enable("mnuFileItem(5)", shell.save_as);
-    enable("mnuEdit", shell.edit_menu);
-    enable("mnuDataOpt(0)", shell.simulation_definition);
-    enable("mnuDataOpt(2)", shell.scenario_definition);
-    enable("mnuDataOpt(4)", shell.variables);
-    enable("mnuDataOptVar(0)", shell.variables_of_record);
-    enable("mnuDataOptVar(1)", shell.variables_of_simulation);
-    enable("mnuDataOpt(5)", shell.parameters);
-    enable("mnuDataOpt(7)", session_.run.results_enabled);
-    for (const char* menu : {"mnuFile", "mnuOpt"}) enable(menu, !shell.climate_window);
-    enable("mnuRun", shell.run_menu && !shell.climate_window);
+    const auto enable = [&](const Entry& entry) {
+        if (entry.enabled == nullptr && !entry.shut_by_evaluation) return;
+        const bool shut = entry.shut_by_evaluation && shell.climate_window;
+        action(QString::fromUtf8(entry.name))
+            ->setEnabled((entry.enabled == nullptr || shell.*entry.enabled) && !shut);
+    };
+    for (const Entry& entry : k_bar) enable(entry);
+    for (const Entry& entry : k_entries) enable(entry);
+    action(QStringLiteral("mnuDataOpt(7)"))->setEnabled(session_.run.results_enabled);
     action(QStringLiteral("mnuRun"))->setText(to_qt(shell.run_caption));
-    enable("mnuRunSim", shell.run_simulation);
-    enable("mnuRunSimVar(0)", shell.melt_season);
-    enable("mnuRunFor", shell.run_forecast);
-    enable("mnuRunForVar(0)", shell.melt_season);
-    enable("mnuRunClim", shell.run_climate);
-    enable("mnuTools", shell.tools_menu && !shell.climate_window);
-    enable("mnuToolsItm(0)", shell.long_term_averages);
-    enable("mnuWinGraphics", shell.graphics);
-    enable("mnuReports", shell.reports);
     action(QStringLiteral("mnuOptItem(0)"))->setChecked(session_.run.NoSnow);
     const auto& recent = session_.settings.recent_files;
     action(QStringLiteral("mnuFileArray(0)"))->setVisible(!recent.empty());

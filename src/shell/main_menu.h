@@ -78,7 +78,6 @@ private:
     void make_menus(QMenuBar* bar);
     void make_recent_entries();
     void add_pictures(const QStyle& style);
-    void enable(const char* name, bool on);
 
     Session& session_;
     std::map<QString, QAction*> actions_;

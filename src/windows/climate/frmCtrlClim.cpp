@@ -12,7 +12,7 @@
 #include "widgets/controls.h"
 #include "widgets/grid_view.h"
 #include "widgets/qt_text.h"
-#include "windows/climate/value_grid_model.h"
+#include "widgets/value_grid_model.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>

@@ -1,4 +1,4 @@
-#include "windows/climate/value_grid_model.h"
+#include "widgets/value_grid_model.h"
 
 namespace nivora {
 namespace {
