@@ -12,9 +12,14 @@ protected:
     /// A basin with one zone of 5 km² and one simulation, which is selected.
     void select_a_simulation() {
         session_.basin.zones_text = "1";
-        session_.basin.zones = {Zone{.id = "A", .area = 5.0}};
+        Zone zone;
+        zone.id = "A";
+        zone.area = 5.0;
+        session_.basin.zones = {zone};
         session_.basin.basin_area_text = "5";
-        session_.basin.simulations = {Simulation{.name = "wet"}};
+        Simulation simulation;
+        simulation.name = "wet";
+        session_.basin.simulations = {simulation};
         session_.basin.current_row = 0;
         simulation_was_selected(session_);
     }

@@ -3,14 +3,15 @@
 #include "base/number_text.h"
 #include "engine/results_summary.h"
 #include "widgets/controls.h"
+#include "widgets/grid_view.h"
 #include "widgets/qt_text.h"
+#include "widgets/value_grid_model.h"
 
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
-#include <QTableWidget>
 #include <QTextEdit>
 #include <QVBoxLayout>
 
@@ -30,23 +31,18 @@ QLabel* named_label(const char* name, int help_line, QWidget* parent) {
     return label;
 }
 
-QTableWidget* make_table(QWidget* parent) {
-    auto* table = new QTableWidget(k_rows, 2, parent);
+GridView* make_table(ValueGridModel* figures, Dialogs& user, QWidget* parent) {
+    auto* table = new GridView(figures, user, parent);
     table->setObjectName(QStringLiteral("SpdStat"));
     table->setAccessibleName(QStringLiteral("Statistics"));
     table->verticalHeader()->hide();
     table->horizontalHeader()->hide();
-    table->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    table->setSelectionMode(QAbstractItemView::ContiguousSelection);
     table->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
     table->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
     table->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
+    table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     NivoraWindow::set_help(table, 17);
     table->setProperty(k_help_rows, 0);
-    for (int row = 0; row < k_rows; ++row) {
-        for (int column = 0; column < 2; ++column) table->setItem(row, column, new QTableWidgetItem);
-        table->item(row, 1)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    }
     // All six are seen at once; a window that grows gives its room to the comments.
     table->setFixedHeight(table->verticalHeader()->defaultSectionSize() * k_rows + 2 * table->frameWidth());
     table->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -60,7 +56,9 @@ Results::Results(const WindowContext& context, QWidget* parent)
       basin_name_(named_label("Lbl(7)", 7, this)),
       simulation_name_(named_label("Lbl(8)", 8, this)),
       run_date_(named_label("Lbl(9)", 9, this)),
-      statistics_(make_table(this)),
+      figures_(new ValueGridModel({QStringLiteral("Statistics"), QStringLiteral("Value")},
+                                  QStringList(k_rows, QString{}), this)),
+      statistics_(make_table(figures_, context.session.dialogs, this)),
       notes_(named_label("lblNotes", k_notes_help, this)),
       comments_(new QTextEdit(this)) {
     notes_->setWordWrap(true);
@@ -134,9 +132,9 @@ void Results::fill() {
     const auto values = statistics_values(run);
     for (int row = 0; row < k_rows; ++row) {
         const auto index = static_cast<std::size_t>(row);
-        statistics_->item(row, 0)->setText(to_qt(labels.at(index)));
+        figures_->set_text(row, 0, to_qt(labels.at(index)));
         const auto& value = values.at(index);
-        statistics_->item(row, 1)->setText(value ? to_qt(single_text(*value)) : QString{});
+        figures_->set_text(row, 1, value ? to_qt(single_text(*value)) : QString{});
     }
     QStringList notes;
     for (const RunNote& note : run.notes)

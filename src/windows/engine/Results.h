@@ -4,10 +4,12 @@
 #include "widgets/nivora_window.h"
 
 class QLabel;
-class QTableWidget;
 class QTextEdit;
 
 namespace nivora {
+
+class GridView;
+class ValueGridModel;
 
 /// Shows volumes, averages, volume difference and coefficient of determination of the last run.
 class Results : public NivoraWindow {
@@ -28,7 +30,8 @@ private:
     QLabel* basin_name_;
     QLabel* simulation_name_;
     QLabel* run_date_;
-    QTableWidget* statistics_;
+    ValueGridModel* figures_;
+    GridView* statistics_;
     QLabel* notes_;
     QTextEdit* comments_;
     double shown_ = 0.0;  ///< time of the run that is shown

@@ -2,6 +2,8 @@
 #include "widgets/qt_text.h"
 #include "windows/engine/Results.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QDateTime>
 #include <QScreen>
 #include <QTextEdit>
@@ -163,6 +165,19 @@ TEST_F(ResultsWindowTest, NothingInItCanBeEdited) {
     EXPECT_TRUE(results_.findChild<QTextEdit*>(QStringLiteral("RichTextBox1"))->isReadOnly());
     EXPECT_EQ(results_.findChild<QTableView*>(QStringLiteral("SpdStat"))->editTriggers(),
               QAbstractItemView::NoEditTriggers);
+}
+
+TEST_F(ResultsWindowTest, TheStatisticsCanBeCopiedWithTheirLabels) {
+    session_.basin.Units_Code = Units::Metric;
+    results_.fill();
+    results_.show();
+    auto* table = results_.findChild<QTableView*>(QStringLiteral("SpdStat"));
+    table->setFocus();
+    table->selectionModel()->select(QItemSelection(table->model()->index(4, 0), table->model()->index(5, 1)),
+                                    QItemSelectionModel::ClearAndSelect);
+    QTest::keyClick(table, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(from_qt(QApplication::clipboard()->text()),
+              "Volume Difference (%): \t2.5\nCoefficient of Determination (R²):\t-0.125\n");
 }
 
 TEST_F(ResultsWindowTest, ItsButtonsPrintHelpAndHide) {
