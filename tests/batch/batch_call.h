@@ -34,6 +34,13 @@ struct BatchResult {
     return result;
 }
 
+/// What a call that has to succeed printed.
+inline std::string printed(const std::vector<std::string>& arguments) {
+    const BatchResult result = batch(arguments);
+    EXPECT_EQ(result.status, 0) << result.err;
+    return result.out;
+}
+
 /// A folder with a legacy file "alder.NVR" and, once it is imported, a basin "basin.mdb".
 class BatchFolder {
 public:

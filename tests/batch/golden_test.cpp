@@ -1,27 +1,12 @@
 // Whole runs of the sample basin, set beside kept ones to the last bit.
-//
-// NIVORA_RENEW_GOLDEN=1 in the environment writes the kept files anew; the tests that do so fail all the
-// same, so that a renewal never passes unseen.
 
-#include "base/durable_file.h"
-#include "base/number_text.h"
-#include "batch/command_line.h"
+#include "tests/support/golden.h"
+
 #include "engine/results_store.h"
-#include "store/schema.h"
-#include "tests/support/temporary_folder.h"
-
-#include <fmt/format.h>
-#include <gtest/gtest.h>
-
-#include <bit>
-#include <cstdlib>
-#include <fstream>
-#include <sstream>
+#include "tests/batch/batch_call.h"
 
 namespace nivora {
 namespace {
-
-namespace fs = std::filesystem;
 
 struct GoldenCase {
     const char* name;
@@ -33,31 +18,6 @@ struct GoldenCase {
 
 void PrintTo(const GoldenCase& golden, std::ostream* out) { *out << golden.name; }
 
-std::string batch(std::vector<std::string> arguments, int expected_status) {
-    arguments.insert(arguments.begin(), "nivora-batch");
-    std::vector<const char*> argv;
-    for (const std::string& argument : arguments) argv.push_back(argument.c_str());
-    std::ostringstream out;
-    std::ostringstream err;
-    const int status = run_command_line(static_cast<int>(argv.size()), argv.data(), out, err);
-    EXPECT_EQ(status, expected_status) << err.str();
-    return out.str();
-}
-
-/// FNV-1a over the bits of a column.
-template <typename Value>
-std::uint64_t checksum(const std::vector<Value>& column) {
-    std::uint64_t sum = 0xCBF29CE484222325ULL;
-    for (const Value value : column) {
-        // Every missing value has the same bits here, whatever made it.
-        const double wide = is_missing(static_cast<double>(value)) ? static_cast<double>(k_missing)
-                                                                   : static_cast<double>(value) + 0.0;
-        auto bits = std::bit_cast<std::uint64_t>(wide);
-        for (int byte = 0; byte < 8; ++byte, bits >>= 8U) sum = (sum ^ (bits & 0xFFU)) * 0x100000001B3ULL;
-    }
-    return sum;
-}
-
 std::string shown(float value) { return shortest_text(value + 0.0F); }
 std::string shown(double value) { return shortest_text(value + 0.0); }
 std::string shown(std::int16_t value) { return std::to_string(value); }
@@ -65,12 +25,7 @@ std::string shown(DayCount value) { return iso_date_text(value); }
 
 /// Columns with their checksums, then the hydrographs day by day, then all values of the 15th of each month.
 std::string description(const SimResults& results) {
-    std::string text;
-    const auto fields = sim_results_table().fields;
-    std::size_t position = 0;
-    SimResults::visit(results, [&](const auto& column) {
-        text += fmt::format("{:14}{:016x}\n", fields[position++].name, checksum(column));
-    });
+    std::string text = column_checksums(results);
     for (std::size_t row = 0; row < results.size(); ++row) {
         if (results.Zone[row] != 1) continue;
         text += fmt::format("{} measured {} input {} computed {}\n", iso_date_text(results.Date[row]),
@@ -85,22 +40,6 @@ std::string description(const SimResults& results) {
         text += line + "\n";
     }
     return text;
-}
-
-std::string first_difference(const std::string& kept, const std::string& computed) {
-    std::istringstream a{kept};
-    std::istringstream b{computed};
-    std::string line_a;
-    std::string line_b;
-    for (int number = 1;; ++number) {
-        const bool more_a = static_cast<bool>(std::getline(a, line_a));
-        const bool more_b = static_cast<bool>(std::getline(b, line_b));
-        if (!more_a && !more_b) return "none";
-        if (more_a != more_b || line_a != line_b) {
-            return fmt::format("line {}:\n  kept     {}\n  computed {}", number,
-                               more_a ? line_a : "(no line)", more_b ? line_b : "(no line)");
-        }
-    }
 }
 
 class GoldenRun : public testing::TestWithParam<GoldenCase> {};
@@ -120,21 +59,14 @@ TEST_P(GoldenRun, EqualsTheKeptOneToTheLastBit) {
         "--initial-runoff",
         golden.initial_runoff};
     import.insert(import.end(), golden.import_options.begin(), golden.import_options.end());
-    batch(import, 0);
+    printed(import);
     std::vector<std::string> run{"run", basin, "--simulation", "sample", "--json"};
     run.insert(run.end(), golden.run_options.begin(), golden.run_options.end());
-    std::string computed = batch(run, 0);
+    std::string computed = printed(run);
     BasinDatabase database{path_from_utf8(basin), Access::ReadOnly};
     computed += description(load_results(database));
 
-    const fs::path kept_file =
-        fs::path{NIVORA_SOURCE_DIR} / "tests/batch/golden" / (std::string{golden.name} + ".txt");
-    if (std::getenv("NIVORA_RENEW_GOLDEN") != nullptr) {
-        write_whole_file(kept_file, computed);
-        FAIL() << "renewed " << kept_file;
-    }
-    const std::string kept = read_whole_file(kept_file, 1U << 24U);
-    EXPECT_TRUE(kept == computed) << "first difference, " << first_difference(kept, computed);
+    expect_golden(std::string{golden.name} + ".txt", computed);
 }
 
 std::vector<GoldenCase> golden_cases() {

@@ -1,7 +1,7 @@
 #include "base/fault.h"
 #include "climate/depletion_curves.h"
 #include "tests/climate/winter_fixture.h"
-#include "tests/support/printed_seed.h"
+#include "tests/support/random_trials.h"
 
 #include <cstring>
 #include <numeric>
@@ -14,25 +14,8 @@ namespace {
 constexpr int k_trials = 300;
 
 /// Rules that hold for whatever summer, tried on random ones.
-class WinterProperties : public WinterTest {
+class WinterProperties : public RandomTrials<WinterTest> {
 protected:
-    std::mt19937 random;
-
-    /// Runs a trial again and again, on a new seed.
-    template <typename Trial>
-    void try_often(Trial&& trial) {
-        const std::uint32_t seed = printed_seed();
-        random.seed(seed);
-        for (int i = 1; i <= k_trials && !HasFailure(); ++i) {
-            SCOPED_TRACE("NIVORA_TEST_SEED=" + std::to_string(seed) + ", trial " + std::to_string(i));
-            trial();
-        }
-    }
-
-    double between(double low, double high) { return std::uniform_real_distribution{low, high}(random); }
-    int whole_between(int low, int high) { return std::uniform_int_distribution{low, high}(random); }
-    bool by_chance(double share) { return between(0.0, 1.0) < share; }
-
     /// Anything in any of the table's columns, now and then a missing value.
     void scramble(double share_missing) {
         SimResults::visit(table, [&](auto& column) {
@@ -105,7 +88,7 @@ bool same_bits(const Column& a, const Column& b) {
 TEST_F(WinterProperties, OtherColumnsKeepTheirBitsAlsoThroughAFault) {
     int done = 0;
     int faults = 0;
-    try_often([&] {
+    try_often(k_trials, [&] {
         summer(whole_between(1, 5), whole_between(1, 40));
         scramble(by_chance(0.5) ? 0.0 : 0.01);
         random_winters();
@@ -129,7 +112,7 @@ TEST_F(WinterProperties, OtherColumnsKeepTheirBitsAlsoThroughAFault) {
 }
 
 TEST_F(WinterProperties, RowsOfTheWinterKeepTheirBits) {
-    try_often([&] {
+    try_often(k_trials, [&] {
         summer(whole_between(1, 4), whole_between(4, 40));
         scramble(0.0);
         random_winters();
@@ -169,7 +152,7 @@ Floats repeated_cover(const Floats& present_cover) {
 }
 
 TEST_F(WinterProperties, NoChangeLeavesTheCoverAsItWas) {
-    try_often([&] {
+    try_often(k_trials, [&] {
         summer(whole_between(1, 5), whole_between(2, 60));
         for (int zone = 1; zone <= basin.ZoneCount; ++zone) melting_zone(zone);
         click_ok_and_adjust();
@@ -181,7 +164,7 @@ TEST_F(WinterProperties, NoChangeLeavesTheCoverAsItWas) {
 
 TEST_F(WinterProperties, ASurplusNeverShowsLessCoverInTheSameSummerUpToItsLastDay) {
     int done = 0;
-    try_often([&] {
+    try_often(k_trials, [&] {
         summer(1, whole_between(2, 60));
         melting_zone(1);
         winter(1, 10, between(10.0, 25.0), 0, 0);
@@ -197,7 +180,7 @@ TEST_F(WinterProperties, ASurplusNeverShowsLessCoverInTheSameSummerUpToItsLastDa
 }
 
 TEST_F(WinterProperties, ADeficitPutsNoValueOnADayWithLessCover) {
-    try_often([&] {
+    try_often(k_trials, [&] {
         summer(1, whole_between(2, 60));
         melting_zone(1);
         winter(1, 10, between(0.0, 10.0), 0, 0);
@@ -210,7 +193,7 @@ TEST_F(WinterProperties, ADeficitPutsNoValueOnADayWithLessCover) {
 }
 
 TEST_F(WinterProperties, TheDayThatADepthIsPutOnIsTheFirstThatReachesItFromTheOneBefore) {
-    try_often([&] {
+    try_often(k_trials, [&] {
         summer(1, whole_between(2, 60));
         melting_zone(1);
         for (int day = 1; day <= days_of_table; ++day) {
@@ -233,7 +216,7 @@ TEST_F(WinterProperties, TheDayThatADepthIsPutOnIsTheFirstThatReachesItFromTheOn
 }
 
 TEST_F(WinterProperties, ACurveThatIsNotMovedAccumulatesThePresentMelt) {
-    try_often([&] {
+    try_often(k_trials, [&] {
         summer(1, whole_between(1, 60));
         melting_zone(1);
         table.MDCexcl = table.SumAT;

@@ -4,7 +4,7 @@
 #include "engine/snow_melt.h"
 #include "engine/zone_inputs.h"
 #include "tests/engine/engine_fixture.h"
-#include "tests/support/printed_seed.h"
+#include "tests/support/random_trials.h"
 
 #include <gmock/gmock.h>
 
@@ -21,25 +21,8 @@ namespace {
 constexpr int k_trials = 60;
 
 /// Rules that hold for whatever basin, tried on random ones.
-class EngineProperties : public EngineTest {
+class EngineProperties : public RandomTrials<EngineTest> {
 protected:
-    std::mt19937 random;
-
-    /// Runs a trial again and again, on a new seed.
-    template <typename Trial>
-    void try_often(Trial&& trial) {
-        const std::uint32_t seed = printed_seed();
-        random.seed(seed);
-        for (int i = 1; i <= k_trials && !HasFailure(); ++i) {
-            SCOPED_TRACE("NIVORA_TEST_SEED=" + std::to_string(seed) + ", trial " + std::to_string(i));
-            trial();
-        }
-    }
-
-    double between(double low, double high) { return std::uniform_real_distribution{low, high}(random); }
-    int whole_between(int low, int high) { return std::uniform_int_distribution{low, high}(random); }
-    bool by_chance(double share) { return between(0.0, 1.0) < share; }
-
     void spread_over(std::vector<float>& column, double low, double high) {
         for (float& value : column) value = static_cast<float>(between(low, high));
     }
@@ -114,7 +97,7 @@ protected:
 double hair(double total) { return 1e-6 * total; }
 
 TEST_F(EngineProperties, AfterItsFirstTwoDaysAConstantLagReleasesNoMoreThanCameIn) {
-    try_often([&] {
+    try_often(k_trials, [&] {
         const std::vector<double> inputs = random_inputs();
         const auto lag = static_cast<float>(between(0.0, 41.0));
         const auto out = cumulated(released(inputs, std::vector<float>(inputs.size(), lag)), 2);
@@ -126,7 +109,7 @@ TEST_F(EngineProperties, AfterItsFirstTwoDaysAConstantLagReleasesNoMoreThanCameI
 }
 
 TEST_F(EngineProperties, AConstantLagReleasesAllButTheLastTwoDaysInput) {
-    try_often([&] {
+    try_often(k_trials, [&] {
         const std::vector<double> inputs = random_inputs();
         const auto lag = static_cast<float>(between(0.0, 41.0));
         const auto out = cumulated(released(inputs, std::vector<float>(inputs.size(), lag)));
@@ -139,7 +122,7 @@ TEST_F(EngineProperties, AConstantLagReleasesAllButTheLastTwoDaysInput) {
 }
 
 TEST_F(EngineProperties, ALongerLagNeverBringsWaterEarlier) {
-    try_often([&] {
+    try_often(k_trials, [&] {
         std::vector<double> inputs = random_inputs();
         inputs[0] = 0.0;  // a first day's input stands in for the days before the run, and so comes twice
         std::vector<float> lags(6);
@@ -211,7 +194,7 @@ std::vector<double> released_on_paper(const std::vector<double>& inputs, const s
 }
 
 TEST_F(EngineProperties, AnySequenceOfLagsGivesWhatTheBookkeepingOnPaperGives) {
-    try_often([&] {
+    try_often(k_trials, [&] {
         const std::vector<double> inputs = random_inputs();
         std::vector<float> lags(inputs.size());
         for (float& lag : lags) {
@@ -223,7 +206,7 @@ TEST_F(EngineProperties, AnySequenceOfLagsGivesWhatTheBookkeepingOnPaperGives) {
 }
 
 TEST_F(EngineProperties, DegreeDaysAreNeverNegative) {
-    try_often([&] {
+    try_often(k_trials, [&] {
         random_basin();
         ASSERT_TRUE(zone_inputs());
         for (const float degree_days : table.ZoneDD) EXPECT_GE(degree_days, 0.0F);
@@ -231,7 +214,7 @@ TEST_F(EngineProperties, DegreeDaysAreNeverNegative) {
 }
 
 TEST_F(EngineProperties, NewMeltIsNeverAboveTheStoreAndNoneRunsOffThatDidNotMelt) {
-    try_often([&] {
+    try_often(k_trials, [&] {
         random_basin();
         ASSERT_TRUE(zone_inputs());
         snow_melt();
@@ -249,7 +232,7 @@ TEST_F(EngineProperties, NewMeltIsNeverAboveTheStoreAndNoneRunsOffThatDidNotMelt
 }
 
 TEST_F(EngineProperties, TheRecessionCoefficientStaysBelow1) {
-    try_often([&] {
+    try_often(k_trials, [&] {
         random_basin();
         // Without input a day's discharge is k times that of the day before.
         for (auto* column : {&table.Cpr, &table.M1S, &table.ZoneDD}) fill(*column, 0.0);
@@ -268,7 +251,7 @@ TEST_F(EngineProperties, TheRecessionCoefficientStaysBelow1) {
 }
 
 TEST_F(EngineProperties, ACustomDistributionOfOneDayAtShare1IsNoSpreadAtAll) {
-    try_often([&] {
+    try_often(k_trials, [&] {
         const std::vector<double> inputs = random_inputs();
         (void)released(inputs, std::vector<float>(inputs.size(), 6.0F));
         run.LagDistribution = {1.0F, 1.0F};
@@ -290,7 +273,7 @@ std::map<std::pair<int, DayCount>, std::vector<std::uint64_t>> by_key(const SimR
 }
 
 TEST_F(EngineProperties, ARunDoesNotDependOnTheOrderOfTheStoredRows) {
-    try_often([&] {
+    try_often(k_trials, [&] {
         random_basin();
         run.LagDistribution =
             by_chance(0.3) ? std::array<float, 8>{3.0F, 0.5F, 0.3F, 0.2F} : std::array<float, 8>{};
