@@ -27,6 +27,7 @@ endif()
 target_compile_options(nivora_compiler INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 target_compile_definitions(nivora_compiler INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
 
+# Line numbers are all that a report of a sanitizer needs; more would double the time of compiling.
 if(NIVORA_SANITIZERS)
     set(sanitize "-fsanitize=${NIVORA_SANITIZERS}")
     if(NIVORA_SANITIZERS MATCHES "undefined")
@@ -34,7 +35,7 @@ if(NIVORA_SANITIZERS)
         string(APPEND sanitize ",float-cast-overflow")
     endif()
     target_compile_options(nivora_compiler INTERFACE
-        ${sanitize} -fno-sanitize-recover=all -fno-omit-frame-pointer -g $<$<CONFIG:Debug>:-O1>)
+        ${sanitize} -fno-sanitize-recover=all -fno-omit-frame-pointer -g1 $<$<CONFIG:Debug>:-O1>)
     target_link_options(nivora_compiler INTERFACE ${sanitize})
 endif()
 

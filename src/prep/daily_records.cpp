@@ -14,43 +14,11 @@
 namespace nivora {
 namespace {
 
-/// The key of a daily row, which orders it, and where it is stored.
-struct StoredDay {
-    int zone = 0;
-    DayCount date = 0;
-    std::int64_t row = 0;
-};
-
 bool before(const StoredDay& day, int zone, DayCount date) {
     return std::tie(day.zone, day.date) < std::tie(zone, date);
 }
 
 bool is_day(const StoredDay& day, int zone, DayCount date) { return day.zone == zone && day.date == date; }
-
-/// The rows of a daily table zone by zone and day by day; those of a period, or all of them.
-std::vector<StoredDay> stored_days(BasinDatabase& database, const std::string& table,
-                                   const std::optional<Period>& period) {
-    return guarded([&] {
-        const std::string name = quoted_name(database.existing_table(table));
-        const std::string days = period ? " WHERE Date >= ? AND Date < ?" : "";
-        SQLite::Statement query{database.sql(),
-                                "SELECT Zone, Date, rowid FROM " + name + days + " ORDER BY Zone, Date"};
-        if (period) {
-            query.bind(1, period->start);
-            query.bind(2, period->end + 1);  // a date may carry a time part
-        }
-        std::vector<StoredDay> rows;
-        while (query.executeStep()) {
-            std::int16_t zone = 0;
-            StoredDay& day = rows.emplace_back();
-            read_value(query, 0, zone);
-            day.zone = zone;
-            read_value(query, 1, day.date);
-            day.row = query.getColumn(2).getInt64();
-        }
-        return rows;
-    });
-}
 
 /// Goes through the wanted days and the stored ones side by side, once each. A stored row that no day wants
 /// is passed over, and a day that has several rows is found with each of them.
@@ -240,22 +208,6 @@ Answer build_climate_days(const PrepContext& context, BasinDatabase& database, c
 
 RecordExtent Scan_Physical_Data(BasinDatabase& database) {
     return scan_daily_table(database, k_physical_data);
-}
-
-RecordExtent scan_daily_table(BasinDatabase& database, std::string_view table) {
-    return guarded([&] {
-        SQLite::Statement query{database.sql(), "SELECT count(Date), max(Zone), min(Date), max(Date) FROM " +
-                                                    quoted_name(database.existing_table(table))};
-        RecordExtent record;
-        if (!query.executeStep()) return record;
-        record.count = query.getColumn(0).getInt64();
-        std::int16_t zones = 0;
-        read_value(query, 1, zones);
-        record.zones = zones;
-        read_value(query, 2, record.first);
-        read_value(query, 3, record.last);
-        return record;
-    });
 }
 
 Answer Build_Daily_Records(const PrepContext& context, BasinDatabase& database,

@@ -8,8 +8,6 @@ namespace nivora {
 
 /// The extent of the daily variables: number of rows, last zone, first and last day.
 [[nodiscard]] RecordExtent Scan_Physical_Data(BasinDatabase& database);
-/// The same of any daily table.
-[[nodiscard]] RecordExtent scan_daily_table(BasinDatabase& database, std::string_view table);
 
 /// Adds the daily rows that a table lacks for the period, after a question. Which table and what is written
 /// is up to the mode at hand (`PrepState::Data_View`): the daily variables, or the parameter table of a

@@ -144,21 +144,10 @@ DataOutcome check_and_prepare(const PrepContext& context, BasinDatabase& databas
     return prepare(context, database, entry, *period);
 }
 
-std::int64_t days_present(BasinDatabase& database, const Period& period) {
-    return guarded([&] {
-        SQLite::Statement query{database.sql(),
-                                "SELECT count(*) FROM PhysicalData WHERE Date >= ? AND Date < ?"};
-        query.bind(1, period.start);
-        query.bind(2, period.end + 1);  // a date may carry a time part
-        query.executeStep();
-        return query.getColumn(0).getInt64();
-    });
-}
-
 /// Offers to add what the daily variables lack. @return false where the user wants no view then
 bool days_complete(const PrepContext& context, BasinDatabase& database, const std::optional<Period>& period) {
     const int zones = context.basin.ZoneCount;
-    const std::int64_t present = period ? days_present(database, *period) : 0;
+    const std::int64_t present = period ? count_days(database, k_physical_data, *period) : 0;
     if (present > 0 && present == period->days() * zones) return true;
     const Answer answer = context.dialogs.message(
         {.text = "The physical data table is missing days.  Add?", .buttons = Buttons::YesNo});

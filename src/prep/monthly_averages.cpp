@@ -1,5 +1,6 @@
 #include "prep/monthly_averages.h"
 
+#include "store/daily_table.h"
 #include "store/table_io.h"
 #include "store/transactions.h"
 
@@ -115,11 +116,7 @@ void MonthlyAverages::store(const StoredMonth& month) {
     });
 }
 
-bool MonthlyAverages::has_physical_data() {
-    return guarded([&] {
-        return database_.sql().execAndGet("SELECT EXISTS (SELECT 1 FROM PhysicalData)").getInt() != 0;
-    });
-}
+bool MonthlyAverages::has_physical_data() { return has_days(database_, k_physical_data); }
 
 bool MonthlyAverages::recalculate() {
     if (!has_physical_data()) return false;

@@ -3,6 +3,7 @@
 
 #include "base/dialogs.h"
 #include "store/basin_store.h"
+#include "store/daily_table.h"
 #include "store/rows.h"
 
 #include <map>
@@ -28,23 +29,6 @@ enum class DataView {
 struct SimulationRecord {
     Simulation definition;
     ParameterRow first_values;
-};
-
-/// What the scan of the daily variables finds.
-struct RecordExtent {
-    DayCount first = 0;
-    DayCount last = 0;
-    int zones = 0;
-    std::int64_t count = 0;
-};
-
-/// A period of whole days, both ends in it.
-struct Period {
-    DayCount start = 0;
-    DayCount end = 0;
-
-    [[nodiscard]] std::int64_t days() const { return end - start + 1; }
-    bool operator==(const Period&) const = default;
 };
 
 /// What the daily editor is to show, prepared by whoever opens it.

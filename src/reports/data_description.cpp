@@ -1,7 +1,7 @@
 #include "reports/data_description.h"
 
 #include "base/number_text.h"
-#include "store/table_io.h"
+#include "store/daily_table.h"
 
 #include <fmt/format.h>
 
@@ -22,16 +22,9 @@ void write_pair(ReportLines& lines, const std::string& label, const std::string&
 
 /// First and last day of the daily data; empty where there are none.
 std::string record_text(BasinDatabase& database) {
-    return guarded([&]() -> std::string {
-        SQLite::Statement query{database.sql(), "SELECT min(Date), max(Date) FROM " +
-                                                    quoted_name(database.existing_table(k_physical_data))};
-        if (!query.executeStep() || is_null(query, 0)) return {};
-        DayCount first = 0;
-        DayCount last = 0;
-        read_value(query, 0, first);
-        read_value(query, 1, last);
-        return long_date_text(first) + " to " + long_date_text(last);
-    });
+    const RecordExtent record = scan_daily_table(database, k_physical_data);
+    if (record.count == 0) return {};
+    return long_date_text(record.first) + " to " + long_date_text(record.last);
 }
 
 void write_basin(ReportLines& lines, const ReportSources& sources) {

@@ -1,0 +1,70 @@
+#include "store/daily_table.h"
+
+#include "store/rows.h"
+#include "store/table_io.h"
+#include "tests/support/basin_file.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace nivora {
+namespace {
+
+/// Days 100 to 102 of zone 2 and day 101 of zone 1, stored in another order.
+class DailyTableTest : public testing::Test {
+protected:
+    DailyTableTest() {
+        const std::vector<PhysicalRow> rows{{.zone = 2, .date = 102},
+                                            {.zone = 2, .date = 100},
+                                            {.zone = 1, .date = 101},
+                                            {.zone = 2, .date = 101}};
+        add_rows<PhysicalRow>(database_, template_table(k_physical_data), rows);
+    }
+
+    [[nodiscard]] std::string days(const std::optional<Period>& period) {
+        std::string text;
+        for (const StoredDay& day : stored_days(database_, k_physical_data, period))
+            text += std::to_string(day.zone) + "/" + std::to_string(day.date) + "@" +
+                    std::to_string(day.row) + " ";
+        return text;
+    }
+
+    BasinFile file_;
+    BasinDatabase database_ = file_.open();
+};
+
+TEST_F(DailyTableTest, DaysComeZoneByZoneWithTheirPlaces) {
+    EXPECT_EQ(days(std::nullopt), "1/101@3 2/100@2 2/101@4 2/102@1 ");
+    EXPECT_EQ(days(Period{101, 101}), "1/101@3 2/101@4 ");
+}
+
+TEST_F(DailyTableTest, BothEndsOfAPeriodAreInItAlsoWithATimePart) {
+    EXPECT_EQ(count_days(database_, k_physical_data, {100, 101}), 3);
+    database_.execute("UPDATE PhysicalData SET Date = 101.75 WHERE rowid = 4");
+    EXPECT_EQ(count_days(database_, k_physical_data, {101, 101}), 2);
+    EXPECT_EQ(count_days(database_, k_physical_data, {103, 200}), 0);
+}
+
+TEST_F(DailyTableTest, TheExtentIsThatOfAllRows) {
+    const RecordExtent extent = scan_daily_table(database_, k_physical_data);
+    EXPECT_EQ(extent.first, 100);
+    EXPECT_EQ(extent.last, 102);
+    EXPECT_EQ(extent.zones, 2);
+    EXPECT_EQ(extent.count, 4);
+}
+
+TEST_F(DailyTableTest, ATableHasDaysOrNone) {
+    EXPECT_TRUE(has_days(database_, k_physical_data));
+    clear_table(database_, k_physical_data);
+    EXPECT_FALSE(has_days(database_, k_physical_data));
+    EXPECT_EQ(scan_daily_table(database_, k_physical_data).count, 0);
+}
+
+TEST_F(DailyTableTest, ATableThatIsNotThereIsRefused) {
+    EXPECT_THROW(static_cast<void>(stored_days(database_, "none", std::nullopt)), StoreError);
+    EXPECT_THROW(static_cast<void>(count_days(database_, "none", {1, 2})), StoreError);
+    EXPECT_THROW(static_cast<void>(has_days(database_, "none")), StoreError);
+}
+
+}  // namespace
+}  // namespace nivora
