@@ -118,7 +118,7 @@ std::optional<Simulation> import_into_new(const LegacyFile& file, const ImportCo
         BasinDatabase database{beside.path(), Access::ReadWrite};
         imported = import_into(database, file, command, dialogs);
     }
-    if (imported) give_new_name(beside.path(), command.basin);
+    if (imported) move_basin_to_new_name(beside.path(), command.basin);
     return imported;
 }
 
