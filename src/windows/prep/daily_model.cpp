@@ -92,7 +92,7 @@ QString DailyModel::place(int row, int column) const {
 }
 
 QString DailyModel::locked_reason(int /*row*/, int /*column*/) const {
-    return read_only_ ? QStringLiteral("this table is for reading only")
+    return read_only_ ? QStringLiteral("this table is read-only")
                       : QStringLiteral("the days of a table can't be changed");
 }
 
