@@ -91,10 +91,9 @@ void check_presence(BasinDatabase& database, std::vector<BasinDamage>& damage) {
 void check_places(BasinDatabase& database, std::vector<BasinDamage>& damage) {
     guarded([&] {
         const int pages = database.sql().execAndGet("PRAGMA page_count").getInt();
-        SQLite::Statement entries{
-            database.sql(),
-            "SELECT rootpage, tbl_name, name FROM sqlite_schema WHERE type IN ('table', "
-            "'index') ORDER BY rowid"};
+        SQLite::Statement entries{database.sql(),
+                                  "SELECT rootpage, tbl_name, name FROM sqlite_schema "
+                                  "WHERE type IN ('table', 'index') ORDER BY rowid"};
         std::map<int, std::string> taken;
         while (entries.executeStep()) {
             const int place = entries.getColumn(0).getInt();
