@@ -7,7 +7,7 @@
 namespace nivora {
 namespace {
 
-/// A refused text is quoted up to here.
+/// How many characters of a refused text are quoted.
 constexpr qsizetype k_quoted_characters = 40;
 
 std::string refused_text(const GridModel& cells, const PastePlan& plan) {
@@ -29,7 +29,7 @@ std::string counted(int count, const char* what) {
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
-/// What the grid has no room for; empty where it has room for all.
+/// What the grid has no room for; empty if it has room for everything.
 std::string cut_off_text(const PastePlan& plan) {
     if (plan.cut_off_rows == 0 && plan.cut_off_columns == 0) return {};
     std::string text = "The grid has no room for ";
