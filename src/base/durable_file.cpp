@@ -111,7 +111,7 @@ void flush_folder_of(const fs::path& path) {
 #ifndef _WIN32
     flush_for(folder, folder);
 #else
-    static_cast<void>(folder);  // the rename was asked to write through
+    static_cast<void>(folder);  // the rename already writes through to the disk
 #endif
 }
 

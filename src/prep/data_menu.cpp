@@ -36,7 +36,7 @@ Check check_of(DataEntry entry, const std::string& name) {
 }
 
 /// The period of the selected row, or that of the scanned table if the row has none.
-std::optional<Period> asked_period(const Simulation* row, const RecordExtent& extent) {
+std::optional<Period> requested_period(const Simulation* row, const RecordExtent& extent) {
     std::optional<DayCount> start;
     std::optional<DayCount> end;
     if (extent.count > 0) {
@@ -127,7 +127,7 @@ DataOutcome check_and_prepare(const PrepContext& context, BasinDatabase& databas
     if (is_definition_without_table(basin, database, entry)) return prepare(context, database, entry, {});
     const Check check = check_of(entry, basin.Current_Sim_Name);
     const RecordExtent extent = scan_daily_table(database, check.table);
-    const auto period = asked_period(basin.current_simulation(), extent);
+    const auto period = requested_period(basin.current_simulation(), extent);
     if (!period) return DataOutcome::Stopped;
     if (entry == DataEntry::Parameters && !is_run_period(period->start, period->end)) {
         context.dialogs.stop("Date range error!  366 ");

@@ -12,8 +12,8 @@ enum class DataEntry { SimulationDefinition = 0, Scenarios = 2, Variables = 4, P
 /// What follows once an entry's checks have passed.
 enum class DataOutcome { Stopped, ShowDefinition, ShowScenarios, ShowEditor };
 
-/// Checks that the rows of the asked period exist, offers to add them, and prepares the view. The rows are
-/// added in the mode of the last view: to the daily variables, or to the current simulation's own table.
+/// Checks that the rows of the requested period exist, offers to add them, and prepares the view. The rows
+/// are added in the mode of the last view: to the daily variables, or to the current simulation's own table.
 /// Added rows set `Basin_Changed` and `Input_Changed`. The definition of a simulation without a table opens
 /// without a question, since its window can recreate the table. The entry Variables is for other windows,
 /// which use it to check a simulation's variables; the menu itself opens a submenu there. Any failure ends

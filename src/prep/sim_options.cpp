@@ -228,7 +228,7 @@ void write_other_cells(Simulation& row, const SimOptionsForm& form) {
 }
 
 /// Whether the units of the definition may become those of the basin, if it has none yet.
-bool units_settled(const PrepContext& context, const Simulation& row) {
+bool units_confirmed(const PrepContext& context, const Simulation& row) {
     if (context.basin.basin_units != Units::NotFixed) return true;
     const Answer answer = context.dialogs.message(
         {.text =
@@ -373,7 +373,7 @@ bool accept_sim_options(const PrepContext& context, BasinDatabase& database, Sim
     write_cells_up_to_units(*row, form, *period);
     mark_input_changed(basin);
     // Intended: a new row stays in the grid even if the user answers No to the units.
-    if (!units_settled(context, *row)) return false;
+    if (!units_confirmed(context, *row)) return false;
     write_other_cells(*row, form);
     prep.working_record.first_values = first_values_of(form);
     try {

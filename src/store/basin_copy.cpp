@@ -42,7 +42,7 @@ void remove_quietly(const fs::path& path) {
 constexpr const char* k_try_again = "try again";
 
 /// Rolls back an interrupted change of a file that is about to be read without the database engine.
-void settle_journal(const fs::path& file) {
+void roll_back_journal(const fs::path& file) {
     const fs::path journal = journal_of(file);
     if (!fs::exists(journal)) return;
     try {
@@ -114,7 +114,7 @@ enum class Copied {
     Nothing          ///< an interrupted change has to be rolled back first
 };
 
-/// Reads the user's file through the database engine, as it is at one moment.
+/// Copies the user's file through the database engine, in one consistent state.
 Copied back_up(const fs::path& user_file, const fs::path& part, const fs::path& work_file) {
     BasinDatabase source{user_file, Access::ReadOnly};
     const bool interrupted = fs::exists(journal_of(user_file));
@@ -204,7 +204,7 @@ void copy_over_user_file(const fs::path& work_file, const fs::path& user_file) {
         const fs::path target = real_file(user_file);
         remove_leftovers(target);
         refuse_unwritable(target);
-        settle_journal(work_file);
+        roll_back_journal(work_file);
         // No wait: a change that another program completes meanwhile would be overwritten unseen.
         auto held =
             keep_writers_out(target, std::chrono::milliseconds{0}, "save again, or save under another name");

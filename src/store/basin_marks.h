@@ -25,7 +25,7 @@ void mark_results_stored(BasinState& basin);
 /// A run or a climate step reached its end: its results belong to the present inputs.
 void mark_results_current(BasinState& basin);
 
-/// The model of climate step 1 has run, whatever came of it.
+/// The model of climate step 1 has run, whatever its outcome.
 void mark_evaluation_started(BasinState& basin);
 
 /// The basin is as its file has it.

@@ -85,7 +85,7 @@ SQLite::Database opened(const fs::path& path, Access access, std::chrono::millis
         // The program has one thread, so that the engine's own locks would only cost time.
         const int flags = (access == Access::ReadOnly ? SQLite::OPEN_READONLY : SQLite::OPEN_READWRITE) |
                           SQLite::OPEN_NOMUTEX;
-        // A relative name that begins with "file:" would be taken for an address with options.
+        // A relative name that begins with "file:" would be read as an address with options.
         SQLite::Database sql{path_text(fs::absolute(path)), flags, static_cast<int>(wait.count())};
         open_defensively(sql);
         // Freed pages hold the user's own old results; wiping them would double the writing of a run.
@@ -157,7 +157,7 @@ void open_defensively(SQLite::Database& sql) {
     sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
-    // The name of a field that a file does not have would otherwise be taken for a text and read as a value.
+    // The name of a field that a file does not have would otherwise be read as a text value.
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
     sqlite3_limit(handle, SQLITE_LIMIT_ATTACHED, 0);

@@ -296,7 +296,7 @@ bool frmCC::winter_end_left() {
 /// Stores the date that is being typed, or shows what is wrong with it unless that was shown already. An
 /// unchanged date does not stop the work.
 /// @return whether the work may go on
-bool frmCC::settle_winter_end() {
+bool frmCC::commit_winter_end() {
     if (showing_problem_) return false;
     return !winter_end_->isModified() || current() == nullptr || winter_end_left();
 }
@@ -336,7 +336,7 @@ bool frmCC::store_all() {
 }
 
 void frmCC::add_scenario() {
-    if (!settle_winter_end()) return;
+    if (!commit_winter_end()) return;
     try {
         std::optional<std::string> name;
         {
@@ -391,7 +391,7 @@ void frmCC::view_variables() {
 
 void frmCC::done() {
     grid_->commit_editor();
-    if (!settle_winter_end() || !store_all()) return;
+    if (!commit_winter_end() || !store_all()) return;
     mark_basin_changed(session().basin);
     finished_ = true;
     close();

@@ -46,7 +46,7 @@ private:
     [[nodiscard]] std::optional<Message> store_winter_end();
     void show_winter_end();
     bool winter_end_left();
-    [[nodiscard]] bool settle_winter_end();
+    [[nodiscard]] bool commit_winter_end();
     void add_scenario();
     void remove_scenario();
     void view_variables();
@@ -64,7 +64,7 @@ private:
     QComboBox* chooser_ = nullptr;
     QLineEdit* winter_end_ = nullptr;
     QPlainTextEdit* comments_ = nullptr;
-    std::vector<QPushButton*> actions_;  ///< beside the head: New, Delete, Print, View Variables
+    std::vector<QPushButton*> actions_;  ///< at the right: New, Delete, Print, View Variables
     std::vector<QPushButton*> foot_;     ///< Done, Cancel, Help
     bool filling_ = false;
     bool showing_problem_ = false;

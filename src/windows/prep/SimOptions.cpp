@@ -363,11 +363,11 @@ void SimOptions::accept() {
         return;
     }
     if (accepted_) return static_cast<void>(close());
-    go_to_fault();
+    focus_faulty_box();
 }
 
 /// After a refused definition, sets the focus to the first faulty box.
-void SimOptions::go_to_fault() {
+void SimOptions::focus_faulty_box() {
     constexpr std::size_t k_start_box = 2;
     constexpr std::size_t k_end_box = 3;
     const auto start = read_date(form_.start);

@@ -50,7 +50,7 @@ private:
     bool move_on(const QObject* from, int step);
     bool move_on_from_option(const QObject* from);
     void accept();
-    void go_to_fault();
+    void focus_faulty_box();
 
     SimOptionsForm form_;
     bool accepted_ = false;
