@@ -14,12 +14,12 @@ std::string refused_text(const GridModel& cells, const PastePlan& plan) {
     const PlacedText& first = plan.first_refused;
     const std::string count = std::to_string(plan.refused);
     const std::size_t all = plan.cells.size() + static_cast<std::size_t>(plan.refused);
-    const std::string begin = plan.refused == 1 && all == 1 ? "The pasted cell can't be taken: "
-                              : plan.cells.empty()
-                                  ? "None of the pasted cells can be taken. The first is "
-                                  : count + " of the " + std::to_string(all) +
-                                        (plan.refused == 1 ? " pasted cells can't be taken: "
-                                                           : " pasted cells can't be taken. The first is ");
+    const std::string begin =
+        plan.refused == 1 && all == 1 ? "The pasted cell can't be accepted: "
+        : plan.cells.empty()          ? "None of the pasted cells can be accepted. The first is "
+                                      : count + " of the " + std::to_string(all) +
+                                   (plan.refused == 1 ? " pasted cells can't be accepted: "
+                                                      : " pasted cells can't be accepted. The first is ");
     return begin + "'" + from_qt(first.text.left(k_quoted_characters)) + "' for " +
            from_qt(cells.place(first.row, first.column)) + "; " +
            from_qt(cells.refusal(first.row, first.column, first.text)) + ".";
