@@ -24,7 +24,7 @@ std::optional<int> read_digits(std::string_view text, std::size_t least, std::si
     return value;
 }
 
-/// Seconds after midnight, 0 to 86399; what rounds up to midnight stays in its day.
+/// Seconds after midnight, 0 to 86399; a time that rounds up to midnight stays on its day.
 int second_of_day(double date) {
     const double seconds = std::floor((date - std::floor(date)) * k_seconds_a_day + 0.5);
     return std::min(static_cast<int>(seconds), k_seconds_a_day - 1);

@@ -19,25 +19,25 @@ struct CivilDate {
     bool operator==(const CivilDate&) const = default;
 };
 
-/// The first and last year that dates of the program may bear.
+/// The first and last year that a date may have.
 inline constexpr int k_first_year = 1900;
 inline constexpr int k_last_year = 2300;
 
-/// A number beyond it, on either side of day 0, is no date: some 2,700 years.
+/// A number further from day 0 than this, on either side, is not a date: about 2,700 years.
 inline constexpr double k_largest_day = 1.0e6;
 
-/// The day count of a date of the Gregorian calendar; nothing where there is no such day.
+/// The day count of a date of the Gregorian calendar; nothing if there is no such day.
 [[nodiscard]] std::optional<DayCount> day_count(const CivilDate& date);
 [[nodiscard]] CivilDate civil_date(DayCount day);
 
-/// Ordinal of a day in its own year, 1 January being 1.
+/// The number of a day in its own year; 1 January is 1.
 [[nodiscard]] int day_of_year(DayCount day);
 
-/// The calendar day of a date that may carry a time part; the largest day, of its sign, where the date is out
-/// of range.
+/// The calendar day of a date that may have a time part. A date out of range gives the largest day of
+/// the same sign.
 [[nodiscard]] DayCount whole_day(double date);
 
-/// Date and time of this moment where the program runs, with the time of day as its fraction.
+/// The current local date and time, with the time of day as the fraction.
 [[nodiscard]] double local_now();
 
 /// "mm/dd/yyyy"
@@ -46,14 +46,15 @@ inline constexpr double k_largest_day = 1.0e6;
 [[nodiscard]] std::string short_date_text(DayCount day);
 /// "yyyy-mm-dd"
 [[nodiscard]] std::string iso_date_text(DayCount day);
-/// A date with its time part: the ISO date alone at midnight, otherwise with "Thh:mm:ss" behind it.
+/// A date with its time part: the ISO date alone at midnight, otherwise followed by "Thh:mm:ss".
 [[nodiscard]] std::string iso_moment_text(double date);
 /// "h:mm:ss AM/PM" of the time part of a date, rounded to the second.
 [[nodiscard]] std::string time_text(double date);
 
-/// Reads m/d/yyyy with one or two digits for month and day, or yyyy-mm-dd. Blanks around it do not count.
+/// Reads m/d/yyyy with one or two digits for month and day, or yyyy-mm-dd. Blanks around the
+/// date are ignored.
 ///
-/// @return nothing where the text is no date or its year lies outside 1900 to 2300
+/// @return nothing if the text is not a date or its year is outside 1900 to 2300
 [[nodiscard]] std::optional<DayCount> read_date(std::string_view text);
 
 }  // namespace nivora

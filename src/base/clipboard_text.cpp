@@ -10,7 +10,7 @@ bool ends_cell(std::string_view text, std::size_t at) {
     return at >= text.size() || text[at] == '\t' || text[at] == '\n' || text[at] == '\r';
 }
 
-/// The content of a cell in quote marks, and moves behind it; nothing where its quote marks mean nothing.
+/// Reads a cell in quotation marks and moves past it; nothing if the quotation marks do not enclose the cell.
 std::optional<std::string> quoted_cell(std::string_view text, std::size_t& at) {
     if (at >= text.size() || text[at] != '"') return std::nullopt;
     std::string cell;
@@ -36,7 +36,7 @@ std::string next_cell(std::string_view text, std::size_t& at) {
     return std::string{text.substr(start, at - start)};
 }
 
-/// Passes a line end of any kind.
+/// Skips a line end of any kind.
 void pass_line_end(std::string_view text, std::size_t& at) {
     const bool two = text[at] == '\r' && at + 1 < text.size() && text[at + 1] == '\n';
     at += two ? 2 : 1;

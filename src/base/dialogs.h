@@ -20,7 +20,7 @@ struct Message {
     std::string title = k_program_title;
     Icon icon = Icon::None;
     Buttons buttons = Buttons::Ok;
-    std::optional<Answer> default_answer = std::nullopt;  ///< the first button where there is none
+    std::optional<Answer> default_answer = std::nullopt;  ///< the first button if not set
 };
 
 struct InputBox {
@@ -46,11 +46,11 @@ public:
     Dialogs& operator=(const Dialogs&) = delete;
     virtual ~Dialogs() = default;
 
-    /// Shows a message and gives back the button that ended it.
+    /// Shows a message and returns the button that closed it.
     virtual Answer message(const Message& message) = 0;
-    /// Asks for a text; nothing where the user cancelled.
+    /// Asks for a text; nothing if the user cancelled.
     virtual std::optional<std::string> input(const InputBox& box) = 0;
-    /// Asks for a file; nothing where the user cancelled.
+    /// Asks for a file; nothing if the user cancelled.
     virtual std::optional<std::filesystem::path> file(const FileQuestion& question) = 0;
 
     /// A message with the stop icon and an OK button.
@@ -62,9 +62,9 @@ public:
 /// Whether a box with these buttons can be left with this answer.
 [[nodiscard]] bool offers(Buttons buttons, Answer answer);
 
-/// The answer that lets the work go on: OK or Yes.
+/// The answer that continues the work: OK or Yes.
 [[nodiscard]] Answer go_on_answer(Buttons buttons);
-/// The answer that holds it: Cancel where there is one, otherwise No; OK where there is nothing else.
+/// The answer that stops it: Cancel if there is one, otherwise No; OK if there is no other button.
 [[nodiscard]] Answer refusing_answer(Buttons buttons);
 
 }  // namespace nivora

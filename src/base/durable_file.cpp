@@ -35,7 +35,7 @@ namespace fs = std::filesystem;
 }
 
 void remove_quietly(const fs::path& path) {
-    std::error_code ignored;  // a leftover is no reason to hide the fault that led here
+    std::error_code ignored;  // a leftover file must not hide the original error
     fs::remove(path, ignored);
 }
 
@@ -60,9 +60,9 @@ bool process_runs(long number) { return ::kill(static_cast<pid_t>(number), 0) ==
 
 constexpr std::string_view k_part_ending = ".part";
 
-/// The process that a name of name_beside tells of; nothing for any other name.
+/// The process number in a name made by name_beside; nothing for any other name.
 std::optional<long> writer_of(std::string_view name, std::string_view target) {
-    constexpr std::string_view k_journal = "-journal";  // a database that was being written has one beside it
+    constexpr std::string_view k_journal = "-journal";  // beside a database that was being written
     if (name.size() > k_journal.size() && name.substr(name.size() - k_journal.size()) == k_journal) {
         name.remove_suffix(k_journal.size());
     }
@@ -82,26 +82,27 @@ std::optional<long> writer_of(std::string_view name, std::string_view target) {
 }
 
 #ifdef _WIN32
-/// Flushes a file; a fault names the one that it is written for.
-void flush_for(const fs::path& path, const fs::path& told) {
+/// Flushes a file; an error names the file that it is written for.
+void flush_for(const fs::path& path, const fs::path& reported) {
     const HANDLE file =
         CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE) refuse(told, "can't be opened to flush it", "the system refused");
+    if (file == INVALID_HANDLE_VALUE) refuse(reported, "can't be opened to flush it", "the system refused");
     const bool flushed = FlushFileBuffers(file) != 0;
     CloseHandle(file);
-    if (!flushed) refuse(told, "can't be flushed to the disk", "the system refused");
+    if (!flushed) refuse(reported, "can't be flushed to the disk", "the system refused");
 }
 #else
-/// Flushes a file or folder; a fault names the file that it is written for.
-void flush_for(const fs::path& path, const fs::path& told) {
+/// Flushes a file or folder; an error names the file that it is written for.
+void flush_for(const fs::path& path, const fs::path& reported) {
     const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (file < 0) refuse(told, "can't be opened to flush it", std::strerror(errno));
+    if (file < 0) refuse(reported, "can't be opened to flush it", std::strerror(errno));
     const int flushed = ::fsync(file);
     const int number = errno;
     ::close(file);
     // Some file systems can't flush a folder and say so with EINVAL.
-    if (flushed != 0 && number != EINVAL) refuse(told, "can't be flushed to the disk", std::strerror(number));
+    if (flushed != 0 && number != EINVAL)
+        refuse(reported, "can't be flushed to the disk", std::strerror(number));
 }
 #endif
 
@@ -110,7 +111,7 @@ void flush_folder_of(const fs::path& path) {
 #ifndef _WIN32
     flush_for(folder, folder);
 #else
-    static_cast<void>(folder);  // the rename was asked to write through
+    static_cast<void>(folder);  // the rename already writes through to the disk
 #endif
 }
 
@@ -151,7 +152,7 @@ void move_to_new_name(const fs::path& finished, const fs::path& target) {
     try {
         flush_for(finished, target);
         std::error_code error;
-        // A hard link fails where the name is taken, which a rename would not.
+        // A hard link fails if the name is taken, which a rename would not.
         fs::create_hard_link(finished, target, error);
         if (error == std::errc::file_exists) refuse(target, "was not written", "a file of that name exists");
         if (error) {
@@ -175,12 +176,12 @@ void write_whole_file(const fs::path& named, std::string_view content, const std
     file.finish();
 }
 
-void copy_file_checked(const fs::path& source, const fs::path& copy, const fs::path& told) {
+void copy_file_checked(const fs::path& source, const fs::path& copy, const fs::path& reported) {
     constexpr std::size_t k_block = 1U << 20U;
     std::ifstream in{source, std::ios::binary};
-    if (!in) refuse(source, "can't be read", "it is missing, or the permission to read it is");
+    if (!in) refuse(source, "can't be read", "it is missing, or you have no permission to read it");
     std::ofstream out{copy, std::ios::binary | std::ios::trunc};
-    if (!out) refuse(told, "can't be written", "its folder can't be written to, or does not exist");
+    if (!out) refuse(reported, "can't be written", "its folder can't be written to, or does not exist");
     std::vector<char> block(k_block);
     std::uintmax_t copied = 0;
     while (in && out) {
@@ -193,10 +194,10 @@ void copy_file_checked(const fs::path& source, const fs::path& copy, const fs::p
     const bool whole = in.eof() && !in.bad() && out.good() && fs::file_size(copy, error) == copied && !error;
     if (!whole) {
         remove_quietly(copy);
-        refuse(told, "can't be written", "the disk may be full");
+        refuse(reported, "can't be written", "the disk may be full");
     }
     try {
-        flush_for(copy, told);
+        flush_for(copy, reported);
     } catch (const FileError&) {
         remove_quietly(copy);
         throw;
@@ -223,11 +224,11 @@ std::string read_whole_file(const fs::path& path, std::uintmax_t limit) {
     if (error) refuse(path, "can't be read", error.message());
     if (size > limit) refuse(path, "can't be read", fmt::format("it is larger than {} bytes", limit));
     std::ifstream file{path, std::ios::binary};
-    if (!file) refuse(path, "can't be read", "the permission to read it is missing");
+    if (!file) refuse(path, "can't be read", "you have no permission to read it");
     std::string content(static_cast<std::size_t>(size), '\0');
     file.read(content.data(), static_cast<std::streamsize>(size));
     content.resize(static_cast<std::size_t>(file.gcount()));
-    if (file.bad()) refuse(path, "can't be read", "the disk reports a fault");
+    if (file.bad()) refuse(path, "can't be read", "the disk reports an error");
     return content;
 }
 

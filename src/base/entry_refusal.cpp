@@ -21,7 +21,7 @@ bool has_other_separators(std::string_view text) {
     std::erase_if(digits, [](char character) {
         return std::string_view{", '"}.find(character) != std::string_view::npos;
     });
-    // A number of the form 1.234,5 has two points once its comma is taken for one.
+    // A number of the form 1.234,5 has two points once its comma is read as one.
     std::string points{trimmed(text)};
     std::erase(points, '.');
     std::replace(points.begin(), points.end(), ',', '.');

@@ -1,4 +1,4 @@
-// Why a text that was typed or pasted can't be taken, in words for the user.
+// Why a text that was typed or pasted can't be accepted, in words for the user.
 #pragma once
 
 #include <span>
@@ -7,8 +7,8 @@
 
 namespace nivora {
 
-// Each gives a clause without its full stop, such as "the calendar has no such day"; an empty one where the
-// text can be taken, and for a blank text.
+// Each returns a clause without a full stop, such as "the calendar has no such day"; empty if the text is
+// acceptable or blank.
 
 [[nodiscard]] std::string number_refusal(std::string_view text);
 /// A number that a 32-bit Single can hold.
@@ -19,7 +19,7 @@ namespace nivora {
 /// An item of a list, without regard to case.
 [[nodiscard]] std::string item_refusal(std::string_view text, std::span<const std::string> items);
 
-/// What is said of a number outside its limits.
+/// The clause for a number outside its limits.
 [[nodiscard]] std::string limits_refusal(double low, double high);
 
 inline constexpr const char* k_number_too_large = "the number is too large";

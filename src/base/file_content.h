@@ -1,4 +1,4 @@
-// What a file holds, in so few bytes that it can be kept and compared later.
+// A digest of a file's content, small enough to be kept and compared later.
 #pragma once
 
 #include <cstdint>
@@ -7,8 +7,8 @@
 
 namespace nivora {
 
-/// A file's content at one moment. Two contents that differ compare unequal but for a chance of 1 in 2^64;
-/// the file's name, place and times are no part of it.
+/// A file's content at one moment. Different contents compare equal with a chance of 1 in 2^64; the file's
+/// name, folder and times do not count.
 struct FileContent {
     std::uintmax_t size = 0;
     std::uint64_t digest = 0;
@@ -16,7 +16,7 @@ struct FileContent {
     bool operator==(const FileContent&) const = default;
 };
 
-/// Reads a regular file through. @return nothing where there is none, or it can't be read
+/// Reads a regular file to its end. @return nothing if it does not exist or can't be read
 [[nodiscard]] std::optional<FileContent> file_content(const std::filesystem::path& path);
 
 }  // namespace nivora

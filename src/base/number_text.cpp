@@ -39,7 +39,7 @@ Decimal to_decimal(double magnitude) {
     return decimal;
 }
 
-/// Cuts the digits behind the given decimal, half up.
+/// Removes the digits after the given decimal, rounding half up.
 void round_at(Decimal& decimal, int decimals) {
     const int kept = decimal.point + decimals;
     if (kept >= static_cast<int>(decimal.digits.size())) return;
@@ -139,10 +139,10 @@ std::size_t numeric_length(std::string_view text) {
     return at;
 }
 
-/// Whether the first digit of a number that is not zero stands behind the point, its power of ten counted in.
+/// Whether the first nonzero digit of a number comes after the point, including its power of ten.
 ///
-/// @param plain an optional minus sign, digits with or without a point, and perhaps an 'e' with a whole
-/// number
+/// @param plain an optional minus sign, digits with or without a point, and perhaps an 'e' with
+///              a whole number
 bool is_below_one(const std::string& plain) {
     const std::size_t mark = std::min(plain.find_first_of("eE"), plain.size());
     const std::size_t point = std::min(plain.find('.'), mark);
@@ -165,7 +165,7 @@ double numeric_value(std::string_view text) {
     double value = 0.0;
     const auto [end, error] = std::from_chars(plain.data(), plain.data() + plain.size(), value);
     if (error == std::errc::result_out_of_range) {
-        // The library leaves the value alone here, and says the same of a number that is too small to hold.
+        // The library does not set the value here, and reports a number that is too small in the same way.
         if (is_below_one(plain)) return 0.0;
         return plain.front() == '-' ? -std::numeric_limits<double>::infinity()
                                     : std::numeric_limits<double>::infinity();

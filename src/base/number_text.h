@@ -11,7 +11,7 @@ namespace nivora {
 /// million on and "1E-05" below 0.0001. A missing value gives an empty text, a negative zero "0".
 [[nodiscard]] std::string single_text(float value);
 
-/// The same form of a number that is no Single: rounded once, to seven significant digits.
+/// The same form for a number that is not a Single: rounded once, to seven significant digits.
 [[nodiscard]] std::string seven_digit_text(double value);
 
 /// The same form with at most fifteen significant digits.
@@ -27,18 +27,17 @@ namespace nivora {
 /// A number in a pattern of `#` (a digit if there is one), `0` (a digit always) and `.`.
 ///
 /// Rounds half away from zero at the pattern's last decimal, on the fifteen significant digits that a Double
-/// holds. The point of a pattern stays even with nothing behind it, digits in front of the point are never
-/// cut, and a result of zero bears no sign. A missing value gives an empty text.
+/// holds. The point of a pattern stays even if no digit follows, digits before the point are never cut, and a
+/// result of zero has no sign. A missing value gives an empty text.
 [[nodiscard]] std::string format_number(double value, std::string_view pattern);
 
-/// The value of the leading numeric part of a text, 0 where there is none: "12abc" is 12, "." is 0, "1,5"
-/// is 1.
+/// The value of the leading numeric part of a text, 0 if there is none: "12abc" is 12, "." is 0, "1,5" is 1.
 ///
-/// @return plus or minus infinity where the number is too large for a Double
+/// @return plus or minus infinity if the number is too large for a Double
 [[nodiscard]] double leading_number(std::string_view text);
 
-/// The value of a text that is a number from end to end, blanks around it aside; nothing for any other text,
-/// for an empty one and for a number too large for a Double.
+/// The value of a text that is entirely a number, apart from blanks around it; nothing for any other text,
+/// for an empty one, and for a number too large for a Double.
 [[nodiscard]] std::optional<double> exact_number(std::string_view text);
 
 }  // namespace nivora

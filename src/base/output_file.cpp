@@ -48,15 +48,14 @@ bool may_be_written(const fs::path& file) {
 void refuse_unwritable(const fs::path& file) {
     std::error_code unknown;  // a name that can't even be looked up is refused when the file is opened
     if (fs::exists(file, unknown) && !may_be_written(file))
-        refuse(file, "it is marked read-only, or the permission is missing");
+        refuse(file, "it is marked read-only, or you have no permission to write to it");
 }
 
 fs::path output_target(const fs::path& named, const std::vector<fs::path>& never) {
     std::error_code unknown;  // a name that can't even be looked up is refused when the file is opened
     if (fs::is_directory(named, unknown)) refuse(named, "it is a folder");
     const bool exists = fs::exists(named, unknown);
-    // A finished file takes its target's name, so that a device or a pipe would be gone for every other
-    // program.
+    // A finished file replaces its target; a device or a pipe would be lost to every other program.
     if (exists && !fs::is_regular_file(named, unknown)) refuse(named, "it is not a regular file");
     refuse_protected(named, never);
     refuse_unwritable(named);
@@ -73,7 +72,7 @@ OutputFile::OutputFile(const fs::path& named, const std::vector<fs::path>& never
 OutputFile::~OutputFile() {
     if (beside_.empty()) return;
     file_.close();
-    std::error_code ignored;  // a leftover is no reason to hide the fault that led here
+    std::error_code ignored;  // a leftover file must not hide the original error
     fs::remove(beside_, ignored);
 }
 

@@ -1,4 +1,4 @@
-// A file that a command writes for its user: beside its target first, in its place once it is whole.
+// A file that a command writes for its user: first beside its target, then in its place once it is complete.
 #pragma once
 
 #include <cstdint>
@@ -9,39 +9,39 @@
 
 namespace nivora {
 
-/// Whether two paths lead to one file, by whatever names and links. Where one of them does not exist, its
-/// name counts.
+/// Whether two paths refer to the same file, through any names and links. If one of them does not exist, its
+/// name is compared.
 [[nodiscard]] bool same_file(const std::filesystem::path& a, const std::filesystem::path& b);
 
-/// Whether a file may be changed: false for one that is marked read-only, which binds the superuser as well,
-/// and for what is no ordinary file.
+/// Whether a file may be changed: false if it is marked read-only, for the superuser as well, or is not
+/// a regular file.
 [[nodiscard]] bool may_be_written(const std::filesystem::path& file);
 
-/// Refuses a file that exists and may not be changed, which a rename would pass over. @throws FileError
+/// Refuses a file that exists and may not be changed, which a rename would ignore. @throws FileError
 void refuse_unwritable(const std::filesystem::path& file);
 
-/// Where a file is written that bears this name: what a link leads to, so that the link stays.
+/// The path to write to for this name: the target of a link, so that the link stays.
 ///
 /// @param never files that must not be replaced, such as those that the command reads
-/// @throws FileError where the name leads to one of these, to a folder or a device, or to a read-only file
+/// @throws FileError if the name leads to one of these, to a folder or a device, or to a read-only file
 [[nodiscard]] std::filesystem::path output_target(const std::filesystem::path& named,
                                                   const std::vector<std::filesystem::path>& never);
 
-/// Writes a file piece by piece. Until it is finished the target is as it was; a file that is replaced leaves
-/// its mode to the new one. What killed writers left beside the target is removed.
+/// Writes a file piece by piece. Until it is finished the target is unchanged; the mode of a replaced file is
+/// kept. Files that killed writers left beside the target are removed.
 class OutputFile {
 public:
-    /// @throws FileError as output_target, and where the folder can't be written to
+    /// @throws FileError like output_target, and if the folder can't be written to
     explicit OutputFile(const std::filesystem::path& named,
                         const std::vector<std::filesystem::path>& never = {});
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
-    /// Removes what was not finished.
+    /// Removes an unfinished file.
     ~OutputFile();
 
-    /// @throws FileError where the disk has no room
+    /// @throws FileError if the disk is full
     void write(std::string_view piece);
-    /// Checks the size, brings the file to the disk and gives it its name. @throws FileError
+    /// Checks the size, flushes the file to the disk and renames it to the target. @throws FileError
     void finish();
 
 private:

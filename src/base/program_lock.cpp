@@ -24,7 +24,7 @@ ProgramLock::~ProgramLock() {
 #else
 ProgramLock::ProgramLock(const std::filesystem::path& file)
     : file_(::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666)), held_(true) {
-    // A file that another user made may only be read; that is enough to lock it.
+    // Another user's file may be readable only; that is enough to lock it.
     if (file_ < 0) file_ = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
     if (file_ >= 0) held_ = ::flock(file_, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }

@@ -1,23 +1,23 @@
-// The lock by which one copy of the program knows of another.
+// The lock by which one copy of the program detects another.
 #pragma once
 
 #include <filesystem>
 
 namespace nivora {
 
-/// Holds a file for the life of the program. The system lets go of it when the program ends, however it ends,
-/// so that what a program that was killed or a machine that lost its power left behind hinders nobody.
+/// Holds a file for the life of the program. The system releases it when the program ends in any way, so that
+/// a killed program or a power failure leaves no lock behind.
 class ProgramLock {
 public:
-    /// @param file is made where it is missing, and stays: were it removed, two programs could each hold a
-    /// file of this name. Where the place knows no locks, the lock counts as held: the program runs rather
-    /// than not.
+    /// @param file created if missing, and never removed: otherwise two programs could each hold a file
+    ///             of this name. On a file system without locks the lock counts as held, so that the
+    ///             program can run.
     explicit ProgramLock(const std::filesystem::path& file);
     ProgramLock(const ProgramLock&) = delete;
     ProgramLock& operator=(const ProgramLock&) = delete;
     ~ProgramLock();
 
-    /// Whether this program has the lock; false where another one that runs has it.
+    /// Whether this program has the lock; false if another running program has it.
     [[nodiscard]] bool is_held() const { return held_; }
 
 private:

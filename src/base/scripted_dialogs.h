@@ -1,4 +1,4 @@
-// Dialogs that answer from a script and keep what was asked: for tests of whatever asks the user.
+// Dialogs that answer from a script and record the questions, for tests of code that asks the user.
 #pragma once
 
 #include "base/dialogs.h"
@@ -8,7 +8,7 @@
 
 namespace nivora {
 
-/// A message as it was shown and the answer that it got.
+/// A message that was shown, and its answer.
 struct AskedMessage {
     Message message;
     Answer answer = Answer::Ok;
@@ -33,8 +33,8 @@ public:
     [[nodiscard]] const std::vector<InputBox>& inputs() const { return inputs_; }
     [[nodiscard]] const std::vector<FileQuestion>& files() const { return files_; }
 
-    /// What the script did not expect; a test that ends with complaints, or with answers left over, has
-    /// failed.
+    /// What the script did not expect; a test that ends with complaints, or with answers left
+    /// over, has failed.
     [[nodiscard]] const std::vector<std::string>& complaints() const { return complaints_; }
     [[nodiscard]] std::size_t answers_left() const { return script_.size(); }
 

@@ -1,5 +1,4 @@
-// The 32-bit and 16-bit steps of the arithmetic: rounding into a Single, into a 16-bit Integer, and to
-// decimals.
+// The 32-bit and 16-bit steps of the arithmetic: rounding to a Single, to a 16-bit Integer and to decimals.
 // Equations and rules: docs/model.md, section 13.
 #pragma once
 
@@ -16,7 +15,7 @@ namespace nivora {
 /// The missing value in memory; in the basin file it is Null.
 inline constexpr float k_missing = std::numeric_limits<float>::quiet_NaN();
 
-/// A Single in an expression, which is worked out in Double.
+/// A Single in an expression, which is computed in Double.
 [[nodiscard]] constexpr double as_double(float value) { return static_cast<double>(value); }
 
 [[nodiscard]] inline bool is_missing(double value) { return std::isnan(value); }
@@ -24,7 +23,7 @@ inline constexpr float k_missing = std::numeric_limits<float>::quiet_NaN();
 
 /// Rounds a result into a Single variable, to nearest and to even at a tie.
 ///
-/// @throws Fault 94 where the value is missing, 6 where it lies beyond the largest Single
+/// @throws Fault 94 if the value is missing, 6 if it is beyond the largest Single
 [[nodiscard]] inline float to_single(double value) {
     const auto rounded = static_cast<float>(value);
     if (!std::isfinite(rounded)) throw std::isnan(value) ? null_fault() : overflow_fault();
@@ -38,7 +37,7 @@ inline constexpr float k_missing = std::numeric_limits<float>::quiet_NaN();
     return rounded;
 }
 
-/// A field's value for a variable that can't be missing. @throws Fault 94 where the value is missing
+/// A field's value for a variable that can't be missing. @throws Fault 94 if the value is missing
 template <typename Number>
 [[nodiscard]] Number required(Number value) {
     if (std::isnan(value)) throw null_fault();
@@ -55,7 +54,7 @@ template <typename Number>
     return std::nearbyint(value * scale) / scale + 0.0;
 }
 
-/// Rounds to a 16-bit Integer, ties to even; nothing where it does not fit.
+/// Rounds to a 16-bit Integer, ties to even; nothing if it does not fit.
 [[nodiscard]] inline std::optional<std::int16_t> to_integer16(double value) {
     const double rounded = std::nearbyint(value);
     if (!(rounded >= -32768.0 && rounded <= 32767.0)) return std::nullopt;

@@ -13,7 +13,8 @@ namespace {
 
 constexpr std::string_view k_blanks = " \t\r\n\v\f";
 
-/// Code points of the bytes 0x80 to 0x9F; the five that the code page leaves open stand for themselves.
+/// Code points of the bytes 0x80 to 0x9F; the five bytes that the code page does not define
+/// map to themselves.
 constexpr std::array<std::uint16_t, 32> k_windows_1252{
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,

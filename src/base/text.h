@@ -10,22 +10,22 @@ namespace nivora {
 [[nodiscard]] std::string_view trimmed(std::string_view text);
 [[nodiscard]] std::string_view right_trimmed(std::string_view text);
 
-/// A name in the form in which names of the store are compared: without regard to case, in every script.
+/// A name in the form in which the store compares names: without regard to case, in every script.
 ///
-/// @param name UTF-8; a text that is no UTF-8 compares byte by byte
+/// @param name UTF-8; text that is not UTF-8 compares byte by byte
 [[nodiscard]] std::string folded_name(std::string_view name);
 [[nodiscard]] bool same_name(std::string_view a, std::string_view b);
 
 /// The number of characters of a UTF-8 text.
 [[nodiscard]] std::size_t character_count(std::string_view text);
 
-/// At most the first so many characters of a UTF-8 text.
+/// The first `most` characters of a UTF-8 text, or all of a shorter one.
 [[nodiscard]] std::string_view first_characters(std::string_view text, std::size_t most);
 
 /// Whether the bytes are well-formed UTF-8 without a zero byte.
 [[nodiscard]] bool is_utf8(std::string_view text);
 
-/// Text of an older file as UTF-8: what is not UTF-8 already is taken as Windows Latin-1 (code page 1252).
+/// Text of an older file as UTF-8: text that is not valid UTF-8 is read as Windows Latin-1 (code page 1252).
 [[nodiscard]] std::string to_utf8(std::string_view text);
 
 }  // namespace nivora

@@ -5,8 +5,8 @@
 
 namespace nivora {
 
-/// A system of units, by the number that basin files hold for it. A file may hold other numbers: they count
-/// as Metric wherever English is asked for.
+/// A system of units, by its number in basin files. A file may hold other numbers, which count as Metric
+/// wherever the code tests for English.
 enum class Units : std::int16_t { NotFixed = -1, Metric = 0, English = 1 };
 
 [[nodiscard]] constexpr bool is_known(Units units) {
@@ -27,10 +27,10 @@ struct UnitWords {
     const char* degree_days;             ///< "degree days, °C", "degree days, °F"
     const char* lapse_rate;              ///< "°C per 100 m", "°F per 1000 ft"
     const char* degree_day_factor;       ///< "cm/(°C·day)", "inches/(°F·day)"
-    const char* length_letter;  ///< of volumes and discharges in statistics: "m"; intended: "f", not "ft"
+    const char* length_letter;  ///< of volumes and discharges in statistics: "m". Intended: "f", not "ft".
 };
 
-/// The words of English units for these, those of Metric for all others.
+/// The words for English units, or for any other value those for Metric.
 [[nodiscard]] const UnitWords& unit_words(Units units);
 
 }  // namespace nivora

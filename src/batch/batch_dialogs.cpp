@@ -15,7 +15,7 @@ void BatchDialogs::report(const ReportedMessage& message) {
 
 Answer BatchDialogs::message(const Message& message) {
     const Answer answer = refuse_ ? refusing_answer(message.buttons) : go_on_answer(message.buttons);
-    if (message.buttons == Buttons::Ok) said_no_ = true;
+    if (message.buttons == Buttons::Ok) refused_ = true;
     report({message.title, message.text, answer});
     return answer;
 }
@@ -37,7 +37,7 @@ std::optional<std::string> BatchDialogs::input(const InputBox& box) {
 std::optional<std::filesystem::path> BatchDialogs::file(const FileQuestion&) { return std::nullopt; }
 
 void BatchDialogs::report_problem(const std::string& title, const std::string& text) {
-    said_no_ = true;
+    refused_ = true;
     report({title, text, Answer::Ok});
 }
 

@@ -18,32 +18,32 @@ struct ReportedMessage {
     Answer answer = Answer::Ok;
 };
 
-/// Answers every question so that the work goes on, or so that it is refused, and reports each on one line.
+/// Answers every question so that the work continues, or so that it is refused, and reports each on one line.
 class BatchDialogs : public Dialogs {
 public:
     BatchDialogs(std::ostream& report, bool refuse) : report_(report), refuse_(refuse) {}
 
     Answer message(const Message& message) override;
-    /// Gives the prepared text once. Asked again, the text was not accepted: the prompt says why and is
-    /// reported.
+    /// Returns the prepared text once. A second question means that it was not accepted: the prompt says why
+    /// and is reported.
     std::optional<std::string> input(const InputBox& box) override;
     std::optional<std::filesystem::path> file(const FileQuestion& question) override;
 
-    /// The text that the next input box gets; without one it gets what it proposes.
+    /// Sets the answer to the next input box; without one the answer is the box's own proposal.
     void prepare_input(std::string text) { input_ = std::move(text); }
 
-    /// From now on each input box is a question of its own that gets what it proposes, and is reported.
+    /// From now on each input box is answered with its own proposal, and is reported.
     void accept_proposals() { proposals_accepted_ = true; }
 
-    /// Reports what went wrong outside the model in the same form.
+    /// Reports an error outside the model in the same form.
     void report_problem(const std::string& title, const std::string& text);
 
-    /// Reports each note of a run on a line of its own. A note says no to nothing.
+    /// Reports each note of a run on a line of its own. A note is not a refusal.
     void report_notes(const std::vector<RunNote>& notes, Units units);
 
     [[nodiscard]] const std::vector<ReportedMessage>& messages() const { return messages_; }
-    /// Whether a message said no: one that asked nothing, or a text that was not accepted.
-    [[nodiscard]] bool said_no() const { return said_no_; }
+    /// Whether something was refused: by a message that asked nothing, or because a text was not accepted.
+    [[nodiscard]] bool was_refused() const { return refused_; }
 
 private:
     void report(const ReportedMessage& message);
@@ -52,7 +52,7 @@ private:
     bool refuse_;
     std::optional<std::string> input_;
     bool input_given_ = false;
-    bool said_no_ = false;
+    bool refused_ = false;
     bool proposals_accepted_ = false;
     std::vector<ReportedMessage> messages_;
 };

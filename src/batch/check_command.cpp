@@ -12,7 +12,7 @@ namespace {
 
 constexpr int k_most_faults_of_structure = 100;
 
-/// The rows can be compared only where the structure that holds them is sound.
+/// The rows can be compared only if the structure that holds them is sound.
 std::vector<BasinDamage> all_damage(BasinDatabase& database) {
     std::vector<BasinDamage> damage = structure_damage(database, k_most_faults_of_structure);
     return damage.empty() ? content_damage(database) : damage;
@@ -37,7 +37,7 @@ int check_command(const std::filesystem::path& basin, std::chrono::milliseconds 
     } catch (const StoreError& error) {
         dialogs.report_problem("The basin can't be read", error.what());
     }
-    return k_said_no;
+    return k_failed;
 }
 
 int salvage_command(const std::filesystem::path& damaged, const std::filesystem::path& made,
@@ -49,7 +49,7 @@ int salvage_command(const std::filesystem::path& damaged, const std::filesystem:
             for (const std::string& loss : table.losses) out << "    not copied: " << loss << '\n';
             whole = whole && table.losses.empty();
         }
-        // A row that came over under a wrong day shows where it is missing, or is there twice.
+        // A row that was copied under a wrong day shows up as missing, or as a duplicate.
         const OpenBasin open = open_to_read(made, k_usual_wait, Check::All);
         for (const BasinDamage& entry : content_damage(open.database())) {
             out << entry.table << ": " << entry.what << '\n';
@@ -65,7 +65,7 @@ int salvage_command(const std::filesystem::path& damaged, const std::filesystem:
     } catch (const FileError& error) {
         dialogs.report_problem("Nothing was salvaged", error.what());
     }
-    return k_said_no;
+    return k_failed;
 }
 
 }  // namespace nivora

@@ -24,7 +24,7 @@ constexpr std::array<std::pair<SummaryRow, const char*>, 3> k_rows{
 constexpr std::array<std::pair<SummarySeason, const char*>, 3> k_seasons{
     {{SummarySeason::Winter, "Winter"}, {SummarySeason::Summer, "Summer"}, {SummarySeason::Year, "Year"}}};
 
-/// The simulation's scenario of that name, in any case, as it is stored; reported where there is none.
+/// The simulation's scenario of that name, in any case, as it is stored; reported if there is none.
 std::optional<std::string> stored_scenario(BasinDatabase& database, const ClimateCommand& command,
                                            const Session& session, BatchDialogs& dialogs) {
     std::string names;
@@ -41,7 +41,7 @@ std::optional<std::string> stored_scenario(BasinDatabase& database, const Climat
     return std::nullopt;
 }
 
-/// Runs the steps until one is not done.
+/// Runs the steps until one fails.
 bool run_steps(Session& session, const ClimateCommand& command, BatchDialogs& dialogs) {
     const std::filesystem::path report =
         command.report.value_or(std::filesystem::path{command.basin}.replace_filename(k_report));
@@ -175,7 +175,7 @@ int climate_command(const ClimateCommand& command, BatchDialogs& dialogs, std::o
     } else if (done) {
         print_climate(session, out);
     }
-    return done && !dialogs.said_no() ? k_done : k_said_no;
+    return done && !dialogs.was_refused() ? k_done : k_failed;
 }
 
 }  // namespace nivora

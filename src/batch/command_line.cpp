@@ -17,19 +17,18 @@ namespace nivora {
 namespace {
 
 constexpr const char* k_description =
-    "Nivora computes the daily streamflow of mountain basins in which melting snow is a major source of "
-    "runoff.\n"
-    "A basin is one file. It holds zones, daily variables, simulations with their parameters, and the "
-    "results of the\n"
+    "Nivora computes the daily streamflow of mountain basins "
+    "in which melting snow is a major source of runoff.\n"
+    "A basin is one file. It holds zones, daily variables, simulations with their parameters, "
+    "and the results of the\n"
     "last run. Depths are cm or inches, discharge is m³/s or ft³/s, by the basin's units.";
 
 constexpr const char* k_footer =
-    "Questions that the model asks are answered so that the work goes on, and reported on standard error; "
-    "with --refuse\n"
+    "Questions that the model asks are answered so that the work goes on, "
+    "and reported on standard error; with --refuse\n"
     "they are answered with Cancel or No.\n\n"
-    "Exit status: 0 done; 1 refused, by the model or because of the data (title and text on standard error); "
-    "2 wrong "
-    "usage.\n\n"
+    "Exit status: 0 done; 1 refused, by the model or because of the data "
+    "(title and text on standard error); 2 wrong usage.\n\n"
     "Example:\n"
     "  nivora-batch import alder.NVR alder.mdb --name wy1998 --initial-runoff 4.2 --latitude 46.5\n"
     "  nivora-batch run alder.mdb --simulation wy1998 --kind year-round\n"
@@ -127,7 +126,7 @@ RunCommand run_of(const Texts& texts, const CLI::App& app) {
     return command;
 }
 
-// An option with a list takes one argument, which commas divide: what follows it may be the name of a file.
+// An option with a list has one argument, a list separated by commas: the next one may be a file name.
 
 CLI::App& add_import(CLI::App& app, Texts& texts) {
     CLI::App& import = *app.add_subcommand(
@@ -157,9 +156,8 @@ CLI::App& add_import(CLI::App& app, Texts& texts) {
         ->check(CLI::Validator(single_number, "NUMBER"));
     import
         .add_option("--rain-threshold", texts.rain_threshold,
-                    "Daily rain from which the recession quickens, cm or inches, or the word blank for the "
-                    "default; the "
-                    "file's own if not given")
+                    "Daily rain from which the recession quickens, cm or inches, "
+                    "or the word blank for the default; the file's own if not given")
         ->check(CLI::Validator(number_or_blank, "NUMBER|blank"));
     import
         .add_option("--latitude", texts.latitude,
@@ -182,19 +180,18 @@ CLI::App& add_run(CLI::App& app, Texts& texts) {
         "Run as a forecast that is updated with the measured discharge every so many days, 1 to 9");
     run.add_flag(
         "--no-snow", texts.no_snow,
-        "Disregard the snow covered area and carry unmelted winter precipitation into the melt season; with "
-        "--kind year-round alone");
+        "Disregard the snow covered area and carry unmelted winter precipitation into the melt season; "
+        "only with --kind year-round");
     run.add_option("--lag-shares", texts.lag_shares,
                    "Custom time lag: shares of a day's input that run off on that day, the day after, ... "
-                   "(up to six, "
-                   "together 1), joined by commas; the simulation's lag times if not given")
+                   "(up to six, together 1), joined by commas; the simulation's lag times if not given")
         ->delimiter(',')
         ->allow_extra_args(false)
         ->check(CLI::Validator(share_number, "SHARE"));
     run.add_flag("--json", texts.json, "Print JSON");
     run.callback([&texts] {
         if (texts.no_snow && texts.kind != "year-round") {
-            throw CLI::ValidationError("--no-snow", "goes with --kind year-round alone");
+            throw CLI::ValidationError("--no-snow", "is only allowed with --kind year-round");
         }
     });
     return run;
@@ -287,7 +284,7 @@ ExportCommand export_of(const Texts& texts) {
 CLI::App& add_check(CLI::App& app, Texts& texts) {
     CLI::App& check = *app.add_subcommand(
         "check",
-        "Check a basin to the last page and row: structure, keys that are doubled or missing, ranges");
+        "Check every page and row of a basin: structure, duplicate or missing keys, ranges of values");
     check.add_option("BASIN.mdb", texts.basin, "Basin file; it is not changed")->required();
     return check;
 }
@@ -351,11 +348,11 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
         }
         if (blank.parsed()) return template_command(path_from_utf8(texts.file), dialogs);
     } catch (const std::filesystem::filesystem_error& error) {
-        // A path that no file can have, such as one with a name that is too long.
+        // The path is impossible, for example because its name is too long.
         dialogs.report_problem(
             "The file can't be used",
             fmt::format("The file '{}': {}.", path_text(error.path1()), error.code().message()));
-        return k_said_no;
+        return k_failed;
     }
     return k_wrong_usage;
 }

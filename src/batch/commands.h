@@ -1,4 +1,5 @@
-// The commands of the batch program. Each returns the exit status: 0 done, 1 the model or the data said no.
+// The commands of the batch program. Each returns the exit status: 0 done, 1 refused by the model or because
+// of the data.
 #pragma once
 
 #include "batch/batch_dialogs.h"
@@ -13,10 +14,10 @@
 namespace nivora {
 
 inline constexpr int k_done = 0;
-inline constexpr int k_said_no = 1;
+inline constexpr int k_failed = 1;
 inline constexpr int k_wrong_usage = 2;
 
-/// How long a command waits for another program that works on the basin, where --wait does not say it.
+/// How long a command waits for another program that works on the basin, without --wait.
 inline constexpr std::chrono::seconds k_usual_wait{10};
 
 /// Which inputs of a simulation are given zone by zone.
@@ -78,33 +79,33 @@ struct ExportCommand {
     std::chrono::milliseconds wait = k_usual_wait;
 };
 
-/// Creates the basin file from a legacy file, or imports into it if it exists. What is refused changes
-/// nothing.
+/// Creates the basin file from a legacy file, or imports into it if it exists. A refused
+/// command changes nothing.
 int import_command(const ImportCommand& command, BatchDialogs& dialogs, std::ostream& out);
 
 /// Lists the simulations of a basin.
 int simulations_command(const std::filesystem::path& basin, std::chrono::milliseconds wait, bool json,
                         BatchDialogs& dialogs, std::ostream& out);
 
-/// Runs a simulation, leaves `SimResults` in the file and prints the statistics.
+/// Runs a simulation, stores `SimResults` in the file and prints the statistics.
 int run_command(const RunCommand& command, BatchDialogs& dialogs, std::ostream& out);
 
-/// Runs the six steps of a climate evaluation, leaves `SimResults` in the file and the report beside it, and
+/// Runs the six steps of a climate evaluation, stores `SimResults` in the file and the report beside it, and
 /// prints the statistics of each step and the seasonal summary.
 int climate_command(const ClimateCommand& command, BatchDialogs& dialogs, std::ostream& out);
 
-/// Creates a climate scenario of a simulation, or replaces the one of its name. What is refused changes
-/// nothing.
+/// Creates a climate scenario of a simulation, or replaces the one of its name. A refused
+/// command changes nothing.
 int scenario_command(const ScenarioCommand& command, BatchDialogs& dialogs, std::ostream& out);
 
 /// Writes a table as CSV.
 int export_command(const ExportCommand& command, BatchDialogs& dialogs);
 
-/// Checks a basin file to the last page and row, and prints what is wrong.
+/// Checks every page and row of a basin file, and prints what is wrong.
 int check_command(const std::filesystem::path& basin, std::chrono::milliseconds wait, BatchDialogs& dialogs,
                   std::ostream& out);
 
-/// Copies what can be read of a damaged basin into a new file, and prints what came over and what did not.
+/// Copies what can be read of a damaged basin into a new file, and prints what was copied and what was not.
 int salvage_command(const std::filesystem::path& damaged, const std::filesystem::path& made,
                     BatchDialogs& dialogs, std::ostream& out);
 

@@ -11,8 +11,8 @@
 namespace nivora {
 namespace {
 
-/// A text in the form of CSV: in quote marks where it has to be, and where it is empty, which a missing value
-/// is not.
+/// A text as CSV: in quotation marks if necessary, and if it is empty, to distinguish it from
+/// a missing value.
 std::string csv_text(const std::string& text) {
     const bool plain = !text.empty() && text.find_first_of(",\"\r\n") == std::string::npos &&
                        text.front() != ' ' && text.back() != ' ';
@@ -56,7 +56,7 @@ std::string csv_value(SQLite::Statement& row, int position, FieldType type) {
     return csv_text(text);
 }
 
-/// Writes a table row by row, so that its size does not count.
+/// Writes a table row by row, so that its size does not matter.
 void write_csv(BasinDatabase& database, const std::string& table, OutputFile& file) {
     const auto fields = database.table_fields(table);
     guarded([&] {
@@ -91,7 +91,7 @@ int export_command(const ExportCommand& command, BatchDialogs& dialogs) {
     } catch (const FileError& error) {
         dialogs.report_problem("Export failed", error.what());
     }
-    return k_said_no;
+    return k_failed;
 }
 
 int template_command(const std::filesystem::path& file, BatchDialogs& dialogs) {
@@ -103,7 +103,7 @@ int template_command(const std::filesystem::path& file, BatchDialogs& dialogs) {
     } catch (const FileError& error) {
         dialogs.report_problem("The template was not written", error.what());
     }
-    return k_said_no;
+    return k_failed;
 }
 
 }  // namespace nivora

@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 constexpr std::uintmax_t k_largest_file = 64U << 20U;
 constexpr const char* k_title = "Import failed";
 
-/// What of the command no simulation may have, shown; false where there is something.
+/// Whether a simulation may have these options; shows the first that is not allowed.
 bool options_acceptable(const ImportCommand& command, BatchDialogs& dialogs) {
     if (command.max_min && command.by_zone.temperature) {
         dialogs.message({.text = "Max/min temperatures cannot currently be entered for each zone",
@@ -67,7 +67,7 @@ void apply_options(const ImportCommand& command, Simulation& simulation) {
     simulation.initial_y.reset();
 }
 
-/// Puts a simulation into the index: in the place of one of the same name, or behind the others.
+/// Puts a simulation into the index: in the place of one of the same name, or after the others.
 void store_simulation(BasinDatabase& database, const Simulation& simulation) {
     const TableSchema table = template_table(k_simulation_index);
     auto rows = read_table<Simulation>(database, table);
@@ -89,7 +89,7 @@ void store_latitude(BasinDatabase& database, double latitude) {
     write_basin_description(database, basin);
 }
 
-/// The new simulation, or nothing where the import was refused and the basin is as it was.
+/// The new simulation, or nothing if the import was refused and the basin is unchanged.
 std::optional<Simulation> import_into(BasinDatabase& database, const LegacyFile& file,
                                       const ImportCommand& command, BatchDialogs& dialogs) {
     std::optional<Simulation> imported;
@@ -108,7 +108,7 @@ std::optional<Simulation> import_into(BasinDatabase& database, const LegacyFile&
     return imported;
 }
 
-/// The same into a new basin, which gets its name once it is whole.
+/// The same into a new basin, which gets its name once it is complete.
 std::optional<Simulation> import_into_new(const LegacyFile& file, const ImportCommand& command,
                                           BatchDialogs& dialogs) {
     const PartFile beside{command.basin};
@@ -118,7 +118,7 @@ std::optional<Simulation> import_into_new(const LegacyFile& file, const ImportCo
         BasinDatabase database{beside.path(), Access::ReadWrite};
         imported = import_into(database, file, command, dialogs);
     }
-    if (imported) give_new_name(beside.path(), command.basin);
+    if (imported) move_basin_to_new_name(beside.path(), command.basin);
     return imported;
 }
 
@@ -137,9 +137,9 @@ std::optional<LegacyFile> read_file(const fs::path& path, BatchDialogs& dialogs)
 }  // namespace
 
 int import_command(const ImportCommand& command, BatchDialogs& dialogs, std::ostream& out) {
-    if (!options_acceptable(command, dialogs)) return k_said_no;
+    if (!options_acceptable(command, dialogs)) return k_failed;
     const auto file = read_file(command.file, dialogs);
-    if (!file) return k_said_no;
+    if (!file) return k_failed;
     try {
         std::optional<Simulation> imported;
         if (fs::exists(fs::symlink_status(command.basin))) {
@@ -150,7 +150,7 @@ int import_command(const ImportCommand& command, BatchDialogs& dialogs, std::ost
         }
         if (!imported) {
             dialogs.report_problem(k_title, "Nothing was imported. The basin is unchanged.");
-            return k_said_no;
+            return k_failed;
         }
         out << fmt::format("Imported '{}' into {}: {} zones, {} days from {} to {}.\n", imported->name,
                            path_text(command.basin), file->zones.size(), file->end - file->start + 1,
@@ -161,7 +161,7 @@ int import_command(const ImportCommand& command, BatchDialogs& dialogs, std::ost
     } catch (const FileError& error) {
         dialogs.report_problem(k_title, error.what());
     }
-    return k_said_no;
+    return k_failed;
 }
 
 }  // namespace nivora

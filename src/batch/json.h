@@ -29,7 +29,7 @@ using Json = nlohmann::basic_json<nlohmann::ordered_map, std::vector, std::strin
 }
 
 /// The notes of a run: `kind`, `step` in a climate evaluation, `zones`, the days that a note is about, a
-/// value where the kind has one, and the `text`.
+/// value if the kind has one, and the `text`.
 [[nodiscard]] inline Json notes_json(const std::vector<RunNote>& notes, Units units) {
     Json list = Json::array();
     for (const RunNote& note : notes) {

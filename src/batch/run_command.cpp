@@ -16,8 +16,8 @@
 namespace nivora {
 namespace {
 
-/// Takes the lag shares as the window of the distribution would; false after its message.
-bool take_lag_shares(Session& session, const RunCommand& command) {
+/// Sets the lag shares as the window of the distribution does; false after its message.
+bool set_lag_shares(Session& session, const RunCommand& command) {
     if (command.lag_shares.empty()) return true;
     const auto days = static_cast<double>(command.lag_shares.size());
     auto problem = lag_day_count_problem(days);
@@ -78,7 +78,7 @@ void print_statistics(const Session& session, std::ostream& out) {
                session.run.FinalQ[0]);
 }
 
-/// What the start of the run would refuse, asked before anything is changed in the file.
+/// What the start of the run would refuse, checked before anything in the file is changed.
 std::optional<Message> start_problem(const BasinState& basin) {
     const Simulation* simulation = basin.current_simulation();
     if (auto problem = run_period_problem(simulation)) return problem;
@@ -88,7 +88,7 @@ std::optional<Message> start_problem(const BasinState& basin) {
 RunOutcome run_in(Session& session, const RunCommand& command, BatchDialogs& dialogs) {
     OpenBasin basin = open_to_run(command.basin, command.wait);
     if (!select_in(session, basin.database(), command.basin, command.simulation, dialogs) ||
-        !take_lag_shares(session, command) || !has_zone_areas(session.basin, dialogs))
+        !set_lag_shares(session, command) || !has_zone_areas(session.basin, dialogs))
         return {};
     session.run.NoSnow = command.no_snow;
     if (const auto problem = run_menu_problem(session.basin)) dialogs.message(problem->message);
@@ -121,7 +121,7 @@ int run_command(const RunCommand& command, BatchDialogs& dialogs, std::ostream& 
         print_statistics(session, out);
     }
     const bool done = outcome.completed && outcome.statistics == StatisticsReach::All;
-    return done && !dialogs.said_no() ? k_done : k_said_no;
+    return done && !dialogs.was_refused() ? k_done : k_failed;
 }
 
 }  // namespace nivora

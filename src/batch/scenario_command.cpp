@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* k_title = "No scenario was stored";
 
-/// What of an edit does not fit the simulation; empty where it fits.
+/// Why an edit does not fit the simulation; empty if it fits.
 std::string edit_problem(const ScenarioRow& row, const BasinState& basin) {
     const DayCount start = *basin.Current_Start;
     const DayCount end = *basin.Current_End;
@@ -31,7 +31,7 @@ std::string edit_problem(const ScenarioRow& row, const BasinState& basin) {
     return {};
 }
 
-/// The rows of the edits; nothing after a report of the first that does not fit.
+/// The rows of the edits; nothing, after a report, if one does not fit.
 std::optional<std::vector<ScenarioRow>> rows_of(const std::vector<std::string>& edits,
                                                 const BasinState& basin, BatchDialogs& dialogs) {
     std::vector<ScenarioRow> rows;
@@ -58,8 +58,7 @@ std::optional<double> winter_end_of(const ScenarioCommand& command, const BasinS
     return static_cast<double>(*read_date(*command.winter_end));
 }
 
-/// The scenario as it was stored; nothing where it was refused, which has been shown, and the basin is as it
-/// was.
+/// The scenario as it was stored; nothing if it was refused, which was shown, and the basin is unchanged.
 std::optional<Scenario> store_in(BasinDatabase& database, const BasinState& basin,
                                  const ScenarioCommand& command, BatchDialogs& dialogs) {
     if (!basin.Current_Start || !basin.Current_End) {
@@ -98,9 +97,9 @@ int scenario_command(const ScenarioCommand& command, BatchDialogs& dialogs, std:
     try {
         const OpenBasin basin = open_to_write(command.basin, command.wait);
         BasinDatabase& database = basin.database();
-        if (!select_in(session, database, command.basin, command.simulation, dialogs)) return k_said_no;
+        if (!select_in(session, database, command.basin, command.simulation, dialogs)) return k_failed;
         const auto scenario = store_in(database, session.basin, command, dialogs);
-        if (!scenario) return k_said_no;
+        if (!scenario) return k_failed;
         out << fmt::format("Stored '{}' for '{}' in {}: {} edits, the winter ends on {}.\n",
                            scenario->index.scenario, scenario->index.simulation, path_text(command.basin),
                            scenario->rows.size(), iso_date_text(whole_day(*scenario->index.winter_end_date)));
@@ -108,7 +107,7 @@ int scenario_command(const ScenarioCommand& command, BatchDialogs& dialogs, std:
     } catch (const StoreError& error) {
         dialogs.report_problem(k_title, error.what());
     }
-    return k_said_no;
+    return k_failed;
 }
 
 }  // namespace nivora

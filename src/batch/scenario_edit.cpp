@@ -36,8 +36,8 @@ std::string take_dates(ScenarioRow& row, std::string_view start, std::string_vie
     return {};
 }
 
-/// Takes variable and action in the order in which the grid would.
-std::string take_action(ScenarioRow& row, std::string_view variable, std::string_view action) {
+/// Sets variable and action in the same order as the grid.
+std::string parse_action(ScenarioRow& row, std::string_view variable, std::string_view action) {
     const auto variable_code = scenario_variable_code(variable);
     if (!variable_code)
         return fmt::format("'{}' is not a variable: give a name, or a code from 0 to {}", variable,
@@ -54,7 +54,7 @@ std::string take_action(ScenarioRow& row, std::string_view variable, std::string
     return {};
 }
 
-std::string take_factor(ScenarioRow& row, std::string_view text) {
+std::string parse_factor(ScenarioRow& row, std::string_view text) {
     const bool needed = row.action != static_cast<int>(EditAction::Normalize);
     const auto factor = exact_number(text);
     const bool fits = factor && std::isfinite(static_cast<float>(*factor));
@@ -64,7 +64,7 @@ std::string take_factor(ScenarioRow& row, std::string_view text) {
     return {};
 }
 
-std::string take_zones(ScenarioRow& row, std::string_view text) {
+std::string parse_zones(ScenarioRow& row, std::string_view text) {
     const auto code = scenario_zone_code(text);
     if (!code) return fmt::format("'{}' is not a zone: give All, a letter or a number", text);
     set_scenario_code(row, k_zones_column, code);
@@ -84,10 +84,10 @@ ReadEdit read_scenario_edit(std::string_view text) {
     if (parts.size() != k_parts)
         return {{}, fmt::format("'{}' is not of the form VARIABLE:START:END:ACTION:FACTOR:ZONE", text)};
     ReadEdit edit;
-    edit.problem = take_action(edit.row, parts[0], parts[3]);
+    edit.problem = parse_action(edit.row, parts[0], parts[3]);
     if (edit.problem.empty()) edit.problem = take_dates(edit.row, parts[1], parts[2]);
-    if (edit.problem.empty()) edit.problem = take_factor(edit.row, parts[4]);
-    if (edit.problem.empty()) edit.problem = take_zones(edit.row, parts[5]);
+    if (edit.problem.empty()) edit.problem = parse_factor(edit.row, parts[4]);
+    if (edit.problem.empty()) edit.problem = parse_zones(edit.row, parts[5]);
     return edit;
 }
 

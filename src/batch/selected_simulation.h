@@ -1,4 +1,4 @@
-// A simulation of a basin file as the commands work on it.
+// The simulation of a basin file that a command works on.
 #pragma once
 
 #include "batch/batch_dialogs.h"
@@ -14,11 +14,11 @@ namespace nivora {
 [[nodiscard]] bool select_in(Session& session, BasinDatabase& database, const std::filesystem::path& file,
                              const std::string& simulation, BatchDialogs& dialogs);
 
-/// Whether every zone has an area greater than zero; reported where one has none.
+/// Whether every zone has an area greater than zero; reported if one has none.
 [[nodiscard]] bool has_zone_areas(const BasinState& basin, BatchDialogs& dialogs);
 
-/// The last step before a run, once nothing refuses it any more: takes damaged results out of the file and
-/// reads the basin anew. @return whether the simulation is still there
+/// The last step before a run that has passed all its checks: removes damaged results from the file and reads
+/// the basin again. @return whether the simulation is still there
 [[nodiscard]] bool make_ready(OpenBasin& basin, Session& session, const std::filesystem::path& file,
                               const std::string& simulation, std::chrono::milliseconds wait,
                               BatchDialogs& dialogs);

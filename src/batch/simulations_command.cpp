@@ -78,7 +78,7 @@ int simulations_command(const std::filesystem::path& basin, std::chrono::millise
         return k_done;
     } catch (const StoreError& error) {
         dialogs.report_problem("The basin can't be read", error.what());
-        return k_said_no;
+        return k_failed;
     }
 }
 

@@ -36,8 +36,7 @@ FieldType type_of(DataView view, const std::string& name) {
     return FieldType::Single;
 }
 
-/// Snow covered area is called after the depletion curve that it belongs to where results or the basin's own
-/// variables are shown.
+/// Among results and the basin's own variables, snow covered area has the name of its depletion curve.
 std::string header_of(DataView view, const std::string& field) {
     if (view == DataView::Results && same_name(field, "M1S")) return "M·(1-S)";
     const bool renamed = view == DataView::PhysicalData || view == DataView::Results;
@@ -46,7 +45,7 @@ std::string header_of(DataView view, const std::string& field) {
     return std::string{field}.replace(at, 3, "CDC");
 }
 
-/// The exponent y is a few hundredths: of two decimals little would be seen.
+/// The exponent y is a few hundredths: two decimals would show little of it.
 bool is_recession_coefficient(const std::string& field) {
     for (const char* name : {"Xcoeff", "XcoeffCC", "Ycoeff", "YcoeffCC"}) {
         if (same_name(field, name)) return true;
@@ -71,7 +70,7 @@ bool outside_limits(const DailyColumn& column, double value) {
     return (column.low && value < *column.low) || (column.high && value > *column.high);
 }
 
-/// A value as the field keeps it; nothing where it can't.
+/// A value as the field keeps it; nothing if it can't.
 std::optional<double> kept_value(FieldType type, double value) {
     if (is_missing(value)) return value;
     if (std::isinf(value)) return std::nullopt;
@@ -87,7 +86,7 @@ std::optional<double> kept_value(FieldType type, double value) {
 
 bool same_value(double a, double b) { return a == b || (is_missing(a) && is_missing(b)); }
 
-/// A stored value of a field; NaN for a missing one. @throws StoreError where the field can't hold it
+/// A stored value of a field; NaN for a missing one. @throws StoreError if the field can't hold it
 double read_cell(SQLite::Statement& query, int position, FieldType type) {
     if (is_null(query, position)) return static_cast<double>(k_missing);
     if (type == FieldType::Integer) {
@@ -105,7 +104,7 @@ double read_cell(SQLite::Statement& query, int position, FieldType type) {
     return value;
 }
 
-/// The result of a mass edit in the terms of a field's type: a Single rounds, an Integer rounds to even.
+/// The SQL result of a mass edit in a field's type: a Single rounds, an Integer rounds to even.
 std::string changed_value(const DailyColumn& column, MassEdit edit) {
     const std::string result =
         "(" + quoted_name(column.field) + (edit == MassEdit::Add ? " + " : " * ") + "?)";
@@ -117,9 +116,9 @@ std::string changed_value(const DailyColumn& column, MassEdit edit) {
 
 /// The days of a zone.
 struct ZoneDays {
-    std::vector<std::int64_t> rows;  ///< where each day is stored
+    std::vector<std::int64_t> rows;  ///< the row number of each day
     std::vector<DayCount> dates;
-    std::vector<double> values;  ///< day by day, the columns behind the date
+    std::vector<double> values;  ///< day by day, the columns after the date
 };
 
 }  // namespace
@@ -250,7 +249,7 @@ struct DailyEditor::Content {
     DataView view;
     DailyQuery query;
     std::vector<DailyColumn> columns;
-    std::vector<std::unique_ptr<SQLite::Statement>> updates;  ///< by column, made at its first use
+    std::vector<std::unique_ptr<SQLite::Statement>> updates;  ///< by column, created at its first use
     ZoneDays days;
     int zone = 1;
     bool changed = false;
@@ -259,7 +258,7 @@ struct DailyEditor::Content {
 DailyEditor::DailyEditor(const std::filesystem::path& work_file, DataView view, DailyQuery query)
     : content_(std::make_unique<Content>(work_file, view, std::move(query))) {}
 
-DailyEditor::~DailyEditor() = default;  // a file that is closed in a transaction takes it back
+DailyEditor::~DailyEditor() = default;  // closing a file rolls back its open transaction
 
 const std::vector<DailyColumn>& DailyEditor::columns() const { return content_->columns; }
 
@@ -305,7 +304,7 @@ void DailyEditor::mass_edit(MassEdit edit, std::size_t column, std::size_t first
                             float factor) {
     Content& content = *content_;
     if (!content.transaction.is_open() || content.view == DataView::Scenario)
-        throw StoreError(StoreFault::ReadOnly, "These values are for reading only.");
+        throw StoreError(StoreFault::ReadOnly, "These values are read-only.");
     if (column == 0) throw StoreError(StoreFault::Value, "The days of a table can't be changed.");
     const auto exact_factor = exact_number(single_text(factor));
     if (!exact_factor) throw StoreError(StoreFault::Value, "No field can hold an infinite number.");
@@ -314,7 +313,7 @@ void DailyEditor::mass_edit(MassEdit edit, std::size_t column, std::size_t first
     ZoneDays days;
     atomically(content.database, [&] {
         content.change_all(content.columns.at(column), edit, dates, *exact_factor);
-        days = content.read_zone(content.zone);  // refuses what its field can't hold
+        days = content.read_zone(content.zone);  // throws if a field can't hold its value
     });
     const bool same = std::equal(days.values.begin(), days.values.end(), content.days.values.begin(),
                                  content.days.values.end(), same_value);

@@ -12,8 +12,8 @@
 
 namespace nivora {
 
-/// How the cells of a column read and show. The decimals are those that a cell shows; its value keeps all it
-/// has.
+/// How the cells of a column are read and shown. The decimals are those that a cell shows; its value keeps
+/// its full precision.
 struct DailyColumn {
     std::string field;   ///< in the file
     std::string header;  ///< as shown
@@ -31,17 +31,17 @@ struct DailyColumn {
 
 enum class MassEdit { Add, Multiply };
 
-/// What an input box asks before a mass edit of a field, which it names as the file does.
+/// The input box before a mass edit of a field, with the field's name from the file.
 [[nodiscard]] InputBox mass_edit_question(MassEdit edit, const std::string& field);
 
-/// Days of one zone at a time out of a daily table. All changes wait in one transaction for commit(); without
-/// it they are rolled back. Rows count from 0 in date order, columns from 0, which is the date.
+/// The days of a daily table, one zone at a time. All changes wait in one transaction for commit(); without
+/// it they are rolled back. Rows count from 0 in date order, columns from 0; column 0 is the date.
 ///
-/// The view Scenario shows the days that the daily variables and the parameter table of its query have in
-/// common, for reading only.
+/// The view Scenario shows the days that the daily variables and the parameter table of its query have
+/// in common, read-only.
 class DailyEditor {
 public:
-    /// Opens the table and reads zone 1. @throws StoreError where there is no such table or field
+    /// Opens the table and reads zone 1. @throws StoreError if there is no such table or field
     DailyEditor(const std::filesystem::path& work_file, DataView view, DailyQuery query);
     ~DailyEditor();
     DailyEditor(const DailyEditor&) = delete;
@@ -52,29 +52,30 @@ public:
     [[nodiscard]] DayCount date(std::size_t row) const;
     /// The value of a cell; NaN for a missing one.
     [[nodiscard]] double value(std::size_t row, std::size_t column) const;
-    /// Why a column can't take a number, whatever the row: a clause without its full stop; empty where it
-    /// can, and for a missing value.
+    /// Why a column can't hold a number, in any row: a clause without a full stop; empty if it can, and for
+    /// a missing value.
     [[nodiscard]] std::string refusal(std::size_t column, double value) const;
-    /// Stores a value in the transaction; NaN for a missing one. A value that the field can't hold, or
-    /// outside the column's limits, is refused, and so is any date. @return whether the cell holds it now
+    /// Stores a value in the transaction; NaN for a missing one. A value that the field can't hold,
+    /// or outside the column's limits, is refused, and so is any date. @return whether the cell now
+    /// holds the value
     bool set_value(std::size_t row, std::size_t column, double value);
 
     [[nodiscard]] int zone() const;
     /// Shows another zone; the changes stay.
     void show_zone(int zone);
 
-    /// Adds to, or multiplies, the values of a column over the dates from one row to another of the zone at
-    /// hand; missing values stay missing. The factor counts as the decimal text of a Single has it, the
-    /// column's limits do not count. @throws StoreError, with all values as they were: for the column of
-    /// dates, and where a result is beyond its field
+    /// Adds to, or multiplies, the values of a column over the dates from one row to another of the current
+    /// zone; missing values stay missing. The factor is the number that the decimal text of a Single gives;
+    /// the column's limits do not apply. @throws StoreError, with all values unchanged: for the column of
+    /// dates, and if a result does not fit its field
     void mass_edit(MassEdit edit, std::size_t column, std::size_t first_row, std::size_t last_row,
                    float factor);
 
     /// Whether a value was changed since the editor was opened.
     [[nodiscard]] bool changed() const;
-    /// Makes the changes last and ends the editing. @throws StoreError
+    /// Commits the changes and ends the editing. @throws StoreError
     void commit();
-    /// Takes all changes back and ends the editing.
+    /// Rolls back all changes and ends the editing.
     void roll_back();
 
 private:

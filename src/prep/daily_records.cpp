@@ -20,8 +20,8 @@ bool before(const StoredDay& day, int zone, DayCount date) {
 
 bool is_day(const StoredDay& day, int zone, DayCount date) { return day.zone == zone && day.date == date; }
 
-/// Goes through the wanted days and the stored ones side by side, once each. A stored row that no day wants
-/// is passed over, and a day that has several rows is found with each of them.
+/// Goes through the wanted days and the stored rows side by side, once each. A stored row of no wanted day is
+/// skipped, and a day with several rows is found with each of them.
 void merge_days(const Period& period, int zones, std::span<const StoredDay> stored,
                 const std::function<void(const StoredDay&)>& found,
                 const std::function<void(int zone, DayCount date)>& missing) {
@@ -38,7 +38,7 @@ void merge_days(const Period& period, int zones, std::span<const StoredDay> stor
     }
 }
 
-/// The first values as fields of a statement, in one order for new rows and old ones.
+/// The first values as fields of a statement, in the same order for new and existing rows.
 class FirstValues {
 public:
     explicit FirstValues(const ParameterRow& row)
@@ -63,8 +63,8 @@ public:
     }
 
 private:
-    /// X and y pass through a Single as the other values do, though their fields could hold more; it is meant
-    /// so.
+    /// Intended: x and y are rounded to a Single like the other values, though their fields could
+    /// hold more digits.
     static float checked(double value) {
         const auto rounded = static_cast<float>(value);
         if (!std::isfinite(rounded)) {
@@ -74,7 +74,7 @@ private:
     }
 
     std::array<float, 7> singles_;
-    std::int16_t lag_ = 0;  ///< whole hours, though the field could hold parts of one; it is meant so
+    std::int16_t lag_ = 0;  ///< Intended: whole hours, though the field could hold fractions
     std::int16_t rca_ = 0;
 };
 
@@ -83,7 +83,7 @@ void run(SQLite::Statement& statement) {
     statement.reset();
 }
 
-/// What is to be done, with its days.
+/// What is to be written, and for which days.
 struct Work {
     std::string table;
     Period period;
@@ -133,7 +133,7 @@ int add_missing_days(const Work& work, SQLite::Statement insert) {
     return added;
 }
 
-/// The missing days, without values, as one change of the basin.
+/// Adds the missing days without values, as one change of the basin.
 void add_empty_days(BasinState& basin, BasinDatabase& database, const Work& work) {
     const std::string name = quoted_name(database.existing_table(work.table));
     int added = 0;
@@ -144,8 +144,8 @@ void add_empty_days(BasinState& basin, BasinDatabase& database, const Work& work
     if (added > 0) mark_input_changed(basin);
 }
 
-/// The days of the row that is selected in the simulation grid become those of the rows to add.
-void take_period_of_selected_row(const BasinState& basin, PrepState& prep) {
+/// Makes the period of the row that is selected in the simulation grid that of the rows to add.
+void use_period_of_selected_row(const BasinState& basin, PrepState& prep) {
     const Simulation* row = basin.current_simulation();
     if (row == nullptr) return;
     if (!row->start || !row->end) throw std::invalid_argument("the selected simulation lacks a date");
@@ -213,7 +213,7 @@ RecordExtent Scan_Physical_Data(BasinDatabase& database) {
 Answer Build_Daily_Records(const PrepContext& context, BasinDatabase& database,
                            const std::string& simulation_table) {
     PrepState& prep = context.prep;
-    take_period_of_selected_row(context.basin, prep);
+    use_period_of_selected_row(context.basin, prep);
     const Period period{prep.Daily_Start, prep.Daily_End};
     const auto work_on = [&](const std::string& table, const std::optional<Period>& read) {
         return Work{table, period, context.basin.ZoneCount, stored_days(database, table, read)};

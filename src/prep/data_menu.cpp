@@ -11,10 +11,10 @@
 namespace nivora {
 namespace {
 
-/// The name of a simulation that stands for the basin's whole record.
+/// The simulation name for the basin's whole record.
 constexpr const char* k_all_days = "<All>";
 
-/// What is looked at before a view, and what is asked where days are missing.
+/// What is checked before a view, and what is asked if days are missing.
 struct Check {
     std::string table;
     Message question;
@@ -35,8 +35,8 @@ Check check_of(DataEntry entry, const std::string& name) {
              .buttons = Buttons::YesNo}};
 }
 
-/// The days of the selected row, or those of the scanned table where the row has none.
-std::optional<Period> asked_period(const Simulation* row, const RecordExtent& extent) {
+/// The period of the selected row, or that of the scanned table if the row has none.
+std::optional<Period> requested_period(const Simulation* row, const RecordExtent& extent) {
     std::optional<DayCount> start;
     std::optional<DayCount> end;
     if (extent.count > 0) {
@@ -49,8 +49,8 @@ std::optional<Period> asked_period(const Simulation* row, const RecordExtent& ex
     return Period{*start, *end};
 }
 
-/// Takes over the dates of the selected row; false where it has none.
-bool take_dates_of_row(const PrepContext& context) {
+/// Copies the dates of the selected row; false if it has none.
+bool copy_dates_of_row(const PrepContext& context) {
     const Simulation* row = context.basin.current_simulation();
     if (row == nullptr) return false;
     if (!row->start || !row->end) {
@@ -80,7 +80,7 @@ void prepare_parameters(PrepState& prep, const std::string& name, const Period& 
     prep.caption_prefix = "Parameter table for simulation ";
 }
 
-/// The date and the fields of the table behind it, by their names in the file.
+/// The date and the fields that follow it in the table, by their names in the file.
 std::vector<std::string> result_fields(BasinDatabase& database) {
     std::vector<std::string> names{"Date"};
     const auto fields = database.table_fields(k_sim_results);
@@ -92,7 +92,7 @@ std::vector<std::string> result_fields(BasinDatabase& database) {
 void prepare_results(PrepState& prep, BasinDatabase& database, const Period& period) {
     prep.query = {.table = k_sim_results, .fields = result_fields(database), .period = period};
     prep.Data_View = DataView::Results;
-    prep.Data_Columns = 55;  // the values beside the date, which the other views count in
+    prep.Data_Columns = 55;  // the values without the date, which the other views include
     prep.window_title = "Simulation results";
     prep.caption_prefix = "Calculated value table for simulation ";
 }
@@ -116,7 +116,7 @@ DataOutcome prepare(const PrepContext& context, BasinDatabase& database, DataEnt
     return DataOutcome::ShowEditor;
 }
 
-/// Whether the definition of a simulation is asked for whose table is gone: its window makes the table anew.
+/// Whether the definition of a simulation without a table is requested: its window recreates the table.
 bool is_definition_without_table(const BasinState& basin, BasinDatabase& database, DataEntry entry) {
     return entry == DataEntry::SimulationDefinition && basin.current_simulation() != nullptr &&
            !database.has_table(basin.Current_Sim_Name);
@@ -127,7 +127,7 @@ DataOutcome check_and_prepare(const PrepContext& context, BasinDatabase& databas
     if (is_definition_without_table(basin, database, entry)) return prepare(context, database, entry, {});
     const Check check = check_of(entry, basin.Current_Sim_Name);
     const RecordExtent extent = scan_daily_table(database, check.table);
-    const auto period = asked_period(basin.current_simulation(), extent);
+    const auto period = requested_period(basin.current_simulation(), extent);
     if (!period) return DataOutcome::Stopped;
     if (entry == DataEntry::Parameters && !is_run_period(period->start, period->end)) {
         context.dialogs.stop("Date range error!  366 ");
@@ -135,16 +135,16 @@ DataOutcome check_and_prepare(const PrepContext& context, BasinDatabase& databas
     }
     if (extent.count < period->days() * basin.ZoneCount) {
         if (context.dialogs.message(check.question) == Answer::No) return DataOutcome::Stopped;
-        // Intended: in the mode of the view that was opened last, whatever is missing here. The rows go into
-        // the table of this simulation all the same, never into that of the last view.
+        // Intended: adds rows in the mode of the view that was opened last, whatever is missing here. They go
+        // into the table of this simulation all the same, never into that of the last view.
         Build_Daily_Records(context, database, basin.Current_Sim_Name);
     }
-    if (entry == DataEntry::Parameters && !take_dates_of_row(context)) return DataOutcome::Stopped;
+    if (entry == DataEntry::Parameters && !copy_dates_of_row(context)) return DataOutcome::Stopped;
     context.prep.Edit_Locked = false;
     return prepare(context, database, entry, *period);
 }
 
-/// Offers to add what the daily variables lack. @return false where the user wants no view then
+/// Offers to add the days that the daily variables lack. @return false if the user then wants no view
 bool days_complete(const PrepContext& context, BasinDatabase& database, const std::optional<Period>& period) {
     const int zones = context.basin.ZoneCount;
     const std::int64_t present = period ? count_days(database, k_physical_data, *period) : 0;
@@ -181,7 +181,7 @@ DataOutcome mnuDataOpt_Click(const PrepContext& context, BasinDatabase& database
     try {
         return check_and_prepare(context, database, entry);
     } catch (const StoreError&) {
-        // What is missing or refused ends the command in silence; it is meant so.
+        // Intended: the command ends without a message if something is missing or refused.
     } catch (const std::invalid_argument&) {
     }
     return DataOutcome::Stopped;

@@ -1,4 +1,4 @@
-// The checks in front of every view of daily data, and what each entry of the Data menu prepares.
+// The checks before every view of daily data, and what each entry of the Data menu prepares.
 #pragma once
 
 #include "prep/prep_state.h"
@@ -12,17 +12,17 @@ enum class DataEntry { SimulationDefinition = 0, Scenarios = 2, Variables = 4, P
 /// What follows once an entry's checks have passed.
 enum class DataOutcome { Stopped, ShowDefinition, ShowScenarios, ShowEditor };
 
-/// Checks that the rows of the asked period exist, offers to add them, and prepares the view. The rows are
-/// added in the mode that the last view left behind: the daily variables, or rows of the current simulation's
-/// own table. Added rows set `Basin_Changed` and `Input_Changed`. The definition of a simulation whose table
-/// is missing altogether opens without a question, since its window can make the table anew. The entry
-/// Variables is for other windows, which check a simulation's variables by it; the menu itself opens a sub
-/// menu there. What fails in between ends the command without a message.
+/// Checks that the rows of the requested period exist, offers to add them, and prepares the view. The rows
+/// are added in the mode of the last view: to the daily variables, or to the current simulation's own table.
+/// Added rows set `Basin_Changed` and `Input_Changed`. The definition of a simulation without a table opens
+/// without a question, since its window can recreate the table. The entry Variables is for other windows,
+/// which use it to check a simulation's variables; the menu itself opens a submenu there. Any failure ends
+/// the command without a message.
 [[nodiscard]] DataOutcome mnuDataOpt_Click(const PrepContext& context, BasinDatabase& database,
                                            DataEntry entry);
 
-/// The same for the daily variables: index 0 the whole record, 1 the current simulation. Days that are
-/// missing are added with zeros here. What the store refuses is shown.
+/// The same for the daily variables: index 0 the whole record, 1 the current simulation. Missing days are
+/// added with zeros here. Errors of the store are shown.
 [[nodiscard]] DataOutcome mnuDataOptVar_Click(const PrepContext& context, BasinDatabase& database, int index);
 
 }  // namespace nivora

@@ -17,7 +17,7 @@ std::string_view without_unit(std::string_view heading) {
     return trimmed(heading.substr(0, heading.find_first_of("([")));
 }
 
-/// The column that a heading names; the dates themselves are none.
+/// The column that a heading names; the column of dates is not one.
 std::optional<std::size_t> column_of(std::string_view heading, const std::vector<DailyColumn>& columns) {
     const std::string_view name = without_unit(heading);
     for (std::size_t column = 1; column < columns.size(); ++column) {
@@ -26,7 +26,7 @@ std::optional<std::size_t> column_of(std::string_view heading, const std::vector
     return std::nullopt;
 }
 
-/// The column of the table for each column of the block; nothing for one that has none.
+/// The column of the table for each column of the block; nothing if there is none.
 using ColumnMap = std::vector<std::optional<std::size_t>>;
 
 ColumnMap map_columns(const DatedBlock& block, const std::vector<DailyColumn>& columns,
@@ -43,9 +43,9 @@ ColumnMap map_columns(const DatedBlock& block, const std::vector<DailyColumn>& c
     return map;
 }
 
-/// Two headings that name one column; empty where each names its own.
-std::string doubled_column(const DatedBlock& block, const ColumnMap& map,
-                           const std::vector<DailyColumn>& columns) {
+/// Two headings that name one column; empty if each names its own.
+std::string duplicate_column(const DatedBlock& block, const ColumnMap& map,
+                             const std::vector<DailyColumn>& columns) {
     for (std::size_t i = 0; i < block.headings.size(); ++i) {
         if (!map[i]) continue;
         const auto first = static_cast<std::size_t>(std::find(map.begin(), map.end(), map[i]) - map.begin());
@@ -97,7 +97,7 @@ DatedPlaces place_by_date(const DatedBlock& block, const DailyEditor& table, std
     const auto& columns = table.columns();
     const ColumnMap map = map_columns(block, columns, active_column);
     DatedPlaces places;
-    places.doubled = doubled_column(block, map, columns);
+    places.duplicate = duplicate_column(block, map, columns);
     std::unordered_map<DayCount, std::size_t> line_of;
     for (std::size_t i = 0; i < map.size(); ++i) {
         if (map[i]) {
@@ -114,10 +114,10 @@ DatedPlaces place_by_date(const DatedBlock& block, const DailyEditor& table, std
         }
         const DayCount day = block.dates[line];
         const auto [known, is_new] = line_of.emplace(day, block.lines[line]);
-        if (!is_new && places.doubled.empty()) {
-            places.doubled = "The date " + long_date_text(day) + " is in lines " +
-                             std::to_string(known->second) + " and " + std::to_string(block.lines[line]) +
-                             " of the clipboard.";
+        if (!is_new && places.duplicate.empty()) {
+            places.duplicate = "The date " + long_date_text(day) + " is in lines " +
+                               std::to_string(known->second) + " and " + std::to_string(block.lines[line]) +
+                               " of the clipboard.";
         }
         places.first = places.days == 0 ? day : std::min(places.first, day);
         places.last = places.days == 0 ? day : std::max(places.last, day);
@@ -130,9 +130,9 @@ DatedPlaces place_by_date(const DatedBlock& block, const DailyEditor& table, std
 }
 
 Message dated_paste_question(const DatedPlaces& places) {
-    if (!places.doubled.empty()) {
+    if (!places.duplicate.empty()) {
         return {
-            .text = places.doubled +
+            .text = places.duplicate +
                     " Its values can't be placed by date: remove one of the two and copy again.\nOK pastes "
                     "cell by cell from the active cell, Cancel pastes nothing.",
             .title = "Paste by date",
@@ -148,7 +148,7 @@ Message dated_paste_question(const DatedPlaces& places) {
                 (places.other_days == 1 ? "is" : "are") + " not in this table.";
     if (!places.unknown.empty())
         text += "\nThese headings name no column of this table: " + joined(places.unknown) + ".";
-    text += "\nPut the values where their dates are? No pastes them cell by cell from the active cell.";
+    text += "\nPaste each value at its date? No pastes them cell by cell from the active cell.";
     return {.text = text,
             .title = "Paste by date",
             .icon = Icon::Question,

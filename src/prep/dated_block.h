@@ -1,4 +1,4 @@
-// Copied cells that say by their dates and headings where they belong in a daily table.
+// Copied cells whose dates and headings say where they belong in a daily table.
 #pragma once
 
 #include "base/calendar.h"
@@ -11,15 +11,15 @@
 
 namespace nivora {
 
-/// A block of which the first line is a heading and every other line begins with a date.
+/// A block whose first line is a heading and whose other lines begin with a date.
 struct DatedBlock {
-    std::vector<std::string> headings;  ///< of the columns beside the dates
+    std::vector<std::string> headings;  ///< of the columns other than the dates
     std::vector<DayCount> dates;
     std::vector<std::size_t> lines;                ///< of the dates in the clipboard, from 1
     std::vector<std::vector<std::string>> values;  ///< by line, without its date
 };
 
-/// @return nothing where the block has another form. Lines without any text do not count.
+/// @return nothing if the block has another form. Lines without text are ignored.
 [[nodiscard]] std::optional<DatedBlock> read_dated_block(const CellBlock& block);
 
 /// A value of such a block and its cell in the daily table, rows and columns from 0.
@@ -38,13 +38,13 @@ struct DatedPlaces {
     std::size_t other_days = 0;        ///< dates that are not
     DayCount first = 0;                ///< the earliest and the latest of its days
     DayCount last = 0;
-    /// Why the block does not say which values to use: a day of the table in two lines, or a column in two
-    /// headings. Empty where it does.
-    std::string doubled;
+    /// Why the block does not say which values to use: a day of the table is in two lines, or a column in two
+    /// headings. Empty if neither is so.
+    std::string duplicate;
 };
 
-/// Matches lines to days and headings to columns, by the header or the field's name, a unit in brackets
-/// aside. Where no heading names a column, the columns go side by side from the active one on.
+/// Matches lines to days and headings to columns, by the header or the field's name, without a unit in
+/// brackets. If no heading names a column, the columns are placed side by side from the active one on.
 [[nodiscard]] DatedPlaces place_by_date(const DatedBlock& block, const DailyEditor& table,
                                         std::size_t active_column);
 

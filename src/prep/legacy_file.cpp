@@ -47,7 +47,7 @@ private:
                               what);
     }
 
-    /// A comma at the end of a line, and a line without a value, stand for nothing.
+    /// A comma at the end of a line, and a line without a value, add no value.
     void read_values(std::string_view content) {
         while (!trimmed(content).empty()) {
             const std::size_t comma = content.find(',');

@@ -1,4 +1,4 @@
-// The text file of the older form of the model: one year or season of one basin.
+// The text file of an older form of the model: one year or season of one basin.
 #pragma once
 
 #include "base/calendar.h"
@@ -14,7 +14,7 @@ namespace nivora {
 
 /// The most zones that a legacy file can hold.
 inline constexpr int k_most_legacy_zones = 8;
-/// Values that a legacy file holds of each zone and variable, whatever the year's length.
+/// The number of values that a legacy file holds for each zone and variable, in a year of any length.
 inline constexpr int k_legacy_days = 366;
 
 /// The daily sections, in the order of the file.
@@ -63,7 +63,7 @@ struct LegacyFile {
     std::optional<double> reference_elevation;  ///< m or ft
     double x = 0.0;                             ///< recession coefficient x
     double y = 0.0;                             ///< recession coefficient y
-    std::optional<DayCount> change_day;         ///< from this day on the two below hold
+    std::optional<DayCount> change_day;         ///< from this day on the next two apply
     double x_later = 0.0;
     double y_later = 0.0;
     std::optional<double> rain_threshold;  ///< cm or inches

@@ -19,12 +19,12 @@ constexpr std::size_t k_unused_item = 16;
 constexpr std::size_t k_version_prefix = 8;
 constexpr int k_pairs = 8;
 
-// The version from which a file has the item, or the form, of that name; a version above it counts.
+// A file has the item, or the form, of that name if its version is above this one.
 constexpr float k_version_threshold = 2.0F;
 constexpr float k_version_extra = 3.1F;
 constexpr float k_version_plain_name = 3.11F;
 
-/// The items of the header with the line that each stands on.
+/// The items of the header, and the line of each.
 struct HeaderItems {
     std::array<std::string, k_items + 1> text;
     std::array<int, k_items + 1> line{};
@@ -60,7 +60,7 @@ bool has_zones_and_year(const HeaderItems& items) {
            *year <= k_last_year;
 }
 
-/// Item 16 has its place in most files; there are files without it.
+/// Most files have an item 16, some do not.
 void read_plain_items(LegacyText& text, HeaderItems& items) {
     LegacyText without = text;
     for (std::size_t item = 2; item <= k_last_plain_item; ++item) read_item(text, items, item);
@@ -122,8 +122,8 @@ DayCount date_of_item(const HeaderItems& items, std::size_t item, int year) {
     return *date;
 }
 
-/// The day from which the later coefficients hold. One that lies before the start of the period belongs to
-/// the year after; month and day decide, because the year of the start may have no 29 February.
+/// The day from which the later coefficients apply. A day before the start of the period belongs to the next
+/// year; month and day are compared, because the year of the start may have no 29 February.
 DayCount change_day(const HeaderItems& items, const CivilDate& start) {
     constexpr std::size_t k_change_item = 25;
     const auto civil = month_and_day(items.text[k_change_item], start.year);
@@ -131,7 +131,7 @@ DayCount change_day(const HeaderItems& items, const CivilDate& start) {
     return date_of_item(items, k_change_item, before ? start.year + 1 : start.year);
 }
 
-void take_period(const HeaderItems& items, LegacyFile& file) {
+void read_period(const HeaderItems& items, LegacyFile& file) {
     const int year = *whole_number(items.text[19]);
     file.start = date_of_item(items, 2, year);
     const int start_month = civil_date(file.start).month;
@@ -141,7 +141,7 @@ void take_period(const HeaderItems& items, LegacyFile& file) {
     if (file.end < file.start) refuse(items, 4, "the period ends before it starts");
 }
 
-void take_recession(const HeaderItems& items, LegacyFile& file) {
+void read_recession(const HeaderItems& items, LegacyFile& file) {
     file.x = number(items, 21, "the recession coefficient x");
     file.y = number(items, 23, "the recession coefficient y");
     const std::string_view change = trimmed(items.text[25]);
@@ -151,7 +151,7 @@ void take_recession(const HeaderItems& items, LegacyFile& file) {
     file.y_later = number(items, 24, "the later recession coefficient y");
 }
 
-/// In files of the older versions the name may stand between quote marks of its own.
+/// In files of the older versions the name may be enclosed in another pair of quotation marks.
 std::string basin_name(const HeaderItems& items, float version) {
     std::string name = items.text[17];
     const bool quoted = name.size() >= 2 && name.front() == '"' && name.back() == '"';
@@ -159,7 +159,7 @@ std::string basin_name(const HeaderItems& items, float version) {
     return to_utf8(name);
 }
 
-void take_threshold(LegacyText& text, HeaderItems& items, LegacyFile& file) {
+void read_threshold(LegacyText& text, HeaderItems& items, LegacyFile& file) {
     items.text[27] = file.english ? "2.36" : "6";
     if (file.version > k_version_threshold) read_item(text, items, 27);
     if (!trimmed(items.text[27]).empty()) {
@@ -180,7 +180,7 @@ void take_threshold(LegacyText& text, HeaderItems& items, LegacyFile& file) {
     }
 }
 
-void take_zones(LegacyText& text, HeaderItems& items, LegacyFile& file) {
+void read_zones(LegacyText& text, HeaderItems& items, LegacyFile& file) {
     const int zones = *whole_number(items.text[18]);
     for (int pair = 1; pair <= k_pairs; ++pair) {
         const auto item = static_cast<std::size_t>(26 + 2 * pair);
@@ -221,14 +221,15 @@ std::string_view LegacyText::next_line() {
     return content;
 }
 
-/// A quoted text may hold commas, and quote marks that no delimiter follows. One that is never closed ends
-/// with its line.
+/// A quoted text may contain commas, and quotation marks that no delimiter follows. A text that is never
+/// closed ends with its line.
 std::size_t LegacyText::closing_quote(std::size_t open) const {
     const std::size_t line_end = std::min(text_.find_first_of("\r\n", open), text_.size());
     for (std::size_t at = open + 1; at < line_end; ++at) {
         if (text_[at] != '"') continue;
-        const std::size_t behind = text_.find_first_not_of(" \t", at + 1);
-        if (behind == std::string_view::npos || behind >= line_end || text_[behind] == ',') return at;
+        const std::size_t delimiter = text_.find_first_not_of(" \t", at + 1);
+        if (delimiter == std::string_view::npos || delimiter >= line_end || text_[delimiter] == ',')
+            return at;
     }
     return line_end;
 }
@@ -260,13 +261,13 @@ void read_legacy_header(LegacyText& text, LegacyFile& file) {
     file.english = trimmed(items.text[3]) != "0";
     if (*whole_number(items.text[18]) > k_most_legacy_zones)
         refuse(items, 18, "a legacy file has at most 8 zones");
-    take_period(items, file);
-    take_recession(items, file);
+    read_period(items, file);
+    read_recession(items, file);
     file.basin_name = basin_name(items, file.version);
     if (!trimmed(items.text[26]).empty())
         file.reference_elevation = number(items, 26, "the reference elevation");
-    take_threshold(text, items, file);
-    take_zones(text, items, file);
+    read_threshold(text, items, file);
+    read_zones(text, items, file);
 }
 
 }  // namespace nivora

@@ -9,18 +9,18 @@
 
 namespace nivora {
 
-/// Walks a legacy file: item by item through its header, then line by line.
+/// Reads a legacy file: item by item in its header, then line by line.
 class LegacyText {
 public:
     explicit LegacyText(std::string_view text) : text_(text) {}
 
     [[nodiscard]] bool at_end() const { return at_ >= text_.size(); }
-    /// The number of the line at hand, from 1.
+    /// The number of the current line, from 1.
     [[nodiscard]] int line() const { return line_; }
 
-    /// The next item, up to a comma or the line's end; quote marks around it are taken off.
+    /// The next item, up to a comma or the line's end; quotation marks around it are removed.
     [[nodiscard]] std::string next_item();
-    /// The rest of the line at hand without its line end.
+    /// The rest of the current line without its line end.
     [[nodiscard]] std::string_view next_line();
 
 private:
@@ -32,10 +32,11 @@ private:
     int line_ = 1;
 };
 
-/// The head of a piece of a file as a message can show it: UTF-8, without control characters.
+/// The beginning of a piece of a file, as a message can show it: UTF-8, without control characters.
 [[nodiscard]] std::string shown_text(std::string_view text);
 
-/// Reads the header and fills all of the file but its daily values; leaves the text at the first daily line.
+/// Reads the header and fills everything in `file` except its daily values; leaves the text at the
+/// first daily line.
 /// @throws LegacyFileError
 void read_legacy_header(LegacyText& text, LegacyFile& file);
 

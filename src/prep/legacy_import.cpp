@@ -35,7 +35,7 @@ void write_zones(BasinDatabase& database, const LegacyFile& file) {
     add_rows<Zone>(database, template_table(k_zone_description), zones);
 }
 
-/// Takes the units of the file, or shows that the basin has others.
+/// Sets the units of the file, or shows that the basin has others.
 bool units_agree(BasinDescription& basin, const LegacyFile& file, Dialogs& dialogs) {
     const Units units = file.english ? Units::English : Units::Metric;
     const Units present_units = basin.units.value_or(Units::NotFixed);
@@ -44,10 +44,9 @@ bool units_agree(BasinDescription& basin, const LegacyFile& file, Dialogs& dialo
         return true;
     }
     if (present_units == units) return true;
-    dialogs.message(
-        {.text = "You cannot mix English & Metric units in the same basin database.  Please create a new "
-                 "database",
-         .title = "Import failed.  Simulation units inconsistent with basin."});
+    dialogs.message({.text = "You cannot mix English & Metric units in the same basin database.  "
+                             "Please create a new database",
+                     .title = "Import failed.  Simulation units inconsistent with basin."});
     return false;
 }
 
@@ -55,9 +54,9 @@ bool is_unnamed(const BasinDescription& basin) {
     return trimmed(basin.name.value_or("")).empty() || basin.name == k_unnamed_basin;
 }
 
-/// A basin that nobody has named yet takes name and reference elevation from the file, as far as the file
-/// has them. One with a name but without zones is in the making, too, and takes the elevation that it lacks.
-void take_header(BasinDescription& basin, const LegacyFile& file) {
+/// A basin without a name gets name and reference elevation from the file, if the file has them. A basin with
+/// a name but without zones is not finished either, and gets the elevation if it has none.
+void fill_header(BasinDescription& basin, const LegacyFile& file) {
     const bool unnamed = is_unnamed(basin);
     const std::string name{first_characters(trimmed(file.basin_name), k_longest_basin_name)};
     if (unnamed && !name.empty()) basin.name = name;
@@ -65,7 +64,7 @@ void take_header(BasinDescription& basin, const LegacyFile& file) {
     if (takes_elevation && file.reference_elevation) basin.reference_elevation = file.reference_elevation;
 }
 
-/// Whether the zones are those of the file in all that the file tells of them.
+/// Whether the zones agree with everything that the file says of them.
 bool same_zones(BasinDatabase& database, const LegacyFile& file) {
     const auto zones = read_table<Zone>(database, template_table(k_zone_description));
     return std::equal(zones.begin(), zones.end(), file.zones.begin(), file.zones.end(),
@@ -74,7 +73,7 @@ bool same_zones(BasinDatabase& database, const LegacyFile& file) {
                       });
 }
 
-/// Brings the header and the zones in line with the file; false where they can't be, or the user cancelled.
+/// Makes the header and the zones agree with the file; false if that is not possible or the user cancelled.
 bool prepare_basin(BasinDatabase& database, const LegacyFile& file, Dialogs& dialogs) {
     BasinDescription basin = read_basin_description(database);
     if (!units_agree(basin, file, dialogs)) return false;
@@ -83,7 +82,7 @@ bool prepare_basin(BasinDatabase& database, const LegacyFile& file, Dialogs& dia
         return false;
     }
     const bool without_zones = !basin.zones;
-    take_header(basin, file);
+    fill_header(basin, file);
     basin.zones = static_cast<std::int16_t>(file.zones.size());
     write_basin_description(database, basin);
     if (without_zones) write_zones(database, file);
@@ -158,8 +157,8 @@ ParameterRow parameter_row(const LegacyFile& file, std::size_t zone, DayCount da
             .ycoeff = later ? file.y_later : file.y};
 }
 
-/// Adds the daily variables of the period. Rows that exist are replaced after a question, or kept: then only
-/// the days without a row are added.
+/// Adds the daily variables of the period. Asks before it replaces existing rows; after a No it adds only the
+/// days without a row.
 void write_variables(BasinDatabase& database, const LegacyFile& file, Dialogs& dialogs) {
     auto kept = present_rows(database, file);
     if (!kept.empty()) {

@@ -14,16 +14,16 @@ namespace nivora {
 /// The name that the import offers for a file's simulation: the file's name without ".nvr" or ".NVR".
 [[nodiscard]] std::string offered_simulation_name(const std::string& file_name);
 
-/// Brings a legacy file into a basin: its name and reference elevation where the basin has no name yet, its
-/// zones where there are none, its daily variables, and a new parameter table under the name that the user
-/// gives. Zones that differ from those of the file are asked about.
+/// Imports a legacy file into a basin: its name and reference elevation if the basin has no name yet, its
+/// zones if there are none, its daily variables, and a new parameter table under the name that the user
+/// gives. Asks if the zones differ from those of the file.
 ///
-/// Works inside a transaction of the caller, who undoes everything where nothing comes back. The definition
-/// that comes back is not in the simulation index yet: everything basinwide, average temperatures, no initial
-/// runoff, the file's rain threshold.
+/// Works inside a transaction of the caller, who rolls back if nothing is returned. The returned definition
+/// is not in the simulation index yet: everything basinwide, average temperatures, no initial runoff, the
+/// file's rain threshold.
 ///
-/// @return the new simulation; nothing where the file does not fit the basin, which has been shown, or the
-///         user gave no name or cancelled
+/// @return the new simulation; nothing if the file does not fit the basin, which was shown, or the user gave
+///         no name or cancelled
 /// @throws StoreError
 [[nodiscard]] std::optional<SimulationRecord> import_legacy(BasinDatabase& database, const LegacyFile& file,
                                                             const std::string& offered_name,

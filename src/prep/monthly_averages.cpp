@@ -125,7 +125,7 @@ bool MonthlyAverages::recalculate() {
     atomically(database_, [&] {
         for (std::size_t zone = 0; zone < years.size(); ++zone) {
             for (std::size_t month = 0; month < k_months; ++month) {
-                // Precipitation alone says whether a month has data; it is meant so.
+                // Intended: precipitation alone decides whether a month has data.
                 if (sums[zone][month].count[k_precipitation] == 0) continue;
                 years[zone][month].values = sums[zone][month].averages();
                 store(years[zone][month]);

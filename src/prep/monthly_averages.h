@@ -10,18 +10,18 @@
 
 namespace nivora {
 
-/// Normal values of a month: maximum, minimum and average temperature, precipitation. NaN where missing.
+/// Normal values of a month: maximum, minimum and average temperature, precipitation. NaN if missing.
 using MonthValues = std::array<float, 4>;
 
-/// The twelve months of each zone, as they are stored one behind the other. All changes wait in one
-/// transaction for commit(); without it they are rolled back.
+/// The twelve months of each zone, in stored order. All changes wait in one transaction for commit(); without
+/// it they are rolled back.
 class MonthlyAverages {
 public:
-    /// @throws StoreError where the table is missing, or does not have twelve rows for each zone
+    /// @throws StoreError if the table is missing, or does not have twelve rows for each zone
     MonthlyAverages(const std::filesystem::path& work_file, int zones);
 
     [[nodiscard]] int zones() const { return zones_; }
-    /// The values of a zone from 1 and a month from 1.
+    /// The values of a zone and a month, both counted from 1.
     [[nodiscard]] const MonthValues& values(int zone, int month) const;
     /// Stores one value, item 0 to 3; NaN for a missing one. @throws StoreError for an infinite one
     void set_value(int zone, int month, std::size_t item, float value);
@@ -29,18 +29,17 @@ public:
     /// Whether the basin has any daily variables.
     [[nodiscard]] bool has_physical_data();
     /// Averages all days of each zone and calendar month over all years. Missing values do not count, and a
-    /// month without any precipitation value keeps what it has, whatever temperatures there are. What a
-    /// recalculation changes in the basin's flags is up to the caller.
+    /// month without any precipitation value keeps its averages, even if it has temperatures. The caller sets
+    /// the basin's flags.
     ///
-    /// @return false where there are no daily variables at all. @throws StoreError, with all values as they
-    ///         were
+    /// @return false if there are no daily variables at all. @throws StoreError, with all values unchanged
     [[nodiscard]] bool recalculate();
 
-    /// Makes the changes last and ends the editing. @throws StoreError
+    /// Commits the changes and ends the editing. @throws StoreError
     void commit();
 
 private:
-    /// A month of a zone and where it is stored.
+    /// A month of a zone, and its row number.
     struct StoredMonth {
         std::int64_t row = 0;
         MonthValues values{};

@@ -1,4 +1,4 @@
-// What data preparation keeps while the program runs.
+// The state of data preparation while the program runs.
 #pragma once
 
 #include "base/dialogs.h"
@@ -16,8 +16,8 @@ namespace nivora {
 /// What opened the window of a simulation's definition.
 enum class SimOptionsMode { Add = 0, Edit = 1, Import = 2 };
 
-/// Which daily table is at hand. One variable says it both to the daily editor, as its view, and to
-/// Build_Daily_Records, as its mode.
+/// Which daily table is in use. One variable is both the view of the daily editor and the
+/// mode of Build_Daily_Records.
 enum class DataView {
     PhysicalData = 0,  ///< the basin's daily variables
     Parameters = 1,    ///< a simulation's parameter table
@@ -31,11 +31,11 @@ struct SimulationRecord {
     ParameterRow first_values;
 };
 
-/// What the daily editor is to show, prepared by whoever opens it.
+/// What the daily editor shows; prepared by the code that opens it.
 struct DailyQuery {
     std::string table;                ///< the table, by its stored name
     std::vector<std::string> fields;  ///< `Date` first
-    std::optional<Period> period;     ///< the days to show; all where there is none
+    std::optional<Period> period;     ///< the days to show; all if not set
 };
 
 struct PrepState {
@@ -49,7 +49,7 @@ struct PrepState {
     DayCount Daily_End = 0;      ///< last day of the rows to add
     DailyQuery query;            ///< what the daily editor shows
     std::string window_title;    ///< of the daily editor
-    std::string status;          ///< in the status bar of the daily editor; of a scenario's values alone
+    std::string status;          ///< in the status bar of the daily editor; only for a scenario's values
     std::string caption_prefix;  ///< of the daily editor's caption
     bool Edit_Locked = false;    ///< the daily editor is read only
     /// Widths of the daily editor's columns by view, measured once.
@@ -57,7 +57,7 @@ struct PrepState {
     RecordExtent record;  ///< extent of the daily variables when the basin was opened or rows were added
 };
 
-/// What the rules of data preparation work on.
+/// The objects that the rules of data preparation work on.
 struct PrepContext {
     BasinState& basin;
     PrepState& prep;

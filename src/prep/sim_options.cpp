@@ -36,8 +36,8 @@ const std::string& box(const SimOptionsForm& form, FirstValue which) {
     return form.first_values.at(static_cast<std::size_t>(which));
 }
 
-/// A coefficient as it was typed: the parameter table holds it in a Double, but most of them came as a
-/// Single.
+/// A coefficient as it was typed: the parameter table holds it in a Double, but most values came
+/// from a Single.
 std::string coefficient_text(double value) {
     const auto single = static_cast<float>(value);
     return static_cast<double>(single) == value ? single_text(single) : double_text(value);
@@ -82,7 +82,7 @@ SimOptionsForm form_of(const SimulationRecord& record) {
     return form;
 }
 
-/// The first row of a simulation's parameter table in its period; nothing where there is none.
+/// The first row of a simulation's parameter table in its period; nothing if there is none.
 std::optional<ParameterRow> first_day(BasinDatabase& database, const Simulation& simulation) {
     const auto table = database.stored_name(simulation.name);
     if (!table || !simulation.start || !simulation.end) return std::nullopt;
@@ -106,9 +106,8 @@ void show_first_day(const PrepContext& context, BasinDatabase& database, const S
         if (!row) {
             form.rebuilds_table = true;
             context.dialogs.stop(
-                "Missing/empty parameter table for this simulation.  The table will be rebuilt when you "
-                "click "
-                "'Accept'.",
+                "Missing/empty parameter table for this simulation.  "
+                "The table will be rebuilt when you click 'Accept'.",
                 "Missing parameter table");
             return;
         }
@@ -130,10 +129,10 @@ std::optional<std::int16_t> integer_cell(const std::string& text) {
     return number ? to_integer16(*number) : std::nullopt;
 }
 
-/// Whether the parameter table takes whole numbers of a first value only.
+/// Whether the parameter table holds this first value as a whole number.
 bool is_whole(FirstValue which) { return which == FirstValue::RCA || which == FirstValue::LagTime; }
 
-/// A first value, as far as the parameter table can take it.
+/// A first value; nothing if the parameter table can't hold it.
 std::optional<double> table_value(const SimOptionsForm& form, FirstValue which) {
     const auto number = exact_number(box(form, which));
     if (!number || std::isinf(static_cast<float>(*number)) || (is_whole(which) && !to_integer16(*number)))
@@ -141,7 +140,7 @@ std::optional<double> table_value(const SimOptionsForm& form, FirstValue which) 
     return number;
 }
 
-/// A sentence about a box. @param caption with its colon, as the window shows it
+/// A sentence about a box. @param caption as the window shows it, with its colon
 std::string box_fault(std::string caption, const std::string& text, const std::string& refusal,
                       const char* needed) {
     caption.pop_back();
@@ -185,8 +184,8 @@ std::optional<Period> period_of(const SimOptionsForm& form) {
     return Period{*start, *end};
 }
 
-/// The grid's row of the definition; it becomes the active one. A simulation that is overwritten keeps its
-/// row, since two rows of one name would share one parameter table; otherwise the grid grows.
+/// The definition's row in the grid; it becomes the active row. An overwritten simulation keeps its row,
+/// since two rows of one name would share one parameter table; otherwise the grid gets a new row.
 Simulation* go_to_row(BasinState& basin, SimOptionsMode mode, SimOptionsForm& form) {
     if (!form.grid_row) {
         if (mode == SimOptionsMode::Edit) return nullptr;
@@ -228,8 +227,8 @@ void write_other_cells(Simulation& row, const SimOptionsForm& form) {
     if (!form.comments.empty()) row.comments = form.comments;
 }
 
-/// Whether the units of the definition may become those of the basin, where it has none yet.
-bool units_settled(const PrepContext& context, const Simulation& row) {
+/// Whether the units of the definition may become those of the basin, if it has none yet.
+bool units_confirmed(const PrepContext& context, const Simulation& row) {
     if (context.basin.basin_units != Units::NotFixed) return true;
     const Answer answer = context.dialogs.message(
         {.text =
@@ -243,7 +242,7 @@ bool units_settled(const PrepContext& context, const Simulation& row) {
     return true;
 }
 
-/// Fills the parameter table; the mode is that of the daily variables afterwards. @return the answer given
+/// Fills the parameter table; afterwards the mode is that of the daily variables. @return the user's answer
 Answer build_parameter_table(const PrepContext& context, BasinDatabase& database, const std::string& name) {
     context.prep.Data_View = DataView::Parameters;
     const Answer answer = Build_Daily_Records(context, database, name);
@@ -251,15 +250,15 @@ Answer build_parameter_table(const PrepContext& context, BasinDatabase& database
     return answer;
 }
 
-/// Fills the parameter table, then the daily variables. @return the last answer that was given
+/// Fills the parameter table, then the daily variables. @return the last answer
 Answer build_tables(const PrepContext& context, BasinDatabase& database, const std::string& name) {
     const Answer first = build_parameter_table(context, database, name);
-    // Intended: the daily variables follow also where the parameter table was left as it is.
+    // Intended: the daily variables are filled even if the parameter table was not.
     const Answer second = Build_Daily_Records(context, database);
     return second == Answer::Ok ? first : second;
 }
 
-/// Makes the parameter table of an edited simulation anew, or fills the one that has no day of the period.
+/// Recreates the parameter table of an edited simulation, or fills one that has no day of the period.
 Answer rebuild_table(const PrepContext& context, BasinDatabase& database, const std::string& name) {
     if (!database.has_table(name)) {
         if (is_fixed_table(name) || simulation_name_problem(name))
@@ -270,8 +269,8 @@ Answer rebuild_table(const PrepContext& context, BasinDatabase& database, const 
     return build_parameter_table(context, database, name);
 }
 
-/// The tables that go with the definition: both for a new one, the missing one of an edited one, none for an
-/// import, which brought its own.
+/// Fills the tables of the definition: both for a new simulation, a missing parameter table for an edited
+/// one, none for an import, which has filled its own.
 Answer complete_tables(const PrepContext& context, BasinDatabase& database, const SimOptionsForm& form) {
     if (context.prep.SimOptions_Mode == SimOptionsMode::Add)
         return build_tables(context, database, form.name);
@@ -299,7 +298,7 @@ bool first_values_count(SimOptionsMode mode, const SimOptionsForm& form) {
 
 std::string first_values_note(SimOptionsMode mode, const SimOptionsForm& form) {
     if (first_values_count(mode, form)) return {};
-    return "The parameter table has values of its own, which this window leaves as they are. "
+    return "The parameter table has values of its own, which this window does not change. "
            "Change them with Data, Parameters in the main window.";
 }
 
@@ -347,7 +346,7 @@ SimOptionsForm open_sim_options(const PrepContext& context, BasinDatabase& datab
         return form;
     }
     SimOptionsForm form = form_of(prep.working_record);
-    // The units, once they are shown, bring their threshold with them, but only where one is added.
+    // Showing the units also sets their default threshold, but only for a simulation that is added.
     if (prep.SimOptions_Mode == SimOptionsMode::Add && form.threshold.empty())
         form.threshold = unit_texts(form.units).default_threshold;
     return form;
@@ -373,8 +372,8 @@ bool accept_sim_options(const PrepContext& context, BasinDatabase& database, Sim
     }
     write_cells_up_to_units(*row, form, *period);
     mark_input_changed(basin);
-    // A row that was grown stays where the user has second thoughts about the units; it is meant so.
-    if (!units_settled(context, *row)) return false;
+    // Intended: a new row stays in the grid even if the user answers No to the units.
+    if (!units_confirmed(context, *row)) return false;
     write_other_cells(*row, form);
     prep.working_record.first_values = first_values_of(form);
     try {

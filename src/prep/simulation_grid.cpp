@@ -20,12 +20,12 @@ constexpr CivilDate k_emptied_end{1980, 12, 31};
 
 bool is_blank(std::string_view text) { return trimmed(text).empty(); }
 
-bool may_be_run(const Simulation& simulation) {
+bool has_run_period(const Simulation& simulation) {
     if (!simulation.start || !simulation.end) return false;
     return is_run_period(*simulation.start, *simulation.end);
 }
 
-bool take_integer(std::optional<std::int16_t>& cell, std::string_view text) {
+bool parse_integer(std::optional<std::int16_t>& cell, std::string_view text) {
     if (is_blank(text)) return cell.reset(), true;
     const auto number = exact_number(text);
     if (!number || *number != std::floor(*number)) return false;
@@ -34,7 +34,7 @@ bool take_integer(std::optional<std::int16_t>& cell, std::string_view text) {
     return integer.has_value();
 }
 
-bool take_single(std::optional<float>& cell, std::string_view text) {
+bool parse_single(std::optional<float>& cell, std::string_view text) {
     if (is_blank(text)) return cell.reset(), true;
     const auto number = exact_number(text);
     if (!number || std::isinf(static_cast<float>(*number))) return false;
@@ -42,20 +42,20 @@ bool take_single(std::optional<float>& cell, std::string_view text) {
     return true;
 }
 
-bool take_double(std::optional<double>& cell, std::string_view text) {
+bool parse_double(std::optional<double>& cell, std::string_view text) {
     if (is_blank(text)) return cell.reset(), true;
     const auto number = exact_number(text);
     if (number) cell = number;
     return number.has_value();
 }
 
-bool take_date(std::optional<DayCount>& cell, std::string_view text, const CivilDate& emptied) {
+bool parse_date(std::optional<DayCount>& cell, std::string_view text, const CivilDate& emptied) {
     const auto date = is_blank(text) ? day_count(emptied) : read_date(text);
     if (date) cell = date;
     return date.has_value();
 }
 
-/// The number of a list's item; nothing for a text that is neither an item nor a number of one.
+/// The number of a list's item; nothing for a text that is neither an item nor the number of one.
 std::optional<std::int16_t> list_number(int column, std::string_view text) {
     const auto items = simulation_list(column);
     for (std::size_t item = 0; item < items.size(); ++item) {
@@ -66,37 +66,37 @@ std::optional<std::int16_t> list_number(int column, std::string_view text) {
 }
 
 template <typename Choice>
-bool take_choice(std::optional<Choice>& cell, int column, std::string_view text) {
+bool parse_choice(std::optional<Choice>& cell, int column, std::string_view text) {
     if (is_blank(text)) return cell.reset(), true;
     const auto number = list_number(column, text);
     if (number) cell = static_cast<Choice>(*number);
     return number.has_value();
 }
 
-bool take_comments(std::optional<std::string>& cell, std::string_view text) {
+bool set_comments(std::optional<std::string>& cell, std::string_view text) {
     cell.reset();
     if (!text.empty()) cell = std::string{text};
     return true;
 }
 
-bool take_text(Simulation& row, int column, std::string_view text) {
+bool set_cell(Simulation& row, int column, std::string_view text) {
     switch (column) {
-        case 2: return take_integer(row.run_number, text);
-        case 3: return take_date(row.start, text, k_emptied_start);
-        case 4: return take_date(row.end, text, k_emptied_end);
-        case 5: return take_choice(row.units, column, text);
-        case 6: return take_choice(row.temperature_values, column, text);
-        case 7: return take_choice(row.temperature, column, text);
-        case 8: return take_choice(row.precipitation, column, text);
-        case 9: return take_choice(row.lapse_rate, column, text);
-        case 10: return take_choice(row.runoff_coefficients, column, text);
-        case 11: return take_choice(row.critical_temperature, column, text);
-        case 12: return take_choice(row.recession, column, text);
-        case 13: return take_single(row.initial_runoff, text);
-        case 14: return take_single(row.precipitation_threshold, text);
-        case 15: return take_double(row.initial_x, text);
-        case 16: return take_double(row.initial_y, text);
-        case 17: return take_comments(row.comments, text);
+        case 2: return parse_integer(row.run_number, text);
+        case 3: return parse_date(row.start, text, k_emptied_start);
+        case 4: return parse_date(row.end, text, k_emptied_end);
+        case 5: return parse_choice(row.units, column, text);
+        case 6: return parse_choice(row.temperature_values, column, text);
+        case 7: return parse_choice(row.temperature, column, text);
+        case 8: return parse_choice(row.precipitation, column, text);
+        case 9: return parse_choice(row.lapse_rate, column, text);
+        case 10: return parse_choice(row.runoff_coefficients, column, text);
+        case 11: return parse_choice(row.critical_temperature, column, text);
+        case 12: return parse_choice(row.recession, column, text);
+        case 13: return parse_single(row.initial_runoff, text);
+        case 14: return parse_single(row.precipitation_threshold, text);
+        case 15: return parse_double(row.initial_x, text);
+        case 16: return parse_double(row.initial_y, text);
+        case 17: return set_comments(row.comments, text);
         default: return false;
     }
 }
@@ -105,12 +105,12 @@ bool same_cell(const Simulation& a, const Simulation& b, int column) {
     return a.value(column) == b.value(column) && a.text(column) == b.text(column);
 }
 
-/// The current simulation follows its row. A date that makes no period is kept from it, so that leaving the
-/// cell can give back the one before; the first row is unchecked there, and here.
-void follow_date(BasinState& basin, std::size_t row, int column, bool emptied) {
+/// Copies an edited date to the current simulation. A date that makes no valid period is not copied, so that
+/// leaving the cell can restore the old date; the first row is checked neither there nor here.
+void copy_date_to_current(BasinState& basin, std::size_t row, int column, bool emptied) {
     if (basin.current_row != row) return;
     const Simulation& simulation = basin.simulations[row];
-    if (row > 0 && !emptied && !may_be_run(simulation)) return;
+    if (row > 0 && !emptied && !has_run_period(simulation)) return;
     if (column == 3) basin.Current_Start = simulation.start;
     if (column == 4) basin.Current_End = simulation.end;
 }
@@ -138,10 +138,10 @@ bool edit_simulation_cell(const PrepContext& context, std::size_t row, int colum
     BasinState& basin = context.basin;
     Simulation& simulation = basin.simulations.at(row);
     const Simulation before = simulation;
-    if (!take_text(simulation, column, text)) return false;
-    if (column == 3 || column == 4) follow_date(basin, row, column, is_blank(text));
+    if (!set_cell(simulation, column, text)) return false;
+    if (column == 3 || column == 4) copy_date_to_current(basin, row, column, is_blank(text));
     if (same_cell(before, simulation, column)) return true;
-    // An emptied cell stands for Metric, too; it is meant so.
+    // Intended: an emptied cell counts as Metric, too.
     if (column == 5) basin.Units_Code = simulation.units == Units::English ? Units::English : Units::Metric;
     mark_input_changed(basin);
     return true;
@@ -165,12 +165,13 @@ std::string simulation_cell_refusal(int column, std::string_view text) {
 
 std::optional<Message> left_simulation_cell_problem(const BasinState& basin, std::size_t row, int column) {
     const Simulation& simulation = basin.simulations.at(row);
-    // The first row is left unchecked; it is meant so.
+    // Intended: the first row is not checked.
     if ((column == 3 || column == 4) && row > 0) {
-        if (!simulation.start || !simulation.end || may_be_run(simulation)) return std::nullopt;
+        if (!simulation.start || !simulation.end || has_run_period(simulation)) return std::nullopt;
         return Message{.text = "Date range error!  ", .icon = Icon::Stop};
     }
-    // Only leaving column 7 asks: Max/Min chosen in column 6 later goes unseen until then. It is meant so.
+    // Intended: only leaving column 7 checks this. Max/Min chosen in column 6 afterwards is not
+    // noticed until then.
     if (column == 7 && simulation.temperature_values == 1 && simulation.temperature == Distribution::ByZone) {
         return Message{.text = "Max/min temperatures cannot currently be entered for each zone",
                        .title = "Max/min temperature problem"};

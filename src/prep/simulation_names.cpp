@@ -12,15 +12,15 @@ constexpr std::string_view k_refused_characters = ".![]`";
 constexpr std::string_view k_store_prefix = "sqlite_";
 constexpr const char* k_reserved = "This name is reserved for system use, please re-enter";
 
-/// Why a name can't be given in this basin. The tables that the program makes itself, at a run and with the
-/// monthly averages, keep their names free even while they are not there.
+/// Why a name can't be used in this basin. The names of tables that the program itself creates, for a run and
+/// for the monthly averages, are reserved even while these do not exist.
 std::optional<std::string> name_problem_in(BasinDatabase& database, const std::string& name) {
     if (auto problem = simulation_name_problem(name)) return problem;
     if (is_fixed_table(name) && !database.has_table(name)) return k_reserved;
     return std::nullopt;
 }
 
-/// Asks until the answer can be a name; nothing for an empty answer.
+/// Asks until the answer is a valid name; nothing for an empty answer.
 std::optional<std::string> ask_name(BasinDatabase& database, Dialogs& dialogs, const std::string& title,
                                     const std::string& proposed) {
     InputBox box{
@@ -35,15 +35,15 @@ std::optional<std::string> ask_name(BasinDatabase& database, Dialogs& dialogs, c
     }
 }
 
-/// Whether the table of that name made way.
+/// Asks about an existing table of that name and deletes it after a Yes. @return whether it was deleted
 bool overwrite_confirmed(BasinDatabase& database, Dialogs& dialogs, const std::string& name,
                          Message question) {
     question.text = "The current database already contains a simulation named '" + name + " '.  Overwrite?";
     if (dialogs.message(question) != Answer::Yes) return false;
     if (is_fixed_table(name) || is_scenario(database, name)) {
         dialogs.stop("'" + name +
-                         "' is the name of a table that the basin needs, or of a climate scenario. It stays "
-                         "as it is. Choose another name.",
+                         "' is the name of a table that the basin needs, or of a climate scenario. "
+                         "It was not changed. Choose another name.",
                      question.title);
         return false;
     }

@@ -10,25 +10,26 @@
 
 namespace nivora {
 
-/// Why a name can't be given to a simulation, as the prompt that asks for another; nothing where it can.
-/// Refused are the characters . ! [ ] `, text that is not UTF-8, and names that the store keeps for itself.
+/// Why a name can't be given to a simulation, as the prompt that asks for another; nothing if it can. Refused
+/// are the characters . ! [ ] `, text that is not UTF-8, and names that the store reserves.
 [[nodiscard]] std::optional<std::string> simulation_name_problem(std::string_view name);
 
-/// Asks for the name of a new simulation and makes its empty parameter table.
+/// Asks for the name of a new simulation and creates its empty parameter table.
 ///
-/// A name that the program keeps for a table of its own that is not there yet is refused, too. A name that a
-/// table bears already may be taken over after a question, which deletes that table. The tables
-/// of the basin itself and those of scenarios are never deleted: there a Yes is told so and acts as a No.
+/// A name that the program reserves for a table of its own is refused, too, even if that table does not
+/// exist yet. The name of an existing table may be reused after a question, which deletes that table. The
+/// tables of the basin itself and those of scenarios are never deleted: there a Yes only shows a message and
+/// acts as a No.
 ///
 /// @param proposed the name that the import offers; empty for a simulation that is added by hand
-/// @return the name without blanks at its ends; nothing where the user gave none or kept the table
+/// @return the name without blanks at its ends; nothing if the user gave none or kept the table
 /// @throws StoreError
 [[nodiscard]] std::optional<std::string> Add_Simulation_Name(BasinDatabase& database, Dialogs& dialogs,
                                                              const std::string& proposed);
 
 /// Asks for a name and gives it to the results table, by the rules of a simulation's name.
 ///
-/// @return the name; nothing where the user gave none or kept the table that bears it
+/// @return the name; nothing if the user gave none or kept the table of that name
 /// @throws StoreError
 [[nodiscard]] std::optional<std::string> Name_Results_Table(BasinDatabase& database, Dialogs& dialogs);
 

@@ -27,7 +27,7 @@ void store_boxes(BasinDatabase& database, const BasinState& basin);
 /// zero.
 void store_zones(BasinDatabase& database, const BasinState& basin);
 
-/// Writes the simulation grid. Its X and Y cells do not reach the file; it is meant so.
+/// Writes the simulation grid. Intended: its X and Y cells are not written.
 void store_simulations(BasinDatabase& database, const BasinState& basin);
 
 /// Writes boxes and zones, where the basin has zones already.

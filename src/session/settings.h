@@ -23,8 +23,8 @@ inline constexpr std::size_t k_kept_windows = 14;
 struct Settings {
     bool show_splash = true;
     PageSetup page;
-    /// A spare item of the page: written under one name and read under another, so that it never comes back.
-    /// It is meant.
+    /// A spare item of the page. Intended: written under one name and read under another, so that a saved
+    /// value is never read back.
     std::string extra;
     std::optional<std::int32_t> quick_help_fore;  ///< red in the lowest byte
     std::optional<std::int32_t> quick_help_back;

@@ -320,7 +320,7 @@ void frmNVR::box_left(std::size_t box) {
         return;
     }
     if (is_checked_number(static_cast<BasinBox>(box)) && !text.trimmed().isEmpty()) {
-        // A number that is left counts as given, whether or not it was changed; it is meant so.
+        // Intended: a number counts as entered when its box is left, whether or not it was changed.
         mark_input_changed(session().basin);
         refresh_results();
     }

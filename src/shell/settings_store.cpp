@@ -63,7 +63,7 @@ Settings Load_Settings(QSettings& store) {
     settings.page.orientation = number(store, startup("mOrient:")).value_or(0);
     settings.page.paper = from_qt(store.value(startup("mPaper:")).toString());
     settings.page.unit = from_qt(store.value(startup("mUnit:")).toString());
-    // Written under another name, so that it never comes back; it is meant so.
+    // Intended: written under another name, so that it is never read back.
     settings.extra = from_qt(store.value(startup("Extra2:")).toString());
     settings.quick_help_fore = number(store, startup("QHelpFor:"));
     settings.quick_help_back = number(store, startup("QHelpBak:"));

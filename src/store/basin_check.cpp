@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Texts of a column; the first fault of reading it goes on.
+/// Texts of a column; the first read error is passed on.
 std::vector<std::string> texts(BasinDatabase& database, const std::string& query) {
     return guarded([&] {
         SQLite::Statement rows{database.sql(), query};
@@ -50,14 +50,13 @@ bool lists(const std::vector<std::string>& names, std::string_view name) {
                        [&](const std::string& listed) { return same_name(listed, name); });
 }
 
-/// The layout of the averages before their fields were put in order, which is brought up to date when the
-/// desktop program opens the file.
+/// Whether the averages have their old layout, which the desktop program updates when it opens the file.
 bool is_outdated_averages(const TableSchema& table, const std::vector<Field>& fields) {
     return same_name(table.name, k_basin_averages) && !fields.empty() &&
            !same_name(fields.front().name, "Zone");
 }
 
-/// What of a table's fields is not as it has to be; empty where all are.
+/// How a table's fields differ from its schema; empty if they do not.
 std::string field_problem(const TableSchema& table, const std::vector<Field>& fields) {
     if (is_outdated_averages(table, fields)) return {};
     if (fields.size() < table.fields.size())
@@ -88,14 +87,13 @@ void check_presence(BasinDatabase& database, std::vector<BasinDamage>& damage) {
     }
 }
 
-/// Where each table and index begins: inside the file, and in a place of its own.
+/// Checks that each table and index begins inside the file and on a page of its own.
 void check_places(BasinDatabase& database, std::vector<BasinDamage>& damage) {
     guarded([&] {
         const int pages = database.sql().execAndGet("PRAGMA page_count").getInt();
-        SQLite::Statement entries{
-            database.sql(),
-            "SELECT rootpage, tbl_name, name FROM sqlite_schema WHERE type IN ('table', "
-            "'index') ORDER BY rowid"};
+        SQLite::Statement entries{database.sql(),
+                                  "SELECT rootpage, tbl_name, name FROM sqlite_schema "
+                                  "WHERE type IN ('table', 'index') ORDER BY rowid"};
         std::map<int, std::string> taken;
         while (entries.executeStep()) {
             const int place = entries.getColumn(0).getInt();
@@ -120,7 +118,7 @@ bool has_index(BasinDatabase& database, const std::string& name) {
                 .empty();
 }
 
-/// The verdict of the database engine in the words of a clause; empty where it finds nothing.
+/// The verdict of the database engine as a clause; empty if it finds nothing.
 std::string verdict(BasinDatabase& database, const std::string& check) {
     std::string all;
     for (std::string text : texts(database, "PRAGMA " + check)) {
@@ -133,7 +131,7 @@ std::string verdict(BasinDatabase& database, const std::string& check) {
     return all;
 }
 
-/// The same, where a fault that ends the check is what it finds.
+/// The same; an error that ends the check is the verdict.
 std::string verdict_or_fault(BasinDatabase& database, const std::string& check) {
     try {
         return verdict(database, check);
@@ -143,13 +141,13 @@ std::string verdict_or_fault(BasinDatabase& database, const std::string& check) 
     }
 }
 
-/// The engine's check takes a table's name that begins with a number, such as 1996, for a limit.
-bool is_taken_for_a_limit(const std::string& table) {
+/// The engine's check mistakes a table name that begins with a number, such as 1996, for a limit.
+bool reads_as_limit(const std::string& table) {
     const std::size_t at = table.find_first_of("+-") == 0 ? 1 : 0;
     return at < table.size() && table[at] >= '0' && table[at] <= '9';
 }
 
-/// Reads a table row by row, and looks each row up in its index; empty where all is well.
+/// Reads a table row by row, and looks up each row in its index; empty if all is well.
 std::string walked_verdict(BasinDatabase& database, const std::string& table) {
     const std::string name = quoted_name(table);
     const std::string key = quoted_name(table + ".key");
@@ -178,9 +176,9 @@ std::string walked_verdict(BasinDatabase& database, const std::string& table) {
     });
 }
 
-/// What the check of one table finds; empty where it finds nothing.
+/// What the check of one table finds; empty if it finds nothing.
 std::string table_verdict(BasinDatabase& database, const std::string& table) {
-    if (!is_taken_for_a_limit(table))
+    if (!reads_as_limit(table))
         return verdict_or_fault(database, fmt::format("integrity_check({})", quoted_text(table)));
     try {
         return walked_verdict(database, table);
@@ -199,7 +197,7 @@ void check_definition(BasinDatabase& database, std::vector<BasinDamage>& damage)
     }
 }
 
-/// What is declared in another way than it has to be.
+/// Declarations that differ from the tables of a basin.
 std::vector<BasinDamage> declaration_damage(BasinDatabase& database) {
     std::vector<BasinDamage> damage;
     try {

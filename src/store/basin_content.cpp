@@ -36,7 +36,7 @@ public:
 private:
     void add(const std::string& table, const std::string& what) { damage_.push_back({table, what}); }
 
-    /// Adds what a query finds: its text once, with the number of all finds where there are more.
+    /// Adds the first find of a query, with the number of finds if there are more.
     void add_found(const std::string& table, const std::string& from_where, const std::string& text);
     void check_values(const TableSchema& table, const std::string& name);
     void check_ranges(const std::string& table, std::span<const FieldRange> ranges);
@@ -75,7 +75,7 @@ void ContentCheck::add_found(const std::string& table, const std::string& from_w
     add(table, finds == 1 ? place : fmt::format("{} (and {} more)", place, finds - 1));
 }
 
-/// The condition in SQL for a value of another kind than its field, or a number that it can't hold.
+/// The SQL condition for a value whose type differs from its field's, or a number that the field can't hold.
 std::string wrong_value(const Field& field) {
     const std::string column = quoted_name(field.name);
     const std::string text = fmt::format("typeof({}) IN ('text', 'blob')", column);
@@ -101,7 +101,7 @@ void ContentCheck::check_values(const TableSchema& table, const std::string& nam
     const std::string from = quoted_name(name);
     std::string any;
     for (const Field& field : table.fields) any += (any.empty() ? "" : " OR ") + wrong_value(field);
-    if (count(from + " WHERE " + any) == 0) return;  // one walk through a table that is as it has to be
+    if (count(from + " WHERE " + any) == 0) return;  // a sound table is read only once
     for (const Field& field : table.fields) {
         add_found(name, from + " WHERE " + wrong_value(field),
                   fmt::format("'row ' || rowid || ': {} holds ' || quote({}) || ', which is not a valid {}'",
@@ -118,7 +118,7 @@ void ContentCheck::check_ranges(const std::string& table, std::span<const FieldR
     }
 }
 
-/// One row for each zone on each day that the table has at all.
+/// Checks that each zone has one row on each day of the table.
 void ContentCheck::check_keys(const std::string& table) {
     const std::string from = quoted_name(table);
     add_found(
@@ -189,12 +189,12 @@ void ContentCheck::check_period(const Simulation& simulation, const std::string&
 }
 
 void ContentCheck::check_simulation(const Simulation& simulation) {
-    const std::string said = fmt::format("the simulation '{}' ", simulation.name);
+    const std::string subject = fmt::format("the simulation '{}' ", simulation.name);
     if (simulation.name.empty()) return add(k_simulation_index, "a simulation has no name");
     if (!simulation.start || !simulation.end || *simulation.start > *simulation.end)
-        return add(k_simulation_index, said + "has no period");
+        return add(k_simulation_index, subject + "has no period");
     const auto table = database_.stored_name(simulation.name);
-    if (!table) return add(k_simulation_index, said + "has no parameter table");
+    if (!table) return add(k_simulation_index, subject + "has no parameter table");
     check_values(parameter_table(*table), *table);
     check_ranges(*table, k_parameter_ranges);
     check_keys(*table);

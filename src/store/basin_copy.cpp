@@ -23,7 +23,7 @@ fs::path journal_of(const fs::path& database) {
 }
 
 void remove_quietly(const fs::path& path) {
-    std::error_code ignored;  // the fault that led here is what the caller has to hear of
+    std::error_code ignored;  // the caller has to see the original error
     fs::remove(path, ignored);
 }
 
@@ -41,8 +41,8 @@ void remove_quietly(const fs::path& path) {
 /// What to do about a working file that another program holds.
 constexpr const char* k_try_again = "try again";
 
-/// Undoes an interrupted change of a file that is about to be read past the database engine.
-void settle_journal(const fs::path& file) {
+/// Rolls back an interrupted change of a file that is about to be read without the database engine.
+void roll_back_journal(const fs::path& file) {
     const fs::path journal = journal_of(file);
     if (!fs::exists(journal)) return;
     try {
@@ -50,16 +50,16 @@ void settle_journal(const fs::path& file) {
         static_cast<void>(database.table_names());
     } catch (const StoreError& error) {
         if (error.fault() == StoreFault::Busy) refuse_busy(file, k_try_again);
-        // The file is no basin, so that the journal holds nothing of ours.
+        // The file is not a basin, so the journal is not ours.
     }
     remove_quietly(journal);
 }
 
-/// Keeps every other program from writing into a basin that is about to be replaced; those that read go on
-/// with the old file. Undoes the change of a program that was killed: its journal would be played back into
-/// whatever bears the file's name next.
+/// Keeps every other program from writing into a basin that is about to be replaced; readers continue with
+/// the old file. Rolls back the change of a killed program: its journal would otherwise be played back into
+/// the next file of that name.
 ///
-/// @return null for a file that is no basin, or a damaged one, in which no program can work
+/// @return null for a file that is not a basin, or a damaged one, which no program can use
 std::unique_ptr<BasinDatabase> keep_writers_out(const fs::path& target, std::chrono::milliseconds wait,
                                                 const char* advice) {
     constexpr int k_attempts = 5;
@@ -77,17 +77,17 @@ std::unique_ptr<BasinDatabase> keep_writers_out(const fs::path& target, std::chr
     refuse_busy(target, advice);
 }
 
-/// Gives a finished part the name of a file that other programs are kept out of.
-void take_place(const fs::path& part, const fs::path& target, std::unique_ptr<BasinDatabase> held) {
+/// Renames a finished part to a file that other programs are kept out of.
+void replace_target(const fs::path& part, const fs::path& target, std::unique_ptr<BasinDatabase> held) {
     remove_quietly(journal_of(target));
 #ifdef _WIN32
-    held.reset();  // the system does not replace a file that is open
+    held.reset();  // the system does not replace an open file
 #endif
     move_into_place(part, target);
-    held.reset();  // only now may others write, who find that the file has moved
+    held.reset();  // now others may write; they detect that the file was replaced
 }
 
-/// Copies a source that was checked: what fails now, unless somebody works in the source, is the writing.
+/// Copies a checked source: an error here is a write error, unless another program is using the source.
 void copy_checked(BasinDatabase& source, bool without_results, const fs::path& part,
                   const fs::path& work_file) {
     try {
@@ -107,14 +107,14 @@ void copy_checked(BasinDatabase& source, bool without_results, const fs::path& p
     }
 }
 
-/// What came of a user's file.
+/// How much of a user's file was copied.
 enum class Copied {
     Whole,
     WithoutResults,  ///< which are damaged
-    Nothing          ///< an interrupted change has to be undone first
+    Nothing          ///< an interrupted change has to be rolled back first
 };
 
-/// Reads the user's file through the database engine, as it is at one moment.
+/// Copies the user's file through the database engine, in one consistent state.
 Copied back_up(const fs::path& user_file, const fs::path& part, const fs::path& work_file) {
     BasinDatabase source{user_file, Access::ReadOnly};
     const bool interrupted = fs::exists(journal_of(user_file));
@@ -130,7 +130,7 @@ Copied back_up(const fs::path& user_file, const fs::path& part, const fs::path& 
     }
 }
 
-/// Copies a file together with the journal of its interrupted change, and undoes the change in the copy.
+/// Copies a file together with the journal of its interrupted change, and rolls back the change in the copy.
 Copied copy_interrupted(const fs::path& user_file, const fs::path& part, const fs::path& work_file) {
     remove_quietly(part);
     copy_file_checked(user_file, part, work_file);
@@ -141,8 +141,8 @@ Copied copy_interrupted(const fs::path& user_file, const fs::path& part, const f
     return Copied::WithoutResults;
 }
 
-/// Runs a piece of file work; a path that can't be reached, such as one whose name is too long or whose
-/// folder is closed, ends in a reason for the user.
+/// Runs a file operation; a path that can't be reached, for example because its name is too long or its
+/// folder is not accessible, becomes a FileError with the reason.
 template <typename Work>
 void reaching_files(Work&& work) {
     try {
@@ -153,7 +153,7 @@ void reaching_files(Work&& work) {
     }
 }
 
-/// Gives a part the mode of the file whose place it takes.
+/// Gives a part the mode of the file that it replaces.
 void keep_mode(const fs::path& target, const fs::path& part) {
     if (!fs::exists(target)) return;
     std::error_code error;
@@ -164,7 +164,7 @@ void keep_mode(const fs::path& target, const fs::path& part) {
     }
 }
 
-/// Where a link leads to, so that the link stays.
+/// The target of a link, so that the link stays.
 fs::path real_file(const fs::path& file) {
     return fs::is_symlink(fs::symlink_status(file)) ? fs::weakly_canonical(file) : file;
 }
@@ -178,8 +178,8 @@ PartFile::~PartFile() {
     remove_quietly(path_);
 }
 
-void give_new_name(const fs::path& finished, const fs::path& target) {
-    // Without its basin a journal belongs to nothing, and would be played back into the new one.
+void move_basin_to_new_name(const fs::path& finished, const fs::path& target) {
+    // A journal without its basin would be played back into the new basin.
     std::error_code unknown;  // a name that can't even be looked up is refused by the move
     if (!fs::exists(fs::symlink_status(target, unknown))) remove_quietly(journal_of(target));
     move_to_new_name(finished, target);
@@ -194,7 +194,7 @@ bool copy_into_work_file(const fs::path& user_file, const fs::path& work_file) {
         const PartFile part{work_file};
         copied = back_up(user_file, part.path(), work_file);
         if (copied == Copied::Nothing) copied = copy_interrupted(user_file, part.path(), work_file);
-        take_place(part.path(), work_file, keep_writers_out(work_file, k_busy_wait, k_try_again));
+        replace_target(part.path(), work_file, keep_writers_out(work_file, k_busy_wait, k_try_again));
     });
     return copied == Copied::WithoutResults;
 }
@@ -204,14 +204,14 @@ void copy_over_user_file(const fs::path& work_file, const fs::path& user_file) {
         const fs::path target = real_file(user_file);
         remove_leftovers(target);
         refuse_unwritable(target);
-        settle_journal(work_file);
-        // No wait: what another program brings to its end meanwhile would be replaced unseen.
+        roll_back_journal(work_file);
+        // No wait: a change that another program completes meanwhile would be overwritten unseen.
         auto held =
             keep_writers_out(target, std::chrono::milliseconds{0}, "save again, or save under another name");
         const PartFile part{target};
         copy_file_checked(work_file, part.path(), target);
         keep_mode(target, part.path());
-        take_place(part.path(), target, std::move(held));
+        replace_target(part.path(), target, std::move(held));
     });
 }
 

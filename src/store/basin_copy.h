@@ -1,5 +1,5 @@
-// Copies of whole basin files: of a user's file into the working file, and of the working file over a user's
-// file.
+// Copies of whole basin files: of a user's file into the working file, and of the working file over
+// a user's file.
 #pragma once
 
 #include "store/store_error.h"
@@ -8,8 +8,8 @@
 
 namespace nivora {
 
-/// A basin that is made beside its name: removed at the end, with its journal, unless it was given the name.
-/// What killed programs left beside the target is removed.
+/// A basin that is written beside its target; removed at the end, with its journal, unless it was renamed to
+/// the target. Files that killed programs left beside the target are removed.
 class PartFile {
 public:
     explicit PartFile(const std::filesystem::path& target);
@@ -23,37 +23,36 @@ private:
     std::filesystem::path path_;
 };
 
-/// Gives a finished basin a name that no file has yet. A journal that was left under that name by a basin
-/// which is gone is removed.
+/// Renames a finished basin to a name that no file has yet. A journal that a deleted basin left under that
+/// name is removed.
 /// @throws FileError, with the finished file removed
-void give_new_name(const std::filesystem::path& finished, const std::filesystem::path& target);
+void move_basin_to_new_name(const std::filesystem::path& finished, const std::filesystem::path& target);
 
-/// Brings a user's basin file into the working file.
+/// Copies a user's basin file into the working file.
 ///
-/// Goes through the database engine, so that a journal which another program left beside the file counts. The
-/// user's file is opened for reading alone and every page of it is checked first; the working file is
-/// replaced in one step, so that a refused file leaves it as it was. Leftovers of killed copies beside either
-/// file are removed.
+/// Reads through the database engine, so that a journal that another program left beside the file is
+/// applied. The user's file is opened read-only and every page is checked first; the working file is
+/// replaced in one step, so that a refused file leaves it unchanged. Leftovers of killed copies beside
+/// either file are removed.
 ///
 /// @return whether the results were left out, because they are damaged and nothing else is
-/// @throws StoreError with what is wrong with the user's file, FileError where the working file can't be
-/// written
+/// @throws StoreError with what is wrong with the user's file, FileError if the working file can't be written
 bool copy_into_work_file(const std::filesystem::path& user_file, const std::filesystem::path& work_file);
 
-/// Brings the working file over a user's file, which is afterwards whole: as it was, or new.
+/// Replaces a user's file by the working file; the user's file is always complete, old or new.
 ///
 /// The copy is written beside the user's file, flushed, checked for its size and renamed; the folder is
 /// flushed. The mode of a file that is replaced is kept, and a link stays a link. Leftovers of copies that
 /// were killed are removed. No other program can write into a basin while it is replaced.
 ///
-/// @throws FileError, with the user's file unchanged: another program is writing into it, the file may not be
-/// written, the disk is full ...
+/// @throws FileError, with the user's file unchanged, for example if another program is writing into it, it
+/// is not writable, or the disk is full
 void copy_over_user_file(const std::filesystem::path& work_file, const std::filesystem::path& user_file);
 
-/// Brings the blank template over the working file. @throws FileError, StoreError
+/// Replaces the working file by the blank template. @throws FileError, StoreError
 void copy_template(const std::filesystem::path& template_file, const std::filesystem::path& work_file);
 
-/// Removes what killed copies left beside a file.
+/// Removes the files that killed copies left beside a file.
 void clear_leftovers(const std::filesystem::path& target);
 
 }  // namespace nivora

@@ -1,6 +1,6 @@
-// What is saved and what is still valid of the open basin. These functions are the only ones that set the
-// marks `Basin_Changed`, `Input_Changed`, `Output_Valid` and those of outdated results; anything may read
-// them.
+// What is saved and what is still valid of the open basin. These functions are the only ones that set
+// the marks `Basin_Changed`, `Input_Changed`, `Output_Valid` and those of outdated results; anything
+// may read them.
 #pragma once
 
 #include "store/basin_store.h"
@@ -25,7 +25,7 @@ void mark_results_stored(BasinState& basin);
 /// A run or a climate step reached its end: its results belong to the present inputs.
 void mark_results_current(BasinState& basin);
 
-/// The model of climate step 1 has run, whatever came of it.
+/// The model of climate step 1 has run, whatever its outcome.
 void mark_evaluation_started(BasinState& basin);
 
 /// The basin is as its file has it.
@@ -41,7 +41,7 @@ void keep_results_outdated(BasinState& basin);
 /// A basin was read from its file: its results belong to no run of this session.
 void mark_opened(BasinState& basin);
 
-/// The marks of unsaved changes, to be set again if a command that was to lose them ends half-way.
+/// The marks of unsaved changes, to be restored if a command that would discard them ends half-way.
 struct UnsavedMarks {
     bool Basin_Changed = false;
     bool Input_Changed = false;

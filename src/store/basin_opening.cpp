@@ -24,16 +24,16 @@ fs::path journal_of(const fs::path& database) {
     return journal;
 }
 
-/// What the files beside a basin are worth does not hinder its opening.
+/// An error with the leftovers beside a basin does not prevent its opening.
 void clear_leftovers_quietly(const fs::path& file) {
     try {
         clear_leftovers(file);
     } catch (const FileError&) {
-        // A folder that can't be listed is told where the basin itself is opened.
+        // A folder that can't be listed is reported when the basin itself is opened.
     }
 }
 
-/// Runs the opening of a file, with a reason of the file system as the store's.
+/// Runs the opening of a file; an error of the file system becomes a StoreError.
 template <typename Work>
 auto as_store_error(Work&& work) {
     try {
@@ -54,7 +54,7 @@ auto as_store_error(Work&& work) {
                     path_text(file), std::chrono::duration_cast<std::chrono::seconds>(wait).count()));
 }
 
-/// Begins to read; false where the change of a program that was killed has to be undone first.
+/// Begins to read; false if the change of a killed program has to be rolled back first.
 bool begin_reading(BasinDatabase& database) {
     try {
         database.sql().exec("BEGIN");
@@ -68,7 +68,7 @@ bool begin_reading(BasinDatabase& database) {
     }
 }
 
-/// Plays the journal back in the file itself; false where that is not possible.
+/// Plays the journal back in the file itself; false if that is not possible.
 bool undo_in_place(const fs::path& file, milliseconds wait) {
     if (!may_be_written(file)) return false;
     try {
@@ -105,16 +105,16 @@ std::unique_ptr<BasinDatabase> open_alone(const fs::path& file, milliseconds wai
     clear_leftovers_quietly(file);
     for (int attempt = 0; attempt < k_attempts; ++attempt) {
         auto database = std::make_unique<BasinDatabase>(file, Access::ReadWrite, wait);
-        database->hold_alone();
+        database->lock_exclusively();
         // While this program waited, the other one may have put a new file in the place of this one.
         if (!database->has_moved()) return database;
     }
     refuse_busy(file, wait);
 }
 
-/// Refuses before the database engine says so in the middle of the work.
+/// Refuses the file at the start, before the database engine does so in the middle of the work.
 void refuse_unwritable_basin(const fs::path& file) {
-    std::error_code unknown;  // what is missing or no file is refused when it is opened
+    std::error_code unknown;  // a missing file or a folder is refused when it is opened
     if (!fs::is_regular_file(file, unknown) || may_be_written(file)) return;
     throw StoreError(
         StoreFault::ReadOnly,
@@ -150,7 +150,7 @@ PrivateFolder::PrivateFolder() {
 }
 
 PrivateFolder::~PrivateFolder() {
-    std::error_code ignored;  // a folder that stays behind hinders nobody
+    std::error_code ignored;  // a leftover folder does no harm
     fs::remove_all(path_, ignored);
 }
 

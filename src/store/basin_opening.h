@@ -1,5 +1,5 @@
-// Basin files as commands open them that work in the user's own file: alone, checked, and with the change of
-// a program that was killed undone.
+// Opens basin files for commands that work in the user's own file: exclusively, checked, and with the change
+// of a killed program rolled back.
 #pragma once
 
 #include "store/basin_check.h"
@@ -18,10 +18,10 @@ enum class Check {
     All      ///< every page
 };
 
-/// A folder that only this user can look into, gone with all that lies in it at the end.
+/// A temporary folder that only this user can read; removed with its content at the end.
 class PrivateFolder {
 public:
-    /// @throws FileError where none can be made
+    /// @throws FileError if it can't be created
     PrivateFolder();
     PrivateFolder(const PrivateFolder&) = delete;
     PrivateFolder& operator=(const PrivateFolder&) = delete;
@@ -33,7 +33,7 @@ private:
     std::filesystem::path path_;
 };
 
-/// A basin that is open for a command, until the end of this object.
+/// A basin that is open for a command, for the life of this object.
 class OpenBasin {
 public:
     [[nodiscard]] BasinDatabase& database() const { return *database_; }
@@ -51,30 +51,30 @@ private:
     bool damaged_results_ = false;
 };
 
-/// Opens a basin for reading, as it is at this moment: no other program changes it meanwhile.
+/// Opens a basin for reading in its present state: no other program changes it meanwhile.
 ///
-/// The change of a program that was killed is undone first: in the file where it may be written, otherwise in
+/// The change of a killed program is rolled back first: in the file if it is writable, otherwise in
 /// a private copy.
 ///
-/// @param wait for a program that is writing
+/// @param wait how long to wait for a program that is writing
 /// @throws StoreError with what is wrong with the file
 [[nodiscard]] OpenBasin open_to_read(const std::filesystem::path& file, std::chrono::milliseconds wait,
                                      Check check);
 
-/// Opens a basin for this program alone, with every page checked. @throws StoreError
+/// Opens a basin exclusively, with every page checked. @throws StoreError
 [[nodiscard]] OpenBasin open_to_write(const std::filesystem::path& file, std::chrono::milliseconds wait);
 
-/// The same for a run, which makes the results table anew: one of which only that table is damaged is
-/// accepted, and stays as it is until drop_damaged_results.
+/// The same for a run, which rebuilds the results table: a basin in which only that table is damaged is
+/// accepted, and is not changed until drop_damaged_results.
 [[nodiscard]] OpenBasin open_to_run(const std::filesystem::path& file, std::chrono::milliseconds wait);
 
-/// Replaces a basin with damaged results by one of its other tables, once nothing refuses the run any more.
-/// Another program may have changed the file before it is open again, so that it has to be read anew.
+/// Replaces a basin with damaged results by a copy of its other tables; for a run that has passed all its
+/// checks. Another program may change the file before it is open again, so the caller has to read it again.
 /// @throws StoreError
 void drop_damaged_results(OpenBasin& basin, std::chrono::milliseconds wait);
 
 /// Copies a basin and the journal of its interrupted change to a new place.
-/// @throws FileError; StoreError Busy where another program changed the file meanwhile
+/// @throws FileError; StoreError Busy if another program changed the file meanwhile
 void copy_with_journal(const std::filesystem::path& file, const std::filesystem::path& copy);
 
 }  // namespace nivora

@@ -49,13 +49,13 @@ bool has_two_of(const std::string& text, std::initializer_list<const char*> word
                          [&](const char* word) { return text.find(word) != std::string::npos; }) >= 2;
 }
 
-/// What a table is by its name or, for one that a user named, by the fields in the statement that made it.
+/// The schema of a table by its name or, if a user named it, by the fields in the statement that created it.
 std::optional<TableSchema> recognized(const StoredTable& table) {
     for (TableSchema& fixed : fixed_tables()) {
         if (same_name(fixed.name, table.name)) return std::move(fixed);
     }
     if (has_two_of(table.statement, {"LagTime", "LapseRate", "Xcoeff", "Ycoeff"}) &&
-        table.statement.find("DailyQ") == std::string::npos)  // which the results have beside them
+        table.statement.find("DailyQ") == std::string::npos)  // the results have these fields, too
         return parameter_table(table.name);
     if (has_two_of(table.statement, {"VarParm", "EditAction", "EditFactor"}))
         return scenario_table(table.name);
@@ -65,17 +65,17 @@ std::optional<TableSchema> recognized(const StoredTable& table) {
     return std::nullopt;
 }
 
-/// A damaged file that is read past what its declarations say.
+/// A damaged file that is read in spite of damaged declarations.
 class DamagedFile {
 public:
     explicit DamagedFile(const fs::path& copy) : path_(copy) {
-        // The journal is played back through the header, and may bring the header of before the change.
-        if (!mend_header(copy))
+        // The journal is played back through the header, and may restore the header from before the change.
+        if (!repair_header(copy))
             throw StoreError(StoreFault::NotADatabase, "The file is not a Nivora basin file.");
         undo_interrupted();
-        static_cast<void>(mend_header(copy));
+        static_cast<void>(repair_header(copy));
         tables_ = listed();
-        declare_anew();
+        restore_declarations();
     }
 
     [[nodiscard]] const std::vector<StoredTable>& tables() const { return tables_; }
@@ -87,14 +87,14 @@ private:
             BasinDatabase database{path_, Access::ReadWrite};
             static_cast<void>(database.table_names());
         } catch (const StoreError&) {
-            // What can't be opened has no change that could be undone.
+            // A file that can't be opened has no change to roll back.
         }
         fs::path journal = path_;
         journal += "-journal";
         fs::remove(journal);
     }
 
-    /// With the list of tables writable, the engine passes over the entries of it that are damaged.
+    /// With the list of tables writable, the engine skips its damaged entries.
     [[nodiscard]] SQLite::Database opened(int flags) const {
         return guarded([&] {
             SQLite::Database sql{path_text(path_), flags};
@@ -106,7 +106,7 @@ private:
             try {
                 sql.execAndGet("SELECT count(*) FROM sqlite_schema");
             } catch (const SQLite::Exception&) {
-                // The first statement tells that entries are damaged; those that follow work with the others.
+                // The first statement reports the damaged entries; the next ones work with the others.
             }
             return sql;
         });
@@ -127,14 +127,15 @@ private:
                 tables.push_back(std::move(table));
             }
         } catch (const SQLite::Exception&) {
-            // The list ends where it can't be read; the tables behind that place are told as missing.
+            // The list ends at the place that can't be read; the tables after that place are reported as
+            // missing.
         }
         return tables;
     }
 
-    /// Gives each table that was recognized the declaration that it has to have, so that flipped bits in
-    /// names and types don't count, and drops the entries of all else.
-    void declare_anew() {
+    /// Replaces the declaration of each recognized table by that of its schema, so that flipped bits in names
+    /// and types do no harm, and drops all other entries.
+    void restore_declarations() {
         try {
             SQLite::Database sql = opened(SQLite::OPEN_READWRITE);
             SQLite::Transaction transaction{sql};
@@ -153,7 +154,7 @@ private:
                 if (table.schema) table.name = table.schema->name;
             }
         } catch (const SQLite::Exception&) {
-            // The declarations stay as they are, and serve as far as they go.
+            // The declarations stay unchanged and are used as far as possible.
         }
     }
 
@@ -161,7 +162,7 @@ private:
     std::vector<StoredTable> tables_;
 };
 
-/// Why the rows at a table's place are not its own; empty where they are.
+/// Why the rows at a table's place are not its own; empty if they are.
 std::string place_problem(const fs::path& copy, const std::vector<StoredTable>& tables,
                           const StoredTable& table) {
     const auto fields = fields_of_first_row(copy, table.page);
@@ -219,7 +220,7 @@ bool lists(const std::vector<std::string>& names, std::string_view name) {
                        [&](const std::string& listed) { return same_name(listed, name); });
 }
 
-/// Gives tables back a name that a flipped bit changed.
+/// Restores table names that a flipped bit changed.
 class NameRestorer {
 public:
     NameRestorer(BasinDatabase& made, std::vector<SalvagedTable>& all)
@@ -234,7 +235,7 @@ public:
     }
 
 private:
-    /// Only a table that belongs to no other name, and only a name that fits no other table, can be told.
+    /// Renames a table only if exactly one free name fits it and that name fits no other table.
     void restore(const std::vector<std::string>& names, const std::string& first_field) {
         for (SalvagedTable& table : all_) {
             if (!nameless(table.name, first_field)) continue;
@@ -263,7 +264,7 @@ private:
 
     void rename(SalvagedTable& table, const std::string& name) {
         made_.execute(fmt::format("ALTER TABLE {} RENAME TO {}", quoted_name(table.name), quoted_name(name)));
-        if (has_daily_index(table.name)) {  // which keeps the name of before
+        if (has_daily_index(table.name)) {  // which keeps the old name
             made_.execute("DROP INDEX " + quoted_name(table.name + ".key"));
             made_.create_daily_index(name);
         }
@@ -283,7 +284,7 @@ private:
     std::vector<std::string> scenarios_;
 };
 
-/// Adds what the basin needs and what the damaged file did not yield.
+/// Adds the parts of a basin that the damaged file did not provide.
 void complete(BasinDatabase& made, std::vector<SalvagedTable>& all) {
     for (const TableSchema& table : template_tables()) {
         const bool known = std::any_of(all.begin(), all.end(),
@@ -302,7 +303,7 @@ std::vector<SalvagedTable> salvage_into(const fs::path& copy, const fs::path& pa
     DamagedFile damaged{copy};
     BasinDatabase::create_template(part);
     BasinDatabase made{part, Access::ReadWrite};
-    made.execute("PRAGMA synchronous = OFF");  // the file is brought to the disk before it gets its name
+    made.execute("PRAGMA synchronous = OFF");  // the file is flushed before it is renamed
     std::vector<SalvagedTable> all;
     made.in_transaction([&] {
         made.execute("DELETE FROM BasinDescription");
@@ -353,7 +354,7 @@ std::vector<Declaration> declarations(BasinDatabase& database, const char* type)
                     declaration.type, declaration.name));
 }
 
-/// Whether a statement begins as the engine stores those that make an entry of a type.
+/// Whether a statement begins like those that the engine stores for an entry of this type.
 bool makes_entry(const Declaration& declaration) {
     const auto begins = [&](std::string_view words) {
         return same_name(std::string_view{declaration.statement}.substr(0, words.size()), words);
@@ -371,8 +372,8 @@ std::int64_t entries_of(SQLite::Database& database, const Declaration& declarati
     return count.executeStep() ? count.getColumn(0).getInt64() : 0;
 }
 
-/// Makes an entry by the statement that the file holds, which anybody may have written there: it has to be
-/// one statement that makes this entry, and nothing may follow it.
+/// Creates an entry with the statement stored in the file, which is not trusted: it has to be a single
+/// statement that creates this entry.
 void make_as_stored(SQLite::Database& made, const Declaration& declaration) {
     if (!makes_entry(declaration)) refuse_declaration(declaration);
     sqlite3_stmt* prepared = nullptr;
@@ -393,7 +394,8 @@ bool same_fields(const std::vector<Field>& a, const std::vector<Field>& b) {
     });
 }
 
-/// A table of the basin by its own schema; one that a user added, or of an older layout, as it is stored.
+/// Creates a table of the basin from its schema, and one that a user added, or of an older layout, as
+/// it is stored.
 void make_table(BasinDatabase& database, SQLite::Database& made, const Declaration& declaration) {
     const auto known = known_table(database, declaration.name);
     if (known && same_fields(known->fields, database.table_fields(declaration.name))) {
@@ -418,7 +420,7 @@ std::vector<SalvagedTable> salvage_basin(const fs::path& damaged, const fs::path
     copy_with_journal(damaged, copy);
     const PartFile part{made};
     std::vector<SalvagedTable> tables = guarded([&] { return salvage_into(copy, part.path()); });
-    give_new_name(part.path(), made);
+    move_basin_to_new_name(part.path(), made);
     return tables;
 }
 

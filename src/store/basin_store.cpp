@@ -41,7 +41,7 @@ std::string basin_area_text(const std::vector<Zone>& zones) {
 void read_basin(BasinDatabase& database, BasinState& basin) {
     const BasinDescription header = read_basin_description(database);
     check_header(header);
-    // All is read before any of it is taken over, so that a refused file leaves the open basin as it was.
+    // Everything is read before the open basin changes, so that a refused file leaves it unchanged.
     auto zones = read_table<Zone>(database, template_table(k_zone_description));
     auto simulations = read_table<Simulation>(database, template_table(k_simulation_index));
     basin.basin_name = header.name.value_or("");

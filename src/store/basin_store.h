@@ -1,4 +1,4 @@
-// The open basin as the program holds it in memory, and its way out of a basin file.
+// The open basin in memory, and how it is read from a basin file.
 #pragma once
 
 #include "store/database.h"
@@ -14,13 +14,13 @@ namespace nivora {
 /// The most elevation zones that a basin may have.
 inline constexpr int k_most_zones = 16;
 
-/// The text of the basin area while there is none.
+/// The text of the basin area if there is none.
 inline constexpr const char* k_no_area = "--";
 /// The name shown while no simulation is selected.
 inline constexpr const char* k_no_simulation = "--";
 
-/// Everything of the open basin that lives as long as the program: where its files are, what is saved and
-/// still valid, the boxes of the basin definition as texts, the zone grid and the simulation grid as rows.
+/// The state of the open basin: where its files are, what is saved and still valid, the boxes of the basin
+/// definition as texts, the zone grid and the simulation grid as rows. Lives as long as the program.
 struct BasinState {
     std::filesystem::path App_Path;    ///< the program's folder
     std::filesystem::path Work_File;   ///< the working copy that every window reads and writes
@@ -33,14 +33,14 @@ struct BasinState {
 
     /// An input had changed since the last run when a save cleared `Input_Changed`.
     bool results_outdated = false;
-    /// Local date and time of the run that `SimResults` is of; nothing where it is of an earlier session.
+    /// Local date and time of the run that wrote `SimResults`; nothing if that was in an earlier session.
     std::optional<double> results_time;
 
-    /// The basin's own units, once fixed for good: those of its definition, its zones and its area, and what
-    /// its labels and limits say.
+    /// The basin's own units, fixed once: those of its definition, its zones, its area, and their
+    /// labels and limits.
     Units basin_units = Units::NotFixed;
-    /// The units of the current simulation, in which a run works and its results are told; those of the basin
-    /// until a simulation is selected.
+    /// The units of the current simulation, in which a run computes and its results are shown; those of the
+    /// basin until a simulation is selected.
     Units Units_Code = Units::NotFixed;
     int ZoneCount = 1;  ///< 1 to 16
 
@@ -60,7 +60,7 @@ struct BasinState {
     std::optional<DayCount> Current_Start;
     std::optional<DayCount> Current_End;
 
-    /// The row that is selected in the simulation grid; null where there is none.
+    /// The row that is selected in the simulation grid; null if there is none.
     [[nodiscard]] Simulation* current_simulation();
     [[nodiscard]] const Simulation* current_simulation() const;
 };
@@ -69,17 +69,17 @@ struct BasinState {
 /// digits of a Single. "--" while there are no zones.
 [[nodiscard]] std::string basin_area_text(const std::vector<Zone>& zones);
 
-/// Fills the basin's boxes and both grids from a basin file; selects no simulation and leaves paths and flags
-/// alone.
+/// Fills the basin's boxes and both grids from a basin file; selects no simulation and does not change
+/// paths and flags.
 void read_basin(BasinDatabase& database, BasinState& basin);
 
-/// Makes a row of the simulation grid the current one, as selecting it does.
+/// Makes a row of the simulation grid the current simulation.
 void select_simulation(BasinState& basin, std::size_t row);
 
-/// Whether a zone grid with areas is there, which a run needs.
+/// Whether there is a zone grid with areas, which a run needs.
 [[nodiscard]] bool has_area(const BasinState& basin);
 
-/// The row of a simulation by name, without regard to case; nothing where there is none.
+/// The row of a simulation by name, without regard to case; nothing if there is none.
 [[nodiscard]] std::optional<std::size_t> find_simulation(const BasinState& basin, std::string_view name);
 
 }  // namespace nivora

@@ -28,7 +28,7 @@ double DailyColumns::at(int zone, std::size_t field, DayCount day) const {
     return column(zone, field)[static_cast<std::size_t>(day - first_)];
 }
 
-void DailyColumns::take(int zone, DayCount day, std::span<const double> values) {
+void DailyColumns::store(int zone, DayCount day, std::span<const double> values) {
     if (zone < 1 || zone > zones_ || day < first_ || day > last_) return;
     has_rows_ = true;
     for (std::size_t field = 0; field < fields_; ++field) {
@@ -59,7 +59,7 @@ DailyColumns read_daily_columns(BasinDatabase& database, std::string_view table,
             for (std::size_t field = 0; field < values.size(); ++field) {
                 read_value(query, static_cast<int>(field) + 2, values[field]);
             }
-            columns.take(zone, day, values);
+            columns.store(zone, day, values);
         }
     });
     return columns;

@@ -34,8 +34,8 @@ std::int32_t big_endian_at(const std::array<char, k_header_size>& header, std::s
     return static_cast<std::int32_t>(value);
 }
 
-/// Looks at the file's first bytes alone: opening a foreign database, even to read it, could roll back its
-/// journal.
+/// Reads only the file's first bytes: opening a foreign database, even to read it, could roll
+/// back its journal.
 void check_identity(const fs::path& path) {
     std::error_code error;
     const fs::file_status status = fs::status(path, error);
@@ -43,7 +43,7 @@ void check_identity(const fs::path& path) {
     if (!fs::is_regular_file(status))
         refuse(StoreFault::NotADatabase, path, "is a folder, or not a regular file.");
     std::ifstream file{path, std::ios::binary};
-    if (!file) refuse(StoreFault::ReadOnly, path, "can't be opened: the permission to read it is missing.");
+    if (!file) refuse(StoreFault::ReadOnly, path, "can't be opened: you have no permission to read it.");
     std::array<char, k_header_size> header{};
     file.read(header.data(), header.size());
     constexpr std::string_view k_magic{"SQLite format 3\0", 16};
@@ -85,14 +85,14 @@ SQLite::Database opened(const fs::path& path, Access access, std::chrono::millis
         // The program has one thread, so that the engine's own locks would only cost time.
         const int flags = (access == Access::ReadOnly ? SQLite::OPEN_READONLY : SQLite::OPEN_READWRITE) |
                           SQLite::OPEN_NOMUTEX;
-        // A relative name that begins with "file:" would be taken for an address with options.
+        // A relative name that begins with "file:" would be read as an address with options.
         SQLite::Database sql{path_text(fs::absolute(path)), flags, static_cast<int>(wait.count())};
         open_defensively(sql);
         // Freed pages hold the user's own old results; wiping them would double the writing of a run.
         sql.exec("PRAGMA secure_delete = OFF");
         sql.exec("PRAGMA temp_store = MEMORY");
         if (access == Access::ReadWrite) {
-            // A second file must never carry data, whatever another tool set.
+            // No second file may ever hold data, whatever another tool has set.
             sql.execAndGet("PRAGMA journal_mode = DELETE");
         }
         return sql;
@@ -157,7 +157,7 @@ void open_defensively(SQLite::Database& sql) {
     sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
-    // The name of a field that a file does not have would otherwise be taken for a text and read as a value.
+    // The name of a field that a file does not have would otherwise be read as a text value.
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
     sqlite3_limit(handle, SQLITE_LIMIT_ATTACHED, 0);
@@ -192,7 +192,7 @@ bool is_basin_file(const fs::path& file) {
 BasinDatabase::BasinDatabase(const fs::path& path, Access access, std::chrono::milliseconds wait)
     : path_(path), sql_(opened(path, access, wait)) {}
 
-void BasinDatabase::hold_alone() {
+void BasinDatabase::lock_exclusively() {
     guarded([&] {
         sql_.execAndGet("PRAGMA locking_mode = EXCLUSIVE");
         sql_.exec("BEGIN EXCLUSIVE");
@@ -203,7 +203,7 @@ void BasinDatabase::hold_alone() {
 bool BasinDatabase::has_moved() {
     int moved = 0;
     const int answer = sqlite3_file_control(sql_.getHandle(), "main", SQLITE_FCNTL_HAS_MOVED, &moved);
-    return answer == SQLITE_OK && moved != 0;  // a file system that can't tell keeps its files in place
+    return answer == SQLITE_OK && moved != 0;  // not moved if the file system has no such test
 }
 
 void BasinDatabase::create_template(const fs::path& path) {
@@ -213,7 +213,7 @@ void BasinDatabase::create_template(const fs::path& path) {
     }
     const PartFile beside{path};
     write_template(beside.path());
-    give_new_name(beside.path(), path);
+    move_basin_to_new_name(beside.path(), path);
 }
 
 std::optional<std::string> BasinDatabase::stored_name(std::string_view table) {
@@ -275,7 +275,7 @@ void BasinDatabase::drop_table(std::string_view table) {
 
 void BasinDatabase::create_daily_index(std::string_view table) {
     const std::string name = existing_table(table);
-    // The point keeps the index clear of every name that a user may give to a table.
+    // The point keeps the index name distinct from every name that a user may give to a table.
     execute(fmt::format("CREATE INDEX {} ON {} (\"Zone\", \"Date\")", quoted_name(name + ".key"),
                         quoted_name(name)));
 }

@@ -28,24 +28,24 @@ inline constexpr std::chrono::milliseconds k_busy_wait{2000};
 
 /// An open basin file. Table names are compared without regard to case, in every script.
 ///
-/// Every call throws StoreError where the store refuses. SQL text may use two functions beside the engine's
+/// Every call throws StoreError if the store refuses it. SQL text may use two functions besides the engine's
 /// own: `single(x)`, x rounded to 32 bits (an error beyond the largest Single), and `month(date)`, 1 to 12.
 class BasinDatabase {
 public:
-    /// Opens a basin file. A file that is missing, foreign, newer or no database is refused before the
-    /// database engine sees it, so that it stays as it was to the last byte.
+    /// Opens a basin file. A file that is missing, foreign, newer or not a database is refused before the
+    /// database engine sees it, so that not a byte of it changes.
     BasinDatabase(const std::filesystem::path& path, Access access,
                   std::chrono::milliseconds wait = k_busy_wait);
 
-    /// Keeps every other program out of the file until the basin is closed, so that all that is read and
-    /// written in between is one work. Undoes the change of a program that was killed. Only for ReadWrite;
-    /// meanwhile no other BasinDatabase can open the file, and nothing else of this process may open and
-    /// close it, since the system drops the locks of a file with the first of its handles.
+    /// Keeps every other program out of the file until the basin is closed, so that all reads and writes in
+    /// between form one unit. Rolls back the change of a killed program. Only for ReadWrite; meanwhile no
+    /// other BasinDatabase can open the file, and nothing else of this process may open and close it, since
+    /// the system drops the locks of a file with the first of its handles.
     ///
-    /// @throws StoreError, Busy where another program did not let go of the file in time
-    void hold_alone();
+    /// @throws StoreError, Busy if another program did not release the file in time
+    void lock_exclusively();
 
-    /// Whether the name of the file belongs to another file by now, such as one that was saved over it.
+    /// Whether the file's name now belongs to another file, such as one that was saved over it.
     [[nodiscard]] bool has_moved();
 
     /// Writes the blank template: the five tables of a new basin, with one basin row that has the placeholder
@@ -55,10 +55,10 @@ public:
     [[nodiscard]] SQLite::Database& sql() { return sql_; }
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
-    /// The name under which a table is stored; nothing where there is none.
+    /// The name under which a table is stored; nothing if there is none.
     [[nodiscard]] std::optional<std::string> stored_name(std::string_view table);
     [[nodiscard]] bool has_table(std::string_view table);
-    /// The name under which a table is stored. @throws StoreError where there is none
+    /// The name under which a table is stored. @throws StoreError if there is none
     [[nodiscard]] std::string existing_table(std::string_view table);
     /// The names of all tables, in the order of their creation.
     [[nodiscard]] std::vector<std::string> table_names();
@@ -67,8 +67,7 @@ public:
 
     void create_table(const TableSchema& table);
     void drop_table(std::string_view table);
-    /// Declares the key of a daily table, which makes a year of a long record as quick to read as a short
-    /// record.
+    /// Creates the index of a daily table, so that a year of a long record is read as fast as a short record.
     void create_daily_index(std::string_view table);
     void execute(const std::string& statement);
 
@@ -82,8 +81,8 @@ private:
     SQLite::Database sql_;
 };
 
-/// Whether a file bears the marks of a basin, of this version or a later one. Only for a file that this
-/// process has not open.
+/// Whether a file has the marks of a basin, of this version or a later one. Only for a file that this process
+/// does not have open.
 [[nodiscard]] bool is_basin_file(const std::filesystem::path& file);
 
 /// Runs a piece of work and turns what the database engine throws into a StoreError.
@@ -94,7 +93,7 @@ auto guarded(Work&& work);
 /// nothing may grow without bounds. Adds the two functions of SQL text.
 void open_defensively(SQLite::Database& sql);
 
-/// The StoreError that stands for an exception of the database engine.
+/// The StoreError for an exception of the database engine.
 [[nodiscard]] StoreError store_error(const SQLite::Exception& exception);
 
 template <typename Work>

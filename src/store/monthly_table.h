@@ -8,9 +8,9 @@ namespace nivora {
 /// The three-letter name of a month, 1 to 12.
 [[nodiscard]] const char* month_name(int month);
 
-/// Brings `BasinAverages` to its present layout: made where it is missing, its fields put in order where the
-/// first one is not `Zone`, and its twelve rows a zone made anew, with 0 in every average, where there are
-/// fewer.
+/// Brings `BasinAverages` to its present layout: creates it if it is missing, puts its fields in order if the
+/// first one is not `Zone`, and, if there are fewer than twelve rows for each zone, writes them again with 0
+/// in every average.
 void Ensure_Monthly_Table(BasinDatabase& database);
 
 }  // namespace nivora

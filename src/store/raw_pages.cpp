@@ -31,8 +31,8 @@ void put_number(Bytes& bytes, std::size_t at, std::uint32_t value) {
     for (std::size_t i = 0; i < 4; ++i) bytes[at + i] = static_cast<unsigned char>(value >> (24 - 8 * i));
 }
 
-/// A number of one to nine bytes, whose place moves behind it; nothing where it leaves the page.
-std::optional<std::uint64_t> take_varint(const Bytes& bytes, std::size_t& at) {
+/// Reads a number of one to nine bytes and moves past it; nothing if it goes beyond the page.
+std::optional<std::uint64_t> read_varint(const Bytes& bytes, std::size_t& at) {
     std::uint64_t value = 0;
     for (int i = 0; i < 9; ++i) {
         if (at >= bytes.size()) return std::nullopt;
@@ -59,8 +59,8 @@ Bytes read_bytes(std::istream& file, std::uint64_t at, std::size_t size) {
     return bytes;
 }
 
-/// Writes what every basin file has in its header, and what follows from its size.
-void mend(Bytes& header, std::uint32_t page_size, std::uint64_t file_size) {
+/// Writes the header values that all basin files share, and those that follow from the file's size.
+void repair(Bytes& header, std::uint32_t page_size, std::uint64_t file_size) {
     std::copy(k_magic.begin(), k_magic.end(), header.begin());
     const std::uint32_t stored_size = page_size == 65536 ? 1 : page_size;
     header[16] = static_cast<unsigned char>(stored_size >> 8U);
@@ -76,12 +76,13 @@ void mend(Bytes& header, std::uint32_t page_size, std::uint64_t file_size) {
     put_number(header, 60, static_cast<std::uint32_t>(k_schema_version));
     put_number(header, 64, 0);
     put_number(header, 68, static_cast<std::uint32_t>(k_application_id));
-    std::copy(header.begin() + 24, header.begin() + 28, header.begin() + 92);  // the size above is believed
+    std::copy(header.begin() + 24, header.begin() + 28,
+              header.begin() + 92);  // marks the size above as valid
 }
 
 }  // namespace
 
-bool mend_header(const fs::path& copy) {
+bool repair_header(const fs::path& copy) {
     std::fstream file{copy, std::ios::binary | std::ios::in | std::ios::out};
     Bytes header = read_bytes(file, 0, k_header_size);
     if (header.size() < k_header_size) return false;
@@ -93,7 +94,7 @@ bool mend_header(const fs::path& copy) {
     const std::uint32_t page_size = page_size_of(header);
     const std::uint64_t whole_pages = fs::file_size(copy) / page_size * page_size;
     const std::uint64_t size = (fs::file_size(copy) + page_size - 1) / page_size * page_size;
-    mend(header, page_size, size);
+    repair(header, page_size, size);
     file.clear();
     file.seekp(0);
     file.write(reinterpret_cast<const char*>(header.data()), static_cast<std::streamsize>(header.size()));
@@ -118,12 +119,12 @@ std::optional<int> fields_of_first_row(const fs::path& path, std::int64_t page) 
             page = number_at(bytes, cell, 4);
             continue;
         }
-        if (!take_varint(bytes, cell) || !take_varint(bytes, cell)) return std::nullopt;  // size, row number
+        if (!read_varint(bytes, cell) || !read_varint(bytes, cell)) return std::nullopt;  // size, row number
         const std::size_t start = cell;
-        const auto header_size = take_varint(bytes, cell);
+        const auto header_size = read_varint(bytes, cell);
         if (!header_size) return std::nullopt;
         int fields = 0;
-        while (cell < start + *header_size && take_varint(bytes, cell)) ++fields;
+        while (cell < start + *header_size && read_varint(bytes, cell)) ++fields;
         return fields;
     }
     return std::nullopt;

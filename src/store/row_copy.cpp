@@ -24,7 +24,7 @@ std::string places(std::size_t count) {
     return text;
 }
 
-/// A statement of the engine itself, since values are handed on as they are.
+/// A statement of the engine's C interface, which passes on values unchanged.
 class RawStatement {
 public:
     RawStatement(SQLite::Database& database, const std::string& text) : database_(database) {
@@ -77,25 +77,25 @@ bool is_daily(const TableSchema& table) {
            same_name(table.fields[1].name, "Date");
 }
 
-/// Follows the row numbers of a table in stored order: which of them are out of their order, and which are
-/// missing between those that are in order.
+/// Tracks the row numbers of a table in stored order: which of them are out of order, and which are missing
+/// between those in order.
 class RowOrder {
 public:
-    /// Numbers that are missing between two rows; `rows` of them, since some may be there under other
-    /// numbers.
+    /// Numbers that are missing between two rows; only `rows` of them, since some rows may exist
+    /// under wrong numbers.
     struct Gap {
         std::int64_t first = 0;
         std::int64_t last = 0;
         std::int64_t rows = 0;
-        bool fault = false;  ///< where the reading had to begin anew
+        bool fault = false;  ///< the reading had to restart here
     };
     struct Misplaced {
-        std::int64_t behind = 0;  ///< the row before
+        std::int64_t previous = 0;  ///< the row before
         std::int64_t number = 0;
     };
 
-    /// Takes the next number. A number is known to be in order by the one behind it alone: of 299, 4396, 301
-    /// it is the second that is wrong.
+    /// Adds the next number. Only the number after it shows whether a number is in order: of 299, 4396, 301
+    /// the second is wrong.
     void add(std::int64_t number) {
         if (!held_) {
             if (number > base_) {
@@ -115,7 +115,7 @@ public:
         }
     }
 
-    void begin_anew() {
+    void restart() {
         release();
         fault_ = true;
     }
@@ -131,13 +131,14 @@ public:
 
 private:
     void misplace(std::int64_t number) {
-        ++misplaced_behind_;
-        misplaced_.push_back({base_ + misplaced_behind_ - 1, number});
+        ++misplaced_after_base_;
+        misplaced_.push_back({base_ + misplaced_after_base_ - 1, number});
     }
-    /// Ends the waiting for the next number: what follows at once is in order, anything else is not.
+    /// Decides about the held number without the next one: it is in order only if it follows
+    /// its predecessor directly.
     void release() {
         if (!held_) return;
-        if (*held_ - base_ - misplaced_behind_ == 1) {
+        if (*held_ - base_ - misplaced_after_base_ == 1) {
             settle();
         } else {
             misplace(*held_);
@@ -145,16 +146,16 @@ private:
         held_.reset();
     }
     void settle() {
-        const std::int64_t missing = *held_ - base_ - 1 - misplaced_behind_;
+        const std::int64_t missing = *held_ - base_ - 1 - misplaced_after_base_;
         if (missing > 0) gaps_.push_back({base_ + 1, *held_ - 1, missing, fault_});
         base_ = *held_;
-        misplaced_behind_ = 0;
+        misplaced_after_base_ = 0;
         fault_ = false;
     }
 
     std::int64_t base_ = 0;
     std::optional<std::int64_t> held_;
-    std::int64_t misplaced_behind_ = 0;
+    std::int64_t misplaced_after_base_ = 0;
     bool fault_ = false;
     std::vector<Gap> gaps_;
     std::vector<Misplaced> misplaced_;
@@ -177,12 +178,12 @@ public:
 private:
     /// Reads the rows of a statement in stored order until the end (true) or a fault.
     bool read(const std::string& condition, std::int64_t number = 0);
-    /// The first row that can be read behind a fault; nothing where none is found.
+    /// The first row after a fault that can be read; nothing if none is found.
     std::optional<std::int64_t> next_readable(std::int64_t fault);
-    /// Takes a row that was not taken before.
+    /// Writes a row unless it was visited before.
     void visit(sqlite3_stmt* row);
-    bool take(sqlite3_stmt* row);
-    void tell_order();
+    bool write_row(sqlite3_stmt* row);
+    void report_order();
     void lose(const std::string& what);
 
     SQLite::Database& from_;
@@ -193,7 +194,7 @@ private:
     CopiedRows copied_;
     RowOrder order_;
     std::unordered_set<std::size_t> seen_;  ///< digests of the rows with their numbers
-    std::size_t again_ = 0;                 ///< rows in succession that were seen before
+    std::size_t again_ = 0;                 ///< consecutive rows that were seen before
     std::int64_t twice_ = 0;
     bool faulty_ = false;
     std::int64_t unlisted_ = 0;
@@ -208,8 +209,8 @@ void RowSalvage::lose(const std::string& what) {
     }
 }
 
-/// Writes one row; false where it is none of this table.
-bool RowSalvage::take(sqlite3_stmt* row) {
+/// Writes one row; false if it is not a row of this table.
+bool RowSalvage::write_row(sqlite3_stmt* row) {
     const auto count = static_cast<int>(table_.fields.size());
     const std::int64_t number = sqlite3_column_int64(row, 0);
     if (sqlite3_column_count(row) < count + 1) {
@@ -236,7 +237,7 @@ bool RowSalvage::take(sqlite3_stmt* row) {
     return true;
 }
 
-/// Number and values of a row as bytes, by which it is known again.
+/// Number and values of a row as bytes, to recognize it later.
 std::string row_bytes(sqlite3_stmt* row) {
     std::string bytes;
     for (int i = 0; i < sqlite3_column_count(row); ++i) {
@@ -259,8 +260,8 @@ std::string row_bytes(sqlite3_stmt* row) {
 }
 
 void RowSalvage::visit(sqlite3_stmt* row) {
-    // A tree that leads back into itself, or a second reading behind a fault, comes to the same rows again.
-    // A row that only bears the number of another one has other values.
+    // A tree with a cycle, or a second reading after a fault, reaches the same rows again. A row that merely
+    // has the number of another one has different values.
     if (!seen_.insert(std::hash<std::string>{}(row_bytes(row))).second) {
         ++twice_;
         ++again_;
@@ -268,11 +269,11 @@ void RowSalvage::visit(sqlite3_stmt* row) {
     }
     again_ = 0;
     order_.add(sqlite3_column_int64(row, 0));
-    static_cast<void>(take(row));
+    static_cast<void>(write_row(row));
 }
 
 bool RowSalvage::read(const std::string& condition, std::int64_t number) {
-    // A walk that comes to more known rows than there are leads in a circle.
+    // A walk that meets more known rows than there are is in a cycle.
     again_ = 0;
     RawStatement query{from_, "SELECT rowid, * FROM " + name_ + " NOT INDEXED" + condition};
     if (!condition.empty()) sqlite3_bind_int64(query.get(), 1, number);
@@ -286,8 +287,8 @@ bool RowSalvage::read(const std::string& condition, std::int64_t number) {
 }
 
 std::optional<std::int64_t> RowSalvage::next_readable(std::int64_t fault) {
-    // More rows than stand below a page that the root leads to, and than a file of this size holds behind a
-    // fault.
+    // An upper bound of the rows below one child page of the root, and of those that a file of this
+    // size can hold.
     constexpr std::int64_t k_most_tries = 100'000;
     constexpr std::int64_t k_rows_a_page = 100;
     const std::int64_t pages = from_.execAndGet("PRAGMA page_count").getInt64();
@@ -302,12 +303,12 @@ std::optional<std::int64_t> RowSalvage::next_readable(std::int64_t fault) {
     return std::nullopt;
 }
 
-/// Tells which numbers are wrong and, where anything is, which rows are missing. In a sound table missing
-/// numbers are those of rows that were deleted.
-void RowSalvage::tell_order() {
+/// Reports which numbers are wrong and, if anything is wrong, which rows are missing. In a sound table
+/// missing numbers are those of rows that were deleted.
+void RowSalvage::report_order() {
     order_.end();
     for (const RowOrder::Misplaced& row : order_.misplaced())
-        lose(fmt::format("the number of the row after row {}, which was {}", row.behind, row.number));
+        lose(fmt::format("the number of the row after row {}, which was {}", row.previous, row.number));
     if (twice_ > 0 && !faulty_) lose(fmt::format("{} rows that the table refers to twice", twice_));
     if (!faulty_ && twice_ == 0 && order_.misplaced().empty()) return;
     for (const RowOrder::Gap& gap : order_.gaps()) {
@@ -323,7 +324,7 @@ CopiedRows RowSalvage::run() {
     while (!at_end) {
         faulty_ = true;
         searched = std::max(searched, order_.last());
-        order_.begin_anew();
+        order_.restart();
         const auto next = next_readable(searched);
         if (!next) {
             lose(searched == 0 ? std::string{"all rows, which can't be read"}
@@ -335,7 +336,7 @@ CopiedRows RowSalvage::run() {
         searched = *next;
         at_end = read(" WHERE rowid > ? ORDER BY rowid", *next);
     }
-    tell_order();
+    report_order();
     if (unlisted_ > 0) copied_.losses.push_back(fmt::format("{} more places", unlisted_));
     return copied_;
 }

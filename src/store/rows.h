@@ -32,7 +32,7 @@ struct BasinDescription {
     }
 };
 
-/// What a zone has of one aspect.
+/// The part of a zone that faces in one direction.
 struct Aspect {
     std::optional<double> share;      ///< percent of the zone's area
     std::optional<double> elevation;  ///< mean elevation, m or ft
@@ -60,8 +60,8 @@ struct Zone {
 
 /// One simulation definition, a row of the simulation grid. A member without a value is an empty cell.
 ///
-/// The model reads a simulation by column number, 1 to 17; `text` and `value` are the only place that knows
-/// them.
+/// The model reads a simulation by column number, 1 to 17; `text` and `value` are the only place
+/// that knows them.
 struct Simulation {
     std::string name;
     std::optional<std::int16_t> run_number;
@@ -83,7 +83,7 @@ struct Simulation {
 
     /// The text that the cell of a column shows, empty for an empty cell.
     [[nodiscard]] std::string text(int column) const;
-    /// The number behind the cell of a column; nothing for an empty cell and for a column of text.
+    /// The number in the cell of a column; nothing for an empty cell and for a column of text.
     [[nodiscard]] std::optional<double> value(int column) const;
 
     template <typename Self, typename Visitor>

@@ -26,7 +26,7 @@ void ensure_scenario_placeholder(BasinDatabase& database, const std::string& sim
     atomically(database, [&] {
         const ScenarioIndexRow row = scenario_placeholder(simulation);
         add_rows<ScenarioIndexRow>(database, index, std::span{&row, 1});
-        // A simulation may bear the name "None"; its table stays what it is.
+        // A simulation may have the name "None"; its table is not changed.
         if (!database.has_table(k_no_scenario)) database.create_table(scenario_table(k_no_scenario));
     });
 }

@@ -1,4 +1,4 @@
-// The row that stands in the index of climate scenarios for a simulation that has none.
+// The row in the index of climate scenarios for a simulation that has no scenario.
 #pragma once
 
 #include "store/database.h"
@@ -12,7 +12,7 @@ namespace nivora {
 [[nodiscard]] ScenarioIndexRow scenario_placeholder(const std::string& simulation);
 
 /// Gives a simulation without scenarios its placeholder, and the file the table that goes with it. A
-/// simulation that has a row already keeps what it has. @throws StoreError
+/// simulation that already has a row is not changed. @throws StoreError
 void ensure_scenario_placeholder(BasinDatabase& database, const std::string& simulation);
 
 }  // namespace nivora

@@ -34,8 +34,8 @@ TableSchema zone_description_table() {
          real("ElevationNW"), real("ShareSW"), real("ElevationSW")}};
 }
 
-/// From the twelfth field on the names run one behind what the fields hold; files of every version have them
-/// so.
+/// Intended: from the twelfth field on, each name describes the content of the next field; files of every
+/// version have these names.
 TableSchema simulation_index_table() {
     return {k_simulation_index,
             {text("SimName", k_name_width), integer("SimRunNumber"), date("SimStartDate"), date("SimEndDate"),

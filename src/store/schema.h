@@ -7,14 +7,14 @@
 
 namespace nivora {
 
-/// Kinds of field. Single and Date round or truncate nothing by themselves: the rows that go in and out do.
+/// Kinds of field. Single and Date do not round or truncate by themselves; reading and writing rows does.
 enum class FieldType {
     Integer,  ///< 16-bit signed
     Long,     ///< 32-bit signed
     Single,   ///< 32-bit float
     Double,   ///< 64-bit float
     Date,     ///< day count with an optional time part, day 0 = 1899-12-30
-    Text      ///< UTF-8, at most `width` characters where the width is not 0
+    Text      ///< UTF-8, at most `width` characters if the width is not 0
 };
 
 struct Field {
@@ -38,7 +38,7 @@ inline constexpr const char* k_sim_results = "SimResults";
 
 /// The name of a basin that nobody has named yet.
 inline constexpr const char* k_unnamed_basin = "<basin name>";
-/// The scenario name that stands for "no climate change".
+/// The scenario name for "no climate change".
 inline constexpr const char* k_no_scenario = "None";
 
 /// The five tables that a new basin file holds, in the order of their creation.
@@ -46,9 +46,9 @@ inline constexpr const char* k_no_scenario = "None";
 
 [[nodiscard]] TableSchema basin_averages_table();
 [[nodiscard]] TableSchema sim_results_table();
-/// The parameter table of a simulation; it bears the simulation's name.
+/// The parameter table of a simulation; it has the simulation's name.
 [[nodiscard]] TableSchema parameter_table(std::string_view simulation_name);
-/// The table of edit rows of a climate scenario; it bears the scenario's name.
+/// The table of edit rows of a climate scenario; it has the scenario's name.
 [[nodiscard]] TableSchema scenario_table(std::string_view scenario_name);
 
 /// Whether a name is one of the seven fixed table names, in any case.
@@ -60,7 +60,7 @@ inline constexpr const char* k_no_scenario = "None";
 /// A name from a user as an identifier in SQL text.
 [[nodiscard]] std::string quoted_name(std::string_view name);
 
-/// The statement that makes a table.
+/// The statement that creates a table.
 [[nodiscard]] std::string create_statement(const TableSchema& table);
 
 /// The fields' quoted names joined by ", ".

@@ -1,4 +1,4 @@
-// What the store refuses.
+// The errors of the store.
 #pragma once
 
 #include <stdexcept>

@@ -42,7 +42,7 @@ void bind_value(SQLite::Statement& statement, int position, double value) {
     } else if (std::isinf(value)) {
         throw StoreError(StoreFault::Value, "No field can hold an infinite number.");
     } else {
-        statement.bind(position, value + 0.0);  // the file knows no negative zero
+        statement.bind(position, value + 0.0);  // the file never holds a negative zero
     }
 }
 

@@ -13,8 +13,8 @@
 
 namespace nivora {
 
-// One value into a statement; a missing one goes in as Null, an infinite one is a StoreError. Positions count
-// from 1.
+// Binds one value to a statement; a missing one becomes Null, an infinite one is a StoreError. Positions
+// count from 1.
 void bind_value(SQLite::Statement& statement, int position, float value);
 void bind_value(SQLite::Statement& statement, int position, double value);
 void bind_value(SQLite::Statement& statement, int position, std::int16_t value);
@@ -33,7 +33,7 @@ void bind_value(SQLite::Statement& statement, int position, const std::optional<
     }
 }
 
-// One value out of a row; Null reads as missing. A text where a number belongs, or a number that its field
+// Reads one value from a row; Null reads as missing. Text instead of a number, or a number that its field
 // can't hold, is a StoreError. Positions count from 0. Null in a column without a missing form reads as 0 or
 // an empty text.
 void read_value(SQLite::Statement& row, int position, float& value);
@@ -80,7 +80,7 @@ template <typename Row>
     });
 }
 
-/// Adds rows behind those that a table holds.
+/// Appends rows to a table.
 template <typename Row>
 void add_rows(BasinDatabase& database, const TableSchema& table, std::span<const Row> rows) {
     guarded([&] {
@@ -107,7 +107,7 @@ void clear_table(BasinDatabase& database, std::string_view table);
 /// Whether a climate scenario of that name is in the index, whichever simulation it belongs to.
 [[nodiscard]] bool is_scenario(BasinDatabase& database, std::string_view name);
 
-/// The basin header. @throws StoreError where the table has no row
+/// The basin header. @throws StoreError if the table has no row
 [[nodiscard]] BasinDescription read_basin_description(BasinDatabase& database);
 void write_basin_description(BasinDatabase& database, const BasinDescription& basin);
 

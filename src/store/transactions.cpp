@@ -3,13 +3,13 @@
 namespace nivora {
 namespace {
 
-/// The library's own savepoint rolls back without an end, which would leave its transaction open.
+/// The library's own savepoint rolls back without a release, which would leave its transaction open.
 void roll_back(SQLite::Database& sql) {
     try {
         sql.exec("ROLLBACK TO atomic_work");
         sql.exec("RELEASE atomic_work");
     } catch (const SQLite::Exception&) {
-        // A full disk has ended the transaction already, and the fault that led here goes on.
+        // A full disk has already ended the transaction; the original error is passed on.
     }
 }
 

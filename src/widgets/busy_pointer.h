@@ -16,7 +16,7 @@ public:
     ~BusyPointer() { QApplication::restoreOverrideCursor(); }
 };
 
-/// Shows the usual pointer while the program waits for the user in the middle of its work.
+/// Shows the normal pointer while the program waits for the user in the middle of its work.
 class BusyPause {
 public:
     BusyPause() {

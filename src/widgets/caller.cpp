@@ -18,7 +18,7 @@ QWidget* calling_window() {
 }
 
 void set_caller(QWidget& window, const QWidget* caller) {
-    window.winId();  // makes the window of the platform, which alone knows callers
+    window.winId();  // creates the platform window, which is needed to set the caller
     const bool shows = caller != nullptr && caller->window() != &window;
     window.windowHandle()->setTransientParent(shows ? caller->window()->windowHandle() : nullptr);
 }

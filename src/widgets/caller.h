@@ -1,15 +1,15 @@
-// The window that the next one opens before.
+// The caller: the window in front of which the next one opens.
 #pragma once
 
 class QWidget;
 
 namespace nivora {
 
-/// The window that has the keyboard, otherwise the one that is modal, otherwise any that shows; null where
-/// none does. A question keeps a window before it even while another program has the keyboard.
+/// The active window, otherwise the modal one, otherwise any visible one; null if there is none. A question
+/// keeps its caller even while another program is active.
 [[nodiscard]] QWidget* calling_window();
 
-/// Keeps a window before its caller, also where the window manager would let the caller come to the front.
+/// Keeps a window in front of its caller, even if the window manager would raise the caller.
 void set_caller(QWidget& window, const QWidget* caller);
 
 }  // namespace nivora

@@ -17,7 +17,7 @@ ContentArea::ContentArea(QWidget* content, std::function<QSize()> room, QWidget*
     });
 }
 
-// Content that goes with the focus in it is scrolled to no more.
+// Content that is destroyed with the focus in it must not be scrolled to.
 ContentArea::~ContentArea() { disconnect(qApp, nullptr, this, nullptr); }
 
 QSize ContentArea::sizeHint() const { return widget()->sizeHint(); }

@@ -1,4 +1,4 @@
-// What a window holds, which scrolls where the screen is too small for it.
+// The content of a window, which scrolls if the screen is too small for it.
 #pragma once
 
 #include <QScrollArea>
@@ -6,13 +6,13 @@
 
 namespace nivora {
 
-/// Shows a widget whole wherever there is room for it, and lets it scroll elsewhere. It shrinks no further
-/// than the content does unless the screen asks for it; what gets the focus is scrolled to.
+/// Shows a widget in full if there is room for it, otherwise scrolls it. It does not shrink below the
+/// content's minimum unless the screen requires it, and scrolls to the widget that gets the focus.
 class ContentArea : public QScrollArea {
     Q_OBJECT
 
 public:
-    /// @param room the largest size that the screen has for the content
+    /// @param room the largest size for the content on this screen
     ContentArea(QWidget* content, std::function<QSize()> room, QWidget* parent);
     ~ContentArea() override;
 

@@ -14,7 +14,7 @@
 namespace nivora {
 namespace {
 
-/// The line of a spin box can be named only from within.
+/// The line of a spin box can be named only from inside its class.
 class ZoneBox : public QSpinBox {
 public:
     explicit ZoneBox(QWidget* parent) : QSpinBox(parent) {
@@ -23,7 +23,7 @@ public:
     }
 
 protected:
-    /// Enter takes the number that was typed, and presses no button.
+    /// Enter accepts the typed number and presses no button.
     void keyPressEvent(QKeyEvent* event) override {
         QSpinBox::keyPressEvent(event);
         if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) event->accept();

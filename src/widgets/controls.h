@@ -1,4 +1,4 @@
-// Pieces that several windows are made of.
+// Controls that several windows use.
 #pragma once
 
 #include <QString>
@@ -23,17 +23,17 @@ struct ButtonRow {
 [[nodiscard]] ButtonRow make_button_row(std::initializer_list<const char*> captions, int first_help,
                                         QWidget* parent);
 
-/// Turns off what would print, and says why: this version prints nothing yet.
+/// Disables a control that would print, with the reason: this version can't print yet.
 void turn_off_printing(QPushButton* button);
 void turn_off_printing(QAction* entry);
 
-/// A label that explains itself by a help line.
+/// A label with a help line.
 [[nodiscard]] QLabel* make_label(const QString& name, const QString& text, int help, QWidget* parent);
 
-/// A box for a date behind its mask mm/dd/yyyy.
+/// A box for a date with the mask mm/dd/yyyy.
 [[nodiscard]] QLineEdit* make_date_box(const QString& name, int help, QWidget* parent);
 
-/// Chooses a zone from 1 to `zones`, by arrows (UpDown1) or by its number (Text1).
+/// A box to choose a zone from 1 to `zones`, by arrows (UpDown1) or by its number (Text1).
 [[nodiscard]] QSpinBox* make_zone_box(int zones, int help, QWidget* parent);
 
 }  // namespace nivora

@@ -46,8 +46,8 @@ Answer answer_of(int button, Buttons buttons) {
     }
 }
 
-/// The width at which the title bar of a box shows all of its title beside its own buttons, as far as the
-/// screen has it.
+/// The width at which the title bar of a box shows its whole title beside the title bar's buttons, but at
+/// most the screen's width.
 int width_of_title(const QDialog& box) {
     constexpr int k_title_buttons = 6;
     QFont font = box.font();
@@ -83,7 +83,7 @@ Answer DesktopDialogs::message(const Message& message) {
         if (offers(message.buttons, answer)) box.addButton(button_of(answer));
     }
     box.setDefaultButton(button_of(message.default_answer.value_or(go_on_answer(message.buttons))));
-    // The box is as wide as its layout wants, so a piece of that width goes into it.
+    // The box is as wide as its layout requires, so a spacer of that width is added to it.
     if (auto* layout = qobject_cast<QGridLayout*>(box.layout())) {
         layout->addItem(new QSpacerItem(width_of_title(box), 0, QSizePolicy::Minimum, QSizePolicy::Fixed),
                         layout->rowCount(), 0, 1, layout->columnCount());
@@ -107,7 +107,7 @@ std::optional<std::filesystem::path> DesktopDialogs::file(const FileQuestion& qu
     QFileDialog dialog(calling_window(), to_qt(question.title), to_qt(path_text(question.folder)));
     QStringList filters;
     for (const std::string& caption : question.patterns) filters << name_filter(caption);
-    // What shows is the filter without its last parentheses, and so the caption.
+    // The dialog shows the filter without its last parentheses, which is the caption.
     dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.setNameFilters(filters);
     dialog.setAcceptMode(question.saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);

@@ -7,12 +7,12 @@
 
 namespace nivora {
 
-/// The filter of a file dialog behind a caption such as "Windows NVR Data (*.mdb)": the caption as it
-/// stands, then, which does not show, the patterns to search with. "*.*" finds every file, also where the
-/// platform would ask for a point in the name; capitals and small letters are the same.
+/// The filter of a file dialog for a caption such as "Windows NVR Data (*.mdb)": the unchanged caption, then
+/// the patterns to search with, which are not shown. "*.*" finds every file, even if the platform requires a
+/// point in the name; the case of letters is ignored.
 [[nodiscard]] QString name_filter(const std::string& caption);
 
-/// Shows every question before the window that is active.
+/// Shows every question in front of the active window.
 class DesktopDialogs : public Dialogs {
 public:
     Answer message(const Message& message) override;

@@ -26,7 +26,7 @@ EditTarget::EditTarget(QWidget* window) : QObject(window), window_(window) {
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { focus_moved(now); });
 }
 
-// The focus that moves while the window goes is of no interest any more.
+// Focus changes while the window is destroyed must not reach this object.
 EditTarget::~EditTarget() { disconnect(qApp, nullptr, this, nullptr); }
 
 void EditTarget::focus_moved(QWidget* now) {
@@ -38,8 +38,8 @@ void EditTarget::focus_moved(QWidget* now) {
     box_->installEventFilter(this);
 }
 
-/// A line that loses the focus to the menu bar drops its selection, on which the menu is to work: it comes
-/// back with the focus.
+/// A line that loses the focus to the menu bar drops its selection, which the menu works on: the selection is
+/// restored with the focus.
 bool EditTarget::eventFilter(QObject* watched, QEvent* event) {
     auto* line = qobject_cast<QLineEdit*>(watched);
     if (line == nullptr || watched != box_) return false;
@@ -55,7 +55,7 @@ bool EditTarget::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void EditTarget::act(Act what) {
-    // The editor of a cell is gone once the menu bar has taken the focus; its grid is meant then.
+    // The editor of a cell is gone once the menu bar has the focus; the target is then its grid.
     const bool in_box = box_ != nullptr && box_->isVisible() && box_->isEnabled();
     if (auto* line = in_box ? qobject_cast<QLineEdit*>(box_) : nullptr) {
         if (what == Act::Cut) return line->cut();

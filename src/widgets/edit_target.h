@@ -8,7 +8,7 @@ namespace nivora {
 
 class GridView;
 
-/// Follows the focus within one window. An open menu, another window and a message leave the target as it is.
+/// Follows the focus within one window. An open menu, another window or a message does not change the target.
 class EditTarget : public QObject {
     Q_OBJECT
 
@@ -16,7 +16,7 @@ public:
     explicit EditTarget(QWidget* window);
     ~EditTarget() override;
 
-    // Each beeps where no box and no grid has the focus.
+    // Each beeps if neither a box nor a grid has the focus.
     void cut();
     void copy();
     void paste();
@@ -29,7 +29,7 @@ private:
     void act(Act what);
 
     QWidget* window_;
-    QPointer<QWidget> box_;    ///< a line or a text, also that of a cell
+    QPointer<QWidget> box_;    ///< a line or a text box, including the editor of a cell
     QPointer<GridView> grid_;  ///< the grid around the focus
     int selected_from_ = -1;   ///< what was selected in the line when the menu bar took the focus
     int selected_length_ = 0;

@@ -5,8 +5,8 @@
 
 namespace nivora {
 
-/// Shows the beginning and the end of a path that is longer than the label, so that no path makes a window
-/// wider than its screen.
+/// Shows the beginning and the end of a path that is longer than the label, so that a long path can't make a
+/// window wider than its screen.
 class FileLabel : public QLabel {
     Q_OBJECT
 

@@ -10,10 +10,10 @@
 namespace nivora {
 namespace {
 
-/// What a number may look like while it is typed, with a point in every locale.
+/// Accepts a number while it is typed, with a point in every locale.
 QValidator* number_validator(CellFormat::Kind kind, QObject* parent) {
-    // A comma, or a point in a whole number, may be typed and makes a text that no cell takes: dropped, it
-    // would leave another number.
+    // A comma, or a point in a whole number, may be typed, and the cell then refuses the text: if the
+    // character were dropped, a different number would remain.
     const QString pattern = kind == CellFormat::Kind::Integer
                                 ? QStringLiteral("-?[0-9.,]*")
                                 : QStringLiteral("-?[0-9,]*\\.?[0-9,]*([eE][-+]?[0-9]*)?");
@@ -24,8 +24,8 @@ QValidator* number_validator(CellFormat::Kind kind, QObject* parent) {
 
 void GridDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
     QStyledItemDelegate::initStyleOption(option, index);
-    // The colour that marks a cell is meant to be seen: the selection would be painted over it, and the
-    // pointer or the focus on the cell would tint it.
+    // The colour of a marked cell must stay visible: the selection would be painted over it, and the pointer
+    // or the focus on the cell would tint it.
     if (option->backgroundBrush.style() != Qt::NoBrush)
         option->state &= ~(QStyle::State_Selected | QStyle::State_MouseOver | QStyle::State_HasFocus);
 }
@@ -59,7 +59,7 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
 void GridDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
     auto* list = qobject_cast<QComboBox*>(editor);
     if (list == nullptr) return QStyledItemDelegate::setEditorData(editor, index);
-    // A blank cell has none of the items, and keeps none unless one is chosen.
+    // A blank cell has none of the items, and stays blank unless one is chosen.
     list->setCurrentIndex(list->findText(index.data(Qt::EditRole).toString()));
 }
 
@@ -69,7 +69,7 @@ void GridDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, cons
         text = list->currentText();
     } else {
         text = static_cast<QLineEdit*>(editor)->text();
-        // What is left of an emptied mask.
+        // The rest of an emptied mask.
         if (text == QStringLiteral("//")) text.clear();
     }
     if (!model->setData(index, text, Qt::EditRole)) QApplication::beep();

@@ -8,8 +8,8 @@ namespace nivora {
 /// Marks a widget as the editor of a grid's cell.
 inline constexpr const char* k_grid_editor = "gridEditor";
 
-/// A line for texts, numbers and dates, these behind their mask; a list for lists. A text that a cell can't
-/// hold is dropped with a beep. A cell that is marked by a colour shows it also while it is selected.
+/// A line for texts, numbers and dates, with a mask for dates; a list for lists. A text that a cell can't
+/// hold is discarded with a beep. A cell that is marked by a colour shows it also while it is selected.
 class GridDelegate : public QStyledItemDelegate {
     Q_OBJECT
 

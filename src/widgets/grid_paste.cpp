@@ -7,19 +7,19 @@
 namespace nivora {
 namespace {
 
-/// A refused text is quoted up to here.
+/// How many characters of a refused text are quoted.
 constexpr qsizetype k_quoted_characters = 40;
 
 std::string refused_text(const GridModel& cells, const PastePlan& plan) {
     const PlacedText& first = plan.first_refused;
     const std::string count = std::to_string(plan.refused);
     const std::size_t all = plan.cells.size() + static_cast<std::size_t>(plan.refused);
-    const std::string begin = plan.refused == 1 && all == 1 ? "The pasted cell can't be taken: "
-                              : plan.cells.empty()
-                                  ? "None of the pasted cells can be taken. The first is "
-                                  : count + " of the " + std::to_string(all) +
-                                        (plan.refused == 1 ? " pasted cells can't be taken: "
-                                                           : " pasted cells can't be taken. The first is ");
+    const std::string begin =
+        plan.refused == 1 && all == 1 ? "The pasted cell can't be accepted: "
+        : plan.cells.empty()          ? "None of the pasted cells can be accepted. The first is "
+                                      : count + " of the " + std::to_string(all) +
+                                   (plan.refused == 1 ? " pasted cells can't be accepted: "
+                                                      : " pasted cells can't be accepted. The first is ");
     return begin + "'" + from_qt(first.text.left(k_quoted_characters)) + "' for " +
            from_qt(cells.place(first.row, first.column)) + "; " +
            from_qt(cells.refusal(first.row, first.column, first.text)) + ".";
@@ -29,7 +29,7 @@ std::string counted(int count, const char* what) {
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
-/// What the grid has no room for; empty where it has room for all.
+/// What the grid has no room for; empty if it has room for everything.
 std::string cut_off_text(const PastePlan& plan) {
     if (plan.cut_off_rows == 0 && plan.cut_off_columns == 0) return {};
     std::string text = "The grid has no room for ";

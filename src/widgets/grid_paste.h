@@ -1,4 +1,4 @@
-// What a paste puts where, and what it has to leave out.
+// Which cells a paste changes, and what it has to leave out.
 #pragma once
 
 #include "widgets/grid_model.h"
@@ -8,7 +8,7 @@
 
 namespace nivora {
 
-/// A block of cells, both ends in it, from 0.
+/// A block of cells, counted from 0, including both ends.
 struct CellRange {
     int first_row = 0;
     int first_column = 0;
@@ -19,23 +19,23 @@ struct CellRange {
     [[nodiscard]] int columns() const { return last_column - first_column + 1; }
 };
 
-/// The cells of a paste, sorted out before any of them is changed.
+/// The cells of a paste, checked before any of them is changed.
 struct PastePlan {
-    std::vector<PlacedText> cells;  ///< that can be taken
-    int refused = 0;                ///< that can't
+    std::vector<PlacedText> cells;  ///< that are accepted
+    int refused = 0;                ///< that are refused
     PlacedText first_refused;       ///< the first of these
     int cut_off_rows = 0;           ///< of the block, for which the grid has no room
     int cut_off_columns = 0;        ///< the same
 };
 
-/// Sorts the texts by whether their cells can take them.
+/// Checks which of the texts their cells can hold.
 [[nodiscard]] PastePlan checked_paste(const GridModel& cells, std::vector<PlacedText> texts);
 
-/// A block that is pasted from the first cell of the target on, repeated where the target is taller.
+/// A block that is pasted from the first cell of the target on, repeated if the target is taller.
 [[nodiscard]] PastePlan plan_paste(const GridModel& cells, const CellBlock& copied, const CellRange& target);
 
-/// What the user is asked before a paste that can't be taken as a whole: how many cells are left out, where
-/// the first is and why. Yes takes the others; where there are none the message has no Yes.
+/// The question before a paste that can't be accepted as a whole: how many cells are left out, where the
+/// first is and why. Yes pastes the others; if there are none the message has no Yes.
 [[nodiscard]] std::optional<Message> paste_question(const GridModel& cells, const PastePlan& plan);
 
 }  // namespace nivora

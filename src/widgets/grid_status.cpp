@@ -18,7 +18,7 @@ GridStatus::GridStatus(QStatusBar* bar) : QObject(bar), bar_(bar), unit_(new QLa
     unit_->setTextFormat(Qt::PlainText);
     // A long text is cut rather than widening the window.
     unit_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    // It has more to say than the file at its left, which is shortened in its middle.
+    // It gets more room than the file at its left, whose name can be shortened in the middle.
     bar_->addWidget(unit_, 3);
 }
 
@@ -44,7 +44,7 @@ void GridStatus::show_unit(const GridView* grid) {
 
 void GridStatus::show_refusal(const GridView* grid, int row, int column, const QString& text) {
     const QString reason = grid->cells().refusal(row, column, text);
-    if (reason.isEmpty()) return;  // the store refused it, which was told in a box
+    if (reason.isEmpty()) return;  // the store refused it, which a message has shown
     bar_->showMessage(QStringLiteral("'%1' is not accepted for %2: %3.")
                           .arg(text, grid->cells().place(row, column), reason),
                       k_shown_milliseconds);

@@ -1,5 +1,5 @@
-// What the status bar of a window says about its grids: the unit of the column at hand, and why an entry was
-// refused.
+// What the status bar of a window says about its grids: the unit of the current column, and why an
+// entry was refused.
 #pragma once
 
 #include <QObject>
@@ -11,8 +11,8 @@ namespace nivora {
 
 class GridView;
 
-/// Watches grids of one window. The unit stands beside the basin's file; a refused entry takes the place of
-/// both until the next entry, or for some time.
+/// Watches grids of one window. The unit is shown beside the basin's file; the reason for a refused entry
+/// replaces both until the next entry, or for some time.
 class GridStatus : public QObject {
     Q_OBJECT
 

@@ -21,7 +21,7 @@ constexpr int k_narrowest = 48;
 constexpr int k_widest = 360;
 constexpr int k_most_header_lines = 3;
 constexpr const char* k_closed_editor = "closedEditor";
-/// A short column is measured text by text, a long one by the text that its model holds for the longest.
+/// A short column is measured text by text, a long one by the longest text that its model names.
 constexpr int k_rows_to_measure = 100;
 
 /// The narrowest width at which a header needs no more than its lines.
@@ -58,7 +58,7 @@ GridView::GridView(GridModel* model, Dialogs& user, QWidget* parent)
     connect(qApp, &QApplication::focusChanged, this, &GridView::focus_moved);
 }
 
-// A grid that goes with the focus in it leaves no cell any more.
+// A grid that is destroyed with the focus in it must not emit left_cell.
 GridView::~GridView() { disconnect(qApp, nullptr, this, nullptr); }
 
 CellRange GridView::block() const {
@@ -103,7 +103,8 @@ bool GridView::all_locked(const CellRange& range) const {
     return true;
 }
 
-/// Where a row is selected as a whole, its first cell is rarely the one that a value is meant for.
+/// If whole rows are selected, a narrower copy goes to the active cell: the row's first cell is
+/// rarely its target.
 CellRange GridView::paste_target(const CellBlock& copied) const {
     const QModelIndex active = currentIndex();
     std::size_t widest = 0;
@@ -114,7 +115,7 @@ CellRange GridView::paste_target(const CellBlock& copied) const {
     return {active.row(), active.column(), active.row(), active.column()};
 }
 
-/// The cells to paste in the way that the user chooses; nothing where the user cancels.
+/// The cells to paste in the way that the user chooses; nothing if the user cancels.
 std::optional<PastePlan> GridView::chosen_paste(const CellBlock& copied, const CellRange& target) {
     const auto offer = cells_->offered_paste(copied, target.first_column);
     if (offer) {
@@ -152,7 +153,7 @@ void GridView::paste() {
 
 void GridView::commit_editor() {
     for (QWidget* child : viewport()->findChildren<QWidget*>(QString{}, Qt::FindDirectChildrenOnly)) {
-        // One that was closed already is hidden until it is deleted.
+        // An editor that is already closed is hidden until it is deleted.
         if (!child->property(k_grid_editor).toBool() || child->isHidden()) continue;
         commitData(child);
         closeEditor(child, QAbstractItemDelegate::NoHint);
@@ -177,7 +178,7 @@ bool GridView::edit_key(const QKeyEvent* event) {
     return true;
 }
 
-/// Where Enter leads.
+/// Moves the cursor after Enter.
 void GridView::go_down() {
     const QModelIndex below = currentIndex().siblingAtRow(currentIndex().row() + 1);
     if (enter_goes_down_ && below.isValid()) setCurrentIndex(below);
@@ -191,7 +192,7 @@ void GridView::keyPressEvent(QKeyEvent* event) {
     QTableView::keyPressEvent(event);
 }
 
-/// Whether Tab, or Shift+Tab, has no cell left to go to: the view's own order would wrap around.
+/// Whether Tab, or Shift+Tab, has no next cell: the view's own order would wrap around.
 bool GridView::is_at_edge(bool forward) {
     const QModelIndex at = currentIndex();
     const QModelIndex next = moveCursor(forward ? MoveNext : MovePrevious, Qt::NoModifier);
@@ -204,8 +205,9 @@ bool GridView::focusNextPrevChild(bool next) {
     return is_at_edge(next) ? QWidget::focusNextPrevChild(next) : QTableView::focusNextPrevChild(next);
 }
 
-/// Enter ends an editor only after the keys that came with it. A command among them has taken the text and
-/// closed the editor by then, and what it did must not be undone by a cell that is left again.
+/// Enter ends an editor only after the keys that were pressed right after it. If one of them was a
+/// command, it has already committed the text and closed the editor; its effect must not be undone by
+/// leaving the cell again.
 void GridView::commitData(QWidget* editor) {
     if (!editor->property(k_closed_editor).toBool()) QTableView::commitData(editor);
 }
@@ -228,7 +230,7 @@ void GridView::paintEvent(QPaintEvent* event) {
     QTableView::paintEvent(event);
 }
 
-/// What lies below the last row and beside the last column.
+/// Paints the area below the last row and beside the last column.
 void GridView::paint_empty_area() {
     const QSize room = viewport()->size();
     const int right = horizontalHeader()->length() - horizontalHeader()->offset();
@@ -249,7 +251,7 @@ void GridView::currentChanged(const QModelIndex& current, const QModelIndex& pre
 }
 
 void GridView::focus_moved(const QWidget* from, const QWidget* to) {
-    // A window that loses the focus as a whole, or a box before it, leaves no cell; nor does an open menu.
+    // No cell is left if the whole window loses the focus, to a message for example, or if a menu opens.
     if (from == nullptr || to == nullptr || to->window() != window()) return;
     if (qobject_cast<const QMenuBar*>(to) != nullptr) return;
     const bool was_here = from == this || isAncestorOf(from);

@@ -1,4 +1,4 @@
-// The grid of all windows: a view of typed cells with block selection, clipboard and fill.
+// The grid that all windows use: a view of typed cells with block selection, clipboard and fill.
 #pragma once
 
 #include "base/dialogs.h"
@@ -10,31 +10,31 @@
 namespace nivora {
 
 /// Shows a GridModel. Keys are those of a spreadsheet: Enter goes down, Tab to the right and from the last
-/// cell to the next control, Shift+Tab back and from the first cell to the control before, F2 edits, typing
+/// cell to the next control, Shift+Tab back and from the first cell to the previous control, F2 edits, typing
 /// replaces, Delete cuts, Ctrl+X, C, V work on the block.
 class GridView : public QTableView {
     Q_OBJECT
 
 public:
-    /// @param user whom a paste asks before it leaves anything out
+    /// @param user asked before a paste leaves anything out
     GridView(GridModel* model, Dialogs& user, QWidget* parent = nullptr);
     ~GridView() override;
 
     [[nodiscard]] GridModel& cells() const { return *cells_; }
-    /// The selected block, or the active cell as a block of one; empty where there is neither.
+    /// The selected block, or the active cell as a block of one; empty if there is neither.
     [[nodiscard]] CellRange block() const;
 
     /// Cuts the block: its cells go to the clipboard and are cleared. Locked cells stay.
     void cut();
     void copy() const;
     /// Pastes with fill: a copy of fewer rows than the selected block repeats over it. A grid that selects
-    /// whole rows takes a copy that is narrower than a row at its active cell. A block that can't be taken as
-    /// a whole is pasted only after a Yes, and then without the cells that can't be taken.
+    /// whole rows takes a copy that is narrower than a row at its active cell. A block that can't be accepted
+    /// as a whole is pasted only after a Yes, and then without the refused cells.
     void paste();
-    /// Takes the cell that is being edited into the model.
+    /// Stores the text of the cell that is being edited in the model.
     void commit_editor();
 
-    /// Widths by header and content; `kept` holds them once they were measured.
+    /// Sets the widths by header and content; `kept` holds them once they have been measured.
     void fit_columns(std::vector<int>& kept);
     void fit_columns();
     /// Widens columns whose texts have outgrown them.
@@ -42,19 +42,19 @@ public:
 
     /// Whether Delete clears cells.
     void set_clears_cells(bool clears) { clears_ = clears; }
-    /// Whether Enter leads to the cell below once it has ended an edit.
+    /// Whether Enter moves to the cell below after an edit.
     void set_enter_goes_down(bool goes) { enter_goes_down_ = goes; }
-    /// The colour of the area beside and below the cells; that of the cells if none is set.
+    /// The colour of the area beside and below the cells; by default that of the cells.
     void set_empty_area_colour(const QColor& colour) { empty_area_ = colour; }
     /// Whether cells are redrawn while the scroll bar is dragged.
     void set_track_scrolling(bool track);
     [[nodiscard]] bool track_scrolling() const;
 
-    /// A key that a locked cell does not take leads to no other cell.
+    /// A key that a locked cell does not accept must not move to another cell.
     void keyboardSearch(const QString& /*search*/) override {}
 
 signals:
-    /// The cursor left a cell, by key, mouse or a change of the focus.
+    /// The cursor has left a cell, by key, mouse or a change of the focus.
     void left_cell(int row, int column);
     /// Cells were pasted.
     void pasted();

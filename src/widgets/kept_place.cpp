@@ -43,13 +43,13 @@ Placement KeptPlace::place() const {
 
 void KeptPlace::put(const QScreen& screen) {
     screen_ = &screen;
-    // A window is never smaller than what it holds; its layouts say only now how much that is.
+    // A window is never smaller than its content, whose size the layouts know only now.
     window_.ensurePolished();
     const bool shown_before = own_size_.has_value();
     if (!own_size_) own_size_ = window_.size();
     own_size_ = own_size_->expandedTo(window_.minimumSizeHint());
     const Placement wanted = place();
-    // A window that was hidden comes back by itself to where it was.
+    // A hidden window returns by itself to its old place.
     const bool comes_back = shown_before && kept().left == wanted.left && kept().top == wanted.top &&
                             kept().width == wanted.width && kept().height == wanted.height;
     asked_ = wanted;
@@ -58,7 +58,7 @@ void KeptPlace::put(const QScreen& screen) {
     window_.windowHandle()->installEventFilter(this);
 }
 
-/// Before the window of the platform is made, the corner counts as that of the frame.
+/// Before the platform window exists, the corner is that of the frame.
 void KeptPlace::move_to(const Placement& place) {
     asked_ = place;
     window_.resize(place.width, place.height);
@@ -66,16 +66,16 @@ void KeptPlace::move_to(const Placement& place) {
 }
 
 bool KeptPlace::eventFilter(QObject* watched, QEvent* event) {
-    // The frame is there when the content is first drawn.
+    // The frame is known when the content is first drawn.
     if (event->type() == QEvent::Expose && watched == window_.windowHandle())
         QTimer::singleShot(0, this, &KeptPlace::frame_appeared);
     return false;
 }
 
-/// The first window that shows is placed without its frame being known: it is moved in by what it sticks out.
-/// A size that it got since, and a corner that it was moved to, stay as far as they fit.
+/// The first visible window is placed before its frame is known: it is then moved by as much as it extends
+/// beyond the screen. A size or corner that was set since is kept as far as it fits.
 void KeptPlace::frame_appeared() {
-    // What surrounds a window that fills the screen is not what surrounds others.
+    // The frame of a window that fills the screen differs from that of others.
     if (!window_.isVisible() || window_.isMaximized() || window_.isFullScreen()) return;
     const FrameWidths frame = frame_of(window_);
     if (frame == FrameWidths{} || frame == settings_.frame) return;

@@ -1,4 +1,4 @@
-// Puts a window where its user left it.
+// Puts a window back where the user left it.
 #pragma once
 
 #include "session/settings.h"
@@ -12,8 +12,8 @@ class QWidget;
 
 namespace nivora {
 
-/// The place of one window: put before the window shows, corrected once its frame is known, kept when the
-/// window goes.
+/// The place of one window: set before the window is shown, corrected once its frame is known, saved when
+/// the window closes.
 class KeptPlace : public QObject {
     Q_OBJECT
 
@@ -21,13 +21,13 @@ public:
     /// @param number the window's number among the kept places
     KeptPlace(QWidget& window, Settings& settings, std::size_t number);
 
-    /// Puts the window, which does not show yet, on its place. A window that was not kept yet is centred.
+    /// Puts the window in its place before it is shown. A window without a saved place is centred.
     ///
-    /// @param screen that of a window which was not kept yet
+    /// @param screen for a window without a saved place
     void put(const QScreen& screen);
-    /// Keeps place and size of a window that is about to go.
+    /// Saves place and size of a window that is about to close.
     ///
-    /// @param passing_height by how much it is taller for a while only
+    /// @param passing_height the part of its height that is only temporary
     void keep(int passing_height);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -46,7 +46,7 @@ private:
     Placement asked_;
 };
 
-/// What the window manager draws around a window, as far as it is known yet.
+/// The frame that the window manager draws around a window, as far as it is already known.
 [[nodiscard]] FrameWidths frame_of(const QWidget& window);
 
 }  // namespace nivora

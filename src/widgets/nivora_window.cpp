@@ -50,7 +50,7 @@ QTextEdit* make_strip(QWidget* parent) {
     return strip;
 }
 
-/// A colour whose red stands in the lowest byte.
+/// A colour from a number with red in the lowest byte.
 QColor colour_of(std::int32_t value) { return {value & 0xFF, value >> 8 & 0xFF, value >> 16 & 0xFF}; }
 
 bool interrupts(Qt::FocusReason reason) {
@@ -58,13 +58,13 @@ bool interrupts(Qt::FocusReason reason) {
            reason == Qt::MenuBarFocusReason;
 }
 
-/// Whether Tab can lead to an element of a window.
+/// Whether Tab can reach an element of a window.
 bool takes_focus(const QWidget& element, const QWidget& window) {
     return element.window() == &window && (element.focusPolicy() & Qt::TabFocus) != 0 &&
            element.isEnabled() && element.focusProxy() == nullptr && element.isVisibleTo(&window);
 }
 
-/// What typing would replace is selected; a table gets a cell to begin with.
+/// Selects the text that typing would replace; gives a table an active cell.
 void prepare_for_keys(QWidget& element) {
     if (auto* box = qobject_cast<QLineEdit*>(&element)) box->selectAll();
     auto* table = qobject_cast<QAbstractItemView*>(&element);
@@ -120,14 +120,14 @@ void NivoraWindow::set_content(QWidget* content, QWidget* foot) {
     auto* layout = static_cast<QVBoxLayout*>(frame_->layout());
     layout->insertWidget(0, area, 1);
     if (foot_ == nullptr) return;
-    // In line with the content, as if it were the last of it.
+    // Aligned with the content, as if it were its last part.
     const QMargins around = content->layout()->contentsMargins();
     content->layout()->setContentsMargins(around.left(), around.top(), around.right(), 0);
     foot_->layout()->setContentsMargins(around.left(), 0, around.right(), around.bottom());
     layout->insertWidget(1, foot_);
 }
 
-/// The largest size that the screen has for the content of this window.
+/// The largest size for the content of this window on its screen.
 QSize NivoraWindow::room_for_content() const {
     FrameWidths around = context_.session.settings.frame;
     if (around == FrameWidths{}) {
@@ -150,7 +150,7 @@ QSize NivoraWindow::room_for_content() const {
 
 void NivoraWindow::set_default_button(QPushButton* button) {
     default_button_ = button;
-    // Its look stays while another button has the focus.
+    // It looks like the default button even while another button has the focus.
     button->setAutoDefault(false);
     button->setDefault(true);
 }
@@ -163,14 +163,14 @@ void NivoraWindow::close_on_escape() {
             close();
             return;
         }
-        // A cell that is being edited gets its text back first.
+        // Escape first ends the editing of a cell, without a change.
         QKeyEvent key(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
         QApplication::sendEvent(focused, &key);
     });
 }
 
-/// F6, or Ctrl+Tab, leads to the next area of the window, also out of a table, where Tab goes from cell to
-/// cell; with Shift to the one before.
+/// F6 or Ctrl+Tab moves to the next area of the window, also out of a table, where Tab moves from cell to
+/// cell; with Shift to the previous one.
 void NivoraWindow::add_area_keys() {
     const auto add = [this](const QKeySequence& keys, bool forward) {
         auto* shortcut = new QShortcut(keys, this);
@@ -184,8 +184,8 @@ void NivoraWindow::add_area_keys() {
     }
 }
 
-/// The part of the window that an element stands in: a table, a frame, the toolbar, or else what the frame
-/// around them holds.
+/// The area of the window that contains an element: a table, a frame, the toolbar or the content area,
+/// otherwise the window itself.
 const QWidget* NivoraWindow::area_of(const QWidget* element) const {
     for (const QWidget* at = element; at != nullptr && at != this; at = at->parentWidget()) {
         if (qobject_cast<const QAbstractItemView*>(at) != nullptr) return at;
@@ -209,7 +209,7 @@ void NivoraWindow::move_to_area(bool forward) {
     }
 }
 
-/// Puts the focus into the content when the window opens; its first element would be the QuickHelp button.
+/// Sets the focus to the content when the window opens; by default the QuickHelp button would get it.
 void NivoraWindow::focus_content() {
     QWidget* element = focusWidget();
     if (element == nullptr || element == help_button_) element = first_focus_;
@@ -235,7 +235,7 @@ void NivoraWindow::setVisible(bool visible) {
 void NivoraWindow::keyPressEvent(QKeyEvent* event) {
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const bool alone = (event->modifiers() & ~Qt::KeypadModifier) == 0;
-    // A key that is held down since the window before goes nowhere.
+    // A key that was already held down in the previous window is ignored.
     if (!enter || !alone || event->isAutoRepeat()) return QMainWindow::keyPressEvent(event);
     auto* focused = qobject_cast<QPushButton*>(focusWidget());
     QPushButton* button = focused != nullptr ? focused : default_button_;
@@ -283,7 +283,7 @@ void NivoraWindow::make_room(bool on, int height_before) {
         resize(width(), height_before + std::min(strip_->height(), room));
         grown_ = height() - height_before;
     } else {
-        // Until its layouts know that the strip is gone they keep the window from shrinking.
+        // The window can't shrink until its layouts know that the strip is hidden.
         frame_->layout()->activate();
         layout()->activate();
         resize(width(), height_before - grown_);

@@ -22,16 +22,16 @@ namespace nivora {
 
 class KeptPlace;
 
-/// What every window is made with.
+/// The objects that every window needs.
 struct WindowContext {
     Session& session;
     QuickHelp& quick_help;
     std::filesystem::path program_folder;
 };
 
-/// A window with a QuickHelp button and strip, a status bar that shows the basin's file, a kept position, and
-/// its help texts. The strip and the button's state follow QuickHelp; while it is on the window can't be
-/// closed.
+/// A window with a QuickHelp button and strip, a status bar that shows the basin's file, a kept
+/// position, and its help texts. The strip and the button's state follow QuickHelp; while it is on the
+/// window can't be closed.
 class NivoraWindow : public QMainWindow {
     Q_OBJECT
 
@@ -41,18 +41,18 @@ public:
     NivoraWindow(const WindowContext& context, const char* name, WindowNumber number,
                  QWidget* parent = nullptr);
 
-    /// Shows the window before its caller, which is the window that has the keyboard, until it is closed.
+    /// Shows the window in front of its caller, which is the active window, until it is closed.
     void show_modal();
     void setVisible(bool visible) override;
-    /// The window that this one stays before from its next opening on; null for none.
+    /// The window that this one stays in front of from its next opening on; null for none.
     void set_caller(QWidget* caller) { caller_ = caller; }
     [[nodiscard]] QWidget* caller() const { return caller_; }
 
-    /// Gives an element its help line. A widget without one is explained by the next around it that has one.
+    /// Gives an element its help line. A widget without one is explained by the nearest parent that has one.
     static void set_help(QWidget* widget, int line);
 
     void explain_widget(QWidget* widget);
-    /// @param unit of what the line explains, in the units of the basin; empty where there is none
+    /// @param unit of what the line explains, in the units of the basin; empty if there is none
     void explain_line(int line, const QString& unit = {});
     void explain_menu(int number);
     [[nodiscard]] bool is_help_button(const QWidget* widget) const;
@@ -66,20 +66,19 @@ protected:
     [[nodiscard]] Session& session() { return context_.session; }
     [[nodiscard]] const WindowContext& context() const { return context_; }
 
-    /// Puts the window's own content above the strip. It scrolls where the screen is too small for it.
+    /// Puts the window's own content above the strip. It scrolls if the screen is too small for it.
     ///
-    /// @param foot what stays in sight below the content, such as the buttons that end the window; may be
-    /// null
+    /// @param foot what stays visible below the content, such as the buttons that close the window;
+    ///             may be null
     void set_content(QWidget* content, QWidget* foot = nullptr);
-    /// The element that has the focus when the window opens; without a call the first of the content that
-    /// takes keys.
+    /// The element that has the focus when the window opens; by default the first one in the content
+    /// that accepts keys.
     void set_first_focus(QWidget* element) { first_focus_ = element; }
-    /// The button that Enter presses wherever it has no other meaning.
+    /// The button that Enter presses if it has no other meaning.
     void set_default_button(QPushButton* button);
-    /// Lets Escape close the window as its close control does; while QuickHelp is on both are refused in
-    /// words.
+    /// Lets Escape close the window like its close control; while QuickHelp is on, both only show a message.
     void close_on_escape();
-    /// The tip of the QuickHelp button while QuickHelp is off, where it is not the usual one.
+    /// The tip of the QuickHelp button while QuickHelp is off, if it is not the usual one.
     void set_help_tip(const QString& tip);
     /// Gives the basin's file in the status bar its help line.
     void explain_status_bar(int line);
@@ -89,14 +88,14 @@ protected:
     void show_basin_file();
     /// Shows a message while an element has the colour of refused input.
     void refuse(QWidget* element, const Message& message);
-    /// Whether a box is left, or entered, by an event: an open menu, a question or another window only
+    /// Whether an event means that a box is left or entered: an open menu, a question or another window only
     /// interrupts the work in it.
     [[nodiscard]] bool leaves_box(const QEvent* event) const;
-    /// Lets a box be left for a button, such as Cancel, without its text being looked at: the question would
-    /// take the press of the button from the user.
+    /// Lets the user leave a box for a button, such as Cancel, without a check of its text: the message would
+    /// swallow the press of the button.
     static void leave_unchecked(QWidget* button);
     [[nodiscard]] static bool enters_box(const QEvent* event);
-    /// What QuickHelp changes in a window beside its strip.
+    /// What QuickHelp changes in a window besides its strip.
     virtual void quick_help_changed(bool on) { static_cast<void>(on); }
 
     void closeEvent(QCloseEvent* event) override;
@@ -125,7 +124,7 @@ private:
     QPointer<QWidget> caller_;
     QWidget* first_focus_ = nullptr;
     QPushButton* default_button_ = nullptr;
-    std::vector<QShortcut*> keys_;  ///< which QuickHelp turns off
+    std::vector<QShortcut*> keys_;  ///< disabled by QuickHelp
     bool opened_ = false;
     int grown_ = 0;
 };

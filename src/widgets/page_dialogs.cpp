@@ -20,7 +20,7 @@ constexpr double k_default_margin = 1.0;
 constexpr const char* k_millimetres = "mm";
 constexpr const char* k_inches = "in";
 
-/// Whether a country prints on Letter. Most of those do that measure in metres, too.
+/// Whether a country prints on Letter. Most countries that do also use metric units.
 bool prints_on_letter(QLocale::Territory territory) {
     constexpr std::array k_letter{QLocale::UnitedStates, QLocale::Canada,     QLocale::Mexico,
                                   QLocale::Belize,       QLocale::Chile,      QLocale::Colombia,
@@ -30,7 +30,7 @@ bool prints_on_letter(QLocale::Territory territory) {
     return std::find(k_letter.begin(), k_letter.end(), territory) != k_letter.end();
 }
 
-/// The paper behind its text in the settings; nothing where there is none or it is no paper.
+/// The paper from its text in the settings; nothing if the text is missing or invalid.
 std::optional<QPageSize> paper_of(const std::string& text) {
     const QString name = to_qt(text);
     for (int id = 0; id <= QPageSize::LastPageSize; ++id) {

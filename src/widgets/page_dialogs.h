@@ -12,17 +12,17 @@ class QWidget;
 
 namespace nivora {
 
-/// The page that the set-up describes: margins in inches, where 0 stands for 1 inch. Paper and unit are
-/// those of the locale until the user chose others.
+/// The page that the set-up describes: margins in inches, where 0 means 1 inch. Paper and unit are those of
+/// the locale until the user chooses others.
 [[nodiscard]] QPageLayout page_of(const PageSetup& setup, const QLocale& locale = QLocale::system());
 
-/// Puts a page's paper, unit, margins and orientation back into the set-up.
+/// Stores a page's paper, unit, margins and orientation in the set-up.
 void keep_page(PageSetup& setup, const QPageLayout& page);
 
-/// Shows the page dialog. A cancel, or a system without printing, keeps the old values.
+/// Shows the page dialog. After a cancel, or on a system without printing, the old values stay.
 void Page_Setup(PageSetup& setup, QWidget* parent);
 
-/// The font dialog, with one record that lasts from call to call.
+/// The font dialog; it remembers its choice between calls.
 class FontChooser {
 public:
     /// A font as the caller gets it.
@@ -33,10 +33,10 @@ public:
         bool italic = false;
     };
 
-    /// @param first the font that the first call begins with
+    /// @param first the initial font of the first call
     [[nodiscard]] Choice Choose_Font(const QFont& first, QWidget* parent);
 
-    /// The choice that a font stands for.
+    /// The choice for a font.
     [[nodiscard]] static Choice choice_of(const QFont& font);
     [[nodiscard]] const QFont& font() const { return record_; }
 

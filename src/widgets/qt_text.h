@@ -1,4 +1,4 @@
-// Texts between the program's UTF-8 and Qt.
+// Conversions between the program's UTF-8 texts and Qt.
 #pragma once
 
 #include <QString>

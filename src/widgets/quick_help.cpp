@@ -38,8 +38,8 @@ NivoraWindow* window_of(QWidget* widget) {
     return nullptr;
 }
 
-/// Whether a key only moves the attention, and may do so.
-bool moves_attention(const QEvent* event) {
+/// Whether a key only moves the focus, also to the menu bar, which QuickHelp allows.
+bool only_moves_focus(const QEvent* event) {
     if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease) return false;
     switch (static_cast<const QKeyEvent*>(event)->key()) {
         case Qt::Key_Tab:
@@ -52,14 +52,14 @@ bool moves_attention(const QEvent* event) {
     }
 }
 
-/// A help line, and the unit of the column that it explains; an empty one where there is none.
+/// A help line, and the unit of the column that it explains; an empty one if there is none.
 struct CellHelp {
     int line = 0;
     QString unit = {};
 };
 
-/// The help of the grid's column, or row, that was clicked or that the cursor is in; nothing outside such a
-/// grid.
+/// The help of the grid's column, or row, that was clicked or that the cursor is in; nothing outside
+/// such a grid.
 std::optional<CellHelp> help_of_cell(QWidget* widget, const QEvent* event) {
     auto* grid = qobject_cast<QTableView*>(widget);
     if (grid == nullptr) grid = qobject_cast<QTableView*>(widget->parentWidget());
@@ -85,7 +85,7 @@ std::optional<CellHelp> help_of_cell(QWidget* widget, const QEvent* event) {
     return std::nullopt;
 }
 
-/// The action of a menu or bar that a letter stands for.
+/// The action of a menu or bar with this letter as its mnemonic.
 QAction* action_of_letter(const QWidget* menu, int key) {
     if (key < Qt::Key_Exclam || key > Qt::Key_AsciiTilde) return nullptr;
     const QKeySequence wanted(QStringLiteral("Alt+") + QChar(key));
@@ -95,12 +95,12 @@ QAction* action_of_letter(const QWidget* menu, int key) {
     return nullptr;
 }
 
-/// Whether an entry opens further entries or is none at all, so that QuickHelp may leave it alone.
-bool only_leads_on(const QAction* action) {
+/// Whether an entry opens a submenu, is a separator or is missing, so that QuickHelp can ignore it.
+bool can_be_ignored(const QAction* action) {
     return action == nullptr || action->menu() != nullptr || action->isSeparator();
 }
 
-/// An entry of the main window's bar has a text among the menus', one of another window a line of its own.
+/// An entry in the main window has a menu text, one in another window has a help line of its own.
 void explain_action(NivoraWindow* window, const QAction* action) {
     const QVariant line = action->property(k_help_line);
     if (line.isValid()) return window->explain_line(line.toInt());
@@ -108,7 +108,7 @@ void explain_action(NivoraWindow* window, const QAction* action) {
     window->explain_menu(number.isValid() ? number.toInt() : -1);
 }
 
-/// A right click says nothing about what it hits.
+/// A right click explains nothing.
 bool is_right_click(const QEvent* event) {
     return event->type() == QEvent::MouseButtonPress &&
            static_cast<const QMouseEvent*>(event)->button() != Qt::LeftButton;
@@ -150,7 +150,7 @@ bool QuickHelp::eventFilter(QObject* watched, QEvent* event) {
 
 bool QuickHelp::filter_widget(QWidget* widget, QEvent* event) {
     NivoraWindow* window = window_of(widget);
-    if (window == nullptr || window->is_help_button(widget) || moves_attention(event)) return false;
+    if (window == nullptr || window->is_help_button(widget) || only_moves_focus(event)) return false;
     if (qobject_cast<QMenuBar*>(widget) != nullptr) return filter_bar(widget, event);
     if (qobject_cast<QMenu*>(widget) != nullptr) return filter_menu(widget, event);
     if (window->is_help_strip(widget) && event->type() == QEvent::Wheel) return false;
@@ -186,13 +186,12 @@ bool QuickHelp::filter_menu(QWidget* widget, QEvent* event) {
     } else {
         return false;
     }
-    if (only_leads_on(action)) return false;
+    if (can_be_ignored(action)) return false;
     explain_action(window_of(widget), action);
     return true;
 }
 
-/// Menus open, so that their entries can be explained; an entry that stands on the bar itself acts no more
-/// than theirs.
+/// Menus open, so that their entries can be explained; an entry on the bar itself is disabled like theirs.
 bool QuickHelp::filter_bar(QWidget* widget, QEvent* event) {
     auto* bar = static_cast<QMenuBar*>(widget);
     QAction* action = nullptr;
@@ -217,7 +216,7 @@ bool QuickHelp::filter_bar(QWidget* widget, QEvent* event) {
         }
         default: return false;
     }
-    if (only_leads_on(action)) return false;
+    if (can_be_ignored(action)) return false;
     if (event->type() != QEvent::MouseButtonRelease) explain_action(window_of(widget), action);
     return true;
 }

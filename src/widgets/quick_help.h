@@ -1,4 +1,4 @@
-// QuickHelp: one state for the whole program in which every element explains itself and none acts.
+// QuickHelp: a state of the whole program in which every element explains itself and none acts.
 #pragma once
 
 #include <QObject>
@@ -10,9 +10,9 @@ namespace nivora {
 
 class NivoraWindow;
 
-/// On exactly when the pointer is the arrow with the question mark. While it is on, one filter before all
-/// windows shows the text of the element that was clicked, or reached by a key, and swallows the event; no
-/// handler tests for it.
+/// It is on exactly when the pointer is the arrow with the question mark. While it is on, one event filter
+/// for all windows shows the text of the element that was clicked, or reached by a key, and swallows the
+/// event; no handler has to test for it.
 class QuickHelp : public QObject {
     Q_OBJECT
 

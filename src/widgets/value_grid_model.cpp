@@ -4,7 +4,7 @@ namespace nivora {
 namespace {
 
 /// Light cyan, the eleventh of the sixteen colours.
-constexpr QRgb k_lit = 0xFF00FFFF;
+constexpr QRgb k_highlight = 0xFF00FFFF;
 
 }  // namespace
 
@@ -19,8 +19,8 @@ void ValueGridModel::set_text(int row, int column, const QString& text) {
     emit dataChanged(index(row, column), index(row, column));
 }
 
-void ValueGridModel::light(std::set<std::pair<int, int>> cells) {
-    lit_ = std::move(cells);
+void ValueGridModel::highlight(std::set<std::pair<int, int>> cells) {
+    highlighted_ = std::move(cells);
     emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
 }
 
@@ -48,7 +48,7 @@ QString ValueGridModel::row_header(int row) const { return row_headers_.at(row);
 bool ValueGridModel::locked(int /*row*/, int /*column*/) const { return true; }
 
 QColor ValueGridModel::back_colour(int row, int column) const {
-    return is_lit(row, column) ? QColor::fromRgb(k_lit) : QColor{};
+    return highlighted_.contains({row, column}) ? QColor::fromRgb(k_highlight) : QColor{};
 }
 
 bool ValueGridModel::put(int /*row*/, int /*column*/, const QString& /*text*/) { return false; }

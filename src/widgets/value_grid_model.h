@@ -1,4 +1,4 @@
-// Figures that are only read: texts by row and column, some of them lit.
+// Read-only figures: texts by row and column, some of them highlighted.
 #pragma once
 
 #include "widgets/grid_model.h"
@@ -13,13 +13,12 @@ class ValueGridModel : public GridModel {
     Q_OBJECT
 
 public:
-    /// @param row_headers the names of the rows; empty texts where rows have none
+    /// @param row_headers the names of the rows; empty texts if rows have no names
     ValueGridModel(QStringList headers, QStringList row_headers, QObject* parent);
 
     void set_text(int row, int column, const QString& text);
-    /// Lights cells, and these alone.
-    void light(std::set<std::pair<int, int>> cells);
-    [[nodiscard]] bool is_lit(int row, int column) const { return lit_.contains({row, column}); }
+    /// Highlights these cells and no others.
+    void highlight(std::set<std::pair<int, int>> cells);
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
@@ -37,7 +36,7 @@ private:
     QStringList headers_;
     QStringList row_headers_;
     std::vector<QStringList> texts_;
-    std::set<std::pair<int, int>> lit_;
+    std::set<std::pair<int, int>> highlighted_;
 };
 
 }  // namespace nivora

@@ -1,4 +1,4 @@
-// The windows whose positions are kept, by the number under which the settings keep them.
+// The windows whose positions are saved, with their numbers in the settings.
 #pragma once
 
 namespace nivora {

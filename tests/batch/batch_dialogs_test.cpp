@@ -16,7 +16,7 @@ TEST(BatchDialogs, QuestionsAreAnsweredSoThatTheWorkGoesOn) {
     EXPECT_EQ(dialogs.message({.text = "Replace?", .title = "C", .buttons = Buttons::YesNoCancel}),
               Answer::Yes);
     EXPECT_EQ(report.str(), "A: Continue? [OK]\nB: Overwrite? [Yes]\nC: Replace? [Yes]\n");
-    EXPECT_FALSE(dialogs.said_no());
+    EXPECT_FALSE(dialogs.was_refused());
 }
 
 TEST(BatchDialogs, RefusingTheyAreAnsweredWithCancelOrNo) {
@@ -34,7 +34,7 @@ TEST(BatchDialogs, AMessageThatAsksNothingSaysNo) {
     std::ostringstream report;
     BatchDialogs dialogs{report, false};
     EXPECT_EQ(dialogs.message({.text = "Impossible"}), Answer::Ok);
-    EXPECT_TRUE(dialogs.said_no());
+    EXPECT_TRUE(dialogs.was_refused());
     EXPECT_EQ(report.str(), "Nivora: Impossible [OK]\n");
 }
 
@@ -68,7 +68,7 @@ TEST(BatchDialogs, AnInputBoxThatAsksAgainIsCancelledAndReported) {
     EXPECT_EQ(dialogs.input({.prompt = "Name?", .title = "T", .proposed = {}}), "a.b");
     EXPECT_EQ(dialogs.input({.prompt = "Invalid", .title = "T", .proposed = {}}), std::nullopt);
     EXPECT_EQ(report.str(), "T: Invalid [OK]\n");
-    EXPECT_TRUE(dialogs.said_no());
+    EXPECT_TRUE(dialogs.was_refused());
 }
 
 TEST(BatchDialogs, AFileQuestionGetsNoFile) {

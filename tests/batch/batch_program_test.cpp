@@ -132,7 +132,7 @@ TEST_F(BatchProgram, ALegacyFileWithoutPermissionIsRefused) {
     const BatchResult result =
         program(batch_folder, {"import", batch_folder.file(), batch_folder.basin()}, as_ordinary_user());
     EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.err, HasSubstr("alder.NVR' can't be read: the permission to read it is missing."));
+    EXPECT_THAT(result.err, HasSubstr("alder.NVR' can't be read: you have no permission to read it."));
     EXPECT_FALSE(std::filesystem::exists(batch_folder.basin()));
 }
 

@@ -70,7 +70,7 @@ TEST_F(DatedBlockTest, OtherDaysAndUnknownHeadingsAreLeftOutAndNamed) {
               "The clipboard holds dates with values of AN: 1 day of this table, 10/02/1980 to 10/02/1980.\n"
               "1 date of the clipboard is not in this table.\n"
               "These headings name no column of this table: Wind.\n"
-              "Put the values where their dates are? No pastes them cell by cell from the active cell.");
+              "Paste each value at its date? No pastes them cell by cell from the active cell.");
     EXPECT_EQ(question.buttons, Buttons::YesNoCancel);
 }
 

@@ -349,7 +349,7 @@ TEST_F(SecondThoughts, ASaveIntoAFileThatAnotherProgramHoldsIsRefusedAndLosesNot
     const fs::path file = changed_basin();
     OtherProgram other{[&](const std::function<void()>& hold) {
         BasinDatabase database{file, Access::ReadWrite};
-        database.hold_alone();
+        database.lock_exclusively();
         hold();
     }};
     life_.save();

@@ -98,7 +98,7 @@ TEST_F(ClipboardRoundTripTest, TabsAndLineEndsWithinQuotesMoveNoCell) {
         EXPECT_THAT(column(grid, 0, 2, k_tmax), ElementsAre("11", "13"));
     });
     ASSERT_EQ(dialogs_.messages().size(), 1U);
-    EXPECT_THAT(last_message().text, HasSubstr("1 of the 4 pasted cells can't be taken"));
+    EXPECT_THAT(last_message().text, HasSubstr("1 of the 4 pasted cells can't be accepted"));
     EXPECT_THAT(last_message().text, HasSubstr("a\tb\r\nc \"d\""));
 }
 
@@ -154,7 +154,7 @@ TEST_F(ClipboardRoundTripTest, DatesGoOutAndAreNotTakenBackIn) {
         EXPECT_EQ(from_qt(shown(grid, 0, 0)), first);
         EXPECT_EQ(whole(grid, 0, 1), "5");
     });
-    EXPECT_THAT(last_message().text, HasSubstr("1 of the 2 pasted cells can't be taken"));
+    EXPECT_THAT(last_message().text, HasSubstr("1 of the 2 pasted cells can't be accepted"));
 }
 
 TEST_F(ClipboardRoundTripTest, CutPutsTheWholeValuesOnTheClipboardAndLeavesZeros) {
@@ -196,7 +196,7 @@ TEST_F(ClipboardRoundTripTest, CommasThousandsAndUnitsAreRefusedAndCounted) {
         EXPECT_EQ(column(grid, 0, 4, k_runoff), before);
         EXPECT_EQ(whole(grid, 4, k_runoff), "5");
     });
-    EXPECT_THAT(last_message().text, HasSubstr("4 of the 5 pasted cells can't be taken"));
+    EXPECT_THAT(last_message().text, HasSubstr("4 of the 5 pasted cells can't be accepted"));
     EXPECT_THAT(last_message().text, HasSubstr("'1,5'"));
 }
 

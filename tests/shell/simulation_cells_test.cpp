@@ -361,10 +361,10 @@ TEST_F(SimulationCellsTest, PasteOfTheEditMenuLeavesTheNameAndTellsSo) {
     EXPECT_EQ(cell(2, 3), "01/01/1996");
     EXPECT_EQ(cell(2, 4), "12/31/1996");
     ASSERT_EQ(dialogs_.messages().size(), 1U);
-    EXPECT_THAT(
-        last_message().text,
-        testing::StartsWith("1 of the 17 pasted cells can't be taken: 'ellervane-1996' for Simulation Title "
-                            "of 'ellervane-1997-98'; a simulation keeps its name"));
+    EXPECT_THAT(last_message().text,
+                testing::StartsWith(
+                    "1 of the 17 pasted cells can't be accepted: 'ellervane-1996' for Simulation Title "
+                    "of 'ellervane-1997-98'; a simulation keeps its name"));
     EXPECT_TRUE(session_.basin.Basin_Changed);
     EXPECT_FALSE(enabled("mnuReports"));
 }

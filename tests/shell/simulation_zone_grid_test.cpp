@@ -114,7 +114,7 @@ TEST_F(SimulationZoneGridTest, APastedColumnCountsAndWhatDoesNotFitIsAskedAbout)
     ASSERT_FALSE(dialogs_.messages().empty());
     EXPECT_EQ(last_message().title, "Paste");
     EXPECT_THAT(last_message().text,
-                testing::StartsWith("1 of the 2 pasted cells can't be taken: '7,5' for Zone "
+                testing::StartsWith("1 of the 2 pasted cells can't be accepted: '7,5' for Zone "
                                     "Area (km²), zone 1;"));
     EXPECT_THAT(last_message().text, testing::HasSubstr("The grid has no room for 1 row of the clipboard."));
 }

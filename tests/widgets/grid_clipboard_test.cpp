@@ -11,7 +11,7 @@ protected:
     std::string told() {
         return dialogs_.messages().empty() ? std::string{} : dialogs_.messages().back().message.text;
     }
-    /// Pastes what can't be taken as a whole, and says Yes to the rest.
+    /// Pastes what can't be accepted as a whole, and says Yes to the rest.
     void paste_rest_at(int row, int column, const char* text) {
         dialogs_.then(Answer::Yes);
         paste_at(row, column, text);
@@ -140,10 +140,11 @@ TEST_F(GridClipboardTest, ABlockWithRefusedCellsIsAskedAboutBeforeAnyCellChanges
     paste_at(2, Column::k_number, "1\n1,5\n1.234,5\n2 000\nabc\n10/01/1980\n7\n");
     EXPECT_THAT(column(Column::k_number, 2, 8),
                 ElementsAre("2.125", "3.125", "4.125", "5.125", "6.125", "7.125", "8.125"));
-    EXPECT_EQ(told(),
-              "5 of the 7 pasted cells can't be taken. The first is '1,5' for Amount, row 4; a number has a "
-              "point as its decimal sign and no other separators.\n"
-              "Paste the rest? No leaves all cells as they are.");
+    EXPECT_EQ(
+        told(),
+        "5 of the 7 pasted cells can't be accepted. The first is '1,5' for Amount, row 4; a number has a "
+        "point as its decimal sign and no other separators.\n"
+        "Paste the rest? No leaves all cells as they are.");
     const Message& question = dialogs_.messages().back().message;
     EXPECT_EQ(question.title, "Paste");
     EXPECT_EQ(question.buttons, Buttons::YesNo);
@@ -166,17 +167,18 @@ TEST_F(GridClipboardTest, TheQuestionNamesTheRuleThatRefused) {
         return told();
     };
     EXPECT_EQ(refused(3, Column::k_text, "a"),
-              "The pasted cell can't be taken: 'a' for Name, row 4; this cell can't be changed.");
+              "The pasted cell can't be accepted: 'a' for Name, row 4; this cell can't be changed.");
     EXPECT_EQ(refused(3, Column::k_integer, "4.5"),
-              "The pasted cell can't be taken: '4.5' for Count, row 4; a whole number is needed.");
+              "The pasted cell can't be accepted: '4.5' for Count, row 4; a whole number is needed.");
     EXPECT_EQ(
         refused(3, Column::k_integer, "32768"),
-        "The pasted cell can't be taken: '32768' for Count, row 4; the number must lie between -32768 and "
+        "The pasted cell can't be accepted: '32768' for Count, row 4; the number must lie between -32768 and "
         "32767.");
-    EXPECT_EQ(refused(3, Column::k_date, "02/31/2006"),
-              "The pasted cell can't be taken: '02/31/2006' for Day, row 4; the calendar has no such day.");
+    EXPECT_EQ(
+        refused(3, Column::k_date, "02/31/2006"),
+        "The pasted cell can't be accepted: '02/31/2006' for Day, row 4; the calendar has no such day.");
     EXPECT_EQ(refused(3, Column::k_list, "Imperial"),
-              "The pasted cell can't be taken: 'Imperial' for Units, row 4; it must be one of 'Metric', "
+              "The pasted cell can't be accepted: 'Imperial' for Units, row 4; it must be one of 'Metric', "
               "'English'.");
 }
 
@@ -192,7 +194,7 @@ TEST_F(GridClipboardTest, WhereEverythingIsRefusedThereIsNothingToAskFor) {
     EXPECT_EQ(at(2, Column::k_number), "2.125");
     EXPECT_EQ(edits_, 0);
     EXPECT_EQ(told(),
-              "None of the pasted cells can be taken. The first is 'abc' for Amount, row 3; this is not a "
+              "None of the pasted cells can be accepted. The first is 'abc' for Amount, row 3; this is not a "
               "number.");
     EXPECT_EQ(dialogs_.messages().back().message.buttons, Buttons::Ok);
 }
@@ -204,7 +206,7 @@ TEST_F(GridClipboardTest, ALongRefusedTextIsToldByItsFirstFortyCharacters) {
 
 TEST_F(GridClipboardTest, RefusedCellsAndCutOffRowsAreToldInOneBox) {
     paste_at(k_rows - 1, Column::k_number, "abc\n1\n");
-    EXPECT_THAT(told(), testing::StartsWith("The pasted cell can't be taken: 'abc'"));
+    EXPECT_THAT(told(), testing::StartsWith("The pasted cell can't be accepted: 'abc'"));
     EXPECT_THAT(told(), testing::EndsWith("\nThe grid has no room for 1 row of the clipboard."));
     EXPECT_EQ(dialogs_.messages().size(), 1U);
 }
@@ -239,14 +241,14 @@ TEST_F(GridClipboardTest, ADateThatDoesNotExistIsRefusedInADateColumn) {
     paste_rest_at(2, Column::k_date, "02/29/1980\n02/29/1981\n29.02.1980\n");
     EXPECT_THAT(column(Column::k_date, 2, 4), ElementsAre("02/29/1980", "10/04/1980", "10/05/1980"));
     EXPECT_THAT(told(),
-                testing::StartsWith("2 of the 3 pasted cells can't be taken. The first is '02/29/1981'"));
+                testing::StartsWith("2 of the 3 pasted cells can't be accepted. The first is '02/29/1981'"));
 }
 
 TEST_F(GridClipboardTest, LockedCellsStayAndCountAsRefused) {
     cells_->locked_cells = {{3, Column::k_number}};
     paste_rest_at(2, Column::k_number, "50\n60\n70\n");
     EXPECT_THAT(column(Column::k_number, 2, 4), ElementsAre("50", "3.125", "70"));
-    EXPECT_THAT(told(), testing::StartsWith("1 of the 3 pasted cells can't be taken: '60'"));
+    EXPECT_THAT(told(), testing::StartsWith("1 of the 3 pasted cells can't be accepted: '60'"));
 }
 
 TEST_F(GridClipboardTest, QuotedCellsKeepTheirTabsLineEndsAndQuoteMarks) {

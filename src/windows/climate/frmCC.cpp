@@ -70,7 +70,7 @@ frmCC::frmCC(const WindowContext& context, QWidget* parent)
     resize(860, 640);
 }
 
-/// What still shows is hidden while the sheet and the scenarios, which the grid draws from, are there.
+/// Hides the window while the sheet and the scenarios, which the grid reads, still exist.
 frmCC::~frmCC() {
     finished_ = true;
     hide();
@@ -114,7 +114,7 @@ QWidget* frmCC::make_head() {
     connect(chooser_, &QComboBox::currentIndexChanged, this, [this](int at) {
         if (!filling_) show_scenario(at);
     });
-    connect(comments_, &QPlainTextEdit::textChanged, this, &frmCC::take_comments);
+    connect(comments_, &QPlainTextEdit::textChanged, this, &frmCC::store_comments);
     return frame;
 }
 
@@ -197,10 +197,10 @@ void frmCC::read_scenarios(const std::string& shown) {
         };
         const std::size_t before = rows();
         found = open_scenarios(database, session().basin.Current_Sim_Name, session().dialogs);
-        // References that led nowhere are gone from the file.
+        // References to missing tables were removed from the file.
         if (rows() != before) mark_basin_changed(session().basin);
     }
-    // What was typed into the scenarios that remain goes on waiting for Done.
+    // Unsaved input in the remaining scenarios still waits for Done.
     for (Scenario& scenario : found) {
         const auto typed = std::find_if(scenarios_.begin(), scenarios_.end(), [&](const Scenario& before) {
             return before.index.scenario == scenario.index.scenario;
@@ -249,21 +249,21 @@ void frmCC::show_scenario(int at) {
     filling_ = false;
 }
 
-void frmCC::take_comments() {
+void frmCC::store_comments() {
     Scenario* scenario = current();
     if (filling_ || scenario == nullptr) return;
     scenario->index.comments = from_qt(comments_->toPlainText());
     mark_changed();
 }
 
-/// Takes a winter end date that is one of the simulation's days. @return what is wrong with it otherwise
-std::optional<Message> frmCC::take_winter_end() {
+/// Stores a winter end date that is one of the simulation's days. @return otherwise what is wrong with it
+std::optional<Message> frmCC::store_winter_end() {
     Scenario* scenario = current();
     if (filling_ || finished_ || scenario == nullptr) return std::nullopt;
     const std::string text = from_qt(winter_end_->text());
     if (auto problem = winter_end_problem(session().basin, text)) return problem;
     const auto date = read_date(text);
-    // A default that holds half a day stays as it is while its day does.
+    // A default with half a day is kept as long as its day is unchanged.
     const auto& kept = scenario->index.winter_end_date;
     if (kept && whole_day(*kept) == *date) return std::nullopt;
     scenario->index.winter_end_date = static_cast<double>(*date);
@@ -271,33 +271,33 @@ std::optional<Message> frmCC::take_winter_end() {
     return std::nullopt;
 }
 
-/// Shows the winter end date that the scenario at hand keeps.
+/// Shows the stored winter end date of the current scenario.
 void frmCC::show_winter_end() {
     const Scenario* scenario = current();
     const auto kept = scenario != nullptr ? scenario->index.winter_end_date : std::nullopt;
     winter_end_->setText(kept ? to_qt(long_date_text(whole_day(*kept))) : QString{});
 }
 
-/// Takes the date, or tells what is wrong with it and shows the kept one again. @return whether it was taken
+/// Stores the date, or shows what is wrong with it and restores the old one. @return whether it was stored
 bool frmCC::winter_end_left() {
-    if (telling_) return true;
-    const auto problem = take_winter_end();
+    if (showing_problem_) return true;
+    const auto problem = store_winter_end();
     if (!problem) return true;
-    telling_ = true;
+    showing_problem_ = true;
     refuse(winter_end_, *problem);
     show_winter_end();
     QTimer::singleShot(0, winter_end_, [this] {
-        telling_ = false;
+        showing_problem_ = false;
         winter_end_->setFocus();
     });
     return false;
 }
 
-/// Takes the date that is being typed, or tells what is wrong with it where the way here did not. A date that
-/// nobody touched is no reason to stop.
+/// Stores the date that is being typed, or shows what is wrong with it unless that was shown already. An
+/// unchanged date does not stop the work.
 /// @return whether the work may go on
-bool frmCC::settle_winter_end() {
-    if (telling_) return false;
+bool frmCC::commit_winter_end() {
+    if (showing_problem_) return false;
     return !winter_end_->isModified() || current() == nullptr || winter_end_left();
 }
 
@@ -305,7 +305,8 @@ bool frmCC::eventFilter(QObject* watched, QEvent* event) {
     if (watched == winter_end_ && leaves_box(event)) {
         winter_end_left();
     } else if (watched == winter_end_ && event->type() == QEvent::FocusOut && !context().quick_help.is_on()) {
-        static_cast<void>(take_winter_end());  // on the way to Cancel nothing is told, and nothing lost
+        static_cast<void>(
+            store_winter_end());  // before Cancel a valid date is stored, but no message is shown
     }
     return NivoraWindow::eventFilter(watched, event);
 }
@@ -335,7 +336,7 @@ bool frmCC::store_all() {
 }
 
 void frmCC::add_scenario() {
-    if (!settle_winter_end()) return;
+    if (!commit_winter_end()) return;
     try {
         std::optional<std::string> name;
         {
@@ -390,21 +391,19 @@ void frmCC::view_variables() {
 
 void frmCC::done() {
     grid_->commit_editor();
-    if (!settle_winter_end() || !store_all()) return;
+    if (!commit_winter_end() || !store_all()) return;
     mark_basin_changed(session().basin);
     finished_ = true;
     close();
 }
 
-/// The window's own close control leaves the stored rows like Cancel, but not without a question where there
-/// is something to lose.
+/// The window's own close control discards like Cancel, but asks first if there is something to lose.
 bool frmCC::may_discard() {
     if (finished_) return true;
-    const bool half_typed = take_winter_end() && winter_end_->isModified();
+    const bool half_typed = store_winter_end() && winter_end_->isModified();
     if (!edited_ && !half_typed) return true;
     return session().dialogs.message(
-               {.text = "What you changed in the scenarios is lost if the window is closed.  "
-                        "Close it?",
+               {.text = "What you changed in the scenarios is lost if the window is closed.  Close it?",
                 .title = "Climate Change Scenario Definition",
                 .icon = Icon::Question,
                 .buttons = Buttons::YesNo,

@@ -17,8 +17,8 @@ namespace nivora {
 class GridView;
 class ScenarioModel;
 
-/// Makes, edits and deletes scenarios. Rows, comments and winter end dates wait for Done; New and Delete act
-/// at once.
+/// Creates, edits and deletes scenarios. Rows, comments and winter end dates wait for Done; New and Delete
+/// act at once.
 class frmCC : public NivoraWindow {
     Q_OBJECT
 
@@ -26,8 +26,8 @@ public:
     explicit frmCC(const WindowContext& context, QWidget* parent = nullptr);
     ~frmCC() override;
 
-    /// Reads the sheet and the scenarios, and asks for a first one where there is none. @return false where
-    /// the sheet or the basin can't be read, which was shown
+    /// Reads the sheet and the scenarios, and asks for a first one if there is none. @return false if the
+    /// sheet or the basin can't be read, which was shown
     [[nodiscard]] bool open();
 
 protected:
@@ -42,11 +42,11 @@ private:
 
     void read_scenarios(const std::string& shown);
     void show_scenario(int at);
-    void take_comments();
-    [[nodiscard]] std::optional<Message> take_winter_end();
+    void store_comments();
+    [[nodiscard]] std::optional<Message> store_winter_end();
     void show_winter_end();
     bool winter_end_left();
-    [[nodiscard]] bool settle_winter_end();
+    [[nodiscard]] bool commit_winter_end();
     void add_scenario();
     void remove_scenario();
     void view_variables();
@@ -64,10 +64,10 @@ private:
     QComboBox* chooser_ = nullptr;
     QLineEdit* winter_end_ = nullptr;
     QPlainTextEdit* comments_ = nullptr;
-    std::vector<QPushButton*> actions_;  ///< beside the head: New, Delete, Print, View Variables
+    std::vector<QPushButton*> actions_;  ///< at the right: New, Delete, Print, View Variables
     std::vector<QPushButton*> foot_;     ///< Done, Cancel, Help
     bool filling_ = false;
-    bool telling_ = false;
+    bool showing_problem_ = false;
     bool edited_ = false;
     bool finished_ = false;
 };

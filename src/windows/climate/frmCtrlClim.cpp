@@ -37,8 +37,8 @@ constexpr int k_done = 0;
 constexpr int k_abort = 1;
 constexpr int k_print = 3;
 constexpr int k_message_row = 3;
-/// The height of the statistics grid is thought of in parts; each step with a column adds one, the first
-/// step more.
+/// The height of the statistics grid is divided into parts; each step with a column adds one, the
+/// first step more.
 constexpr int k_height_parts = 9;
 constexpr int k_growth_of_step_1 = 3;
 constexpr const char* k_report = "NVR_DfGN.out";
@@ -94,8 +94,8 @@ QWidget* frmCtrlClim::make_scenario() {
     reuse_->setObjectName(QStringLiteral("Check2"));
     reuse_->setToolTip(
         QStringLiteral("To reuse the modified climate from the most recent climate simulation, check here "
-                       "(normally only when "
-                       "you've edited SimResults manually to change a few daily values in a scenario)."));
+                       "(normally only when you've edited SimResults manually "
+                       "to change a few daily values in a scenario)."));
     set_help(reuse_, 7);
     layout->addWidget(scenario_);
     layout->addWidget(reuse_);
@@ -138,7 +138,7 @@ QWidget* frmCtrlClim::make_summary() {
     summary_grid_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     summary_grid_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     connect(summary_grid_, &QAbstractItemView::clicked, this,
-            [this](const QModelIndex& cell) { light_sources(cell.row(), cell.column()); });
+            [this](const QModelIndex& cell) { highlight_sources(cell.row(), cell.column()); });
     return summary_grid_;
 }
 
@@ -170,7 +170,7 @@ QWidget* frmCtrlClim::make_statistics() {
     return statistics_grid_;
 }
 
-/// What the steps found doubtful, with a way to the help that says what to do. It shows once there is a note.
+/// The notes of the steps, with a link to the help that says what to do. Visible once there is a note.
 QWidget* frmCtrlClim::make_notes() {
     notes_ = new QTextBrowser(this);
     notes_->setObjectName(QStringLiteral("txtNotes"));
@@ -185,8 +185,8 @@ QWidget* frmCtrlClim::make_notes() {
     return notes_;
 }
 
-/// The height before step 1 is such that all rows can be seen once that step has made the grid grow; the
-/// window keeps room for what the later steps add.
+/// Sets the height before step 1 so that all rows are visible once that step has enlarged the grid; the
+/// window reserves room for the growth in later steps.
 void frmCtrlClim::fix_statistics_height(QGridLayout& layout, int row) {
     const int needed = statistics_grid_->horizontalHeader()->sizeHint().height() +
                        statistics_grid_->verticalHeader()->length() + 2 * statistics_grid_->frameWidth();
@@ -249,7 +249,7 @@ bool frmCtrlClim::open() {
         session().dialogs.stop(error.what());
         return false;
     }
-    // The only scenario needs no choice; the placeholder is none.
+    // A single scenario needs no choice; the placeholder is not a scenario.
     const bool one = scenario_->count() == 1 && !same_name(from_qt(scenario_->itemText(0)), k_no_scenario);
     scenario_->setCurrentIndex(one ? 0 : -1);
     updating_ = false;
@@ -333,8 +333,8 @@ void frmCtrlClim::note_start(StepOutcome outcome) {
     if (!session().climate.reuse_results) rebuilt_ = true;
 }
 
-/// After a step 1 that came to no run. Results that were built anew hold no changes made by hand, so that
-/// there is nothing in them to reuse; an evaluation that had begun before can only be aborted.
+/// After a step 1 without a completed run. Rebuilt results hold no manual changes, so there is nothing in
+/// them to reuse; an evaluation that had begun before can only be aborted.
 void frmCtrlClim::allow_another_start() {
     scenario_->setEnabled(true);
     reuse_->setEnabled(!rebuilt_);
@@ -343,7 +343,7 @@ void frmCtrlClim::allow_another_start() {
     set_caption(0);
 }
 
-/// After step 6, also one that was cancelled: what there is can be read and left by Done.
+/// After step 6, even if it was cancelled: the results can be read, and Done closes the window.
 void frmCtrlClim::finished() {
     buttons_[k_done]->setEnabled(true);
     buttons_[k_abort]->setEnabled(false);
@@ -383,7 +383,7 @@ void frmCtrlClim::show_notes() {
     notes_->setVisible(!notes.empty());
 }
 
-/// Shows the column of a step that ran for the first time, and gives the grid the size that goes with it.
+/// Shows the column of a step that ran for the first time, and enlarges the grid for it.
 void frmCtrlClim::grow_statistics(int step) {
     const int column = statistics_column(step);
     if (!statistics_grid_->isColumnHidden(column)) return;
@@ -415,28 +415,28 @@ void frmCtrlClim::show_statistics(int step) {
         statistics_->set_text(k_rows.at(i), column, figure(figures.at(i)));
 }
 
-/// Shows where a figure of the summary comes from.
-void frmCtrlClim::light_sources(int row, int column) {
+/// Highlights the sources of a figure of the summary.
+void frmCtrlClim::highlight_sources(int row, int column) {
     if (session().run.ClimateStep != k_climate_steps || row >= k_message_row) return;
-    summary_->light({{row, column}});
+    summary_->highlight({{row, column}});
     const bool changed = static_cast<SummaryRow>(row) == SummaryRow::ClimateAffected;
     const int source = static_cast<SummaryRow>(row) == SummaryRow::Measured ? 0 : 3;
     const int winter = changed ? 2 : 1;
     const int summer = changed ? 4 : 3;
-    std::set<std::pair<int, int>> lit;
+    std::set<std::pair<int, int>> cells;
     const auto season = static_cast<SummarySeason>(column);
-    if (season != SummarySeason::Summer) lit.emplace(source, winter);
-    if (season != SummarySeason::Winter) lit.emplace(source, summer);
-    statistics_->light(std::move(lit));
+    if (season != SummarySeason::Summer) cells.emplace(source, winter);
+    if (season != SummarySeason::Winter) cells.emplace(source, summer);
+    statistics_->highlight(std::move(cells));
 }
 
-// While it goes on no daily data can be edited.
+// While it is under way no daily data can be edited.
 bool frmCtrlClim::goes_on() const {
     const int step = context().session.run.ClimateStep;
     return begun_ && step > 0 && step < k_climate_steps;
 }
 
-/// Between two steps the close control ends the evaluation, as Abort does, but not without a question.
+/// Between two steps the close control ends the evaluation like Abort, but asks first.
 bool frmCtrlClim::may_end() {
     if (aborted_ || !goes_on()) return true;
     aborted_ =

@@ -18,23 +18,23 @@ namespace nivora {
 class GridView;
 class ValueGridModel;
 
-/// Runs the steps of one scenario in their order and shows what each of them brings. While it is open the
-/// main window offers little else.
+/// Runs the steps of one scenario in their order and shows the results of each. While it is open most
+/// commands of the main window are disabled.
 class frmCtrlClim : public NivoraWindow {
     Q_OBJECT
 
 public:
     explicit frmCtrlClim(const WindowContext& context, QWidget* parent = nullptr);
 
-    /// Lists the scenarios of the current simulation. @return false where the basin can't be read, which was
-    /// shown
+    /// Lists the scenarios of the current simulation. @return false if the basin can't be read,
+    /// which was shown
     [[nodiscard]] bool open();
 
     /// Whether an evaluation has begun and is not complete.
     [[nodiscard]] bool goes_on() const;
 
 signals:
-    /// The window was left, by Done, Abort or its close control.
+    /// The window was closed, by Done, Abort or its close control.
     void left();
 
 protected:
@@ -66,7 +66,7 @@ private:
     void show_statistics(int step);
     void grow_statistics(int step);
     void fit_statistics_width();
-    void light_sources(int row, int column);
+    void highlight_sources(int row, int column);
     void allow_choice(bool allowed);
     void set_caption(int step);
     [[nodiscard]] ClimateContext climate_context();
@@ -81,8 +81,8 @@ private:
     QTextBrowser* notes_ = nullptr;
     std::vector<QPushButton*> buttons_;
     int row_height_ = 0;    ///< by which the statistics grow
-    bool begun_ = false;    ///< a step 1 touched the results
-    bool rebuilt_ = false;  ///< it built them anew
+    bool begun_ = false;    ///< a step 1 has changed the results
+    bool rebuilt_ = false;  ///< that step rebuilt them
     bool updating_ = false;
     bool aborted_ = false;
 };

@@ -101,7 +101,7 @@ QString ScenarioModel::header(int column) const {
     return to_qt(sheet_.headers.at(static_cast<std::size_t>(column)));
 }
 
-/// The code of a text in a column of codes; nothing where it is none.
+/// The code of a text in a column of codes; nothing if it is not one.
 std::optional<int> ScenarioModel::code_of(int column, const std::string& text) {
     if (column == k_variable) return scenario_variable_code(text);
     return column == k_action ? edit_action_code(text) : scenario_zone_code(text);
@@ -115,7 +115,8 @@ QString ScenarioModel::entry_refusal(int row, int column, const QString& text) c
         case k_factor: return to_qt(single_refusal(typed));
         default: break;
     }
-    // A list shows fewer items than a cell takes: its number, too, and the action of another variable.
+    // A list shows fewer items than a cell accepts: also an item's number, and the action
+    // of another variable.
     return code_of(column, typed) ? QString{} : GridModel::entry_refusal(row, column, text);
 }
 

@@ -8,8 +8,8 @@
 
 namespace nivora {
 
-/// Six columns: variable, start, end, action, factor, zones. Behind the rows that there are stand blank ones
-/// to be filled.
+/// Six columns: variable, start, end, action, factor, zones. Blank rows to be filled follow
+/// the existing ones.
 class ScenarioModel : public GridModel {
     Q_OBJECT
 
@@ -19,7 +19,7 @@ public:
 
     /// Shows the rows of a scenario, or none for null.
     void show(std::vector<ScenarioRow>* rows);
-    /// What leaving a cell does to its row. @param row_left whether the row is left with it
+    /// Applies the rules for leaving a cell to its row. @param row_left whether the row is left, too
     void leave(int row, int column, bool row_left);
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
@@ -28,7 +28,7 @@ public:
     [[nodiscard]] QString text(int row, int column) const override;
     [[nodiscard]] QString whole_text(int row, int column) const override;
     [[nodiscard]] QString header(int column) const override;
-    /// A row that was cut is a blank one, which no scenario keeps.
+    /// A row that was cut is blank and is not stored.
     [[nodiscard]] QString cleared_text(int /*row*/, int /*column*/) const override { return {}; }
 
 protected:

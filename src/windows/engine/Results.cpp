@@ -43,7 +43,7 @@ GridView* make_table(ValueGridModel* figures, Dialogs& user, QWidget* parent) {
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     NivoraWindow::set_help(table, 17);
     table->setProperty(k_help_rows, 0);
-    // All six are seen at once; a window that grows gives its room to the comments.
+    // All six rows are visible; a window that grows gives its room to the comments.
     table->setFixedHeight(table->verticalHeader()->defaultSectionSize() * k_rows + 2 * table->frameWidth());
     table->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     return table;
@@ -66,7 +66,7 @@ Results::Results(const WindowContext& context, QWidget* parent)
     comments_->setAccessibleName(QStringLiteral("Comments"));
     comments_->setReadOnly(true);
     comments_->setMinimumHeight(comments_->fontMetrics().lineSpacing() * 3);
-    // They take the room that is left, and make the window scroll for no more than their least.
+    // They fill the remaining room, and the window scrolls only if there is less than their minimum.
     comments_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
     set_help(comments_, 10);
     auto* content = new QWidget(this);

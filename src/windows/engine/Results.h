@@ -18,7 +18,7 @@ class Results : public NivoraWindow {
 public:
     explicit Results(const WindowContext& context, QWidget* parent = nullptr);
 
-    /// Takes the values of the run from the session.
+    /// Fills the window with the values of the run from the session.
     void fill();
     /// Says in the status line whether the statistics shown are still those of the results and the inputs.
     void refresh_status();
@@ -34,8 +34,8 @@ private:
     GridView* statistics_;
     QLabel* notes_;
     QTextEdit* comments_;
-    double shown_ = 0.0;  ///< time of the run that is shown
-    std::string period_;  ///< of that run, with its notes in a few words
+    double shown_ = 0.0;  ///< time of the shown run
+    std::string period_;  ///< of that run, with short forms of its notes
 };
 
 }  // namespace nivora

@@ -105,7 +105,7 @@ void frmTimeLagDist::open_boxes() {
             sum += distribution.at(i);
         }
     }
-    // Where there is no distribution the whole of a day's melt is that of the day itself.
+    // Without a distribution all of a day's melt belongs to the day itself.
     if (!(distribution[0] > 0.0F)) boxes_[1]->setText(QStringLiteral("1.0"));
     total_->setText(to_qt(single_text(sum)));
 }
@@ -128,7 +128,7 @@ bool frmTimeLagDist::eventFilter(QObject* watched, QEvent* event) {
         if (box == 0) leave_count();
         if (box > 0) show_total();
     }
-    // Typing replaces what a box holds, such as the share that waits in the first one.
+    // Typing replaces the content of a box, such as the initial share in the first one.
     if (enters_box(event)) QTimer::singleShot(0, *found, &QLineEdit::selectAll);
     if (event->type() != QEvent::KeyPress) return NivoraWindow::eventFilter(watched, event);
     const auto* key = static_cast<QKeyEvent*>(event);
@@ -144,7 +144,7 @@ bool frmTimeLagDist::eventFilter(QObject* watched, QEvent* event) {
     return true;
 }
 
-/// Enter leads to the next box that can be filled, and from the last one to Accept.
+/// Enter moves to the next box that can be filled, and from the last one to Accept.
 void frmTimeLagDist::move_on(int box) {
     if (box == 0 && !leave_count()) return;
     const auto next = static_cast<std::size_t>(box + 1);
@@ -182,7 +182,8 @@ void frmTimeLagDist::enable_shares(int number) {
 void frmTimeLagDist::show_total() { total_->setText(to_qt(lag_total_text(shares()))); }
 
 void frmTimeLagDist::accept() {
-    // The accelerator does not take the focus from the box that is being filled, nor does Cancel look at it.
+    // The accelerator key does not move the focus away from the box that is being filled, so it is checked
+    // here; Cancel does not check it.
     if (!leave_count()) return;
     if (const auto problem = lag_total_problem(from_qt(total_->text()))) {
         session().dialogs.message(*problem);

@@ -206,7 +206,7 @@ QWidget* SimOptions::make_comments() {
     comments_->setTabChangesFocus(true);
     comments_->installEventFilter(this);
     comments_->setMinimumHeight(comments_->fontMetrics().lineSpacing() * 3);
-    // They take the room that is left, and make the window scroll for no more than their least.
+    // They fill the remaining room, and the window scrolls only if there is less than their minimum.
     comments_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
     set_help(comments_, 20);
     (new QVBoxLayout(frame))->addWidget(comments_);
@@ -252,7 +252,7 @@ void SimOptions::show_form() {
 
 void SimOptions::show_units(Units units) {
     const UnitTexts texts = unit_texts(units);
-    // The caption is cut before its last letter; it has always been so.
+    // Intended: the caption loses its last letter.
     threshold_frame_->setTitle(threshold_frame_->title().left(k_kept_of_frame_caption) +
                                QStringLiteral("(%1)").arg(to_qt(texts.area_word)));
     runoff_frame_->setTitle(QStringLiteral("Initial Runoff (") + to_qt(texts.flow_letter) +
@@ -262,8 +262,8 @@ void SimOptions::show_units(Units units) {
     show_value_units(units);
 }
 
-/// Each of the nine values names its unit in its tool tip, its help, and the status bar while it has the
-/// focus.
+/// Shows the unit of each of the nine values in its tool tip, its help and, while it has the focus,
+/// the status bar.
 void SimOptions::show_value_units(Units units) {
     for (std::size_t value = 0; value < k_first_values; ++value) {
         const QString field = QString::fromUtf8(k_value_fields.at(value));
@@ -290,7 +290,7 @@ void SimOptions::read_form() {
         form_.first_values.at(i) = from_qt(boxes_.at(k_first_value_box + i)->text());
 }
 
-/// Enter and Down lead to the next box, Up to the one before: from the threshold on to the temperature
+/// Enter and Down move to the next box, Up to the previous one: from the threshold to the temperature
 /// options, from the last box to the comments, and from these to the first button.
 bool SimOptions::move_on(const QObject* from, int step) {
     if (from == comments_) {
@@ -314,8 +314,8 @@ bool SimOptions::move_on(const QObject* from, int step) {
     return true;
 }
 
-/// Enter leads on from options as well: from the units to the temperature, from there, and from what is given
-/// by zone, to the nine parameters.
+/// Enter moves on from options as well: from the units to the temperature, and from there and from the
+/// options by zone to the nine parameters.
 bool SimOptions::move_on_from_option(const QObject* from) {
     const auto is_one_of = [from](const QButtonGroup& group) {
         const auto options = group.buttons();
@@ -337,7 +337,7 @@ bool SimOptions::eventFilter(QObject* watched, QEvent* event) {
         const bool enter = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
         if (enter && move_on_from_option(watched)) return true;
         const bool line_end = watched == comments_ && (key->modifiers() & Qt::ShiftModifier) != 0;
-        // Within the comments the arrows move the cursor.
+        // In the comments the arrow keys move the cursor.
         const bool arrow = watched != comments_ && (key->key() == Qt::Key_Down || key->key() == Qt::Key_Up);
         if (((enter && !line_end) || arrow) && move_on(watched, key->key() == Qt::Key_Up ? -1 : 1))
             return true;
@@ -363,11 +363,11 @@ void SimOptions::accept() {
         return;
     }
     if (accepted_) return static_cast<void>(close());
-    go_to_fault();
+    focus_faulty_box();
 }
 
-/// After a definition was refused, the first box that holds it up takes the keyboard.
-void SimOptions::go_to_fault() {
+/// After a refused definition, sets the focus to the first faulty box.
+void SimOptions::focus_faulty_box() {
     constexpr std::size_t k_start_box = 2;
     constexpr std::size_t k_end_box = 3;
     const auto start = read_date(form_.start);

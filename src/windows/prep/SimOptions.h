@@ -17,16 +17,16 @@ class QPushButton;
 namespace nivora {
 
 /// Shows the definition that is to be added, edited or imported, as `PrepState::SimOptions_Mode` says, and
-/// takes it into the simulation grid on Accept.
+/// stores it in the simulation grid on Accept.
 class SimOptions : public NivoraWindow {
     Q_OBJECT
 
 public:
     explicit SimOptions(const WindowContext& context, QWidget* parent = nullptr);
 
-    /// Fills the controls. @return false where the working file can't be read, which was shown
+    /// Fills the controls. @return false if the working file can't be read, which was shown
     [[nodiscard]] bool open();
-    /// Whether the definition was taken over.
+    /// Whether the definition was accepted.
     [[nodiscard]] bool accepted() const { return accepted_; }
 
 protected:
@@ -50,7 +50,7 @@ private:
     bool move_on(const QObject* from, int step);
     bool move_on_from_option(const QObject* from);
     void accept();
-    void go_to_fault();
+    void focus_faulty_box();
 
     SimOptionsForm form_;
     bool accepted_ = false;

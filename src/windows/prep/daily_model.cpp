@@ -70,7 +70,7 @@ QColor DailyModel::text_colour(int /*row*/, int column) const {
     return column == 0 ? QColor{} : QColor{0, 0, 255};
 }
 
-/// Of numbers with one count of decimals the largest and the smallest are the longest.
+/// Among numbers with the same number of decimals, the largest or the smallest has the longest text.
 QString DailyModel::widest_text(int column) const {
     if (column == 0) return QStringLiteral("00/00/0000");
     double low = 0.0;
@@ -92,7 +92,7 @@ QString DailyModel::place(int row, int column) const {
 }
 
 QString DailyModel::locked_reason(int /*row*/, int /*column*/) const {
-    return read_only_ ? QStringLiteral("this table is for reading only")
+    return read_only_ ? QStringLiteral("this table is read-only")
                       : QStringLiteral("the days of a table can't be changed");
 }
 

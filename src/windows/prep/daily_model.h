@@ -9,8 +9,8 @@
 
 namespace nivora {
 
-/// One row a day, the columns of the view. Cells show their decimals; an editor and the clipboard get the
-/// whole value.
+/// One row a day, the columns of the view. Cells show rounded values; an editor and the clipboard get
+/// the full value.
 class DailyModel : public GridModel {
     Q_OBJECT
 
@@ -21,7 +21,7 @@ public:
 
     /// Shows the days of an editor, or nothing for null.
     void show(DailyEditor* editor);
-    /// Why the store refused a value since this was last asked; empty where it did not.
+    /// Returns and clears the reason why the store refused a value; empty if it did not.
     [[nodiscard]] std::string take_fault() { return std::exchange(fault_, {}); }
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;

@@ -31,7 +31,7 @@ constexpr int k_default_topic = 7;
 constexpr int k_parameters_topic = 71;
 constexpr int k_results_topic = 72;
 
-bool climate_run_goes_on(int climate_step) { return climate_step >= 1 && climate_step <= 5; }
+bool is_climate_run_active(int climate_step) { return climate_step >= 1 && climate_step <= 5; }
 
 /// The number before the help line of a view's first column.
 int help_columns(DataView view) {
@@ -53,7 +53,7 @@ std::string daily_caption(const PrepState& prep, const BasinState& basin) {
 
 std::string daily_title(const PrepState& prep, int climate_step) {
     const char* locked =
-        climate_run_goes_on(climate_step) ? " (Read-only during climate change processing)" : "";
+        is_climate_run_active(climate_step) ? " (Read-only during climate change processing)" : "";
     return prep.window_title + locked;
 }
 
@@ -63,7 +63,7 @@ frmData::frmData(const WindowContext& context, QWidget* parent)
       days_(nullptr),
       grid_(nullptr) {
     PrepState& prep = session().prep;
-    if (climate_run_goes_on(session().run.ClimateStep)) prep.Edit_Locked = true;
+    if (is_climate_run_active(session().run.ClimateStep)) prep.Edit_Locked = true;
     // Daily variables are the basin's; parameters and results are of a simulation.
     const BasinState& basin = session().basin;
     const Units units = prep.Data_View == DataView::PhysicalData ? basin.basin_units : basin.Units_Code;
@@ -89,7 +89,7 @@ frmData::frmData(const WindowContext& context, QWidget* parent)
     make_menus();
     for (QPushButton* button : row.buttons) {
         button->setAutoDefault(false);
-        // Whatever button is pressed, the Edit menu of the main window ends; it is meant so.
+        // Intended: any button disables the Edit menu of the main window.
         connect(button, &QPushButton::clicked, this, [this] { daily_editor_button_was_pressed(session()); });
     }
     turn_off_printing(row.buttons[2]);
@@ -102,8 +102,8 @@ frmData::frmData(const WindowContext& context, QWidget* parent)
     connect(row.buttons[1], &QPushButton::clicked, this, &frmData::cancel);
     connect(row.buttons[3], &QPushButton::clicked, this, &frmData::help);
     connect(zone_, &QSpinBox::valueChanged, this, &frmData::show_zone);
-    connect(days_, &GridModel::refused, this, [this] { tell_fault(); });
-    connect(grid_, &GridView::pasted, this, [this] { tell_fault(); });
+    connect(days_, &GridModel::refused, this, [this] { show_store_error(); });
+    connect(grid_, &GridView::pasted, this, [this] { show_store_error(); });
     (new GridStatus(statusBar()))->watch(grid_);
     resize(980, 680);
 }
@@ -181,8 +181,8 @@ bool frmData::open() {
     return true;
 }
 
-/// Says why the store refused what was typed or pasted, where it did.
-void frmData::tell_fault() {
+/// Shows why the store refused a typed or pasted value, if it did.
+void frmData::show_store_error() {
     const std::string fault = days_->take_fault();
     if (!fault.empty()) session().dialogs.stop(fault);
 }
@@ -203,7 +203,7 @@ void frmData::show_zone(int zone) {
     grid_->setCurrentIndex(days_->index(std::min(at.row(), days_->rowCount() - 1), at.column()));
 }
 
-/// Reads another zone; where it can't be read the one before stays, and all that was changed.
+/// Reads another zone; if it can't be read, the current zone and all changes stay.
 bool frmData::read_zone(int zone) {
     const int shown = editor_->zone();
     try {
@@ -245,12 +245,12 @@ void frmData::mass_edit(MassEdit edit) {
     days_->changed_block(block.first_row, block.first_column, block.last_row, block.last_column);
 }
 
-/// Asks before results of an earlier run are thrown away.
+/// Asks before the results of an earlier run are discarded.
 bool frmData::results_may_go() {
     if (!editor_->changed() || !session().basin.Output_Valid) return true;
     return session().dialogs.message(
-               {.text = "After these changes to your database are recorded, plots and reports using computed "
-                        "values\n"
+               {.text = "After these changes to your database are recorded, "
+                        "plots and reports using computed values\n"
                         "will be disabled pending another successful model 'run'.  Save changes?",
                 .title =
                     "Database changes disable all model output (plots, reports) that utilize computed values",
@@ -278,7 +278,7 @@ void frmData::done() {
 
 void frmData::cancel() {
     editor_->roll_back();
-    // The zone grid comes back as it was when the window was opened.
+    // Restores the zone grid from when the window was opened.
     session().basin.zones = zone_grid_before_;
     finished_ = true;
     close();
@@ -291,8 +291,7 @@ void frmData::help() {
     session().desktop.show_help_topic(topic);
 }
 
-/// The window's own close control discards like Cancel, but not without a question where there is something
-/// to lose.
+/// The window's own close control discards like Cancel, but asks first if there is something to lose.
 bool frmData::may_discard() {
     if (finished_ || editor_ == nullptr) return true;
     grid_->commit_editor();

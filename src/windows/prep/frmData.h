@@ -23,7 +23,7 @@ public:
     explicit frmData(const WindowContext& context, QWidget* parent = nullptr);
     ~frmData() override;
 
-    /// Opens the table. @return false where there is nothing to show, which was told
+    /// Opens the table. @return false if there is nothing to show; a message has said so
     [[nodiscard]] bool open();
 
 protected:
@@ -35,7 +35,7 @@ private:
     void show_zone(int zone);
     [[nodiscard]] bool read_zone(int zone);
     void fit_columns();
-    void tell_fault();
+    void show_store_error();
     void mass_edit(MassEdit edit);
     void done();
     void cancel();
@@ -55,7 +55,7 @@ private:
 /// The caption above the grid: what is shown, of which simulation, in which units.
 [[nodiscard]] std::string daily_caption(const PrepState& prep, const BasinState& basin);
 
-/// The title of the window; it says so where the values can't be changed while a climate run goes on.
+/// The title of the window; it says if the values can't be changed because a climate run is under way.
 [[nodiscard]] std::string daily_title(const PrepState& prep, int climate_step);
 
 }  // namespace nivora

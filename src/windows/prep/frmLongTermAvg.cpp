@@ -57,8 +57,8 @@ frmLongTermAvg::frmLongTermAvg(const WindowContext& context, QWidget* parent)
     set_default_button(row.buttons[0]);
     close_on_escape();
     connect(zone_, &QSpinBox::valueChanged, this, &frmLongTermAvg::Show_Zone_Months);
-    connect(months_, &GridModel::refused, this, [this] { tell_fault(); });
-    connect(grid_, &GridView::pasted, this, [this] { tell_fault(); });
+    connect(months_, &GridModel::refused, this, [this] { show_store_error(); });
+    connect(grid_, &GridView::pasted, this, [this] { show_store_error(); });
     (new GridStatus(statusBar()))->watch(grid_);
     connect(row.buttons[0], &QPushButton::clicked, this, &frmLongTermAvg::accept);
     connect(row.buttons[1], &QPushButton::clicked, this, [this] {
@@ -107,8 +107,8 @@ void frmLongTermAvg::Show_Zone_Months(int zone) {
     if (at.isValid()) grid_->setCurrentIndex(months_->index(at.row(), at.column()));
 }
 
-/// Says why the store refused what was typed or pasted, where it did.
-void frmLongTermAvg::tell_fault() {
+/// Shows why the store refused a typed or pasted value, if it did.
+void frmLongTermAvg::show_store_error() {
     const std::string fault = months_->take_fault();
     if (!fault.empty()) session().dialogs.stop(fault);
 }
@@ -144,8 +144,7 @@ void frmLongTermAvg::accept() {
     close();
 }
 
-/// The window's own close control discards like Cancel, but not without a question where there is something
-/// to lose.
+/// The window's own close control discards like Cancel, but asks first if there is something to lose.
 bool frmLongTermAvg::may_discard() {
     if (done_ || !months_->edited_by_user()) return true;
     return session().dialogs.message(

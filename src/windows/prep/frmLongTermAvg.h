@@ -22,7 +22,7 @@ public:
     explicit frmLongTermAvg(const WindowContext& context, QWidget* parent = nullptr);
     ~frmLongTermAvg() override;
 
-    /// Opens the table. @return false where it is missing, which was shown
+    /// Opens the table. @return false if it is missing, which was shown
     [[nodiscard]] bool open();
 
 protected:
@@ -32,7 +32,7 @@ private:
     void make_menus();
     void Show_Zone_Months(int zone);
     void recalculate();
-    void tell_fault();
+    void show_store_error();
     void accept();
     [[nodiscard]] bool may_discard();
 

@@ -9,7 +9,7 @@ class QLineEdit;
 
 namespace nivora {
 
-/// Asks, right after the number of zones was fixed, for the period of the basin's record and makes its rows.
+/// Asks for the period of the basin's record right after the number of zones was fixed, and creates its rows.
 class frmPopulate : public NivoraWindow {
     Q_OBJECT
 

@@ -20,7 +20,7 @@ constexpr std::array<const char*, 12> k_month_names{"January",   "February", "Ma
 constexpr std::array<const char*, 5> k_headers{"Month", "Maximum Temperature", "Minimum Temperature",
                                                "Average Temperature", "Precipitation"};
 
-/// The daily variables of which the columns hold the averages.
+/// The daily variables whose averages the columns hold.
 constexpr std::array<const char*, 5> k_fields{"", "Tmax", "Tmin", "Tavg", "Precip"};
 
 }  // namespace

@@ -21,7 +21,7 @@ public:
     /// Shows a zone of these averages, or nothing for null.
     void show_zone(MonthlyAverages* averages, int zone);
     [[nodiscard]] bool edited_by_user() const { return edited_; }
-    /// Why the store refused a value since this was last asked; empty where it did not.
+    /// Returns and clears the reason why the store refused a value; empty if it did not.
     [[nodiscard]] std::string take_fault() { return std::exchange(fault_, {}); }
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
@@ -31,7 +31,7 @@ public:
     [[nodiscard]] QString whole_text(int row, int column) const override;
     [[nodiscard]] QString header(int column) const override;
     [[nodiscard]] bool locked(int row, int column) const override;
-    /// A month without a value is missing, and stays so where the cursor only passes it.
+    /// A month without a value is missing, and stays so if the cursor only passes over it.
     [[nodiscard]] QString cleared_text(int /*row*/, int /*column*/) const override { return {}; }
     [[nodiscard]] QString unit(int column) const override;
     [[nodiscard]] QString place(int row, int column) const override;

@@ -172,9 +172,10 @@ TEST_F(ScenarioGridTest, APasteThatACellRefusesIsAskedAbout) {
     dialogs_.then(Answer::No);
     find<QAction>("mnuEdItm(2)")->trigger();
     ASSERT_EQ(messages(), 1U);
-    EXPECT_EQ(last_message().text,
-              "1 of the 2 pasted cells can't be taken: 'nonsense' for Start Date, row 2; a date has the form "
-              "mm/dd/yyyy.\nPaste the rest? No leaves all cells as they are.");
+    EXPECT_EQ(
+        last_message().text,
+        "1 of the 2 pasted cells can't be accepted: 'nonsense' for Start Date, row 2; a date has the form "
+        "mm/dd/yyyy.\nPaste the rest? No leaves all cells as they are.");
     EXPECT_EQ(cell(2, k_variable), "");
     EXPECT_EQ(cell(2, k_start), "");
 }

@@ -293,10 +293,11 @@ TEST_F(DailyChangesTest, APasteWithDecimalCommasIsAskedAboutAndNoLeavesAllAsItWa
     EXPECT_THAT(shown_column(2), ElementsAre("101", "102", "103", "104"));
     ASSERT_EQ(messages(), 1U);
     EXPECT_EQ(last_message().title, "Paste");
-    EXPECT_EQ(last_message().text,
-              "2 of the 3 pasted cells can't be taken. The first is '1,5' for Runoff, 10/01/1980, zone 1; a "
-              "number has a point as its decimal sign and no other separators.\n"
-              "Paste the rest? No leaves all cells as they are.");
+    EXPECT_EQ(
+        last_message().text,
+        "2 of the 3 pasted cells can't be accepted. The first is '1,5' for Runoff, 10/01/1980, zone 1; a "
+        "number has a point as its decimal sign and no other separators.\n"
+        "Paste the rest? No leaves all cells as they are.");
     EXPECT_EQ(last_message().default_answer, Answer::No);
     press(0);
     expect_flags(false);
@@ -317,10 +318,9 @@ TEST_F(DailyChangesTest, ALimitIsNamedWhereItRefusesAPaste) {
     QApplication::clipboard()->setText(QStringLiteral("43\n"));
     go_to(2, 5);
     grid()->paste();
-    EXPECT_EQ(
-        last_message().text,
-        "The pasted cell can't be taken: '43' for LagTime, 10/02/1980, zone 1; the number must lie between "
-        "0 and 42.");
+    EXPECT_EQ(last_message().text,
+              "The pasted cell can't be accepted: '43' for LagTime, 10/02/1980, zone 1; "
+              "the number must lie between 0 and 42.");
     EXPECT_EQ(whole(2, 5), "18");
 }
 
@@ -357,7 +357,7 @@ TEST_F(DailyChangesTest, ARefusedOfferOfDatesGoesCellByCell) {
     dialogs_.then(Answer::No).then(Answer::No);
     grid()->paste();
     ASSERT_EQ(messages(), 2U);
-    EXPECT_THAT(last_message().text, testing::StartsWith("3 of the 4 pasted cells can't be taken."));
+    EXPECT_THAT(last_message().text, testing::StartsWith("3 of the 4 pasted cells can't be accepted."));
     EXPECT_THAT(shown_column(2), ElementsAre("101", "102", "103", "104"));
 }
 
