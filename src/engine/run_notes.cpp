@@ -42,6 +42,17 @@ std::string below_zero_text(const RunNote& note, Units units) {
         unit_words(units).discharge, long_date_text(note.value_day));
 }
 
+std::string stopped_text(const RunNote& note) {
+    return fmt::format(
+        "The computation of snow and melt stopped in zone {} on {}. From there on, {} have no rain and no "
+        "melt of "
+        "new snow: do not use the computed discharge. Repair the values of that day and of the days after "
+        "it, and "
+        "run again.",
+        note.zones.front(), long_date_text(note.first),
+        note.zones.size() == 1 ? "the days of this zone" : "the days of " + zones_text(note.zones));
+}
+
 std::string no_store_text(const RunNote& note, Units units) {
     constexpr const char* k_advice =
         "The gain of the zone and the cover that step 5 computes from it are meaningless. Start the "
@@ -83,6 +94,7 @@ const char* note_name(NoteKind kind) {
     switch (kind) {
         case NoteKind::DaysWithoutRows: return "DaysWithoutRows";
         case NoteKind::RunoffBelowZero: return "RunoffBelowZero";
+        case NoteKind::SnowMeltStopped: return "SnowMeltStopped";
         case NoteKind::NoWinterStore: return "NoWinterStore";
         case NoteKind::CoverHeld: break;
     }
@@ -94,6 +106,7 @@ std::string note_text(const RunNote& note, Units units) {
     switch (note.kind) {
         case NoteKind::DaysWithoutRows: return step + without_rows_text(note);
         case NoteKind::RunoffBelowZero: return step + below_zero_text(note, units);
+        case NoteKind::SnowMeltStopped: return step + stopped_text(note);
         case NoteKind::NoWinterStore: return step + no_store_text(note, units);
         case NoteKind::CoverHeld: break;
     }
@@ -107,6 +120,9 @@ std::string note_summary(const RunNote& note) {
                                zones_text(note.zones));
         case NoteKind::RunoffBelowZero:
             return fmt::format("discharge below 0 on {} of {}", note.days, day_word(note.period_days()));
+        case NoteKind::SnowMeltStopped:
+            return fmt::format("no snow and melt in {} from {} on", zones_text(note.zones),
+                               long_date_text(note.first));
         case NoteKind::NoWinterStore: return "no winter store in " + zones_text(note.zones);
         case NoteKind::CoverHeld: break;
     }
@@ -174,6 +190,20 @@ std::optional<RunNote> runoff_below_zero(const SimResults& results, const RunRow
     }
     if (note.days == 0) return std::nullopt;
     note.value = static_cast<float>(lowest);
+    return note;
+}
+
+RunNote snow_melt_stopped(const SimResults& results, std::size_t row, int zones, const RunState& run) {
+    RunNote note{.kind = NoteKind::SnowMeltStopped,
+                 .step = run.ClimateStep,
+                 .zones = {},
+                 .start = run.RunStart,
+                 .end = run.RunEnd,
+                 .first = results.Date[row],
+                 .last = run.RunEnd,
+                 .days = run.RunEnd - results.Date[row] + 1};
+    for (int zone = results.Zone[row]; zone <= zones; ++zone) note.zones.push_back(zone);
+    if (note.zones.empty()) note.zones.push_back(results.Zone[row]);
     return note;
 }
 

@@ -6,6 +6,7 @@
 #include "base/single.h"
 #include "base/units.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,6 +20,7 @@ struct SimResults;
 enum class NoteKind {
     DaysWithoutRows,  ///< days of the period that the data or parameters of some zones lack
     RunoffBelowZero,  ///< days with a negative computed discharge
+    SnowMeltStopped,  ///< snow and melt of zones that the stage did not reach, because of a fault
     NoWinterStore,    ///< step 5: the present winter stores no snow in the zone, or less than none
     CoverHeld         ///< step 5: the cover of the changed climate never ends in the zone
 };
@@ -64,6 +66,10 @@ struct RunNote {
 /// The days of a run on which its computed discharge is below 0, where there are any.
 [[nodiscard]] std::optional<RunNote> runoff_below_zero(const SimResults& results, const RunRows& rows,
                                                        const RunState& run);
+
+/// The zones and days that the snow and melt stage did not work, from the row that stopped it.
+[[nodiscard]] RunNote snow_melt_stopped(const SimResults& results, std::size_t row, int zones,
+                                        const RunState& run);
 
 /// Forgets the notes of a climate step, which is about to be taken again.
 void forget_notes(RunState& run, int step);

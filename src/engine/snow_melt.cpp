@@ -82,6 +82,9 @@ public:
                long_date_text(results_.Date[row_]) + " these values are missing: " + fields + ".";
     }
 
+    /// The row that was worked on last.
+    [[nodiscard]] std::size_t row() const { return row_; }
+
 private:
     /// The zone's values are kept apart from the table, which lets the compiler hold them in registers.
     void work_zone(std::span<const std::uint32_t> rows) {
@@ -238,6 +241,7 @@ void Snow_Melt(SimResults& results, const RunRows& rows, const BasinInputs& inpu
         } else {
             dialogs.stop(std::to_string(fault.number()) + " " + fault.what());
         }
+        run.notes.push_back(snow_melt_stopped(results, stage.row(), static_cast<int>(inputs.zones), run));
     }
 }
 

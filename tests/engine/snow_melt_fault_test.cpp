@@ -50,6 +50,34 @@ TEST_F(SnowMeltFaults, MissingDegreeDaysEndTheStageWithTheRowsBeforeWritten) {
     EXPECT_THAT(days(table.SumAT, 2), Each(IsNan()));
 }
 
+TEST_F(SnowMeltFaults, AStageThatStoppedIsNotedWithTheZonesAndDaysThatItLeftOut) {
+    begin(date_of(2001, 6, 1), 3);
+    run.ClimateStep = 2;
+    table.ZoneDDCC.assign(table.ZoneDDCC.size(), 2.0F);
+    table.ZoneDDCC[at(2, 2)] = k_missing;
+
+    go();
+
+    ASSERT_EQ(run.notes.size(), 1U);
+    const RunNote& note = run.notes[0];
+    EXPECT_EQ(note.kind, NoteKind::SnowMeltStopped);
+    EXPECT_THAT(note.zones, ElementsAre(2, 3));
+    EXPECT_EQ(note.first, date_of(2001, 6, 2));
+    EXPECT_EQ(note.last, date_of(2001, 6, 3));
+    EXPECT_EQ(note.days, 2);
+    EXPECT_EQ(
+        note_text(note, Units::Metric),
+        "Step 2: The computation of snow and melt stopped in zone 2 on 06/02/2001. From there on, the days "
+        "of zones 2 and 3 have no rain and no melt of new snow: do not use the computed discharge. Repair "
+        "the values of that day and of the days after it, and run again.");
+    EXPECT_EQ(note_summary(note), "no snow and melt in zones 2 and 3 from 06/02/2001 on");
+}
+
+TEST_F(SnowMeltFaults, AStageThatReachesItsEndIsNotNoted) {
+    go();
+    EXPECT_THAT(run.notes, ::testing::IsEmpty());
+}
+
 TEST_F(SnowMeltFaults, AMissingDegreeDayFactorEndsTheStage) {
     table.AN[at(1, 1)] = k_missing;
 
