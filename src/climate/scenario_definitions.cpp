@@ -232,8 +232,9 @@ bool delete_scenario(BasinDatabase& database, const std::string& simulation, con
     const auto rows = index_rows(database, simulation);
     const StoredIndexRow* stored = find_scenario(rows, name);
     if (stored == nullptr || same_name(name, k_no_scenario)) return false;
-    const Answer answer = dialogs.message(
-        {.text = fmt::format("Delete '{}' scenario table?", name), .buttons = Buttons::YesNoCancel});
+    const Answer answer = dialogs.message({.text = fmt::format("Delete '{}' scenario table?", name),
+                                           .buttons = Buttons::YesNoCancel,
+                                           .default_answer = Answer::No});
     if (answer != Answer::Yes) return false;
     atomically(database, [&] {
         if (rows.size() > 1) {

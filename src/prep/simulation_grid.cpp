@@ -190,7 +190,8 @@ void repair_simulation_cell(BasinState& basin, std::size_t row, int column) {
 Message delete_simulation_question(const BasinState& basin, std::size_t row) {
     return {.text = "Are you sure you want to delete '" + basin.simulations.at(row).name + "'?",
             .title = "Delete a simulation",
-            .buttons = Buttons::YesNo};
+            .buttons = Buttons::YesNo,
+            .default_answer = Answer::No};
 }
 
 void Delete_Simulation(const PrepContext& context, BasinDatabase& database, std::size_t row) {

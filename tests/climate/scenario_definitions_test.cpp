@@ -145,6 +145,7 @@ TEST_F(DeletedScenario, GoesWithItsTableAndItsRowAfterAQuestion) {
     dialogs.then(Answer::Yes);
     EXPECT_TRUE(delete_scenario(database, "wet", "warm", dialogs));
     EXPECT_EQ(dialogs.messages().back().message.text, "Delete 'warm' scenario table?");
+    EXPECT_EQ(dialogs.messages().back().message.default_answer, Answer::No);
     EXPECT_EQ(dialogs.messages().back().message.buttons, Buttons::YesNoCancel);
     EXPECT_THAT(references(), ElementsAre("wet/cold"));
     EXPECT_FALSE(database.has_table("warm"));

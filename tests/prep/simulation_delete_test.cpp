@@ -24,6 +24,7 @@ TEST_F(SimulationDelete, IsAskedAboutByName) {
     EXPECT_EQ(question.text, "Are you sure you want to delete 'two'?");
     EXPECT_EQ(question.title, "Delete a simulation");
     EXPECT_EQ(question.buttons, Buttons::YesNo);
+    EXPECT_EQ(question.default_answer, Answer::No) << "Enter right after Alt+D must not delete anything";
 }
 
 TEST_F(SimulationDelete, TakesTheRowAndTheTableOfItsName) {
