@@ -1,4 +1,4 @@
-// What a run takes of the open basin: the numbers in its boxes and grids, read in one place.
+// The numbers that a run takes from the boxes and grids of the open basin.
 #pragma once
 
 #include "store/basin_store.h"
@@ -18,7 +18,7 @@ struct BasinInputs {
     double basin_area = 0.0;           ///< km² or mi²
     int melt_season_start = 4;         ///< month, 1 to 12
 
-    // Of the current simulation.
+    // From the current simulation
     std::optional<Units> units;
     std::optional<DayCount> start;
     std::optional<DayCount> end;
@@ -35,7 +35,7 @@ struct BasinInputs {
 [[nodiscard]] BasinInputs basin_inputs(const BasinState& basin);
 
 /// Gives the current simulation the default threshold, 6.0 cm or 2.36 inches by its units, if it has none.
-/// That changes the basin.
+/// This changes the basin.
 /// @return the threshold
 float settle_precipitation_threshold(BasinState& basin);
 

@@ -14,8 +14,8 @@ namespace {
 constexpr float k_no_prior_runoff = -99.0F;
 constexpr double k_runoff_tolerance = 0.2;
 
-/// The zones of the record, found one by one along the key of the table, so that what a query costs follows
-/// the days that it asks for and not the length of the record.
+/// The zones of the record, found one by one in the index of the table, so that the cost of a query depends
+/// on the days that it asks for and not on the length of the record.
 constexpr const char* k_zones_of_record =
     "zones(n) AS (SELECT min(Zone) FROM PhysicalData UNION ALL "
     "SELECT (SELECT min(Zone) FROM PhysicalData WHERE Zone > n) FROM zones WHERE n IS NOT NULL)";
@@ -37,8 +37,8 @@ struct SourceRow {
     }
 };
 
-/// The discharge of the day before the run, where more than one row of that day is stored: a basin of one
-/// zone never has it. A missing value counts as none.
+/// The discharge of the day before the run, if more than one row of that day is stored: a basin with one
+/// zone never has it. A missing value counts as no row.
 float prior_runoff(BasinDatabase& database, DayCount day) {
     return guarded([&] {
         SQLite::Statement query{
@@ -81,7 +81,7 @@ std::vector<SourceRow> source_rows(BasinDatabase& database, const std::string& s
     });
 }
 
-/// The rows, or none after a message where the store refuses.
+/// The rows; none, after a message, if the store reports an error.
 std::vector<SourceRow> source_rows_or_message(BasinDatabase& database, const BasinState& basin,
                                               DayCount start, DayCount end, Dialogs& dialogs) {
     try {
@@ -142,7 +142,7 @@ void fill_row(SimResults& t, std::size_t row, const SourceRow& source, bool no_s
     t.DailyQPresent[row] = 0.0;
 }
 
-/// Replaces the table in the file; nothing after a message where the store refuses.
+/// Replaces the table in the file; returns nothing, after a message, if the store reports an error.
 std::unique_ptr<ResultsReplacement> replace_or_message(BasinDatabase& database, Dialogs& dialogs) {
     try {
         return std::make_unique<ResultsReplacement>(database);
@@ -152,12 +152,12 @@ std::unique_ptr<ResultsReplacement> replace_or_message(BasinDatabase& database, 
     }
 }
 
-/// The table that could not be replaced, over which the run goes on; empty where it can't be read either.
+/// The old table, with which the run continues if it cannot be replaced; empty if it cannot be read either.
 SimResults remaining_results(BasinDatabase& database) {
     try {
         return load_results(database);
     } catch (const StoreError&) {
-        return {};  // the user has just been told that the table is out of reach
+        return {};  // the user was just told that the table cannot be read
     }
 }
 

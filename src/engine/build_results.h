@@ -12,36 +12,36 @@
 
 namespace nivora {
 
-/// Days of February for a simulation's period. The year that counts is that of the end date, or that of the
-/// start date where it is an earlier one and the start lies before March.
+/// Days of February for a simulation's period. The year is that of the end date, or that of the
+/// start date if the simulation starts in an earlier year before March.
 [[nodiscard]] int february_days(DayCount start, DayCount end);
 
 /// The message for a simulation that has no day with both variables and parameters.
 [[nodiscard]] Message missing_data_message(const BasinState& basin);
 
-/// The message for a results table that can't be made or written.
+/// The message for a results table that cannot be created or written.
 [[nodiscard]] Message results_fault_message(const StoreError& error);
 
-/// Applies the climate scenario at hand to a table that was just built.
-/// @return the status of the building: 0 the run may go on, 1 stop it
+/// Applies the climate scenario to a table that was just built.
+/// @return the status of the build: 0 to continue the run, 1 to stop it
 using ApplyScenario = std::function<int(BasinDatabase&, SimResults&)>;
 
-/// What the building of the results table leaves.
+/// The outcome of building the results table.
 struct BuiltResults {
-    int Status = 0;  ///< 0 the run may go on, 1 stop it
+    int Status = 0;  ///< 0 to continue the run, 1 to stop it
     SimResults results;
-    /// The replacement of the table in the file, open until it is committed; none where the old table was
-    /// kept.
+    /// The replacement of the table in the file, open until it is committed;
+    /// empty if the old table was kept.
     std::unique_ptr<ResultsReplacement> replacement;
 };
 
 /// Joins `PhysicalData` with the parameter table of the current simulation over its period, compares the
 /// initial runoff with the data, and fills one row per zone and day.
 ///
-/// Shows what it finds wrong. A run that is refused by the question about the initial runoff has emptied the
-/// table already.
-/// Intended: a last row whose zone is not the basin's last one is called fatal and ends the building, but the
-/// status stays 0 and the run goes on.
+/// Shows what it finds wrong. If the user stops the run at the question about the initial runoff, the table
+/// is already empty.
+/// Intended: if the last row belongs to another zone than the basin's last one, the message calls it fatal
+/// and the build ends, but the status stays 0 and the run continues.
 [[nodiscard]] BuiltResults Build_SimResults(BasinDatabase& database, const BasinState& basin, RunState& run,
                                             Dialogs& dialogs, const ApplyScenario& apply_scenario);
 

@@ -32,7 +32,7 @@ std::optional<Message> lag_total_problem(const std::string& total_text) {
 
 std::array<float, 8> lag_distribution(double days, std::span<const std::string> shares) {
     std::array<float, 8> distribution{};
-    // Shares that add up to nothing would let no water through: they remove the distribution.
+    // With a total of 0 no water would ever run off, so it removes the distribution.
     if (leading_number(lag_total_text(shares)) == 0.0) return distribution;
     distribution[0] = static_cast<float>(days);
     const std::size_t count = std::min(shares.size(), distribution.size() - 1);

@@ -6,15 +6,15 @@
 
 namespace nivora {
 
-/// Replaces the table `SimResults` of a basin file, in one transaction from the removal of the old table to
-/// the last row of the new one. What is not committed leaves the old table.
+/// Replaces the table `SimResults` of a basin file in one transaction, from dropping the old table to the
+/// last row of the new one. Without a commit the old table remains.
 class ResultsReplacement {
 public:
-    /// Removes the table, if there is one, and makes it anew. @throws StoreError, Busy where another program
-    /// holds it
+    /// Drops the table, if there is one, and creates it.
+    /// @throws StoreError, Busy where another program holds it
     explicit ResultsReplacement(BasinDatabase& database);
 
-    /// Writes the rows and makes all of it last. @throws StoreError
+    /// Writes the rows and commits. @throws StoreError
     void commit(const SimResults& results);
 
 private:

@@ -1,4 +1,4 @@
-// What the summary of a run shows: its caption and the labels of its six statistics.
+// The texts of a run's summary: its caption and the labels of its six statistics.
 #pragma once
 
 #include "engine/run_state.h"
@@ -13,20 +13,21 @@ namespace nivora {
 /// coefficient of determination; the first four with their unit.
 [[nodiscard]] std::array<std::string, 6> statistics_labels(Units units);
 
-/// The six statistics in the order of their labels; nothing for what a fault kept from being worked out.
+/// The six statistics in the order of their labels; nothing for those that a fault prevented.
 [[nodiscard]] std::array<std::optional<float>, 6> statistics_values(const RunState& run);
 
 /// "Statistics, " and the run's title, with the interval of a forecast and the mark of no-snow mode.
 [[nodiscard]] std::string statistics_caption(const RunState& run);
 
-/// What the status line of the results table says: whose results they are, of when, and whether they still
-/// belong to the inputs.
+/// The status line of the results table: simulation and time of the results,
+/// and whether the inputs have changed since.
 [[nodiscard]] std::string results_status(const BasinState& basin, const RunState& run);
 
-/// The same below the statistics of a run: its period and notes in a few words, or why it is out of date.
+/// The status line of the statistics window: period and notes of the run in a few words, or why the
+/// statistics are out of date.
 ///
 /// @param shown the time of the run whose statistics are shown
-/// @param period of that run, and what its notes say in short
+/// @param period of that run, with its notes in short form
 [[nodiscard]] std::string statistics_status(const BasinState& basin, double shown, const std::string& period);
 
 /// The period of a run with its number of days, and its notes in a few words.

@@ -27,7 +27,7 @@ Zone zone_of(const BasinState& basin, int number) {
 }
 
 std::optional<RunMenuProblem> area_problem(const Zone& zone, int number) {
-    if (zone.area.value_or(0.0) > 0.0) return std::nullopt;  // nothing that is no number passes
+    if (zone.area.value_or(0.0) > 0.0) return std::nullopt;  // NaN is refused, too
     return zone_problem(number, "Zone area must be greater than zero!");
 }
 
@@ -47,7 +47,7 @@ std::optional<RunMenuProblem> first_zone_problem(const BasinState& basin) {
 
 std::string title_of(const char* caption) { return std::string{caption}.substr(1); }
 
-/// Brings the rows to the file; false after a message where the store refuses.
+/// Writes the rows to the file; false, after a message, if the store reports an error.
 bool store_results(BuiltResults& built, RunContext context) {
     if (!built.replacement) return false;
     try {
@@ -65,7 +65,7 @@ bool store_results(BuiltResults& built, RunContext context) {
 void mark_outcome(RunContext context, bool completed) {
     context.run.results_enabled = false;
     context.run.LastRunSimulation.clear();
-    // The table is empty or half filled now, whatever a run before had left in it.
+    // The table is empty or half filled from here on.
     mark_output_invalid(context.basin);
     if (!completed) return;
     mark_results_current(context.basin);
@@ -73,7 +73,7 @@ void mark_outcome(RunContext context, bool completed) {
     context.run.LastRunSimulation = context.basin.Current_Sim_Name;
 }
 
-/// The working file, or nothing after the messages that follow one another without it.
+/// Opens the working file; nothing, after messages, if it cannot be opened.
 std::unique_ptr<BasinDatabase> open_or_message(const BasinState& basin, Dialogs& dialogs) {
     try {
         return std::make_unique<BasinDatabase>(basin.Work_File, Access::ReadWrite);
@@ -85,8 +85,8 @@ std::unique_ptr<BasinDatabase> open_or_message(const BasinState& basin, Dialogs&
     }
 }
 
-/// Takes what the run is to work on from the current simulation; false after a message where its
-/// period is refused.
+/// Takes period, units and options from the current simulation;
+/// false, after a message, if its period is invalid.
 bool prepare_run(RunContext context, int index) {
     auto& [basin, run, dialogs] = context;
     if (run.RunKind == k_run_kind_simulation_chosen) {
@@ -111,7 +111,7 @@ bool prepare_run(RunContext context, int index) {
     return true;
 }
 
-/// Who asks about a blank latitude: the run, once the table is built, or its caller before.
+/// Who asks about a blank latitude: the run, after its table is built, or its caller before the run.
 enum class LatitudeQuestion { Here, AnsweredBefore };
 
 RunOutcome run_on(BasinDatabase& database, RunContext context, LatitudeQuestion latitude) {

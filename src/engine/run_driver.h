@@ -1,5 +1,4 @@
-// Where a user's command enters the model: the checks before a run, the choice of its kind, and the run
-// itself.
+// Entry points of the model: the checks before a run, the choice of its kind, and the run itself.
 #pragma once
 
 #include "base/dialogs.h"
@@ -12,32 +11,31 @@
 
 namespace nivora {
 
-/// What a run works on and with.
+/// The data and services that a run works with.
 struct RunContext {
     BasinState& basin;
     RunState& run;
     Dialogs& dialogs;
 };
 
-/// What opening the Run menu finds wrong, and where the user has to look.
+/// A problem found when the Run menu opens, and where it is.
 struct RunMenuProblem {
     enum class Place { None, ReferenceElevation, Zone };
 
     Message message;
     Place place = Place::None;
-    int zone = 0;  ///< 1 to 16 where the place is a zone
+    int zone = 0;  ///< 1 to 16 if the place is a zone
 };
 
-/// The checks at the opening of the Run menu, in their order; the first failure counts. They report and
-/// disable nothing.
+/// The checks when the Run menu opens, in this order;
+/// only the first problem is reported. No command is disabled.
 [[nodiscard]] std::optional<RunMenuProblem> run_menu_problem(const BasinState& basin);
 
-/// What keeps a simulation from any run: a start or an end that is missing, or a period that is not of 2 to
-/// 366 days. Every run asks this, because the grid leaves the dates of its first row unchecked. Null stands
-/// for no simulation.
+/// Why a simulation cannot run: its start or end is missing, or its period is not 2 to 366 days long. Every
+/// run checks this, because the grid does not check the dates of its first row. Null means no simulation.
 [[nodiscard]] std::optional<Message> run_period_problem(const Simulation* simulation);
 
-/// A zone whose area is not greater than zero, which neither the menu nor a run accepts.
+/// The first zone whose area is not greater than zero, which neither the menu nor a run accepts.
 [[nodiscard]] std::optional<RunMenuProblem> zone_area_problem(const BasinState& basin);
 
 /// Captions of the run commands, the accelerator marked by "&". Index 0 melt season, 1 year round.
@@ -49,38 +47,39 @@ void choose_simulation(RunState& run);
 
 /// The choice of an item of the Forecast menu: asks for the updating interval, 1 to 9 days.
 ///
-/// @return whether the run may start; a refused interval has been shown
+/// @return whether the run may start; for an invalid interval a message was shown
 [[nodiscard]] bool choose_forecast(RunState& run, Dialogs& dialogs, int index);
 
-/// Why a run does not start from the initial runoff of a simulation; nothing where it may. A blank one counts
-/// as 0.
+/// Why a run cannot start from the initial runoff of a simulation;
+/// nothing if it can. A blank one counts as 0.
 [[nodiscard]] std::optional<Message> initial_runoff_problem(const Simulation& simulation);
 
-/// Asks whether a basin without a latitude lies in the north; true where it has one, or the answer is Yes.
+/// Asks whether a basin without a latitude lies in the north.
+/// True if it has a latitude, or if the answer is Yes.
 [[nodiscard]] bool accepts_blank_latitude(const BasinState& basin, Dialogs& dialogs);
 
 /// How a run ended.
 struct RunOutcome {
     bool results_rebuilt = false;  ///< the old results table is gone
-    bool completed = false;        ///< all stages reached their end, and the table is in the file
-    StatisticsReach statistics = StatisticsReach::Nothing;  ///< what there is to show
+    bool completed = false;        ///< all stages were completed and the table is in the file
+    StatisticsReach statistics = StatisticsReach::Nothing;  ///< the statistics that were computed
 };
 
-/// The stages of a run after the building of its table: zone inputs, snow and melt, runoff, statistics.
+/// The stages of a run after its table is built: zone inputs, snow and melt, runoff, statistics.
 ///
-/// @param statistics set to what was worked out of the statistics
-/// @return whether all stages reached their end
+/// @param statistics set to the statistics that were computed
+/// @return whether all stages were completed
 [[nodiscard]] bool Run_Model(SimResults& results, RunContext context, StatisticsReach& statistics);
 
 /// Runs the current simulation over its period, with the results table read from and left in the working
-/// file, and the notes on the run in `run`. Once the old table is gone, only a run that is completed leaves
-/// valid results.
+/// file, and the notes on the run in `run`. Once the old table is gone,
+/// only a completed run leaves valid results.
 ///
 /// @param index 0 melt season, 1 year round; after choose_simulation or choose_forecast
 RunOutcome start_run(RunContext context, int index);
 
-/// The same in a file that the caller has open, once accepts_blank_latitude was true: that question is not
-/// asked here, so that a No leaves the file as it was.
+/// The same in a file that the caller has open. The caller asks accepts_blank_latitude before, so that the
+/// answer No leaves the file unchanged.
 RunOutcome start_run(BasinDatabase& database, RunContext context, int index);
 
 }  // namespace nivora

@@ -14,7 +14,7 @@ namespace {
 
 std::string day_word(DayCount days) { return days == 1 ? "1 day" : fmt::format("{} days", days); }
 
-/// The days that a note is about, as one span where they follow each other without a gap.
+/// The affected days: a span if there is no gap between them.
 std::string dates_text(const RunNote& note) {
     if (note.first == note.last) return long_date_text(note.first);
     const char* form = note.days == note.last - note.first + 1 ? "{} to {}" : "the first {}, the last {}";

@@ -1,4 +1,4 @@
-// The values of a run that live as long as the program, and what a run leaves behind.
+// The settings of a run and its results beside the results table; they live as long as the program.
 #pragma once
 
 #include "base/calendar.h"
@@ -20,10 +20,10 @@ inline constexpr int k_year_round_forecast = 1;
 inline constexpr int k_melt_season_simulation = 2;
 inline constexpr int k_year_round_simulation = 3;
 
-/// The sums of a climate run have room for so many zones and no more.
+/// The number of zones for which a climate run keeps sums.
 inline constexpr int k_climate_zones = 9;
 
-/// What the melt and input bar plots show of a zone: extent and sums over the run, or over its winter.
+/// Days and sums of a zone over the run, or over its winter, for the melt and input bar plots.
 struct ZoneTotals {
     std::optional<DayCount> first_day;
     std::optional<DayCount> last_day;
@@ -33,14 +33,14 @@ struct ZoneTotals {
     float new_snow_melt = k_missing;  ///< melt of new snow that reached the runoff, cm or inches
 };
 
-/// What was worked out of a run's statistics before a fault, if there was one.
+/// Which statistics of a run were computed; a fault ends their computation.
 enum class StatisticsReach {
     Nothing,
     Volumes,  ///< volumes and averages
     All       ///< the volume difference and R², too
 };
 
-/// What a run is asked to do.
+/// The settings of a run.
 struct RunRequest {
     int RunKind = 0;             ///< 0, 1 forecast; 2, 3 simulation; even melt season, odd year round
     std::string RunTitle;        ///< such as "Year round Simulation"
@@ -49,17 +49,17 @@ struct RunRequest {
     DayCount RunEnd = 0;         ///< last day of the working period
     int ClimateStep = 0;         ///< 0 plain run, 1 to 6 the steps of a climate evaluation
     float InitialRunoff = 0.0F;  ///< m³/s or ft³/s
-    bool NoSnow = false;         ///< outlives the basin: New and Open leave it
+    bool NoSnow = false;         ///< New and Open do not reset it
     std::string ScenarioName;    ///< the climate scenario, empty in a plain run
 
     /// Index 0 the number of days N (0 to 6, 0 for none), 1 to N the shares of a day's input that run off on
-    /// that day, the day after, and so on. Outlives the basin, and is stored nowhere.
+    /// that day, the day after, and so on. New and Open do not reset it; it is not stored.
     std::array<float, 8> LagDistribution{};
 };
 
-/// What a run leaves beside the results table.
+/// The results of a run that are not in the results table.
 struct RunResults {
-    /// Whose results `SimResults` holds; empty while a run is going on.
+    /// The simulation whose results `SimResults` holds; empty during a run.
     std::string LastRunSimulation;
 
     /// Days per month, 1 to 12; February is set by each run.
@@ -77,23 +77,23 @@ struct RunResults {
     float ComputedVolume = 0.0F;    ///< 10^6 m³ or 10^6 ft³
     float VolumeDifference = 0.0F;  ///< Dv, percent of the measured volume
     float CoefficientR2 = 0.0F;     ///< Nash-Sutcliffe form, 1 at best, no lower bound
-    /// Which of the six belong to the run; the others may be those of a run before.
+    /// Which of the six belong to this run; the others may be those of an earlier one.
     StatisticsReach statistics = StatisticsReach::Nothing;
 
-    /// What the user should know of the last run, or of the steps of an evaluation in their order.
+    /// Notes on the last run, or on the steps of an evaluation in their order.
     std::vector<RunNote> notes;
 
     /// Sums of a climate run by zone (1 to 9), step (1 to 4) and item: 1 the zone's input, 2 melt from the
     /// snow covered area, 3 rain, 4 melt of new snow; cm or inches.
     std::array<std::array<std::array<float, 5>, 5>, k_climate_zones + 1> ClimateSums{};
-    /// By zone (1 to 9): 1, 2 winter precipitation of steps 1 and 2; 3, 4 snow carried at the end of steps 3
-    /// and 5.
+    /// By zone (1 to 9): 1, 2 winter precipitation of steps 1 and 2;
+    /// 3, 4 snow carried at the end of steps 3 and 5.
     std::array<std::array<float, 5>, k_climate_zones + 1> WinterPrecip{};
 
     std::array<ZoneTotals, k_most_zones> zone_totals{};  ///< zone 1 first
 };
 
-/// Both, and what the menus of the main window take from runs.
+/// Settings and results, and whether the main window offers them.
 struct RunState : RunRequest, RunResults {
     bool results_enabled = false;  ///< whether the Results entry of the Data menu can be chosen
 };

@@ -16,7 +16,7 @@ struct Hydrographs {
     std::vector<double> computed;
 };
 
-/// A sum and a count that leave missing values out.
+/// Sum and count of the values that are not missing.
 struct Total {
     double sum = 0.0;
     std::size_t count = 0;
@@ -27,7 +27,7 @@ struct Total {
     [[nodiscard]] float single_sum() const { return to_single(count == 0 ? as_double(k_missing) : sum); }
 };
 
-/// Zone 1's rows of the period in date order, which is the order in which sums are formed.
+/// Zone 1's rows of the period in date order, the order of summation.
 std::span<const std::uint32_t> basin_rows(const SimResults& t, const RunRows& rows) {
     const auto first = std::partition_point(rows.by_zone.begin(), rows.by_zone.end(),
                                             [&](std::uint32_t row) { return t.Zone[row] < 1; });

@@ -15,8 +15,8 @@ public:
     LagQueue(std::vector<double> weights, double first_input)
         : weights_(std::move(weights)), inputs_(weights_.size(), first_input) {}
 
-    /// Takes in the day's input, or keeps the newest where there is none, and gives the lagged one; not a
-    /// number where it is too large.
+    /// Adds the day's input, or keeps the newest one if it is missing, and returns the lagged input; NaN if
+    /// it is too large.
     double release(std::optional<double> input) {
         if (input) inputs_.back() = *input;
         double lagged = 0.0;
@@ -38,8 +38,8 @@ std::vector<double> daily_inputs(const StepColumns& columns, const RunoffBasin& 
     return inputs;
 }
 
-/// The inputs of a run have room for two days more than the simulation's period, and no more: rows of zones
-/// that the basin does not have make more days than that, and those days bring no input.
+/// Inputs are kept for two days more than the simulation's period. Rows of zones that the basin does not have
+/// add days beyond that, and these have no input.
 std::size_t days_with_input(const BasinInputs& inputs) {
     if (!inputs.start || !inputs.end) return std::numeric_limits<std::size_t>::max();
     return static_cast<std::size_t>(std::max<DayCount>(0, *inputs.end - *inputs.start + 3));

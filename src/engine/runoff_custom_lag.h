@@ -6,13 +6,13 @@
 
 namespace nivora {
 
-/// Computes the discharge of every day with the shares of `LagDistribution`, into the first zone's row of the
-/// day.
+/// Computes the discharge of every day with the shares of `LagDistribution`,
+/// into the first zone's row of the day.
 ///
-/// Intended: it differs from Runoff_Simulation in more than the spread. `TotalMelt` holds the day's own
+/// Intended: it differs from Runoff_Simulation not only in the distribution. `TotalMelt` holds the day's own
 /// input, only zone 1's precipitation can start the faster recession, and a forecast is never updated, so
-/// that it equals a simulation. Until there are as many days of history as the distribution has shares, the
-/// first day's input replaces the missing ones.
+/// that its result equals that of a simulation. Until there are as many days of history as the distribution
+/// has shares, the first day's input replaces the missing ones.
 ///
 /// @return false where the user cancelled
 [[nodiscard]] bool Runoff_Custom_Lag(SimResults& results, const RunRows& rows, const BasinInputs& inputs,

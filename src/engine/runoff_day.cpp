@@ -20,8 +20,7 @@ constexpr const char* k_recession_text =
 
 void add_climate_sums(RunState& run, std::size_t zone, float zonal_melt, float new_melt, float rain) {
     if (run.ClimateStep < 1 || run.ClimateStep > 3) return;
-    if (zone > k_climate_zones)
-        return;  // there is no room for more zones, and the run goes on without their sums
+    if (zone > k_climate_zones) return;  // sums are kept for nine zones only; the run continues
     auto& sums = run.ClimateSums[zone][static_cast<std::size_t>(run.ClimateStep)];
     const auto add = [](float& sum, double value) {
         const auto result = static_cast<float>(as_double(sum) + value);

@@ -13,20 +13,20 @@
 
 namespace nivora {
 
-/// "Assign if it can be": a result that is missing or too large leaves the variable as it was, and the run
-/// goes on.
+/// Assigns a result if it is finite. If it is missing or too large,
+/// the variable keeps its value and the run continues.
 inline void assign_if_number(double& variable, double result) {
     if (std::isfinite(result)) variable = result;
 }
 
-/// The same for a Single field: too large a result leaves the field as it was; a missing one makes it
-/// missing.
+/// The same for a Single field: if the result is too large the field keeps its value; if it is missing, so
+/// is the field.
 inline void assign_field(float& field, double result) {
     const auto rounded = static_cast<float>(result);
     if (!std::isinf(rounded) && !std::isinf(result)) field = rounded;
 }
 
-/// What a run needs of the basin to turn depths into discharge.
+/// The values of the basin that convert depths to discharge.
 struct RunoffBasin {
     std::size_t zones = 1;
     std::vector<float> areas;           ///< km² or mi² by zone; index 0 is not used
@@ -35,13 +35,13 @@ struct RunoffBasin {
     float threshold = 0.0F;             ///< daily precipitation from which rain counts as heavy, cm or inches
 };
 
-/// @param inputs with a settled threshold
+/// @param inputs whose threshold is set
 [[nodiscard]] RunoffBasin runoff_basin(const BasinInputs& inputs);
 
-/// The rows of a day, one a zone; fewer on a last day whose rows are incomplete.
+/// The rows of a day, one for each zone; fewer on an incomplete last day.
 using DayRows = std::span<const std::uint32_t>;
 
-/// What the zones of a day yield together.
+/// The sums of a day over all zones.
 struct DayInput {
     double flow = 0.0;        ///< basin input, m³/s or ft³/s
     bool heavy_rain = false;  ///< whether some zone's precipitation reached the threshold
@@ -70,14 +70,15 @@ public:
     /// Five days of faster recession begin with this one.
     void start_high_flow() { high_flow_days_ = 5; }
 
-    /// Works out 1 - k of the day. Where k would reach 1 it is held at 0.99, with a question at the first
-    /// time in a run.
+    /// Computes 1 - k of the day. If k reaches 1 it is limited to 0.99;
+    /// the first time in a run asks the user.
     ///
-    /// @param x, y recession coefficients of the first zone's row; a missing one leaves the former
+    /// @param x, y recession coefficients of the first zone's row;
+    /// if one is missing the previous value is used
     /// @return false where the user cancelled
     [[nodiscard]] bool prepare_day(double x, double y, Dialogs& dialogs);
 
-    /// Q(n) = Q_in(n) (1 - k(n)) + Q(n-1) k(n); not a number where it is too large.
+    /// Q(n) = Q_in(n) (1 - k(n)) + Q(n-1) k(n); NaN if it is too large.
     [[nodiscard]] double discharge(double input) const { return input * share_ + (1.0 - share_) * Q; }
 
 private:
@@ -88,7 +89,7 @@ private:
     bool told_ = false;
 };
 
-/// Cuts rows in day order into days of so many zones, by position; the last day may be incomplete.
+/// Divides rows in day order into days of `zones` rows by position; the last day may be incomplete.
 [[nodiscard]] std::vector<DayRows> days_of(const RowOrder& rows, std::size_t zones);
 
 }  // namespace nivora

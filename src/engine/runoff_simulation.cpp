@@ -5,7 +5,7 @@ namespace {
 
 constexpr double k_longest_short_lag = 18.0;
 
-/// The stage with all that its steps share.
+/// The stage and the values that its steps share.
 class RunoffStage {
 public:
     RunoffStage(SimResults& results, const RunRows& rows, const BasinInputs& inputs, RunState& run,
@@ -60,7 +60,7 @@ private:
         if (is_heavy_on_average(columns_, basin_, rows, rain_share_)) recession_.start_high_flow();
     }
 
-    /// The forecast: on an update day the next day starts from the measurement, where there is one.
+    /// The forecast: on an update day the next day starts from the measurement, if there is one.
     void update(int day_number, std::size_t row) {
         if (day_number == next_update_) {
             const double measured = columns_.measured_present.empty() ? as_double(columns_.measured[row])
@@ -72,8 +72,8 @@ private:
         }
     }
 
-    /// The next day's row carries this day's input, and the lag of the day after that one is remembered: when
-    /// a day is worked, the remembered lag is that of the day to come.
+    /// The next day's row takes this day's input. The lag of the day after that row is kept: when a day is
+    /// computed, the kept lag is that of the following day.
     void hand_on(std::size_t day, double input) {
         if (day + 1 < days_.size()) assign_field(columns_.total_melt[first_row(day + 1)], input);
         if (day + 2 < days_.size()) lag_.remember_lag(as_double(columns_.lag_hours[first_row(day + 2)]));
@@ -143,7 +143,7 @@ void LagSpread::release_short(const Day& day) {
     } else if (former_lag_ > k_longest_short_lag) {
         assign_if_number(pending_[2], pending_[2] - part2_);
     } else {
-        // Intended: on the first day the rest is dropped without being released.
+        // Intended: on the first day the rest is never released.
         if (!day.first_of_run) part2_ = pending_[2];
         pending_[2] = 0.0;
     }

@@ -1,33 +1,33 @@
-// Third stage of a run: the basin's daily input, its spread by the time lag, and the discharge recursion.
-// Equations and rules: docs/model.md, sections 5, 7 and 8.
+// Third stage of a run: the basin's daily input, its distribution by the time lag, and the discharge
+// recursion. Equations and rules: docs/model.md, sections 5, 7 and 8.
 #pragma once
 
 #include "engine/runoff_day.h"
 
 namespace nivora {
 
-/// How the inputs of three days make up the lagged input of one, by a lag in hours.
+/// Combines the inputs of three days to the lagged input of one day, by a lag in hours.
 ///
-/// Keeps what of the last inputs is not yet released, so that a lag that changes loses and repeats nothing
-/// for long.
+/// Keeps the part of the last inputs that is not yet released, so that a change of the lag loses or repeats
+/// water for a few days at most.
 class LagSpread {
 public:
     /// The share of a day's input that arrives a day later, measured from the 6 o'clock reading; from a lag
     /// above 18 hours on it exceeds 1 and reaches into the day after that.
     [[nodiscard]] static double late_share(double lag_hours) { return 0.25 + lag_hours * (0.25 / 6.0); }
 
-    /// Takes in the first day's input, which stands for the days before the run as well.
+    /// Sets the first day's input, which is also used for the days before the run.
     void start(double input);
-    /// Takes in a day's input and lets the others grow a day older.
+    /// Adds a day's input; the others become one day older.
     void shift(double input);
 
-    /// What a day receives.
+    /// The inputs of one day.
     struct Day {
-        double lag_hours;  ///< of the first zone's row; a missing one leaves the former day's input
+        double lag_hours;  ///< of the first zone's row; if missing, the input of the day before is used
         double older;      ///< input of two days before, rounded to a Single
         double yesterday;  ///< input of the day before, rounded to a Single
         double today;
-        bool first_of_run;  ///< whether the row bears the first date of the run
+        bool first_of_run;  ///< whether the row has the first date of the run
     };
 
     /// The lagged input of a day, m³/s or ft³/s.
@@ -57,7 +57,7 @@ private:
 /// With a positive update interval, every so many days the next day starts from the measured discharge; the
 /// computed value of the update day stays. Writes `ZonalMelt`, `TotalMelt` (on day n the input of day n-1)
 /// and the computed discharge of the step; leaves `FinalQ` of the step. Rows are taken by position,
-/// `ZoneCount` a day. What can't be computed is passed over and its variable keeps what it had.
+/// `ZoneCount` a day. A value that cannot be computed keeps its previous value.
 ///
 /// @return false where the user cancelled
 [[nodiscard]] bool Runoff_Simulation(SimResults& results, const RunRows& rows, const BasinInputs& inputs,

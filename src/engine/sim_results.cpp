@@ -9,8 +9,8 @@
 namespace nivora {
 namespace {
 
-/// The number of days where a table holds every zone, one behind the other, on every day of the period in a
-/// row; 0 for any other table.
+/// The number of days of a table that holds every zone, one after the other, on every day of the period
+/// without gaps; 0 for any other table.
 std::size_t days_of_full_table(const SimResults& results, DayCount first, DayCount last) {
     const std::size_t rows = results.size();
     if (rows == 0) return 0;

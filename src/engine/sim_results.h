@@ -111,7 +111,7 @@ struct SimResults {
     void resize(std::size_t rows);
 };
 
-/// One column of the table as a stage uses it: to read, or to read and write.
+/// One column of the table for a stage: to read, or to read and write.
 using Column = std::span<const float>;
 using FieldColumn = std::span<float>;
 using DoubleColumn = std::span<const double>;
@@ -120,7 +120,7 @@ using DoubleFieldColumn = std::span<double>;
 /// Positions of rows, in the order in which a stage walks them.
 using RowOrder = std::vector<std::uint32_t>;
 
-/// The rows of a period in the two orders in which stages walk them. Rows alike keep their order.
+/// The rows of a period in the two orders in which stages walk them. Equal rows keep their order.
 struct RunRows {
     RowOrder by_zone;  ///< all days of zone 1, then all days of zone 2 ...
     RowOrder by_day;   ///< all zones of day 1, then all zones of day 2 ...

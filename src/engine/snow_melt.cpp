@@ -16,7 +16,7 @@ constexpr double k_least_depletion = 0.0001;
 constexpr float k_curve_not_started = -1.0F;
 constexpr float k_curve_finished = -2.0F;
 
-/// What a zone carries from day to day.
+/// The state of a zone from day to day.
 struct ZoneSnow {
     int zone = 0;
     bool winter = false;
@@ -43,7 +43,7 @@ struct SnowRow {
     float curve_excluding = 0.0F;
 };
 
-/// The stage with all that its steps share.
+/// The stage and the values that its steps share.
 class SnowStage {
 public:
     SnowStage(SimResults& results, const BasinInputs& inputs, RunState& run)
@@ -65,7 +65,7 @@ public:
         }
     }
 
-    /// Which values of the row that was worked on last are missing, for the user; empty where none is.
+    /// For the user: the missing values of the last row; empty if none is missing.
     [[nodiscard]] std::string missing_values() const {
         std::string fields;
         const auto add = [&](const char* field, float value) {
@@ -82,11 +82,11 @@ public:
                long_date_text(results_.Date[row_]) + " these values are missing: " + fields + ".";
     }
 
-    /// The row that was worked on last.
+    /// The last row that was processed.
     [[nodiscard]] std::size_t row() const { return row_; }
 
 private:
-    /// The zone's values are kept apart from the table, which lets the compiler hold them in registers.
+    /// The zone's values are local, so that the compiler can keep them in registers.
     void work_zone(std::span<const std::uint32_t> rows) {
         ZoneSnow snow{.zone = results_.Zone[rows.front()], .winter = starts_in_winter_};
         for (const std::size_t row : rows) {
@@ -120,12 +120,12 @@ private:
 
     static double snow_free(float cover) { return 1.0 - as_double(cover); }
 
-    /// In no-snow mode the winter's snow is what there is to melt, so a plain run keeps it.
+    /// In no-snow mode only the winter's snow can melt, so a plain run keeps it.
     void empty_store(ZoneSnow& snow) const {
         if (!keeps_store_) snow.store = 0.0F;
     }
 
-    /// The month of a date. Days come in order, so that most lie in the month of the one before.
+    /// The month of a date. Days are in order, so most dates are in the same month as the previous one.
     int month_of(DayCount date) {
         if (date < month_start_ || date >= next_month_start_) {
             const CivilDate civil = civil_date(date);
@@ -192,7 +192,7 @@ private:
     }
 
     /// The curve runs from the first day with snow cover to the first day without.
-    /// Intended: snow cover that returns later is written with the base that marks a finished curve.
+    /// Intended: snow cover that returns later is written with the base value of a finished curve.
     static void depletion_curves(SnowRow& fields, ZoneSnow& snow) {
         const bool begun = snow.depletion_base > k_curve_not_started;
         if (!(fields.cover > 0.0F || (fields.cover == 0.0F && begun))) return;

@@ -1,5 +1,5 @@
-// Second stage of a run: rain and new snow, the store of new snow and its melt, and the modified depletion
-// curves.
+// Second stage of a run: rain and new snow, the store of new snow and its melt,
+// and the modified depletion curves.
 // Equations and rules: docs/model.md, section 3.
 #pragma once
 
@@ -14,8 +14,8 @@ namespace nivora {
 
 /// First month of the melt season, which lasts six months: April in the north, October in the south.
 ///
-/// @param latitude_text decimal degrees; below 0 is the southern hemisphere, anything else or nothing the
-/// northern
+/// @param latitude_text decimal degrees; below 0 is the southern hemisphere,
+/// anything else or nothing the northern
 [[nodiscard]] int melt_season_start_month(std::string_view latitude_text);
 [[nodiscard]] bool in_melt_season(int month, int start_month);
 
@@ -26,7 +26,7 @@ namespace nivora {
 /// `MeltSeasonStart`, `SnowStore` and, in climate steps 1 to 3, `WinterPrecip`.
 ///
 /// A fault is shown and ends the stage; the rows before it are written.
-/// Intended: the run goes on, and the next stage meets the empty fields.
+/// Intended: the run continues, and the next stage reads the empty fields.
 void Snow_Melt(SimResults& results, const RunRows& rows, const BasinInputs& inputs, RunState& run,
                Dialogs& dialogs);
 

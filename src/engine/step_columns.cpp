@@ -3,7 +3,7 @@
 namespace nivora {
 namespace {
 
-/// Step 6 works on the cover that step 5 made; the steps between have the observed one.
+/// Step 6 uses the cover that step 5 computed; steps 4 and 5 use the observed cover.
 Column changed_cover(SimResults& t, int climate_step) {
     if (climate_step == 2) return t.SCACC;
     return climate_step == 6 ? t.SCAclimWAMA : t.SCA;

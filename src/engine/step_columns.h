@@ -5,8 +5,8 @@
 
 namespace nivora {
 
-/// The columns of a step: inputs, cover and results of the present or of the changed climate, and those in
-/// which every step works. A plain run is step 0. Units are those of `SimResults`.
+/// The columns of a step: inputs, cover and results of the present or of the changed climate, and the columns
+/// that every step uses. A plain run is step 0. Units are those of `SimResults`.
 struct StepColumns {
     Column maximum_temperature;
     Column minimum_temperature;
@@ -36,13 +36,13 @@ struct StepColumns {
     FieldColumn total_melt;
 
     Column measured;
-    /// In step 6 the computed discharge of the present climate, which takes the place of the measured one;
-    /// empty in every other.
+    /// In step 6 the computed discharge of the present climate, which replaces the measured discharge; empty
+    /// in the other steps.
     DoubleColumn measured_present;
     DoubleFieldColumn computed;
 };
 
-/// Whether a climate step works on the columns of the changed climate, as every step but 1 and 3 does.
+/// Whether a climate step uses the columns of the changed climate: every step except 1 and 3 does.
 [[nodiscard]] constexpr bool uses_changed_climate(int climate_step) {
     return climate_step >= 2 && climate_step != 3;
 }

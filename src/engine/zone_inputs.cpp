@@ -17,7 +17,7 @@ struct ZoneInputOptions {
     std::vector<float> lapse_steps;  // by zone, in the unit of the lapse rate; index 0 is not used
 };
 
-/// What zone 1's row of the day leaves for the other zones.
+/// Values of zone 1 that the other zones of the day use.
 struct BasinValues {
     float temperature = 0.0F;
     float lapse = 0.0F;
@@ -38,8 +38,8 @@ std::vector<float> lapse_steps(const BasinInputs& inputs, const UnitSystem& unit
     return steps;
 }
 
-/// T+ = max(0, T + steps x lapse rate - base), a Single that is rounded to 5 decimals; missing where an input
-/// is.
+/// T+ = max(0, T + steps x lapse rate - base), a Single that is rounded to 5 decimals;
+/// missing if an input is missing.
 float carried_degree_days(double degree_base, float temperature, float steps, float lapse_rate) {
     const double carried = as_double(temperature) + as_double(steps) * as_double(lapse_rate) - degree_base;
     const double rounded = round_half_even(as_double(to_single_field(carried)), k_degree_day_decimals);
@@ -53,8 +53,8 @@ float steps_of(const ZoneInputOptions& options, std::int16_t zone) {
     return options.lapse_steps[index];
 }
 
-/// The mean temperature of a zone. A Max/Min simulation spreads zone 1's mean to every zone, whatever the
-/// distribution option says.
+/// The mean temperature of a zone. A Max/Min simulation uses zone 1's mean in every zone, whatever the
+/// distribution option is.
 float mean_temperature(const ZoneInputOptions& options, const StepColumns& columns, std::size_t row,
                        bool first, BasinValues& basin) {
     const float given = columns.average_temperature[row];
@@ -90,8 +90,8 @@ void keep_basin_values(const StepColumns& columns, std::size_t row, BasinValues&
     static_cast<void>(required(columns.recession_y[row]));
 }
 
-/// Intended: x and y are never spread, whatever their option says. The runoff stages read them from the first
-/// zone's row, which has the same effect.
+/// Intended: x and y are never copied to other zones, whatever their option is. The runoff stages read them
+/// from the first zone's row, which has the same effect.
 void spread_basin_values(const ZoneInputOptions& options, const BasinValues& basin,
                          const StepColumns& columns, std::size_t row) {
     if (options.given.precipitation_basinwide) columns.precipitation[row] = basin.precipitation;
@@ -102,7 +102,7 @@ void spread_basin_values(const ZoneInputOptions& options, const BasinValues& bas
     }
 }
 
-/// Works out all of a row before it writes any of it, so that a faulty row stays as it was.
+/// Computes all values of a row before it writes any, so that a faulty row stays unchanged.
 void work_row(const ZoneInputOptions& options, const StepColumns& columns, std::int16_t zone, std::size_t row,
               BasinValues& basin, Phase& phase) {
     const bool first = zone == 1;
@@ -123,8 +123,7 @@ void work_row(const ZoneInputOptions& options, const StepColumns& columns, std::
     columns.degree_days[row] = degree_days;
 }
 
-/// The first missing value that a row needs, by the name that it has in the daily tables; empty where all are
-/// there.
+/// The first missing value that a row needs, by its name in the daily tables; empty if none is missing.
 std::string missing_field(const ZoneInputOptions& options, const StepColumns& columns, std::size_t row,
                           bool first) {
     const auto missing = [row](const auto& column) { return is_missing(column[row]); };
@@ -144,7 +143,7 @@ std::string missing_field(const ZoneInputOptions& options, const StepColumns& co
     return missing(columns.recession_y) ? "Ycoeff" : std::string{};
 }
 
-/// @param field the missing value of the row, if one is
+/// @param field the missing value of the row; empty if none is missing
 Message fault_message(const Fault& fault, Phase phase, const SimResults& results,
                       std::optional<std::size_t> row, const std::string& field) {
     Message message{.text = fault.what(), .title = {}, .icon = Icon::Stop};

@@ -1,4 +1,4 @@
-// First stage of a run: what each zone gets of the basin's inputs, and its degree days.
+// First stage of a run: the inputs of each zone and its degree days.
 // Equations and rules: docs/model.md, section 2.
 #pragma once
 
@@ -17,18 +17,17 @@ struct UnitSystem {
     float degree_base = 0.0F;   ///< the degree-day base, °C or °F
 };
 
-/// @param units of a simulation; anything but English counts as Metric
+/// @param units of a simulation; every value except English counts as Metric
 [[nodiscard]] UnitSystem unit_system(std::optional<Units> units);
 
-/// Degree days of a zone on one day: the mean temperature of the station carried to the zone's mean
-/// elevation.
+/// Degree days of a zone on one day: the mean temperature of the station
+/// extrapolated to the zone's mean elevation.
 ///
 /// @param station_temperature  daily mean at the reference elevation, °C (Metric) or °F (English)
 /// @param elevation_difference reference minus zone elevation, m or ft; positive below the station
 /// @param lapse_rate           °C per 100 m or °F per 1000 ft, positive where it gets colder upward
 /// @return degrees above the degree-day base (0 °C, 32 °F), rounded to 5 decimals, never below 0; nothing if
-/// an input is
-///         missing, which the caller reports as missing data of that zone and day
+///         an input is missing, which the caller reports as missing data of that zone and day
 /// @throws Fault 6 where the result lies beyond a Single
 [[nodiscard]] std::optional<float> zone_degree_days(const UnitSystem& units, float station_temperature,
                                                     float elevation_difference, float lapse_rate);
@@ -38,9 +37,7 @@ struct UnitSystem {
 /// rate, critical temperature, runoff coefficients and degree days of the present or the changed climate, by
 /// the climate step.
 ///
-/// @return true at the end of a clean pass; false after a fault, which has been shown. The rows before the
-/// faulty one
-///         keep what they got.
+/// @return false after a fault, which was shown; the rows before the faulty one keep their new values
 [[nodiscard]] bool Zone_Inputs(SimResults& results, const RunRows& rows, const BasinInputs& inputs,
                                RunState& run, Dialogs& dialogs);
 

@@ -5,7 +5,7 @@
 namespace nivora {
 namespace {
 
-/// Adds up values in Double, missing ones left out.
+/// Sums values in Double, without missing ones.
 class Sum {
 public:
     void add(float value) {
