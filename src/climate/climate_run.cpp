@@ -227,7 +227,7 @@ WinterReport new_report(ClimateContext context) {
     return {context.run.basin, context.run.run, context.climate, context.now};
 }
 
-/// False after a message where the report can't be written.
+/// False, after a message, if the report cannot be written.
 bool write_report(ClimateContext context, const WinterReport& report) {
     try {
         const BasinState& basin = context.run.basin;
@@ -240,7 +240,7 @@ bool write_report(ClimateContext context, const WinterReport& report) {
     }
 }
 
-/// A fault leaves the report with the zones that were done.
+/// After a fault the report holds the completed zones.
 bool fifth_step(SimResults& results, ClimateContext context) {
     const WinterContext winter{context.run.basin, context.run.run, context.climate, context.run.dialogs};
     WinterReport report = new_report(context);
@@ -324,8 +324,7 @@ std::optional<float> ClimateState::summary(SummaryRow row, SummarySeason season)
 }
 
 void begin_climate(ClimateContext context) {
-    // What plots and the printed scenario need stays: the results may still be those of the evaluation
-    // before.
+    // Keeps what plots and the printed scenario need: the results may still be those of the last evaluation.
     ClimateState fresh;
     fresh.ScenarioComments = context.climate.ScenarioComments;
     fresh.SummerStartDate = context.climate.SummerStartDate;
@@ -348,7 +347,7 @@ StepOutcome run_climate_step(BasinDatabase& database, ClimateContext context, in
     const RunState before = context.run.run;
     context.run.run.ClimateStep = step;
     if (step > 1) forget_notes(context.run.run, step);
-    // Whatever keeps step 5 from its end, the report is none of an earlier evaluation any more.
+    // Even if step 5 fails, the report must not be that of an earlier evaluation.
     if (step == 5 && !write_report(context, new_report(context))) return StepOutcome::Suspended;
     try {
         return step == 1 ? first_step(database, context, before) : later_step(database, context, step);

@@ -1,4 +1,4 @@
-// What a climate evaluation keeps from step to step.
+// The values that a climate evaluation keeps from step to step.
 #pragma once
 
 #include "base/calendar.h"
@@ -15,7 +15,7 @@ inline constexpr int k_climate_steps = 6;
 enum class SummaryRow { Measured, Computed, ClimateAffected };
 enum class SummarySeason { Winter, Summer, Year };
 
-/// The six statistics of a step, as the statistics grid shows them; what a step does not have stays empty.
+/// The six statistics of a step, as the statistics grid shows them; empty where a step has none.
 struct StepStatistics {
     float measured_volume = 0.0F;  ///< 10^6 m³ or 10^6 ft³
     float average_measured = 0.0F;
@@ -25,17 +25,17 @@ struct StepStatistics {
     std::optional<float> r2;                 ///< not in step 6
 };
 
-/// The values that outlive a single step. Done and Abort end it.
+/// The values of an evaluation from its first step until Done or Abort.
 struct ClimateState {
-    std::string scenario;  ///< the scenario that was chosen; step 1 may use results edited by hand instead
+    std::string scenario;          ///< the chosen scenario; step 1 may use results edited by hand instead
     DayCount WinterEndDate = 0;    ///< last day of the winter
-    bool reuse_results = false;    ///< use the climate changes that stand in the results
+    bool reuse_results = false;    ///< use the climate changes in the results
     std::string ScenarioComments;  ///< for the printed scenario
     DayCount SummerStartDate = 0;  ///< copied in step 6; used by plots
     int steps_done = 0;            ///< 0 to 6
     std::array<std::optional<StepStatistics>, k_climate_steps + 1> statistics;  ///< by step, 1, 2, 3 and 6
 
-    /// A cell of the seasonal summary; the year is the sum of what there is. Empty before its step.
+    /// A cell of the seasonal summary; the year is the sum of the known seasons. Empty before its step.
     [[nodiscard]] std::optional<float> summary(SummaryRow row, SummarySeason season) const;
 };
 

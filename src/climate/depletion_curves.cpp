@@ -35,8 +35,8 @@ void accumulate_on_own_dates(SimResults& t, Rows rows) {
     }
 }
 
-/// Puts the melt of each day of the adjusted curve on the first day on which the present curve has come as
-/// far, or on the last day where it never does; the last of several wins.
+/// Assigns the melt of each day of the adjusted curve to the first day on which the present curve reaches the
+/// same depth, or to the last day if it never does; if several fall on one day, the last one counts.
 ///
 /// Intended: a depth of 0 that finds its day ends the loop, so that a zone whose adjusted curve starts at 0
 /// gets no values.
@@ -56,7 +56,7 @@ void place_on_present_dates(SimResults& t, Rows rows) {
     }
 }
 
-/// Holds the last value over the days without one.
+/// Repeats the last value on days without one.
 void fill_gaps(FieldColumn melt, Rows rows) {
     float prior = 0.0F;
     for (const auto row : rows) {

@@ -18,13 +18,14 @@ namespace {
 
 using SingleField = std::vector<float> SimResults::*;
 
-/// What a statement sets: a column of the changed climate, from the column of the present one.
+/// The target of an assignment, a column of the changed climate,
+/// and its source, the column of the present one.
 struct Assignment {
     SingleField target = nullptr;
     SingleField source = nullptr;
 };
 
-/// What the edits of a variable work on; null where its edits have nothing to work on.
+/// The columns that the edits of a variable change; null if there are none.
 struct VariableSlot {
     Assignment assignment;          ///< of an addition or a multiplication
     SingleField shifted = nullptr;  ///< of a shift
@@ -36,8 +37,8 @@ constexpr Assignment k_average{&SimResults::TAvgCC, &SimResults::TAvg};
 constexpr Assignment k_precipitation{&SimResults::PrecipCC, &SimResults::Precip};
 
 /// By code. Code 0 adds and multiplies on two columns at once, see `add_or_multiply`.
-/// Intended: from 4 to 7 an addition works on another column than a shift, and some codes allow only one of
-/// the two.
+/// Intended: with codes 4 to 7 an addition changes another column than a shift, and some codes allow only one
+/// of the two.
 constexpr std::array<VariableSlot, 14> k_slots{{
     {{}, nullptr},
     {k_average, nullptr},
@@ -55,14 +56,14 @@ constexpr std::array<VariableSlot, 14> k_slots{{
     {{}, nullptr},
 }};
 
-/// A row of the scenario whose values are all there, and the zones that it covers.
+/// A complete row of the scenario, and its zones.
 struct Edit {
     int number = 0;  ///< of the row, from 1
     int variable = 0;
     DayCount start = 0;
     DayCount end = 0;
     int action = 0;
-    float factor = 0.0F;  ///< 0 where the action needs none
+    float factor = 0.0F;  ///< 0 if the action needs none
     int lowest_zone = 1;
     int highest_zone = 1;
 };
@@ -79,8 +80,8 @@ bool needs_factor(const ScenarioRow& row) {
     return row.action && *row.action < static_cast<int>(EditAction::Normalize);
 }
 
-/// @throws Fault 94 where a value is missing, also one that the action will not use; the factor alone may be
-/// missing where the action needs none
+/// @throws Fault 94 where a value is missing, even if the action does not use it; only the factor may be
+/// missing if the action needs none
 Edit edit_of(const ScenarioRow& row, int number, int zone_count) {
     Edit edit;
     edit.number = number;
@@ -89,7 +90,7 @@ Edit edit_of(const ScenarioRow& row, int number, int zone_count) {
     edit.end = stored_value(row.end);
     edit.action = stored_value(row.action);
     if (needs_factor(row)) edit.factor = required(row.factor);
-    // No zone is as good as any other beyond those that a basin may have.
+    // Any zone number beyond the highest possible one means the same.
     const int zones = std::min(stored_value(row.zones), k_most_zones + 1);
     edit.lowest_zone = zones == 0 ? 1 : zones;
     edit.highest_zone = zones == 0 ? zone_count : zones;
@@ -104,7 +105,7 @@ const VariableSlot& slot_of(const Edit& edit) {
     return k_slots[static_cast<std::size_t>(edit.variable)];
 }
 
-/// The fault of an action that has nothing to work on.
+/// The fault of an action without a column to change.
 Fault no_column_fault(const Edit& edit) {
     const std::string variable = scenario_variable_text(edit.variable);
     return {k_fault_item_not_found,
@@ -112,7 +113,7 @@ Fault no_column_fault(const Edit& edit) {
                         variable.empty() ? std::to_string(edit.variable) : variable)};
 }
 
-/// A number as the text of a statement has it: seven significant digits of the Single.
+/// A number with seven significant digits of a Single, as a statement text has it.
 double statement_number(float value) { return exact_number(single_text(value)).value(); }
 
 RowOrder rows_where(const SimResults& results, const std::function<bool(std::size_t)>& condition) {
@@ -123,8 +124,8 @@ RowOrder rows_where(const SimResults& results, const std::function<bool(std::siz
     return rows;
 }
 
-/// Sets columns on some rows to a value of their source. The statement is one: a value beyond the largest
-/// Single faults all of it, and no row has changed.
+/// Sets columns on some rows to a value computed from their source, all or nothing: if a value exceeds the
+/// largest Single, it is a fault and no row changes.
 template <typename Value>
 void set_columns(SimResults& results, std::initializer_list<Assignment> assignments, const RowOrder& rows,
                  Value&& value) {
@@ -141,8 +142,7 @@ void set_columns(SimResults& results, std::initializer_list<Assignment> assignme
     }
 }
 
-/// The right side is the column of the present climate, so that the last of two rows that cover a day counts
-/// for it.
+/// The source is the column of the present climate, so of two rows that cover a day only the last one counts.
 void add_or_multiply(SimResults& results, const Edit& edit) {
     const Assignment assignment = slot_of(edit).assignment;
     if (edit.variable != 0 && assignment.target == nullptr) throw no_column_fault(edit);
@@ -163,7 +163,7 @@ void add_or_multiply(SimResults& results, const Edit& edit) {
     }
 }
 
-/// The place in an order of a zone's row on a day. @throws Fault where there is none
+/// Index in `order` of the row for `zone` on `date`. @throws Fault if there is none
 std::size_t find_day(const SimResults& results, const RowOrder& order, const Edit& edit, int zone,
                      double date) {
     const auto found = std::find_if(order.begin(), order.end(), [&](std::uint32_t row) {
@@ -178,8 +178,8 @@ std::size_t find_day(const SimResults& results, const RowOrder& order, const Edi
 }
 
 /// Moves a zone's values from the source date to the start date, on to the zone's last day. Values are taken
-/// from the column that is written, so that earlier edits move along, and a shift to later days repeats what
-/// it has just written. The zone's last value repeats to its end.
+/// from the column that is written, so that earlier edits are shifted, too, and a shift to later days repeats
+/// values that it has just written. The zone's last value repeats to its end.
 void shift_zone(const SimResults& results, std::vector<float>& column, const RowOrder& order,
                 const Edit& edit, int zone) {
     std::size_t target = find_day(results, order, edit, zone, static_cast<double>(edit.start));
@@ -209,7 +209,7 @@ class AveragesCursor {
 public:
     explicit AveragesCursor(BasinDatabase& database)
         : rows_(read_table<MonthlyRow>(database, basin_averages_table())) {
-        // An empty table has no first row to go to.
+        // An empty table has no first row.
         static_cast<void>(current());
     }
 
@@ -242,7 +242,7 @@ std::array<RowOrder, 13> rows_by_month(const SimResults& results, const RowOrder
     return months;
 }
 
-/// The average of what there is; missing where there is nothing.
+/// The average of the values that are not missing; missing if all are.
 double average(const std::vector<float>& column, const RowOrder& rows) {
     double sum = 0.0;
     int count = 0;
@@ -254,7 +254,7 @@ double average(const std::vector<float>& column, const RowOrder& rows) {
     return count == 0 ? as_double(k_missing) : sum / count;
 }
 
-/// Whether the work goes on with an average of zero, which may come from data that nobody entered.
+/// Asks whether to continue with an average of zero, which may come from data that nobody entered.
 bool accepts_zero_average(Dialogs& dialogs, const char* what, const std::string& month, int zone) {
     return dialogs.message(
                {.text = fmt::format(
@@ -272,8 +272,8 @@ void normalize_temperature(SimResults& results, const RowOrder& month, float dif
     set_columns(results, {k_average}, month, [=](double present_value) { return present_value + offset; });
 }
 
-/// Dry days stay dry, wet ones move by the difference and not by the ratio, and no day of the month stays
-/// below zero, also not one that an earlier row brought there.
+/// Dry days stay dry, wet days change by the difference, not by the ratio, and no day of the month stays
+/// below zero, not even one that an earlier row made negative.
 void normalize_precipitation(SimResults& results, const RowOrder& month, float difference) {
     const double offset = statement_number(difference);
     RowOrder wet;
@@ -286,7 +286,7 @@ void normalize_precipitation(SimResults& results, const RowOrder& month, float d
     }
 }
 
-/// One zone and month. @return false where the user gave up
+/// One zone and month. @return false if the user cancelled
 bool normalize_month(SimResults& results, const Edit& edit, const RowOrder& month, int zone,
                      const AveragesCursor& normals, Dialogs& dialogs) {
     constexpr int k_average_temperature = 1;
@@ -312,7 +312,7 @@ bool normalize_month(SimResults& results, const Edit& edit, const RowOrder& mont
 /// Shifts or scales the monthly averages to the long-term ones, whatever the dates of the row.
 /// Intended: the long-term averages are read from the first row on, so that a row for a later zone alone gets
 /// those of zone 1.
-/// @return false where the user gave up
+/// @return false if the user cancelled
 bool normalize(BasinDatabase& database, SimResults& results, const Edit& edit, Dialogs& dialogs) {
     AveragesCursor normals{database};
     const RowOrder by_zone =
@@ -327,7 +327,7 @@ bool normalize(BasinDatabase& database, SimResults& results, const Edit& edit, D
     return true;
 }
 
-/// @return false where the user gave up
+/// @return false if the user cancelled
 bool apply_edit(BasinDatabase& database, SimResults& results, const Edit& edit, Dialogs& dialogs) {
     switch (edit.action) {
         case static_cast<int>(EditAction::Add):
@@ -335,11 +335,11 @@ bool apply_edit(BasinDatabase& database, SimResults& results, const Edit& edit, 
         case static_cast<int>(EditAction::ShiftBackward):
         case static_cast<int>(EditAction::ShiftForward): shift(results, edit); return true;
         case static_cast<int>(EditAction::Normalize): return normalize(database, results, edit, dialogs);
-        default: return true;  // a code that stands for no action is passed over without a word
+        default: return true;  // a code without an action is ignored
     }
 }
 
-/// The first column without a value that a row needs, by its header; empty where all are there.
+/// The header of the first missing value that a row needs; empty if none is missing.
 std::string missing_column(const ScenarioRow& row) {
     if (!row.variable) return "Variable/Parameter";
     if (!row.start) return "Start Date";
@@ -349,7 +349,7 @@ std::string missing_column(const ScenarioRow& row) {
     return row.zones ? std::string{} : "Zones";
 }
 
-/// Where a scenario lacks a value, for the user.
+/// For the user: where a value of a scenario is missing.
 std::string missing_value_text(int number, const ScenarioRow& row) {
     if (number == 0) return {};
     const std::string column = missing_column(row);
@@ -359,9 +359,9 @@ std::string missing_value_text(int number, const ScenarioRow& row) {
     return fmt::format("\nRow {} {}.", number, what);
 }
 
-/// Reads and applies row by row: what is wrong with a row leaves those before it applied.
-/// @param number the row at hand, from 1; 0 before the first
-/// @param row    what it holds
+/// Reads and applies row by row, so that the rows before an error are applied.
+/// @param number the current row, from 1; 0 before the first
+/// @param row    its content
 int apply_rows(BasinDatabase& database, SimResults& results, const BasinState& basin,
                const std::string& scenario_name, Dialogs& dialogs, int& number, ScenarioRow& row) {
     const TableSchema table = scenario_table(database.existing_table(scenario_name));
@@ -372,7 +372,7 @@ int apply_rows(BasinDatabase& database, SimResults& results, const BasinState& b
         ++number;
         int position = 0;
         ScenarioRow::visit(row, [&](auto& member) {
-            // What an action does not need is not looked at, whatever stands there.
+            // Values that an action does not need are not read.
             if (position != k_factor_position || needs_factor(row)) read_value(query, position, member);
             ++position;
         });

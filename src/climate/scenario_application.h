@@ -1,4 +1,4 @@
-// A scenario's rows turned into changed daily values.
+// Applies the rows of a scenario to the daily values.
 #pragma once
 
 #include "base/dialogs.h"
@@ -11,10 +11,10 @@
 namespace nivora {
 
 /// Applies the rows of a scenario, in their stored order, to the columns of the changed climate of a table
-/// that was just built. What is wrong is shown; the rows before it stay applied.
+/// that was just built. Errors are shown; the rows before an error stay applied.
 ///
-/// @param scenario_name as chosen by the user; its table bears it
-/// @return 0 where all rows were applied, 1 after a fault or a refusal
+/// @param scenario_name as chosen by the user; also the name of its table
+/// @return 0 if all rows were applied, 1 after a fault or an error
 [[nodiscard]] int Apply_Scenario(BasinDatabase& database, SimResults& results, const BasinState& basin,
                                  const std::string& scenario_name, Dialogs& dialogs);
 

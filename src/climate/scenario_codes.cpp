@@ -27,7 +27,7 @@ std::optional<int> whole_number(std::string_view text) {
     return value;
 }
 
-/// The code from 0 to `last` that a text stands for, written as a number or in the words of `text_of`.
+/// The code from 0 to `last` of a text: a number, or one of the words of `text_of`.
 template <typename TextOf>
 std::optional<int> code_of(std::string_view text, int last, TextOf&& text_of) {
     const std::string_view shown = trimmed(text);

@@ -13,13 +13,13 @@
 namespace nivora {
 namespace {
 
-/// The word under which results that were edited by hand run; no scenario may bear it.
+/// The name for results that were edited by hand; no scenario may have it.
 constexpr const char* k_reserved_word = "AUXILIARY";
 constexpr std::string_view k_refused_characters = ".![]`";
 constexpr std::string_view k_store_prefix = "sqlite_";
 constexpr DayCount k_shortest_period = 2;  // days between the start and the end
 
-/// A row of the index and where it stands.
+/// A row of the index and its rowid.
 struct StoredIndexRow {
     std::int64_t rowid = 0;
     ScenarioIndexRow row;
@@ -81,8 +81,8 @@ void replace_index_row(BasinDatabase& database, const StoredIndexRow& stored) {
     });
 }
 
-/// Drops a table that holds the rows of a scenario. A table of another kind stays, whatever the index says:
-/// it may be data of the basin.
+/// Drops a table with the rows of a scenario. A table of another kind stays even if the index names it: it
+/// may be data of the basin.
 void drop_scenario_table(BasinDatabase& database, const std::string& name) {
     if (!database.has_table(name)) return;
     const auto fields = database.table_fields(name);
@@ -118,7 +118,7 @@ bool has_refused_character(const std::string& name) {
     return control || !is_utf8(name) || name.find_first_of(k_refused_characters) != std::string::npos;
 }
 
-/// Why a table can't bear a name. The fixed tables keep theirs free even while they are not there.
+/// Why a table cannot have a name. The names of the fixed tables are reserved even while these are missing.
 std::optional<Message> name_problem(BasinDatabase& database, const std::string& name) {
     constexpr const char* k_invalid = "Invalid scenario name";
     constexpr const char* k_naming = "Error naming new climate scenario";
@@ -137,7 +137,7 @@ std::optional<Message> name_problem(BasinDatabase& database, const std::string& 
     return std::nullopt;
 }
 
-/// Makes the table and the index row of a scenario whose name is free.
+/// Creates the table and the index row of a scenario whose name is free.
 void make_scenario(BasinDatabase& database, const BasinState& basin, const std::string& name) {
     remove_placeholder(database, basin.Current_Sim_Name);
     database.create_table(scenario_table(name));
@@ -220,7 +220,7 @@ std::optional<Message> create_scenario(BasinDatabase& database, const BasinState
             delete_index_row(database, stored->rowid);
         }
         problem = name_problem(database, wanted);
-        if (problem) return false;  // which brings the former scenario back
+        if (problem) return false;  // the rollback restores the former scenario
         make_scenario(database, basin, wanted);
         return true;
     });
@@ -240,7 +240,7 @@ bool delete_scenario(BasinDatabase& database, const std::string& simulation, con
         if (rows.size() > 1) {
             delete_index_row(database, stored->rowid);
         } else {
-            // The index never goes empty: the last row stays and says that there is no scenario.
+            // The index is never empty: the last row stays and means that there is no scenario.
             replace_index_row(database, {stored->rowid, scenario_placeholder(stored->row.simulation)});
             if (!database.has_table(k_no_scenario)) database.create_table(scenario_table(k_no_scenario));
         }

@@ -14,71 +14,70 @@
 
 namespace nivora {
 
-/// The comments that a new scenario gets.
+/// The comments of a new scenario.
 inline constexpr const char* k_new_scenario_comments = "Place your comments here!";
 
-/// What the sheet that lies beside the program says about the columns of the scenario grid.
+/// The content of the sheet beside the program: what the columns of the scenario grid offer.
 struct ScenarioSheet {
     std::vector<std::string> headers;    ///< six
     std::vector<std::string> variables;  ///< by code
     std::vector<std::string> zones;      ///< "All", "A" ... for as many zones as a basin may have
 };
 
-/// Reads `climate_1.ss2` in the program's folder; nothing where it is missing or unreadable, which the user
-/// is told.
+/// Reads `climate_1.ss2` in the program's folder; nothing, after a message, if it is missing or
+/// cannot be read.
 [[nodiscard]] std::optional<ScenarioSheet> load_scenario_sheet(const std::filesystem::path& program_folder,
                                                                Dialogs& dialogs);
 
-/// One scenario as the window edits it. The basin file holds it once it was stored.
+/// One scenario as the window edits it; the basin file holds it after it is stored.
 struct Scenario {
     ScenarioIndexRow index;
     std::vector<ScenarioRow> rows;
-    std::string fault;  ///< why the rows can't be read; empty where they can
+    std::string fault;  ///< why the rows cannot be read; empty if they can
 };
 
-/// The scenarios of a simulation, without the placeholder. A row of the index whose table is missing is told
-/// of and deleted. Where a table can't be read its scenario comes without rows, so that it does not hide the
-/// others and can be deleted. @throws StoreError
+/// The scenarios of a simulation, without the placeholder. An index row whose table is missing is deleted
+/// after a message. If a table cannot be read, its scenario is returned without rows, so that it does not
+/// hide the others and can be deleted. @throws StoreError
 [[nodiscard]] std::vector<Scenario> open_scenarios(BasinDatabase& database, const std::string& simulation,
                                                    Dialogs& dialogs);
 
-/// What the user is told of a scenario with a fault.
+/// The message for a scenario with a fault.
 [[nodiscard]] Message unreadable_scenario_message(const Scenario& scenario);
 
 /// Asks for a name and makes a scenario over the current simulation's period.
-/// @return its name; nothing where the user gave none or it was refused, which was shown. @throws StoreError
+/// @return its name; nothing if the user gave none, or, after a message, an invalid one. @throws StoreError
 [[nodiscard]] std::optional<std::string> new_scenario(BasinDatabase& database, const BasinState& basin,
                                                       Dialogs& dialogs);
 
-/// Makes or replaces a scenario under a name, without questions. @return why the name can't be given, or
-/// nothing.
+/// Creates or replaces a scenario without questions. @return why the name is invalid, or nothing.
 /// @throws StoreError
 [[nodiscard]] std::optional<Message> create_scenario(BasinDatabase& database, const BasinState& basin,
                                                      const std::string& name);
 
-/// Deletes a scenario after a question; the last one of a simulation leaves the placeholder "None".
-/// @return whether it is gone. @throws StoreError
+/// Deletes a scenario after a question; the placeholder "None" replaces the last one of a simulation.
+/// @return whether it was deleted. @throws StoreError
 [[nodiscard]] bool delete_scenario(BasinDatabase& database, const std::string& simulation,
                                    const std::string& name, Dialogs& dialogs);
 
 /// Stores the rows of a scenario, its comments and its winter end date. @throws StoreError
 void store_scenario(BasinDatabase& database, const Scenario& scenario);
 
-/// The winter end date that a new scenario gets: the start plus half the period minus one day, half days
-/// included.
+/// The winter end date of a new scenario: the start plus half
+/// the period minus one day, half days included.
 [[nodiscard]] double default_winter_end(DayCount start, DayCount end);
 
-/// What is wrong with a winter end date that was typed; nothing where it is a date within the simulation.
+/// Why a typed winter end date is invalid; nothing if it is a date within the simulation.
 [[nodiscard]] std::optional<Message> winter_end_problem(const BasinState& basin, std::string_view text);
 
-/// What a change of column 1 or 4 of a row leads to. Columns count from 1.
+/// The effect of a change of column 1 or 4 of a row. Columns count from 1.
 struct RowChange {
     bool beep = false;
-    bool kept = true;  ///< whether the value that was chosen stays
+    bool kept = true;  ///< whether the chosen value stays
 };
-/// Takes a code into column 1, 4 or 6 of a row; nothing for an emptied cell.
+/// Sets the code of column 1, 4 or 6 of a row; nothing for an empty cell.
 RowChange set_scenario_code(ScenarioRow& row, int column, std::optional<int> code);
-/// What leaving column 4, or the row, does to it. @return whether it changed
+/// Applies the rules for leaving column 4, or the row. @return whether the row changed
 bool leave_scenario_row(ScenarioRow& row);
 
 }  // namespace nivora

@@ -12,7 +12,7 @@ constexpr int k_variable_column = 1;
 constexpr int k_action_column = 4;
 constexpr int k_zones_column = 6;
 
-/// The variable from which on a shift forward may be chosen, and the one that is normalized without a beep.
+/// The first variable that allows a shift forward, and the one that is normalized without a beep.
 constexpr int k_first_forward_variable = 4;
 constexpr int k_average_temperature = 1;
 

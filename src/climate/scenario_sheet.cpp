@@ -1,4 +1,4 @@
-// The sheet that lies beside the program and says what the columns of the scenario grid offer.
+// Reads the sheet beside the program that says what the columns of the scenario grid offer.
 #include "base/durable_file.h"
 #include "base/text.h"
 #include "climate/scenario_definitions.h"
@@ -19,15 +19,15 @@ constexpr const char* k_title = "Error initializing the 'Climate Change Scenario
 constexpr std::uintmax_t k_largest_sheet = 64U << 10U;
 constexpr std::string_view k_byte_order_mark = "\xEF\xBB\xBF";
 
-/// One column as the sheet describes it.
+/// One column of the sheet.
 struct SheetColumn {
     std::string header;
     std::string cells;                 ///< "list", "number", or "date" and its pattern
     std::vector<std::string> entries;  ///< of a list, by code
-    std::vector<std::string> extra;    ///< entries that some rows offer behind them
+    std::vector<std::string> extra;    ///< further entries, which only some rows offer
 };
 
-/// What the grid needs of a column.
+/// What the grid needs for a column.
 struct NeededColumn {
     std::string_view cells;
     std::size_t entries;
@@ -42,13 +42,13 @@ constexpr std::array<NeededColumn, 6> k_needed{{
     {"list", k_most_zones + 1, 0},
 }};
 
-/// What is wrong with a sheet, for the user.
+/// For the user: what is wrong with a sheet.
 class SheetError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// Takes one line into the columns: a keyword and, behind a blank, its text.
+/// Adds one line to the columns: a keyword and, after a blank, its text.
 void take_line(std::string_view line, int number, std::vector<SheetColumn>& columns) {
     const std::size_t blank = line.find(' ');
     const std::string_view keyword = line.substr(0, blank);
@@ -89,7 +89,7 @@ std::vector<SheetColumn> read_columns(std::string_view content) {
     return columns;
 }
 
-/// The word of a code in a column of the grid, from 0.
+/// The word of a code, from 0, in a column of the grid.
 std::string word_of_code(std::size_t column, int code) {
     switch (column) {
         case 0: return scenario_variable_text(code);
@@ -98,7 +98,7 @@ std::string word_of_code(std::size_t column, int code) {
     }
 }
 
-/// A list with words of its own would offer what no cell takes.
+/// A list with other words would offer values that no cell accepts.
 void check_words(const SheetColumn& column, std::size_t number) {
     std::vector<std::string> words = column.entries;
     words.insert(words.end(), column.extra.begin(), column.extra.end());
@@ -137,7 +137,7 @@ ScenarioSheet sheet_of(const std::vector<SheetColumn>& columns) {
 
 std::optional<ScenarioSheet> load_scenario_sheet(const fs::path& program_folder, Dialogs& dialogs) {
     const fs::path path = program_folder / k_sheet_file;
-    std::error_code unknown;  // what can't be looked up is as good as missing
+    std::error_code unknown;  // a file that cannot be looked up counts as missing
     if (!fs::exists(path, unknown)) {
         dialogs.stop(fmt::format("A required system file, '{}', could not be located!", k_sheet_file),
                      k_title);

@@ -8,14 +8,14 @@ namespace {
 constexpr float k_no_cover_mark = 0.0001F;
 constexpr double k_least_cover = 0.01;
 
-/// The days of the changed climate on which the values of a curve fall.
+/// The dates of a curve's values under the changed climate.
 struct DatedCurve {
     SummerCursor reader;
     SummerCursor writer;
     std::optional<HeldCover> held = std::nullopt;
 };
 
-/// Steps the writer on to the first day whose degree days reach a depth, and counts the days.
+/// Moves the writer to the first day whose degree days reach a depth, and counts the days.
 /// @return whether there is such a day, or a day of the next zone
 bool find_day(const SimResults& t, SummerCursor& writer, int zone, float depth, int& target) {
     while (writer.within(zone) && depth > t.SumAT[writer.row()]) {
@@ -26,20 +26,20 @@ bool find_day(const SimResults& t, SummerCursor& writer, int zone, float depth, 
     return true;
 }
 
-/// Whether the curve has come to its end on a day: the days that the moved curve did not reach are bare as
-/// well, but there the zone may have had snow under the present climate.
+/// Whether the curve ends on a day. Days that the moved curve does not reach are bare, too, but on these the
+/// zone may have had snow under the present climate.
 bool is_end_of_curve(const SimResults& t, std::uint32_t row) {
     return t.SCAclim[row] == 0.0F && t.SCA[row] == 0.0F;
 }
 
-/// The cover that stands on the writer's day, where it is one to hold.
+/// The cover on the writer's day, if it is to be repeated.
 std::optional<HeldCover> held_on(const SimResults& t, const SummerCursor& writer) {
     const float cover = t.SCAclimWA[writer.row()];
     if (!(as_double(cover) > k_least_cover)) return std::nullopt;
     return HeldCover{.from = writer.date(), .cover = cover};
 }
 
-/// @return where reader and writer stand behind the zone
+/// @return the positions of reader and writer after the zone
 DatedCurve walk_curve(SimResults& t, std::span<const std::uint32_t> rows, int zone) {
     DatedCurve curve{{t, rows}, {t, rows}};
     auto& [reader, writer, held] = curve;
@@ -83,8 +83,8 @@ void join_last_day(SimResults& t, DatedCurve curve, DayCount summer_end) {
             if (!writer.past_end()) t.SCAclimWA[writer.row()] = last_cover;
         }
     } else if (last_cover <= 0.0F && above > 0.0F && writer.date() != summer_end) {
-        // Intended: the rest of the curve goes to SCAclim, not to SCAclimWA, with the last day's cover
-        // throughout.
+        // Intended: the rest of the curve goes to SCAclim, not to SCAclimWA,
+        // with the last day's cover throughout.
         const float rest = to_single(as_double(last_cover) + as_double(above));
         do {
             writer.step_on();
@@ -112,7 +112,7 @@ void close_cover(SimResults& results, std::span<const std::uint32_t> rows, int z
         if (dated != 0.0F) {
             held = required(dated);
             if (k_least_cover >= as_double(held)) {
-                // What is left of the zone keeps its 0: the cover is whole at 0.01 and then gone.
+                // The rest of the zone keeps 0: the cover is 0.01 on one day and 0 after it.
                 results.SCAclimWAMA[row] = static_cast<float>(k_least_cover);
                 return;
             }

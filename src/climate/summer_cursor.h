@@ -1,4 +1,4 @@
-// A place among the rows of a summer, which step 5 holds two of: one to read and one to write.
+// A position in the rows of a summer. Step 5 has two of them: one to read and one to write.
 #pragma once
 
 #include "base/fault.h"
@@ -9,15 +9,15 @@
 
 namespace nivora {
 
-/// Stands on one of the rows, which are ordered zone by zone and day by day, or past the last one. Where it
-/// stands past the last, using it is the fault "No current record."; zones follow each other without a seam.
+/// Points to one of the rows, which are ordered by zone and day, or past the last one. Its use past the last
+/// row is the fault "No current record."; the first row of a zone follows the last row of the zone before.
 class SummerCursor {
 public:
-    /// @param rows has to outlive the cursor
+    /// @param rows must outlive the cursor
     SummerCursor(const SimResults& results, std::span<const std::uint32_t> rows)
         : results_(results), rows_(rows) {}
 
-    /// Goes to the first day of a zone. @throws Fault where the zone has no rows
+    /// Goes to the first day of a zone. @throws Fault if the zone has no rows
     void find_zone(int zone) {
         const auto found =
             std::lower_bound(rows_.begin(), rows_.end(), zone,
@@ -34,7 +34,7 @@ public:
         return rows_[at_];
     }
 
-    /// Whether the row's zone is not above this one.
+    /// Whether the row belongs to this zone or a lower one.
     [[nodiscard]] bool within(int zone) const { return results_.Zone[row()] <= zone; }
 
     [[nodiscard]] DayCount date() const { return results_.Date[row()]; }

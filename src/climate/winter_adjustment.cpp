@@ -8,7 +8,7 @@
 namespace nivora {
 namespace {
 
-/// The number that a fault bears where there is no table to walk.
+/// The number of the fault if there is no table.
 constexpr int k_fault_no_table = 91;
 
 /// Shows the computed change. Intended: neither a typed value nor Cancel alters anything.

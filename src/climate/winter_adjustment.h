@@ -1,4 +1,4 @@
-// Step 5 of a climate evaluation: the snow cover that the summer of the changed climate will show.
+// Step 5 of a climate evaluation: the snow cover of the summer under the changed climate.
 #pragma once
 
 #include "base/dialogs.h"
@@ -9,7 +9,7 @@
 
 namespace nivora {
 
-/// What step 5 works on.
+/// The data and services of step 5.
 struct WinterContext {
     const BasinState& basin;
     RunState& run;
@@ -17,15 +17,15 @@ struct WinterContext {
     Dialogs& dialogs;
 };
 
-/// Moves, stretches and re-dates the depletion curve of each zone: writes `SCAclim`, `SCAclimWA`,
+/// Moves and stretches the depletion curve of each zone: writes `SCAclim`, `SCAclimWA`,
 /// `SCAclimWAMA`, `MDCexclWA`, `MDCexclWAnew` and `MeltOffset` of the summer's rows.
 ///
 /// Intended: asks for each zone's winter change and ignores the answer.
 ///
-/// Adds a note to the run for each zone that its rules may lead astray.
+/// Adds a note to the run for each zone in which its rules may give misleading results.
 ///
 /// @param report gets the block of each zone once the zone's curve is adjusted
-/// @throws Fault where a value is missing, or there is no summer; the report has the blocks written so far
+/// @throws Fault if a value is missing, or there is no summer; the report holds the blocks written so far
 void Winter_Adjustment(SimResults& results, const WinterContext& context, WinterReport& report);
 
 }  // namespace nivora

@@ -5,7 +5,7 @@
 namespace nivora {
 namespace {
 
-/// Present and changed winter, as the sums count them.
+/// Indices of the present and the changed winter in the sums.
 constexpr std::size_t k_present = 1;
 constexpr std::size_t k_changed = 2;
 constexpr std::size_t k_total_input = 1;
@@ -17,14 +17,14 @@ void stretch_row(SimResults& t, std::uint32_t row, float gain) {
     t.MDCexclWA[row] = curve;
 }
 
-/// A place on the moved curve.
+/// A point on the moved curve.
 struct CurvePoint {
     float cover = 0.0F;
     float depth = 0.0F;
 };
 
-/// The season starts with the cover of a later day, and the depletion is counted from there. Before the
-/// present curve starts and behind its end the depth falls below 0; the day before is repeated then.
+/// The season starts with the cover of a later day, and the depth counts from there. Before the start of the
+/// present curve and after its end the depth is below 0; then the value of the day before is repeated.
 void move_row(SimResults& t, std::uint32_t row, std::uint32_t source, float offset, CurvePoint& before) {
     CurvePoint point{t.SCA[source], to_single_field(as_double(t.MDCexcl[source]) - as_double(offset))};
     if (point.depth < 0.0F) point = before;

@@ -6,7 +6,7 @@
 namespace nivora {
 namespace {
 
-/// A store smaller than this share of the winter's water is 0 but for the roundings of its sums.
+/// A store below this fraction of the winter's water is 0 except for the rounding of its sums.
 constexpr double k_share_of_roundings = 1e-4;
 constexpr int k_step = 5;
 

@@ -1,4 +1,4 @@
-// What step 5 wants its user to know of a zone in which one of its rules leads astray.
+// Notes of step 5 on zones in which one of its rules gives misleading results.
 #pragma once
 
 #include "climate/summer_cover.h"
@@ -10,9 +10,9 @@
 
 namespace nivora {
 
-/// A note where the present winter of a zone stored nothing, or less than nothing, because the period begins
-/// on snow that fell before it. The gain is a quotient by that store, so that it means nothing then. A zone
-/// that has no snow in the summer takes no harm and gets no note.
+/// A note if the store of a zone's present winter is 0 or negative, because there was snow when the period
+/// began. The gain is a quotient by that store and then has no meaning. A zone without snow in the summer is
+/// not affected and gets no note.
 ///
 /// @param rows of the summer, all zones
 /// @param start, end the winter
@@ -20,7 +20,7 @@ namespace nivora {
                                                        std::span<const std::uint32_t> rows, DayCount start,
                                                        DayCount end);
 
-/// The note of a cover that never ends.
+/// A note for a cover that never ends.
 ///
 /// @param start, end the summer
 [[nodiscard]] RunNote held_cover_note(int zone, const HeldCover& held, DayCount start, DayCount end);

@@ -102,7 +102,7 @@ void WinterReport::end_page(int zone) {
     lines_.end_line();
     write_page_head(lines_, page_, now_);
     if (page_ <= zones_ / k_zones_a_page + 1) {
-        // Where the zones fill their pages this follows the last zone as well.
+        // If the zones fill their pages, a head also follows the last zone.
         lines_.line("Climate Scenario: " + climate_.scenario + " (continued)");
         lines_.end_line();
     }

@@ -10,7 +10,7 @@
 
 namespace nivora {
 
-/// What the first pass found out about a zone.
+/// The results of the first pass for a zone.
 struct AdjustedZone {
     int zone = 0;
     ZoneWinter winter;
