@@ -1,4 +1,4 @@
-// How the lines of plots are drawn, as the user chooses it line by line.
+// The attributes of plot lines, which the user chooses for each line.
 #pragma once
 
 #include <array>
@@ -9,7 +9,7 @@ namespace nivora {
 
 inline constexpr std::size_t k_plot_lines = 16;
 
-/// How a plot line is drawn.
+/// Style, colour, width and fill of a plot line.
 struct LineAttribute {
     std::int32_t style = 0;   ///< 0 solid, 1 dash, 2 dot, 3 dash-dot, 4 dash-dot-dot
     std::int32_t colour = 0;  ///< red in the lowest byte, then green, then blue
@@ -21,7 +21,7 @@ struct LineAttribute {
 
 using LineTable = std::array<LineAttribute, k_plot_lines>;
 
-/// The lines as they are before the user changed any; line 1 first.
+/// The default lines; line 1 first.
 [[nodiscard]] LineTable default_lines();
 
 }  // namespace nivora

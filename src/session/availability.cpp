@@ -21,7 +21,7 @@ void program_was_started(Session& session) {
     ShellState& shell = session.shell;
     shell.save = false;
     shell.save_as = true;
-    // A basin that was left over has simulations, but none is selected.
+    // The basin of the last start may have simulations, but none is selected.
     shell.variables_of_record = false;
     shell.variables_of_simulation = false;
     shell.parameters = false;

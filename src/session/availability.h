@@ -1,6 +1,5 @@
-// What can be chosen in the main window: one function for each event that changes it. These functions are the
-// only ones that write `ShellState`. After them the window is brought in line by
-// Desktop::refresh_main_window.
+// What can be chosen in the main window: one function for each event that changes it. Only these functions
+// write `ShellState`. The caller then updates the window with Desktop::refresh_main_window.
 #pragma once
 
 #include "session/session.h"
@@ -9,14 +8,14 @@ namespace nivora {
 
 // The life of a basin
 
-/// The main window begins anew, as it does for a basin that is made, opened or saved.
+/// The main window starts again, for a basin that is created, opened or saved.
 void window_was_reset(Session& session);
 void program_was_started(Session& session);
 /// A basin was read from a file.
 void basin_was_read(Session& session);
-/// A new basin without a name of its own is open.
+/// A new basin without a file name is open.
 void basin_is_new(Session& session);
-/// A basin got the name of a file.
+/// A basin got a file name.
 void basin_was_named(Session& session);
 /// The boxes and grids show a basin that was read, saved or imported.
 void basin_is_shown(Session& session);
@@ -33,9 +32,9 @@ void zone_areas_were_typed(Session& session);
 void simulation_was_selected(Session& session);
 void simulation_was_edited(Session& session);
 void simulation_was_deleted(Session& session);
-/// The list of simulations got longer or shorter.
+/// A simulation was added or deleted.
 void simulations_have_changed(Session& session);
-/// A simulation is selected that can be run.
+/// A simulation that can run is selected.
 void runs_are_possible(Session& session);
 void no_snow_was_switched(Session& session);
 
@@ -46,7 +45,7 @@ void daily_editor_was_closed(Session& session);
 void evaluation_was_opened(Session& session);
 /// @param caption of the Run menu, which names the step
 void evaluation_step_is_shown(Session& session, const std::string& caption);
-/// Results of the present climate are gone from here until the evaluation is finished.
+/// From here until the end of the evaluation there are no results of the present climate.
 void evaluation_left_results_behind(Session& session);
 void evaluation_was_finished(Session& session);
 void evaluation_was_closed(Session& session, const std::string& caption);

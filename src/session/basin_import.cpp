@@ -13,7 +13,7 @@ namespace {
 constexpr std::uintmax_t k_largest_file = 64U << 20U;
 constexpr const char* k_title = "Import failed";
 
-/// The import in one transaction, with the grids' own definition of the basin and its zones first.
+/// Imports in one transaction; first stores the basin and its zones as the grids show them.
 std::optional<SimulationRecord> import_into(Session& session, const LegacyFile& file,
                                             const std::string& offered) {
     BasinDatabase database{session.basin.Work_File, Access::ReadWrite};

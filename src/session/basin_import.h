@@ -5,10 +5,10 @@
 
 namespace nivora {
 
-/// Asks for a legacy file and brings it into the working file: zones, daily variables and a parameter table.
-/// The definition of its simulation is then the working record, to be added through its window.
+/// Asks for a legacy file and imports it into the working file: zones, daily variables and a parameter table.
+/// The definition of its simulation becomes the working record, which the user then adds in its window.
 ///
-/// @return whether there is a definition to add; otherwise the basin is as it was, and the user knows why
+/// @return whether there is a definition to add; otherwise, after a message, the basin is unchanged
 [[nodiscard]] bool import_basin(Session& session);
 
 }  // namespace nivora

@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 constexpr const char* k_not_saved = "The basin was not saved";
 
-/// Whether a file is refused for what it is; otherwise something else stands in the way of reading it.
+/// Whether the content of a file is the reason for an error, and not for example a missing permission.
 bool is_of_another_format(StoreFault fault) {
     switch (fault) {
         case StoreFault::Newer:
@@ -28,17 +28,17 @@ bool is_of_another_format(StoreFault fault) {
     }
 }
 
-/// Whether what the store says tells more than that the file has an unrecognized format.
+/// Whether the text of an error says more than that the format of the file is not recognized.
 bool has_reason(StoreFault fault) { return !is_of_another_format(fault) || fault == StoreFault::Damaged; }
 
-/// Names what could not be written: a box or cell, which gets the cursor, or what the store says.
+/// Shows what could not be written: a box or cell, which gets the cursor, or the error of the store.
 void grids_refused(Session& session, const StoreError& error) {
     const auto field = unstorable_field(session.basin);
     session.dialogs.stop("Missing/invalid simulation data\n" + (field ? field->complaint : error.what()));
     if (field) session.desktop.go_to_field(*field);
 }
 
-/// Writes table after table; false after a message, with the tables before the faulty one written.
+/// Writes the tables in order; false, after a message, with the tables before the faulty one written.
 bool write_grids(BasinDatabase& database, Session& session) {
     const BasinState& basin = session.basin;
     try {
@@ -72,8 +72,8 @@ BasinLife::BasinLife(Session& session, fs::path program_folder)
 
 bool BasinLife::has_template_name() const { return session_.basin.Basin_File == template_file_; }
 
-/// Without a template the basin that the last start worked on stays; false after a message where it is
-/// damaged or missing too.
+/// Without a template the basin of the last start stays;
+/// false, after a message, if that is damaged or missing, too.
 bool BasinLife::keep_last_work() {
     try {
         copy_into_work_file(session_.basin.Work_File, session_.basin.Work_File);
@@ -81,7 +81,7 @@ bool BasinLife::keep_last_work() {
         unrecognized(session_.basin.Basin_File, error);
         return false;
     } catch (const FileError&) {
-        // A folder that can't be written to still lets the basin be read.
+        // In a read-only folder the basin can still be read.
     }
     return true;
 }
@@ -101,12 +101,11 @@ void BasinLife::start() {
     session_.desktop.refresh_main_window();
 }
 
-/// Brings the blank template over the working file; a template that is gone is made anew. False after a
-/// message.
+/// Copies the blank template over the working file; creates a missing template. False after a message.
 bool BasinLife::copy_blank() {
     constexpr const char* k_title = "No new basin was created";
     constexpr const char* k_stays = " No new basin was created. The open basin is unchanged.";
-    std::error_code unknown;  // a name that can't be looked up is refused by the copy
+    std::error_code unknown;  // the copy reports a name that cannot be looked up
     const bool missing = !fs::exists(fs::symlink_status(template_file_, unknown));
     try {
         if (missing) BasinDatabase::create_template(template_file_);
@@ -124,7 +123,7 @@ bool BasinLife::copy_blank() {
     return false;
 }
 
-/// Empties everything and shows what is in the working file as a basin without a name.
+/// Clears everything and shows the content of the working file as a basin without a name.
 void BasinLife::become_fresh() {
     BasinState& basin = session_.basin;
     session_.desktop.close_results();
@@ -167,7 +166,7 @@ void BasinLife::open() {
 }
 
 void BasinLife::open_recent(std::size_t entry) {
-    // A first save at the question puts a name on the list, so that the entries behind it move.
+    // A first save at the question adds a name to the list, so that the entries after it move.
     const std::string name = session_.settings.recent_files.at(entry - 1);
     if (!Save_Prompt()) return;
     const fs::path file = path_from_utf8(name);
@@ -181,8 +180,8 @@ void BasinLife::open_recent(std::size_t entry) {
     open_file(file);
 }
 
-/// A command that ends half-way has lost nothing: what the user chose to lose is unsaved as before, and the
-/// next question asks for it again.
+/// If a command ends early, nothing is lost: changes that the user chose to lose are unsaved as before, and
+/// the next question asks about them again.
 void BasinLife::keep_declined() {
     if (!declined_) return;
     restore_marks(session_.basin, *declined_);
@@ -197,7 +196,7 @@ void BasinLife::unrecognized(const fs::path& file, const StoreError& error) {
 
 void BasinLife::open_file(const fs::path& file) {
     BasinState& basin = session_.basin;
-    // Read before it is copied: what another program writes in between counts as a change.
+    // Read before the copy, so that a write of another program in between counts as a change.
     const auto content = file_content(file);
     bool results_left_out = false;
     try {
@@ -215,7 +214,7 @@ void BasinLife::open_file(const fs::path& file) {
     session_.desktop.close_results();
     basin.Basin_File = file;
     if (!Open_DB(basin.Work_File)) {
-        // The working file holds a basin that can't be read, and nothing of the one before.
+        // The working file holds a basin that cannot be read; the one before is gone.
         static_cast<void>(copy_blank());
         return become_fresh();
     }
@@ -261,7 +260,7 @@ bool BasinLife::copy_to(const fs::path& file) {
     }
 }
 
-/// Asks before a save over what another program wrote into the user's file; false where it is to stay.
+/// Asks before a save replaces changes of another program in the user's file; false if these are to stay.
 bool BasinLife::may_overwrite() {
     const fs::path& file = session_.basin.Basin_File;
     const auto present = file_content(file);
@@ -277,7 +276,7 @@ bool BasinLife::may_overwrite() {
                 .default_answer = Answer::No}) == Answer::Yes;
 }
 
-/// The first save gives a basin its name, wherever it was asked for.
+/// The first save gives a basin its name, from whichever command.
 void BasinLife::become_named(const fs::path& file) {
     session_.basin.Basin_File = file;
     session_.basin.New_Basin = false;
@@ -286,7 +285,7 @@ void BasinLife::become_named(const fs::path& file) {
     session_.desktop.refresh_main_window();
 }
 
-/// What follows from Yes at the question; true where the basin was saved.
+/// Saves after the answer Yes; true if the basin was saved.
 bool BasinLife::save_for_question() {
     BasinState& basin = session_.basin;
     if (!has_template_name())
@@ -324,7 +323,7 @@ bool BasinLife::Save_Grids(const fs::path& path) {
         bool whole = false;
         database.in_transaction([&] {
             whole = write_grids(database, session_);
-            return true;  // what was written until a fault stays; the grids still hold the rest
+            return true;  // rows written before a fault stay; the grids still hold the rest
         });
         return whole;
     } catch (const StoreError& error) {

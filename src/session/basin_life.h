@@ -1,4 +1,4 @@
-// The life of a basin file: new, open, save, save as, exit, and the question before a loss of changes.
+// The life of a basin file: new, open, save, save as, exit, and the question about unsaved changes.
 #pragma once
 
 #include "base/file_content.h"
@@ -11,47 +11,46 @@
 
 namespace nivora {
 
-/// The commands of the File menu, on the session's basin. The program works in the working file alone; the
-/// user's file changes only when the whole working file is copied over it.
+/// The commands of the File menu, on the session's basin. The program changes only the working file;
+/// the user's file changes when the whole working file is copied over it.
 class BasinLife {
 public:
-    /// @param program_folder where the template and the working file lie
+    /// @param program_folder the folder of the template and the working file
     BasinLife(Session& session, std::filesystem::path program_folder);
 
-    /// The file work of the start: template over the working file, and that opened. What can't be copied is
-    /// passed over: the basin is then whatever the working file already was, with no simulation selected.
+    /// Copies the template over the working file and opens it when the program starts. If it cannot be
+    /// copied, the basin is that of the existing working file, with no simulation selected.
     void start();
 
-    /// Makes a missing template anew. @return false where the user cancelled, or after a message where there
-    /// is no way to a blank basin; the open one is then as it was
+    /// Creates a missing template. @return false if the user cancelled, or, after a message, if there is no
+    /// blank basin; the open one is then unchanged
     bool new_basin();
     void open();
     /// Opens an entry of the recent list, 1 the newest.
     void open_recent(std::size_t entry);
     void save();
     void save_as();
-    /// Brings a legacy file into the basin. @return whether its simulation is to be added through its window,
-    /// after which the caller calls imported()
+    /// Imports a legacy file into the basin. @return whether to add its simulation through its window; the
+    /// caller then calls imported()
     [[nodiscard]] bool import_file();
-    /// Brings the main window in line with an import; the selected simulation stays the imported one, or
-    /// after a Cancel that from before.
+    /// Updates the main window after an import.
+    /// The imported simulation stays selected, or after a Cancel the one before.
     void imported();
-    /// Asks what Exit asks. @return whether the program may end
+    /// Asks the questions of Exit. @return whether the program may end
     [[nodiscard]] bool may_exit();
 
-    /// Reads a basin file into the session. @return false where the file has an unrecognized format, which
-    /// was shown
+    /// Reads a basin file into the session. @return false, after a message, if its format is not recognized
     bool Open_DB(const std::filesystem::path& path);
 
-    /// Asks about unsaved changes. @return false where the user cancelled, and where what was to be saved
-    /// could not be, so that nothing is lost
+    /// Asks about unsaved changes. @return false if the user cancelled or the basin could not be saved, so
+    /// that nothing is lost
     [[nodiscard]] bool Save_Prompt();
 
-    /// Writes the basin's boxes, the simulation grid and the zone grid into a file. @return false after a
-    /// message
+    /// Writes the basin's boxes, the simulation grid and the zone grid into a file.
+    /// @return false after a message
     [[nodiscard]] bool Save_Grids(const std::filesystem::path& path);
 
-    /// Brings the main window in line with a basin that was opened or saved.
+    /// Updates the main window after a basin was opened or saved.
     void Refill_Main_Window();
 
     [[nodiscard]] bool has_template_name() const;
@@ -71,8 +70,8 @@ private:
 
     Session& session_;
     std::filesystem::path template_file_;
-    std::optional<FileContent> known_content_;  ///< of the user's file, as it was opened or saved last
-    std::optional<UnsavedMarks> declined_;      ///< by the last question, where its answer was No
+    std::optional<FileContent> known_content_;  ///< of the user's file when it was last opened or saved
+    std::optional<UnsavedMarks> declined_;      ///< the marks for which the last answer was No
 };
 
 }  // namespace nivora

@@ -117,7 +117,7 @@ void store_simulations(BasinDatabase& database, const BasinState& basin) {
 
 void store_definition(BasinDatabase& database, const BasinState& basin) {
     if (basin.zones.empty()) {
-        // A number of zones that nobody has confirmed yet fixes nothing.
+        // The number of zones is fixed only after it was confirmed.
         BasinState without_zones = basin;
         without_zones.zones_text.clear();
         return store_boxes(database, without_zones);

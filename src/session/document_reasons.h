@@ -3,7 +3,7 @@
 
 namespace nivora {
 
-// Results of opening a document; 33 and more mean success.
+// Results of opening a document; values from 33 on mean success.
 inline constexpr int k_file_not_found = 2;
 inline constexpr int k_access_denied = 5;
 inline constexpr int k_no_association = 31;

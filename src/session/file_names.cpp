@@ -25,7 +25,7 @@ std::string upper_case(std::string text) {
     return text;
 }
 
-/// The file that the user knows, as a name to propose; empty while the basin has none of its own.
+/// The user's file as a name to propose; empty while the basin has none.
 fs::path known_name(const fs::path& basin_file) {
     if (path_text(basin_file) == "<new file> ") return {};
     for (const fs::path& part : basin_file) {
@@ -41,7 +41,7 @@ std::string proposed_name(FileKind kind, const fs::path& basin_file, const std::
     if (kind != FileKind::SaveText && kind != FileKind::SavePlot) return {};
     std::string name = path_text(known.filename());
     if (kind == FileKind::SaveText) {
-        // A basin's own ending gives way to that of a text; any other ending stays.
+        // The extension of a basin is replaced by that of a text; any other stays.
         constexpr std::string_view k_basin_ending = ".mdb";
         if (name.ends_with(k_basin_ending))
             name.replace(name.size() - k_basin_ending.size(), std::string::npos, extension);
@@ -51,7 +51,7 @@ std::string proposed_name(FileKind kind, const fs::path& basin_file, const std::
     return (name.empty() ? "newfile" : name) + extension;
 }
 
-/// Whether a file stands there; an error other than its absence is thrown as a reason for the user.
+/// Whether a file exists; throws any other error, with a text for the user.
 bool stands(const fs::path& file) {
     std::error_code error;
     const fs::file_status status = fs::status(file, error);

@@ -13,7 +13,7 @@ namespace nivora {
 /// The purposes of a file question.
 enum class FileKind {
     OpenBasin = 0,
-    SaveQuestion = 1,  ///< a new basin's name, asked by the question before a loss of changes
+    SaveQuestion = 1,  ///< a new basin's name, from the question about unsaved changes
     SavePlot = 2,
     SaveAs = 3,
     Import = 7,
@@ -21,8 +21,8 @@ enum class FileKind {
     SaveBasin = 9
 };
 
-/// Whether a path holds the name of the template or of the working file anywhere, in any case: "NULL.MDB",
-/// "NEW.MDB".
+/// Whether a path contains "NULL.MDB" or "NEW.MDB",
+/// the names of template and working file, in upper or lower case.
 [[nodiscard]] bool is_reserved_name(const std::filesystem::path& path);
 
 /// Asks for file names, and remembers the last folder of each purpose.
@@ -31,15 +31,14 @@ public:
     explicit FileNames(Dialogs& dialogs, std::filesystem::path first_folder = {})
         : dialogs_(dialogs), first_folder_(std::move(first_folder)) {}
 
-    /// The folder in which every purpose begins: the program's.
+    /// The first folder of every purpose: the program's.
     void begin_in(std::filesystem::path folder) { first_folder_ = std::move(folder); }
 
-    /// The chosen name; nothing where the user cancelled.
+    /// The chosen name; nothing if the user cancelled.
     ///
-    /// A name to save under that exists is asked about, a reserved one refused, and the question comes up
-    /// again.
+    /// Asks before an existing file is replaced and refuses a reserved name; the dialog then opens again.
     ///
-    /// @param basin_file the file that the user knows, from which a name is proposed
+    /// @param basin_file the user's file, from which a name is proposed
     /// @param flux_plot  whether a plot is one of the two that can be saved for the plotter program
     [[nodiscard]] std::optional<std::filesystem::path> GetFileName(FileKind kind,
                                                                    const std::filesystem::path& basin_file,

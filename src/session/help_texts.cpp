@@ -14,7 +14,7 @@ std::string not_found_text(const fs::path& file) {
     return path_text(file) + "\n\nThe requested text was not found in   ";
 }
 
-/// The content of a help file; empty where it can't be read, which its caller's default text tells.
+/// The content of a help file; empty if it cannot be read, for which the caller has a default text.
 std::string content_of(const fs::path& file) {
     try {
         return to_utf8(read_whole_file(file, k_largest_help_file));

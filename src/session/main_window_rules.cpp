@@ -22,7 +22,7 @@ constexpr double k_largest_usual_area = 1e7;
 
 double highest_elevation(Units basin_units) { return basin_units == Units::English ? 29035.0 : 8849.0; }
 
-/// Limits of a box and what is said outside them.
+/// The limits of a box, and the message for a value outside them.
 struct Limits {
     float low;
     float high;
@@ -50,7 +50,7 @@ std::optional<Limits> limits_of(BasinBox box, Units basin_units) {
 
 bool is_angle(BasinBox box) { return box == BasinBox::Latitude || box == BasinBox::Longitude; }
 
-/// A header's unit is as wide in both systems.
+/// The unit of a header has the same width in both systems.
 const char* elevation_word(Units basin_units) { return basin_units == Units::English ? "(ft)" : "(m) "; }
 
 constexpr std::array<const char*, 11> k_zone_headers{"Zone ID",

@@ -13,7 +13,7 @@
 
 namespace nivora {
 
-/// One program, one user, one basin: owned by main, passed by reference to whoever needs a part of it.
+/// One program, one user, one basin. Owned by main and passed by reference.
 struct Session {
     Session(Dialogs& user, Desktop& above) : dialogs(user), desktop(above), file_names(user) {}
 

@@ -1,4 +1,4 @@
-// The user's settings as plain values. Where they are kept is the shell's business.
+// The user's settings as plain values. The shell reads and writes them.
 #pragma once
 
 #include "plots/line_attributes.h"
@@ -29,14 +29,14 @@ struct Settings {
     std::optional<std::int32_t> quick_help_fore;  ///< red in the lowest byte
     std::optional<std::int32_t> quick_help_back;
     std::array<WindowPlace, k_window_places> places;  ///< by window number
-    /// What the window manager drew around the window that was shown last; for the life of the program only.
+    /// The frame that the window manager drew around the last window; not stored.
     FrameWidths frame;
     LineTable lines = default_lines();
     std::vector<std::string> recent_files;  ///< newest first, at most four
 };
 
-/// Puts a basin file at the head of the recent list, where it stands once; the oldest of more than four goes.
-/// A file that ends with "null.mdb" never gets there.
+/// Moves or adds a basin file to the head of the recent list; with more than four the oldest is removed.
+/// A file whose name ends with "null.mdb" is not added.
 void update_recent_files(Settings& settings, const std::string& basin_file);
 
 }  // namespace nivora

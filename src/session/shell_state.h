@@ -5,14 +5,14 @@
 
 namespace nivora {
 
-/// Enabled and visible elements of the main window that depend on the basin. The window shows them; rules set
-/// them.
+/// Enabled and visible elements of the main window that depend on the basin. The window shows them; the
+/// functions of availability.h set them.
 struct ShellState {
     // File menu
     bool save = false;
     bool save_as = true;
 
-    // Edit menu: off from the press of a button of the daily editor until that closes
+    // Edit menu: off from the press of a button of the daily editor until it closes
     bool edit_menu = true;
 
     // Data menu
@@ -45,9 +45,9 @@ struct ShellState {
     bool delete_simulation = false;
     bool edit_simulation = false;
 
-    // The stages of a basin's definition
-    bool units_list_shown = true;    ///< units are still to be chosen
-    bool zones_box_shown = false;    ///< the number of zones is still to be given
+    // The steps of a basin's definition
+    bool units_list_shown = true;    ///< units are not chosen yet
+    bool zones_box_shown = false;    ///< the number of zones is not entered yet
     bool zones_label_shown = false;  ///< the label of the number of zones
     bool zones_fixed_shown = false;  ///< the number of zones is fixed
 };

@@ -16,7 +16,7 @@ bool name_new_simulation(Session& session) {
         return name.has_value();
     });
     if (!name) return false;
-    // The parameter table of a simulation that is overwritten is gone, also where the user cancels from here.
+    // The parameter table of an overwritten simulation is gone from here on, even if the user cancels.
     if (find_simulation(session.basin, *name)) mark_input_changed(session.basin);
     session.prep.working_record = new_simulation_record(session.basin, *name);
     session.prep.SimOptions_Mode = SimOptionsMode::Add;

@@ -1,4 +1,5 @@
-// The list of simulations as the main window handles it: adding, deleting, and what follows in its menus.
+// The list of simulations as the main window handles it:
+// adding and deleting simulations, and the effect on its menus.
 #pragma once
 
 #include "session/session.h"
@@ -12,10 +13,10 @@ namespace nivora {
 /// Deletes a row of the grid with its parameter table; no simulation is selected then. @throws StoreError
 void delete_simulation_row(Session& session, std::size_t row);
 
-/// Buttons and entries after rows were added or removed.
+/// Updates buttons and menus after rows were added or removed.
 void Repaint_Sim_Grid(Session& session);
 
-/// What an edit of the simulation grid enables and disables.
+/// Updates the commands after an edit of the simulation grid.
 void edited_simulation(Session& session);
 
 }  // namespace nivora

@@ -6,7 +6,7 @@
 namespace nivora {
 namespace {
 
-/// Kept places come from a file that anybody can edit: sums of them need more room than an int has.
+/// Kept places come from a file that anybody can edit, so their sums may exceed an int.
 using Wide = std::int64_t;
 
 Wide common_length(Wide first, Wide length, Wide other_first, Wide other_length) {
@@ -31,7 +31,7 @@ int size_within(std::optional<int> kept, int own, int room) {
     return std::max(1, std::min(wanted, room));
 }
 
-/// The first point of a length so that all of it lies in a room, or its beginning does.
+/// The start for a length so that all of it lies within the room, or at least its beginning.
 int moved_in(int wanted, int length, int room_first, int room) {
     return std::max(room_first, static_cast<int>(std::min(Wide{wanted}, Wide{room_first} + room - length)));
 }

@@ -1,4 +1,4 @@
-// Where windows stand on the desktop. All lengths are in the screen's logical units.
+// Positions of windows on the desktop. All lengths are in logical pixels.
 #pragma once
 
 #include <optional>
@@ -6,7 +6,7 @@
 
 namespace nivora {
 
-/// Where a window stood: the top left corner of its frame, and the size of what the frame surrounds.
+/// The kept place of a window: the top left corner of its frame, and its size without the frame.
 struct WindowPlace {
     std::optional<int> top;
     std::optional<int> left;
@@ -14,7 +14,7 @@ struct WindowPlace {
     std::optional<int> width;
 };
 
-/// What the window manager draws around a window.
+/// The widths of the frame that the window manager draws around a window.
 struct FrameWidths {
     int left = 0;
     int top = 0;
@@ -37,7 +37,7 @@ struct ContentSize {
     int height = 0;
 };
 
-/// Where a window goes: the corner of its frame, the size of what the frame surrounds.
+/// The place for a window: the corner of its frame, and its size without the frame.
 struct Placement {
     int left = 0;
     int top = 0;
@@ -47,18 +47,18 @@ struct Placement {
     bool operator==(const Placement&) const = default;
 };
 
-/// Finds the place of a window that is about to be shown. The window gets the size that was kept, otherwise
-/// its own, and no more than fits a screen with its frame. It goes where it was kept, moved in where its
-/// frame would stick out of the screen that shows most of it; without a kept corner it is centred.
+/// Computes the place of a window before it is shown. The window gets its kept size, otherwise its own, but
+/// at most the size of the screen without its frame. It goes to its kept corner and is moved if its frame
+/// would cross the edge of the screen that shows most of it; without a kept corner it is centred.
 ///
-/// @param screens the first is the one for a window that was not kept, or that no screen would show
+/// @param screens the first is for windows without a kept place, or whose place is on no screen
 [[nodiscard]] Placement place_window(const WindowPlace& kept, ContentSize own, const FrameWidths& frame,
                                      const std::vector<ScreenArea>& screens);
 
-/// The place to keep for a window that stands with its frame's corner at `left`, `top`. Some window managers
-/// take the place that a program asks for as that of the content, others as that of the frame: a window that
-/// stands off by exactly its frame was not moved by its user, and keeps the place that was asked for.
-/// Otherwise it would creep by its frame from one opening to the next.
+/// The place to keep for a window whose frame has its corner at `left`, `top`. Some window managers interpret
+/// the requested position as that of the content, others as that of the frame. A window that is off by
+/// exactly its frame was not moved by the user, and keeps the requested place; otherwise it would move by its
+/// frame with each opening.
 [[nodiscard]] WindowPlace place_to_keep(int left, int top, ContentSize size, const Placement& asked,
                                         const FrameWidths& frame);
 

@@ -14,8 +14,8 @@
 namespace nivora {
 namespace {
 
-/// Whether the desktop knows no program for a kind of document. Its opener starts and ends without a word
-/// then, so that it has to be asked before.
+/// Whether the desktop has no program for a kind of document. Its opener then ends without an error, so this
+/// is checked before.
 bool is_known_to_lack_a_program(const QString& file) {
     constexpr int k_patience_in_ms = 3000;
     const QString asker = QStandardPaths::findExecutable(QStringLiteral("xdg-mime"));

@@ -47,7 +47,7 @@ constexpr const char* k_manual_link = "Nivora Users Manual";
 
 QString plain(const char* caption) { return QString::fromUtf8(caption).remove(QLatin1Char('&')); }
 
-/// Sets the first mention of the manual apart as a link.
+/// Makes the first mention of the manual a link.
 void mark_link(QTextDocument& page) {
     QTextCursor mention = page.find(QString::fromUtf8(k_manual_link), 0, QTextDocument::FindCaseSensitively);
     if (mention.isNull()) return;
@@ -111,7 +111,7 @@ void frmNVRHelp::show_topic(int topic) {
         if (known.topic == topic) name = plain(known.caption);
     }
     setWindowTitle(QStringLiteral("Help for ") + name);
-    // Typing goes on in the look of the text before, and so would this text.
+    // New text would take the format of the text before it.
     text_->clear();
     text_->setCurrentCharFormat({});
     text_->setPlainText(to_qt(Help_Text(context().program_folder, topic)));
@@ -140,7 +140,7 @@ void frmNVRHelp::show_manual() {
     tell_unavailable(reasons, unopened);
 }
 
-/// Says why the manual did not open, and where it lies if only a program for it is missing.
+/// Says why the manual did not open, and its path if only a program for it is missing.
 void frmNVRHelp::tell_unavailable(const std::array<QString, 2>& reasons,
                                   const std::optional<std::filesystem::path>& unopened) {
     Message message{.text = from_qt(QStringLiteral("The Nivora Users Manual is unavailable for the following "

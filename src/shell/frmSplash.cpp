@@ -90,7 +90,7 @@ frmSplash::frmSplash(Session& session, bool at_start, QWidget* parent)
         move(centre - rect().center() - QPoint(0, style()->pixelMetric(QStyle::PM_TitleBarHeight) / 2));
 }
 
-/// The largest size that the screen has above the box and the buttons, which are always in reach.
+/// The largest size for the text, so that the check box and the buttons below it stay on the screen.
 QSize frmSplash::room_for_welcome() const {
     const QSize screen_size = screen()->availableGeometry().size();
     const int title_bar = style()->pixelMetric(QStyle::PM_TitleBarHeight);

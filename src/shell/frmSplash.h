@@ -34,7 +34,7 @@ private:
     bool leaves_ = false;
 };
 
-/// What the developers answer for, and what not.
+/// The text about warranty and liability.
 [[nodiscard]] const char* disclaimer_text();
 
 }  // namespace nivora

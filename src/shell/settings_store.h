@@ -1,4 +1,4 @@
-// The user's settings between the session and the place where the platform keeps them.
+// Reads and writes the user's settings in the platform's store.
 #pragma once
 
 #include "session/settings.h"
@@ -7,21 +7,20 @@
 
 namespace nivora {
 
-/// Reads the settings. Where "SplashScreen:" is missing there are none, and the defaults stand; any other
-/// value that is missing or can't be read keeps its default.
+/// Reads the settings. If "SplashScreen:" is missing all keep their defaults; any other value that is
+/// missing or invalid keeps its default.
 [[nodiscard]] Settings Load_Settings(QSettings& store);
 
-/// Writes all settings anew.
+/// Replaces all settings.
 void Save_Settings(QSettings& store, const Settings& settings);
 
 /// The store of this user: the program's key, with the groups "Startup" and "Recent Files".
 [[nodiscard]] std::unique_ptr<QSettings> user_settings();
 
-/// Writes the recent files, without any that are there, into the store that every program has for itself;
-/// nothing reads them there again.
+/// Replaces the recent files in the program's default store. Intended: nothing reads them from there.
 void Save_Recent_Files(QSettings& store, const Settings& settings);
 
-/// That store: application "Nivora".
+/// The default store: application "Nivora".
 [[nodiscard]] std::unique_ptr<QSettings> application_settings();
 
 }  // namespace nivora
