@@ -101,17 +101,15 @@ bool accepts_initial_runoff(const RunState& run, float prior, float first_runoff
         if (!(std::abs(initial - first) > first * k_runoff_tolerance)) return true;
         question.title = "Warning, possible data problem";
         question.text = fmt::format(
-            "There is a significant difference between your InitialRunoffValue {{{}}} and day #1's Measured "
-            "Runoff "
-            "{{{}}}.  Continue?",
+            "There is a significant difference between your InitialRunoffValue {{{}}} and day #1's "
+            "Measured Runoff {{{}}}.  Continue?",
             single_text(run.InitialRunoff), single_text(first_runoff));
     } else {
         if (is_missing(prior) || prior == run.InitialRunoff) return true;
         question.title = "Inconsistent data";
         question.text = fmt::format(
             "The InitialRunoffValue for this simulation {{{}}} is different than that found in the basin "
-            "database "
-            "{{{}}}.  Continue?",
+            "database {{{}}}.  Continue?",
             single_text(run.InitialRunoff), single_text(prior));
     }
     return dialogs.message(question) == Answer::Ok;
@@ -175,9 +173,8 @@ Message results_fault_message(const StoreError& error) {
     Message message{.icon = Icon::Stop};
     if (error.fault() == StoreFault::Busy) {
         message.text =
-            "Conflict while accessing the 'SimResults' table.  Make sure you close the 'Simulation Results' "
-            "window "
-            "before proceeding";
+            "Conflict while accessing the 'SimResults' table.  Make sure you close the "
+            "'Simulation Results' window before proceeding";
     } else {
         message.text = fmt::format("{} {}", static_cast<int>(error.fault()), error.what());
         message.title = "Unexpected error!  Simulation aborted.";

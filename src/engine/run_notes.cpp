@@ -45,10 +45,8 @@ std::string below_zero_text(const RunNote& note, Units units) {
 std::string stopped_text(const RunNote& note) {
     return fmt::format(
         "The computation of snow and melt stopped in zone {} on {}. From there on, {} have no rain and no "
-        "melt of "
-        "new snow: do not use the computed discharge. Repair the values of that day and of the days after "
-        "it, and "
-        "run again.",
+        "melt of new snow: do not use the computed discharge. Repair the values of that day and of the "
+        "days after it, and run again.",
         note.zones.front(), long_date_text(note.first),
         note.zones.size() == 1 ? "the days of this zone" : "the days of " + zones_text(note.zones));
 }
@@ -56,8 +54,7 @@ std::string stopped_text(const RunNote& note) {
 std::string no_store_text(const RunNote& note, Units units) {
     constexpr const char* k_advice =
         "The gain of the zone and the cover that step 5 computes from it are meaningless. Start the "
-        "simulation "
-        "before the first snowfall, and compare CDC with CDCclimWAMA.";
+        "simulation before the first snowfall, and compare CDC with CDCclimWAMA.";
     const std::string zones = zones_text(note.zones);
     const std::string start = long_date_text(note.start);
     const std::string end = long_date_text(note.end);
@@ -77,8 +74,7 @@ std::string held_text(const RunNote& note) {
     return fmt::format(
         "In {}, the last day with snow and the first day without snow move to the same day of the changed "
         "climate, {}. The first of them counts, so the cover stays at {} until {}, although the snow is "
-        "gone. "
-        "Compare CDC with CDCclimWAMA before you use the summer of this zone.",
+        "gone. Compare CDC with CDCclimWAMA before you use the summer of this zone.",
         zones_text(note.zones), long_date_text(note.first), single_text(note.value),
         long_date_text(note.last));
 }

@@ -15,8 +15,7 @@ constexpr double k_high_flow_factor = 4.0;
 
 constexpr const char* k_recession_text =
     " Present x, y recession coefficient values result in k => 1 which was replaced by the limit k = 0.99 in "
-    "order to "
-    "avoid impossible results.  The user is advised to select new x and y values to keep k < 1. ";
+    "order to avoid impossible results.  The user is advised to select new x and y values to keep k < 1. ";
 
 void add_climate_sums(RunState& run, std::size_t zone, float zonal_melt, float new_melt, float rain) {
     if (run.ClimateStep < 1 || run.ClimateStep > 3) return;

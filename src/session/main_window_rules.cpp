@@ -149,8 +149,7 @@ Message units_question() {
 Message zones_question() {
     return {.text =
                 "Once the number of zones is defined for a basin it cannot be changed.  Are you sure about "
-                "your zone "
-                "definition?",
+                "your zone definition?",
             .title = "Zone definition",
             .buttons = Buttons::YesNoCancel};
 }

@@ -62,10 +62,9 @@ private:
 
 const char* disclaimer_text() {
     return "Although Nivora has been tested by its developers, NO warranty, expressed or implied, is made as "
-           "to the accuracy "
-           "and functioning of the program and related program material nor shall the fact of distribution "
-           "constitute any "
-           "such warranty,  and NO responsibility is assumed by the developers in connection therewith.";
+           "to the accuracy and functioning of the program and related program material nor shall the fact "
+           "of distribution constitute any such warranty,  and NO responsibility is assumed by the "
+           "developers in connection therewith.";
 }
 
 frmSplash::frmSplash(Session& session, bool at_start, QWidget* parent)

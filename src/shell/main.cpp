@@ -42,8 +42,7 @@ int main(int argc, char** argv) {
     if (const int number = write_test(program_folder); number > 0) {
         dialogs.stop(
             "You must have 'Modify' permission on the Tarnlog-7 startup subdirectory in order to run the "
-            "program.  "
-            "Contact the administrator of you computer to modify your permissions.",
+            "program.  Contact the administrator of you computer to modify your permissions.",
             "Tarnlog-7 cannot run, insufficient permission level (Error code  " + std::to_string(number) +
                 ")");
         return 1;

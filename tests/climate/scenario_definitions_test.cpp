@@ -70,8 +70,7 @@ TEST_F(OpenedScenarios, LoseAReferenceWhoseTableIsMissing) {
     ASSERT_EQ(dialogs.messages().size(), 1U);
     expect_last(
         "A reference to a climate change scenario, 'it's gone', could not be resolved.  The reference will "
-        "be "
-        "deleted from the basin database.",
+        "be deleted from the basin database.",
         "Missing climate change scenario for Simulation 'wet'");
     EXPECT_THAT(references(), ElementsAre("wet/warm", "dry/gone as well"));
 }

@@ -46,9 +46,9 @@ TEST_F(WinterNotes, ABareDayThatFallsOnTheDayOfTheSnowIsNotedAndTheCoverStaysAsI
     EXPECT_EQ(
         note_text(run.notes[0], Units::Metric),
         "Step 5: In zone 1, the last day with snow and the first day without snow move to the same day of "
-        "the "
-        "changed climate, 05/01/2001. The first of them counts, so the cover stays at 1 until 05/05/2001, "
-        "although the snow is gone. Compare CDC with CDCclimWAMA before you use the summer of this zone.");
+        "the changed climate, 05/01/2001. The first of them counts, so the cover stays at 1 until "
+        "05/05/2001, although the snow is gone. Compare CDC with CDCclimWAMA before you use the summer of "
+        "this zone.");
 }
 
 TEST_F(WinterNotes, SnowThatTheChangedSummerNeverMeltsIsNotHeldByARule) {

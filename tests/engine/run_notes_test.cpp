@@ -206,8 +206,7 @@ TEST_F(NotedRun, ANegativeInitialRunoffIsRefusedAndLeavesTheResultsBefore) {
     ASSERT_EQ(dialogs.messages().size(), 1U);
     expect_stop(dialogs.messages()[0],
                 "The initial runoff of the simulation 'Test' is -3. A runoff cannot be below 0: enter the "
-                "discharge of "
-                "the day before the simulation starts.",
+                "discharge of the day before the simulation starts.",
                 "Invalid initial runoff");
     EXPECT_TRUE(basin.Output_Valid);
     EXPECT_EQ(run.LastRunSimulation, "Test");
