@@ -9,13 +9,15 @@ function(nivora_test_headers target)
     add_library(${target} OBJECT "${source}")
     target_link_libraries(${target} PRIVATE nivora_compiler ${arg_LIBRARIES})
     target_compile_options(${target} PRIVATE -O0)
+    set_target_properties(${target} PROPERTIES NIVORA_TEST_CODE ON)
     target_precompile_headers(${target} PRIVATE ${arg_HEADERS})
 endfunction()
 
 # nivora_tests(<folder> [WINDOWS] [LIBRARY <target>] [DEFINITIONS <name=value>...])
 #
 # Makes nivora_<folder>_test from tests/<folder>/*_test.cpp on nivora_<folder>, or <target>. Its tests are known to
-# ctest as <folder>.<suite>.<test> and bear the folder's name as label; a slash becomes an underscore. WINDOWS takes what tests of windows need.
+# ctest as <folder>.<suite>.<test> with the folder's name as label; a slash becomes an underscore. WINDOWS adds what
+# tests of windows need.
 # The tests themselves are not optimised: what they test is, and they compile in a third of the time.
 function(nivora_tests folder)
     cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS" "LIBRARY" "DEFINITIONS")
@@ -33,6 +35,7 @@ function(nivora_tests folder)
     add_executable(${target} ${sources})
     target_link_libraries(${target} PRIVATE nivora_compiler nivora_test_support ${library})
     target_compile_options(${target} PRIVATE -O0)
+    set_target_properties(${target} PROPERTIES NIVORA_TEST_CODE ON)
     if(arg_WINDOWS)
         target_link_libraries(${target} PRIVATE Qt6::Test nivora_offscreen_main)
         target_precompile_headers(${target} REUSE_FROM nivora_window_test_headers)
