@@ -2,13 +2,11 @@
 // process, from its start to its end, over nine zones and a year.
 
 #include "bench/bench_basin.h"
+#include "bench/bench_program.h"
 #include "store/table_io.h"
 
 #include <benchmark/benchmark.h>
-#include <spawn.h>
 
-#include <fcntl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
@@ -79,26 +77,6 @@ private:
     std::string simulation_;
 };
 
-/// Runs the program to its end with what it prints in a file. @return its exit status, or -1
-int run_program(const std::vector<std::string>& arguments, const fs::path& printed) {
-    std::vector<std::string> texts{NIVORA_BATCH_PROGRAM};
-    texts.insert(texts.end(), arguments.begin(), arguments.end());
-    std::vector<char*> argv;
-    for (std::string& text : texts) argv.push_back(text.data());
-    argv.push_back(nullptr);
-    posix_spawn_file_actions_t files;
-    posix_spawn_file_actions_init(&files);
-    posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, printed.c_str(), O_WRONLY | O_CREAT | O_TRUNC,
-                                     0600);
-    posix_spawn_file_actions_adddup2(&files, STDOUT_FILENO, STDERR_FILENO);
-    pid_t child = 0;
-    const int spawned = posix_spawn(&child, argv.front(), &files, nullptr, argv.data(), environ);
-    posix_spawn_file_actions_destroy(&files);
-    int status = 0;
-    if (spawned != 0 || waitpid(child, &status, 0) != child) return -1;
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
 void climate_process(benchmark::State& state) {
     const ScenarioBasin basin{static_cast<int>(state.range(0))};
     for (auto _ : state) {
@@ -106,6 +84,7 @@ void climate_process(benchmark::State& state) {
         const std::string file = basin.fresh().string();
         state.ResumeTiming();
         const int status = run_program(
+            NIVORA_BATCH_PROGRAM,
             {"climate", file, "--simulation", basin.simulation(), "--scenario", k_scenario}, basin.printed());
         if (status == 0) continue;
         std::ifstream printed{basin.printed()};

@@ -41,8 +41,10 @@ void BatchDialogs::report_problem(const std::string& title, const std::string& t
     report({title, text, Answer::Ok});
 }
 
+void BatchDialogs::report_note(const std::string& text) { report_ << "Note: " << text << '\n'; }
+
 void BatchDialogs::report_notes(const std::vector<RunNote>& notes, Units units) {
-    for (const RunNote& note : notes) report_ << "Note: " << note_text(note, units) << '\n';
+    for (const RunNote& note : notes) report_note(note_text(note, units));
 }
 
 }  // namespace nivora

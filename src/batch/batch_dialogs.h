@@ -38,6 +38,9 @@ public:
     /// Reports an error outside the model in the same form.
     void report_problem(const std::string& title, const std::string& text);
 
+    /// Reports what the user should know on a line of its own; it is not a refusal.
+    void report_note(const std::string& text);
+
     /// Reports each note of a run on a line of its own. A note is not a refusal.
     void report_notes(const std::vector<RunNote>& notes, Units units);
 

@@ -1,13 +1,13 @@
 #include "base/durable_file.h"
 #include "base/number_text.h"
 #include "base/text.h"
+#include "batch/climate_steps.h"
 #include "batch/commands.h"
 #include "batch/json.h"
 #include "batch/output_guard.h"
 #include "batch/selected_simulation.h"
 #include "climate/climate_run.h"
 #include "store/basin_opening.h"
-#include "store/table_io.h"
 
 #include <fmt/format.h>
 
@@ -16,7 +16,6 @@
 namespace nivora {
 namespace {
 
-constexpr const char* k_report = "NVR_DfGN.out";
 constexpr std::array<std::pair<SummaryRow, const char*>, 3> k_rows{
     {{SummaryRow::Measured, "Measured"},
      {SummaryRow::Computed, "Computed"},
@@ -24,34 +23,17 @@ constexpr std::array<std::pair<SummaryRow, const char*>, 3> k_rows{
 constexpr std::array<std::pair<SummarySeason, const char*>, 3> k_seasons{
     {{SummarySeason::Winter, "Winter"}, {SummarySeason::Summer, "Summer"}, {SummarySeason::Year, "Year"}}};
 
-/// The simulation's scenario of that name, in any case, as it is stored; reported if there is none.
-std::optional<std::string> stored_scenario(BasinDatabase& database, const ClimateCommand& command,
-                                           const Session& session, BatchDialogs& dialogs) {
-    std::string names;
-    for (const ScenarioIndexRow& row :
-         read_table<ScenarioIndexRow>(database, template_table(k_scenario_index))) {
-        if (!same_name(row.simulation, session.basin.Current_Sim_Name)) continue;
-        if (same_name(row.scenario, k_no_scenario)) continue;
-        if (same_name(row.scenario, command.scenario)) return row.scenario;
-        names += (names.empty() ? "'" : ", '") + row.scenario + "'";
-    }
-    dialogs.report_problem("No such scenario",
-                           fmt::format("The simulation '{}' has no scenario '{}'. It has: {}.",
-                                       command.simulation, command.scenario, names.empty() ? "none" : names));
-    return std::nullopt;
-}
-
-/// Runs the steps until one fails.
+/// Runs the steps that were asked for until one fails.
 bool run_steps(Session& session, const ClimateCommand& command, BatchDialogs& dialogs) {
     const std::filesystem::path report =
-        command.report.value_or(std::filesystem::path{command.basin}.replace_filename(k_report));
+        command.report.value_or(std::filesystem::path{command.basin}.replace_filename(k_climate_report));
     refuse_basin_as_output(report, command.basin);
     OpenBasin basin = open_to_run(command.basin, command.wait);
     if (!select_in(session, basin.database(), command.basin, command.simulation, dialogs)) return false;
-    const auto scenario = stored_scenario(basin.database(), command, session, dialogs);
+    const auto scenario = stored_scenario(basin.database(), session.basin, command.scenario, dialogs);
     if (!scenario || !has_zone_areas(session.basin, dialogs)) return false;
     if (const auto problem = run_menu_problem(session.basin)) dialogs.message(problem->message);
-    if (const auto problem = evaluation_problem(basin.database(), session.basin, *scenario)) {
+    if (const auto problem = evaluation_problem(basin.database(), session.basin, scenario->scenario)) {
         dialogs.message(*problem);
         return false;
     }
@@ -61,15 +43,7 @@ bool run_steps(Session& session, const ClimateCommand& command, BatchDialogs& di
                                  .report_file = report,
                                  .now = local_now()};
     dialogs.accept_proposals();
-    begin_climate(context);
-    session.climate.scenario = *scenario;
-    for (int step = 1; step <= k_climate_steps; ++step) {
-        const StepOutcome outcome = run_climate_step(basin.database(), context, step);
-        end_climate_step(context, step, outcome);
-        if (outcome != StepOutcome::Done) return false;
-    }
-    end_climate(context, false);
-    return true;
+    return run_climate_steps(basin.database(), context, scenario->scenario, command.last_step);
 }
 
 Json step_json(const StepStatistics& statistics) {

@@ -4,6 +4,8 @@
 #include "base/number_text.h"
 #include "base/version.h"
 #include "batch/commands.h"
+#include "batch/report_options.h"
+#include "batch/report_output.h"
 #include "batch/scenario_edit.h"
 
 #include <CLI/CLI.hpp>
@@ -57,6 +59,21 @@ std::string iso_date(const std::string& text) {
     return read_iso_date(text) ? std::string{} : "'" + text + "' is not a date such as 1996-04-01";
 }
 
+std::string report_numbers(const std::string& text) {
+    if (text == k_all_reports_word || read_report_numbers(text)) return {};
+    return "'" + text + "' is neither all nor a list of numbers from 0 to 8 such as 0,4,7";
+}
+
+std::string report_file(const std::string& text) {
+    if (report_form(path_from_utf8(text))) return {};
+    return "'" + text + "' does not end in .txt or .out";
+}
+
+std::string iso_moment(const std::string& text) {
+    return read_iso_moment(text) ? std::string{}
+                                 : "'" + text + "' is not a moment such as 1996-04-01T12:30:00";
+}
+
 constexpr int k_longest_wait = 86400;
 
 /// The texts of the options as the command line gives them.
@@ -83,6 +100,13 @@ struct Texts {
     bool json = false;
     bool refuse = false;
     std::string made;
+    int last_step = k_climate_steps;
+    std::string reports;
+    std::string out;
+    bool input_changed = false;
+    int step = 0;
+    std::string climate_report;
+    std::string now;
     int wait = static_cast<int>(k_usual_wait.count());
 
     [[nodiscard]] std::chrono::milliseconds waiting() const { return std::chrono::seconds{wait}; }
@@ -207,6 +231,11 @@ CLI::App& add_climate(CLI::App& app, Texts& texts) {
     climate.add_option(
         "--report", texts.report,
         "File for the report of the winter change; NVR_DfGN.out beside the basin if not given");
+    climate
+        .add_option("--last-step", texts.last_step,
+                    "End the evaluation after this step, so that its results can be reported")
+        ->check(CLI::Range(1, k_climate_steps))
+        ->capture_default_str();
     climate.add_flag("--json", texts.json, "Print JSON");
     return climate;
 }
@@ -217,7 +246,67 @@ ClimateCommand climate_of(const Texts& texts) {
     command.simulation = texts.simulation;
     command.scenario = texts.scenario;
     if (!texts.report.empty()) command.report = path_from_utf8(texts.report);
+    command.last_step = texts.last_step;
     command.json = texts.json;
+    command.wait = texts.waiting();
+    return command;
+}
+
+CLI::App& add_report(CLI::App& app, Texts& texts) {
+    CLI::App& report = *app.add_subcommand(
+        "report", "Write reports of a simulation and its last run into a file; the basin is not changed");
+    report.add_option("BASIN.mdb", texts.basin, "Basin file")->required();
+    report.add_option("--simulation", texts.simulation, "Name of the simulation")->required();
+    report
+        .add_option(
+            "--reports", texts.reports,
+            "Numbers of reports joined by commas, or all: 0 current data description, 1 temperatures, "
+            "2 degree day factors, 3 lapse rates, 4 degree days, 5 melt, 6 runoff, 7 input summary, "
+            "8 deficit and gain; all if not given")
+        ->check(CLI::Validator(report_numbers, "NUMBERS|all"));
+    report
+        .add_option("--out", texts.out,
+                    "File to write, .txt or .out; NVRrpts.out beside the basin if not given")
+        ->check(CLI::Validator(report_file, "FILE"));
+    report.add_option("--kind", texts.kind, "Kind of the last run: melt-season or year-round")
+        ->check(CLI::IsMember({"melt-season", "year-round"}))
+        ->capture_default_str();
+    report.add_option("--forecast", texts.forecast,
+                      "The last run was a forecast that was updated every so many days, 1 to 9");
+    report.add_flag("--no-snow", texts.no_snow, "The last run was in No Snow mode");
+    report.add_flag("--input-changed", texts.input_changed, "An input has changed since the last run");
+    auto* step =
+        report.add_option("--step", texts.step, "The results are those of this step of a climate evaluation")
+            ->check(CLI::IsMember({1, 2, 3, 6}));
+    auto* scenario =
+        report.add_option("--scenario", texts.scenario, "Name of the scenario that was evaluated");
+    step->needs(scenario);
+    scenario->needs(step);
+    report
+        .add_option("--climate-report", texts.climate_report,
+                    "The report that step 5 wrote; NVR_DfGN.out beside the basin if not given")
+        ->needs(step);
+    report
+        .add_option("--now", texts.now,
+                    "Date and time that the reports bear, YYYY-MM-DDTHH:MM:SS; now if not given")
+        ->check(CLI::Validator(iso_moment, "MOMENT"));
+    return report;
+}
+
+ReportCommand report_of(const Texts& texts, const CLI::App& app) {
+    ReportCommand command;
+    command.basin = path_from_utf8(texts.basin);
+    command.simulation = texts.simulation;
+    command.reports = read_report_numbers(texts.reports);
+    if (!texts.out.empty()) command.out = path_from_utf8(texts.out);
+    command.year_round = texts.kind == "year-round";
+    if (app.count("--forecast") > 0) command.forecast_days = texts.forecast;
+    command.no_snow = texts.no_snow;
+    command.input_changed = texts.input_changed;
+    command.step = texts.step;
+    command.scenario = texts.scenario;
+    if (!texts.climate_report.empty()) command.climate_report = path_from_utf8(texts.climate_report);
+    if (!texts.now.empty()) command.now = read_iso_moment(texts.now);
     command.wait = texts.waiting();
     return command;
 }
@@ -323,6 +412,7 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
     CLI::App& run = add_run(app, texts);
     CLI::App& climate = add_climate(app, texts);
     CLI::App& scenario = add_scenario(app, texts);
+    CLI::App& report = add_report(app, texts);
     CLI::App& exported = add_export(app, texts);
     CLI::App& blank = add_template(app, texts);
     CLI::App& check = add_check(app, texts);
@@ -337,6 +427,7 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
         if (import.parsed()) return import_command(import_of(texts, import), dialogs, out);
         if (run.parsed()) return run_command(run_of(texts, run), dialogs, out);
         if (climate.parsed()) return climate_command(climate_of(texts), dialogs, out);
+        if (report.parsed()) return report_command(report_of(texts, report), dialogs);
         if (scenario.parsed()) return scenario_command(scenario_of(texts, scenario), dialogs, out);
         if (exported.parsed()) return export_command(export_of(texts), dialogs);
         if (simulations.parsed())

@@ -3,6 +3,8 @@
 #pragma once
 
 #include "batch/batch_dialogs.h"
+#include "climate/climate_state.h"
+#include "reports/report_catalogue.h"
 
 #include <chrono>
 #include <filesystem>
@@ -12,6 +14,9 @@
 #include <vector>
 
 namespace nivora {
+
+/// The name of the climate report that stands beside a basin.
+inline constexpr const char* k_climate_report = "NVR_DfGN.out";
 
 inline constexpr int k_done = 0;
 inline constexpr int k_failed = 1;
@@ -59,7 +64,24 @@ struct ClimateCommand {
     std::string simulation;
     std::string scenario;
     std::optional<std::filesystem::path> report;  ///< beside the basin if not given
+    int last_step = k_climate_steps;
     bool json = false;
+    std::chrono::milliseconds wait = k_usual_wait;
+};
+
+struct ReportCommand {
+    std::filesystem::path basin;
+    std::string simulation;
+    std::optional<std::vector<Report>> reports;  ///< all that a user may choose if not given
+    std::optional<std::filesystem::path> out;    ///< NVRrpts.out beside the basin if not given
+    bool year_round = false;
+    std::optional<std::string> forecast_days;
+    bool no_snow = false;
+    bool input_changed = false;
+    int step = 0;                                         ///< of a climate evaluation; 0 a plain run
+    std::string scenario;                                 ///< of the evaluation
+    std::optional<std::filesystem::path> climate_report;  ///< beside the basin if not given
+    std::optional<double> now;                            ///< date and time that the reports bear
     std::chrono::milliseconds wait = k_usual_wait;
 };
 
@@ -90,9 +112,12 @@ int simulations_command(const std::filesystem::path& basin, std::chrono::millise
 /// Runs a simulation, stores `SimResults` in the file and prints the statistics.
 int run_command(const RunCommand& command, BatchDialogs& dialogs, std::ostream& out);
 
-/// Runs the six steps of a climate evaluation, stores `SimResults` in the file and the report beside it, and
+/// Runs the steps of a climate evaluation, stores `SimResults` in the file and the report beside it, and
 /// prints the statistics of each step and the seasonal summary.
 int climate_command(const ClimateCommand& command, BatchDialogs& dialogs, std::ostream& out);
+
+/// Writes reports of the basin and its last run into a file. The basin stays as it is.
+int report_command(const ReportCommand& command, BatchDialogs& dialogs);
 
 /// Creates a climate scenario of a simulation, or replaces the one of its name. A refused
 /// command changes nothing.

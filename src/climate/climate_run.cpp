@@ -120,6 +120,7 @@ bool store(BasinDatabase& database, const SimResults& results, RunContext contex
 void clear_sums(RunState& run) {
     run.ClimateSums = {};
     run.WinterPrecip = {};
+    run.EndingStores = {};
 }
 
 /// After the model of step 1 has run, whatever came of it.

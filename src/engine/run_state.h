@@ -71,6 +71,10 @@ struct RunResults {
 
     std::array<float, 7> FinalQ{};  ///< discharge of the last day, by climate step; m³/s or ft³/s
 
+    /// New snow left in each zone after the last day's melt, by climate step, zone 1 first; cm or inches of
+    /// water. Empty for a step that computed no snow, missing for a zone that the stage did not finish.
+    std::array<std::vector<float>, 7> EndingStores{};
+
     float AvgMeasuredQ = 0.0F;      ///< m³/s or ft³/s
     float MeasuredVolume = 0.0F;    ///< 10^6 m³ or 10^6 ft³
     float AvgComputedQ = 0.0F;      ///< m³/s or ft³/s

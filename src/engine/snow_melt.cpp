@@ -5,6 +5,7 @@
 
 #include <span>
 #include <string>
+#include <vector>
 
 namespace nivora {
 namespace {
@@ -49,11 +50,14 @@ public:
     SnowStage(SimResults& results, const BasinInputs& inputs, RunState& run)
         : results_(results),
           run_(run),
+          ending_stores_(run.EndingStores.at(static_cast<std::size_t>(run.ClimateStep))),
           columns_(step_columns(results, run.ClimateStep)),
           season_start_(inputs.melt_season_start),
           starts_in_winter_(!in_melt_season(civil_date(run.RunStart).month, season_start_)),
           keeps_store_(run.NoSnow && run.ClimateStep == 0),
-          draws_curves_(run.ClimateStep == 0 || run.ClimateStep == 3) {}
+          draws_curves_(run.ClimateStep == 0 || run.ClimateStep == 3) {
+        ending_stores_.assign(inputs.zones, k_missing);
+    }
 
     void work(const RowOrder& rows) {
         for (std::size_t first = 0; first < rows.size();) {
@@ -94,6 +98,8 @@ private:
             store_row(row, work_row(row, snow));
         }
         run_.SnowStore = snow.store;
+        const auto index = static_cast<std::size_t>(snow.zone - 1);
+        if (snow.zone > 0 && index < ending_stores_.size()) ending_stores_[index] = snow.store;
         if (run_.ClimateStep == 3) winter_precipitation(snow, 3) = snow.store;
         if (run_.ClimateStep == 5) winter_precipitation(snow, 4) = snow.store;
     }
@@ -209,6 +215,7 @@ private:
 
     SimResults& results_;
     RunState& run_;
+    std::vector<float>& ending_stores_;
     StepColumns columns_;
     int season_start_;
     bool starts_in_winter_;

@@ -23,7 +23,8 @@ namespace nivora {
 ///
 /// Writes `SumAT`, `aT`, `Cpr`, `SnowOnStore` (the store before the day's melt), `NewMelt` and `M1S`; in a
 /// plain run and in climate step 3 also the modified depletion curves `MDCincl` and `MDCexcl`. Leaves
-/// `MeltSeasonStart`, `SnowStore` and, in climate steps 1 to 3, `WinterPrecip`.
+/// `MeltSeasonStart`, `SnowStore`, the `EndingStores` of its climate step and, in climate steps 1 to 3,
+/// `WinterPrecip`.
 ///
 /// A fault is shown and ends the stage; the rows before it are written.
 /// Intended: the run continues, and the next stage reads the empty fields.

@@ -11,18 +11,24 @@
 namespace nivora {
 namespace {
 
-/// Copies a text file line by line, each line ended by CR LF.
+[[noreturn]] void refuse_climate_report(const std::filesystem::path& file) {
+    throw StoreError(StoreFault::Missing,
+                     "The climate change report " + path_text(file) +
+                         " cannot be read. Run the climate change evaluation again to write it.");
+}
+
+/// Copies a text file line by line, each line ended by CR LF. A pipe or a folder of that name is refused: one
+/// may never end, the other reads as an empty file.
 void copy_lines(ReportLines& lines, const std::filesystem::path& file) {
+    std::error_code unknown;  // a name that can't even be looked up is no regular file
+    if (!std::filesystem::is_regular_file(file, unknown)) refuse_climate_report(file);
     std::ifstream input{file, std::ios::binary};
-    if (!input) {
-        throw StoreError(StoreFault::Missing,
-                         "The climate change report " + path_text(file) +
-                             " cannot be read. Run the climate change evaluation again to write it.");
-    }
+    if (!input) refuse_climate_report(file);
     for (std::string line; std::getline(input, line);) {
         if (!line.empty() && line.back() == '\r') line.pop_back();
         lines.line(line);
     }
+    if (input.bad()) refuse_climate_report(file);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "store/basin_copy.h"
 #include "store/basin_salvage.h"
 
+#include <SQLiteCpp/Backup.h>
 #include <fmt/format.h>
 #include <sqlite3.h>
 
@@ -168,6 +169,15 @@ void copy_with_journal(const fs::path& file, const fs::path& copy) {
     }
     throw StoreError(StoreFault::Busy,
                      fmt::format("The file '{}' is in use by another program.", path_text(file)));
+}
+
+void copy_open_basin(BasinDatabase& source, const fs::path& copy) {
+    guarded([&] {
+        SQLite::Database target{path_text(copy), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE};
+        target.exec("PRAGMA synchronous = OFF");
+        SQLite::Backup backup{target, source.sql()};
+        backup.executeStep(-1);
+    });
 }
 
 OpenBasin open_to_read(const fs::path& file, milliseconds wait, Check what) {

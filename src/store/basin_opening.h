@@ -73,6 +73,10 @@ private:
 /// @throws StoreError
 void drop_damaged_results(OpenBasin& basin, std::chrono::milliseconds wait);
 
+/// Copies a basin that is open, in the state that this program reads, to a new place. A lasting copy is not
+/// asked for: it is not flushed to the disk. @throws StoreError
+void copy_open_basin(BasinDatabase& source, const std::filesystem::path& copy);
+
 /// Copies a basin and the journal of its interrupted change to a new place.
 /// @throws FileError; StoreError Busy if another program changed the file meanwhile
 void copy_with_journal(const std::filesystem::path& file, const std::filesystem::path& copy);

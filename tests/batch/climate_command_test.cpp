@@ -182,6 +182,22 @@ TEST_F(ClimateCommandTest, LeavesTheResultsInTheBasinAndTheReportBesideIt) {
     EXPECT_THAT(report, HasSubstr("File:             " + path_text(file) + "\r\n"));
 }
 
+TEST_F(ClimateCommandTest, EndsAfterTheStepThatIsAskedFor) {
+    write();
+    const BatchResult result = climate({"--last-step", "3", "--json"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    const auto json = nlohmann::json::parse(result.out);
+    EXPECT_EQ(json["steps"].size(), 3U);
+    EXPECT_TRUE(json["summary"]["ClimateAffected"]["Summer"].is_null());
+    EXPECT_TRUE(json["messages"].empty());
+    const SimResults table = results();
+    EXPECT_EQ(table.DailyQPresent[5], 79.84375);
+    EXPECT_THAT(table.SCAclimWAMA[5], testing::IsNan());
+    EXPECT_THAT(folder.entries(), ElementsAre("basin.mdb"));
+    EXPECT_EQ(climate({"--last-step", "1"}).status, 0);
+    for (const char* step : {"0", "7", "two"}) EXPECT_EQ(climate({"--last-step", step}).status, 2) << step;
+}
+
 TEST_F(ClimateCommandTest, AReportOfAnotherNameGoesThere) {
     write();
     ASSERT_EQ(climate({"--report", path_text(folder / "winter change.txt")}).status, 0);

@@ -1,9 +1,8 @@
 // The command line itself: help, version, wrong usage, and the commands that list and make basins.
 #include "tests/batch/run_basin.h"
+#include "tests/support/comma_locale.h"
 
 #include <gmock/gmock.h>
-
-#include <locale>
 
 namespace nivora {
 namespace {
@@ -15,13 +14,13 @@ using testing::StartsWith;
 TEST(CommandLine, HelpAndVersionAreNoFault) {
     const BatchResult help = batch({"--help"});
     EXPECT_EQ(help.status, 0);
-    for (const char* command : {"import", "simulations", "run", "export", "template", "--refuse"})
+    for (const char* command : {"import", "simulations", "run", "export", "report", "template", "--refuse"})
         EXPECT_THAT(help.out, HasSubstr(command));
     EXPECT_EQ(help.err, "");
     const BatchResult version = batch({"--version"});
     EXPECT_EQ(version.status, 0);
     EXPECT_THAT(version.out, StartsWith("Nivora "));
-    for (const char* command : {"import", "simulations", "run", "export", "template"})
+    for (const char* command : {"import", "simulations", "run", "export", "report", "template"})
         EXPECT_EQ(batch({command, "--help"}).status, 0);
 }
 
@@ -82,23 +81,6 @@ TEST(CommandLine, RefuseMayStandBeforeAndBehindTheCommand) {
     EXPECT_EQ(batch({"import", basin.file(), basin.basin(), "--refuse"}).status, 1);
     EXPECT_EQ(batch({"import", basin.file(), basin.basin()}).status, 0);
 }
-
-/// The numbers of a country that writes 1.234,5, for as long as it lives.
-class CommaLocale {
-public:
-    CommaLocale() : former_(std::locale::global(std::locale{std::locale::classic(), new Numbers})) {}
-    CommaLocale(const CommaLocale&) = delete;
-    CommaLocale& operator=(const CommaLocale&) = delete;
-    ~CommaLocale() { std::locale::global(former_); }
-
-private:
-    struct Numbers : std::numpunct<char> {
-        [[nodiscard]] char do_decimal_point() const override { return ','; }
-        [[nodiscard]] char do_thousands_sep() const override { return '.'; }
-        [[nodiscard]] std::string do_grouping() const override { return "\3"; }
-    };
-    std::locale former_;
-};
 
 TEST(CommandLine, NumbersHaveAPointInEveryLocale) {
     const RunBasin plain;

@@ -153,6 +153,24 @@ TEST_F(ClimateStepsTest, StepSixEndsWithTheAccumulatedMeltOfBothClimates) {
     }
 }
 
+TEST_F(ClimateRunTest, NewSnowLeftAtTheEndOfBothSummersStaysKnownToTheLastStep) {
+    SixDays snow_at_the_end;
+    for (PhysicalRow& row : snow_at_the_end.physical) {
+        if (row.date == SixDays::first_day() + SixDays::k_days - 1) row.precip = 5.0F;
+    }
+    for (ParameterRow& row : snow_at_the_end.parameters) row.tcrit = 4.0F;
+    run.EndingStores.fill({7.0F});
+    open(snow_at_the_end, static_cast<double>(SixDays::winter_end()));
+    run_to(6);
+    // The last day's 5 cm less the melt of that day: 2 x 0.5 in the present climate, 3 x 0.5 in the changed.
+    EXPECT_THAT(run.EndingStores[3], ElementsAre(4.0F, 4.0F));
+    EXPECT_THAT(run.EndingStores[6], ElementsAre(3.5F, 3.5F));
+    // The winter's snow fell on full cover; step 5 works out no snow, and there was no plain run.
+    EXPECT_THAT(run.EndingStores[1], ElementsAre(0.0F, 0.0F));
+    EXPECT_THAT(run.EndingStores[5], testing::IsEmpty());
+    EXPECT_THAT(run.EndingStores[0], testing::IsEmpty());
+}
+
 TEST_F(ClimateStepsTest, ASimulationWithoutAnInitialRunoffStartsAtZero) {
     SixDays small;
     small.simulation.initial_runoff.reset();

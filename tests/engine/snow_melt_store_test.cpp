@@ -113,6 +113,31 @@ TEST_F(SnowStoreInSummer, AStoreSmallerThanTheMeltEndsAtExactly0) {
     EXPECT_EQ(run.SnowStore, 0.0F);
 }
 
+TEST_F(SnowStoreInSummer, WhatIsLeftAfterTheLastDaysMeltIsKeptByZone) {
+    begin(3, 2);
+    fill(table.Precip, 3.0);
+    fill_zone(table.ZoneDD, 2, 0.5);
+    run.EndingStores[0] = {7.0F, 7.0F, 7.0F};
+    run.EndingStores[3] = {1.0F, 2.0F};
+
+    go();
+
+    // Zone 1: three times 3 cm without a degree. Zone 2: 0.5 x 0.5 = 0.25 cm of them melt each day.
+    EXPECT_THAT(run.EndingStores[0], ElementsAre(9.0F, 8.25F));
+    EXPECT_THAT(run.EndingStores[3], ElementsAre(1.0F, 2.0F));
+}
+
+TEST_F(SnowStoreInSummer, AZoneThatTheStageDoesNotFinishHasNoStoreAtItsEnd) {
+    begin(3, 3);
+    fill(table.Precip, 3.0);
+    table.ZoneDD[at(2, 3)] = k_missing;
+
+    go();
+
+    EXPECT_EQ(dialogs.messages().size(), 1U);
+    EXPECT_THAT(run.EndingStores[0], ElementsAre(9.0F, ::testing::IsNan(), ::testing::IsNan()));
+}
+
 TEST_F(SnowStoreInSummer, WithoutStoreThereIsNoMelt) {
     fill(table.ZoneDD, 10.0);
 

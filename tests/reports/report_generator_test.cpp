@@ -117,6 +117,13 @@ TEST_F(ReportGeneratorTest, AMissingClimateReportIsNamed) {
     EXPECT_EQ(made.text, "");
 }
 
+TEST_F(ReportGeneratorTest, AFolderIsNoClimateReport) {
+    std::filesystem::create_directory(climate_report_);
+    const ReportRequest made = request({Report::DeficitGain});
+    ASSERT_TRUE(made.refusal);
+    EXPECT_THAT(made.refusal->text, HasSubstr("NVR_DfGN.out cannot be read."));
+}
+
 TEST_F(ReportGeneratorTest, TheDescriptionOfTheDataTellsBasinSimulationAndZones) {
     const auto text = lines(Report::DataDescription);
     const auto pair = [](const std::string& label, const std::string& value) {

@@ -1,0 +1,449 @@
+// The command that writes reports: the state that its options stand for, its file, and how it ends.
+
+#include "reports/report_catalogue.h"
+#include "tests/batch/run_basin.h"
+#include "tests/climate/climate_run_fixture.h"
+#include "tests/reports/report_text.h"
+
+#include <algorithm>
+
+namespace nivora {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+using testing::UnorderedElementsAre;
+
+/// Calls the command on a file, at a fixed moment.
+BatchResult report_on(const std::string& basin, const std::string& simulation,
+                      const std::vector<std::string>& more = {}) {
+    std::vector<std::string> arguments{"report",   basin,   "--simulation",
+                                       simulation, "--now", "2026-03-05T13:30:15"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return batch(arguments);
+}
+
+/// The numbers of the reports in the text of a plain run.
+std::vector<int> numbers_in(const std::string& text) {
+    std::vector<int> numbers;
+    const auto lines = report_text_lines(text);
+    for (const Report report : k_all_reports) {
+        const bool titled = std::find(lines.begin(), lines.end(), report_title(report, 0)) != lines.end();
+        const bool summary =
+            report == Report::InputSummary && text.find("Input Summary Report") != std::string::npos;
+        if (titled || summary) numbers.push_back(static_cast<int>(report));
+    }
+    return numbers;
+}
+
+/// One zone over three days, whose discharge recedes from 10: 9, 8.1, 7.29.
+class ReportCommandTest : public testing::Test {
+protected:
+    [[nodiscard]] BatchResult report(const std::vector<std::string>& more = {}) const {
+        return report_on(basin.basin(), "alder", more);
+    }
+    [[nodiscard]] std::string out() const { return file_bytes(basin.path("NVRrpts.out")); }
+    [[nodiscard]] std::string line(const std::string& head) const {
+        const auto found = lines_that_begin(report_text_lines(out()), head);
+        return found.empty() ? "(no line)" : found.front();
+    }
+
+    RunBasin basin;
+};
+
+TEST_F(ReportCommandTest, WithoutOptionsAllThatMayBeChosenGoesBesideTheBasin) {
+    ASSERT_EQ(basin.run().status, 0);
+    const std::string before = basin.bytes();
+    const BatchResult result = report();
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out + result.err, "");
+    EXPECT_THAT(basin.names(), ElementsAre("NVRrpts.out", "alder.NVR", "basin.mdb"));
+    EXPECT_THAT(numbers_in(out()), ElementsAre(0, 1, 2, 3, 4, 5, 6, 7));
+    EXPECT_THAT(line("03/05/2026"), HasSubstr("Hollin Flow Model"));
+    EXPECT_THAT(line("3/5/2026 1:30:15 PM"), HasSubstr("NVR, Version"));
+    EXPECT_THAT(line("File: "), HasSubstr(basin.basin()));
+    EXPECT_TRUE(basin.bytes() == before);
+}
+
+TEST_F(ReportCommandTest, TheSummaryHasWhatTheRunLeft) {
+    ASSERT_EQ(basin.run().status, 0);
+    ASSERT_EQ(report({"--reports", "7"}).status, 0);
+    EXPECT_THAT(line("Begin Runoff"), HasSubstr("Begin Runoff   : 10 m³/s"));
+    EXPECT_EQ(line("Run Type"), "Run Type: SIMULATION");
+    EXPECT_EQ(line("Ending Snow"), "Ending Snow on Store (cm)        : .");
+    // 24 m³/s x 0.0864 and 24.39 m³/s x 0.0864
+    EXPECT_EQ(line("Measured Runoff Volume"), "Measured Runoff Volume (10^6 m³) : 2.07");
+    EXPECT_EQ(line("Average Measured"), "Average Measured Runoff   (m³/s) : 8.");
+    EXPECT_EQ(line("Computed Runoff Volume"), "Computed Runoff Volume (10^6 m³) : 2.11");
+    EXPECT_EQ(line("Average Computed"), "Average Computed Runoff   (m³/s) : 8.13");
+    // 1 - (1 + 0.01 + 1.6641) / 8 and (24 - 24.39) / 24
+    EXPECT_EQ(line("Coefficient"), "Coefficient of Determination (R²): .6657");
+    EXPECT_EQ(line("Volume"), "Volume Difference (%)            : -1.625");
+}
+
+TEST_F(ReportCommandTest, NewSnowThatWaitsIsInTheSummary) {
+    basin.execute("UPDATE PhysicalData SET Precip = 2, Tavg = -5");
+    ASSERT_EQ(basin.run().status, 0);
+    ASSERT_EQ(report({"--reports", "7"}).status, 0);
+    // 2 cm on each of three days in April, none of which melts.
+    EXPECT_EQ(line("Ending Snow"), "Ending Snow on Store (cm)        : 6.");
+}
+
+TEST_F(ReportCommandTest, ResultsAreTakenAsTheyStandInTheTable) {
+    ASSERT_EQ(basin.run().status, 0);
+    basin.execute("UPDATE SimResults SET DailyQ = 5");
+    ASSERT_EQ(report({"--reports", "6,7"}).status, 0);
+    EXPECT_THAT(line("   1  "), HasSubstr("10.00000  5.00000 "));
+    EXPECT_EQ(line("Average Computed"), "Average Computed Runoff   (m³/s) : 5.");
+}
+
+TEST_F(ReportCommandTest, WithoutARunTheFirstFiveAreMade) {
+    ASSERT_EQ(report().status, 1);  // report 4 needs the run
+    EXPECT_THAT(numbers_in(out()), ElementsAre(0, 1, 2, 3));
+}
+
+TEST_F(ReportCommandTest, ARefusedReportHasItsTitleAndTextOnStandardError) {
+    const BatchResult result = report({"--reports", "0,6,8"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err,
+              "Missing data!: Your current simulation is different from the one most recently executed.  "
+              "Reports that include calculated values cannot be produced until a simulationor climate change "
+              "run is performed! [OK]\n");
+    EXPECT_THAT(numbers_in(out()), ElementsAre(0));
+}
+
+TEST_F(ReportCommandTest, WhereTheFirstIsRefusedNoFileIsMade) {
+    EXPECT_EQ(report({"--reports", "6"}).status, 1);
+    EXPECT_THAT(basin.names(), ElementsAre("alder.NVR", "basin.mdb"));
+}
+
+TEST_F(ReportCommandTest, ResultsOfOtherDatesAreNoRun) {
+    ASSERT_EQ(basin.run().status, 0);
+    basin.execute("UPDATE SimResults SET Date = Date + 1000");
+    EXPECT_THAT(report({"--reports", "5"}).err, HasSubstr("Missing data!"));
+}
+
+TEST_F(ReportCommandTest, ATableThatWasCutShortLeavesBlanks) {
+    ASSERT_EQ(basin.run().status, 0);
+    basin.execute("DELETE FROM SimResults WHERE Date > (SELECT min(Date) FROM SimResults)");
+    ASSERT_EQ(report({"--reports", "6"}).status, 0);
+    EXPECT_EQ(line("   1  "), "   1  10.00000  9.00000 ");
+    EXPECT_EQ(line("   2  "), "   2" + std::string(20, ' '));
+    EXPECT_EQ(line("Total "), "Total 10.00000  9.00000 ");
+}
+
+TEST_F(ReportCommandTest, ChangedInputsLeaveFiveToChooseAndTheToldLineInTheSummary) {
+    ASSERT_EQ(basin.run().status, 0);
+    ASSERT_EQ(report({"--input-changed"}).status, 0);
+    EXPECT_THAT(numbers_in(out()), ElementsAre(0, 1, 2, 3, 4));
+    EXPECT_THAT(out(), HasSubstr("** - Variables and/or parameters have changed."));
+    ASSERT_EQ(report({"--reports", "7", "--input-changed"}).status, 0);
+    EXPECT_THAT(out(), HasSubstr("Mode    : Normal\r\n   No compute since data modification,  results not "
+                                 "available   \r\n"));
+}
+
+TEST_F(ReportCommandTest, TheRunIsAsTheOptionsSay) {
+    ASSERT_EQ(basin.run({"--kind", "year-round", "--forecast", "2"}).status, 0);
+    ASSERT_EQ(report({"--reports", "7", "--kind", "year-round", "--forecast", "2"}).status, 0);
+    EXPECT_EQ(line("Run Type"), "Run Type: Year round Forecast (updated with actual Q every 2 days)");
+    ASSERT_EQ(report({"--reports", "6,7", "--no-snow"}).status, 0);
+    EXPECT_EQ(line("Mode    "), "Mode    : No Snow");
+    EXPECT_THAT(out(), HasSubstr("Mode: 'No Snow'"));
+}
+
+TEST_F(ReportCommandTest, AnIntervalThatCannotBeIsRefusedAsByARun) {
+    const BatchResult result = report({"--forecast", "12"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.err, HasSubstr("Invalid forecast frequency!"));
+}
+
+TEST_F(ReportCommandTest, ReportsComeInAscendingOrderAndOnce) {
+    ASSERT_EQ(basin.run().status, 0);
+    ASSERT_EQ(report({"--reports", "6,0,6"}).status, 0);
+    EXPECT_LT(out().find("Current data description"), out().find("Measured vs Computed"));
+    EXPECT_EQ(lines_that_begin(report_text_lines(out()), "3/5/2026").size(), 2U);
+}
+
+TEST_F(ReportCommandTest, ARunThatCannotBeRepeatedLeavesItsFiguresBlankAndSaysSo) {
+    ASSERT_EQ(basin.run().status, 0);
+    basin.execute("DELETE FROM PhysicalData");
+    const BatchResult result = report({"--reports", "7"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.err, HasSubstr("Note: The run can't be repeated, so that report 7 lacks"));
+    EXPECT_EQ(line("Begin Runoff").find("m³/s"), std::string::npos);
+    EXPECT_EQ(line("Ending Snow"), "Ending Snow on Store (cm)        : ");
+    EXPECT_EQ(line("Average Computed"), "Average Computed Runoff   (m³/s) : 8.13");
+}
+
+TEST_F(ReportCommandTest, ABlankLatitudeAndADoubtfulRunoffAreAskedAboutByTheRunAlone) {
+    basin.execute("UPDATE BasinDescription SET Latitude = NULL");
+    basin.execute("UPDATE SimulationIndex SET SimPrecipThreshold = 30");  // the field of the initial runoff
+    ASSERT_EQ(basin.run().status, 0);
+    const BatchResult result = report({"--reports", "7", "--refuse"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err, "");
+    EXPECT_THAT(line("Begin Runoff"), HasSubstr("30 m³/s"));
+}
+
+TEST_F(ReportCommandTest, NamesOfFiftyLettersOutsideLatinKeepTheColumns) {
+    std::string name;
+    for (int letter = 0; letter < 50; ++letter) name += "水";
+    basin.execute("UPDATE BasinDescription SET BasinName = '" + name + "'");
+    ASSERT_EQ(basin.run().status, 0);
+    ASSERT_EQ(report({"--reports", "2,6"}).status, 0);
+    const auto lines = report_text_lines(out());
+    // Characters count: the name ends at column 62, and the date at the right edge begins at 73 - 10 = 63.
+    EXPECT_THAT(lines, testing::Contains("Basin:      " + name + "03/05/2026"));
+    // By zone 12 + 50 + 12 characters are past column 63, so that the date has a line of its own.
+    EXPECT_EQ(lines[1], "Basin:      " + name + "  --  Zone A");
+    EXPECT_EQ(lines[2], std::string(62, ' ') + "03/05/2026");
+}
+
+TEST_F(ReportCommandTest, SingleExtremesStayInTheirCells) {
+    ASSERT_EQ(basin.run().status, 0);
+    basin.execute(
+        "UPDATE SimResults SET ActualQ = 3.402823466385289e38, DailyQ = -3.402823466385289e38, "
+        "ZonalMelt = 3.402823466385289e38, M1S = -3.402823466385289e38, Cpr = 1.401298464324817e-45");
+    ASSERT_EQ(report({"--reports", "5,6"}).status, 0);
+    const auto days = lines_that_begin(report_text_lines(out()), "   1  ");
+    ASSERT_EQ(days.size(), 2U);
+    EXPECT_EQ(days[0], "   1  3.E38 -3E38 0.000 ");
+    EXPECT_EQ(days[1], "   1  3.402E38  -3.40E38");
+}
+
+TEST_F(ReportCommandTest, AZoneWithoutResultsIsBlank) {
+    basin.execute("UPDATE BasinDescription SET Zones = 2");
+    basin.execute(
+        "INSERT INTO ZoneDescription (ZoneId, ZoneArea, HypsometricElevation) VALUES ('B', 50, 1600)");
+    basin.execute(
+        "INSERT INTO PhysicalData SELECT 2, Date, Runoff, Tmax, Tmin, Tavg, Precip, SCA, NetRadiation FROM "
+        "PhysicalData");
+    basin.execute(
+        "INSERT INTO alder SELECT 2, Date, Tcrit, LagTime, LapseRate, An, Cs, Cr, RCA, Xcoeff, Ycoeff FROM "
+        "one");
+    ASSERT_EQ(basin.run().status, 0);
+    basin.execute("DELETE FROM SimResults WHERE Zone = 2");
+    ASSERT_EQ(report({"--reports", "5"}).status, 0);
+    const auto days = lines_that_begin(report_text_lines(out()), "   1  ");
+    ASSERT_EQ(days.size(), 2U);
+    EXPECT_EQ(days[1], "   1" + std::string(20, ' '));
+}
+
+TEST_F(ReportCommandTest, WritesTextUnderTheNamesOfTextFilesAlone) {
+    ASSERT_EQ(basin.run().status, 0);
+    ASSERT_EQ(report({"--reports", "0", "--out", basin.path("a b.TXT")}).status, 0);
+    EXPECT_THAT(file_bytes(basin.path("a b.TXT")), HasSubstr("Current data description\r\n"));
+    EXPECT_EQ(report({"--out", basin.path("reports.csv")}).status, 2);
+    EXPECT_EQ(report({"--out", basin.path("reports")}).status, 2);
+}
+
+TEST_F(ReportCommandTest, NeverWritesOverABasinOrAReadOnlyFile) {
+    ASSERT_EQ(basin.run().status, 0);
+    const std::string before = basin.bytes();
+    std::filesystem::create_symlink(basin.basin(), basin.path("link.txt"));
+    std::filesystem::copy_file(basin.basin(), basin.path("another.out"));
+    for (const char* name : {"link.txt", "another.out"}) {
+        const BatchResult result = report({"--out", basin.path(name)});
+        EXPECT_EQ(result.status, 1) << name;
+        EXPECT_THAT(result.err, HasSubstr("can't be written"));
+    }
+    EXPECT_TRUE(file_bytes(basin.path("another.out")) == before);
+    basin.folder().write("kept.txt", "kept");
+    std::filesystem::permissions(basin.path("kept.txt"), std::filesystem::perms::owner_read);
+    EXPECT_EQ(report({"--out", basin.path("kept.txt")}).status, 1);
+    EXPECT_EQ(file_bytes(basin.path("kept.txt")), "kept");
+    EXPECT_TRUE(basin.bytes() == before);
+}
+
+TEST_F(ReportCommandTest, AFolderThatIsNotThereIsRefusedWithNothingLeft) {
+    ASSERT_EQ(basin.run().status, 0);
+    const BatchResult result = report({"--out", basin.path("none/reports.txt")});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.err, HasSubstr("The reports can't be written: "));
+    EXPECT_THAT(basin.names(), ElementsAre("alder.NVR", "basin.mdb"));
+}
+
+TEST_F(ReportCommandTest, WrongUsageChangesNothing) {
+    const std::string mdb = basin.basin();
+    const std::vector<std::vector<std::string>> calls{
+        {"report"},
+        {"report", mdb},
+        {"report", "--simulation", "alder"},
+        {"report", mdb, "--simulation", "alder", "--reports", "9"},
+        {"report", mdb, "--simulation", "alder", "--reports", "0,all"},
+        {"report", mdb, "--simulation", "alder", "--reports", ""},
+        {"report", mdb, "--simulation", "alder", "--kind", "daily"},
+        {"report", mdb, "--simulation", "alder", "--now", "yesterday"},
+        {"report", mdb, "--simulation", "alder", "--step", "1"},
+        {"report", mdb, "--simulation", "alder", "--scenario", "warmer"},
+        {"report", mdb, "--simulation", "alder", "--step", "4", "--scenario", "warmer"},
+        {"report", mdb, "--simulation", "alder", "--step", "5", "--scenario", "warmer"},
+        {"report", mdb, "--simulation", "alder", "--step", "7", "--scenario", "warmer"},
+        {"report", mdb, "--simulation", "alder", "--climate-report", "x.out"},
+    };
+    for (const auto& call : calls) {
+        std::string shown;
+        for (const std::string& argument : call) shown += " " + argument;
+        SCOPED_TRACE(shown);
+        const BatchResult result = batch(call);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_NE(result.err, "");
+        EXPECT_EQ(result.out, "");
+    }
+    EXPECT_THAT(basin.names(), ElementsAre("alder.NVR", "basin.mdb"));
+}
+
+TEST_F(ReportCommandTest, AnUnknownSimulationOrFileIsRefused) {
+    EXPECT_THAT(report_on(basin.basin(), "another").err,
+                HasSubstr("The basin has no simulation 'another'. It has: 'alder'."));
+    const BatchResult missing = report_on(basin.path("none.mdb"), "alder");
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_THAT(missing.err, HasSubstr("The basin can't be read: "));
+    const BatchResult foreign = report_on(basin.file(), "alder");
+    EXPECT_EQ(foreign.status, 1);
+    EXPECT_THAT(foreign.err, HasSubstr("is not a Nivora basin file"));
+}
+
+TEST_F(ReportCommandTest, AReadOnlyBasinIsReported) {
+    ASSERT_EQ(basin.run().status, 0);
+    std::filesystem::permissions(basin.basin(), std::filesystem::perms::owner_read);
+    const BatchResult result = report();
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_THAT(numbers_in(out()), testing::Contains(7));
+}
+
+/// The six days of a climate evaluation that are worked on paper where the steps themselves are tested.
+class ClimateReportTest : public testing::Test {
+protected:
+    ClimateReportTest() {
+        SixDays days;
+        days.write(file);
+        write_scenario(file, k_scenario, static_cast<double>(SixDays::winter_end()), {days.plus_one});
+    }
+
+    [[nodiscard]] BatchResult evaluate(const std::string& last_step) const {
+        return batch({"climate", path_text(file), "--simulation", "Test", "--scenario", k_scenario,
+                      "--last-step", last_step});
+    }
+    [[nodiscard]] BatchResult report(const std::string& step, const std::vector<std::string>& more = {},
+                                     const std::string& scenario = k_scenario) const {
+        std::vector<std::string> options{"--step", step, "--scenario", scenario};
+        options.insert(options.end(), more.begin(), more.end());
+        return report_on(path_text(file), "Test", options);
+    }
+    [[nodiscard]] std::string out() const { return file_bytes(folder / "NVRrpts.out"); }
+    [[nodiscard]] std::string line(const std::string& head) const {
+        const auto found = lines_that_begin(report_text_lines(out()), head);
+        return found.empty() ? "(no line)" : found.front();
+    }
+
+    TemporaryFolder folder;
+    std::filesystem::path file = folder / "basin.mdb";
+};
+
+TEST_F(ClimateReportTest, EachStepHasItsPeriodItsScenarioAndItsFirstRunoff) {
+    struct Expected {
+        const char* step;
+        const char* period;
+        const char* runoff;
+        const char* average;
+    };
+    // The figures are those of the steps.
+    for (const auto& [step, period, runoff, average] :
+         {Expected{"1", "03/30/2001 to 03/31/2001", "10 m³/s", "Average Computed Runoff   (m³/s) : 3.75"},
+          Expected{"2", "03/30/2001 to 03/31/2001", "10 m³/s", "Average Computed Runoff   (m³/s) : 66.25"},
+          Expected{"3", "04/01/2001 to 04/04/2001", "2.5 m³/s", "Average Computed Runoff   (m³/s) : 99.41"},
+          Expected{"6", "04/01/2001 to 04/04/2001", "77.5 m³/s",
+                   "Average Simulated Runoff, Changed Climate   (m³/s) : 72.66"}}) {
+        SCOPED_TRACE(step);
+        ASSERT_EQ(evaluate(step).status, 0);
+        const std::string before = file_bytes(file);
+        const BatchResult result = report(step);
+        EXPECT_EQ(result.status, 0);
+        EXPECT_EQ(result.err, "");
+        EXPECT_TRUE(file_bytes(file) == before);
+        EXPECT_THAT(line("Period: "), HasSubstr(period));
+        EXPECT_EQ(line("Scenario  : "), "Scenario  : Warmer");
+        EXPECT_THAT(out(), HasSubstr(std::string{"Run/Step: 1/"} + step));
+        EXPECT_THAT(line("Begin Runoff"), HasSubstr(runoff));
+        EXPECT_EQ(line("Run Type"), "Run Type: SIMULATION (CHANGED CLIMATE)");
+        EXPECT_EQ(line("Average Computed") + line("Average Simulated Runoff, Changed"),
+                  std::string{step} == "6" ? "(no line)" + std::string{average}
+                                           : average + std::string{"(no line)"});
+    }
+}
+
+TEST_F(ClimateReportTest, TheStoresOfBothSummersAreInTheTableOfTheLastStep) {
+    BasinDatabase{file, Access::ReadWrite}.execute(
+        "UPDATE PhysicalData SET Precip = 5 WHERE Date = (SELECT max(Date) FROM PhysicalData)");
+    BasinDatabase{file, Access::ReadWrite}.execute("UPDATE Test SET Tcrit = 4");
+    ASSERT_EQ(evaluate("6").status, 0);
+    ASSERT_EQ(report("6", {"--reports", "7"}).status, 0);
+    // The last day's 5 cm less the melt of that day: 2 x 0.5 in the present climate, 3 x 0.5 in the changed.
+    EXPECT_EQ(line("  A     "), "  A     4.00000  3.50000 ");
+    EXPECT_EQ(line("  B     "), "  B     4.00000  3.50000 ");
+    EXPECT_EQ(line("Ending Snow"), "Ending Snow on Store (cm)        : 3.5");
+}
+
+TEST_F(ClimateReportTest, TheReportOfStepFiveIsTheOneBesideTheBasinOrTheOneThatIsNamed) {
+    ASSERT_EQ(evaluate("6").status, 0);
+    const std::string beside = file_bytes(folder / "NVR_DfGN.out");
+    ASSERT_EQ(report("6", {"--reports", "8"}).status, 0);
+    EXPECT_EQ(out(), beside);
+    folder.write("other.out", "one line");
+    ASSERT_EQ(report("6", {"--reports", "8", "--climate-report", path_text(folder / "other.out")}).status, 0);
+    EXPECT_EQ(out(), "one line\r\n");
+    const BatchResult missing =
+        report("6", {"--reports", "6,8", "--climate-report", path_text(folder / "none.out")});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_THAT(missing.err, HasSubstr("none.out"));
+    EXPECT_THAT(numbers_in(out()), testing::IsEmpty());
+    EXPECT_THAT(out(), HasSubstr("Simulated Runoff - Present vs. Changed Climate"));
+}
+
+TEST_F(ClimateReportTest, AHugeClimateReportIsCopiedWhole) {
+    std::string lines;
+    for (int number = 0; number < 100000; ++number) lines += "line " + std::to_string(number) + "\r\n";
+    folder.write("huge.out", lines);
+    ASSERT_EQ(evaluate("6").status, 0);
+    ASSERT_EQ(report("6", {"--reports", "8", "--climate-report", path_text(folder / "huge.out")}).status, 0);
+    EXPECT_TRUE(out() == lines);
+}
+
+TEST_F(ClimateReportTest, TheReportOfStepFiveIsNotWrittenOver) {
+    ASSERT_EQ(evaluate("6").status, 0);
+    const std::string beside = file_bytes(folder / "NVR_DfGN.out");
+    const BatchResult result = report("6", {"--out", path_text(folder / "NVR_DfGN.out")});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(file_bytes(folder / "NVR_DfGN.out"), beside);
+}
+
+TEST_F(ClimateReportTest, AnUnknownScenarioIsRefused) {
+    ASSERT_EQ(evaluate("1").status, 0);
+    EXPECT_THAT(report("1", {}, "Colder").err,
+                HasSubstr("The simulation 'Test' has no scenario 'Colder'. It has: 'Warmer'."));
+    EXPECT_EQ(report("1", {}, "WARMER").status, 0);
+    EXPECT_EQ(line("Scenario  : "), "Scenario  : Warmer");
+}
+
+TEST_F(ClimateReportTest, AScenarioWithoutWinterEndHasNoStep) {
+    ASSERT_EQ(evaluate("1").status, 0);
+    BasinDatabase{file, Access::ReadWrite}.execute("UPDATE ClimateScenarioIndex SET WinterEndDate = NULL");
+    const BatchResult result = report("1");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.err, HasSubstr("No such climate step: The scenario 'Warmer' has no winter end date"));
+}
+
+TEST_F(ClimateReportTest, AllOfStepSixHasTheDeficitReport) {
+    ASSERT_EQ(evaluate("6").status, 0);
+    ASSERT_EQ(report("6", {"--reports", "all"}).status, 0);
+    EXPECT_THAT(out(), HasSubstr("Climate Scenario: Warmer\r\n"));
+    ASSERT_EQ(report("3", {"--reports", "all"}).status, 0);
+    EXPECT_THAT(out(), Not(HasSubstr("Climate Scenario: Warmer\r\n")));
+    EXPECT_THAT(folder.entries(), UnorderedElementsAre("basin.mdb", "NVR_DfGN.out", "NVRrpts.out"));
+}
+
+}  // namespace
+}  // namespace nivora
