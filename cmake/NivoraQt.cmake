@@ -1,4 +1,6 @@
-# Qt for the folders that have windows.
+# Qt for what paints pages, and for the folders that have windows.
+
+find_package(Qt6 6.4 REQUIRED COMPONENTS Gui)
 
 if(NIVORA_WIDGETS)
     find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets PrintSupport)

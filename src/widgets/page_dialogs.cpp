@@ -1,88 +1,11 @@
 #include "widgets/page_dialogs.h"
 
-#include "widgets/qt_text.h"
-
 #include <QFontDialog>
 #include <QPageSetupDialog>
 #include <QPrinter>
-#include <algorithm>
-#include <array>
 #include <cmath>
-#include <optional>
 
 namespace nivora {
-namespace {
-
-constexpr std::int32_t k_landscape = 2;
-constexpr std::int32_t k_portrait = 1;
-constexpr double k_default_margin = 1.0;
-
-constexpr const char* k_millimetres = "mm";
-constexpr const char* k_inches = "in";
-
-/// Whether a country prints on Letter. Most countries that do also use metric units.
-bool prints_on_letter(QLocale::Territory territory) {
-    constexpr std::array k_letter{QLocale::UnitedStates, QLocale::Canada,     QLocale::Mexico,
-                                  QLocale::Belize,       QLocale::Chile,      QLocale::Colombia,
-                                  QLocale::CostaRica,    QLocale::ElSalvador, QLocale::Guatemala,
-                                  QLocale::Nicaragua,    QLocale::Panama,     QLocale::Philippines,
-                                  QLocale::PuertoRico,   QLocale::Venezuela};
-    return std::find(k_letter.begin(), k_letter.end(), territory) != k_letter.end();
-}
-
-/// The paper from its text in the settings; nothing if the text is missing or invalid.
-std::optional<QPageSize> paper_of(const std::string& text) {
-    const QString name = to_qt(text);
-    for (int id = 0; id <= QPageSize::LastPageSize; ++id) {
-        const auto known = static_cast<QPageSize::PageSizeId>(id);
-        if (known != QPageSize::Custom && QPageSize::key(known) == name) return QPageSize(known);
-    }
-    const QStringList sides = name.split(QLatin1Char('x'));
-    if (sides.size() != 2) return std::nullopt;
-    const QSizeF size(sides[0].toDouble(), sides[1].toDouble());
-    const double shorter = std::min(size.width(), size.height());
-    if (!(shorter >= 10.0) || std::max(size.width(), size.height()) > 5000.0) return std::nullopt;
-    return QPageSize(size, QPageSize::Millimeter);
-}
-
-std::string paper_text(const QPageSize& paper) {
-    if (paper.id() != QPageSize::Custom) return from_qt(paper.key());
-    const QSizeF size = paper.size(QPageSize::Millimeter);
-    return from_qt(QStringLiteral("%1x%2").arg(size.width()).arg(size.height()));
-}
-
-QPageLayout::Unit unit_of(const std::string& text, const QLocale& locale) {
-    if (text == k_millimetres) return QPageLayout::Millimeter;
-    if (text == k_inches) return QPageLayout::Inch;
-    return locale.measurementSystem() == QLocale::ImperialUSSystem ? QPageLayout::Inch
-                                                                   : QPageLayout::Millimeter;
-}
-
-double margin_of(float kept) { return kept == 0.0F ? k_default_margin : static_cast<double>(kept); }
-
-}  // namespace
-
-QPageLayout page_of(const PageSetup& setup, const QLocale& locale) {
-    QPageLayout page;
-    page.setMode(QPageLayout::FullPageMode);
-    const QPageSize usual(prints_on_letter(locale.territory()) ? QPageSize::Letter : QPageSize::A4);
-    page.setPageSize(paper_of(setup.paper).value_or(usual));
-    page.setUnits(QPageLayout::Inch);
-    page.setOrientation(setup.orientation == k_landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
-    page.setMargins({margin_of(setup.margins[0]), margin_of(setup.margins[1]), margin_of(setup.margins[2]),
-                     margin_of(setup.margins[3])});
-    page.setUnits(unit_of(setup.unit, locale));
-    return page;
-}
-
-void keep_page(PageSetup& setup, const QPageLayout& page) {
-    const QMarginsF margins = page.margins(QPageLayout::Inch);
-    setup.margins = {static_cast<float>(margins.left()), static_cast<float>(margins.top()),
-                     static_cast<float>(margins.right()), static_cast<float>(margins.bottom())};
-    setup.paper = paper_text(page.pageSize());
-    setup.unit = page.units() == QPageLayout::Inch ? k_inches : k_millimetres;
-    setup.orientation = page.orientation() == QPageLayout::Landscape ? k_landscape : k_portrait;
-}
 
 void Page_Setup(PageSetup& setup, QWidget* parent) {
     QPrinter printer(QPrinter::HighResolution);

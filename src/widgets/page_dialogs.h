@@ -1,23 +1,14 @@
 // The page and font dialogs.
 #pragma once
 
-#include "reports/page_setup.h"
+#include "paint/page_layout.h"
 
 #include <QFont>
-#include <QLocale>
-#include <QPageLayout>
 #include <QString>
 
 class QWidget;
 
 namespace nivora {
-
-/// The page that the set-up describes: margins in inches, where 0 means 1 inch. Paper and unit are those of
-/// the locale until the user chooses others.
-[[nodiscard]] QPageLayout page_of(const PageSetup& setup, const QLocale& locale = QLocale::system());
-
-/// Stores a page's paper, unit, margins and orientation in the set-up.
-void keep_page(PageSetup& setup, const QPageLayout& page);
 
 /// Shows the page dialog. After a cancel, or on a system without printing, the old values stay.
 void Page_Setup(PageSetup& setup, QWidget* parent);
