@@ -5,8 +5,10 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <variant>
+#include <vector>
 
 class QPagedPaintDevice;
 
@@ -18,6 +20,7 @@ class PaintedDevice : public PagedDevice {
 public:
     /// @param device lives as long as this; not yet painted on
     explicit PaintedDevice(QPagedPaintDevice& device);
+    ~PaintedDevice() override;
 
     bool set_font_name(const std::string& family) override;
     bool set_font_size(double points) override;
@@ -30,10 +33,17 @@ public:
     [[nodiscard]] double text_width(const PrintFont& font, bool bold, std::string_view text) const override;
 
     [[nodiscard]] QPagedPaintDevice& device() const { return device_; }
+    /// The device's units in a twip, across and down.
+    [[nodiscard]] double across() const;
+    [[nodiscard]] double down() const;
+    /// A font of a print with its metrics on this device.
+    struct Face;
+    [[nodiscard]] const Face& face(const PrintFont& font, bool bold) const;
 
 private:
     QPagedPaintDevice& device_;
     std::array<float, 4> margins_{};
+    mutable std::vector<std::unique_ptr<Face>> faces_;  ///< those asked for so far
 };
 
 /// Paints a job's pages, laid out for this device.

@@ -1,6 +1,7 @@
 // Printed grids: a sheet of rows and columns laid out on pages, between a head and a foot in print mark-up.
 #pragma once
 
+#include "reports/print_mark_up.h"
 #include "reports/printed_page.h"
 
 #include <cstddef>
@@ -11,27 +12,6 @@
 #include <vector>
 
 namespace nivora {
-
-enum class PrintAlign { Left, Centre, Right };
-
-/// A run of text of one style on a line of mark-up.
-struct MarkedRun {
-    std::string text = {};
-    PrintAlign align = PrintAlign::Left;
-    bool bold = false;
-    bool underline = false;
-
-    bool operator==(const MarkedRun&) const = default;
-};
-using MarkedLine = std::vector<MarkedRun>;
-
-/// Reads mark-up: /n a new line, /c /r /l the alignment of what follows, /fb1 /fb0 bold on and off, /fu1 /fu0
-/// underline, /p the page's number, // a slash; a slash before anything else stands for itself, and a line
-/// end in the text is a new line. Alignment goes back to the left on a new line, the style stays.
-[[nodiscard]] std::vector<MarkedLine> read_mark_up(std::string_view mark_up, int page);
-
-/// A text that mark-up shows as it stands, such as a name with a slash.
-[[nodiscard]] std::string mark_up_text(std::string_view plain);
 
 struct SheetColumn {
     std::string head = {};  ///< may have several lines

@@ -15,12 +15,16 @@ constexpr std::size_t k_page_number_column = 78;
 
 }  // namespace
 
-void write_page_head(ReportLines& lines, int& page, double now) {
-    lines.date(whole_day(now)).text(" ").text(time_text(now));
+void write_version_columns(ReportLines& lines, std::size_t page) {
     lines.tab(k_version_column - character_count(k_version_label)).text(k_version_label);
     lines.text(k_report_version);
     lines.tab(k_page_column).text("Page");
     lines.tab(k_page_number_column).text(std::to_string(page));
+}
+
+void write_page_head(ReportLines& lines, int& page, double now) {
+    lines.date(whole_day(now)).text(" ").text(time_text(now));
+    write_version_columns(lines, static_cast<std::size_t>(page));
     lines.end_line();
     lines.line("\f");
     ++page;

@@ -23,10 +23,13 @@ struct PrintFont {
     bool operator==(const PrintFont&) const = default;
 };
 
-/// The font of reports, always bold.
+/// The font of reports, always bold. Where the first name is refused the second is tried.
 inline constexpr const char* k_report_font = "Courier New";
 inline constexpr const char* k_report_font_fallback = "Courier";
 inline constexpr double k_report_points = 7.25;
+[[nodiscard]] inline PrintFont report_font(double points = k_report_points) {
+    return {.family = k_report_font, .points = points, .fixed_pitch = true};
+}
 
 /// The font of printed grids.
 inline constexpr const char* k_sheet_font = "MS Sans Serif";
