@@ -1,0 +1,151 @@
+// A print dialog that answers from a script, and a printer that keeps the texts of its pages.
+#pragma once
+
+#include "widgets/page_dialogs.h"
+#include "widgets/printing.h"
+
+#include <QBuffer>
+#include <QPaintEngine>
+#include <QPainter>
+#include <QPdfWriter>
+#include <deque>
+#include <string>
+#include <vector>
+
+namespace nivora {
+
+/// A text as it was painted: where its baseline begins, and how wide it is, in points from the paper's
+/// corner.
+struct RecordedText {
+    double x = 0.0;
+    double y = 0.0;
+    double width = 0.0;
+    std::string text;
+    bool bold = false;
+    bool underline = false;
+};
+
+/// What was printed, page by page.
+struct RecordedJob {
+    std::string printer;
+    double paper_width = 0.0;  ///< points
+    double paper_height = 0.0;
+    std::vector<std::vector<RecordedText>> pages;
+
+    /// The texts of a page, each on a line of its own, in the order of their painting.
+    [[nodiscard]] std::string page(std::size_t index) const {
+        std::string texts;
+        for (const RecordedText& text : pages.at(index)) texts += text.text + "\n";
+        return texts;
+    }
+};
+
+/// Keeps texts; lines and areas are painted nowhere.
+class RecordingEngine : public QPaintEngine {
+public:
+    explicit RecordingEngine(RecordedJob& job) : QPaintEngine(QPaintEngine::AllFeatures), job_(job) {}
+
+    bool begin(QPaintDevice* device) override {
+        scale_ = 72.0 / device->logicalDpiY();
+        job_.paper_width = device->width() * scale_;
+        job_.paper_height = device->height() * scale_;
+        job_.pages.emplace_back();
+        return true;
+    }
+    bool end() override { return true; }
+    void updateState(const QPaintEngineState& state) override {
+        if ((state.state() & DirtyTransform) != 0) transform_ = state.transform();
+    }
+    void drawTextItem(const QPointF& place, const QTextItem& item) override {
+        const QPointF at = transform_.map(place) * scale_;
+        job_.pages.back().push_back({.x = at.x(),
+                                     .y = at.y(),
+                                     .width = item.width() * transform_.m11() * scale_,
+                                     .text = item.text().toUtf8().toStdString(),
+                                     .bold = item.font().bold(),
+                                     .underline = item.font().underline()});
+    }
+    void drawPixmap(const QRectF& /*to*/, const QPixmap& /*picture*/, const QRectF& /*from*/) override {}
+    void drawPolygon(const QPointF* /*points*/, int /*count*/, PolygonDrawMode /*mode*/) override {}
+    [[nodiscard]] Type type() const override { return User; }
+
+private:
+    RecordedJob& job_;
+    QTransform transform_;
+    double scale_ = 1.0;
+};
+
+/// A printer whose paper is a record. It can run out of paper behind a page.
+class RecordingPrinter : public QPdfWriter {
+public:
+    RecordingPrinter(RecordedJob& job, std::size_t sheets, QIODevice* nowhere)
+        : QPdfWriter(nowhere), job_(job), engine_(job), sheets_(sheets) {}
+
+    bool newPage() override {
+        if (job_.pages.size() >= sheets_) return false;
+        job_.pages.emplace_back();
+        return true;
+    }
+
+protected:
+    [[nodiscard]] QPaintEngine* paintEngine() const override { return sheets_ == 0 ? nullptr : &engine_; }
+
+private:
+    RecordedJob& job_;
+    mutable RecordingEngine engine_;
+    std::size_t sheets_;
+};
+
+/// Answers the print dialog in the order of its script; without one every print goes to its printer.
+class RecordedPrinters : public Printers {
+public:
+    std::optional<PrintChoice> choose(QWidget* window, const PrintOffer& offer) override {
+        window_ = window;
+        offered_printers_.push_back(offer.page.printer);
+        std::optional<PrintTarget> target = PrintTarget::Printer;
+        if (!script_.empty()) {
+            target = script_.front();
+            script_.pop_front();
+        }
+        if (!target) return std::nullopt;
+        PrintChoice choice;
+        choice.target = *target;
+        if (*target != PrintTarget::Printer) return choice;
+        choice.printer = name;
+        if (vanished) return choice;
+        jobs_.push_back({.printer = name, .pages = {}});
+        auto printer = std::make_unique<RecordingPrinter>(jobs_.back(), sheets, &nowhere_);
+        printer->setResolution(1200);
+        printer->setPageLayout(page_of(offer.page));
+        choice.device = std::move(printer);
+        choice.has_failed = [this] { return jams; };
+        return choice;
+    }
+
+    /// Lets the next print go to a target, or be cancelled.
+    RecordedPrinters& then(std::optional<PrintTarget> target) {
+        script_.push_back(target);
+        return *this;
+    }
+
+    /// What was printed, first job first.
+    [[nodiscard]] const std::deque<RecordedJob>& jobs() const { return jobs_; }
+    /// How often the dialog was shown, and with which printer.
+    [[nodiscard]] const std::vector<std::string>& offered_printers() const { return offered_printers_; }
+    /// In front of which window it was shown last.
+    [[nodiscard]] const QWidget* window() const { return window_; }
+
+    std::string name = "Laser";
+    std::size_t sheets = 1000;  ///< pages that it prints
+    bool vanished = false;      ///< it is gone once it was chosen
+    bool jams = false;          ///< it reports an error after the print
+
+private:
+    std::deque<std::optional<PrintTarget>> script_;
+    std::deque<RecordedJob> jobs_;
+    std::vector<std::string> offered_printers_;
+    const QWidget* window_ = nullptr;
+    QBuffer nowhere_;
+};
+
+}  // namespace nivora
