@@ -88,8 +88,22 @@ frmNVR::frmNVR(const WindowContext& context)
     if (context.quick_help.is_on()) quick_help_changed(true);
 }
 
-// The focus that moves while the window goes is of no interest any more.
-frmNVR::~frmNVR() { disconnect(qApp, nullptr, this, nullptr); }
+frmNVR::~frmNVR() {
+    if (answered_ != nullptr) *answered_ = Desktop{};
+    // The focus that moves while the window goes is of no interest any more.
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
+void frmNVR::answer(Desktop& desktop) {
+    desktop.commit_edits = [this] { commit_edits(); };
+    desktop.refuses_typed_box = [this] { return refuses_typed_box(); };
+    desktop.go_to_field = [this](const UnstorableField& field) { go_to_field(field); };
+    desktop.refresh_main_window = [this] { refresh_main_window(); };
+    desktop.show_help_topic = [this](int topic) { show_help_topic(topic); };
+    desktop.open_daily_editor = [this] { open_daily_editor(); };
+    desktop.close_results = [this] { close_results(); };
+    answered_ = &desktop;
+}
 
 GridView* frmNVR::make_grid(const char* name, GridModel* model) {
     auto* grid = new GridView(model, session().dialogs, this);

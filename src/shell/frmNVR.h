@@ -28,25 +28,17 @@ class SimulationModel;
 class ZoneModel;
 class frmNVRHelp;
 
-class frmNVR : public NivoraWindow, public Desktop {
+class frmNVR : public NivoraWindow {
     Q_OBJECT
 
 public:
     explicit frmNVR(const WindowContext& context);
     ~frmNVR() override;
 
+    /// Sets the upward calls. This window answers them as long as it exists.
+    void answer(Desktop& desktop);
     /// The file work of the start, and what follows from it.
     void start();
-
-    void commit_edits() override;
-    bool refuses_typed_box() override;
-    void go_to_field(const UnstorableField& field) override;
-    void refresh_main_window() override;
-    void show_help_topic(int topic) override;
-    void show_results() override;
-    void close_results() override;
-    void refresh_results();
-    void open_daily_editor() override;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -54,6 +46,16 @@ protected:
     void quick_help_changed(bool on) override;
 
 private:
+    void commit_edits();
+    [[nodiscard]] bool refuses_typed_box();
+    void go_to_field(const UnstorableField& field);
+    void refresh_main_window();
+    void show_help_topic(int topic);
+    void show_results();
+    void close_results();
+    void refresh_results();
+    void open_daily_editor();
+
     QGroupBox* make_definition();
     QGroupBox* make_simulations();
     void make_boxes(QGridLayout* grid);
@@ -102,6 +104,7 @@ private:
     void mark_edited();
 
     BasinLife life_;
+    Desktop* answered_ = nullptr;
     MainMenu* menu_;
     ZoneModel* zones_;
     SimulationModel* simulations_;

@@ -117,7 +117,7 @@ TEST_F(HelpRulesTest, TheHelpWindowIsOneAndStaysUntilItIsClosed) {
     choose("mnuHelpItm(0)");
     ASSERT_NE(shown_help(), nullptr);
     EXPECT_EQ(shown_help()->windowTitle(), QStringLiteral("Help for Nivora Main Window"));
-    window_->show_help_topic(8);
+    session_.desktop.show_help_topic(8);
     EXPECT_EQ(shown_help()->windowTitle(), QStringLiteral("Help for Simulation Statistics"));
     EXPECT_EQ(help_windows(), 1);
     shown_help()->findChild<QAction*>(QStringLiteral("mnuClose"))->trigger();

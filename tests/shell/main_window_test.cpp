@@ -267,5 +267,12 @@ TEST_F(MainWindowTest, EveryBoxAndGridHasItsHelpLine) {
     }
 }
 
+TEST_F(MainWindowTest, AWindowThatIsGoneIsNotCalledAnyMore) {
+    window_.reset();
+    session_.desktop.refresh_main_window();
+    session_.desktop.show_help_topic(0);
+    EXPECT_FALSE(session_.desktop.refuses_typed_box());
+}
+
 }  // namespace
 }  // namespace nivora
