@@ -3,14 +3,11 @@
 #include "base/number_text.h"
 #include "session/simulation_list.h"
 #include "shell/basin_grids.h"
-#include "shell/frmNVRHelp.h"
 #include "store/basin_marks.h"
 #include "widgets/controls.h"
 #include "widgets/edit_target.h"
 #include "widgets/grid_view.h"
 #include "widgets/qt_text.h"
-#include "windows/climate/frmCtrlClim.h"
-#include "windows/engine/Results.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -50,6 +47,7 @@ std::string& box_text(BasinState& basin, std::size_t box) {
 frmNVR::frmNVR(const WindowContext& context)
     : NivoraWindow(context, "frmNVR", WindowNumber::frmNVR),
       life_(context.session, context.program_folder),
+      windows_(context),
       menu_(new MainMenu(menuBar(), context.session, this)),
       zones_(new ZoneModel(context.session, this)),
       simulations_(new SimulationModel(context.session, this)),
@@ -99,9 +97,9 @@ void frmNVR::answer(Desktop& desktop) {
     desktop.refuses_typed_box = [this] { return refuses_typed_box(); };
     desktop.go_to_field = [this](const UnstorableField& field) { go_to_field(field); };
     desktop.refresh_main_window = [this] { refresh_main_window(); };
-    desktop.show_help_topic = [this](int topic) { show_help_topic(topic); };
+    desktop.show_help_topic = [this](int topic) { windows_.show_help_topic(topic); };
     desktop.open_daily_editor = [this] { open_daily_editor(); };
-    desktop.close_results = [this] { close_results(); };
+    desktop.close_results = [this] { windows_.close_results(); };
     answered_ = &desktop;
 }
 
@@ -252,7 +250,7 @@ void frmNVR::refresh_main_window() {
     filling_ = false;
     menu_->refresh();
     show_basin_file();
-    refresh_results();
+    windows_.refresh_results();
 }
 
 /// Shows the rows of the simulation grid anew with the current one selected.
@@ -301,7 +299,7 @@ void frmNVR::fill_labels() {
 void frmNVR::mark_edited() {
     mark_output_invalid(session().basin);
     mark_input_changed(session().basin);
-    refresh_results();
+    windows_.refresh_results();
 }
 
 void frmNVR::box_changed(std::size_t box) {
@@ -336,7 +334,7 @@ void frmNVR::box_left(std::size_t box) {
     if (is_checked_number(static_cast<BasinBox>(box)) && !text.trimmed().isEmpty()) {
         // Intended: a number counts as entered when its box is left, whether or not it was changed.
         mark_input_changed(session().basin);
-        refresh_results();
+        windows_.refresh_results();
     }
     const bool zones_open =
         box == static_cast<std::size_t>(BasinBox::Zones) && !session().shell.zones_fixed_shown;
@@ -366,7 +364,7 @@ void frmNVR::zones_left() {
         return;
     }
     refresh_main_window();
-    populate();
+    windows_.ask_for_period();
 }
 
 void frmNVR::units_left() {

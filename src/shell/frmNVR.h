@@ -6,10 +6,10 @@
 #include "session/basin_life.h"
 #include "session/main_window_rules.h"
 #include "shell/main_menu.h"
+#include "shell/window_keeper.h"
 #include "widgets/nivora_window.h"
 
 #include <array>
-#include <memory>
 
 class QComboBox;
 class QGridLayout;
@@ -19,14 +19,11 @@ class QPushButton;
 
 namespace nivora {
 
-class frmCtrlClim;
 class EditTarget;
 class GridModel;
 class GridView;
-class Results;
 class SimulationModel;
 class ZoneModel;
-class frmNVRHelp;
 
 class frmNVR : public NivoraWindow {
     Q_OBJECT
@@ -50,10 +47,6 @@ private:
     [[nodiscard]] bool refuses_typed_box();
     void go_to_field(const UnstorableField& field);
     void refresh_main_window();
-    void show_help_topic(int topic);
-    void show_results();
-    void close_results();
-    void refresh_results();
     void open_daily_editor();
 
     QGroupBox* make_definition();
@@ -88,7 +81,6 @@ private:
     void run_forecast(int index);
     void run(int index);
     void toggle_snow();
-    void show_time_lag();
     void show_definition();
     void show_added(bool defined, std::optional<std::size_t> row_before);
     void import_file();
@@ -99,11 +91,11 @@ private:
     void show_scenarios();
     void show_climate_run();
     void show_long_term_averages();
-    void populate();
     void show_system_information();
     void mark_edited();
 
     BasinLife life_;
+    WindowKeeper windows_;
     Desktop* answered_ = nullptr;
     MainMenu* menu_;
     ZoneModel* zones_;
@@ -120,9 +112,6 @@ private:
     GridView* zone_grid_;
     GridView* simulation_grid_;
     std::array<QPushButton*, 3> buttons_{};
-    std::unique_ptr<Results> results_;
-    std::unique_ptr<frmCtrlClim> climate_;
-    std::unique_ptr<frmNVRHelp> help_;
     std::string confirmed_zones_;           ///< the question about zones that was answered with Yes
     std::optional<std::size_t> typed_box_;  ///< the box whose text changed and that was not left since
     bool filling_ = false;

@@ -5,23 +5,12 @@
 #include "session/availability.h"
 #include "session/simulation_list.h"
 #include "shell/basin_grids.h"
-#include "shell/frmAbout.h"
 #include "shell/frmNVR.h"
-#include "shell/frmNVRHelp.h"
-#include "shell/frmSplash.h"
 #include "widgets/busy_pointer.h"
 #include "widgets/edit_target.h"
 #include "widgets/grid_view.h"
 #include "widgets/page_dialogs.h"
 #include "widgets/qt_text.h"
-#include "windows/climate/frmCC.h"
-#include "windows/climate/frmCtrlClim.h"
-#include "windows/engine/Results.h"
-#include "windows/engine/frmTimeLagDist.h"
-#include "windows/prep/SimOptions.h"
-#include "windows/prep/frmData.h"
-#include "windows/prep/frmLongTermAvg.h"
-#include "windows/prep/frmPopulate.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -82,10 +71,10 @@ void frmNVR::do_command(Command command) {
         case Command::Convert:
             session().dialogs.message({.text = "Database conversion routine in development"});
             return;
-        case Command::TimeLag: return show_time_lag();
-        case Command::Help: return show_help_topic(k_main_window_topic);
-        case Command::Welcome: frmSplash(session(), false, this).exec(); return;
-        case Command::About: frmAbout(this).exec(); return;
+        case Command::TimeLag: return windows_.edit_time_lag();
+        case Command::Help: return windows_.show_help_topic(k_main_window_topic);
+        case Command::Welcome: return windows_.show_welcome(*this);
+        case Command::About: return windows_.show_about(*this);
         case Command::SystemInformation: return show_system_information();
         case Command::PageSetup: return Page_Setup(session().settings.page, this);
         case Command::None: return;
@@ -176,49 +165,15 @@ void frmNVR::run(int index) {
     menu_->refresh();
     show_simulations();
     if (outcome.statistics != StatisticsReach::Nothing) {
-        show_results();
+        windows_.show_results();
     } else {
-        refresh_results();
+        windows_.refresh_results();
     }
 }
 
 void frmNVR::toggle_snow() {
     if (const auto told = toggle_no_snow(session())) session().dialogs.message(*told);
     menu_->refresh();
-}
-
-void frmNVR::show_results() {
-    if (!results_) results_ = std::make_unique<Results>(context(), nullptr);
-    results_->fill();
-    results_->show();
-    results_->raise();
-    results_->activateWindow();
-}
-
-void frmNVR::close_results() {
-    if (results_) results_->close();
-}
-
-/// Statistics that still show say so where they are out of date.
-void frmNVR::refresh_results() {
-    if (results_) results_->refresh_status();
-}
-
-void frmNVR::show_time_lag() { frmTimeLagDist(context(), nullptr).show_modal(); }
-
-/// The help stays beside the window that asked for it: a modal window shuts out all others but those that it
-/// called.
-void frmNVR::show_help_topic(int topic) {
-    if (!help_) help_ = std::make_unique<frmNVRHelp>(context(), nullptr);
-    help_->show_topic(topic);
-    QWidget* caller = QApplication::activeModalWidget();
-    if (help_->caller() != caller) {
-        help_->hide();
-        help_->set_caller(caller);
-    }
-    help_->show();
-    help_->raise();
-    help_->activateWindow();
 }
 
 void frmNVR::show_system_information() {
@@ -286,10 +241,9 @@ void frmNVR::show_added(bool defined, std::optional<std::size_t> row_before) {
 /// Shows the window of the definition at hand, and the grid with what came of it.
 void frmNVR::show_definition() {
     const auto row_before = session().basin.current_row;
-    SimOptions window(context(), nullptr);
-    if (!window.open()) return;
-    window.show_modal();
-    show_added(window.accepted(), row_before);
+    const auto end = windows_.define_simulation();
+    if (end == WindowKeeper::DefinitionEnd::NotOpened) return;
+    show_added(end == WindowKeeper::DefinitionEnd::Accepted, row_before);
     refresh_main_window();
 }
 
@@ -297,9 +251,7 @@ void frmNVR::import_file() {
     if (!life_.import_file()) return;
     refresh_main_window();
     const auto row_before = session().basin.current_row;
-    SimOptions window(context(), nullptr);
-    if (window.open()) window.show_modal();
-    show_added(window.accepted(), row_before);
+    show_added(windows_.define_simulation() == WindowKeeper::DefinitionEnd::Accepted, row_before);
     life_.imported();
 }
 
@@ -335,43 +287,31 @@ void frmNVR::choose_variables(int index) {
 }
 
 void frmNVR::show_scenarios() {
-    frmCC window(context(), nullptr);
-    if (window.open()) window.show_modal();
+    windows_.edit_scenarios();
     refresh_main_window();
 }
 
 void frmNVR::show_climate_run() {
-    if (!zones_can_run()) return;
-    climate_ = std::make_unique<frmCtrlClim>(context(), nullptr);
-    connect(climate_.get(), &frmCtrlClim::left, this, [this] {
-        if (results_) results_->close();
-    });
-    if (climate_->open()) climate_->show();
+    if (zones_can_run()) windows_.show_climate_run();
 }
 
 void frmNVR::open_daily_editor() {
-    frmData window(context(), nullptr);
-    if (!window.open()) return;
-    window.show_modal();
+    if (!windows_.edit_daily_data()) return;
     daily_editor_was_closed(session());
     refresh_main_window();
 }
 
 void frmNVR::show_long_term_averages() {
     commit_edits();
-    frmLongTermAvg window(context(), nullptr);
-    if (!window.open()) return;
-    window.show_modal();
+    if (!windows_.edit_monthly_averages()) return;
     menu_->refresh();
-    refresh_results();
+    windows_.refresh_results();
 }
-
-void frmNVR::populate() { frmPopulate(context(), nullptr).show_modal(); }
 
 void frmNVR::closeEvent(QCloseEvent* event) {
     if (!context().quick_help.is_on()) {
         // An evaluation that is not complete has its own question.
-        if (climate_ && climate_->isVisible() && climate_->goes_on() && !climate_->close()) {
+        if (!windows_.may_leave_climate_run()) {
             event->ignore();
             return;
         }
@@ -385,9 +325,7 @@ void frmNVR::closeEvent(QCloseEvent* event) {
     }
     NivoraWindow::closeEvent(event);
     if (!event->isAccepted()) return;
-    if (climate_ && climate_->isVisible()) climate_->close();
-    if (results_) results_->close();
-    if (help_) help_->close();
+    windows_.close_all();
     qApp->quit();
 }
 

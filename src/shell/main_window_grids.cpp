@@ -54,7 +54,7 @@ void frmNVR::go_to_field(const UnstorableField& field) {
 
 void frmNVR::simulation_edited() {
     edited_simulation(session());
-    refresh_results();
+    windows_.refresh_results();
     fill_labels();
     emit simulations_->headerDataChanged(Qt::Horizontal, 0, simulations_->columnCount() - 1);
     menu_->refresh();
