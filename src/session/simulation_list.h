@@ -3,6 +3,8 @@
 
 #include "session/session.h"
 
+#include <optional>
+
 namespace nivora {
 
 /// Asks for the name of a new simulation, makes its empty parameter table and prepares its working record.
@@ -11,6 +13,12 @@ namespace nivora {
 
 /// Deletes a row of the grid with its parameter table; no simulation is selected then. @throws StoreError
 void delete_simulation_row(Session& session, std::size_t row);
+
+/// Brings what can be chosen in line with the grid, and with the row that was defined, once the window of a
+/// definition has closed.
+///
+/// @param row_before the current row when the window opened
+void definition_was_closed(Session& session, bool accepted, std::optional<std::size_t> row_before);
 
 /// Buttons and entries after rows were added or removed.
 void Repaint_Sim_Grid(Session& session);

@@ -5,6 +5,7 @@
 #include "prep/daily_units.h"
 #include "prep/simulation_grid.h"
 #include "session/main_window_rules.h"
+#include "widgets/grid_view.h"
 #include "widgets/qt_text.h"
 
 #include <QRect>
@@ -16,6 +17,7 @@ constexpr int k_zone_columns = 11;
 constexpr int k_simulation_columns = 17;
 constexpr int k_elevation_column = 2;
 constexpr int k_threshold_column = 13;
+constexpr int k_fewest_grid_lines = 7;
 
 /// The number behind a cell of the zone grid, columns 2 to 11 from 1.
 std::optional<double>* number_of(Zone& zone, int column) {
@@ -137,6 +139,13 @@ QString SimulationModel::locked_reason(int row, int column) const { return entry
 bool SimulationModel::put(int row, int column, const QString& text) {
     return edit_simulation_cell({session_.basin, session_.prep, session_.dialogs},
                                 static_cast<std::size_t>(row), column + 1, from_qt(text));
+}
+
+GridView* make_basin_grid(const char* name, GridModel* model, Dialogs& user, QWidget* parent) {
+    auto* grid = new GridView(model, user, parent);
+    grid->setObjectName(QString::fromUtf8(name));
+    grid->setMinimumHeight(k_fewest_grid_lines * (grid->fontMetrics().lineSpacing() + 6));
+    return grid;
 }
 
 }  // namespace nivora

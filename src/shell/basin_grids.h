@@ -4,7 +4,11 @@
 #include "session/session.h"
 #include "widgets/grid_model.h"
 
+class QWidget;
+
 namespace nivora {
+
+class GridView;
 
 /// The elevation zones: one row a zone, the eleven columns of the zone grid. Numbers show as they were typed.
 class ZoneModel : public GridModel {
@@ -62,5 +66,8 @@ protected:
 private:
     Session& session_;
 };
+
+/// A grid of the main window, whose rows are seen on the smallest screen as well.
+[[nodiscard]] GridView* make_basin_grid(const char* name, GridModel* model, Dialogs& user, QWidget* parent);
 
 }  // namespace nivora

@@ -1,30 +1,23 @@
 // The main window: the definition of the open basin, its zones and its simulations.
 #pragma once
 
-#include "engine/run_driver.h"
 #include "prep/data_menu.h"
 #include "session/basin_life.h"
-#include "session/main_window_rules.h"
+#include "session/definition_rules.h"
+#include "shell/interruptions.h"
 #include "shell/main_menu.h"
 #include "shell/window_keeper.h"
 #include "widgets/nivora_window.h"
 
-#include <array>
-
-class QComboBox;
-class QGridLayout;
-class QGroupBox;
-class QLineEdit;
-class QPushButton;
+class QLabel;
 
 namespace nivora {
 
+class BasinPanel;
 class EditTarget;
-class GridModel;
-class GridView;
-class SimulationModel;
-class ZoneModel;
+class SimulationsPanel;
 
+/// Menus, commands and the life of the program. Its content is two panels.
 class frmNVR : public NivoraWindow {
     Q_OBJECT
 
@@ -38,85 +31,53 @@ public:
     void start();
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void quick_help_changed(bool on) override;
 
 private:
+    void connect_menu();
+    void connect_panels();
+
+    // What is shown
     void commit_edits();
-    [[nodiscard]] bool refuses_typed_box();
     void go_to_field(const UnstorableField& field);
     void refresh_main_window();
-    void open_daily_editor();
+    void show_labels();
 
-    QGroupBox* make_definition();
-    QGroupBox* make_simulations();
-    void make_boxes(QGridLayout* grid);
-    void make_units(QGridLayout* grid);
-    GridView* make_grid(const char* name, GridModel* model);
-    void connect_boxes();
-    void connect_grids();
-
-    void show_simulations();
-    void fill_boxes();
-    void fill_labels();
-    void box_changed(std::size_t box);
-    void box_left(std::size_t box);
-    void zones_left();
-    void units_left();
-    void move_on_from(std::size_t box);
-    void show_area();
-    void row_selected();
-    void add_simulation();
-    void delete_simulation();
-    void cell_left(int row, int column);
-    void simulation_edited();
-
+    // Commands
     void do_command(Command command);
+    void new_basin();
+    void open_basin();
+    void open_recent(std::size_t entry);
     void open_run_menu();
     void ask_about_zones();
     [[nodiscard]] bool zones_can_run();
-    void show_run_problem(const RunMenuProblem& problem);
     void run_simulation(int index);
     void run_forecast(int index);
     void run(int index);
     void toggle_snow();
+    void add_simulation();
+    void delete_simulation();
     void show_definition();
-    void show_added(bool defined, std::optional<std::size_t> row_before);
     void import_file();
-    template <typename Choose>
-    void follow(Choose choose);
+    void follow(DataOutcome outcome);
     void choose_data(DataEntry entry);
     void choose_variables(int index);
-    void show_scenarios();
     void show_climate_run();
+    void open_daily_editor();
     void show_long_term_averages();
     void show_system_information();
-    void mark_edited();
 
     BasinLife life_;
     WindowKeeper windows_;
     Desktop* answered_ = nullptr;
+    Interruptions interruptions_;
+    UnusualZoneQuestion zone_question_;
     MainMenu* menu_;
-    ZoneModel* zones_;
-    SimulationModel* simulations_;
-    std::array<QLineEdit*, 6> boxes_{};
-    std::array<QLabel*, 9> labels_{};
-    QComboBox* units_;
-    QLabel* units_label_;
-    QLabel* zones_label_;
-    QLabel* area_label_;
-    QLabel* simulation_label_;
     QLabel* procedure_;
     EditTarget* edit_target_;
-    GridView* zone_grid_;
-    GridView* simulation_grid_;
-    std::array<QPushButton*, 3> buttons_{};
-    std::string confirmed_zones_;           ///< the question about zones that was answered with Yes
-    std::optional<std::size_t> typed_box_;  ///< the box whose text changed and that was not left since
-    bool filling_ = false;
-    bool telling_ = false;
-    bool leaving_ = false;
+    BasinPanel* basin_;
+    SimulationsPanel* simulations_;
 };
 
 }  // namespace nivora
