@@ -46,8 +46,8 @@ struct Desktop {
     UpwardCall<void(int topic)> show_help_topic;
     /// Opens the daily editor on what the session has prepared.
     UpwardCall<void()> open_daily_editor;
-    /// Closes the statistics of a basin that goes.
-    UpwardCall<void()> close_results;
+    /// Closes what shows a basin that goes, such as the statistics of its last run.
+    UpwardCall<void()> leave_basin;
 };
 
 }  // namespace nivora

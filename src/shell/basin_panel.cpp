@@ -16,6 +16,8 @@
 #include <QLineEdit>
 #include <QScopedValueRollback>
 #include <QTimer>
+#include <algorithm>
+#include <utility>
 
 namespace nivora {
 namespace {
@@ -128,7 +130,7 @@ void BasinPanel::connect_controls() {
         zone_grid_->widen_columns(first_column, last_column);
     });
     connect(zone_grid_, &GridView::left_cell, this, [this](int, int column) {
-        if (column == k_area_column) take_areas();
+        if (column == k_area_column && !interruptions_.filling) take_areas();
     });
 }
 
@@ -138,7 +140,11 @@ void BasinPanel::fill() {
     for (std::size_t number = 0; number < boxes_.size(); ++number)
         boxes_.at(number)->setText(to_qt(basin_box_text(session_.basin, static_cast<BasinBox>(number))));
     units_->setCurrentIndex(static_cast<int>(session_.basin.basin_units));
-    zones_->reload();
+    if (std::exchange(another_basin_, false)) {
+        zones_->show_other_basin();
+    } else {
+        zones_->refresh();
+    }
     zone_grid_->fit_columns();
 }
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "engine/run_driver.h"
-#include "session/basin_rows.h"
 #include "session/definition_rules.h"
 #include "shell/interruptions.h"
 #include "widgets/nivora_window.h"
@@ -32,6 +31,8 @@ public:
 
     /// Shows boxes, units and zones of the basin.
     void fill();
+    /// Another basin comes: nothing of the zone grid but its place stays.
+    void leave_basin() { another_basin_ = true; }
     /// Shows the units by their names, and the stage of the definition.
     void show_labels();
     /// Takes the cell and the boxes that are being edited into the basin's state.
@@ -95,6 +96,7 @@ private:
     QLabel* zones_caption_ = nullptr;
     QLabel* elevation_caption_ = nullptr;
     QLabel* area_caption_ = nullptr;
+    bool another_basin_ = true;          ///< than the zone grid shows
     std::optional<BasinBox> typed_box_;  ///< the box whose text changed and that was not left since
 };
 

@@ -1,5 +1,6 @@
 #include "shell/frmNVR.h"
 
+#include "session/basin_rows.h"
 #include "shell/basin_panel.h"
 #include "shell/simulations_panel.h"
 #include "widgets/controls.h"
@@ -58,7 +59,11 @@ void frmNVR::answer(Desktop& desktop) {
     desktop.refresh_main_window = [this] { refresh_main_window(); };
     desktop.show_help_topic = [this](int topic) { windows_.show_help_topic(topic); };
     desktop.open_daily_editor = [this] { open_daily_editor(); };
-    desktop.close_results = [this] { windows_.close_results(); };
+    desktop.leave_basin = [this] {
+        windows_.close_results();
+        basin_->leave_basin();
+        simulations_->leave_basin();
+    };
     answered_ = &desktop;
 }
 

@@ -100,9 +100,25 @@ void SimulationsPanel::fill() {
 
 void SimulationsPanel::show_rows() {
     const QScopedValueRollback filling(interruptions_.filling, true);
-    simulations_->reload();
-    const auto row = session_.basin.current_row;
-    if (row) grid_->selectRow(static_cast<int>(*row));
+    if (std::exchange(another_basin_, false)) {
+        simulations_->show_other_basin();
+    } else {
+        simulations_->refresh();
+    }
+    select_current_row();
+}
+
+void SimulationsPanel::select_current_row() {
+    const auto current = session_.basin.current_row;
+    if (!current) return grid_->selectionModel()->clear();
+    const int row = static_cast<int>(*current);
+    const bool shown = grid_->currentIndex().row() == row && grid_->selectionModel()->isRowSelected(row);
+    if (!shown) grid_->selectRow(row);
+}
+
+void SimulationsPanel::return_to_current_row() {
+    const QScopedValueRollback filling(interruptions_.filling, true);
+    if (const auto current = session_.basin.current_row) grid_->selectRow(static_cast<int>(*current));
 }
 
 void SimulationsPanel::show_labels() {
@@ -143,7 +159,7 @@ void SimulationsPanel::open_for_entry(bool open) { grid_->setEnabled(open); }
 void SimulationsPanel::row_selected() {
     const QModelIndex current = grid_->currentIndex();
     if (interruptions_.filling || !current.isValid()) return;
-    if (session_.shell.climate_window) return show_rows();  // the evaluation keeps its simulation
+    if (session_.shell.climate_window) return return_to_current_row();  // it is that of the evaluation
     choose_simulation_row(session_, static_cast<std::size_t>(current.row()));
     emit row_chosen();
 }

@@ -26,10 +26,12 @@ class SimulationsPanel : public QGroupBox {
 public:
     SimulationsPanel(const WindowContext& context, Interruptions& interruptions, QWidget* parent);
 
-    /// Shows the rows anew with the current one selected, in columns that fit.
+    /// Shows the rows with the current one selected, in columns that fit.
     void fill();
-    /// Shows the rows anew with the current one selected.
+    /// Shows the rows with the current one selected. A selection that has it stays.
     void show_rows();
+    /// Another basin comes: nothing of the grid but its place stays.
+    void leave_basin() { another_basin_ = true; }
     /// Shows the name of the current simulation and what can be done with it.
     void show_labels();
     /// Takes the cell that is being edited into the basin's state.
@@ -54,6 +56,8 @@ signals:
 private:
     void make_grid(QGridLayout* layout);
     void make_buttons(QGridLayout* layout);
+    void select_current_row();
+    void return_to_current_row();
     void row_selected();
     void cell_left(int row, int column);
 
@@ -64,6 +68,7 @@ private:
     QLabel* name_;
     GridView* grid_;
     std::array<QPushButton*, 3> buttons_{};
+    bool another_basin_ = true;  ///< than the grid shows
 };
 
 }  // namespace nivora

@@ -31,14 +31,14 @@ inline Simulation simulation_named(const std::string& name) {
 struct WatchedDesktop : Desktop {
     WatchedDesktop() {
         refresh_main_window = [this] { ++refreshes; };
-        close_results = [this] { ++closed_results; };
+        leave_basin = [this] { ++left_basins; };
         go_to_field = [this](const UnstorableField& field) { shown = field; };
     }
     WatchedDesktop(const WatchedDesktop&) = delete;
     WatchedDesktop& operator=(const WatchedDesktop&) = delete;
 
     int refreshes = 0;
-    int closed_results = 0;
+    int left_basins = 0;
     std::optional<UnstorableField> shown;
 };
 

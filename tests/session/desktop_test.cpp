@@ -14,7 +14,7 @@ TEST(Desktop, CallsThatNobodySetDoNothing) {
     desktop.refresh_main_window();
     desktop.show_help_topic(3);
     desktop.open_daily_editor();
-    desktop.close_results();
+    desktop.leave_basin();
     EXPECT_FALSE(desktop.refuses_typed_box());
 }
 
