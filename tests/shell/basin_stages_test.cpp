@@ -211,6 +211,7 @@ TEST_F(BasinStagesTest, APastedNumberOfZonesIsReadAsItsLeadingNumber) {
     choose_units(0, Answer::Yes);
     box(1)->setText(QStringLiteral("3abc"));
     dialogs_.then(Answer::Yes);
+    let_pass("frmPopulate");
     leave(box(1));
     EXPECT_EQ(session_.basin.ZoneCount, 3);
     EXPECT_EQ(find<QTableView>("vaSpread1")->model()->rowCount(), 3);

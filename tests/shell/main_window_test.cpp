@@ -49,6 +49,7 @@ TEST_F(MainWindowTest, UnitsThenZonesFixTheBasinInThatOrder) {
 
     type(1, "3");
     dialogs_.then(Answer::Yes);
+    let_pass("frmPopulate");
     leave(box(1));
     EXPECT_EQ(last_message().title, "Zone definition");
     EXPECT_FALSE(box(1)->isVisible());
