@@ -4,7 +4,6 @@
 #include "base/durable_file.h"
 #include "base/scripted_dialogs.h"
 #include "bench/bench_basin.h"
-#include "shell/desktop_link.h"
 #include "shell/frmNVR.h"
 
 #include <fmt/format.h>
@@ -109,7 +108,7 @@ double start_once(const Folders& folders, std::int64_t& busy_afterwards) {
 /// The main window in this process.
 struct MainWindow {
     explicit MainWindow(const Folders& folders) : window({session, quick_help, folders.root / "program"}) {
-        link.lead_to(&window);
+        window.answer(desktop);
         window.start();
         QApplication::processEvents();
     }
@@ -117,8 +116,8 @@ struct MainWindow {
     void choose(const char* action) { window.findChild<QAction*>(QString::fromUtf8(action))->trigger(); }
 
     ScriptedDialogs dialogs;
-    DesktopLink link;
-    Session session{dialogs, link};
+    Desktop desktop;
+    Session session{dialogs, desktop};
     QuickHelp quick_help;
     frmNVR window;
 };

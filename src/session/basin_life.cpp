@@ -126,7 +126,7 @@ bool BasinLife::copy_blank() {
 /// Clears everything and shows the content of the working file as a basin without a name.
 void BasinLife::become_fresh() {
     BasinState& basin = session_.basin;
-    session_.desktop.close_results();
+    session_.desktop.leave_basin();
     window_was_reset(session_);
     const fs::path work_file = basin.Work_File;
     const fs::path program_folder = basin.App_Path;
@@ -211,7 +211,7 @@ void BasinLife::open_file(const fs::path& file) {
                               "The basin was not opened");
         return keep_declined();
     }
-    session_.desktop.close_results();
+    session_.desktop.leave_basin();
     basin.Basin_File = file;
     if (!Open_DB(basin.Work_File)) {
         // The working file holds a basin that cannot be read; the one before is gone.

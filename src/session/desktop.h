@@ -1,36 +1,53 @@
 // The few calls that rules and windows make upward.
 #pragma once
 
+#include <functional>
+#include <utility>
+
 namespace nivora {
 
 struct UnstorableField;
 
-/// What the desktop program does for those below it. Headless programs and tests use the form that does
-/// nothing.
-class Desktop {
-public:
-    Desktop() = default;
-    Desktop(const Desktop&) = delete;
-    Desktop& operator=(const Desktop&) = delete;
-    virtual ~Desktop() = default;
+/// A function that may be left out. A call of one that is not set does nothing and gives the default value of
+/// its result.
+template <typename Signature>
+class UpwardCall;
 
+template <typename Result, typename... Arguments>
+class UpwardCall<Result(Arguments...)> {
+public:
+    UpwardCall() = default;
+    UpwardCall& operator=(std::function<Result(Arguments...)> function) {
+        function_ = std::move(function);
+        return *this;
+    }
+
+    Result operator()(Arguments... arguments) const {
+        return function_ ? function_(std::forward<Arguments>(arguments)...) : Result();
+    }
+
+private:
+    std::function<Result(Arguments...)> function_;
+};
+
+/// What the desktop program does for those below it. The shell sets these functions once the main window is
+/// made; in headless programs they stay unset, and tests set those that they watch.
+struct Desktop {
     /// Takes the cell or box that is being edited into the basin's state.
-    virtual void commit_edits() {}
+    UpwardCall<void()> commit_edits;
     /// Checks the box that is being typed in as if it were left. True where its text was refused, which the
     /// user was told.
-    virtual bool refuses_typed_box() { return false; }
+    UpwardCall<bool()> refuses_typed_box;
     /// Puts the cursor into a box or cell of the main window that a save refused.
-    virtual void go_to_field(const UnstorableField& field) { static_cast<void>(field); }
+    UpwardCall<void(const UnstorableField& field)> go_to_field;
     /// Shows the basin's state, the settings and what is enabled, after any of them changed.
-    virtual void refresh_main_window() {}
+    UpwardCall<void()> refresh_main_window;
     /// Shows a topic of the manual window.
-    virtual void show_help_topic(int topic) { static_cast<void>(topic); }
+    UpwardCall<void(int topic)> show_help_topic;
     /// Opens the daily editor on what the session has prepared.
-    virtual void open_daily_editor() {}
-    /// Shows the statistics of the last run.
-    virtual void show_results() {}
-    /// Closes the statistics of a basin that goes.
-    virtual void close_results() {}
+    UpwardCall<void()> open_daily_editor;
+    /// Closes what shows a basin that goes, such as the statistics of its last run.
+    UpwardCall<void()> leave_basin;
 };
 
 }  // namespace nivora

@@ -4,6 +4,7 @@
 #include "prep/simulation_grid.h"
 #include "prep/simulation_names.h"
 #include "session/availability.h"
+#include "session/main_window_rules.h"
 #include "store/basin_marks.h"
 
 namespace nivora {
@@ -32,6 +33,15 @@ void delete_simulation_row(Session& session, std::size_t row) {
     session.basin.current_row.reset();
     session.basin.Current_Sim_Name = k_no_simulation;
     simulation_was_deleted(session);
+}
+
+void definition_was_closed(Session& session, bool accepted, std::optional<std::size_t> row_before) {
+    Repaint_Sim_Grid(session);
+    // A definition that was refused in the end may have grown or changed its row.
+    const auto row = session.basin.current_row;
+    if (!row || (!accepted && row == row_before)) return;
+    choose_simulation_row(session, *row);
+    edited_simulation(session);
 }
 
 void Repaint_Sim_Grid(Session& session) { simulations_have_changed(session); }

@@ -4,6 +4,8 @@
 
 #include "session/session.h"
 
+#include <optional>
+
 namespace nivora {
 
 /// Asks for the name of a new simulation, makes its empty parameter table and prepares its working record.
@@ -12,6 +14,11 @@ namespace nivora {
 
 /// Deletes a row of the grid with its parameter table; no simulation is selected then. @throws StoreError
 void delete_simulation_row(Session& session, std::size_t row);
+
+/// Updates what can be chosen after the window of a definition has closed: the grid may have a new row.
+///
+/// @param row_before the current row when the window opened
+void definition_was_closed(Session& session, bool accepted, std::optional<std::size_t> row_before);
 
 /// Updates buttons and menus after rows were added or removed.
 void Repaint_Sim_Grid(Session& session);

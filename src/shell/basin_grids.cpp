@@ -1,10 +1,12 @@
 #include "shell/basin_grids.h"
 
 #include "base/number_text.h"
+#include "base/row_difference.h"
 #include "base/text.h"
 #include "prep/daily_units.h"
 #include "prep/simulation_grid.h"
 #include "session/main_window_rules.h"
+#include "widgets/grid_view.h"
 #include "widgets/qt_text.h"
 
 #include <QRect>
@@ -16,6 +18,7 @@ constexpr int k_zone_columns = 11;
 constexpr int k_simulation_columns = 17;
 constexpr int k_elevation_column = 2;
 constexpr int k_threshold_column = 13;
+constexpr int k_fewest_grid_lines = 7;
 
 /// The number behind a cell of the zone grid, columns 2 to 11 from 1.
 std::optional<double>* number_of(Zone& zone, int column) {
@@ -28,9 +31,7 @@ std::optional<double>* number_of(Zone& zone, int column) {
 
 }  // namespace
 
-int ZoneModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(session_.basin.zones.size());
-}
+int ZoneModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rows_; }
 
 int ZoneModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : k_zone_columns; }
 
@@ -39,6 +40,7 @@ CellFormat ZoneModel::format(int /*row*/, int column) const {
 }
 
 QString ZoneModel::text(int row, int column) const {
+    if (row >= zones()) return {};
     Zone& zone = session_.basin.zones.at(static_cast<std::size_t>(row));
     if (column == 0) return to_qt(zone.id);
     const auto* number = number_of(zone, column + 1);
@@ -76,6 +78,17 @@ bool ZoneModel::put(int row, int column, const QString& text) {
     return true;
 }
 
+void ZoneModel::show_other_basin() {
+    beginResetModel();
+    rows_ = zones();
+    endResetModel();
+}
+
+void ZoneModel::refresh() {
+    change_rows(rows_, zones());
+    show_values();
+}
+
 void ZoneModel::show_units(Units units) {
     units_ = units;
     emit headerDataChanged(Qt::Horizontal, 0, k_zone_columns - 1);
@@ -84,7 +97,7 @@ void ZoneModel::show_units(Units units) {
 void ZoneModel::mark_zone(int zone) { mark(zone > 0 ? QRect(k_elevation_column, zone - 1, 1, 1) : QRect{}); }
 
 int SimulationModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(session_.basin.simulations.size());
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
 }
 
 int SimulationModel::columnCount(const QModelIndex& parent) const {
@@ -106,6 +119,7 @@ CellFormat SimulationModel::format(int /*row*/, int column) const {
 }
 
 QString SimulationModel::text(int row, int column) const {
+    if (static_cast<std::size_t>(row) >= session_.basin.simulations.size()) return {};
     return to_qt(session_.basin.simulations.at(static_cast<std::size_t>(row)).text(column + 1));
 }
 
@@ -137,6 +151,43 @@ QString SimulationModel::locked_reason(int row, int column) const { return entry
 bool SimulationModel::put(int row, int column, const QString& text) {
     return edit_simulation_cell({session_.basin, session_.prep, session_.dialogs},
                                 static_cast<std::size_t>(row), column + 1, from_qt(text));
+}
+
+std::vector<std::string> SimulationModel::names() const {
+    std::vector<std::string> names;
+    for (const Simulation& simulation : session_.basin.simulations) names.push_back(simulation.name);
+    return names;
+}
+
+void SimulationModel::show_other_basin() {
+    beginResetModel();
+    rows_ = names();
+    endResetModel();
+}
+
+void SimulationModel::refresh() {
+    const std::vector<std::string> wanted = names();
+    const RowDifference rows = row_difference(rows_, wanted);
+    const int first = static_cast<int>(rows.first);
+    if (rows.removed > 0) {
+        beginRemoveRows({}, first, first + static_cast<int>(rows.removed) - 1);
+        const auto gone = rows_.begin() + first;
+        rows_.erase(gone, gone + static_cast<std::ptrdiff_t>(rows.removed));
+        endRemoveRows();
+    }
+    if (rows.inserted > 0) {
+        beginInsertRows({}, first, first + static_cast<int>(rows.inserted) - 1);
+        rows_ = wanted;
+        endInsertRows();
+    }
+    show_values();
+}
+
+GridView* make_basin_grid(const char* name, GridModel* model, Dialogs& user, QWidget* parent) {
+    auto* grid = new GridView(model, user, parent);
+    grid->setObjectName(QString::fromUtf8(name));
+    grid->setMinimumHeight(k_fewest_grid_lines * (grid->fontMetrics().lineSpacing() + 6));
+    return grid;
 }
 
 }  // namespace nivora

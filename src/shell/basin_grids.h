@@ -4,7 +4,14 @@
 #include "session/session.h"
 #include "widgets/grid_model.h"
 
+#include <string>
+#include <vector>
+
+class QWidget;
+
 namespace nivora {
+
+class GridView;
 
 /// The elevation zones: one row a zone, the eleven columns of the zone grid. Numbers show as they were typed.
 class ZoneModel : public GridModel {
@@ -23,6 +30,10 @@ public:
     /// Without a unit for QuickHelp, whose lines of these columns tell all of it.
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
+    /// Shows the zones of another basin.
+    void show_other_basin();
+    /// Shows the zones again, of which there may be more or fewer.
+    void refresh();
     /// Names the units in the headers: those that are chosen, also before they are fixed.
     void show_units(Units units);
     /// Paints the elevation of a zone in the colour of refused input; 0 for none.
@@ -32,7 +43,10 @@ protected:
     [[nodiscard]] bool put(int row, int column, const QString& text) override;
 
 private:
+    [[nodiscard]] int zones() const { return static_cast<int>(session_.basin.zones.size()); }
+
     Session& session_;
+    int rows_ = 0;  ///< that are shown; the basin may already have others
     Units units_ = Units::Metric;
 };
 
@@ -54,13 +68,24 @@ public:
     [[nodiscard]] QString unit(int column) const override;
     [[nodiscard]] QString place(int row, int column) const override;
 
+    /// Shows the simulations of another basin.
+    void show_other_basin();
+    /// Shows the simulations again, with the rows that came and went.
+    void refresh();
+
 protected:
     [[nodiscard]] bool put(int row, int column, const QString& text) override;
     [[nodiscard]] QString entry_refusal(int row, int column, const QString& text) const override;
     [[nodiscard]] QString locked_reason(int row, int column) const override;
 
 private:
+    [[nodiscard]] std::vector<std::string> names() const;
+
     Session& session_;
+    std::vector<std::string> rows_;  ///< the names of those that are shown; the basin may already have others
 };
+
+/// A grid of the main window, whose rows are seen on the smallest screen as well.
+[[nodiscard]] GridView* make_basin_grid(const char* name, GridModel* model, Dialogs& user, QWidget* parent);
 
 }  // namespace nivora

@@ -2,7 +2,6 @@
 
 #include "base/program_lock.h"
 #include "base/version.h"
-#include "shell/desktop_link.h"
 #include "shell/frmNVR.h"
 #include "shell/frmSplash.h"
 #include "shell/settings_store.h"
@@ -48,12 +47,12 @@ int main(int argc, char** argv) {
         return 1;
     }
 
-    DesktopLink link;
-    Session session{dialogs, link};
+    Desktop desktop;
+    Session session{dialogs, desktop};
     session.settings = Load_Settings(*store);
     QuickHelp quick_help;
     frmNVR window({session, quick_help, program_folder});
-    link.lead_to(&window);
+    window.answer(desktop);
 
     if (session.settings.show_splash) {
         frmSplash splash(session, true);

@@ -134,6 +134,24 @@ void GridModel::reload() {
     endResetModel();
 }
 
+void GridModel::show_values() {
+    if (columnCount() == 0) return;
+    emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
+    if (rowCount() > 0) emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
+}
+
+void GridModel::change_rows(int& rows, int wanted) {
+    if (wanted < rows) {
+        beginRemoveRows({}, wanted, rows - 1);
+        rows = wanted;
+        endRemoveRows();
+    } else if (wanted > rows) {
+        beginInsertRows({}, rows, wanted - 1);
+        rows = wanted;
+        endInsertRows();
+    }
+}
+
 void GridModel::mark(const QRect& cells) {
     const QRect shown = marked_ | cells;
     marked_ = cells;

@@ -84,8 +84,10 @@ public:
     [[nodiscard]] bool take(int row, int column, const QString& text);
     void changed_block(int first_row, int first_column, int last_row, int last_column);
 
-    /// Reads and shows all cells again.
+    /// Shows other rows and columns: selection, active cell and scroll position go.
     void reload();
+    /// Shows other values in the rows that are there.
+    void show_values();
     /// Paints a block in the colour of refused input; an empty block removes the colour.
     void mark(const QRect& cells);
 
@@ -105,6 +107,9 @@ protected:
     [[nodiscard]] virtual QString entry_refusal(int row, int column, const QString& text) const;
     /// Why nothing can be entered into a locked cell.
     [[nodiscard]] virtual QString locked_reason(int row, int column) const;
+
+    /// Brings the number of rows that the model keeps to another one, by rows at the end.
+    void change_rows(int& rows, int wanted);
 
 private:
     QRect marked_;

@@ -3,6 +3,7 @@
 #include "base/durable_file.h"
 #include "widgets/caller.h"
 #include "widgets/content_area.h"
+#include "widgets/entry_box.h"
 #include "widgets/file_label.h"
 #include "widgets/grid_delegate.h"
 #include "widgets/kept_place.h"
@@ -32,7 +33,6 @@ namespace nivora {
 namespace {
 
 constexpr int k_strip_lines = 4;
-constexpr const char* k_leaves_unchecked = "leavesUnchecked";
 constexpr const char* k_close_refused =
     "The Windows native control for closing the form is disabled while QuickHelp' is on.";
 constexpr const char* k_menus_disabled = "  Menu items are disabled when 'QuickHelp' is on.";
@@ -52,11 +52,6 @@ QTextEdit* make_strip(QWidget* parent) {
 
 /// A colour from a number with red in the lowest byte.
 QColor colour_of(std::int32_t value) { return {value & 0xFF, value >> 8 & 0xFF, value >> 16 & 0xFF}; }
-
-bool interrupts(Qt::FocusReason reason) {
-    return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
-           reason == Qt::MenuBarFocusReason;
-}
 
 /// Whether Tab can reach an element of a window.
 bool takes_focus(const QWidget& element, const QWidget& window) {
@@ -325,26 +320,16 @@ bool NivoraWindow::is_help_strip(const QWidget* widget) const {
 QString NivoraWindow::help_text() const { return strip_->toPlainText(); }
 
 void NivoraWindow::refuse(QWidget* element, const Message& message) {
-    const QPalette before = element->palette();
-    QPalette refused = before;
-    refused.setColor(QPalette::Base, QColor::fromRgb(k_refused_colour));
-    element->setPalette(refused);
-    context_.session.dialogs.message(message);
-    element->setPalette(before);
+    refuse_entry(*element, message, context_.session.dialogs);
 }
 
 bool NivoraWindow::leaves_box(const QEvent* event) const {
-    if (context_.quick_help.is_on() || event->type() != QEvent::FocusOut) return false;
-    const QWidget* next = QApplication::focusWidget();
-    if (next != nullptr && next->property(k_leaves_unchecked).toBool()) return false;
-    return !interrupts(static_cast<const QFocusEvent*>(event)->reason());
+    return nivora::leaves_box(*event, context_.quick_help);
 }
 
-void NivoraWindow::leave_unchecked(QWidget* button) { button->setProperty(k_leaves_unchecked, true); }
+void NivoraWindow::leave_unchecked(QWidget* button) { nivora::leave_unchecked(*button); }
 
-bool NivoraWindow::enters_box(const QEvent* event) {
-    return event->type() == QEvent::FocusIn && !interrupts(static_cast<const QFocusEvent*>(event)->reason());
-}
+bool NivoraWindow::enters_box(const QEvent* event) { return nivora::enters_box(*event); }
 
 void NivoraWindow::show_modal() {
     const QPointer<QWidget> before = calling_window();

@@ -107,7 +107,7 @@ TEST_F(FileMenuOnScreen, AFirstSaveThroughTheQuestionShowsTheNameAndOffersSave) 
     session_.basin.New_Basin = true;
     session_.basin.Basin_Changed = true;
     session_.shell.save = false;
-    window_->refresh_main_window();
+    session_.desktop.refresh_main_window();
     const auto first = user_ / "first.mdb";
     dialogs_.then(Answer::Yes).then_file(first).then_file(std::nullopt);
     press({"alt+f", "o"});

@@ -28,14 +28,17 @@ inline Simulation simulation_named(const std::string& name) {
 }
 
 /// The upward calls that a command of the File menu makes.
-class WatchedDesktop : public Desktop {
-public:
-    void refresh_main_window() override { ++refreshes; }
-    void close_results() override { ++closed_results; }
-    void go_to_field(const UnstorableField& field) override { shown = field; }
+struct WatchedDesktop : Desktop {
+    WatchedDesktop() {
+        refresh_main_window = [this] { ++refreshes; };
+        leave_basin = [this] { ++left_basins; };
+        go_to_field = [this](const UnstorableField& field) { shown = field; };
+    }
+    WatchedDesktop(const WatchedDesktop&) = delete;
+    WatchedDesktop& operator=(const WatchedDesktop&) = delete;
 
     int refreshes = 0;
-    int closed_results = 0;
+    int left_basins = 0;
     std::optional<UnstorableField> shown;
 };
 

@@ -17,7 +17,7 @@ protected:
         session_.basin.basin_description = "typed";
         session_.basin.Basin_Changed = true;
         session_.basin.Input_Changed = true;
-        desktop_.closed_results = 0;
+        desktop_.left_basins = 0;
         return file;
     }
 
@@ -199,7 +199,7 @@ TEST_F(SecondThoughts, NewStopsAtADamagedTemplateWithTheOpenBasinAsItWas) {
     EXPECT_NE(last_message().text.find(path_text(program_ / "null.mdb")), std::string::npos);
     EXPECT_EQ(session_.basin.Basin_File, file);
     EXPECT_EQ(session_.basin.simulations.size(), 2U);
-    EXPECT_EQ(desktop_.closed_results, 0);
+    EXPECT_EQ(desktop_.left_basins, 0);
     expect_still_asked();
 }
 
@@ -208,15 +208,15 @@ TEST_F(SecondThoughts, NewStopsAtADamagedTemplateWithTheOpenBasinAsItWas) {
 TEST_F(SecondThoughts, NewAndOpenCloseTheResultsAndSaveDoesNot) {
     const fs::path file = changed_basin();
     life_.save();
-    EXPECT_EQ(desktop_.closed_results, 0);
+    EXPECT_EQ(desktop_.left_basins, 0);
     dialogs_.then_file(std::nullopt);
     life_.open();
-    EXPECT_EQ(desktop_.closed_results, 0) << "nothing was opened";
+    EXPECT_EQ(desktop_.left_basins, 0) << "nothing was opened";
     dialogs_.then_file(file);
     life_.open();
-    EXPECT_EQ(desktop_.closed_results, 1);
+    EXPECT_EQ(desktop_.left_basins, 1);
     life_.new_basin();
-    EXPECT_EQ(desktop_.closed_results, 2);
+    EXPECT_EQ(desktop_.left_basins, 2);
 }
 
 // A file that another program changed.

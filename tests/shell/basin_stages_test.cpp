@@ -151,13 +151,13 @@ TEST_F(BasinStagesTest, FixedUnitsCanNeverBeChosenAgain) {
     choose_units(0, Answer::Yes);
     give_zones("2", Answer::Yes);
     EXPECT_FALSE(find<QComboBox>("Combo1")->isVisible());
-    window_->refresh_main_window();
+    session_.desktop.refresh_main_window();
     expect_shown({.units_list = false, .zones_box = false, .zones_fixed = true, .zones_label = true});
 }
 
 TEST_F(BasinStagesTest, ANumberOfZonesBeforeTheUnitsIsRefusedAndLeadsToThem) {
     session_.shell.zones_box_shown = true;
-    window_->refresh_main_window();
+    session_.desktop.refresh_main_window();
     type(1, "3");
     leave(box(1));
     ASSERT_EQ(dialogs_.messages().size(), 1U);
@@ -211,6 +211,7 @@ TEST_F(BasinStagesTest, APastedNumberOfZonesIsReadAsItsLeadingNumber) {
     choose_units(0, Answer::Yes);
     box(1)->setText(QStringLiteral("3abc"));
     dialogs_.then(Answer::Yes);
+    let_pass("frmPopulate");
     leave(box(1));
     EXPECT_EQ(session_.basin.ZoneCount, 3);
     EXPECT_EQ(find<QTableView>("vaSpread1")->model()->rowCount(), 3);

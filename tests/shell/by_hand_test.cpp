@@ -109,14 +109,6 @@ Lines parameter_lines(const LegacyFile& file, std::size_t zone) {
 
 class ByHandTest : public MainWindowTest {
 protected:
-    void SetUp() override { let_pass_.stop(); }
-
-    void TearDown() override {
-        EXPECT_TRUE(modal_.complaints().empty()) << modal_.complaints().front();
-        EXPECT_EQ(modal_.left(), 0U);
-        MainWindowTest::TearDown();
-    }
-
     void define_basin() {
         type(0, "Ellervane by hand");
         choose_units(0, Answer::Yes);
@@ -236,7 +228,6 @@ protected:
     }
 
     LegacyFile file_ = sample();
-    ModalScript modal_;
     std::function<void(QTableView&)> change_;  ///< what a test changes behind the pasted daily variables
 };
 

@@ -24,12 +24,6 @@ class ClipboardRoundTripTest : public MainWindowTest {
 protected:
     void SetUp() override { open_sample(); }
 
-    void TearDown() override {
-        EXPECT_TRUE(modal_.complaints().empty()) << modal_.complaints().front();
-        EXPECT_EQ(modal_.left(), 0U);
-        MainWindowTest::TearDown();
-    }
-
     /// Works in the variables of the current simulation; all changes are dropped at the end.
     void edit(const std::function<void(QTableView&)>& act) { open("mnuDataOptVar(1)", act); }
     void edit_parameters(const std::function<void(QTableView&)>& act) { open("mnuDataOpt(5)", act); }
@@ -50,8 +44,6 @@ protected:
         QTest::keyClick(&grid, Qt::Key_C, Qt::ControlModifier);
         return from_qt(QApplication::clipboard()->text());
     }
-
-    ModalScript modal_;
 
 private:
     void open(const char* action, const std::function<void(QTableView&)>& act) {

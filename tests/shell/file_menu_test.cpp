@@ -159,7 +159,7 @@ TEST_F(FileMenuTest, ARecentEntryOpensAndMovesToTheTop) {
 TEST_F(FileMenuTest, ARecentEntryThatIsGoneIsToldAfterTheSaveQuestion) {
     const fs::path file = open_sample();
     session_.settings.recent_files = {path_text(user_ / "gone.mdb")};
-    window_->refresh_main_window();
+    session_.desktop.refresh_main_window();
     type(4, "changed");
     dialogs_.then(Answer::Cancel);
     choose("mnuFileArray(1)");

@@ -117,7 +117,7 @@ TEST_F(HelpRulesTest, TheHelpWindowIsOneAndStaysUntilItIsClosed) {
     choose("mnuHelpItm(0)");
     ASSERT_NE(shown_help(), nullptr);
     EXPECT_EQ(shown_help()->windowTitle(), QStringLiteral("Help for Nivora Main Window"));
-    window_->show_help_topic(8);
+    session_.desktop.show_help_topic(8);
     EXPECT_EQ(shown_help()->windowTitle(), QStringLiteral("Help for Simulation Statistics"));
     EXPECT_EQ(help_windows(), 1);
     shown_help()->findChild<QAction*>(QStringLiteral("mnuClose"))->trigger();
@@ -174,27 +174,23 @@ TEST_F(HelpRulesTest, ANewUserAndF1OpenTheManualOverTheWelcomeWindow) {
 }
 
 TEST_F(HelpRulesTest, TheHelpMenuShowsTheWelcomeWindowAgainAndItsLastButtonOnlyReturns) {
-    bool seen = false;
-    QTimer::singleShot(0, window_.get(), [&] {
-        auto* splash = qobject_cast<frmSplash*>(QApplication::activeModalWidget());
+    look_at_modal("frmSplash", [](QWidget* window) {
+        auto* splash = qobject_cast<frmSplash*>(window);
         ASSERT_NE(splash, nullptr);
-        seen = true;
         auto* button = splash->findChild<QPushButton*>(QStringLiteral("Command1(2)"));
         EXPECT_EQ(button->text(), QStringLiteral("Return to NVR"));
         button->click();
         EXPECT_FALSE(splash->leaves());
     });
     choose("mnuHelpItm(1)");
-    EXPECT_TRUE(seen);
+    EXPECT_TRUE(seen_);
     EXPECT_TRUE(window_->isVisible());
 }
 
 TEST_F(HelpRulesTest, TheHelpMenuShowsTheAboutWindowAndItsButtonClosesIt) {
-    bool seen = false;
-    QTimer::singleShot(0, window_.get(), [&] {
-        auto* about = qobject_cast<frmAbout*>(QApplication::activeModalWidget());
+    look_at_modal("frmAbout", [](QWidget* window) {
+        auto* about = qobject_cast<frmAbout*>(window);
         ASSERT_NE(about, nullptr);
-        seen = true;
         EXPECT_EQ(about->windowTitle(), QStringLiteral("About the Hollin Flow Model for Windows"));
         auto* button = about->findChild<QPushButton*>(QStringLiteral("Command1"));
         EXPECT_EQ(button->text(), QStringLiteral("Close"));
@@ -202,7 +198,7 @@ TEST_F(HelpRulesTest, TheHelpMenuShowsTheAboutWindowAndItsButtonClosesIt) {
         EXPECT_FALSE(about->isVisible());
     });
     choose("mnuHelpItm(3)");
-    EXPECT_TRUE(seen);
+    EXPECT_TRUE(seen_);
 }
 
 TEST_F(HelpRulesTest, WithoutAToolTheSystemInformationIsUnavailable) {

@@ -15,14 +15,6 @@ namespace nivora {
 
 class ImportWindowTest : public MainWindowTest {
 public:
-    void SetUp() override { let_pass_.stop(); }
-
-    void TearDown() override {
-        EXPECT_TRUE(modal_.complaints().empty()) << modal_.complaints().front();
-        EXPECT_EQ(modal_.left(), 0U);
-        MainWindowTest::TearDown();
-    }
-
     std::filesystem::path legacy(const LegacyParts& parts, const char* name = "alder.NVR") {
         return user_.write(name, parts.text());
     }
@@ -136,7 +128,6 @@ public:
 
     using Step = std::function<void(ScriptedDialogs&)>;
     std::vector<Step> steps_;
-    ModalScript modal_;
 };
 
 }  // namespace nivora

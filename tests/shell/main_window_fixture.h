@@ -1,6 +1,7 @@
 // A main window on a program folder of its own, with a script for every box.
 #pragma once
 
+#include "tests/support/expected_windows.h"
 #include "tests/support/with_main_window.h"
 
 #include <QApplication>
@@ -11,7 +12,6 @@
 #include <QPushButton>
 #include <QTableView>
 #include <QTest>
-#include <QTimer>
 #include <QToolButton>
 
 namespace nivora {
@@ -27,15 +27,13 @@ protected:
     MainWindowTest() {
         make_program_folder();
         start_main_window();
-        // The window of the first period opens whenever zones are fixed; tests that are not about it let it
-        // pass.
-        QObject::connect(&let_pass_, &QTimer::timeout, [] {
-            for (QWidget* top : QApplication::topLevelWidgets()) {
-                if (top->isVisible() && top->objectName() == QStringLiteral("frmPopulate")) top->close();
-            }
-        });
-        let_pass_.start(5);
         settle();
+    }
+
+    void TearDown() override {
+        EXPECT_TRUE(modal_.complaints().empty()) << modal_.complaints().front();
+        EXPECT_EQ(modal_.left(), 0U) << "windows that did not open";
+        WithMainWindow::TearDown();
     }
 
     QLineEdit* box(int number) { return find<QLineEdit>(("Text(" + std::to_string(number) + ")").c_str()); }
@@ -69,30 +67,30 @@ protected:
     void give_zones(const char* number, Answer answer) {
         type(1, number);
         dialogs_.then(answer);
-        look_at_modal("frmPopulate", [](QWidget*) {});
+        if (answer == Answer::Yes) let_pass("frmPopulate");
         leave(box(1));
-        seen_ = false;
     }
 
     [[nodiscard]] QColor colour_of(const QWidget* widget) const {
         return widget->palette().color(QPalette::Base);
     }
 
-    /// Does something with a modal window as soon as it is shown, and closes it.
+    /// Expects a window, does something with it once it is shown, and closes it.
     template <typename Look>
     void look_at_modal(const char* name, Look look) {
-        QTimer::singleShot(0, window_.get(), [this, name, look] {
-            for (QWidget* top : QApplication::topLevelWidgets()) {
-                if (top->objectName() != QString::fromUtf8(name) || !top->isVisible()) continue;
-                look(top);
-                seen_ = true;
-                if (top->isVisible()) top->close();
-            }
+        modal_.then(name, [this, look](QWidget& window) {
+            look(&window);
+            seen_ = true;
+            if (window.isVisible()) window.close();
         });
     }
+    /// Expects a window that the test is not about, and closes it.
+    void let_pass(const char* name) {
+        modal_.then(name, [](QWidget& window) { window.close(); });
+    }
 
-    QTimer let_pass_;
-    bool seen_ = false;
+    ExpectedWindows modal_;
+    bool seen_ = false;  ///< the window that `look_at_modal` expected
 };
 
 }  // namespace nivora

@@ -49,6 +49,7 @@ TEST_F(MainWindowTest, UnitsThenZonesFixTheBasinInThatOrder) {
 
     type(1, "3");
     dialogs_.then(Answer::Yes);
+    let_pass("frmPopulate");
     leave(box(1));
     EXPECT_EQ(last_message().title, "Zone definition");
     EXPECT_FALSE(box(1)->isVisible());
@@ -265,6 +266,13 @@ TEST_F(MainWindowTest, EveryBoxAndGridHasItsHelpLine) {
          {"Text(0)", "Text(2)", "vaSpread1", "DBGrid1", "Combo1", "lblBasinArea", "Command1(0)"}) {
         EXPECT_TRUE(find<QWidget>(name)->property(k_help_line).isValid()) << name;
     }
+}
+
+TEST_F(MainWindowTest, AWindowThatIsGoneIsNotCalledAnyMore) {
+    window_.reset();
+    session_.desktop.refresh_main_window();
+    session_.desktop.show_help_topic(0);
+    EXPECT_FALSE(session_.desktop.refuses_typed_box());
 }
 
 }  // namespace

@@ -172,7 +172,7 @@ TEST_F(MenuTableTest, ClearingTheRecentFilesHidesThemWithTheirLineAtOnce) {
 
 TEST_F(MenuTableTest, AnAmpersandInARecentNameIsShownAndIsNoAccelerator) {
     session_.settings.recent_files = {"/data/snow & ice.mdb"};
-    window_->refresh_main_window();
+    session_.desktop.refresh_main_window();
     EXPECT_EQ(find<QAction>("mnuFileArray(1)")->text(), QStringLiteral("/data/snow && ice.mdb"));
 }
 

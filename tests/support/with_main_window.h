@@ -1,7 +1,6 @@
 // A main window for tests of windows, offscreen as well as on a display.
 #pragma once
 
-#include "shell/desktop_link.h"
 #include "shell/frmNVR.h"
 #include "store/table_io.h"
 #include "tests/support/temporary_folder.h"
@@ -36,7 +35,7 @@ protected:
     }
     void start_main_window() {
         window_ = std::make_unique<frmNVR>(WindowContext{session_, quick_help_, program_.path()});
-        link_.lead_to(window_.get());
+        window_->answer(desktop_);
         window_->start();
     }
 
@@ -66,8 +65,8 @@ protected:
     TemporaryFolder program_;
     TemporaryFolder user_;
     WatchedDialogs dialogs_;
-    DesktopLink link_;
-    Session session_{dialogs_, link_};
+    Desktop desktop_;
+    Session session_{dialogs_, desktop_};
     QuickHelp quick_help_;
     std::unique_ptr<frmNVR> window_;
 };

@@ -3,7 +3,6 @@
 
 #include "base/durable_file.h"
 #include "prep/data_menu.h"
-#include "shell/desktop_link.h"
 #include "shell/frmAbout.h"
 #include "shell/frmNVR.h"
 #include "shell/frmNVRHelp.h"
@@ -79,7 +78,7 @@ public:
     explicit Photographer(fs::path pictures)
         : pictures_(std::move(pictures)), program_(program_folder()), dialogs_(pictures_) {
         window_ = std::make_unique<frmNVR>(WindowContext{session_, quick_help_, program_});
-        link_.lead_to(window_.get());
+        window_->answer(desktop_);
     }
 
     void work() {
@@ -127,7 +126,7 @@ private:
         session_.dialogs.message(units_question());
         dialogs_.next_picture = "zones-question.png";
         session_.dialogs.message(zones_question());
-        window_->refresh_main_window();
+        session_.desktop.refresh_main_window();
         draw(*window_, "main-window-zones.png");
     }
 
@@ -263,8 +262,8 @@ private:
     QTemporaryDir scratch_;
     fs::path program_;
     PicturedDialogs dialogs_;
-    DesktopLink link_;
-    Session session_{dialogs_, link_};
+    Desktop desktop_;
+    Session session_{dialogs_, desktop_};
     QuickHelp quick_help_;
     std::unique_ptr<frmNVR> window_;
 };

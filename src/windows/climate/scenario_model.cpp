@@ -41,6 +41,7 @@ bool is_blank(const ScenarioRow& row) {
 void ScenarioModel::show(std::vector<ScenarioRow>* rows) {
     beginResetModel();
     rows_ = rows;
+    shown_rows_ = wanted_rows();
     endResetModel();
 }
 
@@ -52,14 +53,19 @@ const ScenarioRow& ScenarioModel::row_at(int row) const {
 
 ScenarioRow& ScenarioModel::made_row(int row) {
     const auto at = static_cast<std::size_t>(row);
-    if (at >= rows_->size()) rows_->resize(at + 1);
+    if (at >= rows_->size()) {
+        rows_->resize(at + 1);
+        change_rows(shown_rows_, wanted_rows());
+    }
     return (*rows_)[at];
 }
 
-int ScenarioModel::rowCount(const QModelIndex& parent) const {
-    if (parent.isValid() || rows_ == nullptr) return 0;
-    return std::max(k_rows, static_cast<int>(rows_->size()) + k_blank_rows);
+/// Rows and blank ones behind them.
+int ScenarioModel::wanted_rows() const {
+    return rows_ == nullptr ? 0 : std::max(k_rows, static_cast<int>(rows_->size()) + k_blank_rows);
 }
+
+int ScenarioModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : shown_rows_; }
 
 int ScenarioModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : k_columns; }
 

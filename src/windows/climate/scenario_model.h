@@ -38,12 +38,14 @@ protected:
 private:
     [[nodiscard]] const ScenarioRow& row_at(int row) const;
     [[nodiscard]] ScenarioRow& made_row(int row);
+    [[nodiscard]] int wanted_rows() const;
     [[nodiscard]] static std::optional<int> code_of(int column, const std::string& text);
     [[nodiscard]] bool put_code(int row, int column, const std::string& text);
 
     const ScenarioSheet& sheet_;
     int zones_;
     std::vector<ScenarioRow>* rows_ = nullptr;
+    int shown_rows_ = 0;
 };
 
 /// Whether a row holds nothing.

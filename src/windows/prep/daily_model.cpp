@@ -14,8 +14,14 @@
 namespace nivora {
 
 void DailyModel::show(DailyEditor* editor) {
+    const int rows = editor == nullptr ? 0 : static_cast<int>(editor->rows());
+    if (editor == editor_) {
+        change_rows(rows_, rows);
+        return show_values();
+    }
     beginResetModel();
     editor_ = editor;
+    rows_ = rows;
     patterns_.clear();
     if (editor_ != nullptr) {
         for (const DailyColumn& column : editor_->columns()) {
@@ -27,9 +33,7 @@ void DailyModel::show(DailyEditor* editor) {
     endResetModel();
 }
 
-int DailyModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() || editor_ == nullptr ? 0 : static_cast<int>(editor_->rows());
-}
+int DailyModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rows_; }
 
 int DailyModel::columnCount(const QModelIndex& parent) const {
     return parent.isValid() || editor_ == nullptr ? 0 : static_cast<int>(editor_->columns().size());
@@ -51,13 +55,15 @@ QString DailyModel::number_text(double value, int column) const {
 
 QString DailyModel::text(int row, int column) const {
     const auto day = static_cast<std::size_t>(row);
+    if (day >= editor_->rows()) return {};
     if (column == 0) return to_qt(long_date_text(editor_->date(day)));
     return number_text(editor_->value(day, static_cast<std::size_t>(column)), column);
 }
 
 QString DailyModel::whole_text(int row, int column) const {
-    if (column == 0) return text(row, column);
-    const double value = editor_->value(static_cast<std::size_t>(row), static_cast<std::size_t>(column));
+    const auto day = static_cast<std::size_t>(row);
+    if (column == 0 || day >= editor_->rows()) return text(row, column);
+    const double value = editor_->value(day, static_cast<std::size_t>(column));
     const bool single = column_of(column).type == FieldType::Single;
     return to_qt(single ? shortest_text(static_cast<float>(value)) : shortest_text(value));
 }

@@ -19,7 +19,8 @@ public:
     DailyModel(bool read_only, Units units, QObject* parent)
         : GridModel(parent), read_only_(read_only), units_(units) {}
 
-    /// Shows the days of an editor, or nothing for null.
+    /// Shows the days of an editor, or nothing for null. Another zone of one editor keeps the rows that both
+    /// zones have.
     void show(DailyEditor* editor);
     /// Returns and clears the reason why the store refused a value; empty if it did not.
     [[nodiscard]] std::string take_fault() { return std::exchange(fault_, {}); }
@@ -49,6 +50,7 @@ private:
     [[nodiscard]] QString number_text(double value, int column) const;
 
     DailyEditor* editor_ = nullptr;
+    int rows_ = 0;  ///< that are shown; the editor may already have those of another zone
     bool read_only_;
     Units units_;
     std::vector<std::string> patterns_;

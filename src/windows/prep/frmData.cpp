@@ -193,14 +193,9 @@ void frmData::fit_columns() {
 
 void frmData::show_zone(int zone) {
     grid_->commit_editor();
-    const QModelIndex at = grid_->currentIndex();
-    const int top = grid_->rowAt(0);
     if (zone != editor_->zone() && !read_zone(zone)) return;
     days_->show(editor_.get());
     zone_frame_->setTitle(QStringLiteral("Zone %1 of %2").arg(zone).arg(session().basin.ZoneCount));
-    if (!at.isValid() || days_->rowCount() == 0) return;
-    grid_->scrollTo(days_->index(std::max(0, top), at.column()), QAbstractItemView::PositionAtTop);
-    grid_->setCurrentIndex(days_->index(std::min(at.row(), days_->rowCount() - 1), at.column()));
 }
 
 /// Reads another zone; if it can't be read, the current zone and all changes stay.

@@ -102,9 +102,7 @@ bool frmLongTermAvg::open() {
 void frmLongTermAvg::Show_Zone_Months(int zone) {
     grid_->commit_editor();
     zone_frame_->setTitle(QStringLiteral("Zone %1 of %2").arg(zone).arg(averages_->zones()));
-    const QModelIndex at = grid_->currentIndex();
     months_->show_zone(averages_.get(), zone);
-    if (at.isValid()) grid_->setCurrentIndex(months_->index(at.row(), at.column()));
 }
 
 /// Shows why the store refused a typed or pasted value, if it did.

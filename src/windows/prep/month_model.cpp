@@ -26,8 +26,10 @@ constexpr std::array<const char*, 5> k_fields{"", "Tmax", "Tmin", "Tavg", "Preci
 }  // namespace
 
 void MonthModel::show_zone(MonthlyAverages* averages, int zone) {
+    const bool same_rows = averages_ == averages;
     averages_ = averages;
     zone_ = zone;
+    if (same_rows) return show_values();
     reload();
 }
 

@@ -26,21 +26,20 @@ namespace nivora {
 inline void PrintTo(Answer answer, std::ostream* out) { *out << answer_name(answer); }
 
 /// Keeps the calls upward, and lets a test look at the session when the daily editor would open.
-class WatchedDesktop : public Desktop {
-public:
-    void show_help_topic(int topic) override { topics.push_back(topic); }
-    void open_daily_editor() override {
-        ++editors;
-        if (while_editing) while_editing();
+struct WatchedDesktop : Desktop {
+    WatchedDesktop() {
+        show_help_topic = [this](int topic) { topics.push_back(topic); };
+        open_daily_editor = [this] {
+            ++editors;
+            if (while_editing) while_editing();
+        };
     }
-    void refresh_main_window() override {
-        if (on_refresh) on_refresh();
-    }
+    WatchedDesktop(const WatchedDesktop&) = delete;
+    WatchedDesktop& operator=(const WatchedDesktop&) = delete;
 
     std::vector<int> topics;
     int editors = 0;
     std::function<void()> while_editing;
-    std::function<void()> on_refresh;
 };
 
 class ClimateWindowTest : public testing::Test {

@@ -158,7 +158,7 @@ TEST_F(ControlBoxesTest, ReportsAndPlotsAreShutBeforeStepFourRuns) {
     session_.shell.graphics = true;
     run_to(3);
     std::vector<std::string> told;
-    desktop_.on_refresh = [&] {
+    desktop_.refresh_main_window = [&] {
         if (session_.shell.run_caption == "Running Step4")
             told.push_back(session_.shell.reports || session_.shell.graphics ? "open" : "shut");
     };

@@ -41,7 +41,7 @@ TEST_F(ControlStepsTest, StepOneFixesTheChoiceAndOffersAbort) {
 TEST_F(ControlStepsTest, TheRunMenuSaysWhichStepRuns) {
     open_six_days();
     std::vector<std::string> captions;
-    desktop_.on_refresh = [&] {
+    desktop_.refresh_main_window = [&] {
         if (captions.empty() || captions.back() != session_.shell.run_caption)
             captions.push_back(session_.shell.run_caption);
     };

@@ -155,14 +155,10 @@ TEST_F(MainWindowMeanwhileTest, TheVariablesOfAScenarioAreShownReadOnly) {
     std::string title;
     bool editable = true;
     look_at_modal("frmCC", [&](QWidget* window) {
-        QTimer::singleShot(0, window_.get(), [&] {
-            for (QWidget* top : QApplication::topLevelWidgets()) {
-                if (top->objectName() != QStringLiteral("frmData") || !top->isVisible()) continue;
-                title = from_qt(top->windowTitle());
-                const auto* cells = top->findChild<QTableView*>(QStringLiteral("Spread"))->model();
-                editable = (cells->flags(cells->index(0, 1)) & Qt::ItemIsEditable) != 0;
-                top->close();
-            }
+        look_at_modal("frmData", [&](QWidget* editor) {
+            title = from_qt(editor->windowTitle());
+            const auto* cells = editor->findChild<QTableView*>(QStringLiteral("Spread"))->model();
+            editable = (cells->flags(cells->index(0, 1)) & Qt::ItemIsEditable) != 0;
         });
         window->findChild<QPushButton*>(QStringLiteral("Command2(3)"))->click();
     });

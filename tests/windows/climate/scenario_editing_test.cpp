@@ -1,6 +1,8 @@
 #include "tests/windows/climate/scenario_window_fixture.h"
 
+#include <QHeaderView>
 #include <QMenuBar>
+#include <QSignalSpy>
 
 namespace nivora {
 namespace {
@@ -355,6 +357,21 @@ TEST_F(ScenarioLeavingTest, TheVariablesAreShownReadOnly) {
     EXPECT_EQ(session_.prep.query.period->start, SixDays::first_day());
     EXPECT_EQ(session_.prep.query.period->end, SixDays::first_day() + SixDays::k_days - 1);
     EXPECT_EQ(session_.prep.Data_Columns, 17);
+}
+
+TEST_F(ScenarioGridTest, BlankRowsFollowThatAreSeenOnceTheLastOnesAreFilled) {
+    ASSERT_EQ(grid()->verticalHeader()->count(), 40);
+    const QSignalSpy resets(grid()->model(), &QAbstractItemModel::modelReset);
+    set(35, k_factor, "1.5");
+    // 35 rows and ten blank ones.
+    EXPECT_EQ(grid()->model()->rowCount(), 45);
+    EXPECT_EQ(grid()->verticalHeader()->count(), 45);
+    EXPECT_EQ(grid()->currentIndex(), grid()->model()->index(34, k_zones - 1));
+    EXPECT_TRUE(resets.isEmpty());
+    key(Qt::Key_Escape);  // the editor of the next cell
+    set(45, k_factor, "2");
+    EXPECT_EQ(cell(45, k_factor), "2");
+    EXPECT_EQ(grid()->verticalHeader()->count(), 55);
 }
 
 }  // namespace

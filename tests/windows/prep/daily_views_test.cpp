@@ -1,5 +1,7 @@
 #include "tests/windows/prep/daily_window_fixture.h"
 
+#include <QScrollBar>
+#include <QSignalSpy>
 #include <QStatusBar>
 
 namespace nivora {
@@ -308,6 +310,48 @@ TEST_F(DailyViewsTest, ClosingIsRefusedWhileQuickHelpIsOn) {
     EXPECT_TRUE(window_->isVisible());
     quick_help_.set_on(false);
     EXPECT_TRUE(window_->close());
+}
+
+TEST_F(DailyViewsTest, AnotherZoneKeepsTheBlockAndTheScrollPosition) {
+    session_.basin.simulations.back().end = october(200);
+    select_simulation(session_.basin, session_.basin.simulations.size() - 1);
+    add_physical(1, 200);
+    open_prepared_variables();
+    select(61, 2, 63, 3);
+    grid()->verticalScrollBar()->setValue(50);
+    const QSignalSpy resets(grid()->model(), &QAbstractItemModel::modelReset);
+    zone()->setValue(2);
+    EXPECT_EQ(whole(61, 2), "261");  // 200 of the zone, 61 of the day
+    EXPECT_TRUE(resets.isEmpty());
+    const CellRange block = grid()->block();
+    EXPECT_EQ(block.first_row, 60);
+    EXPECT_EQ(block.last_row, 62);
+    EXPECT_EQ(block.first_column, 1);
+    EXPECT_EQ(block.last_column, 2);
+    EXPECT_EQ(grid()->currentIndex(), grid()->model()->index(60, 1));
+    EXPECT_EQ(grid()->verticalScrollBar()->value(), 50);
+}
+
+TEST_F(DailyViewsTest, AZoneWithFewerDaysLosesRowsAtTheEnd) {
+    add_physical(1, 4);
+    file_.open().execute("DELETE FROM PhysicalData WHERE Zone = 2 AND Date > " + std::to_string(october(2)));
+    session_.prep.Data_View = DataView::PhysicalData;
+    session_.prep.query = {.table = k_physical_data,
+                           .fields = daily_fields(DataView::PhysicalData),
+                           .period = Period{october(1), october(4)}};
+    open();
+    ASSERT_EQ(grid()->model()->rowCount(), 4);
+    go_to(4, 2);
+    const QSignalSpy removed(grid()->model(), &QAbstractItemModel::rowsRemoved);
+    zone()->setValue(2);
+    EXPECT_EQ(grid()->model()->rowCount(), 2);
+    EXPECT_EQ(grid()->currentIndex(), grid()->model()->index(1, 1));
+    zone()->setValue(1);
+    EXPECT_EQ(grid()->model()->rowCount(), 4);
+    EXPECT_EQ(grid()->verticalHeader()->count(), 4);
+    ASSERT_EQ(removed.size(), 1);
+    EXPECT_EQ(removed[0][1].toInt(), 2);
+    EXPECT_EQ(removed[0][2].toInt(), 3);
 }
 
 }  // namespace

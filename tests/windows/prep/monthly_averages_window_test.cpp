@@ -6,6 +6,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QMenuBar>
+#include <QSignalSpy>
 
 namespace nivora {
 namespace {
@@ -329,6 +330,22 @@ TEST_F(MonthlyAveragesWindowTest, HelpShowsItsTopic) {
     open();
     press(2);
     EXPECT_EQ(desktop_.topics.size(), 1U);
+}
+
+TEST_F(MonthlyAveragesWindowTest, AnotherZoneKeepsTheBlock) {
+    make_months();
+    open();
+    const auto* model = grid()->model();
+    grid()->setCurrentIndex(model->index(3, 1));
+    grid()->selectionModel()->select(QItemSelection(model->index(3, 1), model->index(5, 2)),
+                                     QItemSelectionModel::ClearAndSelect);
+    const QSignalSpy resets(model, &QAbstractItemModel::modelReset);
+    zone()->setValue(2);
+    EXPECT_TRUE(resets.isEmpty());
+    EXPECT_EQ(grid()->block().first_row, 3);
+    EXPECT_EQ(grid()->block().last_row, 5);
+    EXPECT_EQ(grid()->block().last_column, 2);
+    EXPECT_EQ(grid()->currentIndex(), model->index(3, 1));
 }
 
 }  // namespace

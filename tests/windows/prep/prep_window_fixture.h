@@ -26,9 +26,12 @@ namespace nivora {
 inline void PrintTo(Answer answer, std::ostream* out) { *out << answer_name(answer); }
 
 /// Keeps the calls upward.
-class KeptCalls : public Desktop {
-public:
-    void show_help_topic(int topic) override { topics.push_back(topic); }
+struct KeptCalls : Desktop {
+    KeptCalls() {
+        show_help_topic = [this](int topic) { topics.push_back(topic); };
+    }
+    KeptCalls(const KeptCalls&) = delete;
+    KeptCalls& operator=(const KeptCalls&) = delete;
 
     std::vector<int> topics;
 };

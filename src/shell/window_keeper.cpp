@@ -1,0 +1,112 @@
+#include "shell/window_keeper.h"
+
+#include "shell/frmAbout.h"
+#include "shell/frmNVRHelp.h"
+#include "shell/frmSplash.h"
+#include "windows/climate/frmCC.h"
+#include "windows/climate/frmCtrlClim.h"
+#include "windows/engine/Results.h"
+#include "windows/engine/frmTimeLagDist.h"
+#include "windows/prep/SimOptions.h"
+#include "windows/prep/frmData.h"
+#include "windows/prep/frmLongTermAvg.h"
+#include "windows/prep/frmPopulate.h"
+
+#include <QApplication>
+
+namespace nivora {
+namespace {
+
+void bring_to_front(QWidget& window) {
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
+}  // namespace
+
+WindowKeeper::WindowKeeper(const WindowContext& context) : context_(context) {}
+
+WindowKeeper::~WindowKeeper() = default;
+
+void WindowKeeper::show_results() {
+    if (!results_) results_ = std::make_unique<Results>(context_, nullptr);
+    results_->fill();
+    bring_to_front(*results_);
+}
+
+void WindowKeeper::refresh_results() {
+    if (results_) results_->refresh_status();
+}
+
+void WindowKeeper::close_results() {
+    if (results_) results_->close();
+}
+
+/// The help stays beside the window that asked for it: a modal window shuts out all others but those that it
+/// called.
+void WindowKeeper::show_help_topic(int topic) {
+    if (!help_) help_ = std::make_unique<frmNVRHelp>(context_, nullptr);
+    help_->show_topic(topic);
+    QWidget* caller = QApplication::activeModalWidget();
+    if (help_->caller() != caller) {
+        help_->hide();
+        help_->set_caller(caller);
+    }
+    bring_to_front(*help_);
+}
+
+void WindowKeeper::show_climate_run() {
+    climate_run_ = std::make_unique<frmCtrlClim>(context_, nullptr);
+    QObject::connect(climate_run_.get(), &frmCtrlClim::left, climate_run_.get(), [this] { close_results(); });
+    if (climate_run_->open()) climate_run_->show();
+}
+
+bool WindowKeeper::may_leave_climate_run() {
+    const bool goes_on = climate_run_ && climate_run_->isVisible() && climate_run_->goes_on();
+    return !goes_on || climate_run_->close();
+}
+
+void WindowKeeper::close_all() {
+    if (climate_run_ && climate_run_->isVisible()) climate_run_->close();
+    close_results();
+    if (help_) help_->close();
+}
+
+WindowKeeper::DefinitionEnd WindowKeeper::define_simulation() {
+    SimOptions window(context_, nullptr);
+    if (!window.open()) return DefinitionEnd::NotOpened;
+    window.show_modal();
+    return window.accepted() ? DefinitionEnd::Accepted : DefinitionEnd::Cancelled;
+}
+
+bool WindowKeeper::edit_daily_data() {
+    frmData window(context_, nullptr);
+    if (!window.open()) return false;
+    window.show_modal();
+    return true;
+}
+
+bool WindowKeeper::edit_monthly_averages() {
+    frmLongTermAvg window(context_, nullptr);
+    if (!window.open()) return false;
+    window.show_modal();
+    return true;
+}
+
+void WindowKeeper::edit_scenarios() {
+    frmCC window(context_, nullptr);
+    if (window.open()) window.show_modal();
+}
+
+void WindowKeeper::edit_time_lag() { frmTimeLagDist(context_, nullptr).show_modal(); }
+
+void WindowKeeper::ask_for_period() { frmPopulate(context_, nullptr).show_modal(); }
+
+void WindowKeeper::show_welcome(QWidget& main_window) {
+    frmSplash(context_.session, false, &main_window).exec();
+}
+
+void WindowKeeper::show_about(QWidget& main_window) { frmAbout(&main_window).exec(); }
+
+}  // namespace nivora

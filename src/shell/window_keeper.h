@@ -1,0 +1,64 @@
+// All windows that the main window opens.
+#pragma once
+
+#include "widgets/nivora_window.h"
+
+#include <memory>
+
+namespace nivora {
+
+class Results;
+class frmCtrlClim;
+class frmNVRHelp;
+
+/// Owns the windows beside the main window: opens, refreshes and closes them. A window that stays open is a
+/// member here and closes in `close_all`; a modal one lives as long as the call that opens it.
+class WindowKeeper {
+public:
+    explicit WindowKeeper(const WindowContext& context);
+    ~WindowKeeper();
+    WindowKeeper(const WindowKeeper&) = delete;
+    WindowKeeper& operator=(const WindowKeeper&) = delete;
+
+    // Windows that stay open beside the main window
+
+    /// Shows the statistics of the last run.
+    void show_results();
+    /// Statistics that still show say so where they are out of date.
+    void refresh_results();
+    void close_results();
+
+    void show_help_topic(int topic);
+
+    /// Opens a new evaluation of a changed climate.
+    void show_climate_run();
+    /// Closes an evaluation that is not complete. @return false where its user wants to go on with it
+    [[nodiscard]] bool may_leave_climate_run();
+
+    /// Closes all windows that are open, when the program ends.
+    void close_all();
+
+    // Modal windows: each call returns once its window is closed.
+
+    enum class DefinitionEnd { NotOpened, Cancelled, Accepted };
+    /// The window of the definition that the session has prepared.
+    [[nodiscard]] DefinitionEnd define_simulation();
+    /// The daily editor on what the session has prepared. @return false where it could not open
+    [[nodiscard]] bool edit_daily_data();
+    /// @return false where the window could not open
+    [[nodiscard]] bool edit_monthly_averages();
+    void edit_scenarios();
+    void edit_time_lag();
+    /// Asks for the period of a new record.
+    void ask_for_period();
+    void show_welcome(QWidget& main_window);
+    void show_about(QWidget& main_window);
+
+private:
+    WindowContext context_;
+    std::unique_ptr<Results> results_;
+    std::unique_ptr<frmCtrlClim> climate_run_;
+    std::unique_ptr<frmNVRHelp> help_;
+};
+
+}  // namespace nivora

@@ -1,0 +1,46 @@
+#include "base/row_difference.h"
+
+#include <gtest/gtest.h>
+
+namespace nivora {
+namespace {
+
+using Rows = std::vector<std::string>;
+
+TEST(RowDifference, EqualListsGainAndLoseNothing) {
+    EXPECT_EQ(row_difference({}, {}), RowDifference{});
+    EXPECT_EQ(row_difference({"a", "b"}, {"a", "b"}), (RowDifference{.first = 2}));
+}
+
+TEST(RowDifference, ARowIsInsertedInFrontBetweenOrBehind) {
+    EXPECT_EQ(row_difference({"b", "c"}, {"a", "b", "c"}), (RowDifference{.first = 0, .inserted = 1}));
+    EXPECT_EQ(row_difference({"a", "c"}, {"a", "b", "c"}), (RowDifference{.first = 1, .inserted = 1}));
+    EXPECT_EQ(row_difference({"a", "b"}, {"a", "b", "c"}), (RowDifference{.first = 2, .inserted = 1}));
+}
+
+TEST(RowDifference, ARowIsRemovedInFrontBetweenOrBehind) {
+    EXPECT_EQ(row_difference({"a", "b", "c"}, {"b", "c"}), (RowDifference{.first = 0, .removed = 1}));
+    EXPECT_EQ(row_difference({"a", "b", "c"}, {"a", "c"}), (RowDifference{.first = 1, .removed = 1}));
+    EXPECT_EQ(row_difference({"a", "b", "c"}, {"a", "b"}), (RowDifference{.first = 2, .removed = 1}));
+}
+
+TEST(RowDifference, ARowWithAnotherNameIsRemovedAndInserted) {
+    EXPECT_EQ(row_difference({"a", "b", "c"}, {"a", "x", "c"}),
+              (RowDifference{.first = 1, .removed = 1, .inserted = 1}));
+}
+
+TEST(RowDifference, RowsOfOneNameAreCountedOnce) {
+    // One of three equal rows goes: two of them are the first rows, and none is left to be a last one.
+    EXPECT_EQ(row_difference({"a", "a", "a"}, {"a", "a"}), (RowDifference{.first = 2, .removed = 1}));
+    EXPECT_EQ(row_difference({"a", "a"}, {"a", "a", "a"}), (RowDifference{.first = 2, .inserted = 1}));
+}
+
+TEST(RowDifference, ListsWithoutACommonRowChangeEntirely) {
+    EXPECT_EQ(row_difference({"a", "b"}, {"x", "y", "z"}),
+              (RowDifference{.first = 0, .removed = 2, .inserted = 3}));
+    EXPECT_EQ(row_difference({}, {"x"}), (RowDifference{.first = 0, .inserted = 1}));
+    EXPECT_EQ(row_difference({"x"}, {}), (RowDifference{.first = 0, .removed = 1}));
+}
+
+}  // namespace
+}  // namespace nivora
