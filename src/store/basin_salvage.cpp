@@ -263,7 +263,7 @@ private:
     }
 
     void rename(SalvagedTable& table, const std::string& name) {
-        made_.execute(fmt::format("ALTER TABLE {} RENAME TO {}", quoted_name(table.name), quoted_name(name)));
+        made_.rename_table(table.name, name);
         if (has_daily_index(table.name)) {  // which keeps the old name
             made_.execute("DROP INDEX " + quoted_name(table.name + ".key"));
             made_.create_daily_index(name);

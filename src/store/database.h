@@ -67,6 +67,8 @@ public:
 
     void create_table(const TableSchema& table);
     void drop_table(std::string_view table);
+    /// Gives a table another name; its indexes keep theirs.
+    void rename_table(std::string_view table, std::string_view name);
     /// Creates the index of a daily table, so that a year of a long record is read as fast as a short record.
     void create_daily_index(std::string_view table);
     void execute(const std::string& statement);
