@@ -3,6 +3,8 @@
 #include "base/text.h"
 #include "batch/commands.h"
 #include "prep/legacy_import.h"
+#include "prep/simulation_grid.h"
+#include "session/main_window_rules.h"
 #include "store/basin_copy.h"
 #include "store/basin_opening.h"
 #include "store/scenario_placeholder.h"
@@ -20,28 +22,6 @@ namespace fs = std::filesystem;
 
 constexpr std::uintmax_t k_largest_file = 64U << 20U;
 constexpr const char* k_title = "Import failed";
-
-/// Whether a simulation may have these options; shows the first that is not allowed.
-bool options_acceptable(const ImportCommand& command, BatchDialogs& dialogs) {
-    if (command.max_min && command.by_zone.temperature) {
-        dialogs.message({.text = "Max/min temperatures cannot currently be entered for each zone",
-                         .title = "Max/min temperature problem"});
-        return false;
-    }
-    if (command.latitude && !(*command.latitude >= -90.0 && *command.latitude <= 90.0)) {
-        dialogs.stop("Latitude must be between 90° North and 90° South (-90°)", "Latitude out of range");
-        return false;
-    }
-    if (command.initial_runoff && *command.initial_runoff < 0.0) {
-        dialogs.stop(
-            fmt::format("The initial runoff is {}. A runoff cannot be below 0: give the discharge of the day "
-                        "before the simulation starts.",
-                        double_text(*command.initial_runoff)),
-            "Invalid initial runoff");
-        return false;
-    }
-    return true;
-}
 
 std::optional<Distribution> distribution(bool by_zone) {
     return by_zone ? Distribution::ByZone : Distribution::Basinwide;
@@ -65,6 +45,27 @@ void apply_options(const ImportCommand& command, Simulation& simulation) {
     // The parameter table holds x and y; the index does not keep the two cells.
     simulation.initial_x.reset();
     simulation.initial_y.reset();
+}
+
+/// Whether a simulation may have these options; shows the first that is not allowed.
+bool options_acceptable(const ImportCommand& command, BatchDialogs& dialogs) {
+    Simulation wanted;
+    apply_options(command, wanted);
+    std::optional<Message> problem = max_min_problem(wanted);
+    if (!problem && command.latitude) problem = latitude_problem(*command.latitude);
+    if (problem) {
+        dialogs.message(*problem);
+        return false;
+    }
+    if (command.initial_runoff && *command.initial_runoff < 0.0) {
+        dialogs.stop(
+            fmt::format("The initial runoff is {}. A runoff cannot be below 0: give the discharge of the day "
+                        "before the simulation starts.",
+                        double_text(*command.initial_runoff)),
+            "Invalid initial runoff");
+        return false;
+    }
+    return true;
 }
 
 /// Puts a simulation into the index: in the place of one of the same name, or after the others.

@@ -48,6 +48,12 @@ std::optional<Limits> limits_of(BasinBox box, Units basin_units) {
     }
 }
 
+std::optional<Message> limits_problem(const Limits& limits, double value) {
+    if (value >= static_cast<double>(limits.low) && value <= static_cast<double>(limits.high))
+        return std::nullopt;
+    return Message{.text = limits.text, .title = limits.title, .icon = Icon::Stop};
+}
+
 bool is_angle(BasinBox box) { return box == BasinBox::Latitude || box == BasinBox::Longitude; }
 
 /// A header's unit is as wide in both systems.
@@ -126,6 +132,10 @@ ChangedBox changed_box(BasinBox box, const std::string& text) {
     return changed;
 }
 
+std::optional<Message> latitude_problem(double latitude) {
+    return limits_problem(limits_of(BasinBox::Latitude, Units::NotFixed).value(), latitude);
+}
+
 std::optional<Message> left_box_problem(BasinBox box, const std::string& text, Units basin_units) {
     if (box == BasinBox::Name) {
         if (!text.empty()) return std::nullopt;
@@ -133,9 +143,7 @@ std::optional<Message> left_box_problem(BasinBox box, const std::string& text, U
     }
     const auto limits = limits_of(box, basin_units);
     if (!limits || trimmed(text).empty()) return std::nullopt;
-    const auto value = static_cast<float>(leading_number(text));
-    if (value >= limits->low && value <= limits->high) return std::nullopt;
-    return Message{.text = limits->text, .title = limits->title, .icon = Icon::Stop};
+    return limits_problem(*limits, static_cast<double>(static_cast<float>(leading_number(text))));
 }
 
 bool is_checked_number(BasinBox box) { return limits_of(box, Units::Metric).has_value(); }
