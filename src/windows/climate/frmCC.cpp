@@ -379,7 +379,6 @@ void frmCC::view_variables() {
     prep.query = {.table = basin.Current_Sim_Name,
                   .fields = daily_fields(DataView::Scenario),
                   .period = Period{*basin.Current_Start, *basin.Current_End}};
-    prep.Data_Columns = static_cast<int>(prep.query.fields.size());
     prep.window_title = "Climate Change Scenario " + from_qt(chooser_->currentText()) + " " +
                         long_date_text(*basin.Current_Start) + " to " + long_date_text(*basin.Current_End);
     prep.caption_prefix = "Variables and parameters of simulation ";
