@@ -9,6 +9,7 @@
 #include "store/basin_opening.h"
 #include "store/scenario_placeholder.h"
 #include "store/table_io.h"
+#include "store/transactions.h"
 
 #include <fmt/format.h>
 
@@ -93,20 +94,17 @@ void store_latitude(BasinDatabase& database, double latitude) {
 /// The new simulation, or nothing if the import was refused and the basin is unchanged.
 std::optional<Simulation> import_into(BasinDatabase& database, const LegacyFile& file,
                                       const ImportCommand& command, BatchDialogs& dialogs) {
-    std::optional<Simulation> imported;
     const std::string offered = offered_simulation_name(path_text(command.file.filename()));
     if (command.name) dialogs.prepare_input(*command.name);
-    database.in_transaction([&] {
-        auto record = import_legacy(database, file, offered, dialogs);
-        if (!record) return false;
-        apply_options(command, record->definition);
-        store_simulation(database, record->definition);
-        ensure_scenario_placeholder(database, record->definition.name);
-        if (command.latitude) store_latitude(database, *command.latitude);
-        imported = record->definition;
-        return true;
-    });
-    return imported;
+    HeldTransaction transaction{database};
+    auto record = import_legacy(database, file, offered, dialogs);
+    if (!record) return std::nullopt;
+    apply_options(command, record->definition);
+    store_simulation(database, record->definition);
+    ensure_scenario_placeholder(database, record->definition.name);
+    if (command.latitude) store_latitude(database, *command.latitude);
+    transaction.commit();
+    return record->definition;
 }
 
 /// The same into a new basin, which gets its name once it is complete.

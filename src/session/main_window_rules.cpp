@@ -6,6 +6,7 @@
 #include "store/basin_marks.h"
 #include "store/monthly_table.h"
 #include "store/table_io.h"
+#include "store/transactions.h"
 
 #include <fmt/format.h>
 
@@ -214,10 +215,9 @@ void fix_units(Session& session, Units units) {
     BasinDatabase database{session.basin.Work_File, Access::ReadWrite};
     BasinDescription header = read_basin_description(database);
     header.units = units;
-    database.in_transaction([&] {
-        write_basin_description(database, header);
-        return true;
-    });
+    HeldTransaction transaction{database};
+    write_basin_description(database, header);
+    transaction.commit();
     session.basin.basin_units = units;
     session.basin.Units_Code = units;
     units_were_fixed(session);
@@ -230,15 +230,14 @@ void fix_zones(Session& session, int zones) {
     BasinDatabase database{session.basin.Work_File, Access::ReadWrite};
     BasinDescription header = read_basin_description(database);
     header.zones = static_cast<std::int16_t>(zones);
-    database.in_transaction([&] {
-        write_basin_description(database, header);
-        clear_table(database, k_zone_description);
-        add_rows<Zone>(database, template_table(k_zone_description), rows);
-        if (!database.has_table(k_basin_averages)) database.create_table(basin_averages_table());
-        clear_table(database, k_basin_averages);
-        add_rows<MonthlyRow>(database, basin_averages_table(), months);
-        return true;
-    });
+    HeldTransaction transaction{database};
+    write_basin_description(database, header);
+    clear_table(database, k_zone_description);
+    add_rows<Zone>(database, template_table(k_zone_description), rows);
+    if (!database.has_table(k_basin_averages)) database.create_table(basin_averages_table());
+    clear_table(database, k_basin_averages);
+    add_rows<MonthlyRow>(database, basin_averages_table(), months);
+    transaction.commit();
     session.basin.ZoneCount = zones;
     session.basin.zones_text = std::to_string(zones);
     session.basin.zones = rows;

@@ -7,6 +7,7 @@
 #include "store/raw_pages.h"
 #include "store/row_copy.h"
 #include "store/table_io.h"
+#include "store/transactions.h"
 
 #include <SQLiteCpp/Statement.h>
 #include <SQLiteCpp/Transaction.h>
@@ -305,7 +306,8 @@ std::vector<SalvagedTable> salvage_into(const fs::path& copy, const fs::path& pa
     BasinDatabase made{part, Access::ReadWrite};
     made.execute("PRAGMA synchronous = OFF");  // the file is flushed before it is renamed
     std::vector<SalvagedTable> all;
-    made.in_transaction([&] {
+    HeldTransaction transaction{made};
+    guarded([&] {
         made.execute("DELETE FROM BasinDescription");
         for (const StoredTable& table : damaged.tables()) {
             const bool twice = std::any_of(all.begin(), all.end(), [&](const SalvagedTable& salvaged) {
@@ -319,8 +321,8 @@ std::vector<SalvagedTable> salvage_into(const fs::path& copy, const fs::path& pa
         }
         complete(made, all);
         NameRestorer{made, all}.restore();
-        return true;
     });
+    transaction.commit();
     return all;
 }
 

@@ -288,13 +288,4 @@ void BasinDatabase::execute(const std::string& statement) {
     guarded([&] { sql_.exec(statement); });
 }
 
-bool BasinDatabase::in_transaction(const std::function<bool()>& work) {
-    return guarded([&] {
-        SQLite::Transaction transaction{sql_, SQLite::TransactionBehavior::IMMEDIATE};
-        if (!work()) return false;
-        transaction.commit();
-        return true;
-    });
-}
-
 }  // namespace nivora

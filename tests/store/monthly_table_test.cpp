@@ -1,6 +1,7 @@
 #include "store/monthly_table.h"
 
 #include "store/table_io.h"
+#include "store/transactions.h"
 #include "tests/support/basin_file.h"
 
 #include <gmock/gmock.h>
@@ -153,15 +154,14 @@ TEST_F(MonthlyTable, ThatBeginsWithTheZoneInAnotherCaseIsKept) {
 TEST_F(MonthlyTable, CanBeBroughtUpToDateWithinATransaction) {
     state_zones(1);
     BasinDatabase database = file_.open();
-    EXPECT_FALSE(database.in_transaction([&] {
+    {
+        const HeldTransaction rolled_back{database};
         Ensure_Monthly_Table(database);
-        return false;
-    }));
+    }
     EXPECT_FALSE(database.has_table(k_basin_averages));
-    EXPECT_TRUE(database.in_transaction([&] {
-        Ensure_Monthly_Table(database);
-        return true;
-    }));
+    HeldTransaction transaction{database};
+    Ensure_Monthly_Table(database);
+    transaction.commit();
     EXPECT_EQ(rows().size(), 12U);
 }
 
