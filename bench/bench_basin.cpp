@@ -5,6 +5,7 @@
 #include "engine/snow_melt.h"
 #include "engine/zone_inputs.h"
 #include "store/table_io.h"
+#include "store/transactions.h"
 
 #include <algorithm>
 #include <cmath>
@@ -173,7 +174,7 @@ void write_bench_basin(const std::filesystem::path& path, int zones, int years) 
     header.units = Units::Metric;
     header.reference_elevation = 1800.0;
     header.latitude = 46.0;
-    database.in_transaction([&] {
+    atomically_if(database, [&] {
         write_basin_description(database, header);
         add_rows<Zone>(database, template_table(k_zone_description), zone_list);
         add_rows<Simulation>(database, template_table(k_simulation_index), std::span{&definition, 1});

@@ -4,6 +4,7 @@
 #include "bench/bench_basin.h"
 #include "bench/bench_program.h"
 #include "store/table_io.h"
+#include "store/transactions.h"
 
 #include <benchmark/benchmark.h>
 
@@ -37,7 +38,7 @@ public:
                                      .winter_end_date = static_cast<double>(first + k_days / 2),
                                      .creation_date = std::nullopt,
                                      .comments = std::nullopt};
-        database.in_transaction([&] {
+        atomically_if(database, [&] {
             add_rows<ScenarioIndexRow>(database, template_table(k_scenario_index), std::span{&index, 1});
             database.create_table(scenario_table(k_scenario));
             add_rows<ScenarioRow>(database, scenario_table(k_scenario),

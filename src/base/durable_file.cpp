@@ -117,8 +117,6 @@ void flush_folder_of(const fs::path& path) {
 
 }  // namespace
 
-void flush_to_disk(const fs::path& path) { flush_for(path, path); }
-
 std::string path_text(const fs::path& path) {
     const std::u8string text = path.u8string();
     return {reinterpret_cast<const char*>(text.data()), text.size()};

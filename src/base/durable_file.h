@@ -15,10 +15,6 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Flushes a file's content, or a folder's entries, to the disk.
-/// @throws FileError
-void flush_to_disk(const std::filesystem::path& path);
-
 /// A path as UTF-8 text for a message.
 [[nodiscard]] std::string path_text(const std::filesystem::path& path);
 /// The path that a UTF-8 text names.

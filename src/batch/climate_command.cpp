@@ -7,6 +7,7 @@
 #include "batch/output_guard.h"
 #include "batch/selected_simulation.h"
 #include "climate/climate_run.h"
+#include "engine/results_summary.h"
 #include "store/basin_opening.h"
 
 #include <fmt/format.h>
@@ -46,13 +47,18 @@ bool run_steps(Session& session, const ClimateCommand& command, BatchDialogs& di
     return run_climate_steps(basin.database(), context, scenario->scenario, command.last_step);
 }
 
+/// The statistics of a step in the order of their labels; nothing for what the step does not have.
+std::array<std::optional<float>, 6> step_values(const StepStatistics& step) {
+    return {step.measured_volume,  step.average_measured,  step.computed_volume,
+            step.average_computed, step.volume_difference, step.r2};
+}
+
 Json step_json(const StepStatistics& statistics) {
-    Json json{{"MeasuredVolume", statistics.measured_volume},
-              {"AvgMeasuredQ", statistics.average_measured},
-              {"ComputedVolume", statistics.computed_volume},
-              {"AvgComputedQ", statistics.average_computed}};
-    if (statistics.volume_difference) json["VolumeDifference"] = *statistics.volume_difference;
-    if (statistics.r2) json["CoefficientR2"] = *statistics.r2;
+    const auto values = step_values(statistics);
+    Json json = Json::object();
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (values.at(i)) json[k_statistics_keys.at(i)] = *values.at(i);
+    }
     return json;
 }
 
@@ -84,23 +90,11 @@ void print_climate(const Session& session, std::ostream& out) {
     const ClimateState& climate = session.climate;
     const std::string letter = unit_words(session.basin.Units_Code).length_letter;
     const std::string volume = " (10^6 " + letter + "³)";
-    const std::string flow = " (" + letter + "³/s)";
     out << "Climate Change Statistics\n";
     out << "Basin Name:  " << session.basin.basin_name << '\n';
     out << "Simulation:  " << session.basin.Current_Sim_Name << '\n';
     out << "Scenario:    " << climate.scenario << "\n\n";
-    using Member = std::optional<float> (*)(const StepStatistics&);
-    const std::array<std::pair<std::string, Member>, 6> lines{
-        {{"Measured Runoff Volume" + volume,
-          [](const StepStatistics& s) { return std::optional{s.measured_volume}; }},
-         {"Average Measured Runoff" + flow,
-          [](const StepStatistics& s) { return std::optional{s.average_measured}; }},
-         {"Computed Runoff Volume" + volume,
-          [](const StepStatistics& s) { return std::optional{s.computed_volume}; }},
-         {"Average Computed Runoff" + flow,
-          [](const StepStatistics& s) { return std::optional{s.average_computed}; }},
-         {"Volume Difference (%)", [](const StepStatistics& s) { return s.volume_difference; }},
-         {"Coefficient of Determination (R²)", [](const StepStatistics& s) { return s.r2; }}}};
+    const auto labels = statistics_names(session.basin.Units_Code);
     constexpr std::size_t k_label = 38;
     constexpr int k_cell = 14;
     const auto padded = [](const std::string& label) {
@@ -110,11 +104,12 @@ void print_climate(const Session& session, std::ostream& out) {
     out << padded("Statistics");
     for (const int step : {1, 2, 3, 6}) out << fmt::format("{:>{}}", "Step " + std::to_string(step), k_cell);
     out << '\n';
-    for (const auto& [label, member] : lines) {
-        out << padded(label);
+    for (std::size_t line = 0; line < labels.size(); ++line) {
+        out << padded(labels.at(line));
         for (const std::size_t step : {1U, 2U, 3U, 6U}) {
             const auto& statistics = climate.statistics.at(step);
-            out << fmt::format("{:>{}}", statistics ? figure(member(*statistics)) : std::string{}, k_cell);
+            out << fmt::format(
+                "{:>{}}", statistics ? figure(step_values(*statistics).at(line)) : std::string{}, k_cell);
         }
         out << '\n';
     }

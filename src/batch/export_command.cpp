@@ -25,54 +25,52 @@ std::string csv_text(const std::string& text) {
     return quoted + "\"";
 }
 
-std::string csv_value(SQLite::Statement& row, int position, FieldType type) {
-    if (is_null(row, position)) return {};
+std::string csv_value(TableReader& row, int position, FieldType type) {
+    if (row.is_null(position)) return {};
     switch (type) {
         case FieldType::Integer:
         case FieldType::Long: {
             std::int32_t value = 0;
-            read_value(row, position, value);
+            row.read(position, value);
             return std::to_string(value);
         }
         case FieldType::Single: {
             float value = 0.0F;
-            read_value(row, position, value);
+            row.read(position, value);
             return shortest_text(value);
         }
         case FieldType::Double: {
             double value = 0.0;
-            read_value(row, position, value);
+            row.read(position, value);
             return shortest_text(value);
         }
         case FieldType::Date: {
             double date = 0.0;
-            read_value(row, position, date);
+            row.read(position, date);
             return iso_moment_text(date);
         }
         case FieldType::Text: break;
     }
     std::string text;
-    read_value(row, position, text);
+    row.read(position, text);
     return csv_text(text);
 }
 
 /// Writes a table row by row, so that its size does not matter.
 void write_csv(BasinDatabase& database, const std::string& table, OutputFile& file) {
     const auto fields = database.table_fields(table);
-    guarded([&] {
-        std::string line;
-        for (const Field& field : fields) line += (line.empty() ? "" : ",") + csv_text(field.name);
-        file.write(line += '\n');
-        SQLite::Statement query{database.sql(), "SELECT * FROM " + quoted_name(table) + " ORDER BY rowid"};
-        while (query.executeStep()) {
-            line.clear();
-            for (std::size_t i = 0; i < fields.size(); ++i) {
-                if (i > 0) line += ',';
-                line += csv_value(query, static_cast<int>(i), fields[i].type);
-            }
-            file.write(line += '\n');
+    std::string line;
+    for (const Field& field : fields) line += (line.empty() ? "" : ",") + csv_text(field.name);
+    file.write(line += '\n');
+    TableReader reader{database, {table, fields}};
+    while (reader.next()) {
+        line.clear();
+        for (std::size_t i = 0; i < fields.size(); ++i) {
+            if (i > 0) line += ',';
+            line += csv_value(reader, static_cast<int>(i), fields[i].type);
         }
-    });
+        file.write(line += '\n');
+    }
 }
 
 }  // namespace

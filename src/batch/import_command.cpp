@@ -3,10 +3,13 @@
 #include "base/text.h"
 #include "batch/commands.h"
 #include "prep/legacy_import.h"
+#include "prep/simulation_grid.h"
+#include "session/main_window_rules.h"
 #include "store/basin_copy.h"
 #include "store/basin_opening.h"
 #include "store/scenario_placeholder.h"
 #include "store/table_io.h"
+#include "store/transactions.h"
 
 #include <fmt/format.h>
 
@@ -20,28 +23,6 @@ namespace fs = std::filesystem;
 
 constexpr std::uintmax_t k_largest_file = 64U << 20U;
 constexpr const char* k_title = "Import failed";
-
-/// Whether a simulation may have these options; shows the first that is not allowed.
-bool options_acceptable(const ImportCommand& command, BatchDialogs& dialogs) {
-    if (command.max_min && command.by_zone.temperature) {
-        dialogs.message({.text = "Max/min temperatures cannot currently be entered for each zone",
-                         .title = "Max/min temperature problem"});
-        return false;
-    }
-    if (command.latitude && !(*command.latitude >= -90.0 && *command.latitude <= 90.0)) {
-        dialogs.stop("Latitude must be between 90° North and 90° South (-90°)", "Latitude out of range");
-        return false;
-    }
-    if (command.initial_runoff && *command.initial_runoff < 0.0) {
-        dialogs.stop(
-            fmt::format("The initial runoff is {}. A runoff cannot be below 0: give the discharge of the day "
-                        "before the simulation starts.",
-                        double_text(*command.initial_runoff)),
-            "Invalid initial runoff");
-        return false;
-    }
-    return true;
-}
 
 std::optional<Distribution> distribution(bool by_zone) {
     return by_zone ? Distribution::ByZone : Distribution::Basinwide;
@@ -65,6 +46,27 @@ void apply_options(const ImportCommand& command, Simulation& simulation) {
     // The parameter table holds x and y; the index does not keep the two cells.
     simulation.initial_x.reset();
     simulation.initial_y.reset();
+}
+
+/// Whether a simulation may have these options; shows the first that is not allowed.
+bool options_acceptable(const ImportCommand& command, BatchDialogs& dialogs) {
+    Simulation wanted;
+    apply_options(command, wanted);
+    std::optional<Message> problem = max_min_problem(wanted);
+    if (!problem && command.latitude) problem = latitude_problem(*command.latitude);
+    if (problem) {
+        dialogs.message(*problem);
+        return false;
+    }
+    if (command.initial_runoff && *command.initial_runoff < 0.0) {
+        dialogs.stop(
+            fmt::format("The initial runoff is {}. A runoff cannot be below 0: give the discharge of the day "
+                        "before the simulation starts.",
+                        double_text(*command.initial_runoff)),
+            "Invalid initial runoff");
+        return false;
+    }
+    return true;
 }
 
 /// Puts a simulation into the index: in the place of one of the same name, or after the others.
@@ -92,20 +94,17 @@ void store_latitude(BasinDatabase& database, double latitude) {
 /// The new simulation, or nothing if the import was refused and the basin is unchanged.
 std::optional<Simulation> import_into(BasinDatabase& database, const LegacyFile& file,
                                       const ImportCommand& command, BatchDialogs& dialogs) {
-    std::optional<Simulation> imported;
     const std::string offered = offered_simulation_name(path_text(command.file.filename()));
     if (command.name) dialogs.prepare_input(*command.name);
-    database.in_transaction([&] {
-        auto record = import_legacy(database, file, offered, dialogs);
-        if (!record) return false;
-        apply_options(command, record->definition);
-        store_simulation(database, record->definition);
-        ensure_scenario_placeholder(database, record->definition.name);
-        if (command.latitude) store_latitude(database, *command.latitude);
-        imported = record->definition;
-        return true;
-    });
-    return imported;
+    HeldTransaction transaction{database};
+    auto record = import_legacy(database, file, offered, dialogs);
+    if (!record) return std::nullopt;
+    apply_options(command, record->definition);
+    store_simulation(database, record->definition);
+    ensure_scenario_placeholder(database, record->definition.name);
+    if (command.latitude) store_latitude(database, *command.latitude);
+    transaction.commit();
+    return record->definition;
 }
 
 /// The same into a new basin, which gets its name once it is complete.

@@ -7,6 +7,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -17,6 +18,10 @@ namespace nivora {
 /// JSON whose numbers are Singles, printed with the fewest digits that read back to the same bits.
 using Json = nlohmann::basic_json<nlohmann::ordered_map, std::vector, std::string, bool, std::int64_t,
                                   std::uint64_t, float>;
+
+/// The keys of the six statistics, in the order of their labels.
+inline constexpr std::array<const char*, 6> k_statistics_keys{
+    "MeasuredVolume", "AvgMeasuredQ", "ComputedVolume", "AvgComputedQ", "VolumeDifference", "CoefficientR2"};
 
 /// The messages of a run, each with `title`, `text` and `answer`.
 [[nodiscard]] inline Json messages_json(const std::vector<ReportedMessage>& messages) {

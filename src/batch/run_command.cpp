@@ -43,19 +43,14 @@ bool choose_kind(Session& session, const RunCommand& command, BatchDialogs& dial
 Json statistics_json(const RunState& run, Units units, const RunOutcome& outcome,
                      const BatchDialogs& dialogs) {
     const auto values = statistics_values(run);
-    const auto value = [&](std::size_t index) {
-        return values.at(index) ? Json(*values.at(index)) : Json(nullptr);
-    };
-    return {{"MeasuredVolume", value(0)},
-            {"AvgMeasuredQ", value(1)},
-            {"ComputedVolume", value(2)},
-            {"AvgComputedQ", value(3)},
-            {"VolumeDifference", value(4)},
-            {"CoefficientR2", value(5)},
-            {"FinalQ", outcome.completed ? Json(run.FinalQ[0]) : Json(nullptr)},
-            {"RunTitle", run.RunTitle},
-            {"notes", notes_json(run.notes, units)},
-            {"messages", messages_json(dialogs.messages())}};
+    Json json = Json::object();
+    for (std::size_t i = 0; i < values.size(); ++i)
+        json[k_statistics_keys.at(i)] = values.at(i) ? Json(*values.at(i)) : Json(nullptr);
+    json["FinalQ"] = outcome.completed ? Json(run.FinalQ[0]) : Json(nullptr);
+    json["RunTitle"] = run.RunTitle;
+    json["notes"] = notes_json(run.notes, units);
+    json["messages"] = messages_json(dialogs.messages());
+    return json;
 }
 
 void print_line(std::ostream& out, const std::string& label, std::optional<float> value) {

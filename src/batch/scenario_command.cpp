@@ -5,6 +5,7 @@
 #include "batch/selected_simulation.h"
 #include "climate/scenario_definitions.h"
 #include "store/basin_opening.h"
+#include "store/transactions.h"
 
 #include <fmt/format.h>
 
@@ -77,15 +78,13 @@ std::optional<Scenario> store_in(BasinDatabase& database, const BasinState& basi
     scenario.index.winter_end_date = winter_end;
     scenario.index.comments = k_new_scenario_comments;
     scenario.rows = *std::move(rows);
-    const bool stored = database.in_transaction([&] {
-        if (const auto problem = create_scenario(database, basin, scenario.index.scenario)) {
-            dialogs.message(*problem);
-            return false;
-        }
-        store_scenario(database, scenario);
-        return true;
-    });
-    if (!stored) return std::nullopt;
+    HeldTransaction transaction{database};
+    if (const auto problem = create_scenario(database, basin, scenario.index.scenario)) {
+        dialogs.message(*problem);
+        return std::nullopt;
+    }
+    store_scenario(database, scenario);
+    transaction.commit();
     return scenario;
 }
 

@@ -4,7 +4,6 @@
 #include "climate/scenario_codes.h"
 #include "store/table_io.h"
 
-#include <SQLiteCpp/Statement.h>
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -364,16 +363,14 @@ std::string missing_value_text(int number, const ScenarioRow& row) {
 /// @param row    its content
 int apply_rows(BasinDatabase& database, SimResults& results, const BasinState& basin,
                const std::string& scenario_name, Dialogs& dialogs, int& number, ScenarioRow& row) {
-    const TableSchema table = scenario_table(database.existing_table(scenario_name));
-    SQLite::Statement query{database.sql(), "SELECT " + field_list(table) + " FROM " +
-                                                quoted_name(table.name) + " ORDER BY rowid"};
-    while (query.executeStep()) {
+    TableReader reader{database, scenario_table(scenario_name)};
+    while (reader.next()) {
         row = {};
         ++number;
         int position = 0;
         ScenarioRow::visit(row, [&](auto& member) {
             // Values that an action does not need are not read.
-            if (position != k_factor_position || needs_factor(row)) read_value(query, position, member);
+            if (position != k_factor_position || needs_factor(row)) reader.read(position, member);
             ++position;
         });
         if (!apply_edit(database, results, edit_of(row, number, basin.ZoneCount), dialogs)) return 1;
@@ -393,8 +390,7 @@ int Apply_Scenario(BasinDatabase& database, SimResults& results, const BasinStat
     int number = 0;
     ScenarioRow row;
     try {
-        return guarded(
-            [&] { return apply_rows(database, results, basin, scenario_name, dialogs, number, row); });
+        return apply_rows(database, results, basin, scenario_name, dialogs, number, row);
     } catch (const Fault& fault) {
         if (fault.number() == k_fault_null) {
             dialogs.stop(fmt::format("The selected CC scenario, '{}', contains missing value(s).  Please "

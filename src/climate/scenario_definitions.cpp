@@ -5,7 +5,6 @@
 #include "store/table_io.h"
 #include "store/transactions.h"
 
-#include <SQLiteCpp/Statement.h>
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -19,27 +18,10 @@ constexpr std::string_view k_refused_characters = ".![]`";
 constexpr std::string_view k_store_prefix = "sqlite_";
 constexpr DayCount k_shortest_period = 2;  // days between the start and the end
 
-/// A row of the index and its rowid.
-struct StoredIndexRow {
-    std::int64_t rowid = 0;
-    ScenarioIndexRow row;
-};
+using StoredIndexRow = Stored<ScenarioIndexRow>;
 
 std::vector<StoredIndexRow> index_rows(BasinDatabase& database) {
-    return guarded([&] {
-        const TableSchema table = template_table(k_scenario_index);
-        SQLite::Statement query{database.sql(), "SELECT " + field_list(table) + ", rowid FROM " +
-                                                    quoted_name(database.existing_table(table.name)) +
-                                                    " ORDER BY rowid"};
-        std::vector<StoredIndexRow> rows;
-        while (query.executeStep()) {
-            StoredIndexRow& stored = rows.emplace_back();
-            int position = 0;
-            ScenarioIndexRow::visit(stored.row, [&](auto& member) { read_value(query, position++, member); });
-            stored.rowid = query.getColumn(position).getInt64();
-        }
-        return rows;
-    });
+    return read_stored_rows<ScenarioIndexRow>(database, template_table(k_scenario_index));
 }
 
 /// The rows of one simulation.
@@ -57,28 +39,12 @@ const StoredIndexRow* find_scenario(const std::vector<StoredIndexRow>& rows, std
     return found == rows.end() ? nullptr : &*found;
 }
 
-void delete_index_row(BasinDatabase& database, std::int64_t rowid) {
-    guarded([&] {
-        SQLite::Statement statement{
-            database.sql(), fmt::format("DELETE FROM {} WHERE rowid = ?", quoted_name(k_scenario_index))};
-        statement.bind(1, rowid);
-        statement.exec();
-    });
+void delete_index_row(BasinDatabase& database, const StoredIndexRow& stored) {
+    delete_row(database, k_scenario_index, stored.number);
 }
 
 void replace_index_row(BasinDatabase& database, const StoredIndexRow& stored) {
-    guarded([&] {
-        std::string fields;
-        for (const Field& field : template_table(k_scenario_index).fields)
-            fields += (fields.empty() ? "" : ", ") + quoted_name(field.name) + " = ?";
-        SQLite::Statement statement{database.sql(), fmt::format("UPDATE {} SET {} WHERE rowid = ?",
-                                                                quoted_name(k_scenario_index), fields)};
-        int position = 1;
-        ScenarioIndexRow::visit(stored.row,
-                                [&](const auto& member) { bind_value(statement, position++, member); });
-        statement.bind(position, stored.rowid);
-        statement.exec();
-    });
+    replace_row(database, template_table(k_scenario_index), stored);
 }
 
 /// Drops a table with the rows of a scenario. A table of another kind stays even if the index names it: it
@@ -96,7 +62,7 @@ void drop_scenario_table(BasinDatabase& database, const std::string& name) {
 /// Removes the placeholder of a simulation, and its table once no simulation has one.
 void remove_placeholder(BasinDatabase& database, const std::string& simulation) {
     for (const StoredIndexRow& stored : index_rows(database, simulation)) {
-        if (same_name(stored.row.scenario, k_no_scenario)) delete_index_row(database, stored.rowid);
+        if (same_name(stored.row.scenario, k_no_scenario)) delete_index_row(database, stored);
     }
     if (find_scenario(index_rows(database), k_no_scenario) == nullptr)
         drop_scenario_table(database, k_no_scenario);
@@ -178,7 +144,7 @@ std::vector<Scenario> open_scenarios(BasinDatabase& database, const std::string&
                              "reference will be deleted from the basin database.",
                              name),
              .title = fmt::format("Missing climate change scenario for Simulation '{}'", simulation)});
-        delete_index_row(database, stored.rowid);
+        delete_index_row(database, stored);
     }
     return scenarios;
 }
@@ -217,7 +183,7 @@ std::optional<Message> create_scenario(BasinDatabase& database, const BasinState
         const auto rows = index_rows(database, basin.Current_Sim_Name);
         if (const StoredIndexRow* stored = find_scenario(rows, wanted)) {
             drop_scenario_table(database, wanted);
-            delete_index_row(database, stored->rowid);
+            delete_index_row(database, *stored);
         }
         problem = name_problem(database, wanted);
         if (problem) return false;  // the rollback restores the former scenario
@@ -238,10 +204,10 @@ bool delete_scenario(BasinDatabase& database, const std::string& simulation, con
     if (answer != Answer::Yes) return false;
     atomically(database, [&] {
         if (rows.size() > 1) {
-            delete_index_row(database, stored->rowid);
+            delete_index_row(database, *stored);
         } else {
             // The index is never empty: the last row stays and means that there is no scenario.
-            replace_index_row(database, {stored->rowid, scenario_placeholder(stored->row.simulation)});
+            replace_index_row(database, {stored->number, scenario_placeholder(stored->row.simulation)});
             if (!database.has_table(k_no_scenario)) database.create_table(scenario_table(k_no_scenario));
         }
         drop_scenario_table(database, name);

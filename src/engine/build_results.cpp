@@ -1,9 +1,8 @@
 #include "engine/build_results.h"
 
 #include "base/number_text.h"
-#include "store/table_io.h"
+#include "store/simulation_days.h"
 
-#include <SQLiteCpp/Statement.h>
 #include <fmt/format.h>
 
 #include <cmath>
@@ -14,78 +13,18 @@ namespace {
 constexpr float k_no_prior_runoff = -99.0F;
 constexpr double k_runoff_tolerance = 0.2;
 
-/// The zones of the record, found one by one in the index of the table, so that the cost of a query depends
-/// on the days that it asks for and not on the length of the record.
-constexpr const char* k_zones_of_record =
-    "zones(n) AS (SELECT min(Zone) FROM PhysicalData UNION ALL "
-    "SELECT (SELECT min(Zone) FROM PhysicalData WHERE Zone > n) FROM zones WHERE n IS NOT NULL)";
-
-/// Daily data of one zone and day as the join gives it.
-struct SourceRow {
-    DayCount date = 0;
-    std::int16_t zone = 0;
-    float runoff, tmax, tmin, tavg, precip, sca, net_radiation, lapse_rate, tcrit, an, lag, cs, cr, rca;
-    double x, y;
-
-    template <typename Self, typename Visitor>
-    static void visit(Self& row, Visitor&& field) {
-        field(row.date), field(row.zone), field(row.runoff), field(row.tmax), field(row.tmin),
-            field(row.tavg);
-        field(row.precip), field(row.sca), field(row.net_radiation), field(row.lapse_rate), field(row.tcrit);
-        field(row.an), field(row.lag), field(row.cs), field(row.cr), field(row.rca), field(row.x),
-            field(row.y);
-    }
-};
-
 /// The discharge of the day before the run, if more than one row of that day is stored: a basin with one
 /// zone never has it. A missing value counts as no row.
 float prior_runoff(BasinDatabase& database, DayCount day) {
-    return guarded([&] {
-        SQLite::Statement query{
-            database.sql(),
-            fmt::format("WITH RECURSIVE {} SELECT Runoff FROM zones CROSS JOIN PhysicalData AS p "
-                        "WHERE p.Zone = n AND p.Date = ? ORDER BY p.Zone",
-                        k_zones_of_record)};
-        query.bind(1, day);
-        float first = k_no_prior_runoff;
-        int count = 0;
-        while (query.executeStep()) {
-            if (count++ > 0) continue;
-            float runoff = k_missing;
-            read_value(query, 0, runoff);
-            first = runoff;
-        }
-        return count > 1 ? first : k_no_prior_runoff;
-    });
-}
-
-/// The rows of the period, all days of zone 1 first. The joins stay in the order in which they are written,
-/// and the plus signs keep the planner from walking the whole period again for each of its days.
-std::vector<SourceRow> source_rows(BasinDatabase& database, const std::string& simulation, DayCount start,
-                                   DayCount end) {
-    return guarded([&] {
-        const std::string parameters = quoted_name(database.stored_name(simulation).value_or(simulation));
-        SQLite::Statement query{
-            database.sql(),
-            fmt::format("WITH RECURSIVE {} SELECT p.Date, p.Zone, Runoff, Tmax, Tmin, Tavg, Precip, SCA, "
-                        "NetRadiation, "
-                        "LapseRate, Tcrit, An, LagTime, Cs, Cr, RCA, Xcoeff, Ycoeff "
-                        "FROM zones CROSS JOIN PhysicalData AS p CROSS JOIN {} AS s "
-                        "WHERE p.Zone = n AND p.Date >= ?1 AND p.Date <= ?2 AND s.Zone = +p.Zone AND s.Date "
-                        "= +p.Date "
-                        "ORDER BY p.Zone, p.Date",
-                        k_zones_of_record, parameters)};
-        query.bind(1, start);
-        query.bind(2, end);
-        return read_rows<SourceRow>(query);
-    });
+    const DayDischarge discharge = discharge_of_day(database, day);
+    return discharge.rows > 1 ? discharge.first : k_no_prior_runoff;
 }
 
 /// The rows; none, after a message, if the store reports an error.
-std::vector<SourceRow> source_rows_or_message(BasinDatabase& database, const BasinState& basin,
-                                              DayCount start, DayCount end, Dialogs& dialogs) {
+std::vector<SimulationDay> source_rows_or_message(BasinDatabase& database, const BasinState& basin,
+                                                  DayCount start, DayCount end, Dialogs& dialogs) {
     try {
-        return source_rows(database, basin.Current_Sim_Name, start, end);
+        return read_simulation_days(database, basin.Current_Sim_Name, {start, end});
     } catch (const StoreError& error) {
         dialogs.message({.text = std::string{"Can't open PhysicalData table. "} + error.what()});
         return {};
@@ -115,7 +54,7 @@ bool accepts_initial_runoff(const RunState& run, float prior, float first_runoff
     return dialogs.message(question) == Answer::Ok;
 }
 
-void fill_row(SimResults& t, std::size_t row, const SourceRow& source, bool no_snow) {
+void fill_row(SimResults& t, std::size_t row, const SimulationDay& source, bool no_snow) {
     t.Zone[row] = source.zone;
     t.Date[row] = source.date;
     t.ActualQ[row] = source.runoff;
@@ -199,7 +138,7 @@ BuiltResults Build_SimResults(BasinDatabase& database, const BasinState& basin, 
     run.MonthDays[2] = february_days(start, end);
 
     float prior = k_no_prior_runoff;
-    std::vector<SourceRow> source;
+    std::vector<SimulationDay> source;
     try {
         prior = prior_runoff(database, start - 1);
     } catch (const StoreError&) {

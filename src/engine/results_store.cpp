@@ -2,18 +2,7 @@
 
 #include "store/table_io.h"
 
-#include <SQLiteCpp/Statement.h>
-
 namespace nivora {
-namespace {
-
-std::string insert_statement(const TableSchema& table) {
-    std::string places;
-    for (std::size_t i = 0; i < table.fields.size(); ++i) places += i == 0 ? "?" : ", ?";
-    return "INSERT INTO " + quoted_name(table.name) + " VALUES (" + places + ")";
-}
-
-}  // namespace
 
 ResultsReplacement::ResultsReplacement(BasinDatabase& database)
     : database_(database), transaction_(database) {
@@ -22,33 +11,23 @@ ResultsReplacement::ResultsReplacement(BasinDatabase& database)
 }
 
 void ResultsReplacement::commit(const SimResults& results) {
-    guarded([&] {
-        SQLite::Statement insert{database_.sql(), insert_statement(sim_results_table())};
-        for (std::size_t row = 0; row < results.size(); ++row) {
-            int position = 1;
-            SimResults::visit(results,
-                              [&](const auto& column) { bind_value(insert, position++, column[row]); });
-            insert.exec();
-            insert.reset();
-        }
-        transaction_.commit();
-    });
+    TableWriter writer{database_, sim_results_table()};
+    for (std::size_t row = 0; row < results.size(); ++row) {
+        int position = 0;
+        SimResults::visit(results, [&](const auto& column) { writer.set(position++, column[row]); });
+        writer.add();
+    }
+    transaction_.commit();
 }
 
 SimResults load_results(BasinDatabase& database) {
-    return guarded([&] {
-        SimResults results;
-        const TableSchema table = sim_results_table();
-        const std::string name = quoted_name(database.existing_table(table.name));
-        SQLite::Statement query{database.sql(),
-                                "SELECT " + field_list(table) + " FROM " + name + " ORDER BY rowid"};
-        while (query.executeStep()) {
-            int position = 0;
-            SimResults::visit(results,
-                              [&](auto& column) { read_value(query, position++, column.emplace_back()); });
-        }
-        return results;
-    });
+    SimResults results;
+    TableReader reader{database, sim_results_table()};
+    while (reader.next()) {
+        int position = 0;
+        SimResults::visit(results, [&](auto& column) { reader.read(position++, column.emplace_back()); });
+    }
+    return results;
 }
 
 }  // namespace nivora

@@ -13,13 +13,23 @@ std::string moment_text(double moment) {
 
 }  // namespace
 
-std::array<std::string, 6> statistics_labels(Units units) {
+std::array<std::string, 6> statistics_names(Units units) {
     const std::string letter = unit_words(units).length_letter;
     const std::string volume = " (10^6 " + letter + "³)";
-    const std::string discharge = " (" + letter + "³/s): ";
+    const std::string discharge = " (" + letter + "³/s)";
     return {"Measured Runoff Volume" + volume, "Average Measured Runoff" + discharge,
-            "Computed Runoff Volume" + volume, "Average Computed Runoff " + discharge,
-            "Volume Difference (%): ",         "Coefficient of Determination (R²):"};
+            "Computed Runoff Volume" + volume, "Average Computed Runoff" + discharge,
+            "Volume Difference (%)",           "Coefficient of Determination (R²)"};
+}
+
+std::array<std::string, 6> statistics_labels(Units units) {
+    std::array<std::string, 6> labels = statistics_names(units);
+    for (const std::size_t discharge : {1U, 3U}) labels.at(discharge) += ": ";
+    // Intended: two blanks before this unit.
+    labels[3].insert(labels[3].find(" ("), " ");
+    labels[4] += ": ";
+    labels[5] += ":";
+    return labels;
 }
 
 std::array<std::optional<float>, 6> statistics_values(const RunState& run) {

@@ -9,6 +9,10 @@
 
 namespace nivora {
 
+/// The names of the six statistics, all but the last two with their unit: measured volume, average measured,
+/// computed volume, average computed, volume difference, coefficient of determination.
+[[nodiscard]] std::array<std::string, 6> statistics_names(Units units);
+
 /// The labels of measured volume, average measured, computed volume, average computed, volume difference and
 /// coefficient of determination; the first four with their unit.
 [[nodiscard]] std::array<std::string, 6> statistics_labels(Units units);

@@ -86,40 +86,16 @@ std::optional<double> kept_value(FieldType type, double value) {
 
 bool same_value(double a, double b) { return a == b || (is_missing(a) && is_missing(b)); }
 
-/// A stored value of a field; NaN for a missing one. @throws StoreError if the field can't hold it
-double read_cell(SQLite::Statement& query, int position, FieldType type) {
-    if (is_null(query, position)) return static_cast<double>(k_missing);
-    if (type == FieldType::Integer) {
-        std::int16_t value = 0;
-        read_value(query, position, value);
-        return value;
-    }
-    if (type == FieldType::Single) {
-        float value = 0.0F;
-        read_value(query, position, value);
-        return static_cast<double>(value);
-    }
-    double value = 0.0;
-    read_value(query, position, value);
-    return value;
+/// What the store reads for a view: its columns after the date.
+DailySelection selection(DataView view, const DailyQuery& query, const std::vector<DailyColumn>& columns) {
+    DailySelection selected{.table = query.table,
+                            .fields = {},
+                            .period = query.period,
+                            .with_variables = view == DataView::Scenario};
+    for (std::size_t column = 1; column < columns.size(); ++column)
+        selected.fields.push_back({columns[column].field, columns[column].type});
+    return selected;
 }
-
-/// The SQL result of a mass edit in a field's type: a Single rounds, an Integer rounds to even.
-std::string changed_value(const DailyColumn& column, MassEdit edit) {
-    const std::string result =
-        "(" + quoted_name(column.field) + (edit == MassEdit::Add ? " + " : " * ") + "?)";
-    if (column.type == FieldType::Single) return "single" + result;
-    if (column.type == FieldType::Double) return result;
-    // One and a half times 2^52 leaves no room for a fraction: adding it rounds to even.
-    return "CAST(" + result + " + 6755399441055744.0 - 6755399441055744.0 AS INTEGER)";
-}
-
-/// The days of a zone.
-struct ZoneDays {
-    std::vector<std::int64_t> rows;  ///< the row number of each day
-    std::vector<DayCount> dates;
-    std::vector<double> values;  ///< day by day, the columns after the date
-};
 
 }  // namespace
 
@@ -166,97 +142,29 @@ InputBox mass_edit_question(MassEdit edit, const std::string& field) {
 }
 
 struct DailyEditor::Content {
-    Content(const std::filesystem::path& work_file, DataView shown, DailyQuery wanted)
+    Content(const std::filesystem::path& work_file, DataView shown, const DailyQuery& query)
         : database{work_file, Access::ReadWrite},
           view{shown},
-          query{std::move(wanted)},
           columns{daily_columns(view, query.fields)},
-          updates(columns.size()) {
-        query.table = database.existing_table(query.table);
-        days = read_zone(zone);
-    }
-
-    [[nodiscard]] std::string select_statement() const {
-        std::string list;
-        for (std::size_t column = 1; column < columns.size(); ++column)
-            list += ", " + quoted_name(columns[column].field);
-        const std::string table = quoted_name(query.table) + " AS t";
-        const std::string variables =
-            view == DataView::Scenario
-                ? " INNER JOIN PhysicalData AS p ON p.Zone = t.Zone AND p.Date = t.Date"
-                : "";
-        return "SELECT t.rowid, t.Date" + list + " FROM " + table + variables + " WHERE t.Zone = ?" +
-               (query.period ? " AND t.Date >= ? AND t.Date < ?" : "") + " ORDER BY t.Date, t.rowid";
-    }
-
-    [[nodiscard]] ZoneDays read_zone(int wanted) {
-        return guarded([&] {
-            SQLite::Statement rows{database.sql(), select_statement()};
-            rows.bind(1, wanted);
-            if (query.period) {
-                rows.bind(2, query.period->start);
-                rows.bind(3, query.period->end + 1);  // a date may carry a time part
-            }
-            ZoneDays read;
-            while (rows.executeStep()) {
-                read.rows.push_back(rows.getColumn(0).getInt64());
-                read_value(rows, 1, read.dates.emplace_back());
-                for (std::size_t column = 1; column < columns.size(); ++column)
-                    read.values.push_back(
-                        read_cell(rows, static_cast<int>(column) + 1, columns[column].type));
-            }
-            return read;
-        });
-    }
+          fields{database, selection(view, query, columns)},
+          days{fields.read(zone)} {}
 
     [[nodiscard]] std::size_t cell(std::size_t row, std::size_t column) const {
         return row * (columns.size() - 1) + column - 1;
     }
 
-    void store(std::size_t row, std::size_t column, double value) {
-        guarded([&] {
-            auto& update = updates[column];
-            if (!update) {
-                update = std::make_unique<SQLite::Statement>(
-                    database.sql(), "UPDATE " + quoted_name(query.table) + " SET " +
-                                        quoted_name(columns[column].field) + " = ? WHERE rowid = ?");
-            }
-            update->reset();
-            bind_value(*update, 1, value);
-            update->bind(2, days.rows[row]);
-            update->exec();
-            update->reset();
-        });
-    }
-
-    /// Runs the one statement of a mass edit.
-    void change_all(const DailyColumn& column, MassEdit edit, const Period& dates, double factor) {
-        guarded([&] {
-            SQLite::Statement update{database.sql(), "UPDATE " + quoted_name(query.table) + " SET " +
-                                                         quoted_name(column.field) + " = " +
-                                                         changed_value(column, edit) +
-                                                         " WHERE Date >= ? AND Date < ? AND Zone = ?"};
-            update.bind(1, factor);
-            update.bind(2, dates.start);
-            update.bind(3, dates.end + 1);
-            update.bind(4, zone);
-            update.exec();
-        });
-    }
-
     BasinDatabase database;
     HeldTransaction transaction{database};
     DataView view;
-    DailyQuery query;
     std::vector<DailyColumn> columns;
-    std::vector<std::unique_ptr<SQLite::Statement>> updates;  ///< by column, created at its first use
-    ZoneDays days;
+    DailyFields fields;  ///< those of the columns after the date
     int zone = 1;
+    ZoneDays days;
     bool changed = false;
 };
 
-DailyEditor::DailyEditor(const std::filesystem::path& work_file, DataView view, DailyQuery query)
-    : content_(std::make_unique<Content>(work_file, view, std::move(query))) {}
+DailyEditor::DailyEditor(const std::filesystem::path& work_file, DataView view, const DailyQuery& query)
+    : content_(std::make_unique<Content>(work_file, view, query)) {}
 
 DailyEditor::~DailyEditor() = default;  // closing a file rolls back its open transaction
 
@@ -287,7 +195,7 @@ bool DailyEditor::set_value(std::size_t row, std::size_t column, double value) {
     if (!kept || outside_limits(shown, value)) return false;
     double& held = content.days.values.at(content.cell(row, column));
     if (same_value(held, *kept)) return true;
-    content.store(row, column, *kept);
+    content.fields.store(content.days.rows[row], column - 1, *kept);
     held = *kept;
     content.changed = true;
     return true;
@@ -296,7 +204,7 @@ bool DailyEditor::set_value(std::size_t row, std::size_t column, double value) {
 int DailyEditor::zone() const { return content_->zone; }
 
 void DailyEditor::show_zone(int zone) {
-    content_->days = content_->read_zone(zone);
+    content_->days = content_->fields.read(zone);
     content_->zone = zone;
 }
 
@@ -312,8 +220,8 @@ void DailyEditor::mass_edit(MassEdit edit, std::size_t column, std::size_t first
     const Period dates{first, last};
     ZoneDays days;
     atomically(content.database, [&] {
-        content.change_all(content.columns.at(column), edit, dates, *exact_factor);
-        days = content.read_zone(content.zone);  // throws if a field can't hold its value
+        content.fields.change(content.zone, dates, column - 1, edit, *exact_factor);
+        days = content.fields.read(content.zone);  // throws if a field can't hold its value
     });
     const bool same = std::equal(days.values.begin(), days.values.end(), content.days.values.begin(),
                                  content.days.values.end(), same_value);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "prep/prep_state.h"
+#include "store/daily_fields.h"
 #include "store/database.h"
 
 #include <filesystem>
@@ -29,8 +30,6 @@ struct DailyColumn {
 /// The columns of a view, one for each field, `Date` first.
 [[nodiscard]] std::vector<DailyColumn> daily_columns(DataView view, const std::vector<std::string>& fields);
 
-enum class MassEdit { Add, Multiply };
-
 /// The input box before a mass edit of a field, with the field's name from the file.
 [[nodiscard]] InputBox mass_edit_question(MassEdit edit, const std::string& field);
 
@@ -42,7 +41,7 @@ enum class MassEdit { Add, Multiply };
 class DailyEditor {
 public:
     /// Opens the table and reads zone 1. @throws StoreError if there is no such table or field
-    DailyEditor(const std::filesystem::path& work_file, DataView view, DailyQuery query);
+    DailyEditor(const std::filesystem::path& work_file, DataView view, const DailyQuery& query);
     ~DailyEditor();
     DailyEditor(const DailyEditor&) = delete;
     DailyEditor& operator=(const DailyEditor&) = delete;

@@ -2,9 +2,11 @@
 
 #include "base/single.h"
 #include "store/basin_marks.h"
-#include "store/table_io.h"
+#include "store/daily_writer.h"
 #include "store/transactions.h"
 
+#include <array>
+#include <cmath>
 #include <functional>
 #include <span>
 #include <stdexcept>
@@ -38,49 +40,31 @@ void merge_days(const Period& period, int zones, std::span<const StoredDay> stor
     }
 }
 
-/// The first values as fields of a statement, in the same order for new and existing rows.
-class FirstValues {
-public:
-    explicit FirstValues(const ParameterRow& row)
-        : singles_{checked(row.lapse_rate), checked(row.tcrit),  checked(row.an),    checked(row.cs),
-                   checked(row.cr),         checked(row.xcoeff), checked(row.ycoeff)} {
-        const auto lag = to_integer16(static_cast<double>(row.lag_hours));
-        if (!lag || !row.rca) throw std::invalid_argument("a first value of the parameter table is missing");
-        lag_ = *lag;
-        rca_ = *row.rca;
-    }
+using FirstFields = std::array<FieldValue, 9>;
 
-    static constexpr int k_count = 9;
-    static constexpr const char* k_fields = "LapseRate, Tcrit, An, Cs, Cr, Xcoeff, Ycoeff, LagTime, RCA";
-    static constexpr const char* k_places = "?, ?, ?, ?, ?, ?, ?, ?, ?";
-
-    /// Binds the values to the positions from 1 on.
-    void bind(SQLite::Statement& statement) const {
-        int position = 1;
-        for (const float value : singles_) bind_value(statement, position++, value);
-        bind_value(statement, position++, lag_);
-        bind_value(statement, position++, rca_);
-    }
-
-private:
-    /// Intended: x and y are rounded to a Single like the other values, though their fields could
-    /// hold more digits.
-    static float checked(double value) {
+/// The first values as the fields of the parameter table get them.
+/// @throws std::invalid_argument if one is missing or too large
+FirstFields first_fields(const ParameterRow& row) {
+    // Intended: x and y are rounded to a Single like the other values, though their fields could hold more
+    // digits.
+    const auto single = [](double value) {
         const auto rounded = static_cast<float>(value);
-        if (!std::isfinite(rounded)) {
+        if (!std::isfinite(rounded))
             throw std::invalid_argument("a first value of the parameter table is missing or too large");
-        }
-        return rounded;
-    }
-
-    std::array<float, 7> singles_;
-    std::int16_t lag_ = 0;  ///< Intended: whole hours, though the field could hold fractions
-    std::int16_t rca_ = 0;
-};
-
-void run(SQLite::Statement& statement) {
-    statement.exec();
-    statement.reset();
+        return static_cast<double>(rounded);
+    };
+    // Intended: a lag of whole hours, though the field could hold fractions.
+    const auto lag = to_integer16(static_cast<double>(row.lag_hours));
+    if (!lag || !row.rca) throw std::invalid_argument("a first value of the parameter table is missing");
+    return {{{"LapseRate", single(row.lapse_rate)},
+             {"Tcrit", single(row.tcrit)},
+             {"An", single(row.an)},
+             {"Cs", single(row.cs)},
+             {"Cr", single(row.cr)},
+             {"Xcoeff", single(row.xcoeff)},
+             {"Ycoeff", single(row.ycoeff)},
+             {"LagTime", static_cast<double>(*lag)},
+             {"RCA", static_cast<double>(*row.rca)}}};
 }
 
 /// What is to be written, and for which days.
@@ -96,52 +80,31 @@ struct Work {
 };
 
 /// Writes the first values into every day of the period, and adds the days that have no row.
-void write_first_values(BasinDatabase& database, const Work& work, const FirstValues& values) {
-    const std::string name = quoted_name(database.existing_table(work.table));
-    SQLite::Statement update{database.sql(), "UPDATE " + name + " SET (" + FirstValues::k_fields + ") = (" +
-                                                 FirstValues::k_places + ") WHERE rowid = ?"};
-    SQLite::Statement insert{database.sql(), "INSERT INTO " + name + " (" + FirstValues::k_fields +
-                                                 ", Zone, Date) VALUES (" + FirstValues::k_places +
-                                                 ", ?, ?)"};
-    values.bind(update);
-    values.bind(insert);
+void write_first_values(BasinDatabase& database, const Work& work, const FirstFields& values) {
+    DailyWriter writer{database, work.table, values};
     merge_days(
-        work.period, work.zones, work.stored,
-        [&](const StoredDay& day) {
-            update.bind(FirstValues::k_count + 1, day.row);
-            run(update);
-        },
-        [&](int zone, DayCount date) {
-            insert.bind(FirstValues::k_count + 1, zone);
-            insert.bind(FirstValues::k_count + 2, date);
-            run(insert);
-        });
+        work.period, work.zones, work.stored, [&](const StoredDay& day) { writer.overwrite(day.row); },
+        [&](int zone, DayCount date) { writer.add(zone, date); });
 }
 
-/// Adds the days that have no row, with a zone and a date and whatever else the statement adds.
-/// @return how many it added
-int add_missing_days(const Work& work, SQLite::Statement insert) {
+/// Adds the days that have no row, all with the same values. @return how many it added
+int add_missing_days(BasinDatabase& database, const Work& work, std::span<const FieldValue> values) {
     int added = 0;
-    merge_days(
-        work.period, work.zones, work.stored, [](const StoredDay&) {},
-        [&](int zone, DayCount date) {
-            insert.bind(1, zone);
-            insert.bind(2, date);
-            run(insert);
-            ++added;
-        });
+    atomically(database, [&] {
+        DailyWriter writer{database, work.table, values};
+        merge_days(
+            work.period, work.zones, work.stored, [](const StoredDay&) {},
+            [&](int zone, DayCount date) {
+                writer.add(zone, date);
+                ++added;
+            });
+    });
     return added;
 }
 
 /// Adds the missing days without values, as one change of the basin.
 void add_empty_days(BasinState& basin, BasinDatabase& database, const Work& work) {
-    const std::string name = quoted_name(database.existing_table(work.table));
-    int added = 0;
-    atomically(database, [&] {
-        added =
-            add_missing_days(work, {database.sql(), "INSERT INTO " + name + " (Zone, Date) VALUES (?, ?)"});
-    });
-    if (added > 0) mark_input_changed(basin);
+    if (add_missing_days(database, work, {}) > 0) mark_input_changed(basin);
 }
 
 /// Makes the period of the row that is selected in the simulation grid that of the rows to add.
@@ -191,7 +154,7 @@ Answer build_physical_days(const PrepContext& context, BasinDatabase& database, 
 Answer build_parameter_days(const PrepContext& context, BasinDatabase& database, const Work& work) {
     const Answer answer = context.dialogs.message(parameters_question(work.complete()));
     if (answer == Answer::Cancel) return answer;
-    const FirstValues values{context.prep.working_record.first_values};
+    const FirstFields values = first_fields(context.prep.working_record.first_values);
     atomically(database, [&] { write_first_values(database, work, values); });
     mark_input_changed(context.basin);
     return answer;
@@ -231,15 +194,15 @@ Answer Build_Daily_Records(const PrepContext& context, BasinDatabase& database,
 }
 
 int add_missing_days_as_zeros(BasinDatabase& database, const Period& period, int zones) {
+    constexpr std::array<FieldValue, 7> k_zeros{{{"Runoff", 0.0},
+                                                 {"Tmax", 0.0},
+                                                 {"Tmin", 0.0},
+                                                 {"Tavg", 0.0},
+                                                 {"Precip", 0.0},
+                                                 {"SCA", 0.0},
+                                                 {"NetRadiation", 0.0}}};
     const Work work{k_physical_data, period, zones, stored_days(database, k_physical_data, period)};
-    int added = 0;
-    atomically(database, [&] {
-        added =
-            add_missing_days(work, {database.sql(),
-                                    "INSERT INTO PhysicalData (Zone, Date, Runoff, Tmax, Tmin, Tavg, Precip, "
-                                    "SCA, NetRadiation) VALUES (?, ?, 0, 0, 0, 0, 0, 0, 0)"});
-    });
-    return added;
+    return add_missing_days(database, work, k_zeros);
 }
 
 }  // namespace nivora

@@ -66,7 +66,6 @@ bool copy_dates_of_row(const PrepContext& context) {
 
 void prepare_variables(PrepState& prep, const std::optional<Period>& period) {
     prep.Data_View = DataView::PhysicalData;
-    prep.Data_Columns = 8;
     prep.query = {.table = k_physical_data, .fields = daily_fields(DataView::PhysicalData), .period = period};
     prep.window_title = "Edit basin variables";
     prep.caption_prefix = "Basin variables for simulation ";
@@ -74,7 +73,6 @@ void prepare_variables(PrepState& prep, const std::optional<Period>& period) {
 
 void prepare_parameters(PrepState& prep, const std::string& name, const Period& period) {
     prep.Data_View = DataView::Parameters;
-    prep.Data_Columns = 10;
     prep.query = {.table = name, .fields = daily_fields(DataView::Parameters), .period = period};
     prep.window_title = "Edit simulation parameters";
     prep.caption_prefix = "Parameter table for simulation ";
@@ -92,7 +90,6 @@ std::vector<std::string> result_fields(BasinDatabase& database) {
 void prepare_results(PrepState& prep, BasinDatabase& database, const Period& period) {
     prep.query = {.table = k_sim_results, .fields = result_fields(database), .period = period};
     prep.Data_View = DataView::Results;
-    prep.Data_Columns = 55;  // the values without the date, which the other views include
     prep.window_title = "Simulation results";
     prep.caption_prefix = "Calculated value table for simulation ";
 }
@@ -188,7 +185,6 @@ DataOutcome mnuDataOpt_Click(const PrepContext& context, BasinDatabase& database
 }
 
 DataOutcome mnuDataOptVar_Click(const PrepContext& context, BasinDatabase& database, int index) {
-    context.prep.Data_Sub_View = index;
     context.prep.Edit_Locked = false;
     try {
         return index == 0 ? check_and_prepare_record(context, database)

@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "prep/simulation_names.h"
 #include "store/basin_store.h"
+#include "store/daily_table.h"
 #include "store/monthly_table.h"
 #include "store/table_io.h"
 
@@ -96,36 +97,16 @@ bool prepare_basin(BasinDatabase& database, const LegacyFile& file, Dialogs& dia
     return true;
 }
 
-/// The zones and days of the period that have a row already.
-std::set<std::pair<std::int16_t, DayCount>> present_rows(BasinDatabase& database, const LegacyFile& file) {
-    return guarded([&] {
-        SQLite::Statement query{
-            database.sql(),
-            "SELECT Zone, Date FROM PhysicalData WHERE Date >= ? AND Date <= ? AND Zone <= ?"};
-        query.bind(1, file.start);
-        query.bind(2, file.end);
-        query.bind(3, static_cast<int>(file.zones.size()));
-        std::set<std::pair<std::int16_t, DayCount>> rows;
-        while (query.executeStep()) {
-            std::int16_t zone = 0;
-            DayCount date = 0;
-            read_value(query, 0, zone);
-            read_value(query, 1, date);
-            rows.emplace(zone, date);
-        }
-        return rows;
-    });
-}
+Period period_of(const LegacyFile& file) { return {file.start, file.end}; }
 
-void delete_present_rows(BasinDatabase& database, const LegacyFile& file) {
-    guarded([&] {
-        SQLite::Statement statement{database.sql(),
-                                    "DELETE FROM PhysicalData WHERE Date >= ? AND Date <= ? AND Zone <= ?"};
-        statement.bind(1, file.start);
-        statement.bind(2, file.end);
-        statement.bind(3, static_cast<int>(file.zones.size()));
-        statement.exec();
-    });
+int last_zone(const LegacyFile& file) { return static_cast<int>(file.zones.size()); }
+
+/// The zones and days of the period that have a row already.
+std::set<std::pair<int, DayCount>> present_days(BasinDatabase& database, const LegacyFile& file) {
+    std::set<std::pair<int, DayCount>> days;
+    for (const StoredDay& day : days_of_zones(database, k_physical_data, period_of(file), last_zone(file)))
+        days.emplace(day.zone, day.date);
+    return days;
 }
 
 PhysicalRow physical_row(const LegacyFile& file, std::size_t zone, DayCount date) {
@@ -160,7 +141,7 @@ ParameterRow parameter_row(const LegacyFile& file, std::size_t zone, DayCount da
 /// Adds the daily variables of the period. Asks before it replaces existing rows; after a No it adds only the
 /// days without a row.
 void write_variables(BasinDatabase& database, const LegacyFile& file, Dialogs& dialogs) {
-    auto kept = present_rows(database, file);
+    auto kept = present_days(database, file);
     if (!kept.empty()) {
         const Answer answer = dialogs.message(
             {.text =
@@ -168,7 +149,7 @@ void write_variables(BasinDatabase& database, const LegacyFile& file, Dialogs& d
              .title = "Import file contains days already present in the database!",
              .buttons = Buttons::YesNo});
         if (answer == Answer::Yes) {
-            delete_present_rows(database, file);
+            delete_days_of_zones(database, k_physical_data, period_of(file), last_zone(file));
             kept.clear();
         }
     }

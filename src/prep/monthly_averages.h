@@ -1,17 +1,13 @@
 // The long-term monthly averages that one window edits, inside one transaction.
 #pragma once
 
+#include "store/monthly_table.h"
 #include "store/transactions.h"
 
-#include <array>
-#include <cstdint>
 #include <filesystem>
 #include <vector>
 
 namespace nivora {
-
-/// Normal values of a month: maximum, minimum and average temperature, precipitation. NaN if missing.
-using MonthValues = std::array<float, 4>;
 
 /// The twelve months of each zone, in stored order. All changes wait in one transaction for commit(); without
 /// it they are rolled back.
@@ -39,16 +35,6 @@ public:
     void commit();
 
 private:
-    /// A month of a zone, and its row number.
-    struct StoredMonth {
-        std::int64_t row = 0;
-        MonthValues values{};
-    };
-    using StoredYear = std::array<StoredMonth, 12>;
-
-    [[nodiscard]] StoredYear read_year(int zone);
-    void store(const StoredMonth& month);
-
     BasinDatabase database_;
     HeldTransaction transaction_;
     int zones_;

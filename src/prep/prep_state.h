@@ -43,8 +43,6 @@ struct PrepState {
     SimulationRecord working_record;
 
     DataView Data_View = DataView::PhysicalData;
-    int Data_Columns = 0;        ///< columns of the view that was prepared last
-    int Data_Sub_View = 0;       ///< 0 the period of record, 1 the current simulation
     DayCount Daily_Start = 0;    ///< first day of the rows to add
     DayCount Daily_End = 0;      ///< last day of the rows to add
     DailyQuery query;            ///< what the daily editor shows

@@ -9,7 +9,7 @@
 #include "store/basin_marks.h"
 #include "store/run_period.h"
 #include "store/scenario_placeholder.h"
-#include "store/table_io.h"
+#include "store/simulation_days.h"
 
 #include <cmath>
 #include <stdexcept>
@@ -84,18 +84,8 @@ SimOptionsForm form_of(const SimulationRecord& record) {
 
 /// The first row of a simulation's parameter table in its period; nothing if there is none.
 std::optional<ParameterRow> first_day(BasinDatabase& database, const Simulation& simulation) {
-    const auto table = database.stored_name(simulation.name);
-    if (!table || !simulation.start || !simulation.end) return std::nullopt;
-    return guarded([&]() -> std::optional<ParameterRow> {
-        SQLite::Statement query{
-            database.sql(), "SELECT " + field_list(parameter_table(*table)) + " FROM " + quoted_name(*table) +
-                                " WHERE Date >= ? AND Date <= ? ORDER BY Zone, Date LIMIT 1"};
-        query.bind(1, *simulation.start);
-        query.bind(2, *simulation.end);
-        auto rows = read_rows<ParameterRow>(query);
-        if (rows.empty()) return std::nullopt;
-        return rows.front();
-    });
+    if (!simulation.start || !simulation.end) return std::nullopt;
+    return first_parameters(database, simulation.name, {*simulation.start, *simulation.end});
 }
 
 /// Shows the values that a later edit would overwrite, or says that there are none.

@@ -163,6 +163,13 @@ std::string simulation_cell_refusal(int column, std::string_view text) {
     }
 }
 
+std::optional<Message> max_min_problem(const Simulation& simulation) {
+    if (simulation.temperature_values != 1 || simulation.temperature != Distribution::ByZone)
+        return std::nullopt;
+    return Message{.text = "Max/min temperatures cannot currently be entered for each zone",
+                   .title = "Max/min temperature problem"};
+}
+
 std::optional<Message> left_simulation_cell_problem(const BasinState& basin, std::size_t row, int column) {
     const Simulation& simulation = basin.simulations.at(row);
     // Intended: the first row is not checked.
@@ -172,11 +179,7 @@ std::optional<Message> left_simulation_cell_problem(const BasinState& basin, std
     }
     // Intended: only leaving column 7 checks this. Max/Min chosen in column 6 afterwards is not
     // noticed until then.
-    if (column == 7 && simulation.temperature_values == 1 && simulation.temperature == Distribution::ByZone) {
-        return Message{.text = "Max/min temperatures cannot currently be entered for each zone",
-                       .title = "Max/min temperature problem"};
-    }
-    return std::nullopt;
+    return column == 7 ? max_min_problem(simulation) : std::nullopt;
 }
 
 void repair_simulation_cell(BasinState& basin, std::size_t row, int column) {

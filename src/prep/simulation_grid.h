@@ -31,6 +31,9 @@ bool edit_simulation_cell(const PrepContext& context, std::size_t row, int colum
 /// Why that function does not accept a text in a column: a clause without a full stop; empty if it does.
 [[nodiscard]] std::string simulation_cell_refusal(int column, std::string_view text);
 
+/// What is wrong with the temperatures of a simulation: Max/Min values by zone.
+[[nodiscard]] std::optional<Message> max_min_problem(const Simulation& simulation);
+
 /// What is wrong with a cell that is left: a period of more than 366 days or of less than two, in columns 3
 /// and 4 of any row but the first, or Max/Min temperatures by zone in column 7. The caller shows the message,
 /// then repairs the cell.

@@ -88,7 +88,7 @@ std::optional<std::string> Name_Results_Table(BasinDatabase& database, Dialogs& 
     question.default_answer = Answer::No;
     if (database.has_table(*name) && !overwrite_confirmed(database, dialogs, *name, question))
         return std::nullopt;
-    database.execute("ALTER TABLE " + quoted_name(k_sim_results) + " RENAME TO " + quoted_name(*name));
+    database.rename_table(k_sim_results, *name);
     return name;
 }
 

@@ -4,6 +4,7 @@
 #include "prep/daily_records.h"
 #include "prep/legacy_import.h"
 #include "session/basin_rows.h"
+#include "store/transactions.h"
 
 #include <fmt/format.h>
 
@@ -17,16 +18,13 @@ constexpr const char* k_title = "Import failed";
 std::optional<SimulationRecord> import_into(Session& session, const LegacyFile& file,
                                             const std::string& offered) {
     BasinDatabase database{session.basin.Work_File, Access::ReadWrite};
-    std::optional<SimulationRecord> record;
-    database.in_transaction([&] {
-        store_definition(database, session.basin);
-        record = import_legacy(database, file, offered, session.dialogs);
-        return record.has_value();
-    });
-    if (record) {
-        read_definition(database, session.basin);
-        session.prep.record = Scan_Physical_Data(database);
-    }
+    HeldTransaction transaction{database};
+    store_definition(database, session.basin);
+    auto record = import_legacy(database, file, offered, session.dialogs);
+    if (!record) return std::nullopt;
+    transaction.commit();
+    read_definition(database, session.basin);
+    session.prep.record = Scan_Physical_Data(database);
     return record;
 }
 

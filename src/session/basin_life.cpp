@@ -10,6 +10,7 @@
 #include "store/basin_copy.h"
 #include "store/monthly_table.h"
 #include "store/table_io.h"
+#include "store/transactions.h"
 
 namespace nivora {
 namespace {
@@ -230,10 +231,9 @@ bool BasinLife::Open_DB(const fs::path& path) {
     BasinState& basin = session_.basin;
     try {
         BasinDatabase database{path, Access::ReadWrite};
-        database.in_transaction([&] {
-            Ensure_Monthly_Table(database);
-            return true;
-        });
+        HeldTransaction transaction{database};
+        Ensure_Monthly_Table(database);
+        transaction.commit();
         read_basin(database, basin);
         session_.prep.record = Scan_Physical_Data(database);
     } catch (const StoreError& error) {
@@ -320,11 +320,9 @@ bool BasinLife::Save_Grids(const fs::path& path) {
     }
     try {
         BasinDatabase database{path, Access::ReadWrite};
-        bool whole = false;
-        database.in_transaction([&] {
-            whole = write_grids(database, session_);
-            return true;  // rows written before a fault stay; the grids still hold the rest
-        });
+        HeldTransaction transaction{database};
+        const bool whole = write_grids(database, session_);
+        transaction.commit();  // rows written before a fault stay; the grids still hold the rest
         return whole;
     } catch (const StoreError& error) {
         grids_refused(session_, error);

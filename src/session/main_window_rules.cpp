@@ -6,6 +6,7 @@
 #include "store/basin_marks.h"
 #include "store/monthly_table.h"
 #include "store/table_io.h"
+#include "store/transactions.h"
 
 #include <fmt/format.h>
 
@@ -46,6 +47,12 @@ std::optional<Limits> limits_of(BasinBox box, Units basin_units) {
                           "Longitude out of range"};
         default: return std::nullopt;
     }
+}
+
+std::optional<Message> limits_problem(const Limits& limits, double value) {
+    if (value >= static_cast<double>(limits.low) && value <= static_cast<double>(limits.high))
+        return std::nullopt;
+    return Message{.text = limits.text, .title = limits.title, .icon = Icon::Stop};
 }
 
 bool is_angle(BasinBox box) { return box == BasinBox::Latitude || box == BasinBox::Longitude; }
@@ -126,6 +133,10 @@ ChangedBox changed_box(BasinBox box, const std::string& text) {
     return changed;
 }
 
+std::optional<Message> latitude_problem(double latitude) {
+    return limits_problem(limits_of(BasinBox::Latitude, Units::NotFixed).value(), latitude);
+}
+
 std::optional<Message> left_box_problem(BasinBox box, const std::string& text, Units basin_units) {
     if (box == BasinBox::Name) {
         if (!text.empty()) return std::nullopt;
@@ -133,9 +144,7 @@ std::optional<Message> left_box_problem(BasinBox box, const std::string& text, U
     }
     const auto limits = limits_of(box, basin_units);
     if (!limits || trimmed(text).empty()) return std::nullopt;
-    const auto value = static_cast<float>(leading_number(text));
-    if (value >= limits->low && value <= limits->high) return std::nullopt;
-    return Message{.text = limits->text, .title = limits->title, .icon = Icon::Stop};
+    return limits_problem(*limits, static_cast<double>(static_cast<float>(leading_number(text))));
 }
 
 bool is_checked_number(BasinBox box) { return limits_of(box, Units::Metric).has_value(); }
@@ -205,10 +214,9 @@ void fix_units(Session& session, Units units) {
     BasinDatabase database{session.basin.Work_File, Access::ReadWrite};
     BasinDescription header = read_basin_description(database);
     header.units = units;
-    database.in_transaction([&] {
-        write_basin_description(database, header);
-        return true;
-    });
+    HeldTransaction transaction{database};
+    write_basin_description(database, header);
+    transaction.commit();
     session.basin.basin_units = units;
     session.basin.Units_Code = units;
     units_were_fixed(session);
@@ -221,15 +229,14 @@ void fix_zones(Session& session, int zones) {
     BasinDatabase database{session.basin.Work_File, Access::ReadWrite};
     BasinDescription header = read_basin_description(database);
     header.zones = static_cast<std::int16_t>(zones);
-    database.in_transaction([&] {
-        write_basin_description(database, header);
-        clear_table(database, k_zone_description);
-        add_rows<Zone>(database, template_table(k_zone_description), rows);
-        if (!database.has_table(k_basin_averages)) database.create_table(basin_averages_table());
-        clear_table(database, k_basin_averages);
-        add_rows<MonthlyRow>(database, basin_averages_table(), months);
-        return true;
-    });
+    HeldTransaction transaction{database};
+    write_basin_description(database, header);
+    clear_table(database, k_zone_description);
+    add_rows<Zone>(database, template_table(k_zone_description), rows);
+    if (!database.has_table(k_basin_averages)) database.create_table(basin_averages_table());
+    clear_table(database, k_basin_averages);
+    add_rows<MonthlyRow>(database, basin_averages_table(), months);
+    transaction.commit();
     session.basin.ZoneCount = zones;
     session.basin.zones_text = std::to_string(zones);
     session.basin.zones = rows;

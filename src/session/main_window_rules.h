@@ -42,6 +42,9 @@ struct ChangedBox {
 [[nodiscard]] std::optional<Message> left_box_problem(BasinBox box, const std::string& text,
                                                       Units basin_units);
 
+/// What is wrong with a latitude, in decimal degrees; nothing from -90 to 90.
+[[nodiscard]] std::optional<Message> latitude_problem(double latitude);
+
 /// Whether a box holds a number with limits: leaving it with a valid number counts as an edit.
 [[nodiscard]] bool is_checked_number(BasinBox box);
 

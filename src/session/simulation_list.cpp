@@ -6,17 +6,16 @@
 #include "session/availability.h"
 #include "session/main_window_rules.h"
 #include "store/basin_marks.h"
+#include "store/transactions.h"
 
 namespace nivora {
 
 bool name_new_simulation(Session& session) {
     BasinDatabase database{session.basin.Work_File, Access::ReadWrite};
-    std::optional<std::string> name;
-    database.in_transaction([&] {
-        name = Add_Simulation_Name(database, session.dialogs, {});
-        return name.has_value();
-    });
+    HeldTransaction transaction{database};
+    const auto name = Add_Simulation_Name(database, session.dialogs, {});
     if (!name) return false;
+    transaction.commit();
     // The parameter table of an overwritten simulation is gone from here on, even if the user cancels.
     if (find_simulation(session.basin, *name)) mark_input_changed(session.basin);
     session.prep.working_record = new_simulation_record(session.basin, *name);

@@ -7,6 +7,7 @@
 #include "store/raw_pages.h"
 #include "store/row_copy.h"
 #include "store/table_io.h"
+#include "store/transactions.h"
 
 #include <SQLiteCpp/Statement.h>
 #include <SQLiteCpp/Transaction.h>
@@ -263,7 +264,7 @@ private:
     }
 
     void rename(SalvagedTable& table, const std::string& name) {
-        made_.execute(fmt::format("ALTER TABLE {} RENAME TO {}", quoted_name(table.name), quoted_name(name)));
+        made_.rename_table(table.name, name);
         if (has_daily_index(table.name)) {  // which keeps the old name
             made_.execute("DROP INDEX " + quoted_name(table.name + ".key"));
             made_.create_daily_index(name);
@@ -305,7 +306,8 @@ std::vector<SalvagedTable> salvage_into(const fs::path& copy, const fs::path& pa
     BasinDatabase made{part, Access::ReadWrite};
     made.execute("PRAGMA synchronous = OFF");  // the file is flushed before it is renamed
     std::vector<SalvagedTable> all;
-    made.in_transaction([&] {
+    HeldTransaction transaction{made};
+    guarded([&] {
         made.execute("DELETE FROM BasinDescription");
         for (const StoredTable& table : damaged.tables()) {
             const bool twice = std::any_of(all.begin(), all.end(), [&](const SalvagedTable& salvaged) {
@@ -319,8 +321,8 @@ std::vector<SalvagedTable> salvage_into(const fs::path& copy, const fs::path& pa
         }
         complete(made, all);
         NameRestorer{made, all}.restore();
-        return true;
     });
+    transaction.commit();
     return all;
 }
 

@@ -15,6 +15,29 @@ void bind_period(SQLite::Statement& query, const Period& period) {
     query.bind(2, period.end + 1);
 }
 
+/// The rows of some zones on the days of a period; a date with a time part lies after its day.
+constexpr const char* k_of_zones = " WHERE Date >= ? AND Date <= ? AND Zone <= ?";
+
+void bind_period_and_zone(SQLite::Statement& query, const Period& period, int last_zone) {
+    query.bind(1, period.start);
+    query.bind(2, period.end);
+    query.bind(3, last_zone);
+}
+
+/// Reads the rows of a query for zone, date and row number.
+std::vector<StoredDay> read_days(SQLite::Statement& query) {
+    std::vector<StoredDay> rows;
+    while (query.executeStep()) {
+        std::int16_t zone = 0;
+        StoredDay& day = rows.emplace_back();
+        read_value(query, 0, zone);
+        day.zone = zone;
+        read_value(query, 1, day.date);
+        day.row = query.getColumn(2).getInt64();
+    }
+    return rows;
+}
+
 }  // namespace
 
 std::vector<StoredDay> stored_days(BasinDatabase& database, std::string_view table,
@@ -25,16 +48,27 @@ std::vector<StoredDay> stored_days(BasinDatabase& database, std::string_view tab
         SQLite::Statement query{database.sql(),
                                 "SELECT Zone, Date, rowid FROM " + name + days + " ORDER BY Zone, Date"};
         if (period) bind_period(query, *period);
-        std::vector<StoredDay> rows;
-        while (query.executeStep()) {
-            std::int16_t zone = 0;
-            StoredDay& day = rows.emplace_back();
-            read_value(query, 0, zone);
-            day.zone = zone;
-            read_value(query, 1, day.date);
-            day.row = query.getColumn(2).getInt64();
-        }
-        return rows;
+        return read_days(query);
+    });
+}
+
+std::vector<StoredDay> days_of_zones(BasinDatabase& database, std::string_view table, const Period& period,
+                                     int last_zone) {
+    return guarded([&] {
+        const std::string name = quoted_name(database.existing_table(table));
+        SQLite::Statement query{database.sql(), "SELECT Zone, Date, rowid FROM " + name + k_of_zones};
+        bind_period_and_zone(query, period, last_zone);
+        return read_days(query);
+    });
+}
+
+void delete_days_of_zones(BasinDatabase& database, std::string_view table, const Period& period,
+                          int last_zone) {
+    guarded([&] {
+        const std::string name = quoted_name(database.existing_table(table));
+        SQLite::Statement statement{database.sql(), "DELETE FROM " + name + k_of_zones};
+        bind_period_and_zone(statement, period, last_zone);
+        statement.exec();
     });
 }
 

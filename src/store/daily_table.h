@@ -32,6 +32,15 @@ struct StoredDay {
 [[nodiscard]] std::vector<StoredDay> stored_days(BasinDatabase& database, std::string_view table,
                                                  const std::optional<Period>& period);
 
+/// The rows of the zones up to a last one, in no order. A row of the last day whose date has a time part is
+/// not in the period. @throws StoreError
+[[nodiscard]] std::vector<StoredDay> days_of_zones(BasinDatabase& database, std::string_view table,
+                                                   const Period& period, int last_zone);
+
+/// Deletes the rows that days_of_zones finds. @throws StoreError
+void delete_days_of_zones(BasinDatabase& database, std::string_view table, const Period& period,
+                          int last_zone);
+
 /// The number of rows that a daily table has in a period. @throws StoreError
 [[nodiscard]] std::int64_t count_days(BasinDatabase& database, std::string_view table, const Period& period);
 

@@ -273,6 +273,10 @@ void BasinDatabase::drop_table(std::string_view table) {
     execute("DROP TABLE " + quoted_name(existing_table(table)));
 }
 
+void BasinDatabase::rename_table(std::string_view table, std::string_view name) {
+    execute("ALTER TABLE " + quoted_name(table) + " RENAME TO " + quoted_name(name));
+}
+
 void BasinDatabase::create_daily_index(std::string_view table) {
     const std::string name = existing_table(table);
     // The point keeps the index name distinct from every name that a user may give to a table.
@@ -282,15 +286,6 @@ void BasinDatabase::create_daily_index(std::string_view table) {
 
 void BasinDatabase::execute(const std::string& statement) {
     guarded([&] { sql_.exec(statement); });
-}
-
-bool BasinDatabase::in_transaction(const std::function<bool()>& work) {
-    return guarded([&] {
-        SQLite::Transaction transaction{sql_, SQLite::TransactionBehavior::IMMEDIATE};
-        if (!work()) return false;
-        transaction.commit();
-        return true;
-    });
 }
 
 }  // namespace nivora

@@ -9,7 +9,6 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -67,14 +66,11 @@ public:
 
     void create_table(const TableSchema& table);
     void drop_table(std::string_view table);
+    /// Gives a table another name; its indexes keep theirs.
+    void rename_table(std::string_view table, std::string_view name);
     /// Creates the index of a daily table, so that a year of a long record is read as fast as a short record.
     void create_daily_index(std::string_view table);
     void execute(const std::string& statement);
-
-    /// Runs work in one transaction: committed when the work returns true, rolled back when it returns false
-    /// or throws.
-    /// @return what the work returned
-    bool in_transaction(const std::function<bool()>& work);
 
 private:
     std::filesystem::path path_;

@@ -4,7 +4,7 @@
 #include "store/table_io.h"
 #include "store/transactions.h"
 
-#include <array>
+#include <fmt/format.h>
 
 namespace nivora {
 namespace {
@@ -47,6 +47,39 @@ void Ensure_Monthly_Table(BasinDatabase& database) {
             clear_table(database, table.name);
             add_rows<MonthlyRow>(database, table, zero_rows(zones));
         }
+    });
+}
+
+StoredYear read_stored_year(BasinDatabase& database, int zone) {
+    return guarded([&] {
+        SQLite::Statement query{
+            database.sql(),
+            "SELECT rowid, TMaxN, TMinN, TAvgN, PrecipN FROM BasinAverages WHERE Zone = ? "
+            "ORDER BY rowid LIMIT 12"};
+        query.bind(1, zone);
+        StoredYear year{};
+        for (StoredMonth& month : year) {
+            if (!query.executeStep()) {
+                throw StoreError(StoreFault::Damaged,
+                                 fmt::format("The monthly averages of zone {} are not complete.", zone));
+            }
+            month.row = query.getColumn(0).getInt64();
+            int position = 1;
+            for (float& value : month.values) read_value(query, position++, value);
+        }
+        return year;
+    });
+}
+
+void store_month(BasinDatabase& database, const StoredMonth& month) {
+    guarded([&] {
+        SQLite::Statement update{
+            database.sql(),
+            "UPDATE BasinAverages SET TMaxN = ?, TMinN = ?, TAvgN = ?, PrecipN = ? WHERE rowid = ?"};
+        int position = 1;
+        for (const float value : month.values) bind_value(update, position++, value);
+        update.bind(position, month.row);
+        update.exec();
     });
 }
 

@@ -3,6 +3,9 @@
 
 #include "store/database.h"
 
+#include <array>
+#include <cstdint>
+
 namespace nivora {
 
 /// The three-letter name of a month, 1 to 12.
@@ -12,5 +15,23 @@ namespace nivora {
 /// first one is not `Zone`, and, if there are fewer than twelve rows for each zone, writes them again with 0
 /// in every average.
 void Ensure_Monthly_Table(BasinDatabase& database);
+
+/// Normal values of a month: maximum, minimum and average temperature, precipitation. NaN if missing.
+using MonthValues = std::array<float, 4>;
+
+/// The values of a month, and where its row is stored.
+struct StoredMonth {
+    std::int64_t row = 0;
+    MonthValues values{};
+};
+
+/// The months of a zone, whatever their rows name: the first twelve rows of the zone in stored order.
+using StoredYear = std::array<StoredMonth, 12>;
+
+/// @param zone from 1. @throws StoreError, Damaged if the zone has fewer than twelve rows
+[[nodiscard]] StoredYear read_stored_year(BasinDatabase& database, int zone);
+
+/// Stores the values of a month in its row; Null for NaN. @throws StoreError for an infinite value, too
+void store_month(BasinDatabase& database, const StoredMonth& month);
 
 }  // namespace nivora

@@ -118,6 +118,78 @@ void read_value(SQLite::Statement& row, int position, Units& value) {
     value = static_cast<Units>(whole_at<std::int16_t>(row, position));
 }
 
+double read_number(SQLite::Statement& row, int position, FieldType type) {
+    if (is_null(row, position)) return static_cast<double>(k_missing);
+    if (type == FieldType::Integer) {
+        std::int16_t value = 0;
+        read_value(row, position, value);
+        return value;
+    }
+    if (type == FieldType::Single) {
+        float value = 0.0F;
+        read_value(row, position, value);
+        return static_cast<double>(value);
+    }
+    double value = 0.0;
+    read_value(row, position, value);
+    return value;
+}
+
+TableReader::TableReader(BasinDatabase& database, const TableSchema& table)
+    : query_(guarded([&] {
+          return SQLite::Statement{database.sql(), "SELECT " + field_list(table) + ", rowid FROM " +
+                                                       quoted_name(database.existing_table(table.name)) +
+                                                       " ORDER BY rowid"};
+      })),
+      fields_(static_cast<int>(table.fields.size())) {}
+
+bool TableReader::next() {
+    return guarded([&] { return query_.executeStep(); });
+}
+
+bool TableReader::is_null(int position) {
+    return guarded([&] { return nivora::is_null(query_, position); });
+}
+
+std::int64_t TableReader::row_number() {
+    return guarded([&] { return query_.getColumn(fields_).getInt64(); });
+}
+
+TableWriter::TableWriter(BasinDatabase& database, const TableSchema& table)
+    : insert_(guarded([&] {
+          std::string places;
+          for (std::size_t i = 0; i < table.fields.size(); ++i) places += i == 0 ? "?" : ", ?";
+          return SQLite::Statement{database.sql(),
+                                   "INSERT INTO " + quoted_name(database.existing_table(table.name)) + " (" +
+                                       field_list(table) + ") VALUES (" + places + ")"};
+      })) {}
+
+void TableWriter::add() {
+    guarded([&] {
+        insert_.exec();
+        insert_.reset();
+    });
+}
+
+SQLite::Statement update_statement(BasinDatabase& database, const TableSchema& table) {
+    return guarded([&] {
+        std::string fields;
+        for (const Field& field : table.fields)
+            fields += (fields.empty() ? "" : ", ") + quoted_name(field.name) + " = ?";
+        const std::string name = quoted_name(database.existing_table(table.name));
+        return SQLite::Statement{database.sql(), "UPDATE " + name + " SET " + fields + " WHERE rowid = ?"};
+    });
+}
+
+void delete_row(BasinDatabase& database, std::string_view table, std::int64_t number) {
+    guarded([&] {
+        const std::string name = quoted_name(database.existing_table(table));
+        SQLite::Statement statement{database.sql(), "DELETE FROM " + name + " WHERE rowid = ?"};
+        statement.bind(1, number);
+        statement.exec();
+    });
+}
+
 void clear_table(BasinDatabase& database, std::string_view table) {
     database.execute("DELETE FROM " + quoted_name(database.existing_table(table)));
 }

@@ -47,6 +47,10 @@ void read_value(SQLite::Statement& row, int position, Units& value);
 
 [[nodiscard]] bool is_null(SQLite::Statement& row, int position);
 
+/// Reads a number as a field of its type holds it: whole in an Integer, rounded to 32 bits in a Single, any
+/// other as it is. NaN for Null.
+[[nodiscard]] double read_number(SQLite::Statement& row, int position, FieldType type);
+
 template <typename Value>
 void read_value(SQLite::Statement& row, int position, std::optional<Value>& value) {
     if (is_null(row, position)) {
@@ -69,34 +73,111 @@ template <typename Row>
     });
 }
 
+/// The rows of a table in stored order, one at a time. A value is read when it is asked for: the size of the
+/// table does not matter, and a value that can't be read does not affect those before it.
+///
+/// Every call throws StoreError, the constructor also if the table or a field is missing.
+class TableReader {
+public:
+    TableReader(BasinDatabase& database, const TableSchema& table);
+
+    /// Goes to the next row, at first to the first one; false after the last.
+    bool next();
+    /// Whether a field of the row is Null. Positions count from 0, in the order of the schema.
+    [[nodiscard]] bool is_null(int position);
+    /// Reads a field of the row, as read_value does.
+    template <typename Value>
+    void read(int position, Value& value) {
+        guarded([&] { read_value(query_, position, value); });
+    }
+    /// Where the row is stored, for delete_row and replace_row.
+    [[nodiscard]] std::int64_t row_number();
+
+private:
+    SQLite::Statement query_;
+    int fields_;
+};
+
+/// Appends rows to a table. Every call throws StoreError, the constructor also if the table or a field is
+/// missing.
+class TableWriter {
+public:
+    TableWriter(BasinDatabase& database, const TableSchema& table);
+
+    /// Sets a field of the next row, as bind_value does; positions count from 0, in the order of the schema.
+    /// A field that is not set has the value of the row before.
+    template <typename Value>
+    void set(int position, const Value& value) {
+        guarded([&] { bind_value(insert_, position + 1, value); });
+    }
+    /// Appends the row.
+    void add();
+
+private:
+    SQLite::Statement insert_;
+};
+
 /// Reads all rows of a table in stored order.
 template <typename Row>
 [[nodiscard]] std::vector<Row> read_table(BasinDatabase& database, const TableSchema& table) {
-    return guarded([&] {
-        const std::string name = database.existing_table(table.name);
-        SQLite::Statement query{
-            database.sql(), "SELECT " + field_list(table) + " FROM " + quoted_name(name) + " ORDER BY rowid"};
-        return read_rows<Row>(query);
-    });
+    std::vector<Row> rows;
+    TableReader reader{database, table};
+    while (reader.next()) {
+        int position = 0;
+        Row::visit(rows.emplace_back(), [&](auto& member) { reader.read(position++, member); });
+    }
+    return rows;
+}
+
+/// A row and where it is stored.
+template <typename Row>
+struct Stored {
+    std::int64_t number = 0;
+    Row row;
+};
+
+/// Reads all rows of a table in stored order, with their places.
+template <typename Row>
+[[nodiscard]] std::vector<Stored<Row>> read_stored_rows(BasinDatabase& database, const TableSchema& table) {
+    std::vector<Stored<Row>> rows;
+    TableReader reader{database, table};
+    while (reader.next()) {
+        Stored<Row>& stored = rows.emplace_back();
+        int position = 0;
+        Row::visit(stored.row, [&](auto& member) { reader.read(position++, member); });
+        stored.number = reader.row_number();
+    }
+    return rows;
 }
 
 /// Appends rows to a table.
 template <typename Row>
 void add_rows(BasinDatabase& database, const TableSchema& table, std::span<const Row> rows) {
+    TableWriter writer{database, table};
+    for (const Row& row : rows) {
+        int position = 0;
+        Row::visit(row, [&](const auto& member) { writer.set(position++, member); });
+        writer.add();
+    }
+}
+
+/// A statement that sets every field of a row, whose number is its last parameter. @throws StoreError
+[[nodiscard]] SQLite::Statement update_statement(BasinDatabase& database, const TableSchema& table);
+
+/// Writes a row over the one at its place; does nothing if there is none. @throws StoreError
+template <typename Row>
+void replace_row(BasinDatabase& database, const TableSchema& table, const Stored<Row>& stored) {
     guarded([&] {
-        const std::string name = database.existing_table(table.name);
-        std::string places;
-        for (std::size_t i = 0; i < table.fields.size(); ++i) places += i == 0 ? "?" : ", ?";
-        SQLite::Statement insert{database.sql(), "INSERT INTO " + quoted_name(name) + " (" +
-                                                     field_list(table) + ") VALUES (" + places + ")"};
-        for (const Row& row : rows) {
-            int position = 1;
-            Row::visit(row, [&](const auto& member) { bind_value(insert, position++, member); });
-            insert.exec();
-            insert.reset();
-        }
+        SQLite::Statement update = update_statement(database, table);
+        int position = 1;
+        Row::visit(stored.row, [&](const auto& member) { bind_value(update, position++, member); });
+        update.bind(position, stored.number);
+        update.exec();
     });
 }
+
+/// Removes the row of a number; does nothing if there is none. @throws StoreError
+void delete_row(BasinDatabase& database, std::string_view table, std::int64_t number);
 
 /// Removes all rows of a table.
 void clear_table(BasinDatabase& database, std::string_view table);

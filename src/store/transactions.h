@@ -15,11 +15,12 @@ void atomically(BasinDatabase& database, const std::function<void()>& work);
 /// @return what the work returned
 bool atomically_if(BasinDatabase& database, const std::function<bool()>& work);
 
-/// A transaction that stays open between user actions, such as that of an editor from its opening to Done. It
-/// is rolled back at its end unless it was committed. Nothing else can write into the file meanwhile.
+/// A transaction from here to commit(); without that it is rolled back at its end. It may stay open between
+/// user actions, such as that of an editor from its opening to Done. Nothing else can write into the file
+/// meanwhile. There is no other transaction within it, but there may be atomic work.
 class HeldTransaction {
 public:
-    /// @throws StoreError, Busy if another program holds the file
+    /// @throws StoreError, Busy if another program holds the file, Statement within another transaction
     explicit HeldTransaction(BasinDatabase& database);
     HeldTransaction(const HeldTransaction&) = delete;
     HeldTransaction& operator=(const HeldTransaction&) = delete;

@@ -169,12 +169,6 @@ TEST(MoveToNewName, RefusesAMissingFolderAndANameThatIsTooLong) {
     EXPECT_THAT(folder.entries(), IsEmpty());
 }
 
-TEST(FlushToDisk, TakesFilesAndRefusesWhatIsMissing) {
-    const TemporaryFolder folder;
-    EXPECT_NO_THROW(flush_to_disk(folder.write("file", "x")));
-    EXPECT_NE(refusal([&] { flush_to_disk(folder / "no such"); }), "");
-}
-
 TEST(ReadWholeFile, GivesEveryByteBack) {
     const TemporaryFolder folder;
     const std::string content{"a\0\r\n\x1A\xFF", 6};

@@ -4,6 +4,7 @@
 #include "base/durable_file.h"
 #include "climate/climate_run.h"
 #include "engine/results_store.h"
+#include "store/transactions.h"
 #include "tests/engine/engine_fixture.h"
 #include "tests/support/temporary_folder.h"
 
@@ -58,7 +59,7 @@ struct SixDays : SmallBasin {
 inline void write_scenario(const std::filesystem::path& file, const std::string& name, double winter_end,
                            const std::vector<ScenarioRow>& rows) {
     BasinDatabase database{file, Access::ReadWrite};
-    database.in_transaction([&] {
+    atomically_if(database, [&] {
         add_rows<ScenarioIndexRow>(database, template_table(k_scenario_index),
                                    std::vector{ScenarioIndexRow{.simulation = "Test",
                                                                 .scenario = name,

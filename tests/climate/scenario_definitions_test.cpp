@@ -1,4 +1,5 @@
 // Scenarios in the basin file: opening, storing, replacing and deleting them.
+#include "store/transactions.h"
 #include "tests/climate/scenario_basin.h"
 
 #include <cmath>
@@ -277,10 +278,10 @@ TEST_F(CreatedScenario, ThatIsRefusedBringsTheFormerOneBack) {
 
 TEST_F(CreatedScenario, WorksWithinATransactionAndGoesWithIt) {
     add_placeholder("wet");
-    database.in_transaction([&] {
+    {
+        const HeldTransaction transaction{database};
         EXPECT_EQ(create_scenario(database, basin, "warm"), std::nullopt);
-        return false;
-    });
+    }
     EXPECT_THAT(references(), ElementsAre("wet/None"));
     EXPECT_FALSE(database.has_table("warm"));
 }

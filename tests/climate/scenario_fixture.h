@@ -3,6 +3,7 @@
 
 #include "climate/scenario_application.h"
 #include "climate/scenario_codes.h"
+#include "store/transactions.h"
 #include "tests/engine/engine_fixture.h"
 #include "tests/support/basin_file.h"
 
@@ -76,7 +77,7 @@ protected:
     /// Applies rows as the scenario "warm".
     int apply(const std::vector<ScenarioRow>& rows) {
         // In one transaction: each one ends with a flush of the disk.
-        database.in_transaction([&] {
+        atomically_if(database, [&] {
             if (!database.has_table("warm")) database.create_table(scenario_table("warm"));
             clear_table(database, "warm");
             add_rows<ScenarioRow>(database, scenario_table("warm"), rows);

@@ -1,5 +1,6 @@
 // Normalization of a scenario: the months of the simulation brought to the long-term monthly averages.
 #include "store/monthly_table.h"
+#include "store/transactions.h"
 #include "tests/climate/scenario_fixture.h"
 
 #include <cmath>
@@ -28,7 +29,7 @@ protected:
 
     /// Stores the long-term averages: zone after zone, January to December.
     void store_normals(const std::vector<MonthlyRow>& rows) {
-        database.in_transaction([&] {
+        atomically_if(database, [&] {
             database.create_table(basin_averages_table());
             add_rows<MonthlyRow>(database, basin_averages_table(), rows);
             return true;

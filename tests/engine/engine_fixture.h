@@ -10,6 +10,7 @@
 #include "engine/zone_inputs.h"
 #include "store/basin_store.h"
 #include "store/table_io.h"
+#include "store/transactions.h"
 
 #include <gtest/gtest.h>
 
@@ -243,7 +244,7 @@ struct SmallBasin {
         BasinDatabase::create_template(path);
         BasinDatabase database{path, Access::ReadWrite};
         // In one transaction: each one ends with a flush of the disk.
-        database.in_transaction([&] {
+        atomically_if(database, [&] {
             write_basin_description(database, header);
             add_rows<Zone>(database, template_table(k_zone_description), zones);
             add_rows<Simulation>(database, template_table(k_simulation_index), std::vector{simulation});

@@ -23,6 +23,13 @@ TEST(StatisticsLabels, BearEnglishUnits) {
                             "Volume Difference (%): ", "Coefficient of Determination (R²):"));
 }
 
+TEST(StatisticsNames, HaveUnitsAndNoColons) {
+    EXPECT_THAT(statistics_names(Units::English),
+                ElementsAre("Measured Runoff Volume (10^6 f³)", "Average Measured Runoff (f³/s)",
+                            "Computed Runoff Volume (10^6 f³)", "Average Computed Runoff (f³/s)",
+                            "Volume Difference (%)", "Coefficient of Determination (R²)"));
+}
+
 TEST(StatisticsValues, StandInTheOrderOfTheirLabels) {
     RunState run;
     run.MeasuredVolume = 1.0F;

@@ -49,6 +49,9 @@ set(widget_headers
     qtreewidgetitem qtreewidgetitemiterator qtwidgetsdepends qtwidgetsversion qundoview qvboxlayout qwhatsthis
     qwidget qwidgetaction qwidgetitem qwizard qwizardpage)
 
+# A line that runs a statement of SQL or holds the text of one.
+set(statement "SQLite::|\"(SELECT|INSERT|UPDATE|DELETE|CREATE|DROP|ALTER|WITH RECURSIVE|BEGIN|SAVEPOINT|PRAGMA) ")
+
 # Names the layer of a path relative to src/: a folder, "windows/<subsystem>", or nothing if there is no such place.
 function(layer_of path result)
     set(layer "")
@@ -134,8 +137,9 @@ function(fault_of_name path layer result)
     endif()
 endfunction()
 
-# Checks every file of <tree>/src, and that no source of <tree>/tests is passed over by the build. Sets `findings` to
-# lines "<path>: <fault>" in the order of the paths, and `checked` to the number of files of src looked at.
+# Checks every file of <tree>/src, also for statements of SQL above the store, and that no source of <tree>/tests is
+# passed over by the build. Sets `findings` to lines "<path>: <fault>" in the order of the paths, and `checked` to the
+# number of files of src looked at.
 macro(check_layers tree)
     set(findings "")
     set(checked 0)
@@ -161,6 +165,10 @@ macro(check_layers tree)
                 list(APPEND findings "src/${path}: ${fault}")
             endif()
         endforeach()
+        file(STRINGS "${tree}/src/${path}" lines REGEX "${statement}" ENCODING UTF-8)
+        if(lines AND NOT layer STREQUAL "store")
+            list(APPEND findings "src/${path}: has a statement of SQL, which belongs in store")
+        endif()
     endforeach()
 
     file(GLOB_RECURSE paths RELATIVE "${tree}/tests" "${tree}/tests/*.cpp")

@@ -1,6 +1,7 @@
 // The rows that the daily tables lack for a period, in each mode.
 #include "prep/daily_records.h"
 
+#include "store/transactions.h"
 #include "tests/prep/prep_fixture.h"
 
 #include <stdexcept>
@@ -186,10 +187,10 @@ TEST_F(DailyRecords, TheExtentIsKnownOnceRowsWereAdded) {
 TEST_F(DailyRecords, AddingWithinATransactionLeavesItsEndToTheCaller) {
     select("wet", october(1), october(1));
     dialogs_.then(Answer::Yes);
-    database_.in_transaction([&] {
+    {
+        const HeldTransaction transaction{database_};
         build(DataView::PhysicalData);
-        return false;
-    });
+    }
     EXPECT_THAT(days("PhysicalData"), IsEmpty());
 }
 

@@ -32,8 +32,6 @@ TEST_F(DataMenuVariables, TheRecordIsShownWithoutAPeriod) {
     prep_.Edit_Locked = true;
     EXPECT_EQ(choose(k_record), DataOutcome::ShowEditor);
     EXPECT_EQ(prep_.Data_View, DataView::PhysicalData);
-    EXPECT_EQ(prep_.Data_Sub_View, 0);
-    EXPECT_EQ(prep_.Data_Columns, 8);
     EXPECT_EQ(prep_.query.table, "PhysicalData");
     EXPECT_EQ(prep_.query.fields, daily_fields(DataView::PhysicalData));
     EXPECT_EQ(prep_.query.period, std::nullopt);
@@ -47,7 +45,6 @@ TEST_F(DataMenuVariables, TheSimulationsDaysAreShownWithItsPeriod) {
     basin_.Current_Start = october(1);
     basin_.Current_End = october(2);
     EXPECT_EQ(choose(k_simulation), DataOutcome::ShowEditor);
-    EXPECT_EQ(prep_.Data_Sub_View, 1);
     EXPECT_EQ(prep_.query.period, (Period{october(1), october(2)}));
     EXPECT_EQ(messages(), 0U);
 }

@@ -4,6 +4,7 @@
 #include "base/scripted_dialogs.h"
 #include "prep/prep_state.h"
 #include "store/table_io.h"
+#include "store/transactions.h"
 #include "tests/support/basin_file.h"
 
 #include <gmock/gmock.h>
@@ -93,7 +94,8 @@ protected:
     /// Whether the connection is within no transaction.
     bool is_free() {
         try {
-            return database_.in_transaction([] { return true; });
+            const HeldTransaction own{database_};
+            return own.is_open();
         } catch (const StoreError&) {
             return false;
         }

@@ -4,6 +4,7 @@
 #include "base/scripted_dialogs.h"
 #include "prep/legacy_import.h"
 #include "store/table_io.h"
+#include "store/transactions.h"
 #include "tests/prep/legacy_text.h"
 #include "tests/support/temporary_folder.h"
 
@@ -24,7 +25,7 @@ public:
         const LegacyFile file = parts.read();
         BasinDatabase database{path(), Access::ReadWrite};
         std::optional<SimulationRecord> record;
-        database.in_transaction([&] {
+        atomically_if(database, [&] {
             record = import_legacy(database, file, offered, dialogs);
             return record.has_value();
         });

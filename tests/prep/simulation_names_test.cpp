@@ -1,6 +1,7 @@
 // Names of simulations: which are taken, which are refused, and what becomes of a table of the same name.
 #include "prep/simulation_names.h"
 
+#include "store/transactions.h"
 #include "tests/prep/scratch_basin.h"
 
 #include <gmock/gmock.h>
@@ -19,7 +20,7 @@ std::optional<std::string> add(const ScratchBasin& basin, ScriptedDialogs& dialo
                                const std::string& proposed = {}) {
     BasinDatabase database{basin.path(), Access::ReadWrite};
     std::optional<std::string> name;
-    database.in_transaction([&] {
+    atomically_if(database, [&] {
         name = Add_Simulation_Name(database, dialogs, proposed);
         return name.has_value();
     });

@@ -3,6 +3,7 @@
 #include "base/durable_file.h"
 #include "store/basin_copy.h"
 #include "store/table_io.h"
+#include "store/transactions.h"
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
@@ -61,7 +62,7 @@ void write_basin(const fs::path& path, std::uintmax_t about_bytes) {
         }
     }
     const Simulation definition = any_simulation();
-    database.in_transaction([&] {
+    atomically_if(database, [&] {
         write_basin_description(database, header);
         add_rows<Zone>(database, template_table(k_zone_description), zones);
         add_rows<Simulation>(database, template_table(k_simulation_index), std::span{&definition, 1});

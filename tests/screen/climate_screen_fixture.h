@@ -1,6 +1,7 @@
 // The sample basin with a scenario, on a real display.
 #pragma once
 
+#include "store/transactions.h"
 #include "tests/screen/screen_fixture.h"
 #include "windows/climate/frmCtrlClim.h"
 #include "windows/engine/Results.h"
@@ -41,7 +42,7 @@ protected:
     void add_scenario() {
         BasinDatabase database{session_.basin.Work_File, Access::ReadWrite};
         const auto& basin = session_.basin;
-        database.in_transaction([&] {
+        atomically_if(database, [&] {
             const ScenarioIndexRow row{.simulation = basin.Current_Sim_Name,
                                        .scenario = "warmer",
                                        .winter_end_date = static_cast<double>(*day_count({1998, 3, 31})),

@@ -1,3 +1,4 @@
+#include "store/transactions.h"
 #include "tests/session/basin_life_fixture.h"
 
 namespace nivora {
@@ -255,7 +256,7 @@ TEST_F(BasinLifeTest, AStartWithoutATemplateWorksOnWhatTheLastStartLeft) {
     BasinDescription header = read_basin_description(database);
     header.name = "left over";
     write_basin_description(database, header);
-    database.in_transaction([&] {
+    atomically_if(database, [&] {
         add_rows<Simulation>(database, template_table(k_simulation_index),
                              std::vector<Simulation>{simulation_named("old")});
         return true;

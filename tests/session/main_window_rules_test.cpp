@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace nivora {
 namespace {
 
@@ -112,6 +114,11 @@ TEST(LeftBox, EachLimitHasItsTextAndTitle) {
     EXPECT_EQ(left_box_problem(BasinBox::Latitude, "91", Units::Metric)->text,
               "Latitude must be between 90° North and 90° South (-90°)");
     EXPECT_EQ(left_box_problem(BasinBox::Latitude, "91", Units::Metric)->title, "Latitude out of range");
+    EXPECT_EQ(latitude_problem(90.5).value().text,
+              left_box_problem(BasinBox::Latitude, "91", Units::Metric)->text);
+    EXPECT_FALSE(latitude_problem(90.0).has_value());
+    EXPECT_TRUE(latitude_problem(std::nan("")).has_value());
+    EXPECT_FALSE(latitude_problem(-90.0).has_value());
     EXPECT_EQ(left_box_problem(BasinBox::Longitude, "181", Units::Metric)->text,
               "Longitude must be between 180° East and 180° West (-180°)");
     EXPECT_EQ(left_box_problem(BasinBox::Longitude, "181", Units::Metric)->title, "Longitude out of range");

@@ -1,5 +1,6 @@
 // The File menu in the hands of a user who changes his mind half-way, and of one whose disk lets him down.
 
+#include "store/transactions.h"
 #include "tests/session/basin_life_fixture.h"
 #include "tests/support/other_program.h"
 #include "tests/support/page_damage.h"
@@ -40,7 +41,7 @@ protected:
         BasinDatabase database{file, Access::ReadWrite};
         BasinDescription header = read_basin_description(database);
         header.description = "from elsewhere";
-        database.in_transaction([&] {
+        atomically_if(database, [&] {
             write_basin_description(database, header);
             return true;
         });

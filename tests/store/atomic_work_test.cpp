@@ -64,24 +64,23 @@ TEST_F(AtomicWork, IsTakenBackWhereItThrows) {
 }
 
 TEST_F(AtomicWork, WithinATransactionOfTheCallerTakesBackItsOwnPartAlone) {
-    EXPECT_TRUE(database.in_transaction([&] {
-        write(1);
-        atomically_if(database, [&] {
-            write(2);
-            atomically(database, [&] { write(4); });
-            return false;
-        });
-        atomically(database, [&] { write(8); });
-        return true;
-    }));
+    HeldTransaction transaction{database};
+    write(1);
+    atomically_if(database, [&] {
+        write(2);
+        atomically(database, [&] { write(4); });
+        return false;
+    });
+    atomically(database, [&] { write(8); });
+    transaction.commit();
     EXPECT_EQ(sum(), 9);
 }
 
 TEST_F(AtomicWork, GoesWithTheTransactionOfTheCaller) {
-    EXPECT_FALSE(database.in_transaction([&] {
+    {
+        const HeldTransaction transaction{database};
         atomically(database, [&] { write(1); });
-        return false;
-    }));
+    }
     EXPECT_EQ(sum(), 0);
 }
 

@@ -3,6 +3,7 @@
 #include "base/durable_file.h"
 #include "store/database.h"
 #include "store/table_io.h"
+#include "store/transactions.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -33,7 +34,7 @@ fs::path make_basin(const fs::path& path, const std::string& name, int days) {
     for (int day = 0; day < days; ++day) {
         rows.push_back({.zone = 1, .date = 30000 + day, .runoff = static_cast<float>(day)});
     }
-    database.in_transaction([&] {
+    atomically_if(database, [&] {
         write_basin_description(database, header);
         add_rows<PhysicalRow>(database, template_table(k_physical_data), rows);
         return true;

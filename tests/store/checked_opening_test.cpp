@@ -4,6 +4,7 @@
 #include "store/basin_copy.h"
 #include "store/database.h"
 #include "store/table_io.h"
+#include "store/transactions.h"
 #include "tests/support/basin_file.h"
 #include "tests/support/killed_change.h"
 #include "tests/support/page_damage.h"
@@ -27,7 +28,7 @@ protected:
         for (int day = 0; day < 4000; ++day)
             rows.push_back({.zone = 1, .date = 30000 + day, .runoff = static_cast<float>(day)});
         database.create_table(sim_results_table());
-        database.in_transaction([&] {
+        atomically_if(database, [&] {
             add_rows<PhysicalRow>(database, template_table(k_physical_data), rows);
             database.execute("INSERT INTO SimResults (Zone, Date) SELECT Zone, Date FROM PhysicalData");
             return true;

@@ -60,7 +60,32 @@ TEST_F(DailyTableTest, ATableHasDaysOrNone) {
     EXPECT_EQ(scan_daily_table(database_, k_physical_data).count, 0);
 }
 
+TEST_F(DailyTableTest, DaysOfZonesEndWithTheLastDayAndTheLastZone) {
+    using testing::UnorderedElementsAre;
+    const auto rows = [&](const Period& period, int last_zone) {
+        std::vector<std::int64_t> numbers;
+        for (const StoredDay& day : days_of_zones(database_, k_physical_data, period, last_zone))
+            numbers.push_back(day.row);
+        return numbers;
+    };
+    EXPECT_THAT(rows({100, 101}, 2), UnorderedElementsAre(2, 3, 4));
+    EXPECT_THAT(rows({100, 101}, 1), UnorderedElementsAre(3));
+    database_.execute("UPDATE PhysicalData SET Date = 101.75 WHERE rowid = 4");
+    EXPECT_THAT(rows({100, 101}, 2), UnorderedElementsAre(2, 3))
+        << "its date lies after the start of day 101";
+    EXPECT_THAT(rows({100, 102}, 2), UnorderedElementsAre(1, 2, 3, 4));
+}
+
+TEST_F(DailyTableTest, DaysOfZonesAreDeletedAndNoOthers) {
+    delete_days_of_zones(database_, k_physical_data, {101, 102}, 1);
+    EXPECT_EQ(days(std::nullopt), "2/100@2 2/101@4 2/102@1 ");
+    delete_days_of_zones(database_, k_physical_data, {101, 102}, 2);
+    EXPECT_EQ(days(std::nullopt), "2/100@2 ");
+}
+
 TEST_F(DailyTableTest, ATableThatIsNotThereIsRefused) {
+    EXPECT_THROW(static_cast<void>(days_of_zones(database_, "none", {1, 2}, 1)), StoreError);
+    EXPECT_THROW(delete_days_of_zones(database_, "none", {1, 2}, 1), StoreError);
     EXPECT_THROW(static_cast<void>(stored_days(database_, "none", std::nullopt)), StoreError);
     EXPECT_THROW(static_cast<void>(count_days(database_, "none", {1, 2})), StoreError);
     EXPECT_THROW(static_cast<void>(has_days(database_, "none")), StoreError);

@@ -3,6 +3,7 @@
 #include "store/basin_copy.h"
 #include "store/database.h"
 #include "store/table_io.h"
+#include "store/transactions.h"
 #include "tests/support/killed_change.h"
 #include "tests/support/other_program.h"
 #include "tests/support/temporary_folder.h"
@@ -30,7 +31,7 @@ protected:
         BasinDatabase database{path, Access::ReadWrite};
         std::vector<PhysicalRow> rows;
         for (int day = 0; day < days; ++day) rows.push_back({.zone = 1, .date = 30000 + day, .runoff = 1.0F});
-        database.in_transaction([&] {
+        atomically_if(database, [&] {
             BasinDescription header = read_basin_description(database);
             header.name = name;
             write_basin_description(database, header);

@@ -1,12 +1,14 @@
 #include "store/monthly_table.h"
 
 #include "store/table_io.h"
+#include "store/transactions.h"
 #include "tests/support/basin_file.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 
 namespace nivora {
 namespace {
@@ -152,15 +154,14 @@ TEST_F(MonthlyTable, ThatBeginsWithTheZoneInAnotherCaseIsKept) {
 TEST_F(MonthlyTable, CanBeBroughtUpToDateWithinATransaction) {
     state_zones(1);
     BasinDatabase database = file_.open();
-    EXPECT_FALSE(database.in_transaction([&] {
+    {
+        const HeldTransaction rolled_back{database};
         Ensure_Monthly_Table(database);
-        return false;
-    }));
+    }
     EXPECT_FALSE(database.has_table(k_basin_averages));
-    EXPECT_TRUE(database.in_transaction([&] {
-        Ensure_Monthly_Table(database);
-        return true;
-    }));
+    HeldTransaction transaction{database};
+    Ensure_Monthly_Table(database);
+    transaction.commit();
     EXPECT_EQ(rows().size(), 12U);
 }
 
@@ -172,6 +173,51 @@ TEST_F(MonthlyTable, StaysAsItWasWhereItsRowsAreRefused) {
     EXPECT_NE(refused([&] { ensure(); }), std::nullopt);
     ASSERT_EQ(rows().size(), 1U);
     EXPECT_EQ(rows()[0].tmax, 1.5F);
+}
+
+TEST_F(MonthlyTable, AYearIsTheFirstTwelveRowsOfItsZoneInStoredOrder) {
+    state_zones(2);
+    ensure();
+    file_.change(
+        "INSERT INTO BasinAverages VALUES (2, 'Jan', 9, 9, 9, 9);"
+        "UPDATE BasinAverages SET TMaxN = 1.5, TMinN = NULL, TAvgN = 2.5, PrecipN = 3.5 WHERE rowid = 14");
+    BasinDatabase database = file_.open();
+    const StoredYear year = read_stored_year(database, 2);
+    EXPECT_EQ(year.front().row, 13);
+    EXPECT_EQ(year.back().row, 24);
+    EXPECT_EQ(year[1].values[0], 1.5F);
+    EXPECT_TRUE(std::isnan(year[1].values[1]));
+    EXPECT_EQ(year[1].values[2], 2.5F);
+    EXPECT_EQ(year[1].values[3], 3.5F);
+}
+
+TEST_F(MonthlyTable, AYearOfFewerThanTwelveRowsIsDamaged) {
+    state_zones(1);
+    ensure();
+    file_.change("DELETE FROM BasinAverages WHERE Month = 'May'");
+    BasinDatabase database = file_.open();
+    EXPECT_EQ(refused([&] { static_cast<void>(read_stored_year(database, 1)); }), StoreFault::Damaged);
+    EXPECT_EQ(refused([&] { static_cast<void>(read_stored_year(database, 2)); }), StoreFault::Damaged);
+    database.drop_table(k_basin_averages);
+    EXPECT_EQ(refused([&] { static_cast<void>(read_stored_year(database, 1)); }), StoreFault::Statement);
+}
+
+TEST_F(MonthlyTable, AMonthIsStoredInItsRowAlone) {
+    state_zones(1);
+    ensure();
+    BasinDatabase database = file_.open();
+    store_month(database, {3, {1.0F, -2.0F, k_missing, 4.0F}});
+    const auto all = rows();
+    EXPECT_EQ(all[2].month, "Mar");
+    EXPECT_EQ(all[2].tmax, 1.0F);
+    EXPECT_EQ(all[2].tmin, -2.0F);
+    EXPECT_TRUE(std::isnan(all[2].tavg));
+    EXPECT_EQ(all[2].precip, 4.0F);
+    EXPECT_EQ(all[1].tmax, 0.0F);
+    EXPECT_EQ(refused([&] {
+                  store_month(database, {3, {std::numeric_limits<float>::infinity(), 0.0F, 0.0F, 0.0F}});
+              }),
+              StoreFault::Value);
 }
 
 }  // namespace

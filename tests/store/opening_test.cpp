@@ -1,4 +1,5 @@
 #include "store/table_io.h"
+#include "store/transactions.h"
 #include "tests/support/basin_file.h"
 #include "tests/support/printed_seed.h"
 
@@ -172,7 +173,7 @@ std::string filled_basin() {
     BasinDatabase database = file.open();
     std::vector<PhysicalRow> rows;
     for (DayCount day = 36526; day < 36826; ++day) rows.push_back({.zone = 1, .date = day, .tavg = 1.5F});
-    database.in_transaction([&] {
+    atomically_if(database, [&] {
         add_rows<PhysicalRow>(database, template_table(k_physical_data), rows);
         return true;
     });

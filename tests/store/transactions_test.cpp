@@ -1,3 +1,5 @@
+#include "store/transactions.h"
+
 #include "store/table_io.h"
 #include "tests/support/basin_file.h"
 
@@ -18,42 +20,44 @@ std::vector<std::string> basin_names(const BasinFile& file) {
     return file.column("SELECT BasinName FROM BasinDescription");
 }
 
-TEST(Transaction, IsCommittedWhenItsWorkReturnsTrue) {
+TEST(Transaction, StaysWhenItIsCommitted) {
     const BasinFile file;
     BasinDatabase database = file.open();
-    EXPECT_TRUE(database.in_transaction([&] {
+    {
+        HeldTransaction transaction{database};
         database.execute(k_rename);
         database.create_table(parameter_table("Run"));
-        return true;
-    }));
+        transaction.commit();
+    }
     EXPECT_THAT(basin_names(file), ElementsAre("Ellervane"));
     EXPECT_TRUE(database.has_table("Run"));
     EXPECT_THAT(file.folder().entries(), ElementsAre("basin.mdb"));
 }
 
-TEST(Transaction, IsRolledBackWhenItsWorkReturnsFalse) {
+TEST(Transaction, IsRolledBackWithoutACommit) {
     const BasinFile file;
     BasinDatabase database = file.open();
-    EXPECT_FALSE(database.in_transaction([&] {
+    {
+        const HeldTransaction transaction{database};
         database.execute(k_rename);
         database.create_table(parameter_table("Run"));
         database.drop_table(k_zone_description);
-        return false;
-    }));
+    }
     EXPECT_THAT(basin_names(file), ElementsAre("<basin name>"));
     EXPECT_FALSE(database.has_table("Run"));
     EXPECT_TRUE(database.has_table(k_zone_description));
     EXPECT_THAT(file.folder().entries(), ElementsAre("basin.mdb"));
 }
 
-TEST(Transaction, IsRolledBackWhenItsWorkThrowsAndHandsTheFaultOn) {
+TEST(Transaction, IsRolledBackByAnExceptionWhichIsPassedOn) {
     const BasinFile file;
     BasinDatabase database = file.open();
-    EXPECT_THROW(database.in_transaction([&]() -> bool {
+    const auto work = [&] {
+        const HeldTransaction transaction{database};
         database.execute(k_rename);
         throw std::out_of_range("some fault");
-    }),
-                 std::out_of_range);
+    };
+    EXPECT_THROW(work(), std::out_of_range);
     EXPECT_THAT(basin_names(file), ElementsAre("<basin name>"));
 }
 
@@ -61,11 +65,10 @@ TEST(Transaction, IsRolledBackWhenAStatementOfItIsRefused) {
     const BasinFile file;
     BasinDatabase database = file.open();
     EXPECT_EQ(refused([&] {
-                  database.in_transaction([&] {
-                      database.execute(k_rename);
-                      database.drop_table("no such table");
-                      return true;
-                  });
+                  HeldTransaction transaction{database};
+                  database.execute(k_rename);
+                  database.drop_table("no such table");
+                  transaction.commit();
               }),
               StoreFault::Missing);
     EXPECT_THAT(basin_names(file), ElementsAre("<basin name>"));
@@ -87,10 +90,11 @@ TEST(Transaction, InAnotherOneIsRefusedAndEndsBoth) {
     BasinDatabase database = file.open();
     bool inner_ran = false;
     EXPECT_EQ(refused([&] {
-                  database.in_transaction([&] {
-                      database.execute(k_rename);
-                      return database.in_transaction([&] { return inner_ran = true; });
-                  });
+                  HeldTransaction outer{database};
+                  database.execute(k_rename);
+                  const HeldTransaction inner{database};
+                  inner_ran = true;
+                  outer.commit();
               }),
               StoreFault::Statement);
     EXPECT_FALSE(inner_ran);
@@ -100,11 +104,10 @@ TEST(Transaction, InAnotherOneIsRefusedAndEndsBoth) {
 TEST(Transaction, LeavesTheFileFreeForTheNextOne) {
     const BasinFile file;
     BasinDatabase database = file.open();
-    EXPECT_FALSE(database.in_transaction([] { return false; }));
-    EXPECT_TRUE(database.in_transaction([&] {
-        database.execute(k_rename);
-        return true;
-    }));
+    { const HeldTransaction first{database}; }
+    HeldTransaction next{database};
+    database.execute(k_rename);
+    next.commit();
     EXPECT_THAT(basin_names(file), ElementsAre("Ellervane"));
 }
 
@@ -116,7 +119,10 @@ TEST(BusyFile, RefusesATransactionWhileAnotherProgramWrites) {
     SQLite::Database other{file.path().string(), SQLite::OPEN_READWRITE};
     other.exec("BEGIN IMMEDIATE");
     bool ran = false;
-    const auto work = [&] { database.in_transaction([&] { return ran = true; }); };
+    const auto work = [&] {
+        const HeldTransaction transaction{database};
+        ran = true;
+    };
     EXPECT_EQ(refused(work), StoreFault::Busy);
     EXPECT_FALSE(ran);
     EXPECT_EQ(database.table_names().size(), 5U) << "reading goes on beside a writer that has not committed";

@@ -4,6 +4,7 @@
 #include "session/main_window_rules.h"
 #include "store/basin_marks.h"
 #include "store/table_io.h"
+#include "store/transactions.h"
 #include "widgets/controls.h"
 #include "widgets/edit_target.h"
 #include "widgets/grid_status.h"
@@ -319,15 +320,14 @@ void frmCC::mark_changed() {
 bool frmCC::store_all() {
     try {
         BasinDatabase database{session().basin.Work_File, Access::ReadWrite};
-        database.in_transaction([&] {
-            for (Scenario& scenario : scenarios_) {
-                if (!scenario.fault.empty()) continue;
-                std::erase_if(scenario.rows, is_blank);
-                for (ScenarioRow& row : scenario.rows) leave_scenario_row(row);
-                store_scenario(database, scenario);
-            }
-            return true;
-        });
+        HeldTransaction transaction{database};
+        for (Scenario& scenario : scenarios_) {
+            if (!scenario.fault.empty()) continue;
+            std::erase_if(scenario.rows, is_blank);
+            for (ScenarioRow& row : scenario.rows) leave_scenario_row(row);
+            store_scenario(database, scenario);
+        }
+        transaction.commit();
         return true;
     } catch (const StoreError& error) {
         session().dialogs.stop(error.what());
@@ -379,7 +379,6 @@ void frmCC::view_variables() {
     prep.query = {.table = basin.Current_Sim_Name,
                   .fields = daily_fields(DataView::Scenario),
                   .period = Period{*basin.Current_Start, *basin.Current_End}};
-    prep.Data_Columns = static_cast<int>(prep.query.fields.size());
     prep.window_title = "Climate Change Scenario " + from_qt(chooser_->currentText()) + " " +
                         long_date_text(*basin.Current_Start) + " to " + long_date_text(*basin.Current_End);
     prep.caption_prefix = "Variables and parameters of simulation ";

@@ -356,7 +356,7 @@ TEST_F(ScenarioLeavingTest, TheVariablesAreShownReadOnly) {
     ASSERT_TRUE(session_.prep.query.period);
     EXPECT_EQ(session_.prep.query.period->start, SixDays::first_day());
     EXPECT_EQ(session_.prep.query.period->end, SixDays::first_day() + SixDays::k_days - 1);
-    EXPECT_EQ(session_.prep.Data_Columns, 17);
+    EXPECT_EQ(session_.prep.query.fields.size(), 17U);
 }
 
 TEST_F(ScenarioGridTest, BlankRowsFollowThatAreSeenOnceTheLastOnesAreFilled) {

@@ -1,0 +1,1 @@
+const char* of_zone = "SELECT Date FROM PhysicalData WHERE Zone = ?";
