@@ -16,22 +16,6 @@ namespace {
 
 class SystemDialogsOnScreen : public MainWindowOnScreenTest {
 protected:
-    /// Does something with the dialog of a kind once it is on the screen; a dialog that is still open then
-    /// is closed.
-    template <typename Dialog>
-    void in_dialog(std::function<void(Dialog&)> act) {
-        auto* look = new QTimer(&waiting_);
-        QObject::connect(look, &QTimer::timeout, look, [this, look, act = std::move(act)] {
-            auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
-            if (dialog == nullptr) return;
-            look->stop();
-            await_active(*dialog);
-            act(*dialog);
-            ++seen_;
-            if (dialog->isVisible()) dialog->reject();
-        });
-        look->start(10);
-    }
     static QStringList files_shown(const QFileDialog& dialog) {
         const auto* list = dialog.findChild<QAbstractItemView*>(QStringLiteral("listView"));
         QStringList names;
@@ -48,11 +32,6 @@ protected:
     static Element& part(const QWidget& dialog, const char* name) {
         return *dialog.findChild<Element*>(QString::fromUtf8(name));
     }
-
-    int seen_ = 0;
-
-private:
-    QObject waiting_;
 };
 
 TEST_F(SystemDialogsOnScreen, AllFilesChosenByKeysShowsANameWithoutAPoint) {
@@ -73,7 +52,7 @@ TEST_F(SystemDialogsOnScreen, AllFilesChosenByKeysShowsANameWithoutAPoint) {
                             .folder = user_.path(),
                             .patterns = {"Windows NVR Data (*.mdb)", "All Files (*.*)"}}),
               std::nullopt);
-    EXPECT_EQ(seen_, 1);
+    EXPECT_EQ(modal_windows_seen_, 1);
 }
 
 TEST_F(SystemDialogsOnScreen, PageSetupKeepsThePaperThatWasChosen) {
@@ -95,7 +74,7 @@ TEST_F(SystemDialogsOnScreen, PageSetupKeepsThePaperThatWasChosen) {
         choose("mnuFileItem(7)");
         EXPECT_EQ(session_.settings.page.paper, paper);
     }
-    EXPECT_EQ(seen_, 6);
+    EXPECT_EQ(modal_windows_seen_, 6);
 }
 
 TEST_F(SystemDialogsOnScreen, TheAboutBoxShowsTheProgramsOneVersion) {
@@ -111,7 +90,7 @@ TEST_F(SystemDialogsOnScreen, TheAboutBoxShowsTheProgramsOneVersion) {
         press({"Escape"});
     });
     choose("mnuHelpItm(3)");
-    EXPECT_EQ(seen_, 1);
+    EXPECT_EQ(modal_windows_seen_, 1);
 }
 
 }  // namespace
