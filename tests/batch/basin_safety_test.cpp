@@ -8,8 +8,10 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <random>
+#include <thread>
 
 namespace nivora {
 namespace {
@@ -28,6 +30,15 @@ protected:
         const std::size_t at = basin.bytes().find(text);
         ASSERT_NE(at, std::string::npos);
         put(at - 1, std::string(1, static_cast<char>(page)));
+    }
+    /// Adds a second scenario.
+    [[nodiscard]] BatchResult add_scenario() const {
+        return batch({"scenario", file(), "--simulation", "alder", "--name", "second", "--edit",
+                      "1:1996-01-01:1996-12-31:0:2:0"});
+    }
+    /// Imports the same legacy file as another simulation.
+    [[nodiscard]] BatchResult import_again() const {
+        return batch({"import", basin.file(), file(), "--name", "b"});
     }
 };
 
@@ -88,6 +99,8 @@ TEST_F(BasinSafety, AKilledWriteIsUndoneByWhicheverCommandComesNext) {
         {"export", file(), "PhysicalData", "--csv", basin.path("t.csv")},
         {"run", file(), "--simulation", "alder"},
         {"climate", file(), "--simulation", "alder", "--scenario", "warmer"},
+        {"scenario", file(), "--simulation", "alder", "--name", "second", "--edit",
+         "1:1996-01-01:1996-12-31:0:2:0"},
         {"check", file()}};
     for (const auto& command : commands) {
         kill_during_change(file(), "UPDATE PhysicalData SET Runoff = -1");
@@ -129,6 +142,24 @@ TEST_F(BasinSafety, ABasinThatAnotherProgramWorksOnIsRefusedAfterTheWait) {
     }
     EXPECT_TRUE(basin.bytes() == before);
     EXPECT_EQ(basin.run().status, 0);
+}
+
+// The other program goes on to hold the basin while the command starts, and lets go of it before its wait
+// ends.
+TEST_F(BasinSafety, ACommandWaitsForAnotherProgramAndThenWorks) {
+    const std::string alone = basin.run().out;
+    OtherProgram other{[&](const std::function<void()>& hold) {
+        const OpenBasin held = open_to_write(file(), std::chrono::seconds{10});
+        hold();
+    }};
+    std::thread lets_go{[&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds{700});
+        other.finish();
+    }};
+    const BatchResult result = basin.run({"--wait", "60"});
+    lets_go.join();
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.out, alone);
 }
 
 /// Starts a run in the basin whenever the command says something.
@@ -183,8 +214,9 @@ TEST_F(BasinSafety, ATableInThePlaceOfAnotherIsRefusedByEveryCommand) {
     ASSERT_EQ(basin.run().status, 0);
     set_root("SimResults", first_page_of(file(), "PhysicalData"));
     const std::string before = basin.bytes();
-    for (const auto& result : {basin.run(), climate(), export_table("PhysicalData", "t.csv"),
-                               batch({"simulations", file()}), batch({"check", file()})}) {
+    for (const auto& result :
+         {basin.run(), climate(), export_table("PhysicalData", "t.csv"), batch({"simulations", file()}),
+          batch({"check", file()}), add_scenario(), import_again()}) {
         EXPECT_EQ(result.status, 1);
         EXPECT_THAT(result.err + result.out, HasSubstr("PhysicalData"));
     }
@@ -195,7 +227,8 @@ TEST_F(BasinSafety, ATableInThePlaceOfAnotherIsRefusedByEveryCommand) {
 TEST_F(BasinSafety, ADamagedIndexIsRefusedWithItsTable) {
     empty_index(file(), "PhysicalData.key");
     const std::string before = basin.bytes();
-    for (const auto& result : {basin.run(), climate(), batch({"check", file()})}) {
+    for (const auto& result :
+         {basin.run(), climate(), batch({"check", file()}), add_scenario(), import_again()}) {
         EXPECT_EQ(result.status, 1);
         EXPECT_THAT(result.err + result.out, HasSubstr("PhysicalData"));
     }

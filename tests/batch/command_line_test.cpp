@@ -9,7 +9,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::StartsWith;
 
 TEST(CommandLine, HelpAndVersionAreNoFault) {
     const BatchResult help = batch({"--help"});
@@ -19,7 +18,7 @@ TEST(CommandLine, HelpAndVersionAreNoFault) {
     EXPECT_EQ(help.err, "");
     const BatchResult version = batch({"--version"});
     EXPECT_EQ(version.status, 0);
-    EXPECT_THAT(version.out, StartsWith("Nivora "));
+    EXPECT_EQ(version.out, "Nivora 1.10\n");
     for (const char* command : {"import", "simulations", "run", "export", "report", "template"})
         EXPECT_EQ(batch({command, "--help"}).status, 0);
 }

@@ -274,6 +274,24 @@ TEST_F(ClimateControlTest, AReportThatCannotBeWrittenSuspendsStepFive) {
     EXPECT_TRUE(std::filesystem::is_regular_file(report));
 }
 
+TEST_F(ClimateControlTest, AReportThatIsTheBasinUnderAnyNameSuspendsStepFiveAndLeavesTheBasin) {
+    open_six_days();
+    basin.Basin_File = folder.write("user.mdb", "the file of the user");
+    std::filesystem::create_hard_link(file, folder / "link.out");
+    std::filesystem::create_symlink(basin.Basin_File, folder / "soft.out");
+    run_to(4);
+    const std::string before = file_bytes(file);
+    for (const auto& named : {file, basin.Basin_File, folder / "link.out", folder / "soft.out"}) {
+        report = named;
+        EXPECT_EQ(step(5), StepOutcome::Suspended) << named;
+        EXPECT_THAT(dialogs.messages().at(dialogs.messages().size() - 2).message.text,
+                    testing::StartsWith("The file '" + path_text(named) + "' can't be written: "));
+    }
+    EXPECT_TRUE(file_bytes(file) == before);
+    EXPECT_EQ(file_bytes(basin.Basin_File), "the file of the user");
+    EXPECT_EQ(climate.steps_done, 4);
+}
+
 TEST_F(ClimateControlTest, AFaultOfStepFiveShowsItsText) {
     open_six_days();
     run_to(4);

@@ -88,6 +88,10 @@ void TestDisplay::type(const std::string& text) const {
     send({"xdotool", "type", "--delay", "8", "--", text});
 }
 
+void TestDisplay::point_at(int x, int y) const {
+    send({"xdotool", "mousemove", "--sync", std::to_string(x), std::to_string(y)});
+}
+
 void TestDisplay::click(int x, int y) const {
     send({"xdotool", "mousemove", "--sync", std::to_string(x), std::to_string(y), "click", "1"});
 }

@@ -27,6 +27,8 @@ public:
     void press(const std::vector<std::string>& keys) const;
     /// Types a text, letter by letter.
     void type(const std::string& text) const;
+    /// Moves the mouse.
+    void point_at(int x, int y) const;
     /// Clicks with the left button.
     void click(int x, int y) const;
     /// Writes a picture of the whole display, to look at where a test fails.

@@ -1,8 +1,8 @@
 // The sample basin with a scenario, on a real display.
 #pragma once
 
-#include "store/transactions.h"
 #include "tests/screen/screen_fixture.h"
+#include "tests/support/warmer_scenario.h"
 #include "windows/climate/frmCtrlClim.h"
 #include "windows/engine/Results.h"
 
@@ -40,26 +40,8 @@ protected:
         BasinDatabase{session_.basin.Work_File, Access::ReadWrite}.execute(statement);
     }
     void add_scenario() {
-        BasinDatabase database{session_.basin.Work_File, Access::ReadWrite};
-        const auto& basin = session_.basin;
-        atomically_if(database, [&] {
-            const ScenarioIndexRow row{.simulation = basin.Current_Sim_Name,
-                                       .scenario = "warmer",
-                                       .winter_end_date = static_cast<double>(*day_count({1998, 3, 31})),
-                                       .creation_date = std::nullopt,
-                                       .comments = "two degrees"};
-            add_rows<ScenarioIndexRow>(database, template_table(k_scenario_index), std::span{&row, 1});
-            database.create_table(scenario_table("warmer"));
-            ScenarioRow warmer;
-            warmer.variable = 1;
-            warmer.start = basin.Current_Start;
-            warmer.end = basin.Current_End;
-            warmer.action = 0;
-            warmer.factor = 2.0F;
-            warmer.zones = 0;
-            add_rows<ScenarioRow>(database, scenario_table("warmer"), std::span{&warmer, 1});
-            return true;
-        });
+        const BasinState& basin = session_.basin;
+        add_warmer_scenario(basin.Work_File, basin.Current_Sim_Name, basin.Current_Start, basin.Current_End);
     }
 
     template <typename Element>

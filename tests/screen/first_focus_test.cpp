@@ -10,13 +10,7 @@
 namespace nivora {
 namespace {
 
-class FirstFocusTest : public MainWindowOnScreenTest {
-protected:
-    static std::string focused() {
-        const QWidget* focus = QApplication::focusWidget();
-        return focus == nullptr ? "nothing" : from_qt(focus->objectName());
-    }
-};
+class FirstFocusTest : public MainWindowOnScreenTest {};
 
 TEST_F(FirstFocusTest, TypingAtTheStartReplacesTheNameThatIsProposed) {
     EXPECT_EQ(focused(), "Text(0)");

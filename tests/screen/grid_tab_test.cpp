@@ -27,10 +27,6 @@ protected:
     static void go_to_last(GridView& grid) {
         go_to(grid, grid.model()->rowCount() - 1, grid.model()->columnCount() - 1);
     }
-    static std::string focused() {
-        const QWidget* focus = QApplication::focusWidget();
-        return focus == nullptr ? "nothing" : from_qt(focus->objectName());
-    }
     static std::pair<int, int> active(const GridView& grid) {
         return {grid.currentIndex().row(), grid.currentIndex().column()};
     }

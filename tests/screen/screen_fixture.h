@@ -17,6 +17,7 @@
 #include <QTableView>
 #include <QTest>
 #include <QTimer>
+#include <QToolTip>
 #include <algorithm>
 #include <functional>
 #include <map>
@@ -90,6 +91,14 @@ protected:
         await([&] { return arrived.button_releases() > 0; }, k_arrival_ms);
         settle();
     }
+    /// Moves the mouse over a place and leaves it there, until a tip shows.
+    static void point_at(const QWidget& widget, QPoint place) {
+        const QPoint at = widget.mapToGlobal(place);
+        screen_display()->point_at(at.x() + 2, at.y());
+        settle();
+        screen_display()->point_at(at.x(), at.y());
+        await([] { return QToolTip::isVisible(); });
+    }
     static void click_cell(const QTableView& grid, int row, int column) {
         click(*grid.viewport(), grid.visualRect(grid.model()->index(row, column)).center());
     }
@@ -148,17 +157,24 @@ protected:
     /// It looks from time to time and waits in no loop of its own: the window may be opened only when the
     /// code that works now goes on.
     void in_modal(const char* name, std::function<void(QWidget&)> act) {
-        auto* look = new QTimer(&waiting_);
-        QObject::connect(look, &QTimer::timeout, look, [this, look, name, act = std::move(act)] {
-            QWidget* window = open_window(name);
-            if (window == nullptr || !window->isModal()) return;
-            look->stop();
-            await_active(*window);
-            act(*window);
-            ++modal_windows_seen_;
-            if (window->isVisible()) window->close();
-        });
-        look->start(10);
+        once_open(
+            [name] {
+                QWidget* window = open_window(name);
+                return window != nullptr && window->isModal() ? window : nullptr;
+            },
+            std::move(act));
+    }
+    /// The same with the dialog of a kind, such as a message box.
+    template <typename Dialog>
+    void in_dialog(std::function<void(Dialog&)> act) {
+        once_open([]() -> QWidget* { return qobject_cast<Dialog*>(QApplication::activeModalWidget()); },
+                  [act = std::move(act)](QWidget& dialog) { act(static_cast<Dialog&>(dialog)); });
+    }
+
+    /// The name of the element that has the keyboard.
+    static std::string focused() {
+        const QWidget* focus = QApplication::focusWidget();
+        return focus == nullptr ? "nothing" : from_qt(focus->objectName());
     }
 
     int modal_windows_seen_ = 0;
@@ -171,6 +187,21 @@ private:
     /// A window that closes leaves the keyboard to nobody until the window manager has given it on.
     static void await_keyboard() {
         await([] { return QGuiApplication::focusWindow() != nullptr; }, k_arrival_ms);
+    }
+
+    void once_open(std::function<QWidget*()> find, std::function<void(QWidget&)> act) {
+        auto* look = new QTimer(&waiting_);
+        QObject::connect(look, &QTimer::timeout, look,
+                         [this, look, find = std::move(find), act = std::move(act)] {
+                             QWidget* window = find();
+                             if (window == nullptr) return;
+                             look->stop();
+                             await_active(*window);
+                             act(*window);
+                             ++modal_windows_seen_;
+                             if (window->isVisible()) window->close();
+                         });
+        look->start(10);
     }
 
     QObject waiting_;  ///< holds what waits for modal windows, which ends with the test

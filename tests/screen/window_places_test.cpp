@@ -1,5 +1,7 @@
 // Where windows stand on a real display, from opening to opening.
 
+#include "base/durable_file.h"
+#include "shell/settings_store.h"
 #include "tests/screen/screen_fixture.h"
 
 #include <QPushButton>
@@ -21,6 +23,18 @@ protected:
         settle();
         window_.reset();
         session_.basin = {};
+        start_main_window();
+    }
+
+    /// Ends the program and starts it anew with what the end wrote into the store, and nothing else.
+    void start_with_written_settings() {
+        window_->close();
+        settle();
+        window_.reset();
+        session_.basin = {};
+        QSettings store{to_qt(path_text(user_ / "settings.ini")), QSettings::IniFormat};
+        Save_Settings(store, session_.settings);
+        session_.settings = Load_Settings(store);
         start_main_window();
     }
 
@@ -90,7 +104,7 @@ TEST_F(WindowPlacesTest, TheSizeComesBackWithThePlace) {
     settle();
     const QSize size = window_->size();
     const QPoint place = corner();
-    start_again();
+    start_with_written_settings();
     EXPECT_EQ(window_->size(), size);
     EXPECT_EQ(corner(), place);
 }

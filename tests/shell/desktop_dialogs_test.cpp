@@ -180,12 +180,16 @@ TEST_F(DesktopDialogsTest, AllFilesShowsANameWithoutAPoint) {
               std::nullopt);
 }
 
-TEST_F(DesktopDialogsTest, ABoxIsAtLeastAsWideAsItsTitle) {
+// A title bar has a picture and three buttons, each as wide as the bar is high, beside its bold text. Without
+// more ado a box leaves 50 points for them.
+TEST_F(DesktopDialogsTest, ABoxHasRoomForItsTitleBesideTheButtonsOfTheTitleBar) {
     const std::string title = "The title of this box says much more than the box itself does";
     when_shown<QMessageBox>([&](QMessageBox* box) {
         QFont font = box->font();
         font.setBold(true);
-        EXPECT_GT(box->width(), QFontMetrics(font).horizontalAdvance(QString::fromStdString(title)));
+        const int beside = 4 * box->style()->pixelMetric(QStyle::PM_TitleBarHeight);
+        EXPECT_GT(beside, 60);
+        EXPECT_GE(box->width(), QFontMetrics(font).horizontalAdvance(QString::fromStdString(title)) + beside);
         EXPECT_LE(box->width(), box->screen()->availableGeometry().width());
         box->button(QMessageBox::Ok)->click();
     });

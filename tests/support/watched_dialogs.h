@@ -11,6 +11,10 @@ class WatchedDialogs : public ScriptedDialogs {
 public:
     Answer message(const Message& message) override {
         look(message.title);
+        if (boxes != nullptr) {
+            const Answer answer = boxes->message(message);
+            if (message.buttons != Buttons::Ok) then(answer);
+        }
         return ScriptedDialogs::message(message);
     }
     std::optional<std::string> input(const InputBox& box) override {
@@ -22,6 +26,9 @@ public:
     [[nodiscard]] const std::string& title() const { return title_; }
 
     std::function<void()> while_shown;
+    /// Where messages are shown instead of being answered by the script, so that a test can answer them by
+    /// keys and mouse; null for the script.
+    Dialogs* boxes = nullptr;
 
 private:
     void look(const std::string& title) {

@@ -1,0 +1,55 @@
+// A message box with the frame that the window manager draws around it.
+
+#include "tests/screen/screen_fixture.h"
+#include "widgets/desktop_dialogs.h"
+
+#include <QMessageBox>
+
+namespace nivora {
+namespace {
+
+/// The points of a title bar that differ from the rest of their line: its text, and the pictures beside it.
+int drawn_in_title_bar(const QWidget& box) {
+    const QRect frame = box.frameGeometry();
+    const QImage bar =
+        box.screen()
+            ->grabWindow(0, frame.left(), frame.top(), frame.width(), box.geometry().top() - frame.top())
+            .toImage();
+    int count = 0;
+    for (int y = 0; y < bar.height(); ++y) {
+        std::map<QRgb, int> colours;
+        for (int x = 0; x < bar.width(); ++x) ++colours[bar.pixel(x, y)];
+        int most = 0;
+        for (const auto& [colour, points] : colours) most = std::max(most, points);
+        count += bar.width() - most;
+    }
+    return count;
+}
+
+using MessageBoxOnScreenTest = MainWindowOnScreenTest;
+
+// A title that is cut short would show more of itself in a wider box.
+TEST_F(MessageBoxOnScreenTest, ItIsAsWideAsItsTitleAsksFor) {
+    int as_shown = 0;
+    int wide = 0;
+    in_dialog<QMessageBox>([&](QMessageBox& box) {
+        as_shown = drawn_in_title_bar(box);
+        const QSize size = box.size();
+        box.layout()->setSizeConstraint(QLayout::SetNoConstraint);
+        box.setFixedSize(size + QSize(150, 0));
+        ASSERT_TRUE(await([&] { return box.frameGeometry().width() >= size.width() + 150; }));
+        QTest::qWait(300);  // the window manager draws its frame anew
+        wide = drawn_in_title_bar(box);
+        press({"Return"});
+    });
+    DesktopDialogs dialogs;
+    dialogs.message({.text = "No.",
+                     .title = "Database changes disable all model output (plots, reports) that utilize "
+                              "computed values"});
+    EXPECT_EQ(modal_windows_seen_, 1);
+    EXPECT_GT(as_shown, 500);
+    EXPECT_NEAR(as_shown, wide, as_shown / 50);
+}
+
+}  // namespace
+}  // namespace nivora
