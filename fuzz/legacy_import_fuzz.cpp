@@ -98,7 +98,7 @@ public:
     /// Imports twice, the second time over what the first left.
     void import(const LegacyFile& file, bool overwrite) {
         const auto answer = overwrite ? Answer::Yes : Answer::No;
-        database_->in_transaction([&] {
+        atomically_if(*database_, [&] {
             ScriptedDialogs first;
             first.then_text("fuzzed");
             require(import_legacy(*database_, file, "offered", first).has_value(), "a blank basin takes it");
