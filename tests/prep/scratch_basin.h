@@ -24,11 +24,9 @@ public:
                                            const std::string& offered = "offered") const {
         const LegacyFile file = parts.read();
         BasinDatabase database{path(), Access::ReadWrite};
-        std::optional<SimulationRecord> record;
-        atomically_if(database, [&] {
-            record = import_legacy(database, file, offered, dialogs);
-            return record.has_value();
-        });
+        HeldTransaction transaction{database};
+        auto record = import_legacy(database, file, offered, dialogs);
+        if (record) transaction.commit();
         return record;
     }
 

@@ -19,11 +19,9 @@ constexpr const char* k_ask_again = "Invalid character(s) in name, please re-ent
 std::optional<std::string> add(const ScratchBasin& basin, ScriptedDialogs& dialogs,
                                const std::string& proposed = {}) {
     BasinDatabase database{basin.path(), Access::ReadWrite};
-    std::optional<std::string> name;
-    atomically_if(database, [&] {
-        name = Add_Simulation_Name(database, dialogs, proposed);
-        return name.has_value();
-    });
+    HeldTransaction transaction{database};
+    auto name = Add_Simulation_Name(database, dialogs, proposed);
+    if (name) transaction.commit();
     EXPECT_TRUE(dialogs.complaints().empty()) << dialogs.complaints().front();
     EXPECT_EQ(dialogs.answers_left(), 0U);
     return name;
