@@ -13,14 +13,14 @@ function(nivora_test_headers target)
     target_precompile_headers(${target} PRIVATE ${arg_HEADERS})
 endfunction()
 
-# nivora_tests(<folder> [WINDOWS] [LIBRARY <target>] [DEFINITIONS <name=value>...])
+# nivora_tests(<folder> [WINDOWS | PAINTED] [LIBRARY <target>] [DEFINITIONS <name=value>...])
 #
 # Makes nivora_<folder>_test from tests/<folder>/*_test.cpp on nivora_<folder>, or <target>. Its tests are known to
 # ctest as <folder>.<suite>.<test> with the folder's name as label; a slash becomes an underscore. WINDOWS adds what
-# tests of windows need.
+# tests of windows need. PAINTED compiles as Qt wants it, without the headers of the plain tests.
 # The tests themselves are not optimised: what they test is, and they compile in a third of the time.
 function(nivora_tests folder)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS" "LIBRARY" "DEFINITIONS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS;PAINTED" "LIBRARY" "DEFINITIONS")
     file(GLOB sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tests/${folder}/*_test.cpp")
     if(NOT sources)
         return()
@@ -41,7 +41,9 @@ function(nivora_tests folder)
         target_precompile_headers(${target} REUSE_FROM nivora_window_test_headers)
     else()
         target_link_libraries(${target} PRIVATE GTest::gmock_main)
-        target_precompile_headers(${target} REUSE_FROM nivora_plain_test_headers)
+        if(NOT arg_PAINTED)
+            target_precompile_headers(${target} REUSE_FROM nivora_plain_test_headers)
+        endif()
     endif()
     target_compile_definitions(${target} PRIVATE ${arg_DEFINITIONS})
     gtest_discover_tests(${target}

@@ -55,7 +55,7 @@ void wrap_line(std::vector<std::string>& lines, const LineMeasure& measure, std:
         if (line.empty()) return;
         if (first_characters(line, 1).size() == line.size()) break;
     }
-    lines.emplace_back(line);
+    lines.emplace_back(right_trimmed(line));
 }
 
 }  // namespace
