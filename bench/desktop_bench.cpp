@@ -108,7 +108,8 @@ double start_once(const Folders& folders, std::int64_t& busy_afterwards) {
 
 /// The main window in this process.
 struct MainWindow {
-    explicit MainWindow(const Folders& folders) : window({session, quick_help, folders.root / "program"}) {
+    explicit MainWindow(const Folders& folders)
+        : window({session, quick_help, folders.root / "program", printing}) {
         link.lead_to(&window);
         window.start();
         QApplication::processEvents();
@@ -120,6 +121,8 @@ struct MainWindow {
     DesktopLink link;
     Session session{dialogs, link};
     QuickHelp quick_help;
+    DesktopPrinters printers;
+    Printing printing{session, printers};
     frmNVR window;
 };
 

@@ -4,6 +4,7 @@
 #include "shell/desktop_link.h"
 #include "shell/frmNVR.h"
 #include "store/table_io.h"
+#include "tests/support/recorded_printers.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/watched_dialogs.h"
 
@@ -35,7 +36,7 @@ protected:
         }
     }
     void start_main_window() {
-        window_ = std::make_unique<frmNVR>(WindowContext{session_, quick_help_, program_.path()});
+        window_ = std::make_unique<frmNVR>(WindowContext{session_, quick_help_, program_.path(), printing_});
         link_.lead_to(window_.get());
         window_->start();
     }
@@ -69,6 +70,8 @@ protected:
     DesktopLink link_;
     Session session_{dialogs_, link_};
     QuickHelp quick_help_;
+    RecordedPrinters printers_;
+    Printing printing_{session_, printers_};
     std::unique_ptr<frmNVR> window_;
 };
 

@@ -9,6 +9,8 @@
 #include "shell/frmNVRHelp.h"
 #include "shell/frmSplash.h"
 #include "widgets/desktop_dialogs.h"
+#include "widgets/desktop_printers.h"
+#include "widgets/print_dialog.h"
 #include "widgets/qt_text.h"
 #include "windows/climate/frmCC.h"
 #include "windows/climate/frmCtrlClim.h"
@@ -78,7 +80,7 @@ class Photographer {
 public:
     explicit Photographer(fs::path pictures)
         : pictures_(std::move(pictures)), program_(program_folder()), dialogs_(pictures_) {
-        window_ = std::make_unique<frmNVR>(WindowContext{session_, quick_help_, program_});
+        window_ = std::make_unique<frmNVR>(WindowContext{session_, quick_help_, program_, printing_});
         link_.lead_to(window_.get());
     }
 
@@ -168,7 +170,7 @@ private:
     }
 
     void windows() {
-        const WindowContext context{session_, quick_help_, program_};
+        const WindowContext context{session_, quick_help_, program_, printing_};
         frmTimeLagDist lag(context);
         lag.show();
         draw(lag, "time-lag.png");
@@ -182,11 +184,15 @@ private:
         frmAbout about;
         about.show();
         draw(about, "about.png");
+        PageSetup page;
+        PrintDialog print({QStringLiteral("Office printer")}, {.page = page});
+        print.show();
+        draw(print, "print-dialog.png");
     }
 
     /// The windows in which a basin is made by hand, on the sample.
     void preparing() {
-        const WindowContext context{session_, quick_help_, program_};
+        const WindowContext context{session_, quick_help_, program_, printing_};
         frmPopulate populate(context);
         populate.show();
         draw(populate, "populate.png");
@@ -213,7 +219,7 @@ private:
             BasinDatabase database{session_.basin.Work_File, Access::ReadWrite};
             if (mnuDataOpt_Click(prep, database, entry) != DataOutcome::ShowEditor) return;
         }
-        frmData data(WindowContext{session_, quick_help_, program_});
+        frmData data(WindowContext{session_, quick_help_, program_, printing_});
         if (!data.open()) return;
         data.show();
         draw(data, picture);
@@ -222,7 +228,7 @@ private:
 
     /// A warmer and wetter scenario of the sample, and its evaluation.
     void climate() {
-        const WindowContext context{session_, quick_help_, program_};
+        const WindowContext context{session_, quick_help_, program_, printing_};
         {
             BasinDatabase database{session_.basin.Work_File, Access::ReadWrite};
             if (create_scenario(database, session_.basin, "warmer")) return;
@@ -266,6 +272,8 @@ private:
     DesktopLink link_;
     Session session_{dialogs_, link_};
     QuickHelp quick_help_;
+    DesktopPrinters printers_;
+    Printing printing_{session_, printers_};
     std::unique_ptr<frmNVR> window_;
 };
 
