@@ -2,6 +2,7 @@
 
 #include "bench/bench_basin.h"
 #include "prep/data_menu.h"
+#include "widgets/desktop_printers.h"
 #include "widgets/grid_view.h"
 #include "windows/prep/frmData.h"
 
@@ -64,7 +65,9 @@ struct Prepared {
     Desktop desktop;
     Session session{dialogs, desktop};
     QuickHelp quick_help;
-    WindowContext context{session, quick_help, std::filesystem::path{NIVORA_SOURCE_DIR} / "data"};
+    DesktopPrinters printers;
+    Printing printing{session, printers};
+    WindowContext context{session, quick_help, std::filesystem::path{NIVORA_SOURCE_DIR} / "data", printing};
 };
 
 /// An editor that is shown and painted.

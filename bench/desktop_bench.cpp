@@ -107,7 +107,8 @@ double start_once(const Folders& folders, std::int64_t& busy_afterwards) {
 
 /// The main window in this process.
 struct MainWindow {
-    explicit MainWindow(const Folders& folders) : window({session, quick_help, folders.root / "program"}) {
+    explicit MainWindow(const Folders& folders)
+        : window({session, quick_help, folders.root / "program", printing}) {
         window.answer(desktop);
         window.start();
         QApplication::processEvents();
@@ -119,6 +120,8 @@ struct MainWindow {
     Desktop desktop;
     Session session{dialogs, desktop};
     QuickHelp quick_help;
+    DesktopPrinters printers;
+    Printing printing{session, printers};
     frmNVR window;
 };
 

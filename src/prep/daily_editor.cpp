@@ -99,6 +99,16 @@ DailySelection selection(DataView view, const DailyQuery& query, const std::vect
 
 }  // namespace
 
+std::string daily_print_suffix(DataView view) {
+    switch (view) {
+        case DataView::PhysicalData: return "_variables";
+        case DataView::Parameters: return "_parameters";
+        case DataView::Results: return "_Results";
+        case DataView::Scenario: break;
+    }
+    return {};
+}
+
 std::vector<std::string> daily_fields(DataView view) {
     switch (view) {
         case DataView::PhysicalData:

@@ -30,6 +30,10 @@ struct DailyColumn {
 /// The columns of a view, one for each field, `Date` first.
 [[nodiscard]] std::vector<DailyColumn> daily_columns(DataView view, const std::vector<std::string>& fields);
 
+/// The end of the name that is proposed for a print of a view: "_variables", "_parameters", "_Results", or
+/// nothing for a scenario's values.
+[[nodiscard]] std::string daily_print_suffix(DataView view);
+
 /// The input box before a mass edit of a field, with the field's name from the file.
 [[nodiscard]] InputBox mass_edit_question(MassEdit edit, const std::string& field);
 

@@ -1,23 +1,32 @@
 #include "reports/print_texts.h"
 
 #include "reports/page_head.h"
+#include "reports/print_mark_up.h"
 
 namespace nivora {
+namespace {
 
-std::string daily_values_title(const std::string& simulation) { return "/lSimulation: " + simulation; }
+std::string date_of(const std::optional<DayCount>& day) { return day ? long_date_text(*day) : std::string{}; }
+
+}  // namespace
+
+std::string daily_values_title(const std::string& simulation) {
+    return "/lSimulation: " + mark_up_text(simulation);
+}
 
 std::string grid_print_header(const std::string& title, const std::string& basin_name, double now) {
     return "/fb0/cHollin Flow Model (Nivora)/r" + short_date_text(whole_day(now)) + " " + time_text(now) +
-           "/n/cVersion " + k_report_version + "/n/c" + title + "/n/n/nBasin name:   " + basin_name + "/n";
+           "/n/cVersion " + k_report_version + "/n/c" + title +
+           "/n/n/nBasin name:   " + mark_up_text(basin_name) + "/n";
 }
 
 std::string scenario_heading(const ScenarioHeading& heading) {
-    return "/nBasin name:   " + heading.basin_name + "/nSimulation:   " + heading.simulation +
-           "/nClimate Scenario:  " + heading.scenario +
-           "/n/nStarting Date:   " + long_date_text(heading.start) +
-           "/nEnding Date:   " + long_date_text(heading.end) +
-           "/nWinter End Date:  " + long_date_text(heading.winter_end) + "/n/n/fu1Comments/fu0/n" +
-           heading.comments;
+    return "/nBasin name:   " + mark_up_text(heading.basin_name) +
+           "/nSimulation:   " + mark_up_text(heading.simulation) +
+           "/nClimate Scenario:  " + mark_up_text(heading.scenario) +
+           "/n/nStarting Date:   " + date_of(heading.start) + "/nEnding Date:   " + date_of(heading.end) +
+           "/nWinter End Date:  " + date_of(heading.winter_end) + "/n/n/fu1Comments/fu0/n" +
+           mark_up_text(heading.comments);
 }
 
 std::string scenario_legend() {
@@ -29,10 +38,12 @@ std::string scenario_legend() {
            "  Signed constant ADDed to each day in the time period (T+4, T-2)/n"
            "  % constant to multiply each daily P value by (P*1.2)/n"
            "  # of days to SHIFT forward or backward in time/n"
-           "  Normalize temperature/precipitation using long-term monthly averages)/n"
+           "  Normalize temperature//precipitation using long-term monthly averages)/n"
            "Zone - the zone or zones affected by the edit/n/n/n/n/n";
 }
 
-std::string scenario_footer(const std::string& basin_file) { return "/fb0/cBasin Filename:  " + basin_file; }
+std::string scenario_footer(const std::string& basin_file) {
+    return "/fb0/cBasin Filename:  " + mark_up_text(basin_file);
+}
 
 }  // namespace nivora

@@ -4,6 +4,7 @@
 
 #include "base/calendar.h"
 
+#include <optional>
 #include <string>
 
 namespace nivora {
@@ -17,19 +18,22 @@ inline constexpr const char* k_monthly_averages_title = "/lLong Term Monthly Ave
 /// The title of the daily values of a simulation.
 [[nodiscard]] std::string daily_values_title(const std::string& simulation);
 
-/// The header of every page: program, moment, version, title and basin. @param now date and time of the print
+/// The header of every page: program, moment, version, title and basin.
+///
+/// @param title in mark-up
+/// @param now   date and time of the print
 [[nodiscard]] std::string grid_print_header(const std::string& title, const std::string& basin_name,
                                             double now);
 
 /// What stands above the rows of a printed scenario.
 struct ScenarioHeading {
-    std::string basin_name;
-    std::string simulation;
-    std::string scenario;
-    DayCount start = 0;
-    DayCount end = 0;
-    DayCount winter_end = 0;
-    std::string comments;
+    std::string basin_name = {};
+    std::string simulation = {};
+    std::string scenario = {};
+    std::optional<DayCount> start = {};
+    std::optional<DayCount> end = {};
+    std::optional<DayCount> winter_end = {};
+    std::string comments = {};
 };
 [[nodiscard]] std::string scenario_heading(const ScenarioHeading& heading);
 

@@ -35,18 +35,22 @@ fs::path known_name(const fs::path& basin_file) {
     return basin_file;
 }
 
-std::string proposed_name(FileKind kind, const fs::path& basin_file, const std::string& extension) {
+bool saves_print(FileKind kind) { return kind == FileKind::SaveText || kind == FileKind::SavePdf; }
+
+std::string proposed_name(FileKind kind, const fs::path& basin_file, const std::string& extension,
+                          const std::string& suffix) {
     const fs::path known = known_name(basin_file);
     if (saves_basin(kind)) return path_text(known);
-    if (kind != FileKind::SaveText && kind != FileKind::SavePlot) return {};
     std::string name = path_text(known.filename());
-    if (kind == FileKind::SaveText) {
-        // The extension of a basin is replaced by that of a text; any other stays.
+    if (saves_print(kind)) {
+        if (name.empty()) return "newfile" + suffix;
+        // A basin's own ending gives way to that of the print; any other ending stays.
         constexpr std::string_view k_basin_ending = ".mdb";
         if (name.ends_with(k_basin_ending))
-            name.replace(name.size() - k_basin_ending.size(), std::string::npos, extension);
-        return name.empty() ? "newfile" : name;
+            return name.substr(0, name.size() - k_basin_ending.size()) + suffix + extension;
+        return path_text(known.stem()) + suffix + path_text(known.extension());
     }
+    if (kind != FileKind::SavePlot) return {};
     name = path_text(known.stem());
     return (name.empty() ? "newfile" : name) + extension;
 }
@@ -66,6 +70,7 @@ std::string title_of(FileKind kind) {
         case FileKind::SaveAs: return "Save a Nivora data base as ...";
         case FileKind::SavePlot: return "Save a Nivora plot as ...";
         case FileKind::SaveText: return "Save as a text(.txt) file";
+        case FileKind::SavePdf: return "Save as a PDF(.pdf) file";
         case FileKind::SaveQuestion:
         case FileKind::SaveBasin: break;
     }
@@ -76,6 +81,7 @@ std::vector<std::string> patterns_of(FileKind kind, bool flux_plot) {
     switch (kind) {
         case FileKind::Import: return {"DOS NVR Data (*.NVR)", k_all_files};
         case FileKind::SaveText: return {"Text Files (*.txt)", k_all_files};
+        case FileKind::SavePdf: return {"PDF Files (*.pdf)", k_all_files};
         case FileKind::SavePlot:
             if (flux_plot) return {"Bitmap Files (*.bmp)", "Ascii Files (*.txt)", "Slurp Files (*.flx)"};
             return {"Bitmap Files (*.bmp)", "Ascii Files (*.txt)"};
@@ -85,6 +91,7 @@ std::vector<std::string> patterns_of(FileKind kind, bool flux_plot) {
 
 std::string extension_of(FileKind kind) {
     if (kind == FileKind::SaveText) return ".txt";
+    if (kind == FileKind::SavePdf) return ".pdf";
     return kind == FileKind::SavePlot ? ".bmp" : ".mdb";
 }
 
@@ -100,10 +107,11 @@ fs::path FileNames::folder(FileKind kind) const {
     return kept == folders_.end() ? first_folder_ : kept->second;
 }
 
-std::optional<fs::path> FileNames::GetFileName(FileKind kind, const fs::path& basin_file, bool flux_plot) {
+std::optional<fs::path> FileNames::GetFileName(FileKind kind, const fs::path& basin_file, bool flux_plot,
+                                               const std::string& suffix) {
     const std::string extension = extension_of(kind);
     FileQuestion question{.title = title_of(kind),
-                          .proposed_name = proposed_name(kind, basin_file, extension),
+                          .proposed_name = proposed_name(kind, basin_file, extension, suffix),
                           .patterns = patterns_of(kind, flux_plot),
                           .saving = saves(kind)};
     for (;;) {

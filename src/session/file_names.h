@@ -18,7 +18,8 @@ enum class FileKind {
     SaveAs = 3,
     Import = 7,
     SaveText = 8,
-    SaveBasin = 9
+    SaveBasin = 9,
+    SavePdf = 10  ///< a print
 };
 
 /// Whether a path contains "NULL.MDB" or "NEW.MDB",
@@ -40,9 +41,11 @@ public:
     ///
     /// @param basin_file the user's file, from which a name is proposed
     /// @param flux_plot  whether a plot is one of the two that can be saved for the plotter program
+    /// @param suffix     of the name that is proposed for a text or a PDF, behind the basin's: "_Results"
     [[nodiscard]] std::optional<std::filesystem::path> GetFileName(FileKind kind,
                                                                    const std::filesystem::path& basin_file,
-                                                                   bool flux_plot = false);
+                                                                   bool flux_plot = false,
+                                                                   const std::string& suffix = {});
 
 private:
     [[nodiscard]] std::filesystem::path folder(FileKind kind) const;

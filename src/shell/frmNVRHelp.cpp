@@ -1,13 +1,16 @@
 #include "shell/frmNVRHelp.h"
 
 #include "base/durable_file.h"
+#include "reports/print_texts.h"
+#include "reports/text_pages.h"
 #include "session/document_reasons.h"
 #include "shell/document_opener.h"
-#include "widgets/controls.h"
+#include "widgets/printing.h"
 #include "widgets/qt_text.h"
 
 #include <QApplication>
 #include <QClipboard>
+#include <QFontInfo>
 #include <QMenuBar>
 #include <QTextBrowser>
 #include <QTextCursor>
@@ -76,10 +79,9 @@ frmNVRHelp::frmNVRHelp(const WindowContext& context, QWidget* parent)
 
 void frmNVRHelp::make_menus() {
     QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
-    QAction* print = file->addAction(QStringLiteral("&Print"));
-    print->setObjectName(QStringLiteral("mnuPrint"));
-    turn_off_printing(print);
-    print->setProperty(k_help_line, 2);
+    QAction* printing = file->addAction(QStringLiteral("&Print"), this, [this] { print(); });
+    printing->setObjectName(QStringLiteral("mnuPrint"));
+    printing->setProperty(k_help_line, 2);
     QAction* close_action = file->addAction(QStringLiteral("&Close"), this, &QWidget::close);
     close_action->setObjectName(QStringLiteral("mnuClose"));
     close_action->setProperty(k_help_line, 3);
@@ -124,6 +126,16 @@ void frmNVRHelp::copy() {
     QTextCursor cursor = text_->textCursor();
     cursor.clearSelection();
     text_->setTextCursor(cursor);
+}
+
+/// Prints the topic that is shown, in the font that it is shown in.
+void frmNVRHelp::print() {
+    const QFontInfo font(text_->font());
+    context().printing.print_text(this,
+                                  {.text = from_qt(text_->toPlainText()),
+                                   .title = from_qt(windowTitle()),
+                                   .name = k_print_job_name,
+                                   .font = {.family = from_qt(font.family()), .points = font.pointSizeF()}});
 }
 
 void frmNVRHelp::show_manual() {

@@ -26,6 +26,7 @@ private:
     void tell_unavailable(const std::array<QString, 2>& reasons,
                           const std::optional<std::filesystem::path>& unopened);
     void copy();
+    void print();
 
     QTextBrowser* text_;
     FontChooser fonts_;

@@ -6,6 +6,8 @@
 #include "shell/frmSplash.h"
 #include "shell/settings_store.h"
 #include "widgets/desktop_dialogs.h"
+#include "widgets/desktop_printers.h"
+#include "widgets/printing.h"
 #include "widgets/qt_text.h"
 
 #include <QApplication>
@@ -51,7 +53,9 @@ int main(int argc, char** argv) {
     Session session{dialogs, desktop};
     session.settings = Load_Settings(*store);
     QuickHelp quick_help;
-    frmNVR window({session, quick_help, program_folder});
+    DesktopPrinters printers;
+    Printing printing(session, printers);
+    frmNVR window({session, quick_help, program_folder, printing});
     window.answer(desktop);
 
     if (session.settings.show_splash) {

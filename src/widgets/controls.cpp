@@ -3,7 +3,6 @@
 #include "widgets/nivora_window.h"
 #include "widgets/qt_text.h"
 
-#include <QAction>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -30,8 +29,6 @@ protected:
     }
 };
 
-constexpr const char* k_no_printing = "Printing is not in this version yet";
-
 }  // namespace
 
 ButtonRow make_button_row(std::initializer_list<const char*> captions, int first_help, QWidget* parent) {
@@ -51,17 +48,6 @@ ButtonRow make_button_row(std::initializer_list<const char*> captions, int first
         ++index;
     }
     return row;
-}
-
-void turn_off_printing(QPushButton* button) {
-    button->setEnabled(false);
-    button->setToolTip(QString::fromUtf8(k_no_printing));
-}
-
-void turn_off_printing(QAction* entry) {
-    entry->setEnabled(false);
-    entry->setToolTip(QString::fromUtf8(k_no_printing));
-    entry->setStatusTip(QString::fromUtf8(k_no_printing));
 }
 
 QLabel* make_label(const QString& name, const QString& text, int help, QWidget* parent) {

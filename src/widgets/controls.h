@@ -5,7 +5,6 @@
 #include <initializer_list>
 #include <vector>
 
-class QAction;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -22,10 +21,6 @@ struct ButtonRow {
 };
 [[nodiscard]] ButtonRow make_button_row(std::initializer_list<const char*> captions, int first_help,
                                         QWidget* parent);
-
-/// Disables a control that would print, with the reason: this version can't print yet.
-void turn_off_printing(QPushButton* button);
-void turn_off_printing(QAction* entry);
 
 /// A label with a help line.
 [[nodiscard]] QLabel* make_label(const QString& name, const QString& text, int help, QWidget* parent);

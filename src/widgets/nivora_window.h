@@ -21,12 +21,14 @@ class QToolButton;
 namespace nivora {
 
 class KeptPlace;
+class Printing;
 
 /// The objects that every window needs.
 struct WindowContext {
     Session& session;
     QuickHelp& quick_help;
     std::filesystem::path program_folder;
+    Printing& printing;
 };
 
 /// A window with a QuickHelp button and strip, a status bar that shows the basin's file, a kept

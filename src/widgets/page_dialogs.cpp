@@ -1,5 +1,7 @@
 #include "widgets/page_dialogs.h"
 
+#include "widgets/desktop_printers.h"
+
 #include <QFontDialog>
 #include <QPageSetupDialog>
 #include <QPrinter>
@@ -8,10 +10,11 @@
 namespace nivora {
 
 void Page_Setup(PageSetup& setup, QWidget* parent) {
-    QPrinter printer(QPrinter::HighResolution);
-    printer.setPageLayout(page_of(setup));
-    QPageSetupDialog dialog(&printer, parent);
-    if (dialog.exec() == QDialog::Accepted) keep_page(setup, printer.pageLayout());
+    const QStringList names = printer_names();
+    const int kept = kept_printer(names, setup.printer);
+    const auto printer = make_printer(kept < 0 ? QString{} : names.at(kept), setup);
+    QPageSetupDialog dialog(printer.get(), parent);
+    if (dialog.exec() == QDialog::Accepted) keep_page(setup, printer->pageLayout());
 }
 
 FontChooser::Choice FontChooser::choice_of(const QFont& font) {

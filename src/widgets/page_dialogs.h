@@ -10,7 +10,8 @@ class QWidget;
 
 namespace nivora {
 
-/// Shows the page dialog. After a cancel, or on a system without printing, the old values stay.
+/// Shows the page dialog for the printer that was chosen last, or else for the standard printer. After a
+/// cancel, or on a system without printing, the old values stay.
 void Page_Setup(PageSetup& setup, QWidget* parent);
 
 /// The font dialog; it remembers its choice between calls.

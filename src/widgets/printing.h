@@ -9,31 +9,38 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
+#include <variant>
 
-class QTextDocument;
 class QWidget;
 
 namespace nivora {
 
+class PagedDevice;
+struct PrintedJob;
 struct PrintedSheet;
+struct ReportPrint;
 struct Session;
+struct TextPrint;
 
 enum class PrintTarget { Printer, Pdf, Text };
 
 /// What a print dialog offers first.
 struct PrintOffer {
-    const PageSetup& page;  ///< its printer is offered where there is one of that name
+    const PageSetup& page;  ///< its printer is offered if the system has it
     PrintTarget target = PrintTarget::Printer;
 };
 
 /// What the user chose in the print dialog.
 struct PrintChoice {
     PrintTarget target = PrintTarget::Pdf;
-    // The others are of a printer alone.
-    std::string printer;                        ///< its name
-    std::unique_ptr<QPagedPaintDevice> device;  ///< the printer, set up for the page; null if there is none
-    std::function<bool()> has_failed;           ///< whether the printer gave up during the print
+    // For a printer only:
+    std::string printer = {};                        ///< its name
+    PageSetup page = {};                             ///< as the dialog left it
+    std::unique_ptr<QPagedPaintDevice> device = {};  ///< null if the printer is not available any more
+    std::function<bool()> has_failed = {};           ///< whether the printer reported an error
+    std::function<void()> abort = {};                ///< drops the job while it is being painted
 };
 
 /// The printers of the system and the dialog that chooses among them. Tests supply recording devices.
@@ -48,23 +55,14 @@ public:
     virtual std::optional<PrintChoice> choose(QWidget* window, const PrintOffer& offer) = 0;
 };
 
-/// The printers of this computer, with the print dialog of the program.
-class DesktopPrinters : public Printers {
-public:
-    std::optional<PrintChoice> choose(QWidget* window, const PrintOffer& offer) override;
+/// What print_sheets needs besides the sheets.
+struct SheetsPrint {
+    std::string name_suffix = {};  ///< of the proposed file name: "_Results" gives "alder_Results.txt"
+    std::optional<Message> question = {};  ///< asked before the print; only Yes goes on
 };
 
-/// A report file on its way to paper.
-struct ReportPrint {
-    std::string text;         ///< the report file, with its marks
-    bool page_breaks = true;  ///< false leaves out the heads of tables on the pages that continue one
-    /// The file that the text was read from, which a print to a file does not replace; may be empty.
-    std::filesystem::path file = {};
-};
-
-/// Prints what windows show. Questions and faults are told through the session's dialogs; the chosen printer
-/// is kept in its settings. A print that fails changes nothing but its target, and a file is whole or as it
-/// was.
+/// Prints what windows show. Questions and errors are told through the session's dialogs; the chosen printer
+/// is kept in its settings. An error loses nothing: the window stays, and a file is complete or unchanged.
 class Printing {
 public:
     Printing(Session& session, Printers& printers) : session_(session), printers_(printers) {}
@@ -72,22 +70,29 @@ public:
     /// Prints the text of a report file.
     ///
     /// @param window in front of which the dialogs show; its object name decides where a message sends the
-    /// user
+    ///               user
     /// @return whether it was printed
     bool print_report(QWidget* window, const ReportPrint& report);
 
-    /// Prints a grid with its head, column heads and foot.
-    ///
-    /// @param name_suffix of the proposed file name, behind the basin's: "_variables" gives
-    /// "alder_variables.txt"
-    bool print_sheet(QWidget* window, const PrintedSheet& sheet, const std::string& name_suffix = {});
+    /// Prints grids, each from a page of its own.
+    bool print_sheets(QWidget* window, std::span<const PrintedSheet> sheets, const SheetsPrint& how = {});
 
-    /// Prints a text in its own font, such as a page of the help.
-    ///
-    /// @param title stands above each page
-    bool print_document(QWidget* window, const QTextDocument& document, const std::string& title);
+    /// Prints a text whose lines break at the margins, such as a topic of the help.
+    bool print_text(QWidget* window, const TextPrint& text);
 
 private:
+    struct Work;
+
+    [[nodiscard]] bool print(QWidget* window, const Work& work);
+    [[nodiscard]] bool print_on_printer(QWidget* window, PrintChoice& choice, const Work& work);
+    [[nodiscard]] bool print_to_file(QWidget* window, PrintTarget target, const Work& work);
+    [[nodiscard]] bool write_text(const std::filesystem::path& file, const Work& work);
+    [[nodiscard]] bool write_pages(QWidget* window, const std::filesystem::path& file, const Work& work);
+    [[nodiscard]] std::variant<PrintedJob, Message> laid_out(QWidget* window, const PagedDevice& device,
+                                                             const Work& work);
+    [[nodiscard]] bool agrees(const Work& work);
+    [[nodiscard]] bool is_in_use(const std::filesystem::path& file);
+
     Session& session_;
     Printers& printers_;
     PrintTarget last_ = PrintTarget::Printer;

@@ -47,7 +47,7 @@ TEST(PrintTexts, TheLegendOfAScenarioKeepsItsWords) {
         "  Signed constant ADDed to each day in the time period (T+4, T-2)/n"
         "  % constant to multiply each daily P value by (P*1.2)/n"
         "  # of days to SHIFT forward or backward in time/n"
-        "  Normalize temperature/precipitation using long-term monthly averages)/n"
+        "  Normalize temperature//precipitation using long-term monthly averages)/n"
         "Zone - the zone or zones affected by the edit/n/n/n/n/n");
     EXPECT_EQ(scenario_footer("/data/alder.mdb"), "/fb0/cBasin Filename:  /data/alder.mdb");
 }

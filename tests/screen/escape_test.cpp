@@ -11,7 +11,7 @@ namespace {
 class EscapeTest : public MainWindowOnScreenTest {
 protected:
     void show_period_window() {
-        frmPopulate(WindowContext{session_, quick_help_, program_.path()}, nullptr).show_modal();
+        frmPopulate(WindowContext{session_, quick_help_, program_.path(), printing_}, nullptr).show_modal();
         EXPECT_EQ(modal_windows_seen_, 1);
     }
 };

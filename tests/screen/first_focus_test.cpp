@@ -105,7 +105,7 @@ TEST_F(FirstFocusTest, EnterInThePeriodWindowPressesItsDefaultButton) {
         press({"Escape"});
         EXPECT_FALSE(window.isVisible());
     });
-    frmPopulate(WindowContext{session_, quick_help_, program_.path()}, nullptr).show_modal();
+    frmPopulate(WindowContext{session_, quick_help_, program_.path(), printing_}, nullptr).show_modal();
     EXPECT_EQ(modal_windows_seen_, 1);
 }
 

@@ -151,23 +151,17 @@ TEST_F(MenuPicturesTest, HelpStandsAtTheRightEndOfTheMenuBar) {
     press({"Escape", "Escape"});
 }
 
-TEST_F(MenuPicturesTest, PrintButtonsThatDoNothingAreGreyInEachWindow) {
+TEST_F(MenuPicturesTest, PrintButtonsAreAsDarkAsTheOthersInEachWindow) {
     open_sample();
     click_cell(*find<GridView>("DBGrid1"), 1, 0);
     const auto look = [&](QWidget& window) {
         int prints = 0;
         int others = 0;
         for (const auto* button : window.findChildren<QPushButton*>()) {
-            if (!button->isVisible() || button->text().isEmpty()) continue;
-            const int seen = darkest(picture(*button, button->rect().adjusted(6, 5, -6, -5)));
-            if (button->text() == QStringLiteral("&Print")) {
-                ++prints;
-                EXPECT_GT(seen, k_grey) << window.objectName().toStdString();
-                click(*button);
-            } else if (button->isEnabled()) {
-                ++others;
-                EXPECT_LT(seen, k_text) << button->text().toStdString();
-            }
+            if (!button->isVisible() || button->text().isEmpty() || !button->isEnabled()) continue;
+            ++(button->text() == QStringLiteral("&Print") ? prints : others);
+            EXPECT_LT(darkest(picture(*button, button->rect().adjusted(6, 5, -6, -5))), k_text)
+                << button->text().toStdString();
         }
         EXPECT_EQ(prints, 1) << window.objectName().toStdString();
         EXPECT_GE(others, 2) << window.objectName().toStdString();

@@ -18,9 +18,10 @@ protected:
     }
 
     /// The question that a purpose asks about a basin's file.
-    FileQuestion question(FileKind kind, const fs::path& basin_file, bool flux_plot = false) {
+    FileQuestion question(FileKind kind, const fs::path& basin_file, bool flux_plot = false,
+                          const std::string& suffix = {}) {
         dialogs_.then_file(std::nullopt);
-        EXPECT_EQ(names_.GetFileName(kind, basin_file, flux_plot), std::nullopt);
+        EXPECT_EQ(names_.GetFileName(kind, basin_file, flux_plot, suffix), std::nullopt);
         return dialogs_.files().back();
     }
 
@@ -53,6 +54,10 @@ TEST_F(FileKindsTest, EachPurposeHasItsTitlePatternsAndDialog) {
                            {FileKind::SaveText,
                             "Save as a text(.txt) file",
                             {"Text Files (*.txt)", "All Files (*.*)"},
+                            true},
+                           {FileKind::SavePdf,
+                            "Save as a PDF(.pdf) file",
+                            {"PDF Files (*.pdf)", "All Files (*.*)"},
                             true}}) {
         const FileQuestion asked = question(kind.kind, "/data/alder.mdb");
         EXPECT_EQ(asked.title, kind.title);
@@ -81,6 +86,18 @@ TEST_F(FileKindsTest, ATextTakesTheNameWithTheOtherEnding) {
     EXPECT_EQ(question(FileKind::SaveText, program_.path() / "null.mdb").proposed_name, "newfile");
 }
 
+TEST_F(FileKindsTest, APrintTakesTheNameWithItsSuffix) {
+    const auto proposed = [&](FileKind kind, const fs::path& file) {
+        return question(kind, file, false, "_Results").proposed_name;
+    };
+    EXPECT_EQ(proposed(FileKind::SaveText, "/data/alder.fork.mdb"), "alder.fork_Results.txt");
+    EXPECT_EQ(proposed(FileKind::SavePdf, "/data/alder.fork.mdb"), "alder.fork_Results.pdf");
+    EXPECT_EQ(proposed(FileKind::SaveText, "/data/alder.dat"), "alder_Results.dat") << "another ending stays";
+    EXPECT_EQ(proposed(FileKind::SaveText, "/data/alder"), "alder_Results");
+    EXPECT_EQ(proposed(FileKind::SavePdf, program_.path() / "null.mdb"), "newfile_Results");
+    EXPECT_EQ(proposed(FileKind::SavePdf, "<new file> "), "newfile_Results");
+}
+
 TEST_F(FileKindsTest, APlotTakesTheNameUpToItsLastPointAndTheEndingOfPlots) {
     EXPECT_EQ(question(FileKind::SavePlot, "/data/alder.fork.mdb").proposed_name, "alder.fork.bmp");
     EXPECT_EQ(question(FileKind::SavePlot, program_.path() / "null.mdb").proposed_name, "newfile.bmp");
@@ -107,8 +124,8 @@ TEST_F(FileKindsTest, OnlySavedNamesGetAnEnding) {
     for (const Case& c :
          {Case{FileKind::OpenBasin, "alder", "alder"}, Case{FileKind::Import, "alder", "alder"},
           Case{FileKind::SaveAs, "alder", "alder.mdb"}, Case{FileKind::SaveQuestion, "alder", "alder.mdb"},
-          Case{FileKind::SaveText, "alder", "alder.txt"}, Case{FileKind::SavePlot, "alder", "alder.bmp"},
-          Case{FileKind::SaveAs, "alder.old", "alder.old"},
+          Case{FileKind::SaveText, "alder", "alder.txt"}, Case{FileKind::SavePdf, "alder", "alder.pdf"},
+          Case{FileKind::SavePlot, "alder", "alder.bmp"}, Case{FileKind::SaveAs, "alder.old", "alder.old"},
           Case{FileKind::SaveText, "alder.csv", "alder.csv"}}) {
         dialogs_.then_file(program_.path() / c.answer);
         EXPECT_EQ(names_.GetFileName(c.kind, "/data/basin.mdb"), program_.path() / c.name);

@@ -65,7 +65,7 @@ TEST_F(HelpRulesTest, EachTopicHasItsIndexCaptionAndNumber) {
         pages += "[STRING" + number + "]page " + number + "[/STRING" + number + "]\n";
     }
     program_.write("NIVORAHelp.txt", pages);
-    frmNVRHelp help(WindowContext{session_, quick_help_, program_.path()});
+    frmNVRHelp help(WindowContext{session_, quick_help_, program_.path(), printing_});
     auto* text = help.findChild<QTextBrowser*>(QStringLiteral("txtHelp"));
     for (const Topic& topic : k_topics) {
         auto* action = help.findChild<QAction*>(QStringLiteral("mnuHlpItm(%1)").arg(topic.index));
@@ -82,7 +82,7 @@ TEST_F(HelpRulesTest, EachTopicHasItsIndexCaptionAndNumber) {
 
 TEST_F(HelpRulesTest, CopyTakesTheSelectionWithItsLinesAndEndsIt) {
     program_.write("NIVORAHelp.txt", "[STRING8]first line\n\nsecond line\n\nthird line[/STRING8]");
-    frmNVRHelp help(WindowContext{session_, quick_help_, program_.path()});
+    frmNVRHelp help(WindowContext{session_, quick_help_, program_.path(), printing_});
     help.show_topic(8);
     auto* text = help.findChild<QTextBrowser*>(QStringLiteral("txtHelp"));
     QTextCursor cursor = text->document()->find(QStringLiteral("first line"));
@@ -97,7 +97,7 @@ TEST_F(HelpRulesTest, CopyTakesTheSelectionWithItsLinesAndEndsIt) {
 
 TEST_F(HelpRulesTest, ThePageIsShownAsItStandsAlsoWhereItLooksLikeMarkup) {
     program_.write("NIVORAHelp.txt", "[STRING8]a < b & c > d <b>bold</b>[/STRING8]");
-    frmNVRHelp help(WindowContext{session_, quick_help_, program_.path()});
+    frmNVRHelp help(WindowContext{session_, quick_help_, program_.path(), printing_});
     help.show_topic(8);
     EXPECT_EQ(help.findChild<QTextBrowser*>(QStringLiteral("txtHelp"))->toPlainText(),
               QStringLiteral("a < b & c > d <b>bold</b>"));
@@ -105,7 +105,7 @@ TEST_F(HelpRulesTest, ThePageIsShownAsItStandsAlsoWhereItLooksLikeMarkup) {
 
 TEST_F(HelpRulesTest, AMissingTopicShowsTheTextThatNamesTheFile) {
     program_.write("NIVORAHelp.txt", "[STRING8]open and never closed");
-    frmNVRHelp help(WindowContext{session_, quick_help_, program_.path()});
+    frmNVRHelp help(WindowContext{session_, quick_help_, program_.path(), printing_});
     help.show_topic(8);
     const QString page = help.findChild<QTextBrowser*>(QStringLiteral("txtHelp"))->toPlainText();
     EXPECT_TRUE(page.startsWith(QString::fromStdString((program_ / "NIVORAHelp.txt").string())));

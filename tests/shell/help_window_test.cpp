@@ -15,7 +15,7 @@ using testing::HasSubstr;
 
 class HelpWindowTest : public MainWindowTest {
 protected:
-    frmNVRHelp help_{WindowContext{session_, quick_help_, program_.path()}};
+    frmNVRHelp help_{WindowContext{session_, quick_help_, program_.path(), printing_}};
     QTextBrowser* text_ = help_.findChild<QTextBrowser*>(QStringLiteral("txtHelp"));
 };
 

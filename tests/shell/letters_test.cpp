@@ -71,7 +71,7 @@ std::vector<std::string> shared(std::vector<std::string> letters) {
 
 class LettersTest : public MainWindowTest {
 protected:
-    [[nodiscard]] WindowContext context() { return {session_, quick_help_, program_.path()}; }
+    [[nodiscard]] WindowContext context() { return {session_, quick_help_, program_.path(), printing_}; }
 
     /// No menu of a window has a letter twice.
     static void expect_clear_menus(const QWidget& window) {

@@ -22,7 +22,7 @@ protected:
         dialogs_before_ = asked();
     }
 
-    [[nodiscard]] WindowContext context() { return {session_, quick_help_, program_.path()}; }
+    [[nodiscard]] WindowContext context() { return {session_, quick_help_, program_.path(), printing_}; }
     [[nodiscard]] std::size_t asked() const {
         return dialogs_.messages().size() + dialogs_.inputs().size() + dialogs_.files().size();
     }

@@ -93,7 +93,7 @@ TEST_F(QuickHelpTest, AMenuItemIsExplainedAndDisabled) {
 
 TEST_F(QuickHelpTest, TheStateHoldsInAWindowThatOpensMeanwhile) {
     quick_help_.set_on(true);
-    const WindowContext context{session_, quick_help_, program_.path()};
+    const WindowContext context{session_, quick_help_, program_.path(), printing_};
     frmTimeLagDist other(context);
     other.show();
     EXPECT_TRUE(other.findChild<QWidget*>(QStringLiteral("lblHelp"))->isVisible());

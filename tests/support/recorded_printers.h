@@ -1,7 +1,7 @@
 // A print dialog that answers from a script, and a printer that keeps the texts of its pages.
 #pragma once
 
-#include "widgets/page_dialogs.h"
+#include "paint/page_layout.h"
 #include "widgets/printing.h"
 
 #include <QBuffer>
@@ -66,6 +66,7 @@ public:
                                      .underline = item.font().underline()});
     }
     void drawPixmap(const QRectF& /*to*/, const QPixmap& /*picture*/, const QRectF& /*from*/) override {}
+    using QPaintEngine::drawPolygon;
     void drawPolygon(const QPointF* /*points*/, int /*count*/, PolygonDrawMode /*mode*/) override {}
     [[nodiscard]] Type type() const override { return User; }
 
@@ -112,6 +113,7 @@ public:
         choice.target = *target;
         if (*target != PrintTarget::Printer) return choice;
         choice.printer = name;
+        choice.page = offer.page;
         if (vanished) return choice;
         jobs_.push_back({.printer = name, .pages = {}});
         auto printer = std::make_unique<RecordingPrinter>(jobs_.back(), sheets, &nowhere_);

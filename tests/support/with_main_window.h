@@ -3,6 +3,7 @@
 
 #include "shell/frmNVR.h"
 #include "store/table_io.h"
+#include "tests/support/recorded_printers.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/watched_dialogs.h"
 
@@ -34,7 +35,7 @@ protected:
         }
     }
     void start_main_window() {
-        window_ = std::make_unique<frmNVR>(WindowContext{session_, quick_help_, program_.path()});
+        window_ = std::make_unique<frmNVR>(WindowContext{session_, quick_help_, program_.path(), printing_});
         window_->answer(desktop_);
         window_->start();
     }
@@ -68,6 +69,8 @@ protected:
     Desktop desktop_;
     Session session_{dialogs_, desktop_};
     QuickHelp quick_help_;
+    RecordedPrinters printers_;
+    Printing printing_{session_, printers_};
     std::unique_ptr<frmNVR> window_;
 };
 

@@ -3,6 +3,7 @@
 #include "widgets/nivora_window.h"
 
 #include "base/scripted_dialogs.h"
+#include "tests/support/recorded_printers.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -64,7 +65,9 @@ protected:
     Desktop desktop_;
     Session session_{dialogs_, desktop_};
     QuickHelp quick_help_;
-    WindowContext context_{session_, quick_help_, program_.path()};
+    RecordedPrinters printers_;
+    Printing printing_{session_, printers_};
+    WindowContext context_{session_, quick_help_, program_.path(), printing_};
 };
 
 TEST_F(NivoraWindowTest, ContentThatIsLargerThanTheScreenScrollsAndTheWindowFitsIt) {

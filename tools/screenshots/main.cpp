@@ -8,6 +8,8 @@
 #include "shell/frmNVRHelp.h"
 #include "shell/frmSplash.h"
 #include "widgets/desktop_dialogs.h"
+#include "widgets/desktop_printers.h"
+#include "widgets/print_dialog.h"
 #include "widgets/qt_text.h"
 #include "windows/climate/frmCC.h"
 #include "windows/climate/frmCtrlClim.h"
@@ -77,7 +79,7 @@ class Photographer {
 public:
     explicit Photographer(fs::path pictures)
         : pictures_(std::move(pictures)), program_(program_folder()), dialogs_(pictures_) {
-        window_ = std::make_unique<frmNVR>(WindowContext{session_, quick_help_, program_});
+        window_ = std::make_unique<frmNVR>(WindowContext{session_, quick_help_, program_, printing_});
         window_->answer(desktop_);
     }
 
@@ -167,7 +169,7 @@ private:
     }
 
     void windows() {
-        const WindowContext context{session_, quick_help_, program_};
+        const WindowContext context{session_, quick_help_, program_, printing_};
         frmTimeLagDist lag(context);
         lag.show();
         draw(lag, "time-lag.png");
@@ -181,11 +183,15 @@ private:
         frmAbout about;
         about.show();
         draw(about, "about.png");
+        PageSetup page;
+        PrintDialog print({QStringLiteral("Office printer")}, {.page = page});
+        print.show();
+        draw(print, "print-dialog.png");
     }
 
     /// The windows in which a basin is made by hand, on the sample.
     void preparing() {
-        const WindowContext context{session_, quick_help_, program_};
+        const WindowContext context{session_, quick_help_, program_, printing_};
         frmPopulate populate(context);
         populate.show();
         draw(populate, "populate.png");
@@ -212,7 +218,7 @@ private:
             BasinDatabase database{session_.basin.Work_File, Access::ReadWrite};
             if (mnuDataOpt_Click(prep, database, entry) != DataOutcome::ShowEditor) return;
         }
-        frmData data(WindowContext{session_, quick_help_, program_});
+        frmData data(WindowContext{session_, quick_help_, program_, printing_});
         if (!data.open()) return;
         data.show();
         draw(data, picture);
@@ -221,7 +227,7 @@ private:
 
     /// A warmer and wetter scenario of the sample, and its evaluation.
     void climate() {
-        const WindowContext context{session_, quick_help_, program_};
+        const WindowContext context{session_, quick_help_, program_, printing_};
         {
             BasinDatabase database{session_.basin.Work_File, Access::ReadWrite};
             if (create_scenario(database, session_.basin, "warmer")) return;
@@ -265,6 +271,8 @@ private:
     Desktop desktop_;
     Session session_{dialogs_, desktop_};
     QuickHelp quick_help_;
+    DesktopPrinters printers_;
+    Printing printing_{session_, printers_};
     std::unique_ptr<frmNVR> window_;
 };
 

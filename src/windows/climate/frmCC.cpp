@@ -1,5 +1,6 @@
 #include "windows/climate/frmCC.h"
 
+#include "climate/scenario_print.h"
 #include "prep/daily_editor.h"
 #include "session/main_window_rules.h"
 #include "store/basin_marks.h"
@@ -9,6 +10,7 @@
 #include "widgets/edit_target.h"
 #include "widgets/grid_status.h"
 #include "widgets/grid_view.h"
+#include "widgets/printing.h"
 #include "widgets/qt_text.h"
 #include "windows/climate/scenario_model.h"
 
@@ -136,7 +138,7 @@ QWidget* frmCC::make_side() {
     layout->addStretch(1);
     connect(actions_[k_new], &QPushButton::clicked, this, &frmCC::add_scenario);
     connect(actions_[k_delete], &QPushButton::clicked, this, &frmCC::remove_scenario);
-    turn_off_printing(actions_[k_print]);
+    connect(actions_[k_print], &QPushButton::clicked, this, &frmCC::print);
     connect(actions_[k_view], &QPushButton::clicked, this, &frmCC::view_variables);
     return frame;
 }
@@ -247,6 +249,7 @@ void frmCC::show_scenario(int at) {
     for (QWidget* part : std::initializer_list<QWidget*>{winter_end_, comments_}) part->setEnabled(readable);
     for (const int action : {k_delete, k_view})
         actions_.at(static_cast<std::size_t>(action))->setEnabled(any);
+    actions_[k_print]->setEnabled(readable);
     filling_ = false;
 }
 
@@ -386,6 +389,16 @@ void frmCC::view_variables() {
     prep.Edit_Locked = true;
     session().desktop.open_daily_editor();
     prep.Edit_Locked = false;
+}
+
+/// Prints the scenario as it is typed, stored or not.
+void frmCC::print() {
+    grid_->commit_editor();
+    if (!commit_winter_end() || current() == nullptr) return;
+    Scenario scenario = *current();
+    std::erase_if(scenario.rows, is_blank);
+    const PrintedSheet sheet = printed_scenario(scenario, session().basin, local_now());
+    context().printing.print_sheets(this, std::span{&sheet, 1});
 }
 
 void frmCC::done() {

@@ -50,6 +50,7 @@ private:
     void add_scenario();
     void remove_scenario();
     void view_variables();
+    void print();
     void done();
     void mark_changed();
     [[nodiscard]] Scenario* current();

@@ -11,8 +11,10 @@
 #include "widgets/busy_pointer.h"
 #include "widgets/controls.h"
 #include "widgets/grid_view.h"
+#include "widgets/printing.h"
 #include "widgets/qt_text.h"
 #include "widgets/value_grid_model.h"
+#include "windows/climate/evaluation_print.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -200,7 +202,8 @@ void frmCtrlClim::make_buttons(QWidget* content) {
     buttons_ = make_button_row({"&Done", "&Abort", "&Help", "&Print"}, 21, content).buttons;
     for (QPushButton* button : buttons_) button->setAutoDefault(false);
     buttons_[k_abort]->setEnabled(false);
-    turn_off_printing(buttons_[k_print]);
+    buttons_[k_print]->setEnabled(false);
+    connect(buttons_[k_print], &QPushButton::clicked, this, [this] { print(); });
     set_default_button(buttons_[k_done]);
     close_on_escape();
     connect(buttons_[k_done], &QPushButton::clicked, this, [this] { done(); });
@@ -223,6 +226,15 @@ void frmCtrlClim::name_results() {
     try {
         BasinDatabase database{session().basin.Work_File, Access::ReadWrite};
         if (Name_Results_Table(database, session().dialogs)) mark_basin_changed(session().basin);
+    } catch (const StoreError& error) {
+        session().dialogs.stop(error.what());
+    }
+}
+
+void frmCtrlClim::print() {
+    try {
+        const auto sheets = printed_evaluation(session(), *statistics_grid_, local_now());
+        context().printing.print_sheets(this, sheets);
     } catch (const StoreError& error) {
         session().dialogs.stop(error.what());
     }
@@ -346,6 +358,7 @@ void frmCtrlClim::allow_another_start() {
 /// After step 6, even if it was cancelled: the results can be read, and Done closes the window.
 void frmCtrlClim::finished() {
     buttons_[k_done]->setEnabled(true);
+    buttons_[k_print]->setEnabled(true);
     buttons_[k_abort]->setEnabled(false);
     evaluation_was_finished(session());
     set_caption(k_climate_steps + 1);

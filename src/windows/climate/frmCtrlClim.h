@@ -58,6 +58,7 @@ private:
     void allow_another_start();
     void finished();
     void done();
+    void print();
     void name_results();
     void show_figures(int step);
     void show_summary();

@@ -2,8 +2,11 @@
 
 #include "base/number_text.h"
 #include "engine/results_summary.h"
+#include "reports/print_texts.h"
 #include "widgets/controls.h"
+#include "widgets/grid_sheet.h"
 #include "widgets/grid_view.h"
+#include "widgets/printing.h"
 #include "widgets/qt_text.h"
 #include "widgets/value_grid_model.h"
 
@@ -105,7 +108,7 @@ QWidget* Results::make_buttons() {
         button->setObjectName(QStringLiteral("Command1(%1)").arg(index));
         set_help(button, 11 + index);
         layout->addWidget(button);
-        if (index == 0) turn_off_printing(button);
+        if (index == 0) connect(button, &QPushButton::clicked, this, &Results::print);
         if (index == 1)
             connect(button, &QPushButton::clicked, this,
                     [this] { session().desktop.show_help_topic(k_help_topic); });
@@ -144,6 +147,22 @@ void Results::fill() {
     period_ = period_summary(run);
     refresh_status();
     show_basin_file();
+}
+
+/// The labels, then the statistics, then notes and comments, as the window shows them.
+void Results::print() {
+    const auto shown = [](const QString& text) { return mark_up_text(from_qt(text)); };
+    PrintedSheet sheet = sheet_of(*statistics_);
+    sheet.columns.at(1).align = PrintAlign::Right;
+    sheet.header = grid_print_header(shown(windowTitle()), from_qt(basin_name_->text()), local_now());
+    sheet.heading = "Simulation:   " + shown(simulation_name_->text()) +
+                    "/nRun Date:   " + shown(run_date_->text()) + "/n" +
+                    mark_up_text(statistics_status(session().basin, shown_, period_)) + "/n";
+    if (!notes_->text().isEmpty()) sheet.legend += "/n" + shown(notes_->text()) + "/n";
+    const QString comments = comments_->toPlainText();
+    if (!comments.trimmed().isEmpty()) sheet.legend += "/n/fu1Comments/fu0/n" + shown(comments);
+    sheet.footer = k_grid_print_footer;
+    context().printing.print_sheets(this, std::span{&sheet, 1});
 }
 
 void Results::refresh_status() { show_status(to_qt(statistics_status(session().basin, shown_, period_))); }

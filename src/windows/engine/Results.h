@@ -26,6 +26,7 @@ public:
 private:
     QWidget* make_labels();
     QWidget* make_buttons();
+    void print();
 
     QLabel* basin_name_;
     QLabel* simulation_name_;

@@ -3,11 +3,14 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "engine/results_summary.h"
+#include "reports/print_texts.h"
 #include "session/availability.h"
 #include "store/basin_marks.h"
 #include "widgets/controls.h"
+#include "widgets/grid_sheet.h"
 #include "widgets/grid_status.h"
 #include "widgets/grid_view.h"
+#include "widgets/printing.h"
 #include "widgets/qt_text.h"
 #include "windows/prep/daily_model.h"
 
@@ -92,7 +95,6 @@ frmData::frmData(const WindowContext& context, QWidget* parent)
         // Intended: any button disables the Edit menu of the main window.
         connect(button, &QPushButton::clicked, this, [this] { daily_editor_button_was_pressed(session()); });
     }
-    turn_off_printing(row.buttons[2]);
     set_first_focus(grid_);
     setTabOrder(zone_, grid_);
     setTabOrder(grid_, row.buttons[0]);
@@ -100,6 +102,7 @@ frmData::frmData(const WindowContext& context, QWidget* parent)
     close_on_escape();
     connect(row.buttons[0], &QPushButton::clicked, this, &frmData::done);
     connect(row.buttons[1], &QPushButton::clicked, this, &frmData::cancel);
+    connect(row.buttons[2], &QPushButton::clicked, this, &frmData::print);
     connect(row.buttons[3], &QPushButton::clicked, this, &frmData::help);
     connect(zone_, &QSpinBox::valueChanged, this, &frmData::show_zone);
     connect(days_, &GridModel::refused, this, [this] { show_store_error(); });
@@ -148,7 +151,7 @@ void frmData::make_menus() {
     edit->addSeparator();
     add(edit, "mnuEditItm(3)", "&Paste", 11, [this] { grid_->paste(); })->setEnabled(open);
     edit->addSeparator();
-    turn_off_printing(add(edit, "mnuEditItm(5)", "Prin&t", 12, [] {}));
+    add(edit, "mnuEditItm(5)", "Prin&t", 12, [this] { print(); });
     edit->addSeparator();
     QMenu* days = edit->addMenu(QStringLiteral("&Edit multiple days"));
     days->menuAction()->setObjectName(QStringLiteral("mnuEditItm(7)"));
@@ -277,6 +280,20 @@ void frmData::cancel() {
     session().basin.zones = zone_grid_before_;
     finished_ = true;
     close();
+}
+
+void frmData::print() {
+    grid_->commit_editor();
+    const BasinState& basin = session().basin;
+    PrintedSheet sheet = sheet_of(*grid_, selected_block(*grid_));
+    sheet.header =
+        grid_print_header(daily_values_title(basin.Current_Sim_Name), basin.basin_name, local_now());
+    sheet.heading = mark_up_text(daily_caption(session().prep, basin)) + "/n" +
+                    mark_up_text(from_qt(zone_frame_->title())) + "/n";
+    sheet.footer = k_grid_print_footer;
+    context().printing.print_sheets(this, std::span{&sheet, 1},
+                                    {.name_suffix = daily_print_suffix(session().prep.Data_View),
+                                     .question = large_print_question(*grid_)});
 }
 
 void frmData::help() {

@@ -39,6 +39,7 @@ private:
     void mass_edit(MassEdit edit);
     void done();
     void cancel();
+    void print();
     void help();
     [[nodiscard]] bool results_may_go();
     [[nodiscard]] bool may_discard();

@@ -1,9 +1,14 @@
 #include "windows/prep/frmLongTermAvg.h"
 
+#include "base/calendar.h"
+#include "reports/print_texts.h"
 #include "store/basin_marks.h"
 #include "widgets/controls.h"
+#include "widgets/grid_sheet.h"
 #include "widgets/grid_status.h"
 #include "widgets/grid_view.h"
+#include "widgets/printing.h"
+#include "widgets/qt_text.h"
 #include "windows/prep/month_model.h"
 
 #include <QAction>
@@ -50,7 +55,6 @@ frmLongTermAvg::frmLongTermAvg(const WindowContext& context, QWidget* parent)
     set_content(content);
     explain_status_bar(15);
     make_menus();
-    turn_off_printing(row.buttons[4]);
     set_first_focus(grid_);
     setTabOrder(zone_, grid_);
     setTabOrder(grid_, row.buttons[0]);
@@ -68,6 +72,7 @@ frmLongTermAvg::frmLongTermAvg(const WindowContext& context, QWidget* parent)
     connect(row.buttons[2], &QPushButton::clicked, this,
             [this] { session().desktop.show_help_topic(k_help_topic); });
     connect(row.buttons[3], &QPushButton::clicked, this, &frmLongTermAvg::recalculate);
+    connect(row.buttons[4], &QPushButton::clicked, this, &frmLongTermAvg::print);
     resize(640, 560);
 }
 
@@ -81,7 +86,7 @@ void frmLongTermAvg::make_menus() {
         action->setObjectName(QStringLiteral("mnuEditItm(%1)").arg(index));
         action->setProperty(k_help_line, 13 + index);
         if (index == 0) connect(action, &QAction::triggered, this, [this] { grid_->copy(); });
-        if (index == 1) turn_off_printing(action);
+        if (index == 1) connect(action, &QAction::triggered, this, &frmLongTermAvg::print);
         ++index;
     }
 }
@@ -140,6 +145,15 @@ void frmLongTermAvg::accept() {
     mark_output_invalid(session().basin);
     done_ = true;
     close();
+}
+
+void frmLongTermAvg::print() {
+    grid_->commit_editor();
+    PrintedSheet sheet = sheet_of(*grid_, selected_block(*grid_));
+    sheet.header = grid_print_header(k_monthly_averages_title, session().basin.basin_name, local_now());
+    sheet.heading = mark_up_text(from_qt(zone_frame_->title())) + "/n";
+    sheet.footer = k_grid_print_footer;
+    context().printing.print_sheets(this, std::span{&sheet, 1}, {.question = large_print_question(*grid_)});
 }
 
 /// The window's own close control discards like Cancel, but asks first if there is something to lose.

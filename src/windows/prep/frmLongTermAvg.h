@@ -34,6 +34,7 @@ private:
     void recalculate();
     void show_store_error();
     void accept();
+    void print();
     [[nodiscard]] bool may_discard();
 
     std::unique_ptr<MonthlyAverages> averages_;

@@ -3,6 +3,7 @@
 
 #include "session/session.h"
 #include "tests/climate/climate_run_fixture.h"
+#include "tests/support/recorded_printers.h"
 #include "tests/support/watched_dialogs.h"
 #include "widgets/grid_view.h"
 #include "widgets/nivora_window.h"
@@ -68,7 +69,7 @@ protected:
     }
     void change(const std::string& statement) { BasinDatabase{file_, Access::ReadWrite}.execute(statement); }
 
-    [[nodiscard]] WindowContext context() { return {session_, quick_help_, program_.path()}; }
+    [[nodiscard]] WindowContext context() { return {session_, quick_help_, program_.path(), printing_}; }
 
     /// Shows a window that was opened.
     void show_window() {
@@ -115,6 +116,8 @@ protected:
     WatchedDesktop desktop_;
     Session session_{dialogs_, desktop_};
     QuickHelp quick_help_;
+    RecordedPrinters printers_;
+    Printing printing_{session_, printers_};
     std::unique_ptr<NivoraWindow> window_;
 };
 

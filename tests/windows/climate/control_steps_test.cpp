@@ -109,12 +109,12 @@ TEST_F(ControlStepsTest, TheSummaryFillsWithTheSteps) {
     EXPECT_EQ(cell(summary(), 4, 1), "(click a cell to see corresponding value(s) in the Statistics grid)");
 }
 
-TEST_F(ControlStepsTest, AFinishedRunIsLeftByDoneAndPrintWaitsForPrinting) {
+TEST_F(ControlStepsTest, AFinishedRunIsLeftByDoneAndCanBePrinted) {
     open_six_days();
     run_to(6);
     EXPECT_TRUE(button(0)->isEnabled());
     EXPECT_FALSE(button(1)->isEnabled());
-    EXPECT_FALSE(button(3)->isEnabled());
+    EXPECT_TRUE(button(3)->isEnabled());
     EXPECT_TRUE(session_.run.results_enabled);
     EXPECT_TRUE(session_.basin.Output_Valid);
     EXPECT_TRUE(std::filesystem::exists(program_ / "NVR_DfGN.out"));

@@ -199,6 +199,7 @@ TEST_F(ScenarioWaysOutTest, AScenarioThatCannotBeReadIsToldOfAndCanBeDeleted) {
     EXPECT_FALSE(comments()->isEnabled());
     EXPECT_FALSE(winter_end()->isEnabled());
     EXPECT_TRUE(action(1)->isEnabled());
+    EXPECT_FALSE(action(2)->isEnabled()) << "there is nothing to print";
     choose(k_scenario);
     EXPECT_EQ(cell(1, k_factor), "1");
     // Done keeps what nobody could see.

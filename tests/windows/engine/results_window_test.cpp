@@ -39,7 +39,7 @@ protected:
         return results_.findChild<QPushButton*>(QStringLiteral("Command1(%1)").arg(index));
     }
 
-    Results results_{WindowContext{session_, quick_help_, program_.path()}};
+    Results results_{WindowContext{session_, quick_help_, program_.path(), printing_}};
 };
 
 TEST_F(ResultsWindowTest, LabelsBearMetricUnits) {
@@ -182,7 +182,7 @@ TEST_F(ResultsWindowTest, TheStatisticsCanBeCopiedWithTheirLabels) {
 
 TEST_F(ResultsWindowTest, ItsButtonsPrintHelpAndHide) {
     EXPECT_EQ(button(0)->text(), QStringLiteral("&Print"));
-    EXPECT_FALSE(button(0)->isEnabled()) << "printing is not in this version yet";
+    EXPECT_TRUE(button(0)->isEnabled());
     EXPECT_EQ(button(1)->text(), QStringLiteral("&Help"));
     EXPECT_EQ(button(2)->text(), QStringLiteral("&Done"));
     results_.fill();
@@ -213,7 +213,7 @@ TEST_F(ResultsWindowTest, ItComesBackWhereItWasLeft) {
     results_.close();
     EXPECT_EQ(session_.settings.places[4].top, 60);
     EXPECT_EQ(session_.settings.places[4].left, 40);
-    Results again{WindowContext{session_, quick_help_, program_.path()}};
+    Results again{WindowContext{session_, quick_help_, program_.path(), printing_}};
     again.show();
     EXPECT_EQ(again.pos(), QPoint(40, 60));
     EXPECT_EQ(again.size(), QSize(500, 520));

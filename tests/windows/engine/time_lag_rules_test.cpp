@@ -11,7 +11,8 @@ protected:
     void SetUp() override { open(); }
 
     void open() {
-        lag_ = std::make_unique<frmTimeLagDist>(WindowContext{session_, quick_help_, program_.path()});
+        lag_ = std::make_unique<frmTimeLagDist>(
+            WindowContext{session_, quick_help_, program_.path(), printing_});
         lag_->show();
         lag_->activateWindow();
         QTest::qWait(1);

@@ -120,7 +120,7 @@ TEST_F(DailyChangesTest, CancelBringsTheZoneGridBack) {
 }
 
 TEST_F(DailyChangesTest, AnyButtonEndsTheEditMenuOfTheMainWindow) {
-    for (const int index : {0, 1, 3}) {  // Print is off
+    for (const int index : {0, 1, 2, 3}) {
         session_.shell.edit_menu = true;
         if (index == 0) add_physical(1, 4);
         open_prepared_variables();

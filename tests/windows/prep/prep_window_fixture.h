@@ -5,6 +5,7 @@
 #include "session/session.h"
 #include "store/table_io.h"
 #include "tests/support/basin_file.h"
+#include "tests/support/recorded_printers.h"
 #include "widgets/grid_view.h"
 #include "widgets/nivora_window.h"
 #include "widgets/qt_text.h"
@@ -64,7 +65,7 @@ protected:
         EXPECT_EQ(dialogs_.answers_left(), 0U);
     }
 
-    [[nodiscard]] WindowContext context() { return {session_, quick_help_, program_.path()}; }
+    [[nodiscard]] WindowContext context() { return {session_, quick_help_, program_.path(), printing_}; }
 
     /// Shows a window that was opened.
     void show_window() {
@@ -155,6 +156,8 @@ protected:
     KeptCalls desktop_;
     Session session_{dialogs_, desktop_};
     QuickHelp quick_help_;
+    RecordedPrinters printers_;
+    Printing printing_{session_, printers_};
     std::unique_ptr<NivoraWindow> window_;
 };
 

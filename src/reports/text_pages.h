@@ -1,0 +1,21 @@
+// A running text laid out on pages, such as a topic of the help.
+#pragma once
+
+#include "reports/printed_page.h"
+
+#include <string>
+
+namespace nivora {
+
+struct TextPrint {
+    std::string text = {};   ///< paragraphs that end with LF
+    std::string title = {};  ///< above each page
+    std::string name = {};   ///< of the print job
+    PrintFont font = {};
+};
+
+/// Lays a text out between the margins, its lines broken where they are too wide: the title and a rule at the
+/// head of each page, "Page 1 of 3" at its foot.
+[[nodiscard]] PrintedJob lay_out_text(const PagedDevice& device, const TextPrint& print);
+
+}  // namespace nivora

@@ -1,0 +1,19 @@
+// What a grid shows, as a sheet that is printed.
+#pragma once
+
+#include "reports/grid_pages.h"
+#include "widgets/grid_view.h"
+
+namespace nivora {
+
+/// The selected block that a print is limited to; nothing if no more than the active cell is selected.
+[[nodiscard]] std::optional<CellRange> selected_block(const GridView& grid);
+
+/// A block of a grid, or all of it, without hidden columns. The first column, which names the rows, is
+/// printed in either case. Numbers are right-aligned; a short unit stands below its column's header.
+[[nodiscard]] PrintedSheet sheet_of(const GridView& grid, const std::optional<CellRange>& block = {});
+
+/// The question before a large print of a grid; nothing before a smaller one.
+[[nodiscard]] std::optional<Message> large_print_question(const GridView& grid);
+
+}  // namespace nivora

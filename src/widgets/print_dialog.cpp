@@ -1,0 +1,89 @@
+#include "widgets/print_dialog.h"
+
+#include "widgets/desktop_printers.h"
+#include "widgets/qt_text.h"
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace nivora {
+namespace {
+
+constexpr int k_target_role = Qt::UserRole;
+
+void add_target(QComboBox& box, const QString& text, PrintTarget target) {
+    box.addItem(text, static_cast<int>(target));
+}
+
+/// What has to be said about the printers; empty if they are as expected.
+QString remark(const QStringList& printers, const std::string& kept) {
+    if (printers.isEmpty())
+        return QStringLiteral("The system has no printer. A PDF file can be printed elsewhere.");
+    if (!kept.empty() && kept_printer(printers, kept) < 0)
+        return QStringLiteral("The printer \"%1\" that was used before is not there any more.")
+            .arg(to_qt(kept));
+    return {};
+}
+
+}  // namespace
+
+PrintDialog::PrintDialog(const QStringList& printers, const PrintOffer& offer, QWidget* parent)
+    : QDialog(parent), target_(new QComboBox(this)), options_(new QPushButton(this)) {
+    setObjectName(QStringLiteral("PrintDialog"));
+    setWindowTitle(QStringLiteral("Print"));
+    target_->setObjectName(QStringLiteral("cboPrintTo"));
+    for (const QString& name : printers) add_target(*target_, name, PrintTarget::Printer);
+    if (!printers.isEmpty()) target_->insertSeparator(target_->count());
+    add_target(*target_, QStringLiteral("PDF file"), PrintTarget::Pdf);
+    add_target(*target_, QStringLiteral("Text file"), PrintTarget::Text);
+    const int kept = kept_printer(printers, offer.page.printer);
+    int first = kept < 0 ? 0 : kept;
+    if (offer.target != PrintTarget::Printer)
+        first = target_->findData(static_cast<int>(offer.target), k_target_role);
+    target_->setCurrentIndex(first);
+
+    auto* form = new QFormLayout;
+    form->addRow(QStringLiteral("Print &to:"), target_);
+    auto* note = new QLabel(remark(printers, offer.page.printer), this);
+    note->setObjectName(QStringLiteral("lblPrinters"));
+    note->setTextFormat(Qt::PlainText);
+    note->setWordWrap(true);
+    note->setVisible(!note->text().isEmpty());
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
+    auto* print = buttons->addButton(QStringLiteral("&Print"), QDialogButtonBox::AcceptRole);
+    print->setObjectName(QStringLiteral("cmdPrint"));
+    print->setDefault(true);
+    options_->setText(QStringLiteral("&Options..."));
+    options_->setObjectName(QStringLiteral("cmdOptions"));
+    options_->setAutoDefault(false);
+    options_->setToolTip(QStringLiteral("Copies and all else that the printer can do"));
+    buttons->addButton(options_, QDialogButtonBox::ActionRole);
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(form);
+    layout->addWidget(note);
+    layout->addStretch(1);
+    layout->addWidget(buttons);
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(options_, &QPushButton::clicked, this, &PrintDialog::options_wanted);
+    connect(target_, &QComboBox::currentIndexChanged, this, &PrintDialog::target_chosen);
+    target_chosen();
+    constexpr int k_width = 420;
+    resize(k_width, sizeHint().height());
+}
+
+PrintTarget PrintDialog::target() const {
+    return static_cast<PrintTarget>(target_->currentData(k_target_role).toInt());
+}
+
+QString PrintDialog::printer() const {
+    return target() == PrintTarget::Printer ? target_->currentText() : QString{};
+}
+
+void PrintDialog::target_chosen() { options_->setEnabled(target() == PrintTarget::Printer); }
+
+}  // namespace nivora

@@ -1,0 +1,34 @@
+#include "windows/climate/evaluation_print.h"
+
+#include "climate/scenario_print.h"
+#include "reports/print_texts.h"
+#include "widgets/grid_sheet.h"
+
+namespace nivora {
+namespace {
+
+PrintedSheet printed_statistics(const Session& session, const GridView& statistics, double now) {
+    PrintedSheet sheet = sheet_of(statistics);
+    for (std::size_t column = 1; column < sheet.columns.size(); ++column)
+        sheet.columns.at(column).align = PrintAlign::Right;
+    sheet.header = grid_print_header(k_climate_statistics_title, session.basin.basin_name, now);
+    sheet.heading = "Simulation:   " + mark_up_text(session.basin.Current_Sim_Name) +
+                    "/nClimate Scenario:  " + mark_up_text(session.run.ScenarioName) + "/n";
+    for (const RunNote& note : session.run.notes)
+        sheet.legend += "/n" + mark_up_text("Note: " + note_text(note, session.basin.Units_Code));
+    sheet.footer = k_grid_print_footer;
+    return sheet;
+}
+
+}  // namespace
+
+std::vector<PrintedSheet> printed_evaluation(const Session& session, const GridView& statistics, double now) {
+    std::vector<PrintedSheet> sheets{printed_statistics(session, statistics, now)};
+    if (session.climate.reuse_results) return sheets;
+    BasinDatabase database{session.basin.Work_File, Access::ReadOnly};
+    const auto scenario = stored_scenario(database, session.basin.Current_Sim_Name, session.run.ScenarioName);
+    if (scenario) sheets.push_back(printed_scenario(*scenario, session.basin, now));
+    return sheets;
+}
+
+}  // namespace nivora
