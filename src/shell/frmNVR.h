@@ -87,6 +87,7 @@ private:
     void run(int index);
     void toggle_snow();
     void show_time_lag();
+    void show_reports();
     void show_definition();
     void show_added(bool defined, std::optional<std::size_t> row_before);
     void import_file();

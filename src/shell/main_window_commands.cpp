@@ -22,6 +22,7 @@
 #include "windows/prep/frmData.h"
 #include "windows/prep/frmLongTermAvg.h"
 #include "windows/prep/frmPopulate.h"
+#include "windows/reports/frmPrint.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -83,6 +84,7 @@ void frmNVR::do_command(Command command) {
             session().dialogs.message({.text = "Database conversion routine in development"});
             return;
         case Command::TimeLag: return show_time_lag();
+        case Command::Reports: return show_reports();
         case Command::Help: return show_help_topic(k_main_window_topic);
         case Command::Welcome: frmSplash(session(), false, this).exec(); return;
         case Command::About: frmAbout(this).exec(); return;
@@ -205,6 +207,11 @@ void frmNVR::refresh_results() {
 }
 
 void frmNVR::show_time_lag() { frmTimeLagDist(context(), nullptr).show_modal(); }
+
+void frmNVR::show_reports() {
+    commit_edits();
+    frmPrint(context(), nullptr).show_modal();
+}
 
 /// The help stays beside the window that asked for it: a modal window shuts out all others but those that it
 /// called.

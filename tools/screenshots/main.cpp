@@ -18,6 +18,8 @@
 #include "windows/prep/frmData.h"
 #include "windows/prep/frmLongTermAvg.h"
 #include "windows/prep/frmPopulate.h"
+#include "windows/reports/frmFileDisp.h"
+#include "windows/reports/frmPrint.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -27,6 +29,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -90,6 +93,7 @@ public:
         sample();
         menus();
         windows();
+        reports();
         preparing();
         climate();
     }
@@ -182,6 +186,23 @@ private:
         frmAbout about;
         about.show();
         draw(about, "about.png");
+    }
+
+    /// The choice of reports with three ticked, and two reports as they are read. The sample was run before.
+    void reports() {
+        const WindowContext context{session_, quick_help_, program_};
+        frmPrint choice(context);
+        choice.show();
+        for (const char* box : {"Check1(0)", "Check1(6)", "Check1(7)"})
+            choice.findChild<QCheckBox*>(QString::fromUtf8(box))->click();
+        choice.findChild<QRadioButton*>(QStringLiteral("Option1(1)"))->click();
+        draw(choice, "output-definition.png");
+        frmFileDisp display(context);
+        display.show();
+        display.findChild<QAction*>(QStringLiteral("mnuRptItm(6)"))->trigger();
+        draw(display, "file-display.png");
+        display.findChild<QAction*>(QStringLiteral("mnuRptItm(7)"))->trigger();
+        draw(display, "file-display-summary.png");
     }
 
     /// The windows in which a basin is made by hand, on the sample.
