@@ -10,6 +10,9 @@
 
 namespace nivora {
 
+/// The file that receives the report.
+inline constexpr const char* k_winter_report_name = "NVR_DfGN.out";
+
 /// The results of the first pass for a zone.
 struct AdjustedZone {
     int zone = 0;

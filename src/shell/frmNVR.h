@@ -66,6 +66,7 @@ private:
     void show_climate_run();
     void open_daily_editor();
     void show_long_term_averages();
+    void show_reports();
     void show_system_information();
 
     BasinLife life_;

@@ -97,7 +97,7 @@ constexpr std::array k_entries{
     Entry{"mnuToolsItm(4)", "mnuTools", "&Define a custom time lag distribution for the basin", 28,
           Command::TimeLag},
     Entry{"mnuWinGraphics", "", "&Graphics", 29, Command::None, &ShellState::graphics},
-    Entry{"mnuReports", "", "&Reports", 30, Command::None, &ShellState::reports},
+    Entry{"mnuReports", "", "&Reports", 30, Command::Reports, &ShellState::reports},
     Entry{"mnuHelpItm(0)", "mnuHelp", "&Help for Nivora main window", 42, Command::Help},
     Entry{"mnuHelpItm(1)", "mnuHelp", "Show Nivora &Welcome", 43, Command::Welcome},
     Entry{"mnuHelpItm(2)", "mnuHelp", nullptr, 43},

@@ -48,6 +48,7 @@ enum class Command {
     YearRoundForecast,
     Convert,
     TimeLag,
+    Reports,
     Help,
     Welcome,
     About,

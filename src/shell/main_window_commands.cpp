@@ -60,6 +60,7 @@ void frmNVR::do_command(Command command) {
             session().dialogs.message({.text = "Database conversion routine in development"});
             return;
         case Command::TimeLag: return windows_.edit_time_lag();
+        case Command::Reports: return show_reports();
         case Command::Help: return windows_.show_help_topic(k_main_window_topic);
         case Command::Welcome: return windows_.show_welcome(*this);
         case Command::About: return windows_.show_about(*this);
@@ -137,6 +138,11 @@ void frmNVR::run(int index) {
 void frmNVR::toggle_snow() {
     if (const auto told = toggle_no_snow(session())) session().dialogs.message(*told);
     menu_->refresh();
+}
+
+void frmNVR::show_reports() {
+    commit_edits();
+    windows_.choose_reports();
 }
 
 void frmNVR::show_system_information() {

@@ -11,6 +11,7 @@
 #include "windows/prep/frmData.h"
 #include "windows/prep/frmLongTermAvg.h"
 #include "windows/prep/frmPopulate.h"
+#include "windows/reports/frmPrint.h"
 
 #include <QApplication>
 
@@ -100,6 +101,8 @@ void WindowKeeper::edit_scenarios() {
 }
 
 void WindowKeeper::edit_time_lag() { frmTimeLagDist(context_, nullptr).show_modal(); }
+
+void WindowKeeper::choose_reports() { frmPrint(context_, nullptr).show_modal(); }
 
 void WindowKeeper::ask_for_period() { frmPopulate(context_, nullptr).show_modal(); }
 

@@ -49,6 +49,8 @@ public:
     [[nodiscard]] bool edit_monthly_averages();
     void edit_scenarios();
     void edit_time_lag();
+    /// The choice of reports, which opens their display.
+    void choose_reports();
     /// Asks for the period of a new record.
     void ask_for_period();
     void show_welcome(QWidget& main_window);

@@ -237,8 +237,10 @@ void NivoraWindow::keyPressEvent(QKeyEvent* event) {
     if (button != nullptr) button->click();
 }
 
-void NivoraWindow::show_basin_file() {
-    basin_file_->setText(to_qt(path_text(context_.session.basin.Basin_File)));
+void NivoraWindow::show_basin_file() { show_file_name(context_.session.basin.Basin_File); }
+
+void NivoraWindow::show_file_name(const std::filesystem::path& file) {
+    basin_file_->setText(to_qt(path_text(file)));
 }
 
 void NivoraWindow::set_help_tip(const QString& tip) {

@@ -88,6 +88,8 @@ protected:
     void show_status(const QString& text);
     /// Shows the basin's file in the status bar.
     void show_basin_file();
+    /// Shows another file in its place.
+    void show_file_name(const std::filesystem::path& file);
     /// Shows a message while an element has the colour of refused input.
     void refuse(QWidget* element, const Message& message);
     /// Whether an event means that a box is left or entered: an open menu, a question or another window only

@@ -13,6 +13,8 @@
 #include "windows/prep/frmData.h"
 #include "windows/prep/frmLongTermAvg.h"
 #include "windows/prep/frmPopulate.h"
+#include "windows/reports/frmFileDisp.h"
+#include "windows/reports/frmPrint.h"
 
 #include <gmock/gmock.h>
 
@@ -126,6 +128,16 @@ TEST_F(LettersTest, OfTheStatisticsAreItsButtons) {
 
 TEST_F(LettersTest, OfTheTimeLagAreItsButtons) {
     EXPECT_THAT(letters(frmTimeLagDist{context()}), ElementsAre("A", "C", "H"));
+}
+
+TEST_F(LettersTest, OfTheChoiceOfReportsAreItsButtons) {
+    EXPECT_THAT(letters(frmPrint{context()}), ElementsAre("A", "C", "H", "P"));
+}
+
+TEST_F(LettersTest, OfTheDisplayOfReportsAreItsMenus) {
+    const frmFileDisp display{context()};
+    EXPECT_THAT(letters(display), ElementsAre("E", "H", "R"));
+    expect_clear_menus(display);
 }
 
 TEST_F(LettersTest, OfTheHelpAreItsMenus) {

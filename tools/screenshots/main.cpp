@@ -19,6 +19,8 @@
 #include "windows/prep/frmData.h"
 #include "windows/prep/frmLongTermAvg.h"
 #include "windows/prep/frmPopulate.h"
+#include "windows/reports/frmFileDisp.h"
+#include "windows/reports/frmPrint.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -28,6 +30,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -91,6 +94,7 @@ public:
         sample();
         menus();
         windows();
+        reports();
         preparing();
         climate();
     }
@@ -187,6 +191,23 @@ private:
         PrintDialog print({QStringLiteral("Office printer")}, {.page = page});
         print.show();
         draw(print, "print-dialog.png");
+    }
+
+    /// The choice of reports with three ticked, and two reports as they are read. The sample was run before.
+    void reports() {
+        const WindowContext context{session_, quick_help_, program_};
+        frmPrint choice(context);
+        choice.show();
+        for (const char* box : {"Check1(0)", "Check1(6)", "Check1(7)"})
+            choice.findChild<QCheckBox*>(QString::fromUtf8(box))->click();
+        choice.findChild<QRadioButton*>(QStringLiteral("Option1(1)"))->click();
+        draw(choice, "output-definition.png");
+        frmFileDisp display(context);
+        display.show();
+        display.findChild<QAction*>(QStringLiteral("mnuRptItm(6)"))->trigger();
+        draw(display, "file-display.png");
+        display.findChild<QAction*>(QStringLiteral("mnuRptItm(7)"))->trigger();
+        draw(display, "file-display-summary.png");
     }
 
     /// The windows in which a basin is made by hand, on the sample.

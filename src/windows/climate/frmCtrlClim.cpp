@@ -2,6 +2,7 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "climate/winter_report.h"
 #include "engine/results_summary.h"
 #include "prep/simulation_names.h"
 #include "session/availability.h"
@@ -43,7 +44,6 @@ constexpr int k_message_row = 3;
 /// first step more.
 constexpr int k_height_parts = 9;
 constexpr int k_growth_of_step_1 = 3;
-constexpr const char* k_report = "NVR_DfGN.out";
 
 constexpr std::array<const char*, k_climate_steps> k_captions{
     "Step1:   Winter, Present Climate", "Step 2:  Winter, Changed Climate",
@@ -243,7 +243,7 @@ void frmCtrlClim::print() {
 ClimateContext frmCtrlClim::climate_context() {
     return {.run = {session().basin, session().run, session().dialogs},
             .climate = session().climate,
-            .report_file = context().program_folder / k_report,
+            .report_file = context().program_folder / k_winter_report_name,
             .now = local_now()};
 }
 

@@ -1,0 +1,80 @@
+// How long the display of reports takes until it is painted, and to scroll, with the longest texts.
+
+#include "base/scripted_dialogs.h"
+#include "windows/reports/frmFileDisp.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QPlainTextEdit>
+#include <QScrollBar>
+
+namespace nivora {
+namespace {
+
+constexpr std::size_t k_columns = 125;
+
+/// A text of so many lines of the width of six months, with a form feed behind every fiftieth.
+std::string report_text(int lines) {
+    std::string text;
+    for (int line = 1; line <= lines; ++line) {
+        std::string content = line % 50 == 0 ? "\f" : std::to_string(line);
+        if (line % 50 != 0) content.resize(k_columns, '5');
+        text += content + "\r\n";
+    }
+    return text;
+}
+
+struct Desk {
+    ScriptedDialogs dialogs;
+    Desktop desktop;
+    Session session{dialogs, desktop};
+    QuickHelp quick_help;
+    [[nodiscard]] WindowContext context() { return {session, quick_help, "."}; }
+};
+
+void open_display(benchmark::State& state) {
+    const ReportFile file{.path = "NVRrpts.out", .text = report_text(static_cast<int>(state.range(0)))};
+    Desk desk;
+    for (auto _ : state) {
+        frmFileDisp display(desk.context());
+        display.show_report_file(file, "Multiple NVR Reports");
+        display.show();
+        QApplication::processEvents();
+        benchmark::DoNotOptimize(display.grab());
+    }
+}
+
+void scroll_page(benchmark::State& state) {
+    const ReportFile file{.path = "NVRrpts.out", .text = report_text(static_cast<int>(state.range(0)))};
+    Desk desk;
+    frmFileDisp display(desk.context());
+    display.show_report_file(file, "Multiple NVR Reports");
+    display.show();
+    auto* text = display.findChild<QPlainTextEdit*>(QStringLiteral("RichTextBox1"));
+    QScrollBar* bar = text->verticalScrollBar();
+    for (auto _ : state) {
+        bar->setValue((bar->value() + bar->pageStep() * 7) % bar->maximum());
+        QApplication::processEvents();
+        benchmark::DoNotOptimize(text->viewport()->grab());
+    }
+}
+
+void on_lines(benchmark::internal::Benchmark* benchmark) {
+    benchmark->ArgName("lines")->Unit(benchmark::kMillisecond);
+}
+
+BENCHMARK(open_display)->Apply(on_lines)->Arg(15'000)->Arg(50'000);
+BENCHMARK(scroll_page)->Apply(on_lines)->Arg(50'000);
+
+}  // namespace
+}  // namespace nivora
+
+int main(int argc, char** argv) {
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
