@@ -103,6 +103,7 @@ void report_process(benchmark::State& state, const char* file) {
     }
 }
 BENCHMARK_CAPTURE(report_process, text, "NVRrpts.out")->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(report_process, pdf, "reports.pdf")->UseRealTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace nivora

@@ -66,7 +66,7 @@ std::string report_numbers(const std::string& text) {
 
 std::string report_file(const std::string& text) {
     if (report_form(path_from_utf8(text))) return {};
-    return "'" + text + "' does not end in .txt or .out";
+    return "'" + text + "' does not end in .txt, .out or .pdf";
 }
 
 std::string iso_moment(const std::string& text) {
@@ -266,7 +266,8 @@ CLI::App& add_report(CLI::App& app, Texts& texts) {
         ->check(CLI::Validator(report_numbers, "NUMBERS|all"));
     report
         .add_option("--out", texts.out,
-                    "File to write, .txt or .out; NVRrpts.out beside the basin if not given")
+                    "File to write: .txt or .out for the text, .pdf for pages; NVRrpts.out beside the basin "
+                    "if not given")
         ->check(CLI::Validator(report_file, "FILE"));
     report.add_option("--kind", texts.kind, "Kind of the last run: melt-season or year-round")
         ->check(CLI::IsMember({"melt-season", "year-round"}))

@@ -1,10 +1,52 @@
 #include "batch/report_output.h"
 
 #include "base/durable_file.h"
+#include "base/output_file.h"
+#include "paint/paint_pages.h"
+#include "reports/print_texts.h"
+#include "reports/report_pages.h"
 
+#include <QGuiApplication>
 #include <algorithm>
+#include <array>
+#include <memory>
+#include <variant>
 
 namespace nivora {
+namespace {
+
+/// Fonts need an application of Qt. Where the process has none, this is one for the time of its life; it
+/// opens no window and needs no display.
+class FontApplication {
+public:
+    FontApplication() {
+        if (QCoreApplication::instance() != nullptr) return;
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        application_ = std::make_unique<QGuiApplication>(count_, arguments_.data());
+    }
+
+private:
+    std::array<char, 13> name_{"nivora-batch"};
+    std::array<char*, 2> arguments_{name_.data(), nullptr};
+    int count_ = 1;
+    std::unique_ptr<QGuiApplication> application_;
+};
+
+std::variant<PrintedJob, Message> pages_of(const PagedDevice& device, const std::string& text) {
+    if (auto refusal = margin_refusal(device, "nivora-batch")) return *refusal;
+    return lay_out_report(device, {.text = text, .name = k_print_job_name});
+}
+
+void write_pages(const std::filesystem::path& file, const std::string& text,
+                 const std::vector<std::filesystem::path>& never) {
+    static_cast<void>(output_target(file, never));
+    const FontApplication fonts;
+    const auto problem =
+        write_pdf(file, PageSetup{}, [&](const PagedDevice& device) { return pages_of(device, text); });
+    if (problem) throw FileError(problem->text);
+}
+
+}  // namespace
 
 std::optional<ReportForm> report_form(const std::filesystem::path& file) {
     std::string ending = path_text(file.extension());
@@ -12,11 +54,13 @@ std::optional<ReportForm> report_form(const std::filesystem::path& file) {
         return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
     });
     if (ending == ".txt" || ending == ".out") return ReportForm::Text;
+    if (ending == ".pdf") return ReportForm::Pdf;
     return std::nullopt;
 }
 
 void write_report_file(const std::filesystem::path& file, const std::string& text,
                        const std::vector<std::filesystem::path>& never) {
+    if (report_form(file) == ReportForm::Pdf) return write_pages(file, text, never);
     write_whole_file(file, text, never);
 }
 

@@ -78,6 +78,17 @@ TEST_F(BatchProgram, ImportsRunsAndExports) {
     EXPECT_EQ(lines_of(file_bytes(batch_folder.path("r.csv"))).size(), 4U);
 }
 
+TEST_F(BatchProgram, WritesAPdfWithoutADisplay) {
+    const RunBasin basin;
+    ASSERT_EQ(basin.run().status, 0);
+    const BatchResult result =
+        program(basin, {"report", basin.basin(), "--simulation", "alder", "--out", basin.path("reports.pdf")},
+                "env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM ");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out + result.err, "");
+    EXPECT_THAT(file_bytes(basin.path("reports.pdf")), testing::StartsWith("%PDF-"));
+}
+
 TEST_F(BatchProgram, SaysNoWithStatus1OnStandardErrorAlone) {
     const BatchFolder batch_folder;
     const BatchResult result = program(batch_folder, {"run", batch_folder.file(), "--simulation", "alder"});

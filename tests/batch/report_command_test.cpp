@@ -231,7 +231,36 @@ TEST_F(ReportCommandTest, AZoneWithoutResultsIsBlank) {
     EXPECT_EQ(days[1], "   1" + std::string(20, ' '));
 }
 
-TEST_F(ReportCommandTest, WritesTextUnderTheNamesOfTextFilesAlone) {
+TEST_F(ReportCommandTest, WritesPagesUnderTheNameOfAPdf) {
+    ASSERT_EQ(basin.run().status, 0);
+    const std::string before = basin.bytes();
+    const BatchResult result = report({"--reports", "0,6", "--out", basin.path("reports.PDF")});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out + result.err, "");
+    const std::string pages = file_bytes(basin.path("reports.PDF"));
+    EXPECT_THAT(pages, testing::StartsWith("%PDF-"));
+    EXPECT_THAT(basin.names(), ElementsAre("alder.NVR", "basin.mdb", "reports.PDF"));
+    EXPECT_TRUE(basin.bytes() == before);
+}
+
+TEST_F(ReportCommandTest, APdfThatCannotBeWrittenLeavesWhatWasThere) {
+    ASSERT_EQ(basin.run().status, 0);
+    const std::string before = basin.bytes();
+    std::filesystem::create_symlink(basin.basin(), basin.path("link.pdf"));
+    std::filesystem::create_directory(basin.path("folder.pdf"));
+    basin.folder().write("kept.pdf", "kept");
+    std::filesystem::permissions(basin.path("kept.pdf"), std::filesystem::perms::owner_read);
+    for (const char* name : {"link.pdf", "folder.pdf", "kept.pdf", "none/reports.pdf"}) {
+        const BatchResult result = report({"--out", basin.path(name)});
+        EXPECT_EQ(result.status, 1) << name;
+        EXPECT_THAT(result.err, HasSubstr("The reports can't be written: ")) << name;
+    }
+    EXPECT_TRUE(basin.bytes() == before);
+    EXPECT_EQ(file_bytes(basin.path("kept.pdf")), "kept");
+    EXPECT_THAT(basin.names(), ElementsAre("alder.NVR", "basin.mdb", "folder.pdf", "kept.pdf", "link.pdf"));
+}
+
+TEST_F(ReportCommandTest, WritesTextUnderTheNamesOfTextFiles) {
     ASSERT_EQ(basin.run().status, 0);
     ASSERT_EQ(report({"--reports", "0", "--out", basin.path("a b.TXT")}).status, 0);
     EXPECT_THAT(file_bytes(basin.path("a b.TXT")), HasSubstr("Current data description\r\n"));

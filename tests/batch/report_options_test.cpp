@@ -37,6 +37,7 @@ TEST(ReportOptions, AMomentHasDateAndTimeInFull) {
 TEST(ReportOptions, TheEndOfAFilesNameTellsItsForm) {
     for (const char* name : {"a.txt", "folder.pdf/b.OUT", "c.Txt", "two.parts.out"})
         EXPECT_EQ(report_form(name), ReportForm::Text) << name;
+    for (const char* name : {"a.pdf", "b.txt.PDF"}) EXPECT_EQ(report_form(name), ReportForm::Pdf) << name;
     for (const char* name : {"", "a", "a.csv", ".txt/a", "a.txt.mdb", "txt"})
         EXPECT_EQ(report_form(name), std::nullopt) << name;
 }
