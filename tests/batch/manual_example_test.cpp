@@ -19,8 +19,8 @@ protected:
 
     /// Evaluates so many degrees more and a tenth more precipitation.
     [[nodiscard]] nlohmann::json evaluate(const std::string& degrees,
-                                          const std::string& first = "1997-10-01") const {
-        const std::string name = "warmer by " + degrees;
+                                          const std::string& first = "1997-10-01") {
+        const std::string name = "warmer " + std::to_string(++scenarios_);
         printed({"scenario", file(), "--simulation", k_simulation, "--name", name, "--winter-end",
                  "1998-03-31", "--edit",
                  "Average Temperature:" + first + ":1998-09-30:Add/subtract to each:" + degrees + ":All",
@@ -52,10 +52,11 @@ protected:
     static void expect_quoted(const std::string& note, int sentences) {
         std::size_t end = 0;
         for (int i = 0; i < sentences; ++i) end = note.find(". ", end + 1);
-        EXPECT_THAT(page(), HasSubstr("> \"" + note.substr(0, end + 1) + " ..."));
+        EXPECT_THAT(page(), HasSubstr("\"" + note.substr(0, end + 1) + " ..."));
     }
 
     TemporaryFolder folder_;
+    int scenarios_ = 0;
 };
 
 TEST_F(ManualExampleTest, TheSummersOfSevenWarmingsAreThoseOfItsTable) {

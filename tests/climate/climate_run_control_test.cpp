@@ -283,7 +283,7 @@ TEST_F(ClimateControlTest, AReportThatIsTheBasinUnderAnyNameSuspendsStepFiveAndL
     const std::string before = file_bytes(file);
     for (const auto& named : {file, basin.Basin_File, folder / "link.out", folder / "soft.out"}) {
         report = named;
-        EXPECT_EQ(step(5), StepOutcome::Suspended) << named;
+        EXPECT_EQ(take(5), StepOutcome::Suspended) << named;
         EXPECT_THAT(dialogs.messages().at(dialogs.messages().size() - 2).message.text,
                     testing::StartsWith("The file '" + path_text(named) + "' can't be written: "));
     }

@@ -41,7 +41,8 @@ protected:
     }
     void add_scenario() {
         const BasinState& basin = session_.basin;
-        add_warmer_scenario(basin.Work_File, basin.Current_Sim_Name, basin.Current_Start, basin.Current_End);
+        add_warmer_scenario(basin.Work_File, basin.Current_Sim_Name, *basin.Current_Start,
+                            *basin.Current_End);
     }
 
     template <typename Element>

@@ -115,6 +115,24 @@ TEST_F(DailyEditorOnScreenTest, ABlockWithDatesIsOfferedByDateAndEnterTakesTheOf
     });
 }
 
+TEST_F(DailyEditorOnScreenTest, WalkingThroughMissingCellsStoresNothingAndDoneAsksNothing) {
+    BasinDatabase{session_.basin.Work_File, Access::ReadWrite}.execute("UPDATE PhysicalData SET Tmax = NULL");
+    session_.basin.Output_Valid = true;
+    in_modal("frmData", [&](QWidget& window) {
+        auto& grid = *window.findChild<GridView*>(QStringLiteral("Spread"));
+        click_cell(grid, 0, 2);
+        press({"Down", "Return", "F2", "Return", "Right", "Left", "Tab", "Up"});
+        EXPECT_THAT(first_days(grid, 2), testing::Each(""));
+        press({"alt+d"});
+        EXPECT_FALSE(window.isVisible());
+    });
+    choose("mnuDataOptVar(1)");
+    EXPECT_EQ(modal_windows_seen_, 1);
+    EXPECT_TRUE(dialogs_.messages().empty());
+    EXPECT_TRUE(session_.basin.Output_Valid);
+    EXPECT_FALSE(session_.basin.Basin_Changed);
+}
+
 TEST_F(DailyEditorOnScreenTest, TheUnitOfAColumnStandsInItsTipTheStatusLineAndQuickHelp) {
     constexpr int k_precipitation = 6;
     in_editor("mnuDataOptVar(1)", [&](NivoraWindow& window, GridView& grid) {

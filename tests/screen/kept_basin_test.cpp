@@ -92,8 +92,9 @@ TEST_F(LettersOnScreenTest, EachOfTheWindowsOwnLettersReachesWhatItNames) {
     open_sample();
     for (const auto& [key, menu] : {std::pair{"alt+t", "mnuData"}, std::pair{"alt+l", "mnuTools"},
                                     std::pair{"alt+i", "mnuEdit"}, std::pair{"alt+o", "mnuOpt"}}) {
+        const auto* opened = find<QMenu>(menu);
         press({key});
-        EXPECT_TRUE(await([&] { return find<QMenu>(menu)->isVisible(); }, 2000)) << key;
+        EXPECT_TRUE(await([opened] { return opened->isVisible(); }, 2000)) << key;
         press({"Escape", "Escape"});
     }
     click_cell(*find<QTableView>("DBGrid1"), 1, 1);

@@ -3,6 +3,7 @@
 #include "tests/screen/screen_fixture.h"
 #include "widgets/desktop_dialogs.h"
 
+#include <QLayout>
 #include <QMessageBox>
 
 namespace nivora {

@@ -169,8 +169,8 @@ TEST_F(NewZonesOnScreenTest, ZonesMadeByHandHaveLetters) {
     press({"Return"});
     ASSERT_TRUE(await([&] { return modal_windows_seen_ == 1; }));
     const auto& zones = *find<GridView>("vaSpread1");
-    EXPECT_EQ(zones.model()->index(0, 0).data(), QStringLiteral("A"));
-    EXPECT_EQ(zones.model()->index(1, 0).data(), QStringLiteral("B"));
+    EXPECT_EQ(zones.model()->index(0, 0).data().toString(), QStringLiteral("A"));
+    EXPECT_EQ(zones.model()->index(1, 0).data().toString(), QStringLiteral("B"));
     EXPECT_GT(drawn_points(picture_of_cell(zones, 0, 0)), 10);
     EXPECT_NE(picture_of_cell(zones, 0, 0), picture_of_cell(zones, 1, 0));
 }

@@ -1,9 +1,12 @@
 // What the first pages of the help tell a new user to choose is there to be chosen.
 
+#include "session/help_texts.h"
 #include "tests/shell/main_window_fixture.h"
+#include "widgets/qt_text.h"
 
 #include <gmock/gmock.h>
 
+#include <QMenu>
 #include <QMenuBar>
 #include <QRegularExpression>
 
