@@ -1,6 +1,8 @@
 // How long the display of reports takes until it is painted, and to scroll, with the longest texts.
 
 #include "base/scripted_dialogs.h"
+#include "widgets/desktop_printers.h"
+#include "widgets/printing.h"
 #include "windows/reports/frmFileDisp.h"
 
 #include <benchmark/benchmark.h>
@@ -30,7 +32,9 @@ struct Desk {
     Desktop desktop;
     Session session{dialogs, desktop};
     QuickHelp quick_help;
-    [[nodiscard]] WindowContext context() { return {session, quick_help, "."}; }
+    DesktopPrinters printers;
+    Printing printing{session, printers};
+    [[nodiscard]] WindowContext context() { return {session, quick_help, ".", printing}; }
 };
 
 void open_display(benchmark::State& state) {

@@ -22,7 +22,7 @@ protected:
         return {};
     }
 
-    WindowKeeper keeper_{WindowContext{session_, quick_help_, program_.path()}};
+    WindowKeeper keeper_{WindowContext{session_, quick_help_, program_.path(), printing_}};
 };
 
 TEST_F(WindowKeeperTest, OpensNothingByItself) {
@@ -71,7 +71,7 @@ TEST_F(WindowKeeperTest, CloseAllClosesWhatIsOpen) {
 
 TEST_F(WindowKeeperTest, WindowsGoWithTheirKeeper) {
     {
-        WindowKeeper other{WindowContext{session_, quick_help_, program_.path()}};
+        WindowKeeper other{WindowContext{session_, quick_help_, program_.path(), printing_}};
         other.show_help_topic(0);
         EXPECT_EQ(open_windows("frmNVRHelp"), 1);
     }

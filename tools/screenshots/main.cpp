@@ -195,7 +195,7 @@ private:
 
     /// The choice of reports with three ticked, and two reports as they are read. The sample was run before.
     void reports() {
-        const WindowContext context{session_, quick_help_, program_};
+        const WindowContext context{session_, quick_help_, program_, printing_};
         frmPrint choice(context);
         choice.show();
         for (const char* box : {"Check1(0)", "Check1(6)", "Check1(7)"})

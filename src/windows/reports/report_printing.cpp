@@ -1,15 +1,15 @@
 #include "windows/reports/report_printing.h"
 
-#include "base/durable_file.h"
+#include "reports/print_texts.h"
+#include "reports/report_pages.h"
+#include "widgets/printing.h"
 
 namespace nivora {
 
-void print_report_file(const WindowContext& context, QWidget* /*window*/, const ReportFile& file,
-                       bool /*page_breaks*/) {
-    context.session.dialogs.message({.text = "Printing is not in this version yet.  The reports are in the "
-                                             "file " +
-                                             path_text(file.path) + ".",
-                                     .title = "Reports"});
+void print_report_file(const WindowContext& context, QWidget* window, const ReportFile& file,
+                       bool page_breaks) {
+    context.printing.print_report(
+        window, {.text = file.text, .name = k_print_job_name, .No_Table_Head = !page_breaks});
 }
 
 }  // namespace nivora

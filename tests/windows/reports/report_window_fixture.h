@@ -35,7 +35,7 @@ protected:
         }
         ASSERT_EQ(session_.run.LastRunSimulation, session_.basin.Current_Sim_Name);
     }
-    [[nodiscard]] WindowContext context() { return {session_, quick_help_, program_.path()}; }
+    [[nodiscard]] WindowContext context() { return {session_, quick_help_, program_.path(), printing_}; }
 
     template <typename Element>
     static Element* in(const QWidget& window, const QString& name) {
