@@ -1,6 +1,7 @@
 // Printing the statistics of a run.
 
 #include "tests/shell/main_window_fixture.h"
+#include "widgets/grid_view.h"
 #include "windows/engine/Results.h"
 
 #include <gmock/gmock.h>
