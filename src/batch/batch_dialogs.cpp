@@ -4,12 +4,19 @@
 #include <ostream>
 
 namespace nivora {
+namespace {
+
+std::string on_one_line(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    return text;
+}
+
+}  // namespace
 
 void BatchDialogs::report(const ReportedMessage& message) {
-    std::string line = message.title + ": " + message.text + " [" + answer_name(message.answer) + "]";
-    std::replace_if(
-        line.begin(), line.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
-    report_ << line << '\n';
+    report_ << on_one_line(message.title + ": " + message.text + " [" + answer_name(message.answer) + "]")
+            << '\n';
     messages_.push_back(message);
 }
 
@@ -41,7 +48,7 @@ void BatchDialogs::report_problem(const std::string& title, const std::string& t
     report({title, text, Answer::Ok});
 }
 
-void BatchDialogs::report_note(const std::string& text) { report_ << "Note: " << text << '\n'; }
+void BatchDialogs::report_note(const std::string& text) { report_ << "Note: " << on_one_line(text) << '\n'; }
 
 void BatchDialogs::report_notes(const std::vector<RunNote>& notes, Units units) {
     for (const RunNote& note : notes) report_note(note_text(note, units));

@@ -5,16 +5,17 @@
 #include "batch/repeated_run.h"
 #include "batch/report_output.h"
 #include "batch/selected_simulation.h"
-#include "engine/results_store.h"
 #include "engine/run_statistics.h"
 #include "reports/report_generator.h"
 #include "reports/run_figures.h"
 #include "store/basin_opening.h"
+#include "store/daily_columns.h"
 #include "store/daily_table.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <sstream>
 
@@ -92,13 +93,32 @@ std::vector<Report> asked_reports(const Session& session, const ReportCommand& c
     return reports;
 }
 
+/// The discharges of a run's period on the days that the results table has, and nothing else of them.
+SimResults discharges(BasinDatabase& database, const RunState& run) {
+    constexpr std::array<std::string_view, 3> k_fields{"ActualQ", "DailyQ", "DailyQPresent"};
+    const DailyColumns columns =
+        read_daily_columns(database, k_sim_results, k_fields, 1, run.RunStart, run.RunEnd);
+    SimResults results;
+    for (const StoredDay& day : stored_days(database, k_sim_results, Period{run.RunStart, run.RunEnd})) {
+        if (day.zone != 1) continue;
+        const std::size_t row = results.size();
+        results.resize(row + 1);
+        results.Zone[row] = 1;
+        results.Date[row] = day.date;
+        results.ActualQ[row] = static_cast<float>(columns.at(1, 0, day.date));
+        results.DailyQ[row] = columns.at(1, 1, day.date);
+        results.DailyQPresent[row] = columns.at(1, 2, day.date);
+    }
+    return results;
+}
+
 /// The statistics of the results as they stand in the table. What can't be worked out is left blank.
 void take_statistics(BasinDatabase& database, RunState& run, BatchDialogs& dialogs) {
     run.statistics = StatisticsReach::Nothing;
     std::ostringstream unheard;
     BatchDialogs quiet{unheard, false};
     try {
-        const SimResults results = load_results(database);
+        const SimResults results = discharges(database, run);
         static_cast<void>(Run_Statistics(results, run_rows(results, run.RunStart, run.RunEnd), run, quiet));
     } catch (const StoreError& error) {
         dialogs.report_note(std::string{"Report 7 lacks the statistics. "} + error.what());

@@ -22,7 +22,16 @@ public:
     FontApplication() {
         if (QCoreApplication::instance() != nullptr) return;
         qputenv("QT_QPA_PLATFORM", "offscreen");
+        // What Qt notes about the desktop around it means nothing here.
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
         application_ = std::make_unique<QGuiApplication>(count_, arguments_.data());
+    }
+    FontApplication(const FontApplication&) = delete;
+    FontApplication& operator=(const FontApplication&) = delete;
+    ~FontApplication() {
+        if (!application_) return;
+        application_.reset();
+        qInstallMessageHandler(nullptr);
     }
 
 private:

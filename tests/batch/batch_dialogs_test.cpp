@@ -30,6 +30,15 @@ TEST(BatchDialogs, RefusingTheyAreAnsweredWithCancelOrNo) {
     EXPECT_EQ(report.str(), "A: Continue? [Cancel]\nB: Overwrite? [No]\nC: Replace? [Cancel]\n");
 }
 
+TEST(BatchDialogs, ANoteIsOneLineAndNoRefusal) {
+    std::ostringstream report;
+    BatchDialogs dialogs{report, true};
+    dialogs.report_note("A value is missing.\r\nIt is that of Tmax.");
+    EXPECT_EQ(report.str(), "Note: A value is missing.  It is that of Tmax.\n");
+    EXPECT_FALSE(dialogs.was_refused());
+    EXPECT_TRUE(dialogs.messages().empty());
+}
+
 TEST(BatchDialogs, AMessageThatAsksNothingSaysNo) {
     std::ostringstream report;
     BatchDialogs dialogs{report, false};

@@ -222,7 +222,7 @@ TEST_F(ReportCommandTest, AZoneWithoutResultsIsBlank) {
         "PhysicalData");
     basin.execute(
         "INSERT INTO alder SELECT 2, Date, Tcrit, LagTime, LapseRate, An, Cs, Cr, RCA, Xcoeff, Ycoeff FROM "
-        "one");
+        "alder");
     ASSERT_EQ(basin.run().status, 0);
     basin.execute("DELETE FROM SimResults WHERE Zone = 2");
     ASSERT_EQ(report({"--reports", "5"}).status, 0);

@@ -1,6 +1,8 @@
 #include "reports/format_value.h"
 
+#include "base/number_text.h"
 #include "base/single.h"
+#include "tests/support/random_trials.h"
 
 #include <gtest/gtest.h>
 
@@ -60,6 +62,30 @@ TEST(FormatValue, AWholeNumberGetsFourZeros) {
 TEST(FormatValue, AWholeNumberStandsAtTheRightOfItsColumns) {
     EXPECT_EQ(right_aligned_whole(1.0, 3), "  1");
     EXPECT_EQ(right_aligned_whole(31.0, 3), " 31");
+}
+
+class FormatValueTrials : public RandomTrials<testing::Test> {
+protected:
+    /// What the pattern alone makes of a number.
+    static std::string by_pattern(double value) {
+        std::string text = format_number(value, "####0.00000");
+        text.resize(24, ' ');
+        return text;
+    }
+};
+
+TEST_F(FormatValueTrials, EveryNumberHasTheDigitsOfItsPattern) {
+    try_often(20000, [this] {
+        const double size = std::pow(10.0, between(-7.0, 7.5));
+        const double sign = by_chance(0.5) ? -1.0 : 1.0;
+        const double single = static_cast<double>(static_cast<float>(sign * size));
+        EXPECT_EQ(Format_Value(single, 24), by_pattern(single));
+        EXPECT_EQ(Format_Value(sign * size, 24), by_pattern(sign * size));
+        // As near to the middle of two results as a Double can be, on either side.
+        const double middle = sign * (std::floor(size) + (whole_between(0, 99999) + 0.5) / 100000.0);
+        for (const double value : {middle, std::nextafter(middle, 0.0), std::nextafter(middle, 2.0 * middle)})
+            EXPECT_EQ(Format_Value(value, 24), by_pattern(value));
+    });
 }
 
 }  // namespace
