@@ -60,7 +60,8 @@ std::string results_status(const BasinState& basin, const RunState& run) {
     const std::string time = moment_text(*basin.results_time);
     if (run.LastRunSimulation.empty()) return fmt::format("The run of {} did not reach its end", time);
     const std::string whose = fmt::format("Results of '{}', run of {}", run.LastRunSimulation, time);
-    return inputs_changed_since_run(basin) ? whose + "; inputs have changed since, run it again" : whose;
+    if (inputs_changed_since_run(basin)) return whose + "; inputs have changed since, run it again";
+    return basin.Output_Valid ? whose : whose + "; its climate evaluation was not completed";
 }
 
 std::string statistics_status(const BasinState& basin, double shown, const std::string& period) {

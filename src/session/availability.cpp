@@ -117,6 +117,8 @@ void simulation_was_edited(Session& session) {
     session.shell.reports = false;
 }
 
+void simulation_was_run(Session& session) { session.shell.reports = true; }
+
 void simulation_was_deleted(Session& session) {
     ShellState& shell = session.shell;
     shell.run_simulation = false;

@@ -32,6 +32,8 @@ void zone_areas_were_typed(Session& session);
 void simulation_was_selected(Session& session);
 void simulation_was_edited(Session& session);
 void simulation_was_deleted(Session& session);
+/// A run was completed: its results can be reported.
+void simulation_was_run(Session& session);
 /// A simulation was added or deleted.
 void simulations_have_changed(Session& session);
 /// A simulation that can run is selected.

@@ -126,6 +126,7 @@ void frmNVR::run(int index) {
         const BusyPointer busy;
         outcome = start_run({session().basin, session().run, session().dialogs}, index);
     }
+    if (outcome.completed) simulation_was_run(session());
     menu_->refresh();
     simulations_->show_rows();
     if (outcome.statistics != StatisticsReach::Nothing) {

@@ -60,6 +60,7 @@ class ResultsStatus : public ::testing::Test {
 protected:
     ResultsStatus() {
         basin.results_time = k_run_time;
+        basin.Output_Valid = true;
         run.LastRunSimulation = "wet";
         run.RunStart = *day_count({2001, 6, 1});
         run.RunEnd = run.RunStart + 29;
@@ -86,6 +87,12 @@ TEST_F(ResultsStatus, TellsOfInputsThatChangedAlsoBehindASave) {
 TEST_F(ResultsStatus, TellsOfARunThatDidNotReachItsEnd) {
     run.LastRunSimulation.clear();
     EXPECT_EQ(results_status(basin, run), "The run of 11/5/2001 1:02:03 PM did not reach its end");
+}
+
+TEST_F(ResultsStatus, TellsOfAnEvaluationThatWasNotCompleted) {
+    basin.Output_Valid = false;
+    EXPECT_EQ(results_status(basin, run),
+              "Results of 'wet', run of 11/5/2001 1:02:03 PM; its climate evaluation was not completed");
 }
 
 TEST_F(ResultsStatus, OfAnEarlierSessionHasNoTime) {

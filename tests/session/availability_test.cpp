@@ -110,6 +110,13 @@ TEST_F(AvailabilityTest, AnEditedSimulationOfANewBasinCanOnlyBeSavedUnderAName) 
     EXPECT_TRUE(shell_.save);
 }
 
+TEST_F(AvailabilityTest, AnEditedSimulationCanBeReportedAgainOnceItWasRun) {
+    select_a_simulation();
+    simulation_was_edited(session_);
+    simulation_was_run(session_);
+    EXPECT_TRUE(shell_.reports);
+}
+
 TEST_F(AvailabilityTest, TheStagesOfADefinitionShowOneBoxAfterTheOther) {
     units_were_fixed(session_);
     EXPECT_FALSE(shell_.units_list_shown);
