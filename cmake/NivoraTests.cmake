@@ -17,7 +17,7 @@ endfunction()
 #
 # Makes nivora_<folder>_test from tests/<folder>/*_test.cpp on nivora_<folder>, or <target>. Its tests are known to
 # ctest as <folder>.<suite>.<test> with the folder's name as label; a slash becomes an underscore. WINDOWS adds what
-# tests of windows need. PAINTED compiles as Qt wants it, without the headers of the plain tests.
+# tests of windows need. PAINTED compiles as what links QtGui must be.
 # The tests themselves are not optimised: what they test is, and they compile in a third of the time.
 function(nivora_tests folder)
     cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS;PAINTED" "LIBRARY" "DEFINITIONS")
@@ -41,7 +41,9 @@ function(nivora_tests folder)
         target_precompile_headers(${target} REUSE_FROM nivora_window_test_headers)
     else()
         target_link_libraries(${target} PRIVATE GTest::gmock_main)
-        if(NOT arg_PAINTED)
+        if(arg_PAINTED)
+            target_precompile_headers(${target} REUSE_FROM nivora_painted_test_headers)
+        else()
             target_precompile_headers(${target} REUSE_FROM nivora_plain_test_headers)
         endif()
     endif()

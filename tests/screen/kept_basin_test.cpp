@@ -59,7 +59,7 @@ TEST_F(KeptBasinOnScreenTest, ACopyThatFailsAtTheQuestionKeepsItOpenWithWhatWasT
 
 TEST_F(KeptBasinOnScreenTest, AVanishedRecentEntryLeavesItsNameInTheStatusBarAndSaveSavesIt) {
     session_.settings.recent_files.push_back(path_text(user_ / "gone.mdb"));
-    window_->refresh_main_window();
+    session_.desktop.refresh_main_window();
     dialogs_.then(Answer::No);
     choose_entry("mnuFileArray(2)");
     ASSERT_TRUE(await([&] { return dialogs_.messages().size() == 2; }));

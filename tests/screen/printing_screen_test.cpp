@@ -7,6 +7,7 @@
 #include "widgets/print_dialog.h"
 
 #include <QComboBox>
+#include <QLabel>
 #include <QMenu>
 #include <QPushButton>
 #include <cstdlib>

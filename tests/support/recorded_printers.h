@@ -53,8 +53,8 @@ public:
         return true;
     }
     bool end() override { return true; }
-    void updateState(const QPaintEngineState& state) override {
-        if ((state.state() & DirtyTransform) != 0) transform_ = state.transform();
+    void updateState(const QPaintEngineState& changed) override {
+        if ((changed.state() & DirtyTransform) != 0) transform_ = changed.transform();
     }
     void drawTextItem(const QPointF& place, const QTextItem& item) override {
         const QPointF at = transform_.map(place) * scale_;
