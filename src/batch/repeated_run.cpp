@@ -31,7 +31,7 @@ RepeatedRun repeat_run(BasinDatabase& database, const BasinState& basin, const R
     copied_basin.Work_File = copied_basin.Basin_File = file;
     RepeatedRun repeated{.run = asked, .reason = {}};
     BasinDatabase copy{file, Access::ReadWrite};
-    copy.execute("PRAGMA synchronous = OFF");
+    copy.write_without_flushing();
     if (run_in_copy(copy, {copied_basin, *repeated.run, dialogs}, folder.path() / "climate.out"))
         return repeated;
     if (!dialogs.messages().empty()) repeated.reason = dialogs.messages().back().text;

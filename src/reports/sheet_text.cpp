@@ -104,7 +104,8 @@ std::string marked_text(const MarkedLine& marked, std::size_t width) {
         if (taken > 0 && blanks != std::string::npos && taken >= blanks)
             line += " " + std::string{trimmed(part)};
         else
-            line += align == PrintAlign::Left ? part : placed.substr(std::min(taken, placed.size()));
+            line += align == PrintAlign::Left ? part
+                                              : right_trimmed(placed.substr(std::min(taken, placed.size())));
     }
     return std::string{right_trimmed(line)};
 }

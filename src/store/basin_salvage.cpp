@@ -304,7 +304,7 @@ std::vector<SalvagedTable> salvage_into(const fs::path& copy, const fs::path& pa
     DamagedFile damaged{copy};
     BasinDatabase::create_template(part);
     BasinDatabase made{part, Access::ReadWrite};
-    made.execute("PRAGMA synchronous = OFF");  // the file is flushed before it is renamed
+    made.write_without_flushing();  // the file is flushed before it is renamed
     std::vector<SalvagedTable> all;
     HeldTransaction transaction{made};
     guarded([&] {

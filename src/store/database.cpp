@@ -284,6 +284,8 @@ void BasinDatabase::create_daily_index(std::string_view table) {
                         quoted_name(name)));
 }
 
+void BasinDatabase::write_without_flushing() { execute("PRAGMA synchronous = OFF"); }
+
 void BasinDatabase::execute(const std::string& statement) {
     guarded([&] { sql_.exec(statement); });
 }

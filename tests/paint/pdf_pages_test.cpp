@@ -16,6 +16,7 @@ namespace nivora {
 namespace {
 
 using testing::AllOf;
+using testing::AnyOf;
 using testing::Contains;
 using testing::HasSubstr;
 using testing::Not;
@@ -68,8 +69,8 @@ TEST_F(PdfPages, TheFontIsEmbedded) {
     for (std::string line; std::getline(fonts, line);) {
         if (line.starts_with("name") || line.starts_with("---")) continue;
         ++listed;
-        // The columns "emb", "sub" and "uni": embedded, in part, and with its letters named.
-        EXPECT_THAT(line, HasSubstr(" yes yes yes ")) << line;
+        // The columns "emb", "sub" and "uni": embedded, in whole or in part, and with its letters named.
+        EXPECT_THAT(line, AnyOf(HasSubstr(" yes yes yes "), HasSubstr(" yes no  yes ")));
     }
     EXPECT_GE(listed, 1);
 }
@@ -81,10 +82,11 @@ TEST_F(PdfPages, AWideTableIsSetSmallerAndNothingIsCut) {
     EXPECT_EQ(
         std::count_if(found.begin(), found.end(), [](const FoundWord& word) { return word.text == "last"; }),
         100);
-    // The widest line takes the whole width, but for the hundredth of a point to which a font is chosen.
+    // The widest line takes the whole width, but for the dot of 1200 an inch to which a font of 6 points, or
+    // 100 dots, is made: a hundredth of 451 points.
     const auto right = std::max_element(
         found.begin(), found.end(), [](const FoundWord& a, const FoundWord& b) { return a.right < b.right; });
-    EXPECT_GT(right->right, k_a4_width - 72.0 - 3.0);
+    EXPECT_GT(right->right, k_a4_width - 72.0 - 4.6);
 }
 
 TEST_F(PdfPages, PagesAreCountedAndHeaded) {

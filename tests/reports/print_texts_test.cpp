@@ -49,7 +49,7 @@ TEST(PrintTexts, TheLegendOfAScenarioKeepsItsWords) {
         "  # of days to SHIFT forward or backward in time/n"
         "  Normalize temperature//precipitation using long-term monthly averages)/n"
         "Zone - the zone or zones affected by the edit/n/n/n/n/n");
-    EXPECT_EQ(scenario_footer("/data/alder.mdb"), "/fb0/cBasin Filename:  /data/alder.mdb");
+    EXPECT_EQ(scenario_footer("/data/alder.mdb"), "/fb0/cBasin Filename:  //data//alder.mdb");
 }
 
 }  // namespace

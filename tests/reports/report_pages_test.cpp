@@ -122,11 +122,15 @@ TEST_F(ReportPages, TheHeadIsTakenAnewBehindEachFormFeed) {
 
 TEST_F(ReportPages, AHeadOfFewerThanElevenLinesIsRepeatedAsFarAsItWent) {
     const auto printed = pages(numbered("first ", 1, 50) + "\f\r\n" + numbered("second ", 1, 60));
-    ASSERT_EQ(printed.size(), 2U);
+    // 50 lines, the form feed and 9 lines; then 4 lines, a head of 9 and 47 lines; then a head of all 11.
+    ASSERT_EQ(printed.size(), 3U);
     EXPECT_EQ(printed[0].back(), "second 9");
     EXPECT_EQ(printed[1][4], "second 1");
     EXPECT_EQ(printed[1][12], "second 9");
     EXPECT_EQ(printed[1][13], "second 10");
+    EXPECT_EQ(printed[1].back(), "second 56");
+    EXPECT_EQ(printed[2][14], "second 11");
+    EXPECT_EQ(printed[2][15], "second 57");
 }
 
 TEST_F(ReportPages, ATableThatEndsBeyondSixTenthsLowersTheLimitByOneAndAHalfTimesItsHeight) {

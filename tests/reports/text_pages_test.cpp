@@ -42,7 +42,8 @@ protected:
     /// The lines of a text that takes one page.
     [[nodiscard]] std::vector<std::string> lines(const std::string& text) const {
         std::vector<std::string> found;
-        for (const PrintedText& printed : laid_out(text).pages.at(0).texts) found.push_back(printed.text);
+        const PrintedJob job = laid_out(text);
+        for (const PrintedText& printed : job.pages.at(0).texts) found.push_back(printed.text);
         found.erase(found.begin());
         found.pop_back();
         return found;
