@@ -90,7 +90,11 @@ class SheetColumns {
 public:
     SheetColumns(const LineMeasure& measure, const PrintedSheet& sheet, double room)
         : sheet_(sheet), widths_(sheet.columns.size(), 0.0), key_columns_(sheet.key_columns) {
-        for (std::size_t column = 0; column < widths_.size(); ++column) measure_column(measure, column);
+        for (const bool broken_heads : {false, true}) {
+            for (std::size_t column = 0; column < widths_.size(); ++column)
+                widths_[column] = measured_width(measure, column, broken_heads);
+            if (total_width() <= room) break;
+        }
         limit_widths(room);
         divide(room);
     }
@@ -99,12 +103,21 @@ public:
     [[nodiscard]] const std::vector<std::vector<std::size_t>>& groups() const { return groups_; }
 
 private:
-    void measure_column(const LineMeasure& measure, std::size_t column) {
-        double& width = widths_[column];
-        width = measure.widest_line(sheet_.columns[column].head, true);
+    /// @param broken_heads whether a head may be broken at each of its blanks, to save room
+    [[nodiscard]] double measured_width(const LineMeasure& measure, std::size_t column,
+                                        bool broken_heads) const {
+        std::string head = sheet_.columns[column].head;
+        if (broken_heads) std::replace(head.begin(), head.end(), ' ', '\n');
+        double width = measure.widest_line(head, true);
         for (const auto& row : sheet_.rows) {
             if (column < row.size()) width = std::max(width, measure.widest_line(row[column], false));
         }
+        return width;
+    }
+    [[nodiscard]] double total_width() const {
+        double total = widths_.empty() ? 0.0 : -k_column_gap;
+        for (const double width : widths_) total += width + k_column_gap;
+        return total;
     }
 
     /// Columns that are repeated may not take more than half of the page, a column no more than the rest.

@@ -31,9 +31,10 @@ struct PrintedSheet {
 };
 
 /// Lays sheets out behind each other, each from a page of its own, with pages counted through. Columns are as
-/// wide as their widest text. A sheet that is wider than the page goes on to the right on further pages,
-/// which follow those of its first columns; each page repeats the column heads. A cell that is wider than the
-/// page is broken over lines. Nothing lies outside the margins.
+/// wide as their widest text; where the page is too narrow for that, heads of several words are broken. A
+/// sheet that is wider than the page goes on to the right on further pages, which follow those of its first
+/// columns; each page repeats the column heads. A cell that is wider than the page is broken over lines.
+/// Nothing lies outside the margins.
 [[nodiscard]] PrintedJob lay_out_sheets(const PagedDevice& device, std::span<const PrintedSheet> sheets,
                                         const std::string& name);
 

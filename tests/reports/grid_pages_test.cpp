@@ -113,18 +113,18 @@ TEST_F(GridPages, AWideSheetGoesOnToTheRightBehindItsRowsWithItsHeadsAndKeyColum
     // further pages show four others: 1 to 5, 1 and 6 to 9, 1 and 10.
     std::vector<SheetColumn> columns;
     for (int column = 1; column <= 10; ++column)
-        columns.push_back({"Column " + std::to_string(100 + column)});
+        columns.push_back({"Column_" + std::to_string(100 + column)});
     const PrintedJob job =
         lay_out({.columns = columns, .rows = rows(50, 10), .key_columns = 1, .footer = "/cPage /p"});
     // Rows stand on lines 1 to 38.5, less 30 twips: 37 of them, so that each part takes two pages.
     ASSERT_EQ(job.pages.size(), 6U);
-    EXPECT_THAT(texts(job, 0), testing::IsSupersetOf({"Column 101", "Column 105", "1a", "37e", "Page 1"}));
-    EXPECT_THAT(texts(job, 0), testing::Not(testing::Contains("Column 106")));
-    EXPECT_THAT(texts(job, 1), testing::IsSupersetOf({"Column 101", "Column 105", "38a", "50e", "Page 2"}));
+    EXPECT_THAT(texts(job, 0), testing::IsSupersetOf({"Column_101", "Column_105", "1a", "37e", "Page 1"}));
+    EXPECT_THAT(texts(job, 0), testing::Not(testing::Contains("Column_106")));
+    EXPECT_THAT(texts(job, 1), testing::IsSupersetOf({"Column_101", "Column_105", "38a", "50e", "Page 2"}));
     EXPECT_THAT(texts(job, 2), testing::IsSupersetOf(
-                                   {"Column 101", "Column 106", "Column 109", "1a", "1f", "37i", "Page 3"}));
-    EXPECT_THAT(texts(job, 2), testing::Not(testing::Contains("Column 105")));
-    EXPECT_THAT(texts(job, 5), testing::IsSupersetOf({"Column 101", "Column 110", "50a", "50j", "Page 6"}));
+                                   {"Column_101", "Column_106", "Column_109", "1a", "1f", "37i", "Page 3"}));
+    EXPECT_THAT(texts(job, 2), testing::Not(testing::Contains("Column_105")));
+    EXPECT_THAT(texts(job, 5), testing::IsSupersetOf({"Column_101", "Column_110", "50a", "50j", "Page 6"}));
 }
 
 TEST_F(GridPages, ColumnsThatJustFitStandOnOnePage) {
@@ -134,6 +134,19 @@ TEST_F(GridPages, ColumnsThatJustFitStandOnOnePage) {
     EXPECT_EQ(lay_out({.columns = columns}).pages.size(), 1U);
     columns.back().head = "xxx";
     EXPECT_EQ(lay_out({.columns = columns}).pages.size(), 2U);
+}
+
+TEST_F(GridPages, HeadsOfSeveralWordsAreBrokenBeforeColumnsGoToAnotherPage) {
+    PrintedSheet sheet{.columns = {{"Day"}}, .rows = {{"1", "1.5", "2.5", "3.5", "4.5"}}};
+    for (int column = 0; column < 4; ++column) sheet.columns.push_back({"Maximum Temperature"});
+    // In one line the heads take 3 and 4 x 19 letters of 99 and 4 gaps of 160: 8,461. Their longest word has
+    // 11 letters: 297 + 4 x 1,089 + 640 = 5,293 of 6,000.
+    const PrintedJob job = lay_out(sheet);
+    ASSERT_EQ(job.pages.size(), 1U);
+    EXPECT_EQ(text_of(job, 0, "Maximum").y, 1440.0);
+    EXPECT_EQ(text_of(job, 0, "Temperature").y, 1440.0 + 165.0);
+    EXPECT_EQ(text_of(job, 0, "Day").y, 1440.0 + 165.0);
+    EXPECT_EQ(text_of(job, 0, "4.5").x, 1440.0 + 297.0 + 160.0 + 3 * (1089.0 + 160.0));
 }
 
 TEST_F(GridPages, HeadingAndLegendStandAroundTheRowsOnce) {
