@@ -19,6 +19,10 @@ QString systems_choice(const QString& wanted) {
     return QFontInfo(font).family();
 }
 
+/// Keeps "ff" and "ffi" from becoming one sign, behind which a search in the PDF finds no "Runoff": Qt joins
+/// no letters where a spacing is set, and one of 100 % moves none.
+void keep_letters_apart(QFont& font) { font.setLetterSpacing(QFont::PercentageSpacing, 100.0); }
+
 }  // namespace
 
 QString fixed_pitch_family(const QString& wanted) {
@@ -47,6 +51,7 @@ QFont print_font(const PrintFont& font, bool bold) {
     }
     result.setHintingPreference(QFont::PreferNoHinting);
     result.setKerning(false);
+    keep_letters_apart(result);
     result.setBold(bold);
     result.setPointSizeF(font.points);
     return result;

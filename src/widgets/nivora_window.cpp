@@ -344,6 +344,11 @@ void NivoraWindow::show_modal() {
     if (before) before->activateWindow();
 }
 
+void NivoraWindow::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) note_activation(*this);
+    QMainWindow::changeEvent(event);
+}
+
 void NivoraWindow::closeEvent(QCloseEvent* event) {
     if (context_.quick_help.is_on()) {
         show_text(k_close_refused);

@@ -102,6 +102,7 @@ protected:
     /// What QuickHelp changes in a window besides its strip.
     virtual void quick_help_changed(bool on) { static_cast<void>(on); }
 
+    void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
