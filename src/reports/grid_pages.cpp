@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <utility>
 
 namespace nivora {
@@ -354,8 +355,8 @@ PrintedJob lay_out_sheets(const PagedDevice& device, std::span<const PrintedShee
 
 std::optional<Message> large_print_question(std::size_t rows, std::optional<std::size_t> selected) {
     // Intended: a selected block counts its full pages alone, a whole sheet also a part of one.
-    const double pages = selected ? static_cast<double>(*selected / k_rows_a_page)
-                                  : static_cast<double>(rows) / static_cast<double>(k_rows_a_page);
+    const double counted = static_cast<double>(selected.value_or(rows)) / static_cast<double>(k_rows_a_page);
+    const double pages = selected ? std::floor(counted) : counted;
     if (pages <= k_pages_unasked) return std::nullopt;
     return Message{
         .text = "Your print job may produce " + seven_digit_text(pages) + " or more pages.  Continue?",
