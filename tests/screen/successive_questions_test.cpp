@@ -25,7 +25,7 @@ TEST_F(SuccessiveQuestionsTest, TheSecondComesFromTheWindowOfTheFirst) {
     for (const char* text : {"First?", "Second?", "Third?"}) {
         in_dialog<QMessageBox>([&](QMessageBox& box) {
             callers.push_back(box.parentWidget());
-            press({"Return"});
+            box.accept();
         });
         dialogs.message({.text = text, .title = "Nivora"});
     }
