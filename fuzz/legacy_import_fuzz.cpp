@@ -4,6 +4,7 @@
 
 #include "base/scripted_dialogs.h"
 #include "store/table_io.h"
+#include "store/transactions.h"
 
 #include <cmath>
 #include <cstdint>
