@@ -50,7 +50,12 @@ std::optional<std::string> quick_decimals(double value) {
 }
 
 std::string fitted(const std::string& text, double value, std::size_t width) {
-    return text.find('.') > width ? exponent_form(value, width) : in_width(text, width);
+    if (text.find('.') > width) return exponent_form(value, width);
+    std::string cut = in_width(text, width);
+    // What the cut leaves of a small negative number is a zero.
+    if (cut.starts_with('-') && cut.find_first_of("123456789") == std::string::npos)
+        cut = in_width(cut.substr(1), width);
+    return cut;
 }
 
 }  // namespace

@@ -45,6 +45,9 @@ TEST(FormatValue, OfAVerySmallNumberIsZero) { EXPECT_EQ(Format_Value(1e-30, 8), 
 TEST(FormatValue, OfANegativeZeroBearsNoSign) {
     EXPECT_EQ(Format_Value(-0.0, 8), "0.00000 ");
     EXPECT_EQ(Format_Value(-0.000001, 8), "0.00000 ");
+    EXPECT_EQ(Format_Value(-0.04, 4), "0.0 ");
+    EXPECT_EQ(Format_Value(-0.003, 5), "0.00 ");
+    EXPECT_EQ(Format_Value(-0.04, 5), "-0.04");
 }
 
 TEST(FormatValue, OfAMissingValueIsBlank) {
