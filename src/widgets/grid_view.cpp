@@ -207,13 +207,17 @@ bool GridView::focusNextPrevChild(bool next) {
 
 /// Enter ends an editor only after the keys that were pressed right after it. If one of them was a
 /// command, it has already committed the text and closed the editor; its effect must not be undone by
-/// leaving the cell again.
+/// leaving the cell again. The editor may even be deleted by then: it is looked for before it is asked.
+bool GridView::is_open(QWidget* editor) const {
+    return viewport()->children().contains(editor) && !editor->property(k_closed_editor).toBool();
+}
+
 void GridView::commitData(QWidget* editor) {
-    if (!editor->property(k_closed_editor).toBool()) QTableView::commitData(editor);
+    if (is_open(editor)) QTableView::commitData(editor);
 }
 
 void GridView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
-    if (editor->property(k_closed_editor).toBool()) return;
+    if (!is_open(editor)) return;
     editor->setProperty(k_closed_editor, true);
     const bool forward = hint == QAbstractItemDelegate::EditNextItem;
     if ((forward || hint == QAbstractItemDelegate::EditPreviousItem) && is_at_edge(forward)) {

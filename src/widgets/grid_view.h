@@ -69,6 +69,7 @@ protected:
 
 private:
     void leave(const QModelIndex& cell);
+    [[nodiscard]] bool is_open(QWidget* editor) const;
     void focus_moved(const QWidget* from, const QWidget* to);
     bool edit_key(const QKeyEvent* event);
     [[nodiscard]] bool all_locked(const CellRange& range) const;

@@ -81,6 +81,7 @@ TEST_F(ZoneGridOnScreenTest, TheColumnOfTheAreasShowsWholeNumbers) {
     const int shown = drawn_points(picture_of_cell(zones(), 1, 1));
     EXPECT_GT(shown, 60);
     zones().setColumnWidth(1, zones().columnWidth(1) + 120);
+    settle();
     EXPECT_EQ(drawn_points(picture_of_cell(zones(), 1, 1)), shown);
 }
 

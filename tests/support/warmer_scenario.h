@@ -13,11 +13,13 @@
 namespace nivora {
 
 /// Adds the scenario "warmer" to a basin file: two degrees more on every day, the winter ending on 31 March
-/// 1998.
+/// 1998. As with any first scenario, the placeholder of the simulation goes.
 inline void add_warmer_scenario(const std::filesystem::path& file, const std::string& simulation,
                                 DayCount start, DayCount end) {
     BasinDatabase database{file, Access::ReadWrite};
     atomically(database, [&] {
+        database.execute("DELETE FROM ClimateScenarioIndex WHERE ScenarioFile = '" +
+                         std::string{k_no_scenario} + "' AND SimulationFile = '" + simulation + "'");
         const ScenarioIndexRow row{.simulation = simulation,
                                    .scenario = "warmer",
                                    .winter_end_date = static_cast<double>(*day_count({1998, 3, 31})),

@@ -1,5 +1,6 @@
 #include "tests/widgets/grid_fixture.h"
 
+#include <QPointer>
 #include <QScrollBar>
 
 namespace nivora {
@@ -157,6 +158,23 @@ TEST_F(GridLeavingTest, ACommandRightAfterEnterTakesTheTextOnceAndTheEnterThenMo
     EXPECT_EQ(edits_, 0);
     EXPECT_TRUE(left_.empty());
     EXPECT_EQ(grid_->currentIndex().row(), 2);
+}
+
+TEST_F(GridLeavingTest, KeysRightAfterEnterMayDeleteItsEditorBeforeTheEnterActs) {
+    empty(2, Column::k_number);
+    go_to(2, Column::k_number);
+    key(Qt::Key_F2);
+    const QPointer<QLineEdit> first = editor();
+    ASSERT_NE(first, nullptr);
+    QTest::sendKeyEvent(QTest::Press, first, Qt::Key_Return, QString{}, Qt::NoModifier);
+    QTest::sendKeyEvent(QTest::Press, first, Qt::Key_Tab, QString{}, Qt::NoModifier);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    ASSERT_EQ(first, nullptr);
+    QApplication::processEvents();
+    EXPECT_EQ(at(2, Column::k_number), "");
+    EXPECT_THAT(active(), Pair(2, Column::k_integer));
+    EXPECT_THAT(left_, ElementsAre(Pair(2, Column::k_number)));
+    EXPECT_EQ(edits_, 0);
 }
 
 }  // namespace
