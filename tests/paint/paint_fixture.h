@@ -9,7 +9,9 @@
 
 #include <QGuiApplication>
 #include <algorithm>
+#include <array>
 #include <cstdio>
+#include <memory>
 #include <regex>
 #include <sstream>
 #include <stdexcept>
@@ -38,19 +40,25 @@ inline std::string output_of(const std::string& command) {
     return output;
 }
 
+/// The application of all tests, whose fonts it needs until it ends.
+class PaintApplication : public testing::Environment {
+public:
+    void SetUp() override {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        application_ = std::make_unique<QGuiApplication>(count_, arguments_.data());
+    }
+    void TearDown() override { application_.reset(); }
+
+private:
+    std::string name_ = "paint_test";
+    int count_ = 1;
+    std::array<char*, 2> arguments_{name_.data(), nullptr};
+    std::unique_ptr<QGuiApplication> application_;
+};
+inline testing::Environment* const k_application = testing::AddGlobalTestEnvironment(new PaintApplication);
+
 class PaintTest : public testing::Test {
 protected:
-    static void SetUpTestSuite() {
-        if (qGuiApp != nullptr) return;
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        static int count = 1;
-        static std::string name = "paint_test";
-        static std::array<char*, 2> arguments{name.data(), nullptr};
-        // Kept to the end of the program: fonts must not outlive it.
-        static auto* application = new QGuiApplication(count, arguments.data());
-        static_cast<void>(application);
-    }
-
     PaintTest() {
         setup_.paper = "A4";
         setup_.orientation = 1;

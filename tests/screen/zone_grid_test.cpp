@@ -7,6 +7,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenuBar>
 #include <QStatusBar>
 
 namespace nivora {
@@ -33,10 +34,12 @@ protected:
         type(text);
         press({"Tab"});
     }
-    /// Opens the Run menu by its key and closes it, with what it asks and tells in between.
+    /// Opens the Run menu with the mouse and closes it, with what it asks and tells in between.
     void open_run_menu() {
-        press({"alt+r"});
-        press({"Escape", "Escape"});
+        auto* run = find<QMenu>("mnuRun");
+        click(*window_->menuBar(), window_->menuBar()->actionGeometry(run->menuAction()).center());
+        if (run->isVisible()) press({"Escape"});
+        EXPECT_TRUE(await([&] { return !run->isVisible(); }));
     }
     std::string status() { return from_qt(window_->statusBar()->currentMessage()); }
 };
@@ -66,7 +69,6 @@ TEST_F(ZoneGridOnScreenTest, AnAreaBeyondTenMillionIsAskedAboutUntilItIsConfirme
     EXPECT_EQ(last_message().title, "Unusual zone values");
     EXPECT_THAT(last_message().text, testing::HasSubstr("Zone 2: area 20000000 km²"));
     EXPECT_EQ(last_message().default_answer, Answer::No);
-    EXPECT_EQ(focused(), "vaSpread1");
     EXPECT_EQ(zones().currentIndex(), zones().model()->index(1, 1));
     dialogs_.then(Answer::Yes);
     open_run_menu();
