@@ -10,7 +10,7 @@ namespace {
 
 constexpr double k_second = 1.0 / 86400.0;
 
-// 2000-01-01: 100 years from 1900-01-01 (day 2) with the 24 leap years 1904 to 1996, 2 + 36500 + 24 = 36526.
+// 1900-01-01 is day 2; 100 years later, with the 24 leap years 1904 to 1996: 2 + 36500 + 24 = 36526.
 constexpr DayCount k_new_year_2000 = 36526;
 
 TEST(DayCount, IsZeroOnTheThirtiethOfDecember1899) {
@@ -23,17 +23,18 @@ TEST(DayCount, OfKnownDays) {
     EXPECT_EQ(day_count({1900, 1, 1}), 2);
     EXPECT_EQ(day_count({1899, 12, 29}), -1);
     EXPECT_EQ(day_count({2000, 1, 1}), k_new_year_2000);
-    // 2100-01-01: 100 years with the 25 leap years 2000 to 2096, 36526 + 36500 + 25 = 73051.
+    // 100 years after 2000-01-01, with the 25 leap years 2000 to 2096: 36526 + 36500 + 25 = 73051.
     EXPECT_EQ(day_count({2100, 1, 1}), 73051);
-    // 2300-12-31: 200 years with the leap years 2104 to 2296 but 2200, 48 of them, and 364 days of 2300:
-    // 73051 + 73000 + 48 + 364 = 146463.
+    // 2300-01-01 is 200 years after 2100-01-01, with 48 leap years (2104 to 2296 without 2200), and
+    // 2300-12-31 is 364 days later: 73051 + 73000 + 48 + 364 = 146463.
     EXPECT_EQ(day_count({2300, 12, 31}), 146463);
 }
 
 TEST(DayCount, FebruaryOf1900And2100Has28DaysAndOf2000Has29) {
     EXPECT_EQ(day_count({1900, 2, 29}), std::nullopt);
     EXPECT_EQ(day_count({2100, 2, 29}), std::nullopt);
-    // 1 March is day 61 of a leap year and day 60 of any other: 36526 + 60, and the day before it the 29th.
+    // In a leap year 1 March comes 60 days after 1 January, one day more than in
+    // other years; the day before is the 29th.
     EXPECT_EQ(day_count({2000, 2, 29}), k_new_year_2000 + 59);
     EXPECT_EQ(day_count({2000, 3, 1}), k_new_year_2000 + 60);
     EXPECT_EQ(*day_count({1900, 3, 1}) - *day_count({1900, 2, 28}), 1);
@@ -51,7 +52,7 @@ TEST(DayCount, OfADayThatNoCalendarHasIsNothing) {
     }
 }
 
-// Steps from day to day with the rules of the calendar written out, apart from the library's own.
+// Steps from day to day by the calendar rules as written out here, independent of the library's own.
 TEST(DayCount, GoesByOneFromTheFirstYearToTheLast) {
     CivilDate date{1900, 1, 1};
     std::array<int, 13> lengths{0, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};

@@ -14,7 +14,7 @@ using testing::IsEmpty;
 
 namespace fs = std::filesystem;
 
-/// The text with which the file system's refusal of a piece of work ends; empty where it was not refused.
+/// The message of the FileError that `work` throws; empty if it throws none.
 template <typename Work>
 std::string refusal(Work&& work) {
     try {

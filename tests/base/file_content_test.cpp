@@ -36,7 +36,7 @@ TEST(FileContent, OfAnEmptyFileIsThereAndOfWhatIsNoFileIsNot) {
     EXPECT_FALSE(file_content(folder.path()).has_value());
 }
 
-// FNV-1a of "a", as its authors publish it.
+// The FNV-1a digest of "a" as published by its authors.
 TEST(FileContent, HasThePublishedDigestOfALetter) {
     const TemporaryFolder folder;
     EXPECT_EQ(file_content(folder.write("file", "a"))->digest, 0xAF63DC4C8601EC8CU);

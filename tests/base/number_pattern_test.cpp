@@ -79,7 +79,7 @@ TEST(NumberPattern, RoundsDownBelowTheHalf) {
     EXPECT_EQ(format_number(0.0005, "0"), "0");
 }
 
-// These three have no exact form in binary; to fifteen digits they end in a 5 all the same.
+// These three have no exact binary form, but rounded to fifteen digits they end in a 5.
 TEST(NumberPattern, RoundsTheNumberThatFifteenDigitsShow) {
     EXPECT_EQ(format_number(1.005, "0.00"), "1.01");
     EXPECT_EQ(format_number(2.675, "0.00"), "2.68");
@@ -114,8 +114,8 @@ TEST(NumberPattern, OfAMissingValueIsEmpty) {
     EXPECT_EQ(format_number(std::nan(""), ".#####"), "");
 }
 
-// m / 8 is exact in binary, and its hundredths are 25 m / 2: half away from zero in whole numbers is (25 |m|
-// + 1) / 2.
+// m / 8 is exact in binary and equals 25 m / 2 hundredths. Rounded half away from zero with whole numbers
+// this is (25 |m| + 1) / 2.
 TEST(NumberPattern, AgreesWithWholeNumbersOverRandomEighths) {
     std::mt19937 random{printed_seed()};
     std::uniform_int_distribution<std::int64_t> eighths{-1'000'000'000, 1'000'000'000};

@@ -106,7 +106,7 @@ TEST(ShortestText, OfAMissingValueIsEmpty) {
     EXPECT_EQ(shortest_text(std::nan("")), "");
 }
 
-/// The shortest form with a power of ten that reads back to the same Single, by trying.
+/// The shortest exponent form that reads back to the same Single, found by trial.
 std::string shortest_power_form(float value) {
     for (int digits = 0; digits <= 8; ++digits) {
         char text[32];
@@ -145,7 +145,7 @@ TEST(ShortestText, OfRandomDoublesReadsBackToTheSameBits) {
     }
 }
 
-// Seven digits tell Singles of the usual size within one part in ten million.
+// Seven digits are not always enough to read back the same Single, but the error stays within their rounding.
 TEST(SingleText, OfRandomSinglesReadsBackWithinHalfOfTheSeventhDigit) {
     std::mt19937 random{printed_seed()};
     for (int i = 0; i < 20000; ++i) {
@@ -153,7 +153,7 @@ TEST(SingleText, OfRandomSinglesReadsBackWithinHalfOfTheSeventhDigit) {
         if (!std::isnormal(value)) continue;
         const std::string text = single_text(value);
         const double exact = static_cast<double>(value);
-        // Half a unit of the seventh digit is at most 5e-7 of a number that begins with a 1.
+        // Half a unit of the seventh digit is at most 5e-7 of the number: the worst case begins with a 1.
         ASSERT_LE(std::abs(leading_number(text) - exact), std::abs(exact) * 5.000001e-7) << text;
     }
 }

@@ -1,4 +1,4 @@
-// Files that a command writes for its user: what they never replace, and what a replaced file leaves to them.
+// Files that a command writes for its user: which files they never replace, and what a replaced file keeps.
 #include "base/output_file.h"
 
 #include "base/durable_file.h"

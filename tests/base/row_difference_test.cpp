@@ -30,7 +30,8 @@ TEST(RowDifference, ARowWithAnotherNameIsRemovedAndInserted) {
 }
 
 TEST(RowDifference, RowsOfOneNameAreCountedOnce) {
-    // One of three equal rows goes: two of them are the first rows, and none is left to be a last one.
+    // One of three equal rows is removed. The two left count as common
+    // rows at the start, and not again at the end.
     EXPECT_EQ(row_difference({"a", "a", "a"}, {"a", "a"}), (RowDifference{.first = 2, .removed = 1}));
     EXPECT_EQ(row_difference({"a", "a"}, {"a", "a", "a"}), (RowDifference{.first = 2, .inserted = 1}));
 }

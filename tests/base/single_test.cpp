@@ -23,7 +23,7 @@ int fault_number(Work&& work) {
     return 0;
 }
 
-/// The text of the fault that a piece of work ends with.
+/// The text of the fault that `work` throws; empty if it throws none.
 template <typename Work>
 std::string fault_text(Work&& work) {
     try {
@@ -48,7 +48,8 @@ TEST(Faults, HaveTheirNumbersAndTexts) {
 TEST(ToSingle, RoundsToTheNearest) {
     EXPECT_EQ(to_single(0.1), 0.1F);
     EXPECT_EQ(to_single(-2.5), -2.5F);
-    // Beyond 2^24 = 16777216 Singles lie 2 apart: both odd numbers are ties and go to the even multiple of 2.
+    // Above 2^24 = 16777216 Singles are 2 apart: both odd numbers are
+    // ties and round to the even multiple of 2.
     EXPECT_EQ(to_single(16777217.0), 16777216.0F);
     EXPECT_EQ(to_single(16777219.0), 16777220.0F);
     EXPECT_EQ(to_single(16777217.000001), 16777218.0F);
@@ -61,8 +62,8 @@ TEST(ToSingle, OfTooSmallANumberIsZero) {
 }
 
 TEST(ToSingle, BeyondTheLargestSingleIsFault6) {
-    // The largest Single is 2^128 - 2^104; what lies below 2^128 - 2^103, half way to 2^128, rounds down to
-    // it.
+    // The largest Single is 2^128 - 2^104. A number below 2^128 - 2^103, which
+    // is half way to 2^128, rounds down to it.
     const double half_way = std::ldexp(1.0, 128) - std::ldexp(1.0, 103);
     EXPECT_EQ(to_single(static_cast<double>(k_largest)), k_largest);
     EXPECT_EQ(to_single(std::nextafter(half_way, 0.0)), k_largest);
@@ -98,7 +99,7 @@ TEST(Present, GivesTheValueOrFault94) {
 }
 
 TEST(RoundHalfEven, TakesTiesAtFiveDecimalsToTheEvenDigit) {
-    // 1/64 = 0.015625 and its odd multiples are held exactly and end in a 5 at the sixth decimal.
+    // 1/64 = 0.015625 and its odd multiples are exact in binary, and their sixth and last decimal is a 5.
     EXPECT_EQ(round_half_even(0.015625, 5), 0.01562);
     EXPECT_EQ(round_half_even(0.046875, 5), 0.04688);
     EXPECT_EQ(round_half_even(0.078125, 5), 0.07812);
@@ -131,14 +132,13 @@ TEST(RoundHalfEven, WorksAtEveryNumberOfDecimals) {
     EXPECT_EQ(round_half_even(0.1234567894, 9), 0.123456789);
 }
 
-// A Single with 5 decimals more has 24 + 12 bits, so the product with 100000 is exact: n / 2^k * 100000 for a
-// whole n can be rounded in whole numbers.
+// n / 64 * 100000 is exact in a Double, so the expected value can be worked out with whole numbers.
 TEST(RoundHalfEven, AgreesWithWholeNumbersOverRandomSingles) {
     std::mt19937 random{printed_seed()};
     std::uniform_int_distribution<std::int64_t> sixty_fourths{-(1 << 23), 1 << 23};
     for (int i = 0; i < 20000; ++i) {
         const std::int64_t n = sixty_fourths(random);
-        // n / 64 * 100000 = n * 3125 / 2
+        // n / 64 * 100000 = n * 3125 / 2. Of a half, the whole-number division leaves the part towards zero.
         const std::int64_t twice = n * 3125;
         std::int64_t rounded = twice / 2;
         if (twice % 2 != 0 && rounded % 2 != 0) rounded += twice > 0 ? 1 : -1;
@@ -170,10 +170,10 @@ TEST(ToInteger16, RoundsTiesToTheEvenNumber) {
 TEST(ToInteger16, EndsAtItsLimits) {
     EXPECT_EQ(to_integer16(32767.0), 32767);
     EXPECT_EQ(to_integer16(32767.49), 32767);
-    EXPECT_EQ(to_integer16(32767.5), std::nullopt);  // to the even 32768, which does not fit
+    EXPECT_EQ(to_integer16(32767.5), std::nullopt);  // a tie; the even 32768 does not fit
     EXPECT_EQ(to_integer16(32768.0), std::nullopt);
     EXPECT_EQ(to_integer16(-32768.0), -32768);
-    EXPECT_EQ(to_integer16(-32768.5), -32768);  // to the even -32768, which fits
+    EXPECT_EQ(to_integer16(-32768.5), -32768);  // a tie; the even -32768 fits
     EXPECT_EQ(to_integer16(-32768.51), std::nullopt);
     EXPECT_EQ(to_integer16(-32769.0), std::nullopt);
 }
