@@ -9,7 +9,7 @@ namespace fs = std::filesystem;
 
 using Names = std::set<std::string>;
 
-/// Two zones and twelve days on which every input matters in winter and in summer: rain and snow on partial
+/// Two zones and twelve days on which every input matters, in winter and in summer: rain and snow on partial
 /// cover, frost and melt, a lapse rate, a lag, and a recession that depends on the discharge.
 struct LivelyDays : SmallBasin {
     LivelyDays() : SmallBasin(2, first_day(), 12) {
@@ -40,10 +40,10 @@ struct LivelyDays : SmallBasin {
     static DayCount winter_end() { return date_of(2001, 3, 31); }
 };
 
-/// What a column is set to in order to see whether a step reads it.
+/// The SQL expression that changes a column, to see whether a step reads it.
 std::string poke(const std::string& column) {
     if (column.starts_with("RCA")) return "1 - " + column;
-    // Snow becomes rain. The other way round nothing would change here: it would melt on the day it fell.
+    // Turns snow into rain. The opposite would change nothing: the snow would melt on the day it falls.
     if (column.starts_with("Tcrit")) return column + " - 100";
     if (column.starts_with("LagTime")) return column + " + 3";
     return column + " * 1.125 + 0.0625";
@@ -68,7 +68,7 @@ protected:
         climate = climate_before_;
     }
 
-    /// The columns whose values a step depends on in any of those that it computes.
+    /// The columns whose change alters at least one of the `computed` columns of a step.
     Names read_by(int number, const Names& computed) {
         run_before(number);
         return readers(number, computed);
@@ -96,7 +96,7 @@ protected:
         return found;
     }
 
-    /// Takes a step, the first one on the results as they stand.
+    /// Runs a step; the first one runs on the existing results.
     void take(int number) {
         if (number == 1) {
             climate.reuse_results = true;
@@ -113,7 +113,7 @@ protected:
 const Names k_present{"TAvg", "Precip", "LR",      "Tcrit",  "CS",     "CR",
                       "AN",   "RCA",    "LagTime", "Xcoeff", "YCoeff", "SCA"};
 
-/// The like-named columns of the changed climate, and a cover.
+/// The inputs of the changed climate, and a cover column.
 Names changed_inputs(const std::string& cover) {
     Names names;
     for (const std::string& name : k_present) {

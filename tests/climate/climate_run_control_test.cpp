@@ -6,8 +6,8 @@ namespace {
 using testing::Each;
 using testing::ElementsAre;
 
-/// What a step leaves beside its results: flags, names, boxes, and how a refused or suspended step is taken
-/// again.
+/// What a step changes besides its results: flags, names, input boxes; and how
+/// a refused or suspended step is repeated.
 class ClimateControlTest : public ClimateRunTest {
 protected:
     void expect_valid() {
@@ -16,7 +16,7 @@ protected:
         EXPECT_TRUE(run.results_enabled);
         EXPECT_EQ(run.LastRunSimulation, "Test");
     }
-    /// Takes the temperature of a day and zone 1 out of the results, which the next zone inputs need.
+    /// Removes the temperature of zone 1 on a day from the results; the next zone inputs need it.
     void lose_temperature(int day) {
         change("UPDATE SimResults SET TAvg = NULL, TAvgCC = NULL WHERE Zone = 1 AND Date = " +
                std::to_string(SixDays::first_day() + day - 1));
@@ -52,7 +52,7 @@ TEST_F(ClimateControlTest, AClimateRunIsAYearRoundSimulation) {
     EXPECT_EQ(run.RunKind, 3);
     EXPECT_EQ(run.UpdateInterval, 0);
     const SimResults table = results();
-    // A forecast that is updated every day would go on from the measured 9, 11, 9: 75 + 9 / 2 = 79.5 ...
+    // A forecast updated every day would start from the measured 9, 11, 9 instead: 75 + 9 / 2 = 79.5 ...
     EXPECT_THAT(days_of(table, table.DailyQPresent, 1, 3, 6),
                 ElementsAre(88.75, 119.375, 109.6875, 79.84375));
 }
@@ -108,7 +108,7 @@ TEST_F(ClimateControlTest, AWinterThatEndsBeforeTheSimulationIsRefused) {
     EXPECT_FALSE(basin.Output_Valid);
     EXPECT_FALSE(basin.Basin_Changed);
     EXPECT_EQ(climate.steps_done, 0);
-    EXPECT_EQ(run.ClimateStep, 0);  // no climate run goes on
+    EXPECT_EQ(run.ClimateStep, 0);  // no climate run is in progress
     BasinDatabase database{file, Access::ReadOnly};
     EXPECT_FALSE(database.has_table("SimResults"));
 }
@@ -140,7 +140,7 @@ TEST_F(ClimateControlTest, AWinterOfOneDayPasses) {
     EXPECT_EQ(run.RunStart, SixDays::first_day() + 1);
     EXPECT_EQ(run.InitialRunoff, 5.0F);
     const SimResults table = results();
-    // 31 March has no degrees: 5 / 2. Then as on paper, from 2.5.
+    // 31 March has no degree days: 5 / 2 = 2.5. From there as in the six days.
     EXPECT_THAT(days_of(table, table.DailyQPresent, 1, 2, 3), ElementsAre(2.5, 45.0));
 }
 
@@ -178,7 +178,7 @@ TEST_F(ClimateControlTest, ASuspendedStepOneKeepsWhatStartedIt) {
     suspended(1);
     ASSERT_EQ(dialogs.messages().size(), 2U);
     EXPECT_EQ(dialogs.messages()[0].message.title, "Missing data in basin variable table.");
-    // The results were built and the model was started, but the table is half filled.
+    // The results were built and the stages began, but the table is only half filled.
     EXPECT_TRUE(basin.Input_Changed);
     EXPECT_TRUE(basin.Basin_Changed);
     EXPECT_FALSE(basin.Output_Valid);
@@ -219,7 +219,7 @@ TEST_F(ClimateControlTest, ASuspendedStepTwoStillEndsTheWinterAndPreparesTheTota
     }
 }
 
-TEST_F(ClimateControlTest, ASuspendedStepThreeIsTakenAgainFromTheSameDay) {
+TEST_F(ClimateControlTest, ASuspendedStepThreeIsRepeatedFromTheSameDay) {
     open_six_days();
     run_to(2);
     lose_temperature(4);
@@ -236,11 +236,12 @@ TEST_F(ClimateControlTest, ASuspendedStepThreeIsTakenAgainFromTheSameDay) {
 
 TEST_F(ClimateControlTest, ARunThatTheUserCancelsIsSuspended) {
     SixDays small;
-    for (ParameterRow& row : small.parameters) row.xcoeff = 1.0;  // k = 1, which the recession asks about
+    for (ParameterRow& row : small.parameters)
+        row.xcoeff = 1.0;  // k = 1, which the recession stage asks about
     open(small, static_cast<double>(SixDays::winter_end()));
     dialogs.then(Answer::Cancel);
     suspended(1);
-    // The question, and the word that the step was cancelled.
+    // The question, and the message that the step was cancelled.
     EXPECT_EQ(dialogs.messages().size(), 2U);
     dialogs.then(Answer::Ok);
     run_to(1);
@@ -315,7 +316,7 @@ TEST_F(ClimateControlTest, AFaultOfStepFiveLeavesTheReportOfTheZonesThatWereDone
     EXPECT_THAT(written, testing::Not(testing::HasSubstr("earlier evaluation")));
 }
 
-TEST_F(ClimateControlTest, AStepFiveWhoseBasinFileIsGoneLeavesAReportWithoutZones) {
+TEST_F(ClimateControlTest, AStepFiveWhoseBasinFileIsMissingLeavesAReportWithoutZones) {
     open_six_days();
     run_to(4);
     write_whole_file(report, "the report of an earlier evaluation");
@@ -339,7 +340,7 @@ TEST_F(ClimateControlTest, ANegativeInitialRunoffIsRefusedBeforeTheResultsAreTou
     EXPECT_FALSE((BasinDatabase{file, Access::ReadOnly}.has_table("SimResults")));
 }
 
-TEST_F(ClimateControlTest, ASuspendedStepSixAccumulatesTheMeltAllTheSame) {
+TEST_F(ClimateControlTest, ASuspendedStepSixStillAccumulatesTheMelt) {
     open_six_days();
     run_to(5);
     climate.SummerStartDate = 0;
@@ -357,7 +358,7 @@ TEST_F(ClimateControlTest, ASuspendedStepSixAccumulatesTheMeltAllTheSame) {
     const SimResults table = results();
     EXPECT_THAT(days_of(table, table.DailyQ, 1, 3, 6), Each(testing::IsNan()));
     for (const int zone : {1, 2}) {
-        // What they are made of stands in the table since steps 3 and 5: as in a step that is done.
+        // Their inputs have been in the table since steps 3 and 5, so the sums are those of a completed step.
         EXPECT_THAT(days_of(table, table.AZMincl, zone, 3, 6), ElementsAre(0.875F, 1.5F, 1.875F, 2.0F));
         EXPECT_THAT(days_of(table, table.AZMexcl, zone, 3, 6), ElementsAre(0.875F, 1.5F, 1.875F, 2.0F));
         EXPECT_THAT(days_of(table, table.AZMwork, zone, 3, 6), ElementsAre(0.375F, 0.5F, 0.5F, 0.5F));
@@ -368,7 +369,7 @@ TEST_F(ClimateControlTest, ASuspendedStepSixAccumulatesTheMeltAllTheSame) {
     expect_valid();
 }
 
-TEST_F(ClimateControlTest, AFaultInTheAccumulatedMeltSuspendsStepSixBehindItsRun) {
+TEST_F(ClimateControlTest, AFaultInTheAccumulatedMeltSuspendsStepSixAfterItsRun) {
     open_six_days();
     run_to(5);
     change("UPDATE SimResults SET MDCincl = NULL WHERE Zone = 2 AND Date = " +
@@ -385,7 +386,7 @@ TEST_F(ClimateControlTest, AFaultInTheAccumulatedMeltSuspendsStepSixBehindItsRun
     EXPECT_THAT(days_of(table, table.AZMincl, 1, 3, 6), ElementsAre(0.875F, 1.5F, 1.875F, 2.0F));
     EXPECT_THAT(days_of(table, table.AZMexcl, 1, 3, 6), ElementsAre(0.875F, 1.5F, 1.875F, 2.0F));
     EXPECT_THAT(days_of(table, table.AZMexclWA, 1, 3, 6), ElementsAre(0.375F, 0.5F, 0.5F, 0.5F));
-    // Zone 2 got as far as the day before.
+    // Zone 2 stops at the day with the missing value.
     EXPECT_THAT(days_of(table, table.AZMincl, 2, 3, 3), ElementsAre(0.875F));
     EXPECT_THAT(days_of(table, table.AZMincl, 2, 4, 6), Each(testing::IsNan()));
     EXPECT_THAT(days_of(table, table.AZMexcl, 2, 3, 6), Each(testing::IsNan()));
@@ -396,7 +397,7 @@ TEST_F(ClimateControlTest, MoreThanNineZonesEndInStepFive) {
     open(SixDays{10}, static_cast<double>(SixDays::winter_end()));
     for (int number = 1; number <= 3; ++number) {
         EXPECT_EQ(step(number), StepOutcome::Done) << number;
-        // The melt stage says that its sums have no room for zone 10, and the run goes on.
+        // The melt stage reports that its sums have no room for zone 10, and the run continues.
         ASSERT_EQ(dialogs.messages().size(), static_cast<std::size_t>(number));
         EXPECT_EQ(last_message().message.icon, Icon::Stop);
     }
@@ -408,7 +409,7 @@ TEST_F(ClimateControlTest, MoreThanNineZonesEndInStepFive) {
     EXPECT_EQ(climate.steps_done, 4);
 }
 
-TEST_F(ClimateControlTest, ABasinFileThatIsGoneSuspendsTheStep) {
+TEST_F(ClimateControlTest, AMissingBasinFileSuspendsTheStep) {
     open_six_days();
     run_to(1);
     std::filesystem::remove(file);
@@ -436,7 +437,7 @@ TEST_F(ClimateControlTest, AFinishedEvaluationStaysOneUntilTheNextRun) {
     end_climate(context(), false);
     EXPECT_TRUE(basin.Output_Valid);
     EXPECT_EQ(run.ClimateStep, 6);
-    // The window can be opened and left again: what plots and the printed scenario need is still there.
+    // The window can be opened and closed again: the plots and the printed scenario still have their data.
     begin_climate(context());
     end_climate(context(), false);
     EXPECT_TRUE(basin.Output_Valid);
@@ -446,7 +447,7 @@ TEST_F(ClimateControlTest, AFinishedEvaluationStaysOneUntilTheNextRun) {
     EXPECT_EQ(climate.steps_done, 0);
 }
 
-TEST_F(ClimateControlTest, AnAbortedEvaluationIsNone) {
+TEST_F(ClimateControlTest, AnAbortedEvaluationDoesNotCount) {
     open_six_days();
     run_to(6);
     end_climate(context(), true);

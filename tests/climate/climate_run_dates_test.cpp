@@ -19,7 +19,7 @@ TEST_F(ClimateDatesTest, ASimulationWithoutAStartOrAnEndIsRefusedBeforeAnythingI
     }
 }
 
-TEST_F(ClimateDatesTest, APeriodThatNoRunMayHaveIsRefusedBeforeAnythingIsBuilt) {
+TEST_F(ClimateDatesTest, AnInvalidPeriodIsRefusedBeforeAnythingIsBuilt) {
     open_six_days();
     Simulation& simulation = *basin.current_simulation();
     for (const DayCount end : {*simulation.start + 366, *simulation.start}) {
@@ -38,7 +38,7 @@ TEST_F(ClimateDatesTest, WithoutASimulationStepOneIsRefused) {
     EXPECT_EQ(last_message().message.text, "Please check the start/end dates for this simulation!");
 }
 
-TEST_F(ClimateDatesTest, OfTwoRowsOfAScenarioTheLastCountsWhicheverSimulationItBears) {
+TEST_F(ClimateDatesTest, OfTwoRowsOfAScenarioTheLastCountsWhicheverSimulationItNames) {
     open_six_days();
     {
         BasinDatabase database{file, Access::ReadWrite};

@@ -1,4 +1,4 @@
-// A basin file of two alike zones, six days and one scenario, whose six steps can be worked by hand.
+// A basin file of two equal zones, six days and one scenario, whose six steps can be worked out by hand.
 #pragma once
 
 #include "base/durable_file.h"
@@ -17,7 +17,8 @@ namespace nivora {
 
 inline constexpr const char* k_scenario = "Warmer";
 
-/// Two zones of 864 km², on each of which 1 cm a day is 100 m³/s; k = 0.5, half of a day's input a day later.
+/// Two zones of 864 km²; in each of them 1 cm a day is 100 m³/s. k = 0.5;
+/// half of a day's input comes a day later.
 ///
 ///     day             1 (30 Mar)  2     | 3 (1 Apr)  4      5      6
 ///     period          winter            | summer
@@ -55,7 +56,7 @@ struct SixDays : SmallBasin {
     ScenarioRow plus_one;
 };
 
-/// Makes a scenario in a basin file.
+/// Adds a scenario to a basin file.
 inline void write_scenario(const std::filesystem::path& file, const std::string& name, double winter_end,
                            const std::vector<ScenarioRow>& rows) {
     BasinDatabase database{file, Access::ReadWrite};
@@ -74,7 +75,7 @@ inline void write_scenario(const std::filesystem::path& file, const std::string&
 
 class ClimateRunTest : public testing::Test {
 protected:
-    /// Writes the basin and its scenario, opens it and chooses the scenario.
+    /// Writes the basin and its scenario, opens it and selects the scenario.
     void open(const SmallBasin& small, double winter_end, const std::vector<ScenarioRow>& rows) {
         small.write(file);
         write_scenario(file, k_scenario, winter_end, rows);
@@ -92,7 +93,7 @@ protected:
                 .now = static_cast<double>(date_of(2001, 11, 5)) + 0.5};
     }
 
-    /// Takes a step; what step 5 asks has to be answered by the test.
+    /// Runs a step; the test has to answer the questions of step 5.
     StepOutcome take(int number) {
         const StepOutcome outcome = run_climate_step(context(), number);
         end_climate_step(context(), number, outcome);
@@ -104,12 +105,12 @@ protected:
         }
         return take(number);
     }
-    /// Runs the steps up to and with one; each has to be done.
+    /// Runs the steps `from` to `last`; each of them must complete.
     void run_to(int last, int from = 1) {
         for (int number = from; number <= last; ++number)
             ASSERT_EQ(step(number), StepOutcome::Done) << "step " << number;
     }
-    /// Runs a step that is suspended.
+    /// Runs a step that must be suspended.
     void suspended(int number) {
         ASSERT_EQ(step(number), StepOutcome::Suspended);
         expect_message(dialogs.messages().back(),
@@ -123,7 +124,7 @@ protected:
     }
     void change(const std::string& statement) { BasinDatabase{file, Access::ReadWrite}.execute(statement); }
 
-    /// A zone's column over days of the simulation, from 1.
+    /// A zone's values of a column from day `first` to day `last` of the simulation, counted from 1.
     template <typename Values>
     [[nodiscard]] static Values days_of(const SimResults& table, const Values& column, int zone, int first,
                                         int last) {
@@ -156,8 +157,8 @@ inline void PrintTo(StepOutcome outcome, std::ostream* out) {
     *out << k_names.at(static_cast<std::size_t>(outcome));
 }
 
-/// The names of the columns in which two tables of one size differ in any bit; a missing value equals
-/// another.
+/// The names of the columns in which two tables of equal size differ
+/// in any bit. Two missing values are equal.
 [[nodiscard]] inline std::vector<std::string> differing_columns(const SimResults& before,
                                                                 const SimResults& after) {
     using Bits = std::vector<std::uint64_t>;

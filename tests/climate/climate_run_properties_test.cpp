@@ -12,8 +12,8 @@ using testing::IsSubsetOf;
 constexpr int k_basins = 200;
 constexpr double k_degrees = 3.0;
 
-/// A small basin that passes from winter to summer in the north: cover of the winter, a melt of its own pace
-/// in each zone, weather by chance.
+/// A small northern basin over the end of a winter and the start of a summer: a cover that only shrinks, its
+/// own melt rate in each zone, random weather.
 class RandomBasin {
 public:
     explicit RandomBasin(std::uint32_t seed) : random_(seed) {
@@ -87,7 +87,7 @@ private:
     std::unique_ptr<SmallBasin> small_;
 };
 
-/// What the stages of the model write, and what the zone inputs spread over the zones.
+/// Columns that the model stages write; below, the columns that the zone inputs spread over the zones.
 const std::set<std::string> k_model{"SumAT",   "aT",  "Cpr",       "SnowOnStore",
                                     "NewMelt", "M1S", "ZonalMelt", "TotalMelt"};
 const std::set<std::string> k_present_inputs{"TAvg", "LR", "ZoneDD", "Precip", "Tcrit", "CS", "CR"};
@@ -114,7 +114,7 @@ std::set<std::string> owned_by(int step) {
 
 class ClimatePropertiesTest : public ClimateRunTest {
 protected:
-    /// Opens the next random basin under a scenario that adds degrees on every day.
+    /// Opens a random basin with a scenario that adds `degrees` on every day.
     void open_random(const RandomBasin& random, double degrees) {
         std::filesystem::remove(file);
         run = RunState{};
@@ -129,7 +129,7 @@ protected:
         return rows;
     }
 
-    /// The rows of a table within a period, or those without it.
+    /// The rows of a table inside or outside a period.
     static SimResults rows_within(const SimResults& table, DayCount first, DayCount last, bool within) {
         SimResults picked;
         std::vector<std::size_t> rows;
@@ -194,11 +194,11 @@ TEST_F(ClimatePropertiesTest, AScenarioWithoutEffectLeavesTheWinterAndTheCoverAs
         for (int zone = 1; zone <= basin.ZoneCount; ++zone) {
             const RowOrder rows = summer_rows(summer, zone);
             const auto index = static_cast<std::size_t>(zone);
-            // A winter that stored nothing has no gain. Behind a curve that ended, step 5 puts its mark of an
-            // end into the cover of the days that remain.
+            // A winter that stored nothing has no gain. Where the cover ended, step 5 writes its end marks
+            // over the remaining days.
             const bool stored = run.WinterPrecip[index][1] != run.ClimateSums[index][1][1];
             if (!stored || !(summer.SCA[rows.back()] > 0.0F)) continue;
-            // The zone's last day is not reached by a gain of 1.
+            // With a gain of 1 the zone's last day is not written.
             for (std::size_t day = 0; day + 1 < rows.size(); ++day) {
                 EXPECT_EQ(summer.SCAclim[rows[day]], summer.SCA[rows[day]]) << zone << " day " << day;
                 EXPECT_EQ(summer.MDCexclWA[rows[day]], summer.MDCexcl[rows[day]]) << zone << " day " << day;

@@ -9,8 +9,8 @@ using testing::Each;
 using testing::ElementsAre;
 
 TEST(ClearedColumns, AreThoseOfThreeRangesOfPositions) {
-    // By position from 0: 13 to 17, 39 to 45, 47 to 54. DailyQ, at 46, is not among them, nor are the last
-    // two, AZMexclWA and AZMwork.
+    // Positions from 0: 13 to 17, 39 to 45, 47 to 54. DailyQ at 46 and the last two,
+    // AZMexclWA and AZMwork, are not among them.
     const std::set<std::string> cleared{
         "SCAclim",   "SCAclimWA",    "SCAclimWAMA", "ZoneDD",        "ZoneDDCC",  "SumAT",   "NewMelt",
         "M1S",       "aT",           "SnowOnStore", "ZonalMelt",     "TotalMelt", "MDCincl", "MDCexcl",
@@ -29,7 +29,7 @@ TEST(ClearedColumns, AreThoseOfThreeRangesOfPositions) {
     EXPECT_EQ(cleared.size(), 20U);
 }
 
-/// Step 1 on results whose daily values were edited by hand.
+/// Step 1 on existing results whose daily values were edited by hand.
 class ReusedResultsTest : public ClimateRunTest {
 protected:
     void SetUp() override {
@@ -57,7 +57,7 @@ TEST_F(ReusedResultsTest, TheQuestionNamesTheDateAndTheScenarioThatItIsTakenFrom
 
 TEST_F(ReusedResultsTest, YesRunsOnTheResultsAsTheyStandUnderAnotherName) {
     ASSERT_EQ(SixDays::winter_end(), 36981);  // 31 March 2001
-    warm_by_hand();                           // 30 March alone: 2 degrees in place of 1
+    warm_by_hand();                           // 30 March only: 2 degrees instead of 1
     const SimResults before = results();
     dialogs.then(Answer::Yes);
     run_to(1);
@@ -67,7 +67,7 @@ TEST_F(ReusedResultsTest, YesRunsOnTheResultsAsTheyStandUnderAnotherName) {
     const SimResults after = results();
     EXPECT_EQ(after.TAvgCC, before.TAvgCC);
     EXPECT_THAT(days_of(after, after.TAvgCC, 1, 1, 3), ElementsAre(2, 1, 3));
-    // What the run of the winter does not write itself is cleared, on winter and summer days alike.
+    // Columns that the winter's run does not write itself are cleared, on winter and on summer days.
     EXPECT_THAT(after.SCAclimWAMA, Each(0.0F));
     EXPECT_THAT(after.MDCexcl, Each(0.0F));
     EXPECT_THAT(after.DailyQPresent, Each(0.0));
@@ -76,7 +76,7 @@ TEST_F(ReusedResultsTest, YesRunsOnTheResultsAsTheyStandUnderAnotherName) {
     EXPECT_THAT(days_of(after, after.DailyQ, 1, 3, 6), ElementsAre(95.0, 85.0, 61.25, 49.375));
     dialogs.then_text("0").then_text("0");
     for (int number = 2; number <= 6; ++number) EXPECT_EQ(take(number), StepOutcome::Done) << number;
-    // The first day gives 200 m³/s, the second half of both, 150: 100 + 5; 75 + 52.5.
+    // Day 1 has an input of 200 m³/s and day 2 of 100, lagged 200 and 150: 100 + 5 = 105; 75 + 52.5.
     EXPECT_EQ(run.FinalQ[2], 127.5F);
     EXPECT_NE(read_whole_file(report, 1U << 20U).find("Climate Scenario: Auxiliary"), std::string::npos);
 }
@@ -94,8 +94,8 @@ TEST_F(ReusedResultsTest, NoLeavesTheResultsAndTheFlagsAsTheyWere) {
     EXPECT_TRUE(basin.Output_Valid);
     EXPECT_EQ(run.LastRunSimulation, "Test");
     EXPECT_EQ(climate.steps_done, 0);
-    EXPECT_EQ(dialogs.messages().size(), 1U);  // and no word that it was cancelled
-    // The results are still those of the evaluation before, of its summer and under its name.
+    EXPECT_EQ(dialogs.messages().size(), 1U);  // and no message that it was cancelled
+    // The results are still those of the previous evaluation, with its summer and its name.
     EXPECT_EQ(run.ClimateStep, 6);
     EXPECT_EQ(run.RunStart, date_of(2001, 4, 1));
     EXPECT_EQ(run.RunEnd, date_of(2001, 4, 4));
@@ -140,7 +140,7 @@ TEST_F(ReusedResultsTest, WithoutResultsThereIsNothingToUse) {
     EXPECT_FALSE(basin.Output_Valid);
 }
 
-/// What was edited in the results between two steps.
+/// Results that are edited between two steps.
 class EditedBetweenStepsTest : public ClimateRunTest {};
 
 TEST_F(EditedBetweenStepsTest, CountsInTheNextStep) {
@@ -148,18 +148,18 @@ TEST_F(EditedBetweenStepsTest, CountsInTheNextStep) {
     run_to(1);
     change("UPDATE SimResults SET TAvgCC = 2 WHERE Date = " + std::to_string(SixDays::first_day()));
     run_to(2, 2);
-    EXPECT_EQ(run.FinalQ[2], 127.5F);  // 200 / 2 + 5 = 105; 150 / 2 + 52.5
-    // Zone 2 takes the basin's temperature, which zone 1's row holds.
+    EXPECT_EQ(run.FinalQ[2], 127.5F);  // day 1: 200 / 2 + 5 = 105; day 2: 150 / 2 + 52.5
+    // Zone 2 takes the basin's temperature, which is in zone 1's row.
     change("UPDATE SimResults SET TAvg = 4 WHERE Zone = 1 AND Date = " +
            std::to_string(SixDays::first_day() + 2));
     run_to(3, 3);
     const SimResults table = results();
-    // 2 cm x 0.875 in both zones: 350 m³/s on the first day; 175 + 1.25.
+    // 2 cm x 0.875 in both zones: 350 m³/s on the first day, so 175 + 1.25.
     EXPECT_THAT(days_of(table, table.DailyQPresent, 1, 3, 3), ElementsAre(176.25));
     EXPECT_THAT(days_of(table, table.TAvg, 2, 3, 3), ElementsAre(4.0F));
 }
 
-/// Scenarios that can't be applied.
+/// Scenarios that cannot be applied.
 class FailingScenarioTest : public ClimateRunTest {
 protected:
     void expect_refused(const std::string& title) {
@@ -171,7 +171,7 @@ protected:
         EXPECT_FALSE(basin.Output_Valid);
         EXPECT_EQ(climate.steps_done, 0);
         EXPECT_FALSE(climate.statistics[1]);
-        EXPECT_EQ(run.ClimateStep, 1);  // the results are built anew: no others stand in the file
+        EXPECT_EQ(run.ClimateStep, 1);  // the results were built again, and the file has no others
     }
 };
 
@@ -192,7 +192,7 @@ TEST_F(FailingScenarioTest, AMissingValueIsRefusedAndLeavesTheRowsBefore) {
     expect_refused("Missing/invalid data in climate change scenario");
     const SimResults table = results();
     EXPECT_THAT(days_of(table, table.TAvgCC, 1, 1, 3), ElementsAre(1, 1, 3));
-    EXPECT_TRUE(basin.Basin_Changed);  // the results in the file are new ones
+    EXPECT_TRUE(basin.Basin_Changed);  // the results in the file are new
 }
 
 TEST_F(FailingScenarioTest, AMissingTableIsRefused) {
@@ -226,7 +226,7 @@ TEST_F(FailingScenarioTest, MissingDataLeaveTheEvaluationBefore) {
     EXPECT_EQ(last_message().message.text,
               "The current database is missing variables and/or parameters needed to run 'Test'!");
     EXPECT_EQ(last_message().message.title, "Run aborting, possible invalid simulation definition");
-    // The results are still those of that evaluation, and the run's values with them.
+    // The results and the run's values are still those of that evaluation.
     EXPECT_EQ(differing_columns(before, results()), std::vector<std::string>{});
     EXPECT_EQ(run.ClimateStep, 6);
     EXPECT_EQ(run.RunEnd, SixDays::first_day() + SixDays::k_days - 1);

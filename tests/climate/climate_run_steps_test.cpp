@@ -11,8 +11,9 @@ using Floats = std::vector<float>;
 constexpr std::size_t k_first_zone = 1;
 constexpr std::size_t k_second_zone = 2;
 
-/// The six days worked on paper, step by step. With the lag of 6 hours half of a day's input leaves on its
-/// day and half on the next, but all of the first day's on that day; each day Q = Qin / 2 + Q before / 2.
+/// The six days worked out by hand, step by step. With the lag of 6 hours half of a day's input leaves on the
+/// same day and half on the next, but all of the first day's input leaves on the first day. Each day Q =
+/// lagged input / 2 + Q of the day before / 2.
 class ClimateStepsTest : public ClimateRunTest {
 protected:
     void SetUp() override { open_six_days(); }
@@ -51,12 +52,12 @@ TEST_F(ClimateStepsTest, StepTwoRunsTheSameWinterUnderTheChangedClimate) {
     EXPECT_EQ(run.RunStart, SixDays::first_day());
     EXPECT_EQ(run.RunEnd, SixDays::first_day() + 1);
     EXPECT_EQ(run.InitialRunoff, 10.0F);
-    // 1 degree x 0.5 x cover 1 = 0.5 cm in each zone, 100 m³/s. The first day gives off all of it:
-    // 50 + 10 / 2 = 55; then 50 + 27.5 = 77.5.
+    // 1 degree x 0.5 x cover 1 = 0.5 cm in each zone, together 100 m³/s on both days. Lagged: 100, 50 + 50 =
+    // 100. Discharge: 50 + 10 / 2 = 55; 50 + 55 / 2 = 77.5.
     EXPECT_THAT(computed(1, 2), ElementsAre(55.0, 77.5));
     EXPECT_EQ(run.FinalQ[2], 77.5F);
     EXPECT_EQ(run.FinalQ[1], 2.5F);
-    // The snow of day 1 falls on full cover, so that none of it is stored as new snow; i' = 0.5 + 0.5.
+    // The snow of day 1 falls on full cover, so none of it is stored as new snow. i' = 0.5 + 0.5 = 1.
     EXPECT_EQ(run.WinterPrecip[k_first_zone][2], 4.0F);
     EXPECT_THAT(run.ClimateSums[k_second_zone][2], ElementsAre(0, 1, 1, 0, 0));
     EXPECT_EQ(run.MeltSeasonStart, SixDays::winter_end());
@@ -69,15 +70,16 @@ TEST_F(ClimateStepsTest, StepThreeRunsTheSummerOfThePresentClimateFromTheEndOfIt
     EXPECT_EQ(run.RunEnd, date_of(2001, 4, 4));
     EXPECT_EQ(run.InitialRunoff, 2.5F);
     const SimResults table = results();
-    // 2 degrees x 0.5 = 1 cm: input 200 m³/s x cover = 175, 125, 75, 25. Lagged: 175, 150, 100, 50.
-    // 87.5 + 1.25; 75 + 44.375; 50 + 59.6875; 25 + 54.84375.
+    // 2 degrees x 0.5 = 1 cm in each zone: input 200 m³/s x cover =
+    // 175, 125, 75, 25. Lagged: 175, 150, 100, 50.
+    // Discharge: 87.5 + 1.25; 75 + 44.375; 50 + 59.6875; 25 + 54.84375.
     EXPECT_THAT(present(3, 6), ElementsAre(88.75, 119.375, 109.6875, 79.84375));
     EXPECT_EQ(run.FinalQ[3], 79.84375F);
-    EXPECT_THAT(present(1, 2), Each(0.0));  // as the table was built
+    EXPECT_THAT(present(1, 2), Each(0.0));  // the value that a new table starts with
     EXPECT_THAT(days_of(table, table.DailyQ, 1, 1, 2), ElementsAre(55.0, 77.5));
     EXPECT_THAT(days_of(table, table.MDCincl, 2, 3, 6), ElementsAre(1, 2, 3, 4));
     EXPECT_THAT(days_of(table, table.MDCexcl, 2, 3, 6), ElementsAre(1, 2, 3, 4));
-    // 0.875 + 0.625 + 0.375 + 0.125
+    // Zonal melt: 0.875 + 0.625 + 0.375 + 0.125 = 2.
     EXPECT_THAT(run.ClimateSums[k_first_zone][3], ElementsAre(0, 2, 2, 0, 0));
 }
 
@@ -85,7 +87,7 @@ TEST_F(ClimateStepsTest, StepFourSetsTheRunoffBackToTheEndOfThePresentWinter) {
     run_to(3);
     run.InitialRunoff = 99.0F;
     run_to(4, 4);
-    EXPECT_EQ(run.InitialRunoff, 2.5F);  // of step 1; step 2 ended at 77.5, step 3 at 79.84375
+    EXPECT_EQ(run.InitialRunoff, 2.5F);  // from step 1; step 2 ended at 77.5, step 3 at 79.84375
 }
 
 TEST_F(ClimateStepsTest, StepFourTakesInputsAndMeltOfTheChangedSummerAndNoDischarge) {
@@ -109,11 +111,12 @@ TEST_F(ClimateStepsTest, StepFiveMovesTheDepletionCurveAndWritesItsReport) {
     run_to(5);
     EXPECT_EQ(run.ClimateStep, 5);
     const SimResults table = results();
-    // Change = (0 - 1) + (4 - 4) = -1, g = (4 - 1) / (4 - 0) = 0.75. The melt of the present summer, 0.875,
-    // 1.5, ..., covers the deficit on its 2nd day: the curve moves up by two days, counted from 2.
+    // Change = (0 - 1) + (4 - 4) = -1, g = (4 - 1) / (4 - 0) = 0.75. The accumulated melt of the
+    // present summer, 0.875, 1.5, ..., covers the deficit on its 2nd day: the curve starts with
+    // its 3rd day, and its depths count from 2.
     EXPECT_THAT(days_of(table, table.SCAclim, 1, 3, 6), ElementsAre(0.375F, 0.125F, 0.0F, 0.0F));
     EXPECT_THAT(days_of(table, table.MDCexclWA, 1, 3, 6), ElementsAre(1, 2, 0, 0));
-    // Under the changed climate 1.5, 3, 4.5, 6: depth 1 is reached on the 1st day, 2 on the 2nd.
+    // Degree days of the changed climate: 1.5, 3, 4.5, 6. They reach depth 1 on the 1st day and 2 on the 2nd.
     EXPECT_THAT(days_of(table, table.MeltOffset, 2, 3, 6), ElementsAre(1, 2, 2, 2));
     EXPECT_THAT(days_of(table, table.SCAclimWA, 2, 3, 6), ElementsAre(0.375F, 0.125F, 0.0F, 0.0F));
     EXPECT_THAT(days_of(table, table.SCAclimWAMA, 2, 3, 6), ElementsAre(0.375F, 0.125F, 0.125F, 0.125F));
@@ -131,7 +134,7 @@ TEST_F(ClimateStepsTest, StepSixRunsTheSummerOfTheChangedClimateFromTheEndOfTheC
     EXPECT_EQ(run.RunEnd, date_of(2001, 4, 4));
     EXPECT_EQ(run.InitialRunoff, 77.5F);
     // 1.5 cm x 200 m³/s x cover of step 5 = 112.5, 37.5, 37.5, 37.5. Lagged: 112.5, 75, 37.5, 37.5.
-    // 56.25 + 38.75; 37.5 + 47.5; 18.75 + 42.5; 18.75 + 30.625.
+    // Discharge: 56.25 + 38.75; 37.5 + 47.5; 18.75 + 42.5; 18.75 + 30.625.
     EXPECT_THAT(computed(1, 6), ElementsAre(55.0, 77.5, 95.0, 85.0, 61.25, 49.375));
     EXPECT_THAT(present(3, 6), ElementsAre(88.75, 119.375, 109.6875, 79.84375));
     EXPECT_EQ(climate.SummerStartDate, date_of(2001, 4, 1));
@@ -142,12 +145,13 @@ TEST_F(ClimateStepsTest, StepSixEndsWithTheAccumulatedMeltOfBothClimates) {
     run_to(6);
     const SimResults table = results();
     for (const int zone : {1, 2}) {
-        // Rises of 1, weighted by 0.875, 0.625, 0.375, 0.125.
+        // Daily rises of 1, weighted by the cover: 0.875, 0.625, 0.375, 0.125.
         EXPECT_THAT(days_of(table, table.AZMincl, zone, 3, 6), ElementsAre(0.875F, 1.5F, 1.875F, 2.0F));
         EXPECT_THAT(days_of(table, table.AZMexcl, zone, 3, 6), ElementsAre(0.875F, 1.5F, 1.875F, 2.0F));
-        // Rises of 1, 1, -2, 0 weighted by 0.375, 0.125, 0, 0.
+        // Daily rises of 1, 1, -2, 0, weighted by 0.375, 0.125, 0, 0.
         EXPECT_THAT(days_of(table, table.AZMwork, zone, 3, 6), ElementsAre(0.375F, 0.5F, 0.5F, 0.5F));
-        // Depths 1 and 2 lie on the present curve's 1st and 2nd day; the depth of 0 ends it, the last holds.
+        // Depths 1 and 2 are on the present curve's 1st and 2nd day. The
+        // depth 0 ends it, and the last value is held.
         EXPECT_THAT(days_of(table, table.AZMexclWA, zone, 3, 6), ElementsAre(0.375F, 0.5F, 0.5F, 0.5F));
         EXPECT_THAT(days_of(table, table.AZMincl, zone, 1, 2), Each(testing::IsNan()));
     }
@@ -162,10 +166,10 @@ TEST_F(ClimateRunTest, NewSnowLeftAtTheEndOfBothSummersStaysKnownToTheLastStep) 
     run.EndingStores.fill({7.0F});
     open(snow_at_the_end, static_cast<double>(SixDays::winter_end()));
     run_to(6);
-    // The last day's 5 cm less the melt of that day: 2 x 0.5 in the present climate, 3 x 0.5 in the changed.
+    // The last day's 5 cm minus its melt: 2 x 0.5 in the present climate, 3 x 0.5 in the changed one.
     EXPECT_THAT(run.EndingStores[3], ElementsAre(4.0F, 4.0F));
     EXPECT_THAT(run.EndingStores[6], ElementsAre(3.5F, 3.5F));
-    // The winter's snow fell on full cover; step 5 works out no snow, and there was no plain run.
+    // The winter's snow fell on full cover; step 5 computes no snow; there was no plain run.
     EXPECT_THAT(run.EndingStores[1], ElementsAre(0.0F, 0.0F));
     EXPECT_THAT(run.EndingStores[5], testing::IsEmpty());
     EXPECT_THAT(run.EndingStores[0], testing::IsEmpty());
@@ -177,7 +181,7 @@ TEST_F(ClimateStepsTest, ASimulationWithoutAnInitialRunoffStartsAtZero) {
     std::filesystem::remove(file);
     open(small, static_cast<double>(SixDays::winter_end()));
     run.InitialRunoff = 99.0F;
-    dialogs.then(Answer::Ok);  // 0 against the 9 that were measured
+    dialogs.then(Answer::Ok);  // 0 compared with the measured 9
     EXPECT_EQ(take(1), StepOutcome::Done);
     EXPECT_EQ(run.InitialRunoff, 0.0F);
     EXPECT_THAT(computed(1, 2), ElementsAre(0.0, 0.0));
@@ -189,7 +193,7 @@ TEST_F(ClimateStepsTest, ASimulationWithoutAnInitialRunoffStartsAtZero) {
 TEST_F(ClimateStepsTest, StatisticsOfEachStep) {
     run_to(6);
     const auto& steps = climate.statistics;
-    // Winter: measured (9 + 11) x 0.0864, computed 7.5 x 0.0864; (2 - (16 + 72.25)) / 2.
+    // Winter. Measured (9 + 11) x 0.0864; computed 7.5 x 0.0864. R²: (2 - (16 + 72.25)) / 2.
     ASSERT_TRUE(steps[1]);
     EXPECT_FLOAT_EQ(steps[1]->measured_volume, 1.728F);
     EXPECT_EQ(steps[1]->average_measured, 10.0F);
@@ -197,14 +201,15 @@ TEST_F(ClimateStepsTest, StatisticsOfEachStep) {
     EXPECT_EQ(steps[1]->average_computed, 3.75F);
     EXPECT_FLOAT_EQ(steps[1]->volume_difference.value(), 62.5F);
     EXPECT_EQ(steps[1]->r2.value(), -43.125F);
-    // 132.5 x 0.0864; (2 - (46² + 66.5²)) / 2.
+    // Computed 132.5 x 0.0864. R²: (2 - (46² + 66.5²)) / 2.
     ASSERT_TRUE(steps[2]);
     EXPECT_FLOAT_EQ(steps[2]->measured_volume, 1.728F);
     EXPECT_FLOAT_EQ(steps[2]->computed_volume, 11.448F);
     EXPECT_EQ(steps[2]->average_computed, 66.25F);
     EXPECT_FLOAT_EQ(steps[2]->volume_difference.value(), -562.5F);
     EXPECT_EQ(steps[2]->r2.value(), -3268.125F);
-    // 40 x 0.0864, 397.65625 x 0.0864; (4 - (79.75² + 108.375² + 100.6875² + 68.84375²)) / 4.
+    // Measured 40 x 0.0864; computed 397.65625 x 0.0864. R²: (4 - (79.75²
+    // + 108.375² + 100.6875² + 68.84375²)) / 4.
     ASSERT_TRUE(steps[3]);
     EXPECT_FLOAT_EQ(steps[3]->measured_volume, 3.456F);
     EXPECT_FLOAT_EQ(steps[3]->computed_volume, 34.3575F);
@@ -213,7 +218,7 @@ TEST_F(ClimateStepsTest, StatisticsOfEachStep) {
     EXPECT_NEAR(steps[3]->r2.value(), -8244.659F, 0.002F);
     EXPECT_FALSE(steps[4]);
     EXPECT_FALSE(steps[5]);
-    // The measured discharge of step 6 is the computed one of step 3. 290.625 x 0.0864.
+    // The measured discharge of step 6 is the computed one of step 3. Computed: 290.625 x 0.0864.
     ASSERT_TRUE(steps[6]);
     EXPECT_EQ(steps[6]->measured_volume, steps[3]->computed_volume);
     EXPECT_EQ(steps[6]->average_measured, 99.4140625F);
@@ -247,8 +252,8 @@ TEST_F(ClimateStepsTest, WithoutAnyMeasuredDischargeAStepHasNoStatistics) {
     EXPECT_FALSE(climate.statistics[1]);
 }
 
-/// A winter under a cover of three quarters with snow on its first day and rain on its second; the scenario
-/// adds a degree and doubles the precipitation.
+/// A winter with a cover of three quarters, snow on its first day and rain on its second. The scenario adds a
+/// degree and doubles the precipitation.
 class WinterTotalsTest : public ClimateRunTest {
 protected:
     void SetUp() override {
@@ -275,11 +280,11 @@ protected:
             const ZoneTotals& totals = run.zone_totals[zone];
             EXPECT_EQ(totals.first_day, SixDays::first_day());
             EXPECT_EQ(totals.last_day, SixDays::winter_end());
-            EXPECT_EQ(totals.precipitation, 6.0F);  // 4 + 2, of the present climate
+            EXPECT_EQ(totals.precipitation, 6.0F);  // 4 + 2, the present climate
             EXPECT_EQ(totals.rain, 4.0F);           // twice the 2 of day 2
-            // 1 degree x 0.5 = 0.5 a day, under three quarters of cover: 0.375 + 0.375.
+            // 1 degree x 0.5 = 0.5 cm a day, times the cover of 0.75: 0.375 + 0.375.
             EXPECT_EQ(totals.zonal_melt, 0.75F);
-            // A quarter of the 8 of day 1 is stored as new snow: 2, of which 0.5 a day melts.
+            // A quarter of day 1's 8 cm is stored as new snow: 2 cm, of which 0.5 cm melt each day.
             EXPECT_EQ(totals.new_snow_melt, 1.0F);
         }
     }
@@ -298,7 +303,7 @@ TEST_F(WinterTotalsTest, StayThroughTheStepsOfTheSummer) {
     expect_totals_of_the_winter();
 }
 
-/// Winter, summer and year of a row; nothing for an empty cell.
+/// Winter, summer and year of a summary row; nullopt for an empty cell.
 using Cells = std::vector<std::optional<float>>;
 
 Cells cells(const ClimateState& climate, SummaryRow row) {
@@ -327,7 +332,8 @@ TEST_F(ClimateStepsTest, SummaryCellsFillWithTheirStepsAndTheYearIsWhatThereIs) 
         EXPECT_FLOAT_EQ(filled[1].value(), summer);
         EXPECT_FLOAT_EQ(filled[2].value(), winter + summer);
     };
-    // 20 and 40, 7.5 and 397.65625, 132.5 and 290.625 m³/s for a day, x 0.0864.
+    // Sums in m³/s for a day, times 0.0864: measured 20 and 40, computed 7.5
+    // and 397.65625, changed 132.5 and 290.625.
     expect_row(SummaryRow::Measured, 1.728F, 3.456F);
     expect_row(SummaryRow::Computed, 0.648F, 34.3575F);
     expect_row(SummaryRow::ClimateAffected, 11.448F, 25.11F);

@@ -12,7 +12,7 @@ protected:
         "Conflict while accessing the 'SimResults' table.  Make sure you close the 'Simulation Results' "
         "window before proceeding";
 
-    /// Another program that is about to write: nobody else may start to.
+    /// Another program with a write transaction: nobody else can start one.
     class Writer {
     public:
         explicit Writer(const std::filesystem::path& file) : sql_(path_text(file), SQLite::OPEN_READWRITE) {
@@ -23,7 +23,7 @@ protected:
         SQLite::Database sql_;
     };
 
-    /// Another program that reads: others may start to write, but can't bring it to an end.
+    /// Another program with a read transaction: others can start to write but not commit.
     class Reader {
     public:
         explicit Reader(const std::filesystem::path& file) : sql_(path_text(file), SQLite::OPEN_READONLY) {
@@ -35,7 +35,7 @@ protected:
         SQLite::Database sql_;
     };
 
-    /// A finished evaluation that was left, and a new one about to start.
+    /// A finished evaluation whose window was closed, and a new one about to start.
     void open_after_an_evaluation() {
         open_six_days();
         run_to(6);
@@ -47,7 +47,7 @@ protected:
         basin.Output_Valid = false;
     }
 
-    /// The step was started and its results did not reach the file.
+    /// The step was started, but its results did not reach the file.
     void expect_started_and_suspended() {
         ASSERT_EQ(dialogs.messages().size(), 2U);
         expect_stop(dialogs.messages()[0], k_conflict, k_program_title);
@@ -63,7 +63,8 @@ protected:
 
 TEST_F(ClimateStoreTest, AStepOneWhoseTableCannotBeMadeRunsOnTheOldOneAndIsSuspended) {
     open_after_an_evaluation();
-    change("DROP TABLE Warmer");  // no word of it: the building of the table ends before the scenario
+    change(
+        "DROP TABLE Warmer");  // not reported, since building the table fails before the scenario is applied
     const SimResults before = results();
     {
         const Writer other{file};
@@ -75,7 +76,7 @@ TEST_F(ClimateStoreTest, AStepOneWhoseTableCannotBeMadeRunsOnTheOldOneAndIsSuspe
     EXPECT_EQ(differing_columns(before, results()), std::vector<std::string>{});
 }
 
-TEST_F(ClimateStoreTest, AStepOneWhoseTableCannotBeStoredIsSuspendedAndCanBeTakenAgain) {
+TEST_F(ClimateStoreTest, AStepOneWhoseTableCannotBeStoredIsSuspendedAndCanBeRepeated) {
     open_after_an_evaluation();
     const SimResults before = results();
     {
@@ -90,7 +91,7 @@ TEST_F(ClimateStoreTest, AStepOneWhoseTableCannotBeStoredIsSuspendedAndCanBeTake
     EXPECT_THAT(table.AZMwork, testing::Each(testing::IsNan()));  // a new table
 }
 
-TEST_F(ClimateStoreTest, ALaterStepWhoseTableCannotBeStoredIsSuspendedAndCanBeTakenAgain) {
+TEST_F(ClimateStoreTest, ALaterStepWhoseTableCannotBeStoredIsSuspendedAndCanBeRepeated) {
     open_six_days();
     run_to(1);
     const SimResults before = results();

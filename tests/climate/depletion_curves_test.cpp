@@ -28,9 +28,9 @@ TEST_F(DepletionCurves, MeltIsTheRiseOfTheCurveUnderTheCoverOfItsDay) {
     set(table.MDCincl, 1, {2, 6, 10, 14});
     set(table.MDCexcl, 1, {1, 3, 7, 9});
     accumulate_zonal_melt(table, rows_of(1));
-    // 1*2; + 0.5*4; + 0.25*4; + 0
+    // 1 * 2; + 0.5 * 4; + 0.25 * 4; + 0
     EXPECT_EQ(days(table.AZMincl), (Floats{2, 4, 5, 5}));
-    // 1*1; + 0.5*2; + 0.25*4; + 0
+    // 1 * 1; + 0.5 * 2; + 0.25 * 4; + 0
     EXPECT_EQ(days(table.AZMexcl), (Floats{1, 2, 3, 3}));
 }
 
@@ -48,8 +48,8 @@ TEST_F(DepletionCurves, MeltIsRoundedOnEachDay) {
     set(table.SCA, 1, {1, 0.5, 0.5});
     set(table.MDCincl, 1, {16777216, 16777218, 16777220});
     accumulate_zonal_melt(table, rows_of(1));
-    // From 2^24 on Singles are 2 apart: 16,777,216 + 0.5*2 lies half way to the next one and goes back to
-    // even, twice.
+    // From 2^24 on Singles are 2 apart: 16,777,216 + 0.5 * 2 is a tie and
+    // rounds back to the even 16,777,216, twice.
     EXPECT_EQ(days(table.AZMincl), (Floats{16777216, 16777216, 16777216}));
 }
 
@@ -61,8 +61,9 @@ TEST_F(DepletionCurves, TheRiseIsRoundedBeforeItIsWeighted) {
     set(table.MDCexclWA, 1, {0.5, 16777215});
     accumulate_zonal_melt(table, rows_of(1));
     Climate_Depletion_Curves(table, rows_of(1));
-    // Below 2^24 Singles are 1 apart: the rise of 16,777,214.5 goes to the even 16,777,214, and 0.75 of it,
-    // 12,582,910.5, to the even 12,582,910. 0.75 of the rise itself, 12,582,910.875, would give 12,582,911.
+    // Below 2^24 Singles are 1 apart. The rise of 16,777,214.5 rounds to the even 16,777,214, and
+    // 0.75 of it, 12,582,910.5, to the even 12,582,910. 0.75 of the unrounded rise,
+    // 12,582,910.875, would round to 12,582,911.
     EXPECT_EQ(days(table.AZMincl), (Floats{0, 12582910}));
     EXPECT_EQ(days(table.AZMwork), (Floats{0, 12582910}));
 }
@@ -89,16 +90,16 @@ TEST_F(DepletionCurves, AMissingCurveIsAFaultThatKeepsTheDaysBefore) {
     EXPECT_TRUE(is_missing(table.AZMincl[at(1, 3)]));
 }
 
-TEST_F(DepletionCurves, ACurveThatMovedEarlierIsLaidOnThePresentDates) {
+TEST_F(DepletionCurves, ACurveThatMovedEarlierIsPlacedOnThePresentDates) {
     summer(1, 6);
     set(table.SCAclim, 1, {1, 0.5, 0.5, 0.25, 0, 0});
     set(table.MDCexclWA, 1, {2, 4, 6, 10, 0, 0});
     set(table.MDCexcl, 1, {1, 2, 3, 5, 7, 12});
     Climate_Depletion_Curves(table, rows_of(1));
-    // 1*2; + 0.5*2; + 0.5*2; + 0.25*4; then 0 times the falls
+    // 1 * 2; + 0.5 * 2; + 0.5 * 2; + 0.25 * 4; then 0 times the falls
     EXPECT_EQ(days(table.AZMwork), (Floats{2, 3, 4, 5, 5, 5}));
-    // 2 is reached on day 2, 4 on day 4 (5), 6 on day 5 (7), 10 on day 6 (12); day 3 holds day 2's. The 0 of
-    // day 5 of the adjusted curve ends the work.
+    // The present depths reach 2 on day 2, 4 on day 4 (5), 6 on day 5 (7) and 10 on day 6 (12); day 3 holds
+    // the value of day 2. The depth 0 on day 5 of the adjusted curve ends the work.
     EXPECT_EQ(days(table.AZMexclWA), (Floats{0, 2, 2, 3, 4, 5}));
 }
 
@@ -108,7 +109,7 @@ TEST_F(DepletionCurves, OfSeveralDepthsThatReachTheSameDayTheLastWins) {
     set(table.MDCexclWA, 1, {1, 2, 3});
     set(table.MDCexcl, 1, {2.5, 3, 3});
     Climate_Depletion_Curves(table, rows_of(1));
-    // 1 and 2 land on day 1, 3 on day 2.
+    // 1 and 2 are placed on day 1, 3 on day 2.
     EXPECT_EQ(days(table.AZMexclWA), (Floats{2, 3, 3}));
 }
 
@@ -127,11 +128,11 @@ TEST_F(DepletionCurves, DepthsBeyondThePresentCurveAllLandOnTheLastDay) {
     set(table.MDCexclWA, 1, {2, 6, 8, 9});
     set(table.MDCexcl, 1, {1, 2, 3, 4});
     Climate_Depletion_Curves(table, rows_of(1));
-    // 6 takes the placer past its end; it, 8 and 9 land on day 4, the last of them stays.
+    // No present depth reaches 6: it, 8 and 9 are all placed on day 4, and the last of them stays.
     EXPECT_EQ(days(table.AZMexclWA), (Floats{0, 2, 2, 9}));
 }
 
-TEST_F(DepletionCurves, AZeroBehindADepthBeyondThePresentCurveEndsTheWork) {
+TEST_F(DepletionCurves, AZeroAfterADepthBeyondThePresentCurveEndsTheWork) {
     summer(1, 4);
     set(table.SCAclim, 1, {1, 1, 0.5, 0.5});
     set(table.MDCexclWA, 1, {2, 6, 0, 0});
@@ -148,7 +149,7 @@ TEST_F(DepletionCurves, ADepthBelowZeroThatFindsItsDayEndsTheWork) {
     set(table.MDCexcl, 1, {2, 3, 5});
     Climate_Depletion_Curves(table, rows_of(1));
     EXPECT_EQ(days(table.AZMwork), (Floats{2, -1, 4}));
-    // 2 lands on day 1. -1 would land there as well, and 4 on day 3, had it not ended the work.
+    // 2 is placed on day 1. -1 would be placed there too, and 4 on day 3, but -1 ends the work.
     EXPECT_EQ(days(table.AZMexclWA), (Floats{2, 2, 2}));
 }
 
@@ -158,9 +159,9 @@ TEST_F(DepletionCurves, AMeltBelowZeroIsNotHeld) {
     set(table.MDCexclWA, 1, {2, 1, 4, 0});
     set(table.MDCexcl, 1, {2, 3, 5, 6});
     Climate_Depletion_Curves(table, rows_of(1));
-    // 0*2; + 1*-1; + 1*3; + 0*-4
+    // 0 * 2; + 1 * -1; + 1 * 3; + 0 * -4
     EXPECT_EQ(days(table.AZMwork), (Floats{0, -1, 2, 2}));
-    // 2 and then 1 land on day 1, 4 on day 3. Day 2 keeps its 0 behind the -1, day 4 holds the 2.
+    // 2 and then 1 are placed on day 1, 4 on day 3. Day 2 keeps its 0 after the -1; day 4 holds the 2.
     EXPECT_EQ(days(table.AZMexclWA), (Floats{-1, 0, 2, 2}));
 }
 
@@ -190,14 +191,14 @@ TEST_F(DepletionCurves, WhatAnEarlierCallLeftIsCleared) {
     EXPECT_EQ(days(table.AZMexclWA), (Floats{0, 0, 0}));
 }
 
-TEST_F(DepletionCurves, AMissingDepthOfThePresentCurveIsPassedOver) {
+TEST_F(DepletionCurves, AMissingDepthOfThePresentCurveIsSkipped) {
     summer(1, 3);
     fill_zone(table.SCAclim, 1, 1);
     set(table.MDCexclWA, 1, {2, 4, 0});
     set(table.MDCexcl, 1, {2, 4, 5});
     table.MDCexcl[at(1, 1)] = k_missing;
     Climate_Depletion_Curves(table, rows_of(1));
-    // 2 and 4 both land on day 2.
+    // 2 and 4 are both placed on day 2.
     EXPECT_EQ(days(table.AZMexclWA), (Floats{0, 4, 4}));
 }
 

@@ -41,7 +41,7 @@ protected:
     [[nodiscard]] std::vector<ScenarioIndexRow> index() {
         return read_table<ScenarioIndexRow>(database, template_table(k_scenario_index));
     }
-    /// "simulation/scenario" of each row of the index.
+    /// "simulation/scenario" for each row of the index.
     [[nodiscard]] std::vector<std::string> references() {
         std::vector<std::string> texts;
         for (const ScenarioIndexRow& row : index()) texts.push_back(row.simulation + "/" + row.scenario);
@@ -64,7 +64,7 @@ protected:
         if (!database.has_table(k_no_scenario)) database.create_table(scenario_table(k_no_scenario));
     }
 
-    /// Whether the connection is within no transaction.
+    /// Whether no transaction is open on the connection.
     bool is_free() {
         try {
             const HeldTransaction own{database};

@@ -8,10 +8,10 @@ namespace {
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-/// What no window writes, but a damaged file may hold.
+/// Values that no window writes but that a damaged file may contain.
 class DamagedScenario : public ScenarioTest {};
 
-TEST_F(DamagedScenario, AFactorThatIsNotNeededIsNotLookedAt) {
+TEST_F(DamagedScenario, AFactorThatIsNotNeededIsNotRead) {
     for (const char* factor : {"'two'", "1e39", "NULL"}) {
         SCOPED_TRACE(factor);
         const int above_all = 9;
@@ -57,13 +57,13 @@ TEST_F(UnreadableScenario, ComesWithoutRowsAndLeavesTheOthers) {
     EXPECT_THAT(told.text, HasSubstr("Delete the scenario"));
 }
 
-TEST_F(UnreadableScenario, ThatTheIndexLeadsToATableOfAnotherKindIsOne) {
+TEST_F(UnreadableScenario, IsATableOfAnotherKindThatTheIndexNames) {
     ASSERT_TRUE(make("warm"));
     database.execute("UPDATE ClimateScenarioIndex SET ScenarioFile = 'BasinDescription'");
     const auto scenarios = open_scenarios(database, "wet", dialogs);
     ASSERT_EQ(scenarios.size(), 1U);
     EXPECT_NE(scenarios[0].fault, "");
-    // Deleting it takes the reference, and not the table of the basin.
+    // Deleting it removes the reference but not the basin's table.
     dialogs.then(Answer::Yes);
     EXPECT_TRUE(delete_scenario(database, "wet", "BasinDescription", dialogs));
     EXPECT_TRUE(database.has_table("BasinDescription"));

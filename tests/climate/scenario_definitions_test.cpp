@@ -196,7 +196,7 @@ TEST_F(DeletedScenario, IsFoundInAnyCaseAndWithQuotes) {
     EXPECT_FALSE(database.has_table("It's \"warm\""));
 }
 
-TEST_F(DeletedScenario, WhoseTableIsMissingGoesAllTheSame) {
+TEST_F(DeletedScenario, WhoseTableIsMissingIsStillDeleted) {
     ASSERT_TRUE(make("warm"));
     database.drop_table("warm");
     dialogs.then(Answer::Yes);
@@ -204,7 +204,7 @@ TEST_F(DeletedScenario, WhoseTableIsMissingGoesAllTheSame) {
     EXPECT_THAT(references(), ElementsAre("wet/None"));
 }
 
-TEST_F(DeletedScenario, ThatIsNoneOfTheSimulationIsNotAskedFor) {
+TEST_F(DeletedScenario, ThatTheSimulationLacksIsNotAskedAbout) {
     ASSERT_TRUE(make("warm"));
     add_placeholder("dry");
     EXPECT_FALSE(delete_scenario(database, "wet", "cold", dialogs));
@@ -213,8 +213,8 @@ TEST_F(DeletedScenario, ThatIsNoneOfTheSimulationIsNotAskedFor) {
     EXPECT_THAT(dialogs.messages(), IsEmpty());
 }
 
-// Only a file that another program changed refers to such a table; its data must survive.
-TEST_F(DeletedScenario, NeverTakesATableThatIsNoScenario) {
+// Only a file that another program changed can refer to such a table; its data must not be lost.
+TEST_F(DeletedScenario, NeverRemovesATableThatIsNoScenario) {
     add_index_row("wet", "PhysicalData");
     dialogs.then(Answer::Yes);
     EXPECT_TRUE(delete_scenario(database, "wet", "PhysicalData", dialogs));
@@ -267,8 +267,8 @@ TEST_F(CreatedScenario, IsRefusedForTheSameReasonsAsANewOne) {
     EXPECT_TRUE(is_free());
 }
 
-TEST_F(CreatedScenario, ThatIsRefusedBringsTheFormerOneBack) {
-    // A reference to a table that is no scenario: the former row would go, but the name stays taken.
+TEST_F(CreatedScenario, ThatIsRefusedRestoresTheFormerOne) {
+    // The scenario refers to a table of another kind: its row would be deleted, but the name stays in use.
     database.create_table(parameter_table("odd"));
     add_index_row("wet", "odd");
     EXPECT_TRUE(create_scenario(database, basin, "odd").has_value());
@@ -276,7 +276,7 @@ TEST_F(CreatedScenario, ThatIsRefusedBringsTheFormerOneBack) {
     EXPECT_TRUE(is_free());
 }
 
-TEST_F(CreatedScenario, WorksWithinATransactionAndGoesWithIt) {
+TEST_F(CreatedScenario, WorksWithinATransactionAndIsRolledBackWithIt) {
     add_placeholder("wet");
     {
         const HeldTransaction transaction{database};

@@ -15,8 +15,8 @@ using ScenarioAddition = ScenarioTest;
 using ScenarioMultiplication = ScenarioTest;
 using ScenarioFaults = ScenarioTest;
 
-/// Every column but zone and date gets values of its own: 100 times its position, plus the row, plus half
-/// where it belongs to the changed climate.
+/// Gives each value of each column except zone and date a number of its own: 100 times the column's position,
+/// plus the row, plus 0.5 if the column belongs to the changed climate.
 void number_columns(SimResults& table) {
     const auto fields = sim_results_table().fields;
     std::size_t position = 0;
@@ -50,7 +50,8 @@ TEST_F(ScenarioAddition, WorksOnTheColumnOfItsCode) {
 }
 
 TEST_F(ScenarioAddition, TakesThePresentColumnOfItsCodeAsSource) {
-    // Columns from 0 and row 0: TMax 3, Tmin 5, TAvg 7, Precip 9, CS 24, CR 26, each with 2 added.
+    // Column positions from 0, in row 0: TMax 3, Tmin 5, TAvg 7, Precip 9, CS 24, CR 26. Each expected value
+    // is 100 times the position, plus the 2 that is added.
     const std::vector<std::pair<int, float>> expected{{1, 702.0F}, {2, 902.0F},  {3, 302.0F},
                                                       {4, 702.0F}, {5, 902.0F},  {6, 302.0F},
                                                       {7, 702.0F}, {8, 2402.0F}, {9, 2602.0F}};
@@ -115,7 +116,7 @@ TEST_F(ScenarioAddition, ToAllZonesEndsAtTheZonesOfTheBasin) {
     EXPECT_THAT(days(table.TAvgCC, 2), testing::Each(0.0F));
 }
 
-TEST_F(ScenarioAddition, ToAZoneThatTheBasinLacksChangesNothingWithoutAWord) {
+TEST_F(ScenarioAddition, ToAZoneThatTheBasinLacksSilentlyChangesNothing) {
     for (const int zone : {3, -1, 40000}) {
         const SimResults before = table;
         EXPECT_EQ(apply({edit(1, EditAction::Add, 4.0F, 1, 6, zone)}), 0);
@@ -125,7 +126,7 @@ TEST_F(ScenarioAddition, ToAZoneThatTheBasinLacksChangesNothingWithoutAWord) {
     EXPECT_THAT(dialogs.messages(), IsEmpty());
 }
 
-TEST_F(ScenarioAddition, OverReversedOrDistantDatesChangesNothingWithoutAWord) {
+TEST_F(ScenarioAddition, OverReversedOrDistantDatesSilentlyChangesNothing) {
     const SimResults before = table;
     EXPECT_EQ(apply({edit(1, EditAction::Add, 4.0F, 4, 3), edit(1, EditAction::Add, 4.0F, -9, 0),
                      edit(1, EditAction::Add, 4.0F, 7, 99)}),
@@ -135,7 +136,7 @@ TEST_F(ScenarioAddition, OverReversedOrDistantDatesChangesNothingWithoutAWord) {
 }
 
 TEST_F(ScenarioAddition, IsReplacedByALaterRowOnTheSameDays) {
-    // Day 1 has the first row alone, days 2 to 4 the second, day 5 and 6 none: the factors never add up.
+    // Day 1 has only the first row, days 2 to 4 the second, days 5 and 6 none: the factors never add up.
     EXPECT_EQ(apply({edit(1, EditAction::Add, 4.0F, 1, 3), edit(1, EditAction::Add, 1.0F, 2, 4)}), 0);
     EXPECT_THAT(days(table.TAvgCC), ElementsAre(4.0F, 1.0F, 1.0F, 1.0F, 0.0F, 0.0F));
 }
@@ -163,15 +164,16 @@ TEST_F(ScenarioMultiplication, OfPrecipitationScalesEachDay) {
 }
 
 TEST_F(ScenarioMultiplication, TakesSevenDigitsOfItsFactor) {
-    // The Single nearest 1.23456789 is 1.2345678806...; its text is 1.234568, and 10^7 times that 12345680.
+    // The Single nearest to 1.23456789 is 1.2345678806. Its text has seven
+    // digits, 1.234568; times 10^7 that is 12345680.
     fill(table.TAvg, 1.0e7);
     EXPECT_EQ(apply({edit(1, EditAction::Multiply, 1.23456789F)}), 0);
     EXPECT_EQ(table.TAvgCC[at(1, 1)], 12345680.0F);
 }
 
 TEST_F(ScenarioMultiplication, TakesTheTextOfItsFactorAsADouble) {
-    // 9 x 0.1 = 0.9, which lies nearest the Single 0.89999998. The Single nearest 0.1 is 0.1000000015, and 9
-    // times that, 0.9000000134, would lie nearer the next one, 0.90000004.
+    // 9 x 0.1 = 0.9; the nearest Single is 0.89999998. The Single nearest to 0.1 is 0.1000000015; 9 times
+    // that, 0.9000000134, would be nearer to the next Single, 0.90000004.
     fill(table.TAvg, 9.0);
     EXPECT_EQ(apply({edit(1, EditAction::Multiply, 0.1F)}), 0);
     EXPECT_EQ(table.TAvgCC[at(1, 1)], 0.9F);
@@ -187,7 +189,7 @@ TEST_F(ScenarioMultiplication, ReadsFactorsWithAPowerOfTen) {
 }
 
 TEST_F(ScenarioMultiplication, BeyondASingleLeavesNoRowOfItsStatement) {
-    // 2 x 3e38 lies beyond the largest Single, 3.4028e38. The row before it stays applied.
+    // 2 x 3e38 exceeds the largest Single, 3.4028e38. The row before it stays applied.
     fill(table.TAvg, 1.0);
     table.TAvg[at(2, 6)] = 3.0e38F;
     EXPECT_EQ(apply({edit(1, EditAction::Add, 1.0F, 1, 1), edit(1, EditAction::Multiply, 2.0F, 1, 6)}), 1);
@@ -205,7 +207,7 @@ TEST_F(ScenarioMultiplication, BeyondASingleInTheMinimumLeavesTheMaximumToo) {
     expect_stop(last_message(), "Overflow", k_definition_error);
 }
 
-TEST_F(ScenarioFaults, AnActionCodeAbove4IsPassedOverAndNeedsNoFactor) {
+TEST_F(ScenarioFaults, AnActionCodeAbove4IsSkippedAndNeedsNoFactor) {
     for (const int action : {5, 99, 40000}) {
         ScenarioRow row = edit(1, EditAction::Add, k_missing);
         row.action = action;
@@ -216,7 +218,7 @@ TEST_F(ScenarioFaults, AnActionCodeAbove4IsPassedOverAndNeedsNoFactor) {
     EXPECT_THAT(dialogs.messages(), IsEmpty());
 }
 
-TEST_F(ScenarioFaults, ANegativeActionCodeIsPassedOver) {
+TEST_F(ScenarioFaults, ANegativeActionCodeIsSkipped) {
     ScenarioRow row = edit(1, EditAction::Add, 4.0F);
     row.action = -1;
     const SimResults before = table;
@@ -238,7 +240,7 @@ TEST_F(ScenarioFaults, ABlankInARowIsAMissingValue) {
         ScenarioRow row = edit(1, EditAction::Add, 9.0F);
         blank(row);
         EXPECT_EQ(apply({edit(1, EditAction::Add, 4.0F, 1, 2), row, edit(1, EditAction::Add, 5.0F)}), 1);
-        // The first row stays, the third is never reached.
+        // The first row stays; the third is never reached.
         EXPECT_THAT(days(table.TAvgCC), ElementsAre(4.0F, 4.0F, 0.0F, 0.0F, 0.0F, 0.0F));
         expect_stop(last_message(), missing_in_row(2, "has no " + columns[at]), k_missing_title);
     }
@@ -303,7 +305,7 @@ TEST_F(ScenarioFaults, NamesAreFoundInAnyCaseAndWithQuotes) {
 }
 
 TEST_F(ScenarioFaults, RowsAreTakenInStoredOrder) {
-    // The later row starts earlier and bears a lower code; still it comes second.
+    // The second row starts earlier and has a smaller code, but is still applied second.
     EXPECT_EQ(apply({edit(4, EditAction::Add, 4.0F, 3, 3), edit(1, EditAction::Add, 1.0F, 1, 6)}), 0);
     EXPECT_THAT(days(table.TAvgCC), testing::Each(1.0F));
 }

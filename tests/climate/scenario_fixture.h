@@ -20,15 +20,15 @@ inline constexpr const char* k_missing_title = "Missing/invalid data in climate 
 inline constexpr const char* k_missing_text =
     "The selected CC scenario, 'warm', contains missing value(s).  Please correct before continuing";
 
-/// The message of a row that lacks a value.
+/// The message about a row that lacks a value.
 [[nodiscard]] inline std::string missing_in_row(int row, const std::string& what) {
     return std::string{k_missing_text} + "\nRow " + std::to_string(row) + " " + what + ".";
 }
-/// What is said where the row itself is complete.
+/// The end of that message where the row itself is complete.
 inline constexpr const char* k_missing_data =
     "needs a value that the days or the monthly averages do not have";
 
-/// The names of the columns in which two tables of one size differ in any bit.
+/// The names of the columns in which two tables of equal size differ in any bit.
 [[nodiscard]] inline std::vector<std::string> changed_columns(const SimResults& before,
                                                               const SimResults& after) {
     std::vector<std::vector<std::uint64_t>> bits[2];
@@ -56,12 +56,12 @@ inline constexpr const char* k_missing_data =
     return names;
 }
 
-/// Starts with two zones and 1 to 6 April 1996. The scenario's name is "warm".
+/// Two zones and the days 1 to 6 April 1996. The scenario's name is "warm".
 class ScenarioTest : public EngineTest {
 protected:
     void SetUp() override { start(2, first, 6); }
 
-    /// A row of the scenario over days of the table, both from 1.
+    /// A row of the scenario; its first and last day are counted in days of the table, from 1.
     [[nodiscard]] ScenarioRow edit(int variable, EditAction action, float factor, int first_day = 1,
                                    int last_day = 6, int zones = 0) const {
         ScenarioRow row;
@@ -74,9 +74,9 @@ protected:
         return row;
     }
 
-    /// Applies rows as the scenario "warm".
+    /// Stores the rows as the scenario "warm" and applies it.
     int apply(const std::vector<ScenarioRow>& rows) {
-        // In one transaction: each one ends with a flush of the disk.
+        // One transaction, since each transaction flushes the disk.
         atomically_if(database, [&] {
             if (!database.has_table("warm")) database.create_table(scenario_table("warm"));
             clear_table(database, "warm");

@@ -34,7 +34,7 @@ TEST_F(NewScenario, GetsAnIndexRowOfTodayThatEndsTheWinterInTheMiddle) {
     ASSERT_EQ(index_rows.size(), 1U);
     EXPECT_EQ(index_rows[0].simulation, "wet");
     EXPECT_EQ(index_rows[0].scenario, "warm");
-    // 10 / 2 - 1 = 4 days behind the start
+    // 10 / 2 - 1 = 4 days after the start
     EXPECT_THAT(index_rows[0].winter_end_date, Optional(static_cast<double>(first + 4)));
     EXPECT_THAT(index_rows[0].creation_date, testing::AnyOf(Optional(before), Optional(before + 1.0)));
     EXPECT_THAT(index_rows[0].comments, Optional(std::string{"Place your comments here!"}));
@@ -71,7 +71,7 @@ TEST_F(NewScenario, WithoutAPeriodIsRefused) {
     EXPECT_EQ(dialogs.messages().back().message.title, "Period too short for climate change");
 }
 
-TEST_F(NewScenario, WithoutANameIsNone) {
+TEST_F(NewScenario, WithoutANameIsNotMade) {
     const std::string before = file_bytes(file.path());
     EXPECT_EQ(make(""), std::nullopt);
     EXPECT_EQ(make("   "), std::nullopt);
@@ -95,7 +95,7 @@ TEST_F(ScenarioName, AuxiliaryIsReservedInAnyCase) {
     EXPECT_TRUE(make("Auxiliary 2"));
 }
 
-TEST_F(ScenarioName, WhatTheStoreKeepsForItselfIsReserved) {
+TEST_F(ScenarioName, NamesOfTheStoreAreReserved) {
     const std::string before = file_bytes(file.path());
     for (const char* name :
          {"None", "NONE", "none", "sqlite_warm", "SQLITE_x", "SimResults", "simresults", "BasinAverages",
@@ -154,7 +154,7 @@ TEST_F(ScenarioName, MayHoldQuotesSignsLettersOfAnyScriptAndThreeHundredLetters)
     EXPECT_EQ(open_scenarios(database, "wet", dialogs).size(), names.size());
 }
 
-TEST_F(ScenarioPlaceholder, GoesWithItsTableOnceAScenarioIsThere) {
+TEST_F(ScenarioPlaceholder, IsRemovedWithItsTableOnceAScenarioExists) {
     add_placeholder("wet");
     ASSERT_TRUE(make("warm"));
     EXPECT_THAT(references(), ElementsAre("wet/warm"));
@@ -173,7 +173,7 @@ TEST_F(ScenarioPlaceholder, OfAnotherSimulationStaysWithItsTable) {
     EXPECT_FALSE(database.has_table(k_no_scenario));
 }
 
-TEST_F(ScenarioPlaceholder, StaysWhereNoNameOrARefusedOneWasGiven) {
+TEST_F(ScenarioPlaceholder, StaysIfNoNameOrARefusedOneWasGiven) {
     add_placeholder("wet");
     const std::string before = file_bytes(file.path());
     for (const char* name : {"", "Auxiliary", "None", "wa.rm", "PhysicalData"})
@@ -182,8 +182,8 @@ TEST_F(ScenarioPlaceholder, StaysWhereNoNameOrARefusedOneWasGiven) {
     EXPECT_TRUE(file_bytes(file.path()) == before);
 }
 
-// A simulation may bear the name None; its table holds parameters and must outlive every placeholder.
-TEST_F(ScenarioPlaceholder, NeverTakesTheParametersOfASimulationOfItsName) {
+// A simulation may be named None. Its table holds parameters and must outlive every placeholder.
+TEST_F(ScenarioPlaceholder, NeverRemovesTheParametersOfASimulationOfItsName) {
     database.create_table(parameter_table("None"));
     add_index_row("wet", "None");
     ASSERT_TRUE(make("warm"));

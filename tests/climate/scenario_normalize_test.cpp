@@ -1,4 +1,4 @@
-// Normalization of a scenario: the months of the simulation brought to the long-term monthly averages.
+// Normalization: a scenario brings the months of the simulation to the long-term monthly averages.
 #include "store/monthly_table.h"
 #include "store/transactions.h"
 #include "tests/climate/scenario_fixture.h"
@@ -14,8 +14,8 @@ using testing::IsEmpty;
 constexpr int k_temperature = 1;
 constexpr int k_precipitation = 2;
 
-/// Two zones with the first two days of each month of 1996: day 2m - 1 and 2m of the table are the 1st and
-/// the 2nd of month m. All averages of the simulation are 2 before a test sets its own.
+/// Two zones with the first two days of each month of 1996: days 2m - 1 and 2m of the table are the 1st and
+/// 2nd of month m. All values are 2, and so are all averages, until a test sets its own.
 class ScenarioNormalization : public ScenarioTest {
 protected:
     void SetUp() override {
@@ -41,7 +41,7 @@ protected:
         store_normals(rows);
     }
 
-    /// Temperature 10 times the zone plus the month, precipitation half of that.
+    /// Temperature is 10 times the zone plus the month; precipitation is half of that.
     [[nodiscard]] static std::vector<MonthlyRow> normals(int zones = 2) {
         std::vector<MonthlyRow> rows;
         for (int zone = 1; zone <= zones; ++zone) {
@@ -61,8 +61,8 @@ protected:
 
 TEST_F(ScenarioNormalization, MovesTheTemperatureOfEachMonthByTheDifferenceOfTheAverages) {
     store_normals(normals());
-    set(table.TAvg, 1, {1, 4});  // average 2.5, long-term 11: each day moves by 8.5
-    table.TAvg[at(2, 24)] = -6;  // average (2 - 6) / 2 = -2, long-term 32: each day moves by 34
+    set(table.TAvg, 1, {1, 4});  // average 2.5, long-term 11: each day rises by 8.5
+    table.TAvg[at(2, 24)] = -6;  // average (2 - 6) / 2 = -2, long-term 32: each day rises by 34
     const SimResults before = table;
     EXPECT_EQ(apply({normalized(k_temperature)}), 0);
     EXPECT_THAT(changed_columns(before, table), ElementsAre("TAvgCC"));
@@ -103,10 +103,10 @@ TEST_F(ScenarioNormalization, TakesTheAveragesInStoredOrderWhateverTheirZoneAndM
     EXPECT_EQ(table.TAvgCC[at(2, 24)], 11.0F);
 }
 
-TEST_F(ScenarioNormalization, AveragesAMonthOverAllYearsAndLeavesOutWhatIsMissing) {
+TEST_F(ScenarioNormalization, AveragesAMonthOverAllYearsWithoutMissingValues) {
     store_normals(normals());
-    // February's two days go to January of 1997 and to a January day without a value; another day is
-    // February's. January: (2 + 2 + 8) / 3 = 4, long-term 11: each day moves by 7.
+    // February's first day becomes a January day of 1997, its second a January day without a value; a day of
+    // March becomes the day of February. January: (2 + 2 + 8) / 3 = 4, long-term 11, so each day rises by 7.
     table.Date[at(1, 3)] = date_of(1997, 1, 1);
     table.TAvg[at(1, 3)] = 8.0F;
     table.Date[at(1, 4)] = date_of(1997, 1, 2);
@@ -124,7 +124,7 @@ TEST_F(ScenarioNormalization, TakesSevenDigitsOfTheDifference) {
     auto rows = normals();
     rows[0].tavg = 0.0F;
     store_normals(rows);
-    // (1 + 2 + 2) / 3 = 1.6666..., as text 1.666667: day 1 becomes 1 - 1.666667 = -0.666667.
+    // (1 + 2 + 2) / 3 = 1.6666...; as text 1.666667. Day 1 becomes 1 - 1.666667 = -0.666667.
     table.Date[at(1, 3)] = date_of(1997, 1, 1);
     set(table.TAvg, 1, {1, 2, 2});
     EXPECT_EQ(apply({normalized(k_temperature)}), 0);
@@ -136,7 +136,8 @@ TEST_F(ScenarioNormalization, MovesWetDaysAndLeavesDryOnesDry) {
     rows[0].precip = 3.0F;
     rows[1].precip = 9.0F;
     store_normals(rows);
-    // January: (0 + 10) / 2 = 5, long-term 3: the wet day goes down by 2. February: 5, long-term 9: up by 4.
+    // January: (0 + 10) / 2 = 5, long-term 3: the wet day falls by 2.
+    // February: 5, long-term 9: it rises by 4.
     set(table.Precip, 1, {0, 10, 0, 10});
     set(table.PrecipCC, 1, {0, 10, 0, 10});
     const SimResults before = table;
@@ -152,7 +153,7 @@ TEST_F(ScenarioNormalization, LeavesNoPrecipitationBelowZero) {
     auto rows = normals();
     rows[0].precip = 0.5F;
     store_normals(rows);
-    // (1 + 9) / 2 = 5, long-term 0.5: the difference is -4.5, which the first day does not have.
+    // (1 + 9) / 2 = 5, long-term 0.5: the difference is -4.5, more than the first day has.
     set(table.Precip, 1, {1, 9});
     EXPECT_EQ(apply({normalized(k_precipitation)}), 0);
     EXPECT_EQ(table.PrecipCC[at(1, 1)], 0.0F);
@@ -162,8 +163,8 @@ TEST_F(ScenarioNormalization, LeavesNoPrecipitationBelowZero) {
 TEST_F(ScenarioNormalization, RaisesADryDayThatAnEarlierRowTookBelowZeroAndKeepsOneAboveIt) {
     store_normals(normals());
     set(table.Precip, 1, {0, 2, 0, 2});
-    // The addition makes -2 of the dry 1 January and 1 of the dry 1 February. Normalizing looks at the
-    // present climate alone to tell wet from dry, and clamps what it finds in the changed one.
+    // The addition makes the dry 1 January -2 and the dry 1 February 1. Normalization tells wet days from dry
+    // ones by the present climate only, and clamps the value that it finds in the changed climate.
     ScenarioRow january = normalized(k_precipitation);
     january.action = 0;
     january.factor = -2.0F;
@@ -183,7 +184,7 @@ TEST_F(ScenarioNormalization, LeavesAMissingPrecipitationAsItIs) {
     table.Precip[at(1, 1)] = table.PrecipCC[at(1, 1)] = k_missing;
     EXPECT_EQ(apply({normalized(k_precipitation)}), 0);
     EXPECT_TRUE(std::isnan(table.PrecipCC[at(1, 1)]));
-    EXPECT_EQ(table.PrecipCC[at(1, 2)], 5.5F);  // the average of January is that of its one value, 2
+    EXPECT_EQ(table.PrecipCC[at(1, 2)], 5.5F);  // January's average is its one value, 2: 2 + (5.5 - 2)
 }
 
 TEST_F(ScenarioNormalization, AsksWhereTheAverageTemperatureIsZeroAndGoesOn) {
@@ -200,10 +201,10 @@ TEST_F(ScenarioNormalization, AsksWhereTheAverageTemperatureIsZeroAndGoesOn) {
         "Possible missing temperature data");
     EXPECT_EQ(last_message().message.buttons, Buttons::OkCancel);
     EXPECT_EQ(table.TAvgCC[at(2, 5)], 20.0F);   // -3 + 23
-    EXPECT_EQ(table.TAvgCC[at(2, 24)], 32.0F);  // and the months behind it
+    EXPECT_EQ(table.TAvgCC[at(2, 24)], 32.0F);  // and the months after it
 }
 
-TEST_F(ScenarioNormalization, AsksOfAZeroAverageBeforeItMissesTheLongTermOne) {
+TEST_F(ScenarioNormalization, AsksAboutAZeroAverageBeforeItMissesTheLongTermOne) {
     auto rows = normals();
     rows[0].tavg = k_missing;
     rows[0].precip = k_missing;
@@ -217,7 +218,7 @@ TEST_F(ScenarioNormalization, AsksOfAZeroAverageBeforeItMissesTheLongTermOne) {
         dialogs.then(Answer::Cancel);
         EXPECT_EQ(apply({normalized(variable)}), 1);
     }
-    // OK goes on to the missing value, Cancel does not.
+    // OK continues to the missing value; Cancel does not.
     ASSERT_EQ(dialogs.messages().size(), 6U);
     EXPECT_EQ(dialogs.messages()[0].message.title, "Possible missing temperature data");
     expect_stop(dialogs.messages()[1], missing_in_row(1, k_missing_data), k_missing_title);
@@ -272,7 +273,7 @@ TEST_F(ScenarioNormalization, EndsWhereTheUserCancelsAndKeepsTheMonthsBefore) {
     EXPECT_EQ(table.TAvgCC[at(1, 1)], 2.0F);
 }
 
-TEST_F(ScenarioNormalization, AsksOfALaterZoneAloneWithTheMonthOfTheRowThatItReads) {
+TEST_F(ScenarioNormalization, AsksAboutALaterZoneAloneWithTheMonthOfTheRowThatItReads) {
     auto rows = normals();
     rows[0].month = "???";
     store_normals(rows);
@@ -292,7 +293,7 @@ TEST_F(ScenarioNormalization, OfAnyOtherVariableChangesNothing) {
     EXPECT_THAT(dialogs.messages(), IsEmpty());
 }
 
-TEST_F(ScenarioNormalization, OfAnyOtherVariableStillWalksTheAverages) {
+TEST_F(ScenarioNormalization, OfAnyOtherVariableStillReadsTheAverages) {
     store_normals(normals(1));
     EXPECT_EQ(apply({normalized(3)}), 1);
     expect_stop(last_message(), "The long-term monthly averages end after 12 of the months needed.",
@@ -328,7 +329,7 @@ TEST_F(ScenarioNormalization, NeedsEveryLongTermAverageThatItReads) {
     EXPECT_EQ(apply({normalized(k_precipitation)}), 1);
     ASSERT_EQ(dialogs.messages().size(), 2U);
     expect_stop(last_message(), missing_in_row(1, k_missing_data), k_missing_title);
-    // Each reads its own average: temperature stops at March of zone 2, precipitation at April.
+    // Each variable reads its own average: temperature stops at March of zone 2, precipitation at April.
     EXPECT_EQ(table.TAvgCC[at(2, 3)], 22.0F);
     EXPECT_EQ(table.TAvgCC[at(2, 5)], 2.0F);
     EXPECT_EQ(table.PrecipCC[at(2, 5)], 11.5F);
@@ -361,7 +362,7 @@ TEST_F(ScenarioNormalization, FaultsWithoutLongTermAverages) {
     EXPECT_THAT(changed_columns(before, table), IsEmpty());
 }
 
-TEST_F(ScenarioNormalization, FaultsWhereTheDifferenceIsBeyondASingle) {
+TEST_F(ScenarioNormalization, FaultsIfTheDifferenceExceedsASingle) {
     auto rows = normals();
     rows[0].tavg = 3.0e38F;
     store_normals(rows);
@@ -370,11 +371,11 @@ TEST_F(ScenarioNormalization, FaultsWhereTheDifferenceIsBeyondASingle) {
     expect_stop(last_message(), "Overflow", k_definition_error);
 }
 
-TEST_F(ScenarioNormalization, FaultsWholeWhereOneDayGoesBeyondASingle) {
+TEST_F(ScenarioNormalization, FaultsAsAWholeIfOneDayExceedsASingle) {
     auto rows = normals();
     rows[0].tavg = 2.0e38F;
     store_normals(rows);
-    // The average is 0, so that each day moves by 2e38: too far for the second one, 3e38.
+    // The average is 0, so each day rises by 2e38: too much for the second one, 3e38.
     set(table.TAvg, 1, {-3.0e38, 3.0e38});
     dialogs.then(Answer::Ok);
     EXPECT_EQ(apply({normalized(k_temperature)}), 1);

@@ -1,4 +1,4 @@
-// The codes of a scenario's rows, the rules of the grid that edits them, and the winter end date.
+// The codes in a scenario's rows, the rules of the grid that edits them, and the winter end date.
 #include "climate/scenario_definitions.h"
 
 #include <gmock/gmock.h>
@@ -18,7 +18,7 @@ constexpr int k_zones_column = 6;
 
 DayCount day_of(int year, int month, int day) { return day_count({year, month, day}).value(); }
 
-/// A row with a variable and, if it is given, an action.
+/// A row with a variable and optionally an action.
 ScenarioRow row_of(std::optional<int> variable, std::optional<int> action = std::nullopt) {
     ScenarioRow row;
     row.variable = variable;
@@ -27,7 +27,7 @@ ScenarioRow row_of(std::optional<int> variable, std::optional<int> action = std:
     return row;
 }
 
-TEST(ScenarioCodes, TheFirstThreeVariablesAndTheActionsBearTheirTexts) {
+TEST(ScenarioCodes, TheFirstThreeVariablesAndTheActionsHaveTheirTexts) {
     EXPECT_STREQ(scenario_variable_text(0), "M/M Temperature");
     EXPECT_STREQ(scenario_variable_text(1), "Average Temperature");
     EXPECT_STREQ(scenario_variable_text(2), "Precipitation");
@@ -38,7 +38,7 @@ TEST(ScenarioCodes, TheFirstThreeVariablesAndTheActionsBearTheirTexts) {
     EXPECT_STREQ(edit_action_text(4), "Normalize");
 }
 
-TEST(ScenarioCodes, ZonesAreLettersBehindAll) {
+TEST(ScenarioCodes, ZonesAreLettersAfterAll) {
     EXPECT_EQ(scenario_zone_text(0), "All");
     EXPECT_EQ(scenario_zone_text(1), "A");
     EXPECT_EQ(scenario_zone_text(16), "P");
@@ -72,7 +72,7 @@ TEST(ScenarioCodes, EachTextIsItsOwnAndReadsBackInAnyCase) {
     EXPECT_THAT(scenario_zone_code("b"), Optional(2));
 }
 
-TEST(ScenarioCodes, OtherTextsAndNumbersAreNoCodes) {
+TEST(ScenarioCodes, OtherTextsAndNumbersAreNotCodes) {
     for (const char* text : {"", " ", "12", "-1", "1.0", "2 x", "99999999999", "Temperature", "+1"})
         EXPECT_EQ(scenario_variable_code(text), std::nullopt) << text;
     for (const char* text : {"", "5", "-1", "Shift", "Add"})
@@ -218,8 +218,8 @@ TEST(DefaultWinterEnd, MayHoldHalfADay) {
 }
 
 TEST(DefaultWinterEnd, OfAHydrologicalYearLiesADayBeforeItsMiddle) {
-    // 1 October 1995 and 30 September 1996 are 365 days apart: 182.5 - 1 = 181.5 days. October to February
-    // have 31 + 30 + 31 + 31 + 29 = 152 days, so that 181 days lead to 30 March.
+    // 1 October 1995 to 30 September 1996 are 365 days apart: 365 / 2 - 1 = 181.5 days after the start.
+    // October to February have 31 + 30 + 31 + 31 + 29 = 152 days, so 181 days lead to 30 March.
     EXPECT_EQ(default_winter_end(day_of(1995, 10, 1), day_of(1996, 9, 30)),
               static_cast<double>(day_of(1996, 3, 30)) + 0.5);
 }

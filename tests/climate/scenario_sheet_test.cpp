@@ -1,4 +1,4 @@
-// The sheet beside the program: the one that is delivered, and what happens to one that is lost or damaged.
+// The sheet file beside the program: as it is delivered, and when it is missing or damaged.
 #include "base/scripted_dialogs.h"
 #include "climate/scenario_definitions.h"
 #include "tests/support/temporary_folder.h"
@@ -18,7 +18,7 @@ using testing::StartsWith;
 const std::filesystem::path k_data_folder = std::filesystem::path{NIVORA_SOURCE_DIR} / "data";
 constexpr const char* k_sheet_title = "Error initializing the 'Climate Change Scenario Definition'window";
 
-/// Loads a sheet with a given content.
+/// Loads a sheet with the given content.
 std::optional<ScenarioSheet> load(const std::string& content, ScriptedDialogs& dialogs) {
     const TemporaryFolder folder;
     folder.write("climate_1.ss2", content);
@@ -27,14 +27,14 @@ std::optional<ScenarioSheet> load(const std::string& content, ScriptedDialogs& d
 
 std::string delivered() { return file_bytes(k_data_folder / "climate_1.ss2"); }
 
-/// The content with the first appearance of a text replaced.
+/// The content with the first occurrence of a text replaced.
 std::string replaced(std::string content, const std::string& text, const std::string& by) {
     const std::size_t at = content.find(text);
     EXPECT_NE(at, std::string::npos) << text;
     return content.replace(at, text.size(), by);
 }
 
-TEST(ScenarioSheet, AsDeliveredBearsTheTextsOfTheCodes) {
+TEST(ScenarioSheet, AsDeliveredHasTheTextsOfTheCodes) {
     ScriptedDialogs dialogs;
     const auto sheet = load_scenario_sheet(k_data_folder, dialogs);
     ASSERT_TRUE(sheet.has_value());
@@ -49,7 +49,7 @@ TEST(ScenarioSheet, AsDeliveredBearsTheTextsOfTheCodes) {
     EXPECT_TRUE(dialogs.messages().empty());
 }
 
-TEST(ScenarioSheet, WithTheLineEndsAndTheMarkOfAnotherEditorIsTheSame) {
+TEST(ScenarioSheet, WithTheLineEndsAndTheByteOrderMarkOfAnotherEditorIsTheSame) {
     std::string content = "\xEF\xBB\xBF";
     for (const char character : delivered()) {
         if (character == '\n') content += '\r';
@@ -62,7 +62,7 @@ TEST(ScenarioSheet, WithTheLineEndsAndTheMarkOfAnotherEditorIsTheSame) {
     EXPECT_EQ(sheet->headers.front(), "Variable/Parameter");
 }
 
-TEST(ScenarioSheet, ThatIsMissingIsTold) {
+TEST(ScenarioSheet, ThatIsMissingIsReported) {
     const TemporaryFolder folder;
     ScriptedDialogs dialogs;
     EXPECT_EQ(load_scenario_sheet(folder.path(), dialogs), std::nullopt);
@@ -74,7 +74,7 @@ TEST(ScenarioSheet, ThatIsMissingIsTold) {
     }
 }
 
-TEST(ScenarioSheet, ThatIsDamagedIsToldWithItsFault) {
+TEST(ScenarioSheet, ThatIsDamagedIsReportedWithItsFault) {
     const std::string whole = delivered();
     const std::vector<std::pair<std::string, std::string>> cases{
         {"", "it has 0 columns and not 6"},
@@ -114,7 +114,7 @@ TEST(ScenarioSheet, ThatIsDamagedIsToldWithItsFault) {
     }
 }
 
-TEST(ScenarioSheet, ThatIsAFolderIsTold) {
+TEST(ScenarioSheet, ThatIsAFolderIsReported) {
     const TemporaryFolder folder;
     std::filesystem::create_directory(folder / "climate_1.ss2");
     ScriptedDialogs dialogs;

@@ -1,5 +1,5 @@
-// Shifts of a scenario: values of a later or earlier day brought to the start date, on to the zone's last
-// day.
+// Shifts of a scenario: values from a later or an earlier day move to the
+// start date, and so on to the zone's last day.
 #include "tests/climate/scenario_fixture.h"
 
 #include <algorithm>
@@ -69,8 +69,8 @@ TEST_F(ScenarioShift, ByFiveDaysFillsTheLastFiveWithTheLastValue) {
 }
 
 TEST_F(ScenarioShift, ByANegativeNumberRepeatsWhatItHasJustWritten) {
-    // From day 3 with the source on day 1: day 3 = 1, day 4 = 2, then day 5 reads day 3, which is 1 by now,
-    // and day 6 reads day 4, which is 2.
+    // From day 3 on, with day 1 as the source: day 3 = 1, day 4 = 2. Then day 5 reads day 3, which is now 1,
+    // and day 6 reads day 4, which is now 2.
     EXPECT_EQ(apply({edit(2, EditAction::ShiftBackward, -2.0F, 3)}), 0);
     EXPECT_THAT(days(table.PrecipCC, 1), ElementsAre(1.0F, 2.0F, 1.0F, 2.0F, 1.0F, 2.0F));
 }
@@ -113,7 +113,7 @@ TEST_F(ScenarioShift, OnTheLastDayChangesThatDay) {
 }
 
 TEST_F(ScenarioShift, MovesWhatAnEarlierRowHasEdited) {
-    // Row 1 makes 0 + 9 of day 3; row 2 brings day 3 to day 2, and days 4 to 6 one day earlier.
+    // Row 1 makes day 3 0 + 9. Row 2 moves day 3 to day 2, and days 4 to 6 one day earlier.
     EXPECT_EQ(
         apply({edit(2, EditAction::Add, 9.0F, 3, 3, 1), edit(2, EditAction::ShiftForward, 1.0F, 2, 6, 1)}),
         0);
@@ -129,7 +129,7 @@ TEST_F(ScenarioShift, MovesAMissingValueToo) {
 }
 
 TEST_F(ScenarioShift, StepsByRecordsWhereADayIsMissing) {
-    // Zone 1 has the days 1, 2, 4, 5, 6: the value of day 4 comes to day 2, which is its next record.
+    // Zone 1 has the days 1, 2, 4, 5, 6: the value of day 4 moves to day 2, the record before it.
     remove_row(at(1, 3));
     EXPECT_EQ(apply({edit(2, EditAction::ShiftForward, 1.0F, 1, 6, 1)}), 0);
     const std::vector<float> zone_1(table.PrecipCC.begin(), table.PrecipCC.begin() + 5);
@@ -144,7 +144,7 @@ TEST_F(ScenarioShift, TakesTheDaysInTheirOrderHoweverTheyAreStored) {
 }
 
 TEST_F(ScenarioShift, FaultsWhereTheSourceDateIsNotFound) {
-    // A day before the period, one behind it, half a day, and a day that no calendar has.
+    // A day before the period, a day after it, half a day, and a day outside the calendar.
     for (const float factor : {-1.0F, 6.0F, 0.5F, 1.0e30F}) {
         SCOPED_TRACE(factor);
         const SimResults before = table;
@@ -168,7 +168,7 @@ TEST_F(ScenarioShift, FaultsWhereTheStartDateIsNotFound) {
               "Row 1: the simulation has no 1996-04-07 in zone 1 to shift from or to.");
 }
 
-TEST_F(ScenarioShift, LeavesTheZonesThatItHasDoneWhereALaterOneFaults) {
+TEST_F(ScenarioShift, KeepsTheFinishedZonesIfALaterOneFaults) {
     remove_row(at(2, 1));
     EXPECT_EQ(apply({edit(2, EditAction::ShiftForward, 1.0F)}), 1);
     const std::vector<float> zone_1(table.PrecipCC.begin(), table.PrecipCC.begin() + 6);

@@ -26,7 +26,7 @@ TEST_F(WinterFaults, AWinterThatEndsWithTheSimulationIsAFaultBeforeAnyQuestion) 
     EXPECT_EQ(table.SCAclim, before.SCAclim);
 }
 
-TEST_F(WinterFaults, AWinterThatEndsWithTheSimulationIsToldInWords) {
+TEST_F(WinterFaults, AWinterThatEndsWithTheSimulationIsExplained) {
     climate.WinterEndDate = run.RunEnd;
     try {
         adjust_and_report();
@@ -47,7 +47,7 @@ TEST_F(WinterFaults, ATenthZoneHasNoRoomInTheSumsAfterNineWereAdjusted) {
     EXPECT_EQ(dialogs.inputs().size(), 9U);
     EXPECT_EQ(days(table.SCAclim, 9), (Floats{0.5F, 0}));
     EXPECT_EQ(days(table.SCAclim, 10), (Floats{0, 0}));
-    // The other passes never start.
+    // The later passes never start.
     EXPECT_EQ(days(table.SCAclimWA, 1), (Floats{0, 0}));
 }
 
@@ -75,7 +75,7 @@ TEST_F(WinterFaults, AMissingDepthOnTheWayToTheCutDayIsAFault) {
     winter(2, 10, 8, 0, 0);
     table.MDCexcl[at(2, 2)] = k_missing;
     EXPECT_EQ(fault_of_adjusting(2), k_fault_null);
-    // The zone before is done.
+    // The zone before it is complete.
     EXPECT_EQ(days(table.SCAclim, 1), (Floats{1, 0.75F, 0.5F, 0}));
 }
 
@@ -84,12 +84,12 @@ TEST_F(WinterFaults, AMissingCoverOnTheWayToTheCutDayIsAFault) {
     EXPECT_EQ(fault_of_adjusting(1), k_fault_null);
 }
 
-TEST_F(WinterFaults, AMissingCoverBehindTheCutDayIsStretchedAndFaultsWhereTheCoverIsFilled) {
+TEST_F(WinterFaults, AMissingCoverAfterTheCutDayIsStretchedAndFaultsWhereTheCoverIsFilled) {
     table.SCA[at(1, 2)] = k_missing;
     EXPECT_EQ(fault_of_adjusting(2), k_fault_null);
     EXPECT_TRUE(is_missing(table.SCAclim[at(1, 2)]));
     EXPECT_TRUE(is_missing(table.SCAclimWA[at(1, 2)]));
-    // The other zone's curve is dated by then. The day before is filled, the day itself is not.
+    // By then the other zone's curve is placed on its days. The day before is filled, the day itself is not.
     EXPECT_EQ(days(table.SCAclimWA, 2), (Floats{1, 0.75F, 0.5F, 0.25F}));
     EXPECT_EQ(days(table.SCAclimWAMA, 1), (Floats{1, 0, 0, 0}));
 }
@@ -101,20 +101,20 @@ TEST_F(WinterFaults, AMissingCoverOnTheLastDayThatTheCurveReachesFaultsWhereItIs
     EXPECT_EQ(days(table.SCAclimWA, 2), (Floats{0, 0, 0, 0}));
 }
 
-TEST_F(WinterFaults, AMissingDepthBehindTheCutDayIsStretchedToNothing) {
+TEST_F(WinterFaults, AMissingDepthAfterTheCutDayStaysMissingWhenStretched) {
     table.MDCexcl[at(1, 2)] = k_missing;
     EXPECT_EQ(fault_of_adjusting(2), k_no_fault);
     EXPECT_TRUE(is_missing(table.MDCexclWA[at(1, 2)]));
     EXPECT_TRUE(is_missing(table.MDCexclWAnew[at(1, 2)]));
-    // It is above no degree days, so that it stays on the day of the value before.
+    // It exceeds no degree days, so it stays on the day of the value before it.
     EXPECT_EQ(days(table.MeltOffset, 1), (Floats{1, 1, 3, 3}));
 }
 
 TEST_F(WinterFaults, AMovedCurveCannotTakeAMissingCover) {
-    winter(1, 10, 9, 0, 0);  // covered on day 1
+    winter(1, 10, 9, 0, 0);  // the deficit is covered on day 1
     table.SCA[at(1, 3)] = k_missing;
     EXPECT_EQ(fault_of_adjusting(1), k_fault_null);
-    // The day that takes the cover of day 3 is not written; the one before it is.
+    // The day that takes the cover of day 3 is not written; the day before it is.
     EXPECT_EQ(days(table.SCAclim, 1), (Floats{0.75F, 0, 0, 0}));
     EXPECT_EQ(days(table.MDCexclWA, 1), (Floats{1, 0, 0, 0}));
 }
@@ -130,7 +130,7 @@ TEST_F(WinterFaults, AMissingNewMeltIsAFaultThatKeepsTheDaysBefore) {
 TEST_F(WinterFaults, MissingDegreeDaysAreBelowNoDepth) {
     table.SumAT[at(1, 2)] = k_missing;
     EXPECT_EQ(fault_of_adjusting(2), k_no_fault);
-    // Depth 2 stops on day 2, depth 3 as well.
+    // Depths 2 and 3 both stop on day 2.
     EXPECT_EQ(days(table.MeltOffset, 1), (Floats{1, 2, 2, 2}));
 }
 
@@ -140,30 +140,31 @@ TEST_F(WinterFaults, AMissingCoverOfTheLastDayJoinsNothing) {
     set(table.MDCexcl, 1, {1, 2, 3, 0});  // stretched to 2, 4, 6
     set(table.SumAT, 1, {1, 3, 10, 11});
     EXPECT_EQ(fault_of_adjusting(2), k_no_fault);
-    // The 0.25 of day 3 lies above its bare ground, but neither rest nor last cover follow.
+    // The 0.25 of day 3 is above its bare ground, but neither the rest of the
+    // curve nor the last cover is joined to it.
     EXPECT_EQ(days(table.SCAclimWA, 1), (Floats{0, 0.5F, 0.25F, 0}));
     EXPECT_EQ(days(table.SCAclim, 1), (Floats{0.5F, 0.25F, 0, 0}));
 }
 
 TEST_F(WinterFaults, AZoneThatIsNeverCoveredTakesTheNextZonesFirstDepthAndFaultsWhereItIsMissing) {
-    winter(1, 10, 0, 0, 0);  // deficit 10 against a melt of 2.5
+    winter(1, 10, 0, 0, 0);  // deficit 10, total melt 2.5
     table.MDCexcl[at(2, 1)] = k_missing;
-    // Zone 2 is not asked for any more.
+    // Zone 2's question is not reached.
     EXPECT_EQ(fault_of_adjusting(1), k_fault_null);
 }
 
 TEST_F(WinterFaults, AnUnwrittenFirstDayWithoutACoverFaultsBeforeTheCoverIsFilled) {
-    winter(1, 10, 0, 0, 0);  // never covered, so that nothing of the zone is written
+    winter(1, 10, 0, 0, 0);  // never covered, so nothing is written for the zone
     table.SCAclim[at(1, 1)] = k_missing;
     set(table.NewMelt, 1, {5, 5, 0, 0});
-    set(table.SumAT, 1, {1, 6, 11, 12});  // 5 and 10 are reached on day 2 and day 3
+    set(table.SumAT, 1, {1, 6, 11, 12});  // depths 5 and 10 are reached on days 2 and 3
     EXPECT_EQ(fault_of_adjusting(2), k_fault_null);
     EXPECT_EQ(days(table.SCAclimWAMA, 1), (Floats{0, 0, 0, 0}));
     EXPECT_EQ(table.SCAclimWA[at(1, 3)], 0.0001F);
 }
 
 TEST_F(WinterFaults, AGainBeyondASingleIsAFault) {
-    // The present winter stores 1e-38, the changed one 10: a quotient of 1e39.
+    // The present winter stores 1e-38, the changed one 10: the gain would be 1e39.
     winter(1, 1e-38, 10, 0, 0);
     EXPECT_EQ(fault_of_adjusting(1), k_fault_overflow);
 }
@@ -175,23 +176,24 @@ TEST_F(WinterFaults, ADepthThatIsStretchedBeyondASingleIsAFaultThatKeepsTheDaysB
     EXPECT_EQ(days(table.SCAclim, 1), (Floats{1, 0, 0, 0}));
 }
 
-TEST_F(WinterFaults, TheLastZonesLastDayHasNoDayBehindItToJoin) {
-    // Gain 1.25 stretches 1, 2, 3.2 to 1.25, 2.5 and 4: the last on the last day, with the 0.5 that lies
-    // above its cover. The day behind it would take 0.25, and there is none: the curve stays as it is.
+TEST_F(WinterFaults, TheLastZonesLastDayHasNoNextDayToJoin) {
+    // Gain 1.25 stretches the depths 1, 2, 3.2 to 1.25, 2.5, 4. The last one is reached on the
+    // last day, and its 0.5 is above that day's cover. The 0.25 would go to the day after, which
+    // does not exist: the curve stays as it is.
     winter(2, 10, 12.5, 0, 0);
     table.MDCexcl[at(2, 3)] = 3.2F;
     EXPECT_EQ(fault_of_adjusting(2), k_no_fault);
     EXPECT_EQ(table.SCAclimWA[at(2, 4)], 0.5F);
 }
 
-TEST_F(WinterFaults, ARestOfACurveThatFindsNoLastDayIsAFault) {
-    // The bare upper zone lacks the row of the simulation's last day.
-    winter(2, 10, 20, 0, 0);  // stretched to 2, 4 and, on the last row, left
+TEST_F(WinterFaults, ARestOfACurveWithoutALastDayIsAFault) {
+    // The bare upper zone has no row for the simulation's last day.
+    winter(2, 10, 20, 0, 0);  // stretched to 2 and 4; the last row is not written
     set(table.SCA, 2, {0.5, 0, 0, 0});
     set(table.SumAT, 2, {1, 9, 9, 9});
     remove_row(at(2, 4));
     EXPECT_EQ(fault_of_adjusting(2), k_fault_no_record);
-    // The value of day 1 falls on day 2, 0.5 above the bare ground, and goes on to the last row.
+    // The value of day 1 is placed on day 2, 0.5 above the bare ground, and the rest reaches the last row.
     EXPECT_EQ(table.SCAclim[at(2, 3)], 0.5F);
 }
 

@@ -5,11 +5,11 @@
 namespace nivora {
 namespace {
 
-/// Two zones over the ten days from 1 to 10 May. Zone 1 had a surplus and melts as in the present climate,
-/// zone 2 a deficit and melts twice as fast, with one unit of new snow on 2 May.
+/// Two zones over the ten days from 1 to 10 May. Zone 1 has a surplus and melts as in the present climate.
+/// Zone 2 has a deficit and melts twice as fast, with one unit of new snow on 2 May.
 ///
-/// Zone 1: P 10, P' 15, i 2, i' 3. Change (2-3) + (15-10) = 4, gain (15-3) / (10-2) = 1.5.
-/// Zone 2: P 10, P' 8, i 2, i' 3.  Change (2-3) + (8-10) = -3, gain (8-3) / (10-2) = 0.625.
+/// Zone 1: P 10, P' 15, i 2, i' 3. Change (2 - 3) + (15 - 10) = 4, gain (15 - 3) / (10 - 2) = 1.5.
+/// Zone 2: P 10, P' 8, i 2, i' 3. Change (2 - 3) + (8 - 10) = -3, gain (8 - 3) / (10 - 2) = 0.625.
 class SurplusAboveDeficit : public WinterTest {
 protected:
     void SetUp() override {
@@ -32,7 +32,7 @@ TEST_F(SurplusAboveDeficit, ASurplusKeepsTheCoverOnItsDatesUpToTheDayBeforeTheLa
 }
 
 TEST_F(SurplusAboveDeficit, ASurplusStretchesTheDepthsByTheGain) {
-    // 1.5 times 2, 4 ... 18; the walk leaves the last day.
+    // 1.5 times 2, 4 ... 18; the last day is not written.
     EXPECT_EQ(days(table.MDCexclWA, 1), (Floats{3, 6, 9, 12, 15, 18, 21, 24, 27, 0}));
 }
 
@@ -42,28 +42,28 @@ TEST_F(SurplusAboveDeficit, WithoutNewSnowTheDepthsStayAsTheyAre) {
 
 TEST_F(SurplusAboveDeficit, StretchedDepthsAreReachedLater) {
     // Degree days reach 3 on day 2 (4), 6 on day 3 (6), 9 on day 5 (10), 12 on day 6 (12), 15 on day 8 (16)
-    // and 18 on day 9 (18). 21 lies beyond the 20 of day 10: day 11, which is the next zone's first. All that
-    // follow stay there.
+    // and 18 on day 9 (18). 21 exceeds the 20 of day 10 and goes to day 11, which is the next zone's first
+    // day. All later depths stay there.
     EXPECT_EQ(days(table.MeltOffset, 1), (Floats{2, 3, 5, 6, 8, 9, 11, 11, 11, 11}));
 }
 
-TEST_F(SurplusAboveDeficit, TheStretchedCurveStandsOnTheDaysThatItsDepthsReach) {
+TEST_F(SurplusAboveDeficit, TheStretchedCurveIsPlacedOnTheDaysThatReachItsDepths) {
     EXPECT_EQ(days(table.SCAclimWA, 1), (Floats{0, 1, 1, 0, 0.75F, 0.75F, 0, 0.5F, 0.5F, 0}));
 }
 
 TEST_F(SurplusAboveDeficit, DaysWithoutAValueHoldTheOneBefore) {
-    // The first day has none before it and takes the SCAclim of the first day, 1.
+    // The first day has no value before it and takes the first day's SCAclim, 1.
     EXPECT_EQ(days(table.SCAclimWAMA, 1), (Floats{1, 1, 1, 1, 0.75F, 0.75F, 0.75F, 0.5F, 0.5F, 0.5F}));
 }
 
-TEST_F(SurplusAboveDeficit, ADeficitStartsTheSummerWithTheCoverBehindTheCutDay) {
-    // Accumulated melt is 1, 2, 3 on the first days, with full cover: day 3 covers the deficit of 3. Day 4
-    // becomes the first day, and the last three days are not written.
+TEST_F(SurplusAboveDeficit, ADeficitStartsTheSummerWithTheCoverAfterTheCutDay) {
+    // Accumulated melt under full cover is 1, 2, 3: day 3 covers the deficit of 3. Day 4 becomes the first
+    // day, and the last three days are not written.
     EXPECT_EQ(days(table.SCAclim, 2), (Floats{0.75F, 0.75F, 0.5F, 0.5F, 0.25F, 0.25F, 0.125F, 0, 0, 0}));
 }
 
 TEST_F(SurplusAboveDeficit, ADeficitCountsTheDepthsFromTheCutDay) {
-    // 4 - 3, 5 - 3 ... 10 - 3
+    // 4 - 3, 5 - 3, ..., 10 - 3
     EXPECT_EQ(days(table.MDCexclWA, 2), (Floats{1, 2, 3, 4, 5, 6, 7, 0, 0, 0}));
 }
 
@@ -72,15 +72,15 @@ TEST_F(SurplusAboveDeficit, NewSnowMeltedSoFarIsAddedToTheDepths) {
 }
 
 TEST_F(SurplusAboveDeficit, DepthsThatAreReachedOnTheSameDayShareIt) {
-    // Degree days are 2, 4, 6, 8 on the first days: 1 is reached on day 1, 3 and 4 on day 2, 5 and 6 on day
-    // 3, 7 and 8 on day 4. The days that were not written stay with the last.
+    // Degree days are 2, 4, 6, 8, ...: depth 1 is reached on day 1, 3 and 4 on day 2, 5 and 6 on day 3, 7 and
+    // 8 on day 4. The days that were not written stay on day 4.
     EXPECT_EQ(days(table.MeltOffset, 2), (Floats{1, 2, 2, 3, 3, 4, 4, 4, 4, 4}));
 }
 
 TEST_F(SurplusAboveDeficit, OfSeveralValuesOnADayTheFirstWins) {
-    // Day 2 gets the 0.75 of the curve's second day, not the 0.5 of its third; day 4 the 0.25 of its sixth,
-    // not the 0.125 of its seventh. Day 5 gets the cover of the last day, 0.125, which is below 0.25. Zone
-    // 1's value on day 1 is written over.
+    // Day 2 gets the 0.75 of the curve's second day, not the 0.5 of its third; day 4 gets the 0.25 of its
+    // sixth, not the 0.125 of its seventh. Day 5 gets the cover of the last day, 0.125, which is below 0.25.
+    // Day 1 replaces the value that zone 1 wrote there.
     EXPECT_EQ(days(table.SCAclimWA, 2), (Floats{0.75F, 0.75F, 0.5F, 0.25F, 0.125F, 0, 0, 0, 0, 0}));
 }
 
@@ -132,13 +132,14 @@ TEST_F(OneZone, WhatIsTypedIntoTheBoxChangesNothing) {
         WinterReport written{basin, run, climate, report_time()};
         Winter_Adjustment(with_answer, context(), written);
         EXPECT_EQ(dialogs.inputs().back().proposed, "-1.5");
-        // Melt is 1 on day 1 and 1.75 on day 2, which covers 1.5: the third day's 0.5 comes first.
+        // Accumulated melt is 1 on day 1 and 1.75 on day 2, which
+        // covers 1.5: the third day's 0.5 comes first.
         EXPECT_EQ(days(with_answer.SCAclim), (Floats{0.5F, 0.25F, 0.125F, 0, 0}));
     }
 }
 
 TEST_F(OneZone, ADeficitCoveredOnTheFirstDayStillMovesTheCurveByOneDay) {
-    winter(1, 10, 9, 0, 0);  // deficit 1, which the melt of day 1 just covers
+    winter(1, 10, 9, 0, 0);  // deficit 1, which the melt of day 1 exactly covers
     adjust();
     EXPECT_EQ(days(table.SCAclim), (Floats{0.75F, 0.5F, 0.25F, 0.125F, 0}));
     EXPECT_EQ(days(table.MDCexclWA), (Floats{1, 2, 3, 4, 0}));
@@ -153,8 +154,8 @@ TEST_F(OneZone, ADeficitJustBeyondTheFirstDayShiftsByTwoDays) {
     EXPECT_NE(report.find("a shift of  2  days"), std::string::npos);
 }
 
-TEST_F(OneZone, ADeficitCoveredOnTheVeryLastDayKeepsThatDaysCoverOnTheFirst) {
-    // Accumulated melt: 1, 1.75, 2.25, 2.5, 2.625. The reader is held on the last day, whose depth becomes 0.
+TEST_F(OneZone, ADeficitCoveredOnTheLastDayMovesThatDaysCoverToTheFirst) {
+    // Accumulated melt: 1, 1.75, 2.25, 2.5, 2.625. The curve starts on the last day, whose depth becomes 0.
     winter(1, 10, 7.375, 0, 0);  // deficit 2.625
     adjust();
     EXPECT_EQ(days(table.SCAclim), (Floats{0.125F, 0, 0, 0, 0}));
@@ -168,7 +169,7 @@ TEST_F(OneZone, DepthsBelowZeroRepeatTheDayBefore) {
     set(table.MDCexcl, 1, {1, 2, 3, 0, 0});
     winter(1, 10, 9, 0, 0);  // day 1 covers the deficit of 1
     adjust();
-    // 2 - 1 and 3 - 1, then 0 - 1 twice.
+    // 2 - 1 and 3 - 1; then 0 - 1 is below 0 and repeats the day before, twice.
     EXPECT_EQ(days(table.SCAclim), (Floats{0.75F, 0, 0, 0, 0}));
     EXPECT_EQ(days(table.MDCexclWA), (Floats{1, 2, 2, 2, 0}));
 }
@@ -176,9 +177,9 @@ TEST_F(OneZone, DepthsBelowZeroRepeatTheDayBefore) {
 TEST_F(OneZone, ADepthBelowZeroOnTheFirstDayBecomesZero) {
     set(table.SCA, 1, {1, 0.5, 0.5, 0, 0});
     set(table.MDCexcl, 1, {4, 1, 5, 6, 0});
-    winter(1, 10, 7, 0, 0);  // day 1 covers the deficit of 3 with 4
+    winter(1, 10, 7, 0, 0);  // day 1 covers the deficit of 3: its melt is 4
     adjust();
-    // 1 - 4 is below 0; then 5 - 4, 6 - 4, and 0 - 4, which repeats.
+    // 1 - 4 is below 0 and becomes 0; then 5 - 4, 6 - 4; then 0 - 4, which repeats the day before.
     EXPECT_EQ(days(table.SCAclim), (Floats{0, 0.5F, 0, 0, 0}));
     EXPECT_EQ(days(table.MDCexclWA), (Floats{0, 1, 2, 2, 0}));
 }

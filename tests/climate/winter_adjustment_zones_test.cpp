@@ -7,7 +7,7 @@ namespace {
 class WinterZones : public WinterTest {};
 
 TEST_F(WinterZones, ADeficitBeyondAllMeltLeavesNothingOfTheZone) {
-    // Change (0-1) + (1-10) = -10; gain (1-1) / (10-0) = 0.
+    // Change (0 - 1) + (1 - 10) = -10; gain (1 - 1) / (10 - 0) = 0.
     summer(2, 4);
     winter(1, 10, 1, 0, 1);
     set(table.SCA, 1, {1, 0.5, 0.5, 0.25});
@@ -19,7 +19,7 @@ TEST_F(WinterZones, ADeficitBeyondAllMeltLeavesNothingOfTheZone) {
     EXPECT_EQ(days(table.MDCexclWA, 1), (Floats{0, 0, 0, 0}));
     EXPECT_EQ(days(table.MDCexclWAnew, 1), (Floats{0.5F, 0.5F, 0.75F, 0.75F}));
     EXPECT_EQ(days(table.SCAclimWA, 1), (Floats{0.0001F, 0, 0, 0}));
-    // The mark of the first day is what is left: the cover is 0.01 on one day and then gone.
+    // Only the mark on the first day remains: a cover of 0.01 on one day, then none.
     EXPECT_EQ(days(table.SCAclimWAMA, 1), (Floats{0.01F, 0, 0, 0}));
 }
 
@@ -30,7 +30,7 @@ TEST_F(WinterZones, TheLastZoneKeepsACoverThoughItsDeficitIsBeyondAllMelt) {
     set(table.MDCexcl, 1, {1, 2, 3, 4});
     set(table.SumAT, 1, {1, 2, 3, 4});
     adjust();
-    // The reader is held on the last day, which becomes the first one: cover 0.25, depth 4 - 4.
+    // The curve starts on the last day, which becomes the first one: cover 0.25, depth 4 - 4.
     EXPECT_EQ(days(table.SCAclim), (Floats{0.25F, 0, 0, 0}));
     EXPECT_EQ(days(table.MDCexclWA), (Floats{0, 0, 0, 0}));
     EXPECT_EQ(days(table.SCAclimWA), (Floats{0.25F, 0, 0, 0}));
@@ -63,7 +63,7 @@ TEST_F(WinterZones, AZoneWhosePresentWinterStoresNothingKeepsTheGainOfTheZoneBef
 
 TEST_F(WinterZones, AFirstZoneWhosePresentWinterStoresNothingHasAGainOfZero) {
     summer(1, 3);
-    winter(1, 5, 5, 5, 1);  // change (5-1) + 0 = 4: a surplus that is treated as a deficit
+    winter(1, 5, 5, 5, 1);  // change (5 - 1) + 0 = 4: a surplus that is treated as a deficit
     set(table.MDCexcl, 1, {2, 4, 6});
     set(table.SCA, 1, {1, 0.75, 0.5});
     set(table.SumAT, 1, {10, 20, 30});
@@ -73,7 +73,7 @@ TEST_F(WinterZones, AFirstZoneWhosePresentWinterStoresNothingHasAGainOfZero) {
     EXPECT_NE(report.find("(deficit) of  4  was equaled/exceeded by"), std::string::npos);
 }
 
-TEST_F(WinterZones, ACurveWithoutMeltOnTheFirstDayCountsAsNeverCoveredAndIsWrittenAllTheSame) {
+TEST_F(WinterZones, ACurveWithoutMeltOnTheFirstDayCountsAsNeverCoveredButIsStillWritten) {
     summer(1, 3);  // no change, and the accumulated melt of the first day is 0
     set(table.SCA, 1, {1, 0.5, 0.25});
     set(table.MDCexcl, 1, {0, 2, 4});
@@ -86,7 +86,7 @@ TEST_F(WinterZones, ACurveWithoutMeltOnTheFirstDayCountsAsNeverCoveredAndIsWritt
               std::string::npos);
 }
 
-/// A lower zone that melts in the cold: 4 depths of which the last is never reached.
+/// A lower zone in the cold, where the last of its 4 depths is never reached.
 class ValueOnTheNextZone : public WinterZones {
 protected:
     void SetUp() override {
@@ -94,44 +94,44 @@ protected:
         winter(1, 10, 20, 0, 0);  // gain 2
         set(table.SCA, 1, {1, 0.75, 0.5, 0});
         set(table.MDCexcl, 1, {1, 2, 3, 0});  // stretched to 2, 4, 6
-        set(table.SumAT, 1, {1, 2, 3, 4});    // reaches 2 on day 2, 4 on day 4, 6 never
+        set(table.SumAT, 1, {1, 2, 3, 4});    // reaches 2 on day 2, 4 on day 4, never 6
         set(table.SCA, 2, {1, 1, 1, 1});
         set(table.MDCexcl, 2, {3, 4, 5, 6});
         set(table.SumAT, 2, {2, 4, 6, 8});
     }
 };
 
-TEST_F(ValueOnTheNextZone, LandsOnItsFirstDay) {
+TEST_F(ValueOnTheNextZone, IsPlacedOnItsFirstDay) {
     adjust();
     EXPECT_EQ(days(table.MeltOffset, 1), (Floats{2, 4, 5, 5}));
     EXPECT_EQ(days(table.SCAclimWA, 1), (Floats{0, 1, 0, 0.75F}));
-    // The upper zone's own first value, of depth 3, falls on its second day and leaves the first alone. Its
-    // curve: 3 on day 2 (4), 4 on day 2, 5 on day 3 (6); the last day has its 1 already, which is not above
-    // the last day's cover.
+    // The upper zone's own first value, of depth 3, is placed on its second day and leaves the first day
+    // alone. Its depths: 3 and 4 on day 2 (4), 5 on day 3 (6). The cover of 1 there is not above the last
+    // day's 1, so nothing is joined.
     EXPECT_EQ(days(table.SCAclimWA, 2), (Floats{0.5F, 1, 1, 0}));
     EXPECT_EQ(days(table.SCAclimWAMA, 2), (Floats{0.5F, 1, 1, 1}));
 }
 
-TEST_F(ValueOnTheNextZone, IsWrittenOverByTheZonesOwn) {
+TEST_F(ValueOnTheNextZone, IsReplacedByTheZonesOwn) {
     set(table.SumAT, 2, {3, 4, 5, 6});
     adjust();
     EXPECT_EQ(days(table.SCAclimWA, 2), (Floats{1, 1, 1, 0}));
 }
 
 TEST_F(ValueOnTheNextZone, CarriesTheRestOfTheCurveIntoThatZone) {
-    // The lower zone ends bare, and the 0.5 lies 0.375 above the 0.125 of the day that it landed on: the
-    // rest, 0 + 0.375, goes on to the upper zone's last day, over what was written there.
+    // The lower zone ends bare, and the 0.5 is 0.375 above the 0.125 of the day where it was placed. The
+    // rest, 0 + 0.375, continues to the upper zone's last day and replaces what was written there.
     fill_zone(table.SCA, 2, 0.125);
     adjust();
     EXPECT_EQ(days(table.SCAclim, 2), (Floats{0.125F, 0.375F, 0.375F, 0.375F}));
-    // The upper zone's own values: 0.125 on day 2, of depth 3, and 0.375 on day 3, of depth 5; that is above
-    // the cover of the last day, which follows.
+    // The upper zone's own values: 0.125 of depth 3 on day 2, and 0.375 of depth 5 on day 3. The latter is
+    // above the last day's cover, which follows it on day 4.
     EXPECT_EQ(days(table.SCAclimWA, 2), (Floats{0.5F, 0.125F, 0.375F, 0.125F}));
 }
 
 TEST_F(ValueOnTheNextZone, TakesTheCoverOfTheLowerZonesLastDay) {
-    // The lower zone keeps a cover of 0.25 to the end: the 0.75 on its last day is followed, one day on, by
-    // 0.25, on the first day of the upper zone.
+    // The lower zone keeps a cover of 0.25 to the end. Its last day gets 0.75, and the day after, the upper
+    // zone's first, gets the 0.25.
     set(table.SCA, 1, {1, 0.75, 0.5, 0.25});
     set(table.MDCexcl, 1, {1, 2, 2, 2});  // stretched to 2, 4, 4
     adjust();
@@ -139,15 +139,16 @@ TEST_F(ValueOnTheNextZone, TakesTheCoverOfTheLowerZonesLastDay) {
     EXPECT_EQ(days(table.SCAclimWA, 2)[0], 0.25F);
 }
 
-TEST_F(WinterZones, ADepthBeyondTheLastZonesDegreeDaysLandsNowhereAndCountsOnTheDays) {
+TEST_F(WinterZones, ADepthBeyondTheLastZonesDegreeDaysGetsNoDayButCountsDaysOn) {
     summer(1, 4);
     winter(1, 10, 20, 0, 0);  // gain 2
     set(table.SCA, 1, {0.5, 0.5, 0, 0});
     set(table.MDCexcl, 1, {1, 3, 4, 0});  // stretched to 2, 6, 8; the last day is left at 0
     set(table.SumAT, 1, {1, 2, 3, 4});
     adjust();
-    // 2 falls on day 2. 6 takes the writer past the end, over days 3, 4 and 5, and back; 8 takes it there
-    // again, over 6. The two get no day. The last depth, 0, is put on the last day, which counts as day 6.
+    // Depth 2 is placed on day 2. Depth 6 is not reached; the search passes days 3, 4 and 5 and returns.
+    // Depth 8 is not reached either and counts one day more. Neither gets a day. The last depth, 0, is placed
+    // on the last day, which by now counts as day 6.
     EXPECT_EQ(days(table.MDCexclWAnew), (Floats{2, 6, 8, 0}));
     EXPECT_EQ(days(table.MeltOffset), (Floats{2, 0, 0, 6}));
     EXPECT_EQ(days(table.SCAclimWA), (Floats{0, 0.5F, 0, 0.0001F}));
@@ -158,11 +159,11 @@ TEST_F(WinterZones, AStretchedCurveBeyondTheLastZonesDegreeDaysEndsOnTheLastDayT
     summer(1, 4);
     winter(1, 10, 20, 0, 0);  // gain 2
     set(table.SCA, 1, {1, 0.75, 0.5, 0.25});
-    set(table.MDCexcl, 1, {1, 2, 3, 4});  // stretched to 2, 4, 6; the last day is left at cover 0, depth 0
+    set(table.MDCexcl, 1, {1, 2, 3, 4});  // stretched to 2, 4, 6; the last day stays at cover 0, depth 0
     set(table.SumAT, 1, {1, 2, 3, 3.5});
     adjust();
-    // 2 falls on day 2, 4 and 6 on none. The writer stands on the last day then, where the last day's 0 finds
-    // it, and the mark of a bare day ends the curve there.
+    // Depth 2 is placed on day 2, 4 and 6 on no day. After them the position is the last day, where the depth
+    // 0 of the last day is placed, and its mark of a bare day ends the curve.
     EXPECT_EQ(days(table.SCAclimWA), (Floats{0, 1, 0, 0.0001F}));
     EXPECT_EQ(days(table.SCAclimWAMA), (Floats{1, 1, 1, 0.01F}));
 }
@@ -171,7 +172,7 @@ TEST_F(WinterZones, ABareDayThatSharesItsDayWithAValueBeforeItIsLostAndTheCoverI
     summer(1, 5);
     set(table.SCA, 1, {1, 0.5, 0, 0, 0});
     set(table.MDCexcl, 1, {1, 2, 3, 0, 0});
-    set(table.SumAT, 1, {1, 4, 5, 6, 7});  // 2 and 3 are both reached on day 2
+    set(table.SumAT, 1, {1, 4, 5, 6, 7});  // depths 2 and 3 are both reached on day 2
     adjust();
     EXPECT_EQ(days(table.SCAclimWA), (Floats{1, 0.5F, 0, 0, 0}));
     EXPECT_EQ(days(table.SCAclimWAMA), (Floats{1, 0.5F, 0.5F, 0.5F, 0.5F}));
@@ -184,11 +185,11 @@ TEST_F(WinterZones, TheRestOfACurveAboveABareZoneGoesToAnotherColumn) {
     set(table.MDCexcl, 1, {1, 2, 3, 0, 0});  // stretched to 2, 4, 6, 0
     set(table.SumAT, 1, {1, 3, 10, 11, 12});
     adjust();
-    // 2 falls on day 2, 4 and 6 on day 3: 0.5 and 0.25. Day 3 is bare in the present climate, 0.25 lies
-    // above.
+    // Depth 2 is placed on day 2 with 0.5, depths 4 and 6 on day 3 with 0.25. Day 3 is bare in the present
+    // climate, so 0.25 is above its cover.
     EXPECT_EQ(days(table.SCAclimWA), (Floats{0, 0.5F, 0.25F, 0, 0}));
     EXPECT_EQ(days(table.SCAclim), (Floats{0.5F, 0.25F, 0, 0.25F, 0.25F}));
-    // The cover itself just holds its last value.
+    // The adjusted cover itself only holds its last value.
     EXPECT_EQ(days(table.SCAclimWAMA), (Floats{0.5F, 0.5F, 0.25F, 0.25F, 0.25F}));
 }
 
@@ -197,7 +198,7 @@ TEST_F(WinterZones, ACurveThatEndsOnTheSummersLastDayHasNoRest) {
     winter(1, 10, 20, 0, 0);
     set(table.SCA, 1, {0.5, 0.25, 0});
     set(table.MDCexcl, 1, {1, 2, 0});  // stretched to 2 and 4
-    set(table.SumAT, 1, {1, 3, 4});    // day 2 and day 3
+    set(table.SumAT, 1, {1, 3, 4});    // reached on day 2 and day 3
     adjust();
     EXPECT_EQ(days(table.SCAclimWA), (Floats{0, 0.5F, 0.25F}));
     EXPECT_EQ(days(table.SCAclim), (Floats{0.5F, 0.25F, 0}));
@@ -208,12 +209,12 @@ TEST_F(WinterZones, ACurveThatEndsOnALowerZonesLastDayLeavesTheZoneAboveAlone) {
     winter(1, 10, 20, 0, 0);
     set(table.SCA, 1, {0.5, 0.25, 0});
     set(table.MDCexcl, 1, {1, 2, 0});  // stretched to 2 and 4
-    set(table.SumAT, 1, {1, 3, 4});    // day 2 and day 3
+    set(table.SumAT, 1, {1, 3, 4});    // reached on day 2 and day 3
     set(table.SCA, 2, {1, 0.75, 0.5});
     set(table.MDCexcl, 2, {1, 2, 3});
     set(table.SumAT, 2, {1, 2, 3});
     adjust();
-    // 0.25 lies above the bare last day, which is the summer's last one for this zone as well.
+    // 0.25 is above the bare last day, which is the summer's last day for this zone, too.
     EXPECT_EQ(days(table.SCAclimWA, 1), (Floats{0, 0.5F, 0.25F}));
     EXPECT_EQ(days(table.SCAclim, 1), (Floats{0.5F, 0.25F, 0}));
     EXPECT_EQ(days(table.SCAclim, 2), (Floats{1, 0.75F, 0}));
@@ -225,14 +226,14 @@ TEST_F(WinterZones, TheMarkOfABareDayIsTheRestOfItsCurve) {
     set(table.MDCexcl, 1, {1, 2, 3, 0, 0});
     set(table.SumAT, 1, {1, 2, 3, 4, 5});
     adjust();
-    // The curve ends on day 3 with the mark, 0.0001 above the 0 of that day: the days behind it take 0 +
-    // 0.0001, the last one included, which the walk itself left unwritten.
+    // The curve ends on day 3 with the mark, 0.0001 above that day's 0. The days after it get 0 + 0.0001,
+    // including the last day, which the adjustment itself does not write.
     EXPECT_EQ(days(table.SCAclimWA), (Floats{1, 0.5F, 0.0001F, 0, 0}));
     EXPECT_EQ(days(table.SCAclim), (Floats{1, 0.5F, 0, 0.0001F, 0.0001F}));
 }
 
-TEST_F(WinterZones, ACoverThatEndsOnTheVeryLastDayIsHeldThere) {
-    summer(1, 3);  // no change, so that the last day is not written and its depth stays 0
+TEST_F(WinterZones, ACoverThatEndsOnTheLastDayIsHeldThere) {
+    summer(1, 3);  // no change: the last day is not written, and its depth stays 0
     set(table.SCA, 1, {1, 0.5, 0});
     set(table.MDCexcl, 1, {1, 2, 3});
     set(table.SumAT, 1, {1, 2, 3});
@@ -247,7 +248,7 @@ TEST_F(WinterZones, DaysThatAreMissingDoNotCountInAShift) {
     fill_zone(table.SCA, 1, 1);
     set(table.MDCexcl, 1, {1, 2, 3, 4, 5});
     set(table.SumAT, 1, {1, 2, 3, 4, 5});
-    remove_row(1);  // 2 May: the melt of 3 on 3 May covers the deficit, on the second row
+    remove_row(1);  // no 2 May: the melt of 3 on 3 May, the second row, covers the deficit
     adjust();
     EXPECT_NE(report.find("accumulated zonal melt on 5/3/2001, a shift of  2  days"), std::string::npos);
     // 4 - 3 and 5 - 3

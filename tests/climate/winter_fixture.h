@@ -1,4 +1,4 @@
-// Small summers for the tests of what step 5 and step 6 make of a depletion curve.
+// Small summers for the tests of how steps 5 and 6 change a depletion curve.
 #pragma once
 
 #include "climate/winter_adjustment.h"
@@ -13,8 +13,8 @@ namespace nivora {
 
 inline constexpr int k_no_fault = 0;
 
-/// A summer that starts on 1 May 2001, behind a winter that ended the day before. Starts without snow, degree
-/// days or new snow, and with winters that store 10 of water under both climates: no change.
+/// A summer that starts on 1 May 2001, after a winter that ended the day before. It starts without snow,
+/// degree days and new snow. The winters of both climates store 10 of water: no change.
 class WinterTest : public EngineTest {
 protected:
     ClimateState climate;
@@ -47,7 +47,7 @@ protected:
 
     WinterContext context() { return {basin, run, climate, dialogs}; }
 
-    /// Answers so many boxes with OK, the proposed text standing.
+    /// Answers so many boxes with OK and the proposed text.
     void click_ok(int boxes) {
         for (int box = 0; box < boxes; ++box) dialogs.then_text("0");
     }
@@ -57,7 +57,7 @@ protected:
         adjust_and_report();
     }
 
-    /// Runs the step; the report holds what it wrote, also behind a fault.
+    /// Runs the step; `report` holds what it wrote, even after a fault.
     void adjust_and_report() {
         WinterReport written{basin, run, climate, report_time()};
         try {
@@ -69,7 +69,7 @@ protected:
         report = written.written();
     }
 
-    /// The number of the fault that the step ends in, after so many boxes.
+    /// The number of the fault that ends the step after so many boxes.
     int fault_of_adjusting(int boxes) {
         click_ok(boxes);
         try {

@@ -10,7 +10,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
-/// One zone with five days of summer whose snow is gone on the third.
+/// One zone with a summer of five days whose snow is gone on the third.
 class WinterNotes : public WinterTest {
 protected:
     void SetUp() override {
@@ -35,8 +35,8 @@ TEST_F(WinterNotes, ASummerThatMeltsDayByDayHasNone) {
 }
 
 TEST_F(WinterNotes, ABareDayThatFallsOnTheDayOfTheSnowIsNotedAndTheCoverStaysAsItIs) {
-    // Three times as fast: the depths 1, 2 and 3 are all reached on the first day, and the first of them
-    // counts.
+    // The changed summer melts three times as fast: depths 1, 2 and 3 are all reached on the first day, and
+    // the first of them counts.
     set(table.SumAT, 1, {3, 6, 9, 12, 15});
     adjust();
     EXPECT_EQ(days(table.SCAclimWAMA), (Floats{1, 1, 1, 1, 1}));
@@ -52,7 +52,7 @@ TEST_F(WinterNotes, ABareDayThatFallsOnTheDayOfTheSnowIsNotedAndTheCoverStaysAsI
 }
 
 TEST_F(WinterNotes, SnowThatTheChangedSummerNeverMeltsIsNotHeldByARule) {
-    set(table.SumAT, 1, {0, 1, 1, 1, 1});  // the depth of the bare day is not reached
+    set(table.SumAT, 1, {0, 1, 1, 1, 1});  // the depth of the bare day is never reached
     adjust();
     EXPECT_THAT(kinds(), ElementsAre());
 }
@@ -66,7 +66,7 @@ TEST_F(WinterNotes, SnowThatOutlastsThePresentSummerIsNotHeldByARule) {
 }
 
 TEST_F(WinterNotes, ALaterDayOfTheCurveThatIsBareEndsItAfterAll) {
-    // Snow returns on the third day. Depths 1 and 2 fall on day 1, 4 on day 2 and the bare 5 on day 3.
+    // Snow returns on the third day. Depths 1 and 2 are placed on day 1, 4 on day 2 and the bare 5 on day 3.
     set(table.SCA, 1, {1, 0, 0.5, 0, 0});
     set(table.MDCexcl, 1, {1, 2, 4, 5, 0});
     set(table.SumAT, 1, {3, 4.5, 5, 6, 7});
@@ -76,7 +76,7 @@ TEST_F(WinterNotes, ALaterDayOfTheCurveThatIsBareEndsItAfterAll) {
 }
 
 TEST_F(WinterNotes, ACurveThatWasMovedByADeficitIsNotedAsWell) {
-    // A deficit of 1 is covered on the first day, so that day 2 comes first: 0.5 at depth 1, bare at depth 2.
+    // The deficit of 1 is covered on the first day, so day 2 comes first: 0.5 at depth 1, bare at depth 2.
     winter(1, 10, 9, 0, 0);
     set(table.SumAT, 1, {3, 6, 9, 12, 15});
     adjust();
@@ -86,9 +86,9 @@ TEST_F(WinterNotes, ACurveThatWasMovedByADeficitIsNotedAsWell) {
 }
 
 TEST_F(WinterNotes, AWinterThatLosesMoreThanFellIsNotedWithItsStore) {
-    winter(1, 10, 12, 30, 40);  // g = (12 - 40) / (10 - 30) = 1.4, a surplus in a warmer climate
+    winter(1, 10, 12, 30, 40);  // g = (12 - 40) / (10 - 30) = 1.4: a surplus in a warmer climate
     adjust();
-    // What looks like a surplus stretches the curve, whose only day that is left is held.
+    // The apparent surplus stretches the curve; its only remaining day is held.
     EXPECT_EQ(days(table.MDCexclWA), (Floats{1.4F, 0, 0, 0, 0}));
     ASSERT_THAT(kinds(), ElementsAre(NoteKind::NoWinterStore, NoteKind::CoverHeld));
     EXPECT_EQ(
@@ -101,7 +101,7 @@ TEST_F(WinterNotes, AWinterThatLosesMoreThanFellIsNotedWithItsStore) {
     EXPECT_EQ(note_summary(run.notes[0]), "no winter store in zone 1");
 }
 
-TEST_F(WinterNotes, AWinterThatStoresNothingIsNotedAlsoWithinItsRoundings) {
+TEST_F(WinterNotes, AWinterThatStoresNothingIsNotedEvenWithinRounding) {
     for (const double input : {10.0, 9.9995, 10.0005}) {
         SCOPED_TRACE(input);
         run.notes.clear();
@@ -117,7 +117,7 @@ TEST_F(WinterNotes, AWinterThatStoresNothingIsNotedAlsoWithinItsRoundings) {
     EXPECT_THAT(kinds(), ElementsAre());
 }
 
-TEST_F(WinterNotes, AZoneWithoutSnowInTheSummerTakesNoHarm) {
+TEST_F(WinterNotes, AZoneWithoutSnowInTheSummerIsNotNoted) {
     fill(table.SCA, 0.0);
     winter(1, 10, 12, 30, 40);
     adjust();

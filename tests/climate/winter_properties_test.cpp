@@ -13,10 +13,10 @@ namespace {
 
 constexpr int k_trials = 300;
 
-/// Rules that hold for whatever summer, tried on random ones.
+/// Rules that hold for any summer, checked on random ones.
 class WinterProperties : public RandomTrials<WinterTest> {
 protected:
-    /// Anything in any of the table's columns, now and then a missing value.
+    /// Fills every column of the table with random values, some of them missing.
     void scramble(double share_missing) {
         SimResults::visit(table, [&](auto& column) {
             using Value = typename std::remove_reference_t<decltype(column)>::value_type;
@@ -36,8 +36,8 @@ protected:
         }
     }
 
-    /// A zone that melts every day, whose cover only ever falls, and whose depletion curve is that of a run:
-    /// 0 behind the first bare day. The changed summer melts as the present one, without new snow.
+    /// A zone that melts every day, whose cover never grows and whose depletion curve is as a run writes it:
+    /// 0 after the first bare day. The changed summer melts like the present one, without new snow.
     void melting_zone(int zone) {
         double cover = between(0.3, 1.0);
         double depth = 0.0;
@@ -58,8 +58,8 @@ protected:
         adjust_and_report();
     }
 
-    /// Answers as many boxes as come, and goes on over a fault.
-    /// @return whether the step was done
+    /// Answers any number of boxes and survives a fault.
+    /// @return whether the step completed
     bool try_to_adjust() {
         class OkDialogs : public Dialogs {
         public:
@@ -85,7 +85,7 @@ bool same_bits(const Column& a, const Column& b) {
            std::memcmp(a.data(), b.data(), a.size() * sizeof(typename Column::value_type)) == 0;
 }
 
-TEST_F(WinterProperties, OtherColumnsKeepTheirBitsAlsoThroughAFault) {
+TEST_F(WinterProperties, OtherColumnsKeepTheirBitsEvenAfterAFault) {
     int done = 0;
     int faults = 0;
     try_often(k_trials, [&] {
@@ -135,8 +135,8 @@ TEST_F(WinterProperties, RowsOfTheWinterKeepTheirBits) {
     });
 }
 
-/// The cover of a summer that is repeated without change: ended with 0.01 on the first day at or below it,
-/// and held where that would be the last day.
+/// The cover of a summer that repeats without change. It ends with 0.01 on the first day at or below 0.01; if
+/// that is the last day and it is bare, the value before is held.
 Floats repeated_cover(const Floats& present_cover) {
     Floats cover(present_cover.size(), 0.0F);
     for (std::size_t day = 0; day < cover.size(); ++day) {
@@ -168,7 +168,7 @@ TEST_F(WinterProperties, ASurplusNeverShowsLessCoverInTheSameSummerUpToItsLastDa
         summer(1, whole_between(2, 60));
         melting_zone(1);
         winter(1, 10, between(10.0, 25.0), 0, 0);
-        if (!try_to_adjust()) return;  // a summer that ends in snow may have no day for the last value
+        if (!try_to_adjust()) return;  // in a summer that ends in snow the last value may have no day
         ++done;
         for (int day = 1; day < days_of_table; ++day) {
             const std::size_t row = at(1, day);
@@ -179,7 +179,7 @@ TEST_F(WinterProperties, ASurplusNeverShowsLessCoverInTheSameSummerUpToItsLastDa
     EXPECT_GT(done, k_trials / 4);
 }
 
-TEST_F(WinterProperties, ADeficitPutsNoValueOnADayWithLessCover) {
+TEST_F(WinterProperties, ADeficitPlacesNoValueOnADayWithLessCover) {
     try_often(k_trials, [&] {
         summer(1, whole_between(2, 60));
         melting_zone(1);
@@ -192,7 +192,7 @@ TEST_F(WinterProperties, ADeficitPutsNoValueOnADayWithLessCover) {
     });
 }
 
-TEST_F(WinterProperties, TheDayThatADepthIsPutOnIsTheFirstThatReachesItFromTheOneBefore) {
+TEST_F(WinterProperties, EachDepthIsPlacedOnTheFirstDayThatReachesItFromTheDayOfTheDepthBefore) {
     try_often(k_trials, [&] {
         summer(1, whole_between(2, 60));
         melting_zone(1);

@@ -20,7 +20,7 @@ protected:
     static constexpr const char* k_head_of_page_4 =
         "11/5/2001 1:02:03 PM   NVR, Version 1.10                        Page         4";
 
-    /// A summer of four days in which all zones melt 1 a day under a full cover.
+    /// A summer of four days; all zones melt 1 a day under full cover.
     void melting_summer(int zones) {
         summer(zones, 4);
         basin.Basin_File = "/basins/hollin.mdb";
@@ -31,7 +31,7 @@ protected:
         }
     }
 
-    /// Melt, melt of new snow and rain of a zone's winter in a step.
+    /// Melt, melt of new snow, and rain of a zone's winter in a step.
     void sums(int zone, std::size_t step, double melt, double new_melt, double rain) {
         auto& of_step = run.ClimateSums.at(static_cast<std::size_t>(zone)).at(step);
         of_step[2] = static_cast<float>(melt);
@@ -39,7 +39,7 @@ protected:
         of_step[4] = static_cast<float>(new_melt);
     }
 
-    /// The lines that were written; each one has to end with CR LF.
+    /// The lines that were written; each must end with CR LF.
     [[nodiscard]] std::vector<std::string> lines() const {
         std::vector<std::string> found;
         for (std::size_t start = 0; start < report.size();) {
@@ -53,7 +53,7 @@ protected:
         return found;
     }
 
-    /// From the last line of the last zone's block on, without the blocks between.
+    /// Page heads, page breaks and "(continued)" lines in full; of each zone's block only the zone.
     [[nodiscard]] std::vector<std::string> page_lines() const {
         std::vector<std::string> found;
         for (const std::string& line : lines()) {
@@ -73,7 +73,8 @@ TEST_F(WinterReportTest, ASurplusAndADeficitLineByLine) {
     winter(1, 10, 15.5, 2, 3.5);  // change (2 - 3.5) + (15.5 - 10) = 4; gain (15.5 - 3.5) / (10 - 2) = 1.5
     sums(1, 1, 1, 0.25, 0.75);
     sums(1, 2, 2, 0.5, 1);
-    winter(2, 10, 8, 2, 3.25);  // change (2 - 3.25) + (8 - 10) = -3.25: day 4 with a melt of 4, day 3 has 3
+    winter(2, 10, 8, 2,
+           3.25);  // change (2 - 3.25) + (8 - 10) = -3.25: covered on day 4 with a melt of 4; day 3 has 3
     sums(2, 1, 1.5, 0, 0.5);
     sums(2, 2, 3, 0.125, 0.125);
     adjust();
@@ -130,7 +131,7 @@ TEST_F(WinterReportTest, ASurplusAndADeficitLineByLine) {
                                      "\f"));
 }
 
-TEST_F(WinterReportTest, ADeficitBeyondAllMeltTellsTheMeltOfTheLastDay) {
+TEST_F(WinterReportTest, ADeficitBeyondAllMeltNamesTheMeltOfTheLastDay) {
     melting_summer(1);
     winter(1, 10, 1, 0, 0.5);
     adjust();
@@ -140,7 +141,7 @@ TEST_F(WinterReportTest, ADeficitBeyondAllMeltTellsTheMeltOfTheLastDay) {
                                   "   this zone will disappear after the climate change\r\n"));
 }
 
-TEST_F(WinterReportTest, NoChangeTakesTheWordsOfADeficitWithAShiftOfZero) {
+TEST_F(WinterReportTest, NoChangeIsWordedAsADeficitWithAShiftOfZero) {
     melting_summer(1);
     adjust();
     EXPECT_THAT(report, HasSubstr("Winter Change (\x1eHW), Zone 1  = .\r\n"));
@@ -153,8 +154,8 @@ TEST_F(WinterReportTest, NoChangeTakesTheWordsOfADeficitWithAShiftOfZero) {
 
 TEST_F(WinterReportTest, ThePriorDaysMeltStartsAtZeroInEachZone) {
     melting_summer(2);
-    winter(1, 10, 7, 0, 0);  // deficit 3: day 3, with 2 on the day before
-    winter(2, 10, 9, 0, 0);  // deficit 1: day 1
+    winter(1, 10, 7, 0, 0);  // deficit 3: covered on day 3; the day before has 2
+    winter(2, 10, 9, 0, 0);  // deficit 1: covered on day 1
     adjust();
     const std::size_t second = report.find("Zone 2 \r\n");
     ASSERT_NE(second, std::string::npos);
@@ -191,14 +192,14 @@ TEST_F(WinterReportTest, AnEnglishBasinMeasuresInInches) {
     EXPECT_THAT(report, HasSubstr("\r\nUnits:             (in)\r\n"));
 }
 
-TEST_F(WinterReportTest, FourZonesFillAPageThatIsContinuedByNone) {
+TEST_F(WinterReportTest, FourZonesFillThePageAndNoOtherFollows) {
     melting_summer(4);
     adjust();
     EXPECT_THAT(page_lines(), ElementsAre("Zone 1", "Zone 2", "Zone 3", "Zone 4", k_head_of_page_1, "\f",
                                           "Climate Scenario: Warmer (continued)", k_head_of_page_2, "\f"));
 }
 
-TEST_F(WinterReportTest, AFifthZoneStandsOnAPageOfItsOwn) {
+TEST_F(WinterReportTest, AFifthZoneGetsAPageOfItsOwn) {
     melting_summer(5);
     adjust();
     EXPECT_THAT(page_lines(), ElementsAre("Zone 1", "Zone 2", "Zone 3", "Zone 4", k_head_of_page_1, "\f",
@@ -215,7 +216,7 @@ TEST_F(WinterReportTest, EightZonesFillTwoPages) {
                                           "Climate Scenario: Warmer (continued)", k_head_of_page_3, "\f"));
 }
 
-TEST_F(WinterReportTest, NineZonesStandOnThreePages) {
+TEST_F(WinterReportTest, NineZonesNeedThreePages) {
     melting_summer(9);
     adjust();
     EXPECT_THAT(page_lines(),
@@ -227,7 +228,7 @@ TEST_F(WinterReportTest, NineZonesStandOnThreePages) {
 
 TEST_F(WinterReportTest, APageEndsWithTwoEmptyLinesAndTheNextBeginsWithTheScenarioAndAnEmptyOne) {
     melting_summer(5);
-    run.ScenarioName = "Auxiliary";  // the page names the scenario that was chosen, whatever was run
+    run.ScenarioName = "Auxiliary";  // the page names the scenario that was selected, whichever was run
     adjust();
     EXPECT_THAT(report, HasSubstr("   Prior day's AZMexcl =  0 \r\n\r\n\r\n" + std::string(k_head_of_page_1) +
                                   "\r\n\f\r\n"
