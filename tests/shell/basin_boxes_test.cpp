@@ -24,7 +24,7 @@ protected:
         return box(number)->text();
     }
 
-    /// Leaves a box with a value that is refused, and looks at its colour meanwhile.
+    /// Leaves a box with a value that is refused, and checks its colour while the message is shown.
     void expect_refusal(int number, const char* value, const char* text, const char* title) {
         const std::size_t before = dialogs_.messages().size();
         QColor shown;
@@ -92,7 +92,7 @@ TEST_F(BasinBoxesTest, ATypedKeyReplacesTheSelection) {
     }
 }
 
-TEST_F(BasinBoxesTest, ASignOrPointThatTheSelectionTakesAwayMayBeTypedAnew) {
+TEST_F(BasinBoxesTest, ASignOrPointInTheSelectionMayBeTypedAgain) {
     for (const int number : {k_latitude, k_longitude}) {
         box(number)->setText(QStringLiteral("-45.5"));
         box(number)->selectAll();
@@ -150,7 +150,7 @@ TEST_F(BasinBoxesTest, ABoxThatGetsTheFocusSelectsItsWholeText) {
     }
 }
 
-TEST_F(BasinBoxesTest, AMenuOrAnotherWindowIsNoLeaving) {
+TEST_F(BasinBoxesTest, AMenuOrAnotherWindowDoesNotLeaveTheBox) {
     type(k_elevation, "99999");
     for (const Qt::FocusReason reason :
          {Qt::PopupFocusReason, Qt::MenuBarFocusReason, Qt::ActiveWindowFocusReason}) {
@@ -202,7 +202,7 @@ TEST_F(BasinBoxesTest, LongitudesHaveTheirLimits) {
 }
 
 TEST_F(BasinBoxesTest, LimitsAreComparedInSinglePrecision) {
-    // The Singles next to 90 lie 7.6E-6 apart, so 90.000001 is 90.
+    // Next to 90, Singles are 7.6E-6 apart, so 90.000001 is read as 90.
     expect_accepted(k_latitude, "90.000001");
     expect_refusal(k_latitude, "90.00001", "Latitude must be between 90° North and 90° South (-90°)",
                    "Latitude out of range");
@@ -270,7 +270,7 @@ TEST_F(BasinBoxesTest, ANameIsCutAtFiftyAndADescriptionAt255Characters) {
     EXPECT_EQ(session_.basin.basin_description.size(), 255U);
 }
 
-TEST_F(BasinBoxesTest, ASignThatIsNotTheFirstCharacterIsToldAtOnceAndEverySignIsTakenOut) {
+TEST_F(BasinBoxesTest, ASignThatIsNotTheFirstCharacterIsReportedAtOnceAndEverySignIsRemoved) {
     struct Angle {
         int number;
         const char* name;
@@ -293,12 +293,12 @@ TEST_F(BasinBoxesTest, ASignThatIsNotTheFirstCharacterIsToldAtOnceAndEverySignIs
     }
 }
 
-TEST_F(BasinBoxesTest, ASignTypedBehindTheNumberIsTakenOutWithItsMessage) {
+TEST_F(BasinBoxesTest, ASignTypedAfterTheNumberIsRemovedWithAMessage) {
     EXPECT_EQ(typed(k_latitude, "45-"), QStringLiteral("45"));
     EXPECT_EQ(last_message().title, "Invalid character");
 }
 
-TEST_F(BasinBoxesTest, AnEmptyNameIsToldAndGetsItsPlaceholder) {
+TEST_F(BasinBoxesTest, AnEmptyNameIsReportedAndReplacedByThePlaceholder) {
     box(k_name)->clear();
     leave(box(k_name));
     ASSERT_EQ(dialogs_.messages().size(), 1U);

@@ -35,7 +35,7 @@ protected:
     }
 };
 
-TEST_F(BasinStagesTest, FirstTheUnitsAreOpenAndTheZonesAreNotThereYet) {
+TEST_F(BasinStagesTest, FirstTheUnitsAreShownAndTheZonesAreNot) {
     expect_shown({.units_list = true, .zones_box = false, .zones_fixed = false, .zones_label = false});
     auto* units = find<QComboBox>("Combo1");
     ASSERT_EQ(units->count(), 2);
@@ -95,7 +95,7 @@ TEST_F(BasinStagesTest, NoToTheUnitsLeavesEverythingOpen) {
     EXPECT_EQ(session_.basin.Units_Code, Units::NotFixed);
 }
 
-TEST_F(BasinStagesTest, NoToTheUnitsTakesTheirNamesBackFromTheLabels) {
+TEST_F(BasinStagesTest, NoToTheUnitsRemovesTheirNamesFromTheLabels) {
     const QString elevation = find<QLabel>("Label1(5)")->text();
     const QString area = find<QLabel>("Label1(7)")->text();
     const QString zone_area = header(2);
@@ -236,7 +236,7 @@ TEST_F(BasinStagesTest, AnEmptiedCellHoldsZero) {
     EXPECT_EQ(session_.basin.zones[0].aspects[0].share, 0.0);
 }
 
-TEST_F(BasinStagesTest, AnEmptyCellThatIsOnlyPassedStaysEmpty) {
+TEST_F(BasinStagesTest, AnEmptyCellStaysEmptyIfTheCursorPasses) {
     choose_units(0, Answer::Yes);
     give_zones("2", Answer::Yes);
     auto* grid = find<QTableView>("vaSpread1");
@@ -278,7 +278,7 @@ TEST_F(BasinStagesTest, ASimulationIsRefusedAtEveryStageUntilTheBasinIsDefined) 
     EXPECT_TRUE(refused());
 }
 
-TEST_F(BasinStagesTest, TheFramesButtonsAndLabelsBearTheirTexts) {
+TEST_F(BasinStagesTest, TheFramesButtonsAndLabelsHaveTheirTexts) {
     EXPECT_EQ(window_->findChild<QWidget*>(QStringLiteral("Frame1(0)"))->property("title").toString(),
               QStringLiteral("Basin Definition "));
     EXPECT_EQ(window_->findChild<QWidget*>(QStringLiteral("Frame1(1)"))->property("title").toString(),

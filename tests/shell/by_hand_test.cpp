@@ -1,4 +1,4 @@
-// A basin that is typed and pasted through the windows runs to the same results as one that is imported.
+// A basin that is typed and pasted into the windows gives the same results as an imported one.
 
 #include "base/durable_file.h"
 #include "base/number_text.h"
@@ -47,7 +47,7 @@ std::vector<ResultCell> result_cells(const SimResults& results) {
     return cells;
 }
 
-/// The cells in which two results tables differ, as "field row"; a difference in size is one of its own.
+/// The cells in which two results tables differ, as "field row"; a difference in size is an entry of its own.
 std::vector<std::string> differences(const SimResults& a, const SimResults& b) {
     const auto cells_a = result_cells(a);
     const auto cells_b = result_cells(b);
@@ -112,7 +112,7 @@ protected:
     void define_basin() {
         type(0, "Ellervane by hand");
         choose_units(0, Answer::Yes);
-        // The record begins as three months; the simulation makes it longer.
+        // The record starts with three months; the simulation extends it.
         modal_.then("frmPopulate", [](QWidget& window) {
             type_over(element<QLineEdit>(window, "MaskEdBox1(0)"), QStringLiteral("10/01/1997"));
             type_over(element<QLineEdit>(window, "MaskEdBox1(1)"), QStringLiteral("12/31/1997"));
@@ -152,7 +152,7 @@ protected:
         dialogs_.then_text(k_name);
         modal_.then("SimOptions", [](QWidget& window) {
             element<QRadioButton>(window, "optTempType(0)").click();
-            // First values unlike those of the file; every one of them is pasted over later.
+            // First values that differ from those of the file; all of them are pasted over later.
             fill(window, {{1, "7"},
                           {2, "10/01/1997"},
                           {3, "09/30/1998"},
@@ -212,7 +212,7 @@ protected:
     }
 
     SimResults run_year_round() {
-        // The latitude stays blank, which the run asks about.
+        // The latitude stays blank, so the run asks about it.
         dialogs_.then(Answer::Yes);
         look_at_modal("Results", [](QWidget*) {});
         choose("mnuRunSimVar(1)");
@@ -228,7 +228,7 @@ protected:
     }
 
     LegacyFile file_ = sample();
-    std::function<void(QTableView&)> change_;  ///< what a test changes behind the pasted daily variables
+    std::function<void(QTableView&)> change_;  ///< what a test changes after the daily variables were pasted
 };
 
 TEST(ResultsComparison, ASingleBitOfAnyFieldIsFound) {
@@ -262,7 +262,7 @@ TEST_F(ByHandTest, ABasinBuiltInTheWindowsRunsToTheSameBitsAsTheImportedOne) {
     // Five zones of 365 days, 1 October 1997 to 30 September 1998.
     ASSERT_EQ(imported.size(), 5U * 365U);
     EXPECT_EQ(imported.Date.front(), file_.start);
-    // Melt, and a discharge on every day of the first zone.
+    // The run has computed a discharge up to the last day of the first zone.
     EXPECT_TRUE(std::isfinite(imported.DailyQ[364]));
     EXPECT_GT(imported.DailyQ[364], 0.0);
     EXPECT_THAT(differences(by_hand, imported), testing::IsEmpty());
@@ -278,8 +278,8 @@ TEST_F(ByHandTest, OneChangedValueOfTheDailyVariablesIsFoundInTheResults) {
     discard_for_new();
     import_sample();
     const auto found = differences(by_hand, run_year_round());
-    // What falls in zone 1 counts for the whole basin, here on the same day of zones 1 and 5 (4 · 365 rows
-    // on). Such a summer rain is in the river a day later, and not a day before.
+    // The precipitation of zone 1 counts in the whole basin, here on the same day of zones 1 and 5 (4 · 365
+    // rows later). Summer rain reaches the river a day later, and not a day before.
     EXPECT_THAT(found, testing::IsSupersetOf({"Precip 290", "Precip 1750", "DailyQ 291"}));
     EXPECT_THAT(found, testing::Not(testing::Contains("DailyQ 289")));
 }
@@ -302,7 +302,7 @@ TEST_F(ByHandTest, TheBasinBuiltInTheWindowsHoldsTheZonesAndDaysOfTheImportedOne
         EXPECT_EQ(zones[i].area, session_.basin.zones[i].area);
         EXPECT_EQ(zones[i].elevation, session_.basin.zones[i].elevation);
     }
-    // The record grew behind its first three months, so that its rows stand in another order.
+    // The record grew after its first three months, so its rows are in another order.
     const auto by_zone_and_day = [](const auto& a, const auto& b) {
         return std::pair{a.zone, a.date} < std::pair{b.zone, b.date};
     };

@@ -24,7 +24,7 @@ class ClipboardRoundTripTest : public MainWindowTest {
 protected:
     void SetUp() override { open_sample(); }
 
-    /// Works in the variables of the current simulation; all changes are dropped at the end.
+    /// Edits the variables of the current simulation; all changes are discarded at the end.
     void edit(const std::function<void(QTableView&)>& act) { open("mnuDataOptVar(1)", act); }
     void edit_parameters(const std::function<void(QTableView&)>& act) { open("mnuDataOpt(5)", act); }
 
@@ -85,7 +85,7 @@ TEST_F(ClipboardRoundTripTest, TabsAndLineEndsWithinQuotesMoveNoCell) {
         dialogs_.then(Answer::Yes);
         const auto kept = whole(grid, 0, k_runoff);
         paste_at(grid, 0, k_runoff, QStringLiteral("\"a\tb\r\nc \"\"d\"\"\"\t11\r\n12\t13\r\n"));
-        // The text is one cell, which is refused; its neighbours land where they belong.
+        // The text is one cell, which is refused; the cells next to it go where they belong.
         EXPECT_THAT(column(grid, 0, 2, k_runoff), ElementsAre(kept, "12"));
         EXPECT_THAT(column(grid, 0, 2, k_tmax), ElementsAre("11", "13"));
     });
@@ -124,7 +124,7 @@ TEST_F(ClipboardRoundTripTest, ABlockThatIsCopiedAndPastedBackElsewhereIsTheSame
         const std::string text = copied(grid);
         EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 40);
         EXPECT_EQ(std::count(text.begin(), text.end(), '\t'), 40 * 6);
-        // A spreadsheet on another system gives the same cells back with its own line ends.
+        // A spreadsheet on another system returns the same cells with its own line ends.
         paste_at(grid, 100, k_runoff, to_qt(text).replace(QLatin1Char('\n'), QStringLiteral("\r\n")));
         std::vector<std::string> after;
         for (int at = k_runoff; at <= k_precip + 1; ++at) {
@@ -135,7 +135,7 @@ TEST_F(ClipboardRoundTripTest, ABlockThatIsCopiedAndPastedBackElsewhereIsTheSame
     EXPECT_THAT(dialogs_.messages(), IsEmpty());
 }
 
-TEST_F(ClipboardRoundTripTest, DatesGoOutAndAreNotTakenBackIn) {
+TEST_F(ClipboardRoundTripTest, DatesAreCopiedButNotPasted) {
     edit([this](QTableView& grid) {
         dialogs_.then(Answer::Yes);
         select_block(grid, 0, 0, 1, 1);
@@ -192,7 +192,7 @@ TEST_F(ClipboardRoundTripTest, CommasThousandsAndUnitsAreRefusedAndCounted) {
     EXPECT_THAT(last_message().text, HasSubstr("'1,5'"));
 }
 
-TEST_F(ClipboardRoundTripTest, RowsAndColumnsBeyondTheGridAreLeftOutAndTold) {
+TEST_F(ClipboardRoundTripTest, RowsAndColumnsBeyondTheGridAreLeftOutAndReported) {
     edit([this](QTableView& grid) {
         dialogs_.then(Answer::Yes);
         const int last_row = grid.model()->rowCount() - 1;

@@ -20,10 +20,10 @@
 namespace nivora {
 namespace {
 
-/// The boxes of the desktop, looked at while they show.
+/// The boxes of the desktop, inspected while they are shown.
 class DesktopDialogsTest : public testing::Test {
 protected:
-    /// Does something with the box of a kind once it shows.
+    /// Runs an action on the box of a type once it is shown.
     template <typename Box, typename Look>
     void when_shown(Look look) {
         QTimer::singleShot(0, qApp, [this, look] {
@@ -61,7 +61,7 @@ TEST_F(DesktopDialogsTest, ABoxHasItsTextTitleIconAndButtons) {
               Answer::Ok);
 }
 
-TEST_F(DesktopDialogsTest, ABoxWithoutATitleBearsTheProgramsName) {
+TEST_F(DesktopDialogsTest, ABoxWithoutATitleHasTheProgramsName) {
     when_shown<QMessageBox>([](QMessageBox* box) {
         EXPECT_EQ(box->windowTitle(), QStringLiteral("Nivora"));
         EXPECT_EQ(box->icon(), QMessageBox::NoIcon);
@@ -104,7 +104,7 @@ TEST_F(DesktopDialogsTest, TheFirstButtonIsTheDefaultUnlessAnotherIsNamed) {
         Answer::No);
 }
 
-TEST_F(DesktopDialogsTest, ABoxThatIsClosedRefuses) {
+TEST_F(DesktopDialogsTest, ClosingABoxRefuses) {
     when_shown<QMessageBox>([](QMessageBox* box) { box->reject(); });
     EXPECT_EQ(dialogs_.message({.text = "text", .buttons = Buttons::YesNoCancel}), Answer::Cancel);
 }
@@ -180,8 +180,8 @@ TEST_F(DesktopDialogsTest, AllFilesShowsANameWithoutAPoint) {
               std::nullopt);
 }
 
-// A title bar has a picture and three buttons, each as wide as the bar is high, beside its bold text. Without
-// more ado a box leaves 50 points for them.
+// A title bar has an icon and three buttons, each as wide as the bar is high, beside its bold text. By itself
+// a box leaves only 50 pixels for them.
 TEST_F(DesktopDialogsTest, ABoxHasRoomForItsTitleBesideTheButtonsOfTheTitleBar) {
     const std::string title = "The title of this box says much more than the box itself does";
     when_shown<QMessageBox>([&](QMessageBox* box) {
@@ -205,7 +205,7 @@ TEST_F(DesktopDialogsTest, AFileToOpenMustExist) {
     EXPECT_EQ(dialogs_.file({.title = "Open a NVR database", .folder = "/tmp"}), std::nullopt);
 }
 
-TEST_F(DesktopDialogsTest, TheBusyPointerGoesAwayUnderAQuestionAndComesBack) {
+TEST_F(DesktopDialogsTest, TheBusyPointerIsSuspendedDuringAQuestion) {
     const BusyPointer busy;
     const BusyPointer busy_below;
     when_shown<QMessageBox>([](QMessageBox* box) {

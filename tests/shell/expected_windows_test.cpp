@@ -1,4 +1,4 @@
-// What tests of windows rely on: that an unexpected window is noticed, and one that does not come.
+// What window tests rely on: an unexpected window is reported, and so is an expected one that does not open.
 #include "tests/support/expected_windows.h"
 
 #include <gmock/gmock.h>
@@ -22,7 +22,7 @@ protected:
     ExpectedWindows windows_;
 };
 
-TEST_F(ExpectedWindowsTest, EachIsActedInInItsTurn) {
+TEST_F(ExpectedWindowsTest, EachWindowIsHandledInItsTurn) {
     std::vector<std::string> seen;
     const auto note = [&seen](QWidget& window) {
         seen.push_back(window.objectName().toStdString());
@@ -37,7 +37,7 @@ TEST_F(ExpectedWindowsTest, EachIsActedInInItsTurn) {
     EXPECT_THAT(windows_.complaints(), IsEmpty());
 }
 
-TEST_F(ExpectedWindowsTest, OneWithinAnotherIsActedInFirst) {
+TEST_F(ExpectedWindowsTest, AWindowWithinAnotherIsHandledFirst) {
     std::vector<std::string> ended;
     windows_
         .then("outer",
@@ -55,7 +55,7 @@ TEST_F(ExpectedWindowsTest, OneWithinAnotherIsActedInFirst) {
     EXPECT_THAT(windows_.complaints(), IsEmpty());
 }
 
-TEST_F(ExpectedWindowsTest, AWindowThatNobodyExpectsIsComplainedOfAndClosed) {
+TEST_F(ExpectedWindowsTest, AnUnexpectedWindowIsReportedAndClosed) {
     open("surprise");
     EXPECT_THAT(windows_.complaints(), ElementsAre("not expected: surprise"));
 }
@@ -67,13 +67,13 @@ TEST_F(ExpectedWindowsTest, AWindowOutOfTurnLeavesTheExpectedOneOpen) {
     EXPECT_EQ(windows_.left(), 1U);
 }
 
-TEST_F(ExpectedWindowsTest, AWindowThatStaysOpenIsComplainedOfAndClosed) {
+TEST_F(ExpectedWindowsTest, AWindowThatStaysOpenIsReportedAndClosed) {
     windows_.then("lazy", [](QWidget&) {});
     open("lazy");
     EXPECT_THAT(windows_.complaints(), ElementsAre("still open: lazy"));
 }
 
-TEST_F(ExpectedWindowsTest, AnElementThatIsMissingIsComplainedOf) {
+TEST_F(ExpectedWindowsTest, AMissingElementIsReported) {
     windows_.then("poor", [](QWidget& window) {
         window.close();
         throw std::logic_error("there is no button");
@@ -82,7 +82,7 @@ TEST_F(ExpectedWindowsTest, AnElementThatIsMissingIsComplainedOf) {
     EXPECT_THAT(windows_.complaints(), ElementsAre("there is no button"));
 }
 
-TEST_F(ExpectedWindowsTest, AWindowThatStopsNobodyMayOpen) {
+TEST_F(ExpectedWindowsTest, AWindowThatIsNotModalMayOpen) {
     QWidget window;
     window.show();
     QTest::qWait(1);

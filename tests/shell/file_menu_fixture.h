@@ -38,7 +38,7 @@ protected:
         session_.basin.Input_Changed = flags.Input_Changed;
         session_.basin.Output_Valid = flags.Output_Valid;
     }
-    /// Each setting of the three flags that a user's work raises, with Basin_Changed as given.
+    /// Each combination of the three flags that a user's work sets, with Basin_Changed as given.
     [[nodiscard]] static std::vector<Flags> worked(bool changed) {
         std::vector<Flags> all;
         for (const bool input : {false, true}) {

@@ -5,7 +5,7 @@ namespace {
 
 TEST_F(FileMenuTest, TheProgramStartsWithAFreshBasinWithoutMarks) { EXPECT_EQ(flags(), k_fresh); }
 
-TEST_F(FileMenuTest, NewAsksNothingWhereNothingChangedAndLeavesNoMark) {
+TEST_F(FileMenuTest, NewAsksNothingIfNothingChangedAndLeavesNoMark) {
     const fs::path file = open_sample();
     for (const Flags& before : worked(false)) {
         set(before);
@@ -110,7 +110,7 @@ TEST_F(FileMenuTest, ReservedNamesAreRefusedWhenOpeningAndNothingChanges) {
     EXPECT_EQ(flags(), k_opened);
 }
 
-TEST_F(FileMenuTest, AFileThatIsNoBasinEndsInItsBoxAndAFreshBasinAndStaysAsItIs) {
+TEST_F(FileMenuTest, AFileThatIsNotABasinIsRefusedAndAFreshBasinOpens) {
     const fs::path good = open_sample();
     const std::string whole = file_bytes(good);
     for (const std::string& content : {std::string{}, std::string{"no database"}, whole.substr(0, 600),
@@ -156,7 +156,7 @@ TEST_F(FileMenuTest, ARecentEntryOpensAndMovesToTheTop) {
     EXPECT_TRUE(dialogs_.messages().empty());
 }
 
-TEST_F(FileMenuTest, ARecentEntryThatIsGoneIsToldAfterTheSaveQuestion) {
+TEST_F(FileMenuTest, AMissingRecentFileIsReportedAfterTheSaveQuestion) {
     const fs::path file = open_sample();
     session_.settings.recent_files = {path_text(user_ / "gone.mdb")};
     session_.desktop.refresh_main_window();

@@ -98,7 +98,7 @@ TEST_F(FileSaveTest, ACancelledSaveAsKeepsTheMarksAndTheName) {
     EXPECT_EQ(session_.basin.Basin_File, file);
 }
 
-TEST_F(FileSaveTest, SaveAsOverAnExistingFileAsksAndNoComesBackToTheQuestion) {
+TEST_F(FileSaveTest, SaveAsOverAnExistingFileAsksAndNoReturnsToTheFileDialog) {
     open_sample();
     const fs::path taken = user_.write("taken.mdb", "precious");
     dialogs_.then_file(taken).then(Answer::No).then_file(std::nullopt);

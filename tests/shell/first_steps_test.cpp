@@ -1,4 +1,4 @@
-// What the first pages of the help tell a new user to choose is there to be chosen.
+// The menu entries that the first pages of the help tell a new user to choose exist.
 
 #include "session/help_texts.h"
 #include "tests/shell/main_window_fixture.h"
@@ -15,7 +15,7 @@ namespace {
 
 class FirstStepsTest : public MainWindowTest {
 protected:
-    /// The page for the first hour, and the numbered way from a new basin to a result.
+    /// The page for the first hour, and the numbered steps from a new basin to a result.
     [[nodiscard]] QStringList pages() const {
         const QString main = to_qt(Help_Text(program_.path(), 0));
         const auto begin = main.indexOf(QStringLiteral("FROM A NEW BASIN TO A RESULT"));
@@ -27,7 +27,8 @@ protected:
     [[nodiscard]] static QString plain(const QAction* action) {
         return action->text().remove(QLatin1Char('&')).remove(QStringLiteral(" ..."));
     }
-    /// Whether a text begins with an entry of a menu; what follows a comma has to be one of its own menu.
+    /// Whether a text begins with an entry of a menu; if a comma follows,
+    /// an entry of its submenu must come next.
     [[nodiscard]] static bool leads_to_an_entry(const QMenu* menu, const QString& text) {
         for (const QAction* entry : menu->actions()) {
             const QString caption = plain(entry);
@@ -41,7 +42,7 @@ protected:
     }
 };
 
-TEST_F(FirstStepsTest, EveryEntryThatTheyNameStandsInItsMenu) {
+TEST_F(FirstStepsTest, EveryEntryThatTheyNameIsInItsMenu) {
     int mentions = 0;
     for (const QString& page : pages()) {
         for (const QAction* action : window_->menuBar()->actions()) {
@@ -58,7 +59,7 @@ TEST_F(FirstStepsTest, EveryEntryThatTheyNameStandsInItsMenu) {
     EXPECT_GT(mentions, 8);
 }
 
-TEST_F(FirstStepsTest, TheyLeadIntoNoMenuWithoutEntries) {
+TEST_F(FirstStepsTest, TheyLeadToNoEmptyMenu) {
     int empty_menus = 0;
     for (const QAction* action : window_->menuBar()->actions()) {
         if (action->isSeparator() || (action->menu() != nullptr && !action->menu()->isEmpty())) continue;

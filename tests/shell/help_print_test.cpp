@@ -53,7 +53,7 @@ TEST_F(HelpPrintTest, ALongTopicHasAllItsWordsOnItsPages) {
         for (std::string word; reader >> word;) ++count;
         return count;
     };
-    // On each page stand "Help for Nivora Main Window" and "Page 1 of 3".
+    // Each page adds nine words: "Help for Nivora Main Window" and "Page 1 of 3".
     EXPECT_EQ(words(printed), words(shown()) + 9 * static_cast<int>(job.pages.size()));
 }
 

@@ -14,7 +14,7 @@ namespace {
 
 class HelpRulesTest : public MainWindowTest {
 protected:
-    /// The help window that the program shows, if it does.
+    /// The help window of the program, if it is shown.
     static QWidget* shown_help() {
         for (QWidget* top : QApplication::topLevelWidgets()) {
             if (top->objectName() == QStringLiteral("frmNVRHelp") && top->isVisible()) return top;
@@ -95,7 +95,7 @@ TEST_F(HelpRulesTest, CopyTakesTheSelectionWithItsLinesAndEndsIt) {
     EXPECT_FALSE(text->textCursor().hasSelection());
 }
 
-TEST_F(HelpRulesTest, ThePageIsShownAsItStandsAlsoWhereItLooksLikeMarkup) {
+TEST_F(HelpRulesTest, ThePageIsShownUnchangedEvenIfItLooksLikeMarkup) {
     program_.write("NIVORAHelp.txt", "[STRING8]a < b & c > d <b>bold</b>[/STRING8]");
     frmNVRHelp help(WindowContext{session_, quick_help_, program_.path(), printing_});
     help.show_topic(8);
@@ -127,7 +127,7 @@ TEST_F(HelpRulesTest, TheHelpWindowIsOneAndStaysUntilItIsClosed) {
     EXPECT_EQ(help_windows(), 1);
 }
 
-TEST_F(HelpRulesTest, TheWelcomeWindowBearsItsTexts) {
+TEST_F(HelpRulesTest, TheWelcomeWindowHasItsTexts) {
     frmSplash splash(session_, true);
     EXPECT_EQ(splash.windowTitle(), QStringLiteral("Welcome to NVR for Windows"));
     const QStringList texts = label_texts(splash);

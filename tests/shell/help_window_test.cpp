@@ -49,7 +49,7 @@ TEST_F(HelpWindowTest, ATopicAfterTheManualsLinkIsPlainTextAgain) {
     EXPECT_FALSE(QTextCursor(text_->document()).charFormat().fontUnderline());
 }
 
-/// A folder with an asker that knows no program for any document.
+/// A desktop whose tool finds no program for any document.
 class ManualWithoutProgramTest : public HelpWindowTest {
 protected:
     ManualWithoutProgramTest() {
@@ -65,7 +65,7 @@ protected:
         program_.write("Hollin Flow Model (Nivora) Users Manual.pdf", "%PDF-1.4");
 };
 
-TEST_F(ManualWithoutProgramTest, ItsPathIsToldAndCopiedOnAClick) {
+TEST_F(ManualWithoutProgramTest, ItsPathIsShownAndCopiedOnAClick) {
     dialogs_.then(Answer::Yes);
     help_.findChild<QAction*>(QStringLiteral("mnuHlpItm(19)"))->trigger();
     EXPECT_EQ(last_message().title, "Unable to access the Nivora Users Manual");
@@ -76,13 +76,13 @@ TEST_F(ManualWithoutProgramTest, ItsPathIsToldAndCopiedOnAClick) {
     EXPECT_EQ(QApplication::clipboard()->text().toStdString(), manual_.string());
 }
 
-TEST_F(ManualWithoutProgramTest, NoLeavesTheClipboard) {
+TEST_F(ManualWithoutProgramTest, NoDoesNotChangeTheClipboard) {
     dialogs_.then(Answer::No);
     help_.findChild<QAction*>(QStringLiteral("mnuHlpItm(19)"))->trigger();
     EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("before"));
 }
 
-TEST_F(HelpWindowTest, AManualThatIsNotThereIsToldWithBothReasons) {
+TEST_F(HelpWindowTest, AMissingManualIsReportedWithBothReasons) {
     help_.findChild<QAction*>(QStringLiteral("mnuHlpItm(19)"))->trigger();
     EXPECT_EQ(last_message().title, "Unable to access the Nivora Users Manual");
     EXPECT_EQ(last_message().text,
@@ -115,7 +115,7 @@ TEST_F(HelpWindowTest, TheWelcomeWindowKeepsTheOppositeOfItsBox) {
     EXPECT_FALSE(session_.settings.show_splash);
 }
 
-TEST_F(HelpWindowTest, TheWelcomeWindowLeavesTheProgramAtItsStartOnly) {
+TEST_F(HelpWindowTest, TheWelcomeWindowEndsTheProgramAtItsStartOnly) {
     frmSplash at_start(session_, true);
     at_start.findChild<QPushButton*>(QStringLiteral("Command1(2)"))->click();
     EXPECT_TRUE(at_start.leaves());
@@ -129,7 +129,7 @@ TEST_F(HelpWindowTest, TheWelcomeWindowLeavesTheProgramAtItsStartOnly) {
     EXPECT_FALSE(start.leaves());
 }
 
-TEST_F(HelpWindowTest, TheAboutWindowTellsWhatTheProgramIs) {
+TEST_F(HelpWindowTest, TheAboutWindowSaysWhatTheProgramIs) {
     const frmAbout about;
     EXPECT_EQ(about.windowTitle(), QStringLiteral("About the Hollin Flow Model for Windows"));
     QStringList texts;

@@ -1,4 +1,4 @@
-// Legacy files that can't be read: one message that says where, and a basin as it was.
+// Legacy files that can't be read: one message that says where, and an unchanged basin.
 #include "base/durable_file.h"
 #include "tests/shell/import_window_fixture.h"
 
@@ -23,7 +23,7 @@ protected:
         EXPECT_THAT(last_message().text, HasSubstr(where));
         EXPECT_TRUE(dialogs_.inputs().size() == inputs_) << "no name is asked for";
     }
-    /// Into a fresh basin, and into one that has a simulation.
+    /// Imports into a fresh basin, and into one that has a simulation.
     void expect_refused_everywhere(const LegacyParts& parts, const std::string& where) {
         expect_refused(legacy(parts), where);
         import_first();
@@ -39,7 +39,7 @@ TEST_F(ImportDamageTest, AMessageNamesFileLineAndSection) {
     parts.section(LegacySection::Tavg) = "366*8,12,x1,366*2/";
     const auto file = legacy(parts);
     expect_refused(file, "'x1' is not a number");
-    // Section 4 stands on line 40.
+    // Section 4 is on line 40.
     EXPECT_THAT(last_message().text,
                 AllOf(StartsWith("The file '" + path_text(file) + "' can't be read as a legacy data file. "),
                       HasSubstr("Line 40, daily section 4 (Tavg): "), EndsWith("The basin is unchanged.")));
@@ -93,10 +93,10 @@ TEST_F(ImportDamageTest, AMissingLastSlashIsRefused) {
     expect_refused_everywhere(parts, "daily section 13 (RCA): the file ends before the '/'");
 }
 
-TEST_F(ImportDamageTest, AFileCutAtAByteIsRefusedWhereverThatIs) {
+TEST_F(ImportDamageTest, AFileThatIsCutOffIsRefusedWhereverThatIs) {
     const std::string text = LegacyParts{}.text();
-    // Up to the last "/", without which the last section has no end. Steps of seven meet every line and many
-    // places within one.
+    // Without its last "/" the last section has no end.
+    // Steps of seven reach every line and many places within a line.
     for (std::size_t length = 0; length + 2 < text.size(); length += 7) {
         SCOPED_TRACE(length);
         expect_refused(user_.write("alder.NVR", text.substr(0, length)), "Line ");
@@ -118,13 +118,13 @@ TEST_F(ImportDamageTest, BinaryFilesAreRefused) {
     expect_refused(user_.write("alder.NVR", std::string(300, '\0')), "Line 1, header item 1: ");
 }
 
-TEST_F(ImportDamageTest, AMissingFileAndAFolderAreTold) {
+TEST_F(ImportDamageTest, AMissingFileAndAFolderAreReported) {
     expect_refused(user_ / "nowhere.NVR", "nowhere.NVR");
     std::filesystem::create_directory(user_ / "folder.NVR");
     expect_refused(user_ / "folder.NVR", "folder.NVR");
 }
 
-TEST_F(ImportDamageTest, AFileThatWasPutRightIsImportedAfterwards) {
+TEST_F(ImportDamageTest, AFileThatWasRepairedIsImportedAfterwards) {
     LegacyParts parts;
     parts.section(LegacySection::Tavg) = "x/";
     expect_refused(legacy(parts), "daily section 4 (Tavg)");

@@ -19,7 +19,7 @@ public:
         return user_.write(name, parts.text());
     }
 
-    /// Chooses Import and this file. What is asked behind that stands in the script already.
+    /// Chooses Import and this file. The answers to the questions that follow are already in the script.
     void import(const std::filesystem::path& file) {
         dialogs_.then_file(file);
         for (Step& step : steps_) step(dialogs_);
@@ -35,7 +35,7 @@ public:
         return *this;
     }
 
-    /// Looks at the definition and leaves it by a button: 0 accepts, 1 cancels.
+    /// Inspects the definition window and closes it by a button: 0 accepts, 1 cancels.
     void leave_definition(
         int button, std::function<void(QWidget&)> look = [](QWidget&) {}) {
         modal_.then("SimOptions", [button, look](QWidget& window) {
@@ -44,7 +44,7 @@ public:
         });
     }
 
-    /// The first simulation of a basin, accepted.
+    /// Imports the first simulation of a basin and accepts it.
     void import_first(const LegacyParts& parts = {}) {
         leave_definition(0);
         name("first").import(legacy(parts));
@@ -65,7 +65,8 @@ public:
         return from_qt(model->index(zone - 1, column - 1).data().toString());
     }
 
-    /// The rows of a query on the working file, read past the store, the fields of a row joined by blanks.
+    /// The rows of a query on the working file, read without the store;
+    /// the fields of a row are joined by blanks.
     [[nodiscard]] std::vector<std::string> rows(const std::string& query) const {
         SQLite::Database raw{session_.basin.Work_File.string(), SQLite::OPEN_READONLY};
         SQLite::Statement statement{raw, query};
@@ -80,7 +81,7 @@ public:
         return texts;
     }
 
-    /// All that the working file holds, table after table.
+    /// The whole content of the working file, table by table.
     [[nodiscard]] std::vector<std::string> contents() const {
         std::vector<std::string> all = rows("SELECT type, name, sql FROM sqlite_master ORDER BY type, name");
         for (const std::string& table :
@@ -92,7 +93,7 @@ public:
         return all;
     }
 
-    /// The state of the basin that an import without an effect leaves alone.
+    /// The state of the basin that an import without effect does not change.
     [[nodiscard]] std::vector<std::string> state() const {
         const BasinState& basin = session_.basin;
         std::vector<std::string> all{std::to_string(basin.New_Basin),
@@ -115,7 +116,7 @@ public:
         return all;
     }
 
-    /// Imports a file that ends without a definition, and expects that nothing became of it.
+    /// Imports a file that leads to no definition, and expects that nothing has changed.
     void expect_nothing_from(const std::filesystem::path& file) {
         const auto before = contents();
         const auto state_before = state();

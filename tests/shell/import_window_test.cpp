@@ -1,4 +1,4 @@
-// What an import through the File menu brings into a basin, and what it asks.
+// What an import through the File menu changes in a basin, and what it asks.
 #include "tests/shell/import_window_fixture.h"
 
 #include <QCheckBox>
@@ -97,7 +97,7 @@ TEST_F(ImportWindowTest, TheDefinitionShowsWhatTheFileHolds) {
     // rain coefficients, contributing area, lag, x and y of zone 1 on the first day.
     EXPECT_THAT(texts, ElementsAre("", "04/01/1996", "04/03/1996", "", "5", "0.4", "1", "0.65", "0.9", "0.7",
                                    "1", "18", "0.9", "0.05"));
-    // The values are those of the file; no stored first day is shown.
+    // The values come from the file, not from a stored first day.
     EXPECT_THAT(captions, testing::Not(testing::Contains(HasSubstr("(Zone 1, Day 1)"))));
 }
 
@@ -200,7 +200,7 @@ TEST_F(ImportWindowTest, AnotherNumberOfZonesIsRefused) {
     EXPECT_EQ(last_message().icon, Icon::Stop);
 }
 
-/// A second file for the basin of the first: other zones, and two of the first file's days with two more.
+/// A second file for the basin of the first: other zones, two of the first file's days, and two new ones.
 LegacyParts later_days() {
     LegacyParts parts;
     parts.start = "0402";

@@ -1,4 +1,4 @@
-// What of selection, active cell and scroll position the grids of the main window keep.
+// What the grids of the main window keep of selection, active cell and scroll position.
 #include "tests/shell/simulation_fixture.h"
 
 #include <QHeaderView>
@@ -11,7 +11,7 @@ namespace {
 class KeptSelectionTest : public SimulationWindowTest {
 protected:
     GridView* zones() { return find<GridView>("vaSpread1"); }
-    /// Selects areas and elevations of the zones 2 to 4, and scrolls to the last column.
+    /// Selects area and elevation of the zones 2 to 4, and scrolls to the last column.
     void select_zones() {
         window_->resize(700, 600);
         settle();
@@ -91,7 +91,7 @@ TEST_F(KeptSelectionTest, ADeletedSimulationIsARowRemoved) {
     expect_block({1, 1, 3, 2});
 }
 
-TEST_F(KeptSelectionTest, ABasinWithMoreZonesThanItShowsIsNotAskedForThem) {
+TEST_F(KeptSelectionTest, RowsBeyondTheZonesOfTheBasinAreEmptyUntilARefresh) {
     session_.basin.zones.resize(2);
     EXPECT_EQ(zones()->model()->rowCount(), 5) << "as long as it is not refreshed";
     EXPECT_EQ(zones()->model()->index(4, 1).data().toString(), QString{});
@@ -99,7 +99,7 @@ TEST_F(KeptSelectionTest, ABasinWithMoreZonesThanItShowsIsNotAskedForThem) {
     EXPECT_EQ(zones()->model()->rowCount(), 2);
 }
 
-TEST_F(KeptSelectionTest, AnotherBasinIsShownAnew) {
+TEST_F(KeptSelectionTest, AnotherBasinResetsTheGrids) {
     select_zones();
     const QSignalSpy zone_resets(zones()->model(), &QAbstractItemModel::modelReset);
     const QSignalSpy simulation_resets(grid()->model(), &QAbstractItemModel::modelReset);

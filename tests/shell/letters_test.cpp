@@ -1,5 +1,5 @@
-// The letters of all windows: with Alt each leads to one place alone, but for the two entries of the main
-// window's bar whose captions are given.
+// The mnemonic letters of all windows: with Alt, each leads to one place only, except for Run and Reports in
+// the menu bar of the main window, which share theirs.
 
 #include "shell/frmAbout.h"
 #include "shell/frmNVRHelp.h"
@@ -28,7 +28,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// The letter of a caption, or nothing.
+/// The mnemonic letter of a caption; empty if it has none.
 std::string letter_of(const QString& caption) {
     const QKeySequence keys = QKeySequence::mnemonic(caption);
     return keys.isEmpty() ? std::string{} : keys.toString().right(1).toStdString();
@@ -43,8 +43,8 @@ std::vector<std::string> letters_of(const QList<QAction*>& entries) {
     return letters;
 }
 
-/// The letters of a window that work with Alt: those of its menu bar, of its buttons and boxes, and of labels
-/// that belong to a box. In the order of the alphabet.
+/// The letters of a window that work with Alt, in alphabetical order: those of its menu bar, of its buttons
+/// and boxes, and of labels that belong to a box.
 std::vector<std::string> letters(const QWidget& window) {
     std::vector<std::string> found;
     if (const auto* bar = window.findChild<QMenuBar*>()) found = letters_of(bar->actions());
@@ -61,7 +61,7 @@ std::vector<std::string> letters(const QWidget& window) {
     return found;
 }
 
-/// The letters of a list that stand in it more than once.
+/// The letters that appear more than once in a list.
 std::vector<std::string> shared(std::vector<std::string> letters) {
     std::sort(letters.begin(), letters.end());
     std::vector<std::string> twice;
@@ -75,18 +75,18 @@ class LettersTest : public MainWindowTest {
 protected:
     [[nodiscard]] WindowContext context() { return {session_, quick_help_, program_.path(), printing_}; }
 
-    /// No menu of a window has a letter twice.
+    /// Expects that no menu of a window uses a letter twice.
     static void expect_clear_menus(const QWidget& window) {
         const auto* bar = window.findChild<QMenuBar*>();
         for (const auto* menu : window.findChildren<QMenu*>()) {
-            // What the bar itself makes for entries that it has no room for.
+            // The bar itself makes a menu for entries that it has no room for.
             if (menu->isEmpty() || bar->actions().contains(menu->actions().front())) continue;
             EXPECT_THAT(shared(letters_of(menu->actions())), IsEmpty()) << menu->title().toStdString();
         }
     }
 };
 
-TEST_F(LettersTest, OfTheMainWindowOnlyTheGivenRunAndReportsShareOne) {
+TEST_F(LettersTest, OfTheMainWindowOnlyRunAndReportsShareOne) {
     // Add, Delete, Edit Simulation; File, Graphics, Help, Edit, Tools, Options, Run, Reports, Data
     EXPECT_THAT(letters(*window_), ElementsAre("A", "D", "E", "F", "G", "H", "I", "L", "O", "R", "R", "T"));
     expect_clear_menus(*window_);

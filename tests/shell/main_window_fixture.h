@@ -1,4 +1,4 @@
-// A main window on a program folder of its own, with a script for every box.
+// A main window in a program folder of its own, with a script for every box.
 #pragma once
 
 #include "tests/support/expected_windows.h"
@@ -16,7 +16,7 @@
 
 namespace nivora {
 
-/// A test of windows offscreen, where nothing but the event loop has to be waited for.
+/// A test of offscreen windows, which has to wait for the event loop only.
 class OffscreenTest : public testing::Test {
 protected:
     static void settle() { QTest::qWait(1); }
@@ -62,8 +62,8 @@ protected:
         leave(units);
     }
 
-    /// Gives a basin whose units are fixed its number of zones and answers the question; the window that asks
-    /// for the period of the daily data is closed.
+    /// Enters the number of zones of a basin whose units are fixed and answers the question; closes the
+    /// window that asks for the period of the daily data.
     void give_zones(const char* number, Answer answer) {
         type(1, number);
         dialogs_.then(answer);
@@ -75,7 +75,7 @@ protected:
         return widget->palette().color(QPalette::Base);
     }
 
-    /// Expects a window, does something with it once it is shown, and closes it.
+    /// Expects a window, inspects it once it is shown, and closes it.
     template <typename Look>
     void look_at_modal(const char* name, Look look) {
         modal_.then(name, [this, look](QWidget& window) {

@@ -93,7 +93,7 @@ TEST_F(MainWindowTest, KeysThatABoxDoesNotTakeNeverReachIt) {
     EXPECT_EQ(box(3)->text(), QStringLiteral("-45.55"));
 }
 
-TEST_F(MainWindowTest, AMinusSignInTheMiddleOfALatitudeIsTakenOut) {
+TEST_F(MainWindowTest, AMinusSignInTheMiddleOfALatitudeIsRemoved) {
     box(3)->setText(QStringLiteral("4-5"));
     EXPECT_EQ(last_message().title, "Invalid character");
     EXPECT_EQ(box(3)->text(), QStringLiteral("45"));
@@ -184,7 +184,7 @@ TEST_F(MainWindowTest, ARefusedForecastRunsNothing) {
     EXPECT_FALSE(session_.basin.Output_Valid);
 }
 
-TEST_F(MainWindowTest, OpeningTheRunMenuTellsOfAMissingReferenceElevation) {
+TEST_F(MainWindowTest, OpeningTheRunMenuReportsAMissingReferenceElevation) {
     open_sample();
     box(2)->clear();
     emit find<QMenu>("mnuRun")->aboutToShow();
@@ -192,7 +192,7 @@ TEST_F(MainWindowTest, OpeningTheRunMenuTellsOfAMissingReferenceElevation) {
     EXPECT_EQ(last_message().text, "Please provide a basin reference elevation before continuing");
 }
 
-TEST_F(MainWindowTest, OpeningTheRunMenuTellsOfZonesInTheWrongOrder) {
+TEST_F(MainWindowTest, OpeningTheRunMenuReportsZonesInTheWrongOrder) {
     open_sample();
     auto* zones = find<QTableView>("vaSpread1")->model();
     zones->setData(zones->index(2, 2), QStringLiteral("100"));
@@ -268,7 +268,7 @@ TEST_F(MainWindowTest, EveryBoxAndGridHasItsHelpLine) {
     }
 }
 
-TEST_F(MainWindowTest, AWindowThatIsGoneIsNotCalledAnyMore) {
+TEST_F(MainWindowTest, ADestroyedWindowIsNotCalled) {
     window_.reset();
     session_.desktop.refresh_main_window();
     session_.desktop.show_help_topic(0);

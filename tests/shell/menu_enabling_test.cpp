@@ -8,7 +8,7 @@ namespace {
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 
-/// The entries whose state follows the basin, in the order of the bar.
+/// The entries whose state depends on the basin, in the order of the menu bar.
 constexpr std::array k_watched{"mnuFileItem(4)",  "mnuFileItem(5)",   "mnuDataOpt(0)",    "mnuDataOpt(2)",
                                "mnuDataOpt(4)",   "mnuDataOptVar(0)", "mnuDataOptVar(1)", "mnuDataOpt(5)",
                                "mnuDataOpt(7)",   "mnuRun",           "mnuRunSim",        "mnuRunSimVar(0)",
@@ -18,7 +18,7 @@ constexpr std::array k_watched{"mnuFileItem(4)",  "mnuFileItem(5)",   "mnuDataOp
 
 class MenuEnablingTest : public MainWindowTest {
 protected:
-    /// What can't be chosen now.
+    /// The entries that are disabled at present.
     std::vector<std::string> off() {
         std::vector<std::string> names;
         for (const char* name : k_watched) {
@@ -146,7 +146,7 @@ TEST_F(MenuEnablingTest, OpeningAfterNewTurnsSaveAsOnAgain) {
     EXPECT_THAT(off(), ElementsAre("mnuDataOpt(7)"));
 }
 
-TEST_F(MenuEnablingTest, SaveLeavesOnWhatWasOn) {
+TEST_F(MenuEnablingTest, SaveKeepsEnabledEntriesEnabled) {
     open_sample();
     select_row(1);
     type(4, "changed");

@@ -11,7 +11,7 @@ using testing::ElementsAre;
 
 constexpr const char* k_line = "--";
 
-/// The captions of a menu from top to bottom, "--" for a line.
+/// The captions of a menu from top to bottom, "--" for a separator.
 std::vector<std::string> captions(const QWidget* menu) {
     std::vector<std::string> texts;
     for (const QAction* action : menu->actions())
@@ -32,7 +32,7 @@ protected:
     }
 };
 
-TEST_F(MenuTableTest, TheBarStandsInItsOrder) {
+TEST_F(MenuTableTest, TheBarHasItsMenusInOrder) {
     EXPECT_THAT(names(window_->menuBar()),
                 ElementsAre("mnuFile", "mnuEdit", "mnuOpt", "mnuData", "mnuRun", "mnuTools", "mnuWinGraphics",
                             "mnuReports", "", "mnuHelp"));
@@ -41,7 +41,7 @@ TEST_F(MenuTableTest, TheBarStandsInItsOrder) {
                             k_line, "&Help"));
 }
 
-TEST_F(MenuTableTest, TheHelpMenuStandsAtTheRightEndOfTheBar) {
+TEST_F(MenuTableTest, TheHelpMenuIsAtTheRightEndOfTheBar) {
     QMenuBar* bar = window_->menuBar();
     const QRect help = bar->actionGeometry(find<QAction>("mnuHelp"));
     const QRect reports = bar->actionGeometry(find<QAction>("mnuReports"));
@@ -49,7 +49,7 @@ TEST_F(MenuTableTest, TheHelpMenuStandsAtTheRightEndOfTheBar) {
     EXPECT_GT(help.left(), reports.right() + 100);
 }
 
-TEST_F(MenuTableTest, PicturesStandBesideOpenSaveAndPageSetup) {
+TEST_F(MenuTableTest, OpenSaveAndPageSetupHavePictures) {
     for (int item = 0; item <= 9; ++item) {
         const bool picture = item == 1 || item == 4 || item == 7;
         const auto* entry = find<QAction>(("mnuFileItem(" + std::to_string(item) + ")").c_str());
@@ -170,7 +170,7 @@ TEST_F(MenuTableTest, ClearingTheRecentFilesHidesThemWithTheirLineAtOnce) {
     EXPECT_TRUE(session_.settings.recent_files.empty());
 }
 
-TEST_F(MenuTableTest, AnAmpersandInARecentNameIsShownAndIsNoAccelerator) {
+TEST_F(MenuTableTest, AnAmpersandInARecentNameIsShownAndIsNotAnAccelerator) {
     session_.settings.recent_files = {"/data/snow & ice.mdb"};
     session_.desktop.refresh_main_window();
     EXPECT_EQ(find<QAction>("mnuFileArray(1)")->text(), QStringLiteral("/data/snow && ice.mdb"));

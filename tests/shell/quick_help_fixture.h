@@ -1,4 +1,4 @@
-// A walk over everything that a user can reach in a window.
+// Visits everything that a user can reach in a window.
 #pragma once
 
 #include "tests/shell/main_window_fixture.h"
@@ -14,7 +14,7 @@ inline constexpr const char* k_strip =
     "'Quickhelp' window.  When this window is visible, 'QuickHelp' is ON.  The user can view help related to "
     "each window element by clicking on the element. ";
 
-/// Walks everything that a user can reach in a window and sees that it explains itself and does nothing.
+/// Visits everything that a user can reach in a window, and checks that it explains itself and does nothing.
 class QuickHelpSilenceTest : public MainWindowTest {
 protected:
     void SetUp() override {
@@ -27,7 +27,7 @@ protected:
         return dialogs_.messages().size() + dialogs_.inputs().size() + dialogs_.files().size();
     }
 
-    /// All that an action could change, as one text.
+    /// Everything that an action could change, as one text.
     std::string state() {
         std::string text;
         for (const QWidget* top : QApplication::topLevelWidgets()) {
@@ -56,7 +56,7 @@ protected:
         return text;
     }
 
-    /// The help line of an element: its own, or that of the next around it.
+    /// The help line of an element: its own, or that of the nearest parent that has one.
     [[nodiscard]] static int line_of(const QWidget* element, const QWidget* window) {
         for (const QWidget* at = element; at != window; at = at->parentWidget()) {
             if (at->property("helpLine").isValid()) return at->property("helpLine").toInt();
@@ -106,7 +106,7 @@ protected:
         EXPECT_GT(walked, 3);
     }
 
-    /// What the strip has to say of a menu entry.
+    /// What the strip has to show for a menu entry.
     [[nodiscard]] static std::string text_of(const QAction* action, const QuickHelpTexts& texts) {
         const QVariant line = action->property("helpLine");
         if (line.isValid()) return texts.line(line.toInt());

@@ -59,7 +59,7 @@ TEST_F(QuickHelpSilenceTest, EveryMenuEntryOfTheHelpWindowIsSilent) {
     walk_menus(help, "frmNVRHelp", 22);
 }
 
-TEST_F(QuickHelpSilenceTest, AnEntryThatStandsOnTheBarItselfIsSilent) {
+TEST_F(QuickHelpSilenceTest, AnEntryOnTheBarItselfIsSilent) {
     quick_help_.set_on(true);
     const QuickHelpTexts texts = Load_QuickHelp(program_.path(), "frmNVR");
     const std::string before = state();
@@ -106,7 +106,7 @@ TEST_F(QuickHelpSilenceTest, TheAcceleratorOfAButtonExplainsIt) {
     auto* add = find<QPushButton>("Command1(0)");
     const QSignalSpy clicked(add, &QPushButton::clicked);
     QTest::keyClick(window_.get(), Qt::Key_A, Qt::AltModifier);
-    QTest::qWait(150);  // an accelerator presses the button for a tenth of a second
+    QTest::qWait(150);  // an accelerator keeps the button down for a tenth of a second
     EXPECT_TRUE(clicked.isEmpty());
     EXPECT_EQ(window_->help_text().toStdString(), Load_QuickHelp(program_.path(), "frmNVR").line(39));
 }

@@ -29,7 +29,7 @@ TEST_F(QuickHelpStateTest, GridsTakeNoKeyAndOpenNoEditor) {
     }
 }
 
-TEST_F(QuickHelpStateTest, AnInputMethodTypesNothingEither) {
+TEST_F(QuickHelpStateTest, AnInputMethodEntersNothingEither) {
     session_.run.LagDistribution = {1.0F, 1.0F};
     frmTimeLagDist lag(context());
     lag.show();

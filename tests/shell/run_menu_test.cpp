@@ -20,7 +20,8 @@ protected:
         return zones()->index(zone - 1, 2).data(Qt::BackgroundRole).value<QColor>();
     }
 
-    /// Opens the menu and expects its complaint about a zone, whose elevation is red while it shows.
+    /// Opens the menu and expects its message about a zone,
+    /// whose elevation is red while the message is shown.
     void expect_zone_refused(int zone, const char* text) {
         QColor shown;
         dialogs_.while_shown = [&] { shown = elevation_colour(zone); };
@@ -70,7 +71,7 @@ TEST_F(RunMenuTest, ABlankReferenceElevationIsRedWhileItsMessageShows) {
     EXPECT_EQ(QApplication::focusWidget(), box(2));
 }
 
-TEST_F(RunMenuTest, AZoneWithoutAnAreaIsTold) {
+TEST_F(RunMenuTest, AZoneWithoutAnAreaIsReported) {
     set_zone(2, 2, "0");
     expect_zone_refused(2, "Zone area must be greater than zero!");
 }
@@ -80,7 +81,7 @@ TEST_F(RunMenuTest, AnAreaBelowZeroIsRefusedAsZeroIs) {
     expect_zone_refused(2, "Zone area must be greater than zero!");
 }
 
-TEST_F(RunMenuTest, AnAreaThatIsNoNumberIsRefused) {
+TEST_F(RunMenuTest, AnAreaThatIsNotANumberIsRefused) {
     session_.basin.zones[1].area = std::numeric_limits<double>::quiet_NaN();
     expect_zone_refused(2, "Zone area must be greater than zero!");
 }
@@ -141,7 +142,7 @@ TEST_F(RunMenuTest, AnUnlikelyElevationIsAskedAboutOnceUntilItChanges) {
 }
 
 TEST_F(RunMenuTest, ZonesMustRise) {
-    // The second zone as high as the first one.
+    // The second zone is as high as the first one.
     set_zone(2, 3, zones()->index(0, 2).data().toString().toUtf8().constData());
     expect_zone_refused(2, "Hypsometric elevations must be in increasing order by zone");
 }
@@ -157,7 +158,7 @@ TEST_F(RunMenuTest, TheFirstZoneMayNotLieBelowSeaLevel) {
     expect_zone_refused(1, "Hypsometric elevations must be in increasing order by zone");
 }
 
-TEST_F(RunMenuTest, TheFirstFailureInZoneOrderIsTheOneTold) {
+TEST_F(RunMenuTest, TheFirstFailureInZoneOrderIsReported) {
     set_zone(2, 3, "0");
     set_zone(3, 2, "0");
     expect_zone_refused(2, "Hypsometric elevations must be in increasing order by zone");
@@ -255,7 +256,7 @@ TEST_F(RunMenuTest, YesToAMissingLatitudeRuns) {
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
-TEST_F(RunMenuTest, ARunTakesWhatStandsInTheBoxesAndLeavesTheFocusWhereItIs) {
+TEST_F(RunMenuTest, ARunDoesNotMoveTheFocus) {
     box(4)->setFocus();
     look_at_modal("Results", [](QWidget*) {});
     choose("mnuRunSimVar(1)");

@@ -33,7 +33,7 @@ TEST_F(SettingsStoreTest, ACleanUserGetsTheWelcomeWindowAndNoRecentFiles) {
     EXPECT_FALSE(settings.quick_help_back.has_value());
 }
 
-TEST_F(SettingsStoreTest, EverythingKeptComesBack) {
+TEST_F(SettingsStoreTest, EveryKeptValueIsReadBack) {
     Settings settings;
     settings.show_splash = false;
     settings.page.margins = {0.5F, 1.25F, 0.75F, 1.0F};
@@ -93,7 +93,7 @@ TEST_F(SettingsStoreTest, TheSpareItemIsWrittenUnderOneNameAndReadUnderAnother) 
     EXPECT_EQ(store.value(QStringLiteral("Startup/mExtra:")).toString(), QStringLiteral("spare"));
 }
 
-TEST_F(SettingsStoreTest, ValuesBearTheirNames) {
+TEST_F(SettingsStoreTest, ValuesHaveTheirNames) {
     Settings settings;
     settings.places[2].top = 5;
     settings.recent_files = {"/a.mdb"};
@@ -105,7 +105,7 @@ TEST_F(SettingsStoreTest, ValuesBearTheirNames) {
     EXPECT_EQ(store.value(QStringLiteral("Recent Files/1")).toString(), QStringLiteral("/a.mdb"));
 }
 
-TEST_F(SettingsStoreTest, ARecentFileThatLeftTheListLeavesTheStore) {
+TEST_F(SettingsStoreTest, ARecentFileThatIsRemovedFromTheListIsRemovedFromTheStore) {
     Settings settings;
     settings.recent_files = {"/a.mdb", "/b.mdb"};
     saved_and_read(settings);
@@ -146,7 +146,7 @@ TEST_F(SettingsStoreTest, WithoutTheWelcomeSettingNothingElseCounts) {
     EXPECT_EQ(read.lines, default_lines());
 }
 
-TEST_F(SettingsStoreTest, AFileThatIsNoSettingsFileGivesTheDefaults) {
+TEST_F(SettingsStoreTest, AFileThatIsNotASettingsFileGivesTheDefaults) {
     folder_.write("settings.ini", std::string("\x00\xff\x13[[[==\n\n[Star", 14));
     QSettings store(file(), QSettings::IniFormat);
     EXPECT_TRUE(Load_Settings(store).show_splash);

@@ -16,7 +16,7 @@ protected:
         session_.basin.Input_Changed = false;
     }
 
-    /// Types over a cell and takes it by the given key.
+    /// Types over a cell and ends the edit with the given key.
     void set(int number, int column, const char* text, Qt::Key with = Qt::Key_Tab) {
         go_to(number, column);
         keys(text);
@@ -101,7 +101,7 @@ TEST_F(SimulationCellsTest, NumbersDatesListsAndTextsAreTyped) {
     EXPECT_EQ(dialogs_.messages().size(), 0U);
 }
 
-TEST_F(SimulationCellsTest, F2AddsToANumberThatStands) {
+TEST_F(SimulationCellsTest, F2AddsToTheExistingNumber) {
     row(1).initial_runoff = 12.5F;
     go_to(1, 13);
     key(Qt::Key_F2);
@@ -140,7 +140,7 @@ TEST_F(SimulationCellsTest, EnterEndsTheEditAndKeepsTheSimulation) {
     EXPECT_EQ(session_.basin.Current_Sim_Name, "ellervane-1996");
 }
 
-TEST_F(SimulationCellsTest, ARefusedEntryIsToldInTheStatusBar) {
+TEST_F(SimulationCellsTest, ARefusedEntryIsReportedInTheStatusBar) {
     const auto told = [&] { return from_qt(window_->statusBar()->currentMessage()); };
     set(1, 13, "450,5");
     EXPECT_EQ(
@@ -236,7 +236,7 @@ TEST_F(SimulationCellsTest, AnEndThatIsNotLaterThanTheStartIsRefused) {
 TEST_F(SimulationCellsTest, ARowThatIsLeftUpwardsIsKeptAndStaysTheCurrentOne) {
     go_to(2, 4);
     keys("10011997");
-    key(Qt::Key_Return);  // the last row: the cell is taken and not left
+    key(Qt::Key_Return);  // in the last row: the text is taken, but the cell is not left
     EXPECT_EQ(dialogs_.messages().size(), 0U);
     key(Qt::Key_Up);
     QTest::qWait(1);
@@ -351,7 +351,7 @@ TEST_F(SimulationCellsTest, ASinglePastedValueGoesToTheActiveCell) {
     EXPECT_EQ(dialogs_.messages().size(), 0U);
 }
 
-TEST_F(SimulationCellsTest, PasteOfTheEditMenuLeavesTheNameAndTellsSo) {
+TEST_F(SimulationCellsTest, PasteOfTheEditMenuDoesNotChangeTheNameAndSaysSo) {
     go_to(1, 5);
     choose("mnuEditItem(1)");
     go_to(2, 5);
@@ -377,7 +377,7 @@ TEST_F(SimulationCellsTest, CutOfTheEditMenuEmptiesAllButTheName) {
     EXPECT_EQ(cell(2, 3), "01/01/1980");
     EXPECT_EQ(cell(2, 4), "12/31/1980");
     EXPECT_EQ(cell(2, 17), "");
-    EXPECT_FALSE(row(2).precipitation_threshold.has_value());  // none, and not one of zero
+    EXPECT_FALSE(row(2).precipitation_threshold.has_value());  // missing, not zero
     EXPECT_THAT(from_qt(QApplication::clipboard()->text()), testing::StartsWith("ellervane-1997-98\t"));
     EXPECT_TRUE(session_.basin.Basin_Changed);
 }

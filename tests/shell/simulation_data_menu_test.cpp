@@ -3,12 +3,12 @@
 namespace nivora {
 namespace {
 
-/// The entries of the Data menu, and the questions that stand before each view.
+/// The entries of the Data menu, and the questions that come before each view.
 class SimulationDataMenuTest : public SimulationWindowTest {
 protected:
     static constexpr const char* k_days_missing = "The physical data table is missing days.  Add?";
 
-    /// Chooses an entry and looks at the daily editor that opens.
+    /// Chooses an entry and inspects the daily editor that opens.
     template <typename Look>
     void choose_and_look(const char* action, Look look) {
         seen_ = false;
@@ -19,9 +19,9 @@ protected:
         choose_and_look(action, [](QWidget*) {});
         return std::exchange(seen_, false);
     }
-    /// Chooses an entry for which no window opens: one that did would be complained of.
+    /// Chooses an entry that must not open a window; one that opens becomes a complaint.
     void opens_nothing(const char* action) { choose(action); }
-    /// Selects the first row, which is the active one already, by leaving it before.
+    /// Selects the first row, which is already the active one, by leaving it first.
     void select_first() {
         go_to(2, 1);
         go_to(1, 1);
@@ -66,10 +66,11 @@ TEST_F(SimulationDataMenuTest, YesAddsInTheModeOfTheViewThatWasOpenedLast) {
     EXPECT_EQ(count("\"ellervane-1996\""), left);
 }
 
-TEST_F(SimulationDataMenuTest, MissingParametersComeBackOnceTheirViewWasOpened) {
+TEST_F(SimulationDataMenuTest, MissingParametersAreAddedAfterTheirViewWasOpened) {
     go_to(1, 1);
     const auto before = count("\"ellervane-1996\"");
-    // The window of the definition leaves its first values; the view of parameters its mode.
+    // Rows that are added later take their values from the definition window,
+    // and their mode from the view of parameters.
     look_at_modal("SimOptions", [](QWidget* window) {
         fill_first_values(window);
         press_in(window, 0);
@@ -95,7 +96,7 @@ TEST_F(SimulationDataMenuTest, APeriodOf367DaysOpensNoParameters) {
     EXPECT_EQ(last_message().icon, Icon::Stop);
 }
 
-TEST_F(SimulationDataMenuTest, ASimulationWithoutDatesIsToldToCheckThem) {
+TEST_F(SimulationDataMenuTest, ForASimulationWithoutDatesTheUserIsAskedToCheckThem) {
     go_to(1, 1);
     row(1).start.reset();
     row(1).end.reset();
@@ -161,7 +162,7 @@ TEST_F(SimulationDataMenuTest, ThePeriodOfRecordAsksAboutTheGapBetweenItsYears) 
     EXPECT_EQ(messages(), 2U);
 }
 
-TEST_F(SimulationDataMenuTest, AnEmptyRecordAsksAndOpensNothingToSee) {
+TEST_F(SimulationDataMenuTest, AnEmptyRecordAsksAndAfterNoOpensNothing) {
     execute("DELETE FROM PhysicalData");
     session_.prep.record = {};
     dialogs_.then(Answer::No);
@@ -232,7 +233,7 @@ TEST_F(SimulationDataMenuTest, ResultsOfTheSimulationOpen) {
     EXPECT_TRUE(seen_);
 }
 
-TEST_F(SimulationDataMenuTest, TheEditMenuComesBackWithTheEndOfTheEditor) {
+TEST_F(SimulationDataMenuTest, TheEditMenuIsEnabledAgainWhenTheEditorCloses) {
     go_to(1, 1);
     EXPECT_TRUE(enabled("mnuEdit"));
     bool while_open = true;
@@ -251,7 +252,7 @@ TEST_F(SimulationDataMenuTest, LongTermAveragesOpenFromTheToolsMenu) {
     EXPECT_TRUE(seen_);
 }
 
-TEST_F(SimulationDataMenuTest, AcceptedAveragesEndTheResults) {
+TEST_F(SimulationDataMenuTest, AcceptedAveragesInvalidateTheResults) {
     go_to(1, 1);
     session_.basin.Output_Valid = true;
     look_at_modal("frmLongTermAvg", [](QWidget* window) {

@@ -42,10 +42,10 @@ protected:
     std::string header(int column) {
         return from_qt(grid()->model()->headerData(column - 1, Qt::Horizontal).toString());
     }
-    /// A key goes where a user's key would: to whatever has the focus.
+    /// Sends a key to where a user's key would go: to the widget that has the focus.
     static void key(Qt::Key which, Qt::KeyboardModifiers with = Qt::NoModifier) {
         QTest::keyClick(QApplication::focusWidget(), which, with);
-        QApplication::processEvents();  // an editor takes its text only once Enter was passed on
+        QApplication::processEvents();  // the grid takes the text only after Enter was processed
     }
     static void keys(const char* text) {
         for (const char* at = text; *at != '\0'; ++at) QTest::keyClick(QApplication::focusWidget(), *at);

@@ -145,7 +145,7 @@ TEST_F(SimulationListTest, AnOverwrittenSimulationThatWasCancelledIsRebuiltByIts
     look_at_modal("SimOptions", [](QWidget* window) { press_in(window, 1); });
     press(0);
     go_to(1, 1);
-    // The mode is that of the daily variables, so that the Yes adds nothing to the parameter table.
+    // The mode is that of the daily variables, so the Yes adds nothing to the parameter table.
     dialogs_.then(Answer::Yes);
     look_at_modal("SimOptions", [](QWidget* window) {
         fill_first_values(window);

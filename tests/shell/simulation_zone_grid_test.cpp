@@ -25,7 +25,7 @@ protected:
         grid()->setCurrentIndex(grid()->model()->index(row - 1, column - 1));
         for (const char* at = text; *at != '\0'; ++at) QTest::keyClick(QApplication::focusWidget(), *at);
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-        QApplication::processEvents();  // the editor takes its text only once Enter was passed on
+        QApplication::processEvents();  // the grid takes the text only after Enter was processed
     }
     std::string cell(int row, int column) {
         return from_qt(grid()->model()->index(row - 1, column - 1).data().toString());

@@ -1,4 +1,4 @@
-// The order of the keyboard in the main window.
+// The order in which Tab goes through the main window.
 #include "tests/shell/simulation_fixture.h"
 
 namespace nivora {
@@ -8,7 +8,7 @@ using testing::ElementsAre;
 
 class TabOrderTest : public SimulationWindowTest {
 protected:
-    /// What Tab reaches, from the name of the basin on until the name again; grids as one element each.
+    /// The elements that Tab reaches, from the name of the basin back to it; a grid counts as one element.
     std::vector<std::string> order() {
         std::vector<std::string> names;
         QWidget* at = box(0);
@@ -27,7 +27,7 @@ TEST_F(TabOrderTest, GoesThroughTheDefinitionTheZonesTheSimulationsAndTheButtons
                                      "DBGrid1", "Command1(0)", "Command1(1)", "Command1(2)", "btnHelp"));
 }
 
-TEST_F(TabOrderTest, HasTheUnitsAndTheZonesOfAFreshBasinBehindItsName) {
+TEST_F(TabOrderTest, HasTheUnitsAndTheZonesOfAFreshBasinAfterItsName) {
     choose("mnuFileItem(0)");
     EXPECT_THAT(order(), ElementsAre("Text(0)", "Combo1", "Text(2)", "Text(3)", "Text(5)", "Text(4)",
                                      "vaSpread1", "DBGrid1", "Command1(0)", "btnHelp"));

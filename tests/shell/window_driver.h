@@ -1,4 +1,4 @@
-// Works the windows as a user does: boxes by keys, grids by the clipboard.
+// Drives windows as a user does: boxes by keys, grids through the clipboard.
 #pragma once
 
 #include <QApplication>
@@ -12,7 +12,7 @@
 
 namespace nivora {
 
-/// An element of a window. @throws std::logic_error where there is none
+/// An element of a window. @throws std::logic_error if there is none
 template <typename Element>
 Element& element(const QWidget& window, const char* name) {
     auto* found = window.findChild<Element*>(QString::fromUtf8(name));
@@ -20,7 +20,7 @@ Element& element(const QWidget& window, const char* name) {
     return *found;
 }
 
-/// Types over what a box holds, from its first place on.
+/// Replaces the content of a box by typing from its first position.
 inline void type_over(QLineEdit& box, const QString& text) {
     box.setFocus();
     box.selectAll();
@@ -34,18 +34,18 @@ inline void type_into_cell(QTableView& grid, int row, int column, const QString&
     grid.setFocus();
     grid.setCurrentIndex(grid.model()->index(row, column));
     QTest::keyClick(&grid, Qt::Key_F2);
-    // An editor that was closed may still wait for its end; the newest stands last.
+    // A closed editor may not be deleted yet; the newest is the last.
     const auto editors = grid.viewport()->findChildren<QLineEdit*>();
     if (editors.isEmpty()) throw std::logic_error("the cell has no editor");
     auto* editor = editors.last();
     editor->selectAll();
     QTest::keyClicks(editor, text);
     QTest::keyClick(editor, Qt::Key_Return);
-    // The grid takes the text once the key has been dealt with.
+    // The grid takes the text after the key was processed.
     QApplication::processEvents();
 }
 
-/// Puts a text on the clipboard, as another program does, and pastes it from a cell on.
+/// Puts a text on the clipboard, as another program would, and pastes it from a cell on.
 inline void paste_at(QTableView& grid, int row, int column, const QString& text) {
     QApplication::clipboard()->setText(text);
     grid.setFocus();
@@ -53,7 +53,7 @@ inline void paste_at(QTableView& grid, int row, int column, const QString& text)
     QTest::keyClick(&grid, Qt::Key_V, Qt::ControlModifier);
 }
 
-/// Selects a block from one corner to the other, both in it.
+/// Selects a block from one corner to the opposite one, both included.
 inline void select_block(QTableView& grid, int row, int column, int last_row, int last_column) {
     grid.setCurrentIndex(grid.model()->index(row, column));
     grid.selectionModel()->select(

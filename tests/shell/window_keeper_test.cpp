@@ -7,7 +7,7 @@
 namespace nivora {
 namespace {
 
-/// The windows of a keeper of its own, beside those of the main window.
+/// The windows of a separate keeper, beside those of the main window.
 class WindowKeeperTest : public MainWindowTest {
 protected:
     static std::ptrdiff_t open_windows(const char* name) {
@@ -41,7 +41,7 @@ TEST_F(WindowKeeperTest, TheHelpIsOneWindowWithTheTopicThatWasAskedForLast) {
     EXPECT_EQ(title_of("frmNVRHelp"), QStringLiteral("Help for Custom Time Lag Distribution"));
 }
 
-TEST_F(WindowKeeperTest, TheStatisticsComeBackInTheirOneWindow) {
+TEST_F(WindowKeeperTest, TheStatisticsReopenInTheirOneWindow) {
     keeper_.show_results();
     keeper_.close_results();
     EXPECT_EQ(open_windows("Results"), 0);
