@@ -9,8 +9,8 @@
 
 namespace nivora {
 
-/// Counts what arrives while it lives. The program that sends a key is done before the key has gone through
-/// the window manager, so that its end says nothing.
+/// Counts the input that arrives during its life. The program that sends a key ends before the key has passed
+/// through the window manager, so its end does not mean that the key has arrived.
 class ArrivedInput : public QAbstractNativeEventFilter {
 public:
     ArrivedInput() { QCoreApplication::instance()->installNativeEventFilter(this); }
@@ -23,8 +23,8 @@ public:
 
     bool nativeEventFilter(const QByteArray& kind, void* message, qintptr*) override {
         if (kind != "xcb_generic_event_t") return false;
-        // The numbers of the X protocol: an event begins with its kind; one of the input extension has its
-        // own kind in the ninth and tenth byte.
+        // From the X protocol: an event begins with its type; an event of the input extension has its own
+        // type in the ninth and tenth byte.
         constexpr int k_key_release = 3;
         constexpr int k_button_release = 5;
         constexpr int k_extension = 35;

@@ -9,7 +9,7 @@
 namespace nivora {
 namespace {
 
-/// A simulation that begins on 1 March, on a full snow pack.
+/// A simulation that begins on 1 March with a full snow pack.
 class LateBeginOnScreenTest : public ClimateOnScreenTest {
 protected:
     void SetUp() override {
@@ -24,7 +24,7 @@ protected:
 };
 
 TEST_F(LateBeginOnScreenTest, NotesAreReadInTheWindowAndTheirLinkOpensTheHelp) {
-    dialogs_.then(Answer::Ok);  // the initial runoff is another than the day before
+    dialogs_.then(Answer::Ok);  // the initial runoff differs from that of the day before
     QWidget* window = open_climate();
     ASSERT_NE(window, nullptr);
     tick_to(window, 5);
@@ -65,7 +65,7 @@ TEST_F(ClimateOnScreenTest, TheCloseKeyBetweenStepsAsksAndAfterYesDailyDataCanBe
     EXPECT_EQ(modal_windows_seen_, 1);
 }
 
-TEST_F(ClimateOnScreenTest, TheMainWindowStaysWhereTheEvaluationIsNotToBeEnded) {
+TEST_F(ClimateOnScreenTest, TheMainWindowStaysIfTheEvaluationIsNotToBeEnded) {
     add_scenario();
     QWidget* window = open_climate();
     ASSERT_NE(window, nullptr);
@@ -133,7 +133,7 @@ TEST_F(ClimateOnScreenTest, ARunOverMissingDaysAndAMissingMeasurementShowsWhatTh
     const auto* notes = in<QLabel>(results, "lblNotes");
     EXPECT_TRUE(notes->isVisible());
     EXPECT_GT(drawn_points(picture(*notes)), 500);
-    // Its whole text fits into its room.
+    // The whole text fits.
     EXPECT_LE(notes->heightForWidth(notes->width()), notes->height());
     keep(*results, "statistics-missing-days.png");
     results->close();

@@ -13,7 +13,7 @@ constexpr QRgb k_refused = 0xFF8080;
 
 class ClimateColoursTest : public ClimateOnScreenTest {
 protected:
-    /// Rows and columns from 1, of the cells in sight.
+    /// The visible cells that are light cyan, rows and columns from 1.
     static std::vector<std::pair<int, int>> light_cyan(const GridView& grid) {
         std::vector<std::pair<int, int>> cells;
         for (int row = 0; row < grid.model()->rowCount(); ++row) {
@@ -53,7 +53,7 @@ TEST_F(ClimateColoursTest, TheClickedValueAndItsSourcesAreLightCyanOnTheScreen) 
 TEST_F(ClimateColoursTest, ARefusedWinterEndIsLightRedAndTheKeptDateComesBackIntoTheBox) {
     add_scenario();
     const int flash = QApplication::cursorFlashTime();
-    QApplication::setCursorFlashTime(0);  // pictures are compared
+    QApplication::setCursorFlashTime(0);  // no blinking cursor, as pictures are compared
     QRgb refused = 0;
     in_modal("frmCC", [&](QWidget& window) {
         auto& box = *in<QLineEdit>(&window, "MaskEdBox2");

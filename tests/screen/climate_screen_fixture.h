@@ -61,7 +61,7 @@ protected:
         in<QComboBox>(window, "CmboScenario")->setCurrentText(QStringLiteral("warmer"));
         return window;
     }
-    /// Ticks the steps up to one with the mouse.
+    /// Ticks the steps up to `last` with the mouse.
     void tick_to(QWidget* window, int last) {
         for (int step = 1; step <= last; ++step) {
             if (step == 5) {
@@ -73,7 +73,7 @@ protected:
             ASSERT_TRUE(await([&] { return box->isChecked() && !box->isEnabled(); })) << step;
         }
     }
-    /// Keeps a picture for who looks at the tests.
+    /// Saves a picture that a developer can look at.
     static void keep(const QWidget& window, const char* name) {
         const char* folder = std::getenv("NIVORA_PICTURES");
         if (folder != nullptr)

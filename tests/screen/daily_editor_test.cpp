@@ -1,4 +1,4 @@
-// The daily editor by keys: decimals, units, refused entries, and pastes with their real questions.
+// The daily editor by keyboard: decimals, units, refused entries, and pastes with their real questions.
 
 #include "tests/screen/screen_fixture.h"
 #include "widgets/desktop_dialogs.h"
@@ -23,7 +23,7 @@ protected:
         open_sample();
         click_cell(*find<QTableView>("DBGrid1"), 1, 0);
     }
-    /// Opens a view of the editor, works in it and leaves it by Cancel.
+    /// Opens a view of the editor, acts on it and closes it by Cancel.
     void in_editor(const char* entry, const std::function<void(NivoraWindow&, GridView&)>& act) {
         in_modal("frmData", [&](QWidget& window) {
             act(dynamic_cast<NivoraWindow&>(window), *window.findChild<GridView*>(QStringLiteral("Spread")));
@@ -38,7 +38,7 @@ protected:
     static std::vector<std::string> first_days(const GridView& grid, int column) {
         return {shown(grid, 0, column), shown(grid, 1, column), shown(grid, 2, column)};
     }
-    /// Pastes by its key, and answers the question by another.
+    /// Pastes by its key, and answers the question by another key.
     void paste(const char* text, const char* answer, std::function<void(QMessageBox&)> look) {
         QApplication::clipboard()->setText(QString::fromUtf8(text));
         dialogs_.boxes = &boxes_;
@@ -71,7 +71,7 @@ TEST_F(DailyEditorOnScreenTest, RecessionCoefficientsShowFourDecimals) {
     });
 }
 
-TEST_F(DailyEditorOnScreenTest, ARefusedEntryIsToldInTheStatusLine) {
+TEST_F(DailyEditorOnScreenTest, ARefusedEntryIsReportedInTheStatusLine) {
     in_editor("mnuDataOptVar(1)", [&](NivoraWindow& window, GridView& grid) {
         const std::string before = shown(grid, 0, 1);
         const QImage silent = picture(*window.statusBar());
@@ -106,7 +106,7 @@ TEST_F(DailyEditorOnScreenTest, AHalfDonePasteAsksAndEnterLeavesAllCellsAsTheyAr
 TEST_F(DailyEditorOnScreenTest, ABlockWithDatesIsOfferedByDateAndEnterTakesTheOffer) {
     in_editor("mnuDataOptVar(1)", [&](NivoraWindow&, GridView& grid) {
         const std::string second = shown(grid, 1, 1);
-        click_cell(grid, 5, 3);  // anywhere
+        click_cell(grid, 5, 3);  // any cell
         paste("Date\tRunoff\n10/03/1997\t33\n10/01/1997\t11\n", "Return", [](QMessageBox& box) {
             EXPECT_EQ(box.windowTitle(), QStringLiteral("Paste by date"));
             EXPECT_EQ(box.defaultButton(), box.button(QMessageBox::Yes));
@@ -133,7 +133,7 @@ TEST_F(DailyEditorOnScreenTest, WalkingThroughMissingCellsStoresNothingAndDoneAs
     EXPECT_FALSE(session_.basin.Basin_Changed);
 }
 
-TEST_F(DailyEditorOnScreenTest, TheUnitOfAColumnStandsInItsTipTheStatusLineAndQuickHelp) {
+TEST_F(DailyEditorOnScreenTest, TheUnitOfAColumnIsInItsTipTheStatusLineAndQuickHelp) {
     constexpr int k_precipitation = 6;
     in_editor("mnuDataOptVar(1)", [&](NivoraWindow& window, GridView& grid) {
         click_cell(grid, 0, k_precipitation);

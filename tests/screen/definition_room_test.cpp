@@ -1,4 +1,4 @@
-// What of the definition window is in sight.
+// Which parts of the definition window are visible, with enough room and with too little.
 
 #include "tests/screen/screen_fixture.h"
 
@@ -28,7 +28,7 @@ protected:
     }
 };
 
-TEST_F(DefinitionRoomTest, WhereTheScreenHasRoomNothingScrolls) {
+TEST_F(DefinitionRoomTest, IfTheScreenHasRoomNothingScrolls) {
     look_at_definition([](QWidget& window) {
         const auto* area = window.findChild<QScrollArea*>();
         ASSERT_NE(area, nullptr);
@@ -38,7 +38,7 @@ TEST_F(DefinitionRoomTest, WhereTheScreenHasRoomNothingScrolls) {
     });
 }
 
-TEST_F(DefinitionRoomTest, TheButtonsStayInSightWhereTheBoxesScroll) {
+TEST_F(DefinitionRoomTest, TheButtonsStayVisibleIfTheBoxesScroll) {
     look_at_definition([](QWidget& window) {
         window.setMinimumSize(1, 1);
         window.resize(window.width(), 320);

@@ -128,7 +128,7 @@ TEST_F(FileMenuOnScreen, ChosenUnitsLeaveTheLabelsWithTheAnswerNo) {
     EXPECT_EQ(find<QLabel>("Label1(5)")->text(), before);
 }
 
-TEST_F(FileMenuOnScreen, TheEditMenuComesBackWithTheEndOfTheDailyEditor) {
+TEST_F(FileMenuOnScreen, TheEditMenuIsEnabledAgainWhenTheDailyEditorCloses) {
     open_sample();
     in_modal("frmData", [&](QWidget& editor) {
         auto* cancel = editor.findChild<QPushButton*>(QStringLiteral("Command1(1)"));

@@ -99,7 +99,7 @@ TEST_F(FirstFocusTest, EnterInThePeriodWindowPressesItsDefaultButton) {
     in_modal("frmPopulate", [&](QWidget& window) {
         EXPECT_EQ(focused(), "MaskEdBox1(0)");
         EXPECT_TRUE(window.findChild<QPushButton*>(QStringLiteral("Command1(0)"))->isDefault());
-        type("13");  // over the month of the proposal
+        type("13");  // replaces the month of the proposed date
         press({"Return"});
         EXPECT_EQ(dialogs_.messages().size(), 1U);
         press({"Escape"});

@@ -23,7 +23,7 @@ protected:
 
     GridView& simulations() { return *find<GridView>("DBGrid1"); }
     GridView& zones() { return *find<GridView>("vaSpread1"); }
-    /// Clicks a cell, rows and columns from 1, once it is in sight.
+    /// Scrolls to a cell, row and column from 1, and clicks it.
     void go_to(GridView& grid, int row, int column) {
         grid.scrollTo(grid.model()->index(row - 1, column - 1));
         settle();
@@ -32,7 +32,7 @@ protected:
     static QRgb colour(const GridView& grid, int row, int column) {
         return main_colour(picture_of_cell(grid, row - 1, column - 1));
     }
-    /// Keeps the colours of a row's cells in sight while a message shows.
+    /// Records the colours of a row's visible cells while a message is shown.
     void watch_row(GridView& grid, int row) {
         dialogs_.while_shown = [this, &grid, row] {
             colours_.clear();

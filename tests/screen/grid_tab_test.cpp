@@ -17,7 +17,7 @@ protected:
     }
 
     GridView& grid(const char* name) { return *find<GridView>(name); }
-    /// Clicks a cell, rows and columns from 0, once it is in sight.
+    /// Scrolls to a cell, row and column from 0, and clicks it.
     static void go_to(GridView& grid, int row, int column) {
         grid.scrollTo(grid.model()->index(row, column));
         settle();

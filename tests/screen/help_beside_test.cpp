@@ -1,4 +1,4 @@
-// The help window beside a modal window that asked for it.
+// The help window beside a modal window that opened it.
 
 #include "shell/frmSplash.h"
 #include "tests/screen/screen_fixture.h"
@@ -23,7 +23,7 @@ TEST_F(HelpBesideTest, HelpAndWelcomeCanBothBeUsedAndTheHelpStays) {
         await_active(*help);
         EXPECT_EQ(help->windowHandle()->transientParent(), welcome.windowHandle());
         press({"ctrl+a", "ctrl+c"});
-        help->move(700, 500);  // beside the welcome
+        help->move(700, 500);  // beside the welcome window
         settle();
         auto* skip = welcome.findChild<QCheckBox*>(QStringLiteral("Check1"));
         const bool before = skip->isChecked();
@@ -44,7 +44,7 @@ TEST_F(HelpBesideTest, HelpAndWelcomeCanBothBeUsedAndTheHelpStays) {
 }
 
 TEST_F(HelpBesideTest, HelpAndTheWelcomeOfTheStartCanBothBeUsed) {
-    window_->hide();  // the welcome comes before it
+    window_->hide();  // the welcome window comes before it
     frmSplash welcome(session_, true);
     QWidget* help = nullptr;
     in_modal("frmSplash", [&](QWidget&) {

@@ -29,7 +29,7 @@ protected:
         cursor.setPosition(cursor.selectionStart() + static_cast<int>(link.size()) / 2);
         click(*text_->viewport(), text_->cursorRect(cursor).center());
     }
-    /// The points in the colour of a link.
+    /// The number of pixels in the colour of a link.
     [[nodiscard]] int blue_points() const {
         const QImage seen = picture(*text_->viewport());
         int count = 0;
@@ -59,7 +59,7 @@ TEST_F(HelpLinksTest, ATopicAfterTheManualsLinkIsPlainText) {
     EXPECT_EQ(dialogs_.messages().size(), messages) << "its text is no link";
 }
 
-/// A manual that is there, on a desktop that knows no program for it.
+/// An existing manual, on a desktop that has no program for it.
 class ManualOnScreenTest : public HelpLinksTest {
 protected:
     void SetUp() override {
@@ -76,7 +76,7 @@ protected:
     const QByteArray path_ = qgetenv("PATH");
 };
 
-TEST_F(ManualOnScreenTest, WithoutAProgramForItItsPathIsToldAndCopiedByAKey) {
+TEST_F(ManualOnScreenTest, WithoutAProgramForItItsPathIsShownAndCopiedByAKey) {
     const auto manual = program_.write("Hollin Flow Model (Nivora) Users Manual.pdf", "%PDF-1.4");
     QApplication::clipboard()->setText(QStringLiteral("before"));
     DesktopDialogs boxes;

@@ -1,4 +1,5 @@
-// What stays on the screen of a basin whose save failed, whose recent entry is gone, or that got a new name.
+// What stays on the screen for a basin whose save failed, whose recent
+// entry is missing, or that got a new name.
 
 #include "base/durable_file.h"
 #include "tests/screen/screen_fixture.h"
@@ -11,7 +12,7 @@
 namespace nivora {
 namespace {
 
-/// The sample basin, a change of its name typed and not saved.
+/// The sample basin, with a change of its name that was typed and not saved.
 class KeptBasinOnScreenTest : public MainWindowOnScreenTest {
 protected:
     void SetUp() override {
@@ -57,7 +58,7 @@ TEST_F(KeptBasinOnScreenTest, ACopyThatFailsAtTheQuestionKeepsItOpenWithWhatWasT
     std::filesystem::permissions(file_, std::filesystem::perms::owner_all);
 }
 
-TEST_F(KeptBasinOnScreenTest, AVanishedRecentEntryLeavesItsNameInTheStatusBarAndSaveSavesIt) {
+TEST_F(KeptBasinOnScreenTest, AfterAMissingRecentFileTheOpenBasinKeepsItsNameAndIsSaved) {
     session_.settings.recent_files.push_back(path_text(user_ / "gone.mdb"));
     session_.desktop.refresh_main_window();
     dialogs_.then(Answer::No);
@@ -85,7 +86,7 @@ TEST_F(KeptBasinOnScreenTest, SaveAsPutsTheNewNameFirstIntoTheFileMenu) {
     press({"Escape", "Escape"});
 }
 
-/// A letter of the main window, and what it leads to.
+/// A mnemonic of the main window, and what it leads to.
 using LettersOnScreenTest = MainWindowOnScreenTest;
 
 TEST_F(LettersOnScreenTest, EachOfTheWindowsOwnLettersReachesWhatItNames) {

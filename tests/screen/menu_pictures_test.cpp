@@ -1,4 +1,5 @@
-// Menus and buttons as the screen shows them: what is grey, where pictures stand, and what opens by its key.
+// Menus and buttons as the screen shows them: what is grey, which entries
+// have pictures, and what opens by its key.
 
 #include "tests/screen/screen_fixture.h"
 #include "widgets/grid_view.h"
@@ -13,7 +14,7 @@
 namespace nivora {
 namespace {
 
-/// The luminance of the darkest point: near 0 for the text of what can be used, well above where it is grey.
+/// The luminance of the darkest pixel: near 0 for the text of an enabled element, well above for grey text.
 int darkest(const QImage& image) {
     int least = 255;
     for (int y = 0; y < image.height(); ++y) {
@@ -22,8 +23,8 @@ int darkest(const QImage& image) {
     return least;
 }
 
-constexpr int k_text = 90;   ///< text is not lighter
-constexpr int k_grey = 120;  ///< grey text is not darker
+constexpr int k_text = 90;   ///< enabled text is at most this light
+constexpr int k_grey = 120;  ///< grey text is at least this light
 
 class MenuPicturesTest : public MainWindowOnScreenTest {
 protected:
@@ -32,7 +33,7 @@ protected:
     int darkest_in_bar(const char* menu) {
         return darkest(picture(bar(), place_in_bar(menu).adjusted(2, 2, -2, -2)));
     }
-    /// Does something while a menu is open.
+    /// Runs an action while a menu is open.
     template <typename Look>
     void while_open(const char* name, Look look) {
         click(bar(), place_in_bar(name).center());
@@ -45,7 +46,7 @@ protected:
     int darkest_entry(QMenu& menu, const char* entry) {
         return darkest(picture(menu, menu.actionGeometry(find<QAction>(entry)).adjusted(26, 3, -26, -3)));
     }
-    /// Units, and two zones, by keys alone; the window of the first period ends by Escape.
+    /// Chooses units and makes two zones by keys alone; Escape closes the window of the first period.
     void define_basin() {
         click(*find<QLineEdit>("Text(0)"));
         press({"ctrl+a"});
@@ -135,7 +136,7 @@ TEST_F(MenuPicturesTest, OpenSaveAndPageSetupHaveAPictureAndNewHasNone) {
     });
 }
 
-TEST_F(MenuPicturesTest, HelpStandsAtTheRightEndOfTheMenuBar) {
+TEST_F(MenuPicturesTest, HelpIsAtTheRightEndOfTheMenuBar) {
     const QRect help = place_in_bar("mnuHelp");
     EXPECT_LE(bar().width() - help.right(), 12);
     EXPECT_GT(drawn_points(picture(bar(), help)), 30);

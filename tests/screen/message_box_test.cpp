@@ -9,7 +9,7 @@
 namespace nivora {
 namespace {
 
-/// The points of a title bar that differ from the rest of their line: its text, and the pictures beside it.
+/// The pixels of a title bar that differ from the rest of their line: its text and its icons.
 int drawn_in_title_bar(const QWidget& box) {
     const QRect frame = box.frameGeometry();
     const QImage bar =
@@ -29,7 +29,7 @@ int drawn_in_title_bar(const QWidget& box) {
 
 using MessageBoxOnScreenTest = MainWindowOnScreenTest;
 
-// A title that is cut short would show more of itself in a wider box.
+// If the title were cut short, a wider box would show more of it.
 TEST_F(MessageBoxOnScreenTest, ItIsAsWideAsItsTitleAsksFor) {
     int as_shown = 0;
     int wide = 0;
@@ -39,7 +39,7 @@ TEST_F(MessageBoxOnScreenTest, ItIsAsWideAsItsTitleAsksFor) {
         box.layout()->setSizeConstraint(QLayout::SetNoConstraint);
         box.setFixedSize(size + QSize(150, 0));
         ASSERT_TRUE(await([&] { return box.frameGeometry().width() >= size.width() + 150; }));
-        QTest::qWait(300);  // the window manager draws its frame anew
+        QTest::qWait(300);  // the window manager redraws its frame
         wide = drawn_in_title_bar(box);
         press({"Return"});
     });

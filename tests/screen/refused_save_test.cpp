@@ -1,4 +1,4 @@
-// A save that a cell holds up: what is told, and where the cursor goes.
+// A save that is refused because of a cell: what the message says, and where the cursor goes.
 
 #include "tests/screen/screen_fixture.h"
 #include "widgets/grid_view.h"

@@ -29,10 +29,10 @@ namespace nivora {
 
 inline void PrintTo(Answer answer, std::ostream* out) { *out << answer_name(answer); }
 
-/// The display of this process; none where the machine lacks the programs for one.
+/// The display of this process; null if the machine lacks the programs for one.
 [[nodiscard]] const TestDisplay* screen_display();
 
-/// A test of windows on the display. It is skipped, and says so, where the machine has no display programs.
+/// A test of windows on the display. It is skipped with a message if the machine has no display programs.
 class ScreenTest : public testing::Test {
 protected:
     void SetUp() override {
@@ -42,12 +42,12 @@ protected:
         }
     }
 
-    /// Lets the windows work until the condition holds. @return whether it came to hold
+    /// Processes events until the condition holds. @return whether it held in time
     static bool await(const std::function<bool()>& condition, int milliseconds = 10000) {
         return QTest::qWaitFor(condition, milliseconds);
     }
-    /// Lets the windows do what they have to do. A button that a letter presses is down for a while before
-    /// it acts.
+    /// Lets the windows finish their work. A button that is pressed by its letter
+    /// stays down for a while before it acts.
     static void settle() {
         QTest::qWait(60);
         await([] {
@@ -65,7 +65,7 @@ protected:
         settle();
     }
 
-    /// Presses keys as they are named for X ("alt+f", "Return", "ctrl+v"), wherever the focus is.
+    /// Presses keys by their X names ("alt+f", "Return", "ctrl+v"), wherever the focus is.
     static void press(const std::vector<std::string>& keys) {
         await_keyboard();
         int releases = 0;
@@ -91,7 +91,7 @@ protected:
         await([&] { return arrived.button_releases() > 0; }, k_arrival_ms);
         settle();
     }
-    /// Moves the mouse over a place and leaves it there, until a tip shows.
+    /// Moves the mouse to a place and leaves it there until a tool tip shows.
     static void point_at(const QWidget& widget, QPoint place) {
         const QPoint at = widget.mapToGlobal(place);
         screen_display()->point_at(at.x() + 2, at.y());
@@ -103,7 +103,7 @@ protected:
         click(*grid.viewport(), grid.visualRect(grid.model()->index(row, column)).center());
     }
 
-    /// What the screen shows where a widget is, frames of other windows included.
+    /// What the screen shows in the area of a widget, including windows in front of it.
     static QImage picture(const QWidget& widget) { return picture(widget, widget.rect()); }
     static QImage picture(const QWidget& widget, QRect part) {
         QApplication::processEvents();
@@ -116,7 +116,7 @@ protected:
     static QImage picture_of_cell(const QTableView& grid, int row, int column) {
         return picture(*grid.viewport(), grid.visualRect(grid.model()->index(row, column)));
     }
-    /// The colour that most points of a picture have: the background of a cell or box.
+    /// The most frequent colour of a picture: the background of a cell or box.
     static QRgb main_colour(const QImage& picture) {
         std::map<QRgb, int> counts;
         for (int y = 0; y < picture.height(); ++y) {
@@ -128,7 +128,7 @@ protected:
         return most == counts.end() ? 0 : most->first;
     }
 
-    /// The points of a picture that differ from its main colour: an empty element has none.
+    /// The number of pixels that differ from the picture's main colour: an empty element has none.
     static int drawn_points(const QImage& image) {
         const QRgb ground = main_colour(image);
         int count = 0;
@@ -139,23 +139,22 @@ protected:
         return count;
     }
 
-    /// The open top-level window of a name; null where there is none.
+    /// The open top-level window with a name; null if there is none.
     static QWidget* open_window(const char* name) {
         for (QWidget* top : QApplication::topLevelWidgets()) {
             if (top->isVisible() && top->objectName() == QString::fromUtf8(name)) return top;
         }
         return nullptr;
     }
-    /// The open top-level window of a name, once it shows; null where it does not come.
+    /// The same once the window is shown; null if it does not open.
     static QWidget* await_window(const char* name) {
         await([&] { return open_window(name) != nullptr; });
         return open_window(name);
     }
-    /// Does something once a modal window of this name is open and has the keyboard; what is still open then
-    /// is closed.
+    /// Runs an action once a modal window with this name is open and has the keyboard; closes it if it is
+    /// still open afterwards.
     ///
-    /// It looks from time to time and waits in no loop of its own: the window may be opened only when the
-    /// code that works now goes on.
+    /// A timer looks for the window, because it may open only after the code that calls this continues.
     void in_modal(const char* name, std::function<void(QWidget&)> act) {
         once_open(
             [name] {
@@ -164,7 +163,7 @@ protected:
             },
             std::move(act));
     }
-    /// The same with the dialog of a kind, such as a message box.
+    /// The same for a dialog by its type, such as a message box.
     template <typename Dialog>
     void in_dialog(std::function<void(Dialog&)> act) {
         once_open([]() -> QWidget* { return qobject_cast<Dialog*>(QApplication::activeModalWidget()); },
@@ -180,11 +179,11 @@ protected:
     int modal_windows_seen_ = 0;
 
 private:
-    /// How long keys and clicks may be on their way. One that reaches no window of ours is not waited for
-    /// longer.
+    /// How long keys and clicks may take to arrive;
+    /// input that reaches none of our windows is awaited no longer.
     static constexpr int k_arrival_ms = 3000;
 
-    /// A window that closes leaves the keyboard to nobody until the window manager has given it on.
+    /// After a window closes nothing has the keyboard until the window manager passes it on.
     static void await_keyboard() {
         await([] { return QGuiApplication::focusWindow() != nullptr; }, k_arrival_ms);
     }
@@ -204,11 +203,11 @@ private:
         look->start(10);
     }
 
-    QObject waiting_;  ///< holds what waits for modal windows, which ends with the test
+    QObject waiting_;  ///< parent of the timers that wait for modal windows, which end with the test
 };
 
-/// The main window on a program folder of its own; boxes go by a script, and `dialogs_.while_shown` looks at
-/// the screen while one is shown.
+/// The main window in a program folder of its own. A script answers the boxes; `dialogs_.while_shown`
+/// inspects the screen while one is shown.
 class MainWindowOnScreenTest : public WithMainWindow<ScreenTest> {
 protected:
     void SetUp() override {

@@ -1,4 +1,4 @@
-// The main of these tests: a display with a window manager first, then the application on it.
+// The main function of these tests: it starts a display with a window manager, then the application on it.
 
 #include "tests/screen/screen_fixture.h"
 
@@ -27,7 +27,7 @@ int main(int argc, char** argv) {
     } else {
         display = std::make_unique<TestDisplay>();
         for (const auto& [name, value] : display->environment()) {
-            // No screen reader listens here, and telling it everything costs time.
+            // No screen reader listens here, and reporting everything to one costs time.
             if (name == "QT_LINUX_ACCESSIBILITY_ALWAYS_ON" || value.empty()) {
                 unsetenv(name.c_str());
             } else {

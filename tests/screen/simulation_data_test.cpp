@@ -1,4 +1,4 @@
-// Definitions of simulations, days of the Data menu and imports, worked by real keys on a real display.
+// Simulation definitions, the days that the Data menu adds, and imports, with real keys on a real display.
 
 #include "tests/prep/legacy_text.h"
 #include "tests/screen/screen_fixture.h"
@@ -30,7 +30,7 @@ protected:
         EXPECT_NE(found, nullptr) << name;
         return found;
     }
-    /// Types a period over the proposed one and the nine values, box after box by Enter.
+    /// Types a period over the proposed one, and the nine values, moving from box to box with Enter.
     static void fill_definition(QWidget& window, const char* start, const char* end) {
         click(*part<QLineEdit>(window, "mtxt(2)"));
         press({"ctrl+a"});
@@ -46,7 +46,7 @@ protected:
     }
 };
 
-TEST_F(SimulationDataOnScreenTest, AnOverwrittenSimulationStandsInItsOneRow) {
+TEST_F(SimulationDataOnScreenTest, AnOverwrittenSimulationHasOneRow) {
     open_sample();
     select_row(1);
     dialogs_.then_text("Ellervane-1996").then(Answer::Yes);
@@ -91,7 +91,7 @@ TEST_F(SimulationDataOnScreenTest, AParameterTableThatWasEmptiedIsRebuiltByAnEdi
     open_sample();
     BasinDatabase{session_.basin.Work_File, Access::ReadWrite}.execute("DELETE FROM \"ellervane-1996\"");
     select_row(0);
-    dialogs_.then(Answer::Yes);  // the days are missing: they are made by the window that follows
+    dialogs_.then(Answer::Yes);  // the days are missing; the window that opens next adds them
     in_modal("SimOptions", [](QWidget& window) {
         fill_definition(window, "10/01/1997", "10/03/1997");
         press({"alt+a"});
@@ -125,7 +125,7 @@ TEST_F(SimulationDataOnScreenTest, AnImportedSimulationIsTheSelectedRow) {
     parts.zones = "5";
     parts.pairs = legacy_pairs(5);
     dialogs_.then_file(user_.write("alder.NVR", parts.text()));
-    // The last: the days of its period are in the basin already.
+    // The last answer is for the days of the period, which the basin already has.
     dialogs_.then(Answer::No).then_text("alder").then(Answer::Yes);
     in_modal("SimOptions", [](QWidget&) { press({"alt+a"}); });
     choose("mnuFileItem(2)");
@@ -138,7 +138,7 @@ TEST_F(SimulationDataOnScreenTest, AnImportedSimulationIsTheSelectedRow) {
     EXPECT_NE(main_colour(picture_of_cell(*grid, 2, 1)), main_colour(picture_of_cell(*grid, 1, 1)));
 }
 
-TEST_F(SimulationDataOnScreenTest, ARunOfTheFirstRowTellsAPeriodThatIsTooLong) {
+TEST_F(SimulationDataOnScreenTest, ARunOfTheFirstRowReportsAPeriodThatIsTooLong) {
     open_sample();
     select_row(0);
     session_.basin.simulations[0].end = *session_.basin.simulations[0].start + 366;
@@ -154,7 +154,7 @@ TEST_F(SimulationDataOnScreenTest, TheTimeLagBeginsWithTheWholeOnTheDayItself) {
         click(*part<QLineEdit>(window, "Text1(0)"));
         type("2");
         press({"Return"});
-        type("0.5");  // over the 1.0, which is selected when the box is entered
+        type("0.5");  // replaces the 1.0, which is selected when the box gets the focus
         press({"Return"});
         type(".5");
         press({"Return", "space"});

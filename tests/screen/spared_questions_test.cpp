@@ -1,4 +1,4 @@
-// What is not asked because there is only one answer.
+// Questions that are not asked because only one answer is possible.
 
 #include "tests/prep/legacy_text.h"
 #include "tests/screen/climate_screen_fixture.h"

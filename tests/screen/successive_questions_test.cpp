@@ -1,4 +1,4 @@
-// Questions that follow each other at once: the window manager has not given the keyboard back between them.
+// Two questions in a row: the window manager has not yet returned the keyboard when the second one opens.
 
 #include "tests/screen/screen_fixture.h"
 #include "widgets/desktop_dialogs.h"
@@ -11,7 +11,7 @@ namespace {
 
 using SuccessiveQuestionsTest = MainWindowOnScreenTest;
 
-// A box of the main window would bring that window in front of the one that asked.
+// A box in front of the main window would raise that window above the one that asked.
 TEST_F(SuccessiveQuestionsTest, TheSecondComesFromTheWindowOfTheFirst) {
     open_sample();
     click_cell(*find<GridView>("DBGrid1"), 1, 0);

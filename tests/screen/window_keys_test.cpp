@@ -1,5 +1,5 @@
-// Each working window by keys: where its keyboard begins, which button Enter presses, and that Escape leaves
-// it.
+// The keyboard in each window: which element has the focus first, which button Enter presses,
+// and that Escape closes the window.
 
 #include "tests/screen/climate_screen_fixture.h"
 
@@ -12,7 +12,7 @@ namespace {
 
 struct WindowKeys {
     const char* window;
-    const char* entry;  ///< of the menu, which opens it
+    const char* entry;  ///< the menu entry that opens it
     const char* first_focus;
     const char* enter_at;  ///< an element in which Enter has no other meaning
     const char* default_button;
@@ -24,7 +24,7 @@ protected:
         ClimateOnScreenTest::SetUp();
         if (!IsSkipped()) add_scenario();
     }
-    /// Opens the window, whether it is modal or not, and works in it.
+    /// Opens the window, modal or not, and acts on it.
     void in_window(const std::function<void(QWidget&)>& act) {
         int opened = 0;
         const auto once = [&](QWidget& window) {
@@ -97,7 +97,7 @@ TEST_F(DefinitionKeysTest, EnterLeadsThroughTheOptionsToTheNineParametersAndToAc
                                      "mtxt(12)", "mtxt(13)", "mtxt(14)", "mtxt(15)", "Command1(0)"));
 }
 
-TEST_F(DefinitionKeysTest, TheUnitOfAParameterStandsInItsTipTheStatusLineAndQuickHelp) {
+TEST_F(DefinitionKeysTest, TheUnitOfAParameterIsInItsTipTheStatusLineAndQuickHelp) {
     dialogs_.then_text("hand");
     in_modal("SimOptions", [&](QWidget& window) {
         const auto* factor = in<QLineEdit>(&window, "mtxt(6)");

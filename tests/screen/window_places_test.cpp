@@ -1,4 +1,4 @@
-// Where windows stand on a real display, from opening to opening.
+// Where windows appear on a real display, from one opening to the next.
 
 #include "base/durable_file.h"
 #include "shell/settings_store.h"
@@ -17,7 +17,7 @@ protected:
     [[nodiscard]] QPoint corner() const { return window_->frameGeometry().topLeft(); }
     [[nodiscard]] QRect screen_area() const { return window_->screen()->availableGeometry(); }
 
-    /// Ends the main window and starts it anew, as the next start of the program does.
+    /// Closes the main window and opens it again, as the next start of the program does.
     void start_again() {
         window_->close();
         settle();
@@ -26,7 +26,7 @@ protected:
         start_main_window();
     }
 
-    /// Ends the program and starts it anew with what the end wrote into the store, and nothing else.
+    /// Closes the main window and opens it again with only what the end of the program wrote to the settings.
     void start_with_written_settings() {
         window_->close();
         settle();
@@ -97,7 +97,7 @@ TEST_F(WindowPlacesTest, ATitleBarAboveOrBesideTheScreenIsBroughtBack) {
     }
 }
 
-TEST_F(WindowPlacesTest, TheSizeComesBackWithThePlace) {
+TEST_F(WindowPlacesTest, TheSizeIsRestoredWithThePlace) {
     window_->move(30, 40);
     settle();
     window_->resize(window_->minimumSizeHint() + QSize(90, 60));

@@ -23,7 +23,7 @@ protected:
 
     GridView& zones() { return *find<GridView>("vaSpread1"); }
     GridView& simulations() { return *find<GridView>("DBGrid1"); }
-    /// Clicks a cell, rows and columns from 1, once it is in sight.
+    /// Scrolls to a cell, row and column from 1, and clicks it.
     static void go_to(GridView& grid, int row, int column) {
         grid.scrollTo(grid.model()->index(row - 1, column - 1));
         settle();
@@ -34,7 +34,7 @@ protected:
         type(text);
         press({"Tab"});
     }
-    /// Opens the Run menu with the mouse and closes it, with what it asks and tells in between.
+    /// Opens the Run menu with the mouse and closes it, with the questions and messages in between.
     void open_run_menu() {
         auto* run = find<QMenu>("mnuRun");
         click(*window_->menuBar(), window_->menuBar()->actionGeometry(run->menuAction()).center());
@@ -76,7 +76,7 @@ TEST_F(ZoneGridOnScreenTest, AnAreaBeyondTenMillionIsAskedAboutUntilItIsConfirme
     EXPECT_EQ(dialogs_.messages().size(), 2U);
 }
 
-// A text that is cut short would show more of itself in a wider column.
+// If the text were cut short, a wider column would show more of it.
 TEST_F(ZoneGridOnScreenTest, TheColumnOfTheAreasShowsWholeNumbers) {
     type_into(zones(), 2, 2, "1234567.25");
     go_to(zones(), 1, 4);
@@ -117,7 +117,7 @@ TEST_F(ZoneGridOnScreenTest, ASimulationInOtherUnitsLeavesTheUnitsOfTheBasin) {
     EXPECT_TRUE(pictures() == before);
 }
 
-TEST_F(ZoneGridOnScreenTest, ARefusedEntryIsToldInTheStatusLine) {
+TEST_F(ZoneGridOnScreenTest, ARefusedEntryIsReportedInTheStatusLine) {
     const auto area = session_.basin.zones[1].area;
     const QImage before = picture(*window_->statusBar());
     type_into(zones(), 2, 2, "450,5");
