@@ -1,4 +1,4 @@
-// Where every test has to run, those that need a display must not skip themselves unseen.
+// Tests that need a display must not be skipped unnoticed on a machine where every test has to run.
 
 #include "tests/program/test_display.h"
 
@@ -9,7 +9,7 @@
 namespace nivora {
 namespace {
 
-TEST(DisplayProgramsTest, NoneIsMissingWhereTheTestsOfAChangeRun) {
+TEST(DisplayProgramsTest, NoneIsMissingWhereEveryTestHasToRun) {
     if (std::getenv("CI") == nullptr) GTEST_SKIP() << "the variable CI is not set: displays may be missing";
     EXPECT_THAT(TestDisplay::missing_programs(), testing::IsEmpty());
 }

@@ -1,5 +1,5 @@
-// A user's file that changes, or is changed by others, while the program has it open, and files that are no
-// basins.
+// A user's file that changes, or that others change, while the program has it open,
+// and files that are not basins.
 
 #include "base/durable_file.h"
 #include "base/scripted_dialogs.h"
@@ -63,9 +63,9 @@ protected:
         EXPECT_TRUE(session_.basin.Basin_Changed) << "the change is still to be saved";
     }
 
-    /// Opens a file that is no sound basin: its box, a fresh basin, and the file as it was.
+    /// Opens a file that is not a sound basin: expects its message, a fresh basin, and an unchanged file.
     ///
-    /// @param second_sentence what the box says behind the format, or how that begins
+    /// @param second_sentence what the message says after the sentence about the format, or how that begins
     void expect_refused(const fs::path& other, const std::string& second_sentence = {}) {
         const std::string bytes = file_bytes(other);
         session_.basin.Basin_Changed = false;
@@ -94,14 +94,14 @@ protected:
     std::string before_;
 };
 
-TEST_F(FileFaultsTest, AFileThatWasDeletedWhileOpenIsWrittenAnewBySave) {
+TEST_F(FileFaultsTest, AFileThatWasDeletedWhileOpenIsCreatedBySave) {
     fs::remove(file_);
     life_.save();
     EXPECT_EQ(description_in(file_), "changed");
     EXPECT_FALSE(session_.basin.Basin_Changed);
 }
 
-TEST_F(FileFaultsTest, AFolderThatWasDeletedWhileOpenIsTold) {
+TEST_F(FileFaultsTest, AFolderThatWasDeletedWhileOpenIsReported) {
     fs::remove_all(user_.path());
     life_.save();
     expect_told_that_it_was_not_saved();
@@ -110,7 +110,7 @@ TEST_F(FileFaultsTest, AFolderThatWasDeletedWhileOpenIsTold) {
     EXPECT_EQ(description_in(file_), "changed") << "nothing was lost";
 }
 
-TEST_F(FileFaultsTest, AFileThatWasReplacedByAFolderIsToldAndTheFolderStays) {
+TEST_F(FileFaultsTest, AFileThatWasReplacedByAFolderIsReportedAndTheFolderStays) {
     fs::remove(file_);
     fs::create_directory(file_);
     std::ofstream{file_ / "of the user"} << "stays";
@@ -119,16 +119,16 @@ TEST_F(FileFaultsTest, AFileThatWasReplacedByAFolderIsToldAndTheFolderStays) {
     EXPECT_EQ(file_bytes(file_ / "of the user"), "stays");
 }
 
-TEST_F(FileFaultsTest, AFileThatWasMadeReadOnlyWhileOpenIsToldAndUnchanged) {
+TEST_F(FileFaultsTest, AFileThatWasMadeReadOnlyWhileOpenIsReportedAndUnchanged) {
     fs::permissions(file_, fs::perms::owner_read);
     life_.save();
     expect_told_that_it_was_not_saved();
     EXPECT_TRUE(file_bytes(file_) == before_);
 }
 
-TEST_F(FileFaultsTest, ADiskThatIsFullAtSaveIsToldAndTheOldFileStaysWhole) {
-    // A limit on the size of a file takes the place of the full disk: the copy of the basin can't be written
-    // to its end. It holds in a child, as it can't be lifted again.
+TEST_F(FileFaultsTest, AFullDiskAtSaveIsReportedAndTheOldFileStaysWhole) {
+    // A limit on the file size stands for the full disk: the copy of the basin can't be written to its end.
+    // It is set in a child process, as it can't be lifted again.
     const pid_t child = fork();
     if (child == 0) {
         std::signal(SIGXFSZ, SIG_IGN);

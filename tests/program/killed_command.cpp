@@ -23,7 +23,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int k_zones = 16;
-constexpr std::uintmax_t k_bytes_a_row = 48;  // about, as the file has it
+constexpr std::uintmax_t k_bytes_a_row = 48;  // approximately, in the file
 constexpr const char* k_new_description = "as it is after the change";
 
 Simulation any_simulation() {
@@ -82,7 +82,7 @@ std::uint64_t mixed(std::uint64_t number, const std::string& text) {
     return (number ^ text.size()) * 0x100000001B3ULL;
 }
 
-/// Numbers go in as their bits: to turn millions of them into text would take longer than all else.
+/// Numbers are added as bits: to convert millions of them to text would take longer than everything else.
 std::uint64_t mixed(std::uint64_t number, const SQLite::Column& cell) {
     std::uint64_t bits = 0;
     if (cell.isInteger()) {
@@ -96,8 +96,8 @@ std::uint64_t mixed(std::uint64_t number, const SQLite::Column& cell) {
     return (number ^ (number >> 29U)) * 0xBF58476D1CE4E5B9ULL;
 }
 
-/// Lets the child go on from call to call. @return the calls that it made, without the one that it was killed
-/// before
+/// Lets the child run from system call to system call.
+/// @return the calls that it made, without the one before which it was killed
 std::int64_t follow(pid_t child, std::int64_t kill_before, bool& ended) {
     std::int64_t calls = 0;
     bool entering = true;
@@ -188,7 +188,7 @@ KillGround::KillGround(std::uintmax_t about_bytes)
     }
     copy_over(program_ / "new.mdb", new_work_);
     session_.basin.basin_description = k_new_description;
-    session_.basin.Basin_Changed = false;  // the commands shall not ask first
+    session_.basin.Basin_Changed = false;  // the commands must not ask first
     prepare(FileCommand::Save);
     kill_during(FileCommand::Save, KillPoint::Moment, 60'000'000);
     std::string why;

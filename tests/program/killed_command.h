@@ -1,4 +1,4 @@
-// A command of the File menu in a child that is killed on the way, and a look at what it left.
+// A command of the File menu in a child process that is killed on the way, and a check of what it leaves.
 #pragma once
 
 #include "base/scripted_dialogs.h"
@@ -16,17 +16,16 @@ namespace nivora {
 enum class FileCommand { Save, SaveAs, Open };
 [[nodiscard]] const char* command_name(FileCommand command);
 
-/// How the child ends.
+/// When the child is killed.
 enum class KillPoint {
-    SystemCall,  ///< before its n-th call of the system: every state that the files can be in between two
-                 ///< calls
+    SystemCall,  ///< before its n-th system call: every state of the files between two calls
     Moment       ///< after n microseconds, which can fall into the middle of a long write
 };
 
 struct KilledRun {
-    bool finished = false;   ///< the command was done before the kill
-    bool possible = true;    ///< false where this machine does not let a process follow another's calls
-    std::int64_t calls = 0;  ///< the calls of the system that were let through
+    bool finished = false;   ///< the command ended before the kill
+    bool possible = true;    ///< false if this machine does not let a process trace another one
+    std::int64_t calls = 0;  ///< the system calls that were let through
 };
 
 /// What the user's file holds after a kill.
@@ -37,27 +36,27 @@ class KillGround {
 public:
     explicit KillGround(std::uintmax_t about_bytes);
 
-    /// Puts the files back as they are before each command: the working file holds the changed basin, the
-    /// user's file the old one.
+    /// Restores the state before each command: the working file holds the changed basin,
+    /// the user's file the old one.
     void prepare(FileCommand command);
-    /// Does the command in a child and kills it. `point` counts from the start of the command itself.
+    /// Runs the command in a child and kills it. `point` counts from the start of the command itself.
     KilledRun kill_during(FileCommand command, KillPoint kind, std::int64_t point);
-    /// How many calls of the system, and how many microseconds, the command takes when nothing kills it.
+    /// How many system calls, and how many microseconds, the command takes if it is not killed.
     std::int64_t calls_of(FileCommand command);
     std::int64_t microseconds_of(FileCommand command);
 
-    /// What the user's file holds, row by row; `why` tells what is wrong with a broken one.
+    /// What the user's file holds, row by row; `why` says what is wrong with a broken one.
     [[nodiscard]] Found look(FileCommand command, std::string& why) const;
-    /// What lies beside the files that belong there once the program was started and the user's file opened
-    /// again.
+    /// The files that do not belong in the folders after the program has started
+    /// and the user's file was opened again.
     [[nodiscard]] std::string leftovers_after_next_start() const;
-    /// Whether the working file, which a killed command may leave changed or unchanged, is whole.
+    /// Whether the working file, which a killed command may leave changed or unchanged, is complete.
     [[nodiscard]] bool working_file_is_whole(std::string& why) const;
 
-    /// The same at once, without a start in between.
+    /// The files that do not belong there right after the kill.
     [[nodiscard]] std::string leftovers() const;
 
-    /// Puts the user's files alone in place, where the disk under them is another one.
+    /// Restores only the user's files, for a test that has them on another disk.
     void prepare_documents() const;
     /// Saves in this process. @return whether the user was told that the basin was not saved
     bool save_is_told_to_fail();
@@ -83,8 +82,8 @@ private:
     std::uint64_t new_rows_ = 0;
 };
 
-/// A number that stands for all rows of all tables of a basin file, whatever page they lie on; nothing where
-/// it is no whole basin file, and `why` tells.
+/// A digest of all rows of all tables of a basin file, whatever pages they are on; nothing if the file is not
+/// a complete basin, and `why` says so.
 [[nodiscard]] std::optional<std::uint64_t> rows_number(const std::filesystem::path& file, std::string& why);
 
 }  // namespace nivora

@@ -14,7 +14,7 @@ constexpr std::int64_t k_points = 12;
 
 class KilledCommandTest : public testing::TestWithParam<FileCommand> {
 protected:
-    /// Checks what a kill left; counts what the user's file was.
+    /// Checks what a kill left, and counts whether the user's file was old or new.
     void check(std::int64_t point) {
         std::string why;
         const Found found = ground_.look(GetParam(), why);
@@ -40,13 +40,13 @@ TEST_P(KilledCommandTest, AKillBetweenAnyTwoCallsOfTheSystemLeavesTheUsersFileWh
         const std::int64_t point = i * (calls - 1) / (k_points - 1);
         ground_.prepare(command);
         const KilledRun run = ground_.kill_during(command, KillPoint::SystemCall, point);
-        // The number of calls differs by one or two from run to run, so that the last point can lie behind
-        // the end.
+        // The number of calls differs by one or two from run to run,
+        // so the last point may come after the end.
         ASSERT_TRUE(!run.finished || i + 1 == k_points)
             << "the kill before call " << point << " of " << calls << " came too late";
         ASSERT_NO_FATAL_FAILURE(check(point));
     }
-    // The first points lie before the file is replaced, and the last one behind it.
+    // The first points come before the file is replaced, and the last one after it.
     EXPECT_GT(old_, 0);
     if (command != FileCommand::Open) {
         EXPECT_GT(new_, 0);

@@ -1,4 +1,4 @@
-// The main of these tests: the bus needs an application behind it.
+// The main function of these tests: the bus needs an application object.
 
 #include <gmock/gmock.h>
 

@@ -28,7 +28,7 @@ Environment UserFolders::environment() const {
     return {{"HOME", home().string()},
             {"XDG_CONFIG_HOME", (home() / "settings").string()},
             {"XDG_DATA_HOME", (home() / "data").string()},
-            // The sanitizers' leak check would count what the platform's libraries keep until the end.
+            // The sanitizers' leak check would report what the platform's libraries keep until the end.
             {"ASAN_OPTIONS", "detect_leaks=0"},
             {"LC_ALL", "C.UTF-8"}};
 }
@@ -104,7 +104,7 @@ void ProgramTest::click(StartedProgram& program, const std::string& window, cons
                         const std::string& name) {
     const auto element = await(program, window, role, name);
     if (!element) return;
-    // A window that was only just shown may still be on its way to its place.
+    // A window that was just shown may still move to its place.
     ScreenElement::Point place = element->middle();
     wait_until([&] {
         const ScreenElement::Point before = place;
@@ -121,7 +121,8 @@ void ProgramTest::click_at(ScreenElement::Point place) const {
 
 void ProgramTest::open_menu(StartedProgram& program, const std::string& key, const std::string& entry) {
     const bool open = wait_until([&] {
-        // A window that another one left without the keyboard is clicked, as a user would.
+        // If the closing of another window left this one without the keyboard,
+        // it is clicked, as a user would do.
         const auto frame = reader_->window(program.number(), k_main_title);
         if (frame && !frame->is_active()) {
             if (const auto bar = frame->find("status bar", "")) click_at(bar->middle());

@@ -25,8 +25,7 @@ QVariant first_of(const QDBusMessage& answer) {
     return answer.arguments().front();
 }
 
-/// Where programs tell about their windows: a bus of its own, which the session's bus starts when it is asked
-/// for.
+/// The bus on which programs describe their windows. It is separate; the session's bus starts it on request.
 QDBusConnection accessibility_bus(const std::string& session_bus) {
     // Qt keeps connections by name; each test has its own buses.
     const QString session_name = QString::fromStdString(session_bus);

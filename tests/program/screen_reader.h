@@ -1,4 +1,4 @@
-// Reads what the windows of a running program show, in the way that a screen reader for the blind does.
+// Reads what the windows of a running program show, as a screen reader for blind users does.
 #pragma once
 
 #include "tests/program/started_program.h"
@@ -19,7 +19,7 @@ public:
     /// What the element is: "push button", "text", "table", "label" ...
     [[nodiscard]] std::string role() const;
     [[nodiscard]] std::string name() const;
-    /// What stands in a box.
+    /// The content of a box.
     [[nodiscard]] std::string text() const;
     [[nodiscard]] std::vector<ScreenElement> children() const;
 
@@ -34,12 +34,12 @@ public:
         int x = 0;
         int y = 0;
     };
-    /// Where the mouse has to be to hit it.
+    /// Where to click it.
     [[nodiscard]] Point middle() const;
 
-    /// The first element below this one, in the order of reading, that shows and is so.
+    /// The first visible element below this one, in reading order, with this role and name.
     [[nodiscard]] std::optional<ScreenElement> find(const std::string& role, const std::string& name) const;
-    /// The names and texts of all that shows below, for a test that did not find what it looked for.
+    /// The names and texts of everything visible below, for the failure message of a search.
     [[nodiscard]] std::string all_words() const;
 
 private:
@@ -54,9 +54,9 @@ class ScreenReader {
 public:
     explicit ScreenReader(const std::string& bus_address);
 
-    /// The windows of a program that show at present.
+    /// The windows of a program that are visible at present.
     [[nodiscard]] std::vector<ScreenElement> windows(pid_t program) const;
-    /// The window with a title, at present.
+    /// The visible window with a title.
     [[nodiscard]] std::optional<ScreenElement> window(pid_t program, const std::string& title) const;
 
 private:

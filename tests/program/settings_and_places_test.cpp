@@ -1,4 +1,4 @@
-// Settings that were cut or edited by hand, and folders with names that people give.
+// Settings that were truncated or edited by hand, and folders with names that users choose.
 
 #include "base/durable_file.h"
 #include "tests/program/running_nivora.h"
@@ -36,12 +36,12 @@ struct SettingsFile {
 
 class HandEditedSettingsTest : public SettingsTest, public testing::WithParamInterface<SettingsFile> {};
 
-TEST_P(HandEditedSettingsTest, DoNotHinderAStartAndAreWrittenAnew) {
+TEST_P(HandEditedSettingsTest, DoNotPreventAStartAndAreRewritten) {
     const UserFolders folders;
     folders.write_settings(GetParam().content);
     const auto program = start(folders);
     ASSERT_NO_FATAL_FAILURE(pass_welcome(*program));
-    // The window lies on the screen, wherever the settings wanted it.
+    // The window is on the screen, whatever position the settings contain.
     const auto window = reader().window(program->number(), k_main_title);
     ASSERT_TRUE(window);
     const auto middle = window->middle();
@@ -81,7 +81,7 @@ TEST_F(SettingsTest, ASettingsFileThatIsAFolderIsPassedOver) {
     leave(*program);
 }
 
-/// Names of the program folder that people give, and the language of the machine.
+/// A name that a user may give to the program folder, and the language of the machine.
 struct Place {
     const char* name;
     const char* folder;
@@ -90,18 +90,17 @@ struct Place {
 
 class PlaceTest : public SettingsTest, public testing::WithParamInterface<Place> {};
 
-TEST_P(PlaceTest, AreGoodForTheProgramAndItsBasins) {
+TEST_P(PlaceTest, WorkForTheProgramAndItsBasins) {
     const UserFolders folders{GetParam().folder};
     const fs::path basin = folders.sample(std::string{GetParam().folder} + ".mdb");
-    std::string stored = path_text(basin);  // as a settings file has a text: a quote bears a mark
+    std::string stored = path_text(basin);  // as a settings file stores a text: with quotation marks escaped
     for (std::size_t at = 0; (at = stored.find('"', at)) != std::string::npos; at += 2)
         stored.insert(at, 1, '\\');
     folders.write_settings("[Startup]\nSplashScreen%3A=0\n[Recent%20Files]\n1=\"" + stored + "\"\n");
     const TemporaryFolder languages;
     Environment language{{"LC_ALL", GetParam().language}, {"LANG", GetParam().language}};
     if (const std::string name = GetParam().language; name != "C.UTF-8" && is_installed("localedef")) {
-        // A machine need not have the language, but can make it, so that the C library writes commas as well
-        // as Qt.
+        // A machine may lack the language but can create it, so that both the C library and Qt write commas.
         const Finished made = run_program(
             {"localedef", "-i", name.substr(0, name.find('.')), "-f", "UTF-8", (languages / name).string()});
         EXPECT_EQ(made.status, 0) << made.printed;

@@ -1,4 +1,4 @@
-// The start of the program: what stops it, what it passes over, and that only one copy runs.
+// The start of the program: what prevents it, what it tolerates, and that only one copy runs.
 
 #include "base/durable_file.h"
 #include "tests/program/running_nivora.h"
@@ -46,7 +46,7 @@ TEST_F(StartTest, ExitOnTheWelcomeWindowEndsTheStart) {
     EXPECT_FALSE(fs::exists(folders.program() / "new.mdb"));
 }
 
-TEST_F(StartTest, AWelcomeThatIsTickedOffDoesNotComeAgain) {
+TEST_F(StartTest, AWelcomeWindowThatIsTurnedOffDoesNotReturn) {
     const UserFolders folders;
     const auto first = start(folders);
     click(*first, k_welcome_title, "check box", "Check here to skip this introduction in the future");
@@ -61,8 +61,8 @@ TEST_F(StartTest, AWelcomeThatIsTickedOffDoesNotComeAgain) {
 
 TEST_F(StartTest, AFolderInWhichNoFileCanBeMadeEndsTheStart) {
     const UserFolders folders;
-    // The test file can't be made where a folder has its name; this holds for the administrator as well, whom
-    // no permission stops. EISDIR is error 21.
+    // The test file can't be created where a folder has its name. This holds for the administrator as well,
+    // whom no permission stops. EISDIR is error 21.
     fs::create_directory(folders.program() / "test");
     const auto program = start(folders);
     const std::string title = "Tarnlog-7 cannot run, insufficient permission level (Error code  21)";
@@ -77,7 +77,7 @@ TEST_F(StartTest, AFolderInWhichNoFileCanBeMadeEndsTheStart) {
     EXPECT_TRUE(fs::is_directory(folders.program() / "test"));
 }
 
-TEST_F(StartTest, ASecondCopyIsRefusedAndTheFirstOneGoesOn) {
+TEST_F(StartTest, ASecondCopyIsRefusedAndTheFirstOneContinues) {
     const UserFolders folders;
     folders.without_welcome();
     const auto first = start(folders);
@@ -112,7 +112,7 @@ TEST_F(StartTest, OfTwoCopiesStartedAtTheSameMomentExactlyOneStays) {
     }
 }
 
-TEST_F(StartTest, ALockThatAKilledProgramLeftDoesNotHinderTheNextStart) {
+TEST_F(StartTest, ALockThatAKilledProgramLeftDoesNotPreventTheNextStart) {
     const UserFolders folders;
     folders.without_welcome();
     for (int round = 0; round < 2; ++round) {
@@ -126,10 +126,10 @@ TEST_F(StartTest, ALockThatAKilledProgramLeftDoesNotHinderTheNextStart) {
     leave(*next);
 }
 
-/// What a machine that lost its power, or got another name, may leave as the lock.
+/// What may be left as the lock after a power failure, or by a machine that had another name.
 class LeftLockTest : public StartTest, public testing::WithParamInterface<const char*> {};
 
-TEST_P(LeftLockTest, ALockThatNobodyHoldsDoesNotHinderAStart) {
+TEST_P(LeftLockTest, ALockThatNobodyHoldsDoesNotPreventAStart) {
     const UserFolders folders;
     folders.without_welcome();
     std::ofstream{folders.program() / "nivora.lock"} << GetParam();
@@ -160,8 +160,7 @@ TEST_F(StartTest, AMissingTemplateLeavesTheBasinOfTheLastStart) {
     leave(*program);
 }
 
-/// Makes the files of a program folder unfit; what the start then shows is one box, and a window that goes
-/// on.
+/// Makes the files of a program folder unusable. The start then shows one box, and after it the main window.
 struct UnfitFiles {
     const char* name;
     void (*make)(const fs::path& program_folder);
@@ -173,7 +172,7 @@ void write(const fs::path& file, const std::string& content) {
 
 class UnfitFilesTest : public StartTest, public testing::WithParamInterface<UnfitFiles> {};
 
-TEST_P(UnfitFilesTest, AreToldInABoxAndTheProgramStays) {
+TEST_P(UnfitFilesTest, AreReportedInABoxAndTheProgramStays) {
     const UserFolders folders;
     folders.without_welcome();
     GetParam().make(folders.program());

@@ -36,7 +36,7 @@ std::vector<char*> as_pointers(std::vector<std::string>& texts) {
     return pointers;
 }
 
-/// What lies between fork and the program: only calls that may stand there.
+/// Runs between fork and the start of the program, so only calls that are allowed there.
 [[noreturn]] void become(char* const* arguments, char* const* environment, const char* log, pid_t parent,
                          int kept) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);  // a test that is killed leaves no program behind

@@ -15,24 +15,23 @@ namespace nivora {
 
 using Seconds = std::chrono::duration<double>;
 
-/// How long a step may take on a machine that has other work to do. It is waited for only where something
-/// fails.
+/// How long a step may take on a busy machine. Only a failure waits that long.
 inline constexpr Seconds k_patience{20.0};
 
-/// Asks again and again until the answer is yes. @return whether it came in time
+/// Asks repeatedly until the answer is yes. @return whether it came in time
 bool wait_until(const std::function<bool()>& asked, Seconds at_most = k_patience);
 
 /// Whether a program of this name can be started.
 [[nodiscard]] bool is_installed(const std::string& program);
 
-/// Variables that a started program sees on top of those of the test; an empty value takes one away.
+/// Variables that a started program gets besides those of the test; an empty value removes one.
 using Environment = std::map<std::string, std::string>;
 
 class StartedProgram {
 public:
-    /// @param log the file that takes what the program prints
-    /// @param shown_file_number a file number of this process that the program keeps open, under the same
-    /// number
+    /// @param log the file for the program's output
+    /// @param shown_file_number a file descriptor of this process that
+    /// the program inherits under the same number
     StartedProgram(const std::vector<std::string>& command, const Environment& environment,
                    const std::filesystem::path& log, std::optional<int> shown_file_number = std::nullopt);
     StartedProgram(const StartedProgram&) = delete;
@@ -42,9 +41,9 @@ public:
 
     [[nodiscard]] pid_t number() const { return number_; }
     [[nodiscard]] bool runs();
-    /// The status with which the program ended: its own, or 128 and the signal that ended it, as shells
-    /// count.
-    /// @return nothing where it still runs after the time
+    /// The exit status of the program: its own, or 128 plus the number
+    /// of the signal that ended it, as in shells.
+    /// @return nothing if it still runs after the time
     std::optional<int> status(Seconds at_most = k_patience);
     void send(int signal);
     [[nodiscard]] std::string printed() const;
@@ -55,7 +54,7 @@ private:
     std::filesystem::path log_;
 };
 
-/// Runs a program to its end. @return its status, and what it printed
+/// The end of a program that run_program has run: its status, and what it printed.
 struct Finished {
     int status = -1;
     std::string printed;

@@ -27,7 +27,7 @@ TestDisplay::TestDisplay(const std::string& screen) {
 void TestDisplay::start_display(const std::string& screen) {
     std::array<int, 2> pipe_ends{};
     if (pipe(pipe_ends.data()) != 0) throw std::runtime_error("there is no pipe");
-    // The server looks for a free number itself and says which one it took.
+    // The server finds a free number itself and reports it.
     display_ = std::make_unique<StartedProgram>(
         std::vector<std::string>{"Xvfb", "-displayfd", std::to_string(pipe_ends[1]), "-screen", "0", screen,
                                  "-nolisten", "tcp", "-noreset"},

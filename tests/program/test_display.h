@@ -1,5 +1,5 @@
-// A display of its own for one test, with a window manager and the bus on which programs tell what their
-// windows show.
+// A separate display for one test, with a window manager and the bus
+// on which programs describe their windows.
 #pragma once
 
 #include "tests/program/started_program.h"
@@ -23,7 +23,7 @@ public:
     [[nodiscard]] Environment environment() const;
     [[nodiscard]] const std::string& bus_address() const { return bus_address_; }
 
-    /// Presses keys as they are named for X: "alt+f", "Return", "ctrl+Home".
+    /// Presses keys by their X names: "alt+f", "Return", "ctrl+Home".
     void press(const std::vector<std::string>& keys) const;
     /// Types a text, letter by letter.
     void type(const std::string& text) const;
@@ -31,7 +31,7 @@ public:
     void point_at(int x, int y) const;
     /// Clicks with the left button.
     void click(int x, int y) const;
-    /// Writes a picture of the whole display, to look at where a test fails.
+    /// Writes a picture of the whole display, to look at after a failure.
     void keep_picture(const std::filesystem::path& file) const;
 
 private:

@@ -1,4 +1,4 @@
-// The road of a user from the welcome window to a saved basin, with keys and mouse.
+// The steps of a user from the welcome window to a saved basin, with keys and mouse.
 
 #include "base/durable_file.h"
 #include "tests/program/running_nivora.h"
@@ -15,7 +15,7 @@ using testing::HasSubstr;
 
 constexpr const char* k_statistics_title = "Statistics, Year round Simulation";
 
-/// What the batch program prints for the same run of another copy, line by line: label and value.
+/// What the batch program prints for the same run on another copy, line by line: label and value.
 std::vector<std::pair<std::string, std::string>> statistics_of_batch_program(const fs::path& basin) {
     const Finished run = run_program({NIVORA_PROGRAM_FOLDER "/nivora-batch", "run", basin.string(),
                                       "--simulation", "ellervane-1996", "--kind", "year-round"});
@@ -97,7 +97,7 @@ void YearRoundRunTest::use_program(const UserFolders& folders, const Environment
     EXPECT_EQ(basin.execAndGet("PRAGMA integrity_check").getString(), "ok");
     // 366 days of 1996 in five zones: 366 * 5 = 1830 rows.
     EXPECT_EQ(basin.execAndGet("SELECT count(*) FROM SimResults").getInt(), 1830);
-    // The discharge of the basin stands once for each of the 366 days.
+    // The discharge of the basin is stored once for each of the 366 days.
     EXPECT_EQ(basin.execAndGet("SELECT count(DailyQ) FROM SimResults").getInt(), 366);
     EXPECT_EQ(basin.execAndGet("SELECT count(*) FROM SimulationIndex").getInt(), 2);
     const Finished rerun = run_program({NIVORA_PROGRAM_FOLDER "/nivora-batch", "run", kept.string(),
