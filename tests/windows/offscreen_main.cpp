@@ -1,4 +1,4 @@
-// The main of the tests of windows that need an application, and no display.
+// The main function of window tests, which need an application but no display.
 
 #include <gmock/gmock.h>
 

@@ -6,7 +6,7 @@
 namespace nivora {
 namespace {
 
-/// Steps that are clicked in the window, beside those of the program without windows.
+/// Compares steps that are run in the window with those of the program without windows.
 class BatchComparisonTest : public ControlWindowTest {
 protected:
     static void batch(const std::vector<std::string>& arguments) {

@@ -44,7 +44,7 @@ TEST_F(ScenarioPrintTest, PrintsWhatIsTypedAndNoBlankRows) {
     open_scenario();
     set(1, k_factor, "2.5");
     go_to(2, k_factor);
-    key(Qt::Key_Delete);  // makes a row that holds nothing
+    key(Qt::Key_Delete);  // leaves a blank row
     EXPECT_THAT(print(), HasSubstr("2.5\n"));
     EXPECT_EQ(stored("SELECT EditFactor FROM Warmer").front(), "1.0") << "Done has not been pressed";
 }
@@ -98,7 +98,7 @@ TEST_F(EvaluationPrintTest, ChangesThatWereMadeByHandHaveNoScenario) {
     EXPECT_THAT(printers_.jobs()[0].page(0), HasSubstr("Climate Scenario:  Auxiliary\n"));
 }
 
-TEST_F(EvaluationPrintTest, AScenarioThatIsGoneLeavesTheStatistics) {
+TEST_F(EvaluationPrintTest, OfAMissingScenarioOnlyTheStatisticsArePrinted) {
     open_six_days();
     run_to(6);
     change("DELETE FROM ClimateScenarioIndex");

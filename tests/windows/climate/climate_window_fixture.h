@@ -26,7 +26,8 @@ namespace nivora {
 
 inline void PrintTo(Answer answer, std::ostream* out) { *out << answer_name(answer); }
 
-/// Keeps the calls upward, and lets a test look at the session when the daily editor would open.
+/// Records the calls to the desktop program, and lets a test inspect
+/// the session when the daily editor would open.
 struct WatchedDesktop : Desktop {
     WatchedDesktop() {
         show_help_topic = [this](int topic) { topics.push_back(topic); };
@@ -87,10 +88,10 @@ protected:
     QPushButton* button(int index) { return find<QPushButton>("Command1(" + std::to_string(index) + ")"); }
     void press(int index) { QTest::mouseClick(button(index), Qt::LeftButton); }
 
-    /// A key goes where a user's key would: to whatever has the focus.
+    /// Sends a key to where a user's key would go: to the widget that has the focus.
     static void key(Qt::Key which, Qt::KeyboardModifiers with = Qt::NoModifier) {
         QTest::keyClick(QApplication::focusWidget(), which, with);
-        QApplication::processEvents();  // an editor takes its text only once Enter was passed on
+        QApplication::processEvents();  // the grid takes the text only after Enter was processed
     }
     static void type(const std::string& text) {
         for (const char character : text) QTest::keyClick(QApplication::focusWidget(), character);

@@ -9,7 +9,7 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// What the window looks like while a box stands before it, and after a step that came to nothing.
+/// The state of the window while a message is shown, and after a step that failed.
 class ControlBoxesTest : public ControlWindowTest {
 protected:
     void end_winter_before_the_simulation() {
@@ -19,7 +19,7 @@ protected:
         const QCursor* pointer = QApplication::overrideCursor();
         return pointer != nullptr && pointer->shape() == Qt::WaitCursor;
     }
-    /// The buttons that can be used, by their numbers.
+    /// The numbers of the buttons that are enabled.
     std::vector<int> usable() {
         std::vector<int> numbers;
         for (int number = 0; number < 4; ++number) {
@@ -76,7 +76,7 @@ TEST_F(ControlBoxesTest, MissingDataLeaveAllAsBeforeTheClick) {
     expect_as_before_a_click();
 }
 
-TEST_F(ControlBoxesTest, AfterAFailedScenarioOnlyAbortLeavesAlsoWhenDatesAreInvalidThen) {
+TEST_F(ControlBoxesTest, AfterAFailedScenarioOnlyAbortClosesTheWindowEvenIfDatesAreInvalid) {
     write(SixDays{});
     add_scenario("Empty", {});
     open();
@@ -120,11 +120,11 @@ TEST_F(ControlBoxesTest, AnEvaluationThatHasBegunIsLeftByAbortAlsoAfterARefusal)
     }
 }
 
-TEST_F(ControlBoxesTest, AStepThatIsTakenAgainInVainLosesItsFigures) {
+TEST_F(ControlBoxesTest, AStepThatFailsWhenItIsRepeatedLosesItsFigures) {
     open_six_days();
     choose(k_scenario);
     {
-        // Another program that reads keeps the results from the file, after the model has run.
+        // Another program that is reading prevents the storing of the results, after the model has run.
         SQLite::Database other{path_text(file_), SQLite::OPEN_READONLY};
         other.exec("BEGIN");
         static_cast<void>(other.execAndGet("SELECT count(*) FROM SimulationIndex"));
@@ -140,9 +140,9 @@ TEST_F(ControlBoxesTest, AStepThatIsTakenAgainInVainLosesItsFigures) {
     EXPECT_EQ(cell(summary(), 1, 1), "");
 }
 
-TEST_F(ControlBoxesTest, TheStepIsToldOnceTheModelStarts) {
+TEST_F(ControlBoxesTest, TheStepIsNamedOnceTheModelStarts) {
     SixDays small;
-    small.simulation.initial_runoff = 20.0F;  // against 9 measured
+    small.simulation.initial_runoff = 20.0F;  // but the measured value is 9
     open_six_days(small);
     std::vector<std::string> captions;
     dialogs_.while_shown = [&] { captions.push_back(session_.shell.run_caption); };
@@ -152,7 +152,7 @@ TEST_F(ControlBoxesTest, TheStepIsToldOnceTheModelStarts) {
     EXPECT_EQ(session_.shell.run_caption, "Running Step1");
 }
 
-TEST_F(ControlBoxesTest, ReportsAndPlotsAreShutBeforeStepFourRuns) {
+TEST_F(ControlBoxesTest, ReportsAndPlotsAreDisabledBeforeStepFourRuns) {
     open_six_days();
     session_.shell.reports = true;
     session_.shell.graphics = true;
@@ -163,7 +163,7 @@ TEST_F(ControlBoxesTest, ReportsAndPlotsAreShutBeforeStepFourRuns) {
             told.push_back(session_.shell.reports || session_.shell.graphics ? "open" : "shut");
     };
     tick(4);
-    ASSERT_GE(told.size(), 2U);  // when it starts and when it is done
+    ASSERT_GE(told.size(), 2U);  // at the start of the step and at its end
     EXPECT_THAT(told, Each(std::string{"shut"}));
 }
 
@@ -179,7 +179,7 @@ TEST_F(ControlBoxesTest, NoStepBeforeTheLastIsLeftByDoneOrPrinted) {
     EXPECT_THAT(usable(), ElementsAre(0, 2, 3));
 }
 
-TEST_F(ControlBoxesTest, ASuspendedStepSixCanBeTakenAgainAndLeft) {
+TEST_F(ControlBoxesTest, ASuspendedStepSixCanBeRepeatedOrLeft) {
     open_six_days();
     run_to(5);
     change("UPDATE SimResults SET TAvg = NULL, TAvgCC = NULL WHERE Zone = 1");
@@ -213,10 +213,10 @@ TEST_F(ControlBoxesTest, ASuspendedStepOneShowsItsEmptyStatistics) {
     EXPECT_EQ(cell(statistics(), 1, 2), "");
 }
 
-TEST_F(ControlBoxesTest, VolumesAndComparisonsStandInTheirRows) {
+TEST_F(ControlBoxesTest, VolumesAndComparisonsAreInTheirRows) {
     open_six_days();
     run_to(6);
-    // 20, 40 m³/s for a day, x 0.0864; 7.5, 132.5, 397.65625 and 290.625 computed.
+    // 20 and 40 m³/s for one day, times 0.0864; 7.5, 132.5, 397.65625 and 290.625 computed.
     EXPECT_THAT(row_of(statistics(), 1),
                 ElementsAre("Measured Runoff Volume (10^6 m³)", "1.728", "1.728", "3.456", "34.3575"));
     EXPECT_THAT(row_of(statistics(), 4),
@@ -234,7 +234,7 @@ TEST_F(ControlBoxesTest, ReuseWithoutResultsSaysSoAndIsLeftByAbort) {
     reuse()->setChecked(true);
     dialogs_.then(Answer::Yes);
     tick(1);
-    ASSERT_EQ(messages(), 3U);  // the question, what is missing, and that the step was suspended
+    ASSERT_EQ(messages(), 3U);  // the question, the missing data, and that the step was suspended
     EXPECT_EQ(dialogs_.messages()[1].message.text, "The basin file has no table 'SimResults'.");
     EXPECT_EQ(last_message().title, "CC run suspended");
     EXPECT_THAT(enabled(), ElementsAre(1));

@@ -9,7 +9,7 @@ namespace {
 
 class ControlColoursTest : public ControlWindowTest {
 protected:
-    /// The colour at a corner of a cell, where no text stands. Rows and columns from 1.
+    /// The colour at a corner of a cell, where there is no text. Rows and columns count from 1.
     static QColor painted(GridView* grid, int row, int column) {
         const QRect cell = grid->visualRect(grid->model()->index(row - 1, column - 1));
         return grid->viewport()->grab().toImage().pixelColor(cell.topLeft() + QPoint(3, 3));

@@ -3,7 +3,7 @@
 namespace nivora {
 namespace {
 
-/// How the window is left.
+/// How the window is closed.
 class ControlLeavingTest : public ControlWindowTest {
 protected:
     void expect_main_window_free() {
@@ -23,7 +23,7 @@ TEST_F(ControlLeavingTest, DoneAfterStepSixKeepsTheResults) {
     expect_main_window_free();
     EXPECT_TRUE(session_.basin.Output_Valid);
     EXPECT_EQ(session_.run.ClimateStep, 6);
-    // Nobody is asked for a name of the results.
+    // There is no question for a name of the results.
     EXPECT_EQ(messages(), 0U);
     EXPECT_EQ(dialogs_.inputs().size(), 2U);  // those of step 5
 }
@@ -64,7 +64,7 @@ TEST_F(ControlLeavingTest, BetweenStepsTheCloseControlAsksAndActsAsAbort) {
             "results do not count as valid.  Close it?");
         expect_main_window_free();
         EXPECT_FALSE(session_.basin.Output_Valid);
-        EXPECT_EQ(session_.run.ClimateStep, 0);  // with which daily data can be edited again
+        EXPECT_EQ(session_.run.ClimateStep, 0);  // so that daily data can be edited again
     }
 }
 
@@ -77,7 +77,7 @@ TEST_F(ControlLeavingTest, NoToTheQuestionOfTheCloseControlLetsTheEvaluationGoOn
     EXPECT_EQ(session_.run.ClimateStep, 2);
     for (int step = 3; step <= 6; ++step) tick(step);
     EXPECT_TRUE(session_.basin.Output_Valid);
-    EXPECT_TRUE(window_->close());  // a finished one is left without a question
+    EXPECT_TRUE(window_->close());  // after the last step the window closes without a question
     EXPECT_EQ(session_.run.ClimateStep, 6);
     EXPECT_EQ(messages(), 1U);
 }

@@ -10,7 +10,7 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Steps one after the other, by clicks. The figures are those of the six days worked on paper.
+/// Runs the steps one after the other by clicks. The figures are those of the six days computed by hand.
 class ControlStepsTest : public ControlWindowTest {
 protected:
     void lose_temperature() { change("UPDATE SimResults SET TAvg = NULL, TAvgCC = NULL WHERE Zone = 1"); }
@@ -50,7 +50,7 @@ TEST_F(ControlStepsTest, TheRunMenuSaysWhichStepRuns) {
                                       "Running Step5", "Running Step6", "Run completed"));
 }
 
-TEST_F(ControlStepsTest, ReportsAndPlotsAreShutFromStepFourUntilTheRunCompletes) {
+TEST_F(ControlStepsTest, ReportsAndPlotsAreDisabledFromStepFourUntilTheRunCompletes) {
     open_six_days();
     session_.shell.reports = true;
     session_.shell.graphics = true;
@@ -90,14 +90,14 @@ TEST_F(ControlStepsTest, StatisticsAppearColumnByColumn) {
 TEST_F(ControlStepsTest, TheSummaryFillsWithTheSteps) {
     open_six_days();
     run_to(1);
-    // 20, 7.5 m³/s for a day, in 10^6 m³.
+    // 20 and 7.5 m³/s for one day, in 10^6 m³.
     EXPECT_THAT(row_of(summary(), 1), ElementsAre("1.73", "", "1.73"));
     EXPECT_THAT(row_of(summary(), 2), ElementsAre("0.65", "", "0.65"));
     EXPECT_THAT(row_of(summary(), 3), ElementsAre("", "", ""));
     tick(2);
     EXPECT_THAT(row_of(summary(), 3), ElementsAre("11.45", "", "11.45"));
     tick(3);
-    // 40, 397.65625 m³/s for a day.
+    // 40 and 397.65625 m³/s for one day.
     EXPECT_THAT(row_of(summary(), 1), ElementsAre("1.73", "3.46", "5.18"));
     EXPECT_THAT(row_of(summary(), 2), ElementsAre("0.65", "34.36", "35.01"));
     tick(4);
@@ -120,7 +120,7 @@ TEST_F(ControlStepsTest, AFinishedRunIsLeftByDoneAndCanBePrinted) {
     EXPECT_TRUE(std::filesystem::exists(program_ / "NVR_DfGN.out"));
 }
 
-TEST_F(ControlStepsTest, ASuspendedStepCanBeTakenAgain) {
+TEST_F(ControlStepsTest, ASuspendedStepCanBeRepeated) {
     open_six_days();
     run_to(1);
     lose_temperature();
@@ -138,7 +138,7 @@ TEST_F(ControlStepsTest, ASuspendedStepCanBeTakenAgain) {
     EXPECT_THAT(enabled(), ElementsAre(3));
 }
 
-TEST_F(ControlStepsTest, TheBoxOfASuspendedStepIsFreeAgainWhenTheMessageTellsSo) {
+TEST_F(ControlStepsTest, TheBoxOfASuspendedStepIsEnabledAgainWhenTheMessageSaysSo) {
     open_six_days();
     run_to(1);
     lose_temperature();
@@ -149,7 +149,7 @@ TEST_F(ControlStepsTest, TheBoxOfASuspendedStepIsFreeAgainWhenTheMessageTellsSo)
         EXPECT_THAT(ticked(), ElementsAre(1));
         EXPECT_THAT(enabled(), ElementsAre(2));
         EXPECT_EQ(QApplication::overrideCursor(), nullptr);
-        // What the step before left is not taken back until the message was read.
+        // The results of the step before stay until the user has closed the message.
         EXPECT_TRUE(session_.run.results_enabled);
         EXPECT_EQ(session_.run.LastRunSimulation, "Test");
     };
@@ -201,7 +201,7 @@ TEST_F(ControlStepsTest, TheStatisticsGrowByNinthsOfTheirHeight) {
     }
 }
 
-TEST_F(ControlStepsTest, AStepThatIsTakenAgainDoesNotMakeTheStatisticsGrowAgain) {
+TEST_F(ControlStepsTest, ARepeatedStepDoesNotMakeTheStatisticsGrowAgain) {
     open_six_days();
     run_to(1);
     lose_temperature();
@@ -218,7 +218,7 @@ TEST_F(ControlStepsTest, AMissingDischargeLeavesTheVolumesAndNoComparison) {
     run_to(1);
     EXPECT_EQ(last_message().title, "Run statistics failed, probably caused by missing/invalid data");
     EXPECT_THAT(ticked(), ElementsAre(1));
-    // 9 m³/s on the one day that was measured, and 7.5 on both.
+    // 9 m³/s on the one measured day, and 7.5 on both.
     EXPECT_EQ(cell(statistics(), 2, 2), "9");
     EXPECT_EQ(cell(statistics(), 5, 2), "3.75");
     EXPECT_EQ(cell(statistics(), 7, 2), "");
@@ -229,7 +229,7 @@ TEST_F(ControlStepsTest, AMissingDischargeLeavesTheVolumesAndNoComparison) {
 
 TEST_F(ControlStepsTest, NotesShowWithAWayToTheirHelp) {
     SixDays small;
-    for (PhysicalRow& row : small.physical) row.precip = 0.0F;  // a winter that stores nothing
+    for (PhysicalRow& row : small.physical) row.precip = 0.0F;  // a winter that leaves no snow on the ground
     open_six_days(small);
     auto* notes = find<QTextBrowser>("txtNotes");
     run_to(4);
@@ -247,7 +247,7 @@ TEST_F(ControlStepsTest, NotesShowWithAWayToTheirHelp) {
     EXPECT_TRUE(notes->isVisible());
 }
 
-TEST_F(ControlStepsTest, AStepThatIsTakenAgainDoesNotNoteTwice) {
+TEST_F(ControlStepsTest, ARepeatedStepDoesNotAddItsNotesTwice) {
     SixDays small;
     for (PhysicalRow& row : small.physical) row.precip = 0.0F;
     open_six_days(small);
@@ -285,7 +285,7 @@ TEST_F(ControlStepsTest, ASuspendedStepOneKeepsTheChoiceFixed) {
     EXPECT_TRUE(button(1)->isEnabled());
 }
 
-TEST_F(ControlStepsTest, ASuspendedStepFourKeepsReportsAndPlotsShut) {
+TEST_F(ControlStepsTest, ASuspendedStepFourKeepsReportsAndPlotsDisabled) {
     open_six_days();
     run_to(3);
     lose_temperature();
@@ -307,7 +307,7 @@ TEST_F(ControlStepsTest, AFailedScenarioLetsAnotherOneBeChosen) {
     EXPECT_THAT(ticked(), IsEmpty());
     EXPECT_THAT(enabled(), ElementsAre(1));
     EXPECT_TRUE(scenario()->isEnabled());
-    // The results were built anew, so that there is nothing in them to reuse.
+    // The results were rebuilt, so they contain nothing to reuse.
     EXPECT_FALSE(reuse()->isEnabled());
     EXPECT_TRUE(button(1)->isEnabled());
     EXPECT_FALSE(statistics()->isVisible());
@@ -355,7 +355,7 @@ TEST_F(ControlStepsTest, ReuseRunsUnderTheNameAuxiliary) {
     open();
     reuse()->setChecked(true);
     scenario()->setCurrentIndex(-1);
-    EXPECT_THAT(enabled(), IsEmpty());  // the winter's end comes from a scenario all the same
+    EXPECT_THAT(enabled(), IsEmpty());  // even so, the winter end date comes from a scenario
     dialogs_.then(Answer::Yes);
     run_to(6);
     EXPECT_EQ(session_.run.ScenarioName, "Auxiliary");
@@ -372,7 +372,7 @@ protected:
         const QRect place = grid->visualRect(grid->model()->index(row - 1, column - 1));
         QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, place.center());
     }
-    /// Row and column, from 1, of the cells that are light cyan.
+    /// Row and column, from 1, of the light cyan cells.
     static Cells lit(const GridView* grid) {
         Cells cells;
         for (int row = 0; row < grid->model()->rowCount(); ++row) {
@@ -386,7 +386,7 @@ protected:
     }
 };
 
-TEST_F(ControlLightsTest, NothingIsLitBeforeStepSix) {
+TEST_F(ControlLightsTest, NothingIsHighlightedBeforeStepSix) {
     open_six_days();
     run_to(5);
     click(1, 1);
@@ -394,7 +394,7 @@ TEST_F(ControlLightsTest, NothingIsLitBeforeStepSix) {
     EXPECT_THAT(lit(statistics()), IsEmpty());
 }
 
-TEST_F(ControlLightsTest, EachCellLightsItsSources) {
+TEST_F(ControlLightsTest, EachCellHighlightsItsSources) {
     open_six_days();
     run_to(6);
     struct Case {
@@ -411,7 +411,7 @@ TEST_F(ControlLightsTest, EachCellLightsItsSources) {
     }
 }
 
-TEST_F(ControlLightsTest, TheLineBelowTheCellsLightsNothing) {
+TEST_F(ControlLightsTest, TheLineBelowTheCellsHighlightsNothing) {
     open_six_days();
     run_to(6);
     click(2, 2);

@@ -40,7 +40,7 @@ protected:
         for (int step = 1; step <= last; ++step) tick(step);
     }
 
-    /// The steps whose boxes are ticked, or enabled.
+    /// The numbers of the steps whose boxes are ticked, or enabled.
     std::vector<int> ticked() {
         return steps([](const QCheckBox& of_step) { return of_step.isChecked(); });
     }
@@ -48,7 +48,8 @@ protected:
         return steps([](const QCheckBox& of_step) { return of_step.isEnabled(); });
     }
 
-    /// Rows and columns of a grid from 1, as a user counts them; in the statistics the labels are column 1.
+    /// Rows and columns of a grid count from 1, as a user counts them;
+    /// column 1 of the statistics has the labels.
     static std::string cell(const GridView* grid, int row, int column) {
         return from_qt(grid->model()->index(row - 1, column - 1).data().toString());
     }
@@ -58,7 +59,7 @@ protected:
             texts.push_back(cell(grid, row, column));
         return texts;
     }
-    /// The columns of the statistics that are shown, the labels among them.
+    /// The visible columns of the statistics, including the labels.
     std::vector<int> shown_columns() {
         std::vector<int> columns;
         for (int column = 1; column <= statistics()->model()->columnCount(); ++column) {

@@ -14,7 +14,7 @@ using testing::HasSubstr;
 
 constexpr const char* k_read_only = " (Read-only during climate change processing)";
 
-/// The main window while an evaluation goes on in the window of the six steps.
+/// The main window while an evaluation is under way in the window of the six steps.
 class MainWindowMeanwhileTest : public MainWindowTest {
 protected:
     MainWindowMeanwhileTest() {
@@ -46,7 +46,7 @@ protected:
         climate_->findChild<QPushButton*>(QStringLiteral("Command1(%1)").arg(index))->click();
     }
 
-    /// What of those that an evaluation shuts can be used.
+    /// Those of the elements that an evaluation disables which are enabled at present.
     std::vector<std::string> usable() {
         std::vector<std::string> names;
         for (const char* name : {"mnuFile", "mnuOpt", "mnuRun", "mnuTools"}) {
@@ -83,7 +83,7 @@ TEST_F(MainWindowMeanwhileTest, OffersNoFilesRunsToolsOrSimulations) {
     EXPECT_EQ(usable(), before);
 }
 
-TEST_F(MainWindowMeanwhileTest, TheRunMenuTellsTheStepAndGetsItsNameBack) {
+TEST_F(MainWindowMeanwhileTest, TheRunMenuNamesTheStepAndGetsItsNameBack) {
     open_climate_run();
     EXPECT_EQ(run_caption(), "&Run");
     run_to(2);
@@ -97,7 +97,7 @@ TEST_F(MainWindowMeanwhileTest, TheRunMenuTellsTheStepAndGetsItsNameBack) {
     EXPECT_EQ(run_caption(), "&Run");
 }
 
-TEST_F(MainWindowMeanwhileTest, ReportsAndPlotsAreShutFromStepFourToTheEnd) {
+TEST_F(MainWindowMeanwhileTest, ReportsAndPlotsAreDisabledFromStepFourToTheEnd) {
     open_climate_run();
     run_to(3);
     EXPECT_TRUE(enabled("mnuReports"));
@@ -174,7 +174,7 @@ TEST_F(MainWindowMeanwhileTest, TheSimulationStaysWhileTheWindowIsOpen) {
     find<QAction>("mnuEditItmInsert(0)")->trigger();
     EXPECT_EQ(session_.basin.simulations.size(), 1U);
     EXPECT_FALSE(enabled("mnuReports"));
-    // A press on the row of the simulation opens nothing that step 4 has shut.
+    // A click on the row of the simulation enables nothing that step 4 has disabled.
     auto* grid = find<QTableView>("DBGrid1");
     QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
                       grid->visualRect(grid->model()->index(0, 2)).center());
@@ -183,13 +183,13 @@ TEST_F(MainWindowMeanwhileTest, TheSimulationStaysWhileTheWindowIsOpen) {
     EXPECT_EQ(grid->currentIndex().row(), 0);
 }
 
-TEST_F(MainWindowMeanwhileTest, ADefinitionOpensNothingThatTheEvaluationShut) {
+TEST_F(MainWindowMeanwhileTest, ADefinitionEnablesNothingThatTheEvaluationDisabled) {
     open_climate_run();
     run_to(4);
     BasinDatabase{session_.basin.Work_File, Access::ReadWrite}.execute(
         "UPDATE SimResults SET MDCexcl = NULL");
     dialogs_.then_text("0");
-    climate_->findChild<QCheckBox*>(QStringLiteral("Check1(4)"))->click();  // suspended by what is missing
+    climate_->findChild<QCheckBox*>(QStringLiteral("Check1(4)"))->click();  // suspended: data are missing
     ASSERT_FALSE(enabled("mnuDataOpt(7)"));
     bool accepted = false;
     look_at_modal("SimOptions", [&](QWidget* definition) {

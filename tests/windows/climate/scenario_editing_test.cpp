@@ -164,7 +164,7 @@ TEST_F(ScenarioGridTest, RowsThatWereCutAreNotStored) {
     grid()->selectRow(0);
     find<QAction>("mnuEdItm(0)")->trigger();
     press(0);
-    // The blank first and second rows are gone, the pasted third one is the only one.
+    // The first and second rows are blank, so only the pasted third one is stored.
     EXPECT_THAT(stored("SELECT VarParm FROM Warmer"), ElementsAre("1"));
 }
 
@@ -227,7 +227,7 @@ TEST_F(ScenarioBoxesTest, ADateOutsideTheSimulationIsRefused) {
     EXPECT_EQ(QApplication::focusWidget(), winter_end());
 }
 
-TEST_F(ScenarioBoxesTest, WhatIsNoDateIsRefused) {
+TEST_F(ScenarioBoxesTest, ATextThatIsNotADateIsRefused) {
     set_winter_end("02/30/2001");
     leave_winter_end();
     EXPECT_EQ(last_message().text, "Invalid date value!");
@@ -266,7 +266,7 @@ TEST_F(ScenarioBoxesTest, CommentsAreStoredByDone) {
     EXPECT_THAT(stored("SELECT Comments FROM ClimateScenarioIndex"), ElementsAre("two degrees"));
 }
 
-TEST_F(ScenarioBoxesTest, CommentsOfAScenarioThatIsNotShownAnyMoreAreStoredToo) {
+TEST_F(ScenarioBoxesTest, CommentsOfAScenarioThatIsNoLongerShownAreStoredToo) {
     add_scenario("second", {});
     reopen();
     comments()->setFocus();
@@ -278,7 +278,7 @@ TEST_F(ScenarioBoxesTest, CommentsOfAScenarioThatIsNotShownAnyMoreAreStoredToo) 
                 ElementsAre("typed before", "one degree more"));
 }
 
-/// How the window is left.
+/// How the window is closed.
 class ScenarioLeavingTest : public ScenarioWindowTest {
 protected:
     void SetUp() override { open_scenario(); }
@@ -307,7 +307,7 @@ TEST_F(ScenarioLeavingTest, TheCloseControlAsksBeforeItLosesWhatWasTyped) {
     EXPECT_THAT(factors(), ElementsAre("1.0"));
 }
 
-TEST_F(ScenarioLeavingTest, TheCloseControlAsksNothingWhereNothingWasTyped) {
+TEST_F(ScenarioLeavingTest, TheCloseControlAsksNothingIfNothingWasTyped) {
     EXPECT_TRUE(window_->close());
     EXPECT_EQ(messages(), 0U);
 }

@@ -116,7 +116,7 @@ TEST_F(ScenarioListTest, AScenarioWhoseTableIsMissingIsDeleted) {
     EXPECT_EQ(chooser()->count(), 1);
 }
 
-TEST_F(ScenarioListTest, WhereAllTablesAreMissingANameIsAskedFor) {
+TEST_F(ScenarioListTest, IfAllTablesAreMissingANameIsAskedFor) {
     add_scenario("lost", {});
     change("DROP TABLE lost");
     dialogs_.then_text("found");
@@ -136,7 +136,7 @@ TEST_F(ScenarioListTest, APlaceholderBesideAScenarioIsNotShownAndStays) {
     EXPECT_THAT(dialogs_.inputs(), IsEmpty());
 }
 
-TEST_F(ScenarioListTest, APeriodOfTwoDaysIsToldAtOnceWhereThereIsNoScenario) {
+TEST_F(ScenarioListTest, APeriodOfTwoDaysIsReportedAtOnceIfThereIsNoScenario) {
     session_.basin.Current_End = *session_.basin.Current_Start + 1;
     open();
     ASSERT_EQ(messages(), 1U);

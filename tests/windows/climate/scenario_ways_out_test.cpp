@@ -11,7 +11,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-/// The ways out of boxes, rows and the window, and what they mark as changed.
+/// How boxes, rows and the window are left, and what that marks as changed.
 class ScenarioWaysOutTest : public ScenarioWindowTest {
 protected:
     void SetUp() override {
@@ -20,7 +20,7 @@ protected:
         session_.basin.Basin_Changed = false;
     }
 
-    /// A press and a release some moments later, as a hand does it.
+    /// A press and, some moments later, a release, as a user does it.
     static void press_slowly(QWidget* button) {
         QTest::mousePress(button, Qt::LeftButton);
         QTest::qWait(1);
@@ -28,7 +28,7 @@ protected:
     }
 };
 
-TEST_F(ScenarioWaysOutTest, AnInvalidDateDoesNotHoldBackCancel) {
+TEST_F(ScenarioWaysOutTest, AnInvalidDateDoesNotPreventCancel) {
     set_winter_end("04/05/2001");
     press_slowly(button(1));
     EXPECT_FALSE(window_->isVisible());
@@ -79,7 +79,7 @@ TEST_F(ScenarioWaysOutTest, TheCloseControlAsksWithADateThatIsBeingTyped) {
     }
 }
 
-TEST_F(ScenarioWaysOutTest, AnInvalidDateIsToldOnceOnTheWayToDone) {
+TEST_F(ScenarioWaysOutTest, AnInvalidDateIsReportedOnceOnTheWayToDone) {
     set_winter_end("04/05/2001");
     press(0);
     EXPECT_EQ(messages(), 1U);
@@ -90,7 +90,7 @@ TEST_F(ScenarioWaysOutTest, AnInvalidDateIsToldOnceOnTheWayToDone) {
     EXPECT_EQ(from_qt(winter_end()->text()), "03/31/2001");
     set_winter_end("04/05/2001");
     key(Qt::Key_D, Qt::AltModifier);
-    QTest::qWait(150);  // a button that was chosen by its letter goes down for a moment
+    QTest::qWait(150);  // a button that is pressed by its letter stays down for a moment
     EXPECT_EQ(messages(), 2U);
     EXPECT_TRUE(window_->isVisible());
     key(Qt::Key_D, Qt::AltModifier);
@@ -165,7 +165,7 @@ TEST_F(ScenarioWaysOutTest, DoneWithNothingChangedCountsAsAChangeOfTheFile) {
     EXPECT_FALSE(session_.basin.Input_Changed);
 }
 
-TEST_F(ScenarioWaysOutTest, ALostReferenceChangesTheFile) {
+TEST_F(ScenarioWaysOutTest, ARemovedReferenceChangesTheFile) {
     change("INSERT INTO ClimateScenarioIndex (SimulationFile, ScenarioFile) VALUES ('Test', 'lost')");
     reopen();
     EXPECT_EQ(messages(), 1U);
@@ -173,7 +173,7 @@ TEST_F(ScenarioWaysOutTest, ALostReferenceChangesTheFile) {
     EXPECT_THAT(references(), ElementsAre("Test/Warmer"));
 }
 
-TEST_F(ScenarioWaysOutTest, ABlankWinterEndIsRefusedWhereItIsLeft) {
+TEST_F(ScenarioWaysOutTest, ABlankWinterEndIsRefusedWhenItIsLeft) {
     change("UPDATE ClimateScenarioIndex SET WinterEndDate = NULL");
     reopen();
     EXPECT_THAT(from_qt(winter_end()->text()), testing::Not(HasSubstr("2001")));
@@ -187,7 +187,7 @@ TEST_F(ScenarioWaysOutTest, ABlankWinterEndIsRefusedWhereItIsLeft) {
     EXPECT_THAT(stored("SELECT WinterEndDate FROM ClimateScenarioIndex"), ElementsAre("36982"));
 }
 
-TEST_F(ScenarioWaysOutTest, AScenarioThatCannotBeReadIsToldOfAndCanBeDeleted) {
+TEST_F(ScenarioWaysOutTest, AScenarioThatCannotBeReadIsReportedAndCanBeDeleted) {
     add_scenario("second", {SixDays{}.plus_one});
     change("UPDATE second SET StartDate = 'spring'");
     reopen();
@@ -202,14 +202,14 @@ TEST_F(ScenarioWaysOutTest, AScenarioThatCannotBeReadIsToldOfAndCanBeDeleted) {
     EXPECT_FALSE(action(2)->isEnabled()) << "there is nothing to print";
     choose(k_scenario);
     EXPECT_EQ(cell(1, k_factor), "1");
-    // Done keeps what nobody could see.
+    // Done does not change the rows that could not be read.
     press(0);
     EXPECT_THAT(stored("SELECT StartDate FROM second"), ElementsAre("spring"));
     reopen();
     EXPECT_EQ(messages(), 2U);
     dialogs_.then_text("third");
     press_action(0);
-    EXPECT_EQ(messages(), 2U);  // it was told when the window opened
+    EXPECT_EQ(messages(), 2U);  // the unreadable scenario is reported only when the window opens
     choose("second");
     dialogs_.then(Answer::Yes);
     press_action(1);
@@ -226,13 +226,13 @@ TEST_F(ScenarioWaysOutTest, AnUnreadableSheetOpensNoWindow) {
                 StartsWith("A required system file, 'climate_1.ss2', could not be read!"));
 }
 
-TEST_F(ScenarioWaysOutTest, TheTabKeyFollowsTheEye) {
+TEST_F(ScenarioWaysOutTest, TheTabKeyFollowsTheLayout) {
     chooser()->setFocus();
     std::vector<std::string> names;
     for (int step = 0; step < 11; ++step) {
         key(Qt::Key_Tab);
         if (QApplication::focusWidget() == grid()) {
-            // Within the grid Tab goes from cell to cell; the row of buttons is next behind it.
+            // Within the grid Tab goes from cell to cell; the next control is the row of buttons.
             names.emplace_back("vaSpread1");
             grid()->nextInFocusChain()->setFocus();
             QWidget* next = grid();
@@ -269,12 +269,12 @@ TEST_F(ScenarioWaysOutTest, NoTwoLettersOfTheWindowAreTheSame) {
 TEST_F(ScenarioWaysOutTest, AltAndELeadsToDelete) {
     dialogs_.then(Answer::No);
     key(Qt::Key_E, Qt::AltModifier);
-    QTest::qWait(150);  // a button that was chosen by its letter goes down for a moment
+    QTest::qWait(150);  // a button that is pressed by its letter stays down for a moment
     EXPECT_EQ(messages(), 1U);
     EXPECT_THAT(last_message().text, StartsWith("Delete 'Warmer'"));
 }
 
-TEST_F(ScenarioWaysOutTest, LabelsAndButtonsBearTheirWords) {
+TEST_F(ScenarioWaysOutTest, LabelsAndButtonsHaveTheirTexts) {
     std::vector<std::string> texts;
     for (const QLabel* label : window_->findChildren<QLabel*>()) texts.push_back(from_qt(label->text()));
     EXPECT_THAT(texts, testing::IsSupersetOf(

@@ -63,7 +63,7 @@ protected:
         for (int column = k_variable; column <= k_zones; ++column) texts.push_back(cell(row, column));
         return texts;
     }
-    /// The list that an editor of a cell offers.
+    /// The items that the editor of a cell offers.
     std::vector<std::string> offered(int row, int column) {
         go_to(row, column);
         key(Qt::Key_F2);
@@ -74,7 +74,7 @@ protected:
         key(Qt::Key_Escape);
         return texts;
     }
-    /// Chooses an item of a cell's list by keys and stays in the row, one column to the right.
+    /// Chooses an item of a cell's list by keys, and stays in the row, one column to the right.
     void pick(int row, int column, const char* item) {
         go_to(row, column);
         key(Qt::Key_F2);
@@ -86,7 +86,7 @@ protected:
         for (int step = 0; step < wanted; ++step) key(Qt::Key_Down);
         key(Qt::Key_Tab);
     }
-    /// Types over the value of a cell and stays in the row, one column to the right.
+    /// Types over the value of a cell, and stays in the row, one column to the right.
     void set(int row, int column, const std::string& text) {
         go_to(row, column);
         type(text);
@@ -99,7 +99,7 @@ protected:
         key(Qt::Key_Home);
         type(text);
     }
-    /// Leaves the box of the winter end date for the comments.
+    /// Moves the focus from the winter end date to the comments.
     void leave_winter_end() {
         comments()->setFocus();
         QTest::qWait(1);

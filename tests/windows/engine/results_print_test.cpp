@@ -68,7 +68,7 @@ TEST_F(ResultsPrintTest, PrintsNotesBelowTheGrid) {
     EXPECT_THAT(printed_page(), HasSubstr("Note: "));
 }
 
-TEST_F(ResultsPrintTest, SaysWhereInputsHaveChangedSinceTheRun) {
+TEST_F(ResultsPrintTest, SaysThatInputsHaveChangedSinceTheRun) {
     session_.basin.Input_Changed = true;
     EXPECT_THAT(printed_page(), HasSubstr("Out of date: inputs have changed since the run of"));
 }

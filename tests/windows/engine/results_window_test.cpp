@@ -42,7 +42,7 @@ protected:
     Results results_{WindowContext{session_, quick_help_, program_.path(), printing_}};
 };
 
-TEST_F(ResultsWindowTest, LabelsBearMetricUnits) {
+TEST_F(ResultsWindowTest, LabelsShowMetricUnits) {
     session_.basin.Units_Code = Units::Metric;
     results_.fill();
     EXPECT_EQ(cell(1, 1), QStringLiteral("Measured Runoff Volume (10^6 m³)"));
@@ -53,7 +53,7 @@ TEST_F(ResultsWindowTest, LabelsBearMetricUnits) {
     EXPECT_EQ(cell(6, 1), QStringLiteral("Coefficient of Determination (R²):"));
 }
 
-TEST_F(ResultsWindowTest, LabelsBearEnglishUnits) {
+TEST_F(ResultsWindowTest, LabelsShowEnglishUnits) {
     session_.basin.Units_Code = Units::English;
     results_.fill();
     EXPECT_EQ(cell(1, 1), QStringLiteral("Measured Runoff Volume (10^6 f³)"));
@@ -62,7 +62,7 @@ TEST_F(ResultsWindowTest, LabelsBearEnglishUnits) {
     EXPECT_EQ(cell(4, 1), QStringLiteral("Average Computed Runoff  (f³/s): "));
 }
 
-TEST_F(ResultsWindowTest, ValuesStandInTheirOrderAndANegativeCoefficientAsItComes) {
+TEST_F(ResultsWindowTest, ValuesAreInTheirOrderAndANegativeCoefficientIsShownAsItIs) {
     results_.fill();
     EXPECT_EQ(cell(1, 2), QStringLiteral("123.5"));
     EXPECT_EQ(cell(2, 2), QStringLiteral("4.25"));
@@ -77,7 +77,7 @@ TEST_F(ResultsWindowTest, ASimulationNamesItsKindAlone) {
     EXPECT_EQ(results_.windowTitle(), QStringLiteral("Statistics, Year round Simulation"));
 }
 
-TEST_F(ResultsWindowTest, AForecastTellsItsInterval) {
+TEST_F(ResultsWindowTest, AForecastShowsItsInterval) {
     session_.run.RunTitle = "Melt Season Forecast";
     session_.run.UpdateInterval = 7;
     for (const int kind : {0, 1}) {
@@ -91,7 +91,7 @@ TEST_F(ResultsWindowTest, AForecastTellsItsInterval) {
     EXPECT_EQ(results_.windowTitle(), QStringLiteral("Statistics, Melt Season Forecast"));
 }
 
-TEST_F(ResultsWindowTest, NoSnowModeIsToldLast) {
+TEST_F(ResultsWindowTest, NoSnowModeIsNamedLast) {
     session_.run.NoSnow = true;
     results_.fill();
     EXPECT_EQ(results_.windowTitle(), QStringLiteral("Statistics, Year round Simulation  {no snow}"));
@@ -118,7 +118,7 @@ TEST_F(ResultsWindowTest, NamesAndCommentsAreThoseOfTheBasinAndItsSimulation) {
               QStringLiteral("first line\nsecond line"));
 }
 
-TEST_F(ResultsWindowTest, WhatAFaultKeptFromBeingWorkedOutStaysEmpty) {
+TEST_F(ResultsWindowTest, AStatisticThatAFaultPreventedStaysEmpty) {
     session_.run.statistics = StatisticsReach::Volumes;
     results_.fill();
     EXPECT_EQ(cell(4, 2), QStringLiteral("4"));
@@ -152,7 +152,7 @@ TEST_F(ResultsWindowTest, NotesShowWholeAboveTheCommentsAndInShortInTheStatusLin
               QStringLiteral("Out of date: inputs have changed since the run of 7/6/2009 12:00:00 PM"));
 }
 
-TEST_F(ResultsWindowTest, TheLabelsBesideThemBearTheirTexts) {
+TEST_F(ResultsWindowTest, TheLabelsBesideThemHaveTheirTexts) {
     QStringList texts;
     for (const QLabel* shown : results_.findChildren<QLabel*>()) texts << shown->text();
     for (const char* text : {"Basin Name:  ", "Simulation:", "Run Date:"}) {
@@ -206,7 +206,7 @@ TEST_F(ResultsWindowTest, TheStatusBarNamesTheBasinsFile) {
               QString::fromStdString(file.string()));
 }
 
-TEST_F(ResultsWindowTest, ItComesBackWhereItWasLeft) {
+TEST_F(ResultsWindowTest, ItOpensWhereItWasClosed) {
     results_.show();
     results_.move(40, 60);
     results_.resize(500, 520);

@@ -51,7 +51,7 @@ TEST_F(TimeLagRulesTest, TheToolsMenuOpensItBeforeAllOthers) {
     EXPECT_TRUE(seen_);
 }
 
-TEST_F(TimeLagRulesTest, LabelsAndButtonsBearTheirTexts) {
+TEST_F(TimeLagRulesTest, LabelsAndButtonsHaveTheirTexts) {
     QStringList texts;
     for (const QLabel* label : lag_->findChildren<QLabel*>()) texts << label->text();
     for (const char* caption : {"# of days contributing to a daily melt total (1-6):", "Current", "Day-1",
@@ -108,7 +108,7 @@ TEST_F(TimeLagRulesTest, AShareOfZeroOpensEmptyAndDisabledAmongOthers) {
     EXPECT_EQ(total(), QStringLiteral("1"));
 }
 
-TEST_F(TimeLagRulesTest, AWrongCountDoesNotHoldBackCancel) {
+TEST_F(TimeLagRulesTest, AWrongCountDoesNotPreventCancel) {
     text(0)->setFocus();
     text(0)->setText(QStringLiteral("9"));
     QTest::mousePress(button(1), Qt::LeftButton);
@@ -203,7 +203,7 @@ TEST_F(TimeLagRulesTest, ARefusedCountKeepsTheFocusAfterTab) {
     EXPECT_EQ(lag_->focusWidget(), text(0));
 }
 
-TEST_F(TimeLagRulesTest, AnotherWindowIsNoLeaving) {
+TEST_F(TimeLagRulesTest, AnotherWindowDoesNotLeaveTheCount) {
     text(0)->setText(QStringLiteral("7"));
     QFocusEvent out(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
     QApplication::sendEvent(text(0), &out);

@@ -110,7 +110,7 @@ TEST_F(TimeLagTest, CancelKeepsNothing) {
     EXPECT_EQ(session_.run.LagDistribution[0], 0.0F);
 }
 
-TEST_F(TimeLagTest, OnlyTheKeysToldReachTheBoxes) {
+TEST_F(TimeLagTest, OnlyValidKeysReachTheBoxes) {
     QTest::keyClicks(text(0), QStringLiteral("07a.9-3"));
     EXPECT_EQ(text(0)->text(), QStringLiteral("3"));
     leave(text(0));

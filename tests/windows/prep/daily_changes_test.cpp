@@ -7,7 +7,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// Changes of daily values, and what becomes of them at the end.
+/// Changes of daily values, and whether they are kept at the end.
 class DailyChangesTest : public DailyWindowTest {
 protected:
     static constexpr const char* k_lost_title =
@@ -60,7 +60,7 @@ TEST_F(DailyChangesTest, DoneTakesWhatIsStillBeingTyped) {
     expect_flags(true);
 }
 
-TEST_F(DailyChangesTest, YesThrowsTheResultsAwayAndKeepsTheChanges) {
+TEST_F(DailyChangesTest, YesDiscardsTheResultsAndKeepsTheChanges) {
     session_.basin.Output_Valid = true;
     session_.run.ClimateStep = 6;
     open_variables();
@@ -95,7 +95,7 @@ TEST_F(DailyChangesTest, NoActsAsCancel) {
     expect_flags(false);
 }
 
-TEST_F(DailyChangesTest, CancelTakesAllChangesBackWithoutAQuestion) {
+TEST_F(DailyChangesTest, CancelUndoesAllChangesWithoutAQuestion) {
     session_.basin.Output_Valid = true;
     open_variables();
     set(1, 2, "11.5");
@@ -110,7 +110,7 @@ TEST_F(DailyChangesTest, CancelTakesAllChangesBackWithoutAQuestion) {
     expect_flags(false);
 }
 
-TEST_F(DailyChangesTest, CancelBringsTheZoneGridBack) {
+TEST_F(DailyChangesTest, CancelRestoresTheZoneGrid) {
     session_.basin.zones[0].area = 12.5;
     open_variables();
     session_.basin.zones.clear();
@@ -132,7 +132,7 @@ TEST_F(DailyChangesTest, AnyButtonEndsTheEditMenuOfTheMainWindow) {
     }
 }
 
-TEST_F(DailyChangesTest, TheCloseControlAsksOnlyWhereSomethingIsLost) {
+TEST_F(DailyChangesTest, TheCloseControlAsksOnlyIfSomethingIsLost) {
     open_variables();
     EXPECT_TRUE(window_->close());
     EXPECT_EQ(messages(), 0U);
@@ -361,7 +361,7 @@ TEST_F(DailyChangesTest, ARefusedOfferOfDatesGoesCellByCell) {
     EXPECT_THAT(shown_column(2), ElementsAre("101", "102", "103", "104"));
 }
 
-TEST_F(DailyChangesTest, WholeRowsOfOneZoneArePastedIntoAnotherWithoutAWord) {
+TEST_F(DailyChangesTest, WholeRowsOfOneZoneArePastedIntoAnotherWithoutAMessage) {
     open_variables();
     select(1, 1, 2, 3);
     grid()->copy();

@@ -92,7 +92,7 @@ TEST_F(DailyMassEditTest, AnEmptyAnswerOrCancelStops) {
     EXPECT_FALSE(session_.basin.Basin_Changed);
 }
 
-TEST_F(DailyMassEditTest, WhatIsNoNumberIsRefused) {
+TEST_F(DailyMassEditTest, ATextThatIsNotANumberIsRefused) {
     open_variables();
     select(1, 2, 2, 2);
     for (const char* answer : {"abc", "1,5", "1 000", "5 cm", "nan"}) {
@@ -131,7 +131,7 @@ TEST_F(DailyMassEditTest, AResultThatNoFieldCanHoldFailsAsAWhole) {
 
 TEST_F(DailyMassEditTest, MissingValuesStayMissing) {
     open_variables();
-    set(2, 3, "4");  // and down to day 3, which is missing and stays so
+    set(2, 3, "4");  // Enter goes down to day 3, which is missing and stays missing
     select(1, 3, 3, 3);
     edit(0, "2");
     EXPECT_THAT(column(3), ElementsAre("", "6", "", ""));
@@ -145,7 +145,7 @@ TEST_F(DailyMassEditTest, TheCellThatIsBeingTypedCountsWithItsNewValue) {
     EXPECT_EQ(whole(1, 2), "30");
 }
 
-TEST_F(DailyMassEditTest, CancelTakesAMassEditBack) {
+TEST_F(DailyMassEditTest, CancelUndoesAMassEdit) {
     open_variables();
     grid()->selectColumn(1);
     edit(1, "2");

@@ -31,7 +31,7 @@ TEST_F(DailyViewsTest, TheVariablesShowEightColumnsWithTheCurvesName) {
     EXPECT_EQ(zone()->maximum(), 2);
 }
 
-TEST_F(DailyViewsTest, ButtonsAndEditMenuBearTheGivenCaptions) {
+TEST_F(DailyViewsTest, ButtonsAndEditMenuHaveTheGivenCaptions) {
     open_variables();
     std::vector<std::string> captions;
     for (int index = 0; index < 4; ++index) captions.push_back(from_qt(button(index)->text()));
@@ -79,7 +79,7 @@ TEST_F(DailyViewsTest, TheParametersShowTenColumns) {
     EXPECT_EQ(shown(1, 10), "0.0250");
 }
 
-TEST_F(DailyViewsTest, UnitsOfTheBasinStandInTipsTheStatusBarAndQuickHelp) {
+TEST_F(DailyViewsTest, UnitsOfTheBasinAreInTipsTheStatusBarAndQuickHelp) {
     session_.basin.basin_units = Units::English;
     open_variables();
     const auto tip = [&](int column) {
@@ -236,7 +236,7 @@ TEST_F(DailyViewsTest, TheScenarioViewIsReadOnlyAndShowsSeventeenColumns) {
     EXPECT_EQ(shown(1, 2), "102.00");
 }
 
-TEST_F(DailyViewsTest, OfEveryViewAnotherTopicOfTheManualShows) {
+TEST_F(DailyViewsTest, EveryViewHasItsOwnTopicOfTheManual) {
     open_variables();
     press(3);
     press(1);
@@ -252,7 +252,7 @@ TEST_F(DailyViewsTest, OfEveryViewAnotherTopicOfTheManualShows) {
     EXPECT_NE(desktop_.topics[0], 72);
 }
 
-TEST_F(DailyViewsTest, AClimateRunThatGoesOnMakesTheGridReadOnly) {
+TEST_F(DailyViewsTest, AClimateRunUnderWayMakesTheGridReadOnly) {
     for (const int step : {1, 5}) {
         session_.run.ClimateStep = step;
         if (step == 1) add_physical(1, 4);

@@ -50,7 +50,7 @@ protected:
         }
         add_parameters("s", rows);
     }
-    /// Results of both zones, four days each, with a discharge of 5 and all else missing.
+    /// Opens results of both zones, four days each, with a discharge of 5; everything else is missing.
     void open_results() {
         if (!file_.open().has_table("s")) fill_parameter_table();
         make_results();
@@ -109,7 +109,7 @@ protected:
                                                         model->index(last_row - 1, last_column - 1)),
                                          QItemSelectionModel::ClearAndSelect);
     }
-    /// Types over the value of a cell and goes down.
+    /// Types over the value of a cell and ends the edit with Enter.
     void set(int row, int column, const char* text) {
         go_to(row, column);
         grid()->setFocus();

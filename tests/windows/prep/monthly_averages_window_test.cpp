@@ -26,7 +26,8 @@ protected:
         if (!database.has_table(k_basin_averages)) database.create_table(basin_averages_table());
         add_rows<MonthlyRow>(database, basin_averages_table(), months);
     }
-    /// Zone 1 has two days in October with a precipitation of 1 and 2 and one in November without any.
+    /// Zone 1 has two days in October with a precipitation of 1 and 2,
+    /// and one in November without precipitation.
     void add_days() {
         std::vector<PhysicalRow> rows(3);
         for (PhysicalRow& row : rows) row.zone = 1;
@@ -93,7 +94,7 @@ TEST_F(MonthlyAveragesWindowTest, TwelveMonthsOfAZoneShow) {
     EXPECT_EQ(from_qt(find<QLabel>("panel1")->text()), "alp.mdb");
 }
 
-TEST_F(MonthlyAveragesWindowTest, ButtonsAndMenuBearTheGivenCaptions) {
+TEST_F(MonthlyAveragesWindowTest, ButtonsAndMenuHaveTheGivenCaptions) {
     make_months();
     open();
     std::vector<std::string> captions;
@@ -105,7 +106,7 @@ TEST_F(MonthlyAveragesWindowTest, ButtonsAndMenuBearTheGivenCaptions) {
     EXPECT_TRUE(find<QPushButton>("Command1(4)")->isEnabled());
 }
 
-TEST_F(MonthlyAveragesWindowTest, WalkingThroughMissingMonthsAndTypingTheSameValueIsNoEdit) {
+TEST_F(MonthlyAveragesWindowTest, WalkingThroughMissingMonthsAndTypingTheSameValueIsNotAnEdit) {
     make_months();
     file_.change("UPDATE BasinAverages SET TMaxN = 1.5 WHERE Zone = 1 AND Month = 'Jan'");
     open();
@@ -134,7 +135,7 @@ TEST_F(MonthlyAveragesWindowTest, WithPhysicalDataTheStatusShowsTheFileAlone) {
     EXPECT_EQ(window_->findChild<QLabel*>(QStringLiteral("panel2")), nullptr);
 }
 
-TEST_F(MonthlyAveragesWindowTest, ATableThatIsMissingIsToldAndTheWindowDoesNotOpen) {
+TEST_F(MonthlyAveragesWindowTest, AMissingTableIsReportedAndTheWindowDoesNotOpen) {
     file_.change("DROP TABLE IF EXISTS BasinAverages");
     open();
     EXPECT_FALSE(opened_);
@@ -198,7 +199,7 @@ TEST_F(MonthlyAveragesWindowTest, AMonthWithoutDaysOrWithoutPrecipitationKeepsIt
     EXPECT_THAT(month(10), ElementsAre("9.00", "", "", "8.00"));
 }
 
-TEST_F(MonthlyAveragesWindowTest, ATableThatFailsDuringRecalculateIsTold) {
+TEST_F(MonthlyAveragesWindowTest, ATableThatFailsDuringRecalculateIsReported) {
     make_months();
     add_days();
     file_.change("DROP TABLE PhysicalData; CREATE TABLE PhysicalData (Zone SMALLINT)");
@@ -210,7 +211,7 @@ TEST_F(MonthlyAveragesWindowTest, ATableThatFailsDuringRecalculateIsTold) {
     EXPECT_EQ(last_message().text, "Error accessing the BasinAverages table for this basin");
 }
 
-TEST_F(MonthlyAveragesWindowTest, AcceptKeepsARecalculationAndEndsTheResults) {
+TEST_F(MonthlyAveragesWindowTest, AcceptKeepsARecalculationAndInvalidatesTheResults) {
     make_months();
     add_days();
     session_.basin.Output_Valid = true;
@@ -223,7 +224,7 @@ TEST_F(MonthlyAveragesWindowTest, AcceptKeepsARecalculationAndEndsTheResults) {
     EXPECT_FALSE(session_.basin.Output_Valid);
 }
 
-TEST_F(MonthlyAveragesWindowTest, AcceptWithoutAChangeStillEndsTheResults) {
+TEST_F(MonthlyAveragesWindowTest, AcceptWithoutAChangeStillInvalidatesTheResults) {
     make_months();
     session_.basin.Output_Valid = true;
     open();
@@ -232,7 +233,7 @@ TEST_F(MonthlyAveragesWindowTest, AcceptWithoutAChangeStillEndsTheResults) {
     EXPECT_FALSE(session_.basin.Basin_Changed);
 }
 
-TEST_F(MonthlyAveragesWindowTest, CancelTakesARecalculationBack) {
+TEST_F(MonthlyAveragesWindowTest, CancelUndoesARecalculation) {
     make_months();
     add_days();
     session_.basin.Output_Valid = true;
@@ -251,7 +252,7 @@ TEST_F(MonthlyAveragesWindowTest, TypedValuesWaitForAccept) {
     make_months();
     open();
     set(4, 5, "12.345");
-    EXPECT_EQ(shown(4, 5), "12.35");  // 12.345 as a Single lies just above
+    EXPECT_EQ(shown(4, 5), "12.35");  // as a Single, 12.345 is slightly greater
     EXPECT_EQ(stored_month("PrecipN", 1, "Apr"), "Null");
     press(0);
     EXPECT_EQ(stored_month("round(PrecipN, 4)", 1, "Apr"), "12.345");
@@ -301,7 +302,7 @@ TEST_F(MonthlyAveragesWindowTest, CopyPutsTheBlockOnTheClipboard) {
     EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("January\t1.125\t2\n"));
 }
 
-TEST_F(MonthlyAveragesWindowTest, TheCloseControlAsksWhereTypedValuesAreLost) {
+TEST_F(MonthlyAveragesWindowTest, TheCloseControlAsksIfTypedValuesAreLost) {
     make_months();
     open();
     set(4, 5, "12");

@@ -26,7 +26,7 @@ namespace nivora {
 
 inline void PrintTo(Answer answer, std::ostream* out) { *out << answer_name(answer); }
 
-/// Keeps the calls upward.
+/// Records the calls to the desktop program.
 struct KeptCalls : Desktop {
     KeptCalls() {
         show_help_topic = [this](int topic) { topics.push_back(topic); };
@@ -84,15 +84,15 @@ protected:
     void press(int index) { QTest::mouseClick(button(index), Qt::LeftButton); }
     void choose(const std::string& action) { find<QAction>(action)->trigger(); }
 
-    /// A key goes where a user's key would: to whatever has the focus.
+    /// Sends a key to where a user's key would go: to the widget that has the focus.
     static void key(Qt::Key which, Qt::KeyboardModifiers with = Qt::NoModifier) {
         QTest::keyClick(QApplication::focusWidget(), which, with);
-        QApplication::processEvents();  // an editor takes its text only once Enter was passed on
+        QApplication::processEvents();  // the grid takes the text only after Enter was processed
     }
     static void type(const char* text) {
         for (const char* at = text; *at != '\0'; ++at) QTest::keyClick(QApplication::focusWidget(), *at);
     }
-    /// Types over what a box holds.
+    /// Replaces the content of a box by typing.
     static void fill(QLineEdit* box, const char* text) {
         box->setFocus();
         box->selectAll();
@@ -100,7 +100,7 @@ protected:
         QTest::keyClicks(box, QString::fromUtf8(text));
     }
 
-    /// Puts a simulation into the grid and selects it.
+    /// Adds a simulation to the grid and selects it.
     Simulation& add_simulation(const std::string& name, DayCount start, DayCount end) {
         Simulation row;
         row.name = name;
@@ -112,8 +112,8 @@ protected:
         return session_.basin.simulations.back();
     }
 
-    /// Days of both zones with a runoff of 100 a zone and 1 a day: 101 on the first day of zone 1, 202 on the
-    /// second of zone 2; all else is missing.
+    /// Adds days of both zones. The runoff is 100 for the zone and 1 for the day: 101 on the first day of
+    /// zone 1, 202 on the second of zone 2; everything else is missing.
     void add_physical(int first_day, int last_day) {
         std::vector<PhysicalRow> rows;
         for (std::int16_t zone = 1; zone <= k_zones; ++zone) {
@@ -138,7 +138,7 @@ protected:
         add_rows<ParameterRow>(database, parameter_table(name), rows);
     }
 
-    /// The one value of a query on the file, as another program sees it; "Null" for a missing one.
+    /// The single value of a query on the file, read as another program would; "Null" for a missing one.
     [[nodiscard]] std::string stored(const std::string& query) const {
         const auto texts = file_.column(query);
         return texts.empty() ? "nothing" : texts.front();

@@ -79,7 +79,7 @@ TEST_F(SimOptionsAcceptTest, NoToTheDailyVariablesStillAddsTheDefinition) {
 }
 
 TEST_F(SimOptionsAcceptTest, APeriodOf367DaysIsRefusedAndOf366Accepted) {
-    // Of the year 1980, a leap year, all days are 366.
+    // 1980 is a leap year of 366 days.
     open_short("01/01/1980", "01/01/1981");
     press(0);
     ASSERT_EQ(messages(), 1U);
@@ -144,7 +144,7 @@ TEST_F(SimOptionsAcceptTest, ALetterInAFirstValueIsInvalidData) {
     EXPECT_EQ(stored("SELECT count(*) FROM s"), "0");
 }
 
-TEST_F(SimOptionsAcceptTest, UnitsThatAreNotFixedAreAskedAboutAndOkFixesThem) {
+TEST_F(SimOptionsAcceptTest, UnitsThatAreNotFixedAreFixedAfterAQuestion) {
     session_.basin.basin_units = session_.basin.Units_Code = Units::NotFixed;
     add_physical(1, 3);
     open_short();

@@ -275,7 +275,7 @@ TEST_F(SimOptionsControlsTest, ClosingIsRefusedWhileQuickHelpIsOn) {
     EXPECT_TRUE(window_->close());
 }
 
-TEST_F(SimOptionsControlsTest, TheWindowComesBackWhereItWasClosed) {
+TEST_F(SimOptionsControlsTest, TheWindowOpensWhereItWasClosed) {
     open_to_add("s");
     window_->setGeometry(60, 40, 720, 650);
     QTest::qWait(1);

@@ -1,4 +1,4 @@
-// When the first values of a parameter table can be given, and when the window only shows them.
+// When the first values of a parameter table can be entered, and when the window only shows them.
 #include "tests/windows/prep/sim_options_fixture.h"
 
 namespace nivora {
@@ -85,7 +85,7 @@ TEST_F(SimOptionsFirstValuesTest, CancelOfARebuildLeavesTheTableEmpty) {
     EXPECT_FALSE(session_.basin.Basin_Changed);
 }
 
-TEST_F(SimOptionsFirstValuesTest, TheBoxThatHoldsUpAnAcceptTakesTheKeyboard) {
+TEST_F(SimOptionsFirstValuesTest, TheBoxThatPreventsAnAcceptGetsTheKeyboard) {
     open_to_add("s");
     fill_first_values();
     fill_period("02/30/1980", "10/03/1980");

@@ -1,4 +1,4 @@
-// The unit of each of the nine first values, wherever the window of a definition tells it.
+// The unit of each of the nine first values, wherever the definition window shows it.
 #include "tests/windows/prep/sim_options_fixture.h"
 
 #include <QTextEdit>
@@ -22,26 +22,26 @@ protected:
     [[nodiscard]] static std::string unit() { return english() ? tested().english : tested().metric; }
     void SetUp() override {
         open_to_add("s");
-        // Over the other units first: what they said is gone.
+        // First chooses the other units, whose texts must be replaced.
         units(english() ? 0 : 1)->click();
         units(english() ? 1 : 0)->click();
     }
 };
 
-TEST_P(SimOptionsUnitsTest, StandsInTheToolTipOfTheBoxAndOfItsLabel) {
+TEST_P(SimOptionsUnitsTest, IsInTheToolTipOfTheBoxAndOfItsLabel) {
     const std::string tip = std::string{tested().field} + ": " + unit();
     EXPECT_EQ(from_qt(box(tested().box)->toolTip()), tip);
     EXPECT_EQ(from_qt(find<QLabel>("Label4(" + std::to_string(tested().box - 6) + ")")->toolTip()), tip);
 }
 
-TEST_P(SimOptionsUnitsTest, StandsInTheStatusLineWhileTheBoxHasTheKeyboard) {
+TEST_P(SimOptionsUnitsTest, IsInTheStatusLineWhileTheBoxHasTheKeyboard) {
     box(tested().box)->setFocus();
     EXPECT_EQ(caption("panel2"), std::string{tested().field} + ": " + unit());
     box(1)->setFocus();
     EXPECT_EQ(caption("panel2"), "");
 }
 
-TEST_P(SimOptionsUnitsTest, StandsInTheQuickHelpOfTheBox) {
+TEST_P(SimOptionsUnitsTest, IsInTheQuickHelpOfTheBox) {
     quick_help_.set_on(true);
     box(1)->setFocus();
     box(tested().box)->setFocus();
