@@ -11,7 +11,7 @@ TEST(CallingWindow, WhileNoneIsActiveItIsTheVisibleOneThatWasActiveLast) {
     QWidget first;
     QWidget second;
     QWidget third;
-    // Windows that take no keyboard: none of them is the active one.
+    // Windows that do not take the keyboard: none of them becomes active.
     for (QWidget* window : {&first, &second, &third}) {
         window->setAttribute(Qt::WA_ShowWithoutActivating);
         window->setWindowFlag(Qt::WindowDoesNotAcceptFocus);

@@ -14,7 +14,7 @@ protected:
     EditTarget target_;
 };
 
-TEST_F(EditTargetTest, ABoxWithTheFocusIsMeant) {
+TEST_F(EditTargetTest, ABoxWithTheFocusIsTheTarget) {
     beside_->setText(QStringLiteral("Alder Creek"));
     beside_->setSelection(0, 5);
     target_.cut();
@@ -29,7 +29,7 @@ TEST_F(EditTargetTest, ABoxWithTheFocusIsMeant) {
     EXPECT_EQ(edits_, 0);
 }
 
-TEST_F(EditTargetTest, AGridWithTheFocusIsMeant) {
+TEST_F(EditTargetTest, AGridWithTheFocusIsTheTarget) {
     grid_->setFocus();
     go_to(2, Column::k_integer);
     target_.cut();
@@ -40,7 +40,7 @@ TEST_F(EditTargetTest, AGridWithTheFocusIsMeant) {
     EXPECT_EQ(at(4, Column::k_integer), "2");
 }
 
-TEST_F(EditTargetTest, TheEditorOfACellIsMeantWhileItIsOpen) {
+TEST_F(EditTargetTest, TheEditorOfACellIsTheTargetWhileItIsOpen) {
     grid_->setFocus();
     go_to(2, Column::k_text);
     key(Qt::Key_F2);

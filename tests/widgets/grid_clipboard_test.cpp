@@ -7,11 +7,11 @@ using testing::ElementsAre;
 
 class GridClipboardTest : public GridTest {
 protected:
-    /// What the user was asked or told of the last paste; empty where nothing was.
+    /// The message of the last paste, whether a question or not; empty if there was none.
     std::string told() {
         return dialogs_.messages().empty() ? std::string{} : dialogs_.messages().back().message.text;
     }
-    /// Pastes what can't be accepted as a whole, and says Yes to the rest.
+    /// Pastes a block that can't be accepted as a whole, and answers Yes to pasting the rest.
     void paste_rest_at(int row, int column, const char* text) {
         dialogs_.then(Answer::Yes);
         paste_at(row, column, text);
@@ -125,7 +125,7 @@ TEST_F(GridClipboardTest, ACopyTallerThanTheSelectionIsPastedInItsWholeHeight) {
 }
 
 TEST_F(GridClipboardTest, RowsAndColumnsBeyondTheEdgeAreAskedAboutAndLeftOut) {
-    // Of three rows one has room, of three columns two: two rows and one column are cut off.
+    // One of three rows has room, and two of three columns: two rows and one column are cut off.
     paste_rest_at(k_rows - 1, Column::k_date,
                   "01/02/1990\tEnglish\tbeyond\n01/03/1990\tMetric\n01/04/1990\tMetric\n");
     EXPECT_EQ(at(k_rows - 1, Column::k_date), "01/02/1990");
@@ -189,7 +189,7 @@ TEST_F(GridClipboardTest, ALockedCellTakesTheTextThatItHas) {
     EXPECT_EQ(told(), "");
 }
 
-TEST_F(GridClipboardTest, WhereEverythingIsRefusedThereIsNothingToAskFor) {
+TEST_F(GridClipboardTest, IfEverythingIsRefusedThereIsNoQuestion) {
     paste_at(2, Column::k_number, "abc\nabc\n");
     EXPECT_EQ(at(2, Column::k_number), "2.125");
     EXPECT_EQ(edits_, 0);
@@ -199,12 +199,12 @@ TEST_F(GridClipboardTest, WhereEverythingIsRefusedThereIsNothingToAskFor) {
     EXPECT_EQ(dialogs_.messages().back().message.buttons, Buttons::Ok);
 }
 
-TEST_F(GridClipboardTest, ALongRefusedTextIsToldByItsFirstFortyCharacters) {
+TEST_F(GridClipboardTest, ALongRefusedTextIsQuotedByItsFirstFortyCharacters) {
     paste_at(2, Column::k_number, "abcdefghijklmnopqrstuvwxyzabcdefghijklmnopqrstuvwxyz");
     EXPECT_THAT(told(), testing::HasSubstr(": 'abcdefghijklmnopqrstuvwxyzabcdefghijklmn' for"));
 }
 
-TEST_F(GridClipboardTest, RefusedCellsAndCutOffRowsAreToldInOneBox) {
+TEST_F(GridClipboardTest, RefusedCellsAndCutOffRowsAreReportedInOneBox) {
     paste_at(k_rows - 1, Column::k_number, "abc\n1\n");
     EXPECT_THAT(told(), testing::StartsWith("The pasted cell can't be accepted: 'abc'"));
     EXPECT_THAT(told(), testing::EndsWith("\nThe grid has no room for 1 row of the clipboard."));
@@ -257,7 +257,7 @@ TEST_F(GridClipboardTest, QuotedCellsKeepTheirTabsLineEndsAndQuoteMarks) {
     EXPECT_THAT(column(Column::k_number, 0, 2), ElementsAre("1", "2", "3"));
 }
 
-TEST_F(GridClipboardTest, WhatWasCopiedComesBackAsItWas) {
+TEST_F(GridClipboardTest, ACopiedBlockPastesUnchanged) {
     ASSERT_TRUE(cells_->take(0, Column::k_text, QStringLiteral("a \"b\"\tc\nd")));
     go_to(0, Column::k_text);
     grid_->copy();

@@ -105,7 +105,7 @@ protected:
         EXPECT_EQ(dialogs_.answers_left(), 0U);
     }
 
-    /// Shows a grid of so many rows in a new window.
+    /// Shows a grid with this number of rows in a new window.
     void show_grid(int rows) {
         window_ = std::make_unique<QMainWindow>();
         cells_ = std::make_unique<CellsInMemory>(rows);
@@ -144,10 +144,10 @@ protected:
             QItemSelectionModel::ClearAndSelect);
     }
 
-    /// A key goes where a user's key would: to whatever has the focus.
+    /// Sends a key to where a user's key would go: to the widget that has the focus.
     void key(Qt::Key which, Qt::KeyboardModifiers with = Qt::NoModifier) {
         QTest::keyClick(QApplication::focusWidget(), which, with);
-        QApplication::processEvents();  // an editor takes its text only once Enter was passed on
+        QApplication::processEvents();  // the grid takes the text only after Enter was processed
     }
     void type(const char* text) {
         for (const char* at = text; *at != '\0'; ++at) QTest::keyClick(QApplication::focusWidget(), *at);

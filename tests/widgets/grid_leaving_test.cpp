@@ -16,7 +16,7 @@ protected:
     void empty(int row, int column) { ASSERT_TRUE(cells_->take(row, column, {})); }
 };
 
-TEST_F(GridLeavingTest, AMissingNumberThatIsPassedStaysMissing) {
+TEST_F(GridLeavingTest, AMissingNumberStaysMissingIfTheCursorPasses) {
     for (int row = 2; row < 5; ++row) empty(row, Column::k_number);
     go_to(2, Column::k_number);
     key(Qt::Key_Down);
@@ -59,7 +59,7 @@ TEST_F(GridLeavingTest, ACellThatWasEmptiedInItsEditorBecomesZeroAtEnter) {
     EXPECT_EQ(edits_, 1);
 }
 
-TEST_F(GridLeavingTest, AnotherWidgetTakesWhatIsBeingTypedFirst) {
+TEST_F(GridLeavingTest, AChangeOfTheFocusTakesWhatIsBeingTyped) {
     go_to(2, Column::k_number);
     key(Qt::Key_F2);
     key(Qt::Key_Delete);
@@ -131,7 +131,7 @@ TEST_F(GridLeavingTest, ALockedEmptyCellStaysEmpty) {
     EXPECT_THAT(left_, ElementsAre(Pair(2, Column::k_number)));
 }
 
-TEST_F(GridLeavingTest, ACellOfRowsThatAreGoneIsNotLeft) {
+TEST_F(GridLeavingTest, ACellOfARemovedRowIsNotLeft) {
     go_to(2, Column::k_number);
     cells_->reload();
     EXPECT_THAT(left_, IsEmpty());

@@ -18,7 +18,7 @@ protected:
 };
 
 TEST_F(GridSheetTest, WithoutASelectionTheWholeGridIsPrintedAsItShows) {
-    go_to(3, 1);  // the active cell is no selection
+    go_to(3, 1);  // the active cell is not a selection
     const PrintedSheet sheet = selected_sheet();
     EXPECT_THAT(heads(), ElementsAre("Name", "Amount", "Count", "Day", "Units"));
     ASSERT_EQ(sheet.rows.size(), static_cast<std::size_t>(k_rows));
@@ -49,7 +49,7 @@ TEST_F(GridSheetTest, AllOfAGridCanBePrintedInSpiteOfASelection) {
     EXPECT_EQ(sheet_of(*grid_).rows.size(), static_cast<std::size_t>(k_rows));
 }
 
-TEST_F(GridSheetTest, TheFirstColumnStandsOnceWhereItIsSelected) {
+TEST_F(GridSheetTest, TheFirstColumnIsPrintedOnceIfItIsSelected) {
     select(0, 0, 1, 1);
     EXPECT_THAT(heads(), ElementsAre("Name", "Amount"));
 }

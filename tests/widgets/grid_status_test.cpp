@@ -1,4 +1,4 @@
-// What the status bar says of a grid.
+// What the status bar says about a grid.
 
 #include "widgets/grid_status.h"
 
@@ -22,7 +22,7 @@ protected:
     }
 };
 
-TEST_F(GridStatusTest, ARefusedEntryIsToldWithItsPlaceAndTheReason) {
+TEST_F(GridStatusTest, ARefusedEntryIsReportedWithItsPlaceAndTheReason) {
     enter(2, Column::k_number, "450,5");
     EXPECT_EQ(
         told(),

@@ -44,7 +44,7 @@ TEST_F(GridTypingTest, EnterInTheLastRowTakesTheTextAndStays) {
     EXPECT_THAT(active(), Pair(k_rows - 1, Column::k_integer));
 }
 
-TEST_F(GridTypingTest, WhereEnterDoesNotGoDownItEndsTheEditAndStays) {
+TEST_F(GridTypingTest, IfEnterDoesNotGoDownItEndsTheEditAndStays) {
     grid_->set_enter_goes_down(false);
     go_to(2, Column::k_number);
     type("12.5");
@@ -114,7 +114,7 @@ TEST_F(GridTypingTest, LettersDoNotEnterANumberCell) {
 }
 
 TEST_F(GridTypingTest, APointInAnIntegerAndACommaInAnyNumberAreRefusedAsAWhole) {
-    // A sign that was dropped would leave another number: 45 for 4.5, 15 for 1,5.
+    // Without the refused character another number would remain: 45 for 4.5, 15 for 1,5.
     for (const auto& [column, typed] :
          {std::pair{Column::k_integer, "4.5"}, std::pair{Column::k_integer, "4,5"},
           std::pair{Column::k_number, "1,5"}, std::pair{Column::k_number, "1,234.5"}}) {
@@ -208,7 +208,7 @@ TEST_F(GridTypingTest, ALockedCellOpensNoEditor) {
     go_to(2, Column::k_number);
     type("9");
     EXPECT_EQ(editor(), nullptr);
-    EXPECT_THAT(active(), Pair(2, Column::k_number));  // and leads nowhere, though row 9 begins with it
+    EXPECT_THAT(active(), Pair(2, Column::k_number));  // no jump to row 9, which begins with "9"
     key(Qt::Key_F2);
     EXPECT_EQ(editor(), nullptr);
     EXPECT_EQ(at(2, Column::k_number), "2.125");
