@@ -1,4 +1,4 @@
-// A blank basin file in a folder of its own, and what tests ask of the store.
+// A blank basin file in a folder of its own, and helpers for errors of the store.
 #pragma once
 
 #include "store/database.h"
@@ -14,7 +14,7 @@
 
 namespace nivora {
 
-/// How a test that fails names a fault.
+/// Prints a fault by name when a test fails.
 inline void PrintTo(StoreFault fault, std::ostream* out) {
     switch (fault) {
         case StoreFault::Missing: *out << "Missing"; return;
@@ -32,7 +32,7 @@ inline void PrintTo(StoreFault fault, std::ostream* out) {
     *out << "no fault of the store";
 }
 
-/// The refusal of the store with which a piece of work ends; nothing where it was not refused.
+/// The kind of the StoreError with which a piece of work ends; nothing if it ends without one.
 template <typename Work>
 [[nodiscard]] std::optional<StoreFault> refused(Work&& work) {
     try {
@@ -43,7 +43,7 @@ template <typename Work>
     return std::nullopt;
 }
 
-/// The text of that refusal; empty where there was none.
+/// The text of that error; empty if there is none.
 template <typename Work>
 [[nodiscard]] std::string refusal_text(Work&& work) {
     try {
@@ -54,7 +54,7 @@ template <typename Work>
     return {};
 }
 
-/// A basin file as the template has it. It is gone when the test ends.
+/// A basin file with the content of the template, removed when the test ends.
 class BasinFile {
 public:
     BasinFile() { BasinDatabase::create_template(path_); }
@@ -64,13 +64,13 @@ public:
 
     [[nodiscard]] BasinDatabase open(Access access = Access::ReadWrite) const { return {path_, access}; }
 
-    /// Runs statements past the store, as another program would.
+    /// Runs statements without the store, as another program would.
     void change(const std::string& statements) const {
         SQLite::Database raw{path_.string(), SQLite::OPEN_READWRITE};
         raw.exec(statements);
     }
 
-    /// The first column of the rows of a query, as texts, read past the store; "Null" for a missing value.
+    /// The first column of the rows of a query, as texts, read without the store; "Null" for a missing value.
     [[nodiscard]] std::vector<std::string> column(const std::string& query) const {
         SQLite::Database raw{path_.string(), SQLite::OPEN_READONLY};
         SQLite::Statement rows{raw, query};

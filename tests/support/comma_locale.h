@@ -1,4 +1,4 @@
-// Places whose numbers have a decimal comma, set for the time of a test.
+// Locales with a decimal comma, set for the duration of a test.
 #pragma once
 
 #include "tests/support/temporary_folder.h"
@@ -41,7 +41,7 @@ public:
 #endif
     }
 
-    /// Sets a locale with a decimal comma, made here where the machine has none; false where that fails.
+    /// Sets a locale with a decimal comma, created here if the machine has none; false if that fails.
     [[nodiscard]] bool set_decimal_comma() { return set_installed() || (make_one() && set_installed()); }
 
 private:

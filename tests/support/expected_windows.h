@@ -15,9 +15,9 @@
 
 namespace nivora {
 
-/// Acts in each expected window once it is shown. A modal window that the script does not expect next, or
-/// that is still open after its turn, is kept as a complaint and closed, so that no test waits forever.
-/// Windows that stop nobody may open without being expected.
+/// Acts on each expected window once it is shown. A modal window that the script does not expect next, or
+/// that is still open after its turn, becomes a complaint and is closed, so that no test waits forever.
+/// Windows that are not modal may open without being expected.
 class ExpectedWindows : public QObject {
 public:
     ExpectedWindows() { qApp->installEventFilter(this); }
@@ -51,7 +51,8 @@ private:
         return widget.isWindow() && (widget.windowType() == Qt::Window || widget.windowType() == Qt::Dialog);
     }
 
-    /// The window is shown in the midst of the work that opens it: its turn comes when it waits for its user.
+    /// The window is shown in the middle of the work that opens it,
+    /// so the action waits until the event loop runs.
     void shown(QWidget& window) {
         if (!steps_.empty() && steps_.front().window == window.objectName()) {
             Step step = std::move(steps_.front());
@@ -82,7 +83,7 @@ private:
     static constexpr int k_activation_ms = 2000;
 
     std::deque<Step> steps_;
-    std::size_t coming_ = 0;  ///< shown, and not acted in yet
+    std::size_t coming_ = 0;  ///< shown, but not acted on yet
     std::vector<std::string> complaints_;
 };
 

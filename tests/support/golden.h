@@ -1,7 +1,7 @@
-// Results of whole runs, compared with kept ones to the last bit.
+// Results of whole runs, compared to the last bit with stored ones.
 //
-// NIVORA_RENEW_GOLDEN=1 in the environment writes the kept files anew; a test that does so fails all the
-// same, so that a renewal never passes unseen.
+// NIVORA_RENEW_GOLDEN=1 in the environment rewrites the stored files. A test that does so still fails, so
+// that a renewal is never overlooked.
 #pragma once
 
 #include "base/durable_file.h"
@@ -58,7 +58,7 @@ template <typename Value>
     }
 }
 
-/// Compares a text with a kept one, a file of tests/batch/golden.
+/// Compares a text with a stored one, a file of tests/batch/golden.
 inline void expect_golden(const std::string& file, const std::string& computed) {
     const auto kept_file = std::filesystem::path{NIVORA_SOURCE_DIR} / "tests/batch/golden" / file;
     if (std::getenv("NIVORA_RENEW_GOLDEN") != nullptr) {

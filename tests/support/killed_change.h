@@ -13,7 +13,7 @@
 
 namespace nivora {
 
-/// Kills a child in the middle of a statement whose pages have partly reached the file.
+/// Kills a child process in the middle of a statement that has written some of its pages to the file.
 inline void kill_during_change(const std::filesystem::path& path, const std::string& statement) {
     const pid_t child = fork();
     if (child == 0) {

@@ -13,11 +13,11 @@
 
 namespace nivora {
 
-/// Runs work in a process of its own until it holds what it is to hold. It is killed there at the end of this
-/// object, unless it was told to finish.
+/// Runs work in a separate process until it holds the file, and keeps it there. The process is killed when
+/// this object ends, unless finish() has let it complete.
 class OtherProgram {
 public:
-    /// @param work calls the function that it is given once it holds the file; the call returns at finish()
+    /// @param work calls the function that it gets once it holds the file; that call returns at finish()
     explicit OtherProgram(const std::function<void(const std::function<void()>& hold)>& work) {
         EXPECT_EQ(pipe(held_.data()), 0);
         EXPECT_EQ(pipe(go_on_.data()), 0);
@@ -39,7 +39,7 @@ public:
         close(go_on_[1]);
     }
 
-    /// Lets the work go on and waits for its end.
+    /// Lets the work continue and waits for its end.
     void finish() {
         EXPECT_EQ(write(go_on_[1], "x", 1), 1);
         int status = -1;

@@ -1,4 +1,4 @@
-// Damage as a failing disk does it: other bytes in a database file.
+// Damage like that of a failing disk: wrong bytes in a database file.
 #pragma once
 
 #include "tests/support/temporary_folder.h"
@@ -14,7 +14,7 @@ namespace nivora {
 
 inline constexpr std::size_t k_page_size = 4096;
 
-/// Puts other bytes into a file, which keeps its size.
+/// Overwrites bytes of a file, which keeps its size.
 inline void put_bytes(const std::filesystem::path& file, std::size_t at, const std::string& bytes) {
     std::fstream stream{file, std::ios::binary | std::ios::in | std::ios::out};
     stream.seekp(static_cast<std::streamoff>(at));
@@ -37,7 +37,7 @@ inline void damage_first_page(const std::filesystem::path& file, const std::stri
     put_bytes(file, (first_page_of(file, name) - 1) * k_page_size, bytes);
 }
 
-/// Empties an index. The trees stay well formed, so that only a comparison with the rows tells.
+/// Empties an index. The trees stay well-formed, so only a comparison with the rows finds it.
 inline void empty_index(const std::filesystem::path& file, const std::string& name) {
     damage_first_page(file, name, std::string("\x0a\x00\x00\x00\x00\x10\x00\x00", 8));
 }

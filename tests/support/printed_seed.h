@@ -1,4 +1,4 @@
-// Seeds for tests over random values: new ones at every run, and printed, so that a failure can be had again.
+// Seeds for tests with random values: new in every run, and printed, so that a failure can be reproduced.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace nivora {
 
-/// A new seed, or the one that the environment variable NIVORA_TEST_SEED states; prints it either way.
+/// A new seed, or the one in the environment variable NIVORA_TEST_SEED; printed in either case.
 [[nodiscard]] inline std::uint32_t printed_seed() {
     const char* wanted = std::getenv("NIVORA_TEST_SEED");
     const auto seed = wanted != nullptr ? static_cast<std::uint32_t>(std::stoul(wanted))

@@ -1,4 +1,4 @@
-// Rules that hold for whatever input, tried on random ones.
+// Rules that hold for any input, tried on random input.
 #pragma once
 
 #include "tests/support/printed_seed.h"
@@ -14,7 +14,7 @@ namespace nivora {
 template <typename Base>
 class RandomTrials : public Base {
 protected:
-    /// Runs a trial so many times, on a new seed.
+    /// Runs a trial this number of times, with a new seed.
     template <typename Trial>
     void try_often(int trials, Trial&& trial) {
         const std::uint32_t seed = printed_seed();

@@ -14,8 +14,8 @@
 
 namespace nivora {
 
-/// A text as it was painted: where its baseline begins, and how wide it is, in points from the paper's
-/// corner.
+/// A text as it was painted: where its baseline begins, and its width,
+/// in points from the corner of the paper.
 struct RecordedText {
     double x = 0.0;
     double y = 0.0;
@@ -40,7 +40,7 @@ struct RecordedJob {
     }
 };
 
-/// Keeps texts; lines and areas are painted nowhere.
+/// Records texts; lines and areas are ignored.
 class RecordingEngine : public QPaintEngine {
 public:
     explicit RecordingEngine(RecordedJob& job) : QPaintEngine(QPaintEngine::AllFeatures), job_(job) {}
@@ -76,7 +76,7 @@ private:
     double scale_ = 1.0;
 };
 
-/// A printer whose paper is a record. It can run out of paper behind a page.
+/// A printer that records instead of printing. It can run out of paper after a page.
 class RecordingPrinter : public QPdfWriter {
 public:
     RecordingPrinter(RecordedJob& job, std::size_t sheets, QIODevice* nowhere)
@@ -97,7 +97,7 @@ private:
     std::size_t sheets_;
 };
 
-/// Answers the print dialog in the order of its script; without one every print goes to its printer.
+/// Answers the print dialog in the order of its script; if that is empty, a print goes to the printer.
 class RecordedPrinters : public Printers {
 public:
     std::optional<PrintChoice> choose(QWidget* window, const PrintOffer& offer) override {
@@ -124,7 +124,7 @@ public:
         return choice;
     }
 
-    /// Lets the next print go to a target, or be cancelled.
+    /// Adds the answer for a next print: a target, or nothing to cancel it.
     RecordedPrinters& then(std::optional<PrintTarget> target) {
         script_.push_back(target);
         return *this;
@@ -132,14 +132,14 @@ public:
 
     /// What was printed, first job first.
     [[nodiscard]] const std::deque<RecordedJob>& jobs() const { return jobs_; }
-    /// How often the dialog was shown, and with which printer.
+    /// The printer that each shown dialog offered.
     [[nodiscard]] const std::vector<std::string>& offered_printers() const { return offered_printers_; }
-    /// In front of which window it was shown last.
+    /// The window in front of which the dialog was last shown.
     [[nodiscard]] const QWidget* window() const { return window_; }
 
     std::string name = "Laser";
     std::size_t sheets = 1000;  ///< pages that it prints
-    bool vanished = false;      ///< it is gone once it was chosen
+    bool vanished = false;      ///< it is removed after it was chosen
     bool jams = false;          ///< it reports an error after the print
 
 private:

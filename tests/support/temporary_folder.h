@@ -1,4 +1,4 @@
-// A folder of its own for one test, gone when the test ends.
+// A separate folder for one test, removed when the test ends.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@
 
 namespace nivora {
 
-/// Makes an empty folder with a name that no other test has and removes it with all that lies in it.
+/// Creates an empty folder with a name that no other test uses, and removes it with its whole content.
 class TemporaryFolder {
 public:
     TemporaryFolder() {
@@ -32,7 +32,7 @@ public:
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     ~TemporaryFolder() {
-        std::error_code ignored;  // a folder that stays behind is no reason to end the test program
+        std::error_code ignored;  // a folder that can't be removed must not end the test program
         std::filesystem::remove_all(path_, ignored);
     }
 
@@ -43,7 +43,7 @@ public:
         return path_ / name;
     }
 
-    /// Writes a file of the folder, byte for byte, and gives back its path.
+    /// Writes a file in the folder, byte for byte, and returns its path.
     std::filesystem::path write(const std::filesystem::path& name, std::string_view content) const {
         const std::filesystem::path file_path = path_ / name;
         std::ofstream file{file_path, std::ios::binary | std::ios::trunc};
@@ -53,7 +53,7 @@ public:
         return file_path;
     }
 
-    /// The names of what lies in the folder itself.
+    /// The names of the files and folders directly in the folder.
     [[nodiscard]] std::vector<std::string> entries() const {
         std::vector<std::string> names;
         for (const auto& entry : std::filesystem::directory_iterator{path_}) {

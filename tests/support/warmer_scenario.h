@@ -12,8 +12,8 @@
 
 namespace nivora {
 
-/// Adds the scenario "warmer" to a basin file: two degrees more on every day, the winter ending on 31 March
-/// 1998. As with any first scenario, the placeholder of the simulation goes.
+/// Adds the scenario "warmer" to a basin file: two degrees more on every day, and a winter that ends on 31
+/// March 1998. As with any first scenario, the placeholder of the simulation is removed.
 inline void add_warmer_scenario(const std::filesystem::path& file, const std::string& simulation,
                                 DayCount start, DayCount end) {
     BasinDatabase database{file, Access::ReadWrite};

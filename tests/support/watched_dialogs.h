@@ -1,4 +1,4 @@
-// A script for every box that also lets a test look at the windows while a box is shown.
+// A script for every box, which also lets a test inspect the windows while a box is shown.
 #pragma once
 
 #include "base/scripted_dialogs.h"
@@ -26,8 +26,7 @@ public:
     [[nodiscard]] const std::string& title() const { return title_; }
 
     std::function<void()> while_shown;
-    /// Where messages are shown instead of being answered by the script, so that a test can answer them by
-    /// keys and mouse; null for the script.
+    /// If set, shows the messages instead of the script, so that a test can answer them with keys and mouse.
     Dialogs* boxes = nullptr;
 
 private:

@@ -15,9 +15,9 @@
 
 namespace nivora {
 
-/// Adds to a test the main window on a program folder of its own, with a script for every box.
+/// Adds the main window to a test, in a program folder of its own, with a script for every box.
 ///
-/// @tparam Base a test with a function `settle`, which lets the windows do what they have to do
+/// @tparam Base a test with a function `settle`, which lets the windows finish their work
 template <typename Base>
 class WithMainWindow : public Base {
 protected:
