@@ -1,6 +1,6 @@
 # cmake -DTREE=<folder that holds src/> -P check_layers.cmake
 #
-# Fails with a list of the faults if a file of the tree includes what its layer may not, or bears a wrong name.
+# Fails with a list of the faults if a file of the tree includes what its layer may not, or has a wrong name.
 cmake_minimum_required(VERSION 3.25)
 include("${CMAKE_CURRENT_LIST_DIR}/layers.cmake")
 

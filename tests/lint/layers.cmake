@@ -1,6 +1,6 @@
 # The layers of src/ as data, and the check of a tree against them. Needs nothing but CMake.
 
-# What each folder may include. A folder always reaches itself.
+# What each folder may include. A folder may always include its own headers.
 set(reach_of_base base)
 set(reach_of_store store ${reach_of_base})
 set(reach_of_engine engine ${reach_of_store})
@@ -137,9 +137,9 @@ function(fault_of_name path layer result)
     endif()
 endfunction()
 
-# Checks every file of <tree>/src, also for statements of SQL above the store, and that no source of <tree>/tests is
-# passed over by the build. Sets `findings` to lines "<path>: <fault>" in the order of the paths, and `checked` to the
-# number of files of src looked at.
+# Checks every file of <tree>/src, also for statements of SQL above the store, and that the build ignores no source of
+# <tree>/tests. Sets `findings` to lines "<path>: <fault>" in the order of the paths,
+# and `checked` to the number of checked files of src.
 macro(check_layers tree)
     set(findings "")
     set(checked 0)
@@ -174,8 +174,8 @@ macro(check_layers tree)
     file(GLOB_RECURSE paths RELATIVE "${tree}/tests" "${tree}/tests/*.cpp")
     list(SORT paths)
     foreach(path IN LISTS paths)
-        # The tests of the real program and those on a display list their files themselves; the main of all tests
-        # of windows lies beside their folders.
+        # The tests of the real program and those on a display list their files themselves; the main function of all
+        # window tests lies beside their folders.
         layer_of("${path}" layer)
         if(path MATCHES "^lint/|^support/[^/]+$|^(program|screen)/[^/]+$|^windows/[^/]+$")
             continue()

@@ -1,5 +1,5 @@
-# The check of the check: a tree full of faults gives exactly the expected findings, a good one none, and the program
-# that ctest calls turns faults, and a tree without files, into failure.
+# Tests the check: a tree full of faults gives exactly the expected findings and a good one none, and the script that
+# ctest calls fails for faults and for a tree without files.
 cmake_minimum_required(VERSION 3.25)
 set(here "${CMAKE_CURRENT_LIST_DIR}")
 include("${here}/layers.cmake")

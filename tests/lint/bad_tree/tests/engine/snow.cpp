@@ -1,1 +1,1 @@
-// The build passes over a test with such a name.
+// The build ignores a test whose name does not end in _test.cpp.

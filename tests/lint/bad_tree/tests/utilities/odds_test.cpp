@@ -1,1 +1,1 @@
-// And over one in such a folder.
+// The build ignores a test in an unknown folder.

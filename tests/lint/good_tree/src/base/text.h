@@ -2,4 +2,4 @@
 
 #include <string>
 
-// "store/basin_store.h" in a comment is no include.
+// A header that is only named in a comment, "store/basin_store.h", is not included.

@@ -1,1 +1,1 @@
-// Neither a window nor snake_case that says so.
+// Begins like the name of a window, but is not one.

@@ -1,1 +1,1 @@
-// A window of nothing that is known.
+// A header in an unknown folder of windows.
