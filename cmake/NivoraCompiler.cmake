@@ -18,22 +18,22 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 option(NIVORA_WARNINGS_AS_ERRORS "A warning in our own code ends the build" OFF)
 
 # Every build has to give the same floating-point bits: a product and a sum are never contracted into one operation,
-# and nothing here may be traded for speed.
+# and no option may give up exactness for speed.
 target_compile_options(nivora_compiler INTERFACE -ffp-contract=off -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
 if(NIVORA_WARNINGS_AS_ERRORS)
     target_compile_options(nivora_compiler INTERFACE -Werror)
 endif()
-# GCC takes the storage of an empty std::optional for a value that is read (GCC bug 80635). Clang keeps watch.
+# GCC warns that an empty std::optional is read uninitialised where it is not (GCC bug 80635). Clang's check stays on.
 target_compile_options(nivora_compiler INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 target_compile_definitions(nivora_compiler INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
 
-# Line numbers are all that a report of a sanitizer needs: objects are a third as large, tests compile in two thirds of
-# the time. Files of tests (the property NIVORA_TEST_CODE) are checked for addresses alone: their many expectations take
-# twice as long to compile with the checks of undefined behaviour, which the libraries that they call have anyway.
+# Sanitizer reports need only line numbers: with these, objects are a third as large and tests compile in two thirds
+# of the time. Test files (the property NIVORA_TEST_CODE) are checked for addresses only: their many expectations take
+# twice as long to compile with the checks for undefined behaviour, which the libraries that they call have anyway.
 if(NIVORA_SANITIZERS)
     set(sanitize "-fsanitize=${NIVORA_SANITIZERS}")
     if(NIVORA_SANITIZERS MATCHES "undefined")
-        # A number that does not fit the integer it is turned into belongs to no group in GCC.
+        # GCC has no group that includes the overflow of a conversion to an integer.
         string(APPEND sanitize ",float-cast-overflow")
     endif()
     string(REGEX REPLACE "=.*address.*" "=address" sanitize_test "${sanitize}")

@@ -1,4 +1,4 @@
-# The libraries under src/ and those of others that they stand on.
+# The libraries under src/, and the libraries of others that they use.
 
 find_package(PkgConfig REQUIRED)
 find_package(fmt REQUIRED)
@@ -10,10 +10,9 @@ pkg_check_modules(utf8proc REQUIRED IMPORTED_TARGET libutf8proc)
 
 # nivora_library(<folder> [NAME <target>] [EXCEPT <file>...] [DEPENDS <folder>...] [LIBRARIES <target>...])
 #
-# Makes the static library nivora_<folder>, or <target>, from the .cpp files of src/<folder> but EXCEPT those named.
-# In the name of a target the slash of a folder
-# becomes an underscore. DEPENDS names the folders below that it stands on, LIBRARIES what it takes from others. A folder that has headers
-# only gives an interface library.
+# Makes the static library nivora_<folder>, or <target>, from the .cpp files of src/<folder> except those named after
+# EXCEPT. In the name of a target the slash of a folder becomes an underscore. DEPENDS names the lower folders that it
+# uses, LIBRARIES the targets of others. A folder with headers only gives an interface library.
 function(nivora_library folder)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "NAME" "EXCEPT;DEPENDS;LIBRARIES")
     if(arg_UNPARSED_ARGUMENTS)

@@ -1,4 +1,4 @@
-# The folder that runs from anywhere: the programs and the files that lie beside them. See NIVORA_PROGRAM_FOLDER.
+# The folder that runs from anywhere: the programs and the files beside them. See NIVORA_PROGRAM_FOLDER.
 
 add_custom_target(nivora_program_folder ALL)
 
@@ -22,7 +22,7 @@ function(nivora_put_beside_program)
     endforeach()
 endfunction()
 
-# Makes a file, for which a custom command of this directory stands, part of the program folder.
+# Adds a file that a custom command of this directory creates to the program folder.
 function(nivora_program_folder_holds file)
     cmake_path(RELATIVE_PATH file BASE_DIRECTORY "${NIVORA_PROGRAM_FOLDER}" OUTPUT_VARIABLE name)
     string(MAKE_C_IDENTIFIER "nivora_program_file_${name}" target)
@@ -32,7 +32,7 @@ endfunction()
 
 # nivora_basin_template()
 #
-# Lets the batch program make the template of all basins, null.mdb.
+# Lets the batch program create the template of all basins, null.mdb.
 function(nivora_basin_template)
     set(template "${NIVORA_PROGRAM_FOLDER}/null.mdb")
     add_custom_command(OUTPUT "${template}"

@@ -1,4 +1,4 @@
-# Qt for what paints pages, and for the folders that have windows.
+# Qt for the code that paints pages, and for the folders that have windows.
 
 find_package(Qt6 6.4 REQUIRED COMPONENTS Gui)
 
@@ -8,8 +8,8 @@ endif()
 
 # nivora_strict_qt(<target>)
 #
-# Runs moc where it is needed and leaves out of Qt what we do not use: texts are never taken for Latin-1, signals are
-# never connected by their names, and every connection has an object that ends it.
+# Runs moc where it is needed and disables what we do not use of Qt: texts are never taken as Latin-1, signals are
+# never connected by their names, and every connection has a context object.
 function(nivora_strict_qt target)
     set_target_properties(${target} PROPERTIES AUTOMOC ON)
     target_compile_definitions(${target} PRIVATE

@@ -1,7 +1,7 @@
 # The test programs, one for each folder under tests/.
 
-# Parsing the headers of libraries is most of the work of compiling a test. They are compiled once, for all test
-# programs without windows and for all with windows.
+# Most of the work of compiling a test is parsing the headers of libraries. They are compiled once for all test
+# programs without windows, and once for all with windows.
 function(nivora_test_headers target)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "HEADERS;LIBRARIES")
     set(source "${CMAKE_CURRENT_BINARY_DIR}/${target}.cpp")
@@ -17,8 +17,8 @@ endfunction()
 #
 # Makes nivora_<folder>_test from tests/<folder>/*_test.cpp on nivora_<folder>, or <target>. Its tests are known to
 # ctest as <folder>.<suite>.<test> with the folder's name as label; a slash becomes an underscore. WINDOWS adds what
-# tests of windows need. PAINTED compiles as what links QtGui must be.
-# The tests themselves are not optimised: what they test is, and they compile in a third of the time.
+# window tests need. PAINTED compiles with the options that QtGui requires.
+# The tests are compiled without optimisation, in a third of the time; the code that they test is optimised.
 function(nivora_tests folder)
     cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS;PAINTED" "LIBRARY" "DEFINITIONS")
     file(GLOB sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tests/${folder}/*_test.cpp")
@@ -50,7 +50,7 @@ function(nivora_tests folder)
     target_compile_definitions(${target} PRIVATE ${arg_DEFINITIONS})
     gtest_discover_tests(${target}
         TEST_PREFIX "${name}."
-        NO_PRETTY_VALUES # the bytes of a parameter are another text in each build
+        NO_PRETTY_VALUES # the bytes of a parameter print differently in each build
         DISCOVERY_MODE PRE_TEST
         DISCOVERY_TIMEOUT 60
         PROPERTIES TIMEOUT 300 LABELS "${name}")

@@ -1,4 +1,4 @@
-# Runs one simulation of a basin in a copy that is gone afterwards; the sample itself stays as it is.
+# Runs one simulation of a basin in a copy, which is then removed; the sample itself is not changed.
 #
 # cmake -DPROGRAM=... -DBASIN=... -DSIMULATION=... -DFOLDER=... -P RunSample.cmake
 
