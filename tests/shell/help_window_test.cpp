@@ -86,9 +86,9 @@ TEST_F(HelpWindowTest, AMissingManualIsReportedWithBothReasons) {
     help_.findChild<QAction*>(QStringLiteral("mnuHlpItm(19)"))->trigger();
     EXPECT_EQ(last_message().title, "Unable to access the Nivora Users Manual");
     EXPECT_EQ(last_message().text,
-              "The Nivora Users Manual is unavailable for the following reasons: \n\nMicrosoft Word "
-              "version:\tFile not "
-              "found\nAdobe .pdf version:    \tFile not found");
+              "The Nivora Users Manual is unavailable for the following reasons: \n\n"
+              "Microsoft Word version:\tFile not found\n"
+              "Adobe .pdf version:    \tFile not found");
 }
 
 TEST_F(HelpWindowTest, CopyTakesTheWholeTextWhereNothingIsSelected) {
