@@ -20,7 +20,7 @@ constexpr int k_elevation_column = 2;
 constexpr int k_threshold_column = 13;
 constexpr int k_fewest_grid_lines = 7;
 
-/// The number behind a cell of the zone grid, columns 2 to 11 from 1.
+/// The number in a cell of the zone grid, columns 2 to 11, counted from 1; null for any other column.
 std::optional<double>* number_of(Zone& zone, int column) {
     if (column == 2) return &zone.area;
     if (column == 3) return &zone.elevation;
@@ -50,7 +50,7 @@ QString ZoneModel::text(int row, int column) const {
 QString ZoneModel::header(int column) const { return to_qt(zone_header(column + 1, units_)); }
 
 QString ZoneModel::unit(int column) const {
-    // The other numbers have their unit in their header.
+    // The headers of the other numbers name their units.
     const bool share = column >= 3 && column % 2 == 1;
     return share ? QStringLiteral("percent of the zone's area; 1 in an imported basin, whose file gives none")
                  : QString{};
@@ -71,7 +71,7 @@ bool ZoneModel::put(int row, int column, const QString& text) {
         zone.id = taken;
         return true;
     }
-    // An emptied cell holds zero and no blank.
+    // An emptied cell holds zero, not a blank.
     const auto number = trimmed(taken).empty() ? std::optional{0.0} : exact_number(taken);
     if (!number) return false;
     *number_of(zone, column + 1) = number;

@@ -13,7 +13,8 @@ namespace nivora {
 
 class GridView;
 
-/// The elevation zones: one row a zone, the eleven columns of the zone grid. Numbers show as they were typed.
+/// The elevation zones: one row per zone, the eleven columns of the zone grid.
+/// Numbers show as they were typed.
 class ZoneModel : public GridModel {
     Q_OBJECT
 
@@ -27,14 +28,14 @@ public:
     [[nodiscard]] QString header(int column) const override;
     [[nodiscard]] QString unit(int column) const override;
     [[nodiscard]] QString place(int row, int column) const override;
-    /// Without a unit for QuickHelp, whose lines of these columns tell all of it.
+    /// No unit for QuickHelp: its lines for these columns already name it.
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
     /// Shows the zones of another basin.
     void show_other_basin();
-    /// Shows the zones again, of which there may be more or fewer.
+    /// Shows the zones again after a change, which may include their number.
     void refresh();
-    /// Names the units in the headers: those that are chosen, also before they are fixed.
+    /// Names the units in the headers: the chosen ones, even before they are fixed.
     void show_units(Units units);
     /// Paints the elevation of a zone in the colour of refused input; 0 for none.
     void mark_zone(int zone);
@@ -46,11 +47,11 @@ private:
     [[nodiscard]] int zones() const { return static_cast<int>(session_.basin.zones.size()); }
 
     Session& session_;
-    int rows_ = 0;  ///< that are shown; the basin may already have others
+    int rows_ = 0;  ///< the number of shown rows; the basin may already have another number
     Units units_ = Units::Metric;
 };
 
-/// The simulations: one row a simulation, 17 columns, blue as the grid shows stored values.
+/// The simulations: one row per simulation, 17 columns, in the blue of stored values.
 class SimulationModel : public GridModel {
     Q_OBJECT
 
@@ -70,7 +71,7 @@ public:
 
     /// Shows the simulations of another basin.
     void show_other_basin();
-    /// Shows the simulations again, with the rows that came and went.
+    /// Shows the simulations again after a change; adds and removes rows.
     void refresh();
 
 protected:
@@ -82,10 +83,10 @@ private:
     [[nodiscard]] std::vector<std::string> names() const;
 
     Session& session_;
-    std::vector<std::string> rows_;  ///< the names of those that are shown; the basin may already have others
+    std::vector<std::string> rows_;  ///< the names of the shown rows; the basin may already have others
 };
 
-/// A grid of the main window, whose rows are seen on the smallest screen as well.
+/// A grid of the main window, tall enough to show rows on the smallest screen.
 [[nodiscard]] GridView* make_basin_grid(const char* name, GridModel* model, Dialogs& user, QWidget* parent);
 
 }  // namespace nivora

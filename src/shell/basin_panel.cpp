@@ -120,7 +120,7 @@ void BasinPanel::connect_controls() {
         connect(boxes_.at(number), &QLineEdit::textChanged, this,
                 [this, number] { box_changed(static_cast<BasinBox>(number)); });
     }
-    // Labels name the units that are chosen, also before they are fixed, and go back with a refused choice.
+    // Labels name the chosen units even before they are fixed, and change back if the choice is refused.
     connect(units_, &QComboBox::currentIndexChanged, this, [this] {
         if (!interruptions_.filling) emit units_chosen();
     });
@@ -250,7 +250,7 @@ void BasinPanel::box_left(BasinBox left) {
     if (zones_open && !text.trimmed().isEmpty()) zones_left();
 }
 
-/// Tells what is wrong with a box, and brings the user back to it.
+/// Shows what is wrong with a box, and returns the focus to it.
 void BasinPanel::refuse_box(BasinBox refused, const Message& problem) {
     QLineEdit* edit = box(refused);
     interruptions_.telling = true;
@@ -322,7 +322,7 @@ void BasinPanel::take_areas() {
     emit areas_taken();
 }
 
-/// @return whether the key goes no further
+/// @return whether the key was handled or refused
 bool BasinPanel::box_key(BasinBox typed_in, const QKeyEvent& event) {
     if (is_enter(event)) {
         move_on_from(typed_in);
@@ -337,7 +337,7 @@ bool BasinPanel::box_key(BasinBox typed_in, const QKeyEvent& event) {
     return verdict != KeyVerdict::Passes;
 }
 
-/// @return whether the key goes no further
+/// @return whether the key was handled
 bool BasinPanel::units_key(const QKeyEvent& event) {
     if (!is_enter(event)) return false;
     if (units_->currentIndex() >= 0) {

@@ -21,8 +21,8 @@ namespace nivora {
 class GridView;
 class ZoneModel;
 
-/// Boxes, units and zone grid. What is typed counts in the basin's state at once, and is checked when its box
-/// is left.
+/// Boxes, units and zone grid. Typed text is stored in the basin's state at once,
+/// and is checked when its box is left.
 class BasinPanel : public QGroupBox {
     Q_OBJECT
 
@@ -31,24 +31,24 @@ public:
 
     /// Shows boxes, units and zones of the basin.
     void fill();
-    /// Another basin comes: nothing of the zone grid but its place stays.
+    /// Another basin will be shown: selection, active cell and scroll position of the zone grid are not kept.
     void leave_basin() { another_basin_ = true; }
-    /// Shows the units by their names, and the stage of the definition.
+    /// Shows the units by name, and the stage of the definition.
     void show_labels();
-    /// Takes the cell and the boxes that are being edited into the basin's state.
+    /// Stores the cell and the boxes that are being edited in the basin's state.
     void commit_edits();
-    /// Checks the box that is being typed in as if it were left: a menu only interrupts the work in a box,
-    /// but a run and a save take what is typed there. True where it was refused.
+    /// Checks the box that is being typed in as if it were left: a menu does not leave a box, but a run and a
+    /// save use its text. @return whether it was refused
     [[nodiscard]] bool refuses_typed_box();
 
     /// Puts the cursor into a box, or into a cell of the zone grid.
     void go_to(BasinBox box);
     void go_to_cell(int row, int column);
-    /// Lets the user type the name of a new basin.
+    /// Selects the name of a new basin, so that typing replaces it.
     void begin_naming();
-    /// Tells what keeps a run from its start, and leads to it.
+    /// Shows what prevents a run, and moves the cursor to it.
     void show_problem(const RunMenuProblem& problem);
-    /// Enables boxes and grid, which QuickHelp shuts.
+    /// Enables boxes and grid, or disables them for QuickHelp.
     void open_for_entry(bool open);
 
     [[nodiscard]] QLineEdit& name_box() const { return *box(BasinBox::Name); }
@@ -57,7 +57,7 @@ public:
 signals:
     /// A text or a number was changed, or counts as changed.
     void edited();
-    /// Other units are shown in the list, before they are fixed.
+    /// Other units were chosen in the list; they are not fixed yet.
     void units_chosen();
     void units_fixed();
     void zones_fixed();
@@ -96,8 +96,8 @@ private:
     QLabel* zones_caption_ = nullptr;
     QLabel* elevation_caption_ = nullptr;
     QLabel* area_caption_ = nullptr;
-    bool another_basin_ = true;          ///< than the zone grid shows
-    std::optional<BasinBox> typed_box_;  ///< the box whose text changed and that was not left since
+    bool another_basin_ = true;          ///< the basin is another one than the zone grid shows
+    std::optional<BasinBox> typed_box_;  ///< the box whose text has changed since it was entered
 };
 
 }  // namespace nivora

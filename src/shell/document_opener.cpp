@@ -14,8 +14,8 @@
 namespace nivora {
 namespace {
 
-/// Whether the desktop has no program for a kind of document. Its opener then ends without an error, so this
-/// is checked before.
+/// Whether the desktop has no program for a type of document. Its opener would then end without an error, so
+/// this is checked first.
 bool is_known_to_lack_a_program(const QString& file) {
     constexpr int k_patience_in_ms = 3000;
     const QString asker = QStandardPaths::findExecutable(QStringLiteral("xdg-mime"));

@@ -7,8 +7,8 @@ namespace nivora {
 
 /// Opens a document.
 ///
-/// @return at least `k_document_opened` if it was opened,
-/// otherwise the number of the reason, whose text is `errmsg`
+/// @return at least `k_document_opened` if it was opened, otherwise the number
+/// of the reason, whose text is `errmsg`
 [[nodiscard]] int StartDoc(const std::filesystem::path& file);
 
 }  // namespace nivora

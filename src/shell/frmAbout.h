@@ -1,4 +1,4 @@
-// What this program is.
+// The About window.
 #pragma once
 
 #include <QDialog>

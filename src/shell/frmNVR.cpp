@@ -45,9 +45,9 @@ frmNVR::frmNVR(const WindowContext& context)
 
 frmNVR::~frmNVR() {
     if (answered_ != nullptr) *answered_ = Desktop{};
-    // The focus that moves while the window goes is of no interest any more.
+    // Focus changes while the window is destroyed must not reach it.
     disconnect(qApp, nullptr, this, nullptr);
-    // It leaves no box or cell either, as long as the panels have what they share.
+    // Nor must they count as leaving a box or cell of the panels, which share this flag.
     interruptions_.leaving = true;
     hide();
 }

@@ -25,7 +25,7 @@ public:
     explicit frmNVR(const WindowContext& context);
     ~frmNVR() override;
 
-    /// Sets the upward calls. This window answers them as long as it exists.
+    /// Sets the upward calls, which this window answers as long as it exists.
     void answer(Desktop& desktop);
     /// The file work of the start, and what follows from it.
     void start();

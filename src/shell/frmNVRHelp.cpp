@@ -113,7 +113,7 @@ void frmNVRHelp::show_topic(int topic) {
         if (known.topic == topic) name = plain(known.caption);
     }
     setWindowTitle(QStringLiteral("Help for ") + name);
-    // New text would take the format of the text before it.
+    // New text would inherit the format of the text before it.
     text_->clear();
     text_->setCurrentCharFormat({});
     text_->setPlainText(to_qt(Help_Text(context().program_folder, topic)));
@@ -128,7 +128,7 @@ void frmNVRHelp::copy() {
     text_->setTextCursor(cursor);
 }
 
-/// Prints the topic that is shown, in the font that it is shown in.
+/// Prints the current topic in the font of the window.
 void frmNVRHelp::print() {
     const QFontInfo font(text_->font());
     context().printing.print_text(this,

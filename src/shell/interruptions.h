@@ -1,10 +1,10 @@
-// What makes an event in the main window no work of its user.
+// The states in which an event in the main window is caused by the program and not by its user.
 #pragma once
 
 namespace nivora {
 
-/// The panels of the main window share it: while a message about one of them shows, the focus that moves
-/// leaves no box or cell of the other.
+/// Shared by the panels of the main window: while a message about one of them is shown, a change of the focus
+/// does not count as leaving a box or cell of the other.
 struct Interruptions {
     bool filling = false;  ///< boxes and grids are being filled
     bool telling = false;  ///< a message about a box or cell is shown

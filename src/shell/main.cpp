@@ -16,14 +16,14 @@
 
 namespace {
 
-/// Whether files can be made beside the program; the reason where not.
+/// Whether files can be created beside the program: 0, or the number of the error.
 int write_test(const std::filesystem::path& program_folder) {
     const auto path = program_folder / "test";
     {
         std::ofstream file{path};
         if (!file) return errno == 0 ? EACCES : errno;
     }
-    std::error_code ignored;  // a test file that stays is no reason not to start
+    std::error_code ignored;  // a test file that can't be removed does not prevent the start
     std::filesystem::remove(path, ignored);
     return 0;
 }

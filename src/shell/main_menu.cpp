@@ -12,10 +12,10 @@
 namespace nivora {
 namespace {
 
-// The buttons of the window own the letters A, D and E, and "&Run" and "&Reports" share theirs.
+// The buttons of the window use the letters A, D and E; "&Run" and "&Reports" share one.
 
-/// One entry: its name, where it stands, its caption (none for a separator), the number of its help text, and
-/// what it asks for. An entry whose caption opens a menu of its own is named as the parent of others.
+/// One entry: its name, the menu it is in, its caption (none for a separator), the number of its help text,
+/// and its command. An entry with a submenu is the parent of other entries.
 struct Entry {
     const char* name;
     const char* parent;
@@ -23,7 +23,7 @@ struct Entry {
     int help;
     Command command = Command::None;
     bool ShellState::*enabled = nullptr;  ///< the flag that enables the entry, if one does
-    bool shut_by_evaluation = false;      ///< off as long as the window of a climate evaluation is open
+    bool shut_by_evaluation = false;      ///< disabled while the window of a climate evaluation is open
 };
 
 constexpr std::array k_bar{
@@ -105,7 +105,7 @@ constexpr std::array k_entries{
     Entry{"mnuHelpItm(4)", "mnuHelp", "&System Information", 45, Command::SystemInformation},
 };
 
-/// Draws what stands after a line at the right end of the bar.
+/// Places what follows a separator at the right end of the bar.
 class RightEndStyle : public QProxyStyle {
 public:
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
@@ -114,7 +114,7 @@ public:
     }
 };
 
-/// A sheet of paper with its margins.
+/// An icon of a sheet of paper with its margins.
 QIcon page_picture() {
     QIcon icon;
     for (const int size : {16, 32, 64}) {

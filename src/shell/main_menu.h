@@ -14,7 +14,8 @@ class QStyle;
 
 namespace nivora {
 
-/// What an entry of the menu bar asks for. Entries whose windows come later stand and ask for nothing yet.
+/// The commands of the menu bar. None is for entries that open a menu, and for Graphics,
+/// whose window does not exist yet.
 enum class Command {
     None,
     New,
@@ -61,10 +62,10 @@ class MainMenu : public QObject {
 public:
     MainMenu(QMenuBar* bar, Session& session, QObject* parent);
 
-    /// Brings captions, ticks and what is enabled in line with the session.
+    /// Updates captions, ticks and enabled entries from the session.
     void refresh();
 
-    /// Names the row items of the Edit menu after what they would add and delete.
+    /// Names the row items of the Edit menu after what they add and delete: simulations, or rows in general.
     void name_row_items(bool simulations);
 
     [[nodiscard]] QAction* action(const QString& name) const;

@@ -86,7 +86,7 @@ void frmNVR::open_recent(std::size_t entry) {
     life_.open_recent(entry);
 }
 
-/// What is typed counts before it is checked, so that the checks see what the run will see.
+/// What is being typed is stored before the check, so that the check and the run see the same values.
 void frmNVR::open_run_menu() {
     if (!session().shell.run_simulation || context().quick_help.is_on()) return;
     commit_edits();
@@ -102,7 +102,7 @@ void frmNVR::ask_about_zones() {
     basin_->go_to_cell(unusual->zone - 1, unusual->column - 1);
 }
 
-/// The menu only tells of an area that is not above zero; no run starts with one.
+/// The Run menu only warns of an area that is not above zero, but no run starts with one.
 bool frmNVR::zones_can_run() {
     commit_edits();
     const auto problem = zone_area_problem(session().basin);
@@ -154,7 +154,7 @@ void frmNVR::show_system_information() {
     session().dialogs.message({.text = "System Information Is Unavailable At This Time"});
 }
 
-// While a climate evaluation is open its simulation stays, and no other joins it.
+// While a climate evaluation is open, its simulation stays the current one and no simulation is added.
 
 void frmNVR::add_simulation() {
     if (session().shell.climate_window) return;
@@ -184,11 +184,11 @@ void frmNVR::delete_simulation() {
     }
     refresh_main_window();
     simulations_->activate_last_row();
-    // The button may be off now: the focus would go on to the QuickHelp button.
+    // The button may be disabled now; the focus would move on to the QuickHelp button.
     simulations_->grid().setFocus();
 }
 
-/// Shows the window of the definition at hand, and the grid with what came of it.
+/// Shows the window of the prepared definition, then its effect on the grid.
 void frmNVR::show_definition() {
     const auto row_before = session().basin.current_row;
     const auto end = windows_.define_simulation();
@@ -206,7 +206,7 @@ void frmNVR::import_file() {
     life_.imported();
 }
 
-/// Shows what the checks of a Data entry lead to.
+/// Opens what the checks of a Data entry have prepared.
 void frmNVR::follow(DataOutcome outcome) {
     switch (outcome) {
         case DataOutcome::ShowDefinition: return show_definition();

@@ -18,7 +18,7 @@
 namespace nivora {
 namespace {
 
-/// Behind the rows and columns of the grid.
+/// The colour of the area beyond the rows and columns of the grid.
 constexpr QRgb k_empty_grid_colour = 0xFFC0C0C0;
 
 }  // namespace
@@ -37,7 +37,7 @@ SimulationsPanel::SimulationsPanel(const WindowContext& context, Interruptions& 
     auto* layout = new QGridLayout(this);
     layout->addWidget(
         make_label(QStringLiteral("Label1(6)"), QStringLiteral("Current Simulation Name:"), 21, this), 0, 0);
-    // A doubled "&" shows as one in a label that belongs to something.
+    // A doubled "&" shows as one only in a label with a buddy.
     name_->setBuddy(grid_);
     layout->addWidget(name_, 0, 1, 1, 3);
     make_grid(layout);
@@ -54,7 +54,7 @@ void SimulationsPanel::make_grid(QGridLayout* layout) {
     grid_->setAccessibleName(QStringLiteral("Simulations"));
     grid_->setSelectionBehavior(QAbstractItemView::SelectRows);
     grid_->set_clears_cells(false);
-    // A row below is another simulation, and the one at hand is to stay.
+    // The row below is another simulation; Enter must not leave the current one.
     grid_->set_enter_goes_down(false);
     grid_->set_empty_area_colour(QColor::fromRgb(k_empty_grid_colour));
     layout->addWidget(grid_, 1, 0, 1, 5);
@@ -62,7 +62,7 @@ void SimulationsPanel::make_grid(QGridLayout* layout) {
     connect(simulations_, &GridModel::edited, this, [this](int, int first_column, int, int last_column) {
         edited_simulation(session_);
         emit edited();
-        // The initial runoff bears the unit of the simulation.
+        // The header of the initial runoff names the unit of the simulation.
         emit simulations_->headerDataChanged(Qt::Horizontal, 0, simulations_->columnCount() - 1);
         grid_->widen_columns(first_column, last_column);
     });
@@ -159,7 +159,7 @@ void SimulationsPanel::open_for_entry(bool open) { grid_->setEnabled(open); }
 void SimulationsPanel::row_selected() {
     const QModelIndex current = grid_->currentIndex();
     if (interruptions_.filling || !current.isValid()) return;
-    if (session_.shell.climate_window) return return_to_current_row();  // it is that of the evaluation
+    if (session_.shell.climate_window) return return_to_current_row();  // that of the evaluation
     choose_simulation_row(session_, static_cast<std::size_t>(current.row()));
     emit row_chosen();
 }

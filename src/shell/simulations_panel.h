@@ -28,20 +28,20 @@ public:
 
     /// Shows the rows with the current one selected, in columns that fit.
     void fill();
-    /// Shows the rows with the current one selected. A selection that has it stays.
+    /// Shows the rows with the current one selected. A selection that includes it is kept.
     void show_rows();
-    /// Another basin comes: nothing of the grid but its place stays.
+    /// Another basin will be shown: selection, active cell and scroll position of the grid are not kept.
     void leave_basin() { another_basin_ = true; }
     /// Shows the name of the current simulation and what can be done with it.
     void show_labels();
-    /// Takes the cell that is being edited into the basin's state.
+    /// Stores the cell that is being edited in the basin's state.
     void commit_edits();
     void go_to_cell(int row, int column);
-    /// The active row, once its user has agreed to delete it.
+    /// The active row, if the user agrees to delete it.
     [[nodiscard]] std::optional<std::size_t> row_to_delete();
-    /// Makes the last row the active one, which selects nothing.
+    /// Makes the last row the active one without selecting it.
     void activate_last_row();
-    /// Enables the grid, which QuickHelp shuts.
+    /// Enables the grid, or disables it for QuickHelp.
     void open_for_entry(bool open);
 
     [[nodiscard]] GridView& grid() const { return *grid_; }
@@ -68,7 +68,7 @@ private:
     QLabel* name_;
     GridView* grid_;
     std::array<QPushButton*, 3> buttons_{};
-    bool another_basin_ = true;  ///< than the grid shows
+    bool another_basin_ = true;  ///< the basin is another one than the grid shows
 };
 
 }  // namespace nivora

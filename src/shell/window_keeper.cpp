@@ -44,8 +44,8 @@ void WindowKeeper::close_results() {
     if (results_) results_->close();
 }
 
-/// The help stays beside the window that asked for it: a modal window shuts out all others but those that it
-/// called.
+/// The help stays usable beside the window that opened it:
+/// a modal window blocks all others except those that it opened.
 void WindowKeeper::show_help_topic(int topic) {
     if (!help_) help_ = std::make_unique<frmNVRHelp>(context_, nullptr);
     help_->show_topic(topic);

@@ -12,7 +12,7 @@ class frmCtrlClim;
 class frmNVRHelp;
 
 /// Owns the windows beside the main window: opens, refreshes and closes them. A window that stays open is a
-/// member here and closes in `close_all`; a modal one lives as long as the call that opens it.
+/// member and is closed by `close_all`; a modal one lives as long as the call that opens it.
 class WindowKeeper {
 public:
     explicit WindowKeeper(const WindowContext& context);
@@ -24,32 +24,32 @@ public:
 
     /// Shows the statistics of the last run.
     void show_results();
-    /// Statistics that still show say so where they are out of date.
+    /// Updates whether open statistics say that they are out of date.
     void refresh_results();
     void close_results();
 
     void show_help_topic(int topic);
 
-    /// Opens a new evaluation of a changed climate.
+    /// Opens an evaluation of a changed climate, in place of an earlier one.
     void show_climate_run();
-    /// Closes an evaluation that is not complete. @return false where its user wants to go on with it
+    /// Closes an evaluation that is not complete. @return false if the user wants to continue it
     [[nodiscard]] bool may_leave_climate_run();
 
-    /// Closes all windows that are open, when the program ends.
+    /// Closes all open windows when the program ends.
     void close_all();
 
     // Modal windows: each call returns once its window is closed.
 
     enum class DefinitionEnd { NotOpened, Cancelled, Accepted };
-    /// The window of the definition that the session has prepared.
+    /// Opens the definition that the session has prepared.
     [[nodiscard]] DefinitionEnd define_simulation();
-    /// The daily editor on what the session has prepared. @return false where it could not open
+    /// Opens the daily editor on what the session has prepared. @return false if it could not open
     [[nodiscard]] bool edit_daily_data();
-    /// @return false where the window could not open
+    /// @return false if the window could not open
     [[nodiscard]] bool edit_monthly_averages();
     void edit_scenarios();
     void edit_time_lag();
-    /// The choice of reports, which opens their display.
+    /// Opens the choice of reports, which opens their display.
     void choose_reports();
     /// Asks for the period of a new record.
     void ask_for_period();
