@@ -104,7 +104,7 @@ void simulation_was_selected(Session& session) {
     shell.variables_of_simulation = true;
     shell.parameters = true;
     runs_are_possible(session);
-    if (!shell.climate_window) {  // otherwise it is the evaluation that opens and shuts what shows results
+    if (!shell.climate_window) {  // otherwise the evaluation enables and disables what shows results
         session.run.results_enabled = true;
         allow_reports_and_plots(shell, true);
     }

@@ -73,8 +73,8 @@ BasinLife::BasinLife(Session& session, fs::path program_folder)
 
 bool BasinLife::has_template_name() const { return session_.basin.Basin_File == template_file_; }
 
-/// Without a template the basin of the last start stays;
-/// false, after a message, if that is damaged or missing, too.
+/// Without a template the basin of the last start stays; false, after a message,
+/// if that is damaged or missing, too.
 bool BasinLife::keep_last_work() {
     try {
         copy_into_work_file(session_.basin.Work_File, session_.basin.Work_File);
@@ -215,7 +215,7 @@ void BasinLife::open_file(const fs::path& file) {
     session_.desktop.leave_basin();
     basin.Basin_File = file;
     if (!Open_DB(basin.Work_File)) {
-        // The working file holds a basin that cannot be read; the one before is gone.
+        // The working file holds a basin that cannot be read, and no longer the previous one.
         static_cast<void>(copy_blank());
         return become_fresh();
     }

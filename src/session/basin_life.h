@@ -33,8 +33,8 @@ public:
     /// Imports a legacy file into the basin. @return whether to add its simulation through its window; the
     /// caller then calls imported()
     [[nodiscard]] bool import_file();
-    /// Updates the main window after an import.
-    /// The imported simulation stays selected, or after a Cancel the one before.
+    /// Updates the main window after an import. The imported simulation stays selected,
+    /// or after a Cancel the one before.
     void imported();
     /// Asks the questions of Exit. @return whether the program may end
     [[nodiscard]] bool may_exit();

@@ -41,7 +41,7 @@ std::optional<UnstorableField> unstorable_box(const BasinState& basin) {
 }
 
 std::optional<UnstorableField> unstorable_zone(const BasinState& basin) {
-    constexpr int k_area_column = 2;  // the others follow in the order of the cells
+    constexpr int k_area_column = 2;  // the other values follow in the order of the columns
     for (std::size_t row = 0; row < basin.zones.size(); ++row) {
         const Zone& zone = basin.zones[row];
         std::vector<std::optional<double>> cells{zone.area, zone.elevation};
@@ -117,7 +117,7 @@ void store_simulations(BasinDatabase& database, const BasinState& basin) {
 
 void store_definition(BasinDatabase& database, const BasinState& basin) {
     if (basin.zones.empty()) {
-        // The number of zones is fixed only after it was confirmed.
+        // A number of zones that was not confirmed is not stored.
         BasinState without_zones = basin;
         without_zones.zones_text.clear();
         return store_boxes(database, without_zones);

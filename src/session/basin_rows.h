@@ -19,8 +19,7 @@ struct UnstorableField {
 /// The first such field, boxes before zones before simulations; nothing if all can be stored.
 [[nodiscard]] std::optional<UnstorableField> unstorable_field(const BasinState& basin);
 
-/// Writes the boxes of the basin definition. The fixed units do not change:
-/// a simulation may have others.
+/// Writes the boxes of the basin definition. The fixed units do not change: a simulation may have others.
 void store_boxes(BasinDatabase& database, const BasinState& basin);
 
 /// Writes the zone grid, a row for each of the basin's zones;

@@ -9,7 +9,7 @@ DataOutcome on_work_file(Session& session, Choose choose) {
         BasinDatabase database{session.basin.Work_File, Access::ReadWrite};
         return choose(PrepContext{session.basin, session.prep, session.dialogs}, database);
     } catch (const StoreError&) {
-        // The command ends without a further word.
+        // The command ends without a message.
         return DataOutcome::Stopped;
     }
 }

@@ -7,7 +7,7 @@
 namespace nivora {
 
 // Each runs the checks of its entry on the working file and prepares the view. A working file that can't be
-// opened ends the command without a further word, as other failures of these checks do.
+// opened ends the command without a message, as other failures of these checks do.
 
 [[nodiscard]] DataOutcome choose_data_entry(Session& session, DataEntry entry);
 /// @param index 0 the whole record, 1 the current simulation

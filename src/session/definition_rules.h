@@ -1,4 +1,4 @@
-// How the boxes of the basin definition hang together, without a window.
+// The rules that connect the boxes of the basin definition, without a window.
 #pragma once
 
 #include "session/main_window_rules.h"
@@ -20,17 +20,17 @@ struct AfterEnter {
     enum class Place { Box, UnitsList, ZoneGrid };
 
     Place place = Place::Box;
-    BasinBox box = BasinBox::Name;  ///< where the place is a box
+    BasinBox box = BasinBox::Name;  ///< if the place is a box
 
     bool operator==(const AfterEnter&) const = default;
 };
-/// Units that are still to be chosen and a number of zones that is still to be given come behind the name.
+/// After the name comes the list of units while it is open, otherwise the number of zones while that is open.
 [[nodiscard]] AfterEnter after_enter(BasinBox box, bool units_open, bool zones_open);
 
 /// The question about unlikely zones, which is asked once: not again about values that were confirmed.
 class UnusualZoneQuestion {
 public:
-    /// The zones to ask about; nothing where there are none or they were confirmed.
+    /// The zones to ask about; nothing if there are none or they were confirmed.
     [[nodiscard]] std::optional<UnusualZones> open_for(const BasinState& basin) const;
     void confirm(const UnusualZones& zones) { confirmed_ = zones.question.text; }
     /// Another basin is opened.

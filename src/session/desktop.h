@@ -8,8 +8,8 @@ namespace nivora {
 
 struct UnstorableField;
 
-/// A function that may be left out. A call of one that is not set does nothing and gives the default value of
-/// its result.
+/// A function that may be left out. If it is not set, a call does nothing
+/// and returns the default value of its result.
 template <typename Signature>
 class UpwardCall;
 
@@ -30,13 +30,13 @@ private:
     std::function<Result(Arguments...)> function_;
 };
 
-/// What the desktop program does for those below it. The shell sets these functions once the main window is
-/// made; in headless programs they stay unset, and tests set those that they watch.
+/// What the desktop program does for the layers below it. The shell sets these functions once the main window
+/// exists; in headless programs they stay unset, and tests set those that they watch.
 struct Desktop {
-    /// Takes the cell or box that is being edited into the basin's state.
+    /// Stores the cell or box that is being edited in the basin's state.
     UpwardCall<void()> commit_edits;
-    /// Checks the box that is being typed in as if it were left. True where its text was refused, which the
-    /// user was told.
+    /// Checks the box that is being typed in as if it were left.
+    /// @return whether its text was refused, after a message
     UpwardCall<bool()> refuses_typed_box;
     /// Puts the cursor into a box or cell of the main window that a save refused.
     UpwardCall<void(const UnstorableField& field)> go_to_field;
@@ -46,7 +46,7 @@ struct Desktop {
     UpwardCall<void(int topic)> show_help_topic;
     /// Opens the daily editor on what the session has prepared.
     UpwardCall<void()> open_daily_editor;
-    /// Closes what shows a basin that goes, such as the statistics of its last run.
+    /// Closes what shows a basin that is about to be replaced, such as the statistics of its last run.
     UpwardCall<void()> leave_basin;
 };
 

@@ -25,8 +25,8 @@ struct QuickHelpTexts {
 /// topic or its closing tag is missing, a text that says so and names the file.
 [[nodiscard]] std::string Help_Text(const std::filesystem::path& program_folder, int topic);
 
-/// The texts of a window in quickhelp.txt, one a line between its two tags. If the file or
-/// the window's section is missing, line 0 says so and names the file.
+/// The texts of a window in quickhelp.txt, one a line between its two tags. If the file or the window's
+/// section is missing, line 0 says so and names the file.
 [[nodiscard]] QuickHelpTexts Load_QuickHelp(const std::filesystem::path& program_folder,
                                             std::string_view form_name);
 

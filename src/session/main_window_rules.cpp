@@ -190,15 +190,12 @@ Message no_snow_description() {
     return {
         .text =
             "When this menu is checked, the model is modified to run only year-round forecasts and "
-            "simulations.  "
-            "In 'no snow' mode, snow depletion information is disregarded by the model.  Instead, the "
-            "unmelted "
-            "precipitation from winter is carried forward into the melt season where it is melted in lieu of "
-            "the "
-            "snowcover.  In normal mode, the winter precip is held for melting only until the snowpack "
-            "reaches "
-            "100% or until the melt season begins, whichever occurs first.\nExisting snow depletion data is "
-            "unaffected while this option is 'on', but are not used for any plots or reports.",
+            "simulations.  In 'no snow' mode, snow depletion information is disregarded by the model.  "
+            "Instead, the unmelted precipitation from winter is carried forward into the melt season where "
+            "it is melted in lieu of the snowcover.  In normal mode, the winter precip is held for melting "
+            "only until the snowpack reaches 100% or until the melt season begins, whichever occurs first.\n"
+            "Existing snow depletion data is unaffected while this option is 'on', but are not used for any "
+            "plots or reports.",
         .title = "No Snow Description",
         .icon = Icon::Information};
 }

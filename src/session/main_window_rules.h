@@ -62,8 +62,8 @@ struct ChangedBox {
 [[nodiscard]] Message no_snow_description();
 
 /// Asks about zones of an area above 10,000,000 or an elevation above the limit of the reference elevation,
-/// all in one question; nothing if there is none.
-/// The text names every such value, so equal texts are about equal values.
+/// all in one question; nothing if there is none. The text names every such value,
+/// so equal texts are about equal values.
 struct UnusualZones {
     Message question;
     int zone = 0;    ///< 1 to 16, the first of them
@@ -77,8 +77,8 @@ std::optional<Message> toggle_no_snow(Session& session);
 /// Stores the units of a new basin in the working file at once. @throws StoreError
 void fix_units(Session& session, Units units);
 
-/// Fixes the number of zones of a new basin: its zone rows and its monthly rows,
-/// in the working file. @throws StoreError
+/// Fixes the number of zones of a new basin: its zone rows and its monthly rows, in the working file.
+/// @throws StoreError
 void fix_zones(Session& session, int zones);
 
 /// Sums the zone areas after a cell of that column is left. The Run menu is enabled when there is an area.

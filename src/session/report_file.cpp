@@ -26,7 +26,7 @@ ReportFileOutcome write_report_file(const Session& session, const std::filesyste
     const std::filesystem::path path = program_folder / k_report_file_name;
     try {
         ReportRequest request = make_request(session, program_folder, reports, now);
-        // A basin may bear this name, too, or be reached by a link of this name.
+        // A basin may have this name, too, or a link of this name may lead to it.
         write_whole_file(path, request.text, {session.basin.Basin_File, session.basin.Work_File});
         return {.file = ReportFile{.path = path, .text = std::move(request.text), .made = request.made},
                 .problem = std::move(request.refusal)};

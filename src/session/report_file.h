@@ -14,14 +14,14 @@ inline constexpr const char* k_report_file_name = "NVRrpts.out";
 struct ReportFile {
     std::filesystem::path path;
     std::string text;  ///< with the marks that end pages and blocks
-    int made = 0;      ///< the reports in it
+    int made = 0;      ///< the number of reports in it
 };
 
-/// What came of a request.
+/// The result of a request.
 struct ReportFileOutcome {
-    /// The new file, with the reports before a refused one; nothing where the old one stayed as it was.
+    /// The new file, with the reports before a refused one; nothing if the old one was kept.
     std::optional<ReportFile> file;
-    /// Why not all reports were made, or none; nothing where all were.
+    /// Why some reports, or all, were not made; nothing if all were.
     std::optional<Message> problem;
 };
 
@@ -29,7 +29,7 @@ struct ReportFileOutcome {
 /// at every moment, the old one or the new one.
 ///
 /// @param program_folder where the report file and the report of the last climate evaluation are
-/// @param now            date and time that the reports bear
+/// @param now            date and time that the reports show
 [[nodiscard]] ReportFileOutcome write_report_file(const Session& session,
                                                   const std::filesystem::path& program_folder,
                                                   std::span<const Report> reports, double now);

@@ -16,7 +16,7 @@ bool name_new_simulation(Session& session) {
     const auto name = Add_Simulation_Name(database, session.dialogs, {});
     if (!name) return false;
     transaction.commit();
-    // The parameter table of an overwritten simulation is gone from here on, even if the user cancels.
+    // The parameter table of an overwritten simulation is already deleted, even if the user cancels.
     if (find_simulation(session.basin, *name)) mark_input_changed(session.basin);
     session.prep.working_record = new_simulation_record(session.basin, *name);
     session.prep.SimOptions_Mode = SimOptionsMode::Add;
@@ -36,7 +36,7 @@ void delete_simulation_row(Session& session, std::size_t row) {
 
 void definition_was_closed(Session& session, bool accepted, std::optional<std::size_t> row_before) {
     Repaint_Sim_Grid(session);
-    // A definition that was refused in the end may have grown or changed its row.
+    // A definition that was refused in the end may still have added or changed its row.
     const auto row = session.basin.current_row;
     if (!row || (!accepted && row == row_before)) return;
     choose_simulation_row(session, *row);

@@ -31,7 +31,7 @@ int size_within(std::optional<int> kept, int own, int room) {
     return std::max(1, std::min(wanted, room));
 }
 
-/// The start for a length so that all of it lies within the room, or at least its beginning.
+/// The start for a length so that all of it fits into the room, or at least its beginning.
 int moved_in(int wanted, int length, int room_first, int room) {
     return std::max(room_first, static_cast<int>(std::min(Wide{wanted}, Wide{room_first} + room - length)));
 }
