@@ -267,7 +267,7 @@ std::optional<Message> frmCC::store_winter_end() {
     const std::string text = from_qt(winter_end_->text());
     if (auto problem = winter_end_problem(session().basin, text)) return problem;
     const auto date = read_date(text);
-    // A default with half a day is kept as long as its day is unchanged.
+    // A default with half a day is kept if its day is unchanged.
     const auto& kept = scenario->index.winter_end_date;
     if (kept && whole_day(*kept) == *date) return std::nullopt;
     scenario->index.winter_end_date = static_cast<double>(*date);
@@ -297,9 +297,8 @@ bool frmCC::winter_end_left() {
     return false;
 }
 
-/// Stores the date that is being typed, or shows what is wrong with it unless that was shown already. An
-/// unchanged date does not stop the work.
-/// @return whether the work may go on
+/// Stores the date that is being typed, or shows what is wrong with it unless that was already shown. An
+/// unchanged date is not checked. @return whether the work may continue
 bool frmCC::commit_winter_end() {
     if (showing_problem_) return false;
     return !winter_end_->isModified() || current() == nullptr || winter_end_left();

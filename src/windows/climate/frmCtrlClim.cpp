@@ -40,8 +40,8 @@ constexpr int k_done = 0;
 constexpr int k_abort = 1;
 constexpr int k_print = 3;
 constexpr int k_message_row = 3;
-/// The height of the statistics grid is divided into parts; each step with a column adds one, the
-/// first step more.
+/// The height of the statistics grid is divided into parts;
+/// each step with a column adds one, the first step more.
 constexpr int k_height_parts = 9;
 constexpr int k_growth_of_step_1 = 3;
 

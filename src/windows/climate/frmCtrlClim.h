@@ -26,8 +26,8 @@ class frmCtrlClim : public NivoraWindow {
 public:
     explicit frmCtrlClim(const WindowContext& context, QWidget* parent = nullptr);
 
-    /// Lists the scenarios of the current simulation. @return false if the basin can't be read,
-    /// which was shown
+    /// Lists the scenarios of the current simulation.
+    /// @return false if the basin can't be read, which was shown
     [[nodiscard]] bool open();
 
     /// Whether an evaluation has begun and is not complete.
@@ -81,7 +81,7 @@ private:
     GridView* statistics_grid_ = nullptr;
     QTextBrowser* notes_ = nullptr;
     std::vector<QPushButton*> buttons_;
-    int row_height_ = 0;    ///< by which the statistics grow
+    int row_height_ = 0;    ///< by how much the statistics grow
     bool begun_ = false;    ///< a step 1 has changed the results
     bool rebuilt_ = false;  ///< that step rebuilt them
     bool updating_ = false;

@@ -60,7 +60,7 @@ ScenarioRow& ScenarioModel::made_row(int row) {
     return (*rows_)[at];
 }
 
-/// Rows and blank ones behind them.
+/// The number of rows to show: the existing ones, then the blank ones.
 int ScenarioModel::wanted_rows() const {
     return rows_ == nullptr ? 0 : std::max(k_rows, static_cast<int>(rows_->size()) + k_blank_rows);
 }

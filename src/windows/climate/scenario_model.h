@@ -8,8 +8,8 @@
 
 namespace nivora {
 
-/// Six columns: variable, start, end, action, factor, zones. Blank rows to be filled follow
-/// the existing ones.
+/// Six columns: variable, start, end, action, factor, zones.
+/// Blank rows to be filled follow the existing ones.
 class ScenarioModel : public GridModel {
     Q_OBJECT
 

@@ -262,8 +262,8 @@ void SimOptions::show_units(Units units) {
     show_value_units(units);
 }
 
-/// Shows the unit of each of the nine values in its tool tip, its help and, while it has the focus,
-/// the status bar.
+/// Shows the unit of each of the nine values in its tool tip, its help and,
+/// while it has the focus, the status bar.
 void SimOptions::show_value_units(Units units) {
     for (std::size_t value = 0; value < k_first_values; ++value) {
         const QString field = QString::fromUtf8(k_value_fields.at(value));

@@ -36,7 +36,7 @@ public:
     [[nodiscard]] QString widest_text(int column) const override;
     [[nodiscard]] QString unit(int column) const override;
     [[nodiscard]] QString place(int row, int column) const override;
-    /// A block of dates under a heading goes where its dates are.
+    /// A block of dates under a heading is placed by its dates.
     [[nodiscard]] std::optional<OfferedPaste> offered_paste(const CellBlock& copied,
                                                             int active_column) const override;
 
@@ -50,7 +50,7 @@ private:
     [[nodiscard]] QString number_text(double value, int column) const;
 
     DailyEditor* editor_ = nullptr;
-    int rows_ = 0;  ///< that are shown; the editor may already have those of another zone
+    int rows_ = 0;  ///< the number of shown rows; the editor may already have another zone
     bool read_only_;
     Units units_;
     std::vector<std::string> patterns_;
