@@ -84,7 +84,7 @@ public:
     [[nodiscard]] bool take(int row, int column, const QString& text);
     void changed_block(int first_row, int first_column, int last_row, int last_column);
 
-    /// Shows other rows and columns: selection, active cell and scroll position go.
+    /// Shows other rows and columns: selection, active cell and scroll position are reset.
     void reload();
     /// Shows other values in the rows that are there.
     void show_values();
@@ -102,13 +102,13 @@ signals:
 
 protected:
     [[nodiscard]] virtual bool put(int row, int column, const QString& text) = 0;
-    /// Why a cell that is not locked can't hold a text, by the rules of its format; the form is
-    /// that of `refusal`.
+    /// Why a cell that is not locked can't hold a text, by the rules of its format;
+    /// the form is that of `refusal`.
     [[nodiscard]] virtual QString entry_refusal(int row, int column, const QString& text) const;
     /// Why nothing can be entered into a locked cell.
     [[nodiscard]] virtual QString locked_reason(int row, int column) const;
 
-    /// Brings the number of rows that the model keeps to another one, by rows at the end.
+    /// Changes the number of rows that the model keeps, by adding or removing rows at the end.
     void change_rows(int& rows, int wanted);
 
 private:

@@ -25,7 +25,7 @@ struct PastePlan {
     int refused = 0;                ///< that are refused
     PlacedText first_refused;       ///< the first of these
     int cut_off_rows = 0;           ///< of the block, for which the grid has no room
-    int cut_off_columns = 0;        ///< the same
+    int cut_off_columns = 0;        ///< columns of the block, likewise
 };
 
 /// Checks which of the texts their cells can hold.

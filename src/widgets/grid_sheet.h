@@ -10,7 +10,7 @@ namespace nivora {
 [[nodiscard]] std::optional<CellRange> selected_block(const GridView& grid);
 
 /// A block of a grid, or all of it, without hidden columns. The first column, which names the rows, is
-/// printed in either case. Numbers are right-aligned; a short unit stands below its column's header.
+/// printed in either case. Numbers are right-aligned; a short unit is printed below its column's header.
 [[nodiscard]] PrintedSheet sheet_of(const GridView& grid, const std::optional<CellRange>& block = {});
 
 /// The question before a large print of a grid; nothing before a smaller one.

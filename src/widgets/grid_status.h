@@ -1,5 +1,5 @@
-// What the status bar of a window says about its grids: the unit of the current column, and why an
-// entry was refused.
+// What the status bar of a window says about its grids:
+// the unit of the current column, and why an entry was refused.
 #pragma once
 
 #include <QObject>

@@ -103,8 +103,8 @@ bool GridView::all_locked(const CellRange& range) const {
     return true;
 }
 
-/// If whole rows are selected, a narrower copy goes to the active cell: the row's first cell is
-/// rarely its target.
+/// If whole rows are selected, a narrower copy goes to the active cell:
+/// the row's first cell is rarely its target.
 CellRange GridView::paste_target(const CellBlock& copied) const {
     const QModelIndex active = currentIndex();
     std::size_t widest = 0;
@@ -205,9 +205,9 @@ bool GridView::focusNextPrevChild(bool next) {
     return is_at_edge(next) ? QWidget::focusNextPrevChild(next) : QTableView::focusNextPrevChild(next);
 }
 
-/// Enter ends an editor only after the keys that were pressed right after it. If one of them was a
-/// command, it has already committed the text and closed the editor; its effect must not be undone by
-/// leaving the cell again. The editor may even be deleted by then: it is looked for before it is asked.
+/// Enter ends an editor only after the keys that were pressed right after it. If one of them was a command,
+/// it has already committed the text and closed the editor; its effect must not be undone by leaving the cell
+/// again. The editor may even be deleted by then: it is looked for before it is asked.
 bool GridView::is_open(QWidget* editor) const {
     return viewport()->children().contains(editor) && !editor->property(k_closed_editor).toBool();
 }

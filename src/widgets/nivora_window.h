@@ -31,9 +31,9 @@ struct WindowContext {
     Printing& printing;
 };
 
-/// A window with a QuickHelp button and strip, a status bar that shows the basin's file, a kept
-/// position, and its help texts. The strip and the button's state follow QuickHelp; while it is on the
-/// window can't be closed.
+/// A window with a QuickHelp button and strip, a status bar that shows the basin's file, a kept position, and
+/// its help texts. The strip and the button's state follow QuickHelp;
+/// while it is on the window can't be closed.
 class NivoraWindow : public QMainWindow {
     Q_OBJECT
 

@@ -58,8 +58,8 @@ struct CellHelp {
     QString unit = {};
 };
 
-/// The help of the grid's column, or row, that was clicked or that the cursor is in; nothing outside
-/// such a grid.
+/// The help of the grid's column, or row, that was clicked or that the cursor is in;
+/// nothing outside such a grid.
 std::optional<CellHelp> help_of_cell(QWidget* widget, const QEvent* event) {
     auto* grid = qobject_cast<QTableView*>(widget);
     if (grid == nullptr) grid = qobject_cast<QTableView*>(widget->parentWidget());
