@@ -40,8 +40,8 @@ struct DailyColumn {
 /// The days of a daily table, one zone at a time. All changes wait in one transaction for commit(); without
 /// it they are rolled back. Rows count from 0 in date order, columns from 0; column 0 is the date.
 ///
-/// The view Scenario shows the days that the daily variables and the parameter table of its query have
-/// in common, read-only.
+/// The view Scenario shows the days that the daily variables and the parameter table
+/// of its query have in common, read-only.
 class DailyEditor {
 public:
     /// Opens the table and reads zone 1. @throws StoreError if there is no such table or field

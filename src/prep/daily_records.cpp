@@ -22,8 +22,8 @@ bool before(const StoredDay& day, int zone, DayCount date) {
 
 bool is_day(const StoredDay& day, int zone, DayCount date) { return day.zone == zone && day.date == date; }
 
-/// Goes through the wanted days and the stored rows side by side, once each. A stored row of no wanted day is
-/// skipped, and a day with several rows is found with each of them.
+/// Goes through the wanted days and the stored rows side by side, in one pass. A stored row of no wanted day
+/// is skipped, and a day with several rows is visited with each of them.
 void merge_days(const Period& period, int zones, std::span<const StoredDay> stored,
                 const std::function<void(const StoredDay&)>& found,
                 const std::function<void(int zone, DayCount date)>& missing) {
@@ -107,7 +107,7 @@ void add_empty_days(BasinState& basin, BasinDatabase& database, const Work& work
     if (add_missing_days(database, work, {}) > 0) mark_input_changed(basin);
 }
 
-/// Makes the period of the row that is selected in the simulation grid that of the rows to add.
+/// Sets the period of the rows to add to that of the row that is selected in the simulation grid.
 void use_period_of_selected_row(const BasinState& basin, PrepState& prep) {
     const Simulation* row = basin.current_simulation();
     if (row == nullptr) return;

@@ -72,8 +72,8 @@ struct LegacyFile {
     /// 0. A slot that the file leaves out is 0.
     std::array<std::vector<std::array<float, k_legacy_days + 1>>, k_legacy_sections> values;
 
-    /// The value of a date: that of its ordinal in its own year, so that the days after a new year come from
-    /// the beginning of the zone's values.
+    /// The value of a date, by the number of the day in its own year: the days after a new year come from the
+    /// beginning of the zone's values.
     [[nodiscard]] float value(LegacySection section, std::size_t zone, DayCount date) const;
 };
 

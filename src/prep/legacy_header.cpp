@@ -19,12 +19,12 @@ constexpr std::size_t k_unused_item = 16;
 constexpr std::size_t k_version_prefix = 8;
 constexpr int k_pairs = 8;
 
-// A file has the item, or the form, of that name if its version is above this one.
+// Version numbers: files with a greater one have the item, or the form, that the constant names.
 constexpr float k_version_threshold = 2.0F;
 constexpr float k_version_extra = 3.1F;
 constexpr float k_version_plain_name = 3.11F;
 
-/// The items of the header, and the line of each.
+/// The text of each header item, and its line.
 struct HeaderItems {
     std::array<std::string, k_items + 1> text;
     std::array<int, k_items + 1> line{};

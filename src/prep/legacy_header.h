@@ -35,9 +35,8 @@ private:
 /// The beginning of a piece of a file, as a message can show it: UTF-8, without control characters.
 [[nodiscard]] std::string shown_text(std::string_view text);
 
-/// Reads the header and fills everything in `file` except its daily values; leaves the text at the
-/// first daily line.
-/// @throws LegacyFileError
+/// Reads the header and fills everything in `file` except its daily values; leaves the text at the first
+/// daily line. @throws LegacyFileError
 void read_legacy_header(LegacyText& text, LegacyFile& file);
 
 }  // namespace nivora
