@@ -1,6 +1,6 @@
-// What is saved and what is still valid of the open basin. These functions are the only ones that set
-// the marks `Basin_Changed`, `Input_Changed`, `Output_Valid` and those of outdated results; anything
-// may read them.
+// What is saved and what is still valid of the open basin. These functions are the only ones that set the
+// marks `Basin_Changed`, `Input_Changed`, `Output_Valid` and those of outdated results;
+// anything may read them.
 #pragma once
 
 #include "store/basin_store.h"

@@ -24,7 +24,7 @@ std::string change_statement(const std::string& table, std::span<const FieldValu
     return "UPDATE " + quoted_name(table) + " SET " + fields + " WHERE rowid = ?";
 }
 
-/// Binds the values to the positions from 1 on, where they stay.
+/// Binds the values to the positions from 1 on; they stay bound for all rows.
 void bind_values(SQLite::Statement& statement, std::span<const FieldValue> values) {
     int position = 1;
     for (const FieldValue& value : values) bind_value(statement, position++, value.value);

@@ -28,8 +28,8 @@ public:
 
     /// Adds the row of a zone and a day; the other fields are Null.
     void add(int zone, DayCount day);
-    /// Writes the values over those of a row, by its place; the other fields stay. Does nothing if there is
-    /// no such row, or no value.
+    /// Writes the values over those of a row, by its row number; the other fields stay. Does nothing if there
+    /// is no such row, or no value.
     void overwrite(std::int64_t row);
 
 private:

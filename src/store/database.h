@@ -71,7 +71,7 @@ public:
     /// Creates the index of a daily table, so that a year of a long record is read as fast as a short record.
     void create_daily_index(std::string_view table);
     void execute(const std::string& statement);
-    /// From now on leaves it to the system when writes reach the disk: for a copy that nobody misses after a
+    /// From now on the system decides when writes reach the disk: for a copy that is not needed after a
     /// crash, or that is flushed when it is complete.
     void write_without_flushing();
 

@@ -25,7 +25,7 @@ struct StoredMonth {
     MonthValues values{};
 };
 
-/// The months of a zone, whatever their rows name: the first twelve rows of the zone in stored order.
+/// The months of a zone: its first twelve rows in stored order, whatever months they name.
 using StoredYear = std::array<StoredMonth, 12>;
 
 /// @param zone from 1. @throws StoreError, Damaged if the zone has fewer than twelve rows

@@ -1,5 +1,5 @@
-// The few bytes of a database file that are read and repaired without the database engine, which would
-// refuse the file.
+// The few bytes of a database file that are read and repaired without the database engine,
+// which would refuse the file.
 #pragma once
 
 #include <cstdint>

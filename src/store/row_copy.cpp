@@ -81,8 +81,8 @@ bool is_daily(const TableSchema& table) {
 /// between those in order.
 class RowOrder {
 public:
-    /// Numbers that are missing between two rows; only `rows` of them, since some rows may exist
-    /// under wrong numbers.
+    /// Numbers that are missing between two rows; only `rows` of them,
+    /// since some rows may exist under wrong numbers.
     struct Gap {
         std::int64_t first = 0;
         std::int64_t last = 0;
@@ -94,8 +94,8 @@ public:
         std::int64_t number = 0;
     };
 
-    /// Adds the next number. Only the number after it shows whether a number is in order: of 299, 4396, 301
-    /// the second is wrong.
+    /// Adds the next number. Whether a number is in order shows only with the one after it:
+    /// of 299, 4396, 301 the second is wrong.
     void add(std::int64_t number) {
         if (!held_) {
             if (number > base_) {
@@ -134,8 +134,8 @@ private:
         ++misplaced_after_base_;
         misplaced_.push_back({base_ + misplaced_after_base_ - 1, number});
     }
-    /// Decides about the held number without the next one: it is in order only if it follows
-    /// its predecessor directly.
+    /// Decides about the held number without the next one:
+    /// it is in order only if it follows its predecessor directly.
     void release() {
         if (!held_) return;
         if (*held_ - base_ - misplaced_after_base_ == 1) {

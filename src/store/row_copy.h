@@ -18,8 +18,8 @@ struct CopiedRows {
 /// Copies all rows of a table in stored order. @throws StoreError at the first that can't be read
 void copy_sound_rows(SQLite::Database& from, SQLite::Database& to, const std::string& table);
 
-/// Copies every row that can be reached, except rows with a value that its field can't hold or with
-/// an invalid key.
+/// Copies every row that can be reached, except rows with a value that its
+/// field can't hold or with an invalid key.
 ///
 /// @param stored  the name of the table in the damaged file; its fields are taken by position
 /// @param table   the table in the new file

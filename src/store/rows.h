@@ -60,8 +60,8 @@ struct Zone {
 
 /// One simulation definition, a row of the simulation grid. A member without a value is an empty cell.
 ///
-/// The model reads a simulation by column number, 1 to 17; `text` and `value` are the only place
-/// that knows them.
+/// The model reads a simulation by column number, 1 to 17;
+/// only `text` and `value` map these numbers to members.
 struct Simulation {
     std::string name;
     std::optional<std::int16_t> run_number;

@@ -8,8 +8,8 @@
 namespace nivora {
 namespace {
 
-/// The zones of the record, found one by one along the key of the table, so that what a query costs follows
-/// the days that it asks for and not the length of the record.
+/// The zones of the record, found one by one through the key of the table, so that the cost of a query
+/// depends on the requested days and not on the length of the record.
 constexpr const char* k_zones_of_record =
     "zones(n) AS (SELECT min(Zone) FROM PhysicalData UNION ALL "
     "SELECT (SELECT min(Zone) FROM PhysicalData WHERE Zone > n) FROM zones WHERE n IS NOT NULL)";
@@ -25,12 +25,10 @@ std::vector<SimulationDay> read_simulation_days(BasinDatabase& database, const s
         SQLite::Statement query{
             database.sql(),
             fmt::format("WITH RECURSIVE {} SELECT p.Date, p.Zone, Runoff, Tmax, Tmin, Tavg, Precip, SCA, "
-                        "NetRadiation, "
-                        "LapseRate, Tcrit, An, LagTime, Cs, Cr, RCA, Xcoeff, Ycoeff "
+                        "NetRadiation, LapseRate, Tcrit, An, LagTime, Cs, Cr, RCA, Xcoeff, Ycoeff "
                         "FROM zones CROSS JOIN PhysicalData AS p CROSS JOIN {} AS s "
-                        "WHERE p.Zone = n AND p.Date >= ?1 AND p.Date <= ?2 AND s.Zone = +p.Zone AND s.Date "
-                        "= +p.Date "
-                        "ORDER BY p.Zone, p.Date",
+                        "WHERE p.Zone = n AND p.Date >= ?1 AND p.Date <= ?2 "
+                        "AND s.Zone = +p.Zone AND s.Date = +p.Date ORDER BY p.Zone, p.Date",
                         k_zones_of_record, parameters)};
         query.bind(1, period.start);
         query.bind(2, period.end);

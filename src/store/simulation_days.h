@@ -47,9 +47,9 @@ struct SimulationDay {
 };
 
 /// The days of a period that have a row in `PhysicalData` and in the parameter table of the simulation, all
-/// days of zone 1 first. What it takes follows the length of the period and not that of the record. A row of
-/// the last day whose date has a time part is not in the period. @throws StoreError, also if a table is
-/// missing
+/// days of zone 1 first. The time that it takes depends on the length of the period, not on that of the
+/// record. A row of the last day whose date has a time part is not in the period.
+/// @throws StoreError, also if a table is missing
 [[nodiscard]] std::vector<SimulationDay> read_simulation_days(BasinDatabase& database,
                                                               const std::string& simulation,
                                                               const Period& period);

@@ -129,7 +129,7 @@ template <typename Row>
     return rows;
 }
 
-/// A row and where it is stored.
+/// A row and its place in the table.
 template <typename Row>
 struct Stored {
     std::int64_t number = 0;
