@@ -80,7 +80,7 @@ std::string fraction_digits(const Decimal& decimal, int decimals) {
     return digits;
 }
 
-/// What a pattern asks for.
+/// What a pattern specifies.
 struct PatternShape {
     std::size_t least_integer_digits = 0;
     std::size_t least_decimals = 0;

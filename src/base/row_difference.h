@@ -7,8 +7,8 @@
 
 namespace nivora {
 
-/// Behind the first rows, which both lists have, some rows of the one were removed and some of the other
-/// inserted; the last rows are those of both again.
+/// After the leading rows that both lists share, rows of the first list were removed and rows of the second
+/// inserted; the trailing rows are shared again.
 struct RowDifference {
     std::size_t first = 0;
     std::size_t removed = 0;

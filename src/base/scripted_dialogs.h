@@ -33,8 +33,8 @@ public:
     [[nodiscard]] const std::vector<InputBox>& inputs() const { return inputs_; }
     [[nodiscard]] const std::vector<FileQuestion>& files() const { return files_; }
 
-    /// What the script did not expect; a test that ends with complaints, or with answers left
-    /// over, has failed.
+    /// What the script did not expect; a test that ends with complaints,
+    /// or with answers left over, has failed.
     [[nodiscard]] const std::vector<std::string>& complaints() const { return complaints_; }
     [[nodiscard]] std::size_t answers_left() const { return script_.size(); }
 

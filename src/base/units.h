@@ -13,7 +13,7 @@ enum class Units : std::int16_t { NotFixed = -1, Metric = 0, English = 1 };
     return units == Units::NotFixed || units == Units::Metric || units == Units::English;
 }
 
-/// The words of a system for the quantities that the model knows.
+/// The names of the quantities of the model in one system.
 struct UnitWords {
     const char* name;                    ///< "Metric", "English"
     const char* area;                    ///< "km²", "mi²"
