@@ -12,8 +12,8 @@ constexpr std::size_t k_first_zone = 1;
 constexpr std::size_t k_second_zone = 2;
 
 /// The six days worked out by hand, step by step. With the lag of 6 hours half of a day's input leaves on the
-/// same day and half on the next, but all of the first day's input leaves on the first day. Each day Q =
-/// lagged input / 2 + Q of the day before / 2.
+/// same day and half on the next, but all of the first day's input leaves on the first day. Each day
+/// Q = lagged input / 2 + Q of the day before / 2.
 class ClimateStepsTest : public ClimateRunTest {
 protected:
     void SetUp() override { open_six_days(); }
@@ -52,8 +52,8 @@ TEST_F(ClimateStepsTest, StepTwoRunsTheSameWinterUnderTheChangedClimate) {
     EXPECT_EQ(run.RunStart, SixDays::first_day());
     EXPECT_EQ(run.RunEnd, SixDays::first_day() + 1);
     EXPECT_EQ(run.InitialRunoff, 10.0F);
-    // 1 degree x 0.5 x cover 1 = 0.5 cm in each zone, together 100 m³/s on both days. Lagged: 100, 50 + 50 =
-    // 100. Discharge: 50 + 10 / 2 = 55; 50 + 55 / 2 = 77.5.
+    // 1 degree x 0.5 x cover 1 = 0.5 cm in each zone, together 100 m³/s on both days. Lagged: 100,
+    // 50 + 50 = 100. Discharge: 50 + 10 / 2 = 55; 50 + 55 / 2 = 77.5.
     EXPECT_THAT(computed(1, 2), ElementsAre(55.0, 77.5));
     EXPECT_EQ(run.FinalQ[2], 77.5F);
     EXPECT_EQ(run.FinalQ[1], 2.5F);
@@ -70,8 +70,8 @@ TEST_F(ClimateStepsTest, StepThreeRunsTheSummerOfThePresentClimateFromTheEndOfIt
     EXPECT_EQ(run.RunEnd, date_of(2001, 4, 4));
     EXPECT_EQ(run.InitialRunoff, 2.5F);
     const SimResults table = results();
-    // 2 degrees x 0.5 = 1 cm in each zone: input 200 m³/s x cover =
-    // 175, 125, 75, 25. Lagged: 175, 150, 100, 50.
+    // 2 degrees x 0.5 = 1 cm in each zone, together 200 m³/s times the cover: 175, 125, 75, 25.
+    // Lagged: 175, 150, 100, 50.
     // Discharge: 87.5 + 1.25; 75 + 44.375; 50 + 59.6875; 25 + 54.84375.
     EXPECT_THAT(present(3, 6), ElementsAre(88.75, 119.375, 109.6875, 79.84375));
     EXPECT_EQ(run.FinalQ[3], 79.84375F);
@@ -208,8 +208,8 @@ TEST_F(ClimateStepsTest, StatisticsOfEachStep) {
     EXPECT_EQ(steps[2]->average_computed, 66.25F);
     EXPECT_FLOAT_EQ(steps[2]->volume_difference.value(), -562.5F);
     EXPECT_EQ(steps[2]->r2.value(), -3268.125F);
-    // Measured 40 x 0.0864; computed 397.65625 x 0.0864. R²: (4 - (79.75²
-    // + 108.375² + 100.6875² + 68.84375²)) / 4.
+    // Measured 40 x 0.0864; computed 397.65625 x 0.0864. R²:
+    // (4 - (79.75² + 108.375² + 100.6875² + 68.84375²)) / 4.
     ASSERT_TRUE(steps[3]);
     EXPECT_FLOAT_EQ(steps[3]->measured_volume, 3.456F);
     EXPECT_FLOAT_EQ(steps[3]->computed_volume, 34.3575F);

@@ -104,8 +104,8 @@ TEST_F(WinterRounding, AMovedDepthIsRoundedBeforeNewMeltIsAdded) {
     set(table.MDCexcl, 1, {0.5, 16777215, 16777215});
     set(table.NewMelt, 1, {0.5, 0, 0});
     adjust();
-    // 16,777,215 - 0.5 rounds to 16,777,214; plus 0.5 it rounds back to 16,777,214. Unrounded, 16,777,214.5 +
-    // 0.5 would be 16,777,215.
+    // 16,777,215 - 0.5 rounds to 16,777,214; plus 0.5 it rounds back to 16,777,214. Unrounded,
+    // 16,777,214.5 + 0.5 would be 16,777,215.
     EXPECT_EQ(days(table.MDCexclWA), (Floats{16777214, 16777214, 0}));
     EXPECT_EQ(days(table.MDCexclWAnew)[0], 16777214.0F);
 }
