@@ -57,7 +57,7 @@ TEST_F(BasinInputsTest, WithoutASimulationThereAreItsDefaults) {
     EXPECT_FALSE(inputs.temperature_basinwide);
 }
 
-TEST_F(BasinInputsTest, AMissingThresholdIsSettledByTheUnitsAndChangesTheBasin) {
+TEST_F(BasinInputsTest, AMissingThresholdGetsTheDefaultOfTheUnitsAndChangesTheBasin) {
     EXPECT_EQ(settle_precipitation_threshold(basin), 6.0F);
     EXPECT_FALSE(basin.Basin_Changed);
 

@@ -330,7 +330,7 @@ TEST_F(BuildResults, AScenarioThatIsRefusedStopsTheRun) {
     EXPECT_EQ(built.results.size(), 1U);
 }
 
-TEST_F(BuildResults, ALastRowOfAnotherZoneThanTheLastIsCalledFatalAndTheRunGoesOn) {
+TEST_F(BuildResults, ALastRowOfAnotherZoneThanTheLastIsCalledFatalAndTheRunContinues) {
     for (const int zones : {1, 3}) {
         SmallBasin basin{2, k_first, 2};
         basin.header.zones = static_cast<std::int16_t>(zones);

@@ -1,4 +1,4 @@
-// Small basins, results tables and basin files for the tests of the model.
+// Small basins, results tables and basin files for the engine tests.
 #pragma once
 
 #include "base/calendar.h"
@@ -21,13 +21,13 @@
 
 namespace nivora {
 
-/// The day count of a date of the calendar.
+/// The day count of a calendar date.
 [[nodiscard]] inline DayCount date_of(int year, int month, int day) {
     return day_count({year, month, day}).value();
 }
 
-/// Area in km² on which 1 cm of water a day is 100 m³/s, to the last bit:
-/// 864 km² x 10^6 m²/km² x (0.01 m / 86,400 s) = 8,640,000 m³ / 86,400 s.
+/// The area in km² on which 1 cm of water a day is exactly 100 m³/s:
+/// 864 km² x 10^6 m²/km² x 0.01 m / 86,400 s = 8,640,000 m³ / 86,400 s.
 inline constexpr double k_area_of_100 = 864.0;
 
 [[nodiscard]] inline Zone make_zone(int number, double area, double elevation) {
@@ -38,7 +38,7 @@ inline constexpr double k_area_of_100 = 864.0;
     return zone;
 }
 
-/// A simulation over a period with mean temperatures and everything basinwide.
+/// A simulation over a period with mean temperatures and all options basinwide.
 [[nodiscard]] inline Simulation make_simulation(const std::string& name, DayCount first, DayCount last) {
     Simulation simulation;
     simulation.name = name;
@@ -63,7 +63,7 @@ void fill(Column& column, double value) {
     column.assign(column.size(), static_cast<typename Column::value_type>(value));
 }
 
-/// What a message shows; icon and buttons where a test cares for them.
+/// Compares text and title; `expect_stop` compares icon and buttons as well.
 inline void expect_message(const AskedMessage& asked, const std::string& text, const std::string& title) {
     EXPECT_EQ(asked.message.text, text);
     EXPECT_EQ(asked.message.title, title);
@@ -75,9 +75,9 @@ inline void expect_stop(const AskedMessage& asked, const std::string& text, cons
     EXPECT_EQ(asked.message.buttons, Buttons::Ok);
 }
 
-/// A basin, its results table and a scripted user. Starts with calm days: no precipitation, no cover, 0
-/// degrees, rain counting in full, runoff coefficients of 1, a lag of 6 hours, and x = y = 0, with which the
-/// discharge of a day is its lagged input.
+/// A basin, its results table and scripted dialogs. Starts with calm days: no precipitation, no snow cover, 0
+/// degrees, rain counting in full, runoff coefficients of 1, a lag of 6 hours. With x = y = 0 a day's
+/// discharge is its lagged input.
 class EngineTest : public ::testing::Test {
 protected:
     BasinState basin;
@@ -86,8 +86,8 @@ protected:
     SimResults table;
     int days_of_table = 0;
 
-    /// Makes zones of 864 km² at 1000, 1500, 2000 ... m with the station at 1000 m, and their days, stored
-    /// zone by zone.
+    /// Creates zones of 864 km² at 1000, 1500, 2000 ... m with the station at
+    /// 1000 m, and their days, stored zone by zone.
     void start(int zones, DayCount first, int days) {
         days_of_table = days;
         basin.Units_Code = Units::Metric;
@@ -133,7 +133,7 @@ protected:
         }
     }
 
-    // The stages on the rows of the run's period.
+    // The stages, on the rows of the run's period.
     [[nodiscard]] bool zone_inputs() { return Zone_Inputs(table, rows(), basin_inputs(basin), run, dialogs); }
     void snow_melt() { Snow_Melt(table, rows(), basin_inputs(basin), run, dialogs); }
     [[nodiscard]] bool runoff_simulation() {
@@ -148,12 +148,12 @@ protected:
 
     [[nodiscard]] RunRows rows() const { return run_rows(table, run.RunStart, run.RunEnd); }
 
-    /// The row of a zone and a day of the table, both from 1.
+    /// The row of a zone and a day; both count from 1.
     [[nodiscard]] std::size_t at(int zone, int day) const {
         return static_cast<std::size_t>((zone - 1) * days_of_table + day - 1);
     }
 
-    /// Sets a zone's column from day 1 on.
+    /// Sets a zone's values of a column, from day 1 on.
     template <typename Column>
     void set(Column& column, int zone, std::initializer_list<double> values) {
         int day = 1;
@@ -169,14 +169,14 @@ protected:
         }
     }
 
-    /// A zone's column from day 1 on.
+    /// A zone's values of a column, from day 1 on.
     template <typename Column>
     [[nodiscard]] Column days(const Column& column, int zone = 1) const {
         const auto begin = column.begin() + static_cast<std::ptrdiff_t>(at(zone, 1));
         return Column(begin, begin + days_of_table);
     }
 
-    /// Takes a row out of the table, as a day without data leaves it out. Positions by `at` no longer hold.
+    /// Removes a row, as if the day had no data. Afterwards `at` gives wrong rows.
     void remove_row(std::size_t row) {
         SimResults::visit(
             table, [&](auto& column) { column.erase(column.begin() + static_cast<std::ptrdiff_t>(row)); });
@@ -243,7 +243,7 @@ struct SmallBasin {
     void write(const std::filesystem::path& path) const {
         BasinDatabase::create_template(path);
         BasinDatabase database{path, Access::ReadWrite};
-        // In one transaction: each one ends with a flush of the disk.
+        // One transaction, since each transaction flushes the disk.
         atomically_if(database, [&] {
             write_basin_description(database, header);
             add_rows<Zone>(database, template_table(k_zone_description), zones);
@@ -256,7 +256,7 @@ struct SmallBasin {
     }
 };
 
-/// The basin of a file as the program holds it after opening it and selecting its first simulation.
+/// The state of the basin in a file after it was opened and its first simulation selected.
 [[nodiscard]] inline BasinState opened_basin(const std::filesystem::path& path) {
     BasinState basin;
     basin.Work_File = path;

@@ -20,14 +20,14 @@ namespace {
 
 constexpr int k_trials = 60;
 
-/// Rules that hold for whatever basin, tried on random ones.
+/// Rules that hold for any basin, checked on random ones.
 class EngineProperties : public RandomTrials<EngineTest> {
 protected:
     void spread_over(std::vector<float>& column, double low, double high) {
         for (float& value : column) value = static_cast<float>(between(low, high));
     }
 
-    /// A basin over a winter's end with weather and parameters as they come.
+    /// A basin over the end of a winter, with random weather and parameters.
     void random_basin() {
         const int zones = whole_between(1, 4);
         start(zones, date_of(2001, whole_between(1, 12), whole_between(1, 28)), whole_between(2, 60));
@@ -66,7 +66,7 @@ protected:
         run.NoSnow = by_chance(0.3);
     }
 
-    /// One zone's daily inputs in m³/s with a lag for each day, released into the discharge (x = y = 0).
+    /// The discharge that releases one zone's daily inputs in m³/s with a lag for each day (x = y = 0).
     std::vector<double> released(const std::vector<double>& inputs, const std::vector<float>& lags) {
         start(1, date_of(2001, 6, 1), static_cast<int>(inputs.size()));
         for (auto* column : {&table.M1S, &table.ZoneDD}) fill(*column, 0.0);
@@ -80,7 +80,7 @@ protected:
 
     std::vector<double> random_inputs() {
         std::vector<double> inputs(static_cast<std::size_t>(whole_between(4, 40)));
-        // Sixteenths of a centimetre, so that an input is a Single and its rain too.
+        // Sixteenths of a centimetre, so that both the input and its rain are exact Singles.
         for (double& input : inputs) input = by_chance(0.3) ? 0.0 : 100.0 / 16.0 * whole_between(0, 160);
         return inputs;
     }
@@ -93,7 +93,7 @@ protected:
     }
 };
 
-/// Room for what the Singles of the former days' input round away.
+/// Tolerance for the rounding of the former days' input to Singles.
 double hair(double total) { return 1e-6 * total; }
 
 TEST_F(EngineProperties, AfterItsFirstTwoDaysAConstantLagReleasesNoMoreThanCameIn) {
@@ -124,7 +124,8 @@ TEST_F(EngineProperties, AConstantLagReleasesAllButTheLastTwoDaysInput) {
 TEST_F(EngineProperties, ALongerLagNeverBringsWaterEarlier) {
     try_often(k_trials, [&] {
         std::vector<double> inputs = random_inputs();
-        inputs[0] = 0.0;  // a first day's input stands in for the days before the run, and so comes twice
+        inputs[0] =
+            0.0;  // the first day's input also stands in for the days before the run, so it would count twice
         std::vector<float> lags(6);
         for (float& lag : lags) lag = static_cast<float>(between(0.0, 41.0));
         std::sort(lags.begin(), lags.end());
@@ -140,8 +141,8 @@ TEST_F(EngineProperties, ALongerLagNeverBringsWaterEarlier) {
     });
 }
 
-/// The release of a day's input worked day by day on three numbers, as one would on paper: `oldest`,
-/// `yesterday` and `today` are what is not yet released of the inputs of those days.
+/// The release of the inputs, worked out day by day as one would by hand. `oldest`, `yesterday` and `today`
+/// are what is not yet released of the inputs of those days.
 std::vector<double> released_on_paper(const std::vector<double>& inputs, const std::vector<float>& lags) {
     const std::size_t days = inputs.size();
     std::vector<double> out;
@@ -170,7 +171,7 @@ std::vector<double> released_on_paper(const std::vector<double>& inputs, const s
             out.push_back(part1 + part2);
             continue;
         }
-        // The remembered lag is the last one above 0 from day 3 to the day that follows.
+        // The remembered lag is the last one above 0 from day 3 up to the next day.
         float remembered = 0.0F;
         for (std::size_t other = 2; other <= day + 1 && other < days && day > 0; ++other) {
             if (lags[other] > 0.0F) remembered = lags[other];
@@ -213,7 +214,7 @@ TEST_F(EngineProperties, DegreeDaysAreNeverNegative) {
     });
 }
 
-TEST_F(EngineProperties, NewMeltIsNeverAboveTheStoreAndNoneRunsOffThatDidNotMelt) {
+TEST_F(EngineProperties, NewMeltNeverExceedsTheStoreNorRunoffTheMelt) {
     try_often(k_trials, [&] {
         random_basin();
         ASSERT_TRUE(zone_inputs());
@@ -236,7 +237,7 @@ TEST_F(EngineProperties, TheRecessionCoefficientStaysBelow1) {
         random_basin();
         // Without input a day's discharge is k times that of the day before.
         for (auto* column : {&table.Cpr, &table.M1S, &table.ZoneDD}) fill(*column, 0.0);
-        table.Xcoeff[at(1, 1)] = 1.5;  // the limit is met on day 1 at least
+        table.Xcoeff[at(1, 1)] = 1.5;  // so that at least day 1 meets the limit
         table.YCoeff[at(1, 1)] = 0.0;
         run.InitialRunoff = static_cast<float>(between(0.01, 1000.0));
         dialogs.then(Answer::Ok);
@@ -250,7 +251,7 @@ TEST_F(EngineProperties, TheRecessionCoefficientStaysBelow1) {
     });
 }
 
-TEST_F(EngineProperties, ACustomDistributionOfOneDayAtShare1IsNoSpreadAtAll) {
+TEST_F(EngineProperties, ACustomDistributionOfOneDayAtShare1SpreadsNothing) {
     try_often(k_trials, [&] {
         const std::vector<double> inputs = random_inputs();
         (void)released(inputs, std::vector<float>(inputs.size(), 6.0F));
@@ -260,7 +261,7 @@ TEST_F(EngineProperties, ACustomDistributionOfOneDayAtShare1IsNoSpreadAtAll) {
     });
 }
 
-/// All values of a table by zone and day, as bits.
+/// All values of a table by zone and day, as bit patterns.
 std::map<std::pair<int, DayCount>, std::vector<std::uint64_t>> by_key(const SimResults& table) {
     std::map<std::pair<int, DayCount>, std::vector<std::uint64_t>> rows;
     for (std::size_t row = 0; row < table.size(); ++row) {
@@ -278,7 +279,7 @@ TEST_F(EngineProperties, ARunDoesNotDependOnTheOrderOfTheStoredRows) {
         run.LagDistribution =
             by_chance(0.3) ? std::array<float, 8>{3.0F, 0.5F, 0.3F, 0.2F} : std::array<float, 8>{};
         run.InitialRunoff = 5.0F;
-        for (double& x : table.Xcoeff) x = between(0.5, 0.8);  // no limit, no question
+        for (double& x : table.Xcoeff) x = between(0.5, 0.8);  // never at the limit, so no question
         const RunState before = run;
         SimResults shuffled;
         shuffled.resize(table.size());

@@ -19,7 +19,7 @@ protected:
     RunState run;
     ScriptedDialogs dialogs;
 
-    /// Builds from a basin that has the day before the run in the data too; gives back the status.
+    /// Builds the results of a basin whose data include the day before the run; returns the status.
     int build(SmallBasin content) {
         std::filesystem::remove(path);
         content.write(path);
@@ -32,7 +32,7 @@ protected:
         return built.Status;
     }
 
-    /// A run of two days with a measured discharge on its first.
+    /// A run of two days in one zone with a measured discharge on its first day.
     static SmallBasin alone(float measured, float initial = 10.0F) {
         SmallBasin content{1, k_first, 2};
         content.physical[0].runoff = measured;
@@ -40,7 +40,7 @@ protected:
         return content;
     }
 
-    /// A run of two days, in two zones, with a measured discharge on the day before.
+    /// A run of two days in two zones, each with a measured discharge on the day before.
     static SmallBasin after(float before1, float before2) {
         SmallBasin content{2, k_first - 1, 3};
         content.simulation.start = k_first;
@@ -118,11 +118,9 @@ TEST_F(InitialRunoff, AboveAMeasuredDischargeOf0IsAlwaysAskedAbout) {
               "Measured Runoff {0}.  Continue?");
 }
 
-TEST_F(InitialRunoff, Of0BesideAMeasuredDischargeOf0IsNotAskedAbout) {
-    EXPECT_EQ(build(alone(0.0F, 0.0F)), 0);
-}
+TEST_F(InitialRunoff, Of0WithAMeasuredDischargeOf0IsNotAskedAbout) { EXPECT_EQ(build(alone(0.0F, 0.0F)), 0); }
 
-TEST_F(InitialRunoff, BesideANegativeMeasuredDischargeIsAskedAboutEvenWhereTheyAreEqual) {
+TEST_F(InitialRunoff, BesideANegativeMeasuredDischargeIsAskedAboutEvenIfTheyAreEqual) {
     dialogs.then(Answer::Ok);
 
     EXPECT_EQ(build(alone(-5.0F, -5.0F)), 0);  // 0 > -5 x 0.2
@@ -205,7 +203,7 @@ TEST_F(InitialRunoff, TheDayBeforeNeedsNoParameters) {
 
 TEST_F(InitialRunoff, AMissingDischargeOnTheDayBeforeIsComparedWithNothing) {
     SmallBasin content = after(k_missing, 5.0F);
-    content.physical[1].runoff = 1000.0F;  // nor is the first day looked at
+    content.physical[1].runoff = 1000.0F;  // the first day is not compared either
 
     EXPECT_EQ(build(content), 0);
     EXPECT_TRUE(dialogs.messages().empty());

@@ -45,25 +45,25 @@ TEST(LagTotal, CountsAnEmptyBoxAs0) {
 }
 
 TEST(LagTotal, OfThreeTenthsTwiceAndFourTenthsPrintsAs1) {
-    // As Singles 0.3 + 0.3 = 0.60000002, + 0.4 = 1.00000003, next to the Single 1.
+    // In Singles: 0.3 + 0.3 = 0.60000002; + 0.4 = 1.00000003, whose nearest Single is 1.
     EXPECT_EQ(total({"0.3", "0.3", "0.4"}), "1");
 }
 
 TEST(LagTotal, IsSummedInSingles) {
-    // 0.26 + 0.52 = 0.77999997 in Singles, + 0.21 = 0.98999995, which prints a digit below 0.99.
+    // In Singles: 0.26 + 0.52 = 0.77999997; + 0.21 = 0.98999995, which prints one digit below 0.99.
     EXPECT_EQ(total({"0.26", "0.52", "0.21"}), "0.9899999");
 }
 
-TEST(LagTotal, SharesThatMake1OnPaperAreStoppedWhereTheirSinglesDoNot) {
-    // 0.59 + 0.38 = 0.96999997 in Singles, + 0.03 = 0.99999994.
+TEST(LagTotal, SharesThatMake1InDecimalsAreStoppedIfTheirSinglesDoNot) {
+    // In Singles: 0.59 + 0.38 = 0.96999997; + 0.03 = 0.99999994.
     const std::string text = total({"0.59", "0.38", "0.03"});
 
     EXPECT_EQ(text, "0.9999999");
     EXPECT_TRUE(lag_total_problem(text).has_value());
 }
 
-TEST(LagTotal, SharesWhoseSinglesExceed1ByAHairAreAccepted) {
-    // 0.66 + 0.23 = 0.89000005 in Singles, + 0.1 = 0.99000007, + 0.01 = 1.00000012; seven digits print 1.
+TEST(LagTotal, SharesWhoseSinglesBarelyExceed1AreAccepted) {
+    // In Singles: 0.66 + 0.23 = 0.89000005; + 0.1 = 0.99000007; + 0.01 = 1.00000012. With seven digits: 1.
     const std::string text = total({"0.66", "0.23", "0.1", "0.01"});
 
     EXPECT_EQ(text, "1");
@@ -86,7 +86,7 @@ TEST(LagTotal, OfAnythingElseIsStopped) {
 }
 
 TEST(LagTotal, JustBelow1PrintsAsLessAndIsStopped) {
-    // 0.9999999 is the Single 0.99999988.
+    // 0.9999999 as a Single is 0.99999988.
     const std::string text = total({"0.5", "0.4999999"});
 
     EXPECT_EQ(text, "0.9999999");
@@ -123,14 +123,14 @@ TEST(LagWeights, AreTheSharesOldestFirst) {
 }
 
 TEST(LagWeights, AreRoundedToFiveDecimals) {
-    // 1/3, 0.000005 (as a Single 0.0000049999999, on fifteen digits 0.00000499999987), 0.123456, 0.0000051.
+    // 1/3; 0.000005, as a Single 0.0000049999999 and thus below the tie; 0.123456; 0.0000051.
     EXPECT_THAT(lag_weights({4.0F, 1.0F / 3.0F, 0.000005F, 0.123456F, 0.0000051F}),
                 ElementsAre(0.00001, 0.12346, 0.0, 0.33333));
 }
 
 TEST(LagWeights, OfNoDistributionAreNone) { EXPECT_THAT(lag_weights({}), IsEmpty()); }
 
-TEST(LagWeights, IgnoreSharesBehindTheCount) {
+TEST(LagWeights, IgnoreSharesBeyondTheCount) {
     EXPECT_THAT(lag_weights({2.0F, 0.5F, 0.25F, 0.125F}), ElementsAre(0.25, 0.5));
 }
 

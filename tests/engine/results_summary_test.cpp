@@ -9,14 +9,14 @@ namespace {
 using ::testing::Each;
 using ::testing::ElementsAre;
 
-TEST(StatisticsLabels, BearMetricUnits) {
+TEST(StatisticsLabels, HaveMetricUnits) {
     EXPECT_THAT(statistics_labels(Units::Metric),
                 ElementsAre("Measured Runoff Volume (10^6 m³)", "Average Measured Runoff (m³/s): ",
                             "Computed Runoff Volume (10^6 m³)", "Average Computed Runoff  (m³/s): ",
                             "Volume Difference (%): ", "Coefficient of Determination (R²):"));
 }
 
-TEST(StatisticsLabels, BearEnglishUnits) {
+TEST(StatisticsLabels, HaveEnglishUnits) {
     EXPECT_THAT(statistics_labels(Units::English),
                 ElementsAre("Measured Runoff Volume (10^6 f³)", "Average Measured Runoff (f³/s): ",
                             "Computed Runoff Volume (10^6 f³)", "Average Computed Runoff  (f³/s): ",
@@ -30,7 +30,7 @@ TEST(StatisticsNames, HaveUnitsAndNoColons) {
                             "Volume Difference (%)", "Coefficient of Determination (R²)"));
 }
 
-TEST(StatisticsValues, StandInTheOrderOfTheirLabels) {
+TEST(StatisticsValues, AreInTheOrderOfTheirLabels) {
     RunState run;
     run.MeasuredVolume = 1.0F;
     run.AvgMeasuredQ = 2.0F;
@@ -43,10 +43,10 @@ TEST(StatisticsValues, StandInTheOrderOfTheirLabels) {
     EXPECT_THAT(statistics_values(run), ElementsAre(1.0F, 2.0F, 3.0F, 4.0F, 5.0F, 6.0F));
 }
 
-TEST(StatisticsValues, BehindAFaultAreLeftOut) {
+TEST(StatisticsValues, AfterAFaultAreOmitted) {
     RunState run;
     run.AvgMeasuredQ = 2.0F;
-    run.CoefficientR2 = 6.0F;  // of a run before
+    run.CoefficientR2 = 6.0F;  // from an earlier run
     run.statistics = StatisticsReach::Volumes;
     EXPECT_THAT(statistics_values(run), ElementsAre(0.0F, 2.0F, 0.0F, 0.0F, std::nullopt, std::nullopt));
     run.statistics = StatisticsReach::Nothing;
@@ -74,7 +74,7 @@ TEST_F(ResultsStatus, NamesSimulationAndTime) {
     EXPECT_EQ(results_status(basin, run), "Results of 'wet', run of 11/5/2001 1:02:03 PM");
 }
 
-TEST_F(ResultsStatus, TellsOfInputsThatChangedAlsoBehindASave) {
+TEST_F(ResultsStatus, ReportsChangedInputsEvenAfterASave) {
     constexpr const char* k_text =
         "Results of 'wet', run of 11/5/2001 1:02:03 PM; inputs have changed since, run it again";
     basin.Input_Changed = true;
@@ -84,12 +84,12 @@ TEST_F(ResultsStatus, TellsOfInputsThatChangedAlsoBehindASave) {
     EXPECT_EQ(results_status(basin, run), k_text);
 }
 
-TEST_F(ResultsStatus, TellsOfARunThatDidNotReachItsEnd) {
+TEST_F(ResultsStatus, ReportsARunThatDidNotFinish) {
     run.LastRunSimulation.clear();
     EXPECT_EQ(results_status(basin, run), "The run of 11/5/2001 1:02:03 PM did not reach its end");
 }
 
-TEST_F(ResultsStatus, TellsOfAnEvaluationThatWasNotCompleted) {
+TEST_F(ResultsStatus, ReportsAnEvaluationThatWasNotCompleted) {
     basin.Output_Valid = false;
     EXPECT_EQ(results_status(basin, run),
               "Results of 'wet', run of 11/5/2001 1:02:03 PM; its climate evaluation was not completed");

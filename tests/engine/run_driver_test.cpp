@@ -19,7 +19,7 @@ using ::testing::Optional;
 
 const DayCount k_first = date_of(2001, 6, 1);
 
-/// The columns of two tables have the same bits, row by row.
+/// Expects two tables to have the same bits, column by column.
 void expect_same_table(const SimResults& one, const SimResults& other) {
     ASSERT_EQ(one.size(), other.size());
     std::vector<std::vector<double>> values;
@@ -96,7 +96,7 @@ TEST_F(RunDriver, ACompletedRunMarksItsResultsValid) {
     EXPECT_FALSE(basin.Input_Changed);
     EXPECT_EQ(run.LastRunSimulation, "Test");
     EXPECT_TRUE(dialogs.messages().empty());
-    EXPECT_THAT(stored().DailyQ, ElementsAre(5.0, 2.5, 1.25));  // 10 halves each day
+    EXPECT_THAT(stored().DailyQ, ElementsAre(5.0, 2.5, 1.25));  // 10 is halved each day
     EXPECT_EQ(run.FinalQ[0], 1.25F);
 }
 
@@ -166,7 +166,8 @@ TEST_F(RunDriver, StatisticsOfTheRunAreWorkedOut) {
 
     EXPECT_EQ(simulate().statistics, StatisticsReach::All);
 
-    // Computed 5 and 2.5. About the mean of 7: 4 + 4; differences 16 + 6.25: (8 - 22.25) / 8.
+    // Computed 5 and 2.5; measured mean 7. Squares about the mean
+    // 4 + 4, differences 16 + 6.25: (8 - 22.25) / 8.
     EXPECT_EQ(run.AvgMeasuredQ, 7.0F);
     EXPECT_EQ(run.AvgComputedQ, 3.75F);
     EXPECT_EQ(run.CoefficientR2, -1.78125F);
@@ -207,7 +208,7 @@ TEST_F(RunDriver, ASecondRunGivesTheSameTable) {
     expect_same_table(stored(), former);
 }
 
-TEST_F(RunDriver, AFaultOfTheZoneInputsStopsTheRunWithWhatWasWrittenInTheFile) {
+TEST_F(RunDriver, AFaultOfTheZoneInputsStopsTheRunAndStoresWhatWasWritten) {
     SmallBasin content{1, k_first, 3};
     content.parameters[1].tcrit = k_missing;
     open(content);
@@ -225,7 +226,7 @@ TEST_F(RunDriver, AFaultOfTheZoneInputsStopsTheRunWithWhatWasWrittenInTheFile) {
     EXPECT_THAT(table.DailyQ, Each(IsNan()));
 }
 
-TEST_F(RunDriver, AFaultOfSnowAndMeltIsShownAndTheRunGoesOn) {
+TEST_F(RunDriver, AFaultOfSnowAndMeltIsShownAndTheRunContinues) {
     SmallBasin content{1, k_first, 3};
     content.parameters[1].an = k_missing;
     open(content);
@@ -238,7 +239,7 @@ TEST_F(RunDriver, AFaultOfSnowAndMeltIsShownAndTheRunGoesOn) {
     EXPECT_TRUE(basin.Output_Valid);
     const SimResults table = stored();
     EXPECT_THAT(table.SumAT, ElementsAre(0.5F, IsNan(), IsNan()));
-    EXPECT_THAT(table.DailyQ, ElementsAre(5.0, 2.5, 1.25));  // the days without melt fields add no input
+    EXPECT_THAT(table.DailyQ, ElementsAre(5.0, 2.5, 1.25));  // the days without melt add no input
 }
 
 TEST_F(RunDriver, AFaultOfTheStatisticsLeavesTheRunCompleted) {
@@ -250,7 +251,7 @@ TEST_F(RunDriver, AFaultOfTheStatisticsLeavesTheRunCompleted) {
 
     EXPECT_TRUE(outcome.completed);
     EXPECT_EQ(outcome.statistics, StatisticsReach::Volumes);
-    // 10 on two of three days; 5, 2.5 and 1.25 computed.
+    // Measured 10 on two of three days; computed 5, 2.5 and 1.25.
     EXPECT_THAT(statistics_values(run),
                 ElementsAre(Optional(FloatEq(1.728F)), Optional(10.0F), Optional(FloatEq(0.756F)),
                             Optional(FloatEq(2.9166667F)), std::nullopt, std::nullopt));
@@ -328,7 +329,7 @@ TEST_F(RunDriver, ADefaultThresholdIsAChangeOfTheBasin) {
 
     EXPECT_EQ(basin.current_simulation()->precipitation_threshold, 6.0F);
     EXPECT_TRUE(basin.Basin_Changed);
-    EXPECT_FALSE(basin.Input_Changed);  // a completed run clears it again
+    EXPECT_FALSE(basin.Input_Changed);  // a completed run clears it
 }
 
 }  // namespace

@@ -32,7 +32,7 @@ protected:
 constexpr const char* k_area_text = "Zone area must be greater than zero!";
 constexpr const char* k_order_text = "Hypsometric elevations must be in increasing order by zone";
 
-TEST_F(RunMenu, FindsNothingWrongWithAGoodBasin) { EXPECT_FALSE(run_menu_problem(basin).has_value()); }
+TEST_F(RunMenu, FindsNoProblemInACompleteBasin) { EXPECT_FALSE(run_menu_problem(basin).has_value()); }
 
 TEST_F(RunMenu, NeedsASelectedSimulation) {
     basin.current_row.reset();
@@ -63,7 +63,7 @@ TEST_F(RunMenu, AnEmptyAreaCountsAs0) {
     expect_zone_problem(k_area_text, 3);
 }
 
-TEST_F(RunMenu, AnAreaBelow0OrThatIsNoNumberIsRefusedByTheMenuAndByARun) {
+TEST_F(RunMenu, ANegativeOrNonNumericAreaIsRefusedByTheMenuAndByARun) {
     for (const double area : {-20.0, -0.0, std::numeric_limits<double>::quiet_NaN()}) {
         basin.zones[1].area = area;
         const auto problem = run_menu_problem(basin);
@@ -111,7 +111,7 @@ TEST_F(RunMenu, ChecksASimulationBeforeTheReferenceBeforeTheZonesInOrder) {
     expect_zone_problem(k_area_text, 1);
 }
 
-TEST_F(RunMenu, ZonesBeyondTheBasinAreNotLookedAt) {
+TEST_F(RunMenu, ZonesBeyondTheBasinAreNotChecked) {
     basin.zones[2].area = 0.0;
     basin.ZoneCount = 2;
 
@@ -184,7 +184,7 @@ TEST_F(ForecastChoice, BlanksAroundTheDigitDoNotCount) {
     EXPECT_EQ(run.UpdateInterval, 5);
 }
 
-TEST_F(ForecastChoice, AnythingElseIsRefusedWithKindAndTitleSetAllTheSame) {
+TEST_F(ForecastChoice, AnythingElseIsRefusedButKindAndTitleAreSet) {
     using Answers = std::vector<std::optional<std::string>>;
     for (const auto& answer : Answers{"", "0", "10", "x", "-", " ", "12", "1.", "05", "5x", std::nullopt}) {
         SCOPED_TRACE(answer.value_or("cancelled"));

@@ -31,7 +31,7 @@ protected:
         for (int day = 1; day <= 10; ++day) table.DailyQ[at(1, day)] = 5.0;
     }
 
-    /// Takes days of a zone, from 1, out of the table.
+    /// Removes days of a zone, counted from 1, from the table.
     void lose(int zone, std::initializer_list<int> days) {
         for (const int day : days) {
             for (std::size_t row = 0; row < table.size(); ++row) {
@@ -131,7 +131,7 @@ TEST_F(RunNotes, StepThreeLooksAtTheDischargeOfThePresentClimate) {
     EXPECT_THAT(note_text(*note, Units::Metric), testing::StartsWith("Step 3: The computed discharge"));
 }
 
-TEST_F(RunNotes, OfAStepAreForgottenAlone) {
+TEST_F(RunNotes, OfOneStepAreForgottenWithoutTheOthers) {
     for (const int step : {1, 3, 5, 3}) run.notes.push_back({.step = step, .zones = {}});
     forget_notes(run, 3);
     ASSERT_EQ(run.notes.size(), 2U);
@@ -139,7 +139,7 @@ TEST_F(RunNotes, OfAStepAreForgottenAlone) {
     EXPECT_EQ(run.notes[1].step, 5);
 }
 
-/// Whole runs on a basin file.
+/// Complete runs on a basin file.
 class NotedRun : public ::testing::Test {
 protected:
     void open(const SmallBasin& content) {
@@ -166,7 +166,7 @@ TEST_F(NotedRun, DaysWithoutRowsAreNotedAndChangeNoNumber) {
     open(content);
     EXPECT_TRUE(simulate().completed);
     EXPECT_TRUE(dialogs.messages().empty());
-    EXPECT_EQ(run.FinalQ[0], 1.25F);  // 10 halves on three days
+    EXPECT_EQ(run.FinalQ[0], 1.25F);  // 10 is halved on three days
     ASSERT_EQ(run.notes.size(), 1U);
     EXPECT_EQ(run.notes[0].kind, NoteKind::DaysWithoutRows);
     EXPECT_EQ(run.notes[0].first, k_first + 1);
@@ -185,9 +185,9 @@ TEST_F(NotedRun, ANegativeCoefficientGivesANote) {
     for (auto& row : content.physical) row.precip = 1.0F;
     for (auto& row : content.parameters) row.cr = -1.0F;
     open(content);
-    run.LagDistribution = {1.0F, 1.0F};  // a day's input runs off on that day
+    run.LagDistribution = {1.0F, 1.0F};  // a day's input runs off on the same day
     EXPECT_TRUE(simulate().completed);
-    // -100 x 0.5 + 10 x 0.5 = -45, -100 x 0.5 - 45 x 0.5 = -72.5
+    // -100 x 0.5 + 10 x 0.5 = -45; -100 x 0.5 - 45 x 0.5 = -72.5.
     ASSERT_EQ(run.notes.size(), 1U);
     EXPECT_EQ(run.notes[0].kind, NoteKind::RunoffBelowZero);
     EXPECT_EQ(run.notes[0].days, 2);
@@ -235,7 +235,7 @@ TEST_F(NotedRun, ARunThatFailsLeavesNoValidResults) {
     EXPECT_GE(*basin.results_time, before);
 }
 
-TEST_F(NotedRun, ARunThatItsUserCancelsLeavesNoValidResults) {
+TEST_F(NotedRun, ARunThatTheUserCancelsLeavesNoValidResults) {
     SmallBasin content{1, k_first, 3};
     content.parameters[1].xcoeff = 1.0;
     open(content);
@@ -246,7 +246,7 @@ TEST_F(NotedRun, ARunThatItsUserCancelsLeavesNoValidResults) {
 
 TEST_F(NotedRun, ARunThatIsRefusedByItsQuestionLeavesAnEmptyTableThatIsNotValid) {
     SmallBasin content{1, k_first, 3};
-    content.simulation.initial_runoff = 50.0F;  // against 10 measured
+    content.simulation.initial_runoff = 50.0F;  // compared with the measured 10
     open(content);
     dialogs.then(Answer::Cancel);
     const RunOutcome outcome = simulate();
@@ -255,7 +255,7 @@ TEST_F(NotedRun, ARunThatIsRefusedByItsQuestionLeavesAnEmptyTableThatIsNotValid)
     EXPECT_EQ(run.LastRunSimulation, "");
 }
 
-TEST_F(NotedRun, ACompletedRunTellsItsTimeAndIsUpToDate) {
+TEST_F(NotedRun, ACompletedRunReportsItsTimeAndIsUpToDate) {
     open(SmallBasin{1, k_first, 3});
     basin.results_outdated = true;
     const double before = local_now();

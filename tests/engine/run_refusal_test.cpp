@@ -19,7 +19,7 @@ constexpr const char* k_latitude_text =
     "A positive or blank latitude indicates a basin located in the northern hemisphere, a negative latitude "
     "indicates a basin located in the southern hemisphere.  Continue processing?";
 
-/// Runs that are asked about, refused, or hindered, in a program that has valid results of a former run.
+/// Runs that are questioned, refused or blocked, in a program with valid results of an earlier run.
 class RunRefusals : public ::testing::Test {
 protected:
     TemporaryFolder folder;
@@ -67,7 +67,7 @@ protected:
 TEST_F(RunRefusals, APeriodOfMoreThan366DaysIsRefusedAndKeepsTheFormerResults) {
     open(SmallBasin{1, k_first, 400});
     Simulation& simulation = *basin.current_simulation();
-    simulation.end = *simulation.start + 366;  // both ends in it: 367 days
+    simulation.end = *simulation.start + 366;  // 367 days, since both ends belong to the period
 
     EXPECT_FALSE(simulate().results_rebuilt);
 
@@ -113,7 +113,7 @@ TEST_F(RunRefusals, ABlankLatitudeIsAskedAboutAndTakenForTheNorth) {
     EXPECT_THAT(stored().DailyQ, ElementsAre(5.0, 2.5));
 }
 
-TEST_F(RunRefusals, ARefusedLatitudeLeavesTheTableBuiltAndNotWorkedOn) {
+TEST_F(RunRefusals, ARefusedLatitudeLeavesTheTableBuiltButNotProcessed) {
     SmallBasin content{1, k_first, 2};
     content.header.latitude.reset();
     open(content);
@@ -128,7 +128,7 @@ TEST_F(RunRefusals, ARefusedLatitudeLeavesTheTableBuiltAndNotWorkedOn) {
     EXPECT_THAT(stored().TAvg, Each(1.0F));
 }
 
-TEST_F(RunRefusals, ARefusalAfterTheTableWasBuiltTakesTheMarksOfTheFormerRun) {
+TEST_F(RunRefusals, ARefusalAfterTheTableWasBuiltClearsTheMarksOfTheFormerRun) {
     SmallBasin content{1, k_first, 2};
     content.header.latitude.reset();
     open(content);
@@ -208,7 +208,7 @@ TEST_F(RunRefusals, AFatalNumberOfZonesDoesNotStopTheRun) {
 
     const RunOutcome outcome = simulate();
 
-    // The rows of zone 1 are taken in pairs, so that every second one has no discharge for the statistics.
+    // The rows of zone 1 are taken in pairs, so every second row has no discharge for the statistics.
     EXPECT_TRUE(outcome.completed);
     ASSERT_EQ(dialogs.messages().size(), 2U);
     EXPECT_EQ(dialogs.messages()[0].message.title, "Fatal error");
@@ -246,7 +246,7 @@ TEST_F(RunRefusals, ZoneTotalsArePreparedAfterAFailedRunToo) {
     EXPECT_TRUE(is_missing(run.zone_totals[0].zonal_melt));
 }
 
-TEST_F(RunRefusals, AFileThatIsGoneCantBeOpened) {
+TEST_F(RunRefusals, AMissingFileCannotBeOpened) {
     open(SmallBasin{1, k_first, 2});
     std::filesystem::remove(path);
 
@@ -259,7 +259,7 @@ TEST_F(RunRefusals, AFileThatIsGoneCantBeOpened) {
     EXPECT_FALSE(std::filesystem::exists(path));
 }
 
-TEST_F(RunRefusals, ASimulationWithoutParameterTableNamesTheDataThatCantBeOpened) {
+TEST_F(RunRefusals, ASimulationWithoutParameterTableNamesTheDataThatCannotBeOpened) {
     open(SmallBasin{1, k_first, 2});
     BasinDatabase{path, Access::ReadWrite}.drop_table("Test");
 
@@ -281,7 +281,7 @@ TEST_F(RunRefusals, ATableInUseIsAConflictThatLeavesTheOldTable) {
 
     RunOutcome outcome;
     {
-        // Another program is about to write; reading is still allowed.
+        // Another program is about to write; reading is still possible.
         SQLite::Database other{path.string(), SQLite::OPEN_READWRITE};
         other.exec("BEGIN IMMEDIATE");
         outcome = simulate();
@@ -295,7 +295,7 @@ TEST_F(RunRefusals, ATableInUseIsAConflictThatLeavesTheOldTable) {
         "Conflict while accessing the 'SimResults' table.  Make sure you close the 'Simulation Results' "
         "window before proceeding");
     EXPECT_EQ(stored().size(), former.size());
-    // The run goes on over the rows that are there, so that nothing else is missed.
+    // The run continues on the existing rows, so no other message follows.
     EXPECT_EQ(dialogs.messages().size(), 1U);
     EXPECT_FALSE(outcome.completed);
     EXPECT_EQ(stored().DailyQ, former.DailyQ);

@@ -40,8 +40,8 @@ TEST_F(RunStatistics, OfFiveDaysByHand) {
     EXPECT_EQ(run.AvgComputedQ, 500.0F);
     EXPECT_EQ(run.ComputedVolume, 216.0F);   // 2500 x 86,400 / 10^6
     EXPECT_EQ(run.VolumeDifference, 20.0F);  // (270 - 216) / 270 x 100
-    // About the mean: 125² + 0 + 125² + 25² + 25² = 32,500. Differences: 50² + 125² + 200² + 125² + 125² =
-    // 89,375. (32,500 - 89,375) / 32,500 = -1.75.
+    // Squares about the mean: 125² + 0 + 125² + 25² + 25² = 32,500. Squares of the differences:
+    // 50² + 125² + 200² + 125² + 125² = 89,375. R² = (32,500 - 89,375) / 32,500 = -1.75.
     EXPECT_EQ(run.CoefficientR2, -1.75F);
     EXPECT_TRUE(dialogs.messages().empty());
 }
@@ -51,11 +51,12 @@ TEST_F(RunStatistics, OfAGoodRunByHand) {
 
     EXPECT_TRUE(go());
 
-    // 60 x 86,400 / 10^6 = 5.184 and 63 x 86,400 / 10^6 = 5.4432. 1 - (1 + 1 + 9) / (100 + 0 + 100) = 0.945.
+    // 60 x 86,400 / 10^6 = 5.184; 63 x 86,400 / 10^6 = 5.4432.
+    // R² = 1 - (1 + 1 + 9) / (100 + 0 + 100) = 0.945.
     EXPECT_EQ(run.MeasuredVolume, 5.184F);
     EXPECT_EQ(run.ComputedVolume, 5.4432F);
     EXPECT_EQ(run.CoefficientR2, 0.945F);
-    // From the Singles of the volumes: -0.2592000961 / 5.1840000153 x 100 = -5.0000018, a Single off -5.
+    // From the volumes as Singles: -0.2592000961 / 5.1840000153 x 100 = -5.0000018, not exactly -5.
     EXPECT_EQ(run.VolumeDifference, -5.0000018F);
     EXPECT_NE(-5.0000018F, -5.0F);
 }
@@ -74,14 +75,14 @@ TEST_F(RunStatistics, VolumesAreSinglesInEachStep) {
 
     EXPECT_TRUE(go());
 
-    // 791.58 x 86,400 = 68,392,513.5, of which the Single is 68,392,512; / 10^6 is next to 68.3925095. In
-    // Doubles 68.3925135 would be next to 68.3925171.
+    // 791.58 x 86,400 = 68,392,513.5, as a Single 68,392,512; / 10^6 the nearest Single is 68.3925095. With
+    // Doubles it would be 68.3925135, whose nearest Single is 68.3925171.
     EXPECT_EQ(run.MeasuredVolume, 68.3925095F);
     EXPECT_NE(68.3925095F, 68.3925171F);
 }
 
-TEST_F(RunStatistics, AveragesAreWorkedOutInDoubles) {
-    // 16,777,218 / 3 = 5,592,406; a sum in Singles would lose the two 1 and give 5,592,405.5.
+TEST_F(RunStatistics, AveragesAreComputedInDoubles) {
+    // 16,777,218 / 3 = 5,592,406. A sum in Singles would lose both 1s and give 5,592,405.5.
     begin({16777216, 1, 1}, {1, 1, 16777216});
 
     EXPECT_TRUE(go());
@@ -91,8 +92,8 @@ TEST_F(RunStatistics, AveragesAreWorkedOutInDoubles) {
 }
 
 TEST_F(RunStatistics, TheSumsOfSquaresAreSingles) {
-    // About the mean of 5000: 2^24 + 2^24 + 1 + 1, where Singles lose the two 1: 2^25. Differences: 2^26 +
-    // 2^24 + 2^24 + 0 = 3 x 2^25. So (1 - 3) / 1 = -2.
+    // Squares about the mean of 5000: 2^24 + 2^24 + 1 + 1; in Singles both 1s are lost: 2^25. Squares of the
+    // differences: 2^26 + 2^24 + 2^24 + 0 = 3 x 2^25. R² = (1 - 3) / 1 = -2.
     begin({904, 9096, 5001, 4999}, {904 + 8192, 9096 + 4096, 5001 + 4096, 4999});
 
     EXPECT_TRUE(go());
@@ -108,7 +109,7 @@ TEST_F(RunStatistics, AConstantMeasuredDischargeKeepsTheFormerR2) {
     EXPECT_TRUE(go());
 
     EXPECT_EQ(run.CoefficientR2, 0.5F);
-    // 30 and 36 give 2.592 and 3.1104: -20 %, from Singles.
+    // 30 and 36 give the volumes 2.592 and 3.1104: -20 % up to rounding to Singles.
     EXPECT_NEAR(run.VolumeDifference, -20.0F, 0.00001F);
 }
 
@@ -154,7 +155,7 @@ TEST_F(RunStatistics, StoredOrderOfTheRowsDoesNotMatter) {
 }
 
 TEST_F(RunStatistics, SumsRunInTheOrderOfTheDates) {
-    // 2^53 + 1 is 2^53 in Doubles, and less 2^53 nothing is left. From the last day on it would be 1.
+    // In Doubles 2^53 + 1 is 2^53, minus 2^53 is 0. Summed from the last day on it would be 1.
     begin({9007199254740992.0, 1, -9007199254740992.0}, {1, 1, 1});
     SimResults::visit(table, [](auto& column) { std::reverse(column.begin(), column.end()); });
 
@@ -164,7 +165,7 @@ TEST_F(RunStatistics, SumsRunInTheOrderOfTheDates) {
     EXPECT_EQ(run.MeasuredVolume, 0.0F);
 }
 
-TEST_F(RunStatistics, AMissingMeasuredValueIsAFaultThatKeepsVolumesOfTheOthers) {
+TEST_F(RunStatistics, AMissingMeasuredValueIsAFaultThatKeepsTheVolumesOfTheOthers) {
     table.ActualQ[at(1, 2)] = k_missing;
     keep_former_values();
 
@@ -192,7 +193,7 @@ TEST_F(RunStatistics, AMissingComputedValueIsAFaultToo) {
     EXPECT_EQ(run.CoefficientR2, 77.0F);
 }
 
-TEST_F(RunStatistics, WithoutAnyMeasuredValueNothingIsWorkedOut) {
+TEST_F(RunStatistics, WithoutAnyMeasuredValueNothingIsComputed) {
     fill_zone(table.ActualQ, 1, k_missing);
     keep_former_values();
 
@@ -205,7 +206,7 @@ TEST_F(RunStatistics, WithoutAnyMeasuredValueNothingIsWorkedOut) {
     EXPECT_EQ(run.AvgComputedQ, 77.0F);
 }
 
-TEST_F(RunStatistics, WithoutAnyComputedValueTheMeasuredHalfIsWorkedOut) {
+TEST_F(RunStatistics, WithoutAnyComputedValueTheMeasuredHalfIsComputed) {
     fill_zone(table.DailyQ, 1, static_cast<double>(k_missing));
     keep_former_values();
 
@@ -217,7 +218,7 @@ TEST_F(RunStatistics, WithoutAnyComputedValueTheMeasuredHalfIsWorkedOut) {
     EXPECT_EQ(run.ComputedVolume, 77.0F);
 }
 
-TEST_F(RunStatistics, ASumBeyondASingleIsAFault) {
+TEST_F(RunStatistics, ASumThatExceedsASingleIsAFault) {
     begin({3e38, 3e38}, {1, 1});
     keep_former_values();
 
@@ -241,7 +242,7 @@ TEST_F(RunStatistics, APeriodWithoutRowsIsAFault) {
 
 class StatisticsByStep : public RunStatistics, public ::testing::WithParamInterface<int> {};
 
-TEST_P(StatisticsByStep, Steps3And6LookAtTheDischargeOfThePresentClimate) {
+TEST_P(StatisticsByStep, Steps3And6UseTheDischargeOfThePresentClimate) {
     begin({100, 300}, {200, 400});
     set(table.DailyQPresent, 1, {500, 700});
     run.ClimateStep = GetParam();
@@ -250,7 +251,8 @@ TEST_P(StatisticsByStep, Steps3And6LookAtTheDischargeOfThePresentClimate) {
 
     EXPECT_EQ(run.AvgMeasuredQ, GetParam() == 6 ? 600.0F : 200.0F);
     EXPECT_EQ(run.AvgComputedQ, GetParam() == 3 ? 600.0F : 300.0F);
-    // About the mean 2 x 100² in each case. Differences: 100; 400 in step 3; 300 in step 6.
+    // The sum of squares about the mean is 2 x 100². The daily
+    // differences are 100; in step 3 400, in step 6 300.
     const float r2 = GetParam() == 3 ? -15.0F : GetParam() == 6 ? -8.0F : 0.0F;
     EXPECT_EQ(run.CoefficientR2, r2);
 }

@@ -62,7 +62,7 @@ TEST_F(CustomLag, OfThreeDaysTakesTheFirstDayForTheDaysBeforeTheRun) {
 TEST_F(CustomLag, GivesTheFirstShareToTheDayItself) {
     shares({0.5F, 0.3F, 0.2F});
 
-    // The shares are the decimal numbers, summed from the oldest day on.
+    // The shares are decimal numbers (not Singles), summed from the oldest day on.
     EXPECT_THAT(discharge(), ElementsAre(0.2 * 100 + 0.3 * 100 + 0.5 * 100,    //
                                          0.2 * 100 + 0.3 * 100 + 0.5 * 200,    //
                                          0.2 * 100 + 0.3 * 200 + 0.5 * 400,    //
@@ -72,11 +72,11 @@ TEST_F(CustomLag, GivesTheFirstShareToTheDayItself) {
 TEST_F(CustomLag, RoundsItsSharesToFiveDecimals) {
     shares({1.0F / 3.0F, 0.000004F});
 
-    // 0.33333 of the day, nothing of the day before.
+    // 0.33333 of the same day's input; the share of the day before rounds to 0.
     EXPECT_THAT(discharge(), ElementsAre(0.33333 * 100, 0.33333 * 200, 0.33333 * 400, 0.33333 * 800));
 }
 
-TEST_F(CustomLag, DoesNotAskWhetherItsSharesMake1) {
+TEST_F(CustomLag, AcceptsSharesThatDoNotMake1) {
     shares({0.25F, 0.25F});
 
     EXPECT_THAT(discharge(), ElementsAre(50.0, 75.0, 150.0, 300.0));
@@ -91,7 +91,7 @@ TEST_F(CustomLag, MayBeLongerThanTheRun) {
     EXPECT_THAT(discharge(), ElementsAre(100.0, 150.0));  // 0.5 x 200 + 0.5 x 100
 }
 
-TEST_F(CustomLag, DoesNotLookAtTheTimeLag) {
+TEST_F(CustomLag, IgnoresTheTimeLag) {
     fill(table.LagTime, 30.0);
     shares({1.0F});
 
@@ -124,7 +124,7 @@ TEST_F(CustomLag, SumsTheZonesAndKeepsTheirZonalMelt) {
     fill_zone(table.AN, 2, 0.5);
     shares({1.0F});
 
-    // Zone 2: 0.5 x 4 x 0.5 = 1 cm on 432 km², 50 m³/s.
+    // Zone 2: zonal melt 0.5 x 4 x 0.5 = 1 cm on 432 km², which is 50 m³/s.
     EXPECT_THAT(discharge(), ElementsAre(150.0, 250.0));
     EXPECT_THAT(days(table.ZonalMelt, 2), Each(1.0F));
     EXPECT_THAT(days(table.DailyQ, 2), Each(IsNan()));
@@ -135,7 +135,7 @@ TEST_F(CustomLag, MixesTheInputWithTheDischargeOfTheDayBefore) {
     fill(table.Xcoeff, 0.5);
     shares({1.0F});
 
-    // 50 + 5; 100 + 27.5; 200 + 63.75; 400 + 131.875.
+    // 100 x 0.5 + 10 x 0.5 = 50 + 5; 100 + 27.5; 200 + 63.75; 400 + 131.875.
     EXPECT_THAT(discharge(), ElementsAre(55.0, 127.5, 263.75, 531.875));
     EXPECT_EQ(run.FinalQ[0], 531.875F);
 }
@@ -153,7 +153,7 @@ TEST_F(CustomLag, AForecastIsNeverUpdated) {
     }
 }
 
-TEST_F(CustomLag, ALimitOfTheRecessionIsToldOnce) {
+TEST_F(CustomLag, ALimitOfTheRecessionIsReportedOnce) {
     fill(table.Xcoeff, 1.0);
     shares({1.0F});
     dialogs.then(Answer::Ok);
@@ -220,12 +220,12 @@ TEST_F(CustomLag, RowsAreTakenByPositionWhereAZoneMissesADay) {
 
     EXPECT_TRUE(go());
 
-    // Pairs by position: 100 + 50 x 2, 400 + 50 x 8, and zone 2 of day 3 alone with the area of zone 1: 1600.
+    // Pairs by position: 100 + 50 x 2; 400 + 50 x 8; zone 2 of day 3 alone with the area of zone 1: 1600.
     EXPECT_THAT(table.DailyQ, ElementsAre(200.0, 800.0, IsNan(), IsNan(), 1600.0));
 }
 
 TEST_F(CustomLag, HasRoomForTwoDaysMoreThanThePeriodAndKeepsTheNewestInputBeyond) {
-    // Four zones of data in a basin of one: their rows of one date make four days, of which three find room.
+    // Four zones of data in a basin of one zone: their four rows of one date count as four days; three fit.
     begin(4, 1);
     for (int z = 1; z <= 4; ++z) table.Cpr[at(z, 1)] = static_cast<float>(z);
     basin.ZoneCount = 1;
@@ -249,7 +249,8 @@ TEST_F(CustomLag, ARunOfOneDayWorks) {
     EXPECT_EQ(table.size(), 2U);
 }
 
-/// Two zones without input. From 4 m³/s on, x = 1 and y = 0.5, an ordinary day has 2 and one of high flow 1.
+/// Two zones without input. Starting from 4 m³/s with x = 1 and y = 0.5,
+/// an ordinary day has 2, a high-flow day 1.
 class HeavyRainWithCustomLag : public CustomLag {
 protected:
     void SetUp() override {
@@ -282,7 +283,7 @@ TEST_F(HeavyRainWithCustomLag, TheAverageOfAllZonesHasToReachTheThreshold) {
 }
 
 TEST_F(HeavyRainWithCustomLag, ARainyDayOfAnotherZoneDoesNotCarryItsFlagToTheNext) {
-    // Zone 2 reaches the threshold on day 1; on day 2 the average does without a zone 1 that does.
+    // Zone 2 and the average reach the threshold on both days; zone 1 stays dry.
     begin(2, 2);
     fill(table.Xcoeff, 1.0);
     fill(table.YCoeff, 0.5);
@@ -304,7 +305,7 @@ TEST_F(HeavyRainWithCustomLag, LastsFiveDays) {
 
     const auto q = discharge();
 
-    // k = 0.25 x B^0.5, with B = 4 Q on days 2 to 6.
+    // k = 0.25 x B^0.5, where B is 4 Q on days 2 to 6 and Q on the others.
     double expected = 4.0;
     for (int day = 1; day <= 7; ++day) {
         const double base = day >= 2 && day <= 6 ? expected * 4.0 : expected;

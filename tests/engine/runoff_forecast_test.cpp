@@ -29,11 +29,12 @@ protected:
 };
 
 TEST_F(RunoffForecast, StartsTheDayAfterAnUpdateFromTheMeasuredDischarge) {
-    // 16 halves until day 3, whose computed 2 stays; day 4 starts from 100, and so does day 7.
+    // 16 is halved until day 3, whose computed 2 stays. Day 4 starts
+    // from the measured 100, and so does day 7.
     EXPECT_THAT(discharge(), ElementsAre(8, 4, 2, 50, 25, 12.5, 50));
 }
 
-TEST_F(RunoffForecast, EveryDayStartsFromTheMeasuredOneWithAnIntervalOf1) {
+TEST_F(RunoffForecast, EveryDayStartsFromTheMeasuredDischargeWithAnIntervalOf1) {
     run.UpdateInterval = 1;
     set(table.ActualQ, 1, {10, 20, 30, 40, 50, 60, 70});
 
@@ -62,8 +63,7 @@ TEST_F(RunoffForecast, RunKindAloneUpdatesNothing) {
 TEST_F(RunoffForecast, AnUpdateDayWithoutMeasuredDischargeGoesBackToTheDayBefore) {
     table.ActualQ[2] = k_missing;
 
-    // The discharge that day 4 builds on is still day 2's 4, not the 2 of day 3. Day 6 is updated in its
-    // turn.
+    // Day 4 still builds on day 2's 4, not on day 3's 2. The update of day 6 takes place.
     EXPECT_THAT(discharge(), ElementsAre(8, 4, 2, 2, 1, 0.5, 50));
 }
 
@@ -74,12 +74,12 @@ TEST_F(RunoffForecast, TakesTheMeasuredDischargeOfTheFirstZonesRow) {
     EXPECT_THAT(discharge(), ElementsAre(8, 4, 2, 50, 25, 12.5, 50));
 }
 
-TEST_F(RunoffForecast, CountsDaysByRowsAlsoWhereADayIsMissing) {
+TEST_F(RunoffForecast, CountsDaysByRowsEvenIfADayIsMissing) {
     remove_row(at(1, 2));
 
     EXPECT_TRUE(runoff_simulation());
 
-    // The third day of the table is June 4th.
+    // The third day in the table is June 4th.
     EXPECT_THAT(table.DailyQ, ElementsAre(8, 4, 2, 50, 25, 12.5));
 }
 

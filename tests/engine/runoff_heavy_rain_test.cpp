@@ -11,8 +11,8 @@ namespace {
 using ::testing::Each;
 using ::testing::ElementsAre;
 
-/// Two zones of equal area without input. Each day starts from a measured discharge of 4, and x = 1, y = 0.5,
-/// so that an ordinary day has 4 x 4^-0.5 = 2 and a day of high flow 4 x (4 x 4)^-0.5 = 1.
+/// Two zones of equal area without input. Each day starts from a measured discharge of 4, with x = 1 and
+/// y = 0.5: an ordinary day has 4 x 4^-0.5 = 2, a high-flow day 4 x (4 x 4)^-0.5 = 1.
 class HeavyRain : public EngineTest {
 protected:
     void SetUp() override { begin(8); }
@@ -75,8 +75,9 @@ TEST_F(HeavyRain, OnTheAverageNeedsAZoneThatReachesTheThresholdToo) {
     EXPECT_FALSE(starts_high_flow(below, below));
 }
 
-TEST_F(HeavyRain, IsComparedAsASingleSoThatAHairBelowTheThresholdCounts) {
-    // 6 and its neighbour 5.99999952 have the mean 5.99999976, which as a Single is the even one of them, 6.
+TEST_F(HeavyRain, IsComparedAsASingleSoThatBarelyBelowTheThresholdCounts) {
+    // 6 and its neighbour 5.99999952 have the mean 5.99999976: a tie between these
+    // two Singles, which rounds to the even 6.
     EXPECT_TRUE(starts_high_flow(6.0F, std::nextafter(6.0F, 0.0F)));
 }
 
@@ -100,7 +101,7 @@ TEST_F(HeavyRain, DoesNotCountWhereItFallsAsSnow) {
 
     EXPECT_FALSE(starts_high_flow(11.0F, 100.0F));
     EXPECT_TRUE(starts_high_flow(12.0F, 100.0F));
-    fill_zone(table.ZoneDD, 2, 1.0);  // exactly critical: rain
+    fill_zone(table.ZoneDD, 2, 1.0);  // exactly critical counts as rain
     EXPECT_TRUE(starts_high_flow(0.0F, 12.0F));
 }
 
@@ -118,7 +119,7 @@ TEST_F(HeavyRain, CountsOnTheSnowFreePartWhereTheSwitchIs0) {
 
 TEST_F(HeavyRain, AMissingCoverLeavesTheShareOfTheZoneBefore) {
     table.SCA[at(1, 1)] = 0.5F;
-    table.RCA[at(1, 1)] = 0.0F;  // zone 1's share is 0.5
+    table.RCA[at(1, 1)] = 0.0F;  // zone 1's share is 1 - 0.5
     table.SCA[at(2, 1)] = k_missing;
     table.RCA[at(2, 1)] = 0.0F;
 
@@ -130,12 +131,12 @@ TEST_F(HeavyRain, AMissingCoverBeforeAnyShareCountsForNothing) {
     table.SCA[at(1, 1)] = k_missing;
     table.RCA[at(1, 1)] = 0.0F;
 
-    EXPECT_FALSE(starts_high_flow(100.0F, 11.0F));  // 11 / 2 of zone 2 alone
+    EXPECT_FALSE(starts_high_flow(100.0F, 11.0F));  // 11 / 2, from zone 2 alone
     EXPECT_TRUE(starts_high_flow(100.0F, 12.0F));
 }
 
-TEST_F(HeavyRain, AnAverageBeyondASingleStartsNothing) {
-    basin.basin_area_text = "1";  // 2 x 864 x 3 x 10^38 / 1
+TEST_F(HeavyRain, AnAverageThatExceedsASingleStartsNothing) {
+    basin.basin_area_text = "1";  // (864 + 864) x 3 x 10^38 / 1
 
     EXPECT_FALSE(starts_high_flow(3e38F, 3e38F));
 }
@@ -143,7 +144,7 @@ TEST_F(HeavyRain, AnAverageBeyondASingleStartsNothing) {
 TEST_F(HeavyRain, ABasinAreaOf0LeavesTheSumUndivided) {
     basin.basin_area_text = "0";
 
-    EXPECT_TRUE(starts_high_flow(6.0F, 0.0F));  // 864 x 6 is above the threshold of 6
+    EXPECT_TRUE(starts_high_flow(6.0F, 0.0F));  // 864 x 6 exceeds the threshold of 6
 }
 
 TEST_F(HeavyRain, DoesNotCountWhereDegreeDaysOrCriticalTemperatureAreMissing) {

@@ -12,7 +12,7 @@ using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsNan;
 
-/// With a lag of 18 hours and x = y = 0 the discharge of day 2 is the input of day 1, as a Double.
+/// With a lag of 18 hours and x = y = 0 the discharge of day 2 is exactly the input of day 1, as a Double.
 class RunoffInput : public EngineTest {
 protected:
     void SetUp() override { begin(2, 2); }
@@ -33,7 +33,7 @@ protected:
 };
 
 TEST_F(RunoffInput, SumsRainNewMeltAndZonalMeltOfTheZonesByArea) {
-    basin.zones[1].area = 432.0;  // 50 m³/s a cm
+    basin.zones[1].area = 432.0;  // 1 cm is 50 m³/s
     set(table.CR, 1, {0.5, 1.0}), set(table.CS, 1, {0.75, 1.0});
     set(table.M1S, 1, {1.0, 0.0}), set(table.Cpr, 1, {3.0, 0.0});
     set(table.SCA, 1, {0.5, 0.0}), set(table.ZoneDD, 1, {4.0, 0.0}), set(table.AN, 1, {0.5, 0.0});
@@ -51,14 +51,14 @@ TEST_F(RunoffInput, SumsRainNewMeltAndZonalMeltOfTheZonesByArea) {
     EXPECT_TRUE(dialogs.messages().empty());
 }
 
-TEST_F(RunoffInput, DischargeAndTotalMeltStandOnTheFirstZonesRowAlone) {
+TEST_F(RunoffInput, DischargeAndTotalMeltAreOnTheFirstZonesRowOnly) {
     EXPECT_TRUE(go());
 
     EXPECT_THAT(days(table.DailyQ, 2), Each(IsNan()));
     EXPECT_THAT(days(table.TotalMelt, 2), Each(IsNan()));
 }
 
-TEST_F(RunoffInput, EnglishUnitsOfTheSimulationMakeFeetOfInches) {
+TEST_F(RunoffInput, EnglishUnitsOfTheSimulationConvertInchesToFeet) {
     begin(1, 2);
     simulation().units = Units::English;
     basin.zones[0].area = 11250.0;
@@ -168,7 +168,7 @@ TEST_P(RunoffColumnsByStep, FollowTheStep) {
     const double cover = GetParam() == 2 ? 0.25 : GetParam() == 6 ? 0.5 : 0.125;
     const double input = changed ? 100.0 + 200.0 * cover : 412.5;
     const double k = changed ? 0.25 : 0.5;
-    // Day 1 receives the input, day 2 all of it at 18 hours or a quarter at 0 hours.
+    // Day 1 receives the whole input; day 2 receives all of it at 18 hours, a quarter at 0 hours.
     const double day1 = input * (1.0 - k) + 10.0 * k;
     const double day2 = (changed ? input / 4.0 : input) * (1.0 - k) + day1 * k;
     const auto& computed = GetParam() == 3 ? table.DailyQPresent : table.DailyQ;
@@ -201,7 +201,7 @@ TEST_P(ClimateSums, AreKeptInSteps1To3Alone) {
         const auto& zone1 = run.ClimateSums[1][static_cast<std::size_t>(step)];
         const auto& zone2 = run.ClimateSums[2][static_cast<std::size_t>(step)];
         if (step == GetParam() && step <= 3) {
-            // Item 1 is the sum of 2 (zonal melt), 3 (rain) and 4 (new melt).
+            // Item 1 is the sum of items 2 (zonal melt), 3 (rain) and 4 (new melt).
             EXPECT_THAT(zone1, ElementsAre(0.0F, 63.0F, 48.0F, 12.0F, 3.0F));
             EXPECT_THAT(zone2, ElementsAre(0.0F, 224.0F, 128.0F, 64.0F, 32.0F));
         } else {
@@ -213,7 +213,7 @@ TEST_P(ClimateSums, AreKeptInSteps1To3Alone) {
 
 INSTANTIATE_TEST_SUITE_P(AllSteps, ClimateSums, ::testing::Range(0, 7));
 
-TEST_F(RunoffInput, ClimateSumsGoOnFromWhatTheyHold) {
+TEST_F(RunoffInput, ClimateSumsAddToWhatTheyHold) {
     begin(1, 1);
     run.ClimateStep = 1;
     run.ClimateSums[1][1] = {0.0F, 100.0F, 200.0F, 300.0F, 400.0F};
@@ -236,7 +236,7 @@ TEST_F(RunoffInput, AClimateSumWithAMissingPartKeepsWhatItHas) {
     EXPECT_THAT(run.ClimateSums[1][1], ElementsAre(0.0F, 0.0F, 0.0F, 0.0F, 1.0F));
 }
 
-TEST_F(RunoffInput, ClimateSumsHaveNoRoomForATenthZoneWhichIsPassedOver) {
+TEST_F(RunoffInput, ClimateSumsHaveNoRoomForATenthZoneAndSkipIt) {
     begin(10, 2);
     run.ClimateStep = 1;
     fill(table.Cpr, 1.0);

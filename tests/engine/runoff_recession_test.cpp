@@ -122,7 +122,7 @@ TEST_F(RunoffRecession, EachRunShowsTheMessageOnce) {
     EXPECT_EQ(dialogs.messages().size(), 2U);
 }
 
-TEST_F(RunoffRecession, CancelEndsTheStageAtOnceWithTheDaysBeforeWritten) {
+TEST_F(RunoffRecession, CancelEndsTheStageAtOnceAndKeepsTheDaysBefore) {
     set(table.Xcoeff, 1, {0.5, 1.0, 0.5});
     run.FinalQ[0] = 7.0F;
     dialogs.then(Answer::Cancel);
@@ -145,7 +145,7 @@ TEST_F(RunoffRecession, ADischargeOf0KeepsTheFormerShare) {
 
     EXPECT_TRUE(go());
 
-    // Day 2 starts from a measured 0, of which the power -0.5 is undefined: the share of day 1, 0.5, stays.
+    // Day 2 starts from a measured 0, whose power of -0.5 is undefined: day 1's share of 0.5 stays.
     EXPECT_THAT(table.DailyQ, ElementsAre(55.0, 50.0, ::testing::_));
     EXPECT_TRUE(dialogs.messages().empty());
 }
@@ -161,7 +161,7 @@ TEST_F(RunoffRecession, ADischargeBelow0KeepsTheFormerShareToo) {
     EXPECT_EQ(table.DailyQ[1], 48.0);  // 100 x 0.5 - 4 x 0.5
 }
 
-TEST_F(RunoffRecession, ADischargeOf0IsNoTroubleWithoutAnExponent) {
+TEST_F(RunoffRecession, ADischargeOf0IsValidWithoutAnExponent) {
     fill(table.Xcoeff, 0.5);
     run.InitialRunoff = 0.0F;
 
@@ -201,7 +201,7 @@ TEST_F(RunoffRecession, AMissingYKeepsThatOfTheDayBefore) {
 
     EXPECT_TRUE(go());
 
-    // k = 4^-0.5 = 0.5: 50 + 2. Then from the measured 16 on, k = 16^-0.5 = 0.25: 75 + 4.
+    // k = 4^-0.5 = 0.5: 50 + 2. Day 2 starts from the measured 16: k = 16^-0.5 = 0.25: 75 + 4.
     EXPECT_THAT(table.DailyQ, ElementsAre(52.0, 79.0));
 }
 
@@ -224,7 +224,7 @@ TEST_F(RunoffRecession, AShareTooLargeForADoubleKeepsTheFormerOne) {
 }
 
 TEST_F(RunoffRecession, ADischargeTooLargeLeavesTheRowWithoutOne) {
-    // 1 - k = 10^300 on day 2; times an input of 10^10 m³/s it is beyond a Double.
+    // On day 2 1 - k = 10^300; times an input of 10^10 m³/s it exceeds a Double.
     fill(table.Cpr, 1e8);
     set(table.Xcoeff, 1, {0.5, -1e300, 0.5});
 
@@ -232,7 +232,7 @@ TEST_F(RunoffRecession, ADischargeTooLargeLeavesTheRowWithoutOne) {
 
     EXPECT_EQ(table.DailyQ[0], 5000000005.0);  // 10^10 x 0.5 + 10 x 0.5
     EXPECT_TRUE(std::isnan(table.DailyQ[1]));
-    EXPECT_EQ(table.DailyQ[2], 5e9 + 0.5 * 5000000005.0);  // the discharge of day 1 still stands
+    EXPECT_EQ(table.DailyQ[2], 5e9 + 0.5 * 5000000005.0);  // the discharge of day 1 still counts
 }
 
 TEST_F(RunoffRecession, InitialRunoffIsTheDischargeBeforeDay1) {

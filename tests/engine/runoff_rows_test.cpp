@@ -11,7 +11,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsNan;
 
-/// Discharge is the lagged input here (x = y = 0); 1 cm in zone 1 is 100 m³/s, in zone 2 50 m³/s.
+/// Discharge is the lagged input here (x = y = 0). 1 cm is 100 m³/s in zone 1 and 50 m³/s in zone 2.
 class RunoffRows : public EngineTest {
 protected:
     void begin(int zones, int days_in_run, double lag) {
@@ -47,7 +47,7 @@ TEST_F(RunoffRows, ARunOfOneDayWithTwoZonesWorks) {
     EXPECT_EQ(table.size(), 2U);
 }
 
-TEST_F(RunoffRows, NoRowIsLeftBehindOrLost) {
+TEST_F(RunoffRows, NoRowIsAddedOrLost) {
     begin(2, 5, 6.0);
 
     EXPECT_TRUE(go());
@@ -64,11 +64,11 @@ TEST_F(RunoffRows, StoredOrderOfTheRowsDoesNotMatter) {
 
     EXPECT_TRUE(go());
 
-    // Inputs 200, 400, 800: 200; 300 + 50; 600 + 100. Zone 1 stands behind zone 2 and backwards.
+    // Inputs 200, 400, 800: 200; 300 + 50; 600 + 100. The rows are stored in reverse.
     EXPECT_THAT(table.DailyQ, ElementsAre(IsNan(), IsNan(), IsNan(), 700.0, 350.0, 200.0));
 }
 
-TEST_F(RunoffRows, DaysOutsideTheWorkingPeriodTakeNoPart) {
+TEST_F(RunoffRows, DaysOutsideTheWorkingPeriodDoNotCount) {
     begin(1, 4, 0.0);
     set(table.Cpr, 1, {64.0, 1.0, 2.0, 64.0});
     run.RunStart += 1;
@@ -87,9 +87,9 @@ TEST_F(RunoffRows, AreTakenByPositionWhereAZoneMissesADay) {
 
     EXPECT_TRUE(go());
 
-    // In pairs: (zone 1, zone 2) of day 1; zone 1 of day 2 with zone 1 of day 3; zone 2 of day 3 alone, with
-    // the area of zone 1. Inputs 100 + 100 = 200, 400 + 50 x 8 = 800 and 1600.
-    // Discharge 200; 0.75 x 800 + 0.25 x 200 = 650; 0.75 x 1600 + 0.25 x 800 = 1400.
+    // Rows in pairs: zones 1 and 2 of day 1; zone 1 of day 2 with zone 1 of day 3; zone 2 of day 3 alone,
+    // with the area of zone 1. Inputs: 100 + 50 x 2 = 200; 400 + 50 x 8 = 800; 1600.
+    // Discharge: 200; 0.75 x 800 + 0.25 x 200 = 650; 0.75 x 1600 + 0.25 x 800 = 1400.
     EXPECT_THAT(table.DailyQ, ElementsAre(200.0, 650.0, IsNan(), IsNan(), 1400.0));
     EXPECT_EQ(run.FinalQ[0], 1400.0F);
 }
@@ -103,7 +103,7 @@ TEST_F(RunoffRows, AreTakenByPositionWhereTheBasinHasMoreZonesThanTheData) {
 
     EXPECT_TRUE(go());
 
-    // Days 1 and 2 make one, days 3 and 4 the next: 100 + 50 x 2 = 200, 400 + 50 x 8 = 800.
+    // Days 1 and 2 count as one day, days 3 and 4 as the next: 100 + 50 x 2 = 200; 400 + 50 x 8 = 800.
     EXPECT_THAT(table.DailyQ, ElementsAre(200.0, IsNan(), 650.0, IsNan()));
 }
 
@@ -124,12 +124,12 @@ TEST_F(RunoffRows, WithoutTheFirstDateTheFirstRowsInputCountsTwoAndAHalfTimes) {
 
     EXPECT_TRUE(go());
 
-    // The first row does not bear the run's start, so both stand-ins for the days before it run off as a
-    // whole: 100 + 0.5 x 100 + 100. Then 50 + 0.5 x 200.
+    // The first row is not on the run's start date, so both stand-ins for the days before the run are
+    // released in full: 100 + 0.5 x 100 + 100. Then 50 + 0.5 x 200.
     EXPECT_THAT(table.DailyQ, ElementsAre(250.0, 150.0));
 }
 
-TEST_F(RunoffRows, WithoutTheFirstDateALongLagTakesAllThatStandsIn) {
+TEST_F(RunoffRows, WithoutTheFirstDateALongLagTakesTheWholeStandIn) {
     begin(1, 2, 24.0);
     set(table.Cpr, 1, {64.0, 1.0});
     remove_row(at(1, 1));

@@ -40,7 +40,7 @@ TEST(SimResults, NewRowsHoldMissingValues) {
     });
 }
 
-TEST(SimResults, RowsAreWalkedByZoneAndByDay) {
+TEST(SimResults, RowsAreVisitedByZoneAndByDay) {
     SimResults table;
     table.resize(5);
     table.Zone = {2, 1, 1, 2, 1};
@@ -52,7 +52,7 @@ TEST(SimResults, RowsAreWalkedByZoneAndByDay) {
     EXPECT_THAT(rows.by_day, ElementsAre(2, 0, 4, 1, 3));
 }
 
-TEST(SimResults, RowsAlikeKeepTheirOrder) {
+TEST(SimResults, EqualRowsKeepTheirOrder) {
     SimResults table;
     table.resize(4);
     table.Zone = {1, 1, 1, 1};
@@ -64,7 +64,7 @@ TEST(SimResults, RowsAlikeKeepTheirOrder) {
     EXPECT_THAT(rows.by_day, ElementsAre(1, 3, 0, 2));
 }
 
-TEST(SimResults, OnlyRowsOfThePeriodAreWalked) {
+TEST(SimResults, OnlyRowsOfThePeriodAreVisited) {
     SimResults table;
     table.resize(4);
     table.Zone = {1, 1, 1, 1};

@@ -22,7 +22,7 @@ protected:
     void go() { snow_melt(); }
 };
 
-/// Step, the melt that runs off of day 1's new snow, and the rain of day 2.
+/// A step, the runoff from day 1's melted new snow, and the rain of day 2.
 struct StepCase {
     int step;
     float runoff_melt;
@@ -34,7 +34,7 @@ class SnowMeltColumns : public SnowMeltInClimateRuns, public ::testing::WithPara
 TEST_P(SnowMeltColumns, FollowTheStep) {
     begin(date_of(2001, 6, 1), 2);
     run.ClimateStep = GetParam().step;
-    // Day 1 is snow: critical 5. Present: 2 x 0.5 = 1 cm melts; changed: 4 x 0.5 = 2 cm.
+    // Day 1 is below the critical 5 degrees: snow. Present: 2 x 0.5 = 1 cm melts; changed: 4 x 0.5 = 2 cm.
     set(table.ZoneDD, 1, {2.0, 10.0});
     set(table.ZoneDDCC, 1, {4.0, 10.0});
     fill(table.AN, 0.5);
@@ -66,7 +66,7 @@ INSTANTIATE_TEST_SUITE_P(AllSteps, SnowMeltColumns,
 
 TEST_F(SnowMeltInClimateRuns, Steps1And2AddAllPrecipitationOfTheRunToWinterPrecip) {
     for (const int step : {1, 2}) {
-        begin(date_of(2001, 3, 31), 3, 2);  // into April: the sum does not stop at the end of winter
+        begin(date_of(2001, 3, 31), 3, 2);  // into April: the sum does not stop at the end of the winter
         run.WinterPrecip = {};
         run.WinterPrecip[1][static_cast<std::size_t>(step)] = 100.0F;
         run.ClimateStep = step;
@@ -89,7 +89,7 @@ TEST_F(SnowMeltInClimateRuns, Steps1And2AddAllPrecipitationOfTheRunToWinterPreci
 TEST_F(SnowMeltInClimateRuns, WinterPrecipIsASingle) {
     begin(date_of(2001, 6, 1), 2);
     run.ClimateStep = 1;
-    set(table.Precip, 1, {16777216.0, 1.0});  // the next Single is 2 further on
+    set(table.Precip, 1, {16777216.0, 1.0});  // the next Single is 2 higher
 
     go();
 
@@ -168,7 +168,7 @@ TEST_F(SnowMeltInClimateRuns, ATenthZoneThatIsTheLastOneIsWrittenBeforeStep3Stop
     EXPECT_THAT(days(table.SnowOnStore, 10), ElementsAre(1.0F, 2.0F));
 }
 
-TEST_F(SnowMeltInClimateRuns, SixteenZonesAreNoTroubleInAPlainRunAndInSteps4And6) {
+TEST_F(SnowMeltInClimateRuns, SixteenZonesAreValidInAPlainRunAndInSteps4And6) {
     for (const int step : {0, 4, 6}) {
         begin(date_of(2001, 6, 1), 2, 16);
         run.ClimateStep = step;

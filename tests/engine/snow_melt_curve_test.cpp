@@ -11,7 +11,7 @@ namespace {
 using ::testing::Each;
 using ::testing::ElementsAre;
 
-/// Six summer days with a degree-day factor of 1, so that a day melts as deep as it has degree days.
+/// Six summer days with a degree-day factor of 1: each day's melt depth is its degree days.
 class DepletionCurves : public EngineTest {
 protected:
     void SetUp() override { begin(1); }
@@ -32,7 +32,7 @@ TEST_F(DepletionCurves, StartAtTheSumOfTheDayBeforeTheFirstCover) {
 
     go();
 
-    // The base is 1, the sum of day 1: 3 - 1, 6 - 1, 10 - 1, 15 - 1, 21 - 1.
+    // The base is day 1's sum, 1: 3 - 1, 6 - 1, 10 - 1, 15 - 1, 21 - 1.
     EXPECT_THAT(table.MDCincl, ElementsAre(0.0F, 2.0F, 5.0F, 9.0F, 14.0F, 20.0F));
     EXPECT_THAT(table.MDCexcl, ElementsAre(0.0F, 2.0F, 5.0F, 9.0F, 14.0F, 20.0F));
 }
@@ -59,7 +59,8 @@ TEST_F(DepletionCurves, ACoverThatReturnsAfterTheEndCountsFromMinus2) {
 
     go();
 
-    // Ended on day 2. Day 4: 10 + 2, day 5: 15 + 2. Day 6 has no cover, and the curve does not end again.
+    // The curve ended on day 2. Day 4: 10 + 2; day 5: 15 + 2. Day 6 has no
+    // cover, and the curve does not end again.
     EXPECT_THAT(table.MDCincl, ElementsAre(1.0F, 3.0F, 0.0F, 12.0F, 17.0F, 0.0F));
     EXPECT_THAT(table.MDCexcl, ElementsAre(1.0F, 3.0F, 0.0F, 12.0F, 17.0F, 0.0F));
 }
@@ -77,8 +78,8 @@ TEST_F(DepletionCurves, TheMeltOfNewSnowIsLeftOutOfOneOfThem) {
 
     go();
 
-    // New snow melts 1 on day 2 (of 2 possible), 4 on day 4 and the remaining 0.5 on day 5: sums 1, 1,
-    // 5, 5.5.
+    // New snow melts 1 on day 2 (of 2 possible), 4 on day 4 and the
+    // remaining 0.5 on day 5: sums 1, 1, 5, 5.5.
     EXPECT_THAT(table.NewMelt, ElementsAre(0.0F, 1.0F, 0.0F, 4.0F, 0.5F, 0.0F));
     EXPECT_THAT(table.MDCincl, ElementsAre(1.0F, 3.0F, 6.0F, 10.0F, 15.0F, 21.0F));
     EXPECT_THAT(table.MDCexcl, ElementsAre(1.0F, 2.0F, 5.0F, 5.0F, 9.5F, 15.5F));
@@ -90,19 +91,19 @@ TEST_F(DepletionCurves, NewSnowThatMeltedBeforeTheCoverDoesNotCount) {
 
     go();
 
-    // Base 3. Only the 0.5 of day 3 is left out.
+    // The base is 3. Only the 0.5 of day 3 is left out.
     EXPECT_THAT(table.NewMelt, ElementsAre(1.0F, 2.0F, 0.5F, 0.0F, 0.0F, 0.0F));
     EXPECT_THAT(table.MDCincl, ElementsAre(0.0F, 0.0F, 3.0F, 7.0F, 12.0F, 18.0F));
     EXPECT_THAT(table.MDCexcl, ElementsAre(0.0F, 0.0F, 2.5F, 6.5F, 11.5F, 17.5F));
 }
 
-TEST_F(DepletionCurves, NewSnowBetweenTheEndAndANewCoverDoesNotCountButTheFormerOneDoes) {
+TEST_F(DepletionCurves, NewSnowBetweenTheEndAndANewCoverDoesNotCountButEarlierNewSnowDoes) {
     set(table.SCA, 1, {0.5, 0.0, 0.0, 0.0, 0.5, 0.5});
     set(table.Precip, 1, {0.5, 0.0, 1.0, 0.0, 0.0, 0.0});
 
     go();
 
-    // Left out: the 0.5 of day 1, never the 1 of day 3. Day 5: 15 - 0.5 + 2, day 6: 21 - 0.5 + 2.
+    // The 0.5 of day 1 is left out, the 1 of day 3 is not. Day 5: 15 - 0.5 + 2; day 6: 21 - 0.5 + 2.
     EXPECT_THAT(table.MDCexcl, ElementsAre(0.5F, 2.5F, 0.0F, 0.0F, 16.5F, 22.5F));
 }
 
@@ -117,7 +118,7 @@ TEST_F(DepletionCurves, AllMeltFromNewSnowLeaves0) {
 }
 
 TEST_F(DepletionCurves, AValueBelow0Point0001IsSetTo0InOneOfThem) {
-    // The Single 0.0001 is 0.0000999999975, below the limit; its neighbour is 0.00010000000475.
+    // The Single 0.0001 is 0.0000999999975, below the limit; the next one is 0.00010000000475.
     const auto first_day = [&](float degree_days) {
         begin(1);
         fill(table.SCA, 0.5);

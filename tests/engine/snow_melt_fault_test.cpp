@@ -37,7 +37,7 @@ protected:
     }
 };
 
-TEST_F(SnowMeltFaults, MissingDegreeDaysEndTheStageWithTheRowsBeforeWritten) {
+TEST_F(SnowMeltFaults, MissingDegreeDaysEndTheStageAndKeepTheRowsBefore) {
     begin(date_of(2001, 6, 1), 2);
     table.ZoneDD[at(1, 2)] = k_missing;
     fill(table.NewMelt, 55.0);
@@ -50,7 +50,7 @@ TEST_F(SnowMeltFaults, MissingDegreeDaysEndTheStageWithTheRowsBeforeWritten) {
     EXPECT_THAT(days(table.SumAT, 2), Each(IsNan()));
 }
 
-TEST_F(SnowMeltFaults, AStageThatStoppedIsNotedWithTheZonesAndDaysThatItLeftOut) {
+TEST_F(SnowMeltFaults, AStageThatStoppedIsNotedWithTheZonesAndDaysThatItOmitted) {
     begin(date_of(2001, 6, 1), 3);
     run.ClimateStep = 2;
     table.ZoneDDCC.assign(table.ZoneDDCC.size(), 2.0F);
@@ -138,7 +138,7 @@ TEST_F(SnowMeltFaults, AMissingCriticalTemperatureMakesAllPrecipitationSnow) {
     EXPECT_THAT(table.SnowOnStore, ElementsAre(3.0F, 3.0F, 5.0F));
 }
 
-TEST_F(SnowMeltFaults, AMissingCoverIsNotMissedWhereNothingDependsOnIt) {
+TEST_F(SnowMeltFaults, AMissingCoverIsNoFaultIfNothingDependsOnIt) {
     fill(table.SCA, k_missing);
     set(table.Precip, 1, {3.0, 0.0, 0.0});  // rain, with the switch at 1
 
@@ -168,7 +168,7 @@ TEST_F(SnowMeltFaults, AMissingCoverEndsTheStageWhereNewSnowMeltsInSummer) {
 
     go();
 
-    // Day 1 stores the snow without a need for the cover; day 2 needs the snow-free share.
+    // Day 1 stores the snow without needing the cover; day 2 needs the snow-free share.
     expect_missing_values("06/02/2001", "SCA");
     EXPECT_THAT(table.SnowOnStore, ElementsAre(3.0F, IsNan(), IsNan()));
 }

@@ -112,7 +112,7 @@ TEST_F(SnowStoreInWinter, IsEmptiedInEveryClimateStepEvenWithNoSnow) {
     }
 }
 
-TEST_F(SnowStoreInWinter, IsEmptiedUnderFullCoverAfterItsValueWasKept) {
+TEST_F(SnowStoreInWinter, IsEmptiedUnderFullCoverAfterItsValueWasStored) {
     begin(date_of(2001, 1, 10));
     set(table.Precip, 1, {4.0, 0.0, 0.0, 0.0});
     set(table.SCA, 1, {0.0, 1.0, 0.0, 0.0});
@@ -160,7 +160,7 @@ TEST_F(SnowStoreInWinter, IsEmptiedUnderFullCoverInAClimateStepEvenWithNoSnow) {
 }
 
 TEST_F(SnowStoreInWinter, CoverOf0Point999IsFullSinceItsSingleLiesAbove) {
-    // The Single 0.999 is 0.99900001287; its neighbour below is 0.99899995327.
+    // The Single 0.999 is 0.99900001287; the next smaller one is 0.99899995327.
     const auto store_after = [&](float cover) {
         begin(date_of(2001, 1, 10), 3);
         set(table.Precip, 1, {4.0, 0.0, 0.0});
@@ -183,12 +183,12 @@ TEST_F(SnowStoreInWinter, NeverComesInARunThatStartsInTheMeltSeason) {
 
     go();
 
-    // October 1st is the third day: its snow counts in full, and full cover empties nothing.
+    // October 1st is the third day: its snow counts in full, and full cover does not empty the store.
     EXPECT_THAT(table.SnowOnStore, ElementsAre(4.0F, 4.0F, 8.0F, 8.0F));
     EXPECT_EQ(run.MeltSeasonStart, 4711);
 }
 
-TEST_F(SnowStoreInWinter, EndsForGoodSoThatTheNextAprilEmptiesNothing) {
+TEST_F(SnowStoreInWinter, EndsForGoodSoTheNextAprilEmptiesNothing) {
     begin(date_of(2001, 3, 31), 367);  // to 2002-04-01
     table.Precip[at(1, 366)] = 4.0F;   // on 2002-03-31
     table.SCA[at(1, 366)] = 0.5F;
@@ -212,7 +212,7 @@ TEST_F(SnowStoreInWinter, EndsAtTheFirstDayThatTheDataHaveInTheFirstMonth) {
     EXPECT_EQ(run.MeltSeasonStart, date_of(2001, 4, 4));
 }
 
-TEST_F(SnowStoreInWinter, GoesOnWhereTheFirstMonthOfTheSeasonHasNoDays) {
+TEST_F(SnowStoreInWinter, ContinuesIfTheFirstMonthOfTheSeasonHasNoDays) {
     set(table.Precip, 1, {4.0, 0.0, 0.0, 0.0});
     set(table.SCA, 1, {0.0, 0.0, 1.0, 0.0});
     table.Date[2] = date_of(2001, 5, 1);
@@ -226,7 +226,7 @@ TEST_F(SnowStoreInWinter, GoesOnWhereTheFirstMonthOfTheSeasonHasNoDays) {
 }
 
 TEST_F(SnowStoreInWinter, DependsOnTheMonthOfTheRunStartNotOfTheFirstRow) {
-    // A run from September whose data begin in October.
+    // The run starts in September, but its data begin in October.
     begin(date_of(2001, 10, 1));
     run.RunStart = date_of(2001, 9, 30);
     fill(table.Precip, 4.0);

@@ -11,7 +11,7 @@ namespace {
 using ::testing::Each;
 using ::testing::ElementsAre;
 
-/// In the melt season, so that there is no winter: all new snow counts, and its melt by the snow-free share.
+/// In the melt season there is no winter: all new snow counts, and of its melt the snow-free share.
 class SnowStoreInSummer : public EngineTest {
 protected:
     void SetUp() override { begin(3); }
@@ -33,8 +33,9 @@ TEST_F(SnowStoreInSummer, NewSnowWaitsAndMeltsByDegreeDays) {
 
     go();
 
-    // Day 1: 3 cm of snow at 0 degree days. Day 2: 2 x 0.5 = 1 cm melts, 1 x (1 - 0.25) runs off, 2 cm stay.
-    // Day 3: 6 x 0.5 = 3 cm could melt, the 2 cm of the store do, 2 x (1 - 0.5) run off.
+    // Day 1: 3 cm of snow at 0 degree days. Day 2: 2 x 0.5 = 1 cm
+    // melts, 1 x (1 - 0.25) runs off, 2 cm remain.
+    // Day 3: 6 x 0.5 = 3 cm could melt, the store's 2 cm do, 2 x (1 - 0.5) run off.
     EXPECT_THAT(table.aT, ElementsAre(0.0F, 1.0F, 3.0F));
     EXPECT_THAT(table.SumAT, ElementsAre(0.0F, 1.0F, 4.0F));
     EXPECT_THAT(table.SnowOnStore, ElementsAre(3.0F, 3.0F, 2.0F));
@@ -78,7 +79,7 @@ TEST_F(SnowStoreInSummer, AlmostNoPrecipitationIsNeitherRainNorSnow) {
 }
 
 TEST_F(SnowStoreInSummer, PrecipitationOf0Point00001CountsForNothingSinceItsSingleLiesBelow) {
-    // The Single 0.00001 is 0.00000999999975; its neighbour above is 0.00001000000066.
+    // The Single 0.00001 is 0.00000999999975; the next one is 0.00001000000066.
     const float next = std::nextafter(0.00001F, 1.0F);
     set(table.Precip, 1, {0.00001F, next, next});
     set(table.ZoneDD, 1, {2.0, 2.0, 0.0});
@@ -113,7 +114,7 @@ TEST_F(SnowStoreInSummer, AStoreSmallerThanTheMeltEndsAtExactly0) {
     EXPECT_EQ(run.SnowStore, 0.0F);
 }
 
-TEST_F(SnowStoreInSummer, WhatIsLeftAfterTheLastDaysMeltIsKeptByZone) {
+TEST_F(SnowStoreInSummer, TheStoreAfterTheLastDaysMeltIsKeptByZone) {
     begin(3, 2);
     fill(table.Precip, 3.0);
     fill_zone(table.ZoneDD, 2, 0.5);
@@ -122,7 +123,7 @@ TEST_F(SnowStoreInSummer, WhatIsLeftAfterTheLastDaysMeltIsKeptByZone) {
 
     go();
 
-    // Zone 1: three times 3 cm without a degree. Zone 2: 0.5 x 0.5 = 0.25 cm of them melt each day.
+    // Zone 1: three times 3 cm at 0 degrees. Zone 2: 0.5 x 0.5 = 0.25 cm of them melt each day.
     EXPECT_THAT(run.EndingStores[0], ElementsAre(9.0F, 8.25F));
     EXPECT_THAT(run.EndingStores[3], ElementsAre(1.0F, 2.0F));
 }
@@ -156,13 +157,13 @@ TEST_F(SnowStoreInSummer, AllNewSnowCountsHoweverMuchOfTheZoneIsCovered) {
 
     go();
 
-    // Under full cover the store is kept, but of its melt of 1 cm nothing runs off.
+    // Under full cover the store is kept, but none of its melt of 1 cm runs off.
     EXPECT_THAT(table.SnowOnStore, ElementsAre(3.0F, 3.0F, 2.0F));
     EXPECT_THAT(table.NewMelt, ElementsAre(0.0F, 1.0F, 0.0F));
     EXPECT_THAT(table.M1S, Each(0.0F));
 }
 
-TEST_F(SnowStoreInSummer, RunoffMeltDoesNotLingerToADayWithoutMelt) {
+TEST_F(SnowStoreInSummer, RunoffMeltDoesNotCarryOverToADayWithoutMelt) {
     set(table.Precip, 1, {3.0, 0.0, 0.0});
     set(table.ZoneDD, 1, {0.5, 0.0, 0.0});
 
@@ -197,7 +198,8 @@ TEST_F(SnowStoreInSummer, AMissingSwitchLetsRainCountInFull) {
 }
 
 TEST_F(SnowStoreInSummer, TheMeltDepthIsASingleBeforeItIsSummed) {
-    // Singles between 2^24 and 2^25 have steps of 2: 16,777,216 + 1 is a tie that stays even.
+    // Between 2^24 and 2^25 Singles are 2 apart: 16,777,216 + 1 is a tie
+    // that rounds back to the even 16,777,216.
     fill(table.AN, 1.0);
     set(table.ZoneDD, 1, {16777216.0, 1.0, 3.0});
 
@@ -229,7 +231,7 @@ TEST_F(SnowStoreInSummer, StoredOrderOfTheRowsDoesNotMatter) {
 
     go();
 
-    // Reversed: zone 2 day 2, zone 2 day 1, zone 1 day 2, zone 1 day 1; 0.25 cm melt a day.
+    // Reversed: zone 2 day 2, zone 2 day 1, zone 1 day 2, zone 1 day 1. 0.25 cm melt each day.
     EXPECT_THAT(table.SnowOnStore, ElementsAre(4.75F, 5.0F, 2.75F, 3.0F));
 }
 
@@ -245,7 +247,7 @@ TEST_F(SnowStoreInSummer, DaysOutsideTheWorkingPeriodStayAsTheyAre) {
     EXPECT_TRUE(is_missing(table.SumAT[2]));
 }
 
-TEST_F(SnowStoreInSummer, NetRadiationEntersNothing) {
+TEST_F(SnowStoreInSummer, NetRadiationHasNoEffect) {
     set(table.Precip, 1, {3.0, 0.0, 0.0});
     fill(table.ZoneDD, 0.5);
     fill(table.NetRad, 1000.0);

@@ -34,12 +34,12 @@ TEST(ZoneDegreeDays, EnglishUnitsCountAbove32AndLapsePer1000Feet) {
     EXPECT_EQ(zone_degree_days(k_us, 32.0F, 0.0F, 3.0F), 0.0F);
 }
 
-TEST(ZoneDegreeDays, TheBaseItselfGivesNone) {
+TEST(ZoneDegreeDays, TheBaseItselfGivesNoDegreeDays) {
     EXPECT_EQ(zone_degree_days(k_si, 0.0F, 0.0F, 0.65F), 0.0F);
     EXPECT_EQ(zone_degree_days(k_si, 2.5F, -500.0F, 0.5F), 0.0F);  // 2.5 - 5 x 0.5
 }
 
-TEST(ZoneDegreeDays, BelowTheBaseThereAreNone) {
+TEST(ZoneDegreeDays, BelowTheBaseThereAreNoDegreeDays) {
     EXPECT_EQ(zone_degree_days(k_si, -0.5F, 0.0F, 0.0F), 0.0F);
     EXPECT_EQ(zone_degree_days(k_us, 31.0F, 0.0F, 0.0F), 0.0F);
 }
@@ -52,7 +52,7 @@ TEST(ZoneDegreeDays, AZeroIsNeverNegative) {
 }
 
 TEST(ZoneDegreeDays, RoundToFiveDecimals) {
-    // -5 + 10 x 0.65 is 1.4999998 in Singles.
+    // -5 + 10 x 0.65 is 1.4999998 in Singles and rounds to 1.5.
     EXPECT_EQ(zone_degree_days(k_si, -5.0F, 1000.0F, 0.65F), 1.5F);
     EXPECT_EQ(zone_degree_days(k_si, 1.234567F, 0.0F, 0.0F), 1.23457F);
     EXPECT_EQ(zone_degree_days(k_si, 0.000004F, 0.0F, 0.0F), 0.0F);
@@ -65,13 +65,13 @@ TEST(ZoneDegreeDays, ATieGoesToTheEvenDecimal) {
 }
 
 TEST(ZoneDegreeDays, TheValueIsASingleBeforeItIsRounded) {
-    // 3/64 - 1 x 10^-10 becomes the Single 3/64 first: a tie, that goes up to the even decimal.
+    // 3/64 - 1 x 10^-10 first becomes the Single 3/64: a tie, which rounds up to the even decimal.
     EXPECT_EQ(zone_degree_days(k_si, 0.046875F, -100.0F, 1e-10F), 0.04688F);
 }
 
 TEST(ZoneDegreeDays, TheQuotientOfElevationAndLapseUnitIsASingle) {
-    // 0.1 / 100 as a Single is 0.00100000004749745; times 10^6 that is 1000.0000475, next to the Single
-    // 1000.00006. The unrounded quotient of the Single 0.1 would give 1000.0000149 and so 1000.
+    // 0.1 / 100 as a Single is 0.00100000004749745; times 10^6 that is 1000.0000475, whose nearest Single is
+    // 1000.00006. The unrounded quotient of the Single 0.1 would give 1000.0000149 and thus 1000.
     EXPECT_EQ(zone_degree_days(k_si, 0.0F, 0.1F, 1e6F), 1000.00006F);
     EXPECT_NE(1000.00006F, 1000.0F);
 }
@@ -81,7 +81,7 @@ TEST(ZoneDegreeDays, AMissingInputGivesNone) {
     EXPECT_EQ(zone_degree_days(k_si, 1.0F, 0.0F, k_missing), std::nullopt);
 }
 
-TEST(ZoneDegreeDays, BeyondASingleIsAnOverflow) {
+TEST(ZoneDegreeDays, AResultThatExceedsASingleIsAnOverflow) {
     try {
         (void)zone_degree_days(k_si, 3e38F, 100.0F, 3e38F);  // 6 x 10^38
         FAIL() << "no fault";
@@ -148,8 +148,8 @@ TEST_F(DegreeDaysOfZones, BasinwideIsRoundedAlsoAtTheStationsElevation) {
 }
 
 TEST_F(DegreeDaysOfZones, AZoneAtTheStationDiffersByTheRoundingOfTheReferenceElevation) {
-    // The reference is a Single, 1000.0999755859375, the zone's elevation a Double: their difference is
-    // -0.0000244140625. / 100 x 10^5 = -0.0244140625; 10 - 0.0244140625 = 9.9755859375.
+    // The reference is a Single, 1000.0999755859375, the zone's elevation a Double: the difference is
+    // -0.0000244140625. Times 10^5 / 100 it is -0.0244140625; 10 - 0.0244140625 = 9.9755859375.
     basin.reference_elevation_text = "1000.1";
     basin.zones[0].elevation = 1000.1;
     fill(table.TAvg, 10.0);

@@ -168,7 +168,8 @@ TEST_F(ZoneInputFaults, AFaultyRowKeepsItsOldValuesAndTheRowsBeforeItTheNew) {
 
     EXPECT_FALSE(go());
 
-    // Day 1 is done: mean 10, degree days 10 and 10 - 5. Day 2 fails on zone 1 after its mean was worked out.
+    // Day 1 is complete: mean 10, degree days 10 and 10 - 5. Day 2
+    // fails in zone 1 after its mean was computed.
     EXPECT_THAT(days(table.TAvg, 1), ElementsAre(10.0F, 99.0F));
     EXPECT_THAT(days(table.TAvg, 2), ElementsAre(10.0F, 99.0F));
     EXPECT_THAT(days(table.ZoneDD, 1), ElementsAre(10.0F, IsNan()));
@@ -197,7 +198,7 @@ TEST_F(ZoneInputFaults, TheMeanOfTwoLargeTemperaturesDoesNotOverflow) {
     EXPECT_THAT(table.TAvg, Each(3e38F));
 }
 
-TEST_F(ZoneInputFaults, AnEmptyPeriodMissesTemperatures) {
+TEST_F(ZoneInputFaults, AnEmptyPeriodLacksTemperatures) {
     run.RunStart = k_first + 10;
     run.RunEnd = k_first + 20;
 
@@ -220,7 +221,7 @@ TEST_F(ZoneInputFaults, AZoneBeyondTheBasinIsOutOfRange) {
     EXPECT_TRUE(is_missing(table.ZoneDD[at(1, 2)]));
 }
 
-TEST_F(ZoneInputFaults, AZoneBeyondTheBasinPassesWhereTemperaturesAreByZone) {
+TEST_F(ZoneInputFaults, AZoneBeyondTheBasinIsAcceptedWhereTemperaturesAreByZone) {
     start(3, k_first, 2);
     basin.ZoneCount = 2;
     basin.zones.pop_back();

@@ -27,7 +27,7 @@ TEST_F(ZoneInputs, TheStationTemperatureIsCarriedToTheElevationOfEachZone) {
 
     EXPECT_TRUE(go());
 
-    // Zone 1 lies at the station. Zone 2: (1000 - 1500) / 100 = -5; 10 - 5 x 0.65 = 6.75, 4 - 3.25 = 0.75.
+    // Zone 1 is at the station. Zone 2: (1000 - 1500) / 100 = -5; 10 - 5 x 0.65 = 6.75; 4 - 3.25 = 0.75.
     EXPECT_THAT(days(table.ZoneDD, 1), ElementsAre(10.0F, 4.0F));
     EXPECT_THAT(days(table.ZoneDD, 2), ElementsAre(6.75F, 0.75F));
     EXPECT_THAT(days(table.TAvg, 2), ElementsAre(10.0F, 4.0F));
@@ -88,7 +88,7 @@ TEST_F(ZoneInputs, MaximumAndMinimumGiveTheMeanOfZone1) {
 
     EXPECT_TRUE(go());
 
-    // (12.5 + 3) / 2 = 7.75; (0.1 + 0.2) / 2 of the Singles is 0.150000002..., next to the Single 0.15.
+    // (12.5 + 3) / 2 = 7.75. For the Singles (0.1 + 0.2) / 2 is 0.150000002..., whose nearest Single is 0.15.
     EXPECT_THAT(days(table.TAvg, 1), ElementsAre(7.75F, 0.15F));
     EXPECT_THAT(days(table.TMax, 1), ElementsAre(12.5F, 0.1F));
 }
@@ -105,7 +105,7 @@ TEST_F(ZoneInputs, MaximumAndMinimumSpreadZone1ToEveryZoneEvenWithTemperaturesBy
 
     EXPECT_TRUE(go());
 
-    // By zone there is no lapse: the mean of zone 1, 7.75, is what zone 2 has too.
+    // By zone there is no lapse: zone 2 has zone 1's mean, 7.75, too.
     EXPECT_THAT(days(table.TAvg, 2), Each(7.75F));
     EXPECT_THAT(days(table.ZoneDD, 2), Each(7.75F));
 }
@@ -208,7 +208,7 @@ TEST_F(ZoneInputs, EveryCombinationOfOptionsSpreadsWhatItSays) {
         simulation().runoff_coefficients = choice(4);
         simulation().critical_temperature = choice(5);
         simulation().recession = choice(6);
-        // Zone 1 and zone 2 of each quantity; the means of maximum and minimum are 22 and 28.
+        // The values of zone 1 and zone 2 for each quantity; the means of maximum and minimum are 22 and 28.
         const auto put = [&](auto& column, double first, double second) {
             fill_zone(column, 1, first);
             fill_zone(column, 2, second);
@@ -241,7 +241,7 @@ TEST_F(ZoneInputs, EveryCombinationOfOptionsSpreadsWhatItSays) {
 
 TEST_F(ZoneInputs, StoredOrderOfTheRowsDoesNotMatter) {
     set(table.TAvg, 1, {10.0, 4.0});
-    // Zone 2 stands in front of zone 1, and its last day in front of its first.
+    // Zone 2 is stored before zone 1, and each last day before the first.
     SimResults::visit(table, [](auto& column) { std::reverse(column.begin(), column.end()); });
 
     EXPECT_TRUE(go());

@@ -81,7 +81,7 @@ TEST_F(ZoneTotalsOfRun, OfAMeltSeasonRunWithoutAWinterAreMissing) {
     EXPECT_TRUE(is_missing(run.zone_totals[0].zonal_melt));
 }
 
-TEST_F(ZoneTotalsOfRun, PassOverMissingValues) {
+TEST_F(ZoneTotalsOfRun, SkipMissingValues) {
     set(table.Precip, 1, {1, k_missing, 4, k_missing});
     fill_zone(table.Cpr, 1, k_missing);
 
@@ -103,7 +103,7 @@ TEST_F(ZoneTotalsOfRun, TakeThePeriodOfTheRunAndNoMore) {
 }
 
 TEST_F(ZoneTotalsOfRun, AreSummedInDoubles) {
-    set(table.Precip, 1, {16777216, 1, 1, 0});  // Singles would lose the two 1
+    set(table.Precip, 1, {16777216, 1, 1, 0});  // Singles would lose both 1s
 
     go();
 
