@@ -78,7 +78,7 @@ TEST_F(ClimateOnScreenTest, TheMainWindowStaysIfTheEvaluationIsNotToBeEnded) {
     window->close();
 }
 
-TEST_F(ClimateOnScreenTest, StatisticsThatShowSayThatTheyAreOutOfDateWhenAnInputChanges) {
+TEST_F(ClimateOnScreenTest, ShownStatisticsSayThatTheyAreOutOfDateWhenAnInputChanges) {
     choose("mnuRunSimVar(1)");
     QWidget* results = await_window("Results");
     ASSERT_NE(results, nullptr);
@@ -115,7 +115,7 @@ TEST_F(ClimateOnScreenTest, StatisticsThatShowSayThatTheyAreOutOfDateWhenAnInput
     results->close();
 }
 
-TEST_F(ClimateOnScreenTest, ARunOverMissingDaysAndAMissingMeasurementShowsWhatThereIs) {
+TEST_F(ClimateOnScreenTest, ARunOverMissingDaysAndAMissingMeasurementShowsTheRemainingStatistics) {
     change("DELETE FROM PhysicalData WHERE Date BETWEEN 36000 AND 36009");  // 24 July to 2 August 1998
     change("UPDATE PhysicalData SET Runoff = NULL WHERE Date = 35900");
     choose("mnuRunSimVar(1)");

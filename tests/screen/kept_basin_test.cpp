@@ -41,7 +41,7 @@ protected:
     std::filesystem::path file_;
 };
 
-TEST_F(KeptBasinOnScreenTest, ACopyThatFailsAtTheQuestionKeepsItOpenWithWhatWasTyped) {
+TEST_F(KeptBasinOnScreenTest, AFailedSaveAtTheQuestionKeepsTheBasinOpenWithItsChanges) {
     std::filesystem::permissions(file_, std::filesystem::perms::owner_read);
     for (const char* command : {"n", "o", "x"}) {
         const std::size_t messages = dialogs_.messages().size();
@@ -89,7 +89,7 @@ TEST_F(KeptBasinOnScreenTest, SaveAsPutsTheNewNameFirstIntoTheFileMenu) {
 /// A mnemonic of the main window, and what it leads to.
 using LettersOnScreenTest = MainWindowOnScreenTest;
 
-TEST_F(LettersOnScreenTest, EachOfTheWindowsOwnLettersReachesWhatItNames) {
+TEST_F(LettersOnScreenTest, EachLetterOfTheWindowLeadsToItsElement) {
     open_sample();
     for (const auto& [key, menu] : {std::pair{"alt+t", "mnuData"}, std::pair{"alt+l", "mnuTools"},
                                     std::pair{"alt+i", "mnuEdit"}, std::pair{"alt+o", "mnuOpt"}}) {

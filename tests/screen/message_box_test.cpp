@@ -30,7 +30,7 @@ int drawn_in_title_bar(const QWidget& box) {
 using MessageBoxOnScreenTest = MainWindowOnScreenTest;
 
 // If the title were cut short, a wider box would show more of it.
-TEST_F(MessageBoxOnScreenTest, ItIsAsWideAsItsTitleAsksFor) {
+TEST_F(MessageBoxOnScreenTest, ItIsWideEnoughForItsTitle) {
     int as_shown = 0;
     int wide = 0;
     in_dialog<QMessageBox>([&](QMessageBox& box) {

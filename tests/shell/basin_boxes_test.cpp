@@ -249,7 +249,7 @@ TEST_F(BasinBoxesTest, ALeftNameOrDescriptionMarksNothing) {
     EXPECT_FALSE(session_.basin.Input_Changed);
 }
 
-TEST_F(BasinBoxesTest, EveryChangeOfABoxAlsoByTheProgramLowersTheResultsAndRaisesTheMarks) {
+TEST_F(BasinBoxesTest, EveryChangeOfABoxEvenByTheProgramInvalidatesTheResultsAndSetsTheMarks) {
     open_sample();
     for (const int number : {k_name, k_elevation, k_latitude, k_description, k_longitude}) {
         lower_flags();

@@ -56,7 +56,7 @@ TEST_F(FileSaveTest, YesWithoutASimulationStopsAndTheProgramStaysOpen) {
     EXPECT_EQ(session_.basin.Basin_File, program_ / "null.mdb");
 }
 
-TEST_F(FileSaveTest, SaveLowersTheMarksAndKeepsTheResultsAsTheyAre) {
+TEST_F(FileSaveTest, SaveClearsTheMarksAndKeepsTheStateOfTheResults) {
     const fs::path file = open_sample();
     for (const bool changed : {false, true}) {
         for (const Flags& before : worked(changed)) {
@@ -71,7 +71,7 @@ TEST_F(FileSaveTest, SaveLowersTheMarksAndKeepsTheResultsAsTheyAre) {
     EXPECT_TRUE(dialogs_.messages().empty());
 }
 
-TEST_F(FileSaveTest, SaveAsLowersTheMarksAndTheResults) {
+TEST_F(FileSaveTest, SaveAsClearsTheMarksAndInvalidatesTheResults) {
     open_sample();
     int copy = 0;
     for (const bool changed : {false, true}) {

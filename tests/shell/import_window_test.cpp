@@ -309,7 +309,7 @@ TEST_F(ImportWindowTest, ANamedBasinWithoutZonesTakesThemAndKeepsItsName) {
     EXPECT_EQ(zone_cell(2, 2), "60");
 }
 
-TEST_F(ImportWindowTest, ANumberOfZonesThatNobodyConfirmedFixesNothing) {
+TEST_F(ImportWindowTest, AnUnconfirmedNumberOfZonesFixesNothing) {
     choose_units(0, Answer::Yes);
     type(1, "3");
     leave_definition(0);

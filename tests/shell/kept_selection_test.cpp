@@ -58,7 +58,7 @@ TEST_F(KeptSelectionTest, ARunKeepsTheActiveCellOfTheSimulations) {
     EXPECT_EQ(selected_simulations(), std::vector<int>{0});
 }
 
-TEST_F(KeptSelectionTest, ASimulationThatComesIsARowInserted) {
+TEST_F(KeptSelectionTest, AnAddedSimulationInsertsARow) {
     go_to(1, 4);
     const QSignalSpy inserted(grid()->model(), &QAbstractItemModel::rowsInserted);
     const QSignalSpy resets(grid()->model(), &QAbstractItemModel::modelReset);
@@ -74,7 +74,7 @@ TEST_F(KeptSelectionTest, ASimulationThatComesIsARowInserted) {
     EXPECT_EQ(selected_simulations(), std::vector<int>{0});
 }
 
-TEST_F(KeptSelectionTest, ADeletedSimulationIsARowRemoved) {
+TEST_F(KeptSelectionTest, ADeletedSimulationRemovesARow) {
     select_zones();
     go_to(1, 1);
     const QSignalSpy removed(grid()->model(), &QAbstractItemModel::rowsRemoved);

@@ -177,7 +177,7 @@ TEST_F(MenuEnablingTest, NoSnowModeTurnsExactlyMeltSeasonAndClimateRunsOff) {
     EXPECT_THAT(off(), ElementsAre());
 }
 
-TEST_F(MenuEnablingTest, NoSnowModeOutlivesOpenNewAndSave) {
+TEST_F(MenuEnablingTest, NoSnowModeSurvivesOpenNewAndSave) {
     choose("mnuOptItem(0)");
     open_sample();
     EXPECT_THAT(off(), ElementsAre("mnuDataOpt(7)", "mnuRunSimVar(0)", "mnuRunForVar(0)", "mnuRunClim"));
@@ -215,8 +215,7 @@ TEST_F(MenuEnablingTest, TheNoSnowBoxShowsItsWholeTextOnlyWhenTheModeGoesOn) {
         "snowcover.  In normal mode, the winter precip is held for melting only until the snowpack reaches "
         "100% or until the melt season begins, whichever occurs first.\n"
         "Existing snow depletion data is unaffected while this option is 'on', but are not used for any "
-        "plots "
-        "or reports.");
+        "plots or reports.");
     choose("mnuOptItem(0)");
     EXPECT_EQ(dialogs_.messages().size(), 1U);
     EXPECT_FALSE(find<QAction>("mnuOptItem(0)")->isChecked());

@@ -40,7 +40,7 @@ protected:
     }
 };
 
-TEST_F(RunMenuTest, OpensInSilenceOverASoundBasin) {
+TEST_F(RunMenuTest, OpensWithoutAMessageForAValidBasin) {
     open_run_menu();
     EXPECT_TRUE(dialogs_.messages().empty());
 }

@@ -113,7 +113,7 @@ TEST_F(SettingsStoreTest, ARecentFileThatIsRemovedFromTheListIsRemovedFromTheSto
     EXPECT_EQ(saved_and_read(settings).recent_files, (std::vector<std::string>{"/a.mdb"}));
 }
 
-TEST_F(SettingsStoreTest, AFileThatWasEditedByHandKeepsTheDefaultOfWhatItSpoils) {
+TEST_F(SettingsStoreTest, AnInvalidValueInAnEditedFileGivesItsDefault) {
     folder_.write(
         "settings.ini",
         "[Startup]\nSplashScreen%3A=0\nmLeft%3A=wide\nmTop%3A=-3\nQHelpFor%3A=red\nForm%231%20Top%3A=\n"
@@ -129,7 +129,7 @@ TEST_F(SettingsStoreTest, AFileThatWasEditedByHandKeepsTheDefaultOfWhatItSpoils)
     EXPECT_EQ(settings.recent_files, (std::vector<std::string>{"/a.mdb"}));
 }
 
-TEST_F(SettingsStoreTest, WithoutTheWelcomeSettingNothingElseCounts) {
+TEST_F(SettingsStoreTest, WithoutTheWelcomeSettingNoOtherIsRead) {
     Settings settings;
     settings.page.margins = {0.5F, 1.25F, 0.75F, 2.0F};
     settings.quick_help_fore = 128;

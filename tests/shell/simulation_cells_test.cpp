@@ -306,7 +306,7 @@ TEST_F(SimulationCellsTest, NothingIsCheckedWhileQuickHelpIsOn) {
     EXPECT_EQ(dialogs_.messages().size(), 0U);
 }
 
-TEST_F(SimulationCellsTest, TheNameIsNotTyped) {
+TEST_F(SimulationCellsTest, TheNameCannotBeTyped) {
     go_to(2, 1);
     keys("x");
     key(Qt::Key_Return);

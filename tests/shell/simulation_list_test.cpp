@@ -90,7 +90,7 @@ TEST_F(SimulationListTest, BlanksAroundANameAreDropped) {
     EXPECT_TRUE(has_table("blank"));
 }
 
-TEST_F(SimulationListTest, UnusualNamesAreNamesAsWell) {
+TEST_F(SimulationListTest, UnusualNamesAreAccepted) {
     const std::string longest(300, 'n');
     for (const std::string& name : {std::string{"it's \"100%\" 雪; DROP"}, longest}) {
         add(name);

@@ -69,7 +69,7 @@ TEST_F(WindowKeeperTest, CloseAllClosesWhatIsOpen) {
     EXPECT_EQ(open_windows("frmNVRHelp"), 0);
 }
 
-TEST_F(WindowKeeperTest, WindowsGoWithTheirKeeper) {
+TEST_F(WindowKeeperTest, WindowsAreDestroyedWithTheirKeeper) {
     {
         WindowKeeper other{WindowContext{session_, quick_help_, program_.path(), printing_}};
         other.show_help_topic(0);

@@ -51,7 +51,7 @@ TEST_F(ControlBoxesTest, InvalidDatesLeaveAllAsBeforeTheClick) {
     expect_as_before_a_click();
 }
 
-TEST_F(ControlBoxesTest, ARefusedReuseAfterARunThatWasLeftIsAsBeforeTheClickToo) {
+TEST_F(ControlBoxesTest, ARefusedReuseAfterAnAbandonedRunChangesNothingEither) {
     open_six_days();
     run_to(1);
     press(1);

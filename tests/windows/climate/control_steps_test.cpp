@@ -227,7 +227,7 @@ TEST_F(ControlStepsTest, AMissingDischargeLeavesTheVolumesAndNoComparison) {
     EXPECT_THAT(row_of(summary(), 2), ElementsAre("0.65", "", "0.65"));
 }
 
-TEST_F(ControlStepsTest, NotesShowWithAWayToTheirHelp) {
+TEST_F(ControlStepsTest, NotesShowALinkToTheirHelp) {
     SixDays small;
     for (PhysicalRow& row : small.physical) row.precip = 0.0F;  // a winter that leaves no snow on the ground
     open_six_days(small);

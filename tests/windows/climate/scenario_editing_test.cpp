@@ -83,7 +83,7 @@ TEST_F(ScenarioGridTest, ANormalizeIsBlankedWhenItsVariableTakesNone) {
     EXPECT_EQ(cell(1, k_zones), "All");
 }
 
-TEST_F(ScenarioGridTest, OtherActionsOutliveAChangeOfTheVariable) {
+TEST_F(ScenarioGridTest, OtherActionsSurviveAChangeOfTheVariable) {
     pick(1, k_action, "Multiply each");
     pick(1, k_variable, "M/M Temperature");
     EXPECT_EQ(cell(1, k_action), "Multiply each");
@@ -248,7 +248,7 @@ TEST_F(ScenarioBoxesTest, DoneStaysOnARefusedWinterEndDate) {
     EXPECT_THAT(stored("SELECT WinterEndDate FROM ClimateScenarioIndex"), ElementsAre("36982"));
 }
 
-TEST_F(ScenarioBoxesTest, ADefaultOfHalfADayStaysWhileItsDayDoes) {
+TEST_F(ScenarioBoxesTest, ADefaultOfHalfADayStaysIfItsDayIsUnchanged) {
     change("UPDATE ClimateScenarioIndex SET WinterEndDate = 36981.5");
     reopen();
     EXPECT_EQ(from_qt(winter_end()->text()), "03/31/2001");
@@ -359,7 +359,7 @@ TEST_F(ScenarioLeavingTest, TheVariablesAreShownReadOnly) {
     EXPECT_EQ(session_.prep.query.fields.size(), 17U);
 }
 
-TEST_F(ScenarioGridTest, BlankRowsFollowThatAreSeenOnceTheLastOnesAreFilled) {
+TEST_F(ScenarioGridTest, FillingTheLastRowsAddsBlankRows) {
     ASSERT_EQ(grid()->verticalHeader()->count(), 40);
     const QSignalSpy resets(grid()->model(), &QAbstractItemModel::modelReset);
     set(35, k_factor, "1.5");

@@ -199,7 +199,7 @@ TEST_F(DailyChangesTest, AZoneIsTypedByItsNumberAndOthersAreIgnored) {
     }
 }
 
-TEST_F(DailyChangesTest, AZoneWithoutDaysShowsNoRowsAndLetsTheOthersBe) {
+TEST_F(DailyChangesTest, AZoneWithoutDaysShowsNoRowsAndDoesNotAffectTheOthers) {
     add_physical(1, 4);
     file_.change("DELETE FROM PhysicalData WHERE Zone = 2");
     dialogs_.then(Answer::Yes);  // days are missing

@@ -154,7 +154,7 @@ TEST_F(DailyMassEditTest, CancelUndoesAMassEdit) {
     EXPECT_FALSE(session_.basin.Basin_Changed);
 }
 
-TEST_F(DailyMassEditTest, AMassEditAloneMakesTheResultsQuestionDue) {
+TEST_F(DailyMassEditTest, AMassEditAloneLeadsToTheQuestionAboutTheResults) {
     session_.basin.Output_Valid = true;
     open_variables();
     select(1, 2, 1, 2);

@@ -163,7 +163,7 @@ TEST_F(SimOptionsAcceptTest, UnitsThatAreNotFixedAreFixedAfterAQuestion) {
     EXPECT_FALSE(window_->isVisible());
 }
 
-TEST_F(SimOptionsAcceptTest, CancelOfTheUnitsLeavesTheGrownRowAndTheWindow) {
+TEST_F(SimOptionsAcceptTest, CancelOfTheUnitsKeepsTheAddedRowAndTheWindow) {
     session_.basin.basin_units = session_.basin.Units_Code = Units::NotFixed;
     open_short();
     dialogs_.then(Answer::Cancel);
@@ -176,7 +176,7 @@ TEST_F(SimOptionsAcceptTest, CancelOfTheUnitsLeavesTheGrownRowAndTheWindow) {
     EXPECT_EQ(stored("SELECT count(*) FROM s"), "0");
 }
 
-TEST_F(SimOptionsAcceptTest, ASecondAcceptAfterTheUnitsUsesTheRowThatWasGrown) {
+TEST_F(SimOptionsAcceptTest, ASecondAcceptAfterTheUnitsUsesTheAddedRow) {
     session_.basin.basin_units = session_.basin.Units_Code = Units::NotFixed;
     add_physical(1, 3);
     open_short();
