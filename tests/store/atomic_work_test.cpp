@@ -9,7 +9,7 @@
 namespace nivora {
 namespace {
 
-/// Work on a table of its own in a basin file.
+/// Writes into a table of its own in a basin file.
 class AtomicWork : public testing::Test {
 protected:
     AtomicWork() { database.execute("CREATE TABLE Work (Number INTEGER)"); }
@@ -25,7 +25,7 @@ protected:
     BasinDatabase database = file.open();
 };
 
-TEST_F(AtomicWork, StaysWhenItIsDone) {
+TEST_F(AtomicWork, StaysWhenItCompletes) {
     atomically(database, [&] {
         write(1);
         write(2);
@@ -37,17 +37,17 @@ TEST_F(AtomicWork, StaysWhenItIsDone) {
     EXPECT_EQ(sum(), 7);
 }
 
-TEST_F(AtomicWork, IsTakenBackWhereItGivesUp) {
+TEST_F(AtomicWork, IsRolledBackIfItGivesUp) {
     EXPECT_FALSE(atomically_if(database, [&] {
         write(1);
         return false;
     }));
     EXPECT_EQ(sum(), 0);
-    atomically(database, [&] { write(2); });  // the connection is free for more
+    atomically(database, [&] { write(2); });  // the connection can be used again
     EXPECT_EQ(sum(), 2);
 }
 
-TEST_F(AtomicWork, IsTakenBackWhereItThrows) {
+TEST_F(AtomicWork, IsRolledBackIfItThrows) {
     EXPECT_THROW(atomically(database,
                             [&] {
                                 write(1);
@@ -63,7 +63,7 @@ TEST_F(AtomicWork, IsTakenBackWhereItThrows) {
     EXPECT_EQ(sum(), 0);
 }
 
-TEST_F(AtomicWork, WithinATransactionOfTheCallerTakesBackItsOwnPartAlone) {
+TEST_F(AtomicWork, WithinATransactionOfTheCallerRollsBackOnlyItsOwnPart) {
     HeldTransaction transaction{database};
     write(1);
     atomically_if(database, [&] {
@@ -76,7 +76,7 @@ TEST_F(AtomicWork, WithinATransactionOfTheCallerTakesBackItsOwnPartAlone) {
     EXPECT_EQ(sum(), 9);
 }
 
-TEST_F(AtomicWork, GoesWithTheTransactionOfTheCaller) {
+TEST_F(AtomicWork, IsRolledBackWithTheTransactionOfTheCaller) {
     {
         const HeldTransaction transaction{database};
         atomically(database, [&] { write(1); });
@@ -92,7 +92,7 @@ TEST_F(AtomicWork, AHeldTransactionIsRolledBackAtItsEnd) {
         EXPECT_EQ(sum(), 1);
     }
     EXPECT_EQ(sum(), 0);
-    write(2);  // the connection is free for more
+    write(2);  // the connection can be used again
     EXPECT_EQ(sum(), 2);
 }
 

@@ -24,7 +24,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A basin file whose rows tell which of two it is.
+/// A basin file that can be recognised by its name and its number of rows.
 fs::path make_basin(const fs::path& path, const std::string& name, int days) {
     BasinDatabase::create_template(path);
     BasinDatabase database{path, Access::ReadWrite};
@@ -89,7 +89,7 @@ TEST_F(BasinCopyTest, ATruncatedFileIsRefusedAndUnchanged) {
     EXPECT_EQ(basin_name(work_), "work");
 }
 
-TEST_F(BasinCopyTest, SavingPutsTheWorkingFileInThePlaceOfTheUsersFile) {
+TEST_F(BasinCopyTest, SavingReplacesTheUsersFileWithTheWorkingFile) {
     make_basin(user_, "old", 10);
     make_basin(work_, "new", 20);
     copy_over_user_file(work_, user_);
@@ -97,7 +97,7 @@ TEST_F(BasinCopyTest, SavingPutsTheWorkingFileInThePlaceOfTheUsersFile) {
     EXPECT_EQ(sorted_entries(folder_), (std::vector<std::string>{"new.mdb", "user.mdb"}));
 }
 
-TEST_F(BasinCopyTest, SavingMakesAFileThatWasNotThere) {
+TEST_F(BasinCopyTest, SavingCreatesAMissingFile) {
     make_basin(work_, "new", 20);
     copy_over_user_file(work_, user_);
     EXPECT_EQ(basin_name(user_), "new");
@@ -136,8 +136,8 @@ TEST_F(BasinCopyTest, AMissingFolderIsAFileError) {
 }
 
 #ifndef _WIN32
-/// What is told where no file may grow beyond a size, as on a full disk. The limit can't be lifted again, so
-/// that it holds in a child, which writes the text into `told`.
+/// The error text of `work` when no file may grow beyond `size`, as on a full disk. The limit cannot be
+/// raised again, so a child process sets it and writes the text to the file `told`.
 std::string told_beyond(std::uintmax_t size, const fs::path& told, const std::function<void()>& work) {
     const pid_t child = fork();
     if (child == 0) {
@@ -219,7 +219,7 @@ TEST_F(BasinCopyTest, LeftoversOfADeadWriterAreClearedAndOthersStay) {
 }
 
 #ifndef _WIN32
-/// Leaves a file with the journal of a change that was killed half way.
+/// Leaves a file with the journal of a change whose program was killed half way.
 void interrupt_change(const fs::path& path) {
     const pid_t child = fork();
     if (child == 0) {
@@ -240,7 +240,7 @@ double smallest_runoff(const fs::path& path) {
     return database.sql().execAndGet("SELECT min(Runoff) FROM PhysicalData").getDouble();
 }
 
-TEST_F(BasinCopyTest, AChangeThatAnotherProgramLeftHalfDoneDoesNotReachTheWorkingFile) {
+TEST_F(BasinCopyTest, AnUnfinishedChangeOfAnotherProgramDoesNotReachTheWorkingFile) {
     make_basin(user_, "Alder", 20000);
     make_basin(work_, "work", 1);
     interrupt_change(user_);
@@ -261,7 +261,7 @@ TEST_F(BasinCopyTest, AJournalBesideTheTargetIsNeverPlayedBackIntoTheNewFile) {
     EXPECT_TRUE(file_bytes(user_) == file_bytes(work_));
 }
 
-/// Kills a child that does the work again and again, after a delay that differs from try to try.
+/// Repeats the work in a child process and kills it after a delay, which the caller varies.
 template <typename Work>
 void kill_during(Work work, int microseconds) {
     const pid_t child = fork();
@@ -294,7 +294,7 @@ TEST_F(BasinCopyTest, ASaveThatIsKilledAtAnyPointLeavesTheOldFileOrTheNewOne) {
     EXPECT_EQ(sorted_entries(folder_), (std::vector<std::string>{"one.mdb", "two.mdb", "user.mdb"}));
 }
 
-TEST_F(BasinCopyTest, AnOpenThatIsKilledAtAnyPointLeavesAWholeWorkingFile) {
+TEST_F(BasinCopyTest, AnOpenThatIsKilledAtAnyPointLeavesACompleteWorkingFile) {
     const fs::path one = make_basin(folder_ / "one.mdb", "one", 4000);
     const fs::path two = make_basin(folder_ / "two.mdb", "two", 6000);
     copy_into_work_file(one, work_);

@@ -17,7 +17,7 @@ TEST(BasinMarks, AChangedInputIsUnsavedAndMakesTheResultsOld) {
     mark_input_changed(basin);
     EXPECT_TRUE(basin.Basin_Changed);
     EXPECT_TRUE(inputs_changed_since_run(basin));
-    EXPECT_TRUE(basin.Output_Valid);  // only what throws the results away takes this mark
+    EXPECT_TRUE(basin.Output_Valid);  // only what discards the results clears this mark
 }
 
 TEST(BasinMarks, AChangeThatNoResultDependsOnIsUnsavedAlone) {

@@ -53,7 +53,7 @@ TEST(BasinArea, LeavesZonesWithoutAnAreaOut) {
     EXPECT_EQ(basin_area_text(zones_of({std::nullopt})), "0");
 }
 
-TEST(ReadBasin, OfTheTemplateFillsNoBoxButTheName) {
+TEST(ReadBasin, OfTheTemplateFillsOnlyTheNameBox) {
     const BasinFile file;
     BasinDatabase database = file.open(Access::ReadOnly);
     BasinState basin = basin_of_three();
@@ -202,7 +202,7 @@ TEST(SelectSimulation, KeepsTheFormerPeriodAndUnitsWhereTheCellsAreEmpty) {
     EXPECT_EQ(basin.Units_Code, Units::Metric);
 }
 
-TEST(CurrentSimulation, IsNoneBeforeTheFirstSelectionAndBehindTheLastRow) {
+TEST(CurrentSimulation, IsNoneBeforeTheFirstSelectionAndAfterTheLastRow) {
     BasinState basin = basin_of_three();
     EXPECT_EQ(basin.current_simulation(), nullptr);
     EXPECT_EQ(basin.Current_Sim_Name, "--");
@@ -212,7 +212,7 @@ TEST(CurrentSimulation, IsNoneBeforeTheFirstSelectionAndBehindTheLastRow) {
     EXPECT_EQ(std::as_const(basin).current_simulation(), nullptr);
 }
 
-TEST(FindSimulation, HasNoRegardToCase) {
+TEST(FindSimulation, IgnoresCase) {
     const BasinState basin = basin_of_three();
     EXPECT_EQ(find_simulation(basin, "spring"), 0U);
     EXPECT_EQ(find_simulation(basin, "BARE"), 1U);

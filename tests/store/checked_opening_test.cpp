@@ -1,4 +1,4 @@
-// What a damaged basin's way into the working file ends in.
+// How opening a damaged basin into the working file ends.
 #include "base/durable_file.h"
 #include "store/basin_check.h"
 #include "store/basin_copy.h"
@@ -46,7 +46,7 @@ protected:
         EXPECT_TRUE(file_bytes(user_) == before);
     }
 
-    /// Expects all rows of the record in the working file, without results.
+    /// Expects the working file to have all rows of the record and no results.
     void expect_opened_without_results() const {
         BasinDatabase work{work_, Access::ReadOnly};
         EXPECT_FALSE(work.has_table(k_sim_results));
@@ -86,7 +86,7 @@ TEST_F(CheckedOpening, SoundResultsAreOpened) {
 }
 
 #ifndef _WIN32
-TEST_F(CheckedOpening, DamagedResultsAreLeftOutAlsoWhereAnInterruptedChangeIsUndone) {
+TEST_F(CheckedOpening, DamagedResultsAreLeftOutEvenIfAnInterruptedChangeIsUndone) {
     damage_first_page(user_, "SimResults", std::string(64, '\x7f'));
     kill_during_change(user_, "UPDATE PhysicalData SET Runoff = -1");
     const std::string before = file_bytes(user_);

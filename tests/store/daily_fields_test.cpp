@@ -20,7 +20,7 @@ constexpr std::size_t k_an = 0;
 constexpr std::size_t k_rca = 1;
 constexpr std::size_t k_x = 2;
 
-/// Days 100 to 102 of zone 1 in a parameter table, stored backwards, and day 100 of zone 2.
+/// Days 100 to 102 of zone 1 in a parameter table, stored in reverse, and day 100 of zone 2.
 class DailyFieldsTest : public testing::Test {
 protected:
     DailyFieldsTest() {
@@ -50,7 +50,7 @@ protected:
     BasinDatabase database_ = file_.open();
 };
 
-TEST_F(DailyFieldsTest, ReadTheDaysOfAZoneInDateOrderWithTheirPlaces) {
+TEST_F(DailyFieldsTest, ReadTheDaysOfAZoneInDateOrderWithTheirRowNumbers) {
     const ZoneDays days = fields().read(1);
     EXPECT_THAT(days.dates, ElementsAre(100, 101, 102));
     EXPECT_THAT(days.rows, ElementsAre(3, 2, 1));
@@ -72,7 +72,7 @@ TEST_F(DailyFieldsTest, RowsOfOneDayComeInStoredOrder) {
     EXPECT_THAT(fields().read(1).rows, ElementsAre(3, 5, 2, 1));
 }
 
-TEST_F(DailyFieldsTest, BothEndsOfAPeriodAreInItAlsoWithATimePart) {
+TEST_F(DailyFieldsTest, BothEndsOfAPeriodAreInItEvenWithATimePart) {
     database_.execute("UPDATE Wet SET Date = 101.75 WHERE rowid = 2");
     EXPECT_THAT(fields(Period{101, 101}).read(1).dates, ElementsAre(101));
     EXPECT_THAT(fields(Period{100, 101}).read(1).dates, ElementsAre(100, 101));
@@ -104,7 +104,7 @@ TEST_F(DailyFieldsTest, AValueIsStoredInItsRowAlone) {
               StoreFault::Value);
 }
 
-TEST_F(DailyFieldsTest, AChangeIsThatOfAZoneAndAPeriodAndLeavesMissingValues) {
+TEST_F(DailyFieldsTest, AChangeAffectsOneZoneAndPeriodAndLeavesMissingValues) {
     DailyFields wet = fields();
     wet.change(1, {100, 101}, k_an, MassEdit::Add, 1.0);
     EXPECT_THAT(stored("An"), ElementsAre("0.75", "Null", "1.5", "9.0"));
@@ -124,7 +124,7 @@ TEST_F(DailyFieldsTest, AChangeRoundsASingleAndAnIntegerButNoDouble) {
     EXPECT_EQ(days.values[7], 0.0);
 }
 
-TEST_F(DailyFieldsTest, AResultBeyondItsFieldIsRefusedAtOnceOrWhenItIsRead) {
+TEST_F(DailyFieldsTest, AResultThatExceedsItsFieldIsRefusedAtOnceOrWhenItIsRead) {
     DailyFields wet = fields();
     EXPECT_TRUE(refused([&] { wet.change(1, {100, 102}, k_an, MassEdit::Multiply, 1e39); }).has_value());
     wet.change(1, {100, 102}, k_rca, MassEdit::Multiply, 40000.0);

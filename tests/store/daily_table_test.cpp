@@ -33,12 +33,12 @@ protected:
     BasinDatabase database_ = file_.open();
 };
 
-TEST_F(DailyTableTest, DaysComeZoneByZoneWithTheirPlaces) {
+TEST_F(DailyTableTest, DaysComeZoneByZoneWithTheirRowNumbers) {
     EXPECT_EQ(days(std::nullopt), "1/101@3 2/100@2 2/101@4 2/102@1 ");
     EXPECT_EQ(days(Period{101, 101}), "1/101@3 2/101@4 ");
 }
 
-TEST_F(DailyTableTest, BothEndsOfAPeriodAreInItAlsoWithATimePart) {
+TEST_F(DailyTableTest, BothEndsOfAPeriodAreInItEvenWithATimePart) {
     EXPECT_EQ(count_days(database_, k_physical_data, {100, 101}), 3);
     database_.execute("UPDATE PhysicalData SET Date = 101.75 WHERE rowid = 4");
     EXPECT_EQ(count_days(database_, k_physical_data, {101, 101}), 2);
@@ -83,7 +83,7 @@ TEST_F(DailyTableTest, DaysOfZonesAreDeletedAndNoOthers) {
     EXPECT_EQ(days(std::nullopt), "2/100@2 ");
 }
 
-TEST_F(DailyTableTest, ATableThatIsNotThereIsRefused) {
+TEST_F(DailyTableTest, AMissingTableIsRefused) {
     EXPECT_THROW(static_cast<void>(days_of_zones(database_, "none", {1, 2}, 1)), StoreError);
     EXPECT_THROW(delete_days_of_zones(database_, "none", {1, 2}, 1), StoreError);
     EXPECT_THROW(static_cast<void>(stored_days(database_, "none", std::nullopt)), StoreError);

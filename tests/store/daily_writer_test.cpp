@@ -39,7 +39,7 @@ TEST_F(DailyWriterTest, AddsDaysWithTheSameValuesAndNullElsewhere) {
 TEST_F(DailyWriterTest, AddsDaysWithoutValues) {
     DailyWriter writer{database_, k_physical_data, {}};
     writer.add(1, 100);
-    writer.overwrite(1);  // has nothing to write
+    writer.overwrite(1);  // no fields to write
     EXPECT_THAT(stored("Runoff"), ElementsAre("Null"));
 }
 
@@ -54,7 +54,7 @@ TEST_F(DailyWriterTest, OverwritesItsFieldsOfARowAndNoOther) {
     EXPECT_THAT(stored("Tmax"), ElementsAre("8.0", "9.0"));
 }
 
-TEST_F(DailyWriterTest, AWholeFieldHoldsAWholeNumber) {
+TEST_F(DailyWriterTest, AnIntegerFieldHoldsAWholeNumber) {
     database_.create_table(parameter_table("Wet"));
     const std::array<FieldValue, 2> values{{{"RCA", 1.0}, {"LagTime", 18.0}}};
     DailyWriter{database_, "Wet", values}.add(1, 100);

@@ -20,12 +20,12 @@ TEST(Defences, TriggersOfAFileDoNotFire) {
     BasinDatabase database = file.open();
     database.execute("UPDATE BasinDescription SET BasinName = 'Ellervane'");
     EXPECT_TRUE(read_table<Zone>(database, template_table(k_zone_description)).empty());
-    // Past the store it fires.
+    // Outside the store it fires.
     file.change("UPDATE BasinDescription SET BasinName = 'Elsewhere'");
     EXPECT_THAT(file.column("SELECT ZoneId FROM ZoneDescription"), ElementsAre("planted"));
 }
 
-TEST(Defences, ViewsOfAFileAreNoTablesAndCanNotBeRead) {
+TEST(Defences, ViewsOfAFileAreNotTablesAndCannotBeRead) {
     const BasinFile file;
     file.change("CREATE VIEW Planted AS SELECT * FROM BasinDescription");
     BasinDatabase database = file.open();
@@ -36,7 +36,7 @@ TEST(Defences, ViewsOfAFileAreNoTablesAndCanNotBeRead) {
     EXPECT_NE(refused([&] { clear_table(database, "Planted"); }), std::nullopt);
 }
 
-TEST(Defences, AViewInThePlaceOfATableIsRefused) {
+TEST(Defences, AViewInsteadOfATableIsRefused) {
     const BasinFile file;
     file.change("DROP TABLE ZoneDescription; CREATE VIEW ZoneDescription AS SELECT * FROM SimulationIndex");
     BasinDatabase database = file.open();
@@ -56,7 +56,7 @@ TEST(Defences, NoOtherFileCanBeAttached) {
     }
 }
 
-TEST(Defences, TheSchemaCanNotBeWritten) {
+TEST(Defences, TheSchemaCannotBeWritten) {
     const BasinFile file;
     BasinDatabase database = file.open();
     EXPECT_NE(refused([&] { database.execute("PRAGMA writable_schema = 1; DELETE FROM sqlite_schema"); }),
@@ -64,14 +64,14 @@ TEST(Defences, TheSchemaCanNotBeWritten) {
     EXPECT_EQ(database.table_names().size(), 5U);
 }
 
-TEST(Defences, ANameThatIsNoFieldIsNoTextEither) {
+TEST(Defences, AnUnknownFieldNameIsNotReadAsText) {
     const BasinFile file;
     BasinDatabase database = file.open();
     EXPECT_EQ(refused([&] { database.execute("SELECT \"NoField\" FROM BasinDescription"); }),
               StoreFault::Statement);
 }
 
-/// The one value that an SQL expression gives, as text; "Null" where it is missing.
+/// The value of an SQL expression as text; "Null" if it is missing.
 std::string value_of(BasinDatabase& database, const std::string& expression) {
     return guarded([&]() -> std::string {
         SQLite::Statement query{database.sql(), "SELECT " + expression};
@@ -126,7 +126,7 @@ TEST(SqlMonth, OfNullIsNull) {
     EXPECT_EQ(value_of(database, "month(Null)"), "Null");
 }
 
-TEST(SqlMonth, OfANumberThatIsNoDateIsRefused) {
+TEST(SqlMonth, OfANumberThatIsNotADateIsRefused) {
     const BasinFile file;
     BasinDatabase database = file.open(Access::ReadOnly);
     for (const char* date : {"1e300", "-1e300", "9e999", "-9e999", "1e9", "-1e9"}) {
@@ -138,7 +138,7 @@ TEST(SqlMonth, OfANumberThatIsNoDateIsRefused) {
 
 StoreFault fault_for(int code) { return store_error(SQLite::Exception{"text", code}).fault(); }
 
-TEST(StoreError, StandsForTheCodesOfTheDatabaseEngine) {
+TEST(StoreError, TranslatesTheCodesOfTheDatabaseEngine) {
     EXPECT_EQ(fault_for(SQLITE_BUSY), StoreFault::Busy);
     EXPECT_EQ(fault_for(SQLITE_LOCKED), StoreFault::Busy);
     EXPECT_EQ(fault_for(SQLITE_READONLY), StoreFault::ReadOnly);
@@ -152,7 +152,7 @@ TEST(StoreError, StandsForTheCodesOfTheDatabaseEngine) {
     EXPECT_EQ(fault_for(SQLITE_IOERR), StoreFault::Statement);
 }
 
-TEST(StoreError, StandsForTheirFinerKindsToo) {
+TEST(StoreError, TranslatesTheExtendedCodesToo) {
     EXPECT_EQ(fault_for(SQLITE_BUSY_SNAPSHOT), StoreFault::Busy);
     EXPECT_EQ(fault_for(SQLITE_READONLY_ROLLBACK), StoreFault::ReadOnly);
     EXPECT_EQ(fault_for(SQLITE_CORRUPT_INDEX), StoreFault::Damaged);

@@ -1,4 +1,4 @@
-// Copies over a basin in which another program works.
+// Copies over a basin that another program is using.
 #include "base/durable_file.h"
 #include "store/basin_copy.h"
 #include "store/database.h"
@@ -40,7 +40,7 @@ protected:
         });
     }
 
-    /// A program in the middle of a transaction, with or without changes that have reached the file.
+    /// Another program in the middle of a transaction; with `changes` its changes are in the file already.
     [[nodiscard]] std::unique_ptr<OtherProgram> writer(const std::string& begin, bool changes) const {
         return std::make_unique<OtherProgram>([=, this](const std::function<void()>& hold) {
             BasinDatabase database{user_, Access::ReadWrite};
@@ -78,7 +78,7 @@ protected:
     fs::path journal_ = folder_ / "user.mdb-journal";
 };
 
-TEST_F(HeldBasin, IsNotReplacedWhileAnotherProgramWritesAndKeepsWhatThatProgramBringsToItsEnd) {
+TEST_F(HeldBasin, IsNotReplacedWhileAnotherProgramWritesAndKeepsWhatThatProgramCommits) {
     for (const char* begin : {"BEGIN IMMEDIATE", "BEGIN EXCLUSIVE"}) {
         for (const bool changes : {false, true}) {
             SCOPED_TRACE(std::string{begin} + (changes ? ", with changes" : ""));
@@ -111,14 +111,14 @@ TEST_F(HeldBasin, TheJournalOfARefusedSaveStillUndoesTheChangeOfAProgramThatIsKi
               1.0);
 }
 
-TEST_F(HeldBasin, TheJournalOfAProgramThatWasKilledHindersNoSave) {
+TEST_F(HeldBasin, TheJournalOfAKilledProgramDoesNotBlockASave) {
     kill_during_change(user_, "UPDATE PhysicalData SET Runoff = 2");
     EXPECT_EQ(refusal(), "saved");
     EXPECT_FALSE(fs::exists(journal_));
     EXPECT_TRUE(file_bytes(user_) == file_bytes(work_));
 }
 
-TEST_F(HeldBasin, AProgramThatOnlyReadsHindersNoSaveAndGoesOnReadingTheOldFile) {
+TEST_F(HeldBasin, AProgramThatOnlyReadsDoesNotBlockASaveAndContinuesOnTheOldFile) {
     OtherProgram reader{[&](const std::function<void()>& hold) {
         BasinDatabase database{user_, Access::ReadOnly};
         database.execute("BEGIN");
@@ -132,7 +132,7 @@ TEST_F(HeldBasin, AProgramThatOnlyReadsHindersNoSaveAndGoesOnReadingTheOldFile) 
 }
 
 TEST_F(HeldBasin, AWorkingFileThatAnotherProgramHoldsIsNotReplaced) {
-    // Two of the program in one folder would share the working file.
+    // Two instances in one program folder would share the working file.
     const OtherProgram other{[&](const std::function<void()>& hold) {
         BasinDatabase database{work_, Access::ReadWrite};
         database.execute("BEGIN IMMEDIATE");

@@ -15,7 +15,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// A basin that states a number of zones.
+/// A basin with a given number of zones.
 class MonthlyTable : public testing::Test {
 protected:
     void state_zones(int zones) const {
@@ -54,7 +54,7 @@ TEST(MonthName, OfTheTwelveMonths) {
     EXPECT_STREQ(month_name(12), "Dec");
 }
 
-TEST_F(MonthlyTable, IsMadeWhereItIsMissing) {
+TEST_F(MonthlyTable, IsCreatedIfItIsMissing) {
     state_zones(2);
     ensure();
     EXPECT_THAT(fields(), ElementsAre("Zone", "Month", "TMaxN", "TMinN", "TAvgN", "PrecipN"));
@@ -75,7 +75,7 @@ TEST_F(MonthlyTable, HasTwelveRowsOfZerosForEachZone) {
     }
 }
 
-TEST_F(MonthlyTable, OfABasinWithoutZonesIsMadeEmpty) {
+TEST_F(MonthlyTable, OfABasinWithoutZonesIsCreatedEmpty) {
     ensure();
     EXPECT_EQ(fields().size(), 6U);
     EXPECT_TRUE(rows().empty());
@@ -87,7 +87,7 @@ TEST_F(MonthlyTable, WithEnoughRowsIsKept) {
     file_.change("UPDATE BasinAverages SET TMaxN = 4.5 WHERE Zone = 2 AND Month = 'Mar'");
     ensure();
     ASSERT_EQ(rows().size(), 24U);
-    EXPECT_EQ(rows()[14].tmax, 4.5F);  // twelve rows of zone 1, then Jan and Feb
+    EXPECT_EQ(rows()[14].tmax, 4.5F);  // after twelve rows of zone 1, and Jan and Feb of zone 2
 }
 
 TEST_F(MonthlyTable, WithEmptyAveragesIsKept) {
@@ -99,7 +99,7 @@ TEST_F(MonthlyTable, WithEmptyAveragesIsKept) {
     EXPECT_TRUE(std::isnan(rows()[0].tmax));
 }
 
-TEST_F(MonthlyTable, WithMoreRowsThanZonesAskForIsKept) {
+TEST_F(MonthlyTable, WithMoreRowsThanTheZonesNeedIsKept) {
     state_zones(3);
     ensure();
     file_.change("UPDATE BasinAverages SET PrecipN = 2.5");
@@ -109,7 +109,7 @@ TEST_F(MonthlyTable, WithMoreRowsThanZonesAskForIsKept) {
     EXPECT_EQ(rows()[0].precip, 2.5F);
 }
 
-TEST_F(MonthlyTable, WithOneRowTooFewIsMadeAnew) {
+TEST_F(MonthlyTable, WithOneRowTooFewIsCreatedAgain) {
     state_zones(2);
     ensure();
     file_.change(
@@ -165,7 +165,7 @@ TEST_F(MonthlyTable, CanBeBroughtUpToDateWithinATransaction) {
     EXPECT_EQ(rows().size(), 12U);
 }
 
-TEST_F(MonthlyTable, StaysAsItWasWhereItsRowsAreRefused) {
+TEST_F(MonthlyTable, StaysAsItWasIfItsRowsAreRefused) {
     state_zones(2);
     file_.change(
         "CREATE TABLE BasinAverages (Zone SMALLINT CHECK (Zone < 2), Month TEXT(3), TMaxN FLOAT, TMinN FLOAT,"

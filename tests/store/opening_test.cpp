@@ -17,12 +17,12 @@ using testing::UnorderedElementsAre;
 
 namespace fs = std::filesystem;
 
-/// How opening a file ends, in the first way or the second.
+/// The error of opening a file with the given access, if any.
 std::optional<StoreFault> opening(const fs::path& path, Access access) {
     return refused([&] { BasinDatabase{path, access}; });
 }
 
-/// Expects a file to be refused in both ways of opening and to keep every byte.
+/// Expects a file to be refused with either access and to stay unchanged.
 void expect_refused(const fs::path& path, StoreFault fault) {
     const std::string before = file_bytes(path);
     EXPECT_EQ(opening(path, Access::ReadOnly), fault);
@@ -42,7 +42,7 @@ fs::path foreign_database(const TemporaryFolder& folder) {
     return path;
 }
 
-TEST(Opening, OfAMissingFileIsRefusedAndMakesNone) {
+TEST(Opening, OfAMissingFileIsRefusedAndCreatesNone) {
     const TemporaryFolder folder;
     EXPECT_EQ(opening(folder / "no such.mdb", Access::ReadOnly), StoreFault::Missing);
     EXPECT_EQ(opening(folder / "no such.mdb", Access::ReadWrite), StoreFault::Missing);
@@ -87,8 +87,8 @@ TEST(Opening, OfADatabaseOfAnotherProgramIsRefused) {
     expect_refused(foreign_database(folder), StoreFault::Foreign);
 }
 
-// The database engine would roll such a journal back, which changes the other program's file.
-TEST(Opening, OfADatabaseOfAnotherProgramLeavesAJournalBesideItAlone) {
+// The database engine would roll such a journal back and so change the other program's file.
+TEST(Opening, OfADatabaseOfAnotherProgramKeepsTheJournalBesideIt) {
     const TemporaryFolder folder;
     const fs::path path = foreign_database(folder);
     const fs::path journal = folder.write("foreign.db-journal", std::string(1024, 'j'));
@@ -167,7 +167,7 @@ void read_everything(const fs::path& path, Access access) {
     static_cast<void>(read_table<ScenarioIndexRow>(database, template_table(k_scenario_index)));
 }
 
-/// A basin with some rows in its daily table.
+/// The bytes of a basin with some rows in its daily table.
 std::string filled_basin() {
     const BasinFile file;
     BasinDatabase database = file.open();
@@ -193,7 +193,7 @@ TEST(DamagedBasin, CutAnywhereIsRefusedOrReadAndStaysAsItIs) {
         std::error_code ignored;
         fs::remove(path, ignored);
     }
-    // Whatever lacks a whole page can't be read through.
+    // A file that lacks a whole page cannot be read to the end.
     EXPECT_GT(refusals, 0);
 }
 
@@ -226,7 +226,7 @@ TEST(DamagedBasin, WithoutABasinRowIsCalledDamaged) {
     EXPECT_EQ(refused([&] { read_everything(file.path(), Access::ReadOnly); }), StoreFault::Damaged);
 }
 
-TEST(DamagedBasin, WithoutATableIsRefusedAsMissingIt) {
+TEST(DamagedBasin, WithoutATableIsRefusedAsMissing) {
     const BasinFile file;
     file.change("DROP TABLE SimulationIndex");
     EXPECT_EQ(refused([&] { read_everything(file.path(), Access::ReadOnly); }), StoreFault::Missing);
@@ -234,7 +234,7 @@ TEST(DamagedBasin, WithoutATableIsRefusedAsMissingIt) {
                 HasSubstr("SimulationIndex"));
 }
 
-// Taken for a text, the name of a field that is not there would be read as the field's value.
+// Read as text, the name of a missing field would become the field's value.
 TEST(DamagedBasin, WithoutAFieldIsRefused) {
     const BasinFile file;
     file.change("ALTER TABLE BasinDescription DROP COLUMN BasinDescription");

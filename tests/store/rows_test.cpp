@@ -13,7 +13,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Writes rows into a table, which is made where it is missing, and gives back what is read from it.
+/// Writes rows into a table, which is created if necessary, and returns what is read back.
 template <typename Row>
 std::vector<Row> round_trip(const BasinFile& file, const TableSchema& table, const std::vector<Row>& rows) {
     {
@@ -25,7 +25,7 @@ std::vector<Row> round_trip(const BasinFile& file, const TableSchema& table, con
     return read_table<Row>(database, table);
 }
 
-/// The fields of the table's first row as the file has them, joined by blanks.
+/// The fields of the table's first row as stored in the file, separated by blanks.
 std::string first_row(const BasinFile& file, const std::string& table,
                       const std::vector<std::string>& fields) {
     std::string text;
@@ -50,7 +50,7 @@ ParameterRow parameters_of_zone(std::int16_t zone) {
     return row;
 }
 
-/// All members of a row but its first `skipped` are missing.
+/// Expects all members of a row after its first `skipped` ones to be missing.
 template <typename Row>
 void expect_missing(const Row& row, int skipped) {
     int position = 0;
@@ -67,7 +67,7 @@ void expect_missing(const Row& row, int skipped) {
     });
 }
 
-TEST(BasinDescriptionRow, IsWrittenInThePlaceOfTheFormerOne) {
+TEST(BasinDescriptionRow, ReplacesTheFormerOne) {
     const BasinFile file;
     {
         BasinDatabase database = file.open();
@@ -256,7 +256,7 @@ TEST(MonthlyAveragesRow, GoesInAndOut) {
     expect_missing(rows[1], 2);
 }
 
-TEST(ScenarioIndexTableRow, GoesInAndOutWithTheHalfDayOfItsDefault) {
+TEST(ScenarioIndexTableRow, IsReadBackAsWrittenWithTheHalfDayOfItsDefault) {
     const BasinFile file;
     const ScenarioIndexRow row{.simulation = "Spring",
                                .scenario = "Warm +2\u00B0",
@@ -304,7 +304,7 @@ TEST(Rows, StayInTheOrderInWhichTheyWereStored) {
     EXPECT_EQ(read[2].date, 5);
 }
 
-TEST(Rows, AreAddedBehindThoseThatAreThere) {
+TEST(Rows, AreAddedAfterTheExistingOnes) {
     const BasinFile file;
     const TableSchema table = template_table(k_zone_description);
     round_trip<Zone>(file, table, {zone_with("A")});

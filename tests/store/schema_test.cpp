@@ -47,19 +47,19 @@ TEST(Schema, OfZoneDescriptionHasTheAspectsFromTheFifthFieldOn) {
     for (std::size_t i = 4; i < 12; ++i) EXPECT_EQ(declared_type(table.fields[i]), "DOUBLE") << i;
 }
 
-TEST(Schema, OfSimulationIndexHasNamesThatRunOneBehindTheirContentFromTheTwelfthOn) {
+TEST(Schema, OfSimulationIndexHasNamesShiftedByOneFieldFromTheTwelfthOn) {
     const TableSchema table = template_table("SimulationIndex");
     ASSERT_EQ(table.fields.size(), 17U);
     std::vector<std::string> fields;
     for (const Field& field : table.fields) fields.push_back(field.name);
-    fields.pop_back();  // the name of the seventeenth is free
+    fields.pop_back();  // the name of the seventeenth field is not fixed
     EXPECT_THAT(fields, ElementsAre("SimName", "SimRunNumber", "SimStartDate", "SimEndDate", "SimUnits",
                                     "SimTempType", "SimTemp_Distribution", "SimP_Distribution",
                                     "SimLR_Distribution", "SimCoeff_Distribution", "SimTcrit_Distribution",
                                     "SimInitialRunoff", "SimPrecipThreshold", "SimX", "SimY", "SimAlt1X"));
     EXPECT_EQ(declared_type(table.fields[2]), "DATE");
     EXPECT_EQ(declared_type(table.fields[3]), "DATE");
-    EXPECT_EQ(declared_type(table.fields[11]), "SMALLINT");  // the way x and y are given, a code
+    EXPECT_EQ(declared_type(table.fields[11]), "SMALLINT");  // how x and y are given, a code
     EXPECT_EQ(declared_type(table.fields[12]), "FLOAT");     // the initial runoff
     EXPECT_EQ(declared_type(table.fields[13]), "FLOAT");     // the threshold
 }
@@ -84,7 +84,7 @@ TEST(Schema, OfTheMonthlyAverages) {
                             "PrecipN FLOAT"));
 }
 
-TEST(Schema, OfAParameterTableBearsTheSimulationsName) {
+TEST(Schema, OfAParameterTableHasTheSimulationsName) {
     EXPECT_EQ(parameter_table("Spring 1996").name, "Spring 1996");
     EXPECT_THAT(
         declarations(parameter_table("x")),

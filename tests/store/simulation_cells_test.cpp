@@ -8,8 +8,8 @@ namespace {
 Simulation full_row() {
     return {.name = "Spring",
             .run_number = 4,
-            .start = 35156,  // 1996-04-01: 1 January 2000 is day 36526, less 1371 days
-            .end = 35338,    // 1996-09-30: 182 days on
+            .start = 35156,  // 1996-04-01: day 36526 (2000-01-01) minus 1370 days
+            .end = 35338,    // 1996-09-30: 182 days later
             .units = Units::English,
             .temperature_values = 1,
             .temperature = Distribution::ByZone,
@@ -102,7 +102,7 @@ TEST(SimulationCell, OfAnEmptyRowIsEmpty) {
     }
 }
 
-TEST(SimulationCell, BesideTheSeventeenColumnsIsEmpty) {
+TEST(SimulationCell, OutsideTheSeventeenColumnsIsEmpty) {
     for (const int column : {-1, 0, 18}) {
         EXPECT_EQ(full_row().text(column), "") << column;
         EXPECT_EQ(full_row().value(column), std::nullopt) << column;

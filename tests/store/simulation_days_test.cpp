@@ -33,7 +33,7 @@ protected:
         add_rows<ParameterRow>(database_, parameter_table("Wet"), rows);
     }
 
-    /// The days of a period as zone/day.
+    /// The days of a period as "zone/day".
     [[nodiscard]] std::vector<std::string> days(const Period& period) {
         std::vector<std::string> texts;
         for (const SimulationDay& day : read_simulation_days(database_, "wet", period))
@@ -121,7 +121,7 @@ TEST_F(SimulationDays, TheFirstParametersAreThoseOfTheFirstZoneOnItsFirstDay) {
     EXPECT_TRUE(std::isnan(first_parameters(database_, "wet", {99, 99})->tcrit));
 }
 
-TEST_F(SimulationDays, ThereAreNoFirstParametersWithoutATableOrADay) {
+TEST_F(SimulationDays, TheFirstParametersNeedATableAndADay) {
     EXPECT_FALSE(first_parameters(database_, "none", {99, 101}).has_value());
     EXPECT_FALSE(first_parameters(database_, "Wet", {99, 101}).has_value());
     add_parameters({parameters(1, 100)});

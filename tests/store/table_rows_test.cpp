@@ -1,4 +1,4 @@
-// Rows of any table, one at a time and by their place.
+// Rows of any table, one at a time and by row number.
 #include "store/table_io.h"
 #include "tests/support/basin_file.h"
 
@@ -30,7 +30,7 @@ struct WorkRow {
     }
 };
 
-/// Three rows, of which the second has been deleted.
+/// Three rows, of which the second was deleted.
 class TableRows : public testing::Test {
 protected:
     TableRows() {
@@ -47,7 +47,7 @@ protected:
     BasinDatabase database_ = file_.open();
 };
 
-TEST_F(TableRows, AreReadInStoredOrderWithTheirPlaces) {
+TEST_F(TableRows, AreReadInStoredOrderWithTheirRowNumbers) {
     TableReader reader{database_, work_table()};
     std::int16_t number = 0;
     ASSERT_TRUE(reader.next());
@@ -106,7 +106,7 @@ TEST_F(TableRows, AreAppendedAndKeepFieldsThatAreNotSetAgain) {
     EXPECT_EQ(refused([&] { writer.set(1, std::numeric_limits<float>::infinity()); }), StoreFault::Value);
 }
 
-TEST_F(TableRows, AreReplacedAndDeletedByTheirPlace) {
+TEST_F(TableRows, AreReplacedAndDeletedByRowNumber) {
     auto rows = read_stored_rows<WorkRow>(database_, work_table());
     ASSERT_EQ(rows.size(), 2U);
     EXPECT_EQ(rows[1].number, 3);

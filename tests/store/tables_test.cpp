@@ -39,7 +39,7 @@ TEST(TableNames, AreComparedWithoutRegardToCaseInOtherScripts) {
     EXPECT_FALSE(database.has_table("otztal"));
 }
 
-TEST(TableNames, ThatDifferInCaseAloneAreTaken) {
+TEST(TableNames, ThatDifferOnlyInCaseAreInUse) {
     const BasinFile file;
     BasinDatabase database = file.open();
     database.create_table(parameter_table("\u00D6tztal"));
@@ -98,7 +98,7 @@ INSTANTIATE_TEST_SUITE_P(WithOddCharacters, UserNames,
                                          "\u00D6tztal \U0001F3D4", "x\"); DROP TABLE BasinDescription; --",
                                          "sqlit\u00E9_x"));
 
-TEST(CreateTable, RefusesANameThatIsNoText) {
+TEST(CreateTable, RefusesANameThatIsNotText) {
     const BasinFile file;
     BasinDatabase database = file.open();
     EXPECT_NE(refused([&] { database.create_table(parameter_table(std::string{"a\0b", 3})); }), std::nullopt);
@@ -180,7 +180,7 @@ TEST(DropTable, TakesTheNameInAnyCase) {
     EXPECT_EQ(database.table_names().size(), 5U);
 }
 
-TEST(DropTable, TakesItsIndexAlong) {
+TEST(DropTable, RemovesItsIndexToo) {
     const BasinFile file;
     BasinDatabase database = file.open();
     for (int round = 0; round < 2; ++round) {
@@ -191,7 +191,7 @@ TEST(DropTable, TakesItsIndexAlong) {
     EXPECT_THAT(file.column("SELECT count(*) FROM sqlite_schema WHERE type = 'index'"), ElementsAre("1"));
 }
 
-TEST(DropTable, WhileItIsReadIsBusy) {
+TEST(DropTable, WhileItIsReadFailsAsBusy) {
     const BasinFile file;
     BasinDatabase database = file.open();
     SQLite::Statement reading{database.sql(), "SELECT * FROM BasinDescription"};
@@ -221,7 +221,7 @@ TEST(DailyIndex, IsThereForTheObservedDataFromTheStart) {
                 ElementsAre("PhysicalData"));
 }
 
-TEST(Execute, RefusesWhatIsNoStatement) {
+TEST(Execute, RefusesWhatIsNotAStatement) {
     const BasinFile file;
     BasinDatabase database = file.open();
     EXPECT_EQ(refused([&] { database.execute("SELEKT 1"); }), StoreFault::Statement);
