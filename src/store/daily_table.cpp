@@ -15,7 +15,7 @@ void bind_period(SQLite::Statement& query, const Period& period) {
     query.bind(2, period.end + 1);
 }
 
-/// The rows of some zones on the days of a period; a date with a time part lies after its day.
+/// The rows of some zones on the days of a period. A date of the last day that has a time part is not found.
 constexpr const char* k_of_zones = " WHERE Date >= ? AND Date <= ? AND Zone <= ?";
 
 void bind_period_and_zone(SQLite::Statement& query, const Period& period, int last_zone) {

@@ -13,7 +13,7 @@ class QuickHelp;
 /// Whether an event means that a box is left: an open menu, a question or another window only interrupts the
 /// work in it. QuickHelp lets no box be left.
 [[nodiscard]] bool leaves_box(const QEvent& event, const QuickHelp& quick_help);
-/// Whether an event means that a box is entered, not that the work in it goes on.
+/// Whether an event means that a box is entered, and not that an interruption of the work in it has ended.
 [[nodiscard]] bool enters_box(const QEvent& event);
 
 /// Lets the user leave a box for a button, such as Cancel, without a check of its text: the message would

@@ -122,7 +122,7 @@ function(fault_of_include layer line result)
     endif()
 endfunction()
 
-# The fault of a file's name or place, or nothing. A window's file bears the window's name.
+# The fault of a file's name or place, or nothing. A window's file has the window's name.
 function(fault_of_name path layer result)
     set(${result} "" PARENT_SCOPE)
     cmake_path(GET path FILENAME name)
