@@ -1,4 +1,4 @@
-// The daily values of a zone in one transaction.
+// The daily editor: a zone's daily values, edited in one transaction.
 #include "prep/daily_editor.h"
 
 #include "tests/prep/prep_fixture.h"
@@ -14,7 +14,7 @@ using testing::IsEmpty;
 constexpr double k_null = std::numeric_limits<double>::quiet_NaN();
 constexpr double k_infinite = std::numeric_limits<double>::infinity();
 
-// Columns of the view of a parameter table.
+// Column numbers in the view of a parameter table.
 constexpr std::size_t k_lapse_rate = 1;
 constexpr std::size_t k_an = 3;
 constexpr std::size_t k_lag = 4;
@@ -43,7 +43,7 @@ protected:
         return values;
     }
 
-    /// The field in the file, zone by zone and day by day.
+    /// A field's values in the file, zone by zone and day by day.
     std::vector<std::string> stored(const std::string& field) {
         return rows("SELECT " + field + " FROM wet ORDER BY Zone, Date");
     }
@@ -51,7 +51,7 @@ protected:
 
 MATCHER(IsMissing, "") { return is_missing(arg); }
 
-TEST_F(DailyEditorTest, SaysWhyAColumnCantTakeANumber) {
+TEST_F(DailyEditorTest, SaysWhyAColumnCannotTakeANumber) {
     const DailyEditor editor = open();
     EXPECT_EQ(editor.refusal(k_lag, 42.0), "");
     EXPECT_EQ(editor.refusal(k_lag, 42.5), "the number must lie between 0 and 42");
@@ -113,7 +113,7 @@ TEST_F(DailyEditorTest, FindsItsTableInAnyCase) {
     EXPECT_EQ(editor.rows(), 3U);
 }
 
-TEST_F(DailyEditorTest, ANameOfAnyLettersIsATableName) {
+TEST_F(DailyEditorTest, ANameInAnyScriptIsATableName) {
     const std::string name = "O'Hara \"wet\" 100%";
     make_parameter_table(name);
     add_parameters(name, {parameter_day(1, october(1), 0.5F)});
@@ -123,7 +123,7 @@ TEST_F(DailyEditorTest, ANameOfAnyLettersIsATableName) {
     EXPECT_EQ(editor.value(0, k_an), 2.5);
 }
 
-TEST_F(DailyEditorTest, ATableOrAFieldThatIsNotThereIsRefused) {
+TEST_F(DailyEditorTest, AMissingTableOrFieldIsRefused) {
     EXPECT_EQ(refused([&] {
                   DailyEditor(file_.path(), DataView::Parameters, query_of("none", DataView::Parameters));
               }),
@@ -135,14 +135,14 @@ TEST_F(DailyEditorTest, ATableOrAFieldThatIsNotThereIsRefused) {
     EXPECT_TRUE(is_free()) << "the file is let go of";
 }
 
-TEST_F(DailyEditorTest, ATextWhereANumberBelongsIsRefused) {
+TEST_F(DailyEditorTest, TextInsteadOfANumberIsRefused) {
     database_.execute("UPDATE wet SET An = 'much'");
     EXPECT_EQ(refused([&] { static_cast<void>(open()); }), StoreFault::Value);
 }
 
 // Single values.
 
-TEST_F(DailyEditorTest, AValueIsKeptWholeAsFarAsItsFieldGoes) {
+TEST_F(DailyEditorTest, AValueKeepsThePrecisionOfItsField) {
     DailyEditor editor = open();
     EXPECT_TRUE(editor.set_value(0, k_an, 0.1));
     EXPECT_EQ(editor.value(0, k_an), static_cast<double>(0.1F)) << "a Single";
@@ -156,7 +156,7 @@ TEST_F(DailyEditorTest, AValueIsKeptWholeAsFarAsItsFieldGoes) {
         ElementsAre("1 1"));
 }
 
-TEST_F(DailyEditorTest, AValueCanBeTakenAway) {
+TEST_F(DailyEditorTest, AValueCanBeRemoved) {
     DailyEditor editor = open();
     EXPECT_TRUE(editor.set_value(0, k_an, k_null));
     EXPECT_THAT(editor.value(0, k_an), IsMissing());
@@ -164,7 +164,7 @@ TEST_F(DailyEditorTest, AValueCanBeTakenAway) {
     EXPECT_THAT(stored("An"), ElementsAre("-", "-", "0.75", "0.25"));
 }
 
-TEST_F(DailyEditorTest, WhatNoFieldCanHoldIsRefused) {
+TEST_F(DailyEditorTest, AValueThatItsFieldCannotHoldIsRefused) {
     DailyEditor editor = open();
     EXPECT_FALSE(editor.set_value(0, k_an, k_infinite));
     EXPECT_FALSE(editor.set_value(0, k_an, 3.5e38)) << "the largest Single is about 3.4e38";
@@ -207,7 +207,7 @@ TEST_F(DailyEditorTest, OtherColumnsHaveNoLimits) {
     EXPECT_TRUE(editor.set_value(0, k_lapse_rate, 1e6));
 }
 
-TEST_F(DailyEditorTest, ADateCanNotBeSet) {
+TEST_F(DailyEditorTest, ADateCannotBeSet) {
     DailyEditor editor = open();
     EXPECT_FALSE(editor.set_value(0, 0, static_cast<double>(october(9))));
     EXPECT_EQ(editor.date(0), october(1));
@@ -223,9 +223,9 @@ TEST_F(DailyEditorTest, OnlyAnotherValueIsAChange) {
     EXPECT_TRUE(editor.changed()) << "zero is no missing value";
 }
 
-// The end.
+// Commit and roll-back.
 
-TEST_F(DailyEditorTest, ARollBackTakesAllZonesBack) {
+TEST_F(DailyEditorTest, ARollBackRestoresAllZones) {
     DailyEditor editor = open();
     EXPECT_TRUE(editor.set_value(0, k_an, 2.0));
     editor.show_zone(2);
@@ -245,7 +245,7 @@ TEST_F(DailyEditorTest, WhatIsNotCommittedIsRolledBack) {
     EXPECT_TRUE(is_free());
 }
 
-TEST_F(DailyEditorTest, TakesNothingMoreOnceItEnded) {
+TEST_F(DailyEditorTest, AcceptsNothingAfterItsEnd) {
     DailyEditor editor = open();
     editor.commit();
     EXPECT_FALSE(editor.set_value(0, k_an, 2.0));
@@ -315,7 +315,7 @@ TEST(DailyColumns, ParametersAreHeadedByTheirFields) {
 
 TEST(DailyColumns, SnowCoverAndNewMeltOfTheResultsAreHeadedByTheirSymbols) {
     const auto texts = headers(DataView::Results);
-    // Field n of the table stands in column n - 1, counted from 1; here they count from 0.
+    // Field n of the table is in column n - 1, counted from 1; `texts` counts from 0.
     EXPECT_EQ(texts.at(1), "ActualQ");
     EXPECT_EQ(texts.at(10), "CDC");
     EXPECT_EQ(texts.at(11), "CDCCC");

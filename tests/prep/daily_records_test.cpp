@@ -1,4 +1,4 @@
-// The rows that the daily tables lack for a period, in each mode.
+// The rows that the daily tables lack for a period, and how each mode adds them.
 #include "prep/daily_records.h"
 
 #include "store/transactions.h"
@@ -72,7 +72,7 @@ TEST_F(DailyRecords, WithoutASelectedSimulationThePeriodIsTheCallers) {
     EXPECT_THAT(days("PhysicalData"), ElementsAre("1 5", "2 5"));
 }
 
-TEST_F(DailyRecords, ASelectedSimulationsPeriodGoesBeforeTheCallers) {
+TEST_F(DailyRecords, ASelectedSimulationsPeriodPrecedesTheCallers) {
     select("wet", october(1), october(1));
     prep_.Daily_Start = october(5);
     prep_.Daily_End = october(9);
@@ -102,7 +102,7 @@ TEST_F(DailyRecords, ARecordThatHasThePeriodAsksNothingAndStaysAsItIs) {
     EXPECT_EQ(rows("SELECT * FROM PhysicalData"), before);
 }
 
-TEST_F(DailyRecords, OnlyTheMissingDaysAreAddedBehindTheOthers) {
+TEST_F(DailyRecords, OnlyTheMissingDaysAreAddedAfterTheOthers) {
     select("wet", october(1), october(3));
     add_physical({{.zone = 1, .date = october(2), .runoff = 4.5F},
                   {.zone = 2, .date = october(1), .runoff = 5.5F},
@@ -116,7 +116,7 @@ TEST_F(DailyRecords, OnlyTheMissingDaysAreAddedBehindTheOthers) {
 
 TEST_F(DailyRecords, DaysOutsideThePeriodDoNotCountAsPresent) {
     select("wet", october(3), october(4));
-    // Four rows, as many as the period has, but only one of them lies in it.
+    // As many rows as the period needs, four, but only one of them is in the period.
     add_physical({{.zone = 1, .date = october(1)},
                   {.zone = 1, .date = october(2)},
                   {.zone = 1, .date = october(3)},
@@ -126,7 +126,7 @@ TEST_F(DailyRecords, DaysOutsideThePeriodDoNotCountAsPresent) {
     EXPECT_THAT(days("PhysicalData"), ElementsAre("1 1", "1 2", "1 3", "1 5", "1 4", "2 3", "2 4"));
 }
 
-TEST_F(DailyRecords, RowsInAnyOrderAndTwiceAreEachKeptAndFoundOnce) {
+TEST_F(DailyRecords, UnorderedAndDuplicateRowsAreKeptAndCountAsPresent) {
     select("wet", october(1), october(3));
     add_physical({{.zone = 2, .date = october(3), .runoff = 1.0F},
                   {.zone = 1, .date = october(1), .runoff = 2.0F},
@@ -134,7 +134,7 @@ TEST_F(DailyRecords, RowsInAnyOrderAndTwiceAreEachKeptAndFoundOnce) {
                   {.zone = 1, .date = october(3), .runoff = 4.0F}});
     dialogs_.then(Answer::Yes);
     build(DataView::PhysicalData);
-    // 1/1 is there twice; 1/2, 2/1 and 2/2 were missing.
+    // Zone 1, day 1 is stored twice; 1/2, 2/1 and 2/2 were missing.
     EXPECT_THAT(days("PhysicalData"), ElementsAre("2 3", "1 1", "1 1", "1 3", "1 2", "2 1", "2 2"));
     EXPECT_THAT(rows("SELECT Runoff FROM PhysicalData WHERE Runoff IS NOT NULL ORDER BY rowid"),
                 ElementsAre("1.0", "2.0", "3.0", "4.0"));
@@ -156,13 +156,13 @@ TEST_F(DailyRecords, ADateWithATimePartIsItsDay) {
     EXPECT_THAT(rows("SELECT Zone FROM PhysicalData"), ElementsAre("1", "2"));
 }
 
-TEST_F(DailyRecords, ThePeriodOverANewYearAndALeapDayIsWhole) {
+TEST_F(DailyRecords, APeriodOverANewYearAndALeapDayIsComplete) {
     basin_.ZoneCount = 1;
     prep_.Daily_Start = *day_count({1995, 12, 31});
     prep_.Daily_End = *day_count({1996, 3, 1});
     dialogs_.then(Answer::Yes);
     build(DataView::PhysicalData);
-    // 1 day of December, 31 of January, 29 of February, 1 of March: 62.
+    // 1 day in December, 31 in January, 29 in February, 1 in March: 62.
     EXPECT_THAT(
         rows("SELECT count(*), min(Date), max(Date) FROM PhysicalData"),
         ElementsAre("62 " + std::to_string(prep_.Daily_Start) + " " + std::to_string(prep_.Daily_End)));
@@ -184,7 +184,7 @@ TEST_F(DailyRecords, TheExtentIsKnownOnceRowsWereAdded) {
     EXPECT_EQ(prep_.record.count, 6);
 }
 
-TEST_F(DailyRecords, AddingWithinATransactionLeavesItsEndToTheCaller) {
+TEST_F(DailyRecords, AddingWithinATransactionLeavesTheCommitToTheCaller) {
     select("wet", october(1), october(1));
     dialogs_.then(Answer::Yes);
     {
@@ -225,7 +225,7 @@ TEST_F(DailyRecords, TheExtentOfATableIsItsRowsItsLastZoneAndItsEndDays) {
     EXPECT_EQ(extent.last, october(9));
 }
 
-TEST_F(DailyRecords, ATableThatIsNotThereHasNoExtent) {
+TEST_F(DailyRecords, AMissingTableHasNoExtent) {
     EXPECT_EQ(refused([&] { static_cast<void>(scan_daily_table(database_, "none")); }), StoreFault::Missing);
 }
 

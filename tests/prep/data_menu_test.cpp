@@ -1,4 +1,4 @@
-// What stands in front of every view of daily data.
+// What the Data menu checks and asks before it opens a view of daily data.
 #include "prep/data_menu.h"
 
 #include "prep/daily_editor.h"
@@ -14,7 +14,7 @@ using testing::Optional;
 
 class DataMenu : public PrepTest {
 protected:
-    /// The simulation "wet" of two days with all its rows, in a record that has them, too.
+    /// The simulation "wet" of two days, with all its rows in both tables.
     DataMenu() {
         make_parameter_table("wet");
         select("wet", october(1), october(2));
@@ -97,13 +97,13 @@ TEST_F(DataMenu, ResultsPrepareTheViewOfAllTheirFieldsButTheZone) {
     EXPECT_EQ(prep_.caption_prefix, "Calculated value table for simulation ");
 }
 
-TEST_F(DataMenu, ResultsThatAreNotThereEndInSilence) {
+TEST_F(DataMenu, MissingResultsEndTheCommandSilently) {
     EXPECT_EQ(choose(DataEntry::Results), DataOutcome::Stopped);
     EXPECT_EQ(messages(), 0U);
     EXPECT_EQ(prep_.Data_View, DataView::PhysicalData);
 }
 
-TEST_F(DataMenu, WithoutASimulationsTableAnEntryEndsInSilence) {
+TEST_F(DataMenu, WithoutASimulationsTableAnEntryEndsSilently) {
     Delete_Simulation(context_, database_, 0);
     for (const DataEntry entry :
          {DataEntry::SimulationDefinition, DataEntry::Scenarios, DataEntry::Parameters, DataEntry::Results}) {
@@ -114,7 +114,7 @@ TEST_F(DataMenu, WithoutASimulationsTableAnEntryEndsInSilence) {
 
 // Rows that are missing.
 
-TEST_F(DataMenu, MissingParametersAreAskedAboutInFrontOfEveryEntry) {
+TEST_F(DataMenu, MissingParametersAreAskedAboutBeforeEveryEntry) {
     database_.execute("DELETE FROM wet WHERE Zone = 2");
     for (const DataEntry entry :
          {DataEntry::SimulationDefinition, DataEntry::Scenarios, DataEntry::Parameters, DataEntry::Results}) {
@@ -127,7 +127,7 @@ TEST_F(DataMenu, MissingParametersAreAskedAboutInFrontOfEveryEntry) {
     EXPECT_TRUE(prep_.Edit_Locked) << "a No stops before all else";
 }
 
-TEST_F(DataMenu, MissingVariablesAreAskedAboutInTheirOwnWords) {
+TEST_F(DataMenu, MissingVariablesHaveTheirOwnQuestion) {
     database_.execute("DELETE FROM PhysicalData");
     dialogs_.then(Answer::No);
     EXPECT_EQ(choose(DataEntry::Variables), DataOutcome::Stopped);
@@ -159,13 +159,13 @@ TEST_F(DataMenu, MissingParametersAreNotAddedInTheModeOfTheVariables) {
     database_.execute("DELETE FROM wet");
     prep_.working_record.first_values = first_values();
     dialogs_.then(Answer::Yes);
-    // The mode is still that of the daily variables, and those are complete.
+    // The mode is still that of the daily variables, and these are complete.
     EXPECT_EQ(choose(DataEntry::Parameters), DataOutcome::ShowEditor);
     EXPECT_THAT(days("wet"), IsEmpty());
     EXPECT_EQ(days("PhysicalData").size(), 4U);
 }
 
-TEST_F(DataMenu, MissingParametersGoIntoTheTableOfTheSimulationNotIntoThatOfTheLastView) {
+TEST_F(DataMenu, MissingParametersGoIntoTheTableOfTheSimulationNotOfTheLastView) {
     choose(DataEntry::Parameters);
     make_parameter_table("dry");
     select("dry", october(5), october(6));
@@ -180,12 +180,12 @@ TEST_F(DataMenu, MissingParametersGoIntoTheTableOfTheSimulationNotIntoThatOfTheL
     EXPECT_THAT(rows("SELECT An FROM wet"), ElementsAre("0.5", "-", "-", "-")) << "no value was overwritten";
 }
 
-TEST_F(DataMenu, AfterALookAtTheResultsTheDaysGoIntoTheSimulationsTableAndTheResultsStay) {
+TEST_F(DataMenu, AfterViewingTheResultsTheDaysGoIntoTheSimulationsTableAndTheResultsStay) {
     database_.create_table(sim_results_table());
     ASSERT_EQ(choose(DataEntry::Results), DataOutcome::ShowEditor);
     make_parameter_table("dry");
     select("dry", october(5), october(5));
-    // The mode is still that of the results, which asks in its own words and adds days without values.
+    // The mode is still that of the results: it has its own question and adds days without values.
     dialogs_.then(Answer::Yes).then(Answer::Yes);
     EXPECT_EQ(choose(DataEntry::SimulationDefinition), DataOutcome::ShowDefinition);
     EXPECT_EQ(last_message().text, " message 2");
@@ -224,7 +224,7 @@ TEST_F(DataMenu, TheDefinitionOfASimulationWithoutATableOpensWithoutAQuestion) {
     EXPECT_EQ(choose(DataEntry::Parameters), DataOutcome::Stopped) << "there is nothing to look at";
 }
 
-TEST_F(DataMenu, AMissingFirstValueEndsInSilence) {
+TEST_F(DataMenu, AMissingFirstValueEndsTheCommandSilently) {
     choose(DataEntry::Parameters);
     database_.execute("DELETE FROM wet");
     dialogs_.then(Answer::Yes);
@@ -258,7 +258,7 @@ TEST_F(DataMenu, ARowWithoutDatesIsCheckedOverTheDaysOfTheTable) {
     EXPECT_EQ(messages(), 0U);
 }
 
-TEST_F(DataMenu, WithoutDatesAndRowsAnEntryEndsInSilence) {
+TEST_F(DataMenu, WithoutDatesAndRowsAnEntryEndsSilently) {
     basin_.simulations[0].start.reset();
     database_.execute("DELETE FROM wet");
     EXPECT_EQ(choose(DataEntry::SimulationDefinition), DataOutcome::Stopped);
@@ -286,7 +286,7 @@ TEST_F(DataMenu, ParametersGiveTheCurrentSimulationItsDates) {
     EXPECT_THAT(basin_.Current_End, Optional(october(2)));
 }
 
-TEST_F(DataMenu, ParametersOfAWrongPeriodAreRefusedBeforeAllQuestions) {
+TEST_F(DataMenu, ParametersOfAWrongPeriodAreRefusedBeforeAnyQuestion) {
     database_.execute("DELETE FROM wet WHERE Zone = 2");
     // October 1, 1980 to October 2, 1981 are 367 days.
     for (const DayCount end : {*day_count({1981, 10, 2}), october(1), october(0)}) {

@@ -1,4 +1,4 @@
-// The daily variables of the record and of a simulation.
+// The daily variables of the whole record and of a simulation.
 #include "prep/daily_editor.h"
 #include "prep/data_menu.h"
 #include "tests/prep/prep_fixture.h"
@@ -14,7 +14,7 @@ constexpr int k_simulation = 1;
 
 class DataMenuVariables : public PrepTest {
 protected:
-    /// A record of two days; the simulation asks for the second one and the day behind it.
+    /// A record of two days; the simulation needs the second of them and the day after it.
     DataMenuVariables() {
         select("wet", october(2), october(3));
         add_physical({{.zone = 1, .date = october(1), .runoff = 1.5F},

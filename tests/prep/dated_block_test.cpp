@@ -20,7 +20,7 @@ protected:
                                parameter_day(1, october(4), 0.5F)});
     }
 
-    /// Where a block goes, as "row column text".
+    /// Where the cells of a block are placed, as "row column text".
     std::vector<std::string> placed(const CellBlock& cells, std::size_t active = 1) {
         const auto block = read_dated_block(cells);
         if (!block) return {"not dated"};
@@ -60,7 +60,7 @@ TEST_F(DatedBlockTest, LinesGoToTheirDaysAndColumnsToTheirHeadings) {
     EXPECT_THAT(places_.headers, ElementsAre("Tcrit", "AN"));
 }
 
-TEST_F(DatedBlockTest, OtherDaysAndUnknownHeadingsAreLeftOutAndNamed) {
+TEST_F(DatedBlockTest, OtherDaysAndUnknownHeadingsAreOmittedAndNamed) {
     EXPECT_THAT(placed({{"Date", "Wind", "AN"}, {"10/03/1980", "3", "0.3"}, {"10/02/1980", "2", "0.2"}}),
                 ElementsAre("1 3 0.2"));
     EXPECT_EQ(places_.other_days, 1U);
@@ -109,13 +109,13 @@ TEST_F(DatedBlockTest, AColumnInTwoHeadingsIsRefusedWithBothHeadings) {
     EXPECT_EQ(dated_paste_question(places_).buttons, Buttons::OkCancel);
 }
 
-TEST_F(DatedBlockTest, ADateThatIsTwiceButNoDayOfTheTableHindersNothing) {
+TEST_F(DatedBlockTest, ADuplicateDateOutsideTheTableIsIgnored) {
     EXPECT_THAT(placed({{"Date", "AN"}, {"10/01/1990", "1"}, {"10/01/1990", "2"}, {"10/01/1980", "3"}}),
                 ElementsAre("0 3 3"));
     EXPECT_EQ(dated_paste_question(places_).buttons, Buttons::YesNoCancel);
 }
 
-TEST_F(DatedBlockTest, ABlockOfOtherDaysHasNoPlace) {
+TEST_F(DatedBlockTest, ABlockOfOtherDaysIsNotPlaced) {
     EXPECT_THAT(placed({{"Date", "AN"}, {"10/01/1990", "1"}}), IsEmpty());
     EXPECT_EQ(places_.days, 0U);
 }

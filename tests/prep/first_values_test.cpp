@@ -1,4 +1,4 @@
-// The parameter table of a definition and its first values, and the rows of a climate run.
+// The parameter table of a definition, its first values, and the rows of a climate run.
 #include "prep/daily_records.h"
 #include "tests/prep/prep_fixture.h"
 
@@ -15,7 +15,7 @@ constexpr const char* k_overwrite =
     "Continue!";
 constexpr const char* k_values_of = "SELECT LapseRate, Tcrit, An, Cs, Cr, LagTime, RCA, Xcoeff, Ycoeff FROM ";
 
-/// Halves and quarters, which every field holds to the bit.
+/// Halves and quarters, which every field holds exactly.
 ParameterRow first_values() {
     ParameterRow row;
     row.tcrit = 0.75F;
@@ -55,7 +55,7 @@ TEST_F(FirstValuesTest, FillEveryZoneAndDayOfANewTable) {
     EXPECT_TRUE(is_free());
 }
 
-TEST_F(FirstValuesTest, ANewTableIsToldOfAndNotAskedAbout) {
+TEST_F(FirstValuesTest, ANewTableIsReportedAndNotAskedAbout) {
     select("wet", october(1), october(1));
     build();
     ASSERT_EQ(messages(), 1U);
@@ -67,7 +67,7 @@ TEST_F(FirstValuesTest, ANewTableIsToldOfAndNotAskedAbout) {
     EXPECT_EQ(last_message().buttons, Buttons::Ok);
 }
 
-TEST_F(FirstValuesTest, OverwriteTheDaysThatATableHasAlready) {
+TEST_F(FirstValuesTest, OverwriteTheExistingDaysOfATable) {
     select("wet", october(1), october(2));
     add_parameters("wet", {parameter_day(2, october(1), 9.0F)});
     build();
@@ -77,7 +77,7 @@ TEST_F(FirstValuesTest, OverwriteTheDaysThatATableHasAlready) {
                                            k_first_values_text));
 }
 
-TEST_F(FirstValuesTest, OfAWholeTableAreWrittenAfterAQuestion) {
+TEST_F(FirstValuesTest, OfACompleteTableAreWrittenAfterAQuestion) {
     select("wet", october(1), october(1));
     add_parameters("wet", {parameter_day(1, october(1), 8.0F), parameter_day(2, october(1), 9.0F)});
     dialogs_.then(Answer::Ok);
@@ -89,7 +89,7 @@ TEST_F(FirstValuesTest, OfAWholeTableAreWrittenAfterAQuestion) {
     EXPECT_THAT(values("wet"), ElementsAre(k_first_values_text, k_first_values_text));
 }
 
-TEST_F(FirstValuesTest, ACancelLeavesAWholeTableAsItWas) {
+TEST_F(FirstValuesTest, ACancelLeavesACompleteTableAsItWas) {
     select("wet", october(1), october(1));
     add_parameters("wet", {parameter_day(1, october(1), 8.0F), parameter_day(2, october(1), 9.0F)});
     dialogs_.then(Answer::Cancel);
@@ -99,7 +99,7 @@ TEST_F(FirstValuesTest, ACancelLeavesAWholeTableAsItWas) {
 
 TEST_F(FirstValuesTest, RowsOutsideThePeriodCountAsPresentAndKeepTheirValues) {
     select("wet", october(3), october(3));
-    // Two rows are needed and two are there, though neither of them is of the period.
+    // Two rows are needed and two exist, though neither is in the period.
     add_parameters("wet", {parameter_day(1, october(1), 8.0F), parameter_day(1, october(2), 9.0F)});
     dialogs_.then(Answer::Ok);
     build();
@@ -108,7 +108,7 @@ TEST_F(FirstValuesTest, RowsOutsideThePeriodCountAsPresentAndKeepTheirValues) {
     EXPECT_THAT(rows("SELECT An FROM wet ORDER BY rowid"), ElementsAre("8.0", "9.0", "0.375", "0.375"));
 }
 
-TEST_F(FirstValuesTest, AreWrittenIntoEachRowOfADayThatHasTwo) {
+TEST_F(FirstValuesTest, AreWrittenIntoBothRowsOfADayThatHasTwo) {
     select("wet", october(1), october(1));
     add_parameters("wet", {parameter_day(1, october(1), 8.0F), parameter_day(1, october(1), 9.0F)});
     dialogs_.then(Answer::Ok);
@@ -122,7 +122,7 @@ TEST_F(FirstValuesTest, OfXAndYAreSinglesInADoubleField) {
     prep_.working_record.first_values.xcoeff = 1.1;
     prep_.working_record.first_values.ycoeff = 0.025;
     build();
-    // The Single nearest to 1.1 is 9227469 / 2^23, the one nearest to 0.025 is 13421773 / 2^29.
+    // The Single nearest to 1.1 is 9227469 / 2^23; the one nearest to 0.025 is 13421773 / 2^29.
     EXPECT_THAT(rows("SELECT Xcoeff = 9227469.0 / 8388608.0, Ycoeff = 13421773.0 / 536870912.0 FROM wet"),
                 ElementsAre("1 1", "1 1"));
 }
@@ -157,7 +157,7 @@ TEST_F(FirstValuesTest, ThatAreMissingStopTheWorkAfterItsMessage) {
     EXPECT_TRUE(is_free());
 }
 
-TEST_F(FirstValuesTest, BeyondTheirFieldsStopTheWork) {
+TEST_F(FirstValuesTest, ThatExceedTheirFieldsStopTheWork) {
     select("wet", october(1), october(1));
     prep_.working_record.first_values.lag_hours = 40000.0F;
     EXPECT_THROW(build(), std::invalid_argument);
@@ -181,10 +181,10 @@ TEST_F(FirstValuesTest, WithoutATableNothingIsAsked) {
     EXPECT_EQ(messages(), 0U);
 }
 
-TEST_F(FirstValuesTest, AreAllTakenBackWhereARowIsRefused) {
+TEST_F(FirstValuesTest, AreAllRolledBackIfARowIsRefused) {
     select("wet", october(1), october(2));
     database_.drop_table("wet");
-    // A check of the file refuses the last of the four rows.
+    // A CHECK constraint of the table refuses the last of the four rows.
     database_.execute(
         "CREATE TABLE wet (Zone SMALLINT, Date DATE, Tcrit FLOAT, LagTime FLOAT, LapseRate FLOAT, An FLOAT, "
         "Cs FLOAT, Cr FLOAT, RCA SMALLINT, Xcoeff DOUBLE, Ycoeff DOUBLE, CHECK (Zone < 2 OR Date < " +

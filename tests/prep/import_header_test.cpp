@@ -1,4 +1,4 @@
-// What an import does to the basin's header, units and zones, and what it asks and says there.
+// What an import does to the basin's header, units and zones, and which questions and messages it shows.
 #include "tests/prep/scratch_basin.h"
 
 #include <gmock/gmock.h>
@@ -17,7 +17,7 @@ LegacyParts english() {
     return parts;
 }
 
-/// Another year with other zones, so that what is replaced can be told from what is kept.
+/// Another year with other zones, so that replaced values differ from kept ones.
 LegacyParts next_year() {
     LegacyParts parts;
     parts.year = "1997";
@@ -48,7 +48,7 @@ TEST(ImportHeader, ABlankReferenceElevationStaysBlank) {
     EXPECT_EQ(basin.header().reference_elevation, std::nullopt);
 }
 
-TEST(ImportHeader, ALongNameIsCutToFiftyCharactersAndNotWithinALetter) {
+TEST(ImportHeader, ALongNameIsCutToFiftyCharactersButNotWithinOne) {
     const ScratchBasin basin;
     LegacyParts parts;
     std::string name;
@@ -58,7 +58,7 @@ TEST(ImportHeader, ALongNameIsCutToFiftyCharactersAndNotWithinALetter) {
     EXPECT_THAT(basin.header().name, Optional(name.substr(0, 100)));
 }
 
-/// A basin as the main window leaves it once its number of zones is fixed: rows without areas.
+/// A basin as the main window leaves it once its number of zones is fixed: zone rows without areas.
 class BasinWithFixedZones : public ScratchBasin {
 public:
     explicit BasinWithFixedZones(int zones) {
@@ -192,7 +192,7 @@ TEST(ImportZones, EachAspectGetsTheShareOneAndTheZonesElevation) {
     for (const Aspect& aspect : zones[1].aspects) EXPECT_THAT(aspect.elevation, Optional(DoubleEq(2500.0)));
 }
 
-TEST(ImportZones, ZonesThatWereJustMadeAreNotAskedAbout) {
+TEST(ImportZones, ZonesThatWereJustCreatedAreNotAskedAbout) {
     const ScratchBasin basin;
     ScriptedDialogs dialogs;
     dialogs.then_text("first");
@@ -201,7 +201,7 @@ TEST(ImportZones, ZonesThatWereJustMadeAreNotAskedAbout) {
     EXPECT_TRUE(dialogs.complaints().empty());
 }
 
-TEST(ImportZones, ZonesThatAreThoseOfTheFileAreNotAskedAboutAndKeepTheirAspects) {
+TEST(ImportZones, ZonesEqualToThoseOfTheFileAreNotAskedAboutAndKeepTheirAspects) {
     const ScratchBasin basin;
     basin.first_import(LegacyParts{});
     LegacyParts parts;
@@ -234,7 +234,7 @@ TEST(ImportZones, AnotherNumberOfZonesIsRefusedWithAStop) {
     }
 }
 
-TEST(ImportZones, UnitsAreLookedAtBeforeZones) {
+TEST(ImportZones, UnitsAreCheckedBeforeZones) {
     const ScratchBasin basin;
     basin.first_import(LegacyParts{});
     LegacyParts parts = english();
@@ -271,7 +271,7 @@ TEST(ImportZones, YesReplacesTheDefinition) {
     EXPECT_THAT(zones[1].elevation, Optional(DoubleEq(2501.0)));
 }
 
-TEST(ImportZones, NoKeepsTheDefinitionAndGoesOn) {
+TEST(ImportZones, NoKeepsTheDefinitionAndContinues) {
     const ScratchBasin basin;
     basin.first_import(LegacyParts{});
     ScriptedDialogs dialogs;

@@ -1,4 +1,4 @@
-// The name of an imported simulation, and what an import that fails or is broken off leaves behind.
+// The name of an imported simulation, and what a failed or cancelled import leaves.
 #include "tests/prep/scratch_basin.h"
 
 #include <gmock/gmock.h>
@@ -8,14 +8,14 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(OfferedName, IsTheFilesNameWithoutItsEnding) {
+TEST(OfferedName, IsTheFilesNameWithoutItsExtension) {
     EXPECT_EQ(offered_simulation_name("alder.nvr"), "alder");
     EXPECT_EQ(offered_simulation_name("ALDER.NVR"), "ALDER");
     EXPECT_EQ(offered_simulation_name("alder 1996.NVR"), "alder 1996");
     EXPECT_EQ(offered_simulation_name(".nvr"), "");
 }
 
-TEST(OfferedName, OnlyTheTwoSpellingsOfTheEndingAreCutOff) {
+TEST(OfferedName, OnlyTheTwoSpellingsOfTheExtensionAreRemoved) {
     EXPECT_EQ(offered_simulation_name("alder.Nvr"), "alder.Nvr");
     EXPECT_EQ(offered_simulation_name("alder.txt"), "alder.txt");
     EXPECT_EQ(offered_simulation_name("nvr"), "nvr");
@@ -48,7 +48,7 @@ TEST(ImportName, WithoutANameNothingIsImported) {
     }
 }
 
-TEST(ImportName, WithoutANameAFilledBasinKeepsItsZones) {
+TEST(ImportName, WithoutANameABasinWithDataKeepsItsZones) {
     const ScratchBasin basin;
     basin.first_import(LegacyParts{});
     const std::string before = file_bytes(basin.path());
@@ -113,10 +113,11 @@ TEST(ImportTwice, AnotherNameGivesASecondParameterTable) {
     EXPECT_EQ(basin.parameters("alder 2").size(), 6U);
 }
 
-TEST(ImportFault, WhatTheStoreRefusesHalfWayIsUndoneToTheLastByte) {
+TEST(ImportFault, AnErrorOfTheStoreHalfWayIsUndoneToTheLastByte) {
     const ScratchBasin basin;
     basin.first_import(LegacyParts{}, "alder");
-    // No zone bears such a number: it is met when the days that exist are looked for, behind header and name.
+    // A zone number that its field cannot hold. It is read when existing days are
+    // searched, after the header and the name.
     basin.execute("INSERT INTO PhysicalData (Zone, Date) VALUES (-40000, " + std::to_string(day(1996, 4, 1)) +
                   ")");
     const std::string before = file_bytes(basin.path());

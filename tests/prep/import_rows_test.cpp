@@ -1,4 +1,4 @@
-// The daily rows, the parameter rows and the simulation record that an import makes.
+// The daily rows, the parameter rows and the simulation record of an import.
 #include "tests/prep/scratch_basin.h"
 
 #include <gmock/gmock.h>
@@ -42,7 +42,7 @@ TEST(ImportDays, EachVariableGoesToItsField) {
     EXPECT_EQ(rows[3].sca, 0.9F);
 }
 
-TEST(ImportDays, RunoffStandsInTheRowsOfEveryZone) {
+TEST(ImportDays, RunoffIsInTheRowsOfEveryZone) {
     const ScratchBasin basin;
     LegacyParts parts;
     parts.section(LegacySection::Runoff) = numbered_section(1);
@@ -61,7 +61,7 @@ TEST(ImportDays, NetRadiationIsZero) {
     for (const PhysicalRow& row : basin.days()) EXPECT_EQ(row.net_radiation, 0.0F);
 }
 
-TEST(ImportDays, AWaterYearTakesItsSpringFromTheBeginningOfTheValues) {
+TEST(ImportDays, AWaterYearTakesItsSpringFromTheStartOfTheValues) {
     const ScratchBasin basin;
     LegacyParts parts;
     parts.start = "1230";
@@ -120,7 +120,7 @@ TEST(ImportParameters, EachParameterGoesToItsField) {
     EXPECT_THAT(rows[5].rca, Optional(std::int16_t{0}));
 }
 
-// 0.5 and 2.5 lie half way between two whole numbers and go to the even one.
+// 0.5 and 2.5 are ties and round to the even whole number.
 TEST(ImportParameters, TheRainSwitchIsRoundedToAWholeNumber) {
     const ScratchBasin basin;
     LegacyParts parts;
@@ -197,7 +197,7 @@ TEST(ImportRecord, IsBasinwideAndAverageWithABlankInitialRunoff) {
 TEST(ImportRecord, KeepsTheFirstDaysParametersOfZoneOne) {
     const ScratchBasin basin;
     LegacyParts parts;
-    // Day 92 of the leap year is the first of the period.
+    // The first day of the period is day 92 of the leap year.
     parts.section(LegacySection::An) = "91*1,0.45,0.46,272*2,366*3/";
     const ParameterRow first = basin.first_import(parts).first_values;
     EXPECT_EQ(first.zone, 1);
@@ -229,7 +229,7 @@ TEST(ImportRecord, IsNotInTheSimulationIndexYet) {
     EXPECT_TRUE(basin.rows<Simulation>(template_table(k_simulation_index)).empty());
 }
 
-/// 2 to 5 April of the same year with a runoff of 20: two of its days are those of the first import.
+/// 2 to 5 April of the same year with a runoff of 20; two of its days belong to the first import, too.
 LegacyParts overlapping() {
     LegacyParts parts;
     parts.start = "0402";
@@ -278,7 +278,7 @@ TEST(ImportOverDays, NoKeepsTheRowsAndAddsTheMissingDaysAlone) {
     }
 }
 
-TEST(ImportOverDays, NoAddsTheZoneThatADayLacks) {
+TEST(ImportOverDays, NoAddsAMissingZoneOfADay) {
     const ScratchBasin basin;
     basin.first_import(LegacyParts{});
     basin.execute("DELETE FROM PhysicalData WHERE Zone = 2 AND Date = " + std::to_string(day(1996, 4, 2)));
@@ -311,7 +311,7 @@ TEST(ImportOverDays, OtherDaysAreNotAskedAbout) {
     const ScratchBasin basin;
     basin.first_import(LegacyParts{});
     LegacyParts parts;
-    parts.start = "0404";  // the day behind the last one
+    parts.start = "0404";  // the day after the last one
     parts.end = "0405";
     ScriptedDialogs dialogs;
     dialogs.then_text("second");
@@ -320,7 +320,7 @@ TEST(ImportOverDays, OtherDaysAreNotAskedAbout) {
     EXPECT_EQ(basin.days().size(), 10U);
 }
 
-TEST(ImportOverDays, RowsOfZonesThatTheBasinHasNotAreNeitherAskedAboutNorDeleted) {
+TEST(ImportOverDays, RowsOfZonesThatTheBasinLacksAreNeitherAskedAboutNorDeleted) {
     const ScratchBasin basin;
     basin.execute("INSERT INTO PhysicalData (Zone, Date, Runoff) VALUES (3, " +
                   std::to_string(day(1996, 4, 2)) + ", 99)");

@@ -1,4 +1,4 @@
-// Legacy files that are cut, broken or no such file at all: each is refused in one line, none does harm.
+// Legacy files that are cut, damaged or something else: each is refused with a message of one line.
 #include "tests/prep/legacy_text.h"
 
 #include <gmock/gmock.h>
@@ -12,7 +12,7 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-/// What the reader says of a text, or nothing where it reads it. Any other exception ends the test.
+/// The reader's refusal of a text, if any. Any other exception ends the test.
 std::optional<LegacyFileError> refusal(const std::string& text) {
     try {
         static_cast<void>(read_legacy_file(text));
@@ -31,7 +31,7 @@ TEST(LegacyDamage, AFileCutAtAnyByteIsRefusedInOneLineThatSaysWhere) {
     parts.change_day = "0402";
     parts.section(LegacySection::Precip) = "0.5,3*0.25\n300*0\n/";
     const std::string text = parts.text();
-    // Only the line end behind the last stroke is not needed.
+    // Only the line end after the last slash may be missing.
     for (std::size_t length = 0; length + 1 < text.size(); ++length) {
         SCOPED_TRACE(length);
         const auto error = refusal(text.substr(0, length));
@@ -69,20 +69,20 @@ TEST(LegacyDamage, AnEmptyFileIsRefused) {
     }
 }
 
-TEST(LegacyDamage, AMissingLastStrokeIsRefusedAtTheEndOfTheFile) {
+TEST(LegacyDamage, AMissingLastSlashIsRefusedAtTheEndOfTheFile) {
     LegacyParts parts;
     parts.section(LegacySection::RCA) = "366*1,366*0";
     const auto error = refusal(parts.text());
     ASSERT_TRUE(error.has_value());
-    EXPECT_EQ(error->line(), 50);  // behind the 49 lines of the file
+    EXPECT_EQ(error->line(), 50);  // after the 49 lines of the file
     EXPECT_THAT(error->what(), HasSubstr("daily section 13 (RCA)"));
     EXPECT_THAT(error->what(), HasSubstr("'/'"));
 }
 
-TEST(LegacyDamage, AMissingStrokeInTheMiddleRunsIntoTheNextSectionsAndIsRefused) {
+TEST(LegacyDamage, AMissingSlashInTheMiddleContinuesIntoTheNextSectionsAndIsRefused) {
     LegacyParts parts;
     parts.section(LegacySection::Tmax) = "366*12,366*6";
-    // Tmax takes Tmin's line for its own, and one section is missing at the end.
+    // Tmax continues into the line of Tmin, so that one section is missing at the end.
     const auto error = refusal(parts.text());
     ASSERT_TRUE(error.has_value());
     EXPECT_THAT(error->what(), HasSubstr("daily section 13 (RCA)"));
@@ -102,13 +102,13 @@ TEST(LegacyDamage, AProgramAPictureOrADatabaseIsRefusedAtItsFirstItem) {
     }
 }
 
-TEST(LegacyDamage, TextOfTwoBytesACharacterIsRefused) {
+TEST(LegacyDamage, TextWithTwoBytesPerCharacterIsRefused) {
     std::string wide = "\xff\xfe";
     for (const char character : LegacyParts{}.text()) wide += {character, '\0'};
     EXPECT_TRUE(refusal(wide).has_value());
 }
 
-TEST(LegacyDamage, AZeroByteInAValueIsRefusedAndShownAsAMark) {
+TEST(LegacyDamage, AZeroByteInAValueIsRefusedAndShownAsAPlaceholder) {
     LegacyParts parts;
     parts.section(LegacySection::Tmin) = std::string{"1,2\0,3/", 7};
     const auto error = refusal(parts.text());
@@ -116,7 +116,7 @@ TEST(LegacyDamage, AZeroByteInAValueIsRefusedAndShownAsAMark) {
     EXPECT_THAT(error->what(), HasSubstr("Line 39, daily section 3 (Tmin): '2?' is not a number"));
 }
 
-TEST(LegacyDamage, AVeryLongValueIsShownByItsHead) {
+TEST(LegacyDamage, OnlyTheStartOfAVeryLongValueIsShown) {
     LegacyParts parts;
     parts.section(LegacySection::Tmin) = std::string(1000000, 'q') + "/";
     const auto error = refusal(parts.text());
@@ -163,7 +163,7 @@ TEST(LegacyDamage, RandomChangesNeverDoMoreThanRefuse) {
             ++refused;
         }
     }
-    // Some changes fall into items that nobody uses, and others break what is needed.
+    // Some changes hit items that nobody uses; others break what is needed.
     EXPECT_GT(read, 0) << "seed " << seed;
     EXPECT_GT(refused, 0) << "seed " << seed;
 }

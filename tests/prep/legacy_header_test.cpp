@@ -10,7 +10,7 @@ using testing::DoubleEq;
 using testing::HasSubstr;
 using testing::Optional;
 
-/// What the reader says of a file, or an empty text where it reads it.
+/// The reader's refusal of a file; empty if it reads the file.
 std::string refusal(const LegacyParts& parts) {
     try {
         static_cast<void>(parts.read());
@@ -28,8 +28,8 @@ LegacyParts of_version(const std::string& version, bool has_threshold, bool has_
     return parts;
 }
 
-// The zones stand behind item 27 and the extra value: they come out right only if exactly what the version
-// holds was read.
+// The zones follow item 27 and the extra value: they are right only if the
+// reader read exactly the items of this version.
 void expect_alder_zones(const LegacyFile& file) {
     ASSERT_EQ(file.zones.size(), 2U);
     EXPECT_EQ(file.zones[0].area, 40.0);
@@ -38,7 +38,7 @@ void expect_alder_zones(const LegacyFile& file) {
     EXPECT_EQ(file.zones[1].elevation, 2500.0);
 }
 
-TEST(LegacyVersion, AStrokeStandsForVersionOne) {
+TEST(LegacyVersion, ASlashMeansVersionOne) {
     const LegacyFile file = of_version("/", false, false).read();
     EXPECT_EQ(file.version, 1.0F);
     expect_alder_zones(file);
@@ -71,17 +71,17 @@ TEST(LegacyVersion, AboveThreePointOneAFileHasOneMoreNumber) {
     }
 }
 
-// 3.1 as a Single is 3.0999999046, as a Double 3.1000000000000001: only in Singles are the two the same.
+// 3.1 as a Single is 3.0999999046, as a Double 3.1000000000000001: only as Singles are the two equal.
 TEST(LegacyVersion, AVersionIsComparedAsASingle) {
     const LegacyFile file = of_version("Version 3.1", true, false).read();
     EXPECT_EQ(file.version, 3.1F);
     expect_alder_zones(file);
 
-    // As a Single 3.10000001 is 3.1 as well, since Singles lie 2.4E-07 apart here.
+    // 3.10000001 as a Single is 3.1, too: Singles are 2.4E-07 apart here.
     expect_alder_zones(of_version("Version 3.10000001", true, false).read());
 }
 
-TEST(LegacyVersion, ItsNumberStandsFromTheNinthCharacterOn) {
+TEST(LegacyVersion, ItsNumberStartsAtTheNinthCharacter) {
     EXPECT_EQ(of_version("Format #3.2", true, true).read().version, 3.2F);
     EXPECT_EQ(of_version("\"Version 3.2\"", true, true).read().version, 3.2F);
     EXPECT_EQ(of_version("Version  2.1", true, false).read().version, 2.1F);
@@ -107,7 +107,7 @@ TEST(LegacyThreshold, TheDefaultOfAnEnglishFileIs2Point36Inches) {
     EXPECT_THAT(parts.read().rain_threshold, Optional(DoubleEq(2.36)));
 }
 
-TEST(LegacyThreshold, TheFilesOwnOneHoldsInEnglishUnitsToo) {
+TEST(LegacyThreshold, TheFilesOwnOneIsUsedInEnglishUnitsToo) {
     LegacyParts parts;
     parts.units = "1";
     EXPECT_THAT(parts.read().rain_threshold, Optional(DoubleEq(5.0)));
@@ -125,7 +125,7 @@ TEST(LegacyThreshold, LettersAreRefused) {
     EXPECT_THAT(refusal(parts), HasSubstr("Line 27, header item 27: "));
 }
 
-TEST(LegacyUnits, ZeroIsMetricAndAllElseEnglish) {
+TEST(LegacyUnits, ZeroIsMetricAndAnythingElseEnglish) {
     for (const auto& [item, english] : std::vector<std::pair<std::string, bool>>{
              {"0", false}, {" 0 ", false}, {"\"0\"", false}, {"1", true}, {"2", true}, {"-1", true}}) {
         SCOPED_TRACE(item);
@@ -135,7 +135,7 @@ TEST(LegacyUnits, ZeroIsMetricAndAllElseEnglish) {
     }
 }
 
-TEST(LegacyItem16, AFileMayLeaveItsPlaceOut) {
+TEST(LegacyItem16, AFileMayOmitIt) {
     LegacyParts parts;
     parts.item_16.reset();
     const LegacyFile file = parts.read();
@@ -157,7 +157,7 @@ TEST(LegacyItem16, ItsContentDoesNotCount) {
     }
 }
 
-TEST(LegacyItem16, TheOldestFormMayLeaveItOutToo) {
+TEST(LegacyItem16, TheOldestFormMayOmitItToo) {
     LegacyParts parts = of_version("/", false, false);
     parts.item_16.reset();
     expect_alder_zones(parts.read());
@@ -172,7 +172,7 @@ TEST(LegacyHeader, TheItemsThatNobodyUsesMayHoldAnything) {
     }
 }
 
-TEST(LegacyHeader, ItsItemsMayStandOnOneLine) {
+TEST(LegacyHeader, ItsItemsMayBeOnOneLine) {
     LegacyParts parts;
     std::string text = parts.text();
     const std::size_t header_end = text.find("366*");
@@ -185,7 +185,7 @@ TEST(LegacyHeader, ItsItemsMayStandOnOneLine) {
     EXPECT_EQ(file.value(LegacySection::Runoff, 0, day(1996, 4, 1)), 10.0F);
 }
 
-TEST(LegacyHeader, APairMayStandOnTwoLines) {
+TEST(LegacyHeader, APairMayBeOnTwoLines) {
     LegacyParts parts;
     parts.pairs[0] = "40\n1500";
     expect_alder_zones(parts.read());
@@ -223,7 +223,7 @@ TEST(LegacyHeader, LettersForANumberAreRefusedAtTheirLine) {
     parts.x = "zero";
     EXPECT_THAT(refusal(parts), HasSubstr("Line 21, header item 21: "));
     parts = {};
-    parts.y = "1,5";  // the 5 takes the place of the later y, and that of the change day
+    parts.y = "1,5";  // the 5 is read as the later y, and the later y as the change day
     parts.y_later = "not read";
     parts.change_day = "0402";
     EXPECT_THAT(refusal(parts), HasSubstr("Line 24, header item 25: "));
@@ -241,8 +241,8 @@ TEST(LegacyHeader, ANumberTooLargeForADoubleIsRefused) {
     EXPECT_THAT(refusal(parts), HasSubstr("Line 29, header item 28: "));
 }
 
-// A line of a binary file can be of any length and hold control characters, which a terminal would obey.
-TEST(LegacyHeader, ARefusalShowsAtMostTheHeadOfAnItemAndNoControlCharacters) {
+// A line of a binary file may have any length and contain control characters, which a terminal would execute.
+TEST(LegacyHeader, ARefusalShowsAtMostTheStartOfAnItemAndNoControlCharacters) {
     LegacyParts parts;
     parts.x = "\x1b[2J" + std::string(100000, 'x');
     const std::string said = refusal(parts);
@@ -264,7 +264,7 @@ TEST(LegacyZones, OneToEightAreRead) {
     }
 }
 
-TEST(LegacyZones, APairBehindTheLastZoneIsPassedOver) {
+TEST(LegacyZones, APairAfterTheLastZoneIsSkipped) {
     LegacyParts parts;
     parts.zones = "1";
     const LegacyFile file = parts.read();
@@ -272,7 +272,7 @@ TEST(LegacyZones, APairBehindTheLastZoneIsPassedOver) {
     EXPECT_EQ(file.zones[0].area, 40.0);
 }
 
-TEST(LegacyZones, APairBehindTheLastZoneMayBeBlank) {
+TEST(LegacyZones, APairAfterTheLastZoneMayBeBlank) {
     LegacyParts parts;
     parts.zones = "1";
     for (std::size_t pair = 1; pair < parts.pairs.size(); ++pair) parts.pairs[pair] = ",";
@@ -305,7 +305,7 @@ TEST(LegacyZones, FewerThanEightPairsAreRefused) {
     EXPECT_THAT(refusal(parts), HasSubstr("header item"));
 }
 
-TEST(LegacyName, TheQuotesOfFreeFormatInputAreNoPartOfIt) {
+TEST(LegacyName, TheQuotesOfFreeFormatInputAreNotPartOfIt) {
     for (const char* version : {"Version 3.11", "Version 3.2"}) {
         SCOPED_TRACE(version);
         LegacyParts parts;
@@ -317,7 +317,7 @@ TEST(LegacyName, TheQuotesOfFreeFormatInputAreNoPartOfIt) {
     }
 }
 
-TEST(LegacyName, UpTo3Point11QuotesOfItsOwnAreCutOff) {
+TEST(LegacyName, UpTo3Point11QuotesOfItsOwnAreRemoved) {
     LegacyParts parts;
     parts.version = "Version 3.11";
     parts.name = "\"\"Alder Brook\"\"";

@@ -38,14 +38,14 @@ TEST(LegacyPeriod, BlanksAroundADateDoNotCount) {
     EXPECT_EQ(file.end, day(1995, 11, 9));
 }
 
-TEST(LegacyPeriod, AYearMayBeCoveredWhole) {
+TEST(LegacyPeriod, AWholeYearMayBeCovered) {
     const LegacyFile leap = of_period("0101", "1231", "1996").read();
     EXPECT_EQ(leap.end - leap.start + 1, 366);
     const LegacyFile common = of_period("0101", "1231", "1995").read();
     EXPECT_EQ(common.end - common.start + 1, 365);
 }
 
-TEST(LegacyPeriod, AnEarlierEndMonthLiesInTheNextYear) {
+TEST(LegacyPeriod, AnEarlierEndMonthIsInTheNextYear) {
     const LegacyFile winter = of_period("1215", "0110", "1996").read();
     EXPECT_EQ(winter.start, day(1996, 12, 15));
     EXPECT_EQ(winter.end, day(1997, 1, 10));
@@ -75,10 +75,10 @@ TEST(LegacyPeriod, TheLeapDayIsTakenFromItsOwnYear) {
     EXPECT_THAT(refusal(of_period("1101", "0229", "1996")), HasSubstr("Line 4, header item 4: "));
 }
 
-TEST(LegacyPeriod, TextsThatAreNoDateAreRefusedAtTheirLine) {
+TEST(LegacyPeriod, TextsThatAreNotDatesAreRefusedAtTheirLine) {
     for (const char* text :
          {"", "0", "101", "0431", "1301", "0001", "0100", "ab01", "01cd", "\"\"", "-101",
-          // The whole item counts, also what stands behind a date.
+          // The whole item counts, including what follows a date.
           "0403\xc3\xb9", "0403\xf9", "04031", "0403 x", "04 3", "3.157", "3.15", "+4+3", "1e01", "0403.0"}) {
         SCOPED_TRACE(text);
         EXPECT_THAT(refusal(of_period(text, "1231", "1996")), HasSubstr("Line 2, header item 2: "));
@@ -86,7 +86,7 @@ TEST(LegacyPeriod, TextsThatAreNoDateAreRefusedAtTheirLine) {
     }
 }
 
-TEST(LegacyPeriod, AYearOutsideThoseOfTheProgramIsRefused) {
+TEST(LegacyPeriod, AYearOutsideTheProgramsRangeIsRefused) {
     EXPECT_EQ(of_period("0101", "0102", "1900").read().start, day(1900, 1, 1));
     EXPECT_EQ(of_period("0101", "0102", "2300").read().start, day(2300, 1, 1));
     for (const char* year : {"1899", "2301", "96", "-1996", "1996.5", "MCMXCVI", ""}) {
@@ -101,24 +101,24 @@ LegacyParts with_change(const std::string& change_day) {
     return parts;
 }
 
-TEST(LegacyChangeDay, FromTheStartOnItLiesInTheYearOfTheStart) {
+TEST(LegacyChangeDay, FromTheStartOnItIsInTheYearOfTheStart) {
     EXPECT_THAT(with_change("1115").read().change_day, Optional(day(1996, 11, 15)));
     EXPECT_THAT(with_change("1001").read().change_day, Optional(day(1996, 10, 1)));
 }
 
-TEST(LegacyChangeDay, BeforeTheStartItLiesInTheYearAfter) {
+TEST(LegacyChangeDay, BeforeTheStartItIsInTheNextYear) {
     EXPECT_THAT(with_change("0615").read().change_day, Optional(day(1997, 6, 15)));
     EXPECT_THAT(with_change("0930").read().change_day, Optional(day(1997, 9, 30)));
 }
 
-// A period within one year has no day of the next: the change then lies behind its end and never comes.
+// A period within one year has no day of the next year: the change is after its end and never happens.
 TEST(LegacyChangeDay, BeforeTheStartOfAPeriodWithinOneYearItComesAfterItsEnd) {
     LegacyParts parts = of_period("0401", "0930", "1996");
     parts.change_day = "0301";
     EXPECT_THAT(parts.read().change_day, Optional(day(1997, 3, 1)));
 }
 
-TEST(LegacyChangeDay, ALeapDayBeforeTheStartIsThatOfTheYearAfter) {
+TEST(LegacyChangeDay, ALeapDayBeforeTheStartIsThatOfTheNextYear) {
     LegacyParts parts = of_period("1001", "0930", "1995");
     parts.change_day = "0229";
     EXPECT_THAT(parts.read().change_day, Optional(day(1996, 2, 29)));
@@ -138,7 +138,7 @@ TEST(LegacyChangeDay, AnEmptyItemMeansNoChange) {
     }
 }
 
-TEST(LegacyChangeDay, WithoutAChangeTheLaterCoefficientsAreNotLookedAt) {
+TEST(LegacyChangeDay, WithoutAChangeTheLaterCoefficientsAreNotRead) {
     LegacyParts parts = with_change("");
     parts.x_later = "none";
     parts.y_later = "";
@@ -154,7 +154,7 @@ TEST(LegacyChangeDay, WithAChangeTheLaterCoefficientsMustBeNumbers) {
     EXPECT_THAT(refusal(parts), HasSubstr("Line 24, header item 24: "));
 }
 
-TEST(LegacyChangeDay, ATextThatIsNoDateIsRefused) {
+TEST(LegacyChangeDay, ATextThatIsNotADateIsRefused) {
     for (const char* text : {"soon", "1", "1332", "06/15", "0615x", "3.157", "06150", "6.15"}) {
         SCOPED_TRACE(text);
         EXPECT_THAT(refusal(with_change(text)), HasSubstr("Line 25, header item 25: "));

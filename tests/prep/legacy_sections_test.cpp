@@ -8,7 +8,7 @@ namespace {
 
 using testing::HasSubstr;
 
-/// The first values of zone 1 in the section of Tmax, as a file reads them there.
+/// The first values of zone 1 in the section of Tmax, as the reader returns them.
 std::vector<float> first_values(const std::string& section, std::size_t count) {
     LegacyParts parts;
     parts.section(LegacySection::Tmax) = section;
@@ -40,17 +40,17 @@ TEST(LegacyRepeat, BlanksAroundItsPartsDoNotCount) {
 
 TEST(LegacyRepeat, MayBeWrittenWithAPoint) { EXPECT_EQ(first_values("2.0*7/", 3), (Values{7, 7, 0})); }
 
-TEST(LegacyRepeat, MayRunOnIntoTheNextZone) {
+TEST(LegacyRepeat, MayContinueIntoTheNextZone) {
     LegacyParts parts;
     parts.section(LegacySection::Tmax) = "360*1,12*2,360*3/";
     const LegacyFile file = parts.read();
-    // 360 + 6 values fill zone 1, the other 6 of the twelve begin zone 2.
+    // 360 + 6 values fill zone 1; the other 6 of the twelve start zone 2.
     EXPECT_EQ(file.value(LegacySection::Tmax, 0, day(1996, 12, 31)), 2.0F);
     EXPECT_EQ(file.value(LegacySection::Tmax, 1, day(1996, 1, 6)), 2.0F);
     EXPECT_EQ(file.value(LegacySection::Tmax, 1, day(1996, 1, 7)), 3.0F);
 }
 
-TEST(LegacyRepeat, OneThatIsNoWholeNumberFromOneOnIsRefusedAtItsLine) {
+TEST(LegacyRepeat, OneThatIsNotAPositiveWholeNumberIsRefusedAtItsLine) {
     for (const char* value : {"-3*1", "0*1", "1.5*1", "*1", "x*1", "1e400*1"}) {
         SCOPED_TRACE(value);
         EXPECT_THAT(refusal(LegacySection::Tmin, std::string{"1,2\n3,"} + value + "/"),
@@ -74,21 +74,21 @@ TEST(LegacyRepeat, OneWithoutAValueOrWithTwoIsRefused) {
     }
 }
 
-TEST(LegacyLines, ASectionRunsUpToTheLineThatEndsWithAStroke) {
+TEST(LegacyLines, ASectionEndsWithTheLineThatEndsWithASlash) {
     EXPECT_EQ(first_values("1,2\n3\n4,5/", 6), (Values{1, 2, 3, 4, 5, 0}));
 }
 
-TEST(LegacyLines, BlanksBehindTheStrokeDoNotCount) {
+TEST(LegacyLines, BlanksAfterTheSlashDoNotCount) {
     EXPECT_EQ(first_values("1,2\n3/ \t ", 4), (Values{1, 2, 3, 0}));
 }
 
-TEST(LegacyLines, ALoneStrokeEndsASectionWithoutAValue) {
+TEST(LegacyLines, ASlashAloneEndsASectionWithoutAValue) {
     EXPECT_EQ(first_values("1,2\n/", 3), (Values{1, 2, 0}));
     EXPECT_EQ(first_values("/", 2), (Values{0, 0}));
     EXPECT_EQ(first_values("  /", 2), (Values{0, 0}));
 }
 
-TEST(LegacyLines, ACommaAtTheEndOfALineAndALineWithoutAValueStandForNothing) {
+TEST(LegacyLines, ACommaAtTheEndOfALineAndALineWithoutAValueHaveNoMeaning) {
     EXPECT_EQ(first_values("1,2,\n\n  \n3,/", 4), (Values{1, 2, 3, 0}));
 }
 
@@ -96,7 +96,7 @@ TEST(LegacyLines, AnEmptyPlaceBetweenCommasIsRefused) {
     EXPECT_THAT(refusal(LegacySection::Tmin, "1,,2/"), HasSubstr("Line 39, daily section 3 (Tmin): "));
 }
 
-TEST(LegacyLines, AStrokeInTheMiddleOfALineIsRefused) {
+TEST(LegacyLines, ASlashInTheMiddleOfALineIsRefused) {
     EXPECT_THAT(refusal(LegacySection::Tmin, "1/2,3/"), HasSubstr("'1/2' is not a number"));
     EXPECT_THAT(refusal(LegacySection::Tmin, "1,2//"), HasSubstr("'2/' is not a number"));
 }
@@ -136,11 +136,11 @@ TEST(LegacyLines, TheLastLineNeedsNoLineEnd) {
     EXPECT_EQ(read_legacy_file(text).value(LegacySection::RCA, 0, day(1996, 4, 1)), 1.0F);
 }
 
-TEST(LegacyLines, WhatFollowsTheLastSectionIsNotLookedAt) {
+TEST(LegacyLines, WhatFollowsTheLastSectionIsNotRead) {
     EXPECT_EQ(read_legacy_file(LegacyParts{}.text() + "remarks\n\x1a").zones.size(), 2U);
 }
 
-TEST(LegacyLines, AByteOrderMarkIsPassedOver) {
+TEST(LegacyLines, AByteOrderMarkIsSkipped) {
     const LegacyFile file = read_legacy_file("\xEF\xBB\xBF" + LegacyParts{}.text());
     EXPECT_EQ(file.version, 3.2F);
     EXPECT_EQ(file.zones.size(), 2U);
@@ -151,7 +151,7 @@ TEST(LegacyValues, AllFormsOfANumberAreRead) {
 }
 
 TEST(LegacyValues, AreRoundedToSingles) {
-    // Singles lie 2 apart from 16777216 on, and the tie goes to the even one.
+    // From 16777216 on Singles are 2 apart; ties round to the even one.
     EXPECT_EQ(first_values("16777217,16777219/", 2), (Values{16777216, 16777220}));
 }
 
@@ -177,7 +177,7 @@ TEST(LegacyValues, OneBeyondTheLargestSingleIsRefused) {
 TEST(LegacyValues, ARainSwitchMustFitAnInteger) {
     EXPECT_EQ(refusal(LegacySection::RCA, "32767,-32768/"), "");
     for (const char* value : {"32768", "-32769", "1e9", "32767.4999"}) {
-        SCOPED_TRACE(value);  // the last one is 32767.5 as a Single, and 32768 as a whole number
+        SCOPED_TRACE(value);  // the last one is 32767.5 as a Single, which rounds to 32768
         EXPECT_THAT(refusal(LegacySection::RCA, std::string{value} + "/"),
                     HasSubstr("Line 49, daily section 13 (RCA): "));
     }
@@ -203,8 +203,8 @@ TEST(LegacyDays, AZoneHas366ValuesInEveryYear) {
     }
 }
 
-// 31 January + 28 or 29 February days: 1 March is day 60 of a common year and 61 of a leap year; 31 December
-// is 365 and 366.
+// 1 March is day 31 + 28 + 1 = 60 of a common year and 31 + 29 + 1 = 61 of a
+// leap year; 31 December is day 365 or 366.
 TEST(LegacyDays, AValueBelongsToTheOrdinalOfItsDay) {
     LegacyParts parts;
     parts.section(LegacySection::Tmax) = numbered_section(2);
@@ -216,8 +216,9 @@ TEST(LegacyDays, AValueBelongsToTheOrdinalOfItsDay) {
     EXPECT_EQ(file.value(LegacySection::Tmax, 1, day(1995, 12, 31)), 2365.0F);
 }
 
-// The days after a new year come from the beginning of the zone's values, by their ordinal in their own year.
-TEST(LegacyDays, OverTheNewYearTheOrdinalBeginsAnew) {
+// The days after the turn of the year come from the start of the zone's
+// values, by their ordinal in their own year.
+TEST(LegacyDays, AfterTheTurnOfTheYearTheOrdinalStartsAgain) {
     LegacyParts parts;
     parts.start = "1201";
     parts.end = "0331";
@@ -237,7 +238,7 @@ TEST(LegacyDays, RunoffIsOneSeriesForAllZones) {
     EXPECT_EQ(file.value(LegacySection::Runoff, 1, day(1996, 1, 5)), 1005.0F);
 }
 
-TEST(LegacyDays, ZonesBeyondThoseOfTheFileArePassedOver) {
+TEST(LegacyDays, ZonesBeyondThoseOfTheFileAreSkipped) {
     LegacyParts parts;
     parts.section(LegacySection::Tmax) = numbered_section(8);
     const LegacyFile file = parts.read();
@@ -246,7 +247,7 @@ TEST(LegacyDays, ZonesBeyondThoseOfTheFileArePassedOver) {
     EXPECT_EQ(file.value(LegacySection::Tmin, 0, day(1996, 1, 1)), 4.0F);
 }
 
-TEST(LegacyDays, ASlotThatTheFileLeavesOutIsZero) {
+TEST(LegacyDays, ASlotThatTheFileOmitsIsZero) {
     LegacyParts parts;
     parts.section(LegacySection::Tmax) = "366*5,2*6/";
     const LegacyFile file = parts.read();

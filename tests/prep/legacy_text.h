@@ -1,4 +1,4 @@
-// Builds legacy data files as text, item by item, for tests of their reader and of the import.
+// Builds the text of legacy data files item by item, for tests of their reader and of the import.
 #pragma once
 
 #include "prep/legacy_file.h"
@@ -11,11 +11,11 @@
 
 namespace nivora {
 
-/// The parts of a legacy file. As made: version 3.2, metric, two zones, 1 to 3 April 1996, and in each
-/// section one value for all days of a zone.
+/// The parts of a legacy file. The defaults are version 3.2, metric, two zones, 1 to 3 April 1996, and in
+/// each section one value for all days of a zone.
 ///
-/// With item 16 and a section a line, item n stands on line n up to 27, the extra value on line 28, the pairs
-/// of area and elevation on lines 29 to 36, and section n on line 36 + n.
+/// If item 16 is present and each section has one line, item n up to 27 is on line n, the extra value on line
+/// 28, the pairs of area and elevation on lines 29 to 36, and section n on line 36 + n.
 struct LegacyParts {
     std::string version = "Version 3.2";
     std::string start = "0401";
@@ -52,7 +52,7 @@ struct LegacyParts {
 
     std::string& section(LegacySection which) { return sections.at(static_cast<std::size_t>(which)); }
 
-    /// The file. A line feed within a part becomes a line end.
+    /// The text of the file. A line feed within a part becomes `line_end`.
     [[nodiscard]] std::string text() const {
         std::vector<std::string> lines{version, start, units, end};
         for (int item = 5; item <= 15; ++item) lines.push_back(filler);
@@ -82,8 +82,7 @@ struct LegacyParts {
     [[nodiscard]] LegacyFile read() const { return read_legacy_file(text()); }
 };
 
-/// As many pairs of area and elevation as zones: areas 10, 20 ..., elevations 1000, 1100 ...; 0,0 up to the
-/// eighth.
+/// Eight pairs of area and elevation: areas 10, 20 ... and elevations 1000, 1100 ... for the zones, then 0,0.
 [[nodiscard]] inline std::vector<std::string> legacy_pairs(int zones) {
     std::vector<std::string> pairs;
     for (int zone = 1; zone <= k_most_legacy_zones; ++zone) {
@@ -93,7 +92,7 @@ struct LegacyParts {
     return pairs;
 }
 
-/// A section in which every slot bears a number of its own: 1000 times the zone, plus the day's ordinal.
+/// A section in which every slot has a different number: 1000 times the zone, plus the day's ordinal.
 [[nodiscard]] inline std::string numbered_section(int zones) {
     std::string section;
     for (int zone = 1; zone <= zones; ++zone) {
@@ -106,7 +105,7 @@ struct LegacyParts {
     return section;
 }
 
-/// The day count of a date that there is.
+/// The day count of an existing date.
 [[nodiscard]] inline DayCount day(int year, int month, int day_of_month) {
     return day_count({year, month, day_of_month}).value();
 }

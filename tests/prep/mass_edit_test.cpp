@@ -1,4 +1,4 @@
-// One edit of many days.
+// A mass edit: one operation on many days.
 #include "prep/daily_editor.h"
 #include "tests/prep/prep_fixture.h"
 
@@ -59,14 +59,14 @@ TEST_F(MassEditTest, MultipliesOneDay) {
     EXPECT_THAT(stored("An"), ElementsAre("-1.5", "-", "0.75", "1.0", "0.25"));
 }
 
-TEST_F(MassEditTest, TakesTheRowsOfASelectionMadeUpwards) {
+TEST_F(MassEditTest, TakesTheRowsOfAnUpwardSelection) {
     DailyEditor editor = open();
     editor.mass_edit(MassEdit::Multiply, k_an, 3, 2, 2.0F);
     editor.commit();
     EXPECT_THAT(stored("An"), ElementsAre("0.5", "-", "1.5", "2.0", "0.25"));
 }
 
-TEST_F(MassEditTest, GoesOnFromTheEditsBefore) {
+TEST_F(MassEditTest, BuildsOnEarlierEdits) {
     DailyEditor editor = open();
     EXPECT_TRUE(editor.set_value(1, k_an, 2.0));
     editor.mass_edit(MassEdit::Add, k_an, 0, 3, 1.0F);
@@ -80,7 +80,7 @@ TEST_F(MassEditTest, RoundsASingleAndKeepsADouble) {
     DailyEditor editor = open();
     EXPECT_TRUE(editor.set_value(0, k_y, 0.02));
     editor.mass_edit(MassEdit::Multiply, k_y, 0, 0, 1.1F);
-    // The factor is the text "1.1", not the Single that lies nearest to it.
+    // The factor is the text "1.1", not the Single nearest to it.
     EXPECT_EQ(editor.value(0, k_y), 0.02 * 1.1);
     EXPECT_NE(editor.value(0, k_y), 0.02 * static_cast<double>(1.1F));
     editor.mass_edit(MassEdit::Add, k_an, 0, 0, 0.1F);
@@ -96,18 +96,18 @@ TEST_F(MassEditTest, RoundsASwitchToAWholeNumberTiesToEven) {
         EXPECT_TRUE(editor.set_value(row, k_rca, static_cast<double>(row)));
     editor.mass_edit(MassEdit::Add, k_rca, 0, 3, 0.5F);
     editor.commit();
-    // 0.5 goes to 0, 1.5 to 2; what is missing stays so.
+    // 0.5 rounds to 0, 1.5 to 2; missing values stay missing.
     EXPECT_THAT(stored("RCA"), ElementsAre("0", "2", "-", "-", "-"));
 }
 
-TEST_F(MassEditTest, KnowsNoLimitsOfACell) {
+TEST_F(MassEditTest, IgnoresTheLimitsOfACell) {
     DailyEditor editor = open();
     EXPECT_TRUE(editor.set_value(0, k_lag, 42.0));
     editor.mass_edit(MassEdit::Add, k_lag, 0, 0, 1.0F);
     EXPECT_EQ(editor.value(0, k_lag), 43.0);
 }
 
-TEST_F(MassEditTest, OfTheDatesStopsAndLeavesTheRows) {
+TEST_F(MassEditTest, OfTheDatesIsRefusedAndLeavesTheRows) {
     DailyEditor editor = open();
     EXPECT_EQ(refused([&] { editor.mass_edit(MassEdit::Add, 0, 0, 3, 1.0F); }), StoreFault::Value);
     EXPECT_EQ(editor.date(0), october(1));
@@ -116,15 +116,15 @@ TEST_F(MassEditTest, OfTheDatesStopsAndLeavesTheRows) {
     EXPECT_THAT(days("wet"), ElementsAre("1 1", "1 2", "1 3", "1 4", "2 2"));
 }
 
-TEST_F(MassEditTest, WithOneResultBeyondItsFieldChangesNothing) {
+TEST_F(MassEditTest, WithOneResultThatExceedsItsFieldChangesNothing) {
     DailyEditor editor = open();
     EXPECT_TRUE(editor.set_value(2, k_an, 0x1p127));
     EXPECT_TRUE(editor.set_value(0, k_rca, 1.0));
     EXPECT_TRUE(editor.set_value(3, k_y, 9.0));
-    // 2^128 is no Single; the rows before it are changed back.
+    // 2^128 is not a Single; the rows before it are restored.
     EXPECT_TRUE(refused([&] { editor.mass_edit(MassEdit::Multiply, k_an, 0, 3, 2.0F); }).has_value());
     EXPECT_EQ(editor.value(0, k_an), 0.5);
-    // 1 * 40000 is no 16-bit Integer.
+    // 1 * 40000 does not fit a 16-bit Integer.
     EXPECT_EQ(refused([&] { editor.mass_edit(MassEdit::Multiply, k_rca, 0, 3, 40000.0F); }),
               StoreFault::Value);
     EXPECT_EQ(editor.value(0, k_rca), 1.0);
@@ -133,14 +133,14 @@ TEST_F(MassEditTest, WithOneResultBeyondItsFieldChangesNothing) {
     EXPECT_THAT(stored("RCA"), ElementsAre("1", "-", "-", "-", "-"));
 }
 
-TEST_F(MassEditTest, WithADoubleBeyondItsFieldChangesNothing) {
+TEST_F(MassEditTest, WithADoubleThatExceedsItsFieldChangesNothing) {
     database_.execute("UPDATE wet SET Ycoeff = 1e300");
     DailyEditor editor = open();
     EXPECT_EQ(refused([&] { editor.mass_edit(MassEdit::Multiply, k_y, 0, 3, 1e30F); }), StoreFault::Value);
     EXPECT_EQ(editor.value(0, k_y), 1e300);
 }
 
-TEST_F(MassEditTest, WithAFactorThatIsNoNumberChangesNothing) {
+TEST_F(MassEditTest, WithAFactorThatIsNotANumberChangesNothing) {
     DailyEditor editor = open();
     for (const float factor : {k_missing, std::numeric_limits<float>::infinity()}) {
         EXPECT_EQ(refused([&] { editor.mass_edit(MassEdit::Add, k_an, 0, 3, factor); }), StoreFault::Value);

@@ -12,7 +12,7 @@ namespace {
 using testing::ElementsAre;
 using testing::Pointwise;
 
-/// Two vectors of values that are equal, or missing at the same places.
+/// Each pair of values is equal, or both are missing.
 MATCHER(SameOrMissing, "") {
     return std::get<0>(arg) == std::get<1>(arg) ||
            (is_missing(std::get<0>(arg)) && is_missing(std::get<1>(arg)));
@@ -22,7 +22,7 @@ DayCount day(int year, int month, int day_of_month) { return *day_count({year, m
 
 class MonthlyAveragesTest : public PrepTest {
 protected:
-    /// Two zones; each of their months starts with 1, 2, 3 and 4.
+    /// Two zones, with 1, 2, 3 and 4 in each of their months.
     MonthlyAveragesTest() {
         database_.create_table(basin_averages_table());
         std::vector<MonthlyRow> months;
@@ -55,7 +55,7 @@ TEST_F(MonthlyAveragesTest, ShowsWhatIsStored) {
     EXPECT_THAT(averages.values(2, 2), Pointwise(SameOrMissing(), {7.5F, 2.0F, 3.0F, k_missing}));
 }
 
-TEST_F(MonthlyAveragesTest, AMonthIsKnownByItsPlaceBehindTheFirstOfItsZone) {
+TEST_F(MonthlyAveragesTest, AMonthIsFoundByItsPositionAfterTheFirstOfItsZone) {
     database_.execute("UPDATE BasinAverages SET Month = 'xyz', TMaxN = 9 WHERE Zone = 1 AND Month = 'Mar'");
     EXPECT_EQ(open().values(1, 3).front(), 9.0F);
 }
@@ -70,7 +70,7 @@ TEST_F(MonthlyAveragesTest, ATableThatIsMissingOrLacksAMonthIsRefused) {
     EXPECT_TRUE(is_free()) << "the file is let go of";
 }
 
-TEST_F(MonthlyAveragesTest, AValueThatWasTypedLastsWithTheCommit) {
+TEST_F(MonthlyAveragesTest, ATypedValueIsKeptByTheCommit) {
     {
         MonthlyAverages averages = open();
         averages.set_value(2, 5, 1, -7.25F);
@@ -103,7 +103,7 @@ TEST_F(MonthlyAveragesTest, AnInfiniteValueIsRefused) {
     EXPECT_EQ(averages.values(1, 1).front(), 1.0F);
 }
 
-// Recalculate.
+// Recalculation.
 
 TEST_F(MonthlyAveragesTest, WithoutDailyVariablesNothingIsRecalculated) {
     MonthlyAverages averages = open();
@@ -112,7 +112,7 @@ TEST_F(MonthlyAveragesTest, WithoutDailyVariablesNothingIsRecalculated) {
     EXPECT_THAT(averages.values(1, 1), ElementsAre(1.0F, 2.0F, 3.0F, 4.0F));
 }
 
-TEST_F(MonthlyAveragesTest, AverageAllDaysOfAMonthOverAllYears) {
+TEST_F(MonthlyAveragesTest, AveragesCoverAllDaysOfAMonthOverAllYears) {
     day_of(1, day(1981, 5, 1), 10.0F, 0.0F, 5.0F, 1.0F);
     day_of(1, day(1981, 5, 31), 12.0F, 1.0F, 6.5F, 0.0F);
     day_of(1, day(1990, 5, 15), 17.0F, 5.0F, 11.0F, 0.5F);
@@ -135,7 +135,7 @@ TEST_F(MonthlyAveragesTest, AMonthWithoutDaysKeepsItsValues) {
     EXPECT_THAT(averages.values(2, 5), ElementsAre(1.0F, 2.0F, 3.0F, 4.0F));
 }
 
-TEST_F(MonthlyAveragesTest, EachZoneIsAveragedByItself) {
+TEST_F(MonthlyAveragesTest, EachZoneIsAveragedSeparately) {
     day_of(1, day(1981, 5, 1), 10.0F, 0.0F, 5.0F, 1.0F);
     day_of(2, day(1981, 5, 1), 4.0F, -6.0F, -1.0F, 3.0F);
     day_of(3, day(1981, 5, 1), 100.0F, 100.0F, 100.0F, 100.0F);
@@ -162,7 +162,7 @@ TEST_F(MonthlyAveragesTest, AMonthWithoutPrecipitationKeepsItsTemperaturesToo) {
 }
 
 TEST_F(MonthlyAveragesTest, AnAverageIsSummedInDoubleAndStoredAsASingle) {
-    // 2^24 + 1 + 1: a Single would lose both ones. 16777218 / 3 = 5592406.
+    // 2^24 + 1 + 1: a Single would lose both 1s. 16777218 / 3 = 5592406.
     day_of(1, day(1981, 5, 1), 16777216.0F, 0.0F, 0.0F, 0.0F);
     day_of(1, day(1981, 5, 2), 1.0F, 0.0F, 0.0F, 0.0F);
     day_of(1, day(1981, 5, 3), 1.0F, 0.0F, 0.0F, 1.0F);

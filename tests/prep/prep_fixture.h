@@ -1,4 +1,4 @@
-// A basin file of two zones with the states that the rules of data preparation work on.
+// A basin file of two zones with the state that the rules of data preparation work on.
 #pragma once
 
 #include "base/scripted_dialogs.h"
@@ -14,16 +14,16 @@
 
 namespace nivora {
 
-/// How a test that fails names these.
+/// How a failing test prints these types.
 inline void PrintTo(Answer answer, std::ostream* out) { *out << answer_name(answer); }
 inline void PrintTo(const Period& period, std::ostream* out) {
     *out << iso_date_text(period.start) << " to " << iso_date_text(period.end);
 }
 
-/// Days of October 1980 and around it, as most tests use them.
+/// The days of October 1980, which most tests use; other numbers reach the days around it.
 inline DayCount october(int day) { return *day_count({1980, 10, 1}) + day - 1; }
 
-/// A row of a parameter table with a degree-day factor alone.
+/// A row of a parameter table with only a degree-day factor.
 inline ParameterRow parameter_day(std::int16_t zone, DayCount date, float an = k_missing) {
     ParameterRow row;
     row.zone = zone;
@@ -46,7 +46,7 @@ protected:
         EXPECT_EQ(dialogs_.answers_left(), 0U);
     }
 
-    /// Puts a simulation into the grid and selects it.
+    /// Adds a simulation to the grid and selects it.
     Simulation& select(const std::string& name, DayCount start, DayCount end) {
         Simulation row;
         row.name = name;
@@ -70,7 +70,7 @@ protected:
         add_rows<ParameterRow>(database_, parameter_table(name), std::vector<ParameterRow>{rows});
     }
 
-    /// The rows of a query as texts, the fields of a row joined by a blank; "-" for a missing value.
+    /// The rows of a query as texts, with their fields separated by blanks; "-" is a missing value.
     std::vector<std::string> rows(const std::string& query) {
         SQLite::Statement statement{database_.sql(), query};
         std::vector<std::string> texts;
@@ -91,7 +91,7 @@ protected:
                     quoted_name(table) + " ORDER BY rowid");
     }
 
-    /// Whether the connection is within no transaction.
+    /// Whether no transaction is open on the connection.
     bool is_free() {
         try {
             const HeldTransaction own{database_};

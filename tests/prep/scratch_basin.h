@@ -1,4 +1,4 @@
-// A blank basin file in a folder of its own, and imports into it with a script of answers.
+// A blank basin file in a folder of its own, and imports into it with scripted answers.
 #pragma once
 
 #include "base/scripted_dialogs.h"
@@ -19,7 +19,7 @@ public:
     [[nodiscard]] std::filesystem::path path() const { return folder_ / "basin.mdb"; }
     [[nodiscard]] const TemporaryFolder& folder() const { return folder_; }
 
-    /// Imports in one transaction, which is undone where the import gives nothing back.
+    /// Imports in one transaction, which is rolled back if the import returns nothing.
     std::optional<SimulationRecord> import(const LegacyParts& parts, ScriptedDialogs& dialogs,
                                            const std::string& offered = "offered") const {
         const LegacyFile file = parts.read();
@@ -30,7 +30,7 @@ public:
         return record;
     }
 
-    /// The first import into the blank basin, which asks for a name alone.
+    /// The first import into the blank basin; it asks only for a name.
     SimulationRecord first_import(const LegacyParts& parts, const std::string& name = "first") const {
         ScriptedDialogs dialogs;
         dialogs.then_text(name);

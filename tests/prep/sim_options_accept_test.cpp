@@ -28,7 +28,7 @@ protected:
 
     bool accept() { return accept_sim_options(context_, database_, form_); }
 
-    /// As an edit of a row that is in the grid.
+    /// Like an edit of a row in the grid.
     void edit_row() {
         select("wet", october(1), october(2));
         prep_.SimOptions_Mode = SimOptionsMode::Edit;
@@ -59,7 +59,7 @@ TEST_F(SimOptionsAccept, AnAddedSimulationGetsItsRowItsParametersAndItsDays) {
     EXPECT_THAT(days("PhysicalData"), ElementsAre("1 1", "1 2", "2 1", "2 2"));
 }
 
-TEST_F(SimOptionsAccept, ASimulationHoldsThePlaceholderOfItsScenariosFromItsBeginning) {
+TEST_F(SimOptionsAccept, ANewSimulationHasThePlaceholderOfItsScenarios) {
     dialogs_.then(Answer::Yes);
     EXPECT_TRUE(accept());
     EXPECT_THAT(rows("SELECT SimulationFile, ScenarioFile, Comments FROM ClimateScenarioIndex"),
@@ -67,7 +67,7 @@ TEST_F(SimOptionsAccept, ASimulationHoldsThePlaceholderOfItsScenariosFromItsBegi
     EXPECT_TRUE(database_.has_table("None"));
 }
 
-TEST_F(SimOptionsAccept, AnEditKeepsTheScenariosThatThereAre) {
+TEST_F(SimOptionsAccept, AnEditKeepsTheExistingScenarios) {
     edit_row();
     database_.execute(
         "INSERT INTO ClimateScenarioIndex (SimulationFile, ScenarioFile) VALUES ('wet', 'warm')");
@@ -87,7 +87,7 @@ TEST_F(SimOptionsAccept, AnAddedSimulationIsTheCurrentOne) {
     EXPECT_TRUE(basin_.Input_Changed);
 }
 
-TEST_F(SimOptionsAccept, TheParametersAreToldOfBeforeTheDaysAreAskedAbout) {
+TEST_F(SimOptionsAccept, TheParametersAreReportedBeforeTheDaysAreAskedAbout) {
     dialogs_.then(Answer::Yes);
     accept();
     ASSERT_EQ(messages(), 2U);
@@ -96,7 +96,7 @@ TEST_F(SimOptionsAccept, TheParametersAreToldOfBeforeTheDaysAreAskedAbout) {
     EXPECT_THAT(dialogs_.messages()[1].message.text, testing::StartsWith("Daily physical data records"));
 }
 
-TEST_F(SimOptionsAccept, AddingLeavesTheModeOfTheDailyVariablesBehind) {
+TEST_F(SimOptionsAccept, AddingEndsInTheModeOfTheDailyVariables) {
     prep_.Data_View = DataView::Results;
     dialogs_.then(Answer::Yes);
     accept();
@@ -132,7 +132,7 @@ TEST_F(SimOptionsAccept, TheRecordGrowsByAPeriodOutsideIt) {
     EXPECT_EQ(prep_.record.last, october(20));
 }
 
-TEST_F(SimOptionsAccept, AnotherSimulationGoesBehindTheOthers) {
+TEST_F(SimOptionsAccept, AnotherSimulationIsAddedAfterTheOthers) {
     select("dry", october(5), october(6));
     dialogs_.then(Answer::Yes);
     EXPECT_TRUE(accept());
@@ -141,7 +141,7 @@ TEST_F(SimOptionsAccept, AnotherSimulationGoesBehindTheOthers) {
     EXPECT_THAT(days("wet"), ElementsAre("1 1", "1 2", "2 1", "2 2")) << "the days of the new row";
 }
 
-// The message names the box that is wrong by the caption that the user sees.
+// The message names the box in error by the caption that the user sees.
 
 TEST_F(SimOptionsAccept, InvalidDataNamesTheBoxOfADate) {
     form_.start = "02/30/1980";
@@ -149,7 +149,7 @@ TEST_F(SimOptionsAccept, InvalidDataNamesTheBoxOfADate) {
     EXPECT_EQ(last_message().text,
               "Missing/invalid data\nThe box 'Start Date' holds '02/30/1980': the calendar has no such day.");
     form_.start = "10/01/1980";
-    form_.end = "//";  // as a masked box gives it while it is empty
+    form_.end = "//";  // as a masked box returns it when it is empty
     EXPECT_FALSE(accept());
     EXPECT_EQ(last_message().text,
               "Missing/invalid data\nThe box 'End Date' is empty; it needs a date, mm/dd/yyyy.");
@@ -184,7 +184,7 @@ TEST_F(SimOptionsAccept, InvalidDataNamesWhatTheStoreRefused) {
 
 // Dates.
 
-TEST_F(SimOptionsAccept, DatesThatCanNotBeReadAreInvalidData) {
+TEST_F(SimOptionsAccept, DatesThatCannotBeReadAreInvalidData) {
     for (const char* text : {"", "02/29/1981", "soon", "  /  /    "}) {
         form_.end = text;
         EXPECT_FALSE(accept());
@@ -229,7 +229,7 @@ TEST_F(SimOptionsAccept, UnitsThatAreNotFixedAreAskedAboutAndFixed) {
     EXPECT_EQ(basin_.Units_Code, Units::English);
 }
 
-TEST_F(SimOptionsAccept, ACancelAtTheUnitsLeavesAGrownRowWithItsFirstCells) {
+TEST_F(SimOptionsAccept, ACancelAtTheUnitsLeavesANewRowWithItsFirstCells) {
     basin_.basin_units = basin_.Units_Code = Units::NotFixed;
     dialogs_.then(Answer::Cancel);
     EXPECT_FALSE(accept());
@@ -241,7 +241,7 @@ TEST_F(SimOptionsAccept, ACancelAtTheUnitsLeavesAGrownRowWithItsFirstCells) {
     EXPECT_EQ(basin_.Current_Sim_Name, "--");
 }
 
-TEST_F(SimOptionsAccept, ASecondAcceptGoesToTheRowThatTheFirstHasGrown) {
+TEST_F(SimOptionsAccept, ASecondAcceptUsesTheRowThatTheFirstAdded) {
     basin_.basin_units = basin_.Units_Code = Units::NotFixed;
     dialogs_.then(Answer::Cancel).then(Answer::Ok).then(Answer::Yes);
     EXPECT_FALSE(accept());
@@ -269,7 +269,7 @@ TEST_F(SimOptionsAccept, BoxesWithoutANumberLeaveTheirCellsEmpty) {
     for (const int column : {2, 13, 14, 17}) EXPECT_EQ(basin_.simulations[0].text(column), "") << column;
 }
 
-TEST_F(SimOptionsAccept, NumbersBeyondTheirCellsLeaveThemEmpty) {
+TEST_F(SimOptionsAccept, NumbersThatExceedTheirCellsLeaveThemEmpty) {
     form_.run_number = "40000";
     form_.initial_runoff = "4e38";
     dialogs_.then(Answer::Yes);
@@ -315,7 +315,7 @@ TEST_F(SimOptionsAccept, AFirstValueThatIsMissingIsInvalidDataAndChangesNothing)
     EXPECT_EQ(basin_.simulations.size(), 1U);
 }
 
-TEST_F(SimOptionsAccept, ASwitchAndALagHaveToFitTheirIntegers) {
+TEST_F(SimOptionsAccept, ASwitchAndALagMustFitTheirIntegers) {
     for (const FirstValue whole : {FirstValue::RCA, FirstValue::LagTime}) {
         const auto values = form_.first_values;
         form_.first_values.at(static_cast<std::size_t>(whole)) = "40000";
@@ -326,7 +326,7 @@ TEST_F(SimOptionsAccept, ASwitchAndALagHaveToFitTheirIntegers) {
     EXPECT_EQ(faulty_first_value(form_), std::nullopt);
 }
 
-// A name that a row of the grid bears already.
+// A name that a row of the grid has already.
 
 TEST_F(SimOptionsAccept, ASimulationThatIsOverwrittenKeepsItsRow) {
     select("Wet", october(20), october(25)).comments = "the old one";
@@ -342,7 +342,7 @@ TEST_F(SimOptionsAccept, ASimulationThatIsOverwrittenKeepsItsRow) {
     EXPECT_THAT(days("wet"), ElementsAre("1 1", "1 2", "2 1", "2 2")) << "the days of the overwritten row";
 }
 
-TEST_F(SimOptionsAccept, NamesOfRowsCompareWithoutRegardToCaseInEveryScript) {
+TEST_F(SimOptionsAccept, NamesOfRowsCompareWithoutCaseInEveryScript) {
     const std::vector<std::pair<std::string, std::string>> names{{"Frühling Öst", "FRÜHLING ÖST"},
                                                                  {"Весна", "ВЕСНА"}};
     for (const auto& [stored, typed] : names) {
@@ -362,12 +362,12 @@ TEST_F(SimOptionsAccept, AMissingParameterTableIsInvalidData) {
     EXPECT_FALSE(accept());
     ASSERT_EQ(messages(), 1U);
     EXPECT_THAT(last_message().text, testing::StartsWith(k_invalid));
-    // The row stands in the grid already, and would be lost without a question.
+    // The row is in the grid by now, and must not be lost without a question.
     EXPECT_EQ(basin_.simulations.size(), 1U);
     EXPECT_TRUE(basin_.Basin_Changed);
 }
 
-TEST_F(SimOptionsAccept, AWholeParameterTableIsAskedAboutAndACancelKeepsTheWindow) {
+TEST_F(SimOptionsAccept, ACompleteParameterTableIsAskedAboutAndACancelKeepsTheWindow) {
     basin_.ZoneCount = 1;
     add_parameters("wet", {parameter_day(1, october(1), 8.0F), parameter_day(1, october(2), 9.0F)});
     add_physical({{.zone = 1, .date = october(1)}, {.zone = 1, .date = october(2)}});
@@ -404,7 +404,7 @@ TEST_F(SimOptionsAccept, AnEditChangesItsRowAndNoTable) {
     EXPECT_THAT(days("PhysicalData"), IsEmpty());
 }
 
-TEST_F(SimOptionsAccept, AnEditFillsAnEmptyParameterTableAnew) {
+TEST_F(SimOptionsAccept, AnEditFillsAnEmptyParameterTable) {
     edit_row();
     form_.rebuilds_table = true;
     EXPECT_TRUE(accept());
@@ -416,7 +416,7 @@ TEST_F(SimOptionsAccept, AnEditFillsAnEmptyParameterTableAnew) {
     EXPECT_EQ(prep_.Data_View, DataView::PhysicalData);
 }
 
-TEST_F(SimOptionsAccept, AnEditMakesAMissingParameterTableAnew) {
+TEST_F(SimOptionsAccept, AnEditCreatesAMissingParameterTable) {
     edit_row();
     database_.drop_table("wet");
     form_.rebuilds_table = true;
@@ -451,7 +451,7 @@ TEST_F(SimOptionsAccept, AnEditNeedsNoFirstValues) {
     EXPECT_EQ(basin_.simulations[0].text(15), "");
 }
 
-TEST_F(SimOptionsAccept, AnEditLeavesTheModeOfTheLastViewBehind) {
+TEST_F(SimOptionsAccept, AnEditKeepsTheModeOfTheLastView) {
     edit_row();
     prep_.Data_View = DataView::Results;
     EXPECT_TRUE(accept());
@@ -472,7 +472,7 @@ TEST_F(SimOptionsAccept, TheFirstValuesAreThoseThatALaterBuildWrites) {
     EXPECT_EQ(prep_.working_record.first_values.ycoeff, 0.03125);
 }
 
-TEST_F(SimOptionsAccept, AnImportGrowsARowAndBuildsNothing) {
+TEST_F(SimOptionsAccept, AnImportAddsARowAndBuildsNothing) {
     prep_.SimOptions_Mode = SimOptionsMode::Import;
     EXPECT_TRUE(accept());
     ASSERT_EQ(basin_.simulations.size(), 1U);

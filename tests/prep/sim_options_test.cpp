@@ -1,4 +1,4 @@
-// Opening the window of a simulation's definition.
+// Opening the window that defines a simulation.
 #include "prep/sim_options.h"
 
 #include "tests/prep/prep_fixture.h"
@@ -18,7 +18,7 @@ protected:
         return open_sim_options(context_, database_);
     }
 
-    /// A row of the grid with everything in it, selected.
+    /// A row of the grid with all its cells filled, selected.
     Simulation& select_whole_row() {
         Simulation& row = select("wet", october(1), october(3));
         row.run_number = std::int16_t{12};
@@ -157,7 +157,7 @@ TEST_F(SimOptionsOpen, AnEditShowsTheValuesOfZone1OnTheFirstDayOfThePeriod) {
     values.lag_hours = 4.5F;
     values.xcoeff = static_cast<double>(1.05F);
     values.ycoeff = 0.025;
-    // A day before the period, and another zone and a later day stored first.
+    // A day before the period is stored, too; another zone and a later day come first.
     add_parameters("wet", {parameter_day(2, october(1), 2.0F), parameter_day(1, october(2), 3.0F), values,
                            parameter_day(1, october(0), 4.0F)});
     const SimOptionsForm form = open(SimOptionsMode::Edit);
@@ -173,7 +173,7 @@ TEST_F(SimOptionsOpen, AMissingValueOfTheFirstDayIsAnEmptyBox) {
     EXPECT_THAT(open(SimOptionsMode::Edit).first_values, ElementsAre("0.5", "", "", "", "", "", "", "", ""));
 }
 
-TEST_F(SimOptionsOpen, AnEmptyParameterTableIsTold) {
+TEST_F(SimOptionsOpen, AnEmptyParameterTableIsReported) {
     select_whole_row();
     make_parameter_table("wet");
     const SimOptionsForm form = open(SimOptionsMode::Edit);
@@ -186,7 +186,7 @@ TEST_F(SimOptionsOpen, AnEmptyParameterTableIsTold) {
         << "x and y are in the grid, too";
 }
 
-TEST_F(SimOptionsOpen, AParameterTableWithoutADayOfThePeriodIsTold) {
+TEST_F(SimOptionsOpen, AParameterTableWithoutADayOfThePeriodIsReported) {
     select_whole_row();
     make_parameter_table("wet");
     add_parameters("wet", {parameter_day(1, october(4), 0.5F)});
@@ -194,13 +194,13 @@ TEST_F(SimOptionsOpen, AParameterTableWithoutADayOfThePeriodIsTold) {
     EXPECT_EQ(last_message().text, k_missing_table);
 }
 
-TEST_F(SimOptionsOpen, AMissingParameterTableIsTold) {
+TEST_F(SimOptionsOpen, AMissingParameterTableIsReported) {
     select_whole_row();
     open(SimOptionsMode::Edit);
     EXPECT_EQ(last_message().text, k_missing_table);
 }
 
-TEST_F(SimOptionsOpen, AParameterTableThatCanNotBeReadIsShownAsSuch) {
+TEST_F(SimOptionsOpen, AParameterTableThatCannotBeReadIsReportedAsSuch) {
     select_whole_row();
     make_parameter_table("wet");
     add_parameters("wet", {parameter_day(1, october(1), 0.5F)});

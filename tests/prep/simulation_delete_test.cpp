@@ -27,7 +27,7 @@ TEST_F(SimulationDelete, IsAskedAboutByName) {
     EXPECT_EQ(question.default_answer, Answer::No) << "Enter right after Alt+D must not delete anything";
 }
 
-TEST_F(SimulationDelete, TakesTheRowAndTheTableOfItsName) {
+TEST_F(SimulationDelete, RemovesTheRowAndTheTableOfItsName) {
     remove(0);
     ASSERT_EQ(basin_.simulations.size(), 2U);
     EXPECT_EQ(basin_.simulations[0].name, "two");
@@ -53,7 +53,7 @@ TEST_F(SimulationDelete, OfTheOnlyOneLeavesAnEmptyGrid) {
     EXPECT_FALSE(database_.has_table("one"));
 }
 
-TEST_F(SimulationDelete, OfARowThatIsNotThereDoesNothing) {
+TEST_F(SimulationDelete, OfAMissingRowDoesNothing) {
     remove(3);
     EXPECT_EQ(basin_.simulations.size(), 3U);
     EXPECT_EQ(basin_.Current_Sim_Name, "three");
@@ -72,7 +72,7 @@ TEST_F(SimulationDelete, FindsTheTableInAnyCase) {
     EXPECT_FALSE(database_.has_table("two"));
 }
 
-TEST_F(SimulationDelete, NeverTakesATableOfTheBasin) {
+TEST_F(SimulationDelete, NeverRemovesATableOfTheBasin) {
     database_.create_table(sim_results_table());
     for (const char* name : {"PhysicalData", "zonedescription", "SIMRESULTS"}) {
         basin_.simulations[0].name = name;
@@ -82,7 +82,7 @@ TEST_F(SimulationDelete, NeverTakesATableOfTheBasin) {
     EXPECT_TRUE(basin_.simulations.empty());
 }
 
-TEST_F(SimulationDelete, NeverTakesTheTableOfAScenario) {
+TEST_F(SimulationDelete, NeverRemovesTheTableOfAScenario) {
     database_.create_table(scenario_table("warm"));
     database_.execute(
         "INSERT INTO ClimateScenarioIndex (SimulationFile, ScenarioFile) VALUES ('one', 'Warm')");

@@ -14,7 +14,7 @@ DayCount day(int year, int month, int day_of_month) { return *day_count({year, m
 
 class SimulationGrid : public PrepTest {
 protected:
-    /// Two simulations of October 1980 to September 1981; the second one is selected.
+    /// Two simulations of October 1980 to September 1981; the second is selected.
     SimulationGrid() {
         select("first", day(1980, 10, 1), day(1981, 9, 30));
         select("second", day(1980, 10, 1), day(1981, 9, 30));
@@ -37,7 +37,7 @@ protected:
     }
 };
 
-TEST_F(SimulationGrid, SaysWhyACellCantTakeATextWhereItDoesNot) {
+TEST_F(SimulationGrid, SaysWhyACellCannotTakeAText) {
     const std::vector<std::string> texts{"",        "x",       "4.5",        "4,5",        "7",
                                          "1e39",    "1e400",   "02/31/2006", "02/28/2006", "12/31/1899",
                                          "By Zone", "English", "99999"};
@@ -69,7 +69,7 @@ TEST(DateSize, LeavesWhatHasNoSlash) {
     EXPECT_EQ(Date_Size("01011980"), "01011980");
 }
 
-TEST(DateSize, BreaksNothingOnATextThatIsNoDate) {
+TEST(DateSize, DoesNotFailOnAnIncompleteDate) {
     EXPECT_EQ(Date_Size("/"), "0/");
     EXPECT_EQ(Date_Size("1/"), "01/");
     EXPECT_EQ(Date_Size("1/2"), "01/02");
@@ -88,7 +88,7 @@ TEST(SimulationList, IsThereForColumns5To12Alone) {
 
 // Edits.
 
-TEST_F(SimulationGrid, ANameCanNotBeEdited) {
+TEST_F(SimulationGrid, ANameCannotBeEdited) {
     EXPECT_FALSE(edit(1, "third"));
     EXPECT_EQ(second().name, "second");
     EXPECT_TRUE(untouched());
@@ -187,7 +187,7 @@ TEST_F(SimulationGrid, ListsTakeTheirItemsAndTheirNumbersOnly) {
     }
 }
 
-TEST_F(SimulationGrid, NumbersAreReadWithAPointAndNothingBesideThem) {
+TEST_F(SimulationGrid, NumbersAreReadWithAPointAndWithoutOtherText) {
     for (const int column : {13, 14, 15, 16}) {
         EXPECT_TRUE(edit(column, " 2.5 "));
         for (const char* text : {"2,5", "1,000.5", "2.5 cm", "abc", "1e400"}) {
@@ -223,20 +223,21 @@ TEST_F(SimulationGrid, NoOtherColumnCanBeEdited) {
 // Leaving a cell.
 
 TEST_F(SimulationGrid, APeriodOf366DaysPassesAnd367AreRefused) {
-    // 10/01/1980 to 10/01/1981 are 365 + 1 days; one day more is 367. A leap day changes no count of days.
+    // 10/01/1980 to 10/01/1981 are 366 days, both ends included; one
+    // day more is 367. Leap days do not matter.
     EXPECT_FALSE(refuses_period(1, day(1980, 10, 1), day(1981, 10, 1)));
     EXPECT_TRUE(refuses_period(1, day(1980, 10, 1), day(1981, 10, 2)));
     EXPECT_FALSE(refuses_period(1, day(1996, 1, 1), day(1996, 12, 31)));
     EXPECT_TRUE(refuses_period(1, day(1996, 1, 1), day(1997, 1, 1)));
 }
 
-TEST_F(SimulationGrid, TheEndOfAPeriodHasToLieBehindItsStart) {
+TEST_F(SimulationGrid, TheEndOfAPeriodMustBeAfterItsStart) {
     EXPECT_TRUE(refuses_period(1, day(1981, 1, 1), day(1981, 1, 1)));
     EXPECT_TRUE(refuses_period(1, day(1981, 1, 2), day(1981, 1, 1)));
     EXPECT_FALSE(refuses_period(1, day(1981, 1, 1), day(1981, 1, 2)));
 }
 
-TEST_F(SimulationGrid, ThePeriodOfTheFirstRowIsUnchecked) {
+TEST_F(SimulationGrid, ThePeriodOfTheFirstRowIsNotChecked) {
     EXPECT_FALSE(refuses_period(0, day(1980, 10, 1), day(1999, 10, 2)));
     EXPECT_FALSE(refuses_period(0, day(1981, 1, 1), day(1981, 1, 1)));
 }
@@ -253,7 +254,7 @@ TEST_F(SimulationGrid, ACellWithoutADateIsNoWrongPeriod) {
     EXPECT_EQ(left_simulation_cell_problem(basin_, 1, 3), std::nullopt);
 }
 
-TEST_F(SimulationGrid, AWrongPeriodIsSaidWithItsTwoBlanks) {
+TEST_F(SimulationGrid, TheMessageAboutAWrongPeriodHasItsTwoBlanks) {
     second().end = second().start;
     const Message message = left_simulation_cell_problem(basin_, 1, 4).value();
     EXPECT_EQ(message.text, "Date range error!  ");
@@ -262,7 +263,7 @@ TEST_F(SimulationGrid, AWrongPeriodIsSaidWithItsTwoBlanks) {
     EXPECT_EQ(message.buttons, Buttons::Ok);
 }
 
-TEST_F(SimulationGrid, AWrongDateGoesBackToTheOneBefore) {
+TEST_F(SimulationGrid, AWrongDateIsReplacedByTheOneBefore) {
     EXPECT_TRUE(edit(3, "11/15/1980"));
     EXPECT_TRUE(edit(3, "10/01/1995"));
     ASSERT_TRUE(left_simulation_cell_problem(basin_, 1, 3).has_value());

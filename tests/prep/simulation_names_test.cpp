@@ -1,4 +1,4 @@
-// Names of simulations: which are taken, which are refused, and what becomes of a table of the same name.
+// Names of simulations: which are in use, which are refused, and what happens to a table of the same name.
 #include "prep/simulation_names.h"
 
 #include "store/transactions.h"
@@ -15,7 +15,7 @@ using testing::Optional;
 constexpr const char* k_ask = "Enter a unique name to associate with this data";
 constexpr const char* k_ask_again = "Invalid character(s) in name, please re-enter";
 
-/// Asks for a name in a basin and gives back what came of it, in a transaction as its callers do.
+/// Asks for a name in a transaction, as the callers do, and returns it.
 std::optional<std::string> add(const ScratchBasin& basin, ScriptedDialogs& dialogs,
                                const std::string& proposed = {}) {
     BasinDatabase database{basin.path(), Access::ReadWrite};
@@ -45,7 +45,7 @@ TEST(SimulationName, IsAskedForWithTheTitleOfANewSimulation) {
     EXPECT_TRUE(dialogs.messages().empty());
 }
 
-TEST(SimulationName, TheImportsOfferChangesTheTitle) {
+TEST(SimulationName, TheNameOfferedByAnImportChangesTheTitle) {
     const ScratchBasin basin;
     ScriptedDialogs dialogs;
     dialogs.then_text("wet");
@@ -54,13 +54,13 @@ TEST(SimulationName, TheImportsOfferChangesTheTitle) {
     EXPECT_EQ(dialogs.inputs()[0].proposed, "alder");
 }
 
-TEST(SimulationName, BlanksAtItsEndsAreCut) {
+TEST(SimulationName, BlanksAtItsEndsAreRemoved) {
     const ScratchBasin basin;
     EXPECT_THAT(add_named(basin, "  wet year \t"), Optional(std::string{"wet year"}));
     EXPECT_TRUE(basin.has_table("wet year"));
 }
 
-TEST(SimulationName, WithoutOneNoTableIsMade) {
+TEST(SimulationName, WithoutOneNoTableIsCreated) {
     for (const auto& answer :
          std::vector<std::optional<std::string>>{std::nullopt, std::string{}, std::string{"   "}}) {
         const ScratchBasin basin;
@@ -72,7 +72,7 @@ TEST(SimulationName, WithoutOneNoTableIsMade) {
     }
 }
 
-TEST(SimulationName, EachCharacterThatNoTableNameMayHoldIsAskedAboutAgain) {
+TEST(SimulationName, EachInvalidCharacterLeadsToAnotherQuestion) {
     for (const char refused : std::string{".![]`"}) {
         for (const std::string& name :
              {std::string{"a"} + refused + "b", std::string(1, refused), "name" + std::string(1, refused)}) {
@@ -89,7 +89,7 @@ TEST(SimulationName, EachCharacterThatNoTableNameMayHoldIsAskedAboutAgain) {
     }
 }
 
-TEST(SimulationName, IsAskedForUntilItIsGoodOrEmpty) {
+TEST(SimulationName, IsAskedForUntilItIsValidOrEmpty) {
     const ScratchBasin basin;
     ScriptedDialogs dialogs;
     dialogs.then_text("a.b").then_text("[c]").then_text("d!").then_text("");
@@ -97,7 +97,7 @@ TEST(SimulationName, IsAskedForUntilItIsGoodOrEmpty) {
     EXPECT_EQ(dialogs.inputs().size(), 4U);
 }
 
-TEST(SimulationName, BytesThatAreNoTextAndControlCharactersAreRefused) {
+TEST(SimulationName, InvalidUtf8AndControlCharactersAreRefused) {
     for (const std::string& name : {std::string{"a\xff"}, std::string{"a\0b", 3}, std::string{"a\nb"},
                                     std::string{"a\x7f"
                                                 "b"},
@@ -204,7 +204,7 @@ TEST(DuplicateName, AnotherCaseIsTheSameNameInEveryScript) {
     }
 }
 
-TEST(ReservedName, YesToOverwritingATableOfTheBasinIsToldAndActsAsNo) {
+TEST(ReservedName, YesToOverwritingATableOfTheBasinIsRefusedAndActsAsNo) {
     const ScratchBasin basin;
     basin.first_import(LegacyParts{});
     basin.execute(create_statement(sim_results_table()));
@@ -225,9 +225,9 @@ TEST(ReservedName, YesToOverwritingATableOfTheBasinIsToldAndActsAsNo) {
     }
 }
 
-// A run deletes SimResults, and the monthly averages fill a table of their own: a parameter table of that
-// name would be lost.
-TEST(ReservedName, ATableOfTheBasinThatIsNotThereYetIsNoNameEither) {
+// A run deletes SimResults, and the monthly averages use a table of their own: a
+// parameter table of that name would be lost.
+TEST(ReservedName, ATableThatTheBasinDoesNotHaveYetIsReservedToo) {
     for (const char* name : {k_sim_results, k_basin_averages, "simRESULTS"}) {
         SCOPED_TRACE(name);
         const ScratchBasin basin;
@@ -238,7 +238,7 @@ TEST(ReservedName, ATableOfTheBasinThatIsNotThereYetIsNoNameEither) {
     }
 }
 
-TEST(ReservedName, YesToOverwritingAScenarioIsToldAndActsAsNo) {
+TEST(ReservedName, YesToOverwritingAScenarioIsRefusedAndActsAsNo) {
     const ScratchBasin basin;
     basin.execute(create_statement(scenario_table("warm")));
     basin.execute("INSERT INTO ClimateScenarioIndex (SimulationFile, ScenarioFile) VALUES ('wet', 'warm')");
@@ -283,7 +283,7 @@ TEST(NameOfResults, WithoutOneTheTableKeepsItsOwn) {
     EXPECT_TRUE(basin.has_table("SimResults"));
 }
 
-TEST(NameOfResults, OfATableThatIsThereIsAskedAboutAndNoIsProposed) {
+TEST(NameOfResults, OfAnExistingTableIsAskedAboutAndNoIsProposed) {
     for (const Answer answer : {Answer::No, Answer::Yes}) {
         const ScratchBasin basin;
         add_named(basin, "wet");
