@@ -40,7 +40,7 @@ TEST_F(AvailabilityTest, ASelectedSimulationCanBeRunEditedAndEvaluated) {
     EXPECT_TRUE(session_.run.results_enabled);
 }
 
-TEST_F(AvailabilityTest, WithoutAnAreaTheRunMenuIsShutUntilOneIsTyped) {
+TEST_F(AvailabilityTest, WithoutAnAreaTheRunMenuIsDisabledUntilOneIsTyped) {
     select_a_simulation();
     session_.basin.basin_area_text = k_no_area;
     zone_areas_were_typed(session_);
@@ -62,12 +62,12 @@ TEST_F(AvailabilityTest, NoSnowLeavesNeitherMeltSeasonNorEvaluation) {
     EXPECT_TRUE(shell_.run_climate);
 }
 
-TEST_F(AvailabilityTest, AnEvaluationNeedsASimulationAlsoAfterNoSnow) {
+TEST_F(AvailabilityTest, AnEvaluationNeedsASimulationEvenAfterNoSnow) {
     no_snow_was_switched(session_);
     EXPECT_FALSE(shell_.run_climate);
 }
 
-TEST_F(AvailabilityTest, NoSnowOutlivesTheBasin) {
+TEST_F(AvailabilityTest, NoSnowRemainsForTheNextBasin) {
     session_.run.NoSnow = true;
     basin_is_new(session_);
     EXPECT_FALSE(shell_.melt_season);
@@ -75,7 +75,7 @@ TEST_F(AvailabilityTest, NoSnowOutlivesTheBasin) {
     EXPECT_FALSE(session_.run.results_enabled);
 }
 
-TEST_F(AvailabilityTest, UnderAnEvaluationASelectionOpensNothingThatShowsResults) {
+TEST_F(AvailabilityTest, DuringAnEvaluationASelectionEnablesNothingThatShowsResults) {
     evaluation_was_opened(session_);
     evaluation_left_results_behind(session_);
     select_a_simulation();

@@ -1,4 +1,4 @@
-// A program folder with its template, a session on it, and a script for every box.
+// A program folder with its template, a session on it, and scripted answers for every box.
 #pragma once
 
 #include "base/durable_file.h"
@@ -27,7 +27,7 @@ inline Simulation simulation_named(const std::string& name) {
     return definition;
 }
 
-/// The upward calls that a command of the File menu makes.
+/// Records the calls that a command of the File menu makes to the desktop.
 struct WatchedDesktop : Desktop {
     WatchedDesktop() {
         refresh_main_window = [this] { ++refreshes; };

@@ -57,7 +57,7 @@ TEST_F(BasinLifeTest, SaveAsPutsTheNewNameOnTheRecentList) {
               (std::vector<std::string>{path_text(second), path_text(first)}));
 }
 
-TEST_F(BasinLifeTest, ASavedBasinLosesWhatStoodInTheXAndYCells) {
+TEST_F(BasinLifeTest, ASavedBasinLosesTheXAndYCells) {
     const fs::path file = save_new_basin("alder.mdb");
     BasinDatabase database{file, Access::ReadOnly};
     const auto rows = read_table<Simulation>(database, template_table(k_simulation_index));
@@ -91,7 +91,7 @@ TEST_F(BasinLifeTest, SaveKeepsTheSelectionAndTheValidityOfResults) {
     EXPECT_EQ(read_basin_description(database).description, "snow and larch");
 }
 
-TEST_F(BasinLifeTest, ASaveThatCannotBeWrittenTellsAndKeepsTheChangesMarked) {
+TEST_F(BasinLifeTest, ASaveThatFailsIsReportedAndKeepsTheChangesMarked) {
     const fs::path file = save_new_basin("alder.mdb");
     const std::string before = file_bytes(file);
     fs::permissions(file, fs::perms::owner_read);
@@ -129,7 +129,7 @@ TEST_F(BasinLifeTest, OpeningAReservedNameIsRefused) {
     EXPECT_TRUE(life_.has_template_name());
 }
 
-TEST_F(BasinLifeTest, ADamagedFileEndsInItsBoxAndAFreshBasinWithTheFileUnchanged) {
+TEST_F(BasinLifeTest, ADamagedFileEndsInAMessageAndANewBasinAndStaysUnchanged) {
     save_new_basin("alder.mdb");
     const fs::path damaged = user_.write("damaged.mdb", "SQLite format 3, or so it says");
     const std::string before = file_bytes(damaged);
@@ -145,7 +145,7 @@ TEST_F(BasinLifeTest, ADamagedFileEndsInItsBoxAndAFreshBasinWithTheFileUnchanged
     EXPECT_TRUE(file_bytes(damaged) == before);
 }
 
-TEST_F(BasinLifeTest, ARecentFileThatWasDeletedIsTold) {
+TEST_F(BasinLifeTest, ARecentFileThatWasDeletedIsReported) {
     session_.settings.recent_files = {"/gone/alder.mdb"};
     life_.open_recent(1);
     EXPECT_EQ(last_message().title, "File not found");
@@ -210,7 +210,7 @@ TEST_F(BasinLifeTest, TheSaveQuestionOfANamedBasinNamesTheFile) {
     EXPECT_TRUE(life_.has_template_name());
 }
 
-TEST_F(BasinLifeTest, YesSavesUnderTheKnownNameAndGoesOn) {
+TEST_F(BasinLifeTest, YesSavesUnderTheKnownNameAndContinues) {
     const fs::path file = save_new_basin("alder.mdb");
     session_.basin.basin_description = "changed";
     session_.basin.Basin_Changed = true;
@@ -245,12 +245,12 @@ TEST_F(BasinLifeTest, YesWithoutASimulationStopsTheCallerAndTheProgramStaysOpen)
     EXPECT_FALSE(fs::exists(user_ / "first.mdb"));
 }
 
-TEST_F(BasinLifeTest, NothingIsAskedWhereNothingChanged) {
+TEST_F(BasinLifeTest, NothingIsAskedIfNothingChanged) {
     EXPECT_TRUE(life_.may_exit());
     EXPECT_TRUE(dialogs_.messages().empty());
 }
 
-TEST_F(BasinLifeTest, AStartWithoutATemplateWorksOnWhatTheLastStartLeft) {
+TEST_F(BasinLifeTest, AStartWithoutATemplateUsesTheWorkingFileOfTheLastStart) {
     fs::remove(program_ / "null.mdb");
     BasinDatabase database{program_ / "new.mdb", Access::ReadWrite};
     BasinDescription header = read_basin_description(database);

@@ -16,7 +16,7 @@ protected:
     Session session_{dialogs_, desktop_};
 };
 
-TEST_F(DataCommandsTest, AWorkingFileThatIsGoneEndsTheCommandWithoutAWord) {
+TEST_F(DataCommandsTest, AMissingWorkingFileEndsTheCommandSilently) {
     session_.basin.Work_File = folder_ / "gone.mdb";
     EXPECT_EQ(choose_data_entry(session_, DataEntry::Parameters), DataOutcome::Stopped);
     EXPECT_EQ(choose_daily_variables(session_, 0), DataOutcome::Stopped);

@@ -30,7 +30,7 @@ TEST(ShownUnits, AreTheChosenOnesUntilTheyAreFixed) {
     EXPECT_EQ(shown_units(basin, std::nullopt), Units::English);
 }
 
-/// The way of Enter from the name to the zone grid.
+/// Where Enter leads, step by step, from the name to the zone grid.
 std::vector<AfterEnter> way(bool units_open, bool zones_open) {
     std::vector<AfterEnter> steps;
     AfterEnter at{.box = BasinBox::Name};

@@ -28,7 +28,7 @@ TEST(Desktop, ACallReachesTheFunctionThatWasSet) {
     EXPECT_TRUE(desktop.refuses_typed_box());
 }
 
-TEST(Desktop, AFunctionThatIsTakenBackIsNotCalled) {
+TEST(Desktop, AFunctionThatWasRemovedIsNotCalled) {
     Desktop desktop;
     int refreshes = 0;
     desktop.refresh_main_window = [&refreshes] { ++refreshes; };

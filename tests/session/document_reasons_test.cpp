@@ -8,7 +8,7 @@
 namespace nivora {
 namespace {
 
-TEST(DocumentReasons, EachResultHasItsWords) {
+TEST(DocumentReasons, EachResultHasItsText) {
     const std::map<int, std::string> words{{2, "File not found"},
                                            {3, "Path not found"},
                                            {5, "Access denied"},

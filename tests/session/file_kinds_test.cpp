@@ -17,7 +17,7 @@ protected:
         EXPECT_EQ(dialogs_.answers_left(), 0U);
     }
 
-    /// The question that a purpose asks about a basin's file.
+    /// The question that is asked for a kind of file while the basin's file is `basin_file`.
     FileQuestion question(FileKind kind, const fs::path& basin_file, bool flux_plot = false,
                           const std::string& suffix = {}) {
         dialogs_.then_file(std::nullopt);
@@ -81,12 +81,12 @@ TEST_F(FileKindsTest, ANameInAFolderCalledLikeTheTemplateOrTheWorkingFileIsNotPr
     }
 }
 
-TEST_F(FileKindsTest, ATextTakesTheNameWithTheOtherEnding) {
+TEST_F(FileKindsTest, ATextGetsTheNameWithItsExtension) {
     EXPECT_EQ(question(FileKind::SaveText, "/data/alder.fork.mdb").proposed_name, "alder.fork.txt");
     EXPECT_EQ(question(FileKind::SaveText, program_.path() / "null.mdb").proposed_name, "newfile");
 }
 
-TEST_F(FileKindsTest, APrintTakesTheNameWithItsSuffix) {
+TEST_F(FileKindsTest, APrintGetsTheNameWithItsSuffix) {
     const auto proposed = [&](FileKind kind, const fs::path& file) {
         return question(kind, file, false, "_Results").proposed_name;
     };
@@ -98,12 +98,12 @@ TEST_F(FileKindsTest, APrintTakesTheNameWithItsSuffix) {
     EXPECT_EQ(proposed(FileKind::SavePdf, "<new file> "), "newfile_Results");
 }
 
-TEST_F(FileKindsTest, APlotTakesTheNameUpToItsLastPointAndTheEndingOfPlots) {
+TEST_F(FileKindsTest, APlotGetsTheNameUpToItsLastPointAndTheExtensionOfPlots) {
     EXPECT_EQ(question(FileKind::SavePlot, "/data/alder.fork.mdb").proposed_name, "alder.fork.bmp");
     EXPECT_EQ(question(FileKind::SavePlot, program_.path() / "null.mdb").proposed_name, "newfile.bmp");
 }
 
-TEST_F(FileKindsTest, TheFolderOfAnAnswerIsKeptForItsPurposeAlone) {
+TEST_F(FileKindsTest, TheFolderOfAnAnswerIsKeptOnlyForItsPurpose) {
     dialogs_.then_file(program_.path() / "one" / "a.mdb");
     static_cast<void>(names_.GetFileName(FileKind::SaveAs, "/data/alder.mdb"));
     EXPECT_EQ(question(FileKind::SaveAs, "/data/alder.mdb").folder, program_.path() / "one");
@@ -115,7 +115,7 @@ TEST_F(FileKindsTest, TheFolderOfAnAnswerIsKeptForItsPurposeAlone) {
     EXPECT_EQ(question(FileKind::SaveAs, "/data/alder.mdb").folder, program_.path() / "one");
 }
 
-TEST_F(FileKindsTest, OnlySavedNamesGetAnEnding) {
+TEST_F(FileKindsTest, OnlySavedNamesGetAnExtension) {
     struct Case {
         FileKind kind;
         const char* answer;
@@ -132,7 +132,7 @@ TEST_F(FileKindsTest, OnlySavedNamesGetAnEnding) {
     }
 }
 
-TEST_F(FileKindsTest, TheEndingIsAddedBeforeTheExistingFileIsLookedFor) {
+TEST_F(FileKindsTest, TheExtensionIsAddedBeforeTheExistingFileIsLookedFor) {
     program_.write("alder.txt", "x");
     dialogs_.then_file(program_.path() / "alder").then(Answer::No).then_file(std::nullopt);
     EXPECT_EQ(names_.GetFileName(FileKind::SaveText, "/data/basin.mdb"), std::nullopt);
@@ -140,7 +140,7 @@ TEST_F(FileKindsTest, TheEndingIsAddedBeforeTheExistingFileIsLookedFor) {
               (program_.path() / "alder.txt").string() + " already exists!\n  Do you want to replace it?");
 }
 
-TEST_F(FileKindsTest, AReservedNameIsRefusedForBasinsAlone) {
+TEST_F(FileKindsTest, AReservedNameIsRefusedOnlyForBasins) {
     const fs::path reserved = program_.path() / "null.mdb";
     dialogs_.then_file(reserved);
     EXPECT_EQ(names_.GetFileName(FileKind::SaveText, "/data/basin.mdb"), reserved);

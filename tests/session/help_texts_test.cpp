@@ -11,7 +11,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-TEST(HelpText, IsWhatStandsBetweenTheTagsOfTheTopic) {
+TEST(HelpText, IsTheTextBetweenTheTagsOfTheTopic) {
     const TemporaryFolder folder;
     folder.write("NIVORAHelp.txt", "[STRING1]one[/STRING1]\n[STRING17]\nThe plots.\n[/STRING17]");
     EXPECT_EQ(Help_Text(folder.path(), 1), "one");

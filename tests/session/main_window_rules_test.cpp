@@ -50,7 +50,7 @@ TEST(ChangedBox, ANameIsCutToFiftyCharactersWithABeep) {
     EXPECT_FALSE(changed_box(BasinBox::Name, std::string(50, 'a')).beep);
 }
 
-TEST(ChangedBox, CharactersCountAndNotBytes) {
+TEST(ChangedBox, CharactersAreCountedNotBytes) {
     std::string name;
     for (int i = 0; i < 50; ++i) name += "ö";
     EXPECT_FALSE(changed_box(BasinBox::Name, name).beep);
@@ -80,7 +80,7 @@ struct LimitCase {
     bool passes;
 };
 
-TEST(LeftBox, LimitsHoldToTheLastUnit) {
+TEST(LeftBox, LimitsAreExact) {
     for (const LimitCase& c :
          std::vector<LimitCase>{{BasinBox::Zones, "16", Units::Metric, true},
                                 {BasinBox::Zones, "17", Units::Metric, false},
@@ -129,7 +129,7 @@ TEST(LeftBox, AnEmptyNameIsRequiredAndADescriptionIsNot) {
     EXPECT_FALSE(left_box_problem(BasinBox::Description, "", Units::Metric).has_value());
 }
 
-TEST(Labels, BearTheUnitsOfTheBasin) {
+TEST(Labels, ShowTheUnitsOfTheBasin) {
     EXPECT_EQ(reference_elevation_label(Units::Metric), "Reference Elevation (m):");
     EXPECT_EQ(reference_elevation_label(Units::English), "Reference Elevation (ft):");
     EXPECT_EQ(basin_area_label(Units::Metric), "Basin Area (km²):");
@@ -148,7 +148,7 @@ TEST(ZoneHeaders, ElevationsEndWithTheUnit) {
     EXPECT_EQ(zone_header(4, Units::Metric), "% NE Aspect");
 }
 
-TEST(SimulationHeaders, TheInitialRunoffBearsTheUnitOfDischarge) {
+TEST(SimulationHeaders, TheInitialRunoffShowsTheUnitOfDischarge) {
     EXPECT_EQ(simulation_header(13, Units::Metric), "Initial Runoff (CMS)");
     EXPECT_EQ(simulation_header(13, Units::English), "Initial Runoff (CFS)");
     EXPECT_EQ(simulation_header(13, Units::NotFixed), "Intital Runoff");
@@ -170,7 +170,7 @@ protected:
     Session session_{dialogs_, desktop_};
 };
 
-TEST_F(MainWindowRules, UnitsAreStoredOnTheSpot) {
+TEST_F(MainWindowRules, UnitsAreStoredAtOnce) {
     fix_units(session_, Units::English);
     BasinDatabase database{session_.basin.Work_File, Access::ReadOnly};
     EXPECT_EQ(read_basin_description(database).units, Units::English);
@@ -179,7 +179,7 @@ TEST_F(MainWindowRules, UnitsAreStoredOnTheSpot) {
     EXPECT_TRUE(session_.shell.zones_box_shown);
 }
 
-TEST_F(MainWindowRules, AConfirmedNumberMakesTheZonesAndTheirMonths) {
+TEST_F(MainWindowRules, AConfirmedNumberCreatesTheZonesAndTheirMonths) {
     fix_zones(session_, 3);
     BasinDatabase database{session_.basin.Work_File, Access::ReadOnly};
     EXPECT_EQ(read_basin_description(database).zones, 3);
@@ -215,7 +215,7 @@ TEST_F(MainWindowRules, ASimulationNeedsANameUnitsAndZones) {
     EXPECT_TRUE(add_simulation_problem(session_).has_value());
 }
 
-TEST_F(MainWindowRules, NoSnowModeTurnsMeltSeasonAndClimateRunsOffAndTellsOnlyWhenItGoesOn) {
+TEST_F(MainWindowRules, NoSnowModeDisablesMeltSeasonAndClimateRunsAndExplainsItselfOnlyWhenSwitchedOn) {
     session_.shell.run_simulation = true;
     session_.shell.run_climate = true;
     const auto told = toggle_no_snow(session_);
@@ -231,13 +231,13 @@ TEST_F(MainWindowRules, NoSnowModeTurnsMeltSeasonAndClimateRunsOffAndTellsOnlyWh
     EXPECT_TRUE(session_.shell.run_climate);
 }
 
-TEST_F(MainWindowRules, NoSnowSwitchedOnAndOffWithoutASimulationLeavesTheClimateRunOff) {
+TEST_F(MainWindowRules, NoSnowSwitchedOnAndOffWithoutASimulationLeavesTheClimateRunDisabled) {
     static_cast<void>(toggle_no_snow(session_));
     static_cast<void>(toggle_no_snow(session_));
     EXPECT_FALSE(session_.shell.run_climate);
 }
 
-TEST_F(MainWindowRules, TheRunMenuOpensOnceAreasAreTyped) {
+TEST_F(MainWindowRules, TheRunMenuIsEnabledOnceAreasAreTyped) {
     Simulation definition;
     definition.name = "by hand";
     session_.basin.simulations = {definition};
@@ -260,8 +260,8 @@ TEST_F(MainWindowRules, ASimulationInOtherUnitsLeavesTheUnitsOfTheBasin) {
     EXPECT_EQ(session_.basin.basin_units, Units::Metric);
 }
 
-// The limits of usual values: an area of 10^7, and the highest reference elevation of the units.
-TEST_F(MainWindowRules, ValuesBeyondAnyOnEarthAreAskedAboutInOneQuestion) {
+// The limits of usual values: an area of 10^7, and the highest elevation for the units.
+TEST_F(MainWindowRules, UnusuallyLargeValuesAreAskedAboutInOneQuestion) {
     session_.basin.basin_units = Units::Metric;
     session_.basin.zones = {{.id = "1", .area = 1e7, .elevation = 1500.0},
                             {.id = "2", .area = 12.5, .elevation = 8849.0}};

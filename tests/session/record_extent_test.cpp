@@ -1,4 +1,4 @@
-// The extent of the daily variables, found when a basin is opened.
+// The extent of the daily variables, which is determined when a basin is opened.
 #include "base/scripted_dialogs.h"
 #include "session/basin_life.h"
 #include "store/table_io.h"

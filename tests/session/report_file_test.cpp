@@ -9,7 +9,7 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-/// The basin and the run of the reports in a session, whose program folder is `folder_`.
+/// The basin and the run of the report tests, in a session with the program folder `folder_`.
 class ReportFileTest : public ReportTest {
 protected:
     ReportFileTest() { write_tables(); }
@@ -28,7 +28,7 @@ protected:
     Session session_{dialogs_, desktop_};
 };
 
-TEST_F(ReportFileTest, OneRequestIsOneFileInThePlaceOfTheOneBefore) {
+TEST_F(ReportFileTest, OneRequestIsOneFileThatReplacesTheFormerOne) {
     folder_.write("NVRrpts.out", "an older and much longer report\r\n");
     const auto outcome = write({Report::Temperatures, Report::DataDescription});
     EXPECT_FALSE(outcome.problem);
@@ -64,7 +64,7 @@ TEST_F(ReportFileTest, ARefusalOfTheFirstReportLeavesAnEmptyFile) {
     EXPECT_EQ(content(), "");
 }
 
-TEST_F(ReportFileTest, TheClimateReportIsTheOneInTheProgramFolder) {
+TEST_F(ReportFileTest, TheClimateReportComesFromTheProgramFolder) {
     run_.ClimateStep = 6;
     const auto missing = write({Report::DeficitGain});
     ASSERT_TRUE(missing.problem);
@@ -74,7 +74,7 @@ TEST_F(ReportFileTest, TheClimateReportIsTheOneInTheProgramFolder) {
     EXPECT_EQ(content(), "Zone A gains\r\n");
 }
 
-TEST_F(ReportFileTest, AFileThatCannotBeWrittenStaysAndTheMessageNamesItAndSaysWhatToDo) {
+TEST_F(ReportFileTest, AFileThatCannotBeWrittenStaysAndTheMessageNamesItAndTheRemedy) {
     folder_.write("NVRrpts.out", "before\r\n");
     std::filesystem::permissions(path_, std::filesystem::perms::owner_read);
     const auto outcome = write({Report::DataDescription});
@@ -88,7 +88,7 @@ TEST_F(ReportFileTest, AFileThatCannotBeWrittenStaysAndTheMessageNamesItAndSaysW
     EXPECT_EQ(folder_.entries().size(), 1U) << "nothing is left beside it";
 }
 
-TEST_F(ReportFileTest, AFolderOfThatNameIsToldAndStays) {
+TEST_F(ReportFileTest, AFolderOfThatNameIsReportedAndStays) {
     std::filesystem::create_directory(path_);
     const auto outcome = write({Report::DataDescription});
     EXPECT_FALSE(outcome.file);
@@ -97,7 +97,7 @@ TEST_F(ReportFileTest, AFolderOfThatNameIsToldAndStays) {
     EXPECT_TRUE(std::filesystem::is_directory(path_));
 }
 
-TEST_F(ReportFileTest, ABasinThatBearsThisNameIsNotReplaced) {
+TEST_F(ReportFileTest, ABasinOfThatNameIsNotReplaced) {
     basin_.Basin_File = folder_.write("NVRrpts.out", "a basin");
     const auto outcome = write({Report::DataDescription});
     EXPECT_FALSE(outcome.file);
@@ -105,7 +105,7 @@ TEST_F(ReportFileTest, ABasinThatBearsThisNameIsNotReplaced) {
     EXPECT_EQ(content(), "a basin");
 }
 
-TEST_F(ReportFileTest, AMissingWorkingCopyIsToldAndTheFileStays) {
+TEST_F(ReportFileTest, AMissingWorkingCopyIsReportedAndTheFileStays) {
     folder_.write("NVRrpts.out", "before\r\n");
     session_.basin = basin_;
     session_.basin.Work_File = folder_ / "gone.mdb";
@@ -117,7 +117,7 @@ TEST_F(ReportFileTest, AMissingWorkingCopyIsToldAndTheFileStays) {
     EXPECT_EQ(content(), "before\r\n");
 }
 
-TEST_F(ReportFileTest, ALostTableIsToldAndTheReportsBeforeItAreInTheFile) {
+TEST_F(ReportFileTest, AMissingTableIsReportedAndTheReportsBeforeItAreInTheFile) {
     file_.change("DROP TABLE PhysicalData");
     const auto outcome = write({Report::Temperatures, Report::DegreeDayFactors});
     EXPECT_TRUE(outcome.problem);

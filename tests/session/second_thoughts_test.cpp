@@ -1,4 +1,4 @@
-// The File menu in the hands of a user who changes his mind half-way, and of one whose disk lets him down.
+// The File menu with a user who changes their mind half way, and with a disk that fails.
 
 #include "store/transactions.h"
 #include "tests/session/basin_life_fixture.h"
@@ -36,7 +36,7 @@ protected:
         return read_basin_description(database).description.value_or("");
     }
 
-    /// Another program writes into a basin file.
+    /// Another program writes to a basin file.
     static void change_elsewhere(const fs::path& file) {
         BasinDatabase database{file, Access::ReadWrite};
         BasinDescription header = read_basin_description(database);
@@ -48,7 +48,7 @@ protected:
     }
 };
 
-// No, and then not.
+// No to the question about saving, and then no other basin after all.
 
 TEST_F(SecondThoughts, NoAndThenNoFileToOpenAsksAgainAtExit) {
     changed_basin();
@@ -64,7 +64,7 @@ TEST_F(SecondThoughts, NoAndThenAReservedNameAsksAgainAtExit) {
     expect_still_asked();
 }
 
-TEST_F(SecondThoughts, NoAndThenARecentFileThatIsGoneAsksAgainAtExit) {
+TEST_F(SecondThoughts, NoAndThenAMissingRecentFileAsksAgainAtExit) {
     changed_basin();
     session_.settings.recent_files = {"/gone/birch.mdb"};
     dialogs_.then(Answer::No);
@@ -81,7 +81,7 @@ TEST_F(SecondThoughts, YesAndThenNoFileToOpenLeavesNothingUnsaved) {
     EXPECT_TRUE(life_.may_exit());
 }
 
-TEST_F(SecondThoughts, AnAnswerOfAnEarlierQuestionIsNotGivenBackByALaterOne) {
+TEST_F(SecondThoughts, TheChangesOfAnEarlierNoAreNotRestoredLater) {
     const fs::path file = changed_basin();
     dialogs_.then(Answer::No).then_file(file);
     life_.open();
@@ -90,9 +90,9 @@ TEST_F(SecondThoughts, AnAnswerOfAnEarlierQuestionIsNotGivenBackByALaterOne) {
     EXPECT_FALSE(session_.basin.Basin_Changed);
 }
 
-// A recent file that is gone.
+// A recent file that no longer exists.
 
-TEST_F(SecondThoughts, ARecentFileThatIsGoneLeavesTheBasinItsName) {
+TEST_F(SecondThoughts, AMissingRecentFileLeavesTheBasinItsName) {
     const fs::path file = changed_basin();
     session_.settings.recent_files = {path_text(user_ / "gone.mdb")};
     dialogs_.then(Answer::No);
@@ -119,7 +119,7 @@ TEST_F(SecondThoughts, AFirstSaveThroughTheQuestionNamesTheBasinEvenIfNothingEls
     EXPECT_EQ(description_in(file), "later");
 }
 
-TEST_F(SecondThoughts, ARecentFileIsTheOneThatWasChosenThoughAFirstSaveMovesTheList) {
+TEST_F(SecondThoughts, TheChosenRecentFileIsOpenedThoughAFirstSaveChangesTheList) {
     const fs::path old = save_new_basin("old.mdb");
     life_.new_basin();
     define_basin(1);
@@ -161,7 +161,7 @@ TEST_F(SecondThoughts, ACopyThatFailsAtTheQuestionCountsAsCancel) {
     expect_still_asked();
 }
 
-TEST_F(SecondThoughts, TheMessageOfAFailedSaveNamesTheUsersFileAlone) {
+TEST_F(SecondThoughts, TheMessageOfAFailedSaveNamesOnlyTheUsersFile) {
     const fs::path file = changed_basin();
     fs::permissions(file, fs::perms::owner_read);
     life_.save();
@@ -169,7 +169,7 @@ TEST_F(SecondThoughts, TheMessageOfAFailedSaveNamesTheUsersFileAlone) {
     EXPECT_EQ(last_message().text.find(".part"), std::string::npos) << last_message().text;
 }
 
-TEST_F(SecondThoughts, ASaveIntoAFolderThatIsGoneNamesTheUsersFileAlone) {
+TEST_F(SecondThoughts, ASaveIntoAMissingFolderNamesOnlyTheUsersFile) {
     define_basin(1);
     const fs::path file = user_ / "gone" / "first.mdb";
     dialogs_.then_file(file);
@@ -178,9 +178,9 @@ TEST_F(SecondThoughts, ASaveIntoAFolderThatIsGoneNamesTheUsersFileAlone) {
     EXPECT_EQ(last_message().text.find(".part"), std::string::npos) << last_message().text;
 }
 
-// A template that is gone or damaged.
+// A missing or damaged template.
 
-TEST_F(SecondThoughts, NewMakesAMissingTemplateAnew) {
+TEST_F(SecondThoughts, NewCreatesAMissingTemplate) {
     save_new_basin("alder.mdb");
     fs::remove(program_ / "null.mdb");
     EXPECT_TRUE(life_.new_basin());
@@ -191,7 +191,7 @@ TEST_F(SecondThoughts, NewMakesAMissingTemplateAnew) {
     EXPECT_EQ(work.sql().execAndGet("SELECT count(*) FROM SimulationIndex").getInt(), 0);
 }
 
-TEST_F(SecondThoughts, NewStopsAtADamagedTemplateWithTheOpenBasinAsItWas) {
+TEST_F(SecondThoughts, NewStopsAtADamagedTemplateAndKeepsTheOpenBasin) {
     const fs::path file = changed_basin();
     program_.write("null.mdb", "no template");
     dialogs_.then(Answer::No);
@@ -204,7 +204,7 @@ TEST_F(SecondThoughts, NewStopsAtADamagedTemplateWithTheOpenBasinAsItWas) {
     expect_still_asked();
 }
 
-// Results of a basin that goes.
+// The results of a basin that is closed.
 
 TEST_F(SecondThoughts, NewAndOpenCloseTheResultsAndSaveDoesNot) {
     const fs::path file = changed_basin();
@@ -250,7 +250,7 @@ TEST_F(SecondThoughts, TheQuestionAsksTheSameAndNoCountsAsCancel) {
     expect_still_asked();
 }
 
-TEST_F(SecondThoughts, AFileThatWasOpenedIsKnownAsItWasThen) {
+TEST_F(SecondThoughts, AFileIsComparedWithItsStateAtOpening) {
     const fs::path file = changed_basin();
     dialogs_.then(Answer::No).then_file(file);
     life_.open();
@@ -284,9 +284,9 @@ TEST_F(SecondThoughts, AFileThatWasOnlyTouchedOrPutBackIsNotAskedAbout) {
     EXPECT_EQ(description_in(file), "typed");
 }
 
-// What Open says.
+// The messages of Open.
 
-TEST_F(SecondThoughts, AFileOfANewerVersionIsToldAsSuchInASecondSentence) {
+TEST_F(SecondThoughts, AFileOfANewerVersionIsNamedAsSuchInASecondSentence) {
     const fs::path file = save_new_basin("alder.mdb");
     const fs::path newer = user_ / "newer.mdb";
     fs::copy_file(file, newer);
@@ -299,7 +299,7 @@ TEST_F(SecondThoughts, AFileOfANewerVersionIsToldAsSuchInASecondSentence) {
     EXPECT_NE(last_message().text.find("was written by a newer version of Nivora"), std::string::npos);
 }
 
-TEST_F(SecondThoughts, ADamagedIndexIsToldWithItsTableAndTheWayToRescueTheRest) {
+TEST_F(SecondThoughts, ADamagedIndexIsReportedWithItsTableAndTheCommandThatSalvagesTheRest) {
     const fs::path file = save_new_basin("alder.mdb");
     BasinDatabase{file, Access::ReadWrite}.execute("INSERT INTO PhysicalData (Zone, Date) VALUES (1, 36000)");
     empty_index(file, "PhysicalData.key");
@@ -317,7 +317,7 @@ TEST_F(SecondThoughts, ADamagedIndexIsToldWithItsTableAndTheWayToRescueTheRest) 
     EXPECT_TRUE(file_bytes(file) == before);
 }
 
-TEST_F(SecondThoughts, DamagedResultsDoNotKeepABasinFromBeingOpened) {
+TEST_F(SecondThoughts, ABasinWithDamagedResultsCanBeOpened) {
     const fs::path file = save_new_basin("alder.mdb");
     {
         BasinDatabase database{file, Access::ReadWrite};
@@ -334,7 +334,7 @@ TEST_F(SecondThoughts, DamagedResultsDoNotKeepABasinFromBeingOpened) {
     EXPECT_FALSE(BasinDatabase(program_ / "new.mdb", Access::ReadOnly).has_table("SimResults"));
 }
 
-TEST_F(SecondThoughts, ADamagedWorkingFileOfTheLastStartIsToldWhereThereIsNoTemplate) {
+TEST_F(SecondThoughts, ADamagedWorkingFileOfTheLastStartIsReportedIfThereIsNoTemplate) {
     save_new_basin("alder.mdb");
     fs::remove(program_ / "null.mdb");
     misname_field(program_ / "new.mdb", "\"Tavg\" FLOAT", "\"Tawg\"");
@@ -382,7 +382,7 @@ TEST_F(SecondThoughts, SaveAsOverAFileThatAnotherProgramHoldsKeepsTheBasinUnderI
 }
 #endif
 
-TEST_F(SecondThoughts, AProgramFolderThatTakesNoFileIsBlamedAndNotTheUsersFile) {
+TEST_F(SecondThoughts, AProgramFolderThatCannotBeWrittenIsNamedAndNotTheUsersFile) {
     const fs::path file = changed_basin();
     fs::remove(program_ / "new.mdb");
     fs::create_directories(program_ / "new.mdb" / "in the way");

@@ -25,13 +25,13 @@ TEST(RecentFiles, AKnownFileMovesToTheTopWithoutADuplicate) {
     EXPECT_EQ(settings.recent_files, (Files{"/c.mdb", "/a.mdb", "/b.mdb"}));
 }
 
-TEST(RecentFiles, AFifthFilePushesOutTheOldest) {
+TEST(RecentFiles, AFifthFileReplacesTheOldest) {
     Settings settings = with_files({"/a.mdb", "/b.mdb", "/c.mdb", "/d.mdb"});
     update_recent_files(settings, "/e.mdb");
     EXPECT_EQ(settings.recent_files, (Files{"/e.mdb", "/a.mdb", "/b.mdb", "/c.mdb"}));
 }
 
-TEST(RecentFiles, TheTemplateNeverGetsThere) {
+TEST(RecentFiles, TheTemplateIsNeverListed) {
     Settings settings;
     update_recent_files(settings, "/program/null.mdb");
     EXPECT_TRUE(settings.recent_files.empty());

@@ -7,7 +7,7 @@
 namespace nivora {
 namespace {
 
-/// Two simulations, the first of which was current when the window of a definition opened.
+/// Two simulations; the first was current when the window of a definition was opened.
 class DefinitionWasClosed : public testing::Test {
 protected:
     DefinitionWasClosed() {
@@ -26,7 +26,7 @@ protected:
     Session session_{dialogs_, desktop_};
 };
 
-TEST_F(DefinitionWasClosed, ACancelSelectsNothingAnew) {
+TEST_F(DefinitionWasClosed, ACancelSelectsNothing) {
     definition_was_closed(session_, false, 0);
     EXPECT_FALSE(session_.shell.run_simulation);
     EXPECT_TRUE(session_.shell.reports);
@@ -39,7 +39,7 @@ TEST_F(DefinitionWasClosed, AnAcceptedDefinitionIsSelectedAndCountsAsEdited) {
     EXPECT_FALSE(session_.shell.reports);
 }
 
-TEST_F(DefinitionWasClosed, ARowThatCameByARefusedDefinitionIsSelected) {
+TEST_F(DefinitionWasClosed, ARowAddedByARefusedDefinitionIsSelected) {
     session_.basin.current_row = 1;
     definition_was_closed(session_, false, 0);
     EXPECT_EQ(session_.basin.Current_Sim_Name, "second");

@@ -1,4 +1,4 @@
-// What a save says of a box or cell that no file can hold.
+// The message of a save about a box or a cell whose value no file can hold.
 #include "session/basin_rows.h"
 #include "tests/session/basin_life_fixture.h"
 
@@ -26,7 +26,7 @@ protected:
     }
 };
 
-TEST_F(UnstorableFieldTest, ABasinThatCanBeStoredHasNone) {
+TEST_F(UnstorableFieldTest, ABasinThatCanBeStoredHasNoSuchField) {
     EXPECT_FALSE(unstorable_field(session_.basin).has_value());
     EXPECT_TRUE(life_.Save_Grids(session_.basin.Work_File));
 }
@@ -65,7 +65,7 @@ TEST_F(UnstorableFieldTest, ABoxIsNamedByItsCaption) {
     EXPECT_EQ(desktop_.shown->part, UnstorableField::Part::Box);
 }
 
-TEST_F(UnstorableFieldTest, AWorkingFileThatRefusesTellsItsOwnReason) {
+TEST_F(UnstorableFieldTest, AWorkingFileThatCannotBeWrittenHasItsOwnReason) {
     {
         BasinDatabase database{session_.basin.Work_File, Access::ReadWrite};
         database.drop_table("ZoneDescription");

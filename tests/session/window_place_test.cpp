@@ -1,4 +1,4 @@
-// Where windows go on the desktop, and what is kept of where they stood.
+// Where windows open on the desktop, and which position is saved.
 
 #include "session/window_place.h"
 
@@ -18,7 +18,7 @@ const std::vector<ScreenArea> k_screen{{0, 0, 1024, 768}};
 
 WindowPlace kept(int left, int top) { return {.top = top, .left = left, .height = {}, .width = {}}; }
 
-/// A frame of some window manager: a thin one, one with wide borders, one of a tablet, none.
+/// Frames of different window managers: thin, with wide borders, of a tablet, none.
 class FrameTest : public testing::TestWithParam<FrameWidths> {};
 
 TEST_P(FrameTest, AWindowInsideTheScreenGoesWhereItsFrameWas) {
@@ -26,11 +26,11 @@ TEST_P(FrameTest, AWindowInsideTheScreenGoesWhereItsFrameWas) {
     EXPECT_EQ(place, (Placement{100, 50, 400, 300}));
 }
 
-TEST_P(FrameTest, AKeptCornerOfZeroIsACornerAsWell) {
+TEST_P(FrameTest, ASavedCornerOfZeroIsValid) {
     EXPECT_EQ(place_window(kept(0, 0), {400, 300}, GetParam(), k_screen), (Placement{0, 0, 400, 300}));
 }
 
-TEST_P(FrameTest, TheFrameLiesOnTheScreenWhereverTheWindowWasKept) {
+TEST_P(FrameTest, TheFrameIsOnTheScreenWhateverPositionWasSaved) {
     constexpr int k_huge = std::numeric_limits<int>::max();
     constexpr int k_least = std::numeric_limits<int>::min();
     const FrameWidths& frame = GetParam();
@@ -45,9 +45,9 @@ TEST_P(FrameTest, TheFrameLiesOnTheScreenWhereverTheWindowWasKept) {
     }
 }
 
-TEST_P(FrameTest, AHundredOpeningsLeaveAWindowWhereItIs) {
+TEST_P(FrameTest, AHundredOpeningsDoNotMoveAWindow) {
     const FrameWidths& frame = GetParam();
-    // A window manager takes the corner asked for as that of the frame, or as that of the content.
+    // Some window managers take the requested corner as that of the frame, others as that of the content.
     for (const bool of_content : {false, true}) {
         WindowPlace place = kept(300, 200);
         for (int opening = 0; opening < 100; ++opening) {
@@ -61,7 +61,7 @@ TEST_P(FrameTest, AHundredOpeningsLeaveAWindowWhereItIs) {
     }
 }
 
-TEST_P(FrameTest, AWindowThatWasNotKeptIsCentredWithItsFrame) {
+TEST_P(FrameTest, AWindowWithoutSavedPositionIsCentredWithItsFrame) {
     const FrameWidths& frame = GetParam();
     const Placement place = place_window({}, {400, 300}, frame, k_screen);
     const int right_of_it = 1024 - (place.left + frame.left + 400 + frame.right);
@@ -70,7 +70,7 @@ TEST_P(FrameTest, AWindowThatWasNotKeptIsCentredWithItsFrame) {
     EXPECT_LE(std::abs(below_it - place.top), 1);
 }
 
-TEST_P(FrameTest, AWindowLargerThanTheScreenGetsTheWholeScreenLessItsFrame) {
+TEST_P(FrameTest, AWindowLargerThanTheScreenGetsTheWholeScreenMinusItsFrame) {
     const FrameWidths& frame = GetParam();
     const Placement place = place_window(kept(-30, 700), {1400, 900}, frame, k_screen);
     EXPECT_EQ(place, (Placement{0, 0, 1024 - frame.left - frame.right, 768 - frame.top - frame.bottom}));
@@ -80,7 +80,7 @@ INSTANTIATE_TEST_SUITE_P(Frames, FrameTest,
                          testing::Values(FrameWidths{}, FrameWidths{1, 20, 1, 5}, FrameWidths{8, 31, 8, 8},
                                          FrameWidths{0, 46, 0, 0}));
 
-TEST(WindowPlace, AKeptSizeComesBackAndNonsenseDoesNot) {
+TEST(WindowPlace, AValidSavedSizeIsRestoredAndAnInvalidOneIsNot) {
     const auto size_of = [](int width, int height) {
         const Placement place =
             place_window({.top = 0, .left = 0, .height = height, .width = width}, {400, 300}, {}, k_screen);
@@ -97,13 +97,13 @@ TEST(WindowPlace, AWindowOfASecondScreenStaysThere) {
               (Placement{-900, 100, 400, 300}));
 }
 
-TEST(WindowPlace, AWindowOfAScreenThatIsGoneComesToTheFirst) {
+TEST(WindowPlace, AWindowOfAMissingScreenMovesToTheFirst) {
     // 1024 - (400 + 2) = 622
     EXPECT_EQ(place_window(kept(1800, 100), {400, 300}, {1, 20, 1, 5}, k_screen),
               (Placement{622, 100, 400, 300}));
 }
 
-TEST(WindowPlace, WhatTheUserMovedIsKeptWhereItWasMovedTo) {
+TEST(WindowPlace, AWindowThatTheUserMovedIsSavedAtItsNewPosition) {
     const WindowPlace place = place_to_keep(310, 221, {420, 330}, {300, 200, 400, 300}, {1, 20, 1, 5});
     EXPECT_EQ(place.left, 310);
     EXPECT_EQ(place.top, 221);
