@@ -1,4 +1,4 @@
-// What the commands never do to a basin: write over it, work on a damaged one, share it, or leave it locked.
+// What the commands never do to a basin: overwrite it, work on a damaged one, share it, or leave it locked.
 #include "batch/commands.h"
 #include "store/basin_opening.h"
 #include "tests/batch/run_basin.h"
@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 
 class BasinSafety : public YearBasinTest {
 protected:
-    /// Where a table's place stands in the list of tables, which lies on the first page of a small basin.
+    /// Changes the root page of a table in the list of tables, which is on the first page of a small basin.
     void set_root(const std::string& name, std::size_t page) const {
         const std::string text = "CREATE TABLE \"" + name + "\"";
         const std::size_t at = basin.bytes().find(text);
@@ -54,7 +54,7 @@ TEST_F(BasinSafety, AReportIsNeverWrittenOverTheBasin) {
     }
 }
 
-TEST_F(BasinSafety, ABasinThatBearsTheReportsNameIsKept) {
+TEST_F(BasinSafety, ABasinWithTheReportsNameIsKept) {
     const std::string named = basin.path("NVR_DfGN.out");
     fs::rename(file(), named);
     const std::string before = file_bytes(named);
@@ -84,15 +84,15 @@ TEST_F(BasinSafety, PartFilesOfKilledCommandsAreClearedByTheNextOne) {
     EXPECT_THAT(basin.names(), ElementsAre("alder.NVR", "basin.mdb", "new.mdb", "t.csv"));
 }
 
-// The journal would be played back into the new basin.
-TEST_F(BasinSafety, AnImportIntoANewFileRemovesTheJournalOfABasinThatIsGone) {
+// Otherwise the journal would be rolled back into the new basin.
+TEST_F(BasinSafety, AnImportIntoANewFileRemovesTheJournalOfADeletedBasin) {
     basin.folder().write("new.mdb-journal", "left");
     EXPECT_EQ(batch({"import", basin.file(), basin.path("new.mdb")}).status, 0);
     EXPECT_FALSE(fs::exists(basin.path("new.mdb-journal")));
 }
 
 #ifndef _WIN32
-TEST_F(BasinSafety, AKilledWriteIsUndoneByWhicheverCommandComesNext) {
+TEST_F(BasinSafety, AKilledWriteIsUndoneByTheNextCommandWhicheverItIs) {
     const std::string sound = basin.exported("PhysicalData");
     const std::vector<std::vector<std::string>> commands{
         {"simulations", file()},
@@ -111,7 +111,7 @@ TEST_F(BasinSafety, AKilledWriteIsUndoneByWhicheverCommandComesNext) {
     }
 }
 
-TEST_F(BasinSafety, AKilledWriteIsReadThroughAPrivateCopyWhereTheFileIsReadOnly) {
+TEST_F(BasinSafety, AReadOnlyFileWithAKilledWriteIsReadThroughAPrivateCopy) {
     const std::string sound = basin.exported("PhysicalData");
     kill_during_change(file(), "UPDATE PhysicalData SET Runoff = -1");
     const std::string before = basin.bytes();
@@ -123,7 +123,7 @@ TEST_F(BasinSafety, AKilledWriteIsReadThroughAPrivateCopyWhereTheFileIsReadOnly)
     EXPECT_TRUE(basin.bytes() == before);
 }
 
-TEST_F(BasinSafety, ABasinThatAnotherProgramWorksOnIsRefusedAfterTheWait) {
+TEST_F(BasinSafety, ABasinThatAnotherProgramHoldsIsRefusedAfterTheWait) {
     const std::string before = basin.bytes();
     {
         const OtherProgram other{[&](const std::function<void()>& hold) {
@@ -144,8 +144,8 @@ TEST_F(BasinSafety, ABasinThatAnotherProgramWorksOnIsRefusedAfterTheWait) {
     EXPECT_EQ(basin.run().status, 0);
 }
 
-// The other program goes on to hold the basin while the command starts, and lets go of it before its wait
-// ends.
+// The other program still holds the basin when the command starts, and
+// releases it before the command's wait ends.
 TEST_F(BasinSafety, ACommandWaitsForAnotherProgramAndThenWorks) {
     const std::string alone = basin.run().out;
     OtherProgram other{[&](const std::function<void()>& hold) {
@@ -162,7 +162,7 @@ TEST_F(BasinSafety, ACommandWaitsForAnotherProgramAndThenWorks) {
     EXPECT_EQ(result.out, alone);
 }
 
-/// Starts a run in the basin whenever the command says something.
+/// Starts a run on the basin whenever the command prints a line.
 class Intruder : public std::streambuf {
 public:
     explicit Intruder(std::string file) : file_(std::move(file)) {}
@@ -175,7 +175,7 @@ protected:
             text_ += static_cast<char>(character);
             return character;
         }
-        // The notes are told at the end, when the evaluation has let go of the basin.
+        // The notes are printed at the end, after the evaluation has released the basin.
         const bool at_end = text_.rfind("Note: ", 0) == 0;
         text_.clear();
         if (at_end) return character;
@@ -188,7 +188,7 @@ protected:
 
 private:
     std::string file_;
-    std::string text_;  ///< of the line that is being said
+    std::string text_;  ///< the part of the current line that was printed
     int tries_ = 0;
     int successes_ = 0;
 };
@@ -210,7 +210,7 @@ TEST_F(BasinSafety, NobodyChangesTheResultsBetweenTheStepsOfAnEvaluation) {
 }
 #endif
 
-TEST_F(BasinSafety, ATableInThePlaceOfAnotherIsRefusedByEveryCommand) {
+TEST_F(BasinSafety, ATableInPlaceOfAnotherIsRefusedByEveryCommand) {
     ASSERT_EQ(basin.run().status, 0);
     set_root("SimResults", first_page_of(file(), "PhysicalData"));
     const std::string before = basin.bytes();
@@ -235,7 +235,7 @@ TEST_F(BasinSafety, ADamagedIndexIsRefusedWithItsTable) {
     EXPECT_TRUE(basin.bytes() == before);
 }
 
-TEST_F(BasinSafety, ARunMakesADamagedResultsTableAnew) {
+TEST_F(BasinSafety, ARunReplacesADamagedResultsTable) {
     ASSERT_EQ(basin.run().status, 0);
     const std::string sound = basin.exported("SimResults");
     damage_first_page(file(), "SimResults", std::string(64, '\x7f'));
@@ -254,14 +254,14 @@ TEST_F(BasinSafety, ADeclarationWithAnotherFieldIsRefused) {
     EXPECT_THAT(basin.run().err, HasSubstr("is called 'Tawg', not 'Tavg'"));
 }
 
-TEST_F(BasinSafety, CheckFindsASoundBasinSound) {
+TEST_F(BasinSafety, CheckFindsNothingInASoundBasin) {
     ASSERT_EQ(climate().status, 0);
     const BatchResult result = batch({"check", file()});
     EXPECT_EQ(result.status, 0) << result.out;
     EXPECT_THAT(result.out, HasSubstr("is sound"));
 }
 
-TEST_F(BasinSafety, CheckTellsRowsThatAreDoubledMissingOrOutOfRange) {
+TEST_F(BasinSafety, CheckReportsRowsThatAreDuplicateMissingOrOutOfRange) {
     const auto found = [&](const std::string& change) {
         basin.execute(change);
         const BatchResult result = batch({"check", file()});
@@ -297,7 +297,7 @@ TEST_F(BasinSafety, SalvageListsWhatItCouldNotCopyAndKeepsTheDamagedFile) {
     EXPECT_THAT(result.out, HasSubstr("PhysicalData: 366 rows\n"));
     EXPECT_THAT(result.out, HasSubstr("alder: 0 rows\n    not copied: "));
     EXPECT_TRUE(basin.bytes() == before);
-    EXPECT_EQ(batch({"salvage", file(), salvaged()}).status, 1);  // the name is taken
+    EXPECT_EQ(batch({"salvage", file(), salvaged()}).status, 1);  // a file of that name exists
 }
 
 TEST_F(BasinSafety, SalvageReadsTablesWhoseDeclarationIsDamaged) {
@@ -312,19 +312,19 @@ TEST_F(BasinSafety, SalvageReadsTablesWhoseDeclarationIsDamaged) {
     EXPECT_EQ(file_bytes(basin.path("s.csv")), sound);
 }
 
-/// A basin with some damage. A value that is flipped inside a row cannot be told from another value, so the
-/// damage is done to the structure.
+/// A basin with random damage. A changed value within a row cannot be told from a valid
+/// one, so the damage is done to the structure.
 std::string damaged(const std::string& sound, std::mt19937& random) {
     std::string bytes = sound;
     const std::size_t pages = bytes.size() / 4096;
     switch (random() % 4) {
         case 0: return bytes.substr(0, random() % bytes.size());
-        case 1: {  // the list of tables
+        case 1: {  // in the list of tables
             char& byte = bytes[random() % 4096];
             byte = static_cast<char>(byte ^ (1 << random() % 8));
             return bytes;
         }
-        case 2: {  // the head of a page
+        case 2: {  // in a page header
             char& byte = bytes[(random() % pages) * 4096 + random() % 12];
             byte = static_cast<char>(byte ^ (1 << random() % 8));
             return bytes;
@@ -336,7 +336,7 @@ std::string damaged(const std::string& sound, std::mt19937& random) {
     }
 }
 
-/// What stands below the line of field names, which count without regard to case.
+/// The CSV without its line of field names, which may differ in case.
 std::string rows_of(const std::string& csv) { return csv.substr(csv.find('\n')); }
 
 TEST_F(BasinSafety, ADamagedBasinIsRefusedOrGivesTheNumbersOfTheSoundOne) {
@@ -374,7 +374,7 @@ TEST_F(BasinSafety, ADamagedBasinIsRefusedOrGivesTheNumbersOfTheSoundOne) {
     }
 }
 
-TEST_F(BasinSafety, AWaitThatIsNoNumberOfSecondsIsWrongUsage) {
+TEST_F(BasinSafety, AWaitThatIsNotANumberOfSecondsIsWrongUsage) {
     for (const char* wait : {"-1", "soon", "86401", ""}) {
         EXPECT_EQ(basin.run({"--wait", wait}).status, 2) << wait;
     }

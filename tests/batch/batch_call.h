@@ -34,14 +34,14 @@ struct BatchResult {
     return result;
 }
 
-/// What a call that has to succeed printed.
+/// The output of a call that must succeed.
 inline std::string printed(const std::vector<std::string>& arguments) {
     const BatchResult result = batch(arguments);
     EXPECT_EQ(result.status, 0) << result.err;
     return result.out;
 }
 
-/// A folder with a legacy file "alder.NVR" and, once it is imported, a basin "basin.mdb".
+/// A folder with the legacy file "alder.NVR" and, after the import, the basin "basin.mdb".
 class BatchFolder {
 public:
     explicit BatchFolder(const LegacyParts& parts = {}) { write(parts); }
@@ -59,21 +59,21 @@ public:
 
     void write(const LegacyParts& parts) const { folder_.write("alder.NVR", parts.text()); }
 
-    /// Calls "import alder.NVR basin.mdb" with more arguments.
+    /// Calls "import alder.NVR basin.mdb" with additional arguments.
     [[nodiscard]] BatchResult import(const std::vector<std::string>& more = {}) const {
         std::vector<std::string> arguments{"import", file(), basin()};
         arguments.insert(arguments.end(), more.begin(), more.end());
         return batch(arguments);
     }
 
-    /// Calls "run basin.mdb --simulation alder" with more arguments.
+    /// Calls "run basin.mdb --simulation alder" with additional arguments.
     [[nodiscard]] BatchResult run(const std::vector<std::string>& more = {}) const {
         std::vector<std::string> arguments{"run", basin(), "--simulation", "alder"};
         arguments.insert(arguments.end(), more.begin(), more.end());
         return batch(arguments);
     }
 
-    /// Exports a table and gives back the CSV.
+    /// Exports a table and returns the CSV.
     [[nodiscard]] std::string exported(const std::string& table) const {
         const BatchResult result = batch({"export", basin(), table, "--csv", path("table.csv")});
         EXPECT_EQ(result.status, 0) << result.err;

@@ -1,4 +1,4 @@
-// The dialogs of the batch program: which answer they give and what they report.
+// The dialogs of the batch program: which answers they give and what they print.
 #include "batch/batch_dialogs.h"
 
 #include <gmock/gmock.h>
@@ -8,7 +8,7 @@
 namespace nivora {
 namespace {
 
-TEST(BatchDialogs, QuestionsAreAnsweredSoThatTheWorkGoesOn) {
+TEST(BatchDialogs, QuestionsAreAnsweredSoThatTheWorkContinues) {
     std::ostringstream report;
     BatchDialogs dialogs{report, false};
     EXPECT_EQ(dialogs.message({.text = "Continue?", .title = "A", .buttons = Buttons::OkCancel}), Answer::Ok);
@@ -19,7 +19,7 @@ TEST(BatchDialogs, QuestionsAreAnsweredSoThatTheWorkGoesOn) {
     EXPECT_FALSE(dialogs.was_refused());
 }
 
-TEST(BatchDialogs, RefusingTheyAreAnsweredWithCancelOrNo) {
+TEST(BatchDialogs, WithRefuseQuestionsAreAnsweredWithCancelOrNo) {
     std::ostringstream report;
     BatchDialogs dialogs{report, true};
     EXPECT_EQ(dialogs.message({.text = "Continue?", .title = "A", .buttons = Buttons::OkCancel}),
@@ -30,7 +30,7 @@ TEST(BatchDialogs, RefusingTheyAreAnsweredWithCancelOrNo) {
     EXPECT_EQ(report.str(), "A: Continue? [Cancel]\nB: Overwrite? [No]\nC: Replace? [Cancel]\n");
 }
 
-TEST(BatchDialogs, ANoteIsOneLineAndNoRefusal) {
+TEST(BatchDialogs, ANoteIsOneLineAndNotARefusal) {
     std::ostringstream report;
     BatchDialogs dialogs{report, true};
     dialogs.report_note("A value is missing.\r\nIt is that of Tmax.");
@@ -64,7 +64,7 @@ TEST(BatchDialogs, AnInputBoxGetsThePreparedText) {
     EXPECT_EQ(report.str(), "");
 }
 
-TEST(BatchDialogs, AnInputBoxGetsWhatItProposesWhereNothingIsPrepared) {
+TEST(BatchDialogs, AnInputBoxGetsWhatItProposesIfNothingIsPrepared) {
     std::ostringstream report;
     BatchDialogs dialogs{report, false};
     EXPECT_EQ(dialogs.input({.prompt = "Name?", .title = "T", .proposed = "offered"}), "offered");

@@ -35,7 +35,7 @@ int exit_status(int status) {
 #endif
 }
 
-/// Starts the program; `before` is what stands in front of it on the command line.
+/// Starts the program; `before` comes before it on the command line.
 BatchResult program(const BatchFolder& batch_folder, const std::vector<std::string>& arguments,
                     const std::string& before = {}) {
     const std::string out = batch_folder.path("program.out");
@@ -89,7 +89,7 @@ TEST_F(BatchProgram, WritesAPdfWithoutADisplay) {
     EXPECT_THAT(file_bytes(basin.path("reports.pdf")), testing::StartsWith("%PDF-"));
 }
 
-TEST_F(BatchProgram, SaysNoWithStatus1OnStandardErrorAlone) {
+TEST_F(BatchProgram, ARefusalHasStatus1AndIsOnStandardErrorAlone) {
     const BatchFolder batch_folder;
     const BatchResult result = program(batch_folder, {"run", batch_folder.file(), "--simulation", "alder"});
     EXPECT_EQ(result.status, 1);
@@ -112,7 +112,7 @@ TEST_F(BatchProgram, TheTemplateBesideItIsABlankBasin) {
     EXPECT_EQ(result.status, 0) << result.err;
 }
 
-TEST_F(BatchProgram, WhatCannotBePrintedIsNotDone) {
+TEST_F(BatchProgram, OutputThatCannotBeWrittenIsAFailure) {
     if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no full device here";
     const RunBasin basin;
     const std::string line = shell_quoted(NIVORA_BATCH_PROGRAM) + " simulations " +
@@ -123,7 +123,7 @@ TEST_F(BatchProgram, WhatCannotBePrintedIsNotDone) {
 }
 
 #ifndef _WIN32
-/// Permissions do not bind the superuser, so that the program then is started as nobody.
+/// A prefix that runs the program as nobody if the test runs as superuser, whom permissions do not restrict.
 std::string as_ordinary_user() {
     return geteuid() == 0 ? "setpriv --reuid=65534 --regid=65534 --clear-groups " : "";
 }
@@ -147,7 +147,7 @@ TEST_F(BatchProgram, ALegacyFileWithoutPermissionIsRefused) {
     EXPECT_FALSE(std::filesystem::exists(batch_folder.basin()));
 }
 
-TEST_F(BatchProgram, ABasinThatMayNotBeWrittenIsRefusedAndStays) {
+TEST_F(BatchProgram, ABasinThatCannotBeWrittenIsRefusedAndStays) {
     const RunBasin basin;
     if (!ordinary_user_reaches_program(basin))
         GTEST_SKIP() << "the program is out of an ordinary user's reach";

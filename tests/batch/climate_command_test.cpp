@@ -9,7 +9,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
-/// The six days that are worked on paper where the steps themselves are tested.
+/// The six days that the tests of the climate steps work out by hand.
 class ClimateCommandTest : public testing::Test {
 protected:
     void write(const SixDays& small = SixDays{},
@@ -38,7 +38,7 @@ TEST_F(ClimateCommandTest, PrintsStatisticsAndSummaryAsText) {
     write();
     const BatchResult result = climate();
     EXPECT_EQ(result.status, 0) << result.err;
-    // The figures are those of the steps: volumes are m³/s for a day x 0.0864.
+    // The figures are those of the steps; a volume is the sum of the daily m³/s x 0.0864.
     const std::vector<std::string> expected{
         "Climate Change Statistics",
         "Basin Name:  Small basin",
@@ -62,13 +62,13 @@ TEST_F(ClimateCommandTest, PrintsStatisticsAndSummaryAsText) {
     EXPECT_EQ(lines, expected);
 }
 
-TEST_F(ClimateCommandTest, ACoverThatIsHeldIsNotedAndChangesNoNumber) {
+TEST_F(ClimateCommandTest, AHeldCoverIsNotedAndChangesNoNumber) {
     SixDays small;
     for (PhysicalRow& row : small.physical) {
         const auto day = static_cast<std::size_t>(row.date - SixDays::first_day());
         row.sca = std::array{1.0F, 1.0F, 0.5F, 0.0F, 0.0F, 0.0F}.at(day);
     }
-    // So warm a summer that the depths 1 and 2 are both reached on its first day: (2 + 5) x 0.5 = 3.5.
+    // A summer so warm that its first day reaches both depths 1 and 2: (2 + 5) x 0.5 = 3.5.
     small.plus_one.start = SixDays::winter_end() + 1;
     small.plus_one.factor = 5.0F;
     write(small);
@@ -119,7 +119,7 @@ TEST_F(ClimateCommandTest, DaysWithoutRowsOfTheWholeSimulationAreNotedOnce) {
     for (std::size_t i = 1; i < notes.size(); ++i) EXPECT_NE(notes[i]["kind"], "DaysWithoutRows");
 }
 
-TEST_F(ClimateCommandTest, ThePlaceholderIsNoScenario) {
+TEST_F(ClimateCommandTest, ThePlaceholderIsNotAScenario) {
     write();
     BasinDatabase{file, Access::ReadWrite}.execute(
         "INSERT INTO ClimateScenarioIndex (SimulationFile, ScenarioFile) VALUES ('Test', 'None')");
@@ -152,7 +152,7 @@ TEST_F(ClimateCommandTest, PrintsStatisticsAndSummaryAsJson) {
     EXPECT_NEAR(json["summary"]["ClimateAffected"]["Winter"].get<double>(), 11.448, 1e-5);
     EXPECT_NEAR(json["summary"]["ClimateAffected"]["Summer"].get<double>(), 25.11, 1e-5);
     EXPECT_NEAR(json["summary"]["ClimateAffected"]["Year"].get<double>(), 36.558, 1e-5);
-    // What the steps ask about the winter change of each zone is reported, with the answer.
+    // The questions of the steps about each zone's winter change are reported with their answers.
     ASSERT_EQ(json["messages"].size(), 2U);
     EXPECT_EQ(json["messages"][1]["title"], "Winter Change for Zone: 2");
 }
@@ -182,7 +182,7 @@ TEST_F(ClimateCommandTest, LeavesTheResultsInTheBasinAndTheReportBesideIt) {
     EXPECT_THAT(report, HasSubstr("File:             " + path_text(file) + "\r\n"));
 }
 
-TEST_F(ClimateCommandTest, EndsAfterTheStepThatIsAskedFor) {
+TEST_F(ClimateCommandTest, EndsAfterTheRequestedStep) {
     write();
     const BatchResult result = climate({"--last-step", "3", "--json"});
     EXPECT_EQ(result.status, 0) << result.err;
@@ -198,7 +198,7 @@ TEST_F(ClimateCommandTest, EndsAfterTheStepThatIsAskedFor) {
     for (const char* step : {"0", "7", "two"}) EXPECT_EQ(climate({"--last-step", step}).status, 2) << step;
 }
 
-TEST_F(ClimateCommandTest, AReportOfAnotherNameGoesThere) {
+TEST_F(ClimateCommandTest, AReportIsWrittenToTheNamedFile) {
     write();
     ASSERT_EQ(climate({"--report", path_text(folder / "winter change.txt")}).status, 0);
     EXPECT_THAT(folder.entries(), testing::UnorderedElementsAre("basin.mdb", "winter change.txt"));
@@ -229,7 +229,7 @@ TEST_F(ClimateCommandTest, RefusedQuestionsAboutTheWinterChangeAlterNothing) {
 
 TEST_F(ClimateCommandTest, ARefusedInitialRunoffEndsTheEvaluation) {
     SixDays small;
-    small.simulation.initial_runoff = 20.0F;  // against 9 measured
+    small.simulation.initial_runoff = 20.0F;  // compared with the measured 9
     write(small);
     const BatchResult refused = climate({"--refuse"});
     EXPECT_EQ(refused.status, 1);
@@ -246,7 +246,7 @@ TEST_F(ClimateCommandTest, AScenarioIsFoundInAnyCase) {
     EXPECT_THAT(result.out, HasSubstr("Scenario:    Warmer\n"));
 }
 
-TEST_F(ClimateCommandTest, AnUnknownScenarioIsRefusedWithTheNamesOfThoseThereAre) {
+TEST_F(ClimateCommandTest, AnUnknownScenarioIsRefusedWithTheNamesOfTheOthers) {
     write();
     const std::string before = file_bytes(file);
     const BatchResult result = climate({}, "Colder");
@@ -268,7 +268,7 @@ TEST_F(ClimateCommandTest, AnUnknownSimulationIsRefused) {
     EXPECT_TRUE(file_bytes(file) == before);
 }
 
-TEST_F(ClimateCommandTest, AFileThatIsNotThereIsRefused) {
+TEST_F(ClimateCommandTest, AMissingFileIsRefused) {
     const BatchResult result = climate();
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.out, "");

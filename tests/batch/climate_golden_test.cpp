@@ -1,4 +1,4 @@
-// A whole climate evaluation of the sample basin, set beside a kept one to the last bit.
+// A complete climate evaluation of the sample basin, compared bit by bit with a stored one.
 
 #include "engine/results_store.h"
 #include "tests/batch/batch_call.h"
@@ -14,8 +14,8 @@ std::string shown(Value value) {
     return shortest_text(value + Value{});
 }
 
-/// A checksum of each column, the hydrographs day by day, and of each zone and each fifth day what the
-/// adjustment made of its cover.
+/// A checksum of each column, the hydrographs day by day, and for each
+/// zone on every fifth day the adjusted cover.
 std::string description(const SimResults& t) {
     std::string text = column_checksums(t);
     for (std::size_t row = 0; row < t.size(); ++row) {
@@ -35,7 +35,7 @@ std::string description(const SimResults& t) {
     return text;
 }
 
-/// The report without what depends on the day and the place of the run.
+/// The report without the lines that depend on the date and the folder of the run.
 std::string lasting_lines(const std::string& report) {
     std::string text;
     for (std::string line : lines_of(report)) {
@@ -47,7 +47,7 @@ std::string lasting_lines(const std::string& report) {
     return text;
 }
 
-TEST(GoldenClimate, TheWaterYearTwoDegreesWarmerAndATenthWetterEqualsTheKeptOne) {
+TEST(GoldenClimate, TheWaterYearTwoDegreesWarmerAndATenthWetterEqualsTheStoredOne) {
     const TemporaryFolder folder;
     const std::string basin = path_text(folder / "sample.mdb");
     const std::string record = std::string{NIVORA_SOURCE_DIR} + "/data/samples/ellervane-1997-98.NVR";

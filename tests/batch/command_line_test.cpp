@@ -1,4 +1,4 @@
-// The command line itself: help, version, wrong usage, and the commands that list and make basins.
+// The command line itself: help, version, wrong usage, and the commands that list and create basins.
 #include "tests/batch/run_basin.h"
 #include "tests/support/comma_locale.h"
 
@@ -10,7 +10,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-TEST(CommandLine, HelpAndVersionAreNoFault) {
+TEST(CommandLine, HelpAndVersionSucceed) {
     const BatchResult help = batch({"--help"});
     EXPECT_EQ(help.status, 0);
     for (const char* command : {"import", "simulations", "run", "export", "report", "template", "--refuse"})
@@ -23,7 +23,7 @@ TEST(CommandLine, HelpAndVersionAreNoFault) {
         EXPECT_EQ(batch({command, "--help"}).status, 0);
 }
 
-TEST(CommandLine, WrongUsageHasAStatusOfItsOwnAndSaysSomething) {
+TEST(CommandLine, WrongUsageHasAStatusOfItsOwnAndAMessage) {
     const RunBasin basin;
     const std::string file = basin.file();
     const std::string mdb = basin.basin();
@@ -74,7 +74,7 @@ TEST(CommandLine, WrongUsageHasAStatusOfItsOwnAndSaysSomething) {
     EXPECT_THAT(basin.names(), ElementsAre("alder.NVR", "basin.mdb"));
 }
 
-TEST(CommandLine, RefuseMayStandBeforeAndBehindTheCommand) {
+TEST(CommandLine, RefuseMayComeBeforeOrAfterTheCommand) {
     const RunBasin basin;
     EXPECT_EQ(batch({"--refuse", "import", basin.file(), basin.basin()}).status, 1);
     EXPECT_EQ(batch({"import", basin.file(), basin.basin(), "--refuse"}).status, 1);
@@ -140,7 +140,7 @@ TEST(Simulations, JsonNamesEveryOption) {
     EXPECT_THAT(result.out, HasSubstr("\"InitialRunoff\": 1.978"));
 }
 
-TEST(Simulations, OfABlankBasinAreNone) {
+TEST(Simulations, AreNoneInABlankBasin) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch({"template", batch_folder.basin()}).status, 0);
     EXPECT_EQ(batch({"simulations", batch_folder.basin()}).out, "");
@@ -148,7 +148,7 @@ TEST(Simulations, OfABlankBasinAreNone) {
               nlohmann::json::array());
 }
 
-TEST(Simulations, OfAFileThatIsNoBasinAreRefused) {
+TEST(Simulations, OfAFileThatIsNotABasinAreRefused) {
     const BatchFolder batch_folder;
     const BatchResult result = batch({"simulations", batch_folder.file(), "--json"});
     EXPECT_EQ(result.status, 1);

@@ -1,4 +1,4 @@
-// Basins that somebody forged or a disk damaged: what a command may change, and what salvage brings over.
+// Basins that were forged, or damaged by a disk: what a command may change, and what salvage recovers.
 #include "tests/batch/run_basin.h"
 #include "tests/support/killed_change.h"
 
@@ -20,7 +20,7 @@ protected:
         EXPECT_EQ(result.status, 0) << table << ": " << result.err;
         return result.status == 0 ? file_bytes(basin.path("s.csv")) : std::string{};
     }
-    /// Runs statements with the list of tables writable, as a hostile program can.
+    /// Runs statements with a writable list of tables, as a hostile program can.
     void forge(const std::string& statements) const {
         SQLite::Database sql{file(), SQLite::OPEN_READWRITE};
         sql.exec("PRAGMA writable_schema = ON");
@@ -35,7 +35,7 @@ protected:
         damage_first_page(file(), "SimResults", std::string(64, '\x7f'));
         ASSERT_THAT(batch({"check", file()}).out, HasSubstr("SimResults: "));
     }
-    /// Gives a row of a table another number in the file itself; both numbers take two bytes there.
+    /// Gives a row another number by changing the file's bytes; both numbers take two bytes there.
     void renumber(const std::string& table, int row, int other) const {
         const auto varint = [](int value) {
             return std::string{static_cast<char>(0x80 | value >> 7), static_cast<char>(value & 0x7F)};
@@ -44,7 +44,7 @@ protected:
         forge(fmt_update(table, row));
         const std::string marked = basin.bytes();
         basin.folder().write("basin.mdb", before);
-        std::size_t changed = 0;  // the first changed byte behind the header of the file lies in the row
+        std::size_t changed = 0;  // the first changed byte after the file's header is in the row
         for (std::size_t at = 4096; at < before.size() && changed == 0; ++at)
             if (before[at] != marked[at]) changed = at;
         ASSERT_GT(changed, 0U);
@@ -57,7 +57,7 @@ protected:
     }
 };
 
-TEST_F(DamagedBasin, AForgedDeclarationReachesNoOtherFile) {
+TEST_F(DamagedBasin, AForgedDeclarationCannotReachAnotherFile) {
     const std::string other = basin.path("other.mdb");
     fs::copy_file(file(), other);
     const std::string kept = file_bytes(other);
@@ -79,7 +79,7 @@ TEST_F(DamagedBasin, AForgedDeclarationReachesNoOtherFile) {
     }
 }
 
-TEST_F(DamagedBasin, ATableThatAUserAddedIsKeptWhereTheResultsAreMadeAnew) {
+TEST_F(DamagedBasin, ATableThatAUserAddedIsKeptIfTheResultsAreReplaced) {
     forge("CREATE TABLE more (a PRIMARY KEY, b DEFAULT 'x; y') WITHOUT ROWID");
     forge("DROP TABLE more");
     forge("CREATE TABLE more (a UNIQUE, b DEFAULT 'x; y'); INSERT INTO more (a) VALUES (7)");
@@ -93,7 +93,7 @@ TEST_F(DamagedBasin, ATableThatAUserAddedIsKeptWhereTheResultsAreMadeAnew) {
     EXPECT_EQ(batch({"check", file()}).status, 0);
 }
 
-TEST_F(DamagedBasin, SalvageLeavesATableItsOwnNameWhereAnotherListedOneIsLost) {
+TEST_F(DamagedBasin, SalvageLeavesATableItsNameIfAnotherListedOneIsLost) {
     basin.execute("ALTER TABLE alder RENAME TO \"1996\"");
     basin.execute("UPDATE SimulationIndex SET SimName = '1996'");
     basin.execute("UPDATE ClimateScenarioIndex SET SimulationFile = '1996'");
@@ -108,7 +108,7 @@ TEST_F(DamagedBasin, SalvageLeavesATableItsOwnNameWhereAnotherListedOneIsLost) {
     EXPECT_NE(salvaged_rows("warmer"), "");
 }
 
-TEST_F(DamagedBasin, SalvageGivesATableBackItsNameAndItsIndex) {
+TEST_F(DamagedBasin, SalvageRestoresTheNameAndTheIndexOfATable) {
     forge(
         "UPDATE sqlite_schema SET name = 'aldes', tbl_name = 'aldes', "
         "sql = replace(sql, 'alder', 'aldes') WHERE name = 'alder'");
@@ -121,7 +121,7 @@ TEST_F(DamagedBasin, SalvageGivesATableBackItsNameAndItsIndex) {
               "alder.key");
 }
 
-TEST_F(DamagedBasin, SalvageReadsOnBehindARowUnderAWrongNumber) {
+TEST_F(DamagedBasin, SalvageContinuesAfterARowWithAWrongNumber) {
     const std::string sound = basin.exported("PhysicalData");
     for (const int wrong : {4396, 316, 172}) {
         SCOPED_TRACE(wrong);
@@ -138,9 +138,9 @@ TEST_F(DamagedBasin, SalvageReadsOnBehindARowUnderAWrongNumber) {
     }
 }
 
-TEST_F(DamagedBasin, SalvageNamesTheRowsOfAPageThatIsLost) {
-    // The rows of one page lie between those of its neighbours: the row that the page before ends with, and
-    // the one that the page behind begins with.
+TEST_F(DamagedBasin, SalvageNamesTheRowsOfALostPage) {
+    // The rows of a page are those between the last row of the page
+    // before and the first row of the page after.
     const std::string before = basin.bytes();
     const std::int64_t root = number("SELECT rootpage FROM sqlite_schema WHERE name = 'PhysicalData'");
     const std::size_t at = static_cast<std::size_t>(root - 1) * 4096;
@@ -205,7 +205,7 @@ TEST_F(DamagedBasin, AZoneWithoutAreaRefusesTheRunBeforeTheResultsAreTouched) {
 }
 
 #ifndef _WIN32
-TEST_F(DamagedBasin, SalvageUndoesAKilledChangeAlsoWhereTheHeaderIsDamaged) {
+TEST_F(DamagedBasin, SalvageUndoesAKilledChangeEvenIfTheHeaderIsDamaged) {
     const std::string sound = basin.exported("PhysicalData");
     kill_during_change(file(), "UPDATE PhysicalData SET Runoff = -1");
     put(0, "sqlite");
@@ -214,7 +214,7 @@ TEST_F(DamagedBasin, SalvageUndoesAKilledChangeAlsoWhereTheHeaderIsDamaged) {
 }
 #endif
 
-TEST_F(DamagedBasin, CheckTellsWholeNumbersThatTheirFieldsCannotHold) {
+TEST_F(DamagedBasin, CheckReportsIntegersThatTheirFieldsCannotHold) {
     for (const auto& [value, fits] : std::vector<std::pair<const char*, bool>>{
              {"32767", true}, {"-32768", true}, {"32768", false}, {"-32769", false}}) {
         basin.execute(std::string{"UPDATE SimulationIndex SET SimRunNumber = "} + value);

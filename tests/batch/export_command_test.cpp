@@ -31,7 +31,7 @@ TEST(Export, WritesAHeaderLineAndALineForEachRow) {
               "2,1996-04-03,10,6,-2,2,0.7,0.9,0\n");
 }
 
-TEST(Export, AParameterTableGoesByTheSimulationsName) {
+TEST(Export, AParameterTableIsFoundByTheSimulationsName) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch_folder.import({"--name", "a \"wet\" year"}).status, 0);
     const std::vector<std::string> lines = lines_of(batch_folder.exported("a \"wet\" year"));
@@ -41,7 +41,7 @@ TEST(Export, AParameterTableGoesByTheSimulationsName) {
     EXPECT_EQ(lines[6], "2,1996-04-03,1.5,12,0.6,0.5,0.8,0.6,0,0.9,0.05");
 }
 
-TEST(Export, TablesGoByNameWithoutRegardToCase) {
+TEST(Export, TablesAreFoundInAnyCase) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch_folder.import().status, 0);
     EXPECT_EQ(batch_folder.exported("PHYSICALDATA"), batch_folder.exported("PhysicalData"));
@@ -61,7 +61,7 @@ TEST(Export, ATableWithoutRowsIsItsHeaderLine) {
               "SimulationFile,ScenarioFile,WinterEndDate,CreationDate,Comments\n");
 }
 
-TEST(Export, TextsAreQuotedWhereTheyHaveToBe) {
+TEST(Export, TextsAreQuotedWhereNecessary) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch({"template", batch_folder.basin()}).status, 0);
     batch_folder.execute(
@@ -75,7 +75,7 @@ TEST(Export, TextsAreQuotedWhereTheyHaveToBe) {
               "\" blank\",\"blank \",,,Gr\xc3\xbcnbach\n");
 }
 
-TEST(Export, ADateWithATimePartShowsIt) {
+TEST(Export, ADateWithATimePartShowsTheTime) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch({"template", batch_folder.basin()}).status, 0);
     batch_folder.execute(
@@ -108,7 +108,7 @@ TEST(Export, SinglesReadBackToTheSameBits) {
         const std::size_t at = std::string_view{"1,1995-10-28,"}.size();
         EXPECT_TRUE(same_bits(std::strtof(lines[i + 1].c_str() + at, nullptr), values[i])) << lines[i + 1];
     }
-    // 0.1 is the shortest text of the Single next to 0.1, whose exact value is 0.100000001490116...
+    // 0.1 is the shortest text of the Single nearest to 0.1, whose exact value is 0.100000001490116...
     EXPECT_THAT(lines[1], StartsWith("1,1995-10-28,0.1,"));
 }
 
@@ -151,7 +151,7 @@ TEST(Export, LeavesTheBasinAsItIs) {
     EXPECT_TRUE(batch_folder.bytes() == before);
 }
 
-TEST(Export, AMissingTableIsToldAndWritesNothing) {
+TEST(Export, AMissingTableIsReportedAndWritesNothing) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch_folder.import().status, 0);
     for (const char* table :
@@ -175,7 +175,7 @@ TEST(Export, AMissingTableLeavesAnOlderCsv) {
     EXPECT_EQ(file_bytes(batch_folder.path("table.csv")), "older");
 }
 
-TEST(Export, ATargetThatCannotBeWrittenIsTold) {
+TEST(Export, ATargetThatCannotBeWrittenIsReported) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch_folder.import().status, 0);
     std::filesystem::create_directory(batch_folder.path("folder"));
@@ -190,7 +190,7 @@ TEST(Export, ATargetThatCannotBeWrittenIsTold) {
     }
 }
 
-TEST(Export, TheBasinItselfIsNoTarget) {
+TEST(Export, TheBasinItselfIsNotATarget) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch_folder.import().status, 0);
     const std::string before = batch_folder.bytes();
@@ -202,8 +202,8 @@ TEST(Export, TheBasinItselfIsNoTarget) {
     }
 }
 
-// A CSV takes its target's place by its name: a device or a pipe would be gone for every other program.
-TEST(Export, AnythingButAnOrdinaryFileIsNoTarget) {
+// A CSV file replaces its target by name: a device or a pipe would be gone for every other program.
+TEST(Export, AnythingButARegularFileIsNotATarget) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch_folder.import().status, 0);
     const std::string pipe = batch_folder.path("pipe.csv");
@@ -215,7 +215,7 @@ TEST(Export, AnythingButAnOrdinaryFileIsNoTarget) {
     EXPECT_THAT(batch_folder.names(), ElementsAre("alder.NVR", "basin.mdb", "pipe.csv"));
 }
 
-TEST(Export, ATargetBehindALinkIsWrittenInItsPlace) {
+TEST(Export, ATargetThatIsALinkIsWrittenWhereTheLinkPoints) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch_folder.import().status, 0);
     batch_folder.folder().write("real.csv", "older");
@@ -228,7 +228,7 @@ TEST(Export, ATargetBehindALinkIsWrittenInItsPlace) {
     EXPECT_THAT(file_bytes(batch_folder.path("real.csv")), StartsWith("Zone,Date,"));
 }
 
-TEST(Export, ABasinThatCannotBeReadIsTold) {
+TEST(Export, ABasinThatCannotBeReadIsReported) {
     const BatchFolder batch_folder;
     const BatchResult missing =
         batch({"export", batch_folder.basin(), "alder", "--csv", batch_folder.path("t.csv")});
@@ -241,7 +241,7 @@ TEST(Export, ABasinThatCannotBeReadIsTold) {
     EXPECT_THAT(batch_folder.names(), ElementsAre("alder.NVR"));
 }
 
-TEST(Export, AValueThatItsFieldCannotHoldIsToldAndWritesNothing) {
+TEST(Export, AValueThatItsFieldCannotHoldIsReportedAndWritesNothing) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch_folder.import().status, 0);
     batch_folder.execute("UPDATE PhysicalData SET Tmax = 'warm' WHERE rowid = 3");

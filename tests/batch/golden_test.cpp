@@ -1,4 +1,4 @@
-// Whole runs of the sample basin, set beside kept ones to the last bit.
+// Complete runs of the sample basin, compared bit by bit with stored ones.
 
 #include "tests/support/golden.h"
 
@@ -10,7 +10,7 @@ namespace {
 
 struct GoldenCase {
     const char* name;
-    const char* record;  // of data/samples, without its ending
+    const char* record;  // file in data/samples, without its extension
     const char* initial_runoff;
     std::vector<std::string> import_options;
     std::vector<std::string> run_options;
@@ -44,7 +44,7 @@ std::string description(const SimResults& results) {
 
 class GoldenRun : public testing::TestWithParam<GoldenCase> {};
 
-TEST_P(GoldenRun, EqualsTheKeptOneToTheLastBit) {
+TEST_P(GoldenRun, EqualsTheStoredOneToTheLastBit) {
     const GoldenCase& golden = GetParam();
     const TemporaryFolder folder;
     const std::string basin = path_text(folder.path() / "sample.mdb");

@@ -1,4 +1,4 @@
-// The import command: what it makes of a legacy file and of its options.
+// The import command: what it stores of a legacy file and of its options.
 #include "tests/batch/batch_call.h"
 
 #include <gmock/gmock.h>
@@ -13,7 +13,7 @@ using testing::HasSubstr;
 using testing::Optional;
 using testing::SizeIs;
 
-TEST(ImportCommand, MakesTheBasinFile) {
+TEST(ImportCommand, CreatesTheBasinFile) {
     const BatchFolder batch_folder;
     const BatchResult result = batch_folder.import();
     EXPECT_EQ(result.status, 0);
@@ -27,13 +27,13 @@ TEST(ImportCommand, MakesTheBasinFile) {
     EXPECT_THAT(batch_folder.rows<MonthlyRow>(basin_averages_table()), SizeIs(24));
 }
 
-TEST(ImportCommand, TheSimulationHasThePlaceholderOfItsScenariosFromItsBeginning) {
+TEST(ImportCommand, ANewSimulationHasThePlaceholderOfItsScenarios) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch_folder.import({"--name", "alder"}).status, 0);
     const std::vector<std::string> lines = lines_of(batch_folder.exported("ClimateScenarioIndex"));
     ASSERT_EQ(lines.size(), 2U);
     EXPECT_EQ(lines[1], "alder,None,,,No climate change");
-    // The same import once more finds it there.
+    // Repeating the import finds it there.
     ASSERT_EQ(batch_folder.import({"--name", "alder"}).status, 0);
     EXPECT_EQ(lines_of(batch_folder.exported("ClimateScenarioIndex")).size(), 2U);
 }
@@ -61,7 +61,7 @@ TEST(ImportCommand, WithoutOptionsTheSimulationIsBasinwideAndAverage) {
     EXPECT_THAT(simulation.precipitation_threshold, Optional(FloatEq(5.0F)));
 }
 
-// The two grid columns of x and y are not kept in the file; the parameter table has them.
+// The two grid columns of x and y are not stored in the file; the parameter table has them.
 TEST(ImportCommand, TheIndexKeepsNeitherXNorY) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch_folder.import().status, 0);
@@ -122,14 +122,14 @@ TEST(ImportCommand, MaxMinTemperaturesAreAnOption) {
     EXPECT_EQ(other.simulations().at(0).text(6), "Average");
 }
 
-TEST(ImportCommand, InitialRunoffAndLatitudeGoToTheirFields) {
+TEST(ImportCommand, InitialRunoffAndLatitudeAreStoredInTheirFields) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch_folder.import({"--initial-runoff", "1.978", "--latitude", "-46.5"}).status, 0);
     EXPECT_THAT(batch_folder.simulations().at(0).initial_runoff, Optional(FloatEq(1.978F)));
     EXPECT_THAT(batch_folder.header().latitude, Optional(DoubleEq(-46.5)));
 }
 
-TEST(ImportCommand, TheRainThresholdOptionGoesBeforeTheFiles) {
+TEST(ImportCommand, TheRainThresholdOptionOverridesTheFiles) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch_folder.import({"--rain-threshold", "3.5"}).status, 0);
     EXPECT_THAT(batch_folder.simulations().at(0).precipitation_threshold, Optional(FloatEq(3.5F)));
@@ -193,7 +193,7 @@ TEST(ImportCommand, TheSameImportTwiceIsOneSimulationWithTheLaterOptions) {
     EXPECT_THAT(batch_folder.rows<PhysicalRow>(template_table(k_physical_data)), SizeIs(6));
 }
 
-TEST(ImportCommand, ANameInOtherLettersOfAnyScriptOverwritesItsSimulation) {
+TEST(ImportCommand, ANameInAnotherCaseOfAnyScriptOverwritesItsSimulation) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch_folder.import({"--name", "весна öst"}).status, 0);
     ASSERT_EQ(batch_folder.import({"--name", "second"}).status, 0);
@@ -232,7 +232,7 @@ TEST(ImportCommand, FileNamesMayHoldBlanksQuotesAndLettersOfEveryScript) {
     EXPECT_TRUE(std::filesystem::exists(path_from_utf8(basin)));
 }
 
-TEST(ImportCommand, ABasinBehindALinkIsImportedIntoInItsPlace) {
+TEST(ImportCommand, AnImportIntoALinkWritesTheBasinThatItPointsTo) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch_folder.import().status, 0);
     std::error_code refused;

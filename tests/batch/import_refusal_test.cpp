@@ -1,4 +1,4 @@
-// Imports that are refused, faulty or unnamed: they change no byte of a basin and leave no file behind.
+// Imports that are refused, invalid or without a name: they change no byte of a basin and leave no file.
 #include "tests/batch/batch_call.h"
 
 #include <SQLiteCpp/Statement.h>
@@ -13,7 +13,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-/// Expects that a call refuses, and that the folder's files are the same as before, byte for byte.
+/// Expects a call to be refused and to leave the folder's files unchanged, byte for byte.
 void expect_nothing_changes(const BatchFolder& batch_folder, const std::function<BatchResult()>& call,
                             const std::string& said) {
     const std::vector<std::string> names = batch_folder.names();
@@ -33,7 +33,7 @@ void expect_nothing_changes(const BatchFolder& batch_folder, const std::function
     }
 }
 
-/// The same import into a basin that is not there yet, and into one that is.
+/// The same import into a new basin and into an existing one.
 void expect_refused(const LegacyParts& parts, const std::vector<std::string>& options,
                     const std::string& said) {
     const BatchFolder fresh{parts};
@@ -64,7 +64,7 @@ TEST(ImportRefusal, AFileCutAtAnyByteChangesNothing) {
     EXPECT_THAT(batch_folder.names(), ElementsAre("alder.NVR", "basin.mdb"));
 }
 
-TEST(ImportRefusal, AFaultyFileIsToldWithFileSectionAndLine) {
+TEST(ImportRefusal, AnInvalidFileIsReportedWithFileSectionAndLine) {
     LegacyParts parts;
     parts.section(LegacySection::Precip) = "366*0.5,\nrain/";
     // The section's second line is line 42.
@@ -73,7 +73,7 @@ TEST(ImportRefusal, AFaultyFileIsToldWithFileSectionAndLine) {
                    "'rain' is not a number. [OK]\n");
 }
 
-TEST(ImportRefusal, BadRepeatsZonesAndMissingStrokesAreToldInOneLine) {
+TEST(ImportRefusal, BadRepeatsZonesAndMissingSlashesAreReportedInOneLine) {
     std::vector<std::pair<LegacyParts, std::string>> cases;
     for (const char* repeat : {"-3*1/", "1.5*1/", "1e9*1/"}) {
         LegacyParts parts;
@@ -117,7 +117,7 @@ TEST(ImportRefusal, AMissingFileIsRefused) {
     }
 }
 
-TEST(ImportRefusal, AFolderIsNoLegacyFile) {
+TEST(ImportRefusal, AFolderIsNotALegacyFile) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch_folder.import().status, 0);
     std::filesystem::create_directory(batch_folder.path("folder.NVR"));
@@ -129,7 +129,7 @@ TEST(ImportRefusal, AFolderIsNoLegacyFile) {
         "folder.NVR' can't be read: it is a folder.");
 }
 
-TEST(ImportRefusal, AFolderIsNoBasin) {
+TEST(ImportRefusal, AFolderIsNotABasin) {
     const BatchFolder batch_folder;
     std::filesystem::create_directory(batch_folder.basin());
     expect_nothing_changes(
@@ -137,7 +137,7 @@ TEST(ImportRefusal, AFolderIsNoBasin) {
     EXPECT_TRUE(std::filesystem::is_empty(batch_folder.basin()));
 }
 
-TEST(ImportRefusal, AFileThatIsNoBasinStaysAsItIs) {
+TEST(ImportRefusal, AFileThatIsNotABasinStaysAsItIs) {
     for (const std::string& bytes : {std::string{}, std::string{"a shopping list\n"}, std::string(4096, 'x'),
                                      std::string{"SQLite format 3\0", 16}}) {
         const BatchFolder batch_folder;
@@ -147,7 +147,7 @@ TEST(ImportRefusal, AFileThatIsNoBasinStaysAsItIs) {
     }
 }
 
-TEST(ImportRefusal, TheLegacyFileItselfIsNoBasin) {
+TEST(ImportRefusal, TheLegacyFileItselfIsNotABasin) {
     const BatchFolder batch_folder;
     expect_nothing_changes(
         batch_folder,
@@ -268,7 +268,7 @@ TEST(ImportRefusal, WithoutANameNothingIsImported) {
     for (const char* name : {"", "   "}) expect_refused({}, {"--name", name}, "Nothing was imported");
 }
 
-TEST(ImportRefusal, NamesWithRefusedCharactersAreToldAsThePromptDoes) {
+TEST(ImportRefusal, NamesWithInvalidCharactersAreReportedAsByThePrompt) {
     for (const char* name : {"a.b", "a!b", "a[b", "a]b", "a`b", "\xff"}) {
         SCOPED_TRACE(name);
         expect_refused({}, {"--name", name},
@@ -276,7 +276,7 @@ TEST(ImportRefusal, NamesWithRefusedCharactersAreToldAsThePromptDoes) {
     }
 }
 
-TEST(ImportRefusal, NamesThatTheProgramOrItsStoreKeepAreRefused) {
+TEST(ImportRefusal, NamesReservedByTheProgramOrItsStoreAreRefused) {
     for (const char* name : {"sqlite_master", "SimResults", "physicaldata", "BasinAverages"}) {
         SCOPED_TRACE(name);
         expect_refused({}, {"--name", name}, "Nothing was imported");
@@ -307,10 +307,10 @@ TEST(ImportRefusal, ALatitudeBeyondAPoleIsRefused) {
         expect_refused({}, {"--latitude", latitude}, "Latitude");
 }
 
-TEST(ImportRefusal, AFaultOfTheStoreHalfWayIsUndone) {
+TEST(ImportRefusal, AnImportThatTheStoreRefusesHalfWayIsUndone) {
     const BatchFolder batch_folder;
     ASSERT_EQ(batch_folder.import().status, 0);
-    batch_folder.execute("DROP TABLE SimulationIndex");  // read behind all else
+    batch_folder.execute("DROP TABLE SimulationIndex");  // which is read last
     expect_nothing_changes(
         batch_folder,
         [&] {

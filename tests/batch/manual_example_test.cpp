@@ -1,4 +1,4 @@
-// The numbers and notes that the climate example of the manual prints are those of the sample basin.
+// Checks the numbers and notes in the manual's climate example against the sample basin.
 
 #include "tests/batch/batch_call.h"
 
@@ -17,7 +17,7 @@ protected:
                                    folder_ / "sample.mdb");
     }
 
-    /// Evaluates so many degrees more and a tenth more precipitation.
+    /// Evaluates a scenario with so many degrees and ten per cent of precipitation more.
     [[nodiscard]] nlohmann::json evaluate(const std::string& degrees,
                                           const std::string& first = "1997-10-01") {
         const std::string name = "warmer " + std::to_string(++scenarios_);
@@ -40,7 +40,7 @@ protected:
 
     static constexpr const char* k_simulation = "ellervane-1997-98";
 
-    /// The page, each line end a blank and without the marks of quoted lines.
+    /// The manual's page in one line, without the marks of quoted lines.
     [[nodiscard]] static std::string page() {
         std::string text;
         for (const std::string& line : lines_of(
@@ -48,7 +48,7 @@ protected:
             text += (line.starts_with("> ") ? line.substr(2) : line) + " ";
         return text;
     }
-    /// Expects the first of the sentences of a note in the page.
+    /// Expects the page to quote the first sentences of a note.
     static void expect_quoted(const std::string& note, int sentences) {
         std::size_t end = 0;
         for (int i = 0; i < sentences; ++i) end = note.find(". ", end + 1);
@@ -59,7 +59,7 @@ protected:
     int scenarios_ = 0;
 };
 
-TEST_F(ManualExampleTest, TheSummersOfSevenWarmingsAreThoseOfItsTable) {
+TEST_F(ManualExampleTest, TheSummersOfSevenWarmingsMatchItsTable) {
     std::string head = "| degrees |";
     std::string row = "| Climate affected, Summer |";
     for (const char* degrees : {"1", "1.5", "2", "2.4", "2.5", "3", "4"}) {
@@ -78,8 +78,8 @@ TEST_F(ManualExampleTest, TheSummersOfSevenWarmingsAreThoseOfItsTable) {
     EXPECT_THAT(page(), HasSubstr(row));
 }
 
-TEST_F(ManualExampleTest, ALateBeginningNotesAndGivesWhatItTells) {
-    // The initial runoff is kept in the column that is named after the threshold.
+TEST_F(ManualExampleTest, ALateStartHasTheNoteAndTheNumbersThatItPrints) {
+    // The initial runoff is stored in the column that is named after the threshold.
     BasinDatabase{file(), Access::ReadWrite}.execute(
         "UPDATE SimulationIndex SET SimStartDate = " + std::to_string(*day_count({1998, 3, 1})) +
         ", SimPrecipThreshold = 2.9 WHERE SimName = 'ellervane-1997-98'");

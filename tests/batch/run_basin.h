@@ -1,4 +1,4 @@
-// A basin whose run can be worked by hand.
+// A basin whose run can be worked out by hand.
 #pragma once
 
 #include "tests/batch/batch_call.h"
@@ -8,8 +8,8 @@
 
 namespace nivora {
 
-/// One zone at the height of the station, without snow, rain or warmth, so that nothing flows in and each
-/// day's discharge is k times that of the day before, k = x. Measured on 1 to 3 April 1996: 10, 8 and 6.
+/// One zone at the elevation of the station without snow, rain or warmth: nothing flows in, and each day's
+/// discharge is k = x times that of the day before. Measured on 1 to 3 April 1996: 10, 8 and 6.
 [[nodiscard]] inline LegacyParts receding_parts() {
     LegacyParts parts;
     parts.zones = "1";
@@ -25,7 +25,7 @@ namespace nivora {
     return parts;
 }
 
-/// The basin above, imported with an initial runoff of 10 and a latitude.
+/// The basin above, imported with an initial runoff of 10 and with a latitude.
 class RunBasin : public BatchFolder {
 public:
     explicit RunBasin(const LegacyParts& parts = receding_parts(), const std::string& initial_runoff = "10")
@@ -34,13 +34,13 @@ public:
         EXPECT_EQ(result.status, 0) << result.err;
     }
 
-    /// The run's JSON, whatever its exit status.
+    /// The JSON output of the run, whatever its exit status.
     [[nodiscard]] nlohmann::json json(std::vector<std::string> more = {}) const {
         more.push_back("--json");
         return nlohmann::json::parse(run(more).out);
     }
 
-    /// The computed discharge in the file, day by day.
+    /// The computed discharge stored in the file, day by day.
     [[nodiscard]] std::vector<double> computed() const {
         BasinDatabase database{basin(), Access::ReadOnly};
         SQLite::Statement query{database.sql(), "SELECT DailyQ FROM SimResults WHERE Zone = 1 ORDER BY Date"};
@@ -50,7 +50,7 @@ public:
     }
 };
 
-/// The basin above over a year of one zone, in which snow lies and melts.
+/// The legacy file above over a whole year of one zone, with snow on the ground that melts.
 [[nodiscard]] inline LegacyParts whole_year_parts() {
     LegacyParts parts = receding_parts();
     parts.start = "0101";
@@ -60,7 +60,7 @@ public:
     return parts;
 }
 
-/// That basin with a scenario "warmer", which adds 2 degrees to every day, and what is done to its file.
+/// That basin with a scenario "warmer", which adds 2 degrees to every day, and ways to change its file.
 class YearBasinTest : public testing::Test {
 protected:
     YearBasinTest() {
@@ -88,7 +88,7 @@ protected:
         std::filesystem::remove(salvaged());
         return batch({"salvage", file(), salvaged()});
     }
-    /// Changes bytes of the file, as a failing disk does.
+    /// Overwrites bytes of the file, as a failing disk does.
     void put(std::size_t at, const std::string& bytes) const { put_bytes(file(), at, bytes); }
 
     RunBasin basin{whole_year_parts()};

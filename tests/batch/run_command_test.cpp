@@ -1,4 +1,4 @@
-// The run command: its kinds and options, what it prints and what it leaves in the file.
+// The run command: its kinds and options, what it prints and what it stores in the file.
 #include "tests/batch/run_basin.h"
 
 #include <gmock/gmock.h>
@@ -27,8 +27,8 @@ TEST(Run, LeavesItsResultsInTheFile) {
 // Measured: 10 + 8 + 6 = 24, mean 8, volume 24 x 86400 / 10^6 = 2.0736.
 // Computed: 9 + 8.1 + 7.29 = 24.39, mean 8.13, volume 24.39 x 86400 / 10^6 = 2.107296.
 // Dv = (2.0736 - 2.107296) / 2.0736 x 100 = -1.625.
-// From the mean: 4 + 0 + 4 = 8; from the computed: 1 + 0.01 + 1.6641 = 2.6741; R2 = 1 - 2.6741 / 8 =
-// 0.6657375.
+// Squares about the mean: 4 + 0 + 4 = 8; of the differences: 1 + 0.01 + 1.6641 = 2.6741.
+// R2 = 1 - 2.6741 / 8 = 0.6657375.
 TEST(Run, JsonHoldsTheStatisticsByName) {
     const RunBasin basin;
     const BatchResult result = basin.run({"--json"});
@@ -54,7 +54,7 @@ TEST(Run, JsonHoldsTheStatisticsByName) {
 
 TEST(Run, JsonNumbersAreTheShortestTextsOfTheirSingles) {
     const RunBasin basin;
-    // 8.13 as a Single is 8.1300001144...: seventeen digits of it would be no service to a reader.
+    // 8.13 as a Single is 8.1300001144...; the JSON has the shortest text that reads back to it.
     EXPECT_THAT(basin.run({"--json"}).out, HasSubstr("\"AvgComputedQ\": 8.13,"));
     EXPECT_THAT(basin.run({"--json"}).out, HasSubstr("\"FinalQ\": 7.29,"));
 }
@@ -77,7 +77,7 @@ TEST(Run, TheTextNamesBasinSimulationAndFigures) {
     EXPECT_THAT(lines[8], StartsWith("Coefficient of Determination (R\xc2\xb2):"));
 }
 
-TEST(Run, AnEnglishBasinIsToldInFeet) {
+TEST(Run, AnEnglishBasinIsReportedInFeet) {
     LegacyParts parts = receding_parts();
     parts.units = "1";
     const RunBasin basin{parts};
@@ -98,19 +98,19 @@ TEST(Run, TheKindChangesTheTitleAndNoFigure) {
     EXPECT_EQ(season, year);
 }
 
-// Updated each day: day 1 is 9, then the measured 10 and 8 are what the next days build on: 9 and 7.2.
-TEST(Run, AForecastStartsAnewFromTheMeasuredDischarge) {
+// Updated every day: day 1 is 9; the next days start from the measured 10 and 8: 9 and 7.2.
+TEST(Run, AForecastRestartsFromTheMeasuredDischarge) {
     const RunBasin basin;
     const auto json = basin.json({"--forecast", "1"});
     EXPECT_EQ(json["RunTitle"], "Melt Season Forecast");
     EXPECT_THAT(basin.computed(), Pointwise(testing::DoubleNear(1e-9), {9.0, 9.0, 7.2}));
     EXPECT_THAT(basin.run({"--forecast", "2", "--kind", "year-round"}).out,
                 StartsWith("Statistics, Year round Forecast (updating every 2 days)\n"));
-    // Updated on day 2 from 8: 9, 8.1, 7.2.
+    // Updated on day 2, so day 3 starts from 8: 9, 8.1, 7.2.
     EXPECT_THAT(basin.computed(), Pointwise(testing::DoubleNear(1e-9), {9.0, 8.1, 7.2}));
 }
 
-TEST(Run, AForecastTakesOneToNineDaysAlone) {
+TEST(Run, AForecastTakesOnlyOneToNineDays) {
     const RunBasin basin;
     for (const char* days : {"0", "10", "x", "", "-1", "1.5"}) {
         SCOPED_TRACE(days);
@@ -124,7 +124,7 @@ TEST(Run, AForecastTakesOneToNineDaysAlone) {
     }
 }
 
-TEST(Run, NoSnowGoesWithYearRoundAlone) {
+TEST(Run, NoSnowIsAcceptedOnlyWithYearRound) {
     const RunBasin basin;
     const BatchResult result = basin.run({"--no-snow", "--kind", "year-round"});
     EXPECT_EQ(result.status, 0);
@@ -133,8 +133,8 @@ TEST(Run, NoSnowGoesWithYearRoundAlone) {
     EXPECT_EQ(basin.run({"--no-snow", "--kind", "melt-season"}).status, 2);
 }
 
-// Without any input a lag has nothing to spread, and the recession is the same.
-TEST(Run, LagSharesThatAddUpToOneAreTaken) {
+// Without input a lag has nothing to distribute, and the recession is the same.
+TEST(Run, LagSharesThatAddUpToOneAreAccepted) {
     const RunBasin basin;
     for (const char* shares : {"1", "0.5,0.5", "0.5,0.3,0.2", "0.5,0.1,0.1,0.1,0.1,0.1"}) {
         SCOPED_TRACE(shares);
@@ -143,7 +143,7 @@ TEST(Run, LagSharesThatAddUpToOneAreTaken) {
     }
 }
 
-/// A basin in which snow melts, so that a lag has something to spread.
+/// A basin in which snow melts, so that a lag has input to distribute.
 LegacyParts melting_parts() {
     LegacyParts parts = receding_parts();
     parts.section(LegacySection::Tavg) = "366*8/";
@@ -151,7 +151,7 @@ LegacyParts melting_parts() {
     return parts;
 }
 
-TEST(Run, LagSharesThatAddUpToZeroAreNoLagOfTheirOwn) {
+TEST(Run, LagSharesThatAddUpToZeroLeaveTheLagOfTheSimulation) {
     const RunBasin basin{melting_parts()};
     ASSERT_EQ(basin.run().status, 0);
     const std::vector<double> without = basin.computed();
@@ -176,14 +176,14 @@ TEST(Run, LagSharesThatDoNotAddUpOrAreTooManyAreRefused) {
     EXPECT_FALSE(basin.has_table("SimResults"));
 }
 
-TEST(Run, LagSharesMayStandBeforeTheBasin) {
+TEST(Run, LagSharesMayComeBeforeTheBasin) {
     const RunBasin basin;
     const BatchResult result =
         batch({"run", "--lag-shares", "0.5,0.5", basin.basin(), "--simulation", "alder"});
     EXPECT_EQ(result.status, 0) << result.err;
 }
 
-TEST(Run, ASimulationGoesByNameWithoutRegardToCase) {
+TEST(Run, ASimulationIsFoundInAnyCase) {
     const RunBasin basin;
     EXPECT_EQ(batch({"run", basin.basin(), "--simulation", "ALDER"}).status, 0);
 }
@@ -207,7 +207,7 @@ TEST(Run, LeavesEveryTableButItsResultsAlone) {
     for (std::size_t i = 0; i < tables.size(); ++i) EXPECT_EQ(basin.exported(tables[i]), before[i]);
 }
 
-TEST(Run, QuestionsAreAnsweredSoThatItGoesOnAndReported) {
+TEST(Run, QuestionsAreAnsweredSoThatTheRunContinuesAndAreReported) {
     RunBasin basin{receding_parts(), "20"};
     basin.execute("UPDATE BasinDescription SET Latitude = NULL");
     const BatchResult result = basin.run({"--json"});
@@ -229,7 +229,7 @@ TEST(Run, QuestionsAreAnsweredSoThatItGoesOnAndReported) {
               "InitialRunoffValue {20} and day #1's Measured Runoff {10}.  Continue? [OK]");
 }
 
-TEST(Run, OneMissingMeasuredRunoffLeavesTheVolumesAndIsTold) {
+TEST(Run, OneMissingMeasuredRunoffLeavesTheVolumesAndIsReported) {
     const RunBasin basin;
     basin.execute("UPDATE PhysicalData SET Runoff = NULL WHERE Runoff = 8");
     const BatchResult result = basin.run();
@@ -237,7 +237,7 @@ TEST(Run, OneMissingMeasuredRunoffLeavesTheVolumesAndIsTold) {
     EXPECT_THAT(result.err, HasSubstr("Run statistics failed, probably caused by missing/invalid data: "));
     const std::vector<std::string> lines = lines_of(result.out);
     ASSERT_GE(lines.size(), 10U);
-    // 10 + 6 = 16 m³/s for a day; 24.39 computed on all three.
+    // 10 + 6 = 16 m³/s over two days measured; 24.39 over three days computed.
     EXPECT_THAT(lines[3], testing::EndsWith(" 1.3824"));
     EXPECT_THAT(lines[4], testing::EndsWith(" 8"));
     EXPECT_THAT(lines[6], testing::EndsWith(" 8.13"));
@@ -273,8 +273,7 @@ TEST(Run, DaysWithoutRowsAreNotedAndChangeNeitherNumbersNorStatus) {
                                                 {"text", text}}));
 }
 
-// 5 cm of rain on 100 km² are 500 x 10^4 m³ a day, 57.87 m³/s; with a coefficient of -1 all of it is taken
-// away.
+// 5 cm of rain on 100 km² are 500 x 10^4 m³ a day, 57.87 m³/s. A coefficient of -1 subtracts all of it.
 TEST(Run, ADischargeBelowZeroIsNoted) {
     const RunBasin basin;
     basin.execute("UPDATE PhysicalData SET Precip = 5, Tavg = 10");
@@ -285,7 +284,7 @@ TEST(Run, ADischargeBelowZeroIsNoted) {
     const auto note = nlohmann::json::parse(result.out)["notes"][0];
     EXPECT_EQ(note["kind"], "RunoffBelowZero");
     EXPECT_TRUE(note["zones"].empty());
-    // Day 1: 9 - 5.787037 = 3.212963, day 2: 2.891667 - 5.787037, day 3: -2.605833 - 5.787037
+    // Day 1: 9 - 5.787037 = 3.212963. Day 2: 2.891667 - 5.787037. Day 3: -2.605833 - 5.787037 = -8.39287.
     EXPECT_THAT(note["value"].get<double>(), DoubleNear(-8.39287, 1e-4));
     EXPECT_EQ(note["first"], "1996-04-02");
     EXPECT_EQ(note["last"], "1996-04-03");
@@ -293,7 +292,7 @@ TEST(Run, ADischargeBelowZeroIsNoted) {
 
 TEST(Run, ANegativeInitialRunoffIsRefusedBeforeTheRun) {
     const RunBasin basin;
-    // The names of the fields run one behind what they hold.
+    // The names of the fields are shifted by one: this one holds the initial runoff.
     basin.execute("UPDATE SimulationIndex SET SimPrecipThreshold = -1");
     const BatchResult result = basin.run();
     EXPECT_EQ(result.status, 1);
@@ -318,7 +317,7 @@ TEST(Run, RefusingABlankLatitudeLeavesTheFileAsItWas) {
     EXPECT_TRUE(basin.bytes() == before);
 }
 
-TEST(Run, RefusingAQuestionEndsIt) {
+TEST(Run, RefusingAQuestionEndsTheRun) {
     const RunBasin basin{receding_parts(), "20"};
     const BatchResult result = basin.run({"--json", "--refuse"});
     EXPECT_EQ(result.status, 1);

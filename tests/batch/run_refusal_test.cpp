@@ -1,4 +1,4 @@
-// Runs on data that are missing, out of place or out of range: each is told, none breaks the basin.
+// Runs on data that are missing, misplaced or out of range: each is reported, and none damages the basin.
 #include "tests/batch/run_basin.h"
 
 #include <gmock/gmock.h>
@@ -12,7 +12,7 @@ using testing::Pointwise;
 
 std::string date_text(int month, int day_of_month) { return std::to_string(day(1996, month, day_of_month)); }
 
-TEST(RunRefusal, ASimulationThatDoesNotExistIsToldWithThoseThatDo) {
+TEST(RunRefusal, AnUnknownSimulationIsReportedWithTheExistingOnes) {
     const RunBasin basin;
     const std::string before = basin.bytes();
     const BatchResult result = batch({"run", basin.basin(), "--simulation", "birch"});
@@ -30,7 +30,7 @@ TEST(RunRefusal, ABasinWithoutSimulationsSaysSo) {
     EXPECT_THAT(result.err, HasSubstr("It has: none."));
 }
 
-TEST(RunRefusal, AFileThatIsNoBasinIsToldAndStays) {
+TEST(RunRefusal, AFileThatIsNotABasinIsReportedAndStays) {
     const BatchFolder batch_folder;
     const std::string before = file_bytes(batch_folder.file());
     const BatchResult text = batch({"run", batch_folder.file(), "--simulation", "alder", "--json"});
@@ -47,9 +47,9 @@ TEST(RunRefusal, AFileThatIsNoBasinIsToldAndStays) {
     EXPECT_THAT(folder.err, HasSubstr("is a folder"));
 }
 
-TEST(RunRefusal, APeriodOfMoreThan366DaysIsToldAndNothingIsRun) {
+TEST(RunRefusal, APeriodOfMoreThan366DaysIsReportedAndNotRun) {
     const RunBasin basin;
-    // 1 April to 1 April of the year after: 366 days in 1996 and 1997; a day more is one too many.
+    // 1 April to 1 April of the next year are 366 days in 1996/97; one day more is too many.
     basin.execute("UPDATE SimulationIndex SET SimEndDate = SimStartDate + 366");
     const BatchResult result = basin.run({"--kind", "year-round"});
     EXPECT_EQ(result.status, 1);
@@ -60,7 +60,7 @@ TEST(RunRefusal, APeriodOfMoreThan366DaysIsToldAndNothingIsRun) {
     EXPECT_EQ(basin.run({"--kind", "year-round"}).status, 0) << "the days that there are, within 366";
 }
 
-TEST(RunRefusal, APeriodOutsideTheDataIsTold) {
+TEST(RunRefusal, APeriodOutsideTheDataIsReported) {
     const RunBasin basin;
     basin.execute(
         "UPDATE SimulationIndex SET SimStartDate = SimStartDate + 1000, SimEndDate = SimEndDate + 1000");
@@ -72,7 +72,7 @@ TEST(RunRefusal, APeriodOutsideTheDataIsTold) {
         "and/or parameters needed to run 'alder'! [OK]\n");
 }
 
-TEST(RunRefusal, ASimulationWithoutRowsIsTold) {
+TEST(RunRefusal, ASimulationWithoutRowsIsReported) {
     const RunBasin basin;
     basin.execute("DELETE FROM alder");
     const BatchResult result = basin.run();
@@ -80,7 +80,7 @@ TEST(RunRefusal, ASimulationWithoutRowsIsTold) {
     EXPECT_THAT(result.err, HasSubstr("is missing variables and/or parameters needed to run 'alder'!"));
 }
 
-TEST(RunRefusal, ASimulationWithoutItsTableIsTold) {
+TEST(RunRefusal, ASimulationWithoutItsTableIsReported) {
     const RunBasin basin;
     basin.execute("DROP TABLE alder");
     const BatchResult result = basin.run();
@@ -89,7 +89,7 @@ TEST(RunRefusal, ASimulationWithoutItsTableIsTold) {
     EXPECT_THAT(result.err, HasSubstr("is missing variables and/or parameters needed to run 'alder'!"));
 }
 
-TEST(RunRefusal, AMissingTemperatureIsToldWithItsDayAndZone) {
+TEST(RunRefusal, AMissingTemperatureIsReportedWithItsDayAndZone) {
     const RunBasin basin;
     basin.execute("UPDATE PhysicalData SET Tavg = NULL WHERE Date = " + date_text(4, 2));
     const BatchResult result = basin.run({"--json"});
@@ -101,7 +101,7 @@ TEST(RunRefusal, AMissingTemperatureIsToldWithItsDayAndZone) {
     EXPECT_TRUE(nlohmann::json::parse(result.out)["CoefficientR2"].is_null());
 }
 
-TEST(RunRefusal, AMissingParameterIsToldWithItsDayAndZone) {
+TEST(RunRefusal, AMissingParameterIsReportedWithItsDayAndZone) {
     const RunBasin basin;
     basin.execute("UPDATE alder SET Cs = NULL WHERE Date = " + date_text(4, 3));
     const BatchResult result = basin.run();
@@ -111,7 +111,7 @@ TEST(RunRefusal, AMissingParameterIsToldWithItsDayAndZone) {
               "04/03/1996, in Zone 1 The missing value is that of CS. [OK]\n");
 }
 
-TEST(RunRefusal, AMissingReferenceElevationIsToldAndTheRunGoesOn) {
+TEST(RunRefusal, AMissingReferenceElevationIsReportedAndTheRunContinues) {
     const RunBasin basin;
     basin.execute("UPDATE BasinDescription SET RefElev = NULL");
     const BatchResult result = basin.run();
@@ -122,8 +122,8 @@ TEST(RunRefusal, AMissingReferenceElevationIsToldAndTheRunGoesOn) {
     EXPECT_TRUE(basin.has_table("SimResults"));
 }
 
-// x = 1 and y = 0 make k = 1, which is held to 0.99: 9.9, 9.801, 9.70299.
-TEST(RunRefusal, KOfOneOrMoreIsAskedAboutOnceAndHeldTo099) {
+// x = 1 and y = 0 make k = 1, which is limited to 0.99: 9.9, 9.801, 9.70299.
+TEST(RunRefusal, KOfOneOrMoreIsAskedAboutOnceAndLimitedTo099) {
     for (const char* x : {"1", "1.5", "100"}) {
         SCOPED_TRACE(x);
         LegacyParts parts = receding_parts();
@@ -147,7 +147,7 @@ TEST(RunRefusal, RefusingTheLimitOfKEndsTheRun) {
     EXPECT_THAT(result.err, HasSubstr("[Cancel]"));
 }
 
-// 0^-0.05 is no number: the share of the recession keeps its first value, 0, and so falls to the limit.
+// 0^-0.05 is undefined: the share of the recession keeps its initial value, 0, and so meets the limit.
 TEST(RunRefusal, ADischargeOfZeroRunsToItsEnd) {
     LegacyParts parts = receding_parts();
     parts.y = "0.05";
@@ -161,7 +161,7 @@ TEST(RunRefusal, ADischargeOfZeroRunsToItsEnd) {
 }
 
 // Three days of 3E+38 add up to 9E+38, and the largest Single is 3.4E+38.
-TEST(RunRefusal, ASumThatOverflowsASingleIsTold) {
+TEST(RunRefusal, ASumThatOverflowsASingleIsReported) {
     LegacyParts parts = receding_parts();
     parts.section(LegacySection::Runoff) = "366*3e38/";
     const RunBasin basin{parts, "3e38"};
@@ -174,7 +174,7 @@ TEST(RunRefusal, ASumThatOverflowsASingleIsTold) {
     EXPECT_THAT(json["FinalQ"].get<double>() / 1e38, DoubleNear(2.187, 1e-6));
 }
 
-TEST(RunRefusal, AZoneElevationThatOverflowsASingleIsTold) {
+TEST(RunRefusal, AZoneElevationThatOverflowsASingleIsReported) {
     LegacyParts parts = receding_parts();
     parts.pairs[0] = "100,1e300";
     const RunBasin basin{parts};
@@ -183,7 +183,7 @@ TEST(RunRefusal, AZoneElevationThatOverflowsASingleIsTold) {
     EXPECT_THAT(result.err, HasSubstr("Overflow"));
 }
 
-TEST(RunRefusal, ADamagedTableIsToldAndNotReplaced) {
+TEST(RunRefusal, ADamagedTableIsReportedAndNotReplaced) {
     const RunBasin basin;
     basin.execute("UPDATE SimulationIndex SET SimUnits = 'cubits'");
     const std::string before = basin.bytes();
@@ -193,7 +193,7 @@ TEST(RunRefusal, ADamagedTableIsToldAndNotReplaced) {
     EXPECT_TRUE(basin.bytes() == before);
 }
 
-TEST(RunRefusal, ASimulationWithoutDatesIsTold) {
+TEST(RunRefusal, ASimulationWithoutDatesIsReported) {
     const RunBasin basin;
     basin.execute("UPDATE SimulationIndex SET SimEndDate = NULL");
     const BatchResult result = basin.run();

@@ -1,5 +1,5 @@
-// Salvage of a basin with damaged pages: what it copies is what the sound basin has, and what it lacks is
-// listed.
+// Salvage of a basin with damaged pages: what it copies equals the
+// sound basin, and what is missing is listed.
 #include "tests/batch/run_basin.h"
 #include "tests/support/printed_seed.h"
 
@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 using testing::HasSubstr;
 
-/// The rows of a table as texts that tell every bit of their values.
+/// The rows of a table as texts that show every bit of their values.
 using Rows = std::multiset<std::string>;
 
 class SalvagedRows : public YearBasinTest {
@@ -56,7 +56,7 @@ protected:
         return tables;
     }
 
-    /// What the output says of a table: its line, and the indented lines behind it.
+    /// The output about a table: its line and the indented lines after it.
     static std::string told_of(const std::string& out, const std::string& table) {
         std::string told;
         bool within = false;
@@ -72,7 +72,7 @@ protected:
         const bool listed = told.find("not copied: ") != std::string::npos;
         const Rows& sound = sound_.at(table);
         for (const std::string& row : rows) {
-            // A description that is lost is replaced by that of a new basin.
+            // A lost description is replaced by that of a new basin.
             const bool replaced = table == k_basin_description && listed && rows.size() == 1;
             EXPECT_TRUE(sound.count(row) == 1 || replaced) << table << " has the row " << row;
             EXPECT_EQ(rows.count(row), 1U) << table << " has twice the row " << row;
@@ -86,7 +86,7 @@ protected:
         }
     }
 
-    /// Salvages a damaged file and compares every row with those of the sound one.
+    /// Salvages a damaged file and compares every row with the sound one.
     /// @return whether there was anything to compare
     bool expect_salvaged(const std::string& damaged) const {
         basin.folder().write("basin.mdb", damaged);
@@ -114,7 +114,7 @@ protected:
     std::map<std::string, Rows> sound_;
 };
 
-/// A page full of chance, which is none of the four kinds that a tree has.
+/// A random page that is of none of the four types of a table's tree.
 std::string random_page(std::mt19937& random) {
     std::string page(k_page_size, '\0');
     for (char& byte : page) byte = static_cast<char>(random());
@@ -122,7 +122,7 @@ std::string random_page(std::mt19937& random) {
     return page;
 }
 
-TEST_F(SalvagedRows, WhicheverPageIsLostTheOthersComeOverBitForBitAndTheGapIsListed) {
+TEST_F(SalvagedRows, WhicheverPageIsLostTheOthersAreCopiedBitForBitAndTheGapIsListed) {
     std::mt19937 random{printed_seed()};
     std::size_t compared = 0;
     const std::size_t pages = sound_bytes_.size() / k_page_size;
@@ -137,7 +137,7 @@ TEST_F(SalvagedRows, WhicheverPageIsLostTheOthersComeOverBitForBitAndTheGapIsLis
     EXPECT_GE(compared, pages - 1) << "only the first page takes all with it";
 }
 
-TEST_F(SalvagedRows, AFileThatWasCutOffKeepsTheRowsOfThePagesThatItHas) {
+TEST_F(SalvagedRows, ATruncatedFileKeepsTheRowsOfThePagesThatItHas) {
     std::mt19937 random{printed_seed()};
     for (int i = 0; i < 20; ++i) {
         const std::size_t size = k_page_size + random() % (sound_bytes_.size() - k_page_size);

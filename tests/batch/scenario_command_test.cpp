@@ -1,4 +1,4 @@
-// The command that makes climate scenarios: what it stores, and what it refuses without a trace.
+// The command that creates climate scenarios: what it stores, and what it refuses without a trace.
 #include "batch/scenario_edit.h"
 #include "climate/scenario_codes.h"
 #include "tests/batch/batch_call.h"
@@ -36,7 +36,7 @@ protected:
         return folder.rows<ScenarioRow>(scenario_table(name));
     }
 
-    /// Expects that a call is refused with a status and words on standard error, and changes no byte.
+    /// Expects a call to be refused with this status and text on standard error, and to change no byte.
     void expect_refused(const BatchResult& result, int status, const std::string& said,
                         const std::string& before) const {
         EXPECT_EQ(result.status, status);
@@ -76,7 +76,7 @@ TEST_F(ScenarioCommandTest, StoresItsEditsInTheirOrder) {
     EXPECT_THAT(index()[0].comments, Optional(std::string{"Place your comments here!"}));
 }
 
-TEST_F(ScenarioCommandTest, TakesTheTextsOfTheGridForTheCodes) {
+TEST_F(ScenarioCommandTest, AcceptsTheTextsOfTheGridForTheCodes) {
     const BatchResult result =
         scenario("warm", {"Average Temperature:1996-04-01:1996-04-03:Add/subtract to each:2.5:All",
                           "critical temperature : 1996-04-01 : 1996-04-03 : SHIFT FORWARD : 1 : b",
@@ -101,8 +101,8 @@ TEST_F(ScenarioCommandTest, NormalizeStores0WhateverFactorWasGiven) {
     EXPECT_EQ(rows("warm")[0].factor, 0.0F);
 }
 
-TEST_F(ScenarioCommandTest, WithoutAWinterEndTakesTheOneOfANewScenario) {
-    // 1 to 3 April: 2 / 2 - 1 = 0 days behind the start.
+TEST_F(ScenarioCommandTest, WithoutAWinterEndUsesTheDefaultOfANewScenario) {
+    // 1 to 3 April: 2 / 2 - 1 = 0 days after the start.
     const BatchResult result = scenario("warm", {"1:1996-04-01:1996-04-03:0:1:0"});
     EXPECT_THAT(result.out, HasSubstr("the winter ends on 1996-04-01"));
     EXPECT_THAT(index()[0].winter_end_date, Optional(static_cast<double>(first)));
@@ -120,7 +120,7 @@ TEST_F(ScenarioCommandTest, ReplacesTheScenarioOfItsName) {
     EXPECT_EQ(rows("warm")[0].factor, 3.0F);
 }
 
-TEST_F(ScenarioCommandTest, MayHaveNoEdit) {
+TEST_F(ScenarioCommandTest, MayHaveNoEdits) {
     EXPECT_THAT(scenario("calm", {}).out, HasSubstr(": 0 edits, "));
     EXPECT_THAT(rows("calm"), IsEmpty());
 }
@@ -133,7 +133,7 @@ TEST_F(ScenarioCommandTest, FindsItsSimulationInAnyCase) {
     EXPECT_TRUE(folder.has_table("it's \"warm\""));
 }
 
-TEST_F(ScenarioCommandTest, AFaultyEditIsWrongUsage) {
+TEST_F(ScenarioCommandTest, AnInvalidEditIsWrongUsage) {
     const std::string before = folder.bytes();
     const std::vector<std::pair<std::string, std::string>> cases{
         {"", "is not of the form"},
@@ -219,7 +219,7 @@ TEST_F(ScenarioCommandTest, TheWinterMayEndOnTheFirstOrTheLastDay) {
         EXPECT_EQ(scenario("warm", {}, {"--winter-end", date}).status, 0) << date;
 }
 
-TEST_F(ScenarioCommandTest, ANameThatNoScenarioMayBearIsRefused) {
+TEST_F(ScenarioCommandTest, ANameThatNoScenarioMayHaveIsRefused) {
     const std::string before = folder.bytes();
     const std::vector<std::pair<std::string, std::string>> cases{
         {"", "Invalid scenario name: A scenario needs a name. [OK]\n"},
@@ -247,7 +247,7 @@ TEST_F(ScenarioCommandTest, ASimulationOfTwoDaysOrWithoutAPeriodIsRefused) {
     expect_refused(scenario("warm", {}), 1, "The simulation 'alder' has no period.", folder.bytes());
 }
 
-TEST_F(ScenarioCommandTest, AFileThatIsNoBasinStaysAsItIs) {
+TEST_F(ScenarioCommandTest, AFileThatIsNotABasinStaysAsItIs) {
     const std::string before = file_bytes(folder.file());
     for (const std::string& file : {folder.file(), folder.path("none.mdb")}) {
         const BatchResult result = batch({"scenario", file, "--simulation", "alder", "--name", "warm"});
@@ -258,7 +258,7 @@ TEST_F(ScenarioCommandTest, AFileThatIsNoBasinStaysAsItIs) {
     EXPECT_EQ(file_bytes(folder.file()), before);
 }
 
-TEST_F(ScenarioCommandTest, ItsHelpTellsTheFormOfAnEdit) {
+TEST_F(ScenarioCommandTest, ItsHelpExplainsTheFormOfAnEdit) {
     const BatchResult help = batch({"scenario", "--help"});
     EXPECT_EQ(help.status, 0);
     for (const char* word : {"--simulation", "--name", "--winter-end", "--edit",
