@@ -18,13 +18,13 @@ constexpr const char* k_simulation = "last year";
 
 DayCount first_day() { return *day_count({1990, 10, 1}); }
 
-/// A year's course between -1 (mid winter) and 1 (mid summer).
+/// The course of a year, from -1 (mid winter) to 1 (mid summer).
 double season(DayCount day) {
     const int ordinal = day_of_year(day);
     return -std::cos(2.0 * 3.14159265358979 * (ordinal - 20) / 365.0);
 }
 
-/// A number from 0 to 1 that looks like chance and is the same every time.
+/// A number from 0 to 1 that looks random but is reproducible.
 double chance(DayCount day, int salt) {
     auto state = static_cast<std::uint64_t>(day) * 0x9E3779B97F4A7C15ULL + static_cast<std::uint64_t>(salt);
     state = (state ^ (state >> 30U)) * 0xBF58476D1CE4E5B9ULL;

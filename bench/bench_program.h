@@ -1,4 +1,4 @@
-// Runs the program without windows as a whole process.
+// Runs the batch program as a process.
 #pragma once
 
 #include <filesystem>
@@ -7,7 +7,7 @@
 
 namespace nivora {
 
-/// Runs a program to its end with what it prints in a file. @return its exit status, or -1
+/// Runs a program to its end and writes its output to a file. @return its exit status, or -1
 int run_program(const std::string& program, const std::vector<std::string>& arguments,
                 const std::filesystem::path& printed);
 

@@ -1,5 +1,5 @@
-// How long a climate evaluation takes as its user waits for it: the program without windows as a whole
-// process, from its start to its end, over nine zones and a year.
+// How long a user waits for a climate evaluation: the batch program as a process, from
+// start to end, with nine zones and a year.
 
 #include "bench/bench_basin.h"
 #include "bench/bench_program.h"
@@ -23,7 +23,7 @@ namespace fs = std::filesystem;
 constexpr const char* k_scenario = "Warmer";
 constexpr int k_days = 366;
 
-/// A basin file with a scenario that touches every day, in a folder of its own.
+/// A basin file with a scenario that edits every day, in a folder of its own.
 class ScenarioBasin {
 public:
     explicit ScenarioBasin(int zones) {
@@ -53,7 +53,7 @@ public:
         fs::remove_all(folder_, ignored);
     }
 
-    /// A copy that no evaluation has touched.
+    /// A copy in which nothing was evaluated yet.
     [[nodiscard]] fs::path fresh() const {
         fs::copy_file(prepared_, folder_ / "basin.mdb", fs::copy_options::overwrite_existing);
         return folder_ / "basin.mdb";

@@ -1,4 +1,4 @@
-// How long the daily editor takes on the longest records: opening, another zone, a large paste, a mass edit.
+// How long the daily editor takes with the longest records: opening, change of zone, large paste, mass edit.
 
 #include "bench/bench_basin.h"
 #include "prep/data_menu.h"
@@ -21,7 +21,7 @@ constexpr int k_zones = 16;
 constexpr int k_pasted_rows = 20'000;
 constexpr int k_pasted_columns = 7;
 
-/// A basin file of so many years, made once and kept until the program ends.
+/// Basin files by number of years, each created once and kept until the program ends.
 class BasinFiles {
 public:
     ~BasinFiles() {
@@ -47,7 +47,7 @@ BasinFiles& basin_files() {
     return files;
 }
 
-/// A session on that basin with its whole record prepared for the daily editor.
+/// A session on that basin, with its whole record prepared for the daily editor.
 struct Prepared {
     explicit Prepared(int years) {
         {
@@ -70,7 +70,7 @@ struct Prepared {
     WindowContext context{session, quick_help, std::filesystem::path{NIVORA_SOURCE_DIR} / "data", printing};
 };
 
-/// An editor that is shown and painted.
+/// A daily editor after it was shown and painted.
 std::unique_ptr<frmData> shown_editor(Prepared& prepared) {
     auto window = std::make_unique<frmData>(prepared.context);
     if (!window->open()) std::abort();
@@ -109,7 +109,7 @@ void change_zone(benchmark::State& state) {
     }
 }
 
-/// Rows of seven numbers that differ from row to row, as a spreadsheet puts them on the clipboard.
+/// Rows of seven numbers that differ from row to row, in the form in which spreadsheets copy them.
 QString block_of_numbers(int salt) {
     QString text;
     for (int row = 0; row < k_pasted_rows; ++row) {
@@ -162,7 +162,7 @@ void on_years(benchmark::internal::Benchmark* benchmark) {
 
 BENCHMARK(open_editor)->Apply(on_years)->Arg(50);
 BENCHMARK(change_zone)->Apply(on_years)->Arg(50);
-// So many years have 20,000 days.
+// 55 years have 20,000 days.
 BENCHMARK(paste)->Apply(on_years)->Arg(55);
 BENCHMARK(mass_edit)->Apply(on_years)->Arg(50);
 

@@ -1,5 +1,5 @@
-// What a user waits for: the start of the desktop program, a run from the menu to the statistics, the opening
-// of a large basin. Each is measured several times in a process of its own; the median counts.
+// What a user waits for: the start of the desktop program, a run from the menu to the statistics, and the
+// opening of a large basin. Each is measured several times in a process of its own; the median counts.
 
 #include "base/durable_file.h"
 #include "base/scripted_dialogs.h"
@@ -32,7 +32,7 @@ double seconds_since(Clock::time_point begin) {
     return std::chrono::duration<double>(Clock::now() - begin).count();
 }
 
-/// A copy of the program folder, settings without the welcome window, and basins.
+/// A copy of the program folder, settings that hide the welcome window, and basins.
 struct Folders {
     Folders() : root(fs::temp_directory_path() / fmt::format("nivora-bench-{}", getpid())) {
         fs::create_directories(root / "program");
@@ -61,8 +61,9 @@ std::string first_line(const fs::path& file) {
     return line;
 }
 
-/// Whether the program's only thread that counts waits for input: it sleeps in poll (7) or ppoll (271), as
-/// the event loop does when it has nothing left to do. The start's file work lies before the loop.
+/// Whether the program's main thread waits for input, that is, sleeps in the system call
+/// poll (7) or ppoll (271), as the event loop does when it has nothing to do. At the
+/// start all file work is done before the loop.
 bool waits_for_input(pid_t program) {
     const std::string call = first_line(fmt::format("/proc/{}/syscall", program));
     return call.starts_with("7 ") || call.starts_with("271 ");
@@ -78,7 +79,7 @@ std::int64_t processor_ticks(pid_t program) {
     return ticks;
 }
 
-/// From the start of the process until its main window is there and it waits for input.
+/// The seconds from the start of the process until its main window exists and it waits for input.
 double start_once(const Folders& folders, std::int64_t& busy_afterwards) {
     fs::remove(folders.root / "program/new.mdb");
     const std::string program = (folders.root / "program/nivora").string();
@@ -95,8 +96,8 @@ double start_once(const Folders& folders, std::int64_t& busy_afterwards) {
         if (!waits) samples = 0;
         std::this_thread::sleep_for(std::chrono::microseconds{500});
     }
-    // A program that was ready does nothing while nobody types: else the sign was wrong, and the figure too
-    // small.
+    // A program that is ready stays idle while nobody types. If it does not, it was
+    // not ready yet, and the figure is too small.
     const std::int64_t before = processor_ticks(child);
     std::this_thread::sleep_for(std::chrono::milliseconds{300});
     busy_afterwards = std::max(busy_afterwards, processor_ticks(child) - before);
@@ -105,7 +106,7 @@ double start_once(const Folders& folders, std::int64_t& busy_afterwards) {
     return ready;
 }
 
-/// The main window in this process.
+/// The main window, within this process.
 struct MainWindow {
     explicit MainWindow(const Folders& folders)
         : window({session, quick_help, folders.root / "program", printing}) {
@@ -125,7 +126,7 @@ struct MainWindow {
     frmNVR window;
 };
 
-/// Notes when the statistics were painted for the first time, and closes them.
+/// Records when the statistics were first painted, and closes them.
 class StatisticsWatch : public QObject {
 public:
     explicit StatisticsWatch(Clock::time_point begin) : begin_(begin) { qApp->installEventFilter(this); }
@@ -171,7 +172,7 @@ double open_once(const Folders& folders, const fs::path& basin) {
     return desktop.session.basin.simulations.empty() ? 0.0 : seconds_since(begin);
 }
 
-/// The most memory that this process ever had, in MB.
+/// The peak memory of this process in MB.
 double most_memory() {
     std::ifstream status{"/proc/self/status"};
     for (std::string line; std::getline(status, line);) {
@@ -180,7 +181,7 @@ double most_memory() {
     return 0.0;
 }
 
-/// Does a piece of work in a process of its own. @return its seconds and the memory that it took
+/// The seconds and the peak memory in MB of work that was done in a process of its own.
 struct Taken {
     double seconds = 0.0;
     double memory = 0.0;
@@ -211,7 +212,7 @@ double median(int times, Work work) {
     std::vector<double> figures;
     for (int i = 0; i < times; ++i) figures.push_back(work());
     std::sort(figures.begin(), figures.end());
-    if (figures.front() <= 0.0) return 0.0;  // one that failed
+    if (figures.front() <= 0.0) return 0.0;  // one of them failed
     return figures.at(figures.size() / 2);
 }
 
@@ -229,7 +230,7 @@ int main() {
     const Folders folders;
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
     setenv("QT_LOGGING_RULES", "*=false",
-           1);  // the platform without a display tells what it can't do, again and again
+           1);  // the offscreen platform repeats warnings about what it lacks
     setenv("XDG_CONFIG_HOME", (folders.root / "settings").c_str(), 1);
     std::int64_t busy = 0;
     bool good = tell("start of the program until it waits for input",
@@ -240,7 +241,7 @@ int main() {
         tell("year round run of the sample, menu to painted statistics",
              median(9, [&] { return in_own_process([&] { return run_once(folders); }).seconds; }), 0.15, "s");
     const fs::path large = folders.root / "large.mdb";
-    pid_t writer = fork();  // the rows that it keeps shall not count as memory of what is measured
+    pid_t writer = fork();  // in a process of its own, so that its memory does not count in the measurements
     if (writer == 0) {
         write_bench_basin(large, 16, 50);
         _exit(0);

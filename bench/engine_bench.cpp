@@ -14,7 +14,7 @@
 namespace nivora {
 namespace {
 
-/// Zones and days of the benchmark at hand, and all that the stages need.
+/// The number of zones and days of a benchmark, and everything that the stages need.
 struct Case {
     explicit Case(const benchmark::State& state)
         : zones(static_cast<int>(state.range(0))),
@@ -94,7 +94,7 @@ void statistics(benchmark::State& state) {
     per_zone_day(state, basin);
 }
 
-/// A basin file made once for all repetitions.
+/// A basin file, written once for all repetitions.
 std::filesystem::path basin_file(int zones, int years) {
     auto path = std::filesystem::temp_directory_path() /
                 ("nivora-bench-" + std::to_string(zones) + "-" + std::to_string(years) + ".mdb");
@@ -102,7 +102,7 @@ std::filesystem::path basin_file(int zones, int years) {
     return path;
 }
 
-/// Opens the basin, runs its last year and stores the results: what the command `run` does.
+/// Opens the basin, runs its last year and stores the results, as the command `run` does.
 void run_with_file(benchmark::State& state) {
     const auto path = basin_file(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
     for (auto _ : state) {
@@ -115,7 +115,7 @@ void run_with_file(benchmark::State& state) {
         }
         basin.Work_File = path;
         select_simulation(basin, 0);
-        // The year before ends with another discharge than the basin begins with.
+        // Not the discharge of the day before the run, so the run asks about it.
         basin.current_simulation()->initial_runoff = 5.0F;
         dialogs.then(Answer::Ok);
         choose_simulation(run);

@@ -1,5 +1,5 @@
-// How much memory the commands of the program without windows need at most, on a basin of fifty years: the
-// largest resident size of each, as a process of its own. A command should stay below 40 MB.
+// The peak memory of the batch program's commands on a basin of fifty years: the largest resident size of
+// each as a process of its own. A command should stay below 40 MB.
 
 #include "bench/bench_basin.h"
 
@@ -23,10 +23,10 @@ namespace fs = std::filesystem;
 
 constexpr int k_years = 50;
 constexpr int k_zones = 16;
-/// Of the file that is imported.
+/// The number of zones in the imported file.
 constexpr int k_legacy_zones = 5;
 
-/// What became of a process.
+/// The exit status and the peak memory of a process; -1 if it did not exit normally.
 struct Usage {
     int status = -1;
     double peak_mb = 0.0;
@@ -55,8 +55,8 @@ Usage run(const std::vector<std::string>& arguments) {
     return ended(child);
 }
 
-/// Writes a basin in a process of its own: what this process needs at its peak counts for every process that
-/// it starts later.
+/// Writes a basin in a process of its own, since the peak memory of this process
+/// counts for every process that it starts later.
 bool write_basin(const fs::path& path, int zones) {
     const pid_t child = fork();
     if (child == 0) {
@@ -71,7 +71,7 @@ bool write_basin(const fs::path& path, int zones) {
     return ended(child).status == 0;
 }
 
-/// A folder that is gone at the end.
+/// A temporary folder, removed at the end.
 struct Folder {
     Folder() : path(fs::temp_directory_path() / fmt::format("nivora-memory-{}", getpid())) {
         fs::create_directories(path);
@@ -116,8 +116,7 @@ int measure() {
         const Usage usage = run(command);
         const std::string name = command[0] == "export" ? command[0] + " " + command[2] : command[0];
         if (usage.status < 0) ++failures;
-        // An evaluation of more than nine zones ends with status 1: a message says that its sums leave zones
-        // out.
+        // An evaluation of more than nine zones ends with status 1: a message says that its sums omit zones.
         const std::string status = usage.status == 0 ? "" : fmt::format("   status {}", usage.status);
         fmt::print("{:<24}{:>10.1f}{}\n", name, usage.peak_mb, status);
         std::fflush(stdout);

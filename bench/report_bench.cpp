@@ -1,4 +1,4 @@
-// How long the reports of a year take: their text alone, and the program without windows as a whole process.
+// How long the reports of a year take: their text alone, and the batch program as a process.
 
 #include "base/durable_file.h"
 #include "bench/bench_basin.h"
@@ -67,7 +67,7 @@ private:
     bool completed_ = false;
 };
 
-/// All nine reports of 16 zones and 366 days into a text file, from the open basin.
+/// All nine reports for 16 zones and 366 days, from the open basin into a text file.
 void nine_reports(benchmark::State& state) {
     const ReportedBasin basin;
     RunState run = basin.run();
@@ -85,7 +85,7 @@ void nine_reports(benchmark::State& state) {
 }
 BENCHMARK(nine_reports)->UseRealTime()->Unit(benchmark::kMillisecond);
 
-/// `nivora-batch report --reports all` from its start to its end.
+/// `nivora-batch report --reports all`, from its start to its end.
 void report_process(benchmark::State& state, const char* file) {
     const ReportedBasin basin;
     const fs::path printed = basin.in_folder("printed.txt");

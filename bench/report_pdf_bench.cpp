@@ -1,5 +1,5 @@
-// How long a PDF of all nine reports takes, of 16 zones and 366 days: making the reports, laying them out and
-// writing the file.
+// How long a PDF of all nine reports for 16 zones and 366 days takes: making the
+// reports, laying them out and writing the file.
 
 #include "bench/bench_basin.h"
 #include "engine/results_store.h"

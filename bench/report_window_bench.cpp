@@ -1,4 +1,4 @@
-// How long the display of reports takes until it is painted, and to scroll, with the longest texts.
+// How long the report window takes to show and to scroll the longest texts.
 
 #include "base/scripted_dialogs.h"
 #include "widgets/desktop_printers.h"
@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::size_t k_columns = 125;
 
-/// A text of so many lines of the width of six months, with a form feed behind every fiftieth.
+/// A text of so many lines as wide as six months; every fiftieth line is a form feed.
 std::string report_text(int lines) {
     std::string text;
     for (int line = 1; line <= lines; ++line) {

@@ -1,4 +1,4 @@
-// The import of legacy files: whatever the bytes, they are read or refused, and what is read fits a basin.
+// The import of legacy files: any bytes are either read or refused, and what is read fits a basin.
 
 #include "prep/legacy_import.h"
 
@@ -58,7 +58,7 @@ void check(const LegacyFile& file) {
     }
 }
 
-/// The kind of line end changes nothing.
+/// Requires that the text reads the same with every kind of line end.
 void check_line_ends(std::string_view text, const std::optional<LegacyFile>& file) {
     if (text.find('\r') != std::string_view::npos) return;
     for (const char* line_end : {"\r\n", "\r"}) {
@@ -79,7 +79,7 @@ void check_line_ends(std::string_view text, const std::optional<LegacyFile>& fil
     }
 }
 
-/// A blank basin that all imports share: each is undone.
+/// A blank basin that all imports share; each of them is rolled back.
 class BlankBasin {
 public:
     BlankBasin()
@@ -92,11 +92,11 @@ public:
     BlankBasin& operator=(const BlankBasin&) = delete;
     ~BlankBasin() {
         database_.reset();
-        std::error_code ignored;  // what stays behind lies in the folder for temporary files
+        std::error_code ignored;  // a folder that cannot be removed stays among the temporary files
         fs::remove_all(folder_, ignored);
     }
 
-    /// Imports twice, the second time over what the first left.
+    /// Imports twice, the second time over the rows of the first import.
     void import(const LegacyFile& file, bool overwrite) {
         const auto answer = overwrite ? Answer::Yes : Answer::No;
         atomically_if(*database_, [&] {
@@ -130,7 +130,7 @@ private:
     std::optional<BasinDatabase> database_;
 };
 
-/// A number that depends on the bytes alone, so that an input does the same whenever it is tried.
+/// A number that depends on the bytes alone, so that an input always takes the same path.
 std::uint64_t number_of(std::string_view bytes) {
     std::uint64_t number = 14695981039346656037U;
     for (const char byte : bytes) number = (number ^ static_cast<unsigned char>(byte)) * 1099511628211U;
@@ -142,7 +142,7 @@ std::uint64_t number_of(std::string_view bytes) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    constexpr std::uint64_t k_line_ends_of = 8;  // the store is slow beside the reader
+    constexpr std::uint64_t k_line_ends_of = 8;  // the store is slow compared with the reader
     constexpr std::uint64_t k_imports_of = 32;
     const std::string_view text{reinterpret_cast<const char*>(data), size};
     const std::uint64_t number = number_of(text);

@@ -1,4 +1,4 @@
-// Sets the users manual: nivora_manual <manual.pdf> <folder of pictures> <chapter.md>...
+// Typesets the users manual: nivora_manual <manual.pdf> <folder of pictures> <chapter.md>...
 
 #include <QAbstractTextDocumentLayout>
 #include <QDir>
@@ -30,13 +30,13 @@ constexpr double k_code_points = 8.0;
 constexpr double k_small_text_points = 7.0;
 constexpr int k_columns_in_full_size = 8;
 
-/// A page's text area, in the points in which the document is laid out.
+/// A page's text area in points, the unit of the document's layout.
 struct Page {
     double width;
     double height;
 };
 
-/// All chapters as one text; each begins on a page of its own.
+/// The texts of the chapters; nothing if one cannot be read.
 QStringList read_chapters(const QStringList& files) {
     QStringList chapters;
     for (const QString& name : files) {
@@ -50,7 +50,7 @@ QStringList read_chapters(const QStringList& files) {
     return chapters;
 }
 
-/// Gives the document the pictures that it names. False where one is missing.
+/// Adds the pictures that the text names to the document. @return false if one is missing
 bool add_pictures(QTextDocument& document, const QString& text, const QString& folder) {
     static const QRegularExpression k_picture(QStringLiteral(R"(!\[[^\]]*\]\((pictures/([^)]+))\))"));
     bool complete = true;
@@ -67,8 +67,8 @@ bool add_pictures(QTextDocument& document, const QString& text, const QString& f
     return complete;
 }
 
-/// Shows each picture, drawn at twice its size, at about three quarters of its size on the screen, and never
-/// larger than fits the text and half a page.
+/// Shows each picture, which was drawn at twice its size, at about three quarters of its size on the screen,
+/// but no wider than the text and no higher than half a page.
 void fit_pictures(QTextDocument& document, const Page& page) {
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         for (auto at = block.begin(); !at.atEnd(); ++at) {
@@ -86,7 +86,7 @@ void fit_pictures(QTextDocument& document, const Page& page) {
             cursor.setPosition(fragment.position());
             cursor.setPosition(fragment.position() + fragment.length(), QTextCursor::KeepAnchor);
             cursor.setCharFormat(format);
-            break;  // the block's fragments are made anew; the chapters have one picture a paragraph
+            break;  // the change rebuilds the block's fragments; the chapters have one picture per paragraph
         }
     }
 }
@@ -105,7 +105,7 @@ void set_styles(QTextDocument& document) {
             format.setTopMargin(heading == 1 ? 0.0 : 12.0);
             format.setBottomMargin(6.0);
         } else if (format.nonBreakableLines()) {
-            // Lines of a program or of a shell: small, and broken rather than cut at the margin.
+            // Program code or shell commands: small, and wrapped rather than cut off at the margin.
             cursor.select(QTextCursor::BlockUnderCursor);
             QTextCharFormat letters;
             letters.setFontPointSize(k_code_points);
@@ -114,14 +114,13 @@ void set_styles(QTextDocument& document) {
         } else if (!block.textList()) {
             format.setBottomMargin(6.0);
         }
-        // With a cursor of its own: a selected block begins with the end of the one before, which would get
-        // the format too.
+        // With a new cursor, since a selected block begins with the end of the
+        // block before, which would be formatted too.
         QTextCursor(block).setBlockFormat(format);
     }
 }
 
-/// Whether a table has a head; Markdown has none without, so that a table without one begins with an empty
-/// row.
+/// Whether a table has a header. Markdown requires one, so a table without a header begins with an empty row.
 bool has_head(const QTextTable& table) {
     for (int column = 0; column < table.columns(); ++column) {
         if (!table.cellAt(0, column).firstCursorPosition().block().text().isEmpty()) return true;
@@ -129,7 +128,7 @@ bool has_head(const QTextTable& table) {
     return false;
 }
 
-/// The letters of a table with many columns.
+/// Sets a table with many columns in small letters.
 void set_small(QTextTable* table) {
     QTextCursor cursor = table->firstCursorPosition();
     cursor.setPosition(table->lastCursorPosition().position(), QTextCursor::KeepAnchor);
@@ -138,8 +137,8 @@ void set_small(QTextTable* table) {
     cursor.mergeCharFormat(letters);
 }
 
-/// Gives each column the room of its longest word, and shares the rest by the amount of text. With one width
-/// for all, a column of long texts beside short ones makes a table of many pages.
+/// Gives each column the width of its longest word and distributes the rest by the amount of text. With equal
+/// widths a column of long texts beside short ones would make a table of many pages.
 void set_widths(QTextTable* table, QTextTableFormat& format, const Page& page) {
     const double letters_a_line = page.width / (k_text_points * 0.62);
     std::vector<double> needed;
@@ -174,7 +173,7 @@ void set_tables(QTextFrame* frame, const Page& page) {
             if (!headed) table->removeRows(0, 1);
             QTextTableFormat format = table->format();
             format.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
-            format.setBorder(1.0);  // half a point rounds to no line at all
+            format.setBorder(1.0);  // half a point rounds to no line
             format.setBorderBrush(QColor(190, 190, 190));
             format.setBorderCollapse(true);
             format.setCellPadding(3.0);
@@ -190,7 +189,7 @@ void set_tables(QTextFrame* frame, const Page& page) {
     }
 }
 
-/// A chapter laid out on its pages, with page breaks before some of its blocks.
+/// A chapter laid out on pages, with page breaks before the given blocks.
 std::unique_ptr<QTextDocument> laid_out(const QString& chapter, const QString& folder, const Page& page,
                                         const std::set<int>& breaks, bool& complete) {
     auto document = std::make_unique<QTextDocument>();
@@ -199,7 +198,7 @@ std::unique_ptr<QTextDocument> laid_out(const QString& chapter, const QString& f
     document->setDefaultFont(font);
     document->setDocumentMargin(0.0);
     document->setMarkdown(chapter);
-    // Only now, since a new text drops the pictures of the one before.
+    // Not before, since a new text drops the pictures of the former one.
     complete = add_pictures(*document, chapter, folder);
     fit_pictures(*document, page);
     set_styles(*document);
@@ -214,15 +213,15 @@ std::unique_ptr<QTextDocument> laid_out(const QString& chapter, const QString& f
     return document;
 }
 
-/// Whether a line makes sense only with what stands behind it: a heading, or a text that ends in a colon.
+/// Whether a block makes sense only with the text after it: a heading, or a text that ends with a colon.
 bool leads_on(const QTextBlock& block) {
     return block.blockFormat().headingLevel() > 0 || block.text().endsWith(QLatin1Char(':'));
 }
 
-/// The number of the first block, behind those that were moved already, that leads on to another page; of a
-/// heading with such a block right behind it, the heading. -1 where there is none.
+/// The first block without a page break of its own that is separated by the end of a page from the text that
+/// it introduces; if other introducing blocks precede it directly, the first of them. -1 if there is none.
 int left_alone(const QTextDocument& document, const Page& page, const std::set<int>& breaks) {
-    // A line may be moved to the page behind the one on which its block begins.
+    // A line may be on the page after the one where its block begins.
     const auto page_of = [&](const QTextBlock& block, int line) {
         const double top = document.documentLayout()->blockBoundingRect(block).top();
         return static_cast<int>((top + block.layout()->lineAt(line).y() + 1.0) / page.height);
@@ -238,21 +237,21 @@ int left_alone(const QTextDocument& document, const Page& page, const std::set<i
     return -1;
 }
 
-/// The chapter with no heading as the last line of a page. It is laid out from the beginning after each one
-/// that was moved: a change of a layout that stands already loses blocks.
+/// The chapter without a heading as the last line of a page. After each page break it is laid out again from
+/// the start, since changing an existing layout loses blocks.
 std::unique_ptr<QTextDocument> set_chapter(const QString& chapter, const QString& folder, const Page& page,
                                            bool& complete) {
     std::set<int> breaks;
     for (;;) {
         auto document = laid_out(chapter, folder, page, breaks, complete);
-        document->documentLayout()->documentSize();  // which lays it out to its end
+        document->documentLayout()->documentSize();  // forces the layout of the whole document
         const int number = left_alone(*document, page, breaks);
         if (number < 0) return document;
         breaks.insert(number);
     }
 }
 
-/// Draws one chapter; gives back the number of its last page.
+/// Draws one chapter. @return the number of its last page
 int draw_chapter(QTextDocument& document, QPainter& painter, QPdfWriter& writer, const Page& page,
                  int number) {
     const int pages = document.pageCount();

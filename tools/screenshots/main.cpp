@@ -43,7 +43,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Boxes as the user sees them, each drawn and left with the answer that goes on; files come from a list.
+/// Shows the real boxes, takes a picture of each and answers so that the
+/// work continues. Files come from `next_file`.
 class PicturedDialogs : public DesktopDialogs {
 public:
     explicit PicturedDialogs(fs::path folder) : folder_(std::move(folder)) {}
@@ -100,7 +101,7 @@ public:
     }
 
 private:
-    /// A program folder that may be written to, with the files that lie beside the program.
+    /// A writable program folder with the files that belong beside the program.
     fs::path program_folder() {
         const fs::path folder = path_from_utf8(from_qt(scratch_.path()));
         for (const char* name : {"null.mdb", "NIVORAHelp.txt", "quickhelp.txt", "climate_1.ss2"}) {
@@ -193,7 +194,7 @@ private:
         draw(print, "print-dialog.png");
     }
 
-    /// The choice of reports with three ticked, and two reports as they are read. The sample was run before.
+    /// The choice of reports with three selected, and two reports as displayed. The sample was run before.
     void reports() {
         const WindowContext context{session_, quick_help_, program_, printing_};
         frmPrint choice(context);
@@ -210,7 +211,7 @@ private:
         draw(display, "file-display-summary.png");
     }
 
-    /// The windows in which a basin is made by hand, on the sample.
+    /// The windows that define a basin by hand, filled with the sample.
     void preparing() {
         const WindowContext context{session_, quick_help_, program_, printing_};
         frmPopulate populate(context);
@@ -232,7 +233,7 @@ private:
         draw(averages, "long-term-averages.png");
     }
 
-    /// The daily editor on what an entry of the Data menu prepares.
+    /// The daily editor, opened by an entry of the Data menu.
     void draw_data(DataEntry entry, const char* picture) {
         {
             const PrepContext prep{session_.basin, session_.prep, dialogs_};

@@ -1,6 +1,5 @@
-// Kills the commands of the File menu at very many points, with files of several sizes, and saves on disks
-// that are almost full. Prints figures; fails where a user's file came out broken or something was left
-// behind.
+// Kills the commands of the File menu at very many points, with files of several sizes, and saves on almost
+// full disks. Prints figures; fails if a user's file is broken or something is left behind.
 
 #include "tests/program/killed_command.h"
 #include "tools/soak/small_disk.h"
@@ -17,7 +16,7 @@ using namespace nivora;
 
 struct Figures {
     int kills = 0;
-    int late = 0;  ///< the command was done before the kill
+    int late = 0;  ///< the command completed before the kill
     int old_files = 0;
     int new_files = 0;
     int broken = 0;
@@ -46,8 +45,8 @@ Figures kill_often(KillGround& ground, FileCommand command, int kills) {
     const std::int64_t calls = ground.calls_of(command);
     const std::int64_t microseconds = ground.microseconds_of(command);
     for (int i = 0; i < kills; ++i) {
-        // Half of the kills fall between calls of the system, half at a moment, be it in the middle of a
-        // write.
+        // Half of the kills happen between system calls, half at a point in
+        // time, possibly in the middle of a write.
         const bool at_call = calls > 0 && i % 2 == 0;
         const std::int64_t point = (at_call ? calls : microseconds) * i / kills;
         ground.prepare(command);

@@ -17,7 +17,7 @@ namespace {
 
 enum Outcome : int { k_saved = 10, k_told = 11, k_wrong = 12, k_no_disk = 13 };
 
-/// A mount of its own that nobody else sees.
+/// Mounts a small disk that only this process sees.
 bool mount_small_disk(const std::filesystem::path& folder, std::uintmax_t bytes) {
     if (unshare(CLONE_NEWNS) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return false;
     if (mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return false;
@@ -25,7 +25,7 @@ bool mount_small_disk(const std::filesystem::path& folder, std::uintmax_t bytes)
     return mount("tmpfs", folder.c_str(), "tmpfs", 0, options.c_str()) == 0;
 }
 
-/// In a child: the disk, the save, the look at what stands afterwards.
+/// In a child process: creates the disk, saves, and checks the files.
 int save_once(KillGround& ground, std::uintmax_t free_bytes, bool mounted, int report) {
     if (mounted) {
         if (!mount_small_disk(ground.documents(), ground.size() + free_bytes)) return k_no_disk;
