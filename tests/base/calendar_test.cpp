@@ -42,7 +42,7 @@ TEST(DayCount, FebruaryOf1900And2100Has28DaysAndOf2000Has29) {
     EXPECT_EQ(*day_count({2004, 3, 1}) - *day_count({2004, 2, 28}), 2);
 }
 
-TEST(DayCount, OfADayThatNoCalendarHasIsNothing) {
+TEST(DayCount, OfADayThatDoesNotExistIsNothing) {
     for (const CivilDate& date :
          {CivilDate{2001, 0, 1}, CivilDate{2001, 13, 1}, CivilDate{2001, -1, 1}, CivilDate{2001, 1, 0},
           CivilDate{2001, 1, 32}, CivilDate{2001, 1, -1}, CivilDate{2001, 4, 31}, CivilDate{2001, 2, 29},
@@ -139,13 +139,13 @@ TEST(TimeText, ReadsTwelveAtMidnightAndAtNoon) {
     EXPECT_EQ(time_text(3599 * k_second), "12:59:59 AM");
 }
 
-TEST(TimeText, TurnsToThePmAtNoon) {
+TEST(TimeText, ChangesToPmAtNoon) {
     EXPECT_EQ(time_text(43199 * k_second), "11:59:59 AM");
     EXPECT_EQ(time_text(43200 * k_second), "12:00:00 PM");
     EXPECT_EQ(time_text(46800 * k_second), "1:00:00 PM");
 }
 
-TEST(TimeText, HasNoLeadingZeroForTheHourAndTwoDigitsBehindIt) {
+TEST(TimeText, HasNoLeadingZeroForTheHourAndTwoDigitsAfterIt) {
     EXPECT_EQ(time_text(36526.0 + (3600 + 120 + 3) * k_second), "1:02:03 AM");
     EXPECT_EQ(time_text(36526.75), "6:00:00 PM");
 }
@@ -175,12 +175,12 @@ TEST(ReadDate, TakesTheIsoForm) {
     EXPECT_EQ(read_date("2000-02-29"), k_new_year_2000 + 59);
 }
 
-TEST(ReadDate, LeavesBlanksAroundTheDateOut) {
+TEST(ReadDate, IgnoresBlanksAroundTheDate) {
     EXPECT_EQ(read_date("  1/1/2000\r\n"), k_new_year_2000);
     EXPECT_EQ(read_date("\t2000-01-01 "), k_new_year_2000);
 }
 
-TEST(ReadDate, TakesTheYears1900To2300Alone) {
+TEST(ReadDate, TakesOnlyTheYears1900To2300) {
     EXPECT_EQ(read_date("1/1/1900"), 2);
     EXPECT_EQ(read_date("12/31/2300"), 146463);
     EXPECT_EQ(read_date("2300-12-31"), 146463);
@@ -197,7 +197,7 @@ TEST(ReadDate, KnowsTheLeapYears) {
     EXPECT_EQ(read_date("2/30/2000"), std::nullopt);
 }
 
-TEST(ReadDate, OfATextThatIsNoDateIsNothing) {
+TEST(ReadDate, OfATextThatIsNotADateIsNothing) {
     for (const char* text : {"",
                              " ",
                              "/",

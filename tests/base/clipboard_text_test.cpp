@@ -9,7 +9,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(ClipboardText, CellsStandBetweenTabsAndRowsEndInALineFeed) {
+TEST(ClipboardText, CellsAreSeparatedByTabsAndRowsEndInALineFeed) {
     EXPECT_EQ(clipboard_text({{"1.5", "2"}, {"", "-3"}}), "1.5\t2\n\t-3\n");
 }
 
@@ -24,7 +24,7 @@ TEST(ClipboardText, LineEndsOfAnyKindEndARow) {
         ElementsAre(ElementsAre("1", "2"), ElementsAre("3", "4"), ElementsAre("5"), ElementsAre("6")));
 }
 
-TEST(ClipboardText, ALineEndAtTheEndBeginsNoFurtherRow) {
+TEST(ClipboardText, ALineEndAtTheEndStartsNoFurtherRow) {
     EXPECT_THAT(read_clipboard_text("1\r\n"), ElementsAre(ElementsAre("1")));
     EXPECT_THAT(read_clipboard_text("1\n\n"), ElementsAre(ElementsAre("1"), ElementsAre("")));
 }
@@ -41,7 +41,7 @@ TEST(ClipboardText, QuotedCellsKeepTheirTabsLineEndsAndQuoteMarks) {
                 ElementsAre(ElementsAre("a\tb", "c\r\nd"), ElementsAre("say \"no\"", "")));
 }
 
-TEST(ClipboardText, AQuoteMarkThatClosesNothingIsACharacter) {
+TEST(ClipboardText, AnUnmatchedQuoteMarkIsACharacter) {
     EXPECT_THAT(read_clipboard_text("\"open\t2\n5\" pipe\t\"a\"b"),
                 ElementsAre(ElementsAre("\"open", "2"), ElementsAre("5\" pipe", "\"a\"b")));
 }
@@ -74,13 +74,13 @@ TEST(PastePieces, OneRowFillsTheSelection) {
     EXPECT_THAT(pieces(4, 3, 1, 10), ElementsAre(Piece{4, 1}, Piece{5, 1}, Piece{6, 1}));
 }
 
-TEST(PastePieces, WhatReachesBeyondTheGridIsCut) {
+TEST(PastePieces, PartsOutsideTheGridAreCut) {
     EXPECT_THAT(pieces(8, 1, 5, 10), ElementsAre(Piece{8, 2}));
     EXPECT_THAT(pieces(7, 9, 2, 10), ElementsAre(Piece{7, 2}, Piece{9, 1}));
     EXPECT_THAT(pieces(10, 1, 1, 10), IsEmpty());
 }
 
-TEST(PastePieces, NothingCopiedGoesNowhere) { EXPECT_THAT(pieces(0, 5, 0, 10), IsEmpty()); }
+TEST(PastePieces, AnEmptyCopyHasNoPieces) { EXPECT_THAT(pieces(0, 5, 0, 10), IsEmpty()); }
 
 }  // namespace
 }  // namespace nivora

@@ -40,14 +40,14 @@ TEST(GoOnAnswer, IsOkOrYes) {
     EXPECT_EQ(go_on_answer(Buttons::YesNoCancel), Answer::Yes);
 }
 
-TEST(RefusingAnswer, IsCancelBeforeNoAndOkWhereThereIsNothingElse) {
+TEST(RefusingAnswer, IsCancelBeforeNoAndOkIfThereIsNothingElse) {
     EXPECT_EQ(refusing_answer(Buttons::Ok), Answer::Ok);
     EXPECT_EQ(refusing_answer(Buttons::OkCancel), Answer::Cancel);
     EXPECT_EQ(refusing_answer(Buttons::YesNo), Answer::No);
     EXPECT_EQ(refusing_answer(Buttons::YesNoCancel), Answer::Cancel);
 }
 
-TEST(Message, HasTheProgramsTitleOneButtonAndNoIconUnlessToldOtherwise) {
+TEST(Message, HasTheProgramsTitleOneButtonAndNoIconByDefault) {
     const Message message{.text = "Done"};
     EXPECT_EQ(message.title, "Nivora");
     EXPECT_EQ(message.icon, Icon::None);
@@ -112,7 +112,7 @@ TEST(ScriptedDialogs, CancelledBoxesGiveNothingBack) {
     EXPECT_THAT(dialogs.complaints(), IsEmpty());
 }
 
-TEST(ScriptedDialogs, AMessageWithOkAloneNeedsAndTakesNoAnswer) {
+TEST(ScriptedDialogs, AMessageWithOnlyOkNeedsAndTakesNoAnswer) {
     ScriptedDialogs dialogs;
     dialogs.then(Answer::Yes);
     EXPECT_EQ(dialogs.message(question("Done", Buttons::Ok)), Answer::Ok);
@@ -153,7 +153,7 @@ TEST(ScriptedDialogs, AnAnswerThatTheBoxDoesNotOfferIsAComplaint) {
     EXPECT_EQ(dialogs.messages()[0].answer, Answer::No);
 }
 
-TEST(ScriptedDialogs, CountsTheAnswersThatNobodyAskedFor) {
+TEST(ScriptedDialogs, CountsTheUnusedAnswers) {
     ScriptedDialogs dialogs;
     dialogs.then(Answer::Yes).then_file("a").then_text("b");
     EXPECT_EQ(dialogs.message(question("Overwrite?")), Answer::Yes);

@@ -42,7 +42,7 @@ TEST(WriteWholeFile, WritesALongFile) {
     EXPECT_EQ(file_bytes(folder / "long"), content);
 }
 
-TEST(WriteWholeFile, ReplacesALongerFileAndLeavesNothingBeside) {
+TEST(WriteWholeFile, ReplacesALongerFileAndLeavesNoOther) {
     const TemporaryFolder folder;
     folder.write("report.csv", "an old and longer text");
     write_whole_file(folder / "report.csv", "new");
@@ -86,7 +86,7 @@ TEST(WriteWholeFile, UnderANameThatIsTooLongIsRefused) {
     EXPECT_THAT(folder.entries(), IsEmpty());
 }
 
-TEST(NameBeside, LiesInTheSameFolderAndBearsTheTargetsName) {
+TEST(NameBeside, IsInTheSameFolderAndContainsTheTargetsName) {
     const fs::path beside = name_beside(fs::path{"folder"} / "basin.mdb");
     EXPECT_EQ(beside.parent_path(), fs::path{"folder"});
     const std::string name = beside.filename().string();
@@ -125,7 +125,7 @@ TEST(MoveIntoPlace, RefusesAMissingFolderAndRemovesTheFinishedFile) {
     EXPECT_THAT(folder.entries(), IsEmpty());
 }
 
-TEST(MoveIntoPlace, RefusesAFileThatIsNotThereAndKeepsTheTarget) {
+TEST(MoveIntoPlace, RefusesAMissingFileAndKeepsTheTarget) {
     const TemporaryFolder folder;
     folder.write("target", "old");
     EXPECT_NE(refusal([&] { move_into_place(folder / "no such", folder / "target"); }), "");
@@ -140,7 +140,7 @@ TEST(MoveToNewName, GivesAFinishedFileItsName) {
     EXPECT_EQ(fs::hard_link_count(folder / "target"), 1U);
 }
 
-TEST(MoveToNewName, RefusesANameThatIsTakenAndRemovesTheFinishedFile) {
+TEST(MoveToNewName, RefusesANameInUseAndRemovesTheFinishedFile) {
     const TemporaryFolder folder;
     folder.write("target", "old");
     const fs::path finished = folder.write("finished", "new");
@@ -185,7 +185,7 @@ TEST(ReadWholeFile, TakesAFileOfExactlyItsLimitAndNoLargerOne) {
     EXPECT_EQ(read_whole_file(folder.write("empty", ""), 0), "");
 }
 
-TEST(ReadWholeFile, RefusesWhatIsNoFile) {
+TEST(ReadWholeFile, RefusesWhatIsNotAFile) {
     const TemporaryFolder folder;
     folder.write("file", "x");
     const auto read = [](const fs::path& path) {

@@ -9,7 +9,7 @@ namespace {
 
 constexpr const char* k_separators = "a number has a point as its decimal sign and no other separators";
 
-TEST(EntryRefusal, WhatCanBeReadAndWhatIsBlankIsNotRefused) {
+TEST(EntryRefusal, ReadableAndBlankTextsAreNotRefused) {
     for (const char* text : {"", "  ", "1", "-0.5", "1e3", " 7 "})
         EXPECT_EQ(number_refusal(text), "") << text;
     for (const char* text : {"", "3.4e38"}) EXPECT_EQ(single_refusal(text), "") << text;
@@ -28,7 +28,7 @@ TEST(EntryRefusal, ATextIsNotANumber) {
         EXPECT_EQ(number_refusal(text), "this is not a number") << text;
 }
 
-TEST(EntryRefusal, ANumberBeyondItsFieldIsTooLarge) {
+TEST(EntryRefusal, ANumberThatExceedsItsFieldIsTooLarge) {
     EXPECT_EQ(number_refusal("1e400"), "the number is too large");
     EXPECT_EQ(number_refusal("1e39"), "");
     EXPECT_EQ(single_refusal("1e39"), "the number is too large");
@@ -53,7 +53,7 @@ TEST(EntryRefusal, AListTakesItsItemsInAnyCase) {
     EXPECT_EQ(item_refusal("Imperial", items), "it must be one of 'Metric', 'English'");
 }
 
-TEST(EntryRefusal, LimitsAreToldAsNumbers) {
+TEST(EntryRefusal, LimitsAreShownAsNumbers) {
     EXPECT_EQ(limits_refusal(-9.99, 9.99), "the number must lie between -9.99 and 9.99");
     EXPECT_EQ(limits_refusal(0.0, 42.0), "the number must lie between 0 and 42");
 }

@@ -19,7 +19,7 @@ TEST(FileContent, IsTheSameForEqualBytesWhateverTheNameAndTime) {
     EXPECT_EQ(one->size, 4U);
 }
 
-TEST(FileContent, IsAnotherForASingleChangedByteOfTheSameLength) {
+TEST(FileContent, DiffersForASingleChangedByteOfTheSameLength) {
     const TemporaryFolder folder;
     std::string large(3U << 20U, 'a');
     const auto before = file_content(folder.write("file", large));
@@ -29,7 +29,7 @@ TEST(FileContent, IsAnotherForASingleChangedByteOfTheSameLength) {
     EXPECT_EQ(before, file_content(folder.write("file", large)));
 }
 
-TEST(FileContent, OfAnEmptyFileIsThereAndOfWhatIsNoFileIsNot) {
+TEST(FileContent, ExistsForAnEmptyFileButNotForWhatIsNotAFile) {
     const TemporaryFolder folder;
     EXPECT_TRUE(file_content(folder.write("empty", "")).has_value());
     EXPECT_FALSE(file_content(folder / "none").has_value());

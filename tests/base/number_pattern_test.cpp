@@ -31,7 +31,7 @@ TEST(NumberPattern, HashAsksForADigitWhereThereIsOne) {
     EXPECT_EQ(format_number(0.0, "##0.0"), "0.0");
 }
 
-TEST(NumberPattern, PointStaysWithNothingBehindIt) {
+TEST(NumberPattern, PointStaysWithNothingAfterIt) {
     EXPECT_EQ(format_number(3.0, "0.#"), "3.");
     EXPECT_EQ(format_number(5.0, "#.##"), "5.");
     EXPECT_EQ(format_number(0.98, "#.#"), "1.");
@@ -47,7 +47,7 @@ TEST(NumberPattern, LonePointIsWhatIsLeftOfAZeroAndReadsBackAsZero) {
     EXPECT_EQ(format_number(0.00001, ".#####"), ".00001");
 }
 
-TEST(NumberPattern, DigitsInFrontOfThePointAreNeverCut) {
+TEST(NumberPattern, DigitsBeforeThePointAreNeverCut) {
     EXPECT_EQ(format_number(1234567.0, "#"), "1234567");
     EXPECT_EQ(format_number(1234567.5, "0.0"), "1234567.5");
     EXPECT_EQ(format_number(12.5, ".#####"), "12.5");
@@ -86,7 +86,7 @@ TEST(NumberPattern, RoundsTheNumberThatFifteenDigitsShow) {
     EXPECT_EQ(format_number(1.2345, "0.000"), "1.235");
 }
 
-TEST(NumberPattern, CarriesNinesInFrontOfThePoint) {
+TEST(NumberPattern, CarriesNinesBeforeThePoint) {
     EXPECT_EQ(format_number(9.5, "#"), "10");
     EXPECT_EQ(format_number(999.5, "0"), "1000");
     EXPECT_EQ(format_number(99.995, "0.00"), "100.00");

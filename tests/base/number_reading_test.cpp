@@ -12,7 +12,7 @@ using std::literals::string_view_literals::operator""sv;
 
 constexpr double k_infinity = std::numeric_limits<double>::infinity();
 
-TEST(LeadingNumber, StopsAtTheFirstCharacterThatBelongsToNoNumber) {
+TEST(LeadingNumber, StopsAtTheFirstCharacterThatIsNotPartOfANumber) {
     EXPECT_EQ(leading_number("12abc"), 12.0);
     EXPECT_EQ(leading_number("12 "), 12.0);
     EXPECT_EQ(leading_number("1,5"), 1.0);
@@ -22,7 +22,7 @@ TEST(LeadingNumber, StopsAtTheFirstCharacterThatBelongsToNoNumber) {
     EXPECT_EQ(leading_number("7-3"), 7.0);
 }
 
-TEST(LeadingNumber, IsZeroWhereThereIsNone) {
+TEST(LeadingNumber, IsZeroIfThereIsNone) {
     for (const char* text :
          {"",    " ",   ".",   "-",   "+",    "-.",  "+.",       "abc", "e5", ".e5",         "--1",
           "+-1", "-+1", "- 1", "inf", "-inf", "nan", "Infinity", ",5",  "$5", "\xEF\xBC\x91"}) {
@@ -55,7 +55,7 @@ TEST(LeadingNumber, TakesEAndDForPowersOfTen) {
     EXPECT_EQ(leading_number("1e5.5"), 100000.0);
 }
 
-TEST(LeadingNumber, LeavesAnEWithoutDigitsOut) {
+TEST(LeadingNumber, IgnoresAnEWithoutDigits) {
     EXPECT_EQ(leading_number("1e"), 1.0);
     EXPECT_EQ(leading_number("1e+"), 1.0);
     EXPECT_EQ(leading_number("2d-"), 2.0);
@@ -115,7 +115,7 @@ TEST(ExactNumber, TakesATextThatIsANumberFromEndToEnd) {
     EXPECT_EQ(exact_number("0"), 0.0);
 }
 
-TEST(ExactNumber, LeavesBlanksAroundTheNumberOut) {
+TEST(ExactNumber, IgnoresBlanksAroundTheNumber) {
     EXPECT_EQ(exact_number(" 12 "), 12.0);
     EXPECT_EQ(exact_number("\t-1.5\r\n"), -1.5);
 }

@@ -15,7 +15,7 @@ namespace {
 
 constexpr float k_nan = std::numeric_limits<float>::quiet_NaN();
 
-TEST(SingleText, HasNoZerosBehindTheLastDigit) {
+TEST(SingleText, HasNoZerosAfterTheLastDigit) {
     EXPECT_EQ(single_text(0.0F), "0");
     EXPECT_EQ(single_text(1.0F), "1");
     EXPECT_EQ(single_text(-1.5F), "-1.5");
@@ -118,7 +118,7 @@ std::string shortest_power_form(float value) {
     return "none";
 }
 
-TEST(ShortestText, OfRandomSinglesReadsBackToTheSameBitsAndIsNoLongerThanItMust) {
+TEST(ShortestText, OfRandomSinglesReadsBackToTheSameBitsAndIsNoLongerThanNecessary) {
     std::mt19937 random{printed_seed()};
     for (int i = 0; i < 20000; ++i) {
         const auto bits = static_cast<std::uint32_t>(random());

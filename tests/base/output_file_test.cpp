@@ -75,7 +75,7 @@ TEST(OutputFile, DoesNotReplaceAFileThatIsMarkedReadOnly) {
     EXPECT_EQ(file_bytes(target), "old");
 }
 
-TEST(OutputFile, UnfinishedLeavesTheTargetAndNothingBeside) {
+TEST(OutputFile, UnfinishedLeavesTheTargetAndNoOtherFile) {
     const TemporaryFolder folder;
     const fs::path target = folder.write("table.csv", "old");
     {
@@ -86,7 +86,7 @@ TEST(OutputFile, UnfinishedLeavesTheTargetAndNothingBeside) {
     EXPECT_THAT(folder.entries(), ElementsAre("table.csv"));
 }
 
-TEST(OutputFile, ClearsWhatKilledWritersLeftBesideItsTarget) {
+TEST(OutputFile, RemovesFilesThatKilledWritersLeftBesideItsTarget) {
     const TemporaryFolder folder;
     folder.write("table.csv.999999999-1.part", "half");
     folder.write("other.csv.999999999-1.part", "of another file");

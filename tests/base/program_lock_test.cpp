@@ -15,25 +15,25 @@ TEST(ProgramLockTest, ASecondHolderIsRefusedWhileTheFirstOneHolds) {
     EXPECT_FALSE(second.is_held());
 }
 
-TEST(ProgramLockTest, ALockThatWasLetGoOfIsFree) {
+TEST(ProgramLockTest, AReleasedLockIsFree) {
     const TemporaryFolder folder;
     { const ProgramLock first{folder / "lock"}; }
     EXPECT_TRUE(ProgramLock{folder / "lock"}.is_held());
 }
 
-TEST(ProgramLockTest, ARefusedHolderTakesNothingFromTheFirstOne) {
+TEST(ProgramLockTest, ARefusedHolderDoesNotAffectTheFirstOne) {
     const TemporaryFolder folder;
     const ProgramLock first{folder / "lock"};
     EXPECT_FALSE(ProgramLock{folder / "lock"}.is_held());
     EXPECT_FALSE(ProgramLock{folder / "lock"}.is_held());
 }
 
-TEST(ProgramLockTest, WhatTheFileHoldsDoesNotMatter) {
+TEST(ProgramLockTest, TheContentOfTheFileDoesNotMatter) {
     const TemporaryFolder folder;
     EXPECT_TRUE(ProgramLock{folder.write("lock", "4711\nnivora\nanother machine\n")}.is_held());
 }
 
-TEST(ProgramLockTest, APlaceWithoutLocksLetsTheProgramRun) {
+TEST(ProgramLockTest, AFolderWithoutLocksLetsTheProgramRun) {
     const TemporaryFolder folder;
     EXPECT_TRUE(ProgramLock{folder / "no such folder" / "lock"}.is_held());
 }

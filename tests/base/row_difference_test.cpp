@@ -12,13 +12,13 @@ TEST(RowDifference, EqualListsGainAndLoseNothing) {
     EXPECT_EQ(row_difference({"a", "b"}, {"a", "b"}), (RowDifference{.first = 2}));
 }
 
-TEST(RowDifference, ARowIsInsertedInFrontBetweenOrBehind) {
+TEST(RowDifference, ARowIsInsertedAtTheStartBetweenOrAtTheEnd) {
     EXPECT_EQ(row_difference({"b", "c"}, {"a", "b", "c"}), (RowDifference{.first = 0, .inserted = 1}));
     EXPECT_EQ(row_difference({"a", "c"}, {"a", "b", "c"}), (RowDifference{.first = 1, .inserted = 1}));
     EXPECT_EQ(row_difference({"a", "b"}, {"a", "b", "c"}), (RowDifference{.first = 2, .inserted = 1}));
 }
 
-TEST(RowDifference, ARowIsRemovedInFrontBetweenOrBehind) {
+TEST(RowDifference, ARowIsRemovedAtTheStartBetweenOrAtTheEnd) {
     EXPECT_EQ(row_difference({"a", "b", "c"}, {"b", "c"}), (RowDifference{.first = 0, .removed = 1}));
     EXPECT_EQ(row_difference({"a", "b", "c"}, {"a", "c"}), (RowDifference{.first = 1, .removed = 1}));
     EXPECT_EQ(row_difference({"a", "b", "c"}, {"a", "b"}), (RowDifference{.first = 2, .removed = 1}));

@@ -14,7 +14,7 @@ TEST(Trimmed, TakesBlanksTabsAndLineEndsOffBothSides) {
     EXPECT_EQ(trimmed("a b"), "a b");
 }
 
-TEST(Trimmed, LeavesNothingOfATextOfBlanks) {
+TEST(Trimmed, LeavesNothingOfABlankText) {
     EXPECT_EQ(trimmed(""), "");
     EXPECT_EQ(trimmed("   "), "");
     EXPECT_EQ(trimmed("\r\n"), "");
@@ -22,36 +22,36 @@ TEST(Trimmed, LeavesNothingOfATextOfBlanks) {
 
 TEST(Trimmed, KeepsAZeroByte) { EXPECT_EQ(trimmed(" \0 "sv), "\0"sv); }
 
-TEST(RightTrimmed, KeepsWhatStandsInFront) {
+TEST(RightTrimmed, KeepsBlanksAtTheStart) {
     EXPECT_EQ(right_trimmed("  a \r\n"), "  a");
     EXPECT_EQ(right_trimmed("  "), "");
     EXPECT_EQ(right_trimmed(""), "");
 }
 
-TEST(SameName, HasNoRegardToCaseInLatinScript) {
+TEST(SameName, IgnoresCaseInLatinScript) {
     EXPECT_TRUE(same_name("SimResults", "SIMRESULTS"));
     EXPECT_TRUE(same_name("simresults", "SimResults"));
     EXPECT_TRUE(same_name("\u00D6tztal", "\u00F6TZTAL"));
     EXPECT_TRUE(same_name("\u0141\u00D3D\u0179", "\u0142\u00F3d\u017A"));
 }
 
-TEST(SameName, HasNoRegardToCaseInGreekAndCyrillicScript) {
+TEST(SameName, IgnoresCaseInGreekAndCyrillicScript) {
     EXPECT_TRUE(same_name("\u041D\u0418\u0412\u0410", "\u043D\u0438\u0432\u0430"));
     EXPECT_TRUE(same_name("\u039F\u0394\u039F\u0399", "\u03BF\u03B4\u03BF\u03B9"));
 }
 
-TEST(SameName, TakesBothSmallSigmasForTheCapitalOne) {
+TEST(SameName, TreatsBothSmallSigmasAsTheCapitalOne) {
     EXPECT_TRUE(same_name("\u039F\u0394\u039F\u03A3", "\u03BF\u03B4\u03BF\u03C2"));
     EXPECT_TRUE(same_name("\u039F\u0394\u039F\u03A3", "\u03BF\u03B4\u03BF\u03C3"));
 }
 
-TEST(SameName, TakesTheSharpSForTwo) {
+TEST(SameName, TreatsTheSharpSAsTwo) {
     EXPECT_TRUE(same_name("Wei\u00DFsee", "WEISSSEE"));
     EXPECT_TRUE(same_name("Wei\u00DFsee", "weisssee"));
     EXPECT_TRUE(same_name("Wei\u00DFsee", "WEI\u1E9ESEE"));
 }
 
-TEST(SameName, TakesAComposedLetterForItsParts) {
+TEST(SameName, TreatsAComposedLetterAsItsParts) {
     EXPECT_TRUE(same_name("\u00C9t\u00E9", "E\u0301te\u0301"));
     EXPECT_TRUE(same_name("\u00E9T\u00C9", "E\u0301te\u0301"));
 }
@@ -67,7 +67,7 @@ TEST(SameName, KeepsDifferentNamesApart) {
     EXPECT_TRUE(same_name("", ""));
 }
 
-TEST(SameName, ComparesATextThatIsNoUtf8ByteByByte) {
+TEST(SameName, ComparesATextThatIsNotUtf8ByteByByte) {
     EXPECT_TRUE(same_name("A\xFF", "A\xFF"));
     EXPECT_FALSE(same_name("A\xFF", "a\xFF"));
     EXPECT_FALSE(same_name("\xC4", "\xE4"));
@@ -106,7 +106,7 @@ TEST(IsUtf8, RefusesStrayAndMissingBytes) {
     EXPECT_FALSE(is_utf8("\xFF"));
 }
 
-TEST(IsUtf8, RefusesLongFormsSurrogatesAndWhatLiesBeyondTheLastCodePoint) {
+TEST(IsUtf8, RefusesLongFormsSurrogatesAndValuesBeyondTheLastCodePoint) {
     EXPECT_FALSE(is_utf8("\xC0\x80"));
     EXPECT_FALSE(is_utf8("\xC1\xBF"));
     EXPECT_FALSE(is_utf8("\xE0\x9F\xBF"));
@@ -146,11 +146,11 @@ TEST(ToUtf8, KnowsTheCodePageFrom80To9F) {
     EXPECT_EQ(to_utf8("\x98\x99\x9A\x9B\x9C\x9E\x9F"), "\u02DC\u2122\u0161\u203A\u0153\u017E\u0178");
 }
 
-TEST(ToUtf8, LetsTheFiveOpenPlacesOfTheCodePageStandForThemselves) {
+TEST(ToUtf8, KeepsTheFiveUndefinedBytesOfTheCodePage) {
     EXPECT_EQ(to_utf8("\x81\x8D\x8F\x90\x9D"), "\xC2\x81\xC2\x8D\xC2\x8F\xC2\x90\xC2\x9D");
 }
 
-TEST(ToUtf8, ReadsATextOfBothKindsAsWindowsLatin1AllThrough) {
+TEST(ToUtf8, ReadsAMixedTextEntirelyAsWindowsLatin1) {
     EXPECT_EQ(to_utf8("\u00E4\xE4"), "\u00C3\u00A4\u00E4");
 }
 

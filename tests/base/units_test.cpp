@@ -29,12 +29,13 @@ TEST(UnitWords, AreTheSameQuantitiesInBothSystems) {
     EXPECT_STREQ(english.degree_day_factor, "inches/(°F·day)");
 }
 
-TEST(UnitWords, StatisticsShortenFeetToOneLetterWhichIsMeant) {
+// Intended: the statistics write feet as "f", not as "ft".
+TEST(UnitWords, StatisticsShortenFeetToOneLetter) {
     EXPECT_STREQ(unit_words(Units::Metric).length_letter, "m");
     EXPECT_STREQ(unit_words(Units::English).length_letter, "f");
 }
 
-TEST(Units, OnlyThreeNumbersAreKnown) {
+TEST(Units, OnlyThreeNumbersAreUnits) {
     EXPECT_TRUE(is_known(Units::NotFixed));
     EXPECT_TRUE(is_known(Units::Metric));
     EXPECT_TRUE(is_known(Units::English));
