@@ -236,8 +236,7 @@ TEST_F(ClimateControlTest, ASuspendedStepThreeIsRepeatedFromTheSameDay) {
 
 TEST_F(ClimateControlTest, ARunThatTheUserCancelsIsSuspended) {
     SixDays small;
-    for (ParameterRow& row : small.parameters)
-        row.xcoeff = 1.0;  // k = 1, which the recession stage asks about
+    for (ParameterRow& row : small.parameters) row.xcoeff = 1.0;  // k = 1, which the stage asks about
     open(small, static_cast<double>(SixDays::winter_end()));
     dialogs.then(Answer::Cancel);
     suspended(1);

@@ -105,7 +105,7 @@ TEST_F(ReusedResultsTest, NoLeavesTheResultsAndTheFlagsAsTheyWere) {
     EXPECT_TRUE(basin.Output_Valid);
 }
 
-TEST_F(ReusedResultsTest, AScenarioOfItsOwnBuildsTheResultsAnew) {
+TEST_F(ReusedResultsTest, AScenarioOfItsOwnRebuildsTheResults) {
     warm_by_hand();
     climate.reuse_results = false;
     run_to(1);

@@ -63,8 +63,7 @@ protected:
 
 TEST_F(ClimateStoreTest, AStepOneWhoseTableCannotBeMadeRunsOnTheOldOneAndIsSuspended) {
     open_after_an_evaluation();
-    change(
-        "DROP TABLE Warmer");  // not reported, since building the table fails before the scenario is applied
+    change("DROP TABLE Warmer");  // not reported: building the table fails before the scenario is applied
     const SimResults before = results();
     {
         const Writer other{file};

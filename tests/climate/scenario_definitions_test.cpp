@@ -152,7 +152,7 @@ TEST_F(DeletedScenario, GoesWithItsTableAndItsRowAfterAQuestion) {
     EXPECT_FALSE(database.has_table(k_no_scenario));
 }
 
-TEST_F(DeletedScenario, StaysWhereTheAnswerIsNoOrCancel) {
+TEST_F(DeletedScenario, StaysIfTheAnswerIsNoOrCancel) {
     ASSERT_TRUE(make("warm"));
     for (const Answer answer : {Answer::No, Answer::Cancel}) {
         dialogs.then(answer);
@@ -214,7 +214,7 @@ TEST_F(DeletedScenario, ThatTheSimulationLacksIsNotAskedAbout) {
 }
 
 // Only a file that another program changed can refer to such a table; its data must not be lost.
-TEST_F(DeletedScenario, NeverRemovesATableThatIsNoScenario) {
+TEST_F(DeletedScenario, NeverRemovesATableThatIsNotAScenario) {
     add_index_row("wet", "PhysicalData");
     dialogs.then(Answer::Yes);
     EXPECT_TRUE(delete_scenario(database, "wet", "PhysicalData", dialogs));

@@ -73,8 +73,8 @@ TEST_F(WinterReportTest, ASurplusAndADeficitLineByLine) {
     winter(1, 10, 15.5, 2, 3.5);  // change (2 - 3.5) + (15.5 - 10) = 4; gain (15.5 - 3.5) / (10 - 2) = 1.5
     sums(1, 1, 1, 0.25, 0.75);
     sums(1, 2, 2, 0.5, 1);
-    winter(2, 10, 8, 2,
-           3.25);  // change (2 - 3.25) + (8 - 10) = -3.25: covered on day 4 with a melt of 4; day 3 has 3
+    // Change (2 - 3.25) + (8 - 10) = -3.25: covered on day 4 with a melt of 4; day 3 has 3.
+    winter(2, 10, 8, 2, 3.25);
     sums(2, 1, 1.5, 0, 0.5);
     sums(2, 2, 3, 0.125, 0.125);
     adjust();

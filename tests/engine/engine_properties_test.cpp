@@ -124,8 +124,7 @@ TEST_F(EngineProperties, AConstantLagReleasesAllButTheLastTwoDaysInput) {
 TEST_F(EngineProperties, ALongerLagNeverBringsWaterEarlier) {
     try_often(k_trials, [&] {
         std::vector<double> inputs = random_inputs();
-        inputs[0] =
-            0.0;  // the first day's input also stands in for the days before the run, so it would count twice
+        inputs[0] = 0.0;  // it also stands in for the days before the run, so it would count twice
         std::vector<float> lags(6);
         for (float& lag : lags) lag = static_cast<float>(between(0.0, 41.0));
         std::sort(lags.begin(), lags.end());

@@ -77,7 +77,7 @@ TEST(DateSize, DoesNotFailOnAnIncompleteDate) {
 
 // Lists.
 
-TEST(SimulationList, IsThereForColumns5To12Alone) {
+TEST(SimulationList, ExistsOnlyForColumns5To12) {
     EXPECT_THAT(simulation_list(4), IsEmpty());
     EXPECT_THAT(simulation_list(5), ElementsAre("Metric", "English"));
     EXPECT_THAT(simulation_list(6), ElementsAre("Average", "Max/Min"));
@@ -249,7 +249,7 @@ TEST_F(SimulationGrid, APeriodIsCheckedInItsTwoColumnsOnly) {
     }
 }
 
-TEST_F(SimulationGrid, ACellWithoutADateIsNoWrongPeriod) {
+TEST_F(SimulationGrid, ACellWithoutADateIsNotAWrongPeriod) {
     second().end.reset();
     EXPECT_EQ(left_simulation_cell_problem(basin_, 1, 3), std::nullopt);
 }

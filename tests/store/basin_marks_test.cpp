@@ -20,7 +20,7 @@ TEST(BasinMarks, AChangedInputIsUnsavedAndMakesTheResultsOld) {
     EXPECT_TRUE(basin.Output_Valid);  // only what discards the results clears this mark
 }
 
-TEST(BasinMarks, AChangeThatNoResultDependsOnIsUnsavedAlone) {
+TEST(BasinMarks, AChangeThatNoResultDependsOnIsOnlyUnsaved) {
     BasinState basin = with_results();
     mark_basin_changed(basin);
     EXPECT_TRUE(basin.Basin_Changed);

@@ -74,7 +74,7 @@ TEST(Template, BearsTheMarksOfABasinFileInItsHeader) {
     EXPECT_EQ(bytes.at(19), 1) << "the file is not in rollback mode";
 }
 
-TEST(Template, LiesAloneInItsFolder) {
+TEST(Template, IsTheOnlyFileInItsFolder) {
     const BasinFile file;
     EXPECT_THAT(file.folder().entries(), ElementsAre("basin.mdb"));
 }

@@ -122,7 +122,7 @@ TEST(DateField, DropsTheTimePartOfADay) {
     EXPECT_EQ(row.read<double>("t", "36526.75"), 36526.75);
 }
 
-TEST(DateField, RefusesWhatIsNoDate) {
+TEST(DateField, RefusesWhatIsNotADate) {
     const OneRow row;
     for (const char* date : {"1e7", "-1e7", "1e300", "9e999", "'2000-01-01'", "'1/1/2000'"}) {
         EXPECT_EQ(row.refusal<DayCount>("t", date), StoreFault::Value) << date;
@@ -130,7 +130,7 @@ TEST(DateField, RefusesWhatIsNoDate) {
     }
 }
 
-TEST(NumberField, RefusesATextAndAnythingElseThatIsNoNumber) {
+TEST(NumberField, RefusesTextAndAnythingElseThatIsNotANumber) {
     const OneRow row;
     for (const char* value : {"'warm'", "''", "'1,5'", "x'00'", "x'312e35'"}) {
         EXPECT_EQ(row.refusal<std::int16_t>("i", value), StoreFault::Value) << value;
@@ -172,7 +172,7 @@ TEST(NullField, IsAMissingValue) {
     EXPECT_EQ(row.read<std::optional<Distribution>>("i", "Null"), std::nullopt);
 }
 
-TEST(NullField, IsZeroOrEmptyWhereThereIsNoMissingForm) {
+TEST(NullField, IsZeroOrEmptyIfThereIsNoMissingForm) {
     const OneRow row;
     EXPECT_EQ(row.read<std::int16_t>("i", "Null"), 0);
     EXPECT_EQ(row.read<std::int32_t>("l", "Null"), 0);
