@@ -217,8 +217,7 @@ TEST(ImportRefusal, OtherUnitsAreRefused) {
     expect_nothing_changes(
         batch_folder, [&] { return batch_folder.import(); },
         "Import failed.  Simulation units inconsistent with basin.: You cannot mix English & Metric units in "
-        "the "
-        "same basin database.  Please create a new database [OK]\n");
+        "the same basin database.  Please create a new database [OK]\n");
 }
 
 TEST(ImportRefusal, AnotherNumberOfZonesIsRefused) {

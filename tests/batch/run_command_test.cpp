@@ -299,8 +299,7 @@ TEST(Run, ANegativeInitialRunoffIsRefusedBeforeTheRun) {
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err,
               "Invalid initial runoff: The initial runoff of the simulation 'alder' is -1. A runoff cannot "
-              "be below "
-              "0: enter the discharge of the day before the simulation starts. [OK]\n");
+              "be below 0: enter the discharge of the day before the simulation starts. [OK]\n");
     EXPECT_FALSE(basin.has_table("SimResults"));
 }
 

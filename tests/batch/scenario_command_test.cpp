@@ -197,9 +197,7 @@ TEST_F(ScenarioCommandTest, WhatDoesNotFitTheSimulationIsRefused) {
     const std::vector<std::pair<std::string, std::string>> cases{
         {"1:1996-03-31:1996-04-03:0:1:0",
          "No scenario was stored: Edit 2: the dates 1996-03-31 to 1996-04-03 are not within the simulation, "
-         "which "
-         "runs "
-         "from 1996-04-01 to 1996-04-03. [OK]\n"},
+         "which runs from 1996-04-01 to 1996-04-03. [OK]\n"},
         {"1:1996-04-01:1996-04-04:0:1:0", "Edit 2: the dates 1996-04-01 to 1996-04-04 are not within"},
         {"1:1996-04-01:1996-04-03:0:1:3", "Edit 2: the basin has no zone C; its number of zones is 2."},
         {"1:1996-04-01:1996-04-03:0:1:P", "Edit 2: the basin has no zone P; its number of zones is 2."}};
