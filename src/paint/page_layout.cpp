@@ -14,7 +14,8 @@ namespace {
 constexpr const char* k_millimetres = "mm";
 constexpr const char* k_inches = "in";
 
-/// Whether a country prints on Letter. Most countries that do also use metric units.
+/// Whether Letter is the usual paper of a country. The unit does not tell: most of these countries are
+/// metric.
 bool prints_on_letter(QLocale::Territory territory) {
     constexpr std::array k_letter{QLocale::UnitedStates, QLocale::Canada,     QLocale::Mexico,
                                   QLocale::Belize,       QLocale::Chile,      QLocale::Colombia,

@@ -1,4 +1,4 @@
-// The page that the user has set up, as Qt holds it.
+// The page set-up of the user as a QPageLayout.
 #pragma once
 
 #include "reports/page_setup.h"
@@ -11,14 +11,14 @@ namespace nivora {
 inline constexpr std::int32_t k_portrait = 1;
 inline constexpr std::int32_t k_landscape = 2;
 
-/// The margin that holds where none was set, inches.
+/// The margin if none was set, inches.
 inline constexpr double k_default_margin = 1.0;
 
-/// The page that the set-up describes: margins in inches, where 0 means 1 inch. Paper and unit are those of
-/// the locale's country if none was chosen; without an orientation the page is upright.
+/// The page of a set-up. A margin of 0 means 1 inch. Without a choice, paper and unit are those of the
+/// country of the locale, and the orientation is portrait.
 [[nodiscard]] QPageLayout page_of(const PageSetup& setup, const QLocale& locale = QLocale::system());
 
-/// Stores a page's paper, unit, margins and orientation in the set-up.
+/// Stores paper, unit, margins and orientation of a page in the set-up.
 void keep_page(PageSetup& setup, const QPageLayout& page);
 
 }  // namespace nivora

@@ -24,7 +24,7 @@ struct PaintedDevice::Face {
     bool bold = false;
     QFont font;
     QFontMetricsF metrics;
-    double column = 0.0;  ///< the width of a character of a fixed-pitch font, in the device's units
+    double column = 0.0;  ///< the width of a character of a fixed-pitch font, units of the device
 };
 
 namespace {
@@ -32,7 +32,7 @@ namespace {
 constexpr double k_twips_a_point = 20.0;
 constexpr double k_rule_twips = 10.0;
 constexpr int k_pdf_dots_an_inch = 1200;
-constexpr double k_same_width = 0.5;  ///< the device's units
+constexpr double k_same_width = 0.5;  ///< units of the device
 
 QString qt_text(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -46,6 +46,11 @@ bool is_ascii(std::string_view text) {
 int margin_in_twips(float inches, double least_points) {
     const double wanted = inches == 0.0F ? k_default_margin : static_cast<double>(inches);
     return static_cast<int>(std::lround(std::max(wanted * k_twips_an_inch, least_points * k_twips_a_point)));
+}
+
+void give_page(QPdfWriter& writer, const PageSetup& setup) {
+    writer.setResolution(k_pdf_dots_an_inch);
+    writer.setPageLayout(page_of(setup));
 }
 
 /// Paints the texts and rules of pages.
@@ -74,8 +79,9 @@ public:
     }
 
 private:
-    /// A line of a fixed-pitch text. Where the font lacks a letter another one steps in, whose letters may be
-    /// wider: then each word stands at its own column, so that those behind it keep theirs.
+    /// Paints a line of a fixed-pitch text. If the font lacks a letter, Qt takes it from another font, in
+    /// which it may be wider. Each word is then painted at its own column, so that the words after it stay in
+    /// theirs.
     void paint_columns(const PrintedText& text) {
         const PaintedDevice::Face& face = select(text);
         const double x = text.x * device_.across();
@@ -104,7 +110,7 @@ private:
              text.width * device_.across());
     }
 
-    /// Draws a text, narrower where it would be wider than its room.
+    /// Draws a text, condensed if it is wider than its room.
     void draw(const PaintedDevice::Face& face, const QString& text, const QPointF& at, double room) {
         const double width = face.metrics.horizontalAdvance(text);
         if (width <= room + k_same_width || room <= 0.0) {
@@ -136,7 +142,7 @@ private:
     PaintedDevice& device_;
     const PrintFont& font_;
     QPainter painter_;
-    const PaintedDevice::Face* selected_ = nullptr;  ///< the font that the painter has
+    const PaintedDevice::Face* selected_ = nullptr;  ///< the current font of the painter
     bool underline_ = false;
 };
 
@@ -155,7 +161,9 @@ bool PaintedDevice::set_font_name(const std::string& family) {
 }
 
 bool PaintedDevice::set_font_size(double points) {
-    return line_height({.family = k_report_font, .points = points, .fixed_pitch = true}) > 0.0;
+    // A device that has lost its resolution gives an infinite height or none.
+    const double height = line_height({.family = k_report_font, .points = points, .fixed_pitch = true});
+    return std::isfinite(height) && height > 0.0;
 }
 
 bool PaintedDevice::set_bold(bool bold) { return print_font(report_font(), bold).bold() == bold; }
@@ -235,6 +243,16 @@ bool paint_pages(PaintedDevice& device, const PrintedJob& job, const std::functi
     return painter.end() && whole;
 }
 
+std::optional<Message> file_page_refusal(const PageSetup& setup, const std::string& window) {
+    QBuffer nowhere;
+    nowhere.open(QIODevice::WriteOnly);
+    QPdfWriter writer(&nowhere);
+    give_page(writer, setup);
+    PaintedDevice device{writer};
+    if (auto refusal = Printer_Setup(device, setup)) return refusal;
+    return margin_refusal(device, window);
+}
+
 std::optional<Message> write_pdf(const std::filesystem::path& file, const PageSetup& setup,
                                  const LayOut& lay_out) {
     QByteArray content;
@@ -242,8 +260,7 @@ std::optional<Message> write_pdf(const std::filesystem::path& file, const PageSe
     buffer.open(QIODevice::WriteOnly);
     {
         QPdfWriter writer(&buffer);
-        writer.setResolution(k_pdf_dots_an_inch);
-        writer.setPageLayout(page_of(setup));
+        give_page(writer, setup);
         PaintedDevice device{writer};
         if (auto refusal = Printer_Setup(device, setup)) return refusal;
         auto laid_out = lay_out(device);

@@ -1,4 +1,4 @@
-// Paints pages on a printer or into a PDF file. All of it needs a QGuiApplication, for its fonts.
+// Paints pages on a printer or into a PDF file. Everything here needs a QGuiApplication, for its fonts.
 #pragma once
 
 #include "reports/printed_page.h"
@@ -14,11 +14,12 @@ class QPagedPaintDevice;
 
 namespace nivora {
 
-/// A paged device of Qt, as the layout of pages sees it. Margins are kept here and not set on the device, so
-/// that positions count from the paper's edges; those below what the device can print are raised to it.
+/// A paged device of Qt as the layout of pages needs it. It keeps the margins itself and sets none on the
+/// device, so that positions count from the edges of the paper; a margin that the device cannot print is
+/// raised to the smallest one that it can.
 class PaintedDevice : public PagedDevice {
 public:
-    /// @param device lives as long as this; not yet painted on
+    /// @param device must outlive this object; nothing is painted on it yet
     explicit PaintedDevice(QPagedPaintDevice& device);
     ~PaintedDevice() override;
 
@@ -33,32 +34,38 @@ public:
     [[nodiscard]] double text_width(const PrintFont& font, bool bold, std::string_view text) const override;
 
     [[nodiscard]] QPagedPaintDevice& device() const { return device_; }
-    /// The device's units in a twip, across and down.
+    /// Units of the device per twip, across and down.
     [[nodiscard]] double across() const;
     [[nodiscard]] double down() const;
-    /// A font of a print with its metrics on this device.
+    /// A font with its metrics on this device.
     struct Face;
     [[nodiscard]] const Face& face(const PrintFont& font, bool bold) const;
 
 private:
     QPagedPaintDevice& device_;
     std::array<float, 4> margins_{};
-    mutable std::vector<std::unique_ptr<Face>> faces_;  ///< those asked for so far
+    mutable std::vector<std::unique_ptr<Face>> faces_;  ///< a cache
 };
 
-/// Paints a job's pages, laid out for this device.
+/// Paints the pages of a job that was laid out for this device.
 ///
-/// @param go_on asked before each page, its number from 1; false ends the job early. May be empty.
-/// @return whether all pages were painted; false also where the device refused to begin or to turn a page
+/// @param go_on called before each page with its number, from 1; false ends the job. May be empty.
+/// @return whether all pages were painted; false also if the device refuses to begin or to start a page
 [[nodiscard]] bool paint_pages(PaintedDevice& device, const PrintedJob& job,
                                const std::function<bool(int page)>& go_on = {});
 
-/// Lays out a job for a device that was set up, or says why it cannot.
+/// Lays out a job for a device that was set up, or returns the message that says why it cannot.
 using LayOut = std::function<std::variant<PrintedJob, Message>(const PagedDevice& device)>;
 
-/// Writes a PDF file whole or not at all: it appears, or replaces an older file, once it is complete.
+/// What a page set-up refuses for a print into a file, be it PDF or text: a setting of the page, or margins
+/// that leave no room for reports. Nothing if such a file can be printed.
 ///
-/// @return what is told where it could not be written, or what the set-up or the layout refused
+/// @param window the name of the window that prints, as in margin_refusal
+[[nodiscard]] std::optional<Message> file_page_refusal(const PageSetup& setup, const std::string& window);
+
+/// Writes a complete PDF file: it appears, or replaces an older file, once it is complete.
+///
+/// @return the error, or what the set-up or the layout refused; nothing if the file was written
 [[nodiscard]] std::optional<Message> write_pdf(const std::filesystem::path& file, const PageSetup& setup,
                                                const LayOut& lay_out);
 

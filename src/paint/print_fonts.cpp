@@ -11,7 +11,7 @@ bool has_fixed_outlines(const QString& family) {
     return QFontDatabase::isFixedPitch(family) && QFontDatabase::isSmoothlyScalable(family);
 }
 
-/// The family that the system itself takes for a fixed-pitch font of this name.
+/// The family that the system substitutes for a fixed-pitch font of this name.
 QString systems_choice(const QString& wanted) {
     QFont font(wanted);
     font.setStyleHint(QFont::TypeWriter);
@@ -19,8 +19,8 @@ QString systems_choice(const QString& wanted) {
     return QFontInfo(font).family();
 }
 
-/// Keeps "ff" and "ffi" from becoming one sign, behind which a search in the PDF finds no "Runoff": Qt joins
-/// no letters where a spacing is set, and one of 100 % moves none.
+/// Prevents ligatures such as "ff", with which a search in the PDF would not find "Runoff". Qt makes none if
+/// a letter spacing is set; a spacing of 100 % moves no letter.
 void keep_letters_apart(QFont& font) { font.setLetterSpacing(QFont::PercentageSpacing, 100.0); }
 
 }  // namespace

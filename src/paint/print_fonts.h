@@ -1,4 +1,4 @@
-// The fonts that prints are set in, out of those that the system has.
+// The fonts of prints, chosen among those of the system.
 #pragma once
 
 #include "reports/printed_page.h"
@@ -8,8 +8,8 @@
 
 namespace nivora {
 
-/// The fixed-pitch family nearest to a wanted one, of outlines, so that its texts can be embedded; empty
-/// where the system has none.
+/// The fixed-pitch family nearest to a wanted one. It has outlines, so that a PDF file can embed it; empty if
+/// the system has none.
 [[nodiscard]] QString fixed_pitch_family(const QString& wanted);
 
 /// The system's font for a print, in points.

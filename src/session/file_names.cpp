@@ -1,6 +1,7 @@
 #include "session/file_names.h"
 
 #include "base/durable_file.h"
+#include "base/text.h"
 
 #include <algorithm>
 #include <cctype>
@@ -25,7 +26,7 @@ std::string upper_case(std::string text) {
     return text;
 }
 
-/// The user's file as a name to propose; empty while the basin has none.
+/// The file of the basin as a name to propose; empty if the basin has no file yet.
 fs::path known_name(const fs::path& basin_file) {
     if (path_text(basin_file) == "<new file> ") return {};
     for (const fs::path& part : basin_file) {
@@ -44,19 +45,17 @@ std::string proposed_name(FileKind kind, const fs::path& basin_file, const std::
     std::string name = path_text(known.filename());
     if (saves_print(kind)) {
         if (name.empty()) return "newfile" + suffix;
-        // A basin's own ending gives way to that of the print; any other ending stays.
-        constexpr std::string_view k_basin_ending = ".mdb";
-        if (name.ends_with(k_basin_ending))
-            return name.substr(0, name.size() - k_basin_ending.size()) + suffix + extension;
-        return path_text(known.stem()) + suffix + path_text(known.extension());
+        // The ending of basins is replaced, in upper or lower case; any other ending stays.
+        const std::string ending = path_text(known.extension());
+        return path_text(known.stem()) + suffix + (same_name(ending, ".mdb") ? extension : ending);
     }
     if (kind != FileKind::SavePlot) return {};
     name = path_text(known.stem());
     return (name.empty() ? "newfile" : name) + extension;
 }
 
-/// Whether a file exists; throws any other error, with a text for the user.
-bool stands(const fs::path& file) {
+/// Whether a file exists. @throws FileError if that cannot be found out
+bool file_exists(const fs::path& file) {
     std::error_code error;
     const fs::file_status status = fs::status(file, error);
     if (status.type() == fs::file_type::none) throw FileError(error.message());
@@ -123,7 +122,7 @@ std::optional<fs::path> FileNames::GetFileName(FileKind kind, const fs::path& ba
         if (!answer->has_extension()) *answer += extension;
         bool taken = false;
         try {
-            taken = stands(*answer);
+            taken = file_exists(*answer);
         } catch (const FileError& error) {
             dialogs_.stop(path_text(*answer) + ": " + error.what(), "Error in GetFileName");
             return std::nullopt;

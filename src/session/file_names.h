@@ -1,4 +1,4 @@
-// Asking for file names: what each purpose proposes, offers and refuses.
+// Asks for file names: what is proposed, offered and refused for each purpose.
 #pragma once
 
 #include "base/dialogs.h"
@@ -19,7 +19,7 @@ enum class FileKind {
     Import = 7,
     SaveText = 8,
     SaveBasin = 9,
-    SavePdf = 10  ///< a print
+    SavePdf = 10  ///< a print into a PDF file
 };
 
 /// Whether a path contains "NULL.MDB" or "NEW.MDB",
@@ -41,7 +41,7 @@ public:
     ///
     /// @param basin_file the user's file, from which a name is proposed
     /// @param flux_plot  whether a plot is one of the two that can be saved for the plotter program
-    /// @param suffix     of the name that is proposed for a text or a PDF, behind the basin's: "_Results"
+    /// @param suffix     added to the name that is proposed for a print: "_Results" gives "alder_Results.txt"
     [[nodiscard]] std::optional<std::filesystem::path> GetFileName(FileKind kind,
                                                                    const std::filesystem::path& basin_file,
                                                                    bool flux_plot = false,

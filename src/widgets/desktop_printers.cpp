@@ -12,25 +12,13 @@
 namespace nivora {
 namespace {
 
-/// The width of the field in which page dialogs take a printer's name.
+/// The length of the field that holds the name of a printer in the settings of a page dialog.
 constexpr std::size_t k_name_field = 32;
 
-/// A name as far as the field holds it.
+/// The part of a name that fits the field.
 std::u32string field_of(const QString& name) { return name.toStdU32String().substr(0, k_name_field); }
 
-/// @param wanted the printer's name; a printer that the system has lost meanwhile does not take it
-PrintChoice choice_of(std::unique_ptr<QPrinter> printer, const QString& wanted, const PageSetup& page) {
-    PrintChoice choice{.target = PrintTarget::Printer, .printer = from_qt(wanted), .page = page};
-    if (!printer->isValid() || printer->printerName() != wanted) return choice;
-    choice.has_failed = [made = printer.get()] {
-        return made->printerState() == QPrinter::Error || made->printerState() == QPrinter::Aborted;
-    };
-    choice.abort = [made = printer.get()] { made->abort(); };
-    choice.device = std::move(printer);
-    return choice;
-}
-
-/// The dialog of the system, with all that the printer can do.
+/// Shows the dialog of the system, which has every option of the printer.
 bool show_system_dialog(QPrinter& printer, QWidget* window) {
     QPrintDialog dialog(&printer, window);
     dialog.setOptions(QAbstractPrintDialog::PrintCollateCopies);
@@ -64,6 +52,20 @@ std::unique_ptr<QPrinter> make_printer(const QString& name, const PageSetup& pag
     return printer;
 }
 
+PrintChoice printer_choice(std::unique_ptr<QPrinter> printer, const QString& name, const PageSetup& page) {
+    PrintChoice choice{.target = PrintTarget::Printer, .printer = from_qt(name), .page = page};
+    // Without the printer of this name, Qt takes the standard one, or writes a PDF file if there is none.
+    const bool exists = printer->isValid() && printer->outputFormat() == QPrinter::NativeFormat &&
+                        printer->printerName() == name;
+    if (!exists) return choice;
+    choice.has_failed = [made = printer.get()] {
+        return made->printerState() == QPrinter::Error || made->printerState() == QPrinter::Aborted;
+    };
+    choice.abort = [made = printer.get()] { made->abort(); };
+    choice.device = std::move(printer);
+    return choice;
+}
+
 std::optional<PrintChoice> DesktopPrinters::choose(QWidget* window, const PrintOffer& offer) {
     PrintDialog dialog(printer_names(), offer, window);
     std::unique_ptr<QPrinter> printer;
@@ -75,11 +77,12 @@ std::optional<PrintChoice> DesktopPrinters::choose(QWidget* window, const PrintO
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     if (dialog.target() != PrintTarget::Printer) return PrintChoice{.target = dialog.target()};
     if (printer == nullptr)
-        return choice_of(make_printer(dialog.printer(), offer.page), dialog.printer(), offer.page);
+        return printer_choice(make_printer(dialog.printer(), offer.page), dialog.printer(), offer.page);
+    // The dialog of the system may have changed the printer and its page.
     PageSetup page = offer.page;
     keep_page(page, printer->pageLayout());
-    const QString name = printer->printerName();
-    return choice_of(std::move(printer), name, page);
+    const QString changed = printer->printerName();
+    return printer_choice(std::move(printer), changed.isEmpty() ? dialog.printer() : changed, page);
 }
 
 }  // namespace nivora

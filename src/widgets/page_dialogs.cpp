@@ -9,10 +9,13 @@
 
 namespace nivora {
 
+QString page_printer(const QStringList& printers, const PageSetup& setup) {
+    const int kept = kept_printer(printers, setup.printer);
+    return kept < 0 ? QString{} : printers.at(kept);
+}
+
 void Page_Setup(PageSetup& setup, QWidget* parent) {
-    const QStringList names = printer_names();
-    const int kept = kept_printer(names, setup.printer);
-    const auto printer = make_printer(kept < 0 ? QString{} : names.at(kept), setup);
+    const auto printer = make_printer(page_printer(printer_names(), setup), setup);
     QPageSetupDialog dialog(printer.get(), parent);
     if (dialog.exec() == QDialog::Accepted) keep_page(setup, printer->pageLayout());
 }

@@ -5,19 +5,25 @@
 
 #include <QFont>
 #include <QString>
+#include <QStringList>
 
 class QWidget;
 
 namespace nivora {
 
-/// Shows the page dialog for the printer that was chosen last, or else for the standard printer. After a
-/// cancel, or on a system without printing, the old values stay.
+/// The printer for which the page is set up: the one that was chosen last, or an empty name, which stands for
+/// the standard printer, if none was chosen or the system has it no more.
+///
+/// @param printers the names of the system's printers
+[[nodiscard]] QString page_printer(const QStringList& printers, const PageSetup& setup);
+
+/// Shows the page dialog for that printer. After a cancel the old values stay.
 void Page_Setup(PageSetup& setup, QWidget* parent);
 
-/// The font dialog; it remembers its choice between calls.
+/// The font dialog, which remembers its choice between calls.
 class FontChooser {
 public:
-    /// A font as the caller gets it.
+    /// A chosen font.
     struct Choice {
         QString text;  ///< face, size, weight and italic joined; empty after a cancel
         int size = 0;  ///< points, rounded
@@ -25,10 +31,10 @@ public:
         bool italic = false;
     };
 
-    /// @param first the initial font of the first call
+    /// @param first the font that the dialog shows at the first call
     [[nodiscard]] Choice Choose_Font(const QFont& first, QWidget* parent);
 
-    /// The choice for a font.
+    /// A font as a choice.
     [[nodiscard]] static Choice choice_of(const QFont& font);
     [[nodiscard]] const QFont& font() const { return record_; }
 

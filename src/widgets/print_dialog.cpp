@@ -19,8 +19,8 @@ void add_target(QComboBox& box, const QString& text, PrintTarget target) {
     box.addItem(text, static_cast<int>(target));
 }
 
-/// What has to be said about the printers; empty if they are as expected.
-QString remark(const QStringList& printers, const std::string& kept) {
+/// A note that no printer exists, or that the last one is gone; otherwise empty.
+QString note_on(const QStringList& printers, const std::string& kept) {
     if (printers.isEmpty())
         return QStringLiteral("The system has no printer. A PDF file can be printed elsewhere.");
     if (!kept.empty() && kept_printer(printers, kept) < 0)
@@ -48,7 +48,7 @@ PrintDialog::PrintDialog(const QStringList& printers, const PrintOffer& offer, Q
 
     auto* form = new QFormLayout;
     form->addRow(QStringLiteral("Print &to:"), target_);
-    auto* note = new QLabel(remark(printers, offer.page.printer), this);
+    auto* note = new QLabel(note_on(printers, offer.page.printer), this);
     note->setObjectName(QStringLiteral("lblPrinters"));
     note->setTextFormat(Qt::PlainText);
     note->setWordWrap(true);
@@ -60,7 +60,7 @@ PrintDialog::PrintDialog(const QStringList& printers, const PrintOffer& offer, Q
     options_->setText(QStringLiteral("&Options..."));
     options_->setObjectName(QStringLiteral("cmdOptions"));
     options_->setAutoDefault(false);
-    options_->setToolTip(QStringLiteral("Copies and all else that the printer can do"));
+    options_->setToolTip(QStringLiteral("Copies and all other options of the printer"));
     buttons->addButton(options_, QDialogButtonBox::ActionRole);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);

@@ -11,15 +11,16 @@ class QPushButton;
 
 namespace nivora {
 
-/// The dialogs of the systems differ in what they do with a print to a file, and none has text files. So this
-/// one comes first on every system, and leads to the system's for what a printer can do beyond.
+/// The print dialogs of the systems differ in how they print to a file, and none offers text files. So this
+/// dialog comes first on every system; its button Options opens that of the system.
 class PrintDialog : public QDialog {
     Q_OBJECT
 
 public:
-    /// Offers the printer of the page set-up, or else the first one; a file if there is no printer.
+    /// Selects the target that was used last. For a printer, that of the page set-up or else the first one;
+    /// PDF if there is no printer.
     ///
-    /// @param printers their names
+    /// @param printers the names of the system's printers
     PrintDialog(const QStringList& printers, const PrintOffer& offer, QWidget* parent = nullptr);
 
     [[nodiscard]] PrintTarget target() const;
@@ -27,7 +28,7 @@ public:
     [[nodiscard]] QString printer() const;
 
 signals:
-    /// The user wants to see all that the chosen printer can do.
+    /// The user asks for all options of the chosen printer.
     void options_wanted();
 
 private:

@@ -20,20 +20,22 @@
 namespace nivora {
 namespace {
 
-/// Shows how far a long print has come, with a button that ends it.
+constexpr const char* k_print_title = "Print";
+
+/// Shows the progress of a long print, with a button that cancels it.
 class PrintProgress {
 public:
     PrintProgress(QWidget* window, std::size_t pages)
         : dialog_(QStringLiteral("Printing - Click Cancel to quit"), QStringLiteral("Cancel"), 0,
                   static_cast<int>(pages), window) {
-        dialog_.setWindowTitle(QStringLiteral("Print"));
+        dialog_.setWindowTitle(QString::fromUtf8(k_print_title));
         dialog_.setWindowModality(Qt::WindowModal);
         constexpr int k_shown_after_ms = 1000;
         dialog_.setMinimumDuration(k_shown_after_ms);
     }
 
-    /// @param page that is painted next, from 1. @return whether the user lets it go on
-    [[nodiscard]] bool reaches(int page) {
+    /// @param page to be painted next, from 1. @return false once the user has clicked Cancel
+    [[nodiscard]] bool goes_on_to(int page) {
         dialog_.setValue(page - 1);
         return !dialog_.wasCanceled();
     }
@@ -42,6 +44,7 @@ private:
     QProgressDialog dialog_;
 };
 
+/// The content of a text file: each line, also the last one, ends with CR LF.
 std::string with_crlf(std::string_view text) {
     std::string lines;
     lines.reserve(text.size() + text.size() / 16);
@@ -49,20 +52,30 @@ std::string with_crlf(std::string_view text) {
         if (character == '\n') lines += '\r';
         lines += character;
     }
+    if (!text.empty() && text.back() != '\n') lines += "\r\n";
     return lines;
+}
+
+std::string name_of(const QWidget* window) {
+    return window != nullptr ? from_qt(window->objectName()) : std::string{};
 }
 
 }  // namespace
 
-/// A print in the forms that its targets take.
+/// One print, in the form that each kind of target takes.
 struct Printing::Work {
-    std::function<PrintedJob(const PagedDevice&)> lay_out;
-    std::function<std::string()> text;
+    std::function<PrintedJob(const PagedDevice&)> lay_out;  ///< for a printer and a PDF file
+    std::function<std::string()> text;                      ///< for a text file
     std::string name_suffix = {};
     std::optional<Message> question = {};
 };
 
 bool Printing::print_report(QWidget* window, const ReportPrint& report) {
+    if (report.text.empty()) {
+        session_.dialogs.stop("There is nothing to print.  Make a report first, then print it.",
+                              k_print_title);
+        return false;
+    }
     ReportPrint named = report;
     if (named.name.empty()) named.name = k_print_job_name;
     return print(window, {.lay_out = [&](const PagedDevice& device) { return lay_out_report(device, named); },
@@ -92,65 +105,60 @@ bool Printing::print(QWidget* window, const Work& work) {
     return print_to_file(window, choice->target, work);
 }
 
-/// Lays the pages out where the margins leave room for them. A message without a text tells that the user
-/// declined the print.
-std::variant<PrintedJob, Message> Printing::laid_out(QWidget* window, const PagedDevice& device,
-                                                     const Work& work) {
-    const std::string name = window != nullptr ? from_qt(window->objectName()) : std::string{};
-    if (const auto refusal = margin_refusal(device, name)) return *refusal;
-    if (!agrees(work)) return Message{};
-    return work.lay_out(device);
-}
-
-bool Printing::agrees(const Work& work) {
+/// Shows what the page set-up refuses, or asks the question of a large print.
+bool Printing::may_print(const std::optional<Message>& refusal, const Work& work) {
+    if (refusal) {
+        session_.dialogs.message(*refusal);
+        return false;
+    }
     return !work.question || session_.dialogs.message(*work.question) == Answer::Yes;
 }
 
 bool Printing::print_on_printer(QWidget* window, PrintChoice& choice, const Work& work) {
-    Dialogs& user = session_.dialogs;
-    if (!choice.printer.empty()) session_.settings.page.printer = choice.printer;
     if (choice.device == nullptr) {
-        user.stop("The printer \"" + choice.printer +
-                      "\" is not available.  Choose another printer, or print into a file.",
-                  "Print");
+        session_.dialogs.stop("The printer \"" + choice.printer +
+                                  "\" is not available.  Choose another printer, or print into a file.",
+                              k_print_title);
         return false;
     }
+    if (!choice.printer.empty()) session_.settings.page.printer = choice.printer;
     const BusyPointer busy;
     PaintedDevice device(*choice.device);
-    if (const auto refusal = Printer_Setup(device, choice.page)) {
-        user.message(*refusal);
-        return false;
-    }
-    const auto laid = laid_out(window, device, work);
-    if (const auto* refusal = std::get_if<Message>(&laid)) {
-        if (!refusal->text.empty()) user.message(*refusal);
-        return false;
-    }
-    const auto& job = std::get<PrintedJob>(laid);
+    auto refusal = Printer_Setup(device, choice.page);
+    if (!refusal) refusal = margin_refusal(device, name_of(window));
+    return may_print(refusal, work) && paint(window, device, choice, work.lay_out(device));
+}
+
+/// Paints a job on a printer. A job that the user cancels ends without a message.
+bool Printing::paint(QWidget* window, PaintedDevice& device, const PrintChoice& choice,
+                     const PrintedJob& job) {
     PrintProgress progress(window, job.pages.size());
     bool cancelled = false;
     const bool painted = paint_pages(device, job, [&](int page) {
-        cancelled = !progress.reaches(page);
+        cancelled = !progress.goes_on_to(page);
         if (cancelled && choice.abort) choice.abort();
         return !cancelled;
     });
     if (cancelled) return false;
     if (painted && !(choice.has_failed && choice.has_failed())) return true;
-    user.message(print_error("The printer \"" + choice.printer + "\" did not print all pages", EIO));
+    session_.dialogs.message(
+        print_error("The printer \"" + choice.printer + "\" did not print all pages", EIO));
     return false;
 }
 
+/// Checks the page and asks before it asks for a name: nobody names a file that is not written.
 bool Printing::print_to_file(QWidget* window, PrintTarget target, const Work& work) {
+    if (!may_print(file_page_refusal(session_.settings.page, name_of(window)), work)) return false;
     const FileKind kind = target == PrintTarget::Pdf ? FileKind::SavePdf : FileKind::SaveText;
     const auto file =
         session_.file_names.GetFileName(kind, session_.basin.Basin_File, false, work.name_suffix);
     if (!file || is_in_use(*file)) return false;
     const std::string ending = folded_name(path_text(file->extension()));
     const bool pages = ending == ".pdf" || (target == PrintTarget::Pdf && ending != ".txt");
-    return pages ? write_pages(window, *file, work) : write_text(*file, work);
+    return pages ? write_pages(*file, work) : write_text(*file, work);
 }
 
-/// Refuses the file of the open basin, which a print would replace.
+/// Whether a file is that of the open basin, which a print would replace; the user is told so.
 bool Printing::is_in_use(const std::filesystem::path& file) {
     for (const std::filesystem::path& used : {session_.basin.Basin_File, session_.basin.Work_File}) {
         if (used.empty() || !same_file(file, used)) continue;
@@ -168,18 +176,17 @@ bool Printing::write_text(const std::filesystem::path& file, const Work& work) {
         write_whole_file(file, work.text());
         return true;
     } catch (const FileError& error) {
-        session_.dialogs.stop(error.what(), "Print");
+        session_.dialogs.stop(error.what(), k_print_title);
         return false;
     }
 }
 
-bool Printing::write_pages(QWidget* window, const std::filesystem::path& file, const Work& work) {
+bool Printing::write_pages(const std::filesystem::path& file, const Work& work) {
     const BusyPointer busy;
     const auto refusal = write_pdf(file, session_.settings.page,
-                                   [&](const PagedDevice& device) { return laid_out(window, device, work); });
-    if (!refusal) return true;
-    if (!refusal->text.empty()) session_.dialogs.message(*refusal);
-    return false;
+                                   [&](const PagedDevice& device) { return work.lay_out(device); });
+    if (refusal) session_.dialogs.stop(refusal->text, k_print_title);
+    return !refusal;
 }
 
 }  // namespace nivora

@@ -11,13 +11,13 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <variant>
 
 class QWidget;
 
 namespace nivora {
 
 class PagedDevice;
+class PaintedDevice;
 struct PrintedJob;
 struct PrintedSheet;
 struct ReportPrint;
@@ -26,9 +26,9 @@ struct TextPrint;
 
 enum class PrintTarget { Printer, Pdf, Text };
 
-/// What a print dialog offers first.
+/// What the print dialog selects when it opens.
 struct PrintOffer {
-    const PageSetup& page;  ///< its printer is offered if the system has it
+    const PageSetup& page;  ///< its printer is selected if the system still has it
     PrintTarget target = PrintTarget::Printer;
 };
 
@@ -38,12 +38,12 @@ struct PrintChoice {
     // For a printer only:
     std::string printer = {};                        ///< its name
     PageSetup page = {};                             ///< as the dialog left it
-    std::unique_ptr<QPagedPaintDevice> device = {};  ///< null if the printer is not available any more
+    std::unique_ptr<QPagedPaintDevice> device = {};  ///< null if the system has no such printer any more
     std::function<bool()> has_failed = {};           ///< whether the printer reported an error
-    std::function<void()> abort = {};                ///< drops the job while it is being painted
+    std::function<void()> abort = {};                ///< cancels the job while it is being painted
 };
 
-/// The printers of the system and the dialog that chooses among them. Tests supply recording devices.
+/// The printers of the system and the dialog in which the user chooses one. Tests supply recording devices.
 class Printers {
 public:
     Printers() = default;
@@ -51,30 +51,30 @@ public:
     Printers& operator=(const Printers&) = delete;
     virtual ~Printers() = default;
 
-    /// Asks where a print goes to; nothing after a cancel.
+    /// Asks where to print; nothing if the user cancels.
     virtual std::optional<PrintChoice> choose(QWidget* window, const PrintOffer& offer) = 0;
 };
 
 /// What print_sheets needs besides the sheets.
 struct SheetsPrint {
     std::string name_suffix = {};  ///< of the proposed file name: "_Results" gives "alder_Results.txt"
-    std::optional<Message> question = {};  ///< asked before the print; only Yes goes on
+    std::optional<Message> question = {};  ///< asked before the print; only Yes continues
 };
 
-/// Prints what windows show. Questions and errors are told through the session's dialogs; the chosen printer
-/// is kept in its settings. An error loses nothing: the window stays, and a file is complete or unchanged.
+/// Prints what windows show. Every print, also one into a file, needs a page with room for reports and asks
+/// its question first. Questions and errors are shown by the session's dialogs; the chosen printer is kept in
+/// its settings if it exists. After an error the window stays open, and a file is complete or unchanged.
 class Printing {
 public:
     Printing(Session& session, Printers& printers) : session_(session), printers_(printers) {}
 
     /// Prints the text of a report file.
     ///
-    /// @param window in front of which the dialogs show; its object name decides where a message sends the
-    ///               user
-    /// @return whether it was printed
+    /// @param window behind the dialogs; its object name decides which menu a message about margins names
+    /// @return whether all of it was printed
     bool print_report(QWidget* window, const ReportPrint& report);
 
-    /// Prints grids, each from a page of its own.
+    /// Prints grids; each begins on a new page.
     bool print_sheets(QWidget* window, std::span<const PrintedSheet> sheets, const SheetsPrint& how = {});
 
     /// Prints a text whose lines break at the margins, such as a topic of the help.
@@ -85,12 +85,12 @@ private:
 
     [[nodiscard]] bool print(QWidget* window, const Work& work);
     [[nodiscard]] bool print_on_printer(QWidget* window, PrintChoice& choice, const Work& work);
+    [[nodiscard]] bool paint(QWidget* window, PaintedDevice& device, const PrintChoice& choice,
+                             const PrintedJob& job);
     [[nodiscard]] bool print_to_file(QWidget* window, PrintTarget target, const Work& work);
     [[nodiscard]] bool write_text(const std::filesystem::path& file, const Work& work);
-    [[nodiscard]] bool write_pages(QWidget* window, const std::filesystem::path& file, const Work& work);
-    [[nodiscard]] std::variant<PrintedJob, Message> laid_out(QWidget* window, const PagedDevice& device,
-                                                             const Work& work);
-    [[nodiscard]] bool agrees(const Work& work);
+    [[nodiscard]] bool write_pages(const std::filesystem::path& file, const Work& work);
+    [[nodiscard]] bool may_print(const std::optional<Message>& refusal, const Work& work);
     [[nodiscard]] bool is_in_use(const std::filesystem::path& file);
 
     Session& session_;

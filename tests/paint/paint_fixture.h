@@ -1,4 +1,4 @@
-// PDF files written for a test, and what a reader of PDF finds in them.
+// PDF files of a test, and what a PDF reader finds in them.
 #pragma once
 
 #include "paint/paint_pages.h"
@@ -40,7 +40,7 @@ inline std::string output_of(const std::string& command) {
     return output;
 }
 
-/// The application of all tests, whose fonts it needs until it ends.
+/// The application of all tests, which need its fonts.
 class PaintApplication : public testing::Environment {
 public:
     void SetUp() override {

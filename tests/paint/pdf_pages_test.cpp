@@ -4,13 +4,12 @@
 #include "reports/print_texts.h"
 #include "reports/report_pages.h"
 #include "tests/paint/paint_fixture.h"
-
-#include <sys/resource.h>
+#include "tests/support/full_disk.h"
 
 #include <QBuffer>
 #include <QByteArray>
 #include <QPdfWriter>
-#include <csignal>
+#include <fstream>
 
 namespace nivora {
 namespace {
@@ -82,8 +81,8 @@ TEST_F(PdfPages, AWideTableIsSetSmallerAndNothingIsCut) {
     EXPECT_EQ(
         std::count_if(found.begin(), found.end(), [](const FoundWord& word) { return word.text == "last"; }),
         100);
-    // The widest line takes the whole width, but for the dot of 1200 an inch to which a font of 6 points, or
-    // 100 dots, is made: a hundredth of 451 points.
+    // The widest line takes the whole width of 451 points. A font of 6 points is 100 dots of 1/1200 inch
+    // high; its rounding to whole dots takes up to a hundredth of the width.
     const auto right = std::max_element(
         found.begin(), found.end(), [](const FoundWord& a, const FoundWord& b) { return a.right < b.right; });
     EXPECT_GT(right->right, k_a4_width - 72.0 - 4.6);
@@ -141,6 +140,30 @@ TEST_F(PdfPages, ARefusedMarginLeavesNoFile) {
     EXPECT_THAT(write_report("text\r\n")->text, testing::StartsWith("Nivora reports are too wide"));
 }
 
+TEST_F(PdfPages, TheCheckWithoutAFileRefusesWhatThePrintWould) {
+    EXPECT_FALSE(file_page_refusal(setup_, "frmFileDisp"));
+    setup_.margins = {3.0F, 1.0F, 3.0F, 1.0F};
+    EXPECT_EQ(file_page_refusal(setup_, "frmFileDisp")->text, write_report("text\r\n")->text);
+    EXPECT_THAT(file_page_refusal(setup_, "frmFileDisp")->text, HasSubstr("Click Print/Page Setup"));
+    EXPECT_THAT(file_page_refusal(setup_, "frmData")->text, HasSubstr("Click File/Page Setup"));
+    setup_.margins = {1.0F, 6.0F, 1.0F, 5.0F};
+    EXPECT_EQ(file_page_refusal(setup_, "frmFileDisp")->text, write_report("text\r\n")->text);
+    setup_.margins = {1.0F, -1.0F, 1.0F, 1.0F};
+    EXPECT_EQ(file_page_refusal(setup_, "frmFileDisp")->text, "Unable to set the printer margin");
+}
+
+// 80 hyphens at 7.25 points are about 348 points wide, A4 is 595 upright and 842 across: margins of 2 inches
+// on either side leave 307 or 554.
+TEST_F(PdfPages, TheCheckTakesTheOrientationAndThePaperOfTheSetUp) {
+    setup_.margins = {2.0F, 0.5F, 2.0F, 0.5F};
+    EXPECT_TRUE(file_page_refusal(setup_, ""));
+    setup_.orientation = 2;
+    EXPECT_FALSE(file_page_refusal(setup_, ""));
+    setup_.orientation = 1;
+    setup_.paper = "A3";
+    EXPECT_FALSE(file_page_refusal(setup_, ""));
+}
+
 TEST_F(PdfPages, AMarginThatIsNoLengthIsRefused) {
     setup_.margins[1] = -1.0F;
     EXPECT_EQ(write_report("text\r\n")->text, "Unable to set the printer margin");
@@ -168,34 +191,28 @@ TEST_F(PdfPages, AReadOnlyTargetKeepsItsContent) {
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>{file}, {}), "older");
 }
 
-/// Takes the place of a full disk: no file may grow beyond a size.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit limit{bytes, before_.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &before_); }
-
-private:
-    rlimit before_{};
-};
-
 TEST_F(PdfPages, AFullDiskLeavesTheOlderFileWhole) {
     ASSERT_FALSE(write_report("short\r\n"));
     std::optional<Message> refusal;
     {
-        const FileSizeLimit limit{1000};
+        const FullDisk disk{1000};
         refusal = write_report(table(300));
     }
     ASSERT_TRUE(refusal);
     EXPECT_THAT(refusal->text, AllOf(HasSubstr("report.pdf"), HasSubstr("disk")));
     EXPECT_EQ(page_count(), 1U);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator{folder_.path()}, {}), 1);
+}
+
+TEST_F(PdfPages, AReportOf50000LinesGoesOnToItsLastPage) {
+    std::string text;
+    for (int line = 1; line <= 50'000; ++line) text += "line " + std::to_string(line) + "\r\n";
+    ASSERT_FALSE(write_report(text));
+    const std::size_t pages = page_count();
+    EXPECT_GT(pages, 500U);
+    EXPECT_THAT(page_lines(pages),
+                AllOf(Contains("line 50000"),
+                      Contains(testing::ContainsRegex("Page +" + std::to_string(pages) + "$"))));
 }
 
 TEST_F(PdfPages, AnOlderFileIsReplacedAsAWhole) {

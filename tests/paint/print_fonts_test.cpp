@@ -2,6 +2,7 @@
 
 #include "tests/paint/paint_fixture.h"
 
+#include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QGlyphRun>
 #include <QTextLayout>
@@ -11,8 +12,8 @@ namespace {
 
 class PrintFonts : public PaintTest {
 protected:
-    /// The signs that a text becomes in a font.
-    static qsizetype signs(const QString& text, const QFont& font) {
+    /// The number of glyphs of a text in a font.
+    static qsizetype glyphs(const QString& text, const QFont& font) {
         QTextLayout layout(text, font);
         layout.beginLayout();
         layout.createLine();
@@ -23,19 +24,42 @@ protected:
     }
 };
 
-// "ff" and "ffi" as one sign each are letters that a reader of the PDF doesn't find: "Runoff" was
-// "Runo\uFB00".
-TEST_F(PrintFonts, EveryLetterIsASignOfItsOwn) {
+// A PDF reader does not find "Runoff" if the font joins "ff" to one glyph.
+TEST_F(PrintFonts, EveryLetterIsAGlyphOfItsOwn) {
     for (const std::string family : {"MS Sans Serif", "Courier New", "DejaVu Sans"}) {
         for (const bool bold : {false, true}) {
             const QFont font = print_font({family, 8.25, family == "Courier New"}, bold);
-            EXPECT_EQ(signs(QStringLiteral("Runoff"), font), 6) << family;
-            EXPECT_EQ(signs(QStringLiteral("Coefficient"), font), 11) << family;
+            EXPECT_EQ(glyphs(QStringLiteral("Runoff"), font), 6) << family;
+            EXPECT_EQ(glyphs(QStringLiteral("Coefficient"), font), 11) << family;
         }
     }
 }
 
-TEST_F(PrintFonts, NoLetterIsMovedByIt) {
+TEST_F(PrintFonts, AMissingFontIsReplacedByAFixedPitchOneWithOutlines) {
+    for (const char* missing : {"Courier New", "Courier", "No Such Font", ""}) {
+        const QString family = fixed_pitch_family(QString::fromUtf8(missing));
+        ASSERT_FALSE(family.isEmpty()) << missing;
+        EXPECT_TRUE(QFontDatabase::isFixedPitch(family)) << missing;
+        EXPECT_TRUE(QFontDatabase::isSmoothlyScalable(family)) << missing;
+    }
+}
+
+TEST_F(PrintFonts, AFixedPitchFontOfTheSystemStandsForItself) {
+    const QString family = fixed_pitch_family(QStringLiteral("No Such Font"));
+    EXPECT_EQ(fixed_pitch_family(family), family);
+}
+
+TEST_F(PrintFonts, AllLettersOfAReportAreOfOneWidth) {
+    for (const bool bold : {false, true}) {
+        const QFontMetricsF metrics(print_font(report_font(), bold));
+        const double width = metrics.horizontalAdvance(QLatin1Char('-'));
+        for (const char16_t letter : u"iMW.0·²°")
+            if (letter != 0)
+                EXPECT_DOUBLE_EQ(metrics.horizontalAdvance(QChar(letter)), width) << static_cast<int>(letter);
+    }
+}
+
+TEST_F(PrintFonts, NoLetterIsMovedByTheSpacing) {
     const QFont font = print_font({"MS Sans Serif", 8.25, false}, false);
     QFont plain = font;
     plain.setLetterSpacing(QFont::PercentageSpacing, 0.0);

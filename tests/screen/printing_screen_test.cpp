@@ -1,5 +1,6 @@
-// Printing by hand: the buttons and entries with mouse and keys, and the dialog before a print.
+// Printing by mouse and keys: buttons, menu entries, the print dialog and the progress of a print.
 
+#include "reports/report_pages.h"
 #include "shell/frmNVRHelp.h"
 #include "tests/screen/screen_fixture.h"
 #include "widgets/desktop_printers.h"
@@ -7,9 +8,15 @@
 #include "widgets/print_dialog.h"
 
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QLabel>
 #include <QMenu>
+#include <QPageSetupDialog>
+#include <QProgressDialog>
 #include <QPushButton>
+#include <QRadioButton>
+#include <QThread>
+#include <array>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -77,6 +84,87 @@ TEST_F(PrintingOnScreenTest, TheStatisticsOfARunArePrintedByTheirLetter) {
     EXPECT_TRUE(results->isVisible());
     EXPECT_TRUE(results->isActiveWindow());
     results->close();
+}
+
+TEST_F(PrintingOnScreenTest, ALongPrintShowsItsProgressAndIsCancelledByItsButton) {
+    std::string text;
+    for (int line = 0; line < 20'000; ++line) text += "line " + std::to_string(line) + "\r\n";
+    printers_.before_page = [] { QThread::msleep(50); };
+    in_dialog<QProgressDialog>([](QProgressDialog& progress) {
+        EXPECT_EQ(progress.labelText(), QStringLiteral("Printing - Click Cancel to quit"));
+        EXPECT_EQ(progress.windowTitle(), QStringLiteral("Print"));
+        const auto* label = progress.findChild<QLabel*>();
+        ASSERT_NE(label, nullptr);
+        EXPECT_GT(drawn_points(picture(*label)), 100);
+        keep(progress, "print-progress.png");
+        auto* button = progress.findChild<QPushButton*>();
+        ASSERT_NE(button, nullptr);
+        EXPECT_EQ(button->text(), QStringLiteral("Cancel"));
+        click(*button);
+        EXPECT_TRUE(progress.wasCanceled());
+    });
+    EXPECT_FALSE(printing_.print_report(window_.get(), {.text = text}));
+    EXPECT_EQ(modal_windows_seen_, 1);
+    EXPECT_EQ(printers_.aborted_jobs(), 1);
+    EXPECT_LT(printers_.jobs()[0].pages.size(), 150U) << "there are more than 200 pages in all";
+    EXPECT_TRUE(dialogs_.messages().empty());
+    EXPECT_TRUE(await([&] { return window_->isActiveWindow(); }));
+}
+
+TEST_F(PrintingOnScreenTest, EscapeCancelsAPrintAsItsButtonDoes) {
+    std::string text;
+    for (int line = 0; line < 20'000; ++line) text += "line " + std::to_string(line) + "\r\n";
+    printers_.before_page = [] { QThread::msleep(50); };
+    in_dialog<QProgressDialog>([](QProgressDialog& progress) {
+        press({"Escape"});
+        EXPECT_TRUE(progress.wasCanceled());
+    });
+    EXPECT_FALSE(printing_.print_report(window_.get(), {.text = text}));
+    EXPECT_EQ(printers_.aborted_jobs(), 1);
+}
+
+/// Page Setup on a computer that lost the printer of the last print.
+class PageSetupOnScreenTest : public PrintingOnScreenTest {
+protected:
+    static constexpr const char* k_gone = "Nivora-Test-Printer-That-Is-Missing";
+
+    /// Opens Page Setup of the main window and acts in its dialog.
+    void page_setup(std::function<void(QPageSetupDialog&)> act) {
+        session_.settings.page.printer = k_gone;
+        in_dialog<QPageSetupDialog>(std::move(act));
+        choose("mnuFileItem(7)");
+        ASSERT_EQ(modal_windows_seen_, 1);
+        EXPECT_EQ(session_.settings.page.printer, k_gone) << "it may come back";
+    }
+};
+
+TEST_F(PageSetupOnScreenTest, OkKeepsAMarginOfZeroAsOneInch) {
+    session_.settings.page.margins = {0.5F, 0.0F, 0.75F, 0.0F};
+    page_setup([](QPageSetupDialog& dialog) {
+        click(*dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok));
+    });
+    const std::array<float, 4> expected{0.5F, 1.0F, 0.75F, 1.0F};
+    for (std::size_t side = 0; side < expected.size(); ++side)
+        EXPECT_NEAR(session_.settings.page.margins[side], expected[side], 0.005F) << side;
+    EXPECT_EQ(session_.settings.page.orientation, 1);
+}
+
+TEST_F(PageSetupOnScreenTest, CancelKeepsTheOldValues) {
+    session_.settings.page.margins = {0.5F, 0.0F, 0.75F, 0.0F};
+    page_setup([](QPageSetupDialog& dialog) {
+        dialog.findChild<QRadioButton*>(QStringLiteral("landscape"))->click();
+        press({"Escape"});
+    });
+    EXPECT_EQ(session_.settings.page.margins, (std::array<float, 4>{0.5F, 0.0F, 0.75F, 0.0F}));
+    EXPECT_EQ(session_.settings.page.orientation, 0);
+}
+
+TEST_F(PageSetupOnScreenTest, OkKeepsTheOrientation) {
+    page_setup([](QPageSetupDialog& dialog) {
+        dialog.findChild<QRadioButton*>(QStringLiteral("landscape"))->click();
+        click(*dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok));
+    });
+    EXPECT_EQ(session_.settings.page.orientation, 2);
 }
 
 /// The dialog that the program itself shows, on a computer with the printers of a test.

@@ -73,6 +73,24 @@ TEST_F(FileNamesTest, ATextTakesTheBasinsNameOrNewfile) {
     EXPECT_EQ(dialogs_.files()[0].title, "Save as a text(.txt) file");
 }
 
+// No file system takes a name of 300 letters.
+TEST_F(FileNamesTest, ANameThatCannotBeLookedUpIsToldAndNothingIsChosen) {
+    const fs::path name = folder_ / (std::string(300, 'a') + ".txt");
+    dialogs_.then_file(name);
+    EXPECT_EQ(names_.GetFileName(FileKind::SaveText, unnamed_), std::nullopt);
+    ASSERT_EQ(dialogs_.messages().size(), 1U);
+    EXPECT_EQ(dialogs_.messages()[0].message.title, "Error in GetFileName");
+    EXPECT_EQ(dialogs_.messages()[0].message.text.find(name.string()), 0U);
+}
+
+TEST_F(FileNamesTest, TheEndingOfABasinIsReplacedForAPrintInUpperCase) {
+    dialogs_.then_file(std::nullopt).then_file(std::nullopt);
+    static_cast<void>(names_.GetFileName(FileKind::SaveText, "/data/ALDER.MDB"));
+    static_cast<void>(names_.GetFileName(FileKind::SavePdf, "/data/alder.Mdb", false, "_Results"));
+    EXPECT_EQ(dialogs_.files()[0].proposed_name, "ALDER.txt");
+    EXPECT_EQ(dialogs_.files()[1].proposed_name, "alder_Results.pdf");
+}
+
 TEST_F(FileNamesTest, OnlyTwoPlotsOfferThePlotterForm) {
     dialogs_.then_file(std::nullopt).then_file(std::nullopt);
     static_cast<void>(names_.GetFileName(FileKind::SavePlot, "/data/alder.mdb", true));

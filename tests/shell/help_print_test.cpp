@@ -12,6 +12,7 @@
 namespace nivora {
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -69,7 +70,10 @@ TEST_F(HelpPrintTest, ATextFileHoldsTheTopic) {
     for (const char character : text.str()) {
         if (character != '\r') plain += character;
     }
-    EXPECT_EQ(plain, shown());
+    std::string topic = shown();
+    if (!topic.ends_with('\n')) topic += '\n';
+    EXPECT_EQ(plain, topic);
+    EXPECT_THAT(text.str(), EndsWith("\r\n"));
     EXPECT_GT(text.str().size(), plain.size()) << "lines end with CR LF";
 }
 

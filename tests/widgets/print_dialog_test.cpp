@@ -106,6 +106,28 @@ TEST(KeptPrinter, AnExactNameGoesBeforeOneWithTheSameBeginning) {
     EXPECT_EQ(kept_printer(names, from_qt(same)), 2);
 }
 
+// A name that no system has.
+const QString k_missing = QStringLiteral("Nivora-Test-Printer-That-Is-Missing");
+
+TEST(PrinterChoice, OfAMissingPrinterNamesItAndHasNoDevice) {
+    PageSetup page;
+    page.paper = "A5";
+    const PrintChoice choice = printer_choice(make_printer(k_missing, page), k_missing, page);
+    EXPECT_EQ(choice.target, PrintTarget::Printer);
+    EXPECT_EQ(choice.printer, from_qt(k_missing));
+    EXPECT_EQ(choice.page.paper, "A5");
+    EXPECT_EQ(choice.device, nullptr);
+    EXPECT_FALSE(choice.abort);
+}
+
+// Without a printer, Qt's own takes its place and writes a PDF file.
+TEST(PrinterChoice, ThatWritesAFileHasNoDevice) {
+    auto printer = std::make_unique<QPrinter>();
+    printer->setOutputFormat(QPrinter::PdfFormat);
+    const QString name = printer->printerName();
+    EXPECT_EQ(printer_choice(std::move(printer), name, {}).device, nullptr);
+}
+
 TEST(MakePrinter, TakesThePageAndTheNameOfTheJob) {
     PageSetup page;
     page.paper = "A5";

@@ -1,71 +1,18 @@
 #include "widgets/printing.h"
 
-#include "base/scripted_dialogs.h"
-#include "reports/grid_pages.h"
-#include "reports/print_texts.h"
+#include "paint/print_fonts.h"
 #include "reports/report_pages.h"
 #include "reports/text_pages.h"
-#include "session/session.h"
-#include "tests/support/recorded_printers.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/widgets/printing_fixture.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <QWidget>
-#include <fstream>
-#include <sstream>
+#include <QProgressDialog>
+#include <algorithm>
 
 namespace nivora {
 namespace {
 
-namespace fs = std::filesystem;
 using testing::HasSubstr;
-using testing::Not;
 using testing::StartsWith;
-
-class PrintingTest : public testing::Test {
-protected:
-    PrintingTest() {
-        window_.setObjectName(QStringLiteral("frmData"));
-        session_.file_names.begin_in(folder_.path());
-        session_.basin.Basin_File = folder_ / "alder.mdb";
-        session_.basin.Work_File = folder_ / "new.mdb";
-        sheet_ = {.header = "/lHeader",
-                  .columns = {{"Date", PrintAlign::Left}, {"Runoff", PrintAlign::Right}},
-                  .rows = {{"10/01/1980", "1.00"}, {"10/02/1980", "2.00"}},
-                  .footer = k_grid_print_footer};
-    }
-    void TearDown() override {
-        EXPECT_TRUE(dialogs_.complaints().empty()) << dialogs_.complaints().front();
-        EXPECT_EQ(dialogs_.answers_left(), 0U);
-    }
-
-    bool print(const SheetsPrint& how = {}) {
-        return printing_.print_sheets(&window_, std::span{&sheet_, 1}, how);
-    }
-    void fill_rows(int count) {
-        sheet_.rows.clear();
-        for (int row = 0; row < count; ++row) sheet_.rows.push_back({"row " + std::to_string(row), "1"});
-    }
-    static std::string content(const fs::path& file) {
-        std::ifstream input{file, std::ios::binary};
-        std::ostringstream text;
-        text << input.rdbuf();
-        return text.str();
-    }
-    [[nodiscard]] const Message& told() const { return dialogs_.messages().back().message; }
-    [[nodiscard]] std::size_t messages() const { return dialogs_.messages().size(); }
-
-    TemporaryFolder folder_;
-    ScriptedDialogs dialogs_;
-    Desktop desktop_;
-    Session session_{dialogs_, desktop_};
-    RecordedPrinters printers_;
-    Printing printing_{session_, printers_};
-    QWidget window_;
-    PrintedSheet sheet_;
-};
 
 TEST_F(PrintingTest, ASheetGoesToThePrinterWithHeadRowsAndPageNumber) {
     EXPECT_TRUE(print());
@@ -122,9 +69,11 @@ TEST_F(PrintingTest, ACancelOfTheDialogPrintsNothingAndKeepsThePrinter) {
     EXPECT_EQ(messages(), 0U);
 }
 
-TEST_F(PrintingTest, APrinterThatVanishedIsNamed) {
+TEST_F(PrintingTest, APrinterThatVanishedIsNamedAndNotKept) {
+    session_.settings.page.printer = "Ink";
     printers_.vanished = true;
     EXPECT_FALSE(print());
+    EXPECT_EQ(session_.settings.page.printer, "Ink");
     EXPECT_EQ(told().text,
               "The printer \"Laser\" is not available.  Choose another printer, or print into a file.");
     EXPECT_TRUE(printers_.jobs().empty());
@@ -135,16 +84,48 @@ TEST_F(PrintingTest, APrinterThatTakesNoFurtherPageIsTold) {
     printers_.sheets = 2;
     EXPECT_FALSE(print());
     EXPECT_EQ(told().title, "Printout subroutine error trap");
-    EXPECT_EQ(
-        told().text,
-        "The printer \"Laser\" did not print all pages, Error Code #5.  Error raised during print request "
-        "(PrintOut) ");
+    EXPECT_EQ(told().text,
+              "The printer \"Laser\" did not print all pages, Error Code #5.  "
+              "Error raised during print request (PrintOut) ");
 }
 
 TEST_F(PrintingTest, APrinterThatReportsAnErrorIsTold) {
     printers_.jams = true;
     EXPECT_FALSE(print());
     EXPECT_EQ(told().title, "Printout subroutine error trap");
+}
+
+TEST_F(PrintingTest, EachSettingThatThePrinterRefusesIsToldAndNothingIsPrinted) {
+    session_.settings.page.paper = "A4";
+    const auto refusal = [this](const RefusedSettings& refused) {
+        printers_.refused = refused;
+        EXPECT_FALSE(print());
+        EXPECT_TRUE(printers_.jobs().back().pages.empty());
+        return told().text;
+    };
+    EXPECT_EQ(refusal({.resolution = true}), "Unable to set the printer fontsize (7.25)");
+    EXPECT_EQ(refusal({.orientation = true}), "Unable to set the printer page orientation ");
+    EXPECT_EQ(refusal({.paper = true}), "Unable to initialize the printer pagesize/position.");
+    session_.settings.page.margins[3] = -0.5F;
+    EXPECT_EQ(refusal({}), "Unable to set the printer margin");
+    EXPECT_EQ(messages(), 4U);
+}
+
+TEST_F(PrintingTest, APageOfFewerThanFortyLinesIsToldWithTheirNumber) {
+    leave_four_lines();
+    EXPECT_FALSE(print());
+    // A4 is 842 points high: 842 - 11.2 * 72 = 35.6 between the margins. A line of 7.25 points is 8.2 or a
+    // little higher, by the font that the system has.
+    EXPECT_EQ(told().text,
+              "The Nivora recommended minimum page height is 40 lines.  The current vertical margin "
+              "definition results in a 4 line page.\n"
+              "Click File/Page Setup on the main window menu to change your margin definition.");
+    EXPECT_EQ(told().title, "Nivora margin definition error");
+    EXPECT_TRUE(printers_.jobs()[0].pages.empty());
+    EXPECT_EQ(messages(), 1U);
+    window_.setObjectName(QStringLiteral("frmFileDisp"));
+    EXPECT_FALSE(print_report("a report\r\n"));
+    EXPECT_THAT(told().text, HasSubstr("a 4 line page.\nClick Print/Page Setup to change"));
 }
 
 TEST_F(PrintingTest, MarginsThatAreTooWideAreToldWhereTheyCanBeChanged) {
@@ -156,7 +137,7 @@ TEST_F(PrintingTest, MarginsThatAreTooWideAreToldWhereTheyCanBeChanged) {
     EXPECT_EQ(told().title, "Nivora margin definition error");
     EXPECT_TRUE(printers_.jobs().empty() || printers_.jobs()[0].pages.empty());
     window_.setObjectName(QStringLiteral("frmFileDisp"));
-    EXPECT_FALSE(printing_.print_report(&window_, {.text = "a report\r\n"}));
+    EXPECT_FALSE(print_report("a report\r\n"));
     EXPECT_THAT(told().text, HasSubstr("\nClick Print/Page Setup to change your margin definition."));
 }
 
@@ -171,10 +152,68 @@ TEST_F(PrintingTest, ALargePrintIsAskedAboutAndNoEndsIt) {
     EXPECT_EQ(printers_.jobs()[1].pages.size(), 1U);
 }
 
-TEST_F(PrintingTest, AReportIsPrintedInTheFontOfReports) {
-    ASSERT_TRUE(printing_.print_report(&window_, {.text = "one line of a report\r\n"}));
+TEST_F(PrintingTest, MarginsAreCheckedBeforeTheQuestion) {
+    leave_four_lines();
+    EXPECT_FALSE(print({.question = Message{.text = "many pages", .buttons = Buttons::YesNo}}));
+    EXPECT_EQ(messages(), 1U);
+    EXPECT_EQ(told().title, "Nivora margin definition error");
+}
+
+TEST_F(PrintingTest, AReportIsPrintedBoldInTheFixedPitchFontOfReports) {
+    ASSERT_TRUE(print_report("one line of a report\r\n"));
     ASSERT_EQ(printers_.jobs()[0].pages.size(), 1U);
-    EXPECT_THAT(printers_.jobs()[0].page(0), HasSubstr("one line of a report"));
+    ASSERT_EQ(printers_.jobs()[0].pages[0].size(), 1U);
+    const RecordedText& line = printers_.jobs()[0].pages[0][0];
+    EXPECT_EQ(line.text, "one line of a report");
+    EXPECT_TRUE(line.bold);
+    EXPECT_EQ(line.points, 7.25);
+    EXPECT_EQ(line.font, fixed_pitch_family(QStringLiteral("Courier New")).toStdString());
+}
+
+TEST_F(PrintingTest, AGridIsPrintedInTheFontOfGrids) {
+    ASSERT_TRUE(print());
+    for (const RecordedText& text : printers_.jobs()[0].pages[0]) {
+        EXPECT_EQ(text.font, "MS Sans Serif") << text.text;
+        EXPECT_EQ(text.points, 8.25) << text.text;
+    }
+}
+
+TEST_F(PrintingTest, AReportOf50000LinesIsPrintedToTheLast) {
+    ASSERT_TRUE(print_report(numbered_lines(50'000)));
+    const RecordedJob& job = printers_.jobs()[0];
+    std::size_t lines = 0;
+    for (const auto& page : job.pages) {
+        lines += static_cast<std::size_t>(std::ranges::count_if(
+            page, [](const RecordedText& text) { return text.text.starts_with("line "); }));
+    }
+    // The first eleven lines are the head that every further page repeats.
+    EXPECT_EQ(lines, 50'000 + 11 * (job.pages.size() - 1));
+    EXPECT_EQ(job.pages.back().back().text, "line 50000");
+}
+
+TEST_F(PrintingTest, AnEmptyReportIsToldBeforeAnythingIsAsked) {
+    EXPECT_FALSE(print_report(""));
+    EXPECT_EQ(told().text, "There is nothing to print.  Make a report first, then print it.");
+    EXPECT_TRUE(printers_.offered_printers().empty());
+}
+
+TEST_F(PrintingTest, CancelEndsALongPrintBehindThePageThatIsBeingPrinted) {
+    fill_rows(1000);
+    std::string shown;
+    printers_.before_page = [&] {
+        auto* progress = window_.findChild<QProgressDialog*>();
+        ASSERT_NE(progress, nullptr);
+        shown = progress->labelText().toStdString();
+        if (printers_.jobs()[0].pages.size() == 3) progress->cancel();
+    };
+    EXPECT_FALSE(print());
+    EXPECT_EQ(shown, "Printing - Click Cancel to quit");
+    EXPECT_EQ(printers_.jobs()[0].pages.size(), 4U);
+    EXPECT_EQ(printers_.aborted_jobs(), 1);
+    EXPECT_EQ(messages(), 0U) << "the user knows";
+    EXPECT_EQ(window_.findChild<QProgressDialog*>(), nullptr);
+    printers_.before_page = {};
+    EXPECT_TRUE(print()) << "the next print is another one";
 }
 
 TEST_F(PrintingTest, ATextIsPrintedWithItsTitleAndPageNumbers) {
@@ -182,118 +221,6 @@ TEST_F(PrintingTest, ATextIsPrintedWithItsTitleAndPageNumbers) {
         &window_,
         {.text = "First\nSecond", .title = "Help", .name = "J", .font = {.family = "Sans", .points = 10.0}}));
     EXPECT_THAT(printers_.jobs()[0].page(0), StartsWith("Help\nFirst\nSecond\nPage 1 of 1\n"));
-}
-
-/// Prints into files.
-class PrintToFileTest : public PrintingTest {};
-
-TEST_F(PrintToFileTest, ATextFileIsAskedForUnderTheBasinsNameWithTheSuffix) {
-    printers_.then(PrintTarget::Text);
-    dialogs_.then_file(std::nullopt);
-    EXPECT_FALSE(print({.name_suffix = "_Results"}));
-    ASSERT_EQ(dialogs_.files().size(), 1U);
-    EXPECT_EQ(dialogs_.files()[0].title, "Save as a text(.txt) file");
-    EXPECT_EQ(dialogs_.files()[0].proposed_name, "alder_Results.txt");
-}
-
-TEST_F(PrintToFileTest, ATextFileHoldsTheSheetWithoutPages) {
-    printers_.then(PrintTarget::Text);
-    dialogs_.then_file(folder_ / "out.txt");
-    ASSERT_TRUE(print());
-    EXPECT_EQ(content(folder_ / "out.txt"),
-              "Header\r\n\r\nDate        Runoff\r\n----------  ------\r\n10/01/1980    1.00\r\n10/02/1980    "
-              "2.00\r\n");
-    EXPECT_TRUE(printers_.jobs().empty());
-}
-
-TEST_F(PrintToFileTest, AReportInATextFileHasNoMarks) {
-    printers_.then(PrintTarget::Text);
-    dialogs_.then_file(folder_ / "out.txt");
-    ASSERT_TRUE(printing_.print_report(&window_, {.text = "a\r\n\f\r\nb\r\n\x01\r\n"}));
-    EXPECT_EQ(content(folder_ / "out.txt"), "a\r\n\r\nb\r\n\r\n");
-}
-
-TEST_F(PrintToFileTest, AHelpTextKeepsItsParagraphs) {
-    printers_.then(PrintTarget::Text);
-    dialogs_.then_file(folder_ / "out.txt");
-    ASSERT_TRUE(printing_.print_text(&window_, {.text = "a\n\nb", .title = "T"}));
-    EXPECT_EQ(content(folder_ / "out.txt"), "a\r\n\r\nb");
-}
-
-TEST_F(PrintToFileTest, APdfIsAskedForAndWritten) {
-    printers_.then(PrintTarget::Pdf);
-    dialogs_.then_file(folder_ / "out");
-    ASSERT_TRUE(print({.name_suffix = "_Results"}));
-    EXPECT_EQ(dialogs_.files()[0].title, "Save as a PDF(.pdf) file");
-    EXPECT_EQ(dialogs_.files()[0].proposed_name, "alder_Results.pdf");
-    EXPECT_THAT(content(folder_ / "out.pdf"), StartsWith("%PDF-"));
-}
-
-TEST_F(PrintToFileTest, TheEndingOfTheNameDecidesWhatIsWritten) {
-    printers_.then(PrintTarget::Text).then(PrintTarget::Pdf).then(PrintTarget::Pdf).then(PrintTarget::Text);
-    for (const char* name : {"a.PDF", "b.txt", "c.prn", "d.prn"}) {
-        dialogs_.then_file(folder_ / name);
-        ASSERT_TRUE(print());
-    }
-    EXPECT_THAT(content(folder_ / "a.PDF"), StartsWith("%PDF-"));
-    EXPECT_THAT(content(folder_ / "b.txt"), StartsWith("Header"));
-    EXPECT_THAT(content(folder_ / "c.prn"), StartsWith("%PDF-"));
-    EXPECT_THAT(content(folder_ / "d.prn"), StartsWith("Header"));
-}
-
-TEST_F(PrintToFileTest, TheOpenBasinIsNeverReplaced) {
-    for (const char* name : {"alder.mdb", "new.mdb"}) {
-        const fs::path basin = folder_.write(name, "a basin");
-        for (const PrintTarget target : {PrintTarget::Text, PrintTarget::Pdf}) {
-            printers_.then(target);
-            dialogs_.then_file(basin).then(Answer::Yes);
-            EXPECT_FALSE(print());
-            EXPECT_THAT(told().text, HasSubstr("is the basin that is open"));
-            EXPECT_EQ(content(basin), "a basin");
-        }
-    }
-}
-
-TEST_F(PrintToFileTest, AFolderThatIsNotThereIsToldWithItsName) {
-    for (const PrintTarget target : {PrintTarget::Text, PrintTarget::Pdf}) {
-        printers_.then(target);
-        dialogs_.then_file(folder_ / "missing" / (target == PrintTarget::Text ? "a.txt" : "a.pdf"));
-        const std::size_t before = messages();
-        EXPECT_FALSE(print());
-        ASSERT_EQ(messages(), before + 1);
-        EXPECT_THAT(told().text, HasSubstr("missing"));
-        EXPECT_FALSE(fs::exists(folder_ / "missing"));
-    }
-}
-
-TEST_F(PrintToFileTest, AnOlderFileStaysWhereTheNewOneCannotBeWritten) {
-    for (const PrintTarget target : {PrintTarget::Text, PrintTarget::Pdf}) {
-        const fs::path file = folder_.write(target == PrintTarget::Text ? "a.txt" : "a.pdf", "older");
-        fs::permissions(file, fs::perms::owner_read);
-        printers_.then(target);
-        dialogs_.then_file(file).then(Answer::Yes);
-        const std::size_t before = messages();
-        EXPECT_FALSE(print());
-        EXPECT_EQ(messages(), before + 2) << "the question about the older file, then the refusal";
-        EXPECT_EQ(content(file), "older");
-    }
-}
-
-TEST_F(PrintToFileTest, MarginsThatAreTooWideLeaveNoPdf) {
-    session_.settings.page.margins = {4.0F, 1.0F, 4.0F, 1.0F};
-    printers_.then(PrintTarget::Pdf);
-    dialogs_.then_file(folder_ / "a.pdf");
-    EXPECT_FALSE(print());
-    EXPECT_EQ(told().title, "Nivora margin definition error");
-    EXPECT_FALSE(fs::exists(folder_ / "a.pdf"));
-}
-
-TEST_F(PrintToFileTest, AQuestionThatIsAnsweredWithNoLeavesNoPdf) {
-    printers_.then(PrintTarget::Pdf);
-    dialogs_.then_file(folder_ / "a.pdf").then(Answer::No);
-    EXPECT_FALSE(print({.question = Message{.text = "many", .buttons = Buttons::YesNo}}));
-    EXPECT_EQ(messages(), 1U);
-    EXPECT_FALSE(fs::exists(folder_ / "a.pdf"));
 }
 
 }  // namespace

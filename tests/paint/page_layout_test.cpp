@@ -1,11 +1,11 @@
-#include "widgets/page_dialogs.h"
+#include "paint/page_layout.h"
 
 #include <gtest/gtest.h>
 
 namespace nivora {
 namespace {
 
-TEST(PageSetup, AMarginOfZeroIsReadAsOneInch) {
+TEST(PageLayout, AMarginOfZeroIsReadAsOneInch) {
     PageSetup setup;
     setup.margins = {0.0F, 0.5F, 0.75F, 2.0F};
     const QMarginsF margins = page_of(setup).margins(QPageLayout::Inch);
@@ -15,7 +15,7 @@ TEST(PageSetup, AMarginOfZeroIsReadAsOneInch) {
     EXPECT_DOUBLE_EQ(margins.bottom(), 2.0);
 }
 
-TEST(PageSetup, MarginsAndOrientationGoBackInTheirOrder) {
+TEST(PageLayout, MarginsAndOrientationGoBackInTheirOrder) {
     PageSetup setup;
     setup.margins = {0.5F, 0.75F, 1.25F, 1.5F};
     setup.orientation = 2;
@@ -27,7 +27,7 @@ TEST(PageSetup, MarginsAndOrientationGoBackInTheirOrder) {
     EXPECT_EQ(kept.orientation, 2);
 }
 
-TEST(PageSetup, PaperAndUnitFollowTheLocaleAtFirst) {
+TEST(PageLayout, PaperAndUnitFollowTheLocaleAtFirst) {
     const auto first = [](const char* locale) {
         const QPageLayout page = page_of({}, QLocale(QString::fromUtf8(locale)));
         return std::pair{page.pageSize().id(), page.units()};
@@ -38,7 +38,7 @@ TEST(PageSetup, PaperAndUnitFollowTheLocaleAtFirst) {
     EXPECT_EQ(first("en_CA"), (std::pair{QPageSize::Letter, QPageLayout::Millimeter}));
 }
 
-TEST(PageSetup, PaperAndUnitThatWereChosenComeBackWhateverTheLocale) {
+TEST(PageLayout, PaperAndUnitThatWereChosenComeBackWhateverTheLocale) {
     PageSetup setup;
     QPageLayout page = page_of(setup, QLocale(QStringLiteral("en_US")));
     for (const auto& paper : {QPageSize(QPageSize::A4), QPageSize(QPageSize::A3), QPageSize(QPageSize::Legal),
@@ -56,7 +56,7 @@ TEST(PageSetup, PaperAndUnitThatWereChosenComeBackWhateverTheLocale) {
     }
 }
 
-TEST(PageSetup, MarginsStayInInchesWhateverTheUnit) {
+TEST(PageLayout, MarginsStayInInchesWhateverTheUnit) {
     PageSetup setup;
     setup.margins = {0.5F, 0.75F, 1.25F, 1.5F};
     setup.unit = "mm";
@@ -67,24 +67,12 @@ TEST(PageSetup, MarginsStayInInchesWhateverTheUnit) {
     EXPECT_EQ(kept.margins, setup.margins);
 }
 
-TEST(PageSetup, PaperThatNobodyMakesGivesWayToThatOfTheLocale) {
+TEST(PageLayout, AnInvalidPaperIsReplacedByThatOfTheLocale) {
     for (const char* paper : {"", "A4x", "Custom", "0x0", "-5x300", "nanxnan", "9e9x1", "1x2x3"}) {
         PageSetup setup;
         setup.paper = paper;
         EXPECT_EQ(page_of(setup, QLocale(QStringLiteral("de_DE"))).pageSize().id(), QPageSize::A4) << paper;
     }
-}
-
-TEST(ChooseFont, BoldIsEveryWeightButTheNormalOne) {
-    QFont font(QStringLiteral("Sans"));
-    font.setPointSizeF(9.6);
-    EXPECT_EQ(FontChooser::choice_of(font).size, 10);
-    EXPECT_FALSE(FontChooser::choice_of(font).bold);
-    font.setWeight(QFont::Light);
-    font.setItalic(true);
-    EXPECT_TRUE(FontChooser::choice_of(font).bold);
-    EXPECT_TRUE(FontChooser::choice_of(font).italic);
-    EXPECT_EQ(FontChooser::choice_of(font).text, QStringLiteral("Sans 10 300 italic"));
 }
 
 }  // namespace
