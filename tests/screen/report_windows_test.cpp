@@ -1,5 +1,4 @@
-// The choice of reports and their display on a real display: focus, stacking, painted texts, keys and the
-// mouse.
+// The choice of reports and their display on a real screen: focus, stacking, painted texts, keys and mouse.
 
 #include "tests/screen/climate_screen_fixture.h"
 
@@ -10,6 +9,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
+#include <QTextEdit>
 #include <QWindow>
 
 namespace nivora {
@@ -49,7 +49,7 @@ protected:
         results->close();
         await_active(*window_);
     }
-    /// The light of the darkest point: that of the letters of a caption.
+    /// The grey value of the darkest point, which is in the letters of a caption.
     static int darkest(const QImage& image) {
         int least = 255;
         for (int y = 0; y < image.height(); ++y) {
@@ -166,6 +166,52 @@ TEST_F(ReportsOnScreenTest, ASelectedPartIsCopiedAlone) {
             press({"alt+e", "c"});
             EXPECT_EQ(QApplication::clipboard()->text(), selected);
             EXPECT_FALSE(text->textCursor().hasSelection());
+        });
+    });
+}
+
+TEST_F(ReportsOnScreenTest, BothWindowsOpenWhereTheyWereLeft) {
+    QPoint choice_corner;
+    QRect display_frame;
+    choose_reports([&](QWidget& choice) {
+        choice.move(150, 90);
+        press({"space"});
+        click_button(*in<QRadioButton>(&choice, "Option1(1)"));
+        view([&](QWidget& display) {
+            display.resize(600, 420);
+            display.move(220, 130);
+            settle();
+            display_frame = display.frameGeometry();
+        });
+        settle();
+        choice_corner = choice.frameGeometry().topLeft();
+    });
+    choose_reports([&](QWidget& choice) {
+        EXPECT_EQ(choice.frameGeometry().topLeft(), choice_corner);
+        press({"space"});
+        click_button(*in<QRadioButton>(&choice, "Option1(1)"));
+        view([&](QWidget& display) { EXPECT_EQ(display.frameGeometry(), display_frame); });
+    });
+    EXPECT_EQ(modal_windows_seen_, 4);
+}
+
+TEST_F(ReportsOnScreenTest, QuickHelpExplainsAMenuOfTheDisplayWithItsEntries) {
+    choose_reports([&](QWidget& choice) {
+        press({"space"});
+        click_button(*in<QRadioButton>(&choice, "Option1(1)"));
+        view([&](QWidget& display) {
+            const QString title = in<QLabel>(&display, "lblWindow")->text();
+            const auto strip = [&] { return in<QTextEdit>(&display, "lblHelp")->toPlainText(); };
+            quick_help_.set_on(true);
+            settle();
+            press({"alt+r"});
+            EXPECT_TRUE(strip().startsWith(QStringLiteral("The list of reports."))) << from_qt(strip());
+            press({"Down", "Down", "Return"});
+            EXPECT_TRUE(strip().startsWith(QStringLiteral("Temperature Values:"))) << from_qt(strip());
+            keep(display, "file-display-quickhelp.png");
+            press({"Escape"});
+            EXPECT_EQ(in<QLabel>(&display, "lblWindow")->text(), title) << "nothing acts";
+            quick_help_.set_on(false);
         });
     });
 }

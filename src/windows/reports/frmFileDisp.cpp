@@ -24,7 +24,6 @@
 #include <QScrollBar>
 #include <QTextCursor>
 #include <QVBoxLayout>
-#include <algorithm>
 
 namespace nivora {
 namespace {
@@ -46,20 +45,20 @@ constexpr int k_help_help = 21;
 
 constexpr int k_all_reports_entry = 10;
 constexpr int k_tab_columns = 8;
-/// The width of six months, and a margin.
+/// The width of six months and a margin, in characters.
 constexpr int k_columns = 127;
 constexpr int k_lines = 40;
 
-/// "Courier New", or the nearest font of one width that the system has.
+/// "Courier New", or the nearest fixed-pitch font of the system.
 QFont fixed_font() {
-    const auto has_one_width = [](const QFont& font) {
+    const auto is_fixed_pitch = [](const QFont& font) {
         const QFontMetricsF metrics(font);
         return metrics.horizontalAdvance(QLatin1Char('i')) == metrics.horizontalAdvance(QLatin1Char('M'));
     };
     QFont font(QStringLiteral("Courier New"));
     font.setStyleHint(QFont::TypeWriter);
     font.setFixedPitch(true);
-    if (!has_one_width(font)) font.setFamily(QFontDatabase::systemFont(QFontDatabase::FixedFont).family());
+    if (!is_fixed_pitch(font)) font.setFamily(QFontDatabase::systemFont(QFontDatabase::FixedFont).family());
     font.setPointSizeF(QApplication::font().pointSizeF());
     return font;
 }
@@ -110,7 +109,7 @@ frmFileDisp::frmFileDisp(const WindowContext& context, QWidget* parent)
     resize_to_reports();
 }
 
-/// Six months and forty lines, as far as the screen has room for them.
+/// Shows six months and forty lines, as far as the screen has room for them.
 void frmFileDisp::resize_to_reports() {
     const QFontMetricsF metrics(text_->font());
     const int around = 2 * text_->frameWidth() + text_->verticalScrollBar()->sizeHint().width();
@@ -125,6 +124,17 @@ QAction* frmFileDisp::add_entry(QMenu* menu, const QString& name, const QString&
     entry->setObjectName(name);
     entry->setProperty(k_help_line, help);
     return entry;
+}
+
+/// A menu that opens also while QuickHelp is on, so that its entries can be explained; it then shows its own
+/// line.
+QMenu* frmFileDisp::add_menu(const QString& name, const QString& caption, int help) {
+    QMenu* menu = menuBar()->addMenu(caption);
+    menu->setObjectName(name);
+    connect(menu, &QMenu::aboutToShow, this, [this, help] {
+        if (context().quick_help.is_on()) explain_line(help);
+    });
+    return menu;
 }
 
 void frmFileDisp::make_menus() {
@@ -145,9 +155,7 @@ void frmFileDisp::make_menus() {
 }
 
 void frmFileDisp::make_print_menu() {
-    QMenu* menu = menuBar()->addMenu(QStringLiteral("Print"));
-    menu->setObjectName(QStringLiteral("mnuPrint"));
-    menu->menuAction()->setProperty(k_help_line, k_print_help);
+    QMenu* menu = add_menu(QStringLiteral("mnuPrint"), QStringLiteral("Print"), k_print_help);
     const QAction* with = add_entry(menu, QStringLiteral("mnuPrintItm(0)"),
                                     QStringLiteral("&Print with Page Breaks"), k_page_breaks_help);
     const QAction* without = add_entry(menu, QStringLiteral("mnuPrintItm(1)"),
@@ -161,9 +169,7 @@ void frmFileDisp::make_print_menu() {
 }
 
 void frmFileDisp::make_report_menu() {
-    QMenu* menu = menuBar()->addMenu(QStringLiteral("&Reports"));
-    menu->setObjectName(QStringLiteral("mnuRpts"));
-    menu->menuAction()->setProperty(k_help_line, k_reports_help);
+    QMenu* menu = add_menu(QStringLiteral("mnuRpts"), QStringLiteral("&Reports"), k_reports_help);
     const ReportChoice choice(session().basin, session().run);
     for (const Report report : k_all_reports) {
         const int index = static_cast<int>(report);
@@ -187,7 +193,7 @@ void frmFileDisp::show_report_file(const ReportFile& file, const std::string& ti
     text_->setPlainText(shown_);
 }
 
-/// Shows what was made also where a report was refused, as the file holds it.
+/// Shows the new file also if a report was refused: it holds the reports before that one.
 void frmFileDisp::produce(const std::vector<Report>& reports) {
     ReportFileOutcome outcome;
     {
@@ -196,10 +202,9 @@ void frmFileDisp::produce(const std::vector<Report>& reports) {
     }
     if (outcome.problem) session().dialogs.message(*outcome.problem);
     if (!outcome.file) return;
-    const auto made = static_cast<std::size_t>(std::max(outcome.file->made, 1));
-    const std::span shown{reports.data(), std::min(made, reports.size())};
+    // Intended: the title is that of the reports that were asked for, however many of them were made.
     show_report_file(*outcome.file,
-                     display_title(shown, reported_climate_step(session().basin, session().run)));
+                     display_title(reports, reported_climate_step(session().basin, session().run)));
 }
 
 void frmFileDisp::copy() {

@@ -12,7 +12,7 @@ class QPlainTextEdit;
 
 namespace nivora {
 
-/// Shows the text of a report file, replaces it by other reports, copies and prints it.
+/// Shows the text of a report file, makes other reports in its place, copies and prints it.
 class frmFileDisp : public NivoraWindow {
     Q_OBJECT
 
@@ -26,6 +26,7 @@ private:
     void make_menus();
     void make_print_menu();
     void make_report_menu();
+    QMenu* add_menu(const QString& name, const QString& caption, int help);
     QAction* add_entry(QMenu* menu, const QString& name, const QString& caption, int help);
     void resize_to_reports();
     void produce(const std::vector<Report>& reports);
@@ -33,8 +34,8 @@ private:
 
     QLabel* title_;
     QPlainTextEdit* text_;
-    ReportFile file_;  ///< what is shown
-    QString shown_;    ///< its text as it is shown
+    ReportFile file_;  ///< the file that is shown
+    QString shown_;    ///< its text without marks
 };
 
 }  // namespace nivora

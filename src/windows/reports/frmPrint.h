@@ -1,4 +1,4 @@
-// The choice of reports and of where they go.
+// The choice of reports and of their destination.
 #pragma once
 
 #include "reports/report_choice.h"
@@ -15,7 +15,8 @@ class QRadioButton;
 
 namespace nivora {
 
-/// Produces the ticked reports in one file, and prints or shows it. What was ticked is not kept.
+/// Produces the ticked reports in one file, and prints or shows it. The next window begins with nothing
+/// ticked.
 class frmPrint : public NivoraWindow {
     Q_OBJECT
 

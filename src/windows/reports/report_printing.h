@@ -6,9 +6,9 @@
 
 namespace nivora {
 
-/// Prints a report file in front of a window.
+/// Prints a report file; dialogs show in front of the window.
 ///
-/// @param page_breaks false leaves out the heads of tables on the pages that continue one
+/// @param page_breaks false leaves out the table head on pages that continue a table
 void print_report_file(const WindowContext& context, QWidget* window, const ReportFile& file,
                        bool page_breaks);
 

@@ -2,16 +2,20 @@
 #include "tests/windows/reports/report_window_fixture.h"
 
 #include <QClipboard>
+#include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QMenuBar>
+#include <QPageSetupDialog>
 #include <QPlainTextEdit>
 #include <QTextBlock>
 
 namespace nivora {
 namespace {
 
+using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 class FileDisplayTest : public ReportWindowTest {
 protected:
@@ -57,10 +61,20 @@ TEST_F(FileDisplayTest, ItShowsFileTitleAndTextWithMarksAsEmptyLines) {
     EXPECT_EQ(text(), "first line\n\n  second  line\n\nlast line\n");
 }
 
-TEST_F(FileDisplayTest, TheTextIsOfOneWidthReadOnlyAndNotWrapped) {
+TEST_F(FileDisplayTest, TheTextIsInCourierNewOrTheFixedPitchFontOfTheSystem) {
     open();
-    const QFontMetricsF metrics(box()->font());
+    const QFont font = box()->font();
+    const QFontMetricsF metrics(font);
     EXPECT_EQ(metrics.horizontalAdvance(QLatin1Char('i')), metrics.horizontalAdvance(QLatin1Char('M')));
+    EXPECT_THAT(from_qt(font.family()),
+                AnyOf("Courier New", from_qt(QFontDatabase::systemFont(QFontDatabase::FixedFont).family())));
+    EXPECT_EQ(font.styleHint(), QFont::TypeWriter);
+    EXPECT_EQ(font.pointSizeF(), QApplication::font().pointSizeF());
+    EXPECT_EQ(box()->tabStopDistance(), 8 * metrics.horizontalAdvance(QLatin1Char(' ')));
+}
+
+TEST_F(FileDisplayTest, TheTextIsReadOnlyAndNotWrapped) {
+    open();
     EXPECT_TRUE(box()->isReadOnly());
     EXPECT_EQ(box()->lineWrapMode(), QPlainTextEdit::NoWrap);
     QTest::keyClicks(box(), QStringLiteral("typed"));
@@ -139,6 +153,16 @@ TEST_F(FileDisplayTest, PrintAllEndsWithTheFirstRefusedReportAndShowsThoseBefore
     EXPECT_EQ(title(), "Multiple NVR Reports");
 }
 
+TEST_F(FileDisplayTest, PrintAllShowsTheCommonTitleAlsoIfItsFirstReportFails) {
+    BasinDatabase{session_.basin.Work_File, Access::ReadWrite}.execute("DROP TABLE PhysicalData");
+    open();
+    report(10)->trigger();
+    EXPECT_FALSE(dialogs_.messages().empty());
+    EXPECT_FALSE(reports("Temperature Values"));
+    EXPECT_EQ(title(), "Multiple NVR Reports");
+    EXPECT_EQ(text(), shown_report_text(report_file()));
+}
+
 TEST_F(FileDisplayTest, ARefusedReportShowsTheEmptyFile) {
     open();
     report(4)->trigger();
@@ -146,6 +170,22 @@ TEST_F(FileDisplayTest, ARefusedReportShowsTheEmptyFile) {
     EXPECT_EQ(title(), "Zone Degree Days, Observed Precipitation, Snow Covered Area (S)");
     EXPECT_EQ(text(), "");
     EXPECT_EQ(report_file(), "");
+    entry(QStringLiteral("mnuPrintItm(0)"))->trigger();
+    EXPECT_EQ(last_message().text, "There is nothing to print.  Make a report first, then print it.");
+    EXPECT_TRUE(printers_.offered_printers().empty());
+}
+
+TEST_F(FileDisplayTest, PageSetupOpensThePageDialogForItsWindow) {
+    open();
+    session_.settings.page.margins = {0.5F, 0.5F, 0.5F, 0.5F};
+    modal_.then("", [this](QWidget& dialog) {
+        seen_ = qobject_cast<QPageSetupDialog*>(&dialog) != nullptr;
+        EXPECT_EQ(dialog.parentWidget(), display_.get());
+        dialog.close();
+    });
+    entry(QStringLiteral("mnuPrintItm(3)"))->trigger();
+    EXPECT_TRUE(seen_);
+    EXPECT_EQ(session_.settings.page.margins[0], 0.5F) << "cancelled";
 }
 
 TEST_F(FileDisplayTest, AFileThatCannotBeWrittenIsToldAndTheTextStays) {
@@ -205,6 +245,17 @@ TEST_F(FileDisplayTest, CloseKeepsThePositionAndHidesIt) {
     EXPECT_EQ(session_.settings.places[11].left, 40);
 }
 
+TEST_F(FileDisplayTest, ItOpensWhereItWasLeftAndAsLarge) {
+    open();
+    display_->resize(600, 500);
+    display_->move(40, 60);
+    settle();
+    display_->close();
+    open();
+    EXPECT_EQ(display_->pos(), QPoint(40, 60));
+    EXPECT_EQ(display_->size(), QSize(600, 500));
+}
+
 TEST_F(FileDisplayTest, EnterClosesIt) {
     open();
     QTest::keyClick(box(), Qt::Key_Return);
@@ -232,36 +283,100 @@ TEST_F(FileDisplayTest, FiftyThousandLinesShowToTheLast) {
     EXPECT_GE(box()->cursorForPosition(QPoint(2, box()->viewport()->height() - 4)).blockNumber(), 49'998);
 }
 
-TEST_F(FileDisplayTest, EachElementHasItsHelpLine) {
-    open();
-    const QuickHelpTexts texts = Load_QuickHelp(program_.path(), "frmFileDisp");
-    const auto line_of = [](const QObject* element) { return element->property(k_help_line).toInt(); };
-    EXPECT_EQ(line_of(box()), 1);
-    EXPECT_EQ(line_of(in<QLabel>(*display_, QStringLiteral("lblWindow"))), 2);
-    EXPECT_EQ(line_of(in<QLabel>(*display_, QStringLiteral("panel1"))), 3);
-    EXPECT_EQ(line_of(in<QPushButton>(*display_, QStringLiteral("cmdCancel"))), 4);
-    EXPECT_EQ(line_of(entry(QStringLiteral("mnuPrintItm(0)"))), 5);
-    EXPECT_EQ(line_of(entry(QStringLiteral("mnuPrintItm(1)"))), 6);
-    EXPECT_EQ(line_of(entry(QStringLiteral("mnuPrintItm(3)"))), 8);
-    EXPECT_EQ(line_of(entry(QStringLiteral("mnuEditItm"))), 9);
-    for (int index = 0; index < k_reports; ++index) EXPECT_EQ(line_of(report(index)), 10 + index);
-    EXPECT_EQ(line_of(report(10)), 20);
-    EXPECT_EQ(line_of(entry(QStringLiteral("mnuHelp"))), 21);
-    EXPECT_THAT(texts.line(1), HasSubstr("The text of the reports"));
-    EXPECT_THAT(texts.line(9), HasSubstr("Copy to ClipBoard"));
-    EXPECT_THAT(texts.line(18), HasSubstr("Deficit / Gain"));
-    EXPECT_THAT(texts.line(20), HasSubstr("Print All"));
-    EXPECT_THAT(texts.line(21), HasSubstr("Help"));
+/// QuickHelp in the window: a click explains what it hits.
+class FileDisplayHelpTest : public FileDisplayTest {
+protected:
+    FileDisplayHelpTest() {
+        open();
+        quick_help_.set_on(true);
+    }
+
+    /// Clicks a title of the menu bar, which opens its menu. @return the menu; null for a plain entry
+    QMenu* click_bar(const char* caption) {
+        auto* bar = display_->menuBar();
+        for (const QAction* action : bar->actions()) {
+            if (from_qt(action->text()) != caption) continue;
+            QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(action).center());
+            return action->menu();
+        }
+        ADD_FAILURE() << caption;
+        return nullptr;
+    }
+    void click_entry(QMenu* menu, const QString& name) {
+        QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(entry(name)).center());
+    }
+    void expect_line(int line, const std::string& beginning) {
+        EXPECT_EQ(from_qt(display_->help_text()), texts_.line(line)) << line;
+        EXPECT_THAT(texts_.line(line), StartsWith(beginning));
+    }
+
+    const QuickHelpTexts texts_ = Load_QuickHelp(program_.path(), "frmFileDisp");
+};
+
+TEST_F(FileDisplayHelpTest, TheWindowExplainsItselfFirst) { expect_line(0, "File Display: "); }
+
+TEST_F(FileDisplayHelpTest, TheElementsOfTheWindowExplainThemselves) {
+    const auto click = [](QWidget* element) { QTest::mouseClick(element, Qt::LeftButton); };
+    click(box()->viewport());
+    expect_line(1, "The text of the reports.");
+    click(in<QLabel>(*display_, QStringLiteral("lblWindow")));
+    expect_line(2, "The title of the report");
+    click(in<QLabel>(*display_, QStringLiteral("panel1")));
+    expect_line(3, "The file that is shown: NVRrpts.out");
+    click(in<QPushButton>(*display_, QStringLiteral("cmdCancel")));
+    expect_line(4, "Close: ");
+    EXPECT_TRUE(display_->isVisible());
 }
 
-TEST_F(FileDisplayTest, QuickHelpKeepsItsEntriesFromActing) {
-    open();
-    quick_help_.set_on(true);
-    auto* bar = display_->menuBar();
-    QTest::mouseClick(bar, Qt::LeftButton, {},
-                      bar->actionGeometry(entry(QStringLiteral("mnuHelp"))).center());
+TEST_F(FileDisplayHelpTest, ThePrintMenuAndItsEntriesExplainThemselvesAndPrintNothing) {
+    QMenu* menu = click_bar("Print");
+    expect_line(7, "Print menu: ");
+    click_entry(menu, QStringLiteral("mnuPrintItm(0)"));
+    expect_line(5, "Print with Page Breaks: ");
+    click_entry(menu, QStringLiteral("mnuPrintItm(1)"));
+    expect_line(6, "Print without Page Breaks: ");
+    click_entry(menu, QStringLiteral("mnuPrintItm(3)"));
+    expect_line(8, "Page Setup: ");
+    EXPECT_TRUE(printers_.offered_printers().empty());
+    menu->close();
+}
+
+TEST_F(FileDisplayHelpTest, TheEntryOfTheEditMenuExplainsItselfAndCopiesNothing) {
+    QApplication::clipboard()->setText(QStringLiteral("before"));
+    QMenu* menu = click_bar("&Edit");
+    click_entry(menu, QStringLiteral("mnuEditItm"));
+    expect_line(9, "Copy to ClipBoard: ");
+    EXPECT_EQ(clipboard(), "before");
+    menu->close();
+}
+
+TEST_F(FileDisplayHelpTest, TheReportsMenuAndItsEntriesExplainThemselvesAndMakeNoReport) {
+    QMenu* menu = click_bar("&Reports");
+    expect_line(19, "The list of reports.");
+    for (int index = 0; index < k_reports; ++index) {
+        click_entry(menu, QStringLiteral("mnuRptItm(%1)").arg(index));
+        // "Melt Depth (M·S), ..." is explained as "Melt Depth, ...".
+        expect_line(10 + index, report_title(static_cast<Report>(index), 0).substr(0, 8));
+    }
+    click_entry(menu, QStringLiteral("mnuRptItm(10)"));
+    expect_line(20, "Print All: ");
+    EXPECT_EQ(title(), "Temperature Values");
+    EXPECT_FALSE(std::filesystem::exists(report_path()));
+    menu->close();
+}
+
+TEST_F(FileDisplayHelpTest, HelpOnTheBarExplainsItselfAndOpensNothing) {
+    click_bar("&Help");
+    expect_line(21, "Help: opens the help page of this window.");
     EXPECT_FALSE(is_open("frmNVRHelp"));
-    EXPECT_THAT(from_qt(display_->help_text()), HasSubstr("Help: opens the help page of this window."));
+}
+
+TEST_F(FileDisplayHelpTest, WhileItIsOffMenusLeaveTheStripAlone) {
+    quick_help_.set_on(false);
+    const QString before = display_->help_text();
+    QMenu* menu = click_bar("&Reports");
+    EXPECT_EQ(display_->help_text(), before);
+    menu->close();
 }
 
 }  // namespace

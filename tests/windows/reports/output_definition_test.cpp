@@ -32,7 +32,7 @@ protected:
         for (const int report : reports) box(report)->click();
     }
 
-    /// The boxes with a property, by number.
+    /// The numbers of the boxes that have a property.
     template <typename Has>
     [[nodiscard]] std::vector<int> boxes(Has has) const {
         std::vector<int> numbers;
@@ -52,7 +52,7 @@ protected:
         EXPECT_EQ(option(0)->isEnabled(), possible);
         EXPECT_EQ(option(1)->isEnabled(), possible);
     }
-    /// Presses View and gives back the title and text that the display showed.
+    /// Presses View. @return title and text of the display
     std::pair<std::string, std::string> view() {
         std::pair<std::string, std::string> shown;
         option(1)->click();
@@ -66,7 +66,7 @@ protected:
         return shown;
     }
 
-    /// Presses View for reports of which one is refused. A display that opened would fail the test.
+    /// Presses View when a report is refused. The test fails if the display opens.
     void view_refused() {
         option(1)->click();
         command(1)->click();
@@ -297,12 +297,14 @@ TEST_F(OutputDefinitionTest, EachElementHasItsHelpLine) {
     EXPECT_THAT(texts.line(24), HasSubstr("NVRrpts.out"));
 }
 
-TEST_F(OutputDefinitionTest, ItComesBackWhereItWasLeft) {
+TEST_F(OutputDefinitionTest, ItOpensWhereItWasLeft) {
     frmPrint& window = open();
     window.move(50, 70);
+    settle();
     window.close();
     EXPECT_EQ(session_.settings.places[13].top, 70);
     EXPECT_EQ(session_.settings.places[13].left, 50);
+    EXPECT_EQ(open().pos(), QPoint(50, 70));
 }
 
 }  // namespace
