@@ -1,6 +1,7 @@
 // Windows at twice the size on a screen of 1600 x 1000 points.
 
 #include "tests/program/running_nivora.h"
+#include "tests/support/warmer_scenario.h"
 
 #include <gmock/gmock.h>
 
@@ -89,6 +90,30 @@ TEST_F(SmallScreenTest, TheMainWindowAndTheDefinitionFitAndTheirButtonsAreInReac
     // The buttons are in sight though the boxes scroll.
     click(*program, definition, "push button", "Cancel ");
     EXPECT_TRUE(await_gone(*program, definition));
+}
+
+TEST_F(SmallScreenTest, TheEvaluationFitsAndItsButtonsAreInReach) {
+    const UserFolders folders;
+    const auto file = folders.sample();
+    // The simulation of the first row, which is the current one after Open.
+    add_warmer_scenario(file, "ellervane-1996", *day_count({1996, 1, 1}), *day_count({1996, 12, 31}));
+    const std::string basin = file.string();
+    folders.write_settings("[Startup]\nSplashScreen%3A=0\n[Recent%20Files]\n1=" + basin + "\n");
+    const auto program = start(folders, k_twice);
+    ASSERT_TRUE(await_window(*program, k_main_title));
+    open_menu(*program, "alt+f", basin);
+    click(*program, k_main_title, "menu item", basin);
+    ASSERT_TRUE(await(*program, k_main_title, "label", basin));
+    open_menu(*program, "alt+r", "Climate Change");
+    click(*program, k_main_title, "menu item", "Climate Change");
+    const std::string evaluation = "Run a Climate Change ";
+    expect_on_screen(*program, evaluation);
+    // The statistics that a step shows take their room from what scrolls, not from the buttons.
+    click(*program, evaluation, "check box", "Step1:   Winter, Present Climate");
+    ASSERT_TRUE(await(*program, evaluation, "check box", "Step 2:  Winter, Changed Climate"));
+    expect_on_screen(*program, evaluation);
+    click(*program, evaluation, "push button", "Abort");
+    EXPECT_TRUE(await_gone(*program, evaluation));
 }
 
 }  // namespace

@@ -22,7 +22,7 @@ inline void add_warmer_scenario(const std::filesystem::path& file, const std::st
                          std::string{k_no_scenario} + "' AND SimulationFile = '" + simulation + "'");
         const ScenarioIndexRow row{.simulation = simulation,
                                    .scenario = "warmer",
-                                   .winter_end_date = static_cast<double>(*day_count({1998, 3, 31})),
+                                   .winter_end_date = static_cast<double>(winter_end),
                                    .creation_date = std::nullopt,
                                    .comments = "two degrees"};
         add_rows<ScenarioIndexRow>(database, template_table(k_scenario_index), std::span{&row, 1});
