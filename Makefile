@@ -1,6 +1,8 @@
 # The everyday commands. `make help` lists them.
 
 JOBS ?= $(shell nproc)
+# Tests on a display wait more than they compute.
+TEST_JOBS ?= $(shell expr $(JOBS) + 1)
 FUZZ_SECONDS ?= 600
 # More options for the configuration of the release build, such as -DNIVORA_WARNINGS_AS_ERRORS=ON.
 CMAKE_OPTIONS ?=
@@ -25,7 +27,7 @@ run: build ## open the program; without a display, run the bundled sample basin 
 
 test: build ## build and run all tests
 	cmake --build --preset release -j $(JOBS)
-	ctest --preset release -j2
+	ctest --preset release -j $(TEST_JOBS)
 
 bench: build ## run the benchmarks
 	cmake --build --preset release --target nivora_benchmarks -j $(JOBS)
@@ -52,7 +54,7 @@ format: setup ## bring all sources into format
 asan: setup ## build under the address and undefined-behaviour sanitizers and run all tests
 	cmake --preset asan
 	cmake --build --preset asan -j $(JOBS)
-	ctest --preset asan -j2
+	ctest --preset asan -j $(TEST_JOBS)
 
 screenshots: build ## draw every window into build/screenshots, at 96 and at 192 dpi
 	cmake --build --preset release --target nivora_screenshots -j $(JOBS)
