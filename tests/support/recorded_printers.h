@@ -9,7 +9,9 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <deque>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace nivora {
@@ -23,6 +25,8 @@ struct RecordedText {
     std::string text;
     bool bold = false;
     bool underline = false;
+    std::string font = {};  ///< its family
+    double points = 0.0;
 };
 
 /// What was printed, page by page.
@@ -63,7 +67,9 @@ public:
                                      .width = item.width() * transform_.m11() * scale_,
                                      .text = item.text().toUtf8().toStdString(),
                                      .bold = item.font().bold(),
-                                     .underline = item.font().underline()});
+                                     .underline = item.font().underline(),
+                                     .font = item.font().family().toStdString(),
+                                     .points = item.font().pointSizeF()});
     }
     void drawPixmap(const QRectF& /*to*/, const QPixmap& /*picture*/, const QRectF& /*from*/) override {}
     using QPaintEngine::drawPolygon;
@@ -76,25 +82,51 @@ private:
     double scale_ = 1.0;
 };
 
+/// The settings that a recording printer refuses.
+struct RefusedSettings {
+    bool orientation = false;
+    bool paper = false;
+    bool resolution = false;  ///< it has no dots per inch, so that no font has a size
+};
+
 /// A printer that records instead of printing. It can run out of paper after a page.
 class RecordingPrinter : public QPdfWriter {
 public:
-    RecordingPrinter(RecordedJob& job, std::size_t sheets, QIODevice* nowhere)
-        : QPdfWriter(nowhere), job_(job), engine_(job), sheets_(sheets) {}
+    RecordingPrinter(RecordedJob& job, std::size_t sheets, const RefusedSettings& refused,
+                     std::function<void()> before_page, QIODevice* nowhere)
+        : QPdfWriter(nowhere),
+          job_(job),
+          engine_(job),
+          sheets_(sheets),
+          refused_(refused),
+          before_page_(std::move(before_page)) {}
 
     bool newPage() override {
+        if (before_page_) before_page_();
         if (job_.pages.size() >= sheets_) return false;
         job_.pages.emplace_back();
         return true;
     }
+    bool setPageOrientation(QPageLayout::Orientation orientation) override {
+        return !refused_.orientation && QPdfWriter::setPageOrientation(orientation);
+    }
+    bool setPageSize(const QPageSize& size) override {
+        return !refused_.paper && QPdfWriter::setPageSize(size);
+    }
 
 protected:
     [[nodiscard]] QPaintEngine* paintEngine() const override { return sheets_ == 0 ? nullptr : &engine_; }
+    [[nodiscard]] int metric(PaintDeviceMetric which) const override {
+        const bool resolution = which == PdmDpiX || which == PdmDpiY;
+        return resolution && refused_.resolution ? 0 : QPdfWriter::metric(which);
+    }
 
 private:
     RecordedJob& job_;
     mutable RecordingEngine engine_;
     std::size_t sheets_;
+    RefusedSettings refused_;
+    std::function<void()> before_page_;
 };
 
 /// Answers the print dialog in the order of its script; if that is empty, a print goes to the printer.
@@ -116,11 +148,13 @@ public:
         choice.page = offer.page;
         if (vanished) return choice;
         jobs_.push_back({.printer = name, .pages = {}});
-        auto printer = std::make_unique<RecordingPrinter>(jobs_.back(), sheets, &nowhere_);
+        auto printer =
+            std::make_unique<RecordingPrinter>(jobs_.back(), sheets, refused, before_page, &nowhere_);
         printer->setResolution(1200);
         printer->setPageLayout(page_of(offer.page));
         choice.device = std::move(printer);
         choice.has_failed = [this] { return jams; };
+        choice.abort = [this] { ++aborted_jobs_; };
         return choice;
     }
 
@@ -136,17 +170,21 @@ public:
     [[nodiscard]] const std::vector<std::string>& offered_printers() const { return offered_printers_; }
     /// The window in front of which the dialog was last shown.
     [[nodiscard]] const QWidget* window() const { return window_; }
+    [[nodiscard]] int aborted_jobs() const { return aborted_jobs_; }
 
     std::string name = "Laser";
     std::size_t sheets = 1000;  ///< pages that it prints
     bool vanished = false;      ///< it is removed after it was chosen
     bool jams = false;          ///< it reports an error after the print
+    RefusedSettings refused;
+    std::function<void()> before_page;  ///< called before each page except the first
 
 private:
     std::deque<std::optional<PrintTarget>> script_;
     std::deque<RecordedJob> jobs_;
     std::vector<std::string> offered_printers_;
     const QWidget* window_ = nullptr;
+    int aborted_jobs_ = 0;
     QBuffer nowhere_;
 };
 
