@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QPageSize>
+#include <QSize>
+#include <QSizeF>
+
 namespace nivora {
 namespace {
 

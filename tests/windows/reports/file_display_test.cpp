@@ -294,7 +294,7 @@ protected:
     /// Clicks a title of the menu bar, which opens its menu. @return the menu; null for a plain entry
     QMenu* click_bar(const char* caption) {
         auto* bar = display_->menuBar();
-        for (const QAction* action : bar->actions()) {
+        for (QAction* action : bar->actions()) {
             if (from_qt(action->text()) != caption) continue;
             QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(action).center());
             return action->menu();
