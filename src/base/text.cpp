@@ -43,6 +43,33 @@ std::string_view trimmed(std::string_view text) {
     return first == std::string_view::npos ? std::string_view{} : right_trimmed(text.substr(first));
 }
 
+std::string one_line(std::string_view text) {
+    // In UTF-8, the control characters above ASCII are this byte and one of 0x80 to 0x9F.
+    constexpr unsigned char k_high_control = 0xC2;
+    std::string line;
+    line.reserve(text.size());
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const auto byte = static_cast<unsigned char>(text[at]);
+        const bool high = byte == k_high_control && at + 1 < text.size() &&
+                          (static_cast<unsigned char>(text[at + 1]) & 0xE0U) == 0x80U;
+        const bool control = high || byte < 0x20 || byte == 0x7F;
+        line += control ? ' ' : text[at];
+        if (high) ++at;
+    }
+    return line;
+}
+
+std::vector<std::string> split_lines(std::string_view text) {
+    std::vector<std::string> lines;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
+        lines.push_back(one_line(text.substr(0, end)));
+        text.remove_prefix(end);
+        if (!text.empty()) text.remove_prefix(text.starts_with("\r\n") ? 2 : 1);
+    }
+    return lines;
+}
+
 std::string folded_name(std::string_view name) {
     utf8proc_uint8_t* folded = nullptr;
     const auto length = utf8proc_map(

@@ -1,14 +1,22 @@
-// Small text helpers: blanks and the comparison of names.
+// Small text helpers: blanks, lines, the comparison of names.
 #pragma once
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace nivora {
 
 /// The text without blanks, tabs and line ends at either side.
 [[nodiscard]] std::string_view trimmed(std::string_view text);
 [[nodiscard]] std::string_view right_trimmed(std::string_view text);
+
+/// A text on one line: each control character, line ends included, becomes a blank.
+[[nodiscard]] std::string one_line(std::string_view text);
+
+/// The lines of a text, each as `one_line` makes it. CR LF, CR and LF end a line; behind the end of the last
+/// line there is no further one.
+[[nodiscard]] std::vector<std::string> split_lines(std::string_view text);
 
 /// A name in the form in which the store compares names: without regard to case, in every script.
 ///
