@@ -1,5 +1,7 @@
 #include "reports/print_mark_up.h"
 
+#include "base/text.h"
+
 #include <utility>
 
 namespace nivora {
@@ -80,9 +82,14 @@ std::vector<MarkedLine> read_mark_up(std::string_view mark_up, std::size_t page)
 
 std::string mark_up_text(std::string_view plain) {
     std::string text;
-    for (const char character : plain) {
-        if (character == '/') text += '/';
-        text += character;
+    bool first = true;
+    for (const std::string& line : split_lines(plain)) {
+        if (!first) text += "/n";
+        first = false;
+        for (const char character : line) {
+            if (character == '/') text += '/';
+            text += character;
+        }
     }
     return text;
 }

@@ -20,12 +20,13 @@ struct MarkedRun {
 };
 using MarkedLine = std::vector<MarkedRun>;
 
-/// Reads mark-up: /n a new line, /c /r /l the alignment of what follows, /fb1 /fb0 bold on and off, /fu1 /fu0
-/// underline, /p the page's number, // a slash; a slash before anything else stands for itself, and a line
-/// end in the text is a new line. Alignment goes back to the left on a new line, the style stays.
+/// Reads mark-up: /n is a new line, /c /r /l set the alignment of the text that follows, /fb1 /fb0 switch
+/// bold on and off, /fu1 /fu0 underline, /p is the page number and // a slash. A slash before anything else
+/// is a slash, and a line end is a new line. A new line is left aligned and keeps the style.
 [[nodiscard]] std::vector<MarkedLine> read_mark_up(std::string_view mark_up, std::size_t page);
 
-/// A text that mark-up shows as it stands, such as a name with a slash.
+/// Mark-up that shows a text as it is, such as a name with a slash: a line end begins a new line, any other
+/// control character is a blank.
 [[nodiscard]] std::string mark_up_text(std::string_view plain);
 
 }  // namespace nivora

@@ -18,14 +18,14 @@ inline constexpr const char* k_monthly_averages_title = "/lLong Term Monthly Ave
 /// The title of the daily values of a simulation.
 [[nodiscard]] std::string daily_values_title(const std::string& simulation);
 
-/// The header of every page: program, moment, version, title and basin.
+/// The header of every page: program, date and time, version, title and basin.
 ///
 /// @param title in mark-up
 /// @param now   date and time of the print
 [[nodiscard]] std::string grid_print_header(const std::string& title, const std::string& basin_name,
                                             double now);
 
-/// What stands above the rows of a printed scenario.
+/// The text above the rows of a printed scenario.
 struct ScenarioHeading {
     std::string basin_name = {};
     std::string simulation = {};
@@ -37,10 +37,10 @@ struct ScenarioHeading {
 };
 [[nodiscard]] std::string scenario_heading(const ScenarioHeading& heading);
 
-/// What stands below the rows: what each column means.
+/// The text below the rows: the meaning of each column.
 [[nodiscard]] std::string scenario_legend();
 
-/// The foot of a printed scenario.
+/// The footer of a printed scenario.
 [[nodiscard]] std::string scenario_footer(const std::string& basin_file);
 
 }  // namespace nivora

@@ -15,11 +15,11 @@ namespace {
 
 constexpr std::size_t k_head_lines = 11;
 constexpr std::size_t k_page_rule = 82;
-constexpr double k_measured_part = 0.6;  ///< of a page: a table that ends below it is measured
-constexpr double k_kept_free = 1.5;      ///< times the table's height, at the page's end
-constexpr double k_least_points = 4.5;   ///< 125 columns fit wherever 80 hyphens do at 7.25
+constexpr double k_measured_part = 0.6;  ///< of a page: a table that ends below this is measured
+constexpr double k_kept_free = 1.5;      ///< times the height of that table, at the end of the page
+constexpr double k_least_points = 4.5;   ///< 125 columns fit if 80 hyphens fit at 7.25 points
 constexpr double k_smaller = 0.01;       ///< points
-constexpr double k_rounding = 1e-6;      ///< of sums of fractions of a line
+constexpr double k_rounding = 1e-6;      ///< error of sums of fractions of a line
 constexpr std::size_t k_marks_a_rule = 3;
 constexpr std::size_t k_file_rule = 92;
 
@@ -28,21 +28,19 @@ enum class LineKind { Text, Mark, Feed };
 struct SourceLine {
     LineKind kind = LineKind::Text;
     std::string text;
-    bool begins = true;  ///< false where it goes on with the line before it, which was broken
+    bool begins = true;  ///< false for the rest of a line that was broken
 };
 
-/// A character of 30 is the triangle of a difference. No font shows it, or any other control character.
+/// A line with only characters that fonts have. Character 30 is the sign of a difference.
 std::string printable(std::string_view line) {
+    constexpr char k_difference = 0x1E;
     std::string shown;
-    shown.reserve(line.size());
-    for (const char character : line) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (byte == 0x1E) {
-            shown += "Δ";
-        } else {
-            shown += byte < 0x20 || byte == 0x7F ? ' ' : character;
-        }
+    for (std::size_t at = line.find(k_difference); at != std::string_view::npos;
+         at = line.find(k_difference)) {
+        shown += one_line(line.substr(0, at)) + "Δ";
+        line.remove_prefix(at + 1);
     }
+    shown += one_line(line);
     shown.resize(right_trimmed(shown).size());
     return shown;
 }
@@ -79,14 +77,14 @@ std::size_t widest_line(const std::vector<SourceLine>& lines) {
     return widest;
 }
 
-/// The font of a report and what it makes of the page's width.
+/// The font of a report and the columns of a page in it.
 struct ReportFont {
     PrintFont font;
     double column_width = 0.0;
     std::size_t columns = 0;  ///< that fit the page
 };
 
-/// The widest font in which a line fits the page.
+/// The largest font in which a line fits the page.
 ReportFont fitting_font(const PagedDevice& device, std::size_t columns) {
     const double room = device.page().usable_width();
     const std::string line(columns, '-');
@@ -108,7 +106,7 @@ ReportFont fitting_font(const PagedDevice& device, std::size_t columns) {
             .columns = width <= room ? columns : static_cast<std::size_t>(fitting)};
 }
 
-/// Breaks lines that even the smallest font cannot show at a blank, or where there is none within.
+/// Breaks lines that are too long even in the smallest font: at a blank, or anywhere if there is none.
 void break_long_lines(std::vector<SourceLine>& lines, std::size_t columns) {
     std::vector<SourceLine> broken;
     broken.reserve(lines.size());
@@ -128,18 +126,18 @@ void break_long_lines(std::vector<SourceLine>& lines, std::size_t columns) {
     lines = std::move(broken);
 }
 
-/// What stands together: a table with its mark and the lines that end its report page, or the lines between
-/// two form feeds that no mark divides.
+/// Lines that belong together: a table with its mark and the lines that end its report page, or the lines
+/// between two form feeds without a mark.
 struct Unit {
     std::size_t first = 0;
     std::size_t end = 0;   ///< one past its last line
-    std::size_t mark = 0;  ///< of the table; `end` where it is none
+    std::size_t mark = 0;  ///< of the table; `end` if there is none
 
     [[nodiscard]] bool is_table() const { return mark < end; }
 };
 
-/// One past the lines that end a report page, where they follow here: empty ones, a single line of text, a
-/// form feed. Otherwise `at`.
+/// The index after the lines that end a report page, if they are next: empty lines, one line of text, a form
+/// feed. Otherwise `at`.
 std::size_t page_end_from(const std::vector<SourceLine>& lines, std::size_t at) {
     bool version_line = false;
     for (std::size_t next = at; next < lines.size() && lines[next].kind != LineKind::Mark; ++next) {
@@ -205,7 +203,7 @@ private:
         }
     }
 
-    /// One past the last line of a unit that is not empty.
+    /// The index after the last line of a unit that is not empty.
     [[nodiscard]] std::size_t end_of_text(const Unit& unit) const {
         std::size_t end = unit.end;
         while (end > unit.first && lines_[end - 1].text.empty()) --end;
@@ -217,7 +215,7 @@ private:
         return row_ > limit_ || (!print_.No_Table_Head && belongs_on_next_page(unit, end));
     }
 
-    /// An empty line that has no room is left out: it begins no page.
+    /// Leaves out an empty line that does not fit: it begins no page.
     void put_line(std::string_view text, bool within_table) {
         if (job_.pages.empty() && !text.empty()) job_.pages.emplace_back();
         if (row_ + 1.0 > height_ + k_rounding) {
@@ -227,13 +225,13 @@ private:
         put(text);
     }
 
-    /// A table that ends low on the page is taken for the next one's height, so that this is not split.
+    /// Expects the next table to be as high as one that ends low on the page, so that it is not split.
     void end_table() {
         if (row_ > k_measured_part * height_) limit_ = height_ - k_kept_free * rows_from_mark_;
         rows_from_mark_ = 0.0;
     }
 
-    /// Whether a unit would be split here and stands whole on a page of its own.
+    /// Whether a unit would be split here and fits on a page of its own.
     [[nodiscard]] bool belongs_on_next_page(const Unit& unit, std::size_t end) const {
         const auto rows = static_cast<double>(end - unit.first - (unit.mark < end ? 1 : 0));
         return row_ > head_rows_ && row_ + rows > height_ + k_rounding &&
@@ -262,7 +260,7 @@ private:
         }
     }
 
-    /// The lines that begin a further page.
+    /// The number of lines at the head of a further page.
     [[nodiscard]] std::size_t next_head_rows(bool continued) const {
         return 4 + (print_.No_Table_Head ? 0 : head_.size()) + (continued ? 1 : 0);
     }
@@ -293,7 +291,7 @@ private:
     double column_width_;
     std::vector<SourceLine> lines_;
     double height_;           ///< of the page, in lines
-    double limit_;            ///< lines of the page, behind which the next table begins another one
+    double limit_;            ///< lines of the page, after which the next table begins another one
     double row_ = 0.0;        ///< of the next line
     double head_rows_ = 0.0;  ///< of the page's head
     double rows_from_mark_ = 0.0;

@@ -1,4 +1,4 @@
-// The text of reports laid out on pages, and as the text file that a print to a file makes.
+// The text of reports laid out on pages, and as the text file of a print to a file.
 #pragma once
 
 #include "reports/printed_page.h"
@@ -11,17 +11,17 @@ namespace nivora {
 struct ReportPrint {
     std::string text = {};       ///< as ReportGenerator makes it: lines that end with CR LF or LF
     std::string name = {};       ///< of the print job
-    bool No_Table_Head = false;  ///< "without page breaks": tables follow each other, no head is repeated
+    bool No_Table_Head = false;  ///< "without page breaks": tables follow one another, no head is repeated
 };
 
-/// Lays reports out on pages of a device that was set up. Lines are set in the font of reports, smaller where
-/// the widest line needs it. A line that is a form feed is an empty one, behind which the next eleven lines
-/// are the head for pages that follow; a line with character 1 ends a table and is not printed. A page ends
-/// between tables where it can. The last page is not followed by another head.
+/// Lays out reports on the pages of a device that was set up, in the font of reports, which shrinks until the
+/// widest line fits. A line that is a form feed is printed as an empty one; the eleven lines after it are the
+/// head of the pages that follow. A line with character 1 ends a table and is not printed. If possible, pages
+/// end between tables. No head follows the last page.
 [[nodiscard]] PrintedJob lay_out_report(const PagedDevice& device, const ReportPrint& print);
 
-/// The text that a print to a text file writes: form feeds and marks are empty lines, and after every third
-/// mark follow a line of 92 "=" and two empty lines. Lines end with CR LF.
+/// The text file of a print to a file: form feeds and marks are empty lines, and a line of 92 "=" and two
+/// empty lines follow every third mark. Lines end with CR LF.
 [[nodiscard]] std::string report_text_file(std::string_view text);
 
 }  // namespace nivora

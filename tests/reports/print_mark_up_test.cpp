@@ -59,6 +59,12 @@ TEST(MarkUp, ANameIsShownAsItStands) {
     }
 }
 
+TEST(MarkUp, ATextOfSeveralLinesIsShownOnAsMany) {
+    EXPECT_THAT(read_mark_up(mark_up_text("a/n\r\nb\rc\f\x01"), 1),
+                ElementsAre(ElementsAre(MarkedRun{"a/n"}), ElementsAre(MarkedRun{"b"}),
+                            ElementsAre(MarkedRun{"c  "})));
+}
+
 TEST(MarkUp, TheHeaderOfAGridReadsAsSevenLines) {
     const auto lines = read_mark_up(grid_print_header(k_monthly_averages_title, "Alder", 0.0), 1);
     ASSERT_EQ(lines.size(), 7U);

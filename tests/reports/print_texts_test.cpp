@@ -31,9 +31,21 @@ TEST(PrintTexts, AScenarioIsHeadedByItsDatesAndComments) {
                                 .end = day(1998, 9, 30),
                                 .winter_end = day(1998, 3, 31),
                                 .comments = "Two degrees"}),
-              "/nBasin name:   Alder Fork/nSimulation:   wet/nClimate Scenario:  warm/n/nStarting Date:   "
-              "10/01/1997"
-              "/nEnding Date:   09/30/1998/nWinter End Date:  03/31/1998/n/n/fu1Comments/fu0/nTwo degrees");
+              "/nBasin name:   Alder Fork/nSimulation:   wet/nClimate Scenario:  warm/n"
+              "/nStarting Date:   10/01/1997/nEnding Date:   09/30/1998/nWinter End Date:  03/31/1998/n"
+              "/n/fu1Comments/fu0/nTwo degrees");
+}
+
+TEST(PrintTexts, NamesStayOnTheirLinesAndCommentsKeepTheirs) {
+    EXPECT_EQ(daily_values_title("wet\r\n/ncold\f"), "/lSimulation: wet  //ncold ");
+    EXPECT_EQ(scenario_footer("al\nder.mdb"), "/fb0/cBasin Filename:  al der.mdb");
+    EXPECT_EQ(scenario_heading({.basin_name = "Alder\nFork",
+                                .simulation = "we\x01t",
+                                .scenario = "wa\trm",
+                                .comments = "Two degrees,\r\n\fa tenth more rain"}),
+              "/nBasin name:   Alder Fork/nSimulation:   we t/nClimate Scenario:  wa rm/n"
+              "/nStarting Date:   /nEnding Date:   /nWinter End Date:  /n"
+              "/n/fu1Comments/fu0/nTwo degrees,/n a tenth more rain");
 }
 
 TEST(PrintTexts, TheLegendOfAScenarioKeepsItsWords) {

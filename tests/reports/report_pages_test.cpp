@@ -25,7 +25,7 @@ std::string page_line(int page) {
            std::to_string(page);
 }
 
-/// Pages of 60 lines, wide enough for the font as it is.
+/// Pages of 60 lines that are wide enough for the usual font.
 class ReportPages : public testing::Test {
 protected:
     ReportPages() { device_.usable(12000, 60 * 145); }
@@ -111,7 +111,7 @@ TEST_F(ReportPages, APageThatContinuesATableSaysSo) {
 
 TEST_F(ReportPages, TheHeadIsTakenAnewBehindEachFormFeed) {
     const auto printed = pages(numbered("first ", 1, 20) + "\f\r\n" + numbered("second ", 1, 60));
-    // The second part would be split and has room on no page, so that it begins on line 22 of the first.
+    // The second part would be split and fits on no page, so it begins on line 22 of the first one.
     ASSERT_EQ(printed.size(), 2U);
     EXPECT_EQ(printed[0][20], "");
     EXPECT_EQ(printed[0][21], "second 1");
@@ -165,7 +165,7 @@ TEST_F(ReportPages, SmallTablesGoOnUntilOneAndAHalfOfThemNoLongerFit) {
 }
 
 TEST_F(ReportPages, ATableThatWouldBeSplitBeginsAPage) {
-    // 30 lines, and 32 that do not fit behind them. 15 lines of head and 32 fit a page of their own.
+    // 30 lines, and 32 that do not fit after them. 15 lines of head and 32 fit a page of their own.
     const std::string text = numbered("a", 1, 30) + "\x01\r\n" + numbered("b", 1, 32) + "\x01\r\n";
     const auto printed = pages(text);
     ASSERT_EQ(printed.size(), 2U);
@@ -189,7 +189,7 @@ TEST_F(ReportPages, TheLinesThatEndAReportPageStayBelowItsTable) {
     ASSERT_EQ(printed.size(), 2U);
     EXPECT_EQ(printed[0].size(), 49U);
     EXPECT_EQ(printed[0][48], "version 1");
-    // Behind the form feed no head was read yet: the table brings its own.
+    // No head was read after the form feed yet: the table has its own.
     EXPECT_EQ(printed[1][0], page_line(2));
     EXPECT_EQ(printed[1][3], std::string(82, '='));
     EXPECT_EQ(printed[1][4], "b1");
@@ -203,14 +203,14 @@ TEST_F(ReportPages, TwoTablesShareAPageWhereBothFit) {
 }
 
 TEST_F(ReportPages, TheFontShrinksUntilTheWidestLineFits) {
-    // 125 columns at 7.25 points are 10875 twips wide; 9000 are there: 7.25 x 9000 / 10875 = 6.
+    // 125 columns at 7.25 points are 10875 twips wide; the page has 9000: 7.25 x 9000 / 10875 = 6.
     device_.usable(9000, 60 * 145);
     const PrintedJob job = lay_out("short\r\n" + std::string(125, 'x') + "\r\n");
     EXPECT_LE(job.font.points, 6.0);
     EXPECT_GT(job.font.points, 5.985);
     EXPECT_EQ(job.pages[0].texts[1].text, std::string(125, 'x'));
     EXPECT_LE(job.pages[0].texts[1].width, 9000.0);
-    // Lines stand closer: 60 x 7.25 / 6 = 72.5 on a page.
+    // Lines are closer: 60 x 7.25 / 6 = 72.5 on a page.
     EXPECT_EQ(lay_out(numbered(std::string(123, 'x'), 1, 72)).pages.size(), 1U);
 }
 
