@@ -56,7 +56,7 @@ private:
         for (const PrintAlign align : k_alignments) add_part(lines, line, align);
     }
 
-    /// The parts of a line that would overlap stand below each other.
+    /// Puts the parts of a line that would overlap on lines of their own.
     void add_part(std::vector<MarkedLine>& lines, const MarkedLine& line, PrintAlign align) const {
         MarkedLine part;
         for (const MarkedRun& run : line) {
@@ -86,7 +86,7 @@ private:
     double width_;
 };
 
-/// The columns of a sheet: how wide each is, and which stand on a page together.
+/// The columns of a sheet: how wide each is, and which of them share a page.
 class SheetColumns {
 public:
     SheetColumns(const LineMeasure& measure, const PrintedSheet& sheet, double room)
@@ -121,7 +121,7 @@ private:
         return total;
     }
 
-    /// Columns that are repeated may not take more than half of the page, a column no more than the rest.
+    /// Repeated columns may take at most half of the page, and a column no more than the rest of it.
     void limit_widths(double room) {
         key_columns_ = std::min(key_columns_, widths_.size());
         double keys = 0.0;
@@ -231,7 +231,7 @@ private:
         if (group_ != nullptr) put_heads();
     }
 
-    /// Lines of mark-up between the head and the foot, over as many pages as they need.
+    /// Puts lines of mark-up between header and footer, on as many pages as they need.
     void flow(std::string_view mark_up) {
         for (const MarkedLine& line : marks_.fitted(mark_up, job_.pages.size())) {
             if (!room_for(1)) {
@@ -276,7 +276,7 @@ private:
         return wrapped(measure_, sheet_.columns[column].head, columns_.width(column), true);
     }
 
-    /// The heads stand on the rule that divides them from the rows.
+    /// The heads are aligned at the rule that divides them from the rows.
     void put_heads() {
         const std::size_t rows = head_rows();
         double x = page_.left;
@@ -306,7 +306,7 @@ private:
              .width = width});
     }
 
-    /// A row stays on one page where one can hold it.
+    /// A row stays on one page if a page can hold it.
     void put_row(const std::vector<std::string>& row) {
         std::vector<std::vector<std::string>> cells;
         std::size_t height = 1;

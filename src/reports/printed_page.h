@@ -1,4 +1,4 @@
-// A page as it is printed: where each text stands, in twips, and what must hold before one is laid out.
+// A printed page: the place of each text, in twips, and the checks before pages are laid out.
 #pragma once
 
 #include "base/dialogs.h"
@@ -23,7 +23,7 @@ struct PrintFont {
     bool operator==(const PrintFont&) const = default;
 };
 
-/// The font of reports, always bold. Where the first name is refused the second is tried.
+/// The font of reports, always bold. If a device refuses the first name, it is set to the second.
 inline constexpr const char* k_report_font = "Courier New";
 inline constexpr const char* k_report_font_fallback = "Courier";
 inline constexpr double k_report_points = 7.25;
@@ -35,7 +35,7 @@ inline constexpr double k_report_points = 7.25;
 inline constexpr const char* k_sheet_font = "MS Sans Serif";
 inline constexpr double k_sheet_points = 8.25;
 
-/// The paper of a device and the margins that hold on it, in twips.
+/// The paper of a device and its margins, in twips.
 struct PageMetrics {
     int paper_width = 0;
     int paper_height = 0;
@@ -44,7 +44,7 @@ struct PageMetrics {
     int right = 0;
     int bottom = 0;
 
-    /// What lies between the margins; 0 or below where they eat the page.
+    /// The room between the margins; 0 or less if they take up the whole page.
     [[nodiscard]] int usable_width() const { return paper_width - left - right; }
     [[nodiscard]] int usable_height() const { return paper_height - top - bottom; }
 
@@ -58,8 +58,8 @@ struct PrintedText {
     std::string text = {};
     bool bold = false;
     bool underline = false;
-    /// The width that the text takes: a wider one is drawn narrower, so that it never reaches into its
-    /// neighbour or past a margin.
+    /// The width of the text. If a font draws it wider, it is compressed, so that it never overlaps the next
+    /// text or a margin.
     double width = 0.0;
 
     bool operator==(const PrintedText&) const = default;
@@ -77,15 +77,15 @@ struct PrintedPage {
     std::vector<PrintedRule> rules = {};
 };
 
-/// What one print consists of.
+/// The content of one print.
 struct PrintedJob {
     std::string name = {};  ///< as a print queue, or the title of a PDF, shows it
     PrintFont font = {};    ///< of all texts
     std::vector<PrintedPage> pages = {};
 };
 
-/// A printer, or a file of pages, as far as the layout of pages needs to know it. Each set_ function returns
-/// whether the device took the setting.
+/// What the layout of pages needs to know of a printer or of a file of pages. Each set_ function returns
+/// whether the device accepted the setting.
 class PagedDevice {
 public:
     PagedDevice() = default;
@@ -93,19 +93,20 @@ public:
     PagedDevice& operator=(const PagedDevice&) = delete;
     virtual ~PagedDevice() = default;
 
-    /// Takes a fixed-pitch font, or the nearest one that there is.
+    /// Sets a fixed-pitch font, or the nearest available one.
     virtual bool set_font_name(const std::string& family) = 0;
     virtual bool set_font_size(double points) = 0;
     virtual bool set_bold(bool bold) = 0;
     virtual bool set_orientation(std::int32_t orientation) = 0;
-    /// @param inches left, top, right, bottom; 0 where none was set, which is 1 inch, as in the page dialog
+    /// @param inches left, top, right, bottom; 0 for one that was not set,
+    /// which is 1 inch, as in the page dialog
     virtual bool set_margins(const std::array<float, 4>& inches) = 0;
-    /// Takes the paper, in the form of PageSetup::paper; the device's own where it is empty.
+    /// Sets the paper, in the form of PageSetup::paper; the device's own paper if that is empty.
     virtual bool set_page_size(const std::string& paper) = 0;
 
-    /// The page as it was set up.
+    /// The page with the present settings.
     [[nodiscard]] virtual PageMetrics page() const = 0;
-    /// The distance of lines, twips.
+    /// The distance from line to line, twips.
     [[nodiscard]] virtual double line_height(const PrintFont& font) const = 0;
     /// The width of a text on one line, twips.
     [[nodiscard]] virtual double text_width(const PrintFont& font, bool bold,
@@ -113,16 +114,16 @@ public:
 };
 
 /// Sets a device up for reports: font, size, bold, orientation, margins, paper, in this order.
-/// @return what is told of the first setting that the device refuses; nothing where all hold
+/// @return the message about the first setting that the device refuses; nothing if it accepts all
 [[nodiscard]] std::optional<Message> Printer_Setup(PagedDevice& device, const PageSetup& setup);
 
-/// The refusal of a page that is too narrow for reports, or too low for them; nothing where one fits.
+/// The refusal of a page that is too narrow or too low for reports; nothing if they fit.
 ///
-/// @param window the window that prints, whose name decides where its user changes the margins: "frmFileDisp"
-///               has a page set-up of its own
+/// @param window the name of the window that prints: the message tells where to change the margins, and
+///               "frmFileDisp" has a page set-up of its own
 [[nodiscard]] std::optional<Message> margin_refusal(const PagedDevice& device, const std::string& window);
 
-/// What is told of an error during a print.
+/// The message about an error during a print.
 [[nodiscard]] Message print_error(const std::string& text, int number);
 
 }  // namespace nivora

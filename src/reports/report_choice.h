@@ -1,4 +1,4 @@
-// The choice of reports that a user makes before they are produced.
+// The choice of the reports to produce.
 #pragma once
 
 #include "reports/report_catalogue.h"
@@ -14,7 +14,7 @@ enum class ReportDestination { Printer, Viewer };
 /// The boxes of the reports, and the button that ticks or clears them all.
 class ReportChoice {
 public:
-    /// Nothing is ticked at first. What may be chosen is found out here, once.
+    /// Nothing is ticked at first. Which reports may be chosen is determined here, once.
     ReportChoice(const BasinState& basin, const RunState& run);
 
     [[nodiscard]] std::string caption(Report report) const { return report_title(report, climate_step_); }
@@ -24,11 +24,11 @@ public:
     /// The ticked reports in ascending order.
     [[nodiscard]] std::vector<Report> ticked() const;
 
-    /// A report that is not enabled stays as it is.
+    /// Has no effect on a report that is not enabled.
     void tick(Report report, bool on);
-    /// Ticks all enabled reports or clears them, as `all_caption` says, which changes.
+    /// Ticks all enabled reports or clears them, as `all_caption` says, and changes that caption.
     ///
-    /// Intended: boxes that are ticked or cleared one by one do not change that caption.
+    /// Intended: ticking or clearing boxes one by one does not change the caption.
     void tick_or_clear_all();
     [[nodiscard]] const char* all_caption() const { return clears_ ? "&Reset" : "&All"; }
 
@@ -44,13 +44,13 @@ private:
 /// The reports that may be chosen, in ascending order.
 [[nodiscard]] std::vector<Report> choosable_reports(const BasinState& basin, const RunState& run);
 
-/// What a report that can't be chosen waits for, in words for the user; empty for those that always can.
+/// What a report needs before it can be chosen, for the user; empty for a report that needs nothing.
 [[nodiscard]] std::string report_condition(Report report);
 
 /// The caption of the button that produces the reports.
 [[nodiscard]] const char* produce_caption(ReportDestination destination);
 
-/// The title over reports that are shown together: that of a single one, or a common one.
+/// The title of reports that are shown together: that of a single one, or a common one.
 [[nodiscard]] std::string display_title(std::span<const Report> reports, int climate_step);
 
 }  // namespace nivora

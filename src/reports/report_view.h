@@ -1,4 +1,4 @@
-// The text of a report file as a window shows it.
+// The text of a report file on the screen.
 #pragma once
 
 #include <string>
@@ -6,8 +6,8 @@
 
 namespace nivora {
 
-/// The lines of a report file, ended by line feeds alone. The lines that end a page or a block, which hold
-/// nothing but the character 12 or 1, are empty.
+/// The lines of a report file, each ended by a line feed. The lines that end a page or a block, which consist
+/// of the character 12 or 1, are empty.
 [[nodiscard]] std::string shown_report_text(std::string_view file);
 
 }  // namespace nivora

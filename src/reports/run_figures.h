@@ -1,4 +1,4 @@
-// The figures of report 7 that the last run left in memory.
+// The figures of report 7 from the last run in memory.
 #pragma once
 
 #include "engine/run_state.h"
@@ -6,8 +6,8 @@
 
 namespace nivora {
 
-/// What the last run left for the input summary, at the climate step that was taken last. Statistics that it
-/// did not work out are missing; steps 4 and 5 have none, because they compute no discharge.
+/// The figures of the last run, or of the climate step that was taken last, for the input summary. Statistics
+/// that were not computed are missing; steps 4 and 5 have none, because they compute no discharge.
 [[nodiscard]] RunFigures run_figures(const RunState& run);
 
 }  // namespace nivora

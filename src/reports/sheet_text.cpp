@@ -56,7 +56,7 @@ public:
     [[nodiscard]] bool has_heads() const {
         return std::ranges::any_of(sheet_.columns, [](const auto& column) { return !column.head.empty(); });
     }
-    /// A line of the heads, which stand at the lower end of their room.
+    /// A line of the heads, which are aligned at their last line.
     [[nodiscard]] std::string head_line(std::size_t line) const {
         std::vector<std::string> texts;
         for (const auto& head : heads_) {
@@ -88,8 +88,7 @@ private:
     std::size_t head_lines_ = 0;
 };
 
-/// Puts the parts of a line of mark-up where they belong. What does not fit in the middle or at the right
-/// follows behind a blank.
+/// Aligns the parts of a line of mark-up. A part that would overlap the one before follows it after a blank.
 std::string marked_text(const MarkedLine& marked, std::size_t width) {
     std::string line;
     for (const PrintAlign align : {PrintAlign::Left, PrintAlign::Centre, PrintAlign::Right}) {
@@ -118,7 +117,7 @@ void add_mark_up(std::string& text, const std::string& mark_up, std::size_t widt
 void add_sheet(std::string& text, const PrintedSheet& sheet) {
     const TextColumns columns(sheet);
     const std::size_t width = std::max(k_least_width, columns.width());
-    // The table may be far wider than what a screen shows; the texts around it stay in view.
+    // The table may be far wider than a screen; the texts around it stay within one.
     constexpr std::size_t k_most_width = 132;
     const std::size_t head_width = std::min(width, k_most_width);
     add_mark_up(text, sheet.header, head_width);

@@ -8,7 +8,7 @@
 namespace nivora {
 namespace {
 
-/// The lines that title and rule take at the head of a page, and those of its foot.
+/// The lines of title and rule at the head of a page, and those of its foot.
 constexpr int k_head_lines = 2;
 constexpr int k_foot_lines = 2;
 

@@ -9,13 +9,13 @@ namespace nivora {
 
 struct TextPrint {
     std::string text = {};   ///< paragraphs that end with LF
-    std::string title = {};  ///< above each page
+    std::string title = {};  ///< at the head of each page
     std::string name = {};   ///< of the print job
     PrintFont font = {};
 };
 
-/// Lays a text out between the margins, its lines broken where they are too wide: the title and a rule at the
-/// head of each page, "Page 1 of 3" at its foot.
+/// Lays out a text between the margins and breaks lines that are too wide. Each page has the title and a rule
+/// at its head and "Page 1 of 3" at its foot.
 [[nodiscard]] PrintedJob lay_out_text(const PagedDevice& device, const TextPrint& print);
 
 }  // namespace nivora

@@ -9,7 +9,7 @@
 namespace nivora {
 namespace {
 
-constexpr std::size_t k_measured_bytes = 4096;  ///< of a line; a page is never as wide as a longer one
+constexpr std::size_t k_measured_bytes = 4096;  ///< of a line; no page is wide enough for a longer one
 constexpr std::size_t k_first_guess = 16;       ///< characters
 
 /// The lines of a text, without their ends.

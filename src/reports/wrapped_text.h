@@ -1,4 +1,4 @@
-// Texts measured in the font of a print, and broken over lines where they are too wide.
+// Texts measured in the font of a print, and broken into lines if they are too wide.
 #pragma once
 
 #include "reports/printed_page.h"
@@ -14,10 +14,10 @@ class LineMeasure {
 public:
     LineMeasure(const PagedDevice& device, PrintFont font);
 
-    /// Of a text on one line, twips.
+    /// The width of a text on one line, twips.
     [[nodiscard]] double width(std::string_view text, bool bold) const;
-    /// Of the widest line of a text. That of a line of thousands of letters, which is broken anyway, is an
-    /// upper bound.
+    /// The width of the widest line of a text. For a line of thousands of characters, which is broken anyway,
+    /// it is an upper bound.
     [[nodiscard]] double widest_line(std::string_view text, bool bold) const;
 
 private:
@@ -25,8 +25,8 @@ private:
     PrintFont font_;
 };
 
-/// The lines of a text, each no wider than a width: broken at blanks, within a word that is too wide by
-/// itself. A line holds at least one character.
+/// Breaks a text into lines that are no wider than a width: at blanks, or within a word that is too wide by
+/// itself. A line has at least one character.
 [[nodiscard]] std::vector<std::string> wrapped(const LineMeasure& measure, std::string_view text,
                                                double width, bool bold);
 

@@ -12,7 +12,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-/// At 8.25 points a letter is 99 twips wide and a line 165 high; columns stand 160 apart.
+/// At 8.25 points a letter is 99 twips wide and a line 165 high; there are 160 between columns.
 class GridPages : public testing::Test {
 protected:
     GridPages() { device_.usable(6000, 40 * 165); }
@@ -60,7 +60,7 @@ TEST_F(GridPages, HeadsStandOnARuleAboveTheRowsAtTheirColumns) {
         lay_out({.columns = {{"Month"}, {"Mean", PrintAlign::Right}, {"Mid", PrintAlign::Centre}},
                  .rows = {{"January", "1.5", "x"}, {"May", "12.25", "y"}}});
     ASSERT_EQ(job.pages.size(), 1U);
-    // Columns of 7, 5 and 3 letters: 693, 495 and 297 wide, beginning at 1440, 2293 and 2948.
+    // Columns of 7, 5 and 3 letters: 693, 495 and 297 wide, from 1440, 2293 and 2948 on.
     EXPECT_EQ(text_of(job, 0, "Month").x, 1440.0);
     EXPECT_EQ(text_of(job, 0, "Month").y, 1440.0);
     EXPECT_TRUE(text_of(job, 0, "Month").bold);
@@ -116,7 +116,7 @@ TEST_F(GridPages, AWideSheetGoesOnToTheRightBehindItsRowsWithItsHeadsAndKeyColum
         columns.push_back({"Column_" + std::to_string(100 + column)});
     const PrintedJob job =
         lay_out({.columns = columns, .rows = rows(50, 10), .key_columns = 1, .footer = "/cPage /p"});
-    // Rows stand on lines 1 to 38.5, less 30 twips: 37 of them, so that each part takes two pages.
+    // Rows take lines 1 to 38.5, less 30 twips: 37 of them, so that each part needs two pages.
     ASSERT_EQ(job.pages.size(), 6U);
     EXPECT_THAT(texts(job, 0), testing::IsSupersetOf({"Column_101", "Column_105", "1a", "37e", "Page 1"}));
     EXPECT_THAT(texts(job, 0), testing::Not(testing::Contains("Column_106")));

@@ -37,7 +37,7 @@ TEST(PageHead, PutsItsItemsAtTheirColumns) {
 TEST(PageHead, FitsOneLineAtTheLongestDateAndTime) {
     ReportLines lines;
     int page = 1;
-    // 12/31/2001 12:59:59 PM has 22 characters, one short of the label's column.
+    // 12/31/2001 12:59:59 PM has 22 characters, one less than the columns before the label.
     const double longest =
         static_cast<double>(day_count({2001, 12, 31}).value()) + (12 * 3600 + 59 * 60 + 59) / 86400.0;
     write_page_head(lines, page, longest);

@@ -1,4 +1,4 @@
-// A printer of plain numbers: what it was asked is recorded, and every letter is as wide as the next.
+// A printer that records its calls and whose letters all have the same width.
 #pragma once
 
 #include "base/text.h"
@@ -43,7 +43,7 @@ public:
     }
 
     PageMetrics metrics;
-    std::vector<std::string> refused;  ///< the settings that it does not take
+    std::vector<std::string> refused;  ///< the settings that it refuses
     std::vector<std::string> taken;
 
 private:
@@ -54,8 +54,8 @@ private:
     }
 };
 
-/// The texts of a page by line, top to bottom; a line without any is empty. Texts of a line stand in the
-/// order in which they lie on it, a bar between them.
+/// The texts of a page by line, from top to bottom; a line without text is empty. The texts of a line are in
+/// their order from left to right, with a bar between them.
 inline std::vector<std::string> printed_lines(const PrintedPage& page, const PagedDevice& device,
                                               const PrintFont& font) {
     std::vector<PrintedText> texts = page.texts;
@@ -71,7 +71,7 @@ inline std::vector<std::string> printed_lines(const PrintedPage& page, const Pag
     return lines;
 }
 
-/// Every text and rule lies between the margins.
+/// Checks that every text and rule lies between the margins.
 inline void expect_within_margins(const PrintedJob& job, const PagedDevice& device) {
     const PageMetrics page = device.page();
     const double right = page.paper_width - page.right + 1e-3;

@@ -8,7 +8,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Values that tell one another apart, as after a run whose statistics were all worked out.
+/// Distinct values, as after a run that computed all its statistics.
 RunState finished_run() {
     RunState run;
     run.InitialRunoff = 2.5F;
