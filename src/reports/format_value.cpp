@@ -30,14 +30,13 @@ std::string exponent_form(double value, std::size_t width) {
     return in_width(text.substr(0, std::min(mark, room)) + exponent, width);
 }
 
-/// The same as format_number with the pattern, for the values that tables are full of; nothing for a number
-/// that is large, or so near to the middle of two results that its rounding has to be looked at digit by
-/// digit.
+/// The same text as format_number with the pattern, but faster. Nothing for a large number, and for one so
+/// near to the middle of two results that only its decimal digits tell how to round it.
 std::optional<std::string> quick_decimals(double value) {
     constexpr double k_scale = 1.0e5;
     constexpr std::uint64_t k_whole_scale = 100000;
     constexpr double k_largest = 1.0e6;
-    // Far more than what scaling and fifteen significant digits take from or add to the fraction.
+    // Far more than the error of the scaling and of fifteen significant digits.
     constexpr double k_doubtful = 1.0e-3;
     const double size = std::abs(value);
     if (!(size < k_largest)) return std::nullopt;
@@ -52,7 +51,7 @@ std::optional<std::string> quick_decimals(double value) {
 std::string fitted(const std::string& text, double value, std::size_t width) {
     if (text.find('.') > width) return exponent_form(value, width);
     std::string cut = in_width(text, width);
-    // What the cut leaves of a small negative number is a zero.
+    // The cut may leave only zeros of a small negative number.
     if (cut.starts_with('-') && cut.find_first_of("123456789") == std::string::npos)
         cut = in_width(cut.substr(1), width);
     return cut;
@@ -61,18 +60,18 @@ std::string fitted(const std::string& text, double value, std::size_t width) {
 }  // namespace
 
 std::string Format_Value(double value, std::size_t width) {
-    if (std::isnan(value)) return std::string(width, ' ');
+    if (!std::isfinite(value)) return std::string(width, ' ');
     const auto quick = quick_decimals(value);
     return fitted(quick ? *quick : format_number(value, k_pattern), value, width);
 }
 
 std::string format_whole_value(double value, std::size_t width) {
-    if (std::isnan(value)) return std::string(width, ' ');
+    if (!std::isfinite(value)) return std::string(width, ' ');
     return fitted(format_number(value, "0") + k_whole_suffix, value, width);
 }
 
 std::string right_aligned_whole(double value, std::size_t width) {
-    if (std::isnan(value)) return std::string(width, ' ');
+    if (!std::isfinite(value)) return std::string(width, ' ');
     const std::string digits = format_number(value, "0");
     return digits.size() > width ? exponent_form(value, width) : fmt::format("{:>{}}", digits, width);
 }

@@ -4,13 +4,18 @@
 #include "base/single.h"
 #include "tests/support/random_trials.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
+#include <string>
+#include <vector>
 
 namespace nivora {
 namespace {
+
+using testing::ElementsAre;
 
 TEST(FormatValue, IsCutToItsWidthAndFilledWithBlanks) {
     EXPECT_EQ(Format_Value(0.5, 8), "0.50000 ");
@@ -40,6 +45,47 @@ TEST(FormatValue, TakesTheExponentFormWhereTheIntegerPartDoesNotFit) {
     EXPECT_EQ(Format_Value(static_cast<double>(std::numeric_limits<float>::max()), 5), "3.E38");
 }
 
+/// The forms of a value in the widths of the daily tables: 8, 5, 4 and 3.
+std::vector<std::string> forms(double value) {
+    return {Format_Value(value, 8), Format_Value(value, 5), Format_Value(value, 4), Format_Value(value, 3)};
+}
+
+TEST(FormatValue, OfASingleExtremeKeepsTheExponentAndWhatFitsOfTheMantissa) {
+    constexpr auto largest = static_cast<double>(std::numeric_limits<float>::max());
+    // 3.402823E38: the exponent takes three characters and leaves five, two, one and none.
+    EXPECT_THAT(forms(largest), ElementsAre("3.402E38", "3.E38", "3E38", "E38"));
+    // -3.402823E38: the sign is the first character of the mantissa.
+    EXPECT_THAT(forms(-largest), ElementsAre("-3.40E38", "-3E38", "-E38", "E38"));
+}
+
+TEST(FormatValue, OfTheSmallestSinglesIsZero) {
+    constexpr auto smallest = static_cast<double>(std::numeric_limits<float>::min());
+    constexpr auto denormal = static_cast<double>(std::numeric_limits<float>::denorm_min());
+    for (const double value : {smallest, -smallest, denormal, -denormal})
+        EXPECT_THAT(forms(value), ElementsAre("0.00000 ", "0.000", "0.00", "0.0"));
+}
+
+TEST(FormatValue, OfTheFirstNumberThatDoesNotFitTakesTheExponentForm) {
+    // The digits before the point fit in 99999999, 99999, 9999 and 999; one more does not.
+    EXPECT_EQ(Format_Value(100000000.0, 8), "1.0000E8");
+    EXPECT_EQ(Format_Value(99999.0, 5), "99999");
+    EXPECT_EQ(Format_Value(100000.0, 5), "1.0E5");
+    EXPECT_EQ(Format_Value(9999.0, 4), "9999");
+    EXPECT_EQ(Format_Value(10000.0, 4), "1.E4");
+    EXPECT_EQ(Format_Value(-1000.0, 4), "-1E3");
+    EXPECT_EQ(Format_Value(999.0, 3), "999");
+    EXPECT_EQ(Format_Value(1000.0, 3), "1E3");
+    EXPECT_EQ(Format_Value(-100.0, 3), "-E2");
+}
+
+TEST(FormatValue, OfAnInfiniteNumberIsBlank) {
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    EXPECT_THAT(forms(infinite), ElementsAre("        ", "     ", "    ", "   "));
+    EXPECT_EQ(Format_Value(-infinite, 8), "        ");
+    EXPECT_EQ(format_whole_value(infinite, 8), "        ");
+    EXPECT_EQ(right_aligned_whole(-infinite, 3), "   ");
+}
+
 TEST(FormatValue, OfAVerySmallNumberIsZero) { EXPECT_EQ(Format_Value(1e-30, 8), "0.00000 "); }
 
 TEST(FormatValue, OfANegativeZeroBearsNoSign) {
@@ -65,11 +111,16 @@ TEST(FormatValue, AWholeNumberGetsFourZeros) {
 TEST(FormatValue, AWholeNumberStandsAtTheRightOfItsColumns) {
     EXPECT_EQ(right_aligned_whole(1.0, 3), "  1");
     EXPECT_EQ(right_aligned_whole(31.0, 3), " 31");
+    EXPECT_EQ(right_aligned_whole(-31.0, 3), "-31");
+    // 31 days of 32767, and of -32768: 1015777 and -1015808.
+    EXPECT_EQ(right_aligned_whole(1015777.0, 3), "1E6");
+    EXPECT_EQ(right_aligned_whole(-1015808.0, 3), "-E6");
+    EXPECT_EQ(right_aligned_whole(static_cast<double>(std::numeric_limits<float>::max()), 3), "E38");
 }
 
 class FormatValueTrials : public RandomTrials<testing::Test> {
 protected:
-    /// What the pattern alone makes of a number.
+    /// A number in the pattern alone.
     static std::string by_pattern(double value) {
         std::string text = format_number(value, "####0.00000");
         text.resize(24, ' ');
