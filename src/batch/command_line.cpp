@@ -190,6 +190,12 @@ CLI::App& add_import(CLI::App& app, Texts& texts) {
     return import;
 }
 
+/// A melt season run cannot be in No Snow mode.
+void check_no_snow(const Texts& texts) {
+    if (texts.no_snow && texts.kind != "year-round")
+        throw CLI::ValidationError("--no-snow", "is only allowed with --kind year-round");
+}
+
 CLI::App& add_run(CLI::App& app, Texts& texts) {
     CLI::App& run =
         *app.add_subcommand("run", "Run a simulation, keep its results in the basin, print its statistics");
@@ -213,11 +219,7 @@ CLI::App& add_run(CLI::App& app, Texts& texts) {
         ->allow_extra_args(false)
         ->check(CLI::Validator(share_number, "SHARE"));
     run.add_flag("--json", texts.json, "Print JSON");
-    run.callback([&texts] {
-        if (texts.no_snow && texts.kind != "year-round") {
-            throw CLI::ValidationError("--no-snow", "is only allowed with --kind year-round");
-        }
-    });
+    run.callback([&texts] { check_no_snow(texts); });
     return run;
 }
 
@@ -254,7 +256,10 @@ ClimateCommand climate_of(const Texts& texts) {
 
 CLI::App& add_report(CLI::App& app, Texts& texts) {
     CLI::App& report = *app.add_subcommand(
-        "report", "Write reports of a simulation and its last run into a file; the basin is not changed");
+        "report",
+        "Write reports of a simulation and its last run into a file; the basin is not changed. "
+        "If a report is refused, the file holds those before it; "
+        "if the first one is refused, no file is written and an older one stays as it is");
     report.add_option("BASIN.mdb", texts.basin, "Basin file")->required();
     report.add_option("--simulation", texts.simulation, "Name of the simulation")->required();
     report
@@ -274,7 +279,8 @@ CLI::App& add_report(CLI::App& app, Texts& texts) {
         ->capture_default_str();
     report.add_option("--forecast", texts.forecast,
                       "The last run was a forecast that was updated every so many days, 1 to 9");
-    report.add_flag("--no-snow", texts.no_snow, "The last run was in No Snow mode");
+    report.add_flag("--no-snow", texts.no_snow,
+                    "The last run was in No Snow mode; only with --kind year-round");
     report.add_flag("--input-changed", texts.input_changed, "An input has changed since the last run");
     auto* step =
         report.add_option("--step", texts.step, "The results are those of this step of a climate evaluation")
@@ -288,9 +294,9 @@ CLI::App& add_report(CLI::App& app, Texts& texts) {
                     "The report that step 5 wrote; NVR_DfGN.out beside the basin if not given")
         ->needs(step);
     report
-        .add_option("--now", texts.now,
-                    "Date and time that the reports bear, YYYY-MM-DDTHH:MM:SS; now if not given")
+        .add_option("--now", texts.now, "Date and time in the reports, YYYY-MM-DDTHH:MM:SS; now if not given")
         ->check(CLI::Validator(iso_moment, "MOMENT"));
+    report.callback([&texts] { check_no_snow(texts); });
     return report;
 }
 

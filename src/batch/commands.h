@@ -81,7 +81,7 @@ struct ReportCommand {
     int step = 0;                                         ///< of a climate evaluation; 0 a plain run
     std::string scenario;                                 ///< of the evaluation
     std::optional<std::filesystem::path> climate_report;  ///< beside the basin if not given
-    std::optional<double> now;                            ///< date and time that the reports bear
+    std::optional<double> now;                            ///< date and time in the reports
     std::chrono::milliseconds wait = k_usual_wait;
 };
 
@@ -116,7 +116,8 @@ int run_command(const RunCommand& command, BatchDialogs& dialogs, std::ostream& 
 /// prints the statistics of each step and the seasonal summary.
 int climate_command(const ClimateCommand& command, BatchDialogs& dialogs, std::ostream& out);
 
-/// Writes reports of the basin and its last run into a file. The basin stays as it is.
+/// Writes reports of the basin and its last run into a file, up to a refused one. The basin stays as it is,
+/// and so does the file if the first report is refused.
 int report_command(const ReportCommand& command, BatchDialogs& dialogs);
 
 /// Creates a climate scenario of a simulation, or replaces the one of its name. A refused

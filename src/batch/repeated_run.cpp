@@ -24,8 +24,8 @@ RepeatedRun repeat_run(BasinDatabase& database, const BasinState& basin, const R
     const PrivateFolder folder;
     const std::filesystem::path file = folder.path() / "basin.mdb";
     copy_open_basin(database, file);
-    std::ostringstream unheard;
-    BatchDialogs dialogs{unheard, false};
+    std::ostringstream discarded;
+    BatchDialogs dialogs{discarded, false};
     dialogs.accept_proposals();
     BasinState copied_basin = basin;
     copied_basin.Work_File = copied_basin.Basin_File = file;

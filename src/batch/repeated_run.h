@@ -1,4 +1,4 @@
-// What the last run of a basin left in memory, for a program that did not make that run itself.
+// The last run of a basin repeated, for results of it that are not in the basin.
 #pragma once
 
 #include "engine/run_state.h"
@@ -9,18 +9,17 @@
 
 namespace nivora {
 
-/// What a repeated run left.
 struct RepeatedRun {
-    std::optional<RunState> run;  ///< nothing where it did not reach its end
-    std::string reason;           ///< why not, as the run said it
+    std::optional<RunState> run;  ///< nothing if it did not reach its end
+    std::string reason;           ///< why not: the last message of the run
 };
 
 /// Repeats the run of the current simulation, or the steps of its climate evaluation up to `ClimateStep`, on
-/// a private copy of the basin. Questions are answered so that the run goes on.
+/// a private copy of the basin. Its questions are answered so that it goes on.
 ///
 /// @param basin with the simulation selected
 /// @param asked kind, interval, climate step, scenario and No Snow mode of the run
-/// @throws StoreError, FileError where the copy can't be made
+/// @throws StoreError, FileError if the copy cannot be made
 [[nodiscard]] RepeatedRun repeat_run(BasinDatabase& database, const BasinState& basin, const RunState& asked);
 
 }  // namespace nivora

@@ -23,6 +23,7 @@ namespace nivora {
 namespace {
 
 constexpr const char* k_report_file = "NVRrpts.out";
+constexpr const char* k_no_step = "No such climate step";
 constexpr int k_last_winter_step = 2;
 
 std::filesystem::path beside(const std::filesystem::path& basin, const char* name) {
@@ -41,6 +42,33 @@ bool take_kind(RunState& run, const ReportCommand& command, BatchDialogs& dialog
     return true;
 }
 
+/// The days that a climate step computes; nothing after a report.
+std::optional<Period> step_period(const BasinState& basin, const ScenarioIndexRow& scenario, int step,
+                                  BatchDialogs& dialogs) {
+    if (const auto problem = period_problem(basin, RunState{})) {
+        dialogs.report_problem(k_no_step, fmt::format("The steps of an evaluation have no period: {}. {}.",
+                                                      problem->cause, problem->remedy));
+        return std::nullopt;
+    }
+    if (!scenario.winter_end_date) {
+        dialogs.report_problem(
+            k_no_step, fmt::format("The scenario '{}' has no winter end date, so the steps of its evaluation "
+                                   "have no period. Enter the date in the scenario window, or store the "
+                                   "scenario again with nivora-batch scenario --winter-end.",
+                                   scenario.scenario));
+        return std::nullopt;
+    }
+    const DayCount winter_end = whole_day(*scenario.winter_end_date);
+    if (step <= k_last_winter_step) return Period{*basin.Current_Start, winter_end};
+    return Period{winter_end + 1, *basin.Current_End};
+}
+
+/// Whether the results table has a row of a period.
+bool has_results(BasinDatabase& database, const Period& period) {
+    return period.days() > 0 && database.has_table(k_sim_results) &&
+           count_days(database, k_sim_results, period) > 0;
+}
+
 /// Sets the climate step that was taken last, with its scenario and period; false after a report.
 bool take_step(BasinDatabase& database, Session& session, const ReportCommand& command,
                BatchDialogs& dialogs) {
@@ -48,31 +76,28 @@ bool take_step(BasinDatabase& database, Session& session, const ReportCommand& c
     const BasinState& basin = session.basin;
     const auto scenario = stored_scenario(database, basin, command.scenario, dialogs);
     if (!scenario) return false;
-    if (!basin.Current_Start || !basin.Current_End || !scenario->winter_end_date) {
+    const auto period = step_period(basin, *scenario, command.step, dialogs);
+    if (!period) return false;
+    if (!has_results(database, *period)) {
         dialogs.report_problem(
-            "No such climate step",
-            fmt::format("The scenario '{}' has no winter end date, or the simulation '{}' no start or end: "
-                        "no step of its evaluation has a period.",
-                        scenario->scenario, basin.Current_Sim_Name));
+            "No results",
+            fmt::format("The basin has no results of the simulation '{}' from {} to {}, the period of step "
+                        "{}. Evaluate the scenario up to this step, then report it: nivora-batch climate "
+                        "'{}' --simulation '{}' --scenario '{}' --last-step {}",
+                        basin.Current_Sim_Name, long_date_text(period->start), long_date_text(period->end),
+                        command.step, path_text(command.basin), basin.Current_Sim_Name, scenario->scenario,
+                        command.step));
         return false;
     }
-    const DayCount winter_end = whole_day(*scenario->winter_end_date);
-    const bool winter = command.step <= k_last_winter_step;
     RunState& run = session.run;
     run.ClimateStep = command.step;
     run.ScenarioName = scenario->scenario;
-    run.RunStart = winter ? *basin.Current_Start : winter_end + 1;
-    run.RunEnd = winter ? winter_end : *basin.Current_End;
+    run.RunStart = period->start;
+    run.RunEnd = period->end;
     return true;
 }
 
-/// Whether the results table holds a day of the current simulation.
-bool has_results(BasinDatabase& database, const BasinState& basin) {
-    if (!basin.Current_Start || !basin.Current_End || !database.has_table(k_sim_results)) return false;
-    return count_days(database, k_sim_results, {*basin.Current_Start, *basin.Current_End}) > 0;
-}
-
-/// Brings the session to where a program is that has made the run of the options; false after a report.
+/// Brings the session to the state of a program that has made the run of the options; false after a report.
 bool take_state(BasinDatabase& database, Session& session, const ReportCommand& command,
                 BatchDialogs& dialogs) {
     if (!select_in(session, database, command.basin, command.simulation, dialogs)) return false;
@@ -80,7 +105,8 @@ bool take_state(BasinDatabase& database, Session& session, const ReportCommand& 
     if (!take_step(database, session, command, dialogs)) return false;
     BasinState& basin = session.basin;
     basin.Input_Changed = command.input_changed;
-    basin.Output_Valid = has_results(database, basin);
+    basin.Output_Valid =
+        has_results(database, ReportPeriod{basin.Current_Start, basin.Current_End}.covered());
     if (basin.Output_Valid) session.run.LastRunSimulation = basin.Current_Sim_Name;
     return true;
 }
@@ -93,7 +119,7 @@ std::vector<Report> asked_reports(const Session& session, const ReportCommand& c
     return reports;
 }
 
-/// The discharges of a run's period on the days that the results table has, and nothing else of them.
+/// The discharges of a run's period on the days that the results table has, without its other columns.
 SimResults discharges(BasinDatabase& database, const RunState& run) {
     constexpr std::array<std::string_view, 3> k_fields{"ActualQ", "DailyQ", "DailyQPresent"};
     const DailyColumns columns =
@@ -112,11 +138,11 @@ SimResults discharges(BasinDatabase& database, const RunState& run) {
     return results;
 }
 
-/// The statistics of the results as they stand in the table. What can't be worked out is left blank.
+/// The statistics of the results in the table. What cannot be computed stays missing.
 void take_statistics(BasinDatabase& database, RunState& run, BatchDialogs& dialogs) {
     run.statistics = StatisticsReach::Nothing;
-    std::ostringstream unheard;
-    BatchDialogs quiet{unheard, false};
+    std::ostringstream discarded;
+    BatchDialogs quiet{discarded, false};
     try {
         const SimResults results = discharges(database, run);
         static_cast<void>(Run_Statistics(results, run_rows(results, run.RunStart, run.RunEnd), run, quiet));
@@ -125,11 +151,11 @@ void take_statistics(BasinDatabase& database, RunState& run, BatchDialogs& dialo
     }
 }
 
-/// What the input summary shows beside the results table.
+/// The figures of the input summary that the results table does not hold.
 RunFigures summary_figures(BasinDatabase& database, const Session& session, BatchDialogs& dialogs) {
     const RepeatedRun repeated = repeat_run(database, session.basin, session.run);
     RunState run = repeated.run.value_or(session.run);
-    const ReportPeriod period = report_period(session.basin, session.run);
+    const Period period = report_period(session.basin, session.run).covered();
     run.RunStart = period.start;
     run.RunEnd = period.end;
     take_statistics(database, run, dialogs);
@@ -142,7 +168,9 @@ RunFigures summary_figures(BasinDatabase& database, const Session& session, Batc
     return figures;
 }
 
-/// Makes the reports and writes those that could be made. @return whether none was refused
+/// Makes the reports and writes those that were made. If the first one is refused, the file stays as it is: a
+/// script that goes on must not find an empty one.
+/// @return whether none was refused
 bool make(const ReportCommand& command, BatchDialogs& dialogs) {
     const std::filesystem::path out = command.out.value_or(beside(command.basin, k_report_file));
     const std::filesystem::path climate_report =

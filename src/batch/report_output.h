@@ -8,15 +8,15 @@
 
 namespace nivora {
 
-/// How a report file is written, by the end of its name.
+/// The form of a report file, by the end of its name.
 enum class ReportForm { Text, Pdf };
 
 /// Nothing for a name that ends neither in .txt or .out nor in .pdf, in any case.
 [[nodiscard]] std::optional<ReportForm> report_form(const std::filesystem::path& file);
 
-/// Writes the file whole or not at all.
+/// Writes the whole file, or leaves the old one.
 ///
-/// @param never files that must not be replaced, whatever name or link leads to them
+/// @param never files that must not be replaced, by whatever name or link
 /// @throws FileError
 void write_report_file(const std::filesystem::path& file, const std::string& text,
                        const std::vector<std::filesystem::path>& never);

@@ -1,14 +1,13 @@
 #include "reports/daily_reports.h"
 
 #include "base/durable_file.h"
-#include "store/daily_columns.h"
 
 namespace nivora {
 namespace {
 
 constexpr const char* k_stale_note =
-    "** - Variables and/or parameters have changed.  To insure accuracy of DDs, please rerun this "
-    "simulation.";
+    "** - Variables and/or parameters have changed.  "
+    "To insure accuracy of DDs, please rerun this simulation.";
 
 const std::vector<CellSlot> k_one_value{{.offset = 5}};
 const std::vector<CellSlot> k_two_values{{.offset = 0}, {.offset = 10}};
@@ -19,94 +18,101 @@ const std::vector<CellSlot> k_four_values{{.offset = 0, .width = 4},
                                           {.offset = 10, .width = 3, .whole = true},
                                           {.offset = 14, .width = 4}};
 
-/// Which fields of which table a report shows, and how.
+using FieldNames = std::vector<std::string_view>;
+
+/// What a report shows, and how.
 struct DailyChoice {
-    std::string table;
-    std::vector<std::string_view> fields;
-    std::string column_head;
-    std::vector<CellSlot> slots;
+    ReportFields source = {};
+    std::string column_head = {};
+    std::vector<CellSlot> slots = {};
     bool by_zone = true;
 };
 
-bool changed_inputs(int step) { return step == 2 || step >= 4; }
+/// Whether a step computes with the changed climate. Its degree days and precipitation are those reported.
+bool computes_changed_climate(int step) { return step == 2 || step >= 4; }
 
 DailyChoice temperatures(const Simulation& simulation, int step) {
     DailyChoice choice;
-    choice.table = step > 0 ? k_sim_results : k_physical_data;
+    choice.source.table = step > 0 ? k_sim_results : k_physical_data;
     if (simulation.temperature_values.value_or(0) == 1) {
-        choice.fields = step > 0 ? std::vector<std::string_view>{"TMaxCC", "TminCC"}
-                                 : std::vector<std::string_view>{"Tmax", "Tmin"};
+        choice.source.fields = step > 0 ? FieldNames{"TMaxCC", "TminCC"} : FieldNames{"Tmax", "Tmin"};
         choice.column_head = "Maximum   Minimum ";
         choice.slots = k_two_values;
         choice.by_zone = false;
         return choice;
     }
-    choice.fields = {step > 0 ? "TAvgCC" : "Tavg"};
+    choice.source.fields = {step > 0 ? "TAvgCC" : "Tavg"};
     choice.column_head = "     Average      ";
     choice.slots = k_one_value;
     choice.by_zone = simulation.temperature.value_or(Distribution::Basinwide) == Distribution::ByZone;
     return choice;
 }
 
+DailyChoice degree_day_factors(const Simulation& simulation, int step) {
+    return {
+        .source = {.table = step > 0 ? std::string{k_sim_results} : simulation.name,
+                   .fields = step > 0 ? FieldNames{"ANCC", "CSCC", "CRCC"} : FieldNames{"An", "Cs", "Cr"}},
+        .column_head = "   a    Cs    Cr  ",
+        .slots = k_three_values};
+}
+
+DailyChoice lapse_rates(const Simulation& simulation, int step) {
+    return {.source = {.table = step > 0 ? std::string{k_sim_results} : simulation.name,
+                       .fields = step > 0 ? FieldNames{"LRCC", "TcritCC", "RCACC", "LagTimeCC"}
+                                          : FieldNames{"LapseRate", "Tcrit", "RCA", "LagTime"}},
+            .column_head = " Lr    Tc  RCA  LT",
+            .slots = k_four_values};
+}
+
+DailyChoice degree_days(int step, bool stale) {
+    const bool changed = computes_changed_climate(step);
+    std::string_view cover = "SCA";
+    if (step == 2) cover = "SCACC";
+    if (step == 6) cover = "SCAclimWAMA";
+    DailyChoice choice{
+        .source = {.table = std::string{k_sim_results},
+                   .fields = {changed ? "ZoneDDCC" : "ZoneDD", changed ? "PrecipCC" : "Precip", cover}},
+        .column_head = "  DD     P     S  ",
+        .slots = k_three_values};
+    choice.slots[0].stars = stale;
+    return choice;
+}
+
+DailyChoice melt() {
+    return {.source = {.table = std::string{k_sim_results}, .fields = {"ZonalMelt", "M1S", "Cpr"}},
+            .column_head = " M·S   M(1-S)  CPr",
+            .slots = k_three_values};
+}
+
 DailyChoice runoff(int step) {
     std::string head = "Measured  Computed";
     if (step == 2) head = "Measured  CompClim";
     if (step == 6) head = " Present   Changed";
-    return {.table = k_sim_results,
-            .fields = {step == 6 ? "DailyQPresent" : "ActualQ", step == 3 ? "DailyQPresent" : "DailyQ"},
+    return {.source = {.table = std::string{k_sim_results},
+                       .fields = {step == 6 ? "DailyQPresent" : "ActualQ",
+                                  step == 3 ? "DailyQPresent" : "DailyQ"}},
             .column_head = head,
             .slots = k_two_values,
             .by_zone = false};
 }
 
-DailyChoice degree_days(int step, bool stale) {
-    const bool changed = changed_inputs(step);
-    std::string_view cover = "SCA";
-    if (step == 2) cover = "SCACC";
-    if (step == 6) cover = "SCAclimWAMA";
-    DailyChoice choice{.table = k_sim_results,
-                       .fields = {changed ? "ZoneDDCC" : "ZoneDD", changed ? "PrecipCC" : "Precip", cover},
-                       .column_head = "  DD     P     S  ",
-                       .slots = k_three_values};
-    choice.slots[0].stars = stale;
+DailyChoice choice_of(Report report, const ReportSources& sources) {
+    const Simulation& simulation = *sources.basin.current_simulation();
+    const int step = reported_climate_step(sources.basin, sources.run);
+    DailyChoice choice;
+    switch (report) {
+        case Report::Temperatures: choice = temperatures(simulation, step); break;
+        case Report::DegreeDayFactors: choice = degree_day_factors(simulation, step); break;
+        case Report::LapseRates: choice = lapse_rates(simulation, step); break;
+        case Report::DegreeDays: choice = degree_days(step, sources.basin.Input_Changed); break;
+        case Report::Melt: choice = melt(); break;
+        default: choice = runoff(step); break;
+    }
+    choice.source.zones = choice.by_zone ? sources.basin.ZoneCount : 1;
     return choice;
 }
 
-DailyChoice choice_of(Report report, const ReportSources& sources, const Simulation& simulation, int step) {
-    const std::string parameters = step > 0 ? std::string{k_sim_results} : simulation.name;
-    switch (report) {
-        case Report::Temperatures: return temperatures(simulation, step);
-        case Report::DegreeDayFactors:
-            return {.table = parameters,
-                    .fields = step > 0 ? std::vector<std::string_view>{"ANCC", "CSCC", "CRCC"}
-                                       : std::vector<std::string_view>{"An", "Cs", "Cr"},
-                    .column_head = "   a    Cs    Cr  ",
-                    .slots = k_three_values};
-        case Report::LapseRates:
-            return {.table = parameters,
-                    .fields = step > 0
-                                  ? std::vector<std::string_view>{"LRCC", "TcritCC", "RCACC", "LagTimeCC"}
-                                  : std::vector<std::string_view>{"LapseRate", "Tcrit", "RCA", "LagTime"},
-                    .column_head = " Lr    Tc  RCA  LT",
-                    .slots = k_four_values};
-        case Report::DegreeDays: return degree_days(step, sources.basin.Input_Changed);
-        case Report::Melt:
-            return {.table = k_sim_results,
-                    .fields = {"ZonalMelt", "M1S", "Cpr"},
-                    .column_head = " M·S   M(1-S)  CPr",
-                    .slots = k_three_values};
-        default: return runoff(step);
-    }
-}
-
 }  // namespace
-
-ReportPeriod report_period(const BasinState& basin, const RunState& run) {
-    if (reported_climate_step(basin, run) > 0) return {.start = run.RunStart, .end = run.RunEnd};
-    const Simulation* simulation = basin.current_simulation();
-    if (simulation == nullptr || !simulation->start || !simulation->end) return {.start = 1, .end = 0};
-    return {.start = *simulation->start, .end = *simulation->end};
-}
 
 ReportHead report_head(const ReportSources& sources) {
     const auto& [database, basin, run, now] = sources;
@@ -126,27 +132,27 @@ ReportHead report_head(const ReportSources& sources) {
             .today = whole_day(now)};
 }
 
-void write_daily_report(ReportLines& lines, int& pages, Report report, const ReportSources& sources) {
-    const Simulation* simulation = sources.basin.current_simulation();
-    if (simulation == nullptr) return;
-    const int step = reported_climate_step(sources.basin, sources.run);
-    const DailyChoice choice = choice_of(report, sources, *simulation, step);
+ReportFields daily_report_fields(Report report, const ReportSources& sources) {
+    return choice_of(report, sources).source;
+}
+
+void write_daily_report(ReportLines& lines, int& pages, Report report, const ReportSources& sources,
+                        ReportTables& tables) {
+    const DailyChoice choice = choice_of(report, sources);
     DailyTable table;
     table.head = report_head(sources);
-    table.title = report_title(report, step);
+    table.period = report_period(sources.basin, sources.run).covered();
+    table.title = report_title(report, reported_climate_step(sources.basin, sources.run));
     table.column_head = choice.column_head;
     table.slots = choice.slots;
     table.zone_sum = report == Report::Melt;
     if (report == Report::DegreeDays && sources.basin.Input_Changed) table.note = k_stale_note;
-    const int zones = choice.by_zone ? sources.basin.ZoneCount : 1;
-    const DailyColumns columns = read_daily_columns(sources.database, choice.table, choice.fields, zones,
-                                                    table.head.start, table.head.end);
-    for (int zone = 1; zone <= zones; ++zone) {
+    const ReportColumns columns = tables.read(choice.source);
+    for (int zone = 1; zone <= choice.source.zones; ++zone) {
         DailySeries series;
-        if (choice.by_zone) series.zone_letter = static_cast<char>('A' + zone - 1);
-        for (std::size_t field = 0; field < choice.fields.size(); ++field) {
+        if (choice.by_zone) series.zone_letter = zone_letter(zone);
+        for (std::size_t field = 0; field < choice.source.fields.size(); ++field)
             series.columns.push_back(columns.column(zone, field));
-        }
         table.series.push_back(std::move(series));
     }
     write_daily_table(lines, pages, table, sources.now);

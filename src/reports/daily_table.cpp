@@ -20,7 +20,7 @@ constexpr std::size_t k_day_columns = 4;
 constexpr int k_most_days = 31;
 constexpr const char* k_star_text = "  ** ";
 
-/// The days of a month that lie in the period, as positions in the series.
+/// The days of a month in the period.
 struct MonthSpan {
     int month = 1;
     DayCount month_start = 0;
@@ -51,7 +51,7 @@ public:
           pages_(pages),
           table_(table),
           now_(now),
-          months_(months_of(table.head.start, table.head.end)) {}
+          months_(months_of(table.period.start, table.period.end)) {}
 
     void write(const DailySeries& series) {
         for (std::size_t first = 0; first < months_.size(); first += k_months_a_block) {
@@ -93,18 +93,18 @@ private:
                 lines_.text(std::string(k_cell, ' '));
                 continue;
             }
-            const auto at = static_cast<std::size_t>(date - table_.head.start);
+            const auto at = static_cast<std::size_t>(date - table_.period.start);
             lines_.text("  " + cell([&](std::size_t column) { return series.columns[column][at]; }));
         }
         lines_.end_line();
     }
 
-    /// The label takes the two blanks before the first month's values.
+    /// The label takes the place of the two blanks before the values of the first month.
     void write_total(const char* label, const DailySeries& series, std::span<const MonthSpan> block,
                      bool from_start) {
         bool first = true;
         for (const MonthSpan& month : block) {
-            const DayCount start = from_start ? table_.head.start : month.first;
+            const DayCount start = from_start ? table_.period.start : month.first;
             lines_.text(first ? label : "  ");
             lines_.text(cell([&](std::size_t column) { return sum(series, column, start, month.last); }));
             first = false;
@@ -115,7 +115,7 @@ private:
     void write_zone_sum(const DailySeries& series) {
         double total = 0.0;
         for (std::size_t column = 0; column < series.columns.size(); ++column) {
-            const double part = sum(series, column, table_.head.start, table_.head.end);
+            const double part = sum(series, column, table_.period.start, table_.period.end);
             if (!std::isnan(part)) total += part;
         }
         lines_.line("Total zone runoff input for above period = " + Format_Value(total, 8));
@@ -143,7 +143,7 @@ private:
         double total = 0.0;
         bool any = false;
         for (DayCount day = first; day <= last; ++day) {
-            const double value = series.columns[column][static_cast<std::size_t>(day - table_.head.start)];
+            const double value = series.columns[column][static_cast<std::size_t>(day - table_.period.start)];
             if (std::isnan(value)) continue;
             total += value;
             any = true;

@@ -16,11 +16,11 @@ constexpr std::size_t k_elevation_column = 43;
 
 void write_pair(ReportLines& lines, const std::string& label, const std::string& value) {
     lines.text(label);
-    if (!value.empty()) lines.tab(k_value_column).text(value);
+    if (!value.empty()) lines.tab(k_value_column).user_text(value);
     lines.end_line();
 }
 
-/// First and last day of the daily data; empty where there are none.
+/// First and last day of the daily data; empty without any.
 std::string record_text(BasinDatabase& database) {
     const RecordExtent record = scan_daily_table(database, k_physical_data);
     if (record.count == 0) return {};
@@ -69,7 +69,7 @@ void write_zones(ReportLines& lines, const BasinState& basin) {
     const auto zones = std::min(basin.zones.size(), static_cast<std::size_t>(basin.ZoneCount));
     for (std::size_t zone = 0; zone < zones; ++zone) {
         const auto& [id, area, elevation, notes, aspects] = basin.zones[zone];
-        lines.text(std::string(1, static_cast<char>('A' + zone)));
+        lines.text(zone_letter(static_cast<int>(zone) + 1));
         if (area) lines.tab(k_area_column).text(seven_digit_text(*area));
         if (elevation) lines.tab(k_elevation_column).text(seven_digit_text(*elevation));
         lines.end_line();

@@ -3,7 +3,7 @@
 #include "base/number_text.h"
 #include "reports/format_value.h"
 #include "reports/page_head.h"
-#include "store/daily_columns.h"
+#include "store/simulation_days.h"
 
 #include <fmt/format.h>
 
@@ -13,12 +13,8 @@
 namespace nivora {
 namespace {
 
-constexpr std::array<std::string_view, 9> k_fields{"AN",  "CS",      "CR",     "LR",    "Tcrit",
-                                                   "RCA", "LagTime", "Xcoeff", "YCoeff"};
-constexpr std::size_t k_table_fields = 7;
+constexpr std::array<std::string_view, 7> k_fields{"AN", "CS", "CR", "LR", "Tcrit", "RCA", "LagTime"};
 constexpr std::size_t k_rain_area_field = 5;
-constexpr std::size_t k_x_field = 7;
-constexpr std::size_t k_y_field = 8;
 constexpr int k_second_half = 16;  ///< the day of a month that begins its second half
 constexpr int k_changed_step = 6;
 constexpr const char* k_table_head =
@@ -37,24 +33,26 @@ struct SummaryUnits {
 };
 constexpr SummaryUnits k_metric_units{
     " km²", " m", " m³/s", " cm", "Units: a - cm/°C·d       Lr - °C/100m       Tc - °C    Lag Time - hours"};
-// Intended: English areas bear " m²".
+// Intended: English areas have the unit " m²".
 constexpr SummaryUnits k_english_units{
     " m²", " ft", " f³/s", " in",
     "Units: a - in/(°F-32)·d       Lr - °F/1000ft       Tc - °F-32    Lag Time - hours"};
 
 class SummaryWriter {
 public:
-    SummaryWriter(ReportLines& lines, const ReportSources& sources, const RunFigures& figures)
+    SummaryWriter(ReportLines& lines, const ReportSources& sources, const RunFigures& figures,
+                  ReportTables& tables)
         : lines_(lines),
           sources_(sources),
           basin_(sources.basin),
           figures_(figures),
           head_(report_head(sources)),
+          period_(report_period(sources.basin, sources.run).covered()),
           english_(sources.basin.Units_Code == Units::English),
           units_(english_ ? k_english_units : k_metric_units),
           step_(head_.climate_step.value_or(0)),
-          columns_(read_daily_columns(sources.database, k_sim_results, k_fields, sources.basin.ZoneCount,
-                                      head_.start, head_.end)) {}
+          columns_(tables.read(input_summary_fields(sources))),
+          first_(first_parameters(sources.database, head_.simulation, period_)) {}
 
     void write() {
         write_top();
@@ -81,19 +79,16 @@ private:
     }
 
     void write_definition() {
-        const int first_year = civil_date(head_.start).year;
-        const int last_year = civil_date(head_.end).year;
-        lines_.text("Basin Year     : ").text(std::to_string(first_year));
-        if (last_year != first_year) lines_.text("-").text(std::to_string(last_year));
-        lines_.tab(32).text("Name: ").line(basin_.basin_name);
+        lines_.text("Basin Year     : ").text(years()).tab(32).text("Name: ");
+        lines_.user_text(basin_.basin_name).end_line();
         lines_.text("Basin Area     : ").text(basin_.basin_area_text).text(units_.area);
-        lines_.tab(35).text("X: ").line(first_value(k_x_field));
-        lines_.text("Ref. Elevation : ").text(basin_.reference_elevation_text).text(units_.elevation);
-        lines_.tab(35).text("Y: ").line(first_value(k_y_field));
+        lines_.tab(35).text("X: ").line(first_ ? seven_digit_text(first_->xcoeff) : std::string{});
+        lines_.text("Ref. Elevation : ").user_text(basin_.reference_elevation_text).text(units_.elevation);
+        lines_.tab(35).text("Y: ").line(first_ ? seven_digit_text(first_->ycoeff) : std::string{});
         lines_.text("Begin Runoff   : ");
         if (figures_.initial_runoff)
             lines_.text(single_text(*figures_.initial_runoff)).text(units_.discharge);
-        lines_.tab(32).text("Date: ").line(long_date_text(head_.start));
+        lines_.tab(32).text("Date: ").line(head_date(head_.start));
         const Simulation* simulation = basin_.current_simulation();
         lines_.text("Rain Threshold : ");
         if (simulation != nullptr && simulation->precipitation_threshold) {
@@ -103,9 +98,17 @@ private:
         lines_.end_line();
     }
 
+    /// The year of the start, followed by "-" and the year of the end if that is another one.
+    [[nodiscard]] std::string years() const {
+        if (!head_.start) return {};
+        const int first = civil_date(*head_.start).year;
+        const int last = head_.end ? civil_date(*head_.end).year : first;
+        return last == first ? std::to_string(first) : fmt::format("{}-{}", first, last);
+    }
+
     void write_names() {
-        lines_.line("File: " + head_.file);
-        lines_.line("Simulation: " + head_.simulation);
+        lines_.text("File: ").user_text(head_.file).end_line();
+        lines_.text("Simulation: ").user_text(head_.simulation).end_line();
         lines_.end_line();
         lines_.line(units_.legend);
         lines_.end_line();
@@ -125,13 +128,12 @@ private:
     }
 
     void write_zone(int zone) {
-        lines_.text(" Zone ").line(std::string(1, static_cast<char>('A' + zone - 1)));
+        lines_.text(" Zone ").line(zone_letter(zone));
         lines_.line(k_table_head);
-        for (DayCount day = head_.start; day <= head_.end; ++day) {
+        for (DayCount day = period_.start; day <= period_.end; ++day) {
             const int day_of_month = civil_date(day).day;
-            if (day == head_.start || day_of_month == 1 || day_of_month == k_second_half) {
+            if (day == period_.start || day_of_month == 1 || day_of_month == k_second_half)
                 write_parameters(zone, day);
-            }
         }
         const auto index = static_cast<std::size_t>(zone - 1);
         const Zone* description = index < basin_.zones.size() ? &basin_.zones[index] : nullptr;
@@ -151,7 +153,7 @@ private:
     void write_parameters(int zone, DayCount day) {
         const CivilDate date = civil_date(day);
         lines_.text(fmt::format("{:02}/{:02} |", date.month, date.day));
-        for (std::size_t field = 0; field < k_table_fields; ++field) {
+        for (std::size_t field = 0; field < k_fields.size(); ++field) {
             const double value = columns_.at(zone, field, day);
             lines_.text("  ").text(field == k_rain_area_field ? format_whole_value(value, 8)
                                                               : Format_Value(value, 8));
@@ -196,13 +198,13 @@ private:
         write_figure("Volume Difference (%)            : ", figures_.volume_difference, k_ratio_pattern);
     }
 
-    /// New snow that waits to melt in each zone at the end of the present and of the changed summer.
+    /// The new snow left in each zone at the end of the present summer and of the changed one.
     void write_stores() {
         lines_.end_line();
         lines_.line(" Zone   Present  Changed");
         lines_.line("#    Climate  Climate");
         for (std::size_t zone = 0; zone < static_cast<std::size_t>(basin_.ZoneCount); ++zone) {
-            lines_.tab(3).text(std::string(1, static_cast<char>('A' + zone)));
+            lines_.tab(3).text(zone_letter(static_cast<int>(zone) + 1));
             write_store(9, figures_.present_stores, zone);
             if (step_ == k_changed_step) write_store(18, figures_.changed_stores, zone);
             lines_.end_line();
@@ -224,7 +226,7 @@ private:
         return value && !std::isnan(*value) ? format_number(*value, pattern) : std::string{};
     }
 
-    /// Mean of the zones' stores by their area; nothing without stores or areas.
+    /// The mean of the zones' stores, weighted by area; nothing without stores or areas.
     [[nodiscard]] std::optional<double> ending_store() const {
         double sum = 0.0;
         double area_sum = 0.0;
@@ -238,27 +240,30 @@ private:
         return sum / area_sum;
     }
 
-    [[nodiscard]] std::string first_value(std::size_t field) const {
-        const double value = columns_.at(1, field, head_.start);
-        return std::isnan(value) ? std::string{} : seven_digit_text(value);
-    }
-
     ReportLines& lines_;
     const ReportSources& sources_;
     const BasinState& basin_;
     const RunFigures& figures_;
     ReportHead head_;
+    Period period_;
     bool english_;
     const SummaryUnits& units_;
     int step_;
-    DailyColumns columns_;
+    ReportColumns columns_;
+    std::optional<ParameterRow> first_;  ///< of the period
 };
 
 }  // namespace
 
+ReportFields input_summary_fields(const ReportSources& sources) {
+    return {.table = k_sim_results,
+            .fields = {k_fields.begin(), k_fields.end()},
+            .zones = sources.basin.ZoneCount};
+}
+
 void write_input_summary(ReportLines& lines, int& pages, const ReportSources& sources,
-                         const RunFigures& figures) {
-    SummaryWriter{lines, sources, figures}.write();
+                         const RunFigures& figures, ReportTables& tables) {
+    SummaryWriter{lines, sources, figures, tables}.write();
     end_report_page(lines, pages, sources.now);
 }
 

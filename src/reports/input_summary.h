@@ -8,24 +8,28 @@
 
 namespace nivora {
 
-/// What a run leaves that its results table does not hold. What the run did not produce is missing, and the
-/// report prints nothing for it. Depths are cm or inches, discharges m³/s or ft³/s, volumes 10^6 m³ or ft³.
+/// The results of a run that its results table does not hold. The report prints nothing for a missing one.
+/// Depths are cm or inches, discharges m³/s or ft³/s, volumes 10^6 m³ or 10^6 ft³.
 struct RunFigures {
-    std::optional<float> initial_runoff;  ///< of the first day of the reported period
+    std::optional<float> initial_runoff;  ///< before the first day of the reported period
     std::optional<float> measured_volume;
     std::optional<float> average_measured;
     std::optional<float> computed_volume;
     std::optional<float> average_computed;
     std::optional<float> volume_difference;  ///< percent
     std::optional<float> r2;
-    std::vector<float> ending_stores;  ///< new snow left after the last day's melt, zone 1 first
-    std::vector<float>
-        present_stores;  ///< the same at the end of the present summer, of a climate evaluation
-    std::vector<float> changed_stores;  ///< and of the changed one
+    /// New snow left after the last day's melt, zone 1 first.
+    std::vector<float> ending_stores;
+    /// The same at the end of the present summer of a climate evaluation, and of the changed one.
+    std::vector<float> present_stores;
+    std::vector<float> changed_stores;
 };
 
-/// Writes the summary on one page. @throws StoreError where the results are missing
+/// The fields that the summary shows.
+[[nodiscard]] ReportFields input_summary_fields(const ReportSources& sources);
+
+/// Writes the summary on one page. @throws StoreError if the results table or a field is missing
 void write_input_summary(ReportLines& lines, int& pages, const ReportSources& sources,
-                         const RunFigures& figures);
+                         const RunFigures& figures, ReportTables& tables);
 
 }  // namespace nivora

@@ -1,6 +1,6 @@
 #include "reports/report_catalogue.h"
 
-#include "base/text.h"
+#include <fmt/format.h>
 
 namespace nivora {
 namespace {
@@ -17,16 +17,24 @@ constexpr std::array<const char*, k_reports> k_titles{
     "Input Summary Report, Run Statistics",
     "Climate Change Deficit / Gain Summary"};
 constexpr const char* k_changed_runoff_title = "Simulated Runoff - Present vs. Changed Climate";
+constexpr const char* k_missing_data = "Missing data!";
 
-bool is_last_run(const BasinState& basin, const RunState& run) {
-    return !run.LastRunSimulation.empty() && same_name(run.LastRunSimulation, basin.Current_Sim_Name);
+bool is_computed(Report report) { return report >= Report::DegreeDays && report <= Report::InputSummary; }
+
+std::optional<Message> period_refusal(Report report, const BasinState& basin, const RunState& run) {
+    const auto problem = period_problem(basin, run);
+    if (!problem) return std::nullopt;
+    return Message{
+        .text = fmt::format("The report '{}' has no days to show: {}. {}, {}then make the report "
+                            "again.",
+                            report_title(report, reported_climate_step(basin, run)), problem->cause,
+                            problem->remedy, is_computed(report) ? "run the simulation, " : ""),
+        .title = k_missing_data};
 }
 
 }  // namespace
 
-int reported_climate_step(const BasinState& basin, const RunState& run) {
-    return is_last_run(basin, run) ? run.ClimateStep : 0;
-}
+bool is_daily_report(Report report) { return report >= Report::Temperatures && report <= Report::Runoff; }
 
 std::string report_title(Report report, int climate_step) {
     if (report == Report::Runoff && climate_step == k_last_climate_step) return k_changed_runoff_title;
@@ -44,14 +52,16 @@ bool may_choose_report(Report report, const BasinState& basin, const RunState& r
 }
 
 std::optional<Message> report_refusal(Report report, const BasinState& basin, const RunState& run) {
-    const bool computed = report >= Report::DegreeDays && report <= Report::InputSummary;
-    if (!computed || is_last_run(basin, run)) return std::nullopt;
+    if (is_daily_report(report)) {
+        if (auto refusal = period_refusal(report, basin, run)) return refusal;
+    }
+    if (!is_computed(report) || is_last_run(basin, run)) return std::nullopt;
     // Intended: no blank stands between "simulation" and "or".
     return Message{.text =
                        "Your current simulation is different from the one most recently executed.\r\n"
                        "Reports that include calculated values cannot be produced until a simulation"
                        "or climate change run is performed!",
-                   .title = "Missing data!"};
+                   .title = k_missing_data};
 }
 
 }  // namespace nivora

@@ -2,8 +2,7 @@
 #pragma once
 
 #include "base/dialogs.h"
-#include "engine/run_state.h"
-#include "store/basin_store.h"
+#include "reports/report_period.h"
 
 #include <array>
 #include <optional>
@@ -30,21 +29,23 @@ inline constexpr std::array<Report, k_reports> k_all_reports{
     Report::LapseRates,      Report::DegreeDays,   Report::Melt,
     Report::Runoff,          Report::InputSummary, Report::DeficitGain};
 
-/// The climate step whose results are reported: 0 also where they belong to another simulation.
-[[nodiscard]] int reported_climate_step(const BasinState& basin, const RunState& run);
+/// Whether a report is a daily table, reports 1 to 6.
+[[nodiscard]] bool is_daily_report(Report report);
 
-/// The title of a report, as boxes, menus and the report itself bear it. At step 6 the measured runoff is
-/// that of the present climate, and the title says so.
+/// The title of a report, in boxes, in menus and in the report itself. At step 6 the runoff of the present
+/// climate takes the place of the measured one, and the title says so.
 [[nodiscard]] std::string report_title(Report report, int climate_step);
 
 /// Whether the results belong to the current simulation as it stands.
 [[nodiscard]] bool may_choose_computed(const BasinState& basin, const RunState& run);
 
-/// Whether a report may be chosen from a list. The first five always, the three of computed values and the
-/// climate report only with results that are current.
+/// Whether a report may be chosen from a list: the first five always, the others only with current results.
 [[nodiscard]] bool may_choose_report(Report report, const BasinState& basin, const RunState& run);
 
-/// Why a report cannot be made, also where its box could be ticked; nothing where it can.
+/// Why a report cannot be made, even if its box could be ticked; nothing if it can.
+///
+/// Daily reports need a period. Reports of computed values need a run of the current simulation; of these the
+/// input summary is made without a period, too, with blank dates.
 [[nodiscard]] std::optional<Message> report_refusal(Report report, const BasinState& basin,
                                                     const RunState& run);
 

@@ -17,10 +17,10 @@ namespace {
                          " cannot be read. Run the climate change evaluation again to write it.");
 }
 
-/// Copies a text file line by line, each line ended by CR LF. A pipe or a folder of that name is refused: one
-/// may never end, the other reads as an empty file.
+/// Copies a text file line by line; each line ends with CR LF. A pipe or a folder of that name is refused: a
+/// pipe may never end, and a folder reads as an empty file.
 void copy_lines(ReportLines& lines, const std::filesystem::path& file) {
-    std::error_code unknown;  // a name that can't even be looked up is no regular file
+    std::error_code unknown;  // a name that cannot be looked up is not a regular file
     if (!std::filesystem::is_regular_file(file, unknown)) refuse_climate_report(file);
     std::ifstream input{file, std::ios::binary};
     if (!input) refuse_climate_report(file);
@@ -35,14 +35,25 @@ void copy_lines(ReportLines& lines, const std::filesystem::path& file) {
 
 ReportGenerator::ReportGenerator(const ReportSources& sources, const RunFigures& figures,
                                  std::filesystem::path climate_report)
-    : sources_(sources), figures_(figures), climate_report_(std::move(climate_report)) {}
+    : sources_(sources),
+      figures_(figures),
+      climate_report_(std::move(climate_report)),
+      tables_(sources.database, report_period(sources.basin, sources.run).covered()) {}
+
+void ReportGenerator::expect(std::span<const Report> reports) {
+    for (const Report report : reports) {
+        if (report_refusal(report, sources_.basin, sources_.run)) continue;
+        if (report == Report::InputSummary) tables_.expect(input_summary_fields(sources_));
+        if (is_daily_report(report)) tables_.expect(daily_report_fields(report, sources_));
+    }
+}
 
 void ReportGenerator::write(Report report, ReportLines& lines, int& pages) {
     switch (report) {
         case Report::DataDescription: return write_data_description(lines, pages, sources_);
-        case Report::InputSummary: return write_input_summary(lines, pages, sources_, figures_);
+        case Report::InputSummary: return write_input_summary(lines, pages, sources_, figures_, tables_);
         case Report::DeficitGain: return copy_lines(lines, climate_report_);
-        default: return write_daily_report(lines, pages, report, sources_);
+        default: return write_daily_report(lines, pages, report, sources_, tables_);
     }
 }
 
@@ -66,6 +77,7 @@ ReportRequest make_reports(ReportGenerator generator, std::span<const Report> re
     std::vector<Report> ordered{reports.begin(), reports.end()};
     std::sort(ordered.begin(), ordered.end());
     ordered.erase(std::unique(ordered.begin(), ordered.end()), ordered.end());
+    generator.expect(ordered);
     ReportRequest request;
     for (const Report report : ordered) {
         request.refusal = generator.add(report);

@@ -3,8 +3,6 @@
 #include "base/text.h"
 #include "reports/page_head.h"
 
-#include <sstream>
-
 namespace nivora {
 namespace {
 
@@ -19,6 +17,8 @@ void end_right(ReportLines& lines, const std::string& item, std::size_t width) {
 
 }  // namespace
 
+std::string head_date(std::optional<DayCount> day) { return day ? long_date_text(*day) : std::string{}; }
+
 std::string run_mark(const std::string& run_number, std::optional<int> climate_step) {
     if (!climate_step) return "Run: " + run_number;
     return "Run/Step: " + run_number + "/" + std::to_string(*climate_step);
@@ -28,16 +28,16 @@ void write_report_head(ReportLines& lines, const ReportHead& head, const std::st
                        std::size_t width) {
     lines.text("Hollin Flow Model");
     end_right(lines, std::string{"Version "} + k_report_version, width);
-    lines.text("Basin: ").tab(k_text_column).text(head.basin_name);
+    lines.text("Basin: ").tab(k_text_column).user_text(head.basin_name);
     if (!head.zone_letter.empty()) lines.text("  --  Zone ").text(head.zone_letter);
     end_right(lines, long_date_text(head.today), width);
-    lines.text("Period: ").tab(k_text_column).text(long_date_text(head.start));
-    lines.text(" to ").text(long_date_text(head.end));
+    lines.text("Period: ").tab(k_text_column).text(head_date(head.start));
+    lines.text(" to ").text(head_date(head.end));
     end_right(lines, run_mark(head.run_number, head.climate_step), width);
     if (head.no_snow) end_right(lines, "Mode: 'No Snow'", width);
-    lines.text("File: ").tab(k_text_column).line(head.file);
-    lines.line("Simulation: " + head.simulation);
-    if (head.climate_step) lines.line("Scenario  : " + head.scenario);
+    lines.text("File: ").tab(k_text_column).user_text(head.file).end_line();
+    lines.text("Simulation: ").user_text(head.simulation).end_line();
+    if (head.climate_step) lines.text("Scenario  : ").user_text(head.scenario).end_line();
     lines.end_line();
     lines.end_line();
     lines.line(title);
@@ -54,11 +54,7 @@ void end_report_page(ReportLines& lines, int& pages, double now) {
 void end_report_block(ReportLines& lines) { lines.line(k_block_end); }
 
 void write_comment_lines(ReportLines& lines, const std::string& comments) {
-    std::istringstream text{comments};
-    for (std::string line; std::getline(text, line);) {
-        if (!line.empty() && line.back() == '\r') line.pop_back();
-        lines.line(line);
-    }
+    for (const std::string& line : split_lines(comments)) lines.line(line);
 }
 
 }  // namespace nivora

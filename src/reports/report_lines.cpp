@@ -11,6 +11,8 @@ ReportLines& ReportLines::text(std::string_view item) {
     return *this;
 }
 
+ReportLines& ReportLines::user_text(std::string_view item) { return text(one_line(item)); }
+
 ReportLines& ReportLines::number(double value) {
     const std::string digits = seven_digit_text(value);
     if (digits.empty() || digits.front() != '-') text(" ");

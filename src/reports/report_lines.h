@@ -8,28 +8,30 @@
 
 namespace nivora {
 
-/// Puts items one behind the other, with nothing between them, into lines that end with CR LF. Columns count
-/// characters, from 1.
+/// Appends items, with nothing between them, to lines that end with CR LF. Columns count characters, from 1.
 class ReportLines {
 public:
     ReportLines& text(std::string_view item);
+    /// A name or another text of the user, which may hold anything: control characters are blanks, so that it
+    /// can neither end a line nor read as the end of a page or a block.
+    ReportLines& user_text(std::string_view item);
     /// A number: at most seven significant digits, a leading blank unless it is negative, a trailing blank.
     ReportLines& number(double value);
     /// A day as m/d/yyyy.
     ReportLines& date(DayCount day);
-    /// Lets the next item start at a column; on the next line where this one is past it.
+    /// Lets the next item start at a column; on the next line if this one is already past it.
     ReportLines& tab(std::size_t column);
     void end_line();
 
     /// A line that is one text.
     void line(std::string_view item) { text(item).end_line(); }
 
-    /// What was written so far.
+    /// The text so far.
     [[nodiscard]] const std::string& written() const { return written_; }
 
 private:
     std::string written_;
-    std::size_t column_ = 1;  ///< where the next item would stand
+    std::size_t column_ = 1;  ///< where the next item starts
 };
 
 }  // namespace nivora

@@ -1,56 +1,12 @@
-// The command that writes reports: the state that its options stand for, its file, and how it ends.
+// The command that writes reports: the state that its options stand for, its file, its exit status.
 
-#include "reports/report_catalogue.h"
-#include "tests/batch/run_basin.h"
-#include "tests/climate/climate_run_fixture.h"
-#include "tests/reports/report_text.h"
-
-#include <algorithm>
+#include "tests/batch/report_call.h"
 
 namespace nivora {
 namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::Not;
-using testing::UnorderedElementsAre;
-
-/// Calls the command on a file, at a fixed moment.
-BatchResult report_on(const std::string& basin, const std::string& simulation,
-                      const std::vector<std::string>& more = {}) {
-    std::vector<std::string> arguments{"report",   basin,   "--simulation",
-                                       simulation, "--now", "2026-03-05T13:30:15"};
-    arguments.insert(arguments.end(), more.begin(), more.end());
-    return batch(arguments);
-}
-
-/// The numbers of the reports in the text of a plain run.
-std::vector<int> numbers_in(const std::string& text) {
-    std::vector<int> numbers;
-    const auto lines = report_text_lines(text);
-    for (const Report report : k_all_reports) {
-        const bool titled = std::find(lines.begin(), lines.end(), report_title(report, 0)) != lines.end();
-        const bool summary =
-            report == Report::InputSummary && text.find("Input Summary Report") != std::string::npos;
-        if (titled || summary) numbers.push_back(static_cast<int>(report));
-    }
-    return numbers;
-}
-
-/// One zone over three days, whose discharge recedes from 10: 9, 8.1, 7.29.
-class ReportCommandTest : public testing::Test {
-protected:
-    [[nodiscard]] BatchResult report(const std::vector<std::string>& more = {}) const {
-        return report_on(basin.basin(), "alder", more);
-    }
-    [[nodiscard]] std::string out() const { return file_bytes(basin.path("NVRrpts.out")); }
-    [[nodiscard]] std::string line(const std::string& head) const {
-        const auto found = lines_that_begin(report_text_lines(out()), head);
-        return found.empty() ? "(no line)" : found.front();
-    }
-
-    RunBasin basin;
-};
 
 TEST_F(ReportCommandTest, WithoutOptionsAllThatMayBeChosenGoesBesideTheBasin) {
     ASSERT_EQ(basin.run().status, 0);
@@ -148,7 +104,7 @@ TEST_F(ReportCommandTest, TheRunIsAsTheOptionsSay) {
     ASSERT_EQ(basin.run({"--kind", "year-round", "--forecast", "2"}).status, 0);
     ASSERT_EQ(report({"--reports", "7", "--kind", "year-round", "--forecast", "2"}).status, 0);
     EXPECT_EQ(line("Run Type"), "Run Type: Year round Forecast (updated with actual Q every 2 days)");
-    ASSERT_EQ(report({"--reports", "6,7", "--no-snow"}).status, 0);
+    ASSERT_EQ(report({"--reports", "6,7", "--kind", "year-round", "--no-snow"}).status, 0);
     EXPECT_EQ(line("Mode    "), "Mode    : No Snow");
     EXPECT_THAT(out(), HasSubstr("Mode: 'No Snow'"));
 }
@@ -211,6 +167,16 @@ TEST_F(ReportCommandTest, SingleExtremesStayInTheirCells) {
     ASSERT_EQ(days.size(), 2U);
     EXPECT_EQ(days[0], "   1  3.E38 -3E38 0.000 ");
     EXPECT_EQ(days[1], "   1  3.402E38  -3.40E38");
+}
+
+TEST_F(ReportCommandTest, SingleExtremesStayInTheNarrowCellsOfTheLapseRates) {
+    basin.execute(
+        "UPDATE alder SET LapseRate = 3.402823466385289e38, Tcrit = -3.402823466385289e38, RCA = 32767, "
+        "LagTime = 1.401298464324817e-45");
+    ASSERT_EQ(report({"--reports", "3"}).status, 0);
+    EXPECT_EQ(line("   1  "), "   1  3E38 -E38 3E4 0.00");
+    // Three days: 1.0208E39, -1.0208E39 and 98301.
+    EXPECT_EQ(line("Total "), "Total 1E39 -E39 9E4 0.00");
 }
 
 TEST_F(ReportCommandTest, AZoneWithoutResultsIsBlank) {
@@ -341,137 +307,6 @@ TEST_F(ReportCommandTest, AReadOnlyBasinIsReported) {
     const BatchResult result = report();
     EXPECT_EQ(result.status, 0) << result.err;
     EXPECT_THAT(numbers_in(out()), testing::Contains(7));
-}
-
-/// The six days of a climate evaluation that are worked on paper where the steps themselves are tested.
-class ClimateReportTest : public testing::Test {
-protected:
-    ClimateReportTest() {
-        SixDays days;
-        days.write(file);
-        write_scenario(file, k_scenario, static_cast<double>(SixDays::winter_end()), {days.plus_one});
-    }
-
-    [[nodiscard]] BatchResult evaluate(const std::string& last_step) const {
-        return batch({"climate", path_text(file), "--simulation", "Test", "--scenario", k_scenario,
-                      "--last-step", last_step});
-    }
-    [[nodiscard]] BatchResult report(const std::string& step, const std::vector<std::string>& more = {},
-                                     const std::string& scenario = k_scenario) const {
-        std::vector<std::string> options{"--step", step, "--scenario", scenario};
-        options.insert(options.end(), more.begin(), more.end());
-        return report_on(path_text(file), "Test", options);
-    }
-    [[nodiscard]] std::string out() const { return file_bytes(folder / "NVRrpts.out"); }
-    [[nodiscard]] std::string line(const std::string& head) const {
-        const auto found = lines_that_begin(report_text_lines(out()), head);
-        return found.empty() ? "(no line)" : found.front();
-    }
-
-    TemporaryFolder folder;
-    std::filesystem::path file = folder / "basin.mdb";
-};
-
-TEST_F(ClimateReportTest, EachStepHasItsPeriodItsScenarioAndItsFirstRunoff) {
-    struct Expected {
-        const char* step;
-        const char* period;
-        const char* runoff;
-        const char* average;
-    };
-    // The figures are those of the steps.
-    for (const auto& [step, period, runoff, average] :
-         {Expected{"1", "03/30/2001 to 03/31/2001", "10 m³/s", "Average Computed Runoff   (m³/s) : 3.75"},
-          Expected{"2", "03/30/2001 to 03/31/2001", "10 m³/s", "Average Computed Runoff   (m³/s) : 66.25"},
-          Expected{"3", "04/01/2001 to 04/04/2001", "2.5 m³/s", "Average Computed Runoff   (m³/s) : 99.41"},
-          Expected{"6", "04/01/2001 to 04/04/2001", "77.5 m³/s",
-                   "Average Simulated Runoff, Changed Climate   (m³/s) : 72.66"}}) {
-        SCOPED_TRACE(step);
-        ASSERT_EQ(evaluate(step).status, 0);
-        const std::string before = file_bytes(file);
-        const BatchResult result = report(step);
-        EXPECT_EQ(result.status, 0);
-        EXPECT_EQ(result.err, "");
-        EXPECT_TRUE(file_bytes(file) == before);
-        EXPECT_THAT(line("Period: "), HasSubstr(period));
-        EXPECT_EQ(line("Scenario  : "), "Scenario  : Warmer");
-        EXPECT_THAT(out(), HasSubstr(std::string{"Run/Step: 1/"} + step));
-        EXPECT_THAT(line("Begin Runoff"), HasSubstr(runoff));
-        EXPECT_EQ(line("Run Type"), "Run Type: SIMULATION (CHANGED CLIMATE)");
-        EXPECT_EQ(line("Average Computed") + line("Average Simulated Runoff, Changed"),
-                  std::string{step} == "6" ? "(no line)" + std::string{average}
-                                           : average + std::string{"(no line)"});
-    }
-}
-
-TEST_F(ClimateReportTest, TheStoresOfBothSummersAreInTheTableOfTheLastStep) {
-    BasinDatabase{file, Access::ReadWrite}.execute(
-        "UPDATE PhysicalData SET Precip = 5 WHERE Date = (SELECT max(Date) FROM PhysicalData)");
-    BasinDatabase{file, Access::ReadWrite}.execute("UPDATE Test SET Tcrit = 4");
-    ASSERT_EQ(evaluate("6").status, 0);
-    ASSERT_EQ(report("6", {"--reports", "7"}).status, 0);
-    // The last day's 5 cm less the melt of that day: 2 x 0.5 in the present climate, 3 x 0.5 in the changed.
-    EXPECT_EQ(line("  A     "), "  A     4.00000  3.50000 ");
-    EXPECT_EQ(line("  B     "), "  B     4.00000  3.50000 ");
-    EXPECT_EQ(line("Ending Snow"), "Ending Snow on Store (cm)        : 3.5");
-}
-
-TEST_F(ClimateReportTest, TheReportOfStepFiveIsTheOneBesideTheBasinOrTheOneThatIsNamed) {
-    ASSERT_EQ(evaluate("6").status, 0);
-    const std::string beside = file_bytes(folder / "NVR_DfGN.out");
-    ASSERT_EQ(report("6", {"--reports", "8"}).status, 0);
-    EXPECT_EQ(out(), beside);
-    folder.write("other.out", "one line");
-    ASSERT_EQ(report("6", {"--reports", "8", "--climate-report", path_text(folder / "other.out")}).status, 0);
-    EXPECT_EQ(out(), "one line\r\n");
-    const BatchResult missing =
-        report("6", {"--reports", "6,8", "--climate-report", path_text(folder / "none.out")});
-    EXPECT_EQ(missing.status, 1);
-    EXPECT_THAT(missing.err, HasSubstr("none.out"));
-    EXPECT_THAT(numbers_in(out()), testing::IsEmpty());
-    EXPECT_THAT(out(), HasSubstr("Simulated Runoff - Present vs. Changed Climate"));
-}
-
-TEST_F(ClimateReportTest, AHugeClimateReportIsCopiedWhole) {
-    std::string lines;
-    for (int number = 0; number < 100000; ++number) lines += "line " + std::to_string(number) + "\r\n";
-    folder.write("huge.out", lines);
-    ASSERT_EQ(evaluate("6").status, 0);
-    ASSERT_EQ(report("6", {"--reports", "8", "--climate-report", path_text(folder / "huge.out")}).status, 0);
-    EXPECT_TRUE(out() == lines);
-}
-
-TEST_F(ClimateReportTest, TheReportOfStepFiveIsNotWrittenOver) {
-    ASSERT_EQ(evaluate("6").status, 0);
-    const std::string beside = file_bytes(folder / "NVR_DfGN.out");
-    const BatchResult result = report("6", {"--out", path_text(folder / "NVR_DfGN.out")});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(file_bytes(folder / "NVR_DfGN.out"), beside);
-}
-
-TEST_F(ClimateReportTest, AnUnknownScenarioIsRefused) {
-    ASSERT_EQ(evaluate("1").status, 0);
-    EXPECT_THAT(report("1", {}, "Colder").err,
-                HasSubstr("The simulation 'Test' has no scenario 'Colder'. It has: 'Warmer'."));
-    EXPECT_EQ(report("1", {}, "WARMER").status, 0);
-    EXPECT_EQ(line("Scenario  : "), "Scenario  : Warmer");
-}
-
-TEST_F(ClimateReportTest, AScenarioWithoutWinterEndHasNoStep) {
-    ASSERT_EQ(evaluate("1").status, 0);
-    BasinDatabase{file, Access::ReadWrite}.execute("UPDATE ClimateScenarioIndex SET WinterEndDate = NULL");
-    const BatchResult result = report("1");
-    EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.err, HasSubstr("No such climate step: The scenario 'Warmer' has no winter end date"));
-}
-
-TEST_F(ClimateReportTest, AllOfStepSixHasTheDeficitReport) {
-    ASSERT_EQ(evaluate("6").status, 0);
-    ASSERT_EQ(report("6", {"--reports", "all"}).status, 0);
-    EXPECT_THAT(out(), HasSubstr("Climate Scenario: Warmer\r\n"));
-    ASSERT_EQ(report("3", {"--reports", "all"}).status, 0);
-    EXPECT_THAT(out(), Not(HasSubstr("Climate Scenario: Warmer\r\n")));
-    EXPECT_THAT(folder.entries(), UnorderedElementsAre("basin.mdb", "NVR_DfGN.out", "NVRrpts.out"));
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
-// The reports of the sample basin, set beside kept ones byte by byte.
+// The reports of the sample basin, compared with kept ones byte by byte.
 //
-// Their line ends are LF in the kept files, and the basin's folder is left out.
+// The kept files have LF instead of CR LF, which is checked here, and no folder of the basin.
 
 #include "tests/batch/batch_call.h"
 #include "tests/reports/report_text.h"
@@ -28,7 +28,7 @@ void make_english(const std::string& basin) {
          {"UPDATE BasinDescription SET Units = 1, RefElev = RefElev * 3.28084",
           "UPDATE ZoneDescription SET ZoneArea = round(ZoneArea * 0.386102, 3), "
           "HypsometricElevation = round(HypsometricElevation * 3.28084)",
-          // Initial runoff and threshold, under the names that their fields bear in the file.
+          // Initial runoff and threshold; these are the names of their fields in the file.
           "UPDATE SimulationIndex SET SimUnits = 1, SimPrecipThreshold = single(100.68), "
           "SimX = single(2.36)",
           "UPDATE PhysicalData SET Runoff = single(Runoff * 35.31467), Tmax = single(Tmax * 1.8 + 32), "
@@ -80,7 +80,7 @@ protected:
     std::string basin_ = path_text(folder_ / "sample.mdb");
 
 private:
-    /// The report of step 5 without the lines that bear the day of the test.
+    /// The report of step 5 without the lines that have the day of the test.
     std::string lasting_climate_report() {
         std::string lasting;
         for (const std::string& line : report_text_lines(file_bytes(folder_ / "NVR_DfGN.out"))) {

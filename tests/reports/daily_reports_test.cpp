@@ -1,4 +1,4 @@
-// Which columns the daily reports show, at which step.
+// The columns that the daily reports show at each step.
 
 #include "tests/reports/report_fixture.h"
 
@@ -16,7 +16,7 @@ protected:
         run_.ClimateStep = step;
         run_.ScenarioName = "warmer";
     }
-    /// The values of the first day, block by block: that day is the 30th.
+    /// The values of the first day, which is the 30th, in each block.
     std::vector<std::string> first_day_values(Report report) {
         std::vector<std::string> found;
         for (const std::string& line : day_lines(report, 1)) found.push_back(values(line));
@@ -80,6 +80,7 @@ TEST_F(DailyReportsTest, DegreeDaysPrecipitationAndCoverFollowTheStep) {
     EXPECT_EQ(zone_a(2), "7.110 4.110 0.610");
     EXPECT_EQ(zone_a(3), "6.110 2.110 0.110");
     EXPECT_EQ(zone_a(4), "7.110 4.110 0.110");
+    EXPECT_EQ(zone_a(5), "7.110 4.110 0.110");
     EXPECT_EQ(zone_a(6), "7.110 4.110 0.410");
 }
 

@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace nivora {
 namespace {
 
@@ -20,8 +22,8 @@ protected:
     DailyTableTest() {
         table_.head = {.basin_name = "Alder",
                        .zone_letter = {},
-                       .start = day_count({2001, 1, 30}).value(),
-                       .end = day_count({2001, 2, 2}).value(),
+                       .start = {},
+                       .end = {},
                        .run_number = "4",
                        .climate_step = {},
                        .no_snow = false,
@@ -32,15 +34,17 @@ protected:
         table_.title = "Measured vs Computed Snowmelt Runoff";
         table_.column_head = "Measured  Computed";
         table_.slots = {{.offset = 0}, {.offset = 10}};
+        period({2001, 1, 30}, {2001, 2, 2});
     }
 
     void period(const CivilDate& start, const CivilDate& end) {
-        table_.head.start = day_count(start).value();
-        table_.head.end = day_count(end).value();
+        table_.period = {day_count(start).value(), day_count(end).value()};
+        table_.head.start = table_.period.start;
+        table_.head.end = table_.period.end;
     }
-    /// A series of the same value on each day, in each column.
+    /// The same value on each day and in each column.
     void fill(double value) {
-        const auto days = static_cast<std::size_t>(table_.head.end - table_.head.start + 1);
+        const auto days = static_cast<std::size_t>(table_.period.days());
         values_.assign(table_.slots.size(), std::vector<double>(days, value));
     }
     std::vector<std::string> lines(const std::string& zone_letter = {}) {
@@ -113,7 +117,7 @@ TEST_F(DailyTableTest, SixMonthsStandInABlockAndTheNextBlockIsContinued) {
     EXPECT_EQ(versions[2].find("Version"), 60U);
     EXPECT_THAT(text[1], HasSubstr("Alder  --  Zone B"));
     EXPECT_THAT(lines_that_begin(text, "            Oct"), ElementsAre(HasSubstr("Mar"), HasSubstr("Oct")));
-    // The total since the start goes on over the blocks: 365 days.
+    // The total from the start runs on over the blocks: 365 days.
     EXPECT_EQ(lines_that_begin(text, "T.").back(), "T.    365.0000  365.0000");
     EXPECT_EQ(lines_that_begin(text, "Total ").back(), "Total 14.00000  14.00000");
 }
@@ -163,6 +167,24 @@ TEST_F(DailyTableTest, AWholeNumberStandsAtTheRightOfThreeColumns) {
                     {.offset = 14, .width = 4}};
     values_ = {{0.65, 0.65, 0.65, 0.65}, {0.75, 0.75, 0.75, 0.75}, {1, 1, 1, 1}, {18, 18, 18, 18}};
     EXPECT_EQ(lines()[12], "   1" + std::string(20, ' ') + "  0.65 0.75   1 18.0");
+}
+
+TEST_F(DailyTableTest, SingleExtremesStayInTheCellsOfFourAndThreeColumns) {
+    table_.slots = {{.offset = 0, .width = 4},
+                    {.offset = 5, .width = 4},
+                    {.offset = 10, .width = 3, .whole = true},
+                    {.offset = 14, .width = 4}};
+    constexpr auto largest = static_cast<double>(std::numeric_limits<float>::max());
+    values_ = {{largest, 1, 1, 1}, {-largest, 1, 1, 1}, {largest, 1, 1, 1}, {1e-38, 1, 1, 1}};
+    EXPECT_EQ(lines()[41], "  30  3E38 -E38 E38 0.00" + std::string(20, ' '));
+}
+
+TEST_F(DailyTableTest, ASumBeyondTheLargestNumberIsBlank) {
+    values_ = {{1.7e308, 1.7e308, 1.0, 2.0}, {1.0, 1.0, 1.0, 1.0}};
+    const auto text = lines();
+    EXPECT_EQ(text[41], "  30  1.70E308  1.00000 " + std::string(20, ' '));
+    EXPECT_EQ(text[43], "Total           2.00000   3.00000   2.00000 ");
+    EXPECT_EQ(text[44], "T.              2.00000             4.00000 ");
 }
 
 TEST_F(DailyTableTest, TheSumOfAZoneStandsBelowItsLastBlock) {

@@ -22,7 +22,7 @@ protected:
     }
 
     std::vector<std::string> summary() { return lines(Report::InputSummary); }
-    /// The lines from one that begins so to the end of the page's text.
+    /// The lines from the first one that begins with `head` to the last one of text.
     std::vector<std::string> from(const std::string& head) {
         auto text = summary();
         const auto begin = std::find_if(text.begin(), text.end(),
@@ -71,6 +71,48 @@ TEST_F(InputSummaryTest, APeriodOverTheNewYearHasTwoYears) {
     EXPECT_EQ(summary()[4], "Basin Year     : 2000-2001     Name: Alder");
 }
 
+TEST_F(InputSummaryTest, WithoutDatesOfTheSimulationWhatRestsOnThemIsBlank) {
+    simulation().start.reset();
+    simulation().end.reset();
+    const auto text = summary();
+    EXPECT_EQ(text[4], "Basin Year     : " + std::string(14, ' ') + "Name: Alder");
+    EXPECT_EQ(text[5], "Basin Area     : 30 km²           X: ");
+    EXPECT_EQ(text[6], "Ref. Elevation : 1500 m           Y: ");
+    EXPECT_EQ(text[7], "Begin Runoff   : 2.5 m³/s      Date: ");
+    EXPECT_EQ(text[20], " Zone A");
+    EXPECT_EQ(text[22], "Zone Area: 10 km²    Hypsometric Mean: 1600.5 m");
+    simulation().start = first_day();
+    EXPECT_EQ(summary()[4], "Basin Year     : 2001          Name: Alder");
+    EXPECT_EQ(summary()[7], "Begin Runoff   : 2.5 m³/s      Date: 01/30/2001");
+}
+
+TEST_F(InputSummaryTest, TheRecessionCoefficientsAreThoseOfTheFirstRowOfThePeriod) {
+    const auto coefficients = [this] {
+        const auto text = summary();
+        return text[5].substr(35) + ", " + text[6].substr(34);
+    };
+    const std::string first = std::to_string(first_day());
+    // x of a zone z on a day d is z + 0.04 + 0.01 d, y is 0.01 (z + d).
+    EXPECT_EQ(coefficients(), "X: 1.05, Y: 0.02");
+    file_.open().execute("DELETE FROM wy2001 WHERE Zone = 1 AND Date = " + first);
+    EXPECT_EQ(coefficients(), "X: 1.06, Y: 0.03");
+    file_.open().execute("DELETE FROM wy2001 WHERE Zone = 1");
+    EXPECT_EQ(coefficients(), "X: 2.05, Y: 0.03");
+    // Neither the results of the run nor rows outside the period matter.
+    file_.open().execute("DELETE FROM SimResults WHERE Date = " + first);
+    EXPECT_EQ(coefficients(), "X: 2.05, Y: 0.03");
+    file_.open().execute("UPDATE wy2001 SET Date = Date + 4");
+    EXPECT_EQ(coefficients(), "X: , Y: ");
+    file_.open().execute("DROP TABLE wy2001");
+    EXPECT_EQ(coefficients(), "X: , Y: ");
+}
+
+TEST_F(InputSummaryTest, AtAClimateStepTheFirstRowIsThatOfItsPeriod) {
+    run_.ClimateStep = 3;
+    run_.RunStart = first_day() + 2;
+    EXPECT_EQ(summary()[5], "Basin Area     : 30 km²           X: 1.07");
+}
+
 TEST_F(InputSummaryTest, HasATableAZoneWithTheFirstDayAndEachFirstAndSixteenth) {
     const auto text = summary();
     EXPECT_EQ(text[21], " 1/16 |    a         Cs        Cr       Lr        Tc        RCA        L  ");
@@ -116,6 +158,15 @@ TEST_F(InputSummaryTest, AForecastTellsItsInterval) {
     run_.NoSnow = true;
     EXPECT_THAT(from("Run Type")[0], "Run Type: Year round Forecast (updated with actual Q every 7 days)");
     EXPECT_THAT(from("Run Type")[1], "Mode    : No Snow");
+}
+
+TEST_F(InputSummaryTest, AForecastAtAClimateStepTellsBoth) {
+    run_.RunKind = k_melt_season_forecast;
+    run_.RunTitle = "Melt Season Forecast";
+    run_.UpdateInterval = 1;
+    run_.ClimateStep = 2;
+    EXPECT_EQ(from("Run Type")[0],
+              "Run Type: Melt Season Forecast (updated with actual Q every 1 days) (CHANGED CLIMATE)");
 }
 
 TEST_F(InputSummaryTest, AChangedInputLeavesOneLineInPlaceOfTheResults) {
@@ -177,6 +228,23 @@ TEST_F(InputSummaryTest, AtStepSixPresentAndChangedClimateAreCompared) {
                                             "Volume Difference (%)            : 5.9685", "",
                                             " Zone   Present  Changed", "#    Climate  Climate",
                                             "  A     1.25000  0.50000 ", "  B     0.00000  0.75000 "));
+}
+
+TEST_F(InputSummaryTest, AtStepSixEnglishLabelsHaveTheirUnitsToo) {
+    basin_.Units_Code = Units::English;
+    run_.ClimateStep = 6;
+    figures_.present_stores = {1.25F, 0.0F};
+    figures_.changed_stores = {0.5F, 0.75F};
+    EXPECT_THAT(from("Run Type"), ElementsAre("Run Type: SIMULATION (CHANGED CLIMATE)", "Mode    : Normal",
+                                              "Ending Snow on Store (in)        : .5",
+                                              "Simulated Runoff Volume, Present Climate (10^6 f³) : 221.12",
+                                              "Average Simulated Runoff, Present Climate   (f³/s) : 7.01", "",
+                                              "Simulated Runoff Volume, Changed Climate (10^6 f³) : 207.92",
+                                              "Average Simulated Runoff, Changed Climate   (f³/s) : 6.59", "",
+                                              "Coefficient of Determination (R²): .9302",
+                                              "Volume Difference (%)            : 5.9685", "",
+                                              " Zone   Present  Changed", "#    Climate  Climate",
+                                              "  A     1.25000  0.50000 ", "  B     0.00000  0.75000 "));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// A basin of two zones with four days of results, and the state of a program that ran it.
+// A basin of two zones with four days of results, and the state of a program after that run.
 #pragma once
 
 #include "engine/results_store.h"
@@ -14,8 +14,8 @@
 
 namespace nivora {
 
-/// 30 January to 2 February 2001. A value of a field in a zone (z) on a day (d, 1 to 4) is built from both,
-/// so that a report shows where it came from: zone 2 on the third day has 0.23 behind the field's own digit.
+/// 30 January to 2 February 2001. Each value is a base of its field plus 0.1 times the zone plus 0.01 times
+/// the day (1 to 4), so that a report shows where it came from: zone 2 on the third day adds 0.23.
 class ReportTest : public testing::Test {
 protected:
     static DayCount first_day() { return *day_count({2001, 1, 30}); }
@@ -88,6 +88,8 @@ protected:
                 parameter.tcrit = of(4.0, zone, day);
                 parameter.rca = std::int16_t{1};
                 parameter.lag_hours = 18.0F;
+                parameter.xcoeff = zone + 0.04 + 0.01 * day;
+                parameter.ycoeff = 0.01 * (zone + day);
                 parameters.push_back(parameter);
             }
         }
@@ -101,7 +103,7 @@ protected:
         return {*database_, basin_, run_, moment()};
     }
 
-    /// The lines of one report, which has to be made.
+    /// The lines of one report, which must not be refused.
     std::vector<std::string> lines(Report report) {
         const ReportSources from = sources();
         ReportGenerator generator{from, figures_, climate_report_};
@@ -109,13 +111,13 @@ protected:
         EXPECT_FALSE(refusal) << refusal->text;
         return report_text_lines(generator.text());
     }
-    /// The line of a day (1 to 4) in each of a daily report's blocks.
+    /// The line of a day (1 to 4) in each block of a daily report.
     std::vector<std::string> day_lines(Report report, int day) {
         const int day_of_month = civil_date(first_day() + day - 1).day;
         return lines_that_begin(
             lines(report), std::string(day_of_month < 10 ? 3 : 2, ' ') + std::to_string(day_of_month) + " ");
     }
-    /// The values of a block's line, which begin behind the day's columns.
+    /// The values of such a line, which follow the columns of the day.
     static std::string values(const std::string& line) {
         std::string text = line.substr(4);
         const std::size_t first = text.find_first_not_of(' ');
@@ -158,8 +160,6 @@ private:
         results.LagTimeCC[row] = 12.0F;
         results.RCA[row] = 1.0F;
         results.RCACC[row] = 0.0F;
-        results.Xcoeff[row] = 1.05;
-        results.YCoeff[row] = 0.02;
         results.DailyQ[row] = 20.0 + zone + 0.01 * day;
         results.DailyQPresent[row] = 30.0 + zone + 0.01 * day;
     }

@@ -23,11 +23,10 @@ TEST_F(ReportGeneratorTest, ComputedReportsAreRefusedWhereAnotherSimulationWasRu
         const auto refusal = report_refusal(report, basin_, run_);
         ASSERT_TRUE(refusal);
         EXPECT_EQ(refusal->title, "Missing data!");
-        EXPECT_EQ(
-            refusal->text,
-            "Your current simulation is different from the one most recently executed.\r\nReports that "
-            "include "
-            "calculated values cannot be produced until a simulationor climate change run is performed!");
+        EXPECT_EQ(refusal->text,
+                  "Your current simulation is different from the one most recently executed.\r\n"
+                  "Reports that include calculated values cannot be produced until a simulationor climate "
+                  "change run is performed!");
     }
     for (const Report report : {Report::DataDescription, Report::Temperatures, Report::DegreeDayFactors,
                                 Report::LapseRates, Report::DeficitGain}) {
@@ -39,6 +38,58 @@ TEST_F(ReportGeneratorTest, ComputedReportsAreRefusedWithoutAnyRun) {
     run_.LastRunSimulation.clear();
     basin_.Current_Sim_Name.clear();
     EXPECT_TRUE(report_refusal(Report::Runoff, basin_, run_));
+}
+
+TEST_F(ReportGeneratorTest, DailyReportsOfASimulationWithoutADateAreRefused) {
+    simulation().start.reset();
+    for (const Report report : {Report::Temperatures, Report::DegreeDayFactors, Report::LapseRates}) {
+        const auto refusal = report_refusal(report, basin_, run_);
+        ASSERT_TRUE(refusal);
+        EXPECT_EQ(refusal->title, "Missing data!");
+        EXPECT_EQ(refusal->text,
+                  "The report '" + report_title(report, 0) +
+                      "' has no days to show: the simulation 'wy2001' has no start date. Enter "
+                      "what is missing in the simulation table, then make the report again.");
+    }
+    for (const Report report : {Report::DegreeDays, Report::Melt, Report::Runoff}) {
+        const auto refusal = report_refusal(report, basin_, run_);
+        ASSERT_TRUE(refusal);
+        EXPECT_EQ(refusal->title, "Missing data!");
+        EXPECT_EQ(refusal->text,
+                  "The report '" + report_title(report, 0) +
+                      "' has no days to show: the simulation 'wy2001' has no start date. Enter "
+                      "what is missing in the simulation table, run the simulation, then make "
+                      "the report again.");
+    }
+    EXPECT_FALSE(report_refusal(Report::DataDescription, basin_, run_));
+    EXPECT_FALSE(report_refusal(Report::InputSummary, basin_, run_));
+    EXPECT_FALSE(report_refusal(Report::DeficitGain, basin_, run_));
+}
+
+TEST_F(ReportGeneratorTest, WithoutASelectedSimulationTheDataDescriptionAloneIsMade) {
+    basin_.current_row.reset();
+    basin_.Current_Sim_Name = k_no_simulation;
+    const ReportRequest made = request({Report::DataDescription, Report::Temperatures});
+    EXPECT_EQ(made.made, 1);
+    ASSERT_TRUE(made.refusal);
+    EXPECT_EQ(made.refusal->text,
+              "The report 'Temperature Values' has no days to show: no simulation is selected. Select one in "
+              "the simulation table, then make the report again.");
+    const auto text = report_text_lines(made.text);
+    // "Period: " and the blanks up to column 13, " to ", the run at 73 - 5 = 68.
+    EXPECT_EQ(text[2], "Period:      to " + std::string(51, ' ') + "Run: ");
+    EXPECT_EQ(text[4], "Simulation: --");
+    EXPECT_TRUE(lines_that_begin(text, "Temperature Values:").empty());
+    EXPECT_EQ(report_refusal(Report::InputSummary, basin_, run_)->title, "Missing data!");
+}
+
+TEST_F(ReportGeneratorTest, TheHeadOfTheDataDescriptionLeavesMissingDatesBlank) {
+    simulation().end.reset();
+    // The run at 73 - 6 = 67.
+    EXPECT_EQ(lines(Report::DataDescription)[2],
+              "Period:     01/30/2001 to " + std::string(40, ' ') + "Run: 4");
+    simulation().start.reset();
+    EXPECT_EQ(lines(Report::DataDescription)[2], "Period:      to " + std::string(50, ' ') + "Run: 4");
 }
 
 TEST_F(ReportGeneratorTest, NamesOfSimulationsCompareWithoutRegardToCase) {
@@ -79,6 +130,69 @@ TEST_F(ReportGeneratorTest, ReportsStandInAscendingOrderWithPagesCountedThrough)
     EXPECT_THAT(pages, ElementsAre("1", "2", "3", "4"));
     EXPECT_LT(made.text.find("Current data description"), made.text.find("Melt Depth"));
     EXPECT_LT(made.text.find("Melt Depth"), made.text.find("Measured vs Computed"));
+}
+
+TEST_F(ReportGeneratorTest, EveryLineEndsWithCarriageReturnAndLineFeed) {
+    const std::string text = request({k_all_reports.begin(), k_all_reports.end() - 1}).text;
+    EXPECT_THAT(text, testing::StartsWith("Hollin Flow Model  "));
+    EXPECT_THAT(text, testing::EndsWith("\r\n\f\r\n"));
+    const auto count = [&](const char* what) {
+        std::size_t found = 0;
+        for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++found;
+        return found;
+    };
+    EXPECT_GT(count("\r\n"), 300U);
+    EXPECT_EQ(count("\r"), count("\r\n"));
+    EXPECT_EQ(count("\n"), count("\r\n"));
+}
+
+TEST_F(ReportGeneratorTest, NoTextOfTheUserEndsALineAPageOrABlock) {
+    basin_.basin_name = "Al\fder\r\n\f\r\nFork";
+    basin_.basin_description = "\x01";
+    basin_.Basin_File = "al\nder.mdb";
+    run_.ScenarioName =
+        "warm\x01"
+        "er";
+    run_.ClimateStep = 2;
+    simulation().comments = "one\r\n\f\r\n\x01\rtwo\x7F\nt\u0085hree\n";
+    const ReportRequest made = request({Report::DataDescription, Report::Melt, Report::InputSummary});
+    ASSERT_FALSE(made.refusal);
+    const auto text = report_text_lines(made.text);
+    EXPECT_EQ(lines_that_begin(text, "Basin: ").front().substr(0, 27), "Basin:      Al der     Fork");
+    EXPECT_EQ(lines_that_begin(text, "File: ").front(), "File:       al der.mdb");
+    EXPECT_EQ(lines_that_begin(text, "Scenario").front(), "Scenario  : warm er");
+    EXPECT_EQ(lines_that_begin(text, "Description:").front(), "Description:" + std::string(30, ' ') + " ");
+    for (const char* title : {"Comments:", "-- Program Comments --"}) {
+        const auto begin = std::find(text.begin(), text.end(), title);
+        ASSERT_GE(text.end() - begin, 6) << title;
+        EXPECT_THAT(std::vector(begin + 1, begin + 7), ElementsAre("one", " ", " ", "two ", "t hree", ""));
+    }
+    EXPECT_EQ(lines_that_begin(text, "Basin Year")[0],
+              "Basin Year     : 2001          Name: Al der     Fork");
+    // Report 0, two zones of report 5 and report 7 end a page; the zones of 5 and 7 end a block.
+    EXPECT_EQ(std::count(made.text.begin(), made.text.end(), '\f'), 4);
+    EXPECT_EQ(std::count(made.text.begin(), made.text.end(), '\x01'), 4);
+}
+
+TEST_F(ReportGeneratorTest, AnInfiniteNumberInTheTableIsRefusedWithItsField) {
+    file_.open().execute("UPDATE SimResults SET DailyQ = 9e999");
+    const ReportRequest made = request({Report::Melt, Report::Runoff});
+    EXPECT_EQ(made.made, 1);
+    ASSERT_TRUE(made.refusal);
+    EXPECT_EQ(made.refusal->title, "Measured vs Computed Snowmelt Runoff");
+    EXPECT_EQ(made.refusal->text, "The field 'DailyQ' holds an infinite number.");
+}
+
+TEST_F(ReportGeneratorTest, ReportsOfARequestAreTheSameAsEachByItself) {
+    const std::vector<Report> all{k_all_reports.begin(), k_all_reports.end() - 1};
+    for (const int step : {0, 1, 2, 3, 6}) {
+        run_.ClimateStep = step;
+        std::string one_by_one;
+        const ReportSources from = sources();
+        ReportGenerator generator{from, figures_, climate_report_};
+        for (const Report report : all) EXPECT_FALSE(generator.add(report));
+        EXPECT_EQ(request(all).text, generator.text()) << step;
+    }
 }
 
 TEST_F(ReportGeneratorTest, TheFirstRefusalEndsARequest) {
@@ -124,6 +238,23 @@ TEST_F(ReportGeneratorTest, AFolderIsNoClimateReport) {
     EXPECT_THAT(made.refusal->text, HasSubstr("NVR_DfGN.out cannot be read."));
 }
 
+TEST_F(ReportGeneratorTest, TheDescriptionOfTheDataHasTheHeadOfANarrowDailyTable) {
+    auto text = lines(Report::DataDescription);
+    EXPECT_EQ(text[0], "Hollin Flow Model" + std::string(43, ' ') + "Version 1.10");  // at 73 - 12
+    EXPECT_EQ(text[1], "Basin:      Alder" + std::string(45, ' ') + "03/05/2026");    // at 73 - 10
+    EXPECT_EQ(text[2],
+              "Period:     01/30/2001 to 02/02/2001" + std::string(30, ' ') + "Run: 4");  // at 73 - 6
+    EXPECT_EQ(text[3], "File:       alder.mdb");
+    EXPECT_EQ(text[4], "Simulation: wy2001");
+    EXPECT_EQ(text[5] + text[6] + text[8], "");
+    run_.ClimateStep = 3;
+    run_.ScenarioName = "warmer";
+    run_.RunStart = first_day() + 2;
+    text = lines(Report::DataDescription);
+    EXPECT_EQ(text[2], "Period:     02/01/2001 to 02/02/2001" + std::string(23, ' ') + "Run/Step: 4/3");
+    EXPECT_EQ(text[5], "Scenario  : warmer");
+}
+
 TEST_F(ReportGeneratorTest, TheDescriptionOfTheDataTellsBasinSimulationAndZones) {
     const auto text = lines(Report::DataDescription);
     const auto pair = [](const std::string& label, const std::string& value) {
@@ -160,6 +291,13 @@ TEST_F(ReportGeneratorTest, TheDescriptionOfTheDataTellsBasinSimulationAndZones)
     EXPECT_EQ(text[36], "");
     EXPECT_EQ(text[38], "\f");
     EXPECT_EQ(text.size(), 39U);
+}
+
+TEST_F(ReportGeneratorTest, TheDescriptionOfABasinWithoutDailyDataHasNoPeriodOfRecord) {
+    file_.open().execute("DELETE FROM PhysicalData");
+    const auto text = lines(Report::DataDescription);
+    EXPECT_EQ(text[16], "Period of record:");
+    EXPECT_EQ(text[17], "");
 }
 
 TEST_F(ReportGeneratorTest, TheDescriptionOfAnEnglishBasinNamesItsUnits) {

@@ -86,6 +86,13 @@ TEST(ReportLines, ColumnsCountCharactersAndNotBytes) {
     EXPECT_EQ(lines.written(), "m³/s x");
 }
 
+TEST(ReportLines, ATextOfTheUserStaysOnItsLine) {
+    ReportLines lines;
+    lines.user_text("Al\r\nder\f\x01").tab(12).text("x");
+    // 9 characters, each control character a blank.
+    EXPECT_EQ(lines.written(), "Al  der    x");
+}
+
 TEST(ReportLines, ColumnsStartAnewOnEachLine) {
     ReportLines lines;
     lines.line("a long line before it");

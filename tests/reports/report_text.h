@@ -9,7 +9,7 @@
 
 namespace nivora {
 
-/// The lines without their ends; a text that does not end its last line by CR LF is a failure.
+/// The lines without their ends. Every line must end with CR LF, and no CR or LF may be anywhere else.
 inline std::vector<std::string> report_text_lines(std::string_view text) {
     std::vector<std::string> lines;
     while (!text.empty()) {
@@ -19,6 +19,8 @@ inline std::vector<std::string> report_text_lines(std::string_view text) {
             break;
         }
         lines.emplace_back(text.substr(0, end));
+        if (lines.back().find_first_of("\r\n") != std::string::npos)
+            ADD_FAILURE() << "a line end without CR or LF: " << lines.back();
         text.remove_prefix(end + 2);
     }
     return lines;
