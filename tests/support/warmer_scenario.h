@@ -13,9 +13,11 @@
 namespace nivora {
 
 /// Adds the scenario "warmer" to a basin file: two degrees more on every day, and a winter that ends on 31
-/// March 1998. As with any first scenario, the placeholder of the simulation is removed.
+/// March of the simulation's last year. As with any first scenario, the placeholder of the simulation is
+/// removed.
 inline void add_warmer_scenario(const std::filesystem::path& file, const std::string& simulation,
                                 DayCount start, DayCount end) {
+    const DayCount winter_end = *day_count({civil_date(end).year, 3, 31});
     BasinDatabase database{file, Access::ReadWrite};
     atomically(database, [&] {
         database.execute("DELETE FROM ClimateScenarioIndex WHERE ScenarioFile = '" +
