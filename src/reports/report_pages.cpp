@@ -132,8 +132,10 @@ struct Unit {
     std::size_t first = 0;
     std::size_t end = 0;   ///< one past its last line
     std::size_t mark = 0;  ///< of the table; `end` if there is none
+    std::size_t head = 0;  ///< lines above the table that a further table on the report page does not have
 
     [[nodiscard]] bool is_table() const { return mark < end; }
+    [[nodiscard]] std::size_t table_rows() const { return mark - first - head; }
 };
 
 /// The index after the lines that end a report page, if they are next: empty lines, one line of text, a form
@@ -149,6 +151,18 @@ std::size_t page_end_from(const std::vector<SourceLine>& lines, std::size_t at) 
     return at;
 }
 
+/// The number of lines above the first of several tables of a report page, up to the last empty line above
+/// it. 0 for all other tables: a daily table ends its report page, and the next one repeats its head.
+std::size_t head_above(const std::vector<SourceLine>& lines, const Unit& unit) {
+    const bool begins_report_page = unit.first == 0 || lines[unit.first - 1].kind == LineKind::Feed;
+    const bool ends_report_page = unit.end > unit.mark + 1;
+    if (!begins_report_page || ends_report_page) return 0;
+    std::size_t at = unit.mark;
+    while (at > unit.first && lines[at - 1].text.empty()) --at;
+    while (at > unit.first && !lines[at - 1].text.empty()) --at;
+    return at - unit.first;
+}
+
 std::vector<Unit> units_of(const std::vector<SourceLine>& lines) {
     std::vector<Unit> units;
     for (std::size_t at = 0; at < lines.size();) {
@@ -159,6 +173,7 @@ std::vector<Unit> units_of(const std::vector<SourceLine>& lines) {
         if (unit.end < lines.size()) ++unit.end;
         if (marked) {
             unit.end = page_end_from(lines, unit.end);
+            unit.head = head_above(lines, unit);
         } else {
             unit.mark = unit.end;
         }
@@ -194,10 +209,9 @@ private:
         if (end > unit.first && begins_page(unit, end)) Print_Page_Header(false);
         for (std::size_t at = unit.first; at < unit.end; ++at) {
             if (lines_[at].kind == LineKind::Mark) {
-                end_table();
+                end_table(unit);
                 continue;
             }
-            ++rows_from_mark_;
             put_line(lines_[at].text, unit.is_table() && at > unit.first && at < unit.mark);
             keep_head(lines_[at]);
         }
@@ -211,8 +225,9 @@ private:
     }
 
     [[nodiscard]] bool begins_page(const Unit& unit, std::size_t end) const {
-        if (job_.pages.empty()) return false;
-        return row_ > limit_ || (!print_.No_Table_Head && belongs_on_next_page(unit, end));
+        // Without page breaks a page ends only where it is full.
+        if (job_.pages.empty() || print_.No_Table_Head) return false;
+        return row_ > limit_ || belongs_on_next_page(unit, end);
     }
 
     /// Leaves out an empty line that does not fit: it begins no page.
@@ -226,9 +241,9 @@ private:
     }
 
     /// Expects the next table to be as high as one that ends low on the page, so that it is not split.
-    void end_table() {
-        if (row_ > k_measured_part * height_) limit_ = height_ - k_kept_free * rows_from_mark_;
-        rows_from_mark_ = 0.0;
+    void end_table(const Unit& unit) {
+        if (row_ <= k_measured_part * height_) return;
+        limit_ = height_ - k_kept_free * static_cast<double>(unit.table_rows());
     }
 
     /// Whether a unit would be split here and fits on a page of its own.
@@ -294,7 +309,6 @@ private:
     double limit_;            ///< lines of the page, after which the next table begins another one
     double row_ = 0.0;        ///< of the next line
     double head_rows_ = 0.0;  ///< of the page's head
-    double rows_from_mark_ = 0.0;
     std::vector<std::string> head_;
     std::size_t head_read_ = 0;
     PrintedJob job_;

@@ -17,7 +17,7 @@ struct ReportPrint {
 /// Lays out reports on the pages of a device that was set up, in the font of reports, which shrinks until the
 /// widest line fits. A line that is a form feed is printed as an empty one; the eleven lines after it are the
 /// head of the pages that follow. A line with character 1 ends a table and is not printed. If possible, pages
-/// end between tables. No head follows the last page.
+/// end between tables; without page breaks they end only where they are full. No head follows the last page.
 [[nodiscard]] PrintedJob lay_out_report(const PagedDevice& device, const ReportPrint& print);
 
 /// The text file of a print to a file: form feeds and marks are empty lines, and a line of 92 "=" and two

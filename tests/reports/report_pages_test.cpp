@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace nivora {
 namespace {
 
@@ -164,6 +166,74 @@ TEST_F(ReportPages, SmallTablesGoOnUntilOneAndAHalfOfThemNoLongerFit) {
     EXPECT_EQ(printed[1][15], "t12.1");
 }
 
+TEST_F(ReportPages, TheHeightOfATableBeginsBehindItsFormFeed) {
+    // 32 lines and a form feed; then tables of 6 lines. The first ends at line 39: the limit is 60 - 9 = 51.
+    // The third ends there, so that the fourth still stands on the page, to line 57.
+    std::string text = numbered("r", 1, 32) + "\f\r\n";
+    for (int table = 1; table <= 5; ++table)
+        text += numbered("t" + std::to_string(table) + ".", 1, 6) + "\x01\r\n";
+    const auto printed = pages(text);
+    ASSERT_EQ(printed.size(), 2U);
+    EXPECT_EQ(printed[0].size(), 57U);
+    EXPECT_EQ(printed[0].back(), "t4.6");
+    EXPECT_EQ(printed[1][4], "t1.1") << "the head";
+    EXPECT_EQ(printed[1][15], "t5.1");
+}
+
+TEST_F(ReportPages, TheLinesThatEndAReportPageAreNotPartOfTheNextTable) {
+    // Tables of 8 lines and 4 behind them. The mark of the fourth is at line 44: the limit is 60 - 12 = 48,
+    // where the fifth begins; its text ends at line 59.
+    std::string text;
+    for (int table = 1; table <= 6; ++table) {
+        text += numbered("t" + std::to_string(table) + ".", 1, 8) + "\x01\r\n\r\n\r\nversion " +
+                std::to_string(table) + "\r\n\f\r\n";
+    }
+    const auto printed = pages(text);
+    ASSERT_EQ(printed.size(), 2U);
+    EXPECT_EQ(printed[0].size(), 59U);
+    EXPECT_EQ(printed[0].back(), "version 5");
+    EXPECT_EQ(printed[1][4], "t6.1");
+}
+
+/// A report page of several tables of 10 lines below a head of 28.
+std::string tables_below_a_head(int count) {
+    std::string text = numbered("head ", 1, 13) + "\r\n" + numbered("note ", 1, 12) + "\r\n\r\n";
+    for (int table = 1; table <= count; ++table)
+        text += numbered("t" + std::to_string(table) + ".", 1, 9) + "\r\n\x01\r\n";
+    return text;
+}
+
+TEST_F(ReportPages, TheHeadOfAReportPageIsNotPartOfTheFirstOfItsTables) {
+    // The first table ends at line 38: the limit is 60 - 15 = 45. The second begins at 38 and ends at 48,
+    // beyond the limit: the third begins a page, although its nine lines of text would end at 57.
+    const auto printed = pages(tables_below_a_head(3));
+    ASSERT_EQ(printed.size(), 2U);
+    EXPECT_EQ(printed[0].back(), "t2.9");
+    EXPECT_EQ(printed[1][14], "head 11");
+    EXPECT_EQ(printed[1][15], "t3.1");
+}
+
+TEST_F(ReportPages, TheHeadOfAReportPageBehindAFormFeedIsNotPartOfItsTableEither) {
+    // As above, 5 lines further down: the first table ends at line 43, the second one at 53.
+    const auto printed = pages(numbered("r", 1, 4) + "\f\r\n" + tables_below_a_head(3));
+    ASSERT_EQ(printed.size(), 2U);
+    EXPECT_EQ(printed[0].back(), "t2.9");
+    EXPECT_EQ(printed[1][15], "t3.1");
+}
+
+TEST_F(ReportPages, TheHeadOfADailyTableIsPartOfItBecauseTheNextOneRepeatsIt) {
+    // 28 lines and a form feed, then a table of 3 lines, an empty one and 7 more: its mark is at line 40 and
+    // the limit 60 - 16.5 = 43.5. The lines behind it end at 44: the next table begins a page, although its
+    // text would end at line 58. Without its head the limit would be 60 - 10.5 = 49.5.
+    const auto table = [](const std::string& name) {
+        return numbered(name, 1, 3) + "\r\n" + numbered(name, 4, 10) + "\x01\r\n\r\n\r\nversion\r\n\f\r\n";
+    };
+    const auto printed = pages(numbered("r", 1, 28) + "\f\r\n" + table("a") + table("b"));
+    ASSERT_EQ(printed.size(), 2U);
+    EXPECT_EQ(printed[0].back(), "version");
+    EXPECT_EQ(printed[1][4], "b1");
+}
+
 TEST_F(ReportPages, ATableThatWouldBeSplitBeginsAPage) {
     // 30 lines, and 32 that do not fit after them. 15 lines of head and 32 fit a page of their own.
     const std::string text = numbered("a", 1, 30) + "\x01\r\n" + numbered("b", 1, 32) + "\x01\r\n";
@@ -181,6 +251,20 @@ TEST_F(ReportPages, WithoutPageBreaksTablesFollowEachOther) {
     EXPECT_EQ(printed[0].back(), "b30");
     EXPECT_EQ(printed[1][4], "(continued)");
     EXPECT_EQ(printed[1][5], "b31");
+}
+
+TEST_F(ReportPages, WithoutPageBreaksAPageEndsOnlyWhereItIsFull) {
+    // The first table ends at line 40, beyond 36. With page breaks the limit would be 60 - 60 = 0.
+    const std::string text = numbered("a", 1, 40) + "\x01\r\n" + numbered("b", 1, 10) + "\x01\r\n" +
+                             numbered("c", 1, 15) + "\x01\r\n";
+    EXPECT_EQ(pages(text)[0].back(), "a40");
+    const auto printed = pages(text, true);
+    ASSERT_EQ(printed.size(), 2U);
+    EXPECT_EQ(printed[0].size(), 60U);
+    EXPECT_EQ(printed[0].back(), "c10");
+    EXPECT_EQ(printed[1][4], "(continued)");
+    EXPECT_EQ(printed[1][5], "c11");
+    EXPECT_EQ(printed[1].size(), 10U);
 }
 
 TEST_F(ReportPages, TheLinesThatEndAReportPageStayBelowItsTable) {
@@ -212,6 +296,20 @@ TEST_F(ReportPages, TheFontShrinksUntilTheWidestLineFits) {
     EXPECT_LE(job.pages[0].texts[1].width, 9000.0);
     // Lines are closer: 60 x 7.25 / 6 = 72.5 on a page.
     EXPECT_EQ(lay_out(numbered(std::string(123, 'x'), 1, 72)).pages.size(), 1U);
+}
+
+TEST_F(ReportPages, TheFontShrinksForTheRuleOf82OnAPageThatHolds80Characters) {
+    // 80 columns at 7.25 points are 6960 twips wide, 82 are 7134: 7.25 x 7000 / 7134 = 7.11.
+    device_.usable(7000, 60 * 145);
+    ASSERT_FALSE(margin_refusal(device_, "frmPrint"));
+    const PrintedJob job = lay_out(numbered("line ", 1, 70));
+    EXPECT_LE(job.font.points, 7.12);
+    EXPECT_GT(job.font.points, 7.09);
+    ASSERT_EQ(job.pages.size(), 2U);
+    const auto& texts = job.pages[1].texts;
+    const auto rule = std::ranges::find(texts, std::string(82, '='), &PrintedText::text);
+    ASSERT_NE(rule, texts.end());
+    EXPECT_LE(rule->width, 7000.0);
 }
 
 TEST_F(ReportPages, AWidestLineThatJustFitsKeepsTheFont) {
