@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <cstddef>
 #include <optional>
 
 namespace nivora {
@@ -13,6 +15,8 @@ namespace {
 
 constexpr const char* k_millimetres = "mm";
 constexpr const char* k_inches = "in";
+constexpr double k_millimetres_an_inch = 25.4;
+constexpr double k_same_margin = 0.001;  ///< of any unit: dialogs show hundredths
 
 /// Whether Letter is the usual paper of a country. The unit does not tell: most of these countries are
 /// metric.
@@ -55,6 +59,16 @@ QPageLayout::Unit unit_of(const std::string& text, const QLocale& locale) {
 
 double margin_of(float kept) { return kept == 0.0F ? k_default_margin : static_cast<double>(kept); }
 
+std::array<double, 4> sides_of(const QMarginsF& margins) {
+    return {margins.left(), margins.top(), margins.right(), margins.bottom()};
+}
+
+/// The margins in inches. Qt rounds what it converts to hundredths, so that 10 mm would come back as 9.91.
+std::array<double, 4> margins_in_inches(const QPageLayout& page) {
+    if (page.units() != QPageLayout::Millimeter) return sides_of(page.margins(QPageLayout::Inch));
+    return sides_of(page.margins() / k_millimetres_an_inch);
+}
+
 }  // namespace
 
 QPageLayout page_of(const PageSetup& setup, const QLocale& locale) {
@@ -71,9 +85,15 @@ QPageLayout page_of(const PageSetup& setup, const QLocale& locale) {
 }
 
 void keep_page(PageSetup& setup, const QPageLayout& page) {
-    const QMarginsF margins = page.margins(QPageLayout::Inch);
-    setup.margins = {static_cast<float>(margins.left()), static_cast<float>(margins.top()),
-                     static_cast<float>(margins.right()), static_cast<float>(margins.bottom())};
+    QPageLayout before = page_of(setup);
+    before.setUnits(page.units());
+    const auto shown_before = sides_of(before.margins());
+    const auto shown = sides_of(page.margins());
+    const auto inches = margins_in_inches(page);
+    for (std::size_t side = 0; side < setup.margins.size(); ++side) {
+        const bool same = std::abs(shown[side] - shown_before[side]) < k_same_margin;
+        setup.margins[side] = static_cast<float>(same ? margin_of(setup.margins[side]) : inches[side]);
+    }
     setup.paper = paper_text(page.pageSize());
     setup.unit = page.units() == QPageLayout::Inch ? k_inches : k_millimetres;
     setup.orientation = page.orientation() == QPageLayout::Landscape ? k_landscape : k_portrait;

@@ -18,7 +18,8 @@ inline constexpr double k_default_margin = 1.0;
 /// country of the locale, and the orientation is portrait.
 [[nodiscard]] QPageLayout page_of(const PageSetup& setup, const QLocale& locale = QLocale::system());
 
-/// Stores paper, unit, margins and orientation of a page in the set-up.
+/// Stores paper, unit, margins and orientation of a page in the set-up. A margin that the page has as page_of
+/// gave it keeps its stored value, which the unit of the page may have rounded; 0 becomes 1 inch.
 void keep_page(PageSetup& setup, const QPageLayout& page);
 
 }  // namespace nivora

@@ -71,6 +71,52 @@ TEST(PageLayout, MarginsStayInInchesWhateverTheUnit) {
     EXPECT_EQ(kept.margins, setup.margins);
 }
 
+TEST(PageLayout, AMarginThatWasNotChangedKeepsItsThousandths) {
+    // 0.375 inches are 9.525 mm, and 0.125 are 3.175 mm: the unit shows hundredths.
+    for (const char* unit : {"mm", "in"}) {
+        SCOPED_TRACE(unit);
+        PageSetup setup;
+        setup.margins = {0.375F, 0.125F, 0.625F, 0.0F};
+        setup.unit = unit;
+        keep_page(setup, page_of(setup));
+        EXPECT_EQ(setup.margins, (std::array<float, 4>{0.375F, 0.125F, 0.625F, 1.0F}));
+        EXPECT_EQ(setup.unit, unit);
+    }
+}
+
+TEST(PageLayout, AMarginKeepsItsThousandthsWhenAnotherOneOrTheUnitIsChanged) {
+    PageSetup setup;
+    setup.margins = {0.375F, 0.125F, 0.75F, 1.0F};
+    setup.unit = "in";
+    QPageLayout page = page_of(setup);
+    page.setUnits(QPageLayout::Millimeter);
+    page.setLeftMargin(12.7);
+    keep_page(setup, page);
+    EXPECT_EQ(setup.margins, (std::array<float, 4>{0.5F, 0.125F, 0.75F, 1.0F}));
+    EXPECT_EQ(setup.unit, "mm");
+}
+
+TEST(PageLayout, AMarginThatWasChangedByAHundredthIsKeptAsChanged) {
+    PageSetup setup;
+    setup.margins = {0.5F, 0.5F, 0.5F, 0.5F};
+    setup.unit = "mm";
+    QPageLayout page = page_of(setup);
+    page.setLeftMargin(12.71);
+    keep_page(setup, page);
+    EXPECT_FLOAT_EQ(setup.margins[0], static_cast<float>(12.71 / 25.4));
+    EXPECT_EQ(setup.margins[1], 0.5F);
+}
+
+TEST(PageLayout, MillimetresThatWereTypedAreShownAgain) {
+    // 10 mm are 0.3937 inches; 0.39 would be 9.91 mm.
+    PageSetup setup;
+    setup.unit = "mm";
+    QPageLayout page = page_of(setup);
+    page.setMargins({10.0, 15.0, 20.0, 25.0});
+    keep_page(setup, page);
+    EXPECT_EQ(page_of(setup).margins(), QMarginsF(10.0, 15.0, 20.0, 25.0));
+}
+
 TEST(PageLayout, AnInvalidPaperIsReplacedByThatOfTheLocale) {
     for (const char* paper : {"", "A4x", "Custom", "0x0", "-5x300", "nanxnan", "9e9x1", "1x2x3"}) {
         PageSetup setup;
