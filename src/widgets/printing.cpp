@@ -22,6 +22,25 @@ namespace {
 
 constexpr const char* k_print_title = "Print";
 
+/// A progress dialog that waits for a click, so that the busy pointer is away while it is shown.
+class CancelDialog : public QProgressDialog {
+public:
+    using QProgressDialog::QProgressDialog;
+
+protected:
+    void showEvent(QShowEvent* event) override {
+        if (!pause_) pause_.emplace();
+        QProgressDialog::showEvent(event);
+    }
+    void hideEvent(QHideEvent* event) override {
+        QProgressDialog::hideEvent(event);
+        pause_.reset();
+    }
+
+private:
+    std::optional<BusyPause> pause_;
+};
+
 /// Shows the progress of a long print, with a button that cancels it.
 class PrintProgress {
 public:
@@ -41,7 +60,7 @@ public:
     }
 
 private:
-    QProgressDialog dialog_;
+    CancelDialog dialog_;
 };
 
 /// The content of a text file: each line, also the last one, ends with CR LF.

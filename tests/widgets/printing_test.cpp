@@ -216,6 +216,29 @@ TEST_F(PrintingTest, CancelEndsALongPrintBehindThePageThatIsBeingPrinted) {
     EXPECT_TRUE(print()) << "the next print is another one";
 }
 
+TEST_F(PrintingTest, ThePointerIsBusyExceptOverTheProgress) {
+    fill_rows(300);
+    const auto is_busy = [] {
+        const QCursor* pointer = QApplication::overrideCursor();
+        return pointer != nullptr && pointer->shape() == Qt::WaitCursor;
+    };
+    int pages = 0;
+    printers_.before_page = [&] {
+        if (++pages > 1) return;
+        auto* progress = window_.findChild<QProgressDialog*>();
+        ASSERT_NE(progress, nullptr);
+        EXPECT_TRUE(is_busy()) << "it is not shown yet";
+        progress->show();
+        EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+        progress->hide();
+        EXPECT_TRUE(is_busy());
+        progress->show();
+    };
+    ASSERT_TRUE(print());
+    EXPECT_GT(pages, 1) << "it was open to the end";
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
 TEST_F(PrintingTest, ATextIsPrintedWithItsTitleAndPageNumbers) {
     ASSERT_TRUE(printing_.print_text(
         &window_,
