@@ -74,6 +74,24 @@ TEST_F(ReportFileTest, TheClimateReportComesFromTheProgramFolder) {
     EXPECT_EQ(content(), "Zone A gains\r\n");
 }
 
+TEST_F(ReportFileTest, AHugeClimateReportIsCopiedToItsLastLine) {
+    constexpr int k_lines = 300'000;
+    std::string report;
+    std::string copied;
+    for (int line = 1; line <= k_lines; ++line) {
+        const std::string text = "Zone A gains " + std::to_string(line);
+        report += text + "\n";
+        copied += text + "\r\n";
+    }
+    folder_.write("NVR_DfGN.out", report);
+    run_.ClimateStep = 6;
+    const auto outcome = write({Report::DeficitGain});
+    EXPECT_FALSE(outcome.problem);
+    ASSERT_TRUE(outcome.file);
+    EXPECT_TRUE(content() == copied);
+    EXPECT_TRUE(outcome.file->text == copied);
+}
+
 TEST_F(ReportFileTest, AFileThatCannotBeWrittenStaysAndTheMessageNamesItAndTheRemedy) {
     folder_.write("NVRrpts.out", "before\r\n");
     std::filesystem::permissions(path_, std::filesystem::perms::owner_read);

@@ -4,7 +4,11 @@
 #include "tests/support/full_disk.h"
 #include "tests/widgets/printing_fixture.h"
 
+#include <array>
+#include <cstdio>
+#include <cstring>
 #include <fstream>
+#include <stdexcept>
 
 namespace nivora {
 namespace {
@@ -15,7 +19,31 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 /// Prints into files.
-class PrintToFileTest : public PrintingTest {};
+class PrintToFileTest : public PrintingTest {
+protected:
+    /// A page of a PDF file, points.
+    struct FoundPage {
+        double width = 0.0, height = 0.0;
+        double left = 0.0, top = 0.0;  ///< of its first word
+    };
+
+    /// The first page, as a PDF reader finds it.
+    static FoundPage first_page(const fs::path& file) {
+        const std::string command = "pdftotext -bbox '" + file.string() + "' -";
+        std::FILE* pipe = ::popen(command.c_str(), "r");
+        if (pipe == nullptr) throw std::runtime_error("cannot start " + command);
+        std::array<char, 4096> text{};
+        static_cast<void>(std::fread(text.data(), 1, text.size() - 1, pipe));
+        FoundPage page;
+        const char* found = std::strstr(text.data(), "<page ");
+        const bool whole =
+            ::pclose(pipe) == 0 && found != nullptr &&
+            std::sscanf(found, "<page width=\"%lf\" height=\"%lf\"> <word xMin=\"%lf\" yMin=\"%lf\"",
+                        &page.width, &page.height, &page.left, &page.top) == 4;
+        if (!whole) throw std::runtime_error("no page with a word was found by " + command);
+        return page;
+    }
+};
 
 TEST_F(PrintToFileTest, ATextFileIsAskedForUnderTheBasinsNameWithTheSuffix) {
     printers_.then(PrintTarget::Text);
@@ -87,6 +115,22 @@ TEST_F(PrintToFileTest, APdfIsAskedForAndWritten) {
     EXPECT_EQ(dialogs_.files()[0].title, "Save as a PDF(.pdf) file");
     EXPECT_EQ(dialogs_.files()[0].proposed_name, "alder_Results.pdf");
     EXPECT_THAT(file_bytes(folder_ / "out.pdf"), StartsWith("%PDF-"));
+}
+
+TEST_F(PrintToFileTest, APdfHasPaperOrientationAndMarginsOfThePageSetup) {
+    // Letter on its side is 792 x 612 points.
+    session_.settings.page.paper = "Letter";
+    session_.settings.page.orientation = 2;
+    session_.settings.page.margins = {1.5F, 0.75F, 0.5F, 0.5F};
+    printers_.then(PrintTarget::Pdf);
+    dialogs_.then_file(folder_ / "out.pdf");
+    ASSERT_TRUE(print_report("first\r\n"));
+    const FoundPage page = first_page(folder_ / "out.pdf");
+    EXPECT_NEAR(page.width, 792.0, 0.5);
+    EXPECT_NEAR(page.height, 612.0, 0.5);
+    EXPECT_NEAR(page.left, 1.5 * 72, 0.5);
+    // The box of a letter reaches over its line by a little.
+    EXPECT_NEAR(page.top, 0.75 * 72, 2.5);
 }
 
 TEST_F(PrintToFileTest, TheEndingOfTheNameDecidesWhatIsWritten) {

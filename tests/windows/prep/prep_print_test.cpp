@@ -164,6 +164,27 @@ TEST_F(MonthlyPrintTest, PrintsTheMonthsOfTheShownZone) {
     }
 }
 
+TEST_F(MonthlyPrintTest, ASelectionOfRowsIsPrintedAlone) {
+    open();
+    auto* grid = find<GridView>("vaSpread1");
+    const auto* model = grid->model();
+    int precipitation = -1;
+    for (int column = 0; column < model->columnCount(); ++column) {
+        if (model->index(1, column).data().toString() == QStringLiteral("102.00")) precipitation = column;
+    }
+    ASSERT_GE(precipitation, 0);
+    grid->setCurrentIndex(model->index(1, precipitation));
+    grid->selectionModel()->select(
+        QItemSelection(model->index(1, precipitation), model->index(2, precipitation)),
+        QItemSelectionModel::ClearAndSelect);
+    press(4);
+    ASSERT_EQ(printers_.jobs().size(), 1U);
+    const std::string page = printers_.jobs()[0].page(0);
+    EXPECT_THAT(page, AllOf(HasSubstr("February\n102.00\n"), HasSubstr("March\n103.00\n")));
+    for (const char* left_out : {"January", "101.00", "April", "104.00"})
+        EXPECT_THAT(page, Not(HasSubstr(left_out)));
+}
+
 TEST_F(MonthlyPrintTest, ProposesTheBasinsNameForATextFile) {
     open();
     printers_.then(PrintTarget::Text);
