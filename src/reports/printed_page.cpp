@@ -60,6 +60,11 @@ std::optional<Message> margin_refusal(const PagedDevice& device, const std::stri
                    .title = k_margin_title};
 }
 
+Message printer_not_ready(int number) {
+    return Message{.text = fmt::format(" Printer not ready, error={} - request ignored ", number),
+                   .title = "Print"};
+}
+
 Message print_error(const std::string& text, int number) {
     return Message{.text = fmt::format("{}, Error Code #{}.  Error raised during print request (PrintOut) ",
                                        text, number),

@@ -123,6 +123,8 @@ public:
 ///               "frmFileDisp" has a page set-up of its own
 [[nodiscard]] std::optional<Message> margin_refusal(const PagedDevice& device, const std::string& window);
 
+/// The message about a printer that takes no page at all.
+[[nodiscard]] Message printer_not_ready(int number);
 /// The message about an error during a print.
 [[nodiscard]] Message print_error(const std::string& text, int number);
 

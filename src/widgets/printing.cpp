@@ -152,8 +152,10 @@ bool Printing::print_on_printer(QWidget* window, PrintChoice& choice, const Work
 bool Printing::paint(QWidget* window, PaintedDevice& device, const PrintChoice& choice,
                      const PrintedJob& job) {
     PrintProgress progress(window, job.pages.size());
+    bool started = false;
     bool cancelled = false;
     const bool painted = paint_pages(device, job, [&](int page) {
+        started = true;
         cancelled = !progress.goes_on_to(page);
         if (cancelled && choice.abort) choice.abort();
         return !cancelled;
@@ -161,7 +163,8 @@ bool Printing::paint(QWidget* window, PaintedDevice& device, const PrintChoice& 
     if (cancelled) return false;
     if (painted && !(choice.has_failed && choice.has_failed())) return true;
     session_.dialogs.message(
-        print_error("The printer \"" + choice.printer + "\" did not print all pages", EIO));
+        started ? print_error("The printer \"" + choice.printer + "\" did not print all pages", EIO)
+                : printer_not_ready(EIO));
     return false;
 }
 

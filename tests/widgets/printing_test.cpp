@@ -79,6 +79,14 @@ TEST_F(PrintingTest, APrinterThatVanishedIsNamedAndNotKept) {
     EXPECT_TRUE(printers_.jobs().empty());
 }
 
+TEST_F(PrintingTest, APrinterThatTakesNoPageIsNotReady) {
+    printers_.sheets = 0;
+    EXPECT_FALSE(print());
+    EXPECT_EQ(told().title, "Print");
+    EXPECT_EQ(told().text, " Printer not ready, error=5 - request ignored ");
+    EXPECT_EQ(messages(), 1U);
+}
+
 TEST_F(PrintingTest, APrinterThatTakesNoFurtherPageIsTold) {
     fill_rows(500);
     printers_.sheets = 2;
