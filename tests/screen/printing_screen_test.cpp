@@ -93,6 +93,7 @@ TEST_F(PrintingOnScreenTest, ALongPrintShowsItsProgressAndIsCancelledByItsButton
     in_dialog<QProgressDialog>([](QProgressDialog& progress) {
         EXPECT_EQ(progress.labelText(), QStringLiteral("Printing - Click Cancel to quit"));
         EXPECT_EQ(progress.windowTitle(), QStringLiteral("Print"));
+        EXPECT_EQ(QApplication::overrideCursor(), nullptr) << "the pointer is not busy over it";
         const auto* label = progress.findChild<QLabel*>();
         ASSERT_NE(label, nullptr);
         EXPECT_GT(drawn_points(picture(*label)), 100);
@@ -143,10 +144,22 @@ TEST_F(PageSetupOnScreenTest, OkKeepsAMarginOfZeroAsOneInch) {
     page_setup([](QPageSetupDialog& dialog) {
         click(*dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok));
     });
-    const std::array<float, 4> expected{0.5F, 1.0F, 0.75F, 1.0F};
-    for (std::size_t side = 0; side < expected.size(); ++side)
-        EXPECT_NEAR(session_.settings.page.margins[side], expected[side], 0.005F) << side;
+    EXPECT_EQ(session_.settings.page.margins, (std::array<float, 4>{0.5F, 1.0F, 0.75F, 1.0F}));
     EXPECT_EQ(session_.settings.page.orientation, 1);
+}
+
+TEST_F(PageSetupOnScreenTest, OkKeepsTheThousandthsOfMarginsInEitherUnit) {
+    for (const char* unit : {"mm", "in"}) {
+        SCOPED_TRACE(unit);
+        modal_windows_seen_ = 0;
+        session_.settings.page.unit = unit;
+        session_.settings.page.margins = {0.375F, 0.125F, 0.625F, 1.0F};
+        page_setup([](QPageSetupDialog& dialog) {
+            click(*dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok));
+        });
+        EXPECT_EQ(session_.settings.page.margins, (std::array<float, 4>{0.375F, 0.125F, 0.625F, 1.0F}));
+        EXPECT_EQ(session_.settings.page.unit, unit);
+    }
 }
 
 TEST_F(PageSetupOnScreenTest, CancelKeepsTheOldValues) {
