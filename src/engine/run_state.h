@@ -81,6 +81,7 @@ struct RunResults {
     float ComputedVolume = 0.0F;    ///< 10^6 m³ or 10^6 ft³
     float VolumeDifference = 0.0F;  ///< Dv, percent of the measured volume
     float CoefficientR2 = 0.0F;     ///< Nash-Sutcliffe form, 1 at best, no lower bound
+    bool former_r2 = false;         ///< CoefficientR2 was left as it was: the measured discharge is constant
     /// Which of the six belong to this run; the others may be those of an earlier one.
     StatisticsReach statistics = StatisticsReach::Nothing;
 

@@ -73,7 +73,8 @@ void determination(const Hydrographs& curves, RunState& run) {
         sum_difference = to_single(as_double(sum_difference) + from_computed * from_computed);
     }
     const double variance = as_double(sum_mean) * scale;
-    if (variance == 0.0) return;
+    run.former_r2 = variance == 0.0;
+    if (run.former_r2) return;
     run.CoefficientR2 = to_single((variance - as_double(sum_difference) * scale) / variance);
 }
 

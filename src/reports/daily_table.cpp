@@ -113,10 +113,10 @@ private:
     }
 
     void write_zone_sum(const DailySeries& series) {
-        double total = 0.0;
+        auto total = static_cast<double>(k_missing);
         for (std::size_t column = 0; column < series.columns.size(); ++column) {
             const double part = sum(series, column, table_.period.start, table_.period.end);
-            if (!std::isnan(part)) total += part;
+            if (!std::isnan(part)) total = std::isnan(total) ? part : total + part;
         }
         lines_.line("Total zone runoff input for above period = " + Format_Value(total, 8));
     }

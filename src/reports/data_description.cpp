@@ -5,8 +5,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 namespace nivora {
 namespace {
 
@@ -66,12 +64,12 @@ void write_zones(ReportLines& lines, const BasinState& basin) {
     lines.text("Zone ID").tab(k_area_column).text(fmt::format("Zone Area ({})", words.area));
     lines.tab(k_elevation_column);
     lines.line(fmt::format("Hypsometric Mean Elevation ({})", words.elevation));
-    const auto zones = std::min(basin.zones.size(), static_cast<std::size_t>(basin.ZoneCount));
-    for (std::size_t zone = 0; zone < zones; ++zone) {
-        const auto& [id, area, elevation, notes, aspects] = basin.zones[zone];
-        lines.text(zone_letter(static_cast<int>(zone) + 1));
-        if (area) lines.tab(k_area_column).text(seven_digit_text(*area));
-        if (elevation) lines.tab(k_elevation_column).text(seven_digit_text(*elevation));
+    for (int number = 1; number <= basin.ZoneCount; ++number) {
+        lines.text(zone_letter(number));
+        const auto index = static_cast<std::size_t>(number - 1);
+        const Zone zone = index < basin.zones.size() ? basin.zones[index] : Zone{};
+        if (zone.area) lines.tab(k_area_column).text(seven_digit_text(*zone.area));
+        if (zone.elevation) lines.tab(k_elevation_column).text(seven_digit_text(*zone.elevation));
         lines.end_line();
     }
 }

@@ -50,6 +50,7 @@ public:
           period_(report_period(sources.basin, sources.run).covered()),
           english_(sources.basin.Units_Code == Units::English),
           units_(english_ ? k_english_units : k_metric_units),
+          basin_units_(sources.basin.basin_units == Units::English ? k_english_units : k_metric_units),
           step_(head_.climate_step.value_or(0)),
           columns_(tables.read(input_summary_fields(sources))),
           first_(first_parameters(sources.database, head_.simulation, period_)) {}
@@ -81,9 +82,10 @@ private:
     void write_definition() {
         lines_.text("Basin Year     : ").text(years()).tab(32).text("Name: ");
         lines_.user_text(basin_.basin_name).end_line();
-        lines_.text("Basin Area     : ").text(basin_.basin_area_text).text(units_.area);
+        lines_.text("Basin Area     : ").text(basin_.basin_area_text).text(basin_units_.area);
         lines_.tab(35).text("X: ").line(first_ ? seven_digit_text(first_->xcoeff) : std::string{});
-        lines_.text("Ref. Elevation : ").user_text(basin_.reference_elevation_text).text(units_.elevation);
+        lines_.text("Ref. Elevation : ").user_text(basin_.reference_elevation_text);
+        if (!basin_.reference_elevation_text.empty()) lines_.text(basin_units_.elevation);
         lines_.tab(35).text("Y: ").line(first_ ? seven_digit_text(first_->ycoeff) : std::string{});
         lines_.text("Begin Runoff   : ");
         if (figures_.initial_runoff)
@@ -139,11 +141,11 @@ private:
         const Zone* description = index < basin_.zones.size() ? &basin_.zones[index] : nullptr;
         lines_.text("Zone Area: ");
         if (description != nullptr && description->area) {
-            lines_.text(seven_digit_text(*description->area)).text(units_.area);
+            lines_.text(seven_digit_text(*description->area)).text(basin_units_.area);
         }
         lines_.text("    Hypsometric Mean: ");
         if (description != nullptr && description->elevation) {
-            lines_.text(seven_digit_text(*description->elevation)).text(units_.elevation);
+            lines_.text(seven_digit_text(*description->elevation)).text(basin_units_.elevation);
         }
         lines_.end_line();
         lines_.end_line();
@@ -247,7 +249,8 @@ private:
     ReportHead head_;
     Period period_;
     bool english_;
-    const SummaryUnits& units_;
+    const SummaryUnits& units_;        ///< of the simulation
+    const SummaryUnits& basin_units_;  ///< of areas and elevations
     int step_;
     ReportColumns columns_;
     std::optional<ParameterRow> first_;  ///< of the period

@@ -24,8 +24,9 @@ RunFigures run_figures(const RunState& run) {
     figures.average_measured = values[1];
     figures.computed_volume = values[2];
     figures.average_computed = values[3];
-    figures.volume_difference = values[4];
-    figures.r2 = values[5];
+    // Where these two cannot be computed, the run keeps those of an earlier one, which are not this report's.
+    if (run.MeasuredVolume != 0.0F) figures.volume_difference = values[4];
+    if (!run.former_r2) figures.r2 = values[5];
     return figures;
 }
 

@@ -56,6 +56,7 @@ TEST_F(RunStatistics, OfAGoodRunByHand) {
     EXPECT_EQ(run.MeasuredVolume, 5.184F);
     EXPECT_EQ(run.ComputedVolume, 5.4432F);
     EXPECT_EQ(run.CoefficientR2, 0.945F);
+    EXPECT_FALSE(run.former_r2);
     // From the volumes as Singles: -0.2592000961 / 5.1840000153 x 100 = -5.0000018, not exactly -5.
     EXPECT_EQ(run.VolumeDifference, -5.0000018F);
     EXPECT_NE(-5.0000018F, -5.0F);
@@ -109,6 +110,7 @@ TEST_F(RunStatistics, AConstantMeasuredDischargeKeepsTheFormerR2) {
     EXPECT_TRUE(go());
 
     EXPECT_EQ(run.CoefficientR2, 0.5F);
+    EXPECT_TRUE(run.former_r2);
     // 30 and 36 give the volumes 2.592 and 3.1104: -20 % up to rounding to Singles.
     EXPECT_NEAR(run.VolumeDifference, -20.0F, 0.00001F);
 }

@@ -197,6 +197,51 @@ TEST_F(DailyTableTest, TheSumOfAZoneStandsBelowItsLastBlock) {
     EXPECT_THAT(sums, ElementsAre("Total zone runoff input for above period = 730.0000"));
 }
 
+TEST_F(DailyTableTest, TheSumOfAZoneWithoutValuesIsBlankAndNotZero) {
+    table_.zone_sum = true;
+    fill(k_none);
+    EXPECT_EQ(lines()[45], "Total zone runoff input for above period = " + std::string(8, ' '));
+    values_[1][2] = 0.0;
+    EXPECT_EQ(lines()[45], "Total zone runoff input for above period = 0.00000 ");
+}
+
+TEST_F(DailyTableTest, TheNoteStandsUnderEveryBlockOfAZone) {
+    table_.note = "** - stale";
+    period({2000, 10, 1}, {2001, 9, 30});
+    fill(1.0);
+    const auto text = lines();
+    const auto notes = lines_that_begin(text, "** - stale");
+    EXPECT_EQ(notes.size(), 2U);
+    // Below the totals from the start, which are the last line of a block's numbers.
+    for (std::size_t line = 1; line < text.size(); ++line) {
+        if (text[line] != "** - stale") continue;
+        EXPECT_THAT(text[line - 1], testing::StartsWith("T.    "));
+    }
+}
+
+TEST_F(DailyTableTest, TheBlocksOfAZoneStandBeforeThoseOfTheNext) {
+    period({2000, 10, 1}, {2001, 9, 30});
+    fill(1.0);
+    const std::vector<std::vector<double>> of_b(table_.slots.size(), std::vector<double>(365, 2.0));
+    table_.series = {{.zone_letter = "A", .columns = {}}, {.zone_letter = "B", .columns = {}}};
+    for (std::size_t column = 0; column < table_.slots.size(); ++column) {
+        table_.series[0].columns.emplace_back(values_[column]);
+        table_.series[1].columns.emplace_back(of_b[column]);
+    }
+    ReportLines written;
+    write_daily_table(written, pages_, table_, static_cast<double>(table_.head.today) + 0.5);
+    std::vector<std::string> order;
+    for (const std::string& line : report_text_lines(written.written())) {
+        if (line.starts_with("Basin: ")) order.push_back(line.substr(0, line.find("  03/")));
+        if (line.starts_with(table_.title)) order.push_back(line);
+    }
+    for (std::string& line : order) line.erase(line.find_last_not_of(' ') + 1);
+    const std::string title = "Measured vs Computed Snowmelt Runoff";
+    EXPECT_THAT(order, ElementsAre("Basin:      Alder  --  Zone A", title, "Basin:      Alder  --  Zone A",
+                                   title + " (continued)", "Basin:      Alder  --  Zone B", title,
+                                   "Basin:      Alder  --  Zone B", title + " (continued)"));
+}
+
 TEST_F(DailyTableTest, ANameThatReachesTheDateSendsItToTheNextLine) {
     fill(1.0);
     table_.head.basin_name = std::string(60, 'x');

@@ -177,6 +177,7 @@ TEST_F(InputSummaryTest, AChangedInputLeavesOneLineInPlaceOfTheResults) {
 }
 
 TEST_F(InputSummaryTest, AnEnglishBasinHasItsUnitsAndSquareMetresForItsAreas) {
+    basin_.basin_units = Units::English;
     basin_.Units_Code = Units::English;
     const auto text = summary();
     EXPECT_EQ(text[5], "Basin Area     : 30 m²            X: 1.05");
@@ -188,6 +189,48 @@ TEST_F(InputSummaryTest, AnEnglishBasinHasItsUnitsAndSquareMetresForItsAreas) {
     EXPECT_EQ(from("Ending")[0], "Ending Snow on Store (in)        : .5");
     EXPECT_EQ(from("Measured Runoff")[0], "Measured Runoff Volume (10^6 f³) : 221.12");
     EXPECT_EQ(from("Average Computed")[0], "Average Computed Runoff   (f³/s) : 6.59");
+}
+
+TEST_F(InputSummaryTest, AreasAndElevationsHaveTheUnitsOfTheBasinAndTheRestThoseOfTheSimulation) {
+    basin_.Units_Code = Units::English;
+    const auto text = summary();
+    EXPECT_EQ(text[5], "Basin Area     : 30 km²           X: 1.05");
+    EXPECT_EQ(text[6], "Ref. Elevation : 1500 m           Y: 0.02");
+    EXPECT_EQ(text[7], "Begin Runoff   : 2.5 f³/s      Date: 01/30/2001");
+    EXPECT_EQ(text[8], "Rain Threshold : 6 in");
+    EXPECT_EQ(text[24], "Zone Area: 10 km²    Hypsometric Mean: 1600.5 m");
+}
+
+TEST_F(InputSummaryTest, AMissingNumberHasNoUnit) {
+    basin_.reference_elevation_text.clear();
+    basin_.zones[0].area.reset();
+    basin_.zones[1].elevation.reset();
+    simulation().precipitation_threshold.reset();
+    const auto text = summary();
+    EXPECT_EQ(text[6], "Ref. Elevation :                  Y: 0.02");
+    EXPECT_EQ(text[8], "Rain Threshold : ");
+    EXPECT_EQ(text[24], "Zone Area:     Hypsometric Mean: 1600.5 m");
+    EXPECT_THAT(text, testing::Contains("Zone Area: 20 km²    Hypsometric Mean: "));
+}
+
+TEST_F(InputSummaryTest, TheEndingStoreIsTheMeanOfTheZonesThatHaveAnArea) {
+    figures_.ending_stores = {0.3F, 0.6F};
+    basin_.zones[0].area.reset();
+    EXPECT_EQ(from("Ending")[0], "Ending Snow on Store (cm)        : .6");
+    basin_.zones[1].area.reset();
+    EXPECT_EQ(from("Ending")[0], "Ending Snow on Store (cm)        : ");
+    basin_.zones[0].area = 10.0;
+    figures_.ending_stores[0] = k_missing;
+    EXPECT_EQ(from("Ending")[0], "Ending Snow on Store (cm)        : ");
+}
+
+TEST_F(InputSummaryTest, AMissingStoreLeavesItsPlaceEmpty) {
+    run_.ClimateStep = 6;
+    figures_.present_stores = {k_missing, 0.25F};
+    figures_.changed_stores = {0.5F};
+    const auto text = from("#    Climate");
+    EXPECT_EQ(text[1], "  A              0.50000 ");
+    EXPECT_EQ(text[2], "  B     0.25000 ");
 }
 
 TEST_F(InputSummaryTest, AClimateStepWarnsAndTellsItsStep) {

@@ -293,6 +293,33 @@ TEST_F(ReportGeneratorTest, TheDescriptionOfTheDataTellsBasinSimulationAndZones)
     EXPECT_EQ(text.size(), 39U);
 }
 
+TEST_F(ReportGeneratorTest, TheDescriptionTellsEachDistributionAndTheLongitudeInItsOwnLine) {
+    basin_.longitude_text = "-9.25";
+    simulation().lapse_rate = Distribution::ByZone;
+    simulation().runoff_coefficients = Distribution::Basinwide;
+    simulation().critical_temperature = Distribution::ByZone;
+    simulation().recession = Distribution::Basinwide;
+    auto text = lines(Report::DataDescription);
+    EXPECT_EQ(text[14], "Longitude (dec):" + std::string(26, ' ') + "-9.25");
+    EXPECT_EQ(text[21], "Lapse Rate Distribution:" + std::string(18, ' ') + "By Zone");
+    EXPECT_EQ(text[22], "Runoff Coefficient Distribution:" + std::string(10, ' ') + "Basinwide");
+    EXPECT_EQ(text[23], "Critical Temp Distribution:" + std::string(15, ' ') + "By Zone");
+    EXPECT_EQ(text[24], "X/Y Recession Coefficient Distribution:" + std::string(3, ' ') + "Basinwide");
+    // The lines that were alike the first time differ the second.
+    simulation().critical_temperature = Distribution::Basinwide;
+    simulation().recession = Distribution::ByZone;
+    text = lines(Report::DataDescription);
+    EXPECT_EQ(text[23], "Critical Temp Distribution:" + std::string(15, ' ') + "Basinwide");
+    EXPECT_EQ(text[24], "X/Y Recession Coefficient Distribution:" + std::string(3, ' ') + "By Zone");
+}
+
+TEST_F(ReportGeneratorTest, TheDescriptionHasALineAZoneAlsoWhereTheBasinKnowsLessOfIt) {
+    basin_.ZoneCount = 3;
+    const auto text = lines(Report::DataDescription);
+    EXPECT_EQ(text[34], "B           20                            2100");
+    EXPECT_EQ(text[35], "C");
+}
+
 TEST_F(ReportGeneratorTest, TheDescriptionOfABasinWithoutDailyDataHasNoPeriodOfRecord) {
     file_.open().execute("DELETE FROM PhysicalData");
     const auto text = lines(Report::DataDescription);

@@ -56,6 +56,18 @@ TEST(RunFiguresTest, StatisticsThatWereNotWorkedOutAreMissing) {
     EXPECT_EQ(run_figures(run).initial_runoff, 2.5F);
 }
 
+TEST(RunFiguresTest, FiguresThatAnEarlierRunLeftAreMissing) {
+    RunState run = finished_run();
+    run.former_r2 = true;
+    EXPECT_EQ(run_figures(run).r2, std::nullopt);
+    EXPECT_EQ(run_figures(run).volume_difference, 5.0F);
+    run = finished_run();
+    run.MeasuredVolume = 0.0F;
+    EXPECT_EQ(run_figures(run).r2, 0.75F);
+    EXPECT_EQ(run_figures(run).volume_difference, std::nullopt);
+    EXPECT_EQ(run_figures(run).measured_volume, 0.0F);
+}
+
 TEST(RunFiguresTest, StepsWithoutDischargeHaveNoStatistics) {
     for (const int step : {4, 5}) {
         RunState run = finished_run();
