@@ -21,9 +21,9 @@ WinterReport::WinterReport(const BasinState& basin, const RunState& run, const C
 void WinterReport::write_head(const BasinState& basin) {
     lines_.end_line();
     lines_.text("Date:             ").date(whole_day(now_)).end_line();
-    lines_.line("File:             " + path_text(basin.Basin_File));
+    lines_.text("File:             ").user_text(path_text(basin.Basin_File)).end_line();
     lines_.text("Units:            ").line(basin.Units_Code == Units::Metric ? " (cm)" : " (in)");
-    lines_.line("Climate Scenario: " + run_.ScenarioName);
+    lines_.text("Climate Scenario: ").user_text(run_.ScenarioName).end_line();
     lines_.end_line();
 }
 
@@ -103,7 +103,7 @@ void WinterReport::end_page(int zone) {
     write_page_head(lines_, page_, now_);
     if (page_ <= zones_ / k_zones_a_page + 1) {
         // If the zones fill their pages, a head also follows the last zone.
-        lines_.line("Climate Scenario: " + climate_.scenario + " (continued)");
+        lines_.text("Climate Scenario: ").user_text(climate_.scenario).line(" (continued)");
         lines_.end_line();
     }
     if (zone == zones_) write_page_head(lines_, page_, now_);

@@ -235,6 +235,7 @@ private:
         for (std::size_t zone = 0; zone < figures_.ending_stores.size() && zone < basin_.zones.size();
              ++zone) {
             const double area = basin_.zones[zone].area.value_or(0.0);
+            if (area == 0.0) continue;
             sum += static_cast<double>(figures_.ending_stores[zone]) * area;
             area_sum += area;
         }

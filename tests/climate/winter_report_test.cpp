@@ -237,6 +237,18 @@ TEST_F(WinterReportTest, APageEndsWithTwoEmptyLinesAndTheNextBeginsWithTheScenar
                                   std::string(35, '=') + " Zone 5  "));
 }
 
+TEST_F(WinterReportTest, ControlCharactersInNamesAreBlanks) {
+    melting_summer(5);
+    basin.Basin_File = "/basins/a\nb.mdb";
+    run.ScenarioName = "warm\fer";
+    climate.scenario = "warm\ner";
+    adjust();
+    const auto text = lines();
+    EXPECT_EQ(text[2], "File:             /basins/a b.mdb");
+    EXPECT_EQ(text[4], "Climate Scenario: warm er");
+    EXPECT_THAT(text, testing::Contains("Climate Scenario: warm er (continued)"));
+}
+
 TEST_F(WinterReportTest, ALongRowOfDigitsIsCutToSeven) {
     melting_summer(1);
     winter(1, 10, 10, 0, 0);

@@ -217,6 +217,9 @@ TEST_F(InputSummaryTest, TheEndingStoreIsTheMeanOfTheZonesThatHaveAnArea) {
     figures_.ending_stores = {0.3F, 0.6F};
     basin_.zones[0].area.reset();
     EXPECT_EQ(from("Ending")[0], "Ending Snow on Store (cm)        : .6");
+    figures_.ending_stores[0] = k_missing;
+    EXPECT_EQ(from("Ending")[0], "Ending Snow on Store (cm)        : .6");
+    figures_.ending_stores[0] = 0.3F;
     basin_.zones[1].area.reset();
     EXPECT_EQ(from("Ending")[0], "Ending Snow on Store (cm)        : ");
     basin_.zones[0].area = 10.0;
