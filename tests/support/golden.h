@@ -58,9 +58,9 @@ template <typename Value>
     }
 }
 
-/// Compares a text with a stored one, a file of tests/batch/golden.
+/// Compares a text with a stored one, a file of tests/golden/kept.
 inline void expect_golden(const std::string& file, const std::string& computed) {
-    const auto kept_file = std::filesystem::path{NIVORA_SOURCE_DIR} / "tests/batch/golden" / file;
+    const auto kept_file = std::filesystem::path{NIVORA_SOURCE_DIR} / "tests/golden/kept" / file;
     if (std::getenv("NIVORA_RENEW_GOLDEN") != nullptr) {
         write_whole_file(kept_file, computed);
         FAIL() << "renewed " << kept_file;

@@ -1,9 +1,8 @@
 // Complete runs of the sample basin, compared bit by bit with stored ones.
 
-#include "tests/support/golden.h"
-
 #include "engine/results_store.h"
 #include "tests/batch/batch_call.h"
+#include "tests/support/golden.h"
 
 namespace nivora {
 namespace {
