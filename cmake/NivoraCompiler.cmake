@@ -30,6 +30,7 @@ target_compile_definitions(nivora_compiler INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_
 # Sanitizer reports need only line numbers: with these, objects are a third as large and tests compile in two thirds
 # of the time. Test files (the property NIVORA_TEST_CODE) are checked for addresses only: their many expectations take
 # twice as long to compile with the checks for undefined behaviour, which the libraries that they call have anyway.
+# The libraries are optimised as in the shipped program, so that the golden numbers hold for a second optimiser, too.
 if(NIVORA_SANITIZERS)
     set(sanitize "-fsanitize=${NIVORA_SANITIZERS}")
     if(NIVORA_SANITIZERS MATCHES "undefined")
@@ -41,7 +42,7 @@ if(NIVORA_SANITIZERS)
     set(is_test "$<BOOL:$<TARGET_PROPERTY:NIVORA_TEST_CODE>>")
     target_compile_options(nivora_compiler INTERFACE
         $<IF:${is_test},${sanitize_test},${sanitize_library}> -fno-sanitize-recover=all -fno-omit-frame-pointer -g1
-        $<$<AND:$<CONFIG:Debug>,$<NOT:${is_test}>>:-O1>)
+        $<$<AND:$<CONFIG:Debug>,$<NOT:${is_test}>>:-O2>)
     target_link_options(nivora_compiler INTERFACE ${sanitize})
 endif()
 

@@ -174,11 +174,15 @@ macro(check_layers tree)
     file(GLOB_RECURSE paths RELATIVE "${tree}/tests" "${tree}/tests/*.cpp")
     list(SORT paths)
     foreach(path IN LISTS paths)
-        # The tests of the real program and those on a display list their files themselves; the main function of all
+        # The tests of the real program and those on a display have sources that are no tests; the main function of all
         # window tests lies beside their folders.
         layer_of("${path}" layer)
         if(path MATCHES "^lint/|^support/[^/]+$|^(program|screen)/[^/]+$|^windows/[^/]+$")
             continue()
+        endif()
+        # The golden files are a program of their own, beside those of the folders of src.
+        if(path MATCHES "^golden/[^/]+$")
+            set(layer golden)
         endif()
         if(NOT (layer AND path MATCHES "_test\\.cpp$"))
             list(APPEND findings "tests/${path}: is not tests/<folder>/<file>_test.cpp and would never be built")

@@ -1,0 +1,1 @@
+// The build ignores a golden test whose name does not end in _test.cpp.

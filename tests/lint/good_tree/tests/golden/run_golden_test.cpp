@@ -1,0 +1,1 @@
+// A golden file is compared by a program of its own.
