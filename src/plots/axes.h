@@ -6,6 +6,7 @@
 #include "plots/surface.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace nivora {
@@ -66,6 +67,9 @@ struct PlotAxes {
 };
 
 [[nodiscard]] PlotAxes lay_out_axes(const Plot& plot, GridMode grid);
+
+/// The month of a day in three letters, in English everywhere.
+[[nodiscard]] std::string month_text(double day);
 
 /// The text in the top left corner: first and last day of the frame; empty if the plot has none.
 [[nodiscard]] std::string period_text(const Plot& plot);

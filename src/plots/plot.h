@@ -72,6 +72,8 @@ struct LegendRow {
     std::string text;
     int line = 1;        ///< row of the line table, from 1
     bool sample = true;  ///< false for "Total", which has no line
+    std::optional<std::size_t> curve =
+        {};  ///< the curve that the sample shows; nothing for a bar and "Total"
 };
 
 /// Which days the text in the top left corner names.
@@ -115,6 +117,7 @@ struct Plot {
     std::vector<PlotBand> bands;  ///< plot 16, not zoomed
     std::vector<PlotBar> bars;    ///< plot 23, the uppermost first
     float bars_total = 0.0F;      ///< plot 23: the water equivalent of the zone, top of the bars
+    float melt_total = 0.0F;      ///< plot 23: the whole accumulated melt, from which the curve falls
     std::vector<LegendRow> legend;
     std::vector<RunSummaryRow> summary;  ///< plots 1 and 18
     bool zoomed = false;
