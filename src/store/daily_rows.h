@@ -10,7 +10,7 @@
 
 namespace nivora {
 
-/// Rows by zone and then by day; rows of the same zone and day in stored order. A day without a row is not
+/// Rows by zone and then by date; rows of the same zone and date in stored order. A day without a row is not
 /// among them.
 struct DailyRows {
     std::vector<int> zone;
