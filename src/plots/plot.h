@@ -70,10 +70,10 @@ struct PlotBar {
 
 struct LegendRow {
     std::string text;
-    int line = 1;        ///< row of the line table, from 1
+    int line = 1;        ///< row of the line table, from 1; 0 for the text colour
     bool sample = true;  ///< false for "Total", which has no line
-    std::optional<std::size_t> curve =
-        {};  ///< the curve that the sample shows; nothing for a bar and "Total"
+    /// The curve that the sample shows; nothing for a bar and "Total".
+    std::optional<std::size_t> curve = {};
 };
 
 /// Which days the text in the top left corner names.

@@ -1,0 +1,167 @@
+#include "plots/draw_frame.h"
+
+#include "base/text.h"
+#include "plots/draw_head.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace nivora {
+namespace {
+
+constexpr PlotFont k_axis_font{7.5, true};
+constexpr Pen k_frame_pen{k_black, 0, 1};
+constexpr Pen k_grid_pen{k_black, 2, 1};
+/// Dark yellow, the only colour of the frame besides black.
+constexpr Pen k_y_tick_pen{0x008080, 0, 1};
+
+/// The space between a tick of the y axis and the digits of its label.
+constexpr double k_digit_gap = 2.0;
+/// The space between two labels of the x axis.
+constexpr double k_label_gap = 4.0;
+
+/// What the parts of the frame share.
+struct Frame {
+    Surface& surface;
+    World world;
+    SurfacePoint top_left;
+    SurfacePoint bottom_right;
+    double line_height = 0.0;
+    double tick = 0.0;  ///< length of the ticks of the x axis
+
+    void line(SurfacePoint from, SurfacePoint to, const Pen& pen) const {
+        const std::array ends{from, to};
+        surface.line(ends, pen);
+    }
+};
+
+Frame frame_on(Surface& surface, const Plot& plot, const PlotAxes& axes) {
+    const World world{axes.transform, surface.size()};
+    const double line_height = surface.text_size("0", k_axis_font).height;
+    return {.surface = surface,
+            .world = world,
+            .top_left = world.to_surface(as_double(plot.frame.x_min), as_double(plot.frame.y_max)),
+            .bottom_right = world.to_surface(as_double(plot.frame.x_max), as_double(plot.frame.y_min)),
+            .line_height = line_height,
+            .tick = line_height / 4.0};
+}
+
+double x_on(const Frame& frame, float x) { return frame.world.to_surface(as_double(x), 0.0).x; }
+
+double y_on(const Frame& frame, float y) { return frame.world.to_surface(0.0, as_double(y)).y; }
+
+void draw_axis_lines(const Frame& frame) {
+    const SurfacePoint corner{frame.top_left.x, frame.bottom_right.y};
+    frame.line(frame.top_left, corner, k_frame_pen);
+    frame.line(corner, frame.bottom_right, k_frame_pen);
+}
+
+void draw_grid(const Frame& frame, const PlotAxes& axes) {
+    for (const float value : axes.grid_x) {
+        const double x = x_on(frame, value);
+        frame.line({x, frame.bottom_right.y}, {x, frame.top_left.y}, k_grid_pen);
+    }
+    for (const float value : axes.grid_y) {
+        const double y = y_on(frame, value);
+        frame.line({frame.top_left.x, y}, {frame.bottom_right.x, y}, k_grid_pen);
+    }
+}
+
+/// One label in this number is drawn, so that the labels of many years stay apart: 1, 2, 3, 4, 6, 12, 24 ...
+std::size_t label_stride(const Frame& frame, const std::vector<XTick>& ticks) {
+    if (ticks.size() < 2) return 1;
+    double widest = 0.0;
+    for (std::size_t i = 0; i < std::min<std::size_t>(ticks.size(), 24); ++i)
+        widest = std::max(widest, frame.surface.text_size(ticks[i].label, k_axis_font).width);
+    const double distance = (x_on(frame, ticks.back().at) - x_on(frame, ticks.front().at)) /
+                            static_cast<double>(ticks.size() - 1);
+    const auto reaches = [&](std::size_t stride) {
+        return static_cast<double>(stride) * distance >= widest + k_label_gap;
+    };
+    for (const std::size_t stride : {1U, 2U, 3U, 4U, 6U}) {
+        if (reaches(stride)) return stride;
+    }
+    std::size_t stride = 12;
+    while (!reaches(stride) && stride < ticks.size()) stride *= 2;
+    return stride;
+}
+
+/// Half the width of a label of the x axis.
+/// Intended: that of a month is half the width of another month's name, the one of the day of its tick
+/// counted on from the first day of the frame, so that the names stand up to two points beside the middle.
+double half_width(const Frame& frame, const Plot& plot, const PlotAxes& axes, const XTick& tick) {
+    const std::string& measured = axes.x_kind == XAxisKind::Months
+                                      ? month_text(as_double(tick.x) + as_double(plot.frame.x_min))
+                                      : tick.label;
+    return frame.surface.text_size(measured, k_axis_font).width / 2.0;
+}
+
+void draw_x_axis(const Frame& frame, const Plot& plot, const PlotAxes& axes) {
+    const double axis = frame.bottom_right.y;
+    for (const XTick& tick : axes.x_ticks) {
+        const double x = x_on(frame, tick.x);
+        if (tick.line) frame.line({x, axis}, {x, axis + frame.tick}, k_frame_pen);
+    }
+    const std::size_t stride = label_stride(frame, axes.x_ticks);
+    for (std::size_t i = 0; i < axes.x_ticks.size(); i += stride) {
+        const XTick& tick = axes.x_ticks[i];
+        const SurfacePoint at{x_on(frame, tick.at) - half_width(frame, plot, axes, tick), axis + frame.tick};
+        draw_text(frame.surface, place_text(frame.surface, tick.label, k_axis_font, at));
+    }
+}
+
+/// The left edge of a label of the y axis: its blanks end at the axis, its digits before the tick.
+double y_label_left(const Frame& frame, const std::string& label, double tick_end) {
+    const double whole = frame.surface.text_size(label, k_axis_font).width;
+    const double digits = frame.surface.text_size(right_trimmed(label), k_axis_font).width;
+    return std::min(frame.top_left.x - whole, tick_end - k_digit_gap - digits);
+}
+
+void draw_y_axis(const Frame& frame, const PlotAxes& axes) {
+    const double axis = frame.top_left.x;
+    const double tick_end = axis - (frame.bottom_right.x - axis) / 150.0;
+    double free_below = frame.surface.size().height;  // Labels of thousands of ticks don't overlap.
+    for (const YTick& tick : axes.y_ticks) {
+        const double y = y_on(frame, tick.y);
+        frame.line({axis, y}, {tick_end, y}, k_y_tick_pen);
+        const double top = y - frame.line_height / 2.0;
+        if (top + frame.line_height > free_below) continue;
+        const SurfacePoint at{y_label_left(frame, tick.label, tick_end), top};
+        draw_text(frame.surface, place_text(frame.surface, tick.label, k_axis_font, at));
+        free_below = top;
+    }
+}
+
+/// The label above the y axis; on a low surface right of the texts that stand there.
+void draw_y_title(const Frame& frame, const Plot& plot, const std::vector<PlacedText>& head) {
+    const double half = frame.surface.text_size(plot.y_label, k_axis_font).width / 2.0;
+    PlacedText label = place_text(frame.surface, plot.y_label, k_axis_font,
+                                  {frame.top_left.x - half, frame.top_left.y - 1.4 * frame.line_height});
+    for (const PlacedText& text : head) {
+        if (overlap(text.box, label.box)) label.box.left = text.box.left + text.box.width + k_label_gap;
+    }
+    draw_text(frame.surface, label);
+}
+
+void draw_x_title(const Frame& frame, const Plot& plot) {
+    if (plot.x_label.empty()) return;
+    const double right = frame.bottom_right.x + (frame.bottom_right.x - frame.top_left.x) / 10.0;
+    const SurfacePoint at{right, frame.bottom_right.y - frame.line_height / 2.0};
+    draw_text(frame.surface, place_text(frame.surface, plot.x_label, k_axis_font, at));
+}
+
+}  // namespace
+
+void draw_frame(Surface& surface, const Plot& plot, const PlotAxes& axes,
+                const std::vector<PlacedText>& head) {
+    const Frame frame = frame_on(surface, plot, axes);
+    draw_grid(frame, axes);
+    draw_axis_lines(frame);
+    draw_x_axis(frame, plot, axes);
+    draw_y_axis(frame, axes);
+    draw_y_title(frame, plot, head);
+    draw_x_title(frame, plot);
+}
+
+}  // namespace nivora
