@@ -18,13 +18,6 @@ constexpr DayCount k_year_difference = 364;
 constexpr const char* k_average_title = "Average Temperature (Tavg)";
 constexpr const char* k_step_2_runoff_title = "Runoff (Measured vs CompClim)";
 
-/// As a run does, takes the averages where the kind of temperatures is not given.
-bool has_average_temperatures(const BasinState& basin) {
-    constexpr std::int16_t k_max_min = 1;
-    const Simulation* simulation = basin.current_simulation();
-    return simulation != nullptr && simulation->temperature_values != k_max_min;
-}
-
 /// Plots 18 to 22 compare the present with the changed climate.
 bool compares_climates(PlotNumber plot) {
     return plot >= PlotNumber::RunoffComparison && plot <= PlotNumber::DepletionComparison;
@@ -84,6 +77,12 @@ std::string problem_text(PlotNumber plot, const PlotSources& sources, const std:
 
 }  // namespace
 
+bool shows_average_temperatures(const BasinState& basin) {
+    constexpr std::int16_t k_max_min = 1;
+    const Simulation* simulation = basin.current_simulation();
+    return simulation != nullptr && simulation->temperature_values != k_max_min;
+}
+
 ZoneList zone_list(PlotNumber plot, const BasinState& basin) {
     const PlotEntry& entry = plot_entry(plot);
     if (entry.zones == PlotZones::Basin || is_basinwide(entry, basin.current_simulation()))
@@ -92,7 +91,7 @@ ZoneList zone_list(PlotNumber plot, const BasinState& basin) {
 }
 
 std::string plot_title(PlotNumber plot, const PlotSources& sources) {
-    if (plot == PlotNumber::Temperatures && has_average_temperatures(sources.basin)) return k_average_title;
+    if (plot == PlotNumber::Temperatures && shows_average_temperatures(sources.basin)) return k_average_title;
     const int step = reported_climate_step(sources.basin, sources.run);
     if (plot == PlotNumber::Runoff && step == k_winter_of_changed_climate) return k_step_2_runoff_title;
     return plot_entry(plot).title;

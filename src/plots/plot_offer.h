@@ -20,6 +20,10 @@ enum class ZoneList {
 
 [[nodiscard]] ZoneList zone_list(PlotNumber plot, const BasinState& basin);
 
+/// Whether plot 3 shows daily averages instead of maxima and minima. As in a run, averages are taken if the
+/// kind of temperatures is not given.
+[[nodiscard]] bool shows_average_temperatures(const BasinState& basin);
+
 /// The text of a plot in the list, which is its title: "Average Temperature (Tavg)" and "CompClim" where the
 /// simulation and the climate step ask for them.
 [[nodiscard]] std::string plot_title(PlotNumber plot, const PlotSources& sources);
