@@ -25,13 +25,18 @@ std::optional<int> offered_zone(const PlotRequest& request, const BasinState& ba
     return zone;
 }
 
-PlotRefusal zone_refusal(PlotNumber plot, const PlotSources& sources) {
-    const std::string last = zone_letter(sources.basin.ZoneCount);
-    return {
-        PlotRefusal::Kind::NotOffered,
-        fmt::format("The plot '{}' cannot show the zone that was asked for: the basin has the zones A to {}. "
-                    "Choose one of them.",
-                    plot_title(plot, sources), last)};
+PlotRefusal zone_refusal(PlotNumber plot, int zone, const PlotSources& sources) {
+    const BasinState& basin = sources.basin;
+    const std::string title = plot_title(plot, sources);
+    if (zone == basin.ZoneCount + 1)
+        return {PlotRefusal::Kind::NotOffered,
+                fmt::format("The plot '{}' shows one zone at a time. Choose a zone.", title)};
+    const std::string zones =
+        basin.ZoneCount == 1 ? "only zone A" : "the zones A to " + zone_letter(basin.ZoneCount);
+    return {PlotRefusal::Kind::NotOffered,
+            fmt::format("The plot '{}' cannot show the zone that was asked for: the basin has {}. Choose one "
+                        "that it has.",
+                        title, zones)};
 }
 
 /// Whether the head of a plot marks a run in no-snow mode.
@@ -112,7 +117,7 @@ PlotRefusal unable_to_plot(const std::string& zone_label) {
 PlotOutcome select_plot(BasinDatabase& database, const PlotRequest& request, const PlotSources& sources) {
     if (auto refusal = plot_refusal(request.plot, sources)) return *refusal;
     const std::optional<int> zone = offered_zone(request, sources.basin);
-    if (!zone) return zone_refusal(request.plot, sources);
+    if (!zone) return zone_refusal(request.plot, request.zone.value_or(0), sources);
     PlotBuild build = begin_build(database, request, *zone, sources);
     // The surface shows one text for all of these, which says that no plot stands and why.
     try {

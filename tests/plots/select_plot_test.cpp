@@ -133,8 +133,11 @@ TEST(PlotZone, BeyondTheBasinIsNotOffered) {
         EXPECT_EQ(refusal.kind, PlotRefusal::Kind::NotOffered);
         EXPECT_THAT(refusal.text, HasSubstr("the basin has the zones A to B"));
     }
-    // All zones, where the list has one at a time.
-    EXPECT_EQ(basin.refusal(PlotNumber::AccumulatedMelt, 3).kind, PlotRefusal::Kind::NotOffered);
+    const PlotRefusal all = basin.refusal(PlotNumber::AccumulatedMelt, 3);
+    EXPECT_EQ(all.kind, PlotRefusal::Kind::NotOffered);
+    EXPECT_THAT(all.text, HasSubstr("shows one zone at a time"));
+    PlotBasin one_zone;
+    EXPECT_THAT(one_zone.refusal(PlotNumber::SnowCover, 3).text, HasSubstr("the basin has only zone A"));
 }
 
 TEST(PlotPeriod, IsThatOfTheSimulationOrOfTheStep) {

@@ -4,6 +4,7 @@
 #include "engine/results_store.h"
 #include "plots/select_plot.h"
 #include "store/table_io.h"
+#include "store/transactions.h"
 #include "tests/support/basin_file.h"
 
 #include <gtest/gtest.h>
@@ -142,7 +143,7 @@ private:
             }
         }
         BasinDatabase database = file.open();
-        add_rows<Row>(database, table, rows);
+        atomically(database, [&] { add_rows<Row>(database, table, rows); });
     }
 
     DayCount first_;
