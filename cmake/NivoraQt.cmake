@@ -1,6 +1,6 @@
-# Qt for the code that paints pages, and for the folders that have windows.
+# Qt for the code that paints pages and pictures, and for the folders that have windows.
 
-find_package(Qt6 6.4 REQUIRED COMPONENTS Gui)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Svg)
 
 if(NIVORA_WIDGETS)
     find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets PrintSupport)

@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "paint/page_layout.h"
 #include "paint/print_fonts.h"
+#include "paint/qt_text.h"
 
 #include <QBuffer>
 #include <QByteArray>
@@ -33,10 +34,6 @@ constexpr double k_twips_a_point = 20.0;
 constexpr double k_rule_twips = 10.0;
 constexpr int k_pdf_dots_an_inch = 1200;
 constexpr double k_same_width = 0.5;  ///< units of the device
-
-QString qt_text(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 bool is_ascii(std::string_view text) {
     return std::all_of(text.begin(), text.end(),
