@@ -31,7 +31,7 @@ QColor qt_colour(Colour colour) {
 }
 
 /// The lengths of the dashes of a pen; none if its line is solid.
-std::span<const double> dashes_of(const Pen& pen) {
+std::span<const double> pen_dashes(const Pen& pen) {
     if (pen.width > 1) return {};
     return dashes_of(pen.style);
 }
@@ -40,7 +40,7 @@ QPen qt_pen(const Pen& pen, double width) {
     QPen result(qt_colour(pen.colour));
     result.setWidthF(width);
     result.setJoinStyle(Qt::RoundJoin);
-    const std::span<const double> dashes = dashes_of(pen);
+    const std::span<const double> dashes = pen_dashes(pen);
     if (dashes.empty()) {
         result.setCapStyle(Qt::RoundCap);
         return result;
@@ -179,7 +179,7 @@ void PaintedSurface::straight_line(SurfacePoint from, SurfacePoint to, const Pen
         return;
     }
     QPen qpen = qt_pen(pen, width);
-    qpen.setCapStyle(dashes_of(pen).empty() ? Qt::SquareCap : Qt::FlatCap);
+    qpen.setCapStyle(pen_dashes(pen).empty() ? Qt::SquareCap : Qt::FlatCap);
     painter_.setPen(qpen);
     const double half = width / 2.0;
     painter_.drawLine(QPointF(box.left + half, box.top + half),
@@ -188,7 +188,7 @@ void PaintedSurface::straight_line(SurfacePoint from, SurfacePoint to, const Pen
 
 /// Fills the box of a straight line, or the dashes in it, which are whole pixels long.
 void PaintedSurface::stroke_pixels(const SurfaceRectangle& box, const Pen& pen) {
-    const std::span<const double> dashes = dashes_of(pen);
+    const std::span<const double> dashes = pen_dashes(pen);
     if (dashes.empty()) {
         fill_box(box, pen.colour);
         return;

@@ -26,9 +26,11 @@ Plot hydrographs() {
     plot.head.scenario_line = "wy2002";
     plot.head.run_kind = "Year round Simulation";
     plot.y_label = " (m³/s)";
-    plot.frame = {.x_min = 37165.0F, .x_max = 37530.0F, .y_min = 0.0F, .y_max = 60.0F, .legend_rows = 1.0F};
+    plot.frame = {37165.0F, 37530.0F, 0.0F, 60.0F, 1.0F, std::nullopt};
     for (int line = 1; line <= 2; ++line) {
-        PlotCurve curve{.name = line == 1 ? "Measured Runoff" : "Computed Runoff", .line = line};
+        PlotCurve curve;
+        curve.name = line == 1 ? "Measured Runoff" : "Computed Runoff";
+        curve.line = line;
         for (int day = 0; day < 365; ++day) {
             const double flow = 30.0 - (20.0 + 3.0 * line) * std::cos(day / 58.0);
             curve.points.push_back({37165.0F + static_cast<float>(day), static_cast<float>(flow)});
