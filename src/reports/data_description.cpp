@@ -68,8 +68,8 @@ void write_zones(ReportLines& lines, const BasinState& basin) {
         lines.text(zone_letter(number));
         const auto index = static_cast<std::size_t>(number - 1);
         const Zone zone = index < basin.zones.size() ? basin.zones[index] : Zone{};
-        if (zone.area) lines.tab(k_area_column).text(seven_digit_text(*zone.area));
-        if (zone.elevation) lines.tab(k_elevation_column).text(seven_digit_text(*zone.elevation));
+        if (zone.area) lines.tab(k_area_column).text(double_text(*zone.area));
+        if (zone.elevation) lines.tab(k_elevation_column).text(double_text(*zone.elevation));
         lines.end_line();
     }
 }

@@ -1,9 +1,9 @@
 #include "reports/input_summary.h"
 
 #include "base/number_text.h"
+#include "base/single.h"
 #include "reports/format_value.h"
 #include "reports/page_head.h"
-#include "store/simulation_days.h"
 
 #include <fmt/format.h>
 
@@ -13,8 +13,12 @@
 namespace nivora {
 namespace {
 
-constexpr std::array<std::string_view, 7> k_fields{"AN", "CS", "CR", "LR", "Tcrit", "RCA", "LagTime"};
+constexpr std::array<std::string_view, 9> k_fields{"AN",  "CS",      "CR",     "LR",    "Tcrit",
+                                                   "RCA", "LagTime", "Xcoeff", "YCoeff"};
+constexpr std::size_t k_table_fields = 7;  ///< those of the zones' tables
 constexpr std::size_t k_rain_area_field = 5;
+constexpr std::size_t k_x_field = 7;
+constexpr std::size_t k_y_field = 8;
 constexpr int k_second_half = 16;  ///< the day of a month that begins its second half
 constexpr int k_changed_step = 6;
 constexpr const char* k_table_head =
@@ -52,8 +56,7 @@ public:
           units_(english_ ? k_english_units : k_metric_units),
           basin_units_(sources.basin.basin_units == Units::English ? k_english_units : k_metric_units),
           step_(head_.climate_step.value_or(0)),
-          columns_(tables.read(input_summary_fields(sources))),
-          first_(first_parameters(sources.database, head_.simulation, period_)) {}
+          columns_(tables.read(input_summary_fields(sources))) {}
 
     void write() {
         write_top();
@@ -83,10 +86,10 @@ private:
         lines_.text("Basin Year     : ").text(years()).tab(32).text("Name: ");
         lines_.user_text(basin_.basin_name).end_line();
         lines_.text("Basin Area     : ").text(basin_.basin_area_text).text(basin_units_.area);
-        lines_.tab(35).text("X: ").line(first_ ? seven_digit_text(first_->xcoeff) : std::string{});
+        lines_.tab(35).text("X: ").line(seven_digit_text(of_first_row(k_x_field)));
         lines_.text("Ref. Elevation : ").user_text(basin_.reference_elevation_text);
         if (!basin_.reference_elevation_text.empty()) lines_.text(basin_units_.elevation);
-        lines_.tab(35).text("Y: ").line(first_ ? seven_digit_text(first_->ycoeff) : std::string{});
+        lines_.tab(35).text("Y: ").line(seven_digit_text(of_first_row(k_y_field)));
         lines_.text("Begin Runoff   : ");
         if (figures_.initial_runoff)
             lines_.text(single_text(*figures_.initial_runoff)).text(units_.discharge);
@@ -141,11 +144,11 @@ private:
         const Zone* description = index < basin_.zones.size() ? &basin_.zones[index] : nullptr;
         lines_.text("Zone Area: ");
         if (description != nullptr && description->area) {
-            lines_.text(seven_digit_text(*description->area)).text(basin_units_.area);
+            lines_.text(double_text(*description->area)).text(basin_units_.area);
         }
         lines_.text("    Hypsometric Mean: ");
         if (description != nullptr && description->elevation) {
-            lines_.text(seven_digit_text(*description->elevation)).text(basin_units_.elevation);
+            lines_.text(double_text(*description->elevation)).text(basin_units_.elevation);
         }
         lines_.end_line();
         lines_.end_line();
@@ -155,7 +158,7 @@ private:
     void write_parameters(int zone, DayCount day) {
         const CivilDate date = civil_date(day);
         lines_.text(fmt::format("{:02}/{:02} |", date.month, date.day));
-        for (std::size_t field = 0; field < k_fields.size(); ++field) {
+        for (std::size_t field = 0; field < k_table_fields; ++field) {
             const double value = columns_.at(zone, field, day);
             lines_.text("  ").text(field == k_rain_area_field ? format_whole_value(value, 8)
                                                               : Format_Value(value, 8));
@@ -243,6 +246,24 @@ private:
         return sum / area_sum;
     }
 
+    /// A field of the first row of the period, by day and then by zone.
+    [[nodiscard]] double of_first_row(std::size_t field) const {
+        for (DayCount day = period_.start; day <= period_.end; ++day) {
+            for (int zone = 1; zone <= basin_.ZoneCount; ++zone) {
+                if (has_row(zone, day)) return columns_.at(zone, field, day);
+            }
+        }
+        return static_cast<double>(k_missing);
+    }
+
+    /// Whether the results have a row with any of the fields.
+    [[nodiscard]] bool has_row(int zone, DayCount day) const {
+        for (std::size_t field = 0; field < k_fields.size(); ++field) {
+            if (!std::isnan(columns_.at(zone, field, day))) return true;
+        }
+        return false;
+    }
+
     ReportLines& lines_;
     const ReportSources& sources_;
     const BasinState& basin_;
@@ -254,7 +275,6 @@ private:
     const SummaryUnits& basin_units_;  ///< of areas and elevations
     int step_;
     ReportColumns columns_;
-    std::optional<ParameterRow> first_;  ///< of the period
 };
 
 }  // namespace

@@ -91,26 +91,34 @@ TEST_F(InputSummaryTest, TheRecessionCoefficientsAreThoseOfTheFirstRowOfThePerio
         const auto text = summary();
         return text[5].substr(35) + ", " + text[6].substr(34);
     };
+    const auto change = [this](const std::string& statement) { file_.open().execute(statement); };
     const std::string first = std::to_string(first_day());
-    // x of a zone z on a day d is z + 0.04 + 0.01 d, y is 0.01 (z + d).
+    // In the results x of a zone z on a day d is z + 0.04 + 0.01 d, y is 0.01 (z + d).
     EXPECT_EQ(coefficients(), "X: 1.05, Y: 0.02");
-    file_.open().execute("DELETE FROM wy2001 WHERE Zone = 1 AND Date = " + first);
+    // The parameter table may have been edited since the run, or be gone.
+    change("DROP TABLE wy2001");
+    EXPECT_EQ(coefficients(), "X: 1.05, Y: 0.02");
+    // Rows outside the period do not matter.
+    change("INSERT INTO SimResults (Zone, Date, Xcoeff, YCoeff) VALUES (1, " + first + " - 1, 7, 7)");
+    EXPECT_EQ(coefficients(), "X: 1.05, Y: 0.02");
+    // The first zone that the day has, and then the first day.
+    change("DELETE FROM SimResults WHERE Zone = 1 AND Date = " + first);
+    EXPECT_EQ(coefficients(), "X: 2.05, Y: 0.03");
+    change("DELETE FROM SimResults WHERE Date = " + first);
     EXPECT_EQ(coefficients(), "X: 1.06, Y: 0.03");
-    file_.open().execute("DELETE FROM wy2001 WHERE Zone = 1");
-    EXPECT_EQ(coefficients(), "X: 2.05, Y: 0.03");
-    // Neither the results of the run nor rows outside the period matter.
-    file_.open().execute("DELETE FROM SimResults WHERE Date = " + first);
-    EXPECT_EQ(coefficients(), "X: 2.05, Y: 0.03");
-    file_.open().execute("UPDATE wy2001 SET Date = Date + 4");
-    EXPECT_EQ(coefficients(), "X: , Y: ");
-    file_.open().execute("DROP TABLE wy2001");
+    // A missing value prints nothing, and is not that of a later row.
+    change("UPDATE SimResults SET Xcoeff = NULL WHERE Zone = 1 AND Date = " + first + " + 1");
+    EXPECT_EQ(coefficients(), "X: , Y: 0.03");
+    change("DELETE FROM SimResults");
     EXPECT_EQ(coefficients(), "X: , Y: ");
 }
 
 TEST_F(InputSummaryTest, AtAClimateStepTheFirstRowIsThatOfItsPeriod) {
     run_.ClimateStep = 3;
     run_.RunStart = first_day() + 2;
+    // That of the input, not of the changed climate.
     EXPECT_EQ(summary()[5], "Basin Area     : 30 km²           X: 1.07");
+    EXPECT_EQ(summary()[6], "Ref. Elevation : 1500 m           Y: 0.04");
 }
 
 TEST_F(InputSummaryTest, HasATableAZoneWithTheFirstDayAndEachFirstAndSixteenth) {
@@ -199,6 +207,12 @@ TEST_F(InputSummaryTest, AreasAndElevationsHaveTheUnitsOfTheBasinAndTheRestThose
     EXPECT_EQ(text[7], "Begin Runoff   : 2.5 f³/s      Date: 01/30/2001");
     EXPECT_EQ(text[8], "Rain Threshold : 6 in");
     EXPECT_EQ(text[24], "Zone Area: 10 km²    Hypsometric Mean: 1600.5 m");
+}
+
+TEST_F(InputSummaryTest, AreasAndElevationsHaveAllTheirDigits) {
+    basin_.zones[0].area = 1234.56789;
+    basin_.zones[0].elevation = 1650.123456;
+    EXPECT_EQ(summary()[24], "Zone Area: 1234.56789 km²    Hypsometric Mean: 1650.123456 m");
 }
 
 TEST_F(InputSummaryTest, AMissingNumberHasNoUnit) {

@@ -88,8 +88,8 @@ protected:
                 parameter.tcrit = of(4.0, zone, day);
                 parameter.rca = std::int16_t{1};
                 parameter.lag_hours = 18.0F;
-                parameter.xcoeff = zone + 0.04 + 0.01 * day;
-                parameter.ycoeff = 0.01 * (zone + day);
+                parameter.xcoeff = 9.0;
+                parameter.ycoeff = 0.9;
                 parameters.push_back(parameter);
             }
         }
@@ -160,6 +160,10 @@ private:
         results.LagTimeCC[row] = 12.0F;
         results.RCA[row] = 1.0F;
         results.RCACC[row] = 0.0F;
+        results.Xcoeff[row] = zone + 0.04 + 0.01 * day;
+        results.XcoeffCC[row] = 8.0;
+        results.YCoeff[row] = 0.01 * (zone + day);
+        results.YCoeffCC[row] = 0.8;
         results.DailyQ[row] = 20.0 + zone + 0.01 * day;
         results.DailyQPresent[row] = 30.0 + zone + 0.01 * day;
     }

@@ -320,6 +320,12 @@ TEST_F(ReportGeneratorTest, TheDescriptionHasALineAZoneAlsoWhereTheBasinKnowsLes
     EXPECT_EQ(text[35], "C");
 }
 
+TEST_F(ReportGeneratorTest, TheDescriptionHasAllDigitsThatTheGridOfZonesShows) {
+    basin_.zones[0].area = 1234.56789;
+    basin_.zones[0].elevation = 1650.123456;
+    EXPECT_EQ(lines(Report::DataDescription)[33], "A           1234.56789                    1650.123456");
+}
+
 TEST_F(ReportGeneratorTest, TheDescriptionOfABasinWithoutDailyDataHasNoPeriodOfRecord) {
     file_.open().execute("DELETE FROM PhysicalData");
     const auto text = lines(Report::DataDescription);

@@ -1,4 +1,5 @@
 // What single reports show at the steps of a climate change evaluation.
+#include "base/text.h"
 #include "tests/reports/report_fixture.h"
 
 namespace nivora {
@@ -109,6 +110,41 @@ TEST_F(ReportStepClausesTest, ADayOrZoneWithoutParametersIsBlankAndNotFilledFrom
     file_.open().execute("DELETE FROM wy2001 WHERE Zone = 2");
     EXPECT_EQ(values(day_lines(Report::DegreeDayFactors, 2).at(1)), "");
     EXPECT_EQ(values(day_lines(Report::LapseRates, 2).at(1)), "");
+}
+
+TEST_F(ReportStepClausesTest, ABasinOfOneZoneHasItsLetterInTablesByZoneAlone) {
+    basin_.ZoneCount = 1;
+    basin_.zones.resize(1);
+    // Today's date begins at 73 - 10 = 63.
+    const auto basin_line = [this](Report report) {
+        return std::string{right_trimmed(lines(report).at(1).substr(0, 62))};
+    };
+    for (const int step : {0, 6}) {
+        at_step(step);
+        for (const Report report : {Report::Temperatures, Report::DegreeDayFactors, Report::LapseRates,
+                                    Report::DegreeDays, Report::Melt}) {
+            EXPECT_EQ(basin_line(report), "Basin:      Alder  --  Zone A") << report_title(report, step);
+            EXPECT_EQ(lines_that_begin(lines(report), "Basin: ").size(), 1U) << report_title(report, step);
+        }
+        EXPECT_EQ(basin_line(Report::Runoff), "Basin:      Alder") << step;
+    }
+}
+
+TEST_F(ReportStepClausesTest, AnEnglishBasinAtAStepHasItsUnitsBesideTheWarning) {
+    basin_.basin_units = Units::English;
+    basin_.Units_Code = Units::English;
+    simulation().comments.reset();
+    figures_.computed_volume = 4.5F;
+    at_step(3);
+    const auto text = lines(Report::InputSummary);
+    EXPECT_EQ(text[13], "Units: a - in/(°F-32)·d       Lr - °F/1000ft       Tc - °F-32    Lag Time - hours");
+    EXPECT_EQ(text[17], "WARNING!  The parameter values displayed in the following table(s) are taken ");
+    EXPECT_EQ(text[20], "");
+    EXPECT_EQ(text[21], " Zone A");
+    // Its labels are those of a plain run: only step 6 compares two climates.
+    EXPECT_THAT(text, testing::Contains("Computed Runoff Volume (10^6 f³) : 4.5"));
+    EXPECT_THAT(text, testing::Contains("Average Measured Runoff   (f³/s) : "));
+    EXPECT_TRUE(lines_that_begin(text, "Simulated").empty());
 }
 
 TEST_F(ReportStepClausesTest, ASingleValueStandsUnderAverageInDaysAndTotals) {
