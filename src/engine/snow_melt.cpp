@@ -235,6 +235,15 @@ int melt_season_start_month(std::string_view latitude_text) {
 
 bool in_melt_season(int month, int start_month) { return (month - start_month + 12) % 12 < k_season_months; }
 
+std::optional<DayCount> winter_end(DayCount run_start, int start_month) {
+    const CivilDate start = civil_date(run_start);
+    if (in_melt_season(start.month, start_month)) return std::nullopt;
+    const int year = start.month < start_month ? start.year : start.year + 1;
+    const auto season_start = day_count({year, start_month, 1});
+    if (!season_start) return std::nullopt;
+    return *season_start - 1;
+}
+
 void Snow_Melt(SimResults& results, const RunRows& rows, const BasinInputs& inputs, RunState& run,
                Dialogs& dialogs) {
     SnowStage stage{results, inputs, run};

@@ -8,6 +8,7 @@
 #include "engine/run_state.h"
 #include "engine/sim_results.h"
 
+#include <optional>
 #include <string_view>
 
 namespace nivora {
@@ -18,6 +19,9 @@ namespace nivora {
 /// anything else or nothing the northern
 [[nodiscard]] int melt_season_start_month(std::string_view latitude_text);
 [[nodiscard]] bool in_melt_season(int month, int start_month);
+/// The last day of the winter that a run starts in: the day before the next first day of the melt season.
+/// Nothing for a run that starts in the melt season, which has no winter.
+[[nodiscard]] std::optional<DayCount> winter_end(DayCount run_start, int start_month);
 
 /// Walks the rows of the period zone by zone, day by day. Zones don't interact.
 ///

@@ -31,6 +31,34 @@ TEST(MeltSeason, LastsSixMonths) {
     }
 }
 
+TEST(WinterEnd, IsTheDayBeforeTheNextMeltSeason) {
+    EXPECT_EQ(winter_end(date_of(2001, 10, 1), 4), date_of(2002, 3, 31));
+    EXPECT_EQ(winter_end(date_of(2001, 12, 31), 4), date_of(2002, 3, 31));
+    EXPECT_EQ(winter_end(date_of(2002, 1, 1), 4), date_of(2002, 3, 31));
+    EXPECT_EQ(winter_end(date_of(2002, 3, 31), 4), date_of(2002, 3, 31));
+    EXPECT_EQ(winter_end(date_of(2002, 4, 1), 10), date_of(2002, 9, 30));
+    EXPECT_EQ(winter_end(date_of(2002, 9, 30), 10), date_of(2002, 9, 30));
+}
+
+TEST(WinterEnd, IsNothingForARunThatStartsInTheMeltSeason) {
+    EXPECT_FALSE(winter_end(date_of(2002, 4, 1), 4));
+    EXPECT_FALSE(winter_end(date_of(2002, 9, 30), 4));
+    EXPECT_FALSE(winter_end(date_of(2001, 10, 1), 10));
+    EXPECT_FALSE(winter_end(date_of(2002, 3, 31), 10));
+}
+
+TEST(WinterEnd, IsTheDayBeforeTheSeasonThatTheStageFinds) {
+    const DayCount first = date_of(2001, 11, 5);
+    for (const int start_month : {4, 10}) {
+        for (DayCount start = first; start < first + 366; ++start) {
+            if (in_melt_season(civil_date(start).month, start_month)) continue;
+            DayCount day = start;
+            while (civil_date(day).month != start_month) ++day;
+            EXPECT_EQ(winter_end(start, start_month), day - 1) << iso_date_text(start);
+        }
+    }
+}
+
 /// The last two days of a northern winter and the first two of its melt season.
 class SnowStoreInWinter : public EngineTest {
 protected:
