@@ -22,11 +22,6 @@ private:
     float melt_ = 0.0F;
 };
 
-void accumulate(Column cover, Column depth, FieldColumn melt, Rows rows) {
-    AccumulatedMelt sum;
-    for (const auto row : rows) melt[row] = sum.add(cover[row], depth[row]);
-}
-
 void accumulate_on_own_dates(SimResults& t, Rows rows) {
     AccumulatedMelt sum;
     for (const auto row : rows) {
@@ -67,9 +62,14 @@ void fill_gaps(FieldColumn melt, Rows rows) {
 
 }  // namespace
 
+void accumulate_melt(Column cover, Column depth, FieldColumn melt, std::span<const std::uint32_t> rows) {
+    AccumulatedMelt sum;
+    for (const auto row : rows) melt[row] = sum.add(cover[row], depth[row]);
+}
+
 void accumulate_zonal_melt(SimResults& results, std::span<const std::uint32_t> rows) {
-    accumulate(results.SCA, results.MDCincl, results.AZMincl, rows);
-    accumulate(results.SCA, results.MDCexcl, results.AZMexcl, rows);
+    accumulate_melt(results.SCA, results.MDCincl, results.AZMincl, rows);
+    accumulate_melt(results.SCA, results.MDCexcl, results.AZMexcl, rows);
 }
 
 void Climate_Depletion_Curves(SimResults& results, std::span<const std::uint32_t> rows) {

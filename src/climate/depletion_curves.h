@@ -7,8 +7,12 @@
 
 namespace nivora {
 
-/// Accumulates a depletion curve weighted by the snow cover of the day, over one zone's rows in date order:
-/// `AZMincl` of `MDCincl` and `AZMexcl` of `MDCexcl`.
+/// Accumulates the rises of a depletion curve, each weighted by the snow cover of its day, over one zone's
+/// rows in date order. @throws Fault if a value is missing or too large
+void accumulate_melt(Column cover, Column depth, FieldColumn melt, std::span<const std::uint32_t> rows);
+
+/// Accumulates both depletion curves of the present climate: `AZMincl` of `MDCincl` and `AZMexcl` of
+/// `MDCexcl`.
 void accumulate_zonal_melt(SimResults& results, std::span<const std::uint32_t> rows);
 
 /// Derives `AZMwork` and `AZMexclWA` of one zone's summer, in date order.

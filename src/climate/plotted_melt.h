@@ -15,7 +15,11 @@ namespace nivora {
 /// @throws Fault if a value is missing or too large
 void accumulate_plotted_melt(SimResults& results, std::span<const std::uint32_t> rows);
 
-/// Computes the same for a zone and a period of `SimResults` and stores it, in one transaction.
+/// Computes the same for a zone and a period of `SimResults`, without storing it. The rows are those of the
+/// zone in date order; columns that are not needed are missing. @throws StoreError, Fault
+[[nodiscard]] SimResults plotted_melt(BasinDatabase& database, int zone, const Period& period);
+
+/// Computes the same and stores `AZMexcl`, `AZMexclWA` and `AZMwork`, in one transaction.
 /// @throws StoreError, Fault
 void store_plotted_melt(BasinDatabase& database, int zone, const Period& period);
 
