@@ -1,0 +1,36 @@
+#include "climate/plotted_melt.h"
+#include "plots/melt_curves.h"
+
+#include <algorithm>
+
+namespace nivora {
+namespace {
+
+std::vector<PlotPoint> melt_points(const SimResults& results, const std::vector<float>& melt) {
+    std::vector<PlotPoint> points;
+    points.reserve(melt.size());
+    for (std::size_t row = 0; row < melt.size(); ++row)
+        points.push_back(
+            {to_single(static_cast<double>(results.Date[row])), to_single(as_double(melt[row]))});
+    return points;
+}
+
+}  // namespace
+
+void select_changed_accumulated_melt(PlotBuild& build) {
+    const DailyRows rows = read_plot_rows(build, k_sim_results, {"SCA"});
+    const std::vector<double>& cover = rows.fields[0];
+    Plot& plot = build.plot;
+    plot.y_label = depth_label(build.sources.basin.Units_Code);
+    set_frame(plot, first_day(rows), last_day(rows), least(cover), largest(cover));
+    const SimResults results = plotted_melt(build.database, build.first_zone, build.period);
+    // Intended: each curve bears the name of the column before its own.
+    add_zone_curve(build, "AZMincl", melt_points(results, results.AZMexcl));
+    add_zone_curve(build, "AZMexcl", melt_points(results, results.AZMexclWA));
+    add_zone_curve(build, "AZMexclWA", melt_points(results, results.AZMwork));
+    // Intended: the least and the largest cover are the bounds of the melt, too, until a curve ends above.
+    for (const PlotCurve& curve : plot.curves)
+        plot.frame.y_max = std::max(plot.frame.y_max, curve.points.back().y);
+}
+
+}  // namespace nivora
