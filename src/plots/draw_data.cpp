@@ -15,14 +15,18 @@ struct ClipEdge {
     bool keep_larger = false;
 
     [[nodiscard]] bool keeps(SurfacePoint point) const {
-        const double place = vertical ? point.x : point.y;
-        return keep_larger ? place >= at : place <= at;
+        constexpr double k_rounding =
+            1e-6;  // Points on an edge of the frame may be off by their last digits.
+        const double beyond = (vertical ? point.x : point.y) - at;
+        return keep_larger ? beyond >= -k_rounding : beyond <= k_rounding;
     }
 
     /// Where the line from a to b, one of which is kept, crosses the edge.
     [[nodiscard]] SurfacePoint crossing(SurfacePoint a, SurfacePoint b) const {
-        if (vertical) return {at, a.y + (b.y - a.y) * ((at - a.x) / (b.x - a.x))};
-        return {a.x + (b.x - a.x) * ((at - a.y) / (b.y - a.y)), at};
+        const double share = vertical ? (at - a.x) / (b.x - a.x) : (at - a.y) / (b.y - a.y);
+        const double part = std::clamp(share, 0.0, 1.0);
+        if (vertical) return {at, a.y + (b.y - a.y) * part};
+        return {a.x + (b.x - a.x) * part, at};
     }
 };
 

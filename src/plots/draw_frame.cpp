@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 namespace nivora {
 namespace {
@@ -133,13 +132,19 @@ void draw_y_axis(const Frame& frame, const PlotAxes& axes) {
     }
 }
 
-/// The label above the y axis; on a low surface right of the texts that stand there.
+/// The label above the y axis; on a low surface right of the texts that stand there, or below a long one.
 void draw_y_title(const Frame& frame, const Plot& plot, const std::vector<PlacedText>& head) {
     const double half = frame.surface.text_size(plot.y_label, k_axis_font).width / 2.0;
     PlacedText label = place_text(frame.surface, plot.y_label, k_axis_font,
                                   {frame.top_left.x - half, frame.top_left.y - 1.4 * frame.line_height});
     for (const PlacedText& text : head) {
-        if (overlap(text.box, label.box)) label.box.left = text.box.left + text.box.width + k_label_gap;
+        if (!overlap(text.box, label.box)) continue;
+        const double right_of_it = text.box.left + text.box.width + k_label_gap;
+        if (right_of_it + label.box.width <= frame.bottom_right.x) {
+            label.box.left = right_of_it;
+        } else {
+            label.box.top = text.box.top + text.box.height;
+        }
     }
     draw_text(frame.surface, label);
 }

@@ -47,7 +47,7 @@ struct PlotFrame {
     float y_max = 0.0F;
     float legend_rows = 2.0F;  ///< 1 or 2
     /// x minimum, x maximum and y maximum as the bounds query gave them; nothing in plot 23.
-    std::optional<std::array<float, 3>> queried;
+    std::optional<std::array<float, 3>> queried = {};
 };
 
 /// Area between a curve of plot 16 and the one below it.

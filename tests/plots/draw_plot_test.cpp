@@ -104,8 +104,8 @@ TEST(PlotDrawing, CentresTheLabelsOfDaysUnderTheirTicks) {
 }
 
 TEST(PlotDrawing, PutsTheLabelsOfTheYAxisBeforeItsTicks) {
-    // "10  " has 4 letters: 24 left of the axis it would reach the tick; 93.3 - 2 - 12 = 79.3 without its
-    // blanks. 350 - 10 / 2 = 345
+    // "10  " has 4 letters and ends at the axis: 100 - 24 = 76. Its digits end at 88, before the tick, which
+    // reaches to 93.3. 350 - 10 / 2 = 345
     EXPECT_THAT(drawn(melt_plot(), "text"), Contains("text 76.0,345.0 7.5 bold #000000 \"10  \""));
     Plot plot = melt_plot();
     plot.head = {};
@@ -196,8 +196,9 @@ TEST(PlotDrawing, LabelsEveryMonthOfAYearAndFewerOfManyYears) {
     };
     EXPECT_EQ(month_labels(365.0F), 1U);
     EXPECT_GE(month_labels(7305.0F), 10U);
-    // 600 months of 1.7 points; one label of 18 points in 24 months
-    EXPECT_EQ(month_labels(18262.0F), 25U);
+    // February has 28 days in all years of the frame, so that 50 years have 601 ticks, 1.7 points apart; a
+    // label of 18 points stands at every 24th.
+    EXPECT_EQ(month_labels(18262.0F), 26U);
 }
 
 TEST(PlotDrawing, LeavesOutLabelsOfTheYAxisThatWouldOverlap) {

@@ -67,19 +67,23 @@ protected:
         return static_cast<float>(as_double(frame.y_min) + between(-0.2, 1.2) * range);
     }
 
+    std::string letters(int most, char letter) {
+        return std::string(static_cast<std::size_t>(whole_between(0, most)), letter);
+    }
+
     Plot any_plot() {
         Plot plot = plot_of(any_number(), any_frame());
         const int curves = whole_between(1, 16);
         for (int line = 1; line <= curves; ++line) plot.curves.push_back(any_curve(plot.frame, line));
-        plot.head = {.title = std::string(static_cast<std::size_t>(whole_between(0, 60)), 'T'),
-                     .subtitle = std::string(static_cast<std::size_t>(whole_between(0, 300)), 's'),
-                     .period = by_chance(0.5) ? PeriodLine::ToDayBefore : PeriodLine::None,
-                     .zone_label = "Zone A (Basinwide)",
-                     .scenario_line = std::string(static_cast<std::size_t>(whole_between(0, 200)), 'c'),
-                     .step = whole_between(0, 6),
-                     .run_kind = by_chance(0.5) ? "Melt Season Forecast" : "",
-                     .update_interval = whole_between(0, 1) * 7,
-                     .no_snow = by_chance(0.5)};
+        plot.head.title = letters(60, 'T');
+        plot.head.subtitle = letters(300, 's');
+        plot.head.scenario_line = letters(200, 'c');
+        plot.head.period = by_chance(0.5) ? PeriodLine::ToDayBefore : PeriodLine::None;
+        plot.head.zone_label = "Zone A (Basinwide)";
+        plot.head.step = whole_between(0, 6);
+        plot.head.run_kind = by_chance(0.5) ? "Melt Season Forecast" : "";
+        plot.head.update_interval = whole_between(0, 1) * 7;
+        plot.head.no_snow = by_chance(0.5);
         plot.y_label = " (cm)";
         plot.x_label = has_number_axis(plot.number) ? " (cm)" : "";
         if (shows_runoff(plot.number))
@@ -126,7 +130,7 @@ TEST_F(PlotProperties, TicksOfNumbersLieInTheFrame) {
         }
         for (const XTick& tick : axes.x_ticks) {
             EXPECT_GE(tick.x, plot.frame.x_min);
-            if (tick.line) EXPECT_LE(tick.x, plot.frame.x_max + 0.5F);
+            EXPECT_TRUE(!tick.line || tick.x <= plot.frame.x_max + 0.5F) << tick.x;
         }
         EXPECT_EQ(axes.grid_y.size(), axes.y_ticks.size());
     });
@@ -136,6 +140,7 @@ TEST_F(PlotProperties, AZoomIntoTheWholeFrameChangesNothing) {
     try_often(300, [&] {
         Plot plot = any_plot();
         plot.frame.y_min = std::max(plot.frame.y_min, 0.0F);
+        if (has_no_data(plot)) return;
         const auto outcome = zoom(plot, {.x1 = as_double(plot.frame.x_min),
                                          .x2 = as_double(plot.frame.x_max),
                                          .y1 = as_double(plot.frame.y_min),
