@@ -8,13 +8,31 @@ find_package(CLI11 REQUIRED)
 find_package(nlohmann_json REQUIRED)
 pkg_check_modules(utf8proc REQUIRED IMPORTED_TARGET libutf8proc)
 
-# nivora_library(<folder> [NAME <target>] [EXCEPT <file>...] [DEPENDS <folder>...] [LIBRARIES <target>...])
+# nivora_headers(<target> HEADERS <header>... LIBRARIES <target>...)
+#
+# Compiles headers once for all targets that call target_precompile_headers with REUSE_FROM <target>. More than half of
+# the work of compiling most files is parsing the headers of libraries.
+function(nivora_headers target)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "HEADERS;LIBRARIES")
+    set(source "${CMAKE_CURRENT_BINARY_DIR}/${target}.cpp")
+    file(CONFIGURE OUTPUT "${source}" CONTENT "")
+    add_library(${target} OBJECT "${source}")
+    target_link_libraries(${target} PRIVATE nivora_compiler ${arg_LIBRARIES})
+    target_precompile_headers(${target} PRIVATE ${arg_HEADERS})
+endfunction()
+
+nivora_headers(nivora_core_headers LIBRARIES fmt::fmt
+    HEADERS <algorithm> <array> <cmath> <cstdint> <filesystem> <functional> <map> <optional> <span> <string> <string_view>
+        <vector> <fmt/format.h>)
+
+# nivora_library(<folder> [HEADERS <target>] [NAME <target>] [EXCEPT <file>...] [DEPENDS <folder>...] [LIBRARIES <target>...])
 #
 # Makes the static library nivora_<folder>, or <target>, from the .cpp files of src/<folder> except those named after
 # EXCEPT. In the name of a target the slash of a folder becomes an underscore. DEPENDS names the lower folders that it
-# uses, LIBRARIES the targets of others. A folder with headers only gives an interface library.
+# uses, LIBRARIES the targets of others. HEADERS names the target whose precompiled headers it uses in the place of
+# nivora_core_headers. A folder with headers only gives an interface library.
 function(nivora_library folder)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "NAME" "EXCEPT;DEPENDS;LIBRARIES")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "NAME;HEADERS" "EXCEPT;DEPENDS;LIBRARIES")
     if(arg_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "nivora_library(${folder}): what is '${arg_UNPARSED_ARGUMENTS}'?")
     endif()
@@ -33,6 +51,10 @@ function(nivora_library folder)
         add_library(${target} STATIC ${sources} ${headers})
         set(reach PUBLIC)
         target_link_libraries(${target} PRIVATE nivora_compiler)
+        if(NOT arg_HEADERS)
+            set(arg_HEADERS nivora_core_headers)
+        endif()
+        target_precompile_headers(${target} REUSE_FROM ${arg_HEADERS})
     else()
         add_library(${target} INTERFACE)
         set(reach INTERFACE)

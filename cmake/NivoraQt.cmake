@@ -16,3 +16,17 @@ function(nivora_strict_qt target)
         QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING
         QT_NO_CONTEXTLESS_CONNECT QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 endfunction()
+
+# What links QtGui is compiled as position-independent code, for which precompiled headers of their own are needed.
+nivora_headers(nivora_painted_headers LIBRARIES fmt::fmt Qt6::Gui
+    HEADERS <algorithm> <array> <cmath> <cstdint> <filesystem> <functional> <map> <optional> <span> <string> <string_view>
+        <vector> <fmt/format.h>)
+nivora_strict_qt(nivora_painted_headers)
+if(NIVORA_WIDGETS)
+    nivora_headers(nivora_widget_headers LIBRARIES fmt::fmt Qt6::Widgets
+        HEADERS <algorithm> <array> <filesystem> <functional> <map> <optional> <string> <vector> <QApplication> <QBoxLayout>
+            <QCheckBox> <QComboBox> <QDialog> <QGridLayout> <QGroupBox> <QHeaderView> <QKeyEvent> <QLabel> <QLineEdit>
+            <QMainWindow> <QMenuBar> <QMessageBox> <QPainter> <QPushButton> <QScreen> <QScrollBar> <QStatusBar>
+            <QStyledItemDelegate> <QTableView> <QTextEdit> <QTimer>)
+    nivora_strict_qt(nivora_widget_headers)
+endif()

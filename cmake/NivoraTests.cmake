@@ -1,16 +1,11 @@
 # The test programs, one for each folder under tests/.
 
-# Most of the work of compiling a test is parsing the headers of libraries. They are compiled once for all test
-# programs without windows, and once for all with windows.
+# The headers of libraries that tests use, compiled once for all test programs without windows, once for those that
+# paint, and once for those with windows.
 function(nivora_test_headers target)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "HEADERS;LIBRARIES")
-    set(source "${CMAKE_CURRENT_BINARY_DIR}/${target}.cpp")
-    file(CONFIGURE OUTPUT "${source}" CONTENT "")
-    add_library(${target} OBJECT "${source}")
-    target_link_libraries(${target} PRIVATE nivora_compiler ${arg_LIBRARIES})
+    nivora_headers(${target} ${ARGN})
     target_compile_options(${target} PRIVATE -O0)
     set_target_properties(${target} PROPERTIES NIVORA_TEST_CODE ON)
-    target_precompile_headers(${target} PRIVATE ${arg_HEADERS})
 endfunction()
 
 # nivora_tests(<folder> [WINDOWS | PAINTED] [LIBRARY <target>] [DEFINITIONS <name=value>...])
