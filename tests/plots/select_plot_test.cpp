@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 namespace nivora {
 namespace {
 
@@ -203,6 +205,41 @@ TEST(PlotRefusalOfABuild, StandsForResultsOfAnotherPeriod) {
     basin.simulation().start = basin.day(400);
     basin.simulation().end = basin.day(500);
     EXPECT_EQ(basin.refusal(PlotNumber::Runoff).text, unable_text("Basinwide"));
+}
+
+TEST(PlotRefusalOfABuild, StandsForAFileThatAnotherProgramHolds) {
+    PlotBasin basin;
+    fill_cover(basin);
+    BasinDatabase database{basin.file.path(), Access::ReadOnly, std::chrono::milliseconds{10}};
+    SQLite::Database other{basin.file.path().string(), SQLite::OPEN_READWRITE};
+    other.exec("BEGIN EXCLUSIVE");
+    const PlotRequest request{.plot = PlotNumber::SnowCover, .zone = {}};
+    const PlotOutcome held = select_plot(database, request, basin.sources());
+    ASSERT_TRUE(std::holds_alternative<PlotRefusal>(held));
+    EXPECT_EQ(std::get<PlotRefusal>(held).text, unable_text("All Zones"));
+    other.exec("ROLLBACK");
+    EXPECT_TRUE(std::holds_alternative<Plot>(select_plot(database, request, basin.sources())));
+}
+
+TEST(PlotSelection, LeavesTheFileAsItWas) {
+    PlotBasin basin{2};
+    fill_cover(basin);
+    fill_runoff(basin);
+    const std::string before = file_bytes(basin.file.path());
+    (void)basin.plot(PlotNumber::SnowCover);
+    (void)basin.plot(PlotNumber::Runoff);
+    (void)basin.refusal(PlotNumber::LapseRate);  // no rows
+    EXPECT_EQ(file_bytes(basin.file.path()), before);
+}
+
+TEST(PlotSelection, ReadsTheFileAnewEachTime) {
+    PlotBasin basin;
+    fill_cover(basin);
+    BasinDatabase database = basin.file.open(Access::ReadOnly);
+    const PlotRequest request{.plot = PlotNumber::SnowCover, .zone = {}};
+    EXPECT_TRUE(std::holds_alternative<Plot>(select_plot(database, request, basin.sources())));
+    basin.file.change("DROP TABLE PhysicalData");
+    EXPECT_TRUE(std::holds_alternative<PlotRefusal>(select_plot(database, request, basin.sources())));
 }
 
 TEST(PlotRefusalOfThePick, ReadsNothing) {
