@@ -22,6 +22,7 @@ namespace {
 
 constexpr const char* k_family = "Arial";
 constexpr double k_points_an_inch = 96.0;
+constexpr double k_typographic_points_an_inch = 72.0;
 
 /// A long path of many strokes takes Qt a time that grows with the square of their number.
 constexpr qsizetype k_strokes_a_path = 32;
@@ -30,17 +31,16 @@ QColor qt_colour(Colour colour) {
     return {colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF};  // NOLINT(hicpp-signed-bitwise)
 }
 
-/// The lengths of the dashes of a pen; none if its line is solid.
-std::span<const double> pen_dashes(const Pen& pen) {
+/// The lengths of the dashes of a straight pen; none if its line is solid.
+std::span<const double> straight_dashes(const Pen& pen) {
     if (pen.width > 1) return {};
-    return dashes_of(pen.style);
+    return straight_dashes_of(pen.style);
 }
 
-QPen qt_pen(const Pen& pen, double width) {
+QPen qt_pen(const Pen& pen, double width, std::span<const double> dashes) {
     QPen result(qt_colour(pen.colour));
     result.setWidthF(width);
     result.setJoinStyle(Qt::RoundJoin);
-    const std::span<const double> dashes = pen_dashes(pen);
     if (dashes.empty()) {
         result.setCapStyle(Qt::RoundCap);
         return result;
@@ -52,11 +52,16 @@ QPen qt_pen(const Pen& pen, double width) {
     return result;
 }
 
-/// A font whose texts have the same extent on every device.
-QFont plot_font(const PlotFont& font, int dots_an_inch) {
+QPen qt_pen(const Pen& pen, double width) {
+    return qt_pen(pen, width, pen.width > 1 ? std::span<const double>{} : dashes_of(pen.style));
+}
+
+/// A font whose texts have the same extent on every device. Qt takes no fractions of a painter's unit for its
+/// size.
+QFont plot_font(const PlotFont& font) {
     QFont result = print_font({.family = k_family, .points = font.size, .fixed_pitch = false}, font.bold);
-    // One point of the surface is one unit of the painter, which takes it for a dot of the device.
-    result.setPointSizeF(font.size * k_points_an_inch / dots_an_inch);
+    const double height = font.size * k_points_an_inch / k_typographic_points_an_inch;
+    result.setPixelSize(std::max(1, static_cast<int>(std::lround(height))));
     // Coloured edges of letters look wrong in print.
     result.setStyleStrategy(
         static_cast<QFont::StyleStrategy>(QFont::PreferAntialias | QFont::NoSubpixelAntialias));
@@ -102,9 +107,8 @@ const PaintedSurface::Face& PaintedSurface::face(const PlotFont& font) const {
     for (const auto& known : faces_) {
         if (known->wanted.size == font.size && known->wanted.bold == font.bold) return *known;
     }
-    const QPaintDevice* device = painter_.device();
-    const QFont qt_font = plot_font(font, device->logicalDpiY());
-    faces_.push_back(std::make_unique<Face>(Face{font, qt_font, QFontMetricsF(qt_font, device)}));
+    const QFont qt_font = plot_font(font);
+    faces_.push_back(std::make_unique<Face>(Face{font, qt_font, QFontMetricsF(qt_font, painter_.device())}));
     return *faces_.back();
 }
 
@@ -155,6 +159,13 @@ QPointF PaintedSurface::place(SurfacePoint point) const {
     return {point.x + shift, point.y + shift};
 }
 
+QPolygonF PaintedSurface::polygon(std::span<const SurfacePoint> points) const {
+    QPolygonF places;
+    places.reserve(static_cast<qsizetype>(points.size()));
+    for (const SurfacePoint& point : points) places.append(place(point));
+    return places;
+}
+
 void PaintedSurface::fill_box(const SurfaceRectangle& box, Colour colour) {
     painter_.setRenderHint(QPainter::Antialiasing, false);
     painter_.fillRect(QRectF(box.left, box.top, box.width, box.height), qt_colour(colour));
@@ -178,8 +189,9 @@ void PaintedSurface::straight_line(SurfacePoint from, SurfacePoint to, const Pen
         stroke_pixels(box, pen);
         return;
     }
-    QPen qpen = qt_pen(pen, width);
-    qpen.setCapStyle(pen_dashes(pen).empty() ? Qt::SquareCap : Qt::FlatCap);
+    const std::span<const double> dashes = straight_dashes(pen);
+    QPen qpen = qt_pen(pen, width, dashes);
+    if (dashes.empty()) qpen.setCapStyle(Qt::SquareCap);
     painter_.setPen(qpen);
     const double half = width / 2.0;
     painter_.drawLine(QPointF(box.left + half, box.top + half),
@@ -188,7 +200,7 @@ void PaintedSurface::straight_line(SurfacePoint from, SurfacePoint to, const Pen
 
 /// Fills the box of a straight line, or the dashes in it, which are whole pixels long.
 void PaintedSurface::stroke_pixels(const SurfaceRectangle& box, const Pen& pen) {
-    const std::span<const double> dashes = pen_dashes(pen);
+    const std::span<const double> dashes = straight_dashes(pen);
     if (dashes.empty()) {
         fill_box(box, pen.colour);
         return;
@@ -211,14 +223,8 @@ void PaintedSurface::stroke_pixels(const SurfaceRectangle& box, const Pen& pen) 
 }
 
 void PaintedSurface::curve(std::span<const SurfacePoint> points, const Pen& pen) {
-    std::vector<SurfacePoint> fewer;
-    if (pixels_) {
-        fewer = thinned(points, grid_);
-        points = fewer;
-    }
-    QPolygonF places;
-    places.reserve(static_cast<qsizetype>(points.size()));
-    for (const SurfacePoint& point : points) places.append(place(point));
+    QPolygonF places = polygon(points);
+    if (pixels_) places = thinned(places, grid_);
 
     const double width = curve_width(pen);
     const QPen qpen = qt_pen(pen, width);
@@ -270,14 +276,11 @@ void PaintedSurface::fill_band(std::span<const SurfacePoint> outline, const Fill
         hatch(outline, fill);
         return;
     }
-    QPolygonF polygon;
-    polygon.reserve(static_cast<qsizetype>(outline.size()));
-    for (const SurfacePoint& point : outline) polygon.append(place(point));
     painter_.setRenderHint(QPainter::Antialiasing);
     // Without a thin edge of its colour, the paper would shine through between two antialiased areas.
     painter_.setPen(qt_pen({fill.colour, 0, 1}, pixels_ ? 1.0 / grid_ : 0.5));
     painter_.setBrush(qt_colour(fill.colour));
-    painter_.drawPolygon(polygon, Qt::WindingFill);
+    painter_.drawPolygon(polygon(outline), Qt::WindingFill);
 }
 
 /// Qt's own hatches are pictures of pixels, which neither grow with the scale nor reach an SVG file.
@@ -292,7 +295,8 @@ void PaintedSurface::hatch(std::span<const SurfacePoint> outline, const Fill& fi
         }
     }
     if (diagonals.empty()) return;
-    QPen qpen = qt_pen(pen, curve_width(pen));
+    // Qt draws lines of up to one pixel thinner where they are diagonal.
+    QPen qpen = qt_pen(pen, curve_width(pen) * 1.001);
     qpen.setCapStyle(Qt::FlatCap);
     painter_.setRenderHint(QPainter::Antialiasing);
     painter_.setPen(qpen);

@@ -5,6 +5,7 @@
 #include "plots/surface.h"
 
 #include <QPainter>
+#include <QPolygonF>
 #include <memory>
 #include <vector>
 
@@ -13,7 +14,8 @@ namespace nivora {
 /// Draws with a painter that is active. One point of the surface is one unit of the painter.
 ///
 /// On a picture of pixels, straight lines, dots and rectangles take whole pixels at every scale, and no line
-/// is thinner than a pixel. Texts have the same extent on every device.
+/// is thinner than a pixel. Texts have the same extent on every device; sizes of fonts are rounded to whole
+/// points of the surface.
 class PaintedSurface : public Surface {
 public:
     /// Clips the painter at the edges of the surface.
@@ -49,6 +51,7 @@ private:
     [[nodiscard]] SurfaceRectangle straight_box(SurfacePoint from, SurfacePoint to, double width) const;
     /// A point of a curve or a polygon in the units of the painter.
     [[nodiscard]] QPointF place(SurfacePoint point) const;
+    [[nodiscard]] QPolygonF polygon(std::span<const SurfacePoint> points) const;
 
     void fill_box(const SurfaceRectangle& box, Colour colour);
     void straight_line(SurfacePoint from, SurfacePoint to, const Pen& pen);

@@ -1,14 +1,17 @@
 #include "paint/line_shapes.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <tuple>
+#include <utility>
 
 namespace nivora {
 namespace {
 
 constexpr std::array k_dash{8.0, 4.0};
 constexpr std::array k_dot{2.0, 3.0};
+constexpr std::array k_straight_dot{1.0, 3.0};
 constexpr std::array k_dash_dot{9.0, 3.0, 2.0, 3.0};
 constexpr std::array k_dash_dot_dot{9.0, 3.0, 2.0, 3.0, 2.0, 3.0};
 
@@ -82,20 +85,23 @@ void add_lines(std::vector<HatchLine>& lines, const Normal& normal, std::span<co
     }
 }
 
-/// The points of one column that are kept, by their places in the line.
-void add_column(std::vector<SurfacePoint>& kept, std::span<const SurfacePoint> column) {
-    if (column.size() <= 4) {
-        kept.insert(kept.end(), column.begin(), column.end());
+constexpr qsizetype k_most_of_a_column = 4;
+
+void add_column(QPolygonF& kept, const QPolygonF& points, qsizetype begin, qsizetype end, double middle) {
+    if (end - begin <= k_most_of_a_column) {
+        for (qsizetype i = begin; i < end; ++i) kept.append(points[i]);
         return;
     }
-    const auto [low, high] = std::minmax_element(column.begin(), column.end(),
-                                                 [](SurfacePoint a, SurfacePoint b) { return a.y < b.y; });
-    auto extremes = std::minmax(low, high);
-    kept.push_back(column.front());
-    if (extremes.first != column.begin()) kept.push_back(*extremes.first);
-    if (extremes.second != extremes.first && extremes.second != column.end() - 1)
-        kept.push_back(*extremes.second);
-    kept.push_back(column.back());
+    double first = points[begin].y();
+    double last = first;
+    for (qsizetype i = begin; i < end; ++i) {
+        first = std::min(first, points[i].y());
+        last = std::max(last, points[i].y());
+    }
+    const double before = kept.empty() ? points[begin].y() : kept.constLast().y();
+    if (std::abs(last - before) < std::abs(first - before)) std::swap(first, last);
+    kept.append(QPointF(middle, first));
+    kept.append(QPointF(middle, last));
 }
 
 }  // namespace
@@ -110,14 +116,19 @@ std::span<const double> dashes_of(std::int32_t style) {
     }
 }
 
-std::vector<SurfacePoint> thinned(std::span<const SurfacePoint> points, double columns) {
-    std::vector<SurfacePoint> kept;
+std::span<const double> straight_dashes_of(std::int32_t style) {
+    if (style == 2) return k_straight_dot;
+    return dashes_of(style);
+}
+
+QPolygonF thinned(const QPolygonF& points, double columns) {
+    QPolygonF kept;
     kept.reserve(points.size());
-    for (std::size_t begin = 0; begin < points.size();) {
-        const double column = std::floor(points[begin].x * columns);
-        std::size_t end = begin + 1;
-        while (end < points.size() && std::floor(points[end].x * columns) == column) ++end;
-        add_column(kept, points.subspan(begin, end - begin));
+    for (qsizetype begin = 0; begin < points.size();) {
+        const double column = std::floor(points[begin].x() * columns);
+        qsizetype end = begin + 1;
+        while (end < points.size() && std::floor(points[end].x() * columns) == column) ++end;
+        add_column(kept, points, begin, end, (column + 0.5) / columns);
         begin = end;
     }
     return kept;

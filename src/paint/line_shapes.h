@@ -4,7 +4,7 @@
 
 #include "plots/surface.h"
 
-#include <array>
+#include <QPolygonF>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -14,11 +14,16 @@ namespace nivora {
 /// Lengths of the strokes and gaps of a line style in turn, in points of the surface; empty for a solid line.
 [[nodiscard]] std::span<const double> dashes_of(std::int32_t style);
 
-/// A line that looks the same with fewer points: of neighbours in the same column of pixels, the first, the
-/// highest, the lowest and the last are kept in their order.
+/// The same for horizontal and vertical lines. They are crisp, so that smaller dots are enough; grid lines
+/// stay behind the curves.
+[[nodiscard]] std::span<const double> straight_dashes_of(std::int32_t style);
+
+/// A line that looks the same with fewer points: more than four neighbours in the same column of pixels
+/// become one stroke through the middle of the column, from the highest to the lowest. It begins at the end
+/// that is nearer to the point before.
 ///
-/// @param columns columns of pixels per point of the surface, above 0
-[[nodiscard]] std::vector<SurfacePoint> thinned(std::span<const SurfacePoint> points, double columns);
+/// @param columns columns of pixels per unit of x, above 0
+[[nodiscard]] QPolygonF thinned(const QPolygonF& points, double columns);
 
 /// The distance between the lines of a hatched area, points of the surface.
 inline constexpr double k_hatch_distance = 6.0;

@@ -140,9 +140,9 @@ TEST_F(PlotPicture, APdfIsOnePageOfThePicturesSizeWithItsTexts) {
 }
 
 TEST_F(PlotPicture, APdfOfTwiceTheResolutionIsHalfAsLarge) {
-    write(plot_picture(hydrographs(), with_legend(), {.width = 1600, .height = 900, .dpi = 192.0},
-                       PictureForm::Pdf));
-    EXPECT_THAT(info("Page size"), HasSubstr("600 x 337"));
+    const PictureSize size{.width = 1600, .height = 960, .dpi = 192.0};
+    write(plot_picture(hydrographs(), with_legend(), size, PictureForm::Pdf));
+    EXPECT_THAT(info("Page size"), HasSubstr("600 x 360 pts"));
 }
 
 TEST_F(PlotPicture, ThePdfHoldsItsFonts) {
