@@ -73,7 +73,7 @@ protected:
 
     Plot any_plot() {
         Plot plot = plot_of(any_number(), any_frame());
-        const int curves = whole_between(1, 16);
+        const int curves = plot.number == PlotNumber::RunoffComponents ? 3 : whole_between(1, 16);
         for (int line = 1; line <= curves; ++line) plot.curves.push_back(any_curve(plot.frame, line));
         plot.head.title = letters(60, 'T');
         plot.head.subtitle = letters(300, 's');
