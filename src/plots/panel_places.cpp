@@ -38,16 +38,17 @@ SurfaceRectangle spot_rectangle(const PanelSpot& spot, const SurfaceRectangle& f
     return box;
 }
 
-/// The points of the curves behind a rectangle.
+/// The points of the curves behind a rectangle; with filled bands also those whose band may reach down to it.
 std::size_t hidden_points(const Plot& plot, const World& world, const SurfaceRectangle& box) {
     const auto [x1, y2] = world.to_world({box.left, box.top});
     const auto [x2, y1] = world.to_world({box.left + box.width, box.top + box.height});
+    const double top = plot.bands.empty() ? y2 : std::numeric_limits<double>::infinity();
     std::size_t hidden = 0;
     for (const PlotCurve& curve : plot.curves) {
         for (const PlotPoint& point : curve.points) {
             const double x = as_double(point.x);
             const double y = as_double(point.y);
-            if (x >= x1 && x <= x2 && y >= y1 && y <= y2) ++hidden;
+            if (x >= x1 && x <= x2 && y >= y1 && y <= top) ++hidden;
         }
     }
     return hidden;

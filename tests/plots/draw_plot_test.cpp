@@ -347,6 +347,18 @@ TEST(PaintedLegend, AvoidsTheCurve) {
     EXPECT_NEAR(box.top, 58.0, 1e-9);
 }
 
+TEST(PaintedLegend, AvoidsTheFillOfABand) {
+    Plot plot = components();
+    // A thick band from the middle on; its curve runs above the corner of the legend, at the top of the
+    // frame.
+    for (PlotCurve& curve : plot.curves) curve.points = {{37165, 1}, {37215, 1}, {37216, 2}, {37265, 2}};
+    plot.curves[2].points = {{37165, 2}, {37215, 2}, {37216, 40}, {37255, 40}, {37265, 40}};
+    const RecordingSurface surface{k_size};
+    const SurfaceRectangle box = legend_rectangle(surface, plot, {});
+    EXPECT_NEAR(box.left, 108.0, 1e-9);
+    EXPECT_NEAR(box.top, 58.0, 1e-9);
+}
+
 TEST(PaintedLegend, StandsWhereTheUserPutIt) {
     const RecordingSurface surface{k_size};
     const SurfaceRectangle box =
