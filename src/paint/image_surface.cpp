@@ -198,27 +198,34 @@ void PaintedSurface::straight_line(SurfacePoint from, SurfacePoint to, const Pen
                       QPointF(box.left + box.width - half, box.top + box.height - half));
 }
 
-/// Fills the box of a straight line, or the dashes in it, which are whole pixels long.
+/// Fills the box of a straight line, or the dashes in it, which are whole pixels long. Lines of one pixel are
+/// what Qt dashes fast, also for the hundreds of grid lines of a long record.
 void PaintedSurface::stroke_pixels(const SurfaceRectangle& box, const Pen& pen) {
     const std::span<const double> dashes = straight_dashes(pen);
     if (dashes.empty()) {
         fill_box(box, pen.colour);
         return;
     }
+    QList<qreal> pattern;
+    for (const double length : dashes) pattern.append(std::max(1.0, std::round(length * grid_)));
+    QPen qpen(qt_colour(pen.colour));
+    qpen.setCosmetic(true);
+    qpen.setDashPattern(pattern);
+    painter_.setRenderHint(QPainter::Antialiasing, false);
+    painter_.setPen(qpen);
+
+    const double half = 0.5 / grid_;
+    const QPointF first(box.left + half, box.top + half);
+    const QPointF last(box.left + box.width - half, box.top + box.height - half);
     const bool across = box.width >= box.height;
-    const double room = across ? box.width : box.height;
-    const auto length = [&](std::size_t i) {
-        return std::max(1.0, std::round(dashes[i % dashes.size()] * grid_)) / grid_;
-    };
-    std::size_t part = 0;
-    for (double begin = 0.0; begin < room; part += 2) {
-        const double stroke = std::min(length(part), room - begin);
+    const long lines = std::lround((across ? box.height : box.width) * grid_);
+    for (long line = 0; line < lines; ++line) {
+        const double beside = static_cast<double>(line) / grid_;
         if (across) {
-            fill_box({box.left + begin, box.top, stroke, box.height}, pen.colour);
+            painter_.drawLine(QPointF(first.x(), first.y() + beside), QPointF(last.x(), first.y() + beside));
         } else {
-            fill_box({box.left, box.top + begin, box.width, stroke}, pen.colour);
+            painter_.drawLine(QPointF(first.x() + beside, first.y()), QPointF(first.x() + beside, last.y()));
         }
-        begin += stroke + length(part + 1);
     }
 }
 

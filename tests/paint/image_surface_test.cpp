@@ -158,17 +158,26 @@ TEST_F(ImageSurface, ALineAlongAnEdgeIsNotLost) {
     }
 }
 
-TEST_F(ImageSurface, TheStylesOfStraightLinesAreRepeatedDashes) {
-    const std::array<std::vector<int>, 4> periods{{{8, 4}, {1, 3}, {9, 3, 2, 3}, {9, 3, 2, 3, 2, 3}}};
-    for (const int scale : {1, 2}) {
+TEST_F(ImageSurface, TheStylesOfStraightLinesAreRepeatedDashesOfWholePixels) {
+    const std::array<std::vector<double>, 4> periods{{{8, 4}, {1, 3}, {9, 3, 2, 3}, {9, 3, 2, 3, 2, 3}}};
+    for (const double scale : {1.0, 1.5, 2.0, 3.0}) {
         for (int style = 1; style <= 4; ++style) {
-            Canvas canvas{160.0, 20.0, static_cast<double>(scale)};
-            line(*canvas, {5.0, 10.0}, {150.0, 10.0}, {.style = style});
-            const std::vector<int> runs = runs_of_row(canvas.finished(), 10 * scale);
-            const std::vector<int>& period = periods.at(static_cast<std::size_t>(style - 1));
+            Canvas level{160.0, 160.0, scale};
+            line(*level, {5.0, 10.0}, {150.0, 10.0}, {.style = style});
+            Canvas upright{160.0, 160.0, scale};
+            line(*upright, {10.0, 150.0}, {10.0, 5.0}, {.style = style});
+            const QImage across = level.finished();
+            EXPECT_FALSE(ink_of(across).antialiased);
+            EXPECT_EQ(ink_of(across).bottom - ink_of(across).top, std::round(scale));
+            const QImage turned = upright.finished().transformed(QTransform(0, 1, 1, 0, 0, 0));
+            EXPECT_EQ(turned.convertToFormat(across.format()), across) << style << " at " << scale;
+
+            const std::vector<int> runs = runs_of_row(across, ink_of(across).top);
+            const std::vector<double>& period = periods.at(static_cast<std::size_t>(style - 1));
             ASSERT_GT(runs.size(), 2 * period.size());
             for (std::size_t i = 0; i + 1 < runs.size(); ++i)
-                EXPECT_EQ(runs[i], period[i % period.size()] * scale) << "style " << style << ", run " << i;
+                EXPECT_EQ(runs[i], std::round(period[i % period.size()] * scale))
+                    << "style " << style << ", run " << i << " at " << scale;
         }
     }
 }
