@@ -3,6 +3,7 @@
 #include "plots/draw_data.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 namespace nivora {
@@ -14,6 +15,8 @@ constexpr double k_gap = 8.0;
 /// What a covered bar and a covered text count in points of a curve.
 constexpr std::size_t k_bar_points = 100;
 constexpr std::size_t k_text_points = 1'000'000;
+
+constexpr float k_largest_single = std::numeric_limits<float>::max();
 
 double place_between(int share, double from, double length, double panel) {
     if (share == 0) return from + k_gap;
@@ -38,17 +41,44 @@ SurfaceRectangle spot_rectangle(const PanelSpot& spot, const SurfaceRectangle& f
     return box;
 }
 
-/// The points of the curves behind a rectangle; with filled bands also those whose band may reach down to it.
-std::size_t hidden_points(const Plot& plot, const World& world, const SurfaceRectangle& box) {
-    const auto [x1, y2] = world.to_world({box.left, box.top});
-    const auto [x2, y1] = world.to_world({box.left + box.width, box.top + box.height});
-    const double top = plot.bands.empty() ? y2 : std::numeric_limits<double>::infinity();
+/// A rectangle in the units of the axes.
+struct WorldBox {
+    double x1 = 0.0;
+    double x2 = 0.0;
+    double y1 = 0.0;
+    double y2 = 0.0;
+};
+
+/// Whether the line between two points passes through a box.
+bool crosses(const PlotPoint& a, const PlotPoint& b, const WorldBox& box) {
+    const auto [left, right] = std::minmax({as_double(a.x), as_double(b.x)});
+    const auto [low, high] = std::minmax({as_double(a.y), as_double(b.y)});
+    if (!(right >= box.x1 && left <= box.x2 && high >= box.y1 && low <= box.y2)) return false;
+    // It does unless all corners are on one side of it.
+    const auto side = [&](double x, double y) {
+        return (as_double(b.x) - as_double(a.x)) * (y - as_double(a.y)) -
+               (as_double(b.y) - as_double(a.y)) * (x - as_double(a.x));
+    };
+    const std::array sides{side(box.x1, box.y1), side(box.x1, box.y2), side(box.x2, box.y1),
+                           side(box.x2, box.y2)};
+    const auto [least, most] = std::minmax_element(sides.begin(), sides.end());
+    return *least <= 0.0 && *most >= 0.0;
+}
+
+/// The points of the curves whose line from the one before passes behind a rectangle; with filled bands also
+/// those above it, as the fill reaches down to it.
+std::size_t hidden_points(const Plot& plot, const World& world, const SurfaceRectangle& rectangle) {
+    const auto [x1, y2] = world.to_world({rectangle.left, rectangle.top});
+    const auto [x2, y1] =
+        world.to_world({rectangle.left + rectangle.width, rectangle.top + rectangle.height});
+    const WorldBox box{
+        .x1 = x1, .x2 = x2, .y1 = y1, .y2 = plot.bands.empty() ? y2 : as_double(k_largest_single)};
     std::size_t hidden = 0;
     for (const PlotCurve& curve : plot.curves) {
+        const PlotPoint* former = nullptr;
         for (const PlotPoint& point : curve.points) {
-            const double x = as_double(point.x);
-            const double y = as_double(point.y);
-            if (x >= x1 && x <= x2 && y >= y1 && y <= top) ++hidden;
+            if (crosses(former != nullptr ? *former : point, point, box)) ++hidden;
+            former = is_missing(point.y) ? nullptr : &point;
         }
     }
     return hidden;

@@ -347,6 +347,16 @@ TEST(PaintedLegend, AvoidsTheCurve) {
     EXPECT_NEAR(box.top, 58.0, 1e-9);
 }
 
+TEST(PaintedLegend, AvoidsALineBetweenPoints) {
+    Plot plot = melt_plot();
+    // The spike passes behind the corner, where the legend would be; its three points lie above and below.
+    plot.curves[0].points = {{37255, 0}, {37256, 40}, {37257, 0}};
+    const RecordingSurface surface{k_size};
+    const SurfaceRectangle box = legend_rectangle(surface, plot, {});
+    EXPECT_NEAR(box.left + box.width / 2.0, 600.0, 1e-9);
+    EXPECT_NEAR(box.top, 58.0, 1e-9);
+}
+
 TEST(PaintedLegend, AvoidsTheFillOfABand) {
     Plot plot = components();
     // A thick band from the middle on; its curve runs above the corner of the legend, at the top of the
