@@ -300,18 +300,24 @@ CLI::App& add_report(CLI::App& app, Texts& texts) {
     return report;
 }
 
+ReportedRun reported_run(const Texts& texts, const CLI::App& app) {
+    ReportedRun run;
+    run.year_round = texts.kind == "year-round";
+    if (app.count("--forecast") > 0) run.forecast_days = texts.forecast;
+    run.no_snow = texts.no_snow;
+    run.step = texts.step;
+    run.scenario = texts.scenario;
+    return run;
+}
+
 ReportCommand report_of(const Texts& texts, const CLI::App& app) {
     ReportCommand command;
     command.basin = path_from_utf8(texts.basin);
     command.simulation = texts.simulation;
     command.reports = read_report_numbers(texts.reports);
     if (!texts.out.empty()) command.out = path_from_utf8(texts.out);
-    command.year_round = texts.kind == "year-round";
-    if (app.count("--forecast") > 0) command.forecast_days = texts.forecast;
-    command.no_snow = texts.no_snow;
+    command.run = reported_run(texts, app);
     command.input_changed = texts.input_changed;
-    command.step = texts.step;
-    command.scenario = texts.scenario;
     if (!texts.climate_report.empty()) command.climate_report = path_from_utf8(texts.climate_report);
     if (!texts.now.empty()) command.now = read_iso_moment(texts.now);
     command.wait = texts.waiting();

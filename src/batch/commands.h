@@ -3,6 +3,7 @@
 #pragma once
 
 #include "batch/batch_dialogs.h"
+#include "batch/reported_state.h"
 #include "climate/climate_state.h"
 #include "reports/report_catalogue.h"
 
@@ -74,12 +75,8 @@ struct ReportCommand {
     std::string simulation;
     std::optional<std::vector<Report>> reports;  ///< all that a user may choose if not given
     std::optional<std::filesystem::path> out;    ///< NVRrpts.out beside the basin if not given
-    bool year_round = false;
-    std::optional<std::string> forecast_days;
-    bool no_snow = false;
+    ReportedRun run;
     bool input_changed = false;
-    int step = 0;                                         ///< of a climate evaluation; 0 a plain run
-    std::string scenario;                                 ///< of the evaluation
     std::optional<std::filesystem::path> climate_report;  ///< beside the basin if not given
     std::optional<double> now;                            ///< date and time in the reports
     std::chrono::milliseconds wait = k_usual_wait;

@@ -4,80 +4,41 @@
 #include "batch/output_guard.h"
 #include "batch/repeated_run.h"
 #include "batch/report_output.h"
+#include "batch/reported_state.h"
 #include "batch/selected_simulation.h"
-#include "engine/run_statistics.h"
 #include "reports/report_generator.h"
 #include "reports/run_figures.h"
 #include "store/basin_opening.h"
-#include "store/daily_columns.h"
 #include "store/daily_table.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 #include <iterator>
-#include <sstream>
 
 namespace nivora {
 namespace {
 
 constexpr const char* k_report_file = "NVRrpts.out";
 constexpr const char* k_no_step = "No such climate step";
-constexpr int k_last_winter_step = 2;
 
 std::filesystem::path beside(const std::filesystem::path& basin, const char* name) {
     return std::filesystem::path{basin}.replace_filename(name);
 }
 
-/// Sets the kind of run from the options; false after the message of a refused interval.
-bool take_kind(RunState& run, const ReportCommand& command, BatchDialogs& dialogs) {
-    const int index = command.year_round ? 1 : 0;
-    run.NoSnow = command.no_snow;
-    if (command.forecast_days) {
-        dialogs.prepare_input(*command.forecast_days);
-        return choose_forecast(run, dialogs, index);
-    }
-    run.RunKind = index + k_melt_season_simulation;
-    return true;
-}
-
-/// The days that a climate step computes; nothing after a report.
-std::optional<Period> step_period(const BasinState& basin, const ScenarioIndexRow& scenario, int step,
-                                  BatchDialogs& dialogs) {
-    if (const auto problem = period_problem(basin, RunState{})) {
-        dialogs.report_problem(k_no_step, fmt::format("The steps of an evaluation have no period: {}. {}.",
-                                                      problem->cause, problem->remedy));
-        return std::nullopt;
-    }
-    if (!scenario.winter_end_date) {
-        dialogs.report_problem(
-            k_no_step, fmt::format("The scenario '{}' has no winter end date, so the steps of its evaluation "
-                                   "have no period. Enter the date in the scenario window, or store the "
-                                   "scenario again with nivora-batch scenario --winter-end.",
-                                   scenario.scenario));
-        return std::nullopt;
-    }
-    const DayCount winter_end = whole_day(*scenario.winter_end_date);
-    if (step <= k_last_winter_step) return Period{*basin.Current_Start, winter_end};
-    return Period{winter_end + 1, *basin.Current_End};
-}
-
-/// Whether the results table has a row of a period.
-bool has_results(BasinDatabase& database, const Period& period) {
-    return period.days() > 0 && database.has_table(k_sim_results) &&
-           count_days(database, k_sim_results, period) > 0;
-}
-
 /// Sets the climate step that was taken last, with its scenario and period; false after a report.
-bool take_step(BasinDatabase& database, Session& session, const ReportCommand& command,
-               BatchDialogs& dialogs) {
-    if (command.step == 0) return true;
+bool take_reported_step(BasinDatabase& database, Session& session, const ReportCommand& command,
+                        BatchDialogs& dialogs) {
+    const int step = command.run.step;
+    if (step == 0) return true;
     const BasinState& basin = session.basin;
-    const auto scenario = stored_scenario(database, basin, command.scenario, dialogs);
+    const auto scenario = stored_scenario(database, basin, command.run.scenario, dialogs);
     if (!scenario) return false;
-    const auto period = step_period(basin, *scenario, command.step, dialogs);
-    if (!period) return false;
+    const auto [period, problem] = step_period(basin, *scenario, step);
+    if (!period) {
+        dialogs.report_problem(k_no_step, problem);
+        return false;
+    }
     if (!has_results(database, *period)) {
         dialogs.report_problem(
             "No results",
@@ -85,15 +46,10 @@ bool take_step(BasinDatabase& database, Session& session, const ReportCommand& c
                         "{}. Evaluate the scenario up to this step, then report it: nivora-batch climate "
                         "'{}' --simulation '{}' --scenario '{}' --last-step {}",
                         basin.Current_Sim_Name, long_date_text(period->start), long_date_text(period->end),
-                        command.step, path_text(command.basin), basin.Current_Sim_Name, scenario->scenario,
-                        command.step));
+                        step, path_text(command.basin), basin.Current_Sim_Name, scenario->scenario, step));
         return false;
     }
-    RunState& run = session.run;
-    run.ClimateStep = command.step;
-    run.ScenarioName = scenario->scenario;
-    run.RunStart = period->start;
-    run.RunEnd = period->end;
+    take_step(session.run, step, *scenario, *period);
     return true;
 }
 
@@ -101,8 +57,8 @@ bool take_step(BasinDatabase& database, Session& session, const ReportCommand& c
 bool take_state(BasinDatabase& database, Session& session, const ReportCommand& command,
                 BatchDialogs& dialogs) {
     if (!select_in(session, database, command.basin, command.simulation, dialogs)) return false;
-    if (!take_kind(session.run, command, dialogs)) return false;
-    if (!take_step(database, session, command, dialogs)) return false;
+    if (!take_kind(session.run, command.run, dialogs)) return false;
+    if (!take_reported_step(database, session, command, dialogs)) return false;
     BasinState& basin = session.basin;
     basin.Input_Changed = command.input_changed;
     basin.Output_Valid =
@@ -119,33 +75,10 @@ std::vector<Report> asked_reports(const Session& session, const ReportCommand& c
     return reports;
 }
 
-/// The discharges of a run's period on the days that the results table has, without its other columns.
-SimResults discharges(BasinDatabase& database, const RunState& run) {
-    constexpr std::array<std::string_view, 3> k_fields{"ActualQ", "DailyQ", "DailyQPresent"};
-    const DailyColumns columns =
-        read_daily_columns(database, k_sim_results, k_fields, 1, run.RunStart, run.RunEnd);
-    SimResults results;
-    for (const StoredDay& day : stored_days(database, k_sim_results, Period{run.RunStart, run.RunEnd})) {
-        if (day.zone != 1) continue;
-        const std::size_t row = results.size();
-        results.resize(row + 1);
-        results.Zone[row] = 1;
-        results.Date[row] = day.date;
-        results.ActualQ[row] = static_cast<float>(columns.at(1, 0, day.date));
-        results.DailyQ[row] = columns.at(1, 1, day.date);
-        results.DailyQPresent[row] = columns.at(1, 2, day.date);
-    }
-    return results;
-}
-
 /// The statistics of the results in the table. What cannot be computed stays missing.
-void take_statistics(BasinDatabase& database, RunState& run, BatchDialogs& dialogs) {
-    run.statistics = StatisticsReach::Nothing;
-    std::ostringstream discarded;
-    BatchDialogs quiet{discarded, false};
+void take_summary_statistics(BasinDatabase& database, RunState& run, BatchDialogs& dialogs) {
     try {
-        const SimResults results = discharges(database, run);
-        static_cast<void>(Run_Statistics(results, run_rows(results, run.RunStart, run.RunEnd), run, quiet));
+        take_statistics(database, run);
     } catch (const StoreError& error) {
         dialogs.report_note(std::string{"Report 7 lacks the statistics. "} + error.what());
     }
@@ -158,7 +91,7 @@ RunFigures summary_figures(BasinDatabase& database, const Session& session, Batc
     const Period period = report_period(session.basin, session.run).covered();
     run.RunStart = period.start;
     run.RunEnd = period.end;
-    take_statistics(database, run, dialogs);
+    take_summary_statistics(database, run, dialogs);
     RunFigures figures = run_figures(run);
     if (repeated.run) return figures;
     figures.initial_runoff.reset();

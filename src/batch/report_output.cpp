@@ -2,44 +2,16 @@
 
 #include "base/durable_file.h"
 #include "base/output_file.h"
+#include "batch/font_application.h"
 #include "paint/paint_pages.h"
 #include "reports/print_texts.h"
 #include "reports/report_pages.h"
 
-#include <QGuiApplication>
 #include <algorithm>
-#include <array>
-#include <memory>
 #include <variant>
 
 namespace nivora {
 namespace {
-
-/// Fonts need an application of Qt. Where the process has none, this is one for the time of its life; it
-/// opens no window and needs no display.
-class FontApplication {
-public:
-    FontApplication() {
-        if (QCoreApplication::instance() != nullptr) return;
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        // What Qt notes about the desktop around it means nothing here.
-        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-        application_ = std::make_unique<QGuiApplication>(count_, arguments_.data());
-    }
-    FontApplication(const FontApplication&) = delete;
-    FontApplication& operator=(const FontApplication&) = delete;
-    ~FontApplication() {
-        if (!application_) return;
-        application_.reset();
-        qInstallMessageHandler(nullptr);
-    }
-
-private:
-    std::array<char, 13> name_{"nivora-batch"};
-    std::array<char*, 2> arguments_{name_.data(), nullptr};
-    int count_ = 1;
-    std::unique_ptr<QGuiApplication> application_;
-};
 
 std::variant<PrintedJob, Message> pages_of(const PagedDevice& device, const std::string& text) {
     if (auto refusal = margin_refusal(device, "nivora-batch")) return *refusal;
