@@ -4,6 +4,7 @@
 #include "base/number_text.h"
 #include "base/version.h"
 #include "batch/commands.h"
+#include "batch/plot_options.h"
 #include "batch/report_options.h"
 #include "batch/report_output.h"
 #include "batch/scenario_edit.h"
@@ -426,6 +427,8 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
     CLI::App& climate = add_climate(app, texts);
     CLI::App& scenario = add_scenario(app, texts);
     CLI::App& report = add_report(app, texts);
+    PlotTexts plot_texts;
+    CLI::App& plot = add_plot(app, plot_texts);
     CLI::App& exported = add_export(app, texts);
     CLI::App& blank = add_template(app, texts);
     CLI::App& check = add_check(app, texts);
@@ -441,6 +444,11 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
         if (run.parsed()) return run_command(run_of(texts, run), dialogs, out);
         if (climate.parsed()) return climate_command(climate_of(texts), dialogs, out);
         if (report.parsed()) return report_command(report_of(texts, report), dialogs);
+        if (plot.parsed()) {
+            PlotCommand command = plot_of(plot_texts, plot);
+            command.wait = texts.waiting();
+            return plot_command(command, dialogs, out);
+        }
         if (scenario.parsed()) return scenario_command(scenario_of(texts, scenario), dialogs, out);
         if (exported.parsed()) return export_command(export_of(texts), dialogs);
         if (simulations.parsed())
