@@ -41,6 +41,8 @@ public:
             read_basin(database, basin_);
         }
         basin_.Work_File = basin_.Basin_File = file_;
+        // From 1 October on, as the end of a winter belongs to the comparison of water equivalents.
+        basin_.simulations.at(0).start = basin_.simulations.at(0).start.value() + 1;
         select_simulation(basin_, 0);
         ScriptedDialogs dialogs;
         dialogs.then(Answer::Ok);

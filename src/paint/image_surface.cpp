@@ -302,8 +302,7 @@ void PaintedSurface::hatch(std::span<const SurfacePoint> outline, const Fill& fi
         }
     }
     if (diagonals.empty()) return;
-    // Qt draws lines of up to one pixel thinner where they are diagonal.
-    QPen qpen = qt_pen(pen, curve_width(pen) * 1.001);
+    QPen qpen = qt_pen(pen, curve_width(pen));
     qpen.setCapStyle(Qt::FlatCap);
     painter_.setRenderHint(QPainter::Antialiasing);
     painter_.setPen(qpen);
