@@ -6,6 +6,8 @@
 
 #include <array>
 #include <numeric>
+#include <utility>
+#include <vector>
 
 namespace nivora {
 namespace {

@@ -2,6 +2,7 @@
 #include "plots/melt_curves.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace nivora {
 namespace {

@@ -1,5 +1,7 @@
 #include "plots/melt_curves.h"
 
+#include <utility>
+
 namespace nivora {
 namespace {
 

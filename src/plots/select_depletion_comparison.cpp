@@ -1,6 +1,8 @@
 #include "plots/melt_curves.h"
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 namespace nivora {
 namespace {

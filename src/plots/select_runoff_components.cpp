@@ -1,6 +1,8 @@
 #include "plots/melt_curves.h"
 
 #include <array>
+#include <utility>
+#include <vector>
 
 namespace nivora {
 namespace {

@@ -2,7 +2,8 @@
 #include "plots/melt_curves.h"
 
 #include <algorithm>
-#include <utility>
+#include <optional>
+#include <vector>
 
 namespace nivora {
 namespace {
