@@ -34,7 +34,7 @@ struct PanelLayout {
     double line_height = 0.0;
     double margin = 0.0;        ///< left, right and between the columns
     double first_column = 0.0;  ///< width of the samples or of the captions
-    SurfaceSize size;
+    SurfaceSize size = {};
 
     [[nodiscard]] double row_centre(double top, std::size_t row) const {
         return top + k_margin * line_height + (static_cast<double>(row) + 0.5) * k_row * line_height;
