@@ -19,6 +19,8 @@ constexpr Pen k_y_tick_pen{0x008080, 0, 1};
 constexpr double k_digit_gap = 2.0;
 /// The space between two labels of the x axis.
 constexpr double k_label_gap = 4.0;
+/// The least space between two grid lines.
+constexpr double k_grid_gap = 6.0;
 
 /// What the parts of the frame share.
 struct Frame {
@@ -28,6 +30,7 @@ struct Frame {
     SurfacePoint bottom_right;
     double line_height = 0.0;
     double tick = 0.0;  ///< length of the ticks of the x axis
+    PlotFont font;
 
     void line(SurfacePoint from, SurfacePoint to, const Pen& pen) const {
         const std::array ends{from, to};
@@ -37,13 +40,15 @@ struct Frame {
 
 Frame frame_on(Surface& surface, const Plot& plot, const PlotAxes& axes) {
     const World world{axes.transform, surface.size()};
-    const double line_height = surface.text_size("0", k_axis_font).height;
+    const PlotFont font = fitted_font(surface, k_axis_font);
+    const double line_height = surface.text_size("0", font).height;
     return {.surface = surface,
             .world = world,
             .top_left = world.to_surface(as_double(plot.frame.x_min), as_double(plot.frame.y_max)),
             .bottom_right = world.to_surface(as_double(plot.frame.x_max), as_double(plot.frame.y_min)),
             .line_height = line_height,
-            .tick = line_height / 4.0};
+            .tick = line_height / 4.0,
+            .font = font};
 }
 
 double x_on(const Frame& frame, float x) { return frame.world.to_surface(as_double(x), 0.0).x; }
@@ -56,23 +61,12 @@ void draw_axis_lines(const Frame& frame) {
     frame.line(corner, frame.bottom_right, k_frame_pen);
 }
 
-void draw_grid(const Frame& frame, const PlotAxes& axes) {
-    for (const float value : axes.grid_x) {
-        const double x = x_on(frame, value);
-        frame.line({x, frame.bottom_right.y}, {x, frame.top_left.y}, k_grid_pen);
-    }
-    for (const float value : axes.grid_y) {
-        const double y = y_on(frame, value);
-        frame.line({frame.top_left.x, y}, {frame.bottom_right.x, y}, k_grid_pen);
-    }
-}
-
 /// One label in this number is drawn, so that the labels of many years stay apart: 1, 2, 3, 4, 6, 12, 24 ...
 std::size_t label_stride(const Frame& frame, const std::vector<XTick>& ticks) {
     if (ticks.size() < 2) return 1;
     double widest = 0.0;
     for (std::size_t i = 0; i < std::min<std::size_t>(ticks.size(), 24); ++i)
-        widest = std::max(widest, frame.surface.text_size(ticks[i].label, k_axis_font).width);
+        widest = std::max(widest, frame.surface.text_size(ticks[i].label, frame.font).width);
     const double distance = (x_on(frame, ticks.back().at) - x_on(frame, ticks.front().at)) /
                             static_cast<double>(ticks.size() - 1);
     const auto reaches = [&](std::size_t stride) {
@@ -86,6 +80,29 @@ std::size_t label_stride(const Frame& frame, const std::vector<XTick>& ticks) {
     return stride;
 }
 
+/// One grid line in this number is drawn, so that the months of many years don't make a grey area.
+std::size_t grid_stride(const Frame& frame, const PlotAxes& axes) {
+    if (axes.grid_x.size() < 2) return 1;
+    const double distance = (x_on(frame, axes.grid_x.back()) - x_on(frame, axes.grid_x.front())) /
+                            static_cast<double>(axes.grid_x.size() - 1);
+    return distance >= k_grid_gap ? 1 : label_stride(frame, axes.x_ticks);
+}
+
+void draw_grid(const Frame& frame, const PlotAxes& axes) {
+    const std::size_t stride = grid_stride(frame, axes);
+    for (std::size_t i = 0; i < axes.grid_x.size(); i += stride) {
+        const double x = x_on(frame, axes.grid_x[i]);
+        frame.line({x, frame.bottom_right.y}, {x, frame.top_left.y}, k_grid_pen);
+    }
+    double free_below = frame.bottom_right.y;
+    for (const float value : axes.grid_y) {
+        const double y = y_on(frame, value);
+        if (y > free_below) continue;
+        frame.line({frame.top_left.x, y}, {frame.bottom_right.x, y}, k_grid_pen);
+        free_below = y - k_grid_gap;
+    }
+}
+
 /// Half the width of a label of the x axis.
 /// Intended: that of a month is half the width of another month's name, the one of the day of its tick
 /// counted on from the first day of the frame, so that the names stand up to two points beside the middle.
@@ -93,7 +110,7 @@ double half_width(const Frame& frame, const Plot& plot, const PlotAxes& axes, co
     const std::string& measured = axes.x_kind == XAxisKind::Months
                                       ? month_text(as_double(tick.x) + as_double(plot.frame.x_min))
                                       : tick.label;
-    return frame.surface.text_size(measured, k_axis_font).width / 2.0;
+    return frame.surface.text_size(measured, frame.font).width / 2.0;
 }
 
 void draw_x_axis(const Frame& frame, const Plot& plot, const PlotAxes& axes) {
@@ -106,14 +123,14 @@ void draw_x_axis(const Frame& frame, const Plot& plot, const PlotAxes& axes) {
     for (std::size_t i = 0; i < axes.x_ticks.size(); i += stride) {
         const XTick& tick = axes.x_ticks[i];
         const SurfacePoint at{x_on(frame, tick.at) - half_width(frame, plot, axes, tick), axis + frame.tick};
-        draw_text(frame.surface, place_text(frame.surface, tick.label, k_axis_font, at));
+        draw_text(frame.surface, place_text(frame.surface, tick.label, frame.font, at));
     }
 }
 
 /// The left edge of a label of the y axis: its blanks end at the axis, its digits before the tick.
 double y_label_left(const Frame& frame, const std::string& label, double tick_end) {
-    const double whole = frame.surface.text_size(label, k_axis_font).width;
-    const double digits = frame.surface.text_size(right_trimmed(label), k_axis_font).width;
+    const double whole = frame.surface.text_size(label, frame.font).width;
+    const double digits = frame.surface.text_size(right_trimmed(label), frame.font).width;
     return std::min(frame.top_left.x - whole, tick_end - k_digit_gap - digits);
 }
 
@@ -127,15 +144,15 @@ void draw_y_axis(const Frame& frame, const PlotAxes& axes) {
         const double top = y - frame.line_height / 2.0;
         if (top + frame.line_height > free_below) continue;
         const SurfacePoint at{y_label_left(frame, tick.label, tick_end), top};
-        draw_text(frame.surface, place_text(frame.surface, tick.label, k_axis_font, at));
+        draw_text(frame.surface, place_text(frame.surface, tick.label, frame.font, at));
         free_below = top;
     }
 }
 
 /// The label above the y axis; on a low surface right of the texts that stand there, or below a long one.
 void draw_y_title(const Frame& frame, const Plot& plot, const std::vector<PlacedText>& head) {
-    const double half = frame.surface.text_size(plot.y_label, k_axis_font).width / 2.0;
-    PlacedText label = place_text(frame.surface, plot.y_label, k_axis_font,
+    const double half = frame.surface.text_size(plot.y_label, frame.font).width / 2.0;
+    PlacedText label = place_text(frame.surface, plot.y_label, frame.font,
                                   {frame.top_left.x - half, frame.top_left.y - 1.4 * frame.line_height});
     for (const PlacedText& text : head) {
         if (!overlap(text.box, label.box)) continue;
@@ -153,7 +170,7 @@ void draw_x_title(const Frame& frame, const Plot& plot) {
     if (plot.x_label.empty()) return;
     const double right = frame.bottom_right.x + (frame.bottom_right.x - frame.top_left.x) / 10.0;
     const SurfacePoint at{right, frame.bottom_right.y - frame.line_height / 2.0};
-    draw_text(frame.surface, place_text(frame.surface, plot.x_label, k_axis_font, at));
+    draw_text(frame.surface, place_text(frame.surface, plot.x_label, frame.font, at));
 }
 
 }  // namespace

@@ -59,7 +59,8 @@ void add_right_column(HeadLayout& layout, const Surface& surface, const Plot& pl
     double top = k_text_edge;
     std::size_t row = 0;
     for (const std::string& text : right_column(plot, now)) {
-        const PlotFont row_font = row++ < large ? font : PlotFont{std::min(font.size, k_run_font.size), true};
+        const PlotFont row_font =
+            row++ < large ? font : PlotFont{std::min(font.size, fitted_font(surface, k_run_font).size), true};
         top = layout.add(text, row_font, k_column_right * surface.size().width, k_left_of_it, top);
     }
 }
@@ -75,9 +76,10 @@ std::vector<PlacedText> head_texts(const Surface& surface, const Plot& plot, dou
         return layout.add(text, font, width / 2.0, k_centred, top);
     };
 
-    const PlotFont title_font = shrunk_font(surface, head.title, k_title_font, width / 2.0);
+    const PlotFont title_font =
+        shrunk_font(surface, head.title, fitted_font(surface, k_title_font), width / 2.0);
     const double under_title = add_centred(head.title, title_font, k_text_edge);
-    const PlotFont font = shrunk_font(surface, head.subtitle, k_line_font, usable);
+    const PlotFont font = shrunk_font(surface, head.subtitle, fitted_font(surface, k_line_font), usable);
     const double under_subtitle = add_centred(head.subtitle, font, under_title);
 
     const double under_period = layout.add(period_text(plot), font, 0.0, k_right_of_it, k_text_edge);

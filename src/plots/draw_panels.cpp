@@ -47,7 +47,7 @@ double panel_height(double line_height, std::size_t rows) {
 
 /// The font of a panel, smaller where its rows would be higher than the surface.
 PanelLayout panel_layout(const Surface& surface, std::size_t rows) {
-    PanelLayout layout{.font = {k_panel_font, false}};
+    PanelLayout layout{.font = fitted_font(surface, {k_panel_font, false})};
     const auto measure = [&] { return surface.text_size("X", layout.font); };
     while (layout.font.size > k_smallest_panel_font &&
            panel_height(measure().height, rows) > surface.size().height)

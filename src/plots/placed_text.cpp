@@ -3,12 +3,18 @@
 #include "base/text.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace nivora {
 namespace {
 
 constexpr double k_smallest_font = 6.0;
 constexpr double k_font_step = 0.5;
+
+/// Fonts have their full size from this size of the surface on.
+constexpr SurfaceSize k_full_size{700.0, 420.0};
+constexpr double k_least_share = 0.6;
+constexpr double k_smallest_fitted_font = 5.0;
 
 double width_of(const Surface& surface, std::string_view text, const PlotFont& font) {
     return surface.text_size(text, font).width;
@@ -54,6 +60,15 @@ SurfaceRectangle moved_inside(SurfaceRectangle box, SurfaceSize size) {
     box.left = moved_inside(box.left, box.width, size.width, 0.0);
     box.top = moved_inside(box.top, box.height, size.height, 0.0);
     return box;
+}
+
+PlotFont fitted_font(const Surface& surface, PlotFont font) {
+    const SurfaceSize size = surface.size();
+    const double share = std::min(size.width / k_full_size.width, size.height / k_full_size.height);
+    if (share >= 1.0) return font;
+    const double steps = std::floor(font.size * std::max(share, k_least_share) / k_font_step);
+    font.size = std::max(k_smallest_fitted_font, steps * k_font_step);
+    return font;
 }
 
 PlotFont shrunk_font(const Surface& surface, std::string_view text, PlotFont font, double width) {

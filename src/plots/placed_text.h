@@ -30,6 +30,10 @@ void draw_text(Surface& surface, const PlacedText& text);
 /// The rectangle moved into the surface; one that is larger has its top left corner in the surface's.
 [[nodiscard]] SurfaceRectangle moved_inside(SurfaceRectangle box, SurfaceSize size);
 
+/// The font, smaller on a small surface, so that the lines above the frame have room there as far as
+/// possible.
+[[nodiscard]] PlotFont fitted_font(const Surface& surface, PlotFont font);
+
 /// The font, or the largest one below it in steps of half a point, in which a text is narrower than a width;
 /// the smallest font of a plot if there is none.
 [[nodiscard]] PlotFont shrunk_font(const Surface& surface, std::string_view text, PlotFont font,

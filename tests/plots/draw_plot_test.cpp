@@ -201,6 +201,36 @@ TEST(PlotDrawing, LabelsEveryMonthOfAYearAndFewerOfManyYears) {
     EXPECT_EQ(month_labels(18262.0F), 26U);
 }
 
+TEST(PlotDrawing, LeavesOutGridLinesThatWouldMakeAGreyArea) {
+    const auto grid_lines = [](float days, float y_max, GridMode grid) {
+        std::size_t count = 0;
+        const Plot plot = plot_of(PlotNumber::SnowCover, frame_of(37165.0F, 37165.0F + days, 0.0F, y_max));
+        for (const std::string& line : drawn(plot, "line", {.grid = grid}))
+            count += line.find("pen #000000 style 2") != std::string::npos ? 1 : 0;
+        return count;
+    };
+    EXPECT_EQ(grid_lines(365.0F, 1.0F, GridMode::Vertical), 12U);
+    // 600 months are 1.7 points apart; as with the labels, every 24th stands.
+    EXPECT_EQ(grid_lines(18262.0F, 1.0F, GridMode::Vertical), 25U);
+    EXPECT_EQ(grid_lines(365.0F, 1.0F, GridMode::Horizontal), 11U);
+    // 2,000 lines on 400 points, none nearer than 6 points to another one
+    EXPECT_GT(grid_lines(365.0F, 1.0e8F, GridMode::Horizontal), 50U);
+    EXPECT_LE(grid_lines(365.0F, 1.0e8F, GridMode::Horizontal), 67U);
+}
+
+TEST(PlotDrawing, HasSmallerTextsOnASmallSurface) {
+    const auto first_text = [](SurfaceSize size) {
+        RecordingSurface surface{size};
+        draw(surface, melt_plot(), {});
+        return surface.calls("text").front();
+    };
+    EXPECT_THAT(first_text({700.0, 420.0}), HasSubstr(" 10.5 bold "));
+    // 0.8 times 10.5 is 8.4.
+    EXPECT_THAT(first_text({700.0, 336.0}), HasSubstr(" 8.0 bold "));
+    // No less than 0.6 times, 6.3
+    EXPECT_THAT(first_text({400.0, 100.0}), HasSubstr(" 6.0 bold "));
+}
+
 TEST(PlotDrawing, LeavesOutLabelsOfTheYAxisThatWouldOverlap) {
     Plot plot = plot_of(PlotNumber::Runoff, frame_of(0.0F, 9.0F, 0.0F, 1.0e8F));
     std::size_t labels = 0;
