@@ -94,6 +94,9 @@ PaintedSurface::PaintedSurface(QPainter& painter, SurfaceSize size) : painter_(p
     pixels_ = engine == QPaintEngine::Raster && upright;
     if (pixels_) {
         grid_ = transform.m11();
+        // A straight line of an odd number of pixels has its middle in a pixel. Curves are moved there, too,
+        // so that one along an axis covers it.
+        if (std::lround(grid_) % 2 == 1) shift_ = 0.5 / grid_;
     } else if (engine == QPaintEngine::SVG) {
         grid_ = 1.0;  // as it is shown at its own size
     }
@@ -151,13 +154,7 @@ SurfaceRectangle PaintedSurface::straight_box(SurfacePoint from, SurfacePoint to
     return {left, top, right - left, bottom - top};
 }
 
-QPointF PaintedSurface::place(SurfacePoint point) const {
-    // A straight line of an odd number of pixels has its middle in a pixel. Curves are moved there, too, so
-    // that one along an axis covers it.
-    const bool odd = pixels_ && std::fmod(std::round(grid_), 2.0) == 1.0;
-    const double shift = odd ? 0.5 / grid_ : 0.0;
-    return {point.x + shift, point.y + shift};
-}
+QPointF PaintedSurface::place(SurfacePoint point) const { return {point.x + shift_, point.y + shift_}; }
 
 QPolygonF PaintedSurface::polygon(std::span<const SurfacePoint> points) const {
     QPolygonF places;

@@ -63,6 +63,7 @@ private:
     SurfaceSize size_;
     bool pixels_ = false;  ///< whether the device is a picture of pixels
     double grid_ = 0.0;    ///< pixels per point to which straight lines keep; 0 if the device has none
+    double shift_ = 0.0;   ///< what is added to the places of curves, points
     mutable std::vector<std::unique_ptr<Face>> faces_;  ///< a cache
 };
 
