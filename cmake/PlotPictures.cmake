@@ -1,0 +1,39 @@
+# cmake -DPROGRAM=<nivora-batch> -DRECORD=<ellervane-1997-98.NVR> -DFOLDER=<folder> -P PlotPictures.cmake
+#
+# Draws each plot of the sample basin into plot-<number>.png, at twice the size of a screen, as the manual shows them.
+
+set(simulation --simulation wy1998)
+file(MAKE_DIRECTORY "${FOLDER}")
+file(REMOVE "${FOLDER}/sample.mdb")
+
+function(nivora_batch)
+    execute_process(COMMAND "${PROGRAM}" ${ARGN} WORKING_DIRECTORY "${FOLDER}" OUTPUT_QUIET ERROR_QUIET COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+# draw(<number> [<option>...])
+function(draw number)
+    nivora_batch(plot sample.mdb ${simulation} --plot ${number} --out plot-${number}.png --size 1600x900 --dpi 192
+        --now 2026-03-05T13:30:15 ${ARGN})
+endfunction()
+
+nivora_batch(import "${RECORD}" sample.mdb --name wy1998 --initial-runoff 2.851 --latitude 46.5)
+nivora_batch(run sample.mdb ${simulation} --kind year-round)
+foreach(number IN ITEMS 1 2 3 4 5 6 7 8 9 10 11 12 13)
+    draw(${number} --kind year-round)
+endforeach()
+foreach(number IN ITEMS 14 15 16)
+    draw(${number} --kind year-round --zone C --melt-stop season)
+endforeach()
+
+nivora_batch(scenario sample.mdb ${simulation} --name warmer --winter-end 1998-03-31
+    --edit "Average Temperature:1997-10-01:1998-09-30:Add/subtract to each:2:All"
+    --edit "Precipitation:1997-10-01:1998-09-30:Multiply each:1.1:All")
+nivora_batch(climate sample.mdb ${simulation} --scenario warmer)
+foreach(number IN ITEMS 18 19)
+    draw(${number} --step 6 --scenario warmer)
+endforeach()
+foreach(number IN ITEMS 20 21 22 23)
+    draw(${number} --step 6 --scenario warmer --zone C --melt-stop season)
+endforeach()
+
+file(REMOVE "${FOLDER}/sample.mdb" "${FOLDER}/NVR_DfGN.out")
