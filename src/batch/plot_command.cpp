@@ -106,7 +106,8 @@ void keep_curves(PlottedBasin& open, const Plot& plot, const PlotSources& source
             problem = fault.what();
         }
     }
-    dialogs.report_note("AZMexcl and AZMwork of this plot are not stored in the basin. " + problem);
+    dialogs.report_note("AZMexcl, AZMexclWA and AZMwork of this plot are not stored in the basin. " +
+                        problem);
 }
 
 int refuse(const PlotCommand& command, const PlotRefusal& refusal, BatchDialogs& dialogs, std::ostream& out) {

@@ -108,7 +108,7 @@ void add_view(CLI::App& plot, PlotTexts& texts) {
         ->capture_default_str();
     plot.add_flag("--data-points", texts.data_points, "Mark each point with a circle");
     plot.add_option("--melt-stop", texts.melt_stop,
-                    "Where accumulated melt ends in plots 15, 16 and 23: first-dry-day (the first day "
+                    "Where accumulated melt ends in plots 15 and 23: first-dry-day (the first day "
                     "without melt after one with melt) or season (the day after the last one with melt)")
         ->check(CLI::IsMember({"first-dry-day", "season"}))
         ->capture_default_str();

@@ -250,7 +250,7 @@ TEST_F(ClimatePlotTest, ABasinThatCannotBeWrittenStillHasPlotTwentyOne) {
     const BatchResult result = plot("21", "6");
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.out, plain);
-    EXPECT_THAT(result.err, StartsWith("Note: AZMexcl and AZMwork of this plot are not stored"));
+    EXPECT_THAT(result.err, StartsWith("Note: AZMexcl, AZMexclWA and AZMwork of this plot are not stored"));
     EXPECT_TRUE(file_bytes(file) == bytes);
 }
 
