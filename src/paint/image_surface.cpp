@@ -84,6 +84,18 @@ void draw_pieces(QPainter& painter, const QPolygonF& points, QPen pen) {
     }
 }
 
+/// Draws a wide line that has hardly anything but steep strokes as several lines of one pixel, side by side,
+/// which takes a fraction of the time.
+void draw_side_by_side(QPainter& painter, const QPolygonF& points, const Pen& pen, double width,
+                       double pixels) {
+    painter.setPen(qt_pen(pen, 0.999 / pixels));
+    const long lines = std::lround(width * pixels);
+    for (long line = 0; line < lines; ++line) {
+        const double beside = (static_cast<double>(line) - static_cast<double>(lines - 1) / 2.0) / pixels;
+        painter.drawPolyline(points.translated(beside, beside));
+    }
+}
+
 }  // namespace
 
 PaintedSurface::PaintedSurface(QPainter& painter, SurfaceSize size) : painter_(painter), size_(size) {
@@ -229,13 +241,17 @@ void PaintedSurface::stroke_pixels(const SurfaceRectangle& box, const Pen& pen) 
 void PaintedSurface::curve(std::span<const SurfacePoint> points, const Pen& pen) {
     QPolygonF places = polygon(points);
     if (pixels_) places = thinned(places, grid_);
+    const bool dense = 2 * places.size() < static_cast<qsizetype>(points.size());
 
     const double width = curve_width(pen);
     const QPen qpen = qt_pen(pen, width);
     painter_.setRenderHint(QPainter::Antialiasing);
     painter_.setBrush(Qt::NoBrush);
     painter_.setPen(qpen);
-    if (pixels_ && width * grid_ > 1.0) {
+    const bool wide = pixels_ && width * grid_ > 1.0;
+    if (wide && dense) {
+        draw_side_by_side(painter_, places, pen, width, grid_);
+    } else if (wide) {
         draw_pieces(painter_, places, qpen);
     } else {
         painter_.drawPolyline(places);

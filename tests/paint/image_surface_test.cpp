@@ -240,14 +240,21 @@ TEST_F(ImageSurface, ASlopedLineIsAntialiased) {
 
 // Vertical runs of 18,250 days are as dark as they are when every point is drawn.
 TEST_F(ImageSurface, FiftyYearsOfDaysReachFromLowToHighInEachColumn) {
-    Canvas canvas{200.0, 100.0, 1.0};
-    std::vector<SurfacePoint> points;
-    for (int day = 0; day < 18250; ++day)
-        points.push_back({day * 200.0 / 18250.0, day % 2 == 0 ? 20.0 : 80.0});
-    canvas->line(points, {});
-    const QImage& image = canvas.finished();
-    for (int x = 2; x < 198; ++x)
-        for (int y = 22; y < 79; ++y) ASSERT_GT(ink(image, x, y), 0.9) << x << ", " << y;
+    for (const double scale : {1.0, 1.5, 2.0, 3.0}) {
+        Canvas canvas{200.0, 100.0, scale};
+        std::vector<SurfacePoint> points;
+        for (int day = 0; day < 18250; ++day)
+            points.push_back({day * 200.0 / 18250.0, day % 2 == 0 ? 20.0 : 80.0});
+        canvas->line(points, {});
+        const QImage& image = canvas.finished();
+        const auto pixels = [&](double place) { return static_cast<int>(std::lround(place * scale)); };
+        for (int x = pixels(2.0); x < pixels(198.0); ++x) {
+            for (int y = pixels(22.0); y < pixels(79.0); ++y)
+                ASSERT_GT(ink(image, x, y), 0.9) << x << ", " << y << " at " << scale;
+            EXPECT_EQ(ink(image, x, pixels(17.0)), 0.0);
+            EXPECT_EQ(ink(image, x, pixels(83.0)), 0.0);
+        }
+    }
 }
 
 TEST_F(ImageSurface, ADotIsAsLargeAsThePenIsWide) {
