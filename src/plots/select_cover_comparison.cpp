@@ -7,7 +7,7 @@ void select_cover_comparison(PlotBuild& build) {
     constexpr std::size_t k_changed = 1;
     const DailyRows rows = read_plot_rows(build, k_sim_results, {"SCA", "SCAclimWAMA"});
     Plot& plot = build.plot;
-    plot.y_label = "S";
+    plot.y_label = std::string{"S"};
     // Intended: by the present cover alone; a changed one above it is cut.
     const std::vector<double>& present = rows.fields[k_present];
     set_frame(plot, first_day(rows), last_day(rows), least(present), largest(present));
