@@ -444,11 +444,7 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
         if (run.parsed()) return run_command(run_of(texts, run), dialogs, out);
         if (climate.parsed()) return climate_command(climate_of(texts), dialogs, out);
         if (report.parsed()) return report_command(report_of(texts, report), dialogs);
-        if (plot.parsed()) {
-            PlotCommand command = plot_of(plot_texts, plot);
-            command.wait = texts.waiting();
-            return plot_command(command, dialogs, out);
-        }
+        if (plot.parsed()) return plot_command(plot_of(plot_texts, plot, texts.waiting()), dialogs, out);
         if (scenario.parsed()) return scenario_command(scenario_of(texts, scenario), dialogs, out);
         if (exported.parsed()) return export_command(export_of(texts), dialogs);
         if (simulations.parsed())

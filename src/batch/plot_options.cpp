@@ -203,7 +203,7 @@ CLI::App& add_plot(CLI::App& app, PlotTexts& texts) {
     return plot;
 }
 
-PlotCommand plot_of(const PlotTexts& texts, const CLI::App& app) {
+PlotCommand plot_of(const PlotTexts& texts, const CLI::App& app, std::chrono::milliseconds wait) {
     PlotCommand command;
     command.basin = path_from_utf8(texts.basin);
     command.simulation = texts.simulation;
@@ -226,6 +226,7 @@ PlotCommand plot_of(const PlotTexts& texts, const CLI::App& app) {
     command.describe = texts.describe;
     command.list = texts.list;
     command.json = texts.json;
+    command.wait = wait;
     return command;
 }
 

@@ -41,7 +41,8 @@ struct PlotTexts {
 CLI::App& add_plot(CLI::App& app, PlotTexts& texts);
 
 /// The command that checked options ask for.
-[[nodiscard]] PlotCommand plot_of(const PlotTexts& texts, const CLI::App& app);
+[[nodiscard]] PlotCommand plot_of(const PlotTexts& texts, const CLI::App& app,
+                                  std::chrono::milliseconds wait);
 
 /// A letter from A to P in any case, or the word all.
 [[nodiscard]] std::optional<AskedZone> read_zone(std::string_view text);
