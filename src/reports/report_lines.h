@@ -8,6 +8,11 @@
 
 namespace nivora {
 
+/// The sign of a difference in the report of a climate evaluation. No font has this control character, so
+/// that screen and paper show the Greek letter.
+inline constexpr char k_difference = 0x1E;
+inline constexpr const char* k_shown_difference = "Δ";
+
 /// Appends items, with nothing between them, to lines that end with CR LF. Columns count characters, from 1.
 class ReportLines {
 public:

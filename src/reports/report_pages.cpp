@@ -31,13 +31,12 @@ struct SourceLine {
     bool begins = true;  ///< false for the rest of a line that was broken
 };
 
-/// A line with only characters that fonts have. Character 30 is the sign of a difference.
+/// A line with only characters that fonts have.
 std::string printable(std::string_view line) {
-    constexpr char k_difference = 0x1E;
     std::string shown;
     for (std::size_t at = line.find(k_difference); at != std::string_view::npos;
          at = line.find(k_difference)) {
-        shown += one_line(line.substr(0, at)) + "Δ";
+        shown += one_line(line.substr(0, at)) + k_shown_difference;
         line.remove_prefix(at + 1);
     }
     shown += one_line(line);

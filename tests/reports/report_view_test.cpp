@@ -20,5 +20,10 @@ TEST(ReportViewTest, OtherTextStaysAlsoBesideAMark) {
     EXPECT_EQ(shown_report_text("a\fb\r\n  Töss  \r\n"), "a\fb\n  Töss  \n");
 }
 
+TEST(ReportViewTest, TheDifferenceSignOfTheClimateReportIsShownAsInPrint) {
+    EXPECT_EQ(shown_report_text("Winter Change (\x1eHW), Zone 1 = 2\r\n\x1e\x1e\r\n"),
+              "Winter Change (ΔHW), Zone 1 = 2\nΔΔ\n");
+}
+
 }  // namespace
 }  // namespace nivora
