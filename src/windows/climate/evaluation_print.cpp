@@ -22,12 +22,20 @@ PrintedSheet printed_statistics(const Session& session, const GridView& statisti
 
 }  // namespace
 
-std::vector<PrintedSheet> printed_evaluation(const Session& session, const GridView& statistics, double now) {
-    std::vector<PrintedSheet> sheets{printed_statistics(session, statistics, now)};
-    if (session.climate.reuse_results) return sheets;
+std::optional<PrintedSheet> evaluated_scenario(const Session& session, double now) {
+    if (session.climate.reuse_results) return std::nullopt;
     BasinDatabase database{session.basin.Work_File, Access::ReadOnly};
     const auto scenario = stored_scenario(database, session.basin.Current_Sim_Name, session.run.ScenarioName);
-    if (scenario) sheets.push_back(printed_scenario(*scenario, session.basin, now));
+    if (!scenario) return std::nullopt;
+    return printed_scenario(*scenario, session.basin, now);
+}
+
+std::vector<PrintedSheet> printed_evaluation(const Session& session, const GridView& statistics,
+                                             const std::optional<PrintedSheet>& scenario, double now) {
+    std::vector<PrintedSheet> sheets{printed_statistics(session, statistics, now)};
+    if (!scenario) return sheets;
+    sheets.push_back(*scenario);
+    sheets.back().header = grid_print_header(k_scenario_title, session.basin.basin_name, now);
     return sheets;
 }
 

@@ -232,12 +232,8 @@ void frmCtrlClim::name_results() {
 }
 
 void frmCtrlClim::print() {
-    try {
-        const auto sheets = printed_evaluation(session(), *statistics_grid_, local_now());
-        context().printing.print_sheets(this, sheets);
-    } catch (const StoreError& error) {
-        session().dialogs.stop(error.what());
-    }
+    const auto sheets = printed_evaluation(session(), *statistics_grid_, evaluated_, local_now());
+    context().printing.print_sheets(this, sheets);
 }
 
 ClimateContext frmCtrlClim::climate_context() {
@@ -343,6 +339,12 @@ void frmCtrlClim::note_start(StepOutcome outcome) {
     if (outcome == StepOutcome::Refused) return;
     begun_ = true;
     if (!session().climate.reuse_results) rebuilt_ = true;
+    evaluated_.reset();
+    try {
+        evaluated_ = evaluated_scenario(session(), local_now());
+    } catch (const StoreError& error) {
+        session().dialogs.stop(error.what());
+    }
 }
 
 /// After a step 1 without a completed run. Rebuilt results hold no manual changes, so there is nothing in

@@ -2,9 +2,11 @@
 #pragma once
 
 #include "climate/climate_run.h"
+#include "reports/grid_pages.h"
 #include "widgets/nivora_window.h"
 
 #include <array>
+#include <optional>
 #include <vector>
 
 class QCheckBox;
@@ -81,9 +83,10 @@ private:
     GridView* statistics_grid_ = nullptr;
     QTextBrowser* notes_ = nullptr;
     std::vector<QPushButton*> buttons_;
-    int row_height_ = 0;    ///< by how much the statistics grow
-    bool begun_ = false;    ///< a step 1 has changed the results
-    bool rebuilt_ = false;  ///< that step rebuilt them
+    int row_height_ = 0;                     ///< by how much the statistics grow
+    bool begun_ = false;                     ///< a step 1 has changed the results
+    bool rebuilt_ = false;                   ///< that step rebuilt them
+    std::optional<PrintedSheet> evaluated_;  ///< the scenario as step 1 applied it
     bool updating_ = false;
     bool aborted_ = false;
 };

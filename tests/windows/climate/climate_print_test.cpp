@@ -98,12 +98,42 @@ TEST_F(EvaluationPrintTest, ChangesThatWereMadeByHandHaveNoScenario) {
     EXPECT_THAT(printers_.jobs()[0].page(0), HasSubstr("Climate Scenario:  Auxiliary\n"));
 }
 
-TEST_F(EvaluationPrintTest, OfAMissingScenarioOnlyTheStatisticsArePrinted) {
+TEST_F(EvaluationPrintTest, PrintsTheScenarioThatWasEvaluatedThoughItWasChangedSince) {
+    open_six_days();
+    run_to(6);
+    press(3);
+    change("UPDATE ClimateScenarioIndex SET Comments = 'three degrees more'");
+    change("UPDATE Warmer SET EditFactor = 3");
+    press(3);
+    ASSERT_EQ(printers_.jobs().size(), 2U);
+    ASSERT_EQ(printers_.jobs()[1].pages.size(), 2U);
+    const auto from_heading = [&](std::size_t job) {
+        const std::string page = printers_.jobs().at(job).page(1);
+        return page.substr(page.find("Basin name:"));  // behind the moment of the print
+    };
+    EXPECT_EQ(from_heading(1), from_heading(0));
+    EXPECT_THAT(from_heading(1), Not(HasSubstr("three degrees more")));
+}
+
+TEST_F(EvaluationPrintTest, PrintsTheScenarioThatWasEvaluatedThoughItWasDeletedSince) {
     open_six_days();
     run_to(6);
     change("DELETE FROM ClimateScenarioIndex");
     press(3);
-    EXPECT_EQ(printers_.jobs()[0].pages.size(), 1U);
+    ASSERT_EQ(printers_.jobs()[0].pages.size(), 2U);
+    EXPECT_THAT(printers_.jobs()[0].page(1), HasSubstr("Climate Scenario:  Warmer\n"));
+}
+
+TEST_F(EvaluationPrintTest, AnotherEvaluationPrintsTheScenarioAsItIsNow) {
+    open_six_days();
+    run_to(6);
+    press(0);
+    change("UPDATE Warmer SET EditFactor = 3");
+    open();
+    run_to(6);
+    press(3);
+    ASSERT_EQ(printers_.jobs()[0].pages.size(), 2U);
+    EXPECT_THAT(printers_.jobs()[0].page(1), HasSubstr("\n3\n"));
 }
 
 }  // namespace
