@@ -138,8 +138,11 @@ TEST_F(ReportsOnScreenTest, LettersTickAllViewAndReset) {
             press({"Next"});
             EXPECT_GT(text_of(display)->verticalScrollBar()->value(), 0);
             press({"ctrl+End"});
-            EXPECT_EQ(text_of(display)->verticalScrollBar()->value(),
-                      text_of(display)->verticalScrollBar()->maximum());
+            // The range of the bar may leave room for a line below the last one, by the height of the window.
+            const QPlainTextEdit* text = text_of(display);
+            EXPECT_TRUE(text->textCursor().atEnd());
+            EXPECT_TRUE(text->viewport()->rect().contains(text->cursorRect())) << "the last line is cut";
+            EXPECT_GE(text->verticalScrollBar()->value(), text->verticalScrollBar()->maximum() - 1);
             EXPECT_GT(drawn_points(picture(*text_of(display)->viewport())), 300);
             keep(display, "file-display-all.png");
             press({"Tab"});
