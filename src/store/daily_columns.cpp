@@ -45,11 +45,11 @@ DailyColumns read_daily_columns(BasinDatabase& database, std::string_view table,
         for (const std::string_view field : fields) list += ", " + quoted_name(field);
         SQLite::Statement query{database.sql(), "SELECT " + list + " FROM " +
                                                     quoted_name(database.existing_table(table)) +
-                                                    " WHERE Zone BETWEEN 1 AND ? AND Date >= ? AND Date <= ?"
+                                                    " WHERE Zone BETWEEN 1 AND ? AND Date >= ? AND Date < ?"
                                                     " ORDER BY rowid"};
         bind_value(query, 1, static_cast<std::int32_t>(zones));
         bind_value(query, 2, first);
-        bind_value(query, 3, last);
+        bind_value(query, 3, last + 1);  // a date may carry a time part
         std::vector<double> values(fields.size());
         while (query.executeStep()) {
             std::int16_t zone = 0;

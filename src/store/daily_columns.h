@@ -44,7 +44,8 @@ private:
     std::vector<double> values_;  ///< by zone, field, day
 };
 
-/// Reads named fields of a daily table. @throws StoreError, also if the table or a field is missing
+/// Reads named fields of a daily table. Dates compare as whole days.
+/// @throws StoreError, also if the table or a field is missing
 [[nodiscard]] DailyColumns read_daily_columns(BasinDatabase& database, std::string_view table,
                                               std::span<const std::string_view> fields, int zones,
                                               DayCount first, DayCount last);

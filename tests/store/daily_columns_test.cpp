@@ -53,6 +53,16 @@ TEST_F(DailyColumnsTest, RowsOfOtherZonesAndDaysAreLeftOut) {
     EXPECT_FALSE(read(2, 100, 101).has_rows());
 }
 
+TEST_F(DailyColumnsTest, ADateWithATimePartBelongsToItsDayAlsoOnTheLastOne) {
+    add(1, 100, "3", "1");
+    add(1, 101, "4", "1");
+    add(1, 102, "5", "1");
+    file_.open().execute("UPDATE PhysicalData SET Date = Date + 0.75");
+    const DailyColumns columns = read(1, 100, 101);
+    EXPECT_EQ(columns.at(1, 0, 100), 3.0);
+    EXPECT_EQ(columns.at(1, 0, 101), 4.0);
+}
+
 TEST_F(DailyColumnsTest, APeriodThatEndsBeforeItBeginsHasNoDays) {
     add(1, 100, "1", "1");
     const DailyColumns columns = read(1, 101, 100);
