@@ -19,12 +19,13 @@ std::vector<PlotPoint> melt_points(const SimResults& results, const std::vector<
 }  // namespace
 
 void select_changed_accumulated_melt(PlotBuild& build) {
-    const DailyRows rows = read_plot_rows(build, k_sim_results, {"SCA"});
-    const std::vector<double>& cover = rows.fields[0];
+    // One reading for frame and curves: another program may change the file between two.
+    const SimResults results = plotted_melt(build.database, build.first_zone, build.period);
+    const std::vector<double> days{results.Date.begin(), results.Date.end()};
+    const std::vector<double> cover{results.SCA.begin(), results.SCA.end()};
     Plot& plot = build.plot;
     plot.y_label = depth_label(build.sources.basin.Units_Code);
-    set_frame(plot, first_day(rows), last_day(rows), least(cover), largest(cover));
-    const SimResults results = plotted_melt(build.database, build.first_zone, build.period);
+    set_frame(plot, least(days), largest(days), least(cover), largest(cover));
     // Intended: each curve bears the name of the column before its own.
     add_zone_curve(build, "AZMincl", melt_points(results, results.AZMexcl));
     add_zone_curve(build, "AZMexcl", melt_points(results, results.AZMexclWA));
