@@ -52,7 +52,7 @@ TEST(ThinnedLine, MorePointsOfAColumnBecomeAStrokeFromTheHighestToTheLowest) {
     const QPolygonF points{
         {{1.0, 5.0}, {1.1, 6.0}, {1.2, 9.0}, {1.3, 7.0}, {1.4, 2.0}, {1.5, 3.0}, {1.6, 4.0}}};
     // The first point, 5, is nearer to 2 than to 9.
-    EXPECT_EQ(thinned(points, 1.0), (QPolygonF{{{1.5, 2.0}, {1.5, 9.0}}}));
+    EXPECT_EQ(thinned(points, 1.0), (QPolygonF{QList<QPointF>{{1.5, 2.0}, {1.5, 9.0}}}));
     // With two columns a unit, those from 1.5 on are in another one, and the others in the one from 1 to 1.5.
     EXPECT_EQ(thinned(points, 2.0), (QPolygonF{{{1.25, 2.0}, {1.25, 9.0}, {1.5, 3.0}, {1.6, 4.0}}}));
 }
