@@ -31,8 +31,9 @@ std::optional<std::string> zone_problem(const PlotCommand& command, const PlotSo
     if (command.zone->all && zones == ZoneList::OneZone)
         return fmt::format("The plot '{}' shows one zone at a time. Name one with --zone.", title);
     if (command.zone->all || command.zone->zone <= sources.basin.ZoneCount) return std::nullopt;
-    return fmt::format("The basin has no zone {}. Its zones are A to {}.", zone_letter(command.zone->zone),
-                       zone_letter(sources.basin.ZoneCount));
+    const int last = sources.basin.ZoneCount;
+    return fmt::format("The basin has no zone {}. {}.", zone_letter(command.zone->zone),
+                       last == 1 ? "Its only zone is A" : "Its zones are A to " + zone_letter(last));
 }
 
 std::optional<std::string> axis_problem(const PlotCommand& command, const PlotSources& sources) {
@@ -119,7 +120,6 @@ int refuse(const PlotCommand& command, const PlotRefusal& refusal, BatchDialogs&
 /// Draws, writes and describes a plot that can be made.
 int make(PlottedBasin& open, const PlotSources& sources, const Plot& plot, const PlotCommand& command,
          BatchDialogs& dialogs, std::ostream& out) {
-    keep_curves(open, plot, sources, dialogs);
     const PlotOutcome outcome = viewed(plot, command);
     if (const auto* refusal = std::get_if<PlotRefusal>(&outcome))
         return refuse(command, *refusal, dialogs, out);
@@ -128,6 +128,8 @@ int make(PlottedBasin& open, const PlotSources& sources, const Plot& plot, const
     if (command.slurp || describes_flow)
         result.flow = export_slurp_file(open.basin.database(), sources.basin, sources.run);
     write_plot_files(command, result);
+    // After the files: a name that can't be written leaves the basin as it was.
+    keep_curves(open, plot, sources, dialogs);
     if (!command.describe) return k_done;
     DescriptionOptions options{.grid = command.grid,
                                .data_points = command.data_points,

@@ -57,7 +57,11 @@ void add_outputs(CLI::App& plot, PlotTexts& texts) {
                       [](std::string_view text) { return read_size(text).has_value(); }))
         ->capture_default_str();
     plot.add_option("--dpi", texts.dpi, "Pixels of the picture that make an inch")
-        ->check(CLI::Range(k_least_dpi, k_most_dpi))
+        ->check(check("NUMBER", "is not a number from 10 to 2400",
+                      [](std::string_view text) {
+                          const auto dpi = read_plot_number(text);  // "nan" is no number here
+                          return dpi && *dpi >= k_least_dpi && *dpi <= k_most_dpi;
+                      }))
         ->capture_default_str();
     plot.add_option("--text", texts.text, "Text file to write: the curves as a table");
     plot.add_option("--slurp", texts.slurp, "Flow file to write: the computed discharge of each day in m³/s");

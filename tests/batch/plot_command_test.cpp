@@ -118,6 +118,7 @@ TEST_F(PlotCommandTest, WrongUsageHasOneClearLineAndNoJson) {
         {"1", "--out", basin.path("q.png"), "--size", "100000x10"},
         {"1", "--out", basin.path("q.png"), "--size", "800"},
         {"1", "--out", basin.path("q.png"), "--dpi", "0"},
+        {"1", "--out", basin.path("q.png"), "--dpi", "nan"},
         {"1", "--text", basin.path("q.txt"), "--slurp", basin.path("q.txt")},
         {"1", "--describe", "--list"},
         {"1", "--describe", "--json"},
@@ -252,6 +253,16 @@ TEST_F(ClimatePlotTest, ABasinThatCannotBeWrittenStillHasPlotTwentyOne) {
     EXPECT_EQ(result.out, plain);
     EXPECT_THAT(result.err, StartsWith("Note: AZMexcl, AZMexclWA and AZMwork of this plot are not stored"));
     EXPECT_TRUE(file_bytes(file) == bytes);
+}
+
+TEST_F(ClimatePlotTest, PlotTwentyOneLeavesTheBasinAsItWasIfItsFileCannotBeWritten) {
+    ASSERT_EQ(evaluate("6").status, 0);
+    const std::string before = file_bytes(file);
+    const BatchResult result = plot_on(path_text(file), "Test",
+                                       {"--plot", "21", "--step", "6", "--scenario", k_scenario, "--text",
+                                        path_text(folder / "missing" / "p.txt")});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(file_bytes(file) == before);
 }
 
 TEST_F(ClimatePlotTest, AScenarioWithoutAWinterEndRefusesEveryPlotOfAStep) {

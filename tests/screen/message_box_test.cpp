@@ -5,16 +5,19 @@
 
 #include <QLayout>
 #include <QMessageBox>
+#include <QWindow>
 
 namespace nivora {
 namespace {
 
 /// The pixels of a title bar that differ from the rest of their line: its text and its icons.
 int drawn_in_title_bar(const QWidget& box) {
-    const QRect frame = box.frameGeometry();
+    // A widget may learn of its frame only when it is moved; its window asks for it.
+    const QWindow& window = *box.windowHandle();
+    const QRect frame = window.frameGeometry();
     const QImage bar =
         box.screen()
-            ->grabWindow(0, frame.left(), frame.top(), frame.width(), box.geometry().top() - frame.top())
+            ->grabWindow(0, frame.left(), frame.top(), frame.width(), window.geometry().top() - frame.top())
             .toImage();
     int count = 0;
     for (int y = 0; y < bar.height(); ++y) {
@@ -50,7 +53,7 @@ TEST_F(MessageBoxOnScreenTest, ItIsWideEnoughForItsTitle) {
         const QSize size = box.size();
         box.layout()->setSizeConstraint(QLayout::SetNoConstraint);
         box.setFixedSize(size + QSize(150, 0));
-        ASSERT_TRUE(await([&] { return box.frameGeometry().width() >= size.width() + 150; }));
+        ASSERT_TRUE(await([&] { return box.windowHandle()->frameGeometry().width() >= size.width() + 150; }));
         wide = settled_in_title_bar(box);
         press({"Return"});
     });
