@@ -22,7 +22,6 @@ nivora_headers(nivora_painted_headers LIBRARIES fmt::fmt Qt6::Gui
     HEADERS <algorithm> <array> <cmath> <cstdint> <filesystem> <functional> <map> <optional> <span> <string> <string_view>
         <vector> <fmt/format.h>)
 nivora_strict_qt(nivora_painted_headers)
-set_target_properties(nivora_painted_headers PROPERTIES AUTOMOC OFF)
 if(NIVORA_WIDGETS)
     nivora_headers(nivora_widget_headers LIBRARIES fmt::fmt Qt6::Widgets
         HEADERS <algorithm> <array> <filesystem> <functional> <map> <optional> <string> <vector> <QApplication> <QBoxLayout>
@@ -30,5 +29,4 @@ if(NIVORA_WIDGETS)
             <QMainWindow> <QMenuBar> <QMessageBox> <QPainter> <QPushButton> <QScreen> <QScrollBar> <QStatusBar>
             <QStyledItemDelegate> <QTableView> <QTextEdit> <QTimer>)
     nivora_strict_qt(nivora_widget_headers)
-    set_target_properties(nivora_widget_headers PROPERTIES AUTOMOC OFF)
 endif()
