@@ -11,6 +11,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QFileDialog>
 #include <QImage>
 #include <QPixmap>
 #include <QScreen>
@@ -47,13 +48,14 @@ protected:
         return QTest::qWaitFor(condition, milliseconds);
     }
     /// Lets the windows finish their work. A button that is pressed by its letter
-    /// stays down for a while before it acts.
+    /// stays down for a while before it acts. In a file dialog the button of the chosen view is always down.
     static void settle() {
         QTest::qWait(60);
         await([] {
             return std::ranges::none_of(QApplication::allWidgets(), [](const QWidget* widget) {
                 const auto* button = qobject_cast<const QAbstractButton*>(widget);
-                return button != nullptr && button->isVisible() && button->isDown();
+                return button != nullptr && button->isVisible() && button->isDown() &&
+                       qobject_cast<const QFileDialog*>(button->window()) == nullptr;
             });
         });
     }
