@@ -1,5 +1,6 @@
 #include "plots/draw_frame.h"
 
+#include "base/calendar.h"
 #include "base/text.h"
 #include "plots/draw_head.h"
 
@@ -17,8 +18,9 @@ constexpr Pen k_y_tick_pen{0x008080, 0, 1};
 
 /// The space between a tick of the y axis and the digits of its label.
 constexpr double k_digit_gap = 2.0;
-/// The space between two labels of the x axis.
+/// The mean space between two labels of the x axis, and the least one: months have not all the same length.
 constexpr double k_label_gap = 4.0;
+constexpr double k_least_label_gap = 2.0;
 /// The least space between two grid lines.
 constexpr double k_grid_gap = 6.0;
 
@@ -61,35 +63,90 @@ void draw_axis_lines(const Frame& frame) {
     frame.line(corner, frame.bottom_right, k_frame_pen);
 }
 
-/// One label in this number is drawn, so that the labels of many years stay apart: 1, 2, 3, 4, 6, 12, 24 ...
-std::size_t label_stride(const Frame& frame, const std::vector<XTick>& ticks) {
+/// Labels of the x axis that are drawn together: every so many of them, from one on.
+struct LabelRow {
+    std::size_t first = 0;
+    std::size_t stride = 1;
+};
+
+/// Months stand in their order every 1, 2, 3, 4, 6, 12, 24 ...
+constexpr std::size_t next_stride(std::size_t stride) {
+    if (stride < 4) return stride + 1;
+    return stride == 4 ? 6 : 2 * stride;
+}
+
+/// The least stride at which labels at the mean distance of these stay apart.
+std::size_t mean_stride(const Frame& frame, const std::vector<XTick>& ticks) {
     if (ticks.size() < 2) return 1;
     double widest = 0.0;
     for (std::size_t i = 0; i < std::min<std::size_t>(ticks.size(), 24); ++i)
         widest = std::max(widest, frame.surface.text_size(ticks[i].label, frame.font).width);
     const double distance = (x_on(frame, ticks.back().at) - x_on(frame, ticks.front().at)) /
                             static_cast<double>(ticks.size() - 1);
-    const auto reaches = [&](std::size_t stride) {
-        return static_cast<double>(stride) * distance >= widest + k_label_gap;
-    };
-    for (const std::size_t stride : {1U, 2U, 3U, 4U, 6U}) {
-        if (reaches(stride)) return stride;
-    }
-    std::size_t stride = 12;
-    while (!reaches(stride) && stride < ticks.size()) stride *= 2;
+    std::size_t stride = 1;
+    while (static_cast<double>(stride) * distance < widest + k_label_gap && stride < ticks.size())
+        stride = next_stride(stride);
     return stride;
 }
 
+/// Half the width of a label of the x axis.
+/// Intended: that of a month is half the width of another month's name, the one of the day of its tick
+/// counted on from the first day of the frame, so that the names stand up to two points beside the middle.
+double half_width(const Frame& frame, const Plot& plot, const PlotAxes& axes, const XTick& tick) {
+    const std::string& measured = axes.x_kind == XAxisKind::Months
+                                      ? month_text(as_double(tick.x) + as_double(plot.frame.x_min))
+                                      : tick.label;
+    return frame.surface.text_size(measured, frame.font).width / 2.0;
+}
+
+std::vector<PlacedText> placed_labels(const Frame& frame, const Plot& plot, const PlotAxes& axes,
+                                      const LabelRow& row) {
+    std::vector<PlacedText> labels;
+    for (std::size_t i = row.first; i < axes.x_ticks.size(); i += row.stride) {
+        const XTick& tick = axes.x_ticks[i];
+        const SurfacePoint at{x_on(frame, tick.at) - half_width(frame, plot, axes, tick),
+                              frame.bottom_right.y + frame.tick};
+        labels.push_back(place_text(frame.surface, tick.label, frame.font, at));
+    }
+    return labels;
+}
+
+bool stand_apart(const std::vector<PlacedText>& labels) {
+    const auto touch = [](const PlacedText& a, const PlacedText& b) {
+        return b.box.left < a.box.left + a.box.width + k_least_label_gap;
+    };
+    return std::adjacent_find(labels.begin(), labels.end(), touch) == labels.end();
+}
+
+/// Whether the first label names a month of which the frame shows the end alone.
+bool begins_within_month(const Plot& plot, const PlotAxes& axes) {
+    return axes.x_kind == XAxisKind::Months && axes.x_ticks.size() > 1 &&
+           civil_date(whole_day(as_double(plot.frame.x_min))).day > 1;
+}
+
+/// As many labels as stand apart. Where a frame begins within a month, that month's name gives way first: the
+/// months after it are whole ones.
+LabelRow label_row(const Frame& frame, const Plot& plot, const PlotAxes& axes) {
+    const auto fits = [&](const LabelRow& row) { return stand_apart(placed_labels(frame, plot, axes, row)); };
+    LabelRow row{.first = 0, .stride = mean_stride(frame, axes.x_ticks)};
+    for (; row.stride < axes.x_ticks.size(); row.stride = next_stride(row.stride)) {
+        if (fits(row)) return row;
+        const LabelRow whole_months{.first = 1, .stride = row.stride};
+        if (begins_within_month(plot, axes) && fits(whole_months)) return whole_months;
+    }
+    return row;
+}
+
 /// One grid line in this number is drawn, so that the months of many years don't make a grey area.
-std::size_t grid_stride(const Frame& frame, const PlotAxes& axes) {
+std::size_t grid_stride(const Frame& frame, const PlotAxes& axes, const LabelRow& labels) {
     if (axes.grid_x.size() < 2) return 1;
     const double distance = (x_on(frame, axes.grid_x.back()) - x_on(frame, axes.grid_x.front())) /
                             static_cast<double>(axes.grid_x.size() - 1);
-    return distance >= k_grid_gap ? 1 : label_stride(frame, axes.x_ticks);
+    return distance >= k_grid_gap ? 1 : labels.stride;
 }
 
-void draw_grid(const Frame& frame, const PlotAxes& axes) {
-    const std::size_t stride = grid_stride(frame, axes);
+void draw_grid(const Frame& frame, const PlotAxes& axes, const LabelRow& labels) {
+    const std::size_t stride = grid_stride(frame, axes, labels);
     for (std::size_t i = 0; i < axes.grid_x.size(); i += stride) {
         const double x = x_on(frame, axes.grid_x[i]);
         frame.line({x, frame.bottom_right.y}, {x, frame.top_left.y}, k_grid_pen);
@@ -103,28 +160,13 @@ void draw_grid(const Frame& frame, const PlotAxes& axes) {
     }
 }
 
-/// Half the width of a label of the x axis.
-/// Intended: that of a month is half the width of another month's name, the one of the day of its tick
-/// counted on from the first day of the frame, so that the names stand up to two points beside the middle.
-double half_width(const Frame& frame, const Plot& plot, const PlotAxes& axes, const XTick& tick) {
-    const std::string& measured = axes.x_kind == XAxisKind::Months
-                                      ? month_text(as_double(tick.x) + as_double(plot.frame.x_min))
-                                      : tick.label;
-    return frame.surface.text_size(measured, frame.font).width / 2.0;
-}
-
-void draw_x_axis(const Frame& frame, const Plot& plot, const PlotAxes& axes) {
+void draw_x_axis(const Frame& frame, const Plot& plot, const PlotAxes& axes, const LabelRow& labels) {
     const double axis = frame.bottom_right.y;
     for (const XTick& tick : axes.x_ticks) {
         const double x = x_on(frame, tick.x);
         if (tick.line) frame.line({x, axis}, {x, axis + frame.tick}, k_frame_pen);
     }
-    const std::size_t stride = label_stride(frame, axes.x_ticks);
-    for (std::size_t i = 0; i < axes.x_ticks.size(); i += stride) {
-        const XTick& tick = axes.x_ticks[i];
-        const SurfacePoint at{x_on(frame, tick.at) - half_width(frame, plot, axes, tick), axis + frame.tick};
-        draw_text(frame.surface, place_text(frame.surface, tick.label, frame.font, at));
-    }
+    for (const PlacedText& label : placed_labels(frame, plot, axes, labels)) draw_text(frame.surface, label);
 }
 
 /// The left edge of a label of the y axis: its blanks end at the axis, its digits before the tick.
@@ -178,9 +220,10 @@ void draw_x_title(const Frame& frame, const Plot& plot) {
 void draw_frame(Surface& surface, const Plot& plot, const PlotAxes& axes,
                 const std::vector<PlacedText>& head) {
     const Frame frame = frame_on(surface, plot, axes);
-    draw_grid(frame, axes);
+    const LabelRow labels = label_row(frame, plot, axes);
+    draw_grid(frame, axes, labels);
     draw_axis_lines(frame);
-    draw_x_axis(frame, plot, axes);
+    draw_x_axis(frame, plot, axes, labels);
     draw_y_axis(frame, axes);
     draw_y_title(frame, plot, head);
     draw_x_title(frame, plot);

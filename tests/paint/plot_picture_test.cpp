@@ -1,8 +1,11 @@
 #include "paint/plot_picture.h"
 
+#include "paint/image_surface.h"
+#include "plots/draw_head.h"
 #include "tests/paint/paint_fixture.h"
 
 #include <QImageReader>
+#include <QPainter>
 #include <QXmlStreamReader>
 #include <cmath>
 #include <fstream>
@@ -65,6 +68,20 @@ protected:
         std::ofstream{file_, std::ios::binary}.write(bytes.constData(), bytes.size());
     }
 };
+
+TEST(SmallPlotPicture, HasItsHeadAboveTheFrame) {
+    for (const SurfaceSize size : {SurfaceSize{400.0, 250.0}, {700.0, 420.0}, {800.0, 500.0}}) {
+        QImage image{static_cast<int>(size.width), static_cast<int>(size.height), QImage::Format_RGB32};
+        QPainter painter{&image};
+        const PaintedSurface surface{painter, size};
+        const std::vector<PlacedText> head = head_texts(surface, hydrographs(), 46000.5);
+        EXPECT_EQ(head.size(), 6U);
+        for (const PlacedText& text : head) {
+            const double bottom = text.box.top + surface.text_size(text.text, text.font).height;
+            EXPECT_LT(bottom, k_frame_top * size.height) << text.text << " at " << size.width;
+        }
+    }
+}
 
 TEST(PictureForm, IsThatOfTheEnding) {
     EXPECT_EQ(picture_form(".png"), PictureForm::Png);

@@ -178,6 +178,37 @@ TEST_F(PlotProperties, NoTextIsCutAndNoHeadTextCoversAnother) {
     });
 }
 
+/// A surface that keeps the places of the texts that stand in one line with each other.
+class TextLines : public TextBoxes {
+public:
+    using TextBoxes::TextBoxes;
+    /// The boxes of the lowest line, from the left.
+    [[nodiscard]] std::vector<SurfaceRectangle> lowest() const {
+        std::vector<SurfaceRectangle> line;
+        double top = 0.0;
+        for (const SurfaceRectangle& box : boxes) top = std::max(top, box.top);
+        std::copy_if(boxes.begin(), boxes.end(), std::back_inserter(line),
+                     [&](const SurfaceRectangle& box) { return box.top == top; });
+        std::sort(line.begin(), line.end(), [](const auto& a, const auto& b) { return a.left < b.left; });
+        return line;
+    }
+};
+
+TEST_F(PlotProperties, NoLabelOfTheXAxisTouchesAnother) {
+    try_often(500, [&] {
+        Plot plot = any_plot();
+        plot.curves.clear();
+        const double days = std::pow(10.0, between(0.0, 4.3));
+        plot.frame.x_max = plot.frame.x_min + static_cast<float>(std::ceil(days));
+        TextLines surface{{between(100.0, 2000.0), between(150.0, 1200.0)}};
+        draw(surface, plot, {});
+        const std::vector<SurfaceRectangle> labels = surface.lowest();
+        EXPECT_FALSE(labels.empty());
+        for (std::size_t i = 1; i < labels.size(); ++i)
+            EXPECT_GE(labels[i].left, labels[i - 1].left + labels[i - 1].width + 1.0);
+    });
+}
+
 TEST_F(PlotProperties, PanelsAreOnTheSurfaceAndApartFromEachOther) {
     try_often(200, [&] {
         Plot plot = any_plot();
