@@ -84,13 +84,18 @@ void OutputFile::write(std::string_view piece) {
     written_ += piece.size();
 }
 
-void OutputFile::finish() {
-    file_.close();
+void OutputFile::complete() {
+    if (file_.is_open()) file_.close();
     std::error_code error;
     if (!file_ || fs::file_size(beside_, error) != written_ || error) refuse_full();
+}
+
+void OutputFile::finish() {
+    complete();
     // The name may have been given to another file while this one was written.
     refuse_protected(target_, never_);
     refuse_unwritable(target_);
+    std::error_code error;
     const fs::file_status replaced = fs::status(target_, error);
     if (fs::is_regular_file(replaced)) fs::permissions(beside_, replaced.permissions(), error);
     move_into_place(beside_, target_);

@@ -41,7 +41,9 @@ public:
 
     /// @throws FileError if the disk is full
     void write(std::string_view piece);
-    /// Checks the size, flushes the file to the disk and renames it to the target. @throws FileError
+    /// Checks that all of it is in the file, which still stands beside its target. @throws FileError
+    void complete();
+    /// Completes the file, flushes it to the disk and renames it to the target. @throws FileError
     void finish();
 
 private:

@@ -1,11 +1,15 @@
 #include "batch/plot_options.h"
 
+#include "base/calendar.h"
 #include "base/durable_file.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "batch/report_options.h"
 #include "batch/scenario_edit.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -15,6 +19,24 @@ namespace {
 constexpr int k_longest_interval = 9;
 constexpr int k_last_step = 6;
 constexpr int k_last_grid_mode = 3;
+
+/// The parts of a text between its commas.
+std::vector<std::string> parts_of(std::string_view text) {
+    std::vector<std::string> parts;
+    for (std::size_t begin = 0; begin <= text.size();) {
+        const std::size_t comma = std::min(text.find(',', begin), text.size());
+        parts.emplace_back(text.substr(begin, comma - begin));
+        begin = comma + 1;
+    }
+    return parts;
+}
+
+/// Whether a text is meant as a date: digits, and two dashes between them.
+bool is_of_date_form(std::string_view text) {
+    const std::size_t first = text.find('-');
+    return text.find_first_not_of("0123456789-") == std::string_view::npos && first > 0 &&
+           std::count(text.begin(), text.end(), '-') == 2;
+}
 
 std::optional<int> read_pixels(std::string_view text) {
     int pixels = 0;
@@ -27,6 +49,25 @@ CLI::Validator check(const char* form, const char* problem, bool (*is_valid)(std
     return {
         [=](const std::string& text) { return is_valid(text) ? std::string{} : "'" + text + "' " + problem; },
         form};
+}
+
+/// What is wrong with a place on the x axis; empty if nothing is.
+std::string day_problem(const std::string& text) {
+    if (read_plot_day(text)) return {};
+    if (is_of_date_form(text))
+        return fmt::format("'{}' is not a day of the calendar from {}-01-01 to {}-12-31", text, k_first_year,
+                           k_last_year);
+    return "'" + text + "' is neither a date such as 1998-09-30 nor a number";
+}
+
+/// What is wrong with a zoom; empty if nothing is.
+std::string zoom_problem(const std::string& text) {
+    if (read_zoom(text)) return {};
+    const std::vector<std::string> parts = parts_of(text);
+    for (std::size_t i = 0; i < 2 && parts.size() == 4; ++i) {
+        if (is_of_date_form(parts[i]) && !read_plot_day(parts[i])) return day_problem(parts[i]);
+    }
+    return "'" + text + "' is not a rectangle such as 1998-04-01,1998-06-30,0,20";
 }
 
 CLI::Validator plot_number() {
@@ -99,11 +140,9 @@ void add_view(CLI::App& plot, PlotTexts& texts) {
     plot.add_option("--zoom", texts.zoom,
                     "Show the part between two corners; x is YYYY-MM-DD or a day count, or a depth in plots "
                     "14, 20 and 22. --zoom=-1,... if it begins with a minus")
-        ->check(check("X1,X2,Y1,Y2", "is not a rectangle such as 1998-04-01,1998-06-30,0,20",
-                      [](std::string_view text) { return read_zoom(text).has_value(); }));
+        ->check(CLI::Validator(zoom_problem, "X1,X2,Y1,Y2"));
     plot.add_option("--xmax", texts.x_max, "End of the x axis: as x of --zoom")
-        ->check(check("DATE|NUMBER", "is neither a date such as 1998-09-30 nor a number",
-                      [](std::string_view text) { return read_plot_day(text).has_value(); }));
+        ->check(CLI::Validator(day_problem, "DATE|NUMBER"));
     plot.add_option("--ymax", texts.y_max, "End of the y axis")
         ->check(check("NUMBER", "is not a number",
                       [](std::string_view text) { return read_plot_number(text).has_value(); }));
@@ -127,6 +166,8 @@ void check_together(const PlotTexts& texts) {
         throw CLI::ValidationError("--no-snow", "is only allowed with --kind year-round");
     if (texts.step > 0 && texts.scenario.empty())
         throw CLI::ValidationError("--step", "above 0 needs --scenario");
+    if (texts.step == 0 && !texts.scenario.empty())
+        throw CLI::ValidationError("--scenario", "needs a --step above 0: step 0 is a run");
     if (texts.list) return;
     if (texts.plot == 0) throw CLI::ValidationError("--plot", "is required, or --list");
     const bool writes = !texts.out.empty() || !texts.text.empty() || !texts.slurp.empty();
@@ -179,12 +220,7 @@ std::optional<double> read_plot_day(std::string_view text) {
 }
 
 std::optional<AskedZoom> read_zoom(std::string_view text) {
-    std::vector<std::string> parts;
-    for (std::size_t begin = 0; begin <= text.size();) {
-        const std::size_t comma = std::min(text.find(',', begin), text.size());
-        parts.emplace_back(text.substr(begin, comma - begin));
-        begin = comma + 1;
-    }
+    const std::vector<std::string> parts = parts_of(text);
     if (parts.size() != 4 || !read_plot_day(parts[0]) || !read_plot_day(parts[1])) return std::nullopt;
     const auto y1 = read_plot_number(parts[2]);
     const auto y2 = read_plot_number(parts[3]);

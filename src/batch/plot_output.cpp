@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 
 #include <array>
+#include <memory>
 #include <string_view>
 
 namespace nivora {
@@ -20,17 +21,15 @@ std::array<const std::optional<fs::path>*, 3> outputs(const PlotCommand& command
     return {&command.out, &command.text, &command.slurp};
 }
 
-void write_lines(const fs::path& file, const std::vector<std::string>& lines, const fs::path& basin) {
+std::string text_of(const std::vector<std::string>& lines) {
     std::string text;
     for (const std::string& line : lines) text += line + "\r\n";
-    write_whole_file(file, text, {basin});
+    return text;
 }
 
-void write_picture(const fs::path& file, const PlotCommand& command, const PlotResult& result) {
+std::string picture_of(const fs::path& file, const PlotCommand& command, const PlotResult& result) {
     const auto form = picture_form(path_text(file.extension()));
     if (!form) throw FileError(fmt::format("The file '{}' is not a picture by its name.", path_text(file)));
-    // A name that can't be written is refused before the work.
-    static_cast<void>(output_target(file, {command.basin}));
     DrawOptions options;
     options.grid = command.grid;
     options.data_points = command.data_points;
@@ -45,7 +44,7 @@ void write_picture(const fs::path& file, const PlotCommand& command, const PlotR
                         "memory. Ask for a smaller one with --size.",
                         path_text(file), command.size.width, command.size.height));
     }
-    write_whole_file(file, {picture.constData(), static_cast<std::size_t>(picture.size())}, {command.basin});
+    return picture.toStdString();
 }
 
 }  // namespace
@@ -65,9 +64,24 @@ bool has_same_outputs(const PlotCommand& command) {
 }
 
 void write_plot_files(const PlotCommand& command, const PlotResult& result) {
-    if (command.out) write_picture(*command.out, command, result);
-    if (command.text) write_lines(*command.text, export_plot_text(result.plot, result.now), command.basin);
-    if (command.slurp) write_lines(*command.slurp, result.flow, command.basin);
+    const auto opened = [&](const std::optional<fs::path>& name) {
+        return name ? std::make_unique<OutputFile>(*name, std::vector{command.basin}) : nullptr;
+    };
+    // A name that can't be written is refused before the work.
+    const auto out = opened(command.out);
+    const auto text = opened(command.text);
+    const auto slurp = opened(command.slurp);
+    if (out) out->write(picture_of(*command.out, command, result));
+    if (text) text->write(text_of(export_plot_text(result.plot, result.now)));
+    if (slurp) slurp->write(text_of(result.flow));
+    // One that has no room on the disk leaves none of them behind.
+    const std::array files{out.get(), text.get(), slurp.get()};
+    for (OutputFile* file : files) {
+        if (file != nullptr) file->complete();
+    }
+    for (OutputFile* file : files) {
+        if (file != nullptr) file->finish();
+    }
 }
 
 }  // namespace nivora

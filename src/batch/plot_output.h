@@ -22,7 +22,8 @@ void refuse_plot_outputs(const PlotCommand& command);
 /// Whether two of the outputs have the same name.
 [[nodiscard]] bool has_same_outputs(const PlotCommand& command);
 
-/// Writes those files that are asked for, each whole or not at all. @throws FileError
+/// Writes those files that are asked for, each whole or not at all. They take their places once all of them
+/// are whole. @throws FileError
 void write_plot_files(const PlotCommand& command, const PlotResult& result);
 
 }  // namespace nivora

@@ -2,6 +2,10 @@
 
 #include "tests/batch/plot_call.h"
 
+#ifndef _WIN32
+#include "tests/support/full_disk.h"
+#endif
+
 #include <QImage>
 
 namespace nivora {
@@ -106,6 +110,8 @@ TEST_F(PlotCommandTest, WrongUsageHasOneClearLineAndNoJson) {
         {"1", "--describe", "--step", "6"},
         {"1", "--describe", "--step", "6", "--scenario", "none of that name"},
         {"1", "--describe", "--scenario", "warm"},
+        {"1", "--describe", "--step", "0", "--scenario", "warm"},
+        {"1", "--list", "--step", "0", "--scenario", "warm"},
         {"1", "--describe", "--melt-stop", "never"},
         {"1", "--describe", "--now", "2026-03-05"},
         {"1"},
@@ -140,10 +146,85 @@ TEST_F(PlotCommandTest, ASmallZoneLetterIsAZone) {
     EXPECT_EQ(described("4", {"--zone", "ALL"})["zone"], "all");
 }
 
-TEST_F(PlotCommandTest, ABasinThatCannotBeReadIsReported) {
-    const BatchResult result = plot_on(basin.path("none.mdb"), "alder", {"--plot", "1", "--describe"});
+TEST_F(PlotCommandTest, WrongUsageSaysWhatToGive) {
+    EXPECT_THAT(plot("1", {"--describe", "--step", "0", "--scenario", "warm"}).err,
+                HasSubstr("--scenario: needs a --step above 0: step 0 is a run"));
+    EXPECT_THAT(
+        plot("1", {"--describe", "--xmax", "19996-04-02"}).err,
+        HasSubstr("--xmax: '19996-04-02' is not a day of the calendar from 1900-01-01 to 2300-12-31"));
+    EXPECT_THAT(plot("1", {"--describe", "--xmax", "1996-02-30"}).err,
+                HasSubstr("--xmax: '1996-02-30' is not a day of the calendar from "));
+    EXPECT_THAT(plot("1", {"--describe", "--zoom", "1996-04-02,9999-04-03,0,1"}).err,
+                HasSubstr("--zoom: '9999-04-03' is not a day of the calendar from "));
+    EXPECT_THAT(plot("1", {"--describe", "--xmax", "1e-2-3"}).err,
+                HasSubstr("--xmax: '1e-2-3' is neither a date such as 1998-09-30 nor a number"));
+    EXPECT_THAT(plot("1", {"--describe", "--zoom", "1996-04-02,1996-04-03,0"}).err,
+                HasSubstr("--zoom: '1996-04-02,1996-04-03,0' is not a rectangle such as "));
+}
+
+TEST_F(PlotCommandTest, ABasinThatCannotBeReadHasOneLineAndNoJson) {
+    for (const std::string& name : {basin.path("none.mdb"), basin.file(), basin.folder().path().string()}) {
+        for (const char* output : {"--describe", "--list"}) {
+            std::vector<std::string> options{output};
+            if (options[0] == "--describe") options.insert(options.end(), {"--plot", "1"});
+            const BatchResult result = plot_on(name, "alder", options);
+            EXPECT_EQ(result.status, 1) << name;
+            EXPECT_EQ(result.out, "") << name;
+            EXPECT_THAT(result.err, StartsWith("The basin can't be read: "));
+            EXPECT_THAT(result.err, HasSubstr(name));
+            EXPECT_EQ(lines_of(result.err).size(), 1U) << result.err;
+        }
+    }
+}
+
+#ifndef _WIN32
+TEST_F(PlotCommandTest, AFullDiskIsToldAndLeavesTheFilesAsTheyWere) {
+    ASSERT_EQ(basin.run().status, 0);
+    static_cast<void>(basin.folder().write("q.txt", "the last one"));
+    const std::string before = basin.bytes();
+    const auto on_full_disk = [&](rlim_t bytes, const std::vector<std::string>& options) {
+        const FullDisk disk{bytes};
+        return plot("1", options);
+    };
+    for (const std::string& name : {basin.path("q.png"), basin.path("q.svg"), basin.path("q.pdf")}) {
+        const BatchResult result = on_full_disk(300, {"--out", name});
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.out, "");
+        EXPECT_EQ(result.err, "The plot can't be written: The file '" + name +
+                                  "' can't be written: the disk may be full. [OK]\n");
+    }
+    EXPECT_THAT(on_full_disk(300, {"--text", basin.path("q.txt"), "--describe"}).err,
+                HasSubstr("q.txt' can't be written: the disk may be full."));
+    EXPECT_THAT(on_full_disk(20, {"--slurp", basin.path("q.flx")}).err,
+                HasSubstr("q.flx' can't be written: the disk may be full."));
+    EXPECT_THAT(basin.names(), ElementsAre("alder.NVR", "basin.mdb", "q.txt"));
+    EXPECT_EQ(file_bytes(basin.path("q.txt")), "the last one");
+    EXPECT_TRUE(basin.bytes() == before);
+}
+
+TEST_F(PlotCommandTest, AFileWithoutRoomLeavesTheOthersAsTheyWere) {
+    ASSERT_EQ(basin.run().status, 0);
+    const std::vector<std::string> outputs{"--out",  basin.path("q.png"), "--size",  "1x1",
+                                           "--text", basin.path("q.txt"), "--slurp", basin.path("q.flx")};
+    {
+        const FullDisk disk{300};  // There is room for the dot and for three days of flow, not for the text.
+        EXPECT_EQ(plot("1", outputs).status, 1);
+    }
+    EXPECT_THAT(basin.names(), ElementsAre("alder.NVR", "basin.mdb"));
+    ASSERT_EQ(plot("1", outputs).status, 0);
+    EXPECT_LT(file_bytes(basin.path("q.png")).size(), 300U);
+    EXPECT_GT(file_bytes(basin.path("q.txt")).size(), 300U);
+    EXPECT_LT(file_bytes(basin.path("q.flx")).size(), 300U);
+}
+#endif
+
+TEST_F(PlotCommandTest, AWrongNameLeavesTheOtherFilesAsTheyWere) {
+    ASSERT_EQ(basin.run().status, 0);
+    const BatchResult result =
+        plot("1", {"--out", basin.path("q.png"), "--slurp", basin.path("missing/q.flx")});
     EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.err, StartsWith("The basin can't be read: "));
+    EXPECT_THAT(result.err, HasSubstr("missing/q.flx"));
+    EXPECT_THAT(basin.names(), ElementsAre("alder.NVR", "basin.mdb"));
 }
 
 TEST_F(PlotCommandTest, NeverWritesOverABasinOrIntoAMissingFolder) {

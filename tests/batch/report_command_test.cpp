@@ -273,6 +273,7 @@ TEST_F(ReportCommandTest, WrongUsageChangesNothing) {
         {"report", mdb, "--simulation", "alder", "--now", "yesterday"},
         {"report", mdb, "--simulation", "alder", "--step", "1"},
         {"report", mdb, "--simulation", "alder", "--scenario", "warmer"},
+        {"report", mdb, "--simulation", "alder", "--step", "0", "--scenario", "warmer"},
         {"report", mdb, "--simulation", "alder", "--step", "4", "--scenario", "warmer"},
         {"report", mdb, "--simulation", "alder", "--step", "5", "--scenario", "warmer"},
         {"report", mdb, "--simulation", "alder", "--step", "7", "--scenario", "warmer"},
