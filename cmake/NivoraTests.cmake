@@ -8,14 +8,17 @@ function(nivora_test_headers target)
     set_target_properties(${target} PROPERTIES NIVORA_TEST_CODE ON)
 endfunction()
 
-# nivora_tests(<folder> [WINDOWS | PAINTED] [LIBRARY <target>] [DEFINITIONS <name=value>...])
+option(NIVORA_JOIN_TESTS "Compile the tests of a folder four files at a time, in half the time" ON)
+
+# nivora_tests(<folder> [WINDOWS | PAINTED] [APART] [LIBRARY <target>] [DEFINITIONS <name=value>...])
 #
 # Makes nivora_<folder>_test from tests/<folder>/*_test.cpp on nivora_<folder>, or <target>. Its tests are known to
 # ctest as <folder>.<suite>.<test> with the folder's name as label; a slash becomes an underscore. WINDOWS adds what
 # window tests need. PAINTED compiles with the options that QtGui requires.
-# The tests are compiled without optimisation, in a third of the time; the code that they test is optimised.
+# The tests are compiled without optimisation, in a third of the time; the code that they test is optimised. Files are
+# joined, so that a name of a file's own is used once in a folder; APART is for files whose names can't be told apart.
 function(nivora_tests folder)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS;PAINTED" "LIBRARY" "DEFINITIONS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS;PAINTED;APART" "LIBRARY" "DEFINITIONS")
     file(GLOB sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tests/${folder}/*_test.cpp")
     if(NOT sources)
         return()
@@ -31,6 +34,9 @@ function(nivora_tests folder)
     target_link_libraries(${target} PRIVATE nivora_compiler nivora_test_support ${library})
     target_compile_options(${target} PRIVATE -O0)
     set_target_properties(${target} PROPERTIES NIVORA_TEST_CODE ON)
+    if(NIVORA_JOIN_TESTS AND NOT arg_APART)
+        set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 4)
+    endif()
     if(arg_WINDOWS)
         target_link_libraries(${target} PRIVATE Qt6::Test nivora_offscreen_main)
         target_precompile_headers(${target} REUSE_FROM nivora_window_test_headers)

@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 /// The message of the FileError that `work` throws; empty if it throws none.
 template <typename Work>
-std::string refusal(Work&& work) {
+std::string file_error(Work&& work) {
     try {
         work();
     } catch (const FileError& error) {
@@ -59,7 +59,7 @@ TEST(WriteWholeFile, TakesNamesOfOtherScripts) {
 
 TEST(WriteWholeFile, IntoAMissingFolderIsRefused) {
     const TemporaryFolder folder;
-    EXPECT_THAT(refusal([&] { write_whole_file(folder / "no such" / "report.csv", "x"); }),
+    EXPECT_THAT(file_error([&] { write_whole_file(folder / "no such" / "report.csv", "x"); }),
                 HasSubstr("report.csv"));
     EXPECT_THAT(folder.entries(), IsEmpty());
 }
@@ -67,7 +67,7 @@ TEST(WriteWholeFile, IntoAMissingFolderIsRefused) {
 TEST(WriteWholeFile, UnderAFileIsRefused) {
     const TemporaryFolder folder;
     folder.write("file", "kept");
-    EXPECT_NE(refusal([&] { write_whole_file(folder / "file" / "report.csv", "x"); }), "");
+    EXPECT_NE(file_error([&] { write_whole_file(folder / "file" / "report.csv", "x"); }), "");
     EXPECT_EQ(file_bytes(folder / "file"), "kept");
     EXPECT_THAT(folder.entries(), ElementsAre("file"));
 }
@@ -75,14 +75,14 @@ TEST(WriteWholeFile, UnderAFileIsRefused) {
 TEST(WriteWholeFile, OverAFolderIsRefused) {
     const TemporaryFolder folder;
     fs::create_directory(folder / "target");
-    EXPECT_THAT(refusal([&] { write_whole_file(folder / "target", "x"); }), HasSubstr("it is a folder"));
+    EXPECT_THAT(file_error([&] { write_whole_file(folder / "target", "x"); }), HasSubstr("it is a folder"));
     EXPECT_TRUE(fs::is_directory(folder / "target"));
     EXPECT_THAT(folder.entries(), ElementsAre("target"));
 }
 
 TEST(WriteWholeFile, UnderANameThatIsTooLongIsRefused) {
     const TemporaryFolder folder;
-    EXPECT_NE(refusal([&] { write_whole_file(folder / std::string(300, 'n'), "x"); }), "");
+    EXPECT_NE(file_error([&] { write_whole_file(folder / std::string(300, 'n'), "x"); }), "");
     EXPECT_THAT(folder.entries(), IsEmpty());
 }
 
@@ -113,7 +113,7 @@ TEST(MoveIntoPlace, RefusesAFolderAndRemovesTheFinishedFile) {
     const TemporaryFolder folder;
     fs::create_directory(folder / "target");
     const fs::path finished = folder.write("finished", "new");
-    EXPECT_THAT(refusal([&] { move_into_place(finished, folder / "target"); }), HasSubstr("target"));
+    EXPECT_THAT(file_error([&] { move_into_place(finished, folder / "target"); }), HasSubstr("target"));
     EXPECT_THAT(folder.entries(), ElementsAre("target"));
     EXPECT_TRUE(fs::is_empty(folder / "target"));
 }
@@ -121,14 +121,14 @@ TEST(MoveIntoPlace, RefusesAFolderAndRemovesTheFinishedFile) {
 TEST(MoveIntoPlace, RefusesAMissingFolderAndRemovesTheFinishedFile) {
     const TemporaryFolder folder;
     const fs::path finished = folder.write("finished", "new");
-    EXPECT_NE(refusal([&] { move_into_place(finished, folder / "no such" / "target"); }), "");
+    EXPECT_NE(file_error([&] { move_into_place(finished, folder / "no such" / "target"); }), "");
     EXPECT_THAT(folder.entries(), IsEmpty());
 }
 
 TEST(MoveIntoPlace, RefusesAMissingFileAndKeepsTheTarget) {
     const TemporaryFolder folder;
     folder.write("target", "old");
-    EXPECT_NE(refusal([&] { move_into_place(folder / "no such", folder / "target"); }), "");
+    EXPECT_NE(file_error([&] { move_into_place(folder / "no such", folder / "target"); }), "");
     EXPECT_EQ(file_bytes(folder / "target"), "old");
 }
 
@@ -144,7 +144,7 @@ TEST(MoveToNewName, RefusesANameInUseAndRemovesTheFinishedFile) {
     const TemporaryFolder folder;
     folder.write("target", "old");
     const fs::path finished = folder.write("finished", "new");
-    EXPECT_THAT(refusal([&] { move_to_new_name(finished, folder / "target"); }),
+    EXPECT_THAT(file_error([&] { move_to_new_name(finished, folder / "target"); }),
                 HasSubstr("a file of that name exists"));
     EXPECT_EQ(file_bytes(folder / "target"), "old");
     EXPECT_THAT(folder.entries(), ElementsAre("target"));
@@ -154,7 +154,7 @@ TEST(MoveToNewName, RefusesTheNameOfAFolder) {
     const TemporaryFolder folder;
     fs::create_directory(folder / "target");
     const fs::path finished = folder.write("finished", "new");
-    EXPECT_NE(refusal([&] { move_to_new_name(finished, folder / "target"); }), "");
+    EXPECT_NE(file_error([&] { move_to_new_name(finished, folder / "target"); }), "");
     EXPECT_TRUE(fs::is_directory(folder / "target"));
     EXPECT_THAT(folder.entries(), ElementsAre("target"));
 }
@@ -162,10 +162,10 @@ TEST(MoveToNewName, RefusesTheNameOfAFolder) {
 TEST(MoveToNewName, RefusesAMissingFolderAndANameThatIsTooLong) {
     const TemporaryFolder folder;
     const fs::path finished = folder.write("finished", "new");
-    EXPECT_NE(refusal([&] { move_to_new_name(finished, folder / "no such" / "target"); }), "");
+    EXPECT_NE(file_error([&] { move_to_new_name(finished, folder / "no such" / "target"); }), "");
     EXPECT_THAT(folder.entries(), IsEmpty());
     const fs::path second = folder.write("finished", "new");
-    EXPECT_NE(refusal([&] { move_to_new_name(second, folder / std::string(300, 'n')); }), "");
+    EXPECT_NE(file_error([&] { move_to_new_name(second, folder / std::string(300, 'n')); }), "");
     EXPECT_THAT(folder.entries(), IsEmpty());
 }
 
@@ -180,7 +180,7 @@ TEST(ReadWholeFile, TakesAFileOfExactlyItsLimitAndNoLargerOne) {
     const TemporaryFolder folder;
     const fs::path file = folder.write("file", "12345");
     EXPECT_EQ(read_whole_file(file, 5), "12345");
-    EXPECT_THAT(refusal([&] { static_cast<void>(read_whole_file(file, 4)); }),
+    EXPECT_THAT(file_error([&] { static_cast<void>(read_whole_file(file, 4)); }),
                 HasSubstr("larger than 4 bytes"));
     EXPECT_EQ(read_whole_file(folder.write("empty", ""), 0), "");
 }
@@ -189,7 +189,7 @@ TEST(ReadWholeFile, RefusesWhatIsNotAFile) {
     const TemporaryFolder folder;
     folder.write("file", "x");
     const auto read = [](const fs::path& path) {
-        return refusal([&] { static_cast<void>(read_whole_file(path, 100)); });
+        return file_error([&] { static_cast<void>(read_whole_file(path, 100)); });
     };
     EXPECT_THAT(read(folder / "no such"), HasSubstr("there is no such file"));
     EXPECT_THAT(read(folder.path()), HasSubstr("it is a folder"));
@@ -209,7 +209,7 @@ TEST(PathText, IsUtf8InBothDirections) {
 TEST(FileError, NamesTheFile) {
     const TemporaryFolder folder;
     const fs::path missing = folder / path_from_utf8("\u00D6tztal.NVR");
-    EXPECT_EQ(refusal([&] { static_cast<void>(read_whole_file(missing, 1)); }),
+    EXPECT_EQ(file_error([&] { static_cast<void>(read_whole_file(missing, 1)); }),
               "The file '" + path_text(missing) + "' can't be read: there is no such file.");
 }
 

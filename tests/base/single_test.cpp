@@ -11,7 +11,7 @@ namespace {
 
 constexpr float k_largest = std::numeric_limits<float>::max();
 constexpr float k_smallest = std::numeric_limits<float>::denorm_min();
-constexpr double k_infinity = std::numeric_limits<double>::infinity();
+constexpr double k_endless = std::numeric_limits<double>::infinity();
 
 template <typename Work>
 int fault_number(Work&& work) {
@@ -71,8 +71,8 @@ TEST(ToSingle, BeyondTheLargestSingleIsFault6) {
     EXPECT_EQ(fault_number([&] { return to_single(half_way); }), k_fault_overflow);
     EXPECT_EQ(fault_number([&] { return to_single(-half_way); }), k_fault_overflow);
     EXPECT_EQ(fault_number([] { return to_single(1e300); }), k_fault_overflow);
-    EXPECT_EQ(fault_number([] { return to_single(k_infinity); }), k_fault_overflow);
-    EXPECT_EQ(fault_text([] { return to_single(-k_infinity); }), "Overflow");
+    EXPECT_EQ(fault_number([] { return to_single(k_endless); }), k_fault_overflow);
+    EXPECT_EQ(fault_text([] { return to_single(-k_endless); }), "Overflow");
 }
 
 TEST(ToSingle, OfAMissingValueIsFault94) {
@@ -88,7 +88,7 @@ TEST(ToSingleField, RoundsAndOverflowsAsAVariableDoes) {
     EXPECT_EQ(to_single_field(0.1), 0.1F);
     EXPECT_EQ(to_single_field(16777217.0), 16777216.0F);
     EXPECT_EQ(fault_number([] { return to_single_field(3.5e38); }), k_fault_overflow);
-    EXPECT_EQ(fault_number([] { return to_single_field(-k_infinity); }), k_fault_overflow);
+    EXPECT_EQ(fault_number([] { return to_single_field(-k_endless); }), k_fault_overflow);
 }
 
 TEST(Present, GivesTheValueOrFault94) {
@@ -180,8 +180,8 @@ TEST(ToInteger16, EndsAtItsLimits) {
 
 TEST(ToInteger16, OfAMissingOrInfiniteValueIsNothing) {
     EXPECT_EQ(to_integer16(std::nan("")), std::nullopt);
-    EXPECT_EQ(to_integer16(k_infinity), std::nullopt);
-    EXPECT_EQ(to_integer16(-k_infinity), std::nullopt);
+    EXPECT_EQ(to_integer16(k_endless), std::nullopt);
+    EXPECT_EQ(to_integer16(-k_endless), std::nullopt);
     EXPECT_EQ(to_integer16(1e300), std::nullopt);
 }
 

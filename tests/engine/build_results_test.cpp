@@ -36,8 +36,6 @@ TEST(FebruaryDays, OfACenturyAre29EveryFourHundredYears) {
     EXPECT_EQ(february_days(date_of(2100, 3, 1), date_of(2100, 12, 31)), 28);
 }
 
-const DayCount k_first = date_of(2001, 6, 1);
-
 class BuildResults : public ::testing::Test {
 protected:
     TemporaryFolder folder;

@@ -26,6 +26,16 @@ namespace nivora {
     return day_count({year, month, day}).value();
 }
 
+/// The first day of most runs.
+inline const DayCount k_first = date_of(2001, 6, 1);
+/// The first day of the inputs in the tests of a zone's inputs.
+inline const DayCount k_first_input = date_of(2000, 10, 12);
+
+/// The message of a recession that would not fall.
+inline constexpr const char* k_limit_text =
+    " Present x, y recession coefficient values result in k => 1 which was replaced by the limit k = 0.99 in "
+    "order to avoid impossible results.  The user is advised to select new x and y values to keep k < 1. ";
+
 /// The area in km² on which 1 cm of water a day is exactly 100 m³/s:
 /// 864 km² x 10^6 m²/km² x 0.01 m / 86,400 s = 8,640,000 m³ / 86,400 s.
 inline constexpr double k_area_of_100 = 864.0;

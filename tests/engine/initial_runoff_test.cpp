@@ -9,8 +9,6 @@
 namespace nivora {
 namespace {
 
-const DayCount k_first = date_of(2001, 6, 1);
-
 /// The questions about the initial runoff, which is 10 here.
 class InitialRunoff : public ::testing::Test {
 protected:

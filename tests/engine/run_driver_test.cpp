@@ -17,8 +17,6 @@ using ::testing::FloatEq;
 using ::testing::IsNan;
 using ::testing::Optional;
 
-const DayCount k_first = date_of(2001, 6, 1);
-
 /// Expects two tables to have the same bits, column by column.
 void expect_same_table(const SimResults& one, const SimResults& other) {
     ASSERT_EQ(one.size(), other.size());

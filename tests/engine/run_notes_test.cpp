@@ -13,8 +13,6 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-const DayCount k_first = date_of(2001, 6, 1);
-
 TEST(ZonesText, NamesOneZoneASpanOrAList) {
     EXPECT_EQ(zones_text({2}), "zone 2");
     EXPECT_EQ(zones_text({1, 2}), "zones 1 and 2");

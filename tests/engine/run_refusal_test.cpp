@@ -13,8 +13,6 @@ using ::testing::ElementsAre;
 using ::testing::IsNan;
 using ::testing::StartsWith;
 
-const DayCount k_first = date_of(2001, 6, 1);
-
 constexpr const char* k_latitude_text =
     "A positive or blank latitude indicates a basin located in the northern hemisphere, a negative latitude "
     "indicates a basin located in the southern hemisphere.  Continue processing?";

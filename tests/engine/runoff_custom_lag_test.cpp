@@ -14,10 +14,6 @@ using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsNan;
 
-constexpr const char* k_limit_text =
-    " Present x, y recession coefficient values result in k => 1 which was replaced by the limit k = 0.99 in "
-    "order to avoid impossible results.  The user is advised to select new x and y values to keep k < 1. ";
-
 /// Inputs of 100, 200, 400 and 800 m³/s on four days, and x = y = 0, so that discharge is the lagged input.
 class CustomLag : public EngineTest {
 protected:

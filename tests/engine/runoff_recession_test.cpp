@@ -12,10 +12,6 @@ using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsNan;
 
-constexpr const char* k_limit_text =
-    " Present x, y recession coefficient values result in k => 1 which was replaced by the limit k = 0.99 in "
-    "order to avoid impossible results.  The user is advised to select new x and y values to keep k < 1. ";
-
 /// One zone with 100 m³/s of input every day, a lag of 18 hours, and 10 m³/s before the run.
 class RunoffRecession : public EngineTest {
 protected:

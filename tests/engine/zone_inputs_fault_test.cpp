@@ -13,8 +13,6 @@ using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsNan;
 
-const DayCount k_first = date_of(2000, 10, 12);
-
 constexpr const char* k_variables_title = "Missing data in basin variable table.";
 constexpr const char* k_variables_text = "Null value(s) in basin variable table on ";
 constexpr const char* k_parameters_title = "Missing data in simulation parameter Table.";
@@ -23,7 +21,7 @@ constexpr const char* k_other_title = "Error during temperature lapse processing
 
 class ZoneInputFaults : public EngineTest {
 protected:
-    void SetUp() override { start(2, k_first, 2); }
+    void SetUp() override { start(2, k_first_input, 2); }
 
     bool go() { return zone_inputs(); }
 
@@ -199,8 +197,8 @@ TEST_F(ZoneInputFaults, TheMeanOfTwoLargeTemperaturesDoesNotOverflow) {
 }
 
 TEST_F(ZoneInputFaults, AnEmptyPeriodLacksTemperatures) {
-    run.RunStart = k_first + 10;
-    run.RunEnd = k_first + 20;
+    run.RunStart = k_first_input + 10;
+    run.RunEnd = k_first_input + 20;
 
     EXPECT_FALSE(go());
 
@@ -208,7 +206,7 @@ TEST_F(ZoneInputFaults, AnEmptyPeriodLacksTemperatures) {
 }
 
 TEST_F(ZoneInputFaults, AZoneBeyondTheBasinIsOutOfRange) {
-    start(3, k_first, 2);
+    start(3, k_first_input, 2);
     basin.ZoneCount = 2;
     basin.zones.pop_back();
     fill(table.TAvg, 5.0);
@@ -222,7 +220,7 @@ TEST_F(ZoneInputFaults, AZoneBeyondTheBasinIsOutOfRange) {
 }
 
 TEST_F(ZoneInputFaults, AZoneBeyondTheBasinIsAcceptedWhereTemperaturesAreByZone) {
-    start(3, k_first, 2);
+    start(3, k_first_input, 2);
     basin.ZoneCount = 2;
     basin.zones.pop_back();
     simulation().temperature = Distribution::ByZone;

@@ -12,11 +12,9 @@ namespace {
 using ::testing::Each;
 using ::testing::ElementsAre;
 
-const DayCount k_first = date_of(2000, 10, 12);
-
 class ZoneInputs : public EngineTest {
 protected:
-    void SetUp() override { start(2, k_first, 2); }
+    void SetUp() override { start(2, k_first_input, 2); }
 
     bool go() { return zone_inputs(); }
 };
@@ -180,7 +178,7 @@ TEST_F(ZoneInputs, LagFactorSwitchAndCoverStayEachZonesOwn) {
 }
 
 TEST_F(ZoneInputs, AOneZoneBasinKeepsAllItsValues) {
-    start(1, k_first, 2);
+    start(1, k_first_input, 2);
     set(table.TAvg, 1, {10.0, -1.0});
     set(table.Precip, 1, {0.5, 0.25});
     fill(table.LR, 0.65);
@@ -199,7 +197,7 @@ TEST_F(ZoneInputs, EveryCombinationOfOptionsSpreadsWhatItSays) {
         const auto choice = [&](int bit) {
             return by_zone(bit) ? Distribution::ByZone : Distribution::Basinwide;
         };
-        start(2, k_first, 2);
+        start(2, k_first_input, 2);
         const bool max_min = by_zone(0);
         simulation().temperature_values = std::int16_t{max_min};
         simulation().temperature = choice(1);
@@ -251,7 +249,7 @@ TEST_F(ZoneInputs, StoredOrderOfTheRowsDoesNotMatter) {
 }
 
 TEST_F(ZoneInputs, ADayWithoutZone1GetsTheLastValuesOfZone1) {
-    start(2, k_first, 3);
+    start(2, k_first_input, 3);
     set(table.TAvg, 1, {10.0, 20.0, 30.0});
     set(table.Precip, 1, {1.0, 2.0, 3.0});
     set(table.Tcrit, 1, {0.5, 0.6, 0.7});
@@ -266,11 +264,11 @@ TEST_F(ZoneInputs, ADayWithoutZone1GetsTheLastValuesOfZone1) {
 }
 
 TEST_F(ZoneInputs, DaysOutsideTheWorkingPeriodStayAsTheyAre) {
-    start(2, k_first, 4);
+    start(2, k_first_input, 4);
     fill(table.TAvg, 5.0);
     fill_zone(table.Precip, 1, 1.0);
-    run.RunStart = k_first + 1;
-    run.RunEnd = k_first + 2;
+    run.RunStart = k_first_input + 1;
+    run.RunEnd = k_first_input + 2;
 
     EXPECT_TRUE(go());
 

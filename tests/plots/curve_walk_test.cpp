@@ -11,9 +11,9 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Points = std::vector<PlotPoint>;
 
-const PlotFrame k_frame = frame_of(0.0F, 10.0F, 0.0F, 10.0F);
+const PlotFrame k_square = frame_of(0.0F, 10.0F, 0.0F, 10.0F);
 
-CurveStrokes walk(Points points, const PlotFrame& frame = k_frame) {
+CurveStrokes walk(Points points, const PlotFrame& frame = k_square) {
     return walk_curve(curve_of("Zone A", std::move(points)), frame);
 }
 
@@ -104,7 +104,7 @@ TEST(CurveWalk, OfACurveBeforeOrBehindTheFrameIsEmpty) {
 Pen pen_of(PlotNumber number, CurveMode mode, const LineTable& lines, int line = 2) {
     PlotCurve curve = curve_of("Zone A", {}, line);
     curve.mode = mode;
-    return curve_pen(plot_of(number, k_frame), curve, lines);
+    return curve_pen(plot_of(number, k_square), curve, lines);
 }
 
 TEST(CurvePen, IsThatOfTheLine) {

@@ -9,7 +9,7 @@ namespace {
 
 using testing::ElementsAre;
 
-const PlotFrame k_frame = frame_of(0.0F, 10.0F, 0.0F, 10.0F);
+const PlotFrame k_legend_frame = frame_of(0.0F, 10.0F, 0.0F, 10.0F);
 
 Plot named(Plot plot) {
     name_curves(plot);
@@ -17,7 +17,7 @@ Plot named(Plot plot) {
 }
 
 Plot depth_plot(PlotNumber number, std::vector<PlotCurve> curves) {
-    Plot plot = plot_of(number, k_frame);
+    Plot plot = plot_of(number, k_legend_frame);
     plot.y_label = has_number_axis(number) ? "S" : " (cm)";
     plot.x_label = has_number_axis(number) ? " (cm)" : "";
     plot.curves = std::move(curves);
@@ -109,7 +109,7 @@ TEST(PlotLegend, OfTheCoverComparisonHasOneRowAZone) {
 }
 
 Plot temperatures(std::vector<PlotCurve> curves) {
-    Plot plot = plot_of(PlotNumber::Temperatures, k_frame);
+    Plot plot = plot_of(PlotNumber::Temperatures, k_legend_frame);
     plot.y_label = " (°C)";
     plot.curves = std::move(curves);
     return plot;

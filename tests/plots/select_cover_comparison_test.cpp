@@ -12,7 +12,7 @@ using testing::ElementsAre;
 using testing::IsNan;
 
 /// A cover of 1 minus an eighth a day and a sixteenth a further zone, and half of it in the changed climate.
-void fill(PlotBasin& basin) {
+void fill_covers(PlotBasin& basin) {
     basin.write_results([](SimResults& t, std::size_t row, int zone, int day) {
         t.SCA[row] = 1.0F - 0.125F * static_cast<float>(day) - 0.0625F * static_cast<float>(zone - 1);
         t.SCAclimWAMA[row] = 0.5F * t.SCA[row];
@@ -22,7 +22,7 @@ void fill(PlotBasin& basin) {
 
 TEST(CoverComparison, ShowsTheCoverBeforeAndAfterTheChange) {
     PlotBasin basin{2, 3};
-    fill(basin);
+    fill_covers(basin);
     const Plot plot = basin.plot(PlotNumber::CoverComparison);
     EXPECT_EQ(plot.y_label, "S");
     ASSERT_EQ(plot.curves.size(), 4U);
@@ -39,7 +39,7 @@ TEST(CoverComparison, ShowsTheCoverBeforeAndAfterTheChange) {
 
 TEST(CoverComparison, HasTheFrameOfThePresentCover) {
     PlotBasin basin{2, 3};
-    fill(basin);
+    fill_covers(basin);
     basin.file.change("UPDATE SimResults SET SCAclimWAMA = 2");
     const PlotFrame frame = basin.plot(PlotNumber::CoverComparison).frame;
     EXPECT_EQ(frame.y_min, 0.5625F);
@@ -50,17 +50,17 @@ TEST(CoverComparison, HasTheFrameOfThePresentCover) {
 
 TEST(CoverComparison, HasOneLegendRowForOneZone) {
     PlotBasin basin{2, 3};
-    fill(basin);
+    fill_covers(basin);
     EXPECT_EQ(basin.plot(PlotNumber::CoverComparison).frame.legend_rows, 2.0F);
     EXPECT_EQ(basin.plot(PlotNumber::CoverComparison, 2).frame.legend_rows, 1.0F);
     PlotBasin one_zone{1, 3};
-    fill(one_zone);
+    fill_covers(one_zone);
     EXPECT_EQ(one_zone.plot(PlotNumber::CoverComparison, 2).frame.legend_rows, 1.0F);
 }
 
 TEST(CoverComparison, AMissingCoverIsAGap) {
     PlotBasin basin{1, 3};
-    fill(basin);
+    fill_covers(basin);
     basin.file.change("UPDATE SimResults SET SCAclimWAMA = NULL WHERE Date = " +
                       std::to_string(basin.day(2)));
     EXPECT_THAT(ys_of(basin.plot(PlotNumber::CoverComparison).curves[1]), ElementsAre(IsNan(), 0.3125F));

@@ -13,7 +13,7 @@ using testing::IsNan;
 
 /// Measured 57, 60, 70, 58; computed 50, 80, 65, 51; computed of the present climate 40, 90, 60, 45, all plus
 /// 100 in the second zone, whose rows do not count.
-void fill(PlotBasin& basin) {
+void fill_discharge(PlotBasin& basin) {
     constexpr std::array k_measured{57.0F, 60.0F, 70.0F, 58.0F};
     constexpr std::array k_computed{50.0, 80.0, 65.0, 51.0};
     constexpr std::array k_present{40.0, 90.0, 60.0, 45.0};
@@ -28,7 +28,7 @@ void fill(PlotBasin& basin) {
 
 TEST(RunoffPlot, ShowsMeasuredAndComputedDischarge) {
     PlotBasin basin{2};
-    fill(basin);
+    fill_discharge(basin);
     const Plot plot = basin.plot(PlotNumber::Runoff);
     EXPECT_FALSE(plot.zone);
     EXPECT_EQ(plot.y_label, " (m³/s)");
@@ -47,7 +47,7 @@ TEST(RunoffPlot, ShowsMeasuredAndComputedDischarge) {
 
 TEST(RunoffPlot, BeginsAtZeroWhateverTheLowestFlow) {
     PlotBasin basin;
-    fill(basin);
+    fill_discharge(basin);
     const PlotFrame frame = basin.plot(PlotNumber::Runoff).frame;
     EXPECT_EQ(frame.y_min, 0.0F);  // lowest flows 57 and 50
     EXPECT_EQ(frame.y_max, 80.0F);
@@ -60,21 +60,21 @@ TEST(RunoffPlot, BeginsAtZeroWhateverTheLowestFlow) {
 
 TEST(RunoffPlot, StartsAtZeroAlsoWithNegativeFlows) {
     PlotBasin basin;
-    fill(basin);
+    fill_discharge(basin);
     basin.file.change("UPDATE SimResults SET ActualQ = -3 WHERE Date = " + std::to_string(basin.day(1)));
     EXPECT_EQ(basin.plot(PlotNumber::Runoff).frame.y_min, 0.0F);
 }
 
 TEST(RunoffPlot, KeepsAHigherMeasuredMaximum) {
     PlotBasin basin;
-    fill(basin);
+    fill_discharge(basin);
     basin.file.change("UPDATE SimResults SET ActualQ = 99 WHERE Date = " + std::to_string(basin.day(1)));
     EXPECT_EQ(basin.plot(PlotNumber::Runoff).frame.y_max, 99.0F);
 }
 
 TEST(RunoffPlot, NamesTheComputedDischargeOfStep2) {
     PlotBasin basin;
-    fill(basin);
+    fill_discharge(basin);
     basin.take_step(2, 3);
     const Plot plot = basin.plot(PlotNumber::Runoff);
     EXPECT_EQ(plot.head.title, "Runoff (Measured vs CompClim)");
@@ -85,7 +85,7 @@ TEST(RunoffPlot, NamesTheComputedDischargeOfStep2) {
 
 TEST(RunoffPlot, CutsAHigherDischargeOfThePresentClimateAtStep3) {
     PlotBasin basin;
-    fill(basin);
+    fill_discharge(basin);
     basin.take_step(3, 1);
     const Plot plot = basin.plot(PlotNumber::Runoff);
     EXPECT_EQ(plot.curves[1].name, "Computed Runoff");
@@ -96,7 +96,7 @@ TEST(RunoffPlot, CutsAHigherDischargeOfThePresentClimateAtStep3) {
 
 TEST(RunoffPlot, AtStep3NeedsNoComputedDischargeOfTheChangedClimate) {
     PlotBasin basin;
-    fill(basin);
+    fill_discharge(basin);
     basin.file.change("UPDATE SimResults SET DailyQ = NULL");
     basin.take_step(3, 1);
     const Plot plot = basin.plot(PlotNumber::Runoff);
@@ -106,7 +106,7 @@ TEST(RunoffPlot, AtStep3NeedsNoComputedDischargeOfTheChangedClimate) {
 
 TEST(RunoffPlot, AMissingValueIsAGapInTheFirstCurveAndZeroInTheSecond) {
     PlotBasin basin;
-    fill(basin);
+    fill_discharge(basin);
     basin.file.change("UPDATE SimResults SET ActualQ = NULL, DailyQ = NULL WHERE Date = " +
                       std::to_string(basin.day(2)));
     const Plot plot = basin.plot(PlotNumber::Runoff);
@@ -116,7 +116,7 @@ TEST(RunoffPlot, AMissingValueIsAGapInTheFirstCurveAndZeroInTheSecond) {
 
 TEST(RunoffPlot, ADayWithoutRowHasNoPoint) {
     PlotBasin basin;
-    fill(basin);
+    fill_discharge(basin);
     basin.file.change("DELETE FROM SimResults WHERE Date = " + std::to_string(basin.day(2)));
     EXPECT_THAT(xs_of(basin.plot(PlotNumber::Runoff).curves[0]),
                 ElementsAre(basin.x(1), basin.x(3), basin.x(4)));
@@ -124,14 +124,14 @@ TEST(RunoffPlot, ADayWithoutRowHasNoPoint) {
 
 TEST(RunoffPlot, WithoutAnyMeasuredDischargeFails) {
     PlotBasin basin;
-    fill(basin);
+    fill_discharge(basin);
     basin.file.change("UPDATE SimResults SET ActualQ = NULL");
     EXPECT_EQ(basin.refusal(PlotNumber::Runoff).text, unable_text("Basinwide"));
 }
 
 TEST(RunoffPlot, FailsWhereADischargeIsBeyondTheLargestSingle) {
     PlotBasin basin;
-    fill(basin);
+    fill_discharge(basin);
     basin.file.change("UPDATE SimResults SET DailyQ = 1e39 WHERE Date = " + std::to_string(basin.day(2)));
     EXPECT_EQ(basin.refusal(PlotNumber::Runoff).text, unable_text("Basinwide"));
 }
@@ -159,7 +159,7 @@ TEST(RunoffPlot, OfAYearOfZerosHasNoRange) {
 
 TEST(RunoffComparison, ShowsThePresentAndTheChangedClimate) {
     PlotBasin basin;
-    fill(basin);
+    fill_discharge(basin);
     basin.take_step(6, 1);
     const Plot plot = basin.plot(PlotNumber::RunoffComparison);
     EXPECT_EQ(plot.curves[0].name, "Simulated Runoff, Present Climate");
@@ -174,7 +174,7 @@ TEST(RunoffComparison, ShowsThePresentAndTheChangedClimate) {
 
 TEST(RunoffComparison, GrowsToTheChangedClimate) {
     PlotBasin basin;
-    fill(basin);
+    fill_discharge(basin);
     basin.file.change("UPDATE SimResults SET DailyQ = 120 WHERE Date = " + std::to_string(basin.day(3)));
     basin.take_step(6, 1);
     const PlotFrame frame = basin.plot(PlotNumber::RunoffComparison).frame;
@@ -184,7 +184,7 @@ TEST(RunoffComparison, GrowsToTheChangedClimate) {
 
 TEST(RunoffComparison, IsInTheUnitsOfTheSimulation) {
     PlotBasin basin;
-    fill(basin);
+    fill_discharge(basin);
     basin.basin.Units_Code = Units::English;
     basin.take_step(6, 1);
     const Plot plot = basin.plot(PlotNumber::RunoffComparison);

@@ -10,7 +10,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr std::size_t k_tcrit = 2;
-constexpr std::size_t k_an = 3;
+constexpr std::size_t k_block_an = 3;
 
 class DatedBlockTest : public PrepTest {
 protected:
@@ -84,7 +84,7 @@ TEST_F(DatedBlockTest, ColumnsWithoutAKnownHeadingGoSideBySideFromTheActiveOneOn
 
 TEST_F(DatedBlockTest, AnEmptyCellIsPlacedToo) {
     EXPECT_THAT(placed({{"Date", "AN"}, {"10/01/1980", ""}}), ElementsAre("0 3 "));
-    EXPECT_EQ(places_.values[0].column, k_an);
+    EXPECT_EQ(places_.values[0].column, k_block_an);
 }
 
 TEST_F(DatedBlockTest, ADayInTwoLinesIsRefusedWithBothLines) {

@@ -17,7 +17,7 @@ LegacyParts of_period(const std::string& start, const std::string& end, const st
     return parts;
 }
 
-std::string refusal(const LegacyParts& parts) {
+std::string period_refusal(const LegacyParts& parts) {
     try {
         static_cast<void>(parts.read());
     } catch (const LegacyFileError& error) {
@@ -60,7 +60,7 @@ TEST(LegacyPeriod, EqualMonthsDoNotCrossTheYear) {
 }
 
 TEST(LegacyPeriod, InEqualMonthsAnEndBeforeTheStartIsRefused) {
-    EXPECT_THAT(refusal(of_period("0607", "0605", "1996")), HasSubstr("Line 4, header item 4: "));
+    EXPECT_THAT(period_refusal(of_period("0607", "0605", "1996")), HasSubstr("Line 4, header item 4: "));
 }
 
 TEST(LegacyPeriod, ItMayBeOneDay) {
@@ -70,9 +70,9 @@ TEST(LegacyPeriod, ItMayBeOneDay) {
 
 TEST(LegacyPeriod, TheLeapDayIsTakenFromItsOwnYear) {
     EXPECT_EQ(of_period("0229", "0301", "1996").read().start, day(1996, 2, 29));
-    EXPECT_THAT(refusal(of_period("0229", "0301", "1995")), HasSubstr("Line 2, header item 2: "));
+    EXPECT_THAT(period_refusal(of_period("0229", "0301", "1995")), HasSubstr("Line 2, header item 2: "));
     EXPECT_EQ(of_period("1101", "0229", "1995").read().end, day(1996, 2, 29));
-    EXPECT_THAT(refusal(of_period("1101", "0229", "1996")), HasSubstr("Line 4, header item 4: "));
+    EXPECT_THAT(period_refusal(of_period("1101", "0229", "1996")), HasSubstr("Line 4, header item 4: "));
 }
 
 TEST(LegacyPeriod, TextsThatAreNotDatesAreRefusedAtTheirLine) {
@@ -81,8 +81,8 @@ TEST(LegacyPeriod, TextsThatAreNotDatesAreRefusedAtTheirLine) {
           // The whole item counts, including what follows a date.
           "0403\xc3\xb9", "0403\xf9", "04031", "0403 x", "04 3", "3.157", "3.15", "+4+3", "1e01", "0403.0"}) {
         SCOPED_TRACE(text);
-        EXPECT_THAT(refusal(of_period(text, "1231", "1996")), HasSubstr("Line 2, header item 2: "));
-        EXPECT_THAT(refusal(of_period("0101", text, "1996")), HasSubstr("Line 4, header item 4: "));
+        EXPECT_THAT(period_refusal(of_period(text, "1231", "1996")), HasSubstr("Line 2, header item 2: "));
+        EXPECT_THAT(period_refusal(of_period("0101", text, "1996")), HasSubstr("Line 4, header item 4: "));
     }
 }
 
@@ -91,7 +91,7 @@ TEST(LegacyPeriod, AYearOutsideTheProgramsRangeIsRefused) {
     EXPECT_EQ(of_period("0101", "0102", "2300").read().start, day(2300, 1, 1));
     for (const char* year : {"1899", "2301", "96", "-1996", "1996.5", "MCMXCVI", ""}) {
         SCOPED_TRACE(year);
-        EXPECT_THAT(refusal(of_period("0101", "0102", year)), HasSubstr("Line 19, header item 19: "));
+        EXPECT_THAT(period_refusal(of_period("0101", "0102", year)), HasSubstr("Line 19, header item 19: "));
     }
 }
 
@@ -125,10 +125,11 @@ TEST(LegacyChangeDay, ALeapDayBeforeTheStartIsThatOfTheNextYear) {
 }
 
 TEST(LegacyChangeDay, ALeapDayThatIsInNeitherYearIsRefused) {
-    EXPECT_THAT(refusal(with_change("0229")), HasSubstr("Line 25, header item 25: "));  // 1997 has none
+    EXPECT_THAT(period_refusal(with_change("0229")),
+                HasSubstr("Line 25, header item 25: "));  // 1997 has none
     LegacyParts parts = of_period("0101", "1231", "1995");
     parts.change_day = "0229";
-    EXPECT_THAT(refusal(parts), HasSubstr("Line 25, header item 25: "));
+    EXPECT_THAT(period_refusal(parts), HasSubstr("Line 25, header item 25: "));
 }
 
 TEST(LegacyChangeDay, AnEmptyItemMeansNoChange) {
@@ -148,16 +149,16 @@ TEST(LegacyChangeDay, WithoutAChangeTheLaterCoefficientsAreNotRead) {
 TEST(LegacyChangeDay, WithAChangeTheLaterCoefficientsMustBeNumbers) {
     LegacyParts parts = with_change("0615");
     parts.x_later = "none";
-    EXPECT_THAT(refusal(parts), HasSubstr("Line 22, header item 22: "));
+    EXPECT_THAT(period_refusal(parts), HasSubstr("Line 22, header item 22: "));
     parts = with_change("0615");
     parts.y_later = "";
-    EXPECT_THAT(refusal(parts), HasSubstr("Line 24, header item 24: "));
+    EXPECT_THAT(period_refusal(parts), HasSubstr("Line 24, header item 24: "));
 }
 
 TEST(LegacyChangeDay, ATextThatIsNotADateIsRefused) {
     for (const char* text : {"soon", "1", "1332", "06/15", "0615x", "3.157", "06150", "6.15"}) {
         SCOPED_TRACE(text);
-        EXPECT_THAT(refusal(with_change(text)), HasSubstr("Line 25, header item 25: "));
+        EXPECT_THAT(period_refusal(with_change(text)), HasSubstr("Line 25, header item 25: "));
     }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "prep/legacy_file.h"
+#include "tests/prep/days.h"
 
 #include <array>
 #include <cstddef>
@@ -103,11 +104,6 @@ struct LegacyParts {
         }
     }
     return section;
-}
-
-/// The day count of an existing date.
-[[nodiscard]] inline DayCount day(int year, int month, int day_of_month) {
-    return day_count({year, month, day_of_month}).value();
 }
 
 }  // namespace nivora

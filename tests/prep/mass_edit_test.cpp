@@ -9,10 +9,10 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr std::size_t k_an = 3;
-constexpr std::size_t k_lag = 4;
-constexpr std::size_t k_rca = 7;
-constexpr std::size_t k_y = 9;
+constexpr std::size_t k_edited_an = 3;
+constexpr std::size_t k_edited_lag = 4;
+constexpr std::size_t k_edited_rca = 7;
+constexpr std::size_t k_edited_y = 9;
 
 class MassEditTest : public PrepTest {
 protected:
@@ -36,8 +36,8 @@ protected:
 
 TEST_F(MassEditTest, AddsToTheRowsOfTheSelectionAndItsZone) {
     DailyEditor editor = open();
-    editor.mass_edit(MassEdit::Add, k_an, 1, 2, 0.5F);
-    EXPECT_EQ(editor.value(2, k_an), 1.25);
+    editor.mass_edit(MassEdit::Add, k_edited_an, 1, 2, 0.5F);
+    EXPECT_EQ(editor.value(2, k_edited_an), 1.25);
     EXPECT_TRUE(editor.changed());
     editor.commit();
     EXPECT_THAT(stored("An"), ElementsAre("0.5", "-", "1.25", "1.0", "0.25"));
@@ -45,32 +45,32 @@ TEST_F(MassEditTest, AddsToTheRowsOfTheSelectionAndItsZone) {
 
 TEST_F(MassEditTest, ThatLeavesEveryValueAsItIsChangesNothing) {
     DailyEditor editor = open();
-    editor.mass_edit(MassEdit::Add, k_an, 0, 3, 0.0F);
-    editor.mass_edit(MassEdit::Multiply, k_an, 0, 3, 1.0F);
-    editor.mass_edit(MassEdit::Add, k_lag, 0, 3, 5.0F);  // the lags are missing
+    editor.mass_edit(MassEdit::Add, k_edited_an, 0, 3, 0.0F);
+    editor.mass_edit(MassEdit::Multiply, k_edited_an, 0, 3, 1.0F);
+    editor.mass_edit(MassEdit::Add, k_edited_lag, 0, 3, 5.0F);  // the lags are missing
     EXPECT_FALSE(editor.changed());
-    EXPECT_EQ(editor.value(0, k_an), 0.5);
+    EXPECT_EQ(editor.value(0, k_edited_an), 0.5);
 }
 
 TEST_F(MassEditTest, MultipliesOneDay) {
     DailyEditor editor = open();
-    editor.mass_edit(MassEdit::Multiply, k_an, 0, 0, -3.0F);
+    editor.mass_edit(MassEdit::Multiply, k_edited_an, 0, 0, -3.0F);
     editor.commit();
     EXPECT_THAT(stored("An"), ElementsAre("-1.5", "-", "0.75", "1.0", "0.25"));
 }
 
 TEST_F(MassEditTest, TakesTheRowsOfAnUpwardSelection) {
     DailyEditor editor = open();
-    editor.mass_edit(MassEdit::Multiply, k_an, 3, 2, 2.0F);
+    editor.mass_edit(MassEdit::Multiply, k_edited_an, 3, 2, 2.0F);
     editor.commit();
     EXPECT_THAT(stored("An"), ElementsAre("0.5", "-", "1.5", "2.0", "0.25"));
 }
 
 TEST_F(MassEditTest, BuildsOnEarlierEdits) {
     DailyEditor editor = open();
-    EXPECT_TRUE(editor.set_value(1, k_an, 2.0));
-    editor.mass_edit(MassEdit::Add, k_an, 0, 3, 1.0F);
-    editor.mass_edit(MassEdit::Multiply, k_an, 0, 3, 2.0F);
+    EXPECT_TRUE(editor.set_value(1, k_edited_an, 2.0));
+    editor.mass_edit(MassEdit::Add, k_edited_an, 0, 3, 1.0F);
+    editor.mass_edit(MassEdit::Multiply, k_edited_an, 0, 3, 2.0F);
     editor.commit();
     // (0.5 + 1) * 2 = 3, (2 + 1) * 2 = 6, (0.75 + 1) * 2 = 3.5, (1 + 1) * 2 = 4.
     EXPECT_THAT(stored("An"), ElementsAre("3.0", "6.0", "3.5", "4.0", "0.25"));
@@ -78,13 +78,13 @@ TEST_F(MassEditTest, BuildsOnEarlierEdits) {
 
 TEST_F(MassEditTest, RoundsASingleAndKeepsADouble) {
     DailyEditor editor = open();
-    EXPECT_TRUE(editor.set_value(0, k_y, 0.02));
-    editor.mass_edit(MassEdit::Multiply, k_y, 0, 0, 1.1F);
+    EXPECT_TRUE(editor.set_value(0, k_edited_y, 0.02));
+    editor.mass_edit(MassEdit::Multiply, k_edited_y, 0, 0, 1.1F);
     // The factor is the text "1.1", not the Single nearest to it.
-    EXPECT_EQ(editor.value(0, k_y), 0.02 * 1.1);
-    EXPECT_NE(editor.value(0, k_y), 0.02 * static_cast<double>(1.1F));
-    editor.mass_edit(MassEdit::Add, k_an, 0, 0, 0.1F);
-    EXPECT_EQ(editor.value(0, k_an), static_cast<double>(0.6F));
+    EXPECT_EQ(editor.value(0, k_edited_y), 0.02 * 1.1);
+    EXPECT_NE(editor.value(0, k_edited_y), 0.02 * static_cast<double>(1.1F));
+    editor.mass_edit(MassEdit::Add, k_edited_an, 0, 0, 0.1F);
+    EXPECT_EQ(editor.value(0, k_edited_an), static_cast<double>(0.6F));
     editor.commit();
     // 0.6 as a Single is 10066330 / 2^24.
     EXPECT_THAT(rows("SELECT An = 10066330.0 / 16777216.0 FROM wet LIMIT 1"), ElementsAre("1"));
@@ -93,8 +93,8 @@ TEST_F(MassEditTest, RoundsASingleAndKeepsADouble) {
 TEST_F(MassEditTest, RoundsASwitchToAWholeNumberTiesToEven) {
     DailyEditor editor = open();
     for (std::size_t row = 0; row < 2; ++row)
-        EXPECT_TRUE(editor.set_value(row, k_rca, static_cast<double>(row)));
-    editor.mass_edit(MassEdit::Add, k_rca, 0, 3, 0.5F);
+        EXPECT_TRUE(editor.set_value(row, k_edited_rca, static_cast<double>(row)));
+    editor.mass_edit(MassEdit::Add, k_edited_rca, 0, 3, 0.5F);
     editor.commit();
     // 0.5 rounds to 0, 1.5 to 2; missing values stay missing.
     EXPECT_THAT(stored("RCA"), ElementsAre("0", "2", "-", "-", "-"));
@@ -102,9 +102,9 @@ TEST_F(MassEditTest, RoundsASwitchToAWholeNumberTiesToEven) {
 
 TEST_F(MassEditTest, IgnoresTheLimitsOfACell) {
     DailyEditor editor = open();
-    EXPECT_TRUE(editor.set_value(0, k_lag, 42.0));
-    editor.mass_edit(MassEdit::Add, k_lag, 0, 0, 1.0F);
-    EXPECT_EQ(editor.value(0, k_lag), 43.0);
+    EXPECT_TRUE(editor.set_value(0, k_edited_lag, 42.0));
+    editor.mass_edit(MassEdit::Add, k_edited_lag, 0, 0, 1.0F);
+    EXPECT_EQ(editor.value(0, k_edited_lag), 43.0);
 }
 
 TEST_F(MassEditTest, OfTheDatesIsRefusedAndLeavesTheRows) {
@@ -118,16 +118,16 @@ TEST_F(MassEditTest, OfTheDatesIsRefusedAndLeavesTheRows) {
 
 TEST_F(MassEditTest, WithOneResultThatExceedsItsFieldChangesNothing) {
     DailyEditor editor = open();
-    EXPECT_TRUE(editor.set_value(2, k_an, 0x1p127));
-    EXPECT_TRUE(editor.set_value(0, k_rca, 1.0));
-    EXPECT_TRUE(editor.set_value(3, k_y, 9.0));
+    EXPECT_TRUE(editor.set_value(2, k_edited_an, 0x1p127));
+    EXPECT_TRUE(editor.set_value(0, k_edited_rca, 1.0));
+    EXPECT_TRUE(editor.set_value(3, k_edited_y, 9.0));
     // 2^128 is not a Single; the rows before it are restored.
-    EXPECT_TRUE(refused([&] { editor.mass_edit(MassEdit::Multiply, k_an, 0, 3, 2.0F); }).has_value());
-    EXPECT_EQ(editor.value(0, k_an), 0.5);
+    EXPECT_TRUE(refused([&] { editor.mass_edit(MassEdit::Multiply, k_edited_an, 0, 3, 2.0F); }).has_value());
+    EXPECT_EQ(editor.value(0, k_edited_an), 0.5);
     // 1 * 40000 does not fit a 16-bit Integer.
-    EXPECT_EQ(refused([&] { editor.mass_edit(MassEdit::Multiply, k_rca, 0, 3, 40000.0F); }),
+    EXPECT_EQ(refused([&] { editor.mass_edit(MassEdit::Multiply, k_edited_rca, 0, 3, 40000.0F); }),
               StoreFault::Value);
-    EXPECT_EQ(editor.value(0, k_rca), 1.0);
+    EXPECT_EQ(editor.value(0, k_edited_rca), 1.0);
     editor.commit();
     EXPECT_THAT(stored("An"), ElementsAre("0.5", "-", "1.70141183460469e+38", "1.0", "0.25"));
     EXPECT_THAT(stored("RCA"), ElementsAre("1", "-", "-", "-", "-"));
@@ -136,25 +136,27 @@ TEST_F(MassEditTest, WithOneResultThatExceedsItsFieldChangesNothing) {
 TEST_F(MassEditTest, WithADoubleThatExceedsItsFieldChangesNothing) {
     database_.execute("UPDATE wet SET Ycoeff = 1e300");
     DailyEditor editor = open();
-    EXPECT_EQ(refused([&] { editor.mass_edit(MassEdit::Multiply, k_y, 0, 3, 1e30F); }), StoreFault::Value);
-    EXPECT_EQ(editor.value(0, k_y), 1e300);
+    EXPECT_EQ(refused([&] { editor.mass_edit(MassEdit::Multiply, k_edited_y, 0, 3, 1e30F); }),
+              StoreFault::Value);
+    EXPECT_EQ(editor.value(0, k_edited_y), 1e300);
 }
 
 TEST_F(MassEditTest, WithAFactorThatIsNotANumberChangesNothing) {
     DailyEditor editor = open();
     for (const float factor : {k_missing, std::numeric_limits<float>::infinity()}) {
-        EXPECT_EQ(refused([&] { editor.mass_edit(MassEdit::Add, k_an, 0, 3, factor); }), StoreFault::Value);
+        EXPECT_EQ(refused([&] { editor.mass_edit(MassEdit::Add, k_edited_an, 0, 3, factor); }),
+                  StoreFault::Value);
     }
-    EXPECT_EQ(editor.value(0, k_an), 0.5);
+    EXPECT_EQ(editor.value(0, k_edited_an), 0.5);
     EXPECT_FALSE(editor.changed());
 }
 
 TEST_F(MassEditTest, TakesAVerySmallAndAVeryLargeFactor) {
     DailyEditor editor = open();
-    editor.mass_edit(MassEdit::Multiply, k_an, 0, 0, 1e-5F);
-    EXPECT_EQ(editor.value(0, k_an), static_cast<double>(5e-6F));
-    editor.mass_edit(MassEdit::Multiply, k_an, 0, 0, 1e7F);
-    EXPECT_EQ(editor.value(0, k_an), static_cast<double>(50.0F));
+    editor.mass_edit(MassEdit::Multiply, k_edited_an, 0, 0, 1e-5F);
+    EXPECT_EQ(editor.value(0, k_edited_an), static_cast<double>(5e-6F));
+    editor.mass_edit(MassEdit::Multiply, k_edited_an, 0, 0, 1e7F);
+    EXPECT_EQ(editor.value(0, k_edited_an), static_cast<double>(50.0F));
 }
 
 TEST(MassEditQuestion, AsksForAConstantOrForAProportion) {

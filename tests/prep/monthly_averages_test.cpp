@@ -18,8 +18,6 @@ MATCHER(SameOrMissing, "") {
            (is_missing(std::get<0>(arg)) && is_missing(std::get<1>(arg)));
 }
 
-DayCount day(int year, int month, int day_of_month) { return *day_count({year, month, day_of_month}); }
-
 class MonthlyAveragesTest : public PrepTest {
 protected:
     /// Two zones, with 1, 2, 3 and 4 in each of their months.

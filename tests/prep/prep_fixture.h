@@ -5,6 +5,7 @@
 #include "prep/prep_state.h"
 #include "store/table_io.h"
 #include "store/transactions.h"
+#include "tests/prep/days.h"
 #include "tests/support/basin_file.h"
 
 #include <gmock/gmock.h>

@@ -10,8 +10,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Optional;
 
-DayCount day(int year, int month, int day_of_month) { return *day_count({year, month, day_of_month}); }
-
 class SimulationGrid : public PrepTest {
 protected:
     /// Two simulations of October 1980 to September 1981; the second is selected.

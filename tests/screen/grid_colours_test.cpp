@@ -11,7 +11,7 @@
 namespace nivora {
 namespace {
 
-constexpr QRgb k_refused = 0xFF8080;
+constexpr QRgb k_refused_cell = 0xFF8080;
 
 /// The sample basin: simulations of 01/01/1996 to 12/31/1996 and 10/01/1997 to 09/30/1998, five zones.
 class GridsOnScreenTest : public MainWindowOnScreenTest {
@@ -53,9 +53,9 @@ TEST_F(GridsOnScreenTest, ARefusedDateIsLightRedThoughItsRowIsSelected) {
     press({"Tab"});
     ASSERT_EQ(dialogs_.messages().size(), 1U);
     EXPECT_EQ(dialogs_.messages()[0].message.text, "Date range error!  ");
-    EXPECT_EQ(colours_.at(3), k_refused);
-    EXPECT_NE(colours_.at(2), k_refused);
-    EXPECT_NE(colour(simulations(), 2, 3), k_refused);
+    EXPECT_EQ(colours_.at(3), k_refused_cell);
+    EXPECT_NE(colours_.at(2), k_refused_cell);
+    EXPECT_NE(colour(simulations(), 2, 3), k_refused_cell);
 }
 
 TEST_F(GridsOnScreenTest, RefusedMaxMinTemperaturesByZoneAreLightRed) {
@@ -66,8 +66,8 @@ TEST_F(GridsOnScreenTest, RefusedMaxMinTemperaturesByZoneAreLightRed) {
     press({"Tab"});
     ASSERT_EQ(dialogs_.messages().size(), 1U);
     EXPECT_EQ(dialogs_.messages()[0].message.title, "Max/min temperature problem");
-    EXPECT_EQ(colours_.at(7), k_refused);
-    EXPECT_NE(colours_.at(6), k_refused);
+    EXPECT_EQ(colours_.at(7), k_refused_cell);
+    EXPECT_NE(colours_.at(6), k_refused_cell);
 }
 
 TEST_F(GridsOnScreenTest, TheWholeRowIsLightRedWhileItsDeletionIsAskedAbout) {
@@ -77,8 +77,8 @@ TEST_F(GridsOnScreenTest, TheWholeRowIsLightRedWhileItsDeletionIsAskedAbout) {
     click(*find<QPushButton>("Command1(1)"));
     ASSERT_EQ(dialogs_.messages().size(), 1U);
     EXPECT_GE(colours_.size(), 5U);
-    for (const auto& [column, seen] : colours_) EXPECT_EQ(seen, k_refused) << column;
-    EXPECT_NE(colour(simulations(), 2, 3), k_refused);
+    for (const auto& [column, seen] : colours_) EXPECT_EQ(seen, k_refused_cell) << column;
+    EXPECT_NE(colour(simulations(), 2, 3), k_refused_cell);
 }
 
 TEST_F(GridsOnScreenTest, TheElevationThatTheRunMenuRefusesIsLightRedThoughItIsTheActiveCell) {
@@ -89,9 +89,9 @@ TEST_F(GridsOnScreenTest, TheElevationThatTheRunMenuRefusesIsLightRedThoughItIsT
     ASSERT_TRUE(await([&] { return !dialogs_.messages().empty(); }));
     press({"Escape", "Escape"});
     EXPECT_EQ(dialogs_.messages()[0].message.title, "Invalid zone description");
-    EXPECT_EQ(colours_.at(3), k_refused);
-    EXPECT_NE(colours_.at(2), k_refused);
-    EXPECT_NE(colour(zones(), 3, 3), k_refused);
+    EXPECT_EQ(colours_.at(3), k_refused_cell);
+    EXPECT_NE(colours_.at(2), k_refused_cell);
+    EXPECT_NE(colour(zones(), 3, 3), k_refused_cell);
 }
 
 TEST_F(GridsOnScreenTest, TheAreaBelowTheSimulationsIsGreyAndTheirCellsAreNot) {

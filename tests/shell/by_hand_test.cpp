@@ -19,7 +19,7 @@ namespace nivora {
 namespace {
 
 constexpr const char* k_sample = "data/samples/ellervane-1997-98.NVR";
-constexpr const char* k_name = "by hand & by file";
+constexpr const char* k_typed_name = "by hand & by file";
 constexpr const char* k_initial_runoff = "2.75";
 constexpr std::size_t k_result_fields = 57;
 
@@ -149,7 +149,7 @@ protected:
     }
 
     void add_simulation() {
-        dialogs_.then_text(k_name);
+        dialogs_.then_text(k_typed_name);
         modal_.then("SimOptions", [](QWidget& window) {
             element<QRadioButton>(window, "optTempType(0)").click();
             // First values that differ from those of the file; all of them are pasted over later.
@@ -207,7 +207,7 @@ protected:
             fill(window, {{4, k_initial_runoff}});
             element<QPushButton>(window, "Command1(0)").click();
         });
-        dialogs_.then_file(std::filesystem::path{NIVORA_SOURCE_DIR} / k_sample).then_text(k_name);
+        dialogs_.then_file(std::filesystem::path{NIVORA_SOURCE_DIR} / k_sample).then_text(k_typed_name);
         choose("mnuFileItem(2)");
     }
 
@@ -289,7 +289,7 @@ TEST_F(ByHandTest, TheBasinBuiltInTheWindowsHoldsTheZonesAndDaysOfTheImportedOne
     const auto tables = [this] {
         BasinDatabase database{session_.basin.Work_File, Access::ReadOnly};
         return std::pair{read_table<PhysicalRow>(database, template_table(k_physical_data)),
-                         read_table<ParameterRow>(database, parameter_table(k_name))};
+                         read_table<ParameterRow>(database, parameter_table(k_typed_name))};
     };
     const auto zones = session_.basin.zones;
     auto [variables, parameters] = tables();

@@ -10,13 +10,13 @@
 namespace nivora {
 namespace {
 
-constexpr std::array<std::string_view, 2> k_fields{"Runoff", "SCA"};
+constexpr std::array<std::string_view, 2> k_row_fields{"Runoff", "SCA"};
 
 class DailyRowsTest : public testing::Test {
 protected:
     DailyRows read(int first_zone, int last_zone, const Period& period) {
         BasinDatabase database = file_.open(Access::ReadOnly);
-        return read_daily_rows(database, k_physical_data, k_fields, first_zone, last_zone, period);
+        return read_daily_rows(database, k_physical_data, k_row_fields, first_zone, last_zone, period);
     }
     void add(int zone, const std::string& date, const std::string& runoff, const std::string& sca) {
         file_.change("INSERT INTO PhysicalData (Zone, Date, Runoff, SCA) VALUES (" + std::to_string(zone) +
@@ -80,11 +80,11 @@ TEST_F(DailyRowsTest, AMissingTableOrFieldAndATextAreStoreErrors) {
     BasinDatabase database = file_.open(Access::ReadOnly);
     constexpr std::array<std::string_view, 1> k_unknown{"Runof"};
     const Period period{100, 100};
-    EXPECT_EQ(refused([&] { (void)read_daily_rows(database, "SimResults", k_fields, 1, 1, period); }),
+    EXPECT_EQ(refused([&] { (void)read_daily_rows(database, "SimResults", k_row_fields, 1, 1, period); }),
               StoreFault::Missing);
     EXPECT_EQ(refused([&] { (void)read_daily_rows(database, k_physical_data, k_unknown, 1, 1, period); }),
               StoreFault::Statement);
-    EXPECT_EQ(refused([&] { (void)read_daily_rows(database, k_physical_data, k_fields, 1, 1, period); }),
+    EXPECT_EQ(refused([&] { (void)read_daily_rows(database, k_physical_data, k_row_fields, 1, 1, period); }),
               StoreFault::Value);
 }
 
