@@ -76,6 +76,8 @@ void frmNVR::connect_menu() {
         menu_->name_row_items(grid.isAncestorOf(now) || now == &grid);
     });
     menu_->name_row_items(false);
+    connect(&context().quick_help, &QuickHelp::colours_wanted, this,
+            [this](QWidget* window) { windows_.choose_quick_help_colours(*window); });
 }
 
 void frmNVR::connect_panels() {

@@ -7,6 +7,7 @@
 #include "windows/climate/frmCtrlClim.h"
 #include "windows/engine/Results.h"
 #include "windows/engine/frmTimeLagDist.h"
+#include "windows/plots/frmColorDef.h"
 #include "windows/prep/SimOptions.h"
 #include "windows/prep/frmData.h"
 #include "windows/prep/frmLongTermAvg.h"
@@ -105,6 +106,14 @@ void WindowKeeper::edit_time_lag() { frmTimeLagDist(context_, nullptr).show_moda
 void WindowKeeper::choose_reports() { frmPrint(context_, nullptr).show_modal(); }
 
 void WindowKeeper::ask_for_period() { frmPopulate(context_, nullptr).show_modal(); }
+
+void WindowKeeper::choose_quick_help_colours(QWidget& window) {
+    // A click acts in that window although QuickHelp is on, whose pointer would say that it explains.
+    QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
+    frmColorDef(context_, colours_, &window).exec();
+    QGuiApplication::restoreOverrideCursor();
+    emit context_.quick_help.colours_changed();
+}
 
 void WindowKeeper::show_welcome(QWidget& main_window) {
     frmSplash(context_.session, false, &main_window).exec();

@@ -1,6 +1,7 @@
 // All windows that the main window opens.
 #pragma once
 
+#include "widgets/colours.h"
 #include "widgets/nivora_window.h"
 
 #include <memory>
@@ -53,11 +54,14 @@ public:
     void choose_reports();
     /// Asks for the period of a new record.
     void ask_for_period();
+    /// Asks for the colours of the QuickHelp strip; all open strips take them.
+    void choose_quick_help_colours(QWidget& window);
     void show_welcome(QWidget& main_window);
     void show_about(QWidget& main_window);
 
 private:
     WindowContext context_;
+    ColourDialog colours_;
     std::unique_ptr<Results> results_;
     std::unique_ptr<frmCtrlClim> climate_run_;
     std::unique_ptr<frmNVRHelp> help_;

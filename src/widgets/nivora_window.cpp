@@ -8,6 +8,7 @@
 #include "widgets/grid_delegate.h"
 #include "widgets/kept_place.h"
 #include "widgets/qt_text.h"
+#include "widgets/strip_colours.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -49,9 +50,6 @@ QTextEdit* make_strip(QWidget* parent) {
     strip->hide();
     return strip;
 }
-
-/// A colour from a number with red in the lowest byte.
-QColor colour_of(std::int32_t value) { return {value & 0xFF, value >> 8 & 0xFF, value >> 16 & 0xFF}; }
 
 /// Whether Tab can reach an element of a window.
 bool takes_focus(const QWidget& element, const QWidget& window) {
@@ -104,6 +102,7 @@ NivoraWindow::NivoraWindow(const WindowContext& context, const char* name, Windo
         show_quick_help(on);
         quick_help_changed(on);
     });
+    connect(&context_.quick_help, &QuickHelp::colours_changed, this, &NivoraWindow::show_strip_colours);
     add_area_keys();
     show_quick_help(context_.quick_help.is_on());
 }
@@ -289,12 +288,12 @@ void NivoraWindow::make_room(bool on, int height_before) {
 }
 
 void NivoraWindow::show_text(const std::string& text) {
-    const Settings& settings = context_.session.settings;
-    QPalette palette = style()->standardPalette();
-    if (settings.quick_help_back) palette.setColor(QPalette::Base, colour_of(*settings.quick_help_back));
-    if (settings.quick_help_fore) palette.setColor(QPalette::Text, colour_of(*settings.quick_help_fore));
-    strip_->setPalette(palette);
+    show_strip_colours();
     strip_->setPlainText(to_qt(text));
+}
+
+void NivoraWindow::show_strip_colours() {
+    strip_->setPalette(strip_palette(strip_colours(context_.session.settings, *style()), *style()));
 }
 
 void NivoraWindow::explain_widget(QWidget* widget) {

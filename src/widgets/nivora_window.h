@@ -115,6 +115,7 @@ private:
     void show_quick_help(bool on);
     void make_room(bool on, int height_before);
     void show_text(const std::string& text);
+    void show_strip_colours();
 
     WindowContext context_;
     KeptPlace* place_;

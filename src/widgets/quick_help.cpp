@@ -4,6 +4,8 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QContextMenuEvent>
+#include <QDialog>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
@@ -30,9 +32,11 @@ bool is_input(QEvent::Type type) {
     }
 }
 
-/// The window that an element belongs to; an open menu belongs to the window of its bar.
+/// The window that an element belongs to; an open menu belongs to the window of its bar. A dialog belongs to
+/// none: it has no strip, and acts while QuickHelp is on.
 NivoraWindow* window_of(QWidget* widget) {
     for (QWidget* at = widget; at != nullptr; at = at->parentWidget()) {
+        if (qobject_cast<QDialog*>(at) != nullptr) return nullptr;
         if (auto* window = qobject_cast<NivoraWindow*>(at)) return window;
     }
     return nullptr;
@@ -114,6 +118,14 @@ bool is_right_click(const QEvent* event) {
            static_cast<const QMouseEvent*>(event)->button() != Qt::LeftButton;
 }
 
+/// Whether an event on the strip is the end of a right click on it, or its menu key.
+bool asks_for_colours(const QEvent* event) {
+    if (event->type() == QEvent::MouseButtonRelease)
+        return static_cast<const QMouseEvent*>(event)->button() == Qt::RightButton;
+    return event->type() == QEvent::ContextMenu &&
+           static_cast<const QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Keyboard;
+}
+
 }  // namespace
 
 QuickHelp::QuickHelp(QObject* parent) : QObject(parent) { qApp->installEventFilter(this); }
@@ -153,7 +165,14 @@ bool QuickHelp::filter_widget(QWidget* widget, QEvent* event) {
     if (window == nullptr || window->is_help_button(widget) || only_moves_focus(event)) return false;
     if (qobject_cast<QMenuBar*>(widget) != nullptr) return filter_bar(widget, event);
     if (qobject_cast<QMenu*>(widget) != nullptr) return filter_menu(widget, event);
-    if (window->is_help_strip(widget) && event->type() == QEvent::Wheel) return false;
+    if (window->is_help_strip(widget)) {
+        if (event->type() == QEvent::Wheel) return false;
+        if (asks_for_colours(event)) {
+            // Once the event is done: the colours are chosen in a modal window.
+            QMetaObject::invokeMethod(
+                window, [this, window] { emit colours_wanted(window); }, Qt::QueuedConnection);
+        }
+    }
     const bool counts =
         !is_right_click(event) && (event->type() == QEvent::MouseButtonPress ||
                                    event->type() == QEvent::KeyPress || event->type() == QEvent::Shortcut);

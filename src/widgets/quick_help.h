@@ -25,6 +25,10 @@ public:
 
 signals:
     void changed(bool on);
+    /// The user asks for the colours of the strip, by a right click on it or its menu key.
+    void colours_wanted(QWidget* window);
+    /// The settings have other colours for the strip.
+    void colours_changed();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -98,6 +98,10 @@ void TestDisplay::click(int x, int y) const {
     send({"xdotool", "mousemove", std::to_string(x), std::to_string(y), "click", "1"});
 }
 
+void TestDisplay::right_click(int x, int y) const {
+    send({"xdotool", "mousemove", std::to_string(x), std::to_string(y), "click", "3"});
+}
+
 void TestDisplay::keep_picture(const std::filesystem::path& file) const {
     if (is_installed("import")) run_program({"import", "-window", "root", file.string()}, environment());
 }

@@ -31,6 +31,7 @@ public:
     void point_at(int x, int y) const;
     /// Clicks with the left button.
     void click(int x, int y) const;
+    void right_click(int x, int y) const;
     /// Writes a picture of the whole display, to look at after a failure.
     void keep_picture(const std::filesystem::path& file) const;
 
