@@ -7,6 +7,7 @@
 #include "shell/frmNVR.h"
 #include "shell/frmNVRHelp.h"
 #include "shell/frmSplash.h"
+#include "widgets/colours.h"
 #include "widgets/desktop_dialogs.h"
 #include "widgets/desktop_printers.h"
 #include "widgets/print_dialog.h"
@@ -15,6 +16,8 @@
 #include "windows/climate/frmCtrlClim.h"
 #include "windows/engine/Results.h"
 #include "windows/engine/frmTimeLagDist.h"
+#include "windows/plots/frmColorDef.h"
+#include "windows/plots/frmLineAtt.h"
 #include "windows/prep/SimOptions.h"
 #include "windows/prep/frmData.h"
 #include "windows/prep/frmLongTermAvg.h"
@@ -188,6 +191,16 @@ private:
         frmAbout about;
         about.show();
         draw(about, "about.png");
+        frmColorDef strip(context, colours_, nullptr);
+        strip.show();
+        draw(strip, "quickhelp-colours.png");
+        frmLineAtt lines(context, colours_, {.edited_line = 2, .curves = 4, .fills = false});
+        lines.show();
+        draw(lines, "line-attributes.png");
+        frmLineAtt fills(context, colours_, {.edited_line = 1, .curves = 3, .fills = true});
+        fills.show();
+        fills.findChild<QComboBox*>(QStringLiteral("Combo2"))->setCurrentIndex(4);
+        draw(fills, "line-attributes-fill.png");
         PageSetup page;
         PrintDialog print({QStringLiteral("Office printer")}, {.page = page});
         print.show();
@@ -293,6 +306,7 @@ private:
     Desktop desktop_;
     Session session_{dialogs_, desktop_};
     QuickHelp quick_help_;
+    ColourDialog colours_;
     DesktopPrinters printers_;
     Printing printing_{session_, printers_};
     std::unique_ptr<frmNVR> window_;
