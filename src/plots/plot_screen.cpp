@@ -75,7 +75,7 @@ ScreenAnswer PlotScreen::take(PlotOutcome outcome, const PlotRequest& request, c
 }
 
 ScreenAnswer PlotScreen::pick(PlotNumber plot, BasinDatabase& database, const PlotSources& sources) {
-    PlotRequest request{.plot = plot};
+    PlotRequest request{.plot = plot, .zone = {}};
     // Intended: the snow cover alone keeps the zone that the list shows.
     if (plot == PlotNumber::SnowCover) request.zone = shown_zone(sources.basin);
     PlotOutcome outcome = select_plot(database, request, sources);

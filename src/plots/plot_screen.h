@@ -25,8 +25,8 @@ struct ScreenAnswer {
     bool draw = false;        ///< the surface anew
     bool fill_boxes = false;  ///< with `boxes()`, and hide the Redraw button
     bool store_melt = false;  ///< plot 21 was built: its columns belong into the results
-    std::optional<ScreenMessage> message;
-    std::optional<BoxRefusal::Box> wrong_box;  ///< the box that the message is about
+    std::optional<ScreenMessage> message = {};
+    std::optional<BoxRefusal::Box> wrong_box = {};  ///< the box that the message is about
 };
 
 /// Whether the general redraw makes a plot anew, which ends a zoom: the filled plots and plot 19.
