@@ -174,32 +174,29 @@ void write_whole_file(const fs::path& named, std::string_view content, const std
     file.finish();
 }
 
-void copy_file_checked(const fs::path& source, const fs::path& copy, const fs::path& reported) {
+FileContent copy_file_checked(const fs::path& source, const fs::path& copy, const fs::path& reported) {
     constexpr std::size_t k_block = 1U << 20U;
     std::ifstream in{source, std::ios::binary};
     if (!in) refuse(source, "can't be read", "it is missing, or you have no permission to read it");
     std::ofstream out{copy, std::ios::binary | std::ios::trunc};
     if (!out) refuse(reported, "can't be written", "its folder can't be written to, or does not exist");
     std::vector<char> block(k_block);
-    std::uintmax_t copied = 0;
+    ContentDigest digest;
     while (in && out) {
         in.read(block.data(), static_cast<std::streamsize>(block.size()));
         out.write(block.data(), in.gcount());
-        copied += static_cast<std::uintmax_t>(in.gcount());
+        digest.add({block.data(), static_cast<std::size_t>(in.gcount())});
     }
     out.close();
+    const FileContent copied = digest.content();
     std::error_code error;
-    const bool whole = in.eof() && !in.bad() && out.good() && fs::file_size(copy, error) == copied && !error;
+    const bool whole =
+        in.eof() && !in.bad() && out.good() && fs::file_size(copy, error) == copied.size && !error;
     if (!whole) {
         remove_quietly(copy);
         refuse(reported, "can't be written", "the disk may be full");
     }
-    try {
-        flush_for(copy, reported);
-    } catch (const FileError&) {
-        remove_quietly(copy);
-        throw;
-    }
+    return copied;
 }
 
 void remove_leftovers(const fs::path& target) {

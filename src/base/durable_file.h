@@ -1,6 +1,8 @@
 // Files that are written whole or not at all.
 #pragma once
 
+#include "base/file_content.h"
+
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -40,13 +42,15 @@ void move_to_new_name(const std::filesystem::path& finished, const std::filesyst
 void write_whole_file(const std::filesystem::path& target, std::string_view content,
                       const std::vector<std::filesystem::path>& never = {});
 
-/// Copies a file block by block to a new place, checks every written length and the size, and flushes it.
+/// Copies a file block by block to a new place, and checks every written length and the size. The copy is not
+/// flushed: its move to the place of the user's file does that.
 ///
 /// @param reported the file that an error names if the copy can't be written: the one that the
 ///                 copy will replace
+/// @return the content that was written
 /// @throws FileError, with the copy removed
-void copy_file_checked(const std::filesystem::path& source, const std::filesystem::path& copy,
-                       const std::filesystem::path& reported);
+FileContent copy_file_checked(const std::filesystem::path& source, const std::filesystem::path& copy,
+                              const std::filesystem::path& reported);
 
 /// Removes files that killed writers left beside a target under names made by name_beside. Files that a
 /// running program is writing are kept.

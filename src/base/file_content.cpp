@@ -1,32 +1,59 @@
 #include "base/file_content.h"
 
+#include <bit>
+#include <cstring>
 #include <fstream>
 #include <vector>
 
 namespace nivora {
+namespace {
 
 namespace fs = std::filesystem;
 
+/// Each step can be undone, so that one changed word always changes the result. A product carries a
+/// difference only to the bits above it, and the rotation brings it down again; the two products keep a
+/// change of a few bits of one word from being taken back by a change of a few bits of the next.
+std::uint64_t mixed(std::uint64_t state, std::uint64_t word) {
+    constexpr std::uint64_t k_of_word = 0x9E3779B97F4A7C15U;
+    constexpr std::uint64_t k_of_state = 0xD6E8FEB86659FD93U;
+    return std::rotl(state + word * k_of_word, 29) * k_of_state;
+}
+
+}  // namespace
+
+void ContentDigest::add(std::string_view block) {
+    size_ += block.size();
+    std::array<std::uint64_t, 4> words{};
+    for (; block.size() >= sizeof words; block.remove_prefix(sizeof words)) {
+        std::memcpy(words.data(), block.data(), sizeof words);
+        for (std::size_t i = 0; i < words.size(); ++i) lanes_[i] = mixed(lanes_[i], words[i]);
+    }
+    if (block.empty()) return;
+    words.fill(0);  // the size tells an end that is filled up from zeros of the file
+    std::memcpy(words.data(), block.data(), block.size());
+    for (std::size_t i = 0; i < words.size(); ++i) lanes_[i] = mixed(lanes_[i], words[i]);
+}
+
+FileContent ContentDigest::content() const {
+    std::uint64_t digest = size_;
+    for (const std::uint64_t lane : lanes_) digest = mixed(digest, lane);
+    return {.size = size_, .digest = digest};
+}
+
 std::optional<FileContent> file_content(const fs::path& path) {
     constexpr std::size_t k_block = 1U << 20U;
-    constexpr std::uint64_t k_start = 0xCBF29CE484222325U;  // FNV-1a
-    constexpr std::uint64_t k_factor = 0x00000100000001B3U;
     std::error_code unreadable;
     if (!fs::is_regular_file(path, unreadable)) return std::nullopt;
     std::ifstream file{path, std::ios::binary};
     if (!file) return std::nullopt;
-    FileContent content{.size = 0, .digest = k_start};
+    ContentDigest digest;
     std::vector<char> block(k_block);
     while (file) {
         file.read(block.data(), static_cast<std::streamsize>(block.size()));
-        const auto read = static_cast<std::size_t>(file.gcount());
-        for (std::size_t i = 0; i < read; ++i) {
-            content.digest = (content.digest ^ static_cast<unsigned char>(block[i])) * k_factor;
-        }
-        content.size += read;
+        digest.add({block.data(), static_cast<std::size_t>(file.gcount())});
     }
     if (file.bad()) return std::nullopt;
-    return content;
+    return digest.content();
 }
 
 }  // namespace nivora

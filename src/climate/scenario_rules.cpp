@@ -1,4 +1,5 @@
 // The rules of a scenario that need no basin file: its winter end date and the codes of its rows.
+#include "base/single.h"
 #include "climate/scenario_definitions.h"
 
 namespace nivora {
@@ -37,7 +38,7 @@ RowChange set_action(ScenarioRow& row, std::optional<int> code) {
 
 double default_winter_end(DayCount start, DayCount end) {
     const auto half_period = static_cast<float>(static_cast<double>(end - start) / 2.0);
-    return static_cast<double>(start) + (static_cast<double>(half_period) - 1.0);
+    return static_cast<double>(start) + (as_double(half_period) - 1.0);
 }
 
 std::optional<Message> winter_end_problem(const BasinState& basin, std::string_view text) {

@@ -2,6 +2,7 @@
 
 #include "base/entry_refusal.h"
 #include "base/number_text.h"
+#include "base/single.h"
 #include "base/text.h"
 #include "store/table_io.h"
 #include "store/transactions.h"
@@ -78,7 +79,7 @@ std::optional<double> kept_value(FieldType type, double value) {
     if (type == FieldType::Single) {
         const auto rounded = static_cast<float>(value);
         if (std::isinf(rounded)) return std::nullopt;
-        return static_cast<double>(rounded) + 0.0;
+        return as_double(rounded) + 0.0;
     }
     if (value != std::floor(value) || !to_integer16(value)) return std::nullopt;
     return value + 0.0;

@@ -51,10 +51,10 @@ FirstFields first_fields(const ParameterRow& row) {
         const auto rounded = static_cast<float>(value);
         if (!std::isfinite(rounded))
             throw std::invalid_argument("a first value of the parameter table is missing or too large");
-        return static_cast<double>(rounded);
+        return as_double(rounded);
     };
     // Intended: a lag of whole hours, though the field could hold fractions.
-    const auto lag = to_integer16(static_cast<double>(row.lag_hours));
+    const auto lag = to_integer16(as_double(row.lag_hours));
     if (!lag || !row.rca) throw std::invalid_argument("a first value of the parameter table is missing");
     return {{{"LapseRate", single(row.lapse_rate)},
              {"Tcrit", single(row.tcrit)},

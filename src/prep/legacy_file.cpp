@@ -74,7 +74,7 @@ private:
         const auto rounded = static_cast<float>(*value);
         if (!std::isfinite(rounded)) refuse(fmt::format("'{}' is too large", shown_text(text)));
         const bool is_switch = section_ == static_cast<int>(LegacySection::RCA);
-        if (is_switch && !to_integer16(static_cast<double>(rounded)))
+        if (is_switch && !to_integer16(as_double(rounded)))
             refuse(fmt::format("'{}' is too large", shown_text(text)));
         return rounded;
     }

@@ -133,7 +133,7 @@ ParameterRow parameter_row(const LegacyFile& file, std::size_t zone, DayCount da
             .an = value(LegacySection::An),
             .cs = value(LegacySection::Cs),
             .cr = value(LegacySection::Cr),
-            .rca = to_integer16(static_cast<double>(value(LegacySection::RCA))),
+            .rca = to_integer16(as_double(value(LegacySection::RCA))),
             .xcoeff = later ? file.x_later : file.x,
             .ycoeff = later ? file.y_later : file.y};
 }

@@ -40,7 +40,7 @@ const std::string& box(const SimOptionsForm& form, FirstValue which) {
 /// from a Single.
 std::string coefficient_text(double value) {
     const auto single = static_cast<float>(value);
-    return static_cast<double>(single) == value ? single_text(single) : double_text(value);
+    return as_double(single) == value ? single_text(single) : double_text(value);
 }
 
 void fill_first_values(SimOptionsForm& form, const ParameterRow& row) {
@@ -161,7 +161,7 @@ ParameterRow first_values_of(const SimOptionsForm& form) {
     row.cr = single_value(box(form, FirstValue::Cr));
     row.rca = integer_cell(box(form, FirstValue::RCA));
     row.lag_hours = single_value(box(form, FirstValue::LagTime));
-    const auto missing = static_cast<double>(k_missing);
+    const auto missing = as_double(k_missing);
     row.xcoeff = exact_number(box(form, FirstValue::Xcoeff)).value_or(missing);
     row.ycoeff = exact_number(box(form, FirstValue::Ycoeff)).value_or(missing);
     return row;

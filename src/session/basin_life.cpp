@@ -249,8 +249,7 @@ bool BasinLife::Open_DB(const fs::path& path) {
 
 bool BasinLife::copy_to(const fs::path& file) {
     try {
-        copy_over_user_file(session_.basin.Work_File, file);
-        known_content_ = file_content(file);
+        known_content_ = copy_over_user_file(session_.basin.Work_File, file);
         return true;
     } catch (const FileError& error) {
         session_.dialogs.stop(
@@ -357,6 +356,7 @@ void BasinLife::save_as() {
     if (!zones_given() || !Save_Grids(basin.Work_File)) return;
     const auto name = session_.file_names.GetFileName(FileKind::SaveAs, basin.Basin_File);
     if (!name || !copy_to(*name)) return;
+    session_.desktop.close_plots();
     keep_results_outdated(basin);
     window_was_reset(session_);
     basin.Basin_File = *name;
@@ -372,6 +372,7 @@ bool BasinLife::import_file() { return import_basin(session_); }
 
 void BasinLife::imported() {
     BasinState& basin = session_.basin;
+    session_.desktop.close_plots();
     basin_was_imported(session_);
     const auto selected = basin.current_row;  // the imported simulation, or the one from before a Cancel
     Refill_Main_Window();

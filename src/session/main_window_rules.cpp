@@ -1,6 +1,7 @@
 #include "session/main_window_rules.h"
 
 #include "base/number_text.h"
+#include "base/single.h"
 #include "base/text.h"
 #include "session/availability.h"
 #include "store/basin_marks.h"
@@ -50,8 +51,7 @@ std::optional<Limits> limits_of(BasinBox box, Units basin_units) {
 }
 
 std::optional<Message> limits_problem(const Limits& limits, double value) {
-    if (value >= static_cast<double>(limits.low) && value <= static_cast<double>(limits.high))
-        return std::nullopt;
+    if (value >= as_double(limits.low) && value <= as_double(limits.high)) return std::nullopt;
     return Message{.text = limits.text, .title = limits.title, .icon = Icon::Stop};
 }
 
@@ -144,7 +144,7 @@ std::optional<Message> left_box_problem(BasinBox box, const std::string& text, U
     }
     const auto limits = limits_of(box, basin_units);
     if (!limits || trimmed(text).empty()) return std::nullopt;
-    return limits_problem(*limits, static_cast<double>(static_cast<float>(leading_number(text))));
+    return limits_problem(*limits, as_double(static_cast<float>(leading_number(text))));
 }
 
 bool is_checked_number(BasinBox box) { return limits_of(box, Units::Metric).has_value(); }

@@ -5,6 +5,7 @@
 #include "store/basin_check.h"
 #include "store/basin_salvage.h"
 #include "store/database.h"
+#include "store/monthly_table.h"
 
 #include <SQLiteCpp/Backup.h>
 #include <fmt/format.h>
@@ -94,6 +95,10 @@ void copy_checked(BasinDatabase& source, bool without_results, const fs::path& p
         if (without_results) return copy_without_results(source, part);
         guarded([&] {
             SQLite::Database copy{path_text(part), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE};
+            // Nobody reads a part, and nothing takes a change of it back: it is flushed when it is complete,
+            // and else removed.
+            copy.exec("PRAGMA synchronous = OFF");
+            copy.exec("PRAGMA journal_mode = OFF");
             SQLite::Backup backup{copy, source.sql()};
             backup.executeStep(-1);
         });
@@ -169,6 +174,35 @@ fs::path real_file(const fs::path& file) {
     return fs::is_symlink(fs::symlink_status(file)) ? fs::weakly_canonical(file) : file;
 }
 
+/// Copies a user's file into the working file, and completes the copy before it is flushed.
+template <typename Complete>
+bool copy_through_part(const fs::path& user_file, const fs::path& work_file, Complete&& complete) {
+    Copied copied = Copied::Nothing;
+    reaching_files([&] {
+        remove_leftovers(work_file);
+        // A save that was killed may have left its part beside the user's file, as large as the file itself.
+        remove_leftovers(real_file(user_file));
+        const PartFile part{work_file};
+        copied = back_up(user_file, part.path(), work_file);
+        if (copied == Copied::Nothing) copied = copy_interrupted(user_file, part.path(), work_file);
+        complete(part.path());
+        replace_target(part.path(), work_file, keep_writers_out(work_file, k_busy_wait, k_try_again));
+    });
+    return copied == Copied::WithoutResults;
+}
+
+/// Makes the table that a template lacks and that its opening would make with flushes of its own.
+void add_monthly_table(const fs::path& part) {
+    try {
+        BasinDatabase database{part, Access::ReadWrite};
+        database.write_without_flushing();
+        database.execute("PRAGMA journal_mode = MEMORY");
+        Ensure_Monthly_Table(database);
+    } catch (const StoreError&) {
+        // The part is as it was. Its opening tries again, and tells what is wrong.
+    }
+}
+
 }  // namespace
 
 PartFile::PartFile(const fs::path& target) : path_(name_beside(target)) { remove_leftovers(target); }
@@ -186,20 +220,11 @@ void move_basin_to_new_name(const fs::path& finished, const fs::path& target) {
 }
 
 bool copy_into_work_file(const fs::path& user_file, const fs::path& work_file) {
-    Copied copied = Copied::Nothing;
-    reaching_files([&] {
-        remove_leftovers(work_file);
-        // A save that was killed may have left its part beside the user's file, as large as the file itself.
-        remove_leftovers(real_file(user_file));
-        const PartFile part{work_file};
-        copied = back_up(user_file, part.path(), work_file);
-        if (copied == Copied::Nothing) copied = copy_interrupted(user_file, part.path(), work_file);
-        replace_target(part.path(), work_file, keep_writers_out(work_file, k_busy_wait, k_try_again));
-    });
-    return copied == Copied::WithoutResults;
+    return copy_through_part(user_file, work_file, [](const fs::path&) {});
 }
 
-void copy_over_user_file(const fs::path& work_file, const fs::path& user_file) {
+FileContent copy_over_user_file(const fs::path& work_file, const fs::path& user_file) {
+    FileContent written;
     reaching_files([&] {
         const fs::path target = real_file(user_file);
         remove_leftovers(target);
@@ -209,14 +234,15 @@ void copy_over_user_file(const fs::path& work_file, const fs::path& user_file) {
         auto held =
             keep_writers_out(target, std::chrono::milliseconds{0}, "save again, or save under another name");
         const PartFile part{target};
-        copy_file_checked(work_file, part.path(), target);
+        written = copy_file_checked(work_file, part.path(), target);
         keep_mode(target, part.path());
         replace_target(part.path(), target, std::move(held));
     });
+    return written;
 }
 
 void copy_template(const fs::path& template_file, const fs::path& work_file) {
-    copy_into_work_file(template_file, work_file);
+    copy_through_part(template_file, work_file, add_monthly_table);
 }
 
 void clear_leftovers(const fs::path& target) {

@@ -2,6 +2,7 @@
 // a user's file.
 #pragma once
 
+#include "base/file_content.h"
 #include "store/store_error.h"
 
 #include <filesystem>
@@ -41,15 +42,18 @@ bool copy_into_work_file(const std::filesystem::path& user_file, const std::file
 
 /// Replaces a user's file by the working file; the user's file is always complete, old or new.
 ///
-/// The copy is written beside the user's file, flushed, checked for its size and renamed; the folder is
+/// The copy is written beside the user's file, checked for its size, flushed and renamed; the folder is
 /// flushed. The mode of a file that is replaced is kept, and a link stays a link. Leftovers of copies that
 /// were killed are removed. No other program can write into a basin while it is replaced.
 ///
+/// @return what the user's file now holds
 /// @throws FileError, with the user's file unchanged, for example if another program is writing into it, it
 /// is not writable, or the disk is full
-void copy_over_user_file(const std::filesystem::path& work_file, const std::filesystem::path& user_file);
+FileContent copy_over_user_file(const std::filesystem::path& work_file,
+                                const std::filesystem::path& user_file);
 
-/// Replaces the working file by the blank template. @throws FileError, StoreError
+/// Replaces the working file by the blank template, with the table of monthly averages, which the template
+/// need not have. @throws FileError, StoreError
 void copy_template(const std::filesystem::path& template_file, const std::filesystem::path& work_file);
 
 /// Removes the files that killed copies left beside a file.

@@ -49,6 +49,11 @@ void mark_opened(BasinState& basin) {
     basin.results_time.reset();
 }
 
+void mark_results_found(BasinState& basin, bool found, bool inputs_changed) {
+    basin.Output_Valid = found;
+    basin.Input_Changed = inputs_changed;
+}
+
 UnsavedMarks unsaved_marks(const BasinState& basin) { return {basin.Basin_Changed, basin.Input_Changed}; }
 
 void restore_marks(BasinState& basin, const UnsavedMarks& marks) {

@@ -41,6 +41,10 @@ void keep_results_outdated(BasinState& basin);
 /// A basin was read from its file: its results belong to no run of this session.
 void mark_opened(BasinState& basin);
 
+/// A program without a user shows results that it found in a file: whether there are any, and whether they
+/// are to count as made before the inputs changed.
+void mark_results_found(BasinState& basin, bool found, bool inputs_changed = false);
+
 /// The marks of unsaved changes, to be restored if a command that would discard them ends half-way.
 struct UnsavedMarks {
     bool Basin_Changed = false;

@@ -13,7 +13,7 @@ DailyColumns::DailyColumns(int zones, std::size_t fields, DayCount first, DayCou
       first_(first),
       last_(last),
       days_(last < first ? 0 : static_cast<std::size_t>(last - first + 1)),
-      values_(static_cast<std::size_t>(zones_) * fields_ * days_, static_cast<double>(k_missing)) {}
+      values_(static_cast<std::size_t>(zones_) * fields_ * days_, as_double(k_missing)) {}
 
 std::size_t DailyColumns::index(int zone, std::size_t field) const {
     return (static_cast<std::size_t>(zone - 1) * fields_ + field) * days_;
@@ -24,7 +24,7 @@ std::span<const double> DailyColumns::column(int zone, std::size_t field) const 
 }
 
 double DailyColumns::at(int zone, std::size_t field, DayCount day) const {
-    if (zone < 1 || zone > zones_ || day < first_ || day > last_) return static_cast<double>(k_missing);
+    if (zone < 1 || zone > zones_ || day < first_ || day > last_) return as_double(k_missing);
     return column(zone, field)[static_cast<std::size_t>(day - first_)];
 }
 

@@ -3,6 +3,7 @@
 #include "store/table_io.h"
 
 #include <SQLiteCpp/Statement.h>
+#include <fmt/format.h>
 
 namespace nivora {
 namespace {
@@ -36,6 +37,53 @@ std::vector<StoredDay> read_days(SQLite::Statement& query) {
         day.row = query.getColumn(2).getInt64();
     }
     return rows;
+}
+
+/// Reads the extent from the first four values of a row. The columns bear the same names in every query,
+/// since a refusal tells the name.
+RecordExtent read_extent(SQLite::Statement& query) {
+    RecordExtent record;
+    record.count = query.getColumn(0).getInt64();
+    std::int16_t zones = 0;
+    read_value(query, 1, zones);
+    record.zones = zones;
+    read_value(query, 2, record.first);
+    read_value(query, 3, record.last);
+    return record;
+}
+
+/// Whether an index of all rows leads from the zone to the date.
+bool has_key(BasinDatabase& database, const std::string& table) {
+    SQLite::Statement query{
+        database.sql(),
+        "SELECT EXISTS (SELECT 1 FROM pragma_index_list(?) AS list WHERE NOT list.partial AND "
+        "(SELECT lower(group_concat(name)) FROM pragma_index_info(list.name)) = 'zone,date')"};
+    query.bind(1, table);
+    return query.executeStep() && query.getColumn(0).getInt() != 0;
+}
+
+/// The extent from the ends of each zone's days in the key, whatever their number. The walk from zone to zone
+/// ends with Null, which stands for the rows without a zone.
+///
+/// @return nothing for a table with so many zones that reading all rows is faster, or with a zone that is not
+///         a number, which the engine may compare in another way than it orders the key
+std::optional<RecordExtent> extent_along_key(BasinDatabase& database, const std::string& table) {
+    constexpr int k_most_steps = 64;  // a basin has 16 zones at most
+    SQLite::Statement query{
+        database.sql(),
+        fmt::format("WITH RECURSIVE steps(n) AS (SELECT min(Zone) FROM {0} UNION ALL "
+                    "SELECT (SELECT min(Zone) FROM {0} WHERE Zone > steps.n) FROM steps WHERE n IS NOT NULL "
+                    "LIMIT {1}) "
+                    "SELECT (SELECT count(*) FROM {0}) - "
+                    "sum((SELECT count(*) FROM {0} WHERE Zone IS steps.n AND Date IS NULL)), "
+                    "(SELECT max(Zone) FROM {0}) AS \"max(Zone)\", "
+                    "min((SELECT min(Date) FROM {0} WHERE Zone IS steps.n)) AS \"min(Date)\", "
+                    "max((SELECT max(Date) FROM {0} WHERE Zone IS steps.n)) AS \"max(Date)\", "
+                    "count(*), total(typeof(n) NOT IN ('integer', 'real', 'null')) FROM steps",
+                    "main." + quoted_name(table), k_most_steps)};
+    if (!query.executeStep()) return std::nullopt;
+    if (query.getColumn(4).getInt() >= k_most_steps || query.getColumn(5).getInt() > 0) return std::nullopt;
+    return read_extent(query);
 }
 
 }  // namespace
@@ -85,17 +133,14 @@ std::int64_t count_days(BasinDatabase& database, std::string_view table, const P
 
 RecordExtent scan_daily_table(BasinDatabase& database, std::string_view table) {
     return guarded([&] {
-        SQLite::Statement query{database.sql(), "SELECT count(Date), max(Zone), min(Date), max(Date) FROM " +
-                                                    quoted_name(database.existing_table(table))};
-        RecordExtent record;
-        if (!query.executeStep()) return record;
-        record.count = query.getColumn(0).getInt64();
-        std::int16_t zones = 0;
-        read_value(query, 1, zones);
-        record.zones = zones;
-        read_value(query, 2, record.first);
-        read_value(query, 3, record.last);
-        return record;
+        const std::string name = database.existing_table(table);
+        if (has_key(database, name)) {
+            if (const auto record = extent_along_key(database, name)) return *record;
+        }
+        SQLite::Statement query{
+            database.sql(),
+            "SELECT count(Date), max(Zone), min(Date), max(Date) FROM main." + quoted_name(name)};
+        return query.executeStep() ? read_extent(query) : RecordExtent{};
     });
 }
 

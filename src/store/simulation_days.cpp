@@ -9,10 +9,11 @@ namespace nivora {
 namespace {
 
 /// The zones of the record, found one by one through the key of the table, so that the cost of a query
-/// depends on the requested days and not on the length of the record.
+/// depends on the requested days and not on the length of the record. Tables are named with their database,
+/// since a simulation may be called zones.
 constexpr const char* k_zones_of_record =
-    "zones(n) AS (SELECT min(Zone) FROM PhysicalData UNION ALL "
-    "SELECT (SELECT min(Zone) FROM PhysicalData WHERE Zone > n) FROM zones WHERE n IS NOT NULL)";
+    "zones(n) AS (SELECT min(Zone) FROM main.PhysicalData UNION ALL "
+    "SELECT (SELECT min(Zone) FROM main.PhysicalData WHERE Zone > zones.n) FROM zones WHERE n IS NOT NULL)";
 
 }  // namespace
 
@@ -26,8 +27,8 @@ std::vector<SimulationDay> read_simulation_days(BasinDatabase& database, const s
             database.sql(),
             fmt::format("WITH RECURSIVE {} SELECT p.Date, p.Zone, Runoff, Tmax, Tmin, Tavg, Precip, SCA, "
                         "NetRadiation, LapseRate, Tcrit, An, LagTime, Cs, Cr, RCA, Xcoeff, Ycoeff "
-                        "FROM zones CROSS JOIN PhysicalData AS p CROSS JOIN {} AS s "
-                        "WHERE p.Zone = n AND p.Date >= ?1 AND p.Date <= ?2 "
+                        "FROM zones CROSS JOIN main.PhysicalData AS p CROSS JOIN main.{} AS s "
+                        "WHERE p.Zone = zones.n AND p.Date >= ?1 AND p.Date <= ?2 "
                         "AND s.Zone = +p.Zone AND s.Date = +p.Date ORDER BY p.Zone, p.Date",
                         k_zones_of_record, parameters)};
         query.bind(1, period.start);
@@ -56,8 +57,8 @@ DayDischarge discharge_of_day(BasinDatabase& database, DayCount day) {
     return guarded([&] {
         SQLite::Statement query{
             database.sql(),
-            fmt::format("WITH RECURSIVE {} SELECT Runoff FROM zones CROSS JOIN PhysicalData AS p "
-                        "WHERE p.Zone = n AND p.Date = ? ORDER BY p.Zone",
+            fmt::format("WITH RECURSIVE {} SELECT Runoff FROM zones CROSS JOIN main.PhysicalData AS p "
+                        "WHERE p.Zone = zones.n AND p.Date = ? ORDER BY p.Zone",
                         k_zones_of_record)};
         query.bind(1, day);
         DayDischarge discharge;

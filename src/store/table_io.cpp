@@ -1,5 +1,6 @@
 #include "store/table_io.h"
 
+#include "base/single.h"
 #include "base/text.h"
 
 #include <fmt/format.h>
@@ -47,7 +48,7 @@ void bind_value(SQLite::Statement& statement, int position, double value) {
 }
 
 void bind_value(SQLite::Statement& statement, int position, float value) {
-    bind_value(statement, position, static_cast<double>(value));
+    bind_value(statement, position, as_double(value));
 }
 
 void bind_value(SQLite::Statement& statement, int position, std::int16_t value) {
@@ -128,7 +129,7 @@ double read_number(SQLite::Statement& row, int position, FieldType type) {
     if (type == FieldType::Single) {
         float value = 0.0F;
         read_value(row, position, value);
-        return static_cast<double>(value);
+        return as_double(value);
     }
     double value = 0.0;
     read_value(row, position, value);

@@ -65,9 +65,7 @@ protected:
         public:
             Answer message(const Message& /*message*/) override { return Answer::Ok; }
             std::optional<std::string> input(const InputBox& box) override { return box.proposed; }
-            std::optional<std::filesystem::path> file(const FileQuestion& /*question*/) override {
-                return {};
-            }
+            std::optional<FileAnswer> file(const FileQuestion& /*question*/) override { return {}; }
         } ok;
         try {
             WinterReport written{basin, run, climate, report_time()};

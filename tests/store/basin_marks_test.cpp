@@ -79,5 +79,19 @@ TEST(BasinMarks, TheFirstStepOfAnEvaluationLeavesResultsAndUnsavedInput) {
     EXPECT_TRUE(basin.Input_Changed);
 }
 
+TEST(BasinMarks, ResultsFoundInAFileCountAsAsked) {
+    BasinState basin;
+    mark_results_found(basin, true);
+    EXPECT_TRUE(basin.Output_Valid);
+    EXPECT_FALSE(basin.Input_Changed);
+    mark_results_found(basin, true, true);
+    EXPECT_TRUE(basin.Output_Valid);
+    EXPECT_TRUE(basin.Input_Changed);
+    mark_results_found(basin, false);
+    EXPECT_FALSE(basin.Output_Valid);
+    EXPECT_FALSE(basin.Input_Changed);
+    EXPECT_FALSE(basin.Basin_Changed);
+}
+
 }  // namespace
 }  // namespace nivora

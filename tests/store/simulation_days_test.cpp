@@ -57,6 +57,13 @@ TEST_F(SimulationDays, AreThoseThatBothTablesHaveZoneByZone) {
     EXPECT_THAT(days({103, 200}), IsEmpty());
 }
 
+TEST_F(SimulationDays, OfASimulationCalledZonesAreThoseOfItsTable) {
+    add_variables({{.zone = 1, .date = 100}});
+    database_.create_table(parameter_table("zones"));
+    add_rows<ParameterRow>(database_, parameter_table("zones"), std::vector{parameters(1, 100)});
+    EXPECT_EQ(read_simulation_days(database_, "zones", {100, 100}).size(), 1U);
+}
+
 TEST_F(SimulationDays, HaveTheFieldsOfBothTables) {
     add_variables({{.zone = 1,
                     .date = 100,

@@ -51,7 +51,7 @@ float MonthModel::value(int row, int column) const {
 
 QString MonthModel::text(int row, int column) const {
     if (column == 0) return QString::fromUtf8(k_month_names.at(static_cast<std::size_t>(row)));
-    return to_qt(format_number(static_cast<double>(value(row, column)), "0.00"));
+    return to_qt(format_number(as_double(value(row, column)), "0.00"));
 }
 
 QString MonthModel::whole_text(int row, int column) const {
