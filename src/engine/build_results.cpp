@@ -54,6 +54,28 @@ bool accepts_initial_runoff(const RunState& run, float prior, float first_runoff
     return dialogs.message(question) == Answer::Ok;
 }
 
+/// What a run reads of the basin.
+struct SourceRows {
+    float prior_runoff = k_no_prior_runoff;
+    std::vector<SimulationDay> days;  ///< none, after messages, if the run cannot start
+};
+
+SourceRows read_source(BasinDatabase& database, const BasinState& basin, RunState& run, Dialogs& dialogs) {
+    const Simulation& simulation = *basin.current_simulation();
+    const DayCount start = *simulation.start;
+    const DayCount end = *simulation.end;
+    run.MonthDays[2] = february_days(start, end);
+    SourceRows source;
+    try {
+        source.prior_runoff = prior_runoff(database, start - 1);
+    } catch (const StoreError&) {
+        source.prior_runoff = k_no_prior_runoff;  // the query below tells what is wrong with the table
+    }
+    source.days = source_rows_or_message(database, basin, start, end, dialogs);
+    if (source.days.empty()) dialogs.message(missing_data_message(basin));
+    return source;
+}
+
 void fill_row(SimResults& t, std::size_t row, const SimulationDay& source, bool no_snow) {
     t.Zone[row] = source.zone;
     t.Date[row] = source.date;
@@ -77,6 +99,22 @@ void fill_row(SimResults& t, std::size_t row, const SimulationDay& source, bool 
     t.SCAclim[row] = t.SCAclimWA[row] = t.SCAclimWAMA[row] = 0.0F;
     t.MDCincl[row] = t.MDCexcl[row] = t.MDCexclWA[row] = t.MDCexclWAnew[row] = t.MeltOffset[row] = 0.0F;
     t.DailyQPresent[row] = 0.0;
+}
+
+/// Fills the table after the question about the initial runoff, which may stop the run.
+/// @return whether the table has the zones of the basin
+bool fill_table(BuiltResults& built, const SourceRows& source, const BasinState& basin, const RunState& run,
+                Dialogs& dialogs) {
+    if (!accepts_initial_runoff(run, source.prior_runoff, source.days.front().runoff, dialogs)) {
+        built.Status = 1;
+        return false;
+    }
+    built.results.resize(source.days.size());
+    for (std::size_t row = 0; row < source.days.size(); ++row)
+        fill_row(built.results, row, source.days[row], run.NoSnow);
+    if (static_cast<double>(source.days.back().zone) == leading_number(basin.zones_text)) return true;
+    dialogs.stop("# of zones with variable and parameter values don't match basin definition", "Fatal error");
+    return false;
 }
 
 /// Replaces the table in the file; returns nothing, after a message, if the store reports an error.
@@ -132,44 +170,30 @@ int february_days(DayCount start, DayCount end) {
 BuiltResults Build_SimResults(BasinDatabase& database, const BasinState& basin, RunState& run,
                               Dialogs& dialogs, const ApplyScenario& apply_scenario) {
     BuiltResults built;
-    const Simulation& simulation = *basin.current_simulation();
-    const DayCount start = *simulation.start;
-    const DayCount end = *simulation.end;
-    run.MonthDays[2] = february_days(start, end);
-
-    float prior = k_no_prior_runoff;
-    std::vector<SimulationDay> source;
-    try {
-        prior = prior_runoff(database, start - 1);
-    } catch (const StoreError&) {
-        prior = k_no_prior_runoff;  // the query for the run's own data tells what is wrong with the table
-    }
-    source = source_rows_or_message(database, basin, start, end, dialogs);
-    if (source.empty()) {
+    const SourceRows source = read_source(database, basin, run, dialogs);
+    if (source.days.empty()) {
         built.Status = 1;
-        dialogs.message(missing_data_message(basin));
         return built;
     }
-
     built.replacement = replace_or_message(database, dialogs);
     if (!built.replacement) {
         built.results = remaining_results(database);
         return built;
     }
-    if (!accepts_initial_runoff(run, prior, source.front().runoff, dialogs)) {
-        built.Status = 1;
-        return built;
-    }
-    built.results.resize(source.size());
-    for (std::size_t row = 0; row < source.size(); ++row)
-        fill_row(built.results, row, source[row], run.NoSnow);
-
-    if (static_cast<double>(source.back().zone) != leading_number(basin.zones_text)) {
-        dialogs.stop("# of zones with variable and parameter values don't match basin definition",
-                     "Fatal error");
-        return built;
-    }
+    if (!fill_table(built, source, basin, run, dialogs)) return built;
     if (run.ClimateStep == 1 && apply_scenario) built.Status = apply_scenario(database, built.results);
+    return built;
+}
+
+BuiltResults build_results_in_memory(BasinDatabase& database, const BasinState& basin, RunState& run,
+                                     Dialogs& dialogs) {
+    BuiltResults built;
+    const SourceRows source = read_source(database, basin, run, dialogs);
+    if (source.days.empty()) {
+        built.Status = 1;
+    } else {
+        static_cast<void>(fill_table(built, source, basin, run, dialogs));
+    }
     return built;
 }
 

@@ -45,4 +45,8 @@ struct BuiltResults {
 [[nodiscard]] BuiltResults Build_SimResults(BasinDatabase& database, const BasinState& basin, RunState& run,
                                             Dialogs& dialogs, const ApplyScenario& apply_scenario);
 
+/// The same rows of a plain run, with the same messages, without a table in the file, which is only read.
+[[nodiscard]] BuiltResults build_results_in_memory(BasinDatabase& database, const BasinState& basin,
+                                                   RunState& run, Dialogs& dialogs);
+
 }  // namespace nivora

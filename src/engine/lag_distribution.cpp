@@ -15,7 +15,7 @@ std::optional<Message> lag_day_count_problem(double days) {
 std::string lag_total_text(std::span<const std::string> shares) {
     float total = 0.0F;
     for (const std::string& share : shares) {
-        total = static_cast<float>(static_cast<double>(total) + leading_number(share));
+        total = static_cast<float>(as_double(total) + leading_number(share));
     }
     return single_text(total);
 }

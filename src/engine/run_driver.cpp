@@ -12,6 +12,8 @@
 
 #include <fmt/format.h>
 
+#include <utility>
+
 namespace nivora {
 namespace {
 
@@ -47,12 +49,14 @@ std::optional<RunMenuProblem> first_zone_problem(const BasinState& basin) {
 
 std::string title_of(const char* caption) { return std::string{caption}.substr(1); }
 
-/// Writes the rows to the file; false, after a message, if the store reports an error.
+/// Writes the rows to the file; false, after a message, if the store reports an error. The old table is in
+/// the file then.
 bool store_results(BuiltResults& built, RunContext context) {
     if (!built.replacement) return false;
     try {
         built.replacement->commit(built.results);
         built.replacement.reset();
+        mark_basin_changed(context.basin);
         mark_results_stored(context.basin);
         return true;
     } catch (const StoreError& error) {
@@ -114,25 +118,50 @@ bool prepare_run(RunContext context, int index) {
 /// Who asks about a blank latitude: the run, after its table is built, or its caller before the run.
 enum class LatitudeQuestion { Here, AnsweredBefore };
 
-RunOutcome run_on(BasinDatabase& database, RunContext context, LatitudeQuestion latitude) {
-    RunOutcome outcome;
-    BuiltResults built = Build_SimResults(database, context.basin, context.run, context.dialogs, nullptr);
-    outcome.results_rebuilt = built.replacement != nullptr;
-    if (outcome.results_rebuilt) mark_basin_changed(context.basin);
-    const bool goes_on = built.Status != 1 && (latitude == LatitudeQuestion::AnsweredBefore ||
-                                               accepts_blank_latitude(context.basin, context.dialogs));
-    if (!goes_on) {
-        if (store_results(built, context)) mark_outcome(context, false);
-        return outcome;
-    }
+/// The stages of the run on a table that was built, and what they leave beside it.
+/// @return whether all stages were completed
+bool run_stages(BuiltResults& built, RunContext context, RunOutcome& outcome) {
     RunState& run = context.run;
     run.notes = days_without_rows(built.results, context.basin.ZoneCount, run.RunStart, run.RunEnd);
     const bool reached_end = Run_Model(built.results, context, outcome.statistics);
-    const bool stored = store_results(built, context);
-    outcome.completed = reached_end && stored;
-    mark_outcome(context, outcome.completed);
-    Prepare_Zone_Totals(built.results, context.basin.ZoneCount, context.run);
+    Prepare_Zone_Totals(built.results, context.basin.ZoneCount, run);
+    return reached_end;
+}
+
+/// Only a table that is in the file takes the marks of the former one away.
+RunOutcome run_on(BasinDatabase& database, RunContext context, LatitudeQuestion latitude) {
+    RunOutcome outcome;
+    BuiltResults built = Build_SimResults(database, context.basin, context.run, context.dialogs, nullptr);
+    const bool goes_on = built.Status != 1 && (latitude == LatitudeQuestion::AnsweredBefore ||
+                                               accepts_blank_latitude(context.basin, context.dialogs));
+    const bool reached_end = goes_on && run_stages(built, context, outcome);
+    outcome.results_rebuilt = store_results(built, context);
+    outcome.completed = reached_end && outcome.results_rebuilt;
+    if (outcome.results_rebuilt) mark_outcome(context, outcome.completed);
     return outcome;
+}
+
+/// Puts the former state of a run back at its end, unless the new one is kept.
+class FormerState {
+public:
+    explicit FormerState(RunState& run) : run_(run), former_(run) {}
+    FormerState(const FormerState&) = delete;
+    FormerState& operator=(const FormerState&) = delete;
+    ~FormerState() {
+        if (!discarded_) run_ = std::move(former_);
+    }
+    void discard() { discarded_ = true; }
+
+private:
+    RunState& run_;
+    RunState former_;
+    bool discarded_ = false;
+};
+
+bool choose(RunContext context, const RunChoice& choice) {
+    if (choice.forecast) return choose_forecast(context.run, context.dialogs, choice.index);
+    choose_simulation(context.run);
+    return true;
 }
 
 }  // namespace
@@ -248,6 +277,23 @@ RunOutcome start_run(RunContext context, int index) {
 RunOutcome start_run(BasinDatabase& database, RunContext context, int index) {
     if (!prepare_run(context, index)) return {};
     return run_on(database, context, LatitudeQuestion::AnsweredBefore);
+}
+
+bool run_without_storing(BasinDatabase& database, RunContext context, int index) {
+    if (!prepare_run(context, index)) return false;
+    BuiltResults built = build_results_in_memory(database, context.basin, context.run, context.dialogs);
+    RunOutcome outcome;
+    return built.Status != 1 && run_stages(built, context, outcome);
+}
+
+RunOutcome choose_and_run(RunContext context, const RunChoice& choice,
+                          const std::function<RunOutcome()>& start) {
+    FormerState former{context.run};
+    if (!choose(context, choice)) return {};
+    const RunOutcome outcome = start();
+    if (!outcome.results_rebuilt) return {};
+    former.discard();
+    return outcome;
 }
 
 }  // namespace nivora

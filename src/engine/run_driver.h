@@ -6,6 +6,7 @@
 #include "engine/run_state.h"
 #include "engine/run_statistics.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -60,7 +61,7 @@ void choose_simulation(RunState& run);
 
 /// How a run ended.
 struct RunOutcome {
-    bool results_rebuilt = false;  ///< the old results table is gone
+    bool results_rebuilt = false;  ///< the file has a new results table, complete or not
     bool completed = false;        ///< all stages were completed and the table is in the file
     StatisticsReach statistics = StatisticsReach::Nothing;  ///< the statistics that were computed
 };
@@ -73,7 +74,8 @@ struct RunOutcome {
 
 /// Runs the current simulation over its period, with the results table read from and left in the working
 /// file, and the notes on the run in `run`. Once the old table is gone,
-/// only a completed run leaves valid results.
+/// only a completed run leaves valid results. A table that could not be stored leaves the old one with its
+/// marks.
 ///
 /// @param index 0 melt season, 1 year round; after choose_simulation or choose_forecast
 RunOutcome start_run(RunContext context, int index);
@@ -81,5 +83,26 @@ RunOutcome start_run(RunContext context, int index);
 /// The same in a file that the caller has open. The caller asks accepts_blank_latitude before, so that the
 /// answer No leaves the file unchanged.
 RunOutcome start_run(BasinDatabase& database, RunContext context, int index);
+
+/// Runs the current simulation for what a run leaves in `run` beside its table, which is computed in memory:
+/// the file is only read, and the marks of its results in `run` and the basin stay. The latitude is not asked
+/// about.
+/// @return whether all stages were completed
+[[nodiscard]] bool run_without_storing(BasinDatabase& database, RunContext context, int index);
+
+/// A command of the Run menu.
+struct RunChoice {
+    bool forecast = false;
+    int index = 0;  ///< 0 melt season, 1 year round
+};
+
+/// Makes a choice of the Run menu and starts the run. If the run was refused or cancelled, or if its table
+/// could not be stored, so that the file keeps its results, `context.run` still describes those: it is as
+/// before.
+///
+/// @param start starts the run by start_run, after what the caller has to do between choice and run
+/// @return the outcome of the run; nothing of one that left the file as it was
+RunOutcome choose_and_run(RunContext context, const RunChoice& choice,
+                          const std::function<RunOutcome()>& start);
 
 }  // namespace nivora

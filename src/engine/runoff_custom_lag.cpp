@@ -30,11 +30,15 @@ private:
     std::vector<double> inputs_;
 };
 
-std::vector<double> daily_inputs(const StepColumns& columns, const RunoffBasin& basin,
+std::vector<double> daily_inputs(const StepColumns& columns, const RunoffBasin& basin, const RunRows& rows,
                                  const std::vector<DayRows>& days, RunState& run) {
+    const FullTableInputs table{columns, basin, rows, run};
     std::vector<double> inputs;
     inputs.reserve(days.size());
-    for (const DayRows& rows : days) inputs.push_back(day_input(columns, basin, rows, run).flow);
+    for (std::size_t day = 0; day < days.size(); ++day) {
+        const DayInput input = table.computed() ? table.day(day) : day_input(columns, basin, days[day], run);
+        inputs.push_back(input.flow);
+    }
     return inputs;
 }
 
@@ -52,7 +56,7 @@ bool Runoff_Custom_Lag(SimResults& results, const RunRows& rows, const BasinInpu
     const StepColumns columns = step_columns(results, run.ClimateStep);
     const RunoffBasin constants = runoff_basin(inputs);
     const std::vector<DayRows> days = days_of(rows.by_day, constants.zones);
-    const std::vector<double> flows = daily_inputs(columns, constants, days, run);
+    const std::vector<double> flows = daily_inputs(columns, constants, rows, days, run);
     if (days.empty()) return true;
 
     const std::size_t room = days_with_input(inputs);

@@ -17,10 +17,12 @@ constexpr const char* k_recession_text =
     " Present x, y recession coefficient values result in k => 1 which was replaced by the limit k = 0.99 in "
     "order to avoid impossible results.  The user is advised to select new x and y values to keep k < 1. ";
 
-void add_climate_sums(RunState& run, std::size_t zone, float zonal_melt, float new_melt, float rain) {
-    if (run.ClimateStep < 1 || run.ClimateStep > 3) return;
-    if (zone > k_climate_zones) return;  // sums are kept for nine zones only; the run continues
-    auto& sums = run.ClimateSums[zone][static_cast<std::size_t>(run.ClimateStep)];
+/// Whether the step keeps climate sums, and for this zone: they are kept for nine zones only.
+bool keeps_climate_sums(const RunState& run, std::size_t zone) {
+    return run.ClimateStep >= 1 && run.ClimateStep <= 3 && zone <= k_climate_zones;
+}
+
+void add_climate_sums(std::array<float, 5>& sums, float zonal_melt, float new_melt, float rain) {
     const auto add = [](float& sum, double value) {
         const auto result = static_cast<float>(as_double(sum) + value);
         if (std::isfinite(result)) sum = result;
@@ -32,6 +34,20 @@ void add_climate_sums(RunState& run, std::size_t zone, float zonal_melt, float n
     add(sums[2], melt);
     add(sums[3], wet);
     add(sums[4], fresh);
+}
+
+std::array<float, 5>& climate_sums(RunState& run, std::size_t zone) {
+    return run.ClimateSums[zone][static_cast<std::size_t>(run.ClimateStep)];
+}
+
+double snow_cover_melt(float cover, float degree_days, float degree_day_factor) {
+    return as_double(cover) * (as_double(degree_days) * as_double(degree_day_factor));
+}
+
+/// The depth of water of a zone that runs off.
+double runoff_depth(float rain_coefficient, float fresh, float rain, float snow_coefficient, float melt) {
+    return as_double(rain_coefficient) * (as_double(fresh) + as_double(rain)) +
+           as_double(snow_coefficient) * as_double(melt);
 }
 
 }  // namespace
@@ -61,18 +77,70 @@ DayInput day_input(const StepColumns& columns, const RunoffBasin& basin, DayRows
         const std::size_t row = rows[i];
         const std::size_t zone = i + 1;
         if (columns.precipitation[row] >= basin.threshold) input.heavy_rain = true;
-        assign_field(columns.zonal_melt[row],
-                     as_double(columns.cover[row]) *
-                         (as_double(columns.degree_days[row]) * as_double(columns.degree_day_factor[row])));
+        assign_field(columns.zonal_melt[row], snow_cover_melt(columns.cover[row], columns.degree_days[row],
+                                                              columns.degree_day_factor[row]));
         const float melt = columns.zonal_melt[row];
         const float fresh = columns.runoff_melt[row];
         const float rain = columns.rain[row];
-        add_climate_sums(run, zone, melt, fresh, rain);
-        const double depth = as_double(columns.rain_coefficient[row]) * (as_double(fresh) + as_double(rain)) +
-                             as_double(columns.snow_coefficient[row]) * as_double(melt);
+        if (keeps_climate_sums(run, zone)) add_climate_sums(climate_sums(run, zone), melt, fresh, rain);
+        const double depth =
+            runoff_depth(columns.rain_coefficient[row], fresh, rain, columns.snow_coefficient[row], melt);
         assign_if_number(input.flow, input.flow + basin.depth_to_flow[zone] * depth);
     }
     return input;
+}
+
+FullTableInputs::FullTableInputs(const StepColumns& columns, const RunoffBasin& basin, const RunRows& rows,
+                                 RunState& run)
+    : columns_(columns), basin_(basin), run_(run), days_(rows.days_of_full_table) {
+    if (days_ == 0 || columns.zonal_melt.size() != basin.zones * days_) return;
+    flows_.assign(days_, 0.0);
+    heavy_.assign(days_, 0);
+    former_melt_.assign(columns.zonal_melt.begin(), columns.zonal_melt.end());
+    former_sums_ = run.ClimateSums;
+    for (std::size_t zone = 1; zone <= basin.zones; ++zone) work_zone(zone);
+    // A term that is missing or too large makes the sum of its day so, and no later term makes it finite
+    // again.
+    computed_ = std::all_of(flows_.begin(), flows_.end(), [](double flow) { return std::isfinite(flow); });
+    if (!computed_) undo();
+}
+
+void FullTableInputs::work_zone(std::size_t zone) {
+    const std::size_t first = (zone - 1) * days_;
+    const float* cover = columns_.cover.data() + first;
+    const float* degree_days = columns_.degree_days.data() + first;
+    const float* factor = columns_.degree_day_factor.data() + first;
+    const float* fresh = columns_.runoff_melt.data() + first;
+    const float* rain = columns_.rain.data() + first;
+    const float* rain_coefficient = columns_.rain_coefficient.data() + first;
+    const float* snow_coefficient = columns_.snow_coefficient.data() + first;
+    const float* precipitation = columns_.precipitation.data() + first;
+    float* melt = columns_.zonal_melt.data() + first;
+    double* flow = flows_.data();
+    std::uint32_t* heavy = heavy_.data();
+    const double depth_to_flow = basin_.depth_to_flow[zone];
+    const float threshold = basin_.threshold;
+    const std::size_t days = days_;
+    for (std::size_t day = 0; day < days; ++day)
+        melt[day] = static_cast<float>(snow_cover_melt(cover[day], degree_days[day], factor[day]));
+    for (std::size_t day = 0; day < days; ++day) {
+        flow[day] += depth_to_flow * runoff_depth(rain_coefficient[day], fresh[day], rain[day],
+                                                  snow_coefficient[day], melt[day]);
+    }
+    for (std::size_t day = 0; day < days; ++day)
+        heavy[day] |= static_cast<std::uint32_t>(precipitation[day] >= threshold);
+    if (keeps_climate_sums(run_, zone)) sum_climate(zone);
+}
+
+void FullTableInputs::sum_climate(std::size_t zone) {
+    auto& sums = climate_sums(run_, zone);
+    for (std::size_t row = (zone - 1) * days_; row < zone * days_; ++row)
+        add_climate_sums(sums, columns_.zonal_melt[row], columns_.runoff_melt[row], columns_.rain[row]);
+}
+
+void FullTableInputs::undo() {
+    std::copy(former_melt_.begin(), former_melt_.end(), columns_.zonal_melt.begin());
+    run_.ClimateSums = former_sums_;
 }
 
 bool is_heavy_on_average(const StepColumns& columns, const RunoffBasin& basin, DayRows rows, double& share) {

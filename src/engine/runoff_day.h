@@ -52,6 +52,34 @@ struct DayInput {
 [[nodiscard]] DayInput day_input(const StepColumns& columns, const RunoffBasin& basin, DayRows rows,
                                  RunState& run);
 
+/// The sums of all days of a full table, computed zone by zone before the days are worked.
+class FullTableInputs {
+public:
+    /// Computes the sums as `day_input` does for each day; where the table is not full, or a sum is missing
+    /// or too large, it computes and changes nothing.
+    FullTableInputs(const StepColumns& columns, const RunoffBasin& basin, const RunRows& rows, RunState& run);
+
+    [[nodiscard]] bool computed() const { return computed_; }
+    [[nodiscard]] DayInput day(std::size_t day) const { return {flows_[day], heavy_[day] != 0}; }
+
+    /// Puts zonal melt and the climate sums back as they were, for a run that ends before its last day.
+    void undo();
+
+private:
+    void work_zone(std::size_t zone);
+    void sum_climate(std::size_t zone);
+
+    const StepColumns& columns_;
+    const RunoffBasin& basin_;
+    RunState& run_;
+    std::size_t days_;
+    bool computed_ = false;
+    std::vector<double> flows_;
+    std::vector<std::uint32_t> heavy_;
+    std::vector<float> former_melt_;
+    decltype(RunState::ClimateSums) former_sums_;
+};
+
 /// Whether the mean depth of the day's rain over the basin reaches the threshold: precipitation of the zones
 /// that are warm enough, on the snow-free part alone where the zone's switch is 0. A mean too large for a
 /// Single does not count.

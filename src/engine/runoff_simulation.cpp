@@ -16,12 +16,15 @@ public:
           columns_(step_columns(results, run.ClimateStep)),
           basin_(runoff_basin(inputs)),
           days_(days_of(rows.by_day, basin_.zones)),
+          inputs_(columns_, basin_, rows, run),
           recession_(run.InitialRunoff),
           next_update_(run.UpdateInterval) {}
 
     bool work() {
         for (std::size_t day = 0; day < days_.size(); ++day) {
-            if (!work_day(day)) return false;
+            if (work_day(day)) continue;
+            forget_days_after(day);
+            return false;
         }
         if (!days_.empty()) keep_final();
         return true;
@@ -30,9 +33,18 @@ public:
 private:
     [[nodiscard]] std::size_t first_row(std::size_t day) const { return days_[day].front(); }
 
+    /// After a cancel the table holds the zonal melt of the days up to it and no later ones.
+    void forget_days_after(std::size_t last) {
+        if (!inputs_.computed()) return;
+        inputs_.undo();
+        for (std::size_t day = 0; day <= last; ++day)
+            static_cast<void>(day_input(columns_, basin_, days_[day], run_));
+    }
+
     bool work_day(std::size_t day) {
         const std::size_t row = first_row(day);
-        const DayInput input = day_input(columns_, basin_, days_[day], run_);
+        const DayInput input =
+            inputs_.computed() ? inputs_.day(day) : day_input(columns_, basin_, days_[day], run_);
         if (day == 0) {
             lag_.start(input.flow);
             assign_field(columns_.total_melt[row], input.flow);
@@ -90,6 +102,7 @@ private:
     StepColumns columns_;
     RunoffBasin basin_;
     std::vector<DayRows> days_;
+    FullTableInputs inputs_;
     Recession recession_;
     LagSpread lag_;
     double rain_share_ = 0.0;

@@ -33,8 +33,12 @@ std::size_t days_of_full_table(const SimResults& results, DayCount first, DayCou
 }
 
 /// The two orders of a full table follow from its shape.
-RunRows rows_of_full_table(std::size_t rows, std::size_t days) {
+RunRows rows_of_full_table(const SimResults& results, std::size_t days) {
+    const std::size_t rows = results.size();
     RunRows orders{RowOrder(rows), RowOrder(rows)};
+    const bool counts_from_one =
+        results.Zone.front() == 1 && static_cast<std::size_t>(results.Zone.back()) == rows / days;
+    if (counts_from_one) orders.days_of_full_table = days;
     std::iota(orders.by_zone.begin(), orders.by_zone.end(), 0U);
     std::size_t next = 0;
     for (std::size_t day = 0; day < days; ++day) {
@@ -101,7 +105,7 @@ void SimResults::resize(std::size_t rows) {
 
 RunRows run_rows(const SimResults& results, DayCount first, DayCount last) {
     const std::size_t days = days_of_full_table(results, first, last);
-    if (days > 0) return rows_of_full_table(results.size(), days);
+    if (days > 0) return rows_of_full_table(results, days);
     StoredRows stored = rows_of_period(results, first, last);
     if (!stored.zone_by_zone) {
         std::stable_sort(stored.rows.begin(), stored.rows.end(), [&](std::uint32_t a, std::uint32_t b) {
@@ -109,7 +113,7 @@ RunRows run_rows(const SimResults& results, DayCount first, DayCount last) {
         });
     }
     RowOrder by_day = dealt_by_day(results, stored.rows);
-    return {std::move(stored.rows), std::move(by_day)};
+    return {.by_zone = std::move(stored.rows), .by_day = std::move(by_day)};
 }
 
 }  // namespace nivora

@@ -124,6 +124,10 @@ using RowOrder = std::vector<std::uint32_t>;
 struct RunRows {
     RowOrder by_zone;  ///< all days of zone 1, then all days of zone 2 ...
     RowOrder by_day;   ///< all zones of day 1, then all zones of day 2 ...
+    /// The number of days where the rows are the whole table: zone 1 with all days in order, then zone 2, and
+    /// so on, none missing. 0 for any other rows. A stage may then walk the columns zone by zone without the
+    /// orders.
+    std::size_t days_of_full_table = 0;
 };
 
 [[nodiscard]] RunRows run_rows(const SimResults& results, DayCount first, DayCount last);

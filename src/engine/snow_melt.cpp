@@ -1,6 +1,8 @@
 #include "engine/snow_melt.h"
 
 #include "base/number_text.h"
+#include "engine/snow_row.h"
+#include "engine/snow_table.h"
 #include "engine/step_columns.h"
 
 #include <span>
@@ -11,11 +13,6 @@ namespace nivora {
 namespace {
 
 constexpr int k_season_months = 6;
-constexpr double k_least_precipitation = 0.00001;
-constexpr double k_full_cover = 0.999;
-constexpr double k_least_depletion = 0.0001;
-constexpr float k_curve_not_started = -1.0F;
-constexpr float k_curve_finished = -2.0F;
 
 /// The state of a zone from day to day.
 struct ZoneSnow {
@@ -59,7 +56,9 @@ public:
         ending_stores_.assign(inputs.zones, k_missing);
     }
 
-    void work(const RowOrder& rows) {
+    void work(const RunRows& run_rows) {
+        if (work_full_table(run_rows.days_of_full_table)) return;
+        const RowOrder& rows = run_rows.by_zone;
         for (std::size_t first = 0; first < rows.size();) {
             std::size_t behind = first + 1;
             while (behind < rows.size() && results_.Zone[rows[behind]] == results_.Zone[rows[first]])
@@ -97,6 +96,48 @@ private:
             row_ = row;
             store_row(row, work_row(row, snow));
         }
+        keep_store(snow);
+    }
+
+    /// Works a full table without wild values; false, with nothing changed, for any other.
+    bool work_full_table(std::size_t days) {
+        if (days == 0) return false;
+        const std::size_t zones = results_.size() / days;
+        if (run_.ClimateStep > 0 && zones > k_climate_zones) return false;
+        if (!is_plain_snow(columns_) || !is_plain_sum(zones)) return false;
+        SnowTableShape shape{.days = days, .keeps_store = keeps_store_, .draws_curves = draws_curves_};
+        if (starts_in_winter_) {
+            while (shape.winter_days < days && month_of(results_.Date[shape.winter_days]) != season_start_)
+                ++shape.winter_days;
+        }
+        if (starts_in_winter_ && shape.winter_days < days)
+            run_.MeltSeasonStart = results_.Date[shape.winter_days] - 1;
+        for (std::size_t zone = 1; zone <= zones; ++zone) work_full_zone(shape, zone);
+        return true;
+    }
+
+    /// Whether no zone's winter precipitation can overflow.
+    [[nodiscard]] bool is_plain_sum(std::size_t zones) const {
+        if (run_.ClimateStep != 1 && run_.ClimateStep != 2) return true;
+        constexpr float k_far_below_overflow = 1.0e30F;
+        for (std::size_t zone = 1; zone <= zones; ++zone) {
+            const float sum = run_.WinterPrecip[zone][static_cast<std::size_t>(run_.ClimateStep)];
+            if (!(std::abs(sum) < k_far_below_overflow)) return false;
+        }
+        return true;
+    }
+
+    void work_full_zone(const SnowTableShape& shape, std::size_t zone) {
+        ZoneSnow snow{.zone = static_cast<int>(zone)};
+        if (run_.ClimateStep == 1 || run_.ClimateStep == 2) {
+            for (std::size_t row = (zone - 1) * shape.days; row < zone * shape.days; ++row)
+                add_winter_precipitation(columns_.precipitation[row], snow);
+        }
+        snow.store = work_snow_of_zone(columns_, shape, zone);
+        keep_store(snow);
+    }
+
+    void keep_store(const ZoneSnow& snow) {
         run_.SnowStore = snow.store;
         const auto index = static_cast<std::size_t>(snow.zone - 1);
         if (snow.zone > 0 && index < ending_stores_.size()) ending_stores_[index] = snow.store;
@@ -110,21 +151,20 @@ private:
         fields.cover = columns_.cover[row];
         if (snow.winter && month_of(results_.Date[row]) == season_start_)
             end_winter(results_.Date[row], snow);
-        if (run_.ClimateStep == 1 || run_.ClimateStep == 2) add_winter_precipitation(fields, snow);
-        potential_melt(row, fields, snow);
+        if (run_.ClimateStep == 1 || run_.ClimateStep == 2)
+            add_winter_precipitation(fields.precipitation, snow);
+        add_potential_melt(row, fields, snow);
         rain_or_snow(columns_.critical_temperature[row], fields, snow);
         fields.snow_on_store = snow.store;
-        if (snow.winter && as_double(fields.cover) > k_full_cover) empty_store(snow);
+        if (snow.winter && is_full_cover(fields.cover)) empty_store(snow);
         melt_store(fields, snow);
         if (columns_.rain_switch[row] == 0.0F) {
-            fields.rain = to_single_field(as_double(fields.rain) * snow_free(fields.cover));
+            fields.rain = rain_beside_snow<CheckedSteps>(fields.rain, fields.cover);
         }
         if (draws_curves_) depletion_curves(fields, snow);
         snow.previous_sum_at = fields.sum_at;
         return fields;
     }
-
-    static double snow_free(float cover) { return 1.0 - as_double(cover); }
 
     /// In no-snow mode only the winter's snow can melt, so a plain run keeps it.
     void empty_store(ZoneSnow& snow) const {
@@ -153,36 +193,34 @@ private:
         return run_.WinterPrecip[static_cast<std::size_t>(snow.zone)][item];
     }
 
-    void add_winter_precipitation(const SnowRow& fields, const ZoneSnow& snow) {
+    void add_winter_precipitation(float precipitation, const ZoneSnow& snow) {
         float& sum = winter_precipitation(snow, static_cast<std::size_t>(run_.ClimateStep));
-        sum = to_single(as_double(sum) + as_double(fields.precipitation));
+        sum = sum_of<CheckedSteps>(sum, precipitation);
     }
 
-    void potential_melt(std::size_t row, SnowRow& fields, ZoneSnow& snow) const {
+    void add_potential_melt(std::size_t row, SnowRow& fields, ZoneSnow& snow) const {
         fields.degree_days = columns_.degree_days[row];
-        fields.at = to_single(as_double(fields.degree_days) * as_double(columns_.degree_day_factor[row]));
-        snow.sum_at = to_single(as_double(snow.sum_at) + as_double(fields.at));
+        fields.at = potential_melt<CheckedSteps>(fields.degree_days, columns_.degree_day_factor[row]);
+        snow.sum_at = sum_of<CheckedSteps>(snow.sum_at, fields.at);
         fields.sum_at = snow.sum_at;
     }
 
-    /// In winter the store takes only what falls on the snow-free part; the rest belongs to the snowpack.
     static void rain_or_snow(float critical_temperature, SnowRow& fields, ZoneSnow& snow) {
-        if (!(as_double(fields.precipitation) >= k_least_precipitation)) return;
+        if (!is_wet(fields.precipitation)) return;
         if (fields.degree_days >= critical_temperature) {
             fields.rain = fields.precipitation;
             return;
         }
-        const double share = snow.winter ? snow_free(fields.cover) : 1.0;
-        snow.store = to_single(as_double(snow.store) + as_double(fields.precipitation) * share);
+        const double fallen = new_snow(fields.precipitation, fields.cover, snow.winter);
+        snow.store = filled_store<CheckedSteps>(snow.store, fallen);
     }
 
     static void melt_store(SnowRow& fields, ZoneSnow& snow) {
         if (snow.store == 0.0F || fields.degree_days <= 0.0F) return;
-        const float melt = fields.at > snow.store ? snow.store : fields.at;
-        const float share = snow.winter ? 1.0F : to_single(snow_free(fields.cover));
-        fields.runoff_melt = to_single(as_double(melt) * as_double(share));
+        const float melt = melt_of_store(fields.at, snow.store);
+        fields.runoff_melt = runoff_of_melt<CheckedSteps>(melt, fields.cover, snow.winter);
         fields.new_melt = melt;
-        snow.store = to_single(as_double(snow.store) - as_double(melt));
+        snow.store = melted_store<CheckedSteps>(snow.store, melt);
     }
 
     void store_row(std::size_t row, const SnowRow& fields) {
@@ -203,13 +241,11 @@ private:
         const bool begun = snow.depletion_base > k_curve_not_started;
         if (!(fields.cover > 0.0F || (fields.cover == 0.0F && begun))) return;
         if (snow.depletion_base == k_curve_not_started) snow.depletion_base = snow.previous_sum_at;
-        snow.new_melt_sum = to_single(as_double(snow.new_melt_sum) + as_double(fields.new_melt));
-        const double sum_at = as_double(fields.sum_at);
-        const double base = as_double(snow.depletion_base);
+        snow.new_melt_sum = sum_of<CheckedSteps>(snow.new_melt_sum, fields.new_melt);
         fields.on_curve = true;
-        fields.curve_including = to_single(sum_at - base);
-        const float excluding = to_single((sum_at - as_double(snow.new_melt_sum)) - base);
-        fields.curve_excluding = as_double(excluding) < k_least_depletion ? 0.0F : excluding;
+        fields.curve_including = curve_with_new_melt<CheckedSteps>(fields.sum_at, snow.depletion_base);
+        fields.curve_excluding =
+            curve_without_new_melt<CheckedSteps>(fields.sum_at, snow.new_melt_sum, snow.depletion_base);
         if (fields.cover == 0.0F) snow.depletion_base = k_curve_finished;
     }
 
@@ -248,7 +284,7 @@ void Snow_Melt(SimResults& results, const RunRows& rows, const BasinInputs& inpu
                Dialogs& dialogs) {
     SnowStage stage{results, inputs, run};
     try {
-        stage.work(rows.by_zone);
+        stage.work(rows);
     } catch (const Fault& fault) {
         if (fault.number() == k_fault_null) {
             dialogs.stop("Null (blank) value in physical database or simulation parameter file.  Aborting!" +

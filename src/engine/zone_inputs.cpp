@@ -1,14 +1,19 @@
 #include "engine/zone_inputs.h"
 
+#include "engine/single_steps.h"
 #include "engine/step_columns.h"
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
 namespace nivora {
 namespace {
 
-constexpr int k_degree_day_decimals = 5;
+constexpr double k_degree_day_scale = 1.0e5;  // for five decimals
+/// Below these no degree day of a full table can overflow or reach the limit of `PlainSteps::whole`.
+constexpr float k_largest_input = 1.0e6F;
+constexpr float k_largest_lapse_step = 1.0e3F;
 
 /// The inputs of the run in the units of the model.
 struct ZoneInputOptions {
@@ -38,13 +43,26 @@ std::vector<float> lapse_steps(const BasinInputs& inputs, const UnitSystem& unit
     return steps;
 }
 
-/// T+ = max(0, T + steps x lapse rate - base), a Single that is rounded to 5 decimals;
-/// missing if an input is missing.
+/// T+ = max(0, T + steps x lapse rate - base), a Single that is rounded to 5 decimals, ties to even;
+/// missing if an input is missing. Adding zero takes the sign from a zero.
+template <typename Steps>
 float carried_degree_days(double degree_base, float temperature, float steps, float lapse_rate) {
     const double carried = as_double(temperature) + as_double(steps) * as_double(lapse_rate) - degree_base;
-    const double rounded = round_half_even(as_double(to_single_field(carried)), k_degree_day_decimals);
-    const float degree_days = to_single_field(rounded);
+    const double scaled = as_double(Steps::field(carried)) * k_degree_day_scale;
+    const float degree_days = Steps::field(Steps::whole(scaled) / k_degree_day_scale + 0.0);
     return degree_days < 0.0F ? 0.0F : degree_days;
+}
+
+/// T+ of a zone that has a temperature of its own.
+template <typename Steps>
+float own_degree_days(double degree_base, float temperature) {
+    const float degree_days = Steps::field(as_double(temperature) - degree_base);
+    return degree_days < 0.0F ? 0.0F : degree_days;
+}
+
+template <typename Steps>
+float mean_of(float maximum, float minimum) {
+    return Steps::variable((as_double(maximum) + as_double(minimum)) / 2.0);
 }
 
 float steps_of(const ZoneInputOptions& options, std::int16_t zone) {
@@ -60,9 +78,8 @@ float mean_temperature(const ZoneInputOptions& options, const StepColumns& colum
     const float given = columns.average_temperature[row];
     if (options.given.temperature_max_min) {
         if (!first) return basin.temperature;
-        const float mean = to_single(
-            (as_double(columns.maximum_temperature[row]) + as_double(columns.minimum_temperature[row])) /
-            2.0);
+        const float mean =
+            mean_of<CheckedSteps>(columns.maximum_temperature[row], columns.minimum_temperature[row]);
         basin.temperature = mean;
         return mean;
     }
@@ -75,10 +92,10 @@ float mean_temperature(const ZoneInputOptions& options, const StepColumns& colum
 
 float degree_days_of(const ZoneInputOptions& options, float average, float lapse, std::int16_t zone) {
     if (options.given.temperature_basinwide) {
-        return required(carried_degree_days(options.degree_base, average, steps_of(options, zone), lapse));
+        return required(
+            carried_degree_days<CheckedSteps>(options.degree_base, average, steps_of(options, zone), lapse));
     }
-    const float degree_days = to_single_field(as_double(average) - options.degree_base);
-    return degree_days < 0.0F ? 0.0F : degree_days;
+    return own_degree_days<CheckedSteps>(options.degree_base, average);
 }
 
 void keep_basin_values(const StepColumns& columns, std::size_t row, BasinValues& basin) {
@@ -121,6 +138,96 @@ void work_row(const ZoneInputOptions& options, const StepColumns& columns, std::
     columns.average_temperature[row] = average;
     columns.lapse_rate[row] = lapse;
     columns.degree_days[row] = degree_days;
+}
+
+/// A table with all zones and days, worked zone by zone. Zone 1's rows are the first ones of each column.
+class FullTable {
+public:
+    FullTable(const ZoneInputOptions& options, const StepColumns& columns, std::size_t days)
+        : options_(options), columns_(columns), days_(days), rows_(columns.degree_days.size()) {}
+
+    /// Whether no row can fail, so that the order of the rows doesn't matter.
+    [[nodiscard]] bool is_safe() const {
+        const BasinInputs& given = options_.given;
+        const auto within = [](Column column, std::size_t rows) {
+            return all_within(column.data(), rows, k_largest_input);
+        };
+        const auto present = [this](const auto& column) {
+            return std::none_of(column.begin(), column.begin() + static_cast<std::ptrdiff_t>(days_),
+                                [](auto value) { return is_missing(value); });
+        };
+        const bool temperatures =
+            given.temperature_max_min
+                ? within(columns_.maximum_temperature, days_) && within(columns_.minimum_temperature, days_)
+                : within(columns_.average_temperature, given.temperature_basinwide ? days_ : rows_);
+        return temperatures && within(columns_.lapse_rate, given.lapse_rate_basinwide ? days_ : rows_) &&
+               options_.lapse_steps.size() > rows_ / days_ &&
+               all_within(options_.lapse_steps.data(), options_.lapse_steps.size(), k_largest_lapse_step) &&
+               present(columns_.precipitation) && present(columns_.critical_temperature) &&
+               present(columns_.snow_coefficient) && present(columns_.rain_coefficient) &&
+               present(columns_.recession_x) && present(columns_.recession_y);
+    }
+
+    void work() const {
+        if (options_.given.temperature_max_min) average_zone_1();
+        for (std::size_t zone = 1; zone <= rows_ / days_; ++zone) {
+            if (zone > 1) spread(zone);
+            degree_days(zone);
+        }
+    }
+
+private:
+    [[nodiscard]] std::size_t first_row(std::size_t zone) const { return (zone - 1) * days_; }
+
+    void average_zone_1() const {
+        const float* maximum = columns_.maximum_temperature.data();
+        const float* minimum = columns_.minimum_temperature.data();
+        float* average = columns_.average_temperature.data();
+        for (std::size_t day = 0; day < days_; ++day)
+            average[day] = mean_of<PlainSteps>(maximum[day], minimum[day]);
+    }
+
+    void spread(std::size_t zone) const {
+        const BasinInputs& given = options_.given;
+        const auto copy = [&](bool basinwide, FieldColumn column) {
+            if (basinwide) std::copy_n(column.data(), days_, column.data() + first_row(zone));
+        };
+        copy(given.temperature_max_min || given.temperature_basinwide, columns_.average_temperature);
+        copy(given.lapse_rate_basinwide, columns_.lapse_rate);
+        copy(given.precipitation_basinwide, columns_.precipitation);
+        copy(given.critical_temperature_basinwide, columns_.critical_temperature);
+        copy(given.runoff_coefficients_basinwide, columns_.snow_coefficient);
+        copy(given.runoff_coefficients_basinwide, columns_.rain_coefficient);
+    }
+
+    void degree_days(std::size_t zone) const {
+        const float* average = columns_.average_temperature.data() + first_row(zone);
+        const float* lapse = columns_.lapse_rate.data() + first_row(zone);
+        float* degree_days = columns_.degree_days.data() + first_row(zone);
+        const double base = options_.degree_base;
+        if (options_.given.temperature_basinwide) {
+            const float steps = options_.lapse_steps[zone];
+            for (std::size_t day = 0; day < days_; ++day)
+                degree_days[day] = carried_degree_days<PlainSteps>(base, average[day], steps, lapse[day]);
+        } else {
+            for (std::size_t day = 0; day < days_; ++day)
+                degree_days[day] = own_degree_days<PlainSteps>(base, average[day]);
+        }
+    }
+
+    const ZoneInputOptions& options_;
+    const StepColumns& columns_;
+    std::size_t days_;
+    std::size_t rows_;
+};
+
+/// Works a table that is full and has no value that could fail; false, with nothing changed, for any other.
+bool work_full_table(const ZoneInputOptions& options, const StepColumns& columns, std::size_t days) {
+    if (days == 0) return false;
+    const FullTable table{options, columns, days};
+    if (!table.is_safe()) return false;
+    table.work();
+    return true;
 }
 
 /// The first missing value that a row needs, by its name in the daily tables; empty if none is missing.
@@ -170,8 +277,9 @@ UnitSystem unit_system(std::optional<Units> units) {
 
 std::optional<float> zone_degree_days(const UnitSystem& units, float station_temperature,
                                       float elevation_difference, float lapse_rate) {
-    const float degree_days = carried_degree_days(as_double(units.degree_base), station_temperature,
-                                                  elevation_difference / units.lapse_unit, lapse_rate);
+    const float degree_days =
+        carried_degree_days<CheckedSteps>(as_double(units.degree_base), station_temperature,
+                                          elevation_difference / units.lapse_unit, lapse_rate);
     if (is_missing(degree_days)) return std::nullopt;
     return degree_days;
 }
@@ -187,6 +295,7 @@ bool Zone_Inputs(SimResults& results, const RunRows& rows, const BasinInputs& in
         options.lapse_steps = lapse_steps(inputs, units);
         run.LapseUnit = units.lapse_unit;
         if (rows.by_day.empty()) throw no_record_fault();
+        if (work_full_table(options, columns, rows.days_of_full_table)) return true;
         BasinValues basin_values;
         for (const std::size_t row : rows.by_day) {
             at = row;
