@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace nivora {
@@ -35,7 +36,26 @@ struct FileQuestion {
     std::string proposed_name = {};
     std::vector<std::string> patterns = {};  ///< such as "Nivora basin (*.mdb)"
     bool saving = false;
+    std::size_t pattern = 0;  ///< index of the pattern that is selected at first
+    /// Whether the selected pattern decides what is written. An ending that the user types then selects its
+    /// pattern, as far as one of them has it.
+    bool pattern_decides = false;
 };
+
+struct FileAnswer {
+    std::filesystem::path file = {};
+    std::size_t pattern = 0;  ///< index of the pattern that the user left selected
+
+    bool operator==(const FileAnswer&) const = default;
+};
+
+/// The ending of a pattern such as "Text Files (*.txt)": ".txt"; empty for "All Files (*.*)".
+[[nodiscard]] std::string pattern_ending(std::string_view pattern);
+
+/// The index of the first pattern that has the ending of a name, in upper or lower case; nothing if none has
+/// it, or if the name has no ending.
+[[nodiscard]] std::optional<std::size_t> pattern_of_name(const std::vector<std::string>& patterns,
+                                                         const std::filesystem::path& name);
 
 /// Asks the user. Every box of the program goes through here, so that the desktop, the batch program and the
 /// tests can each answer in their own way.
@@ -51,7 +71,7 @@ public:
     /// Asks for a text; nothing if the user cancelled.
     virtual std::optional<std::string> input(const InputBox& box) = 0;
     /// Asks for a file; nothing if the user cancelled.
-    virtual std::optional<std::filesystem::path> file(const FileQuestion& question) = 0;
+    virtual std::optional<FileAnswer> file(const FileQuestion& question) = 0;
 
     /// A message with the stop icon and an OK button.
     void stop(const std::string& text, const std::string& title = k_program_title);

@@ -37,10 +37,11 @@ std::optional<std::string> ScriptedDialogs::input(const InputBox& box) {
     return scripted ? scripted->text : std::nullopt;
 }
 
-std::optional<std::filesystem::path> ScriptedDialogs::file(const FileQuestion& question) {
+std::optional<FileAnswer> ScriptedDialogs::file(const FileQuestion& question) {
     files_.push_back(question);
-    const auto scripted = next<FileAnswer>(question.title);
-    return scripted ? scripted->path : std::nullopt;
+    const auto scripted = next<ChosenFile>(question.title);
+    if (!scripted || !scripted->path) return std::nullopt;
+    return FileAnswer{*scripted->path, scripted->pattern.value_or(question.pattern)};
 }
 
 ScriptedDialogs& ScriptedDialogs::then(Answer answer) {
@@ -53,8 +54,9 @@ ScriptedDialogs& ScriptedDialogs::then_text(std::optional<std::string> text) {
     return *this;
 }
 
-ScriptedDialogs& ScriptedDialogs::then_file(std::optional<std::filesystem::path> path) {
-    script_.emplace_back(FileAnswer{std::move(path)});
+ScriptedDialogs& ScriptedDialogs::then_file(std::optional<std::filesystem::path> path,
+                                            std::optional<std::size_t> pattern) {
+    script_.emplace_back(ChosenFile{std::move(path), pattern});
     return *this;
 }
 

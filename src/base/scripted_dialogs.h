@@ -23,11 +23,13 @@ class ScriptedDialogs : public Dialogs {
 public:
     Answer message(const Message& message) override;
     std::optional<std::string> input(const InputBox& box) override;
-    std::optional<std::filesystem::path> file(const FileQuestion& question) override;
+    std::optional<FileAnswer> file(const FileQuestion& question) override;
 
     ScriptedDialogs& then(Answer answer);
     ScriptedDialogs& then_text(std::optional<std::string> text);
-    ScriptedDialogs& then_file(std::optional<std::filesystem::path> path);
+    /// @param pattern index of the pattern that is left selected; nothing for the one that the box selects
+    ScriptedDialogs& then_file(std::optional<std::filesystem::path> path,
+                               std::optional<std::size_t> pattern = std::nullopt);
 
     [[nodiscard]] const std::vector<AskedMessage>& messages() const { return messages_; }
     [[nodiscard]] const std::vector<InputBox>& inputs() const { return inputs_; }
@@ -42,10 +44,11 @@ private:
     struct TextAnswer {
         std::optional<std::string> text;
     };
-    struct FileAnswer {
+    struct ChosenFile {
         std::optional<std::filesystem::path> path;
+        std::optional<std::size_t> pattern;
     };
-    using Step = std::variant<Answer, TextAnswer, FileAnswer>;
+    using Step = std::variant<Answer, TextAnswer, ChosenFile>;
 
     template <typename Kind>
     std::optional<Kind> next(const std::string& what);

@@ -1,5 +1,7 @@
 #include "paint/page_layout.h"
 
+#include "base/single.h"
+
 #include <QPageSize>
 #include <QSizeF>
 #include <QString>
@@ -57,7 +59,7 @@ QPageLayout::Unit unit_of(const std::string& text, const QLocale& locale) {
                                                                    : QPageLayout::Millimeter;
 }
 
-double margin_of(float kept) { return kept == 0.0F ? k_default_margin : static_cast<double>(kept); }
+double margin_of(float kept) { return kept == 0.0F ? k_default_margin : as_double(kept); }
 
 std::array<double, 4> sides_of(const QMarginsF& margins) {
     return {margins.left(), margins.top(), margins.right(), margins.bottom()};

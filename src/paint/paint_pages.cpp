@@ -240,38 +240,33 @@ bool paint_pages(PaintedDevice& device, const PrintedJob& job, const std::functi
     return painter.end() && whole;
 }
 
-std::optional<Message> file_page_refusal(const PageSetup& setup, const std::string& window) {
+std::optional<Message> with_pdf_page(const PageSetup& setup, const PdfWork& work) {
     QBuffer nowhere;
     nowhere.open(QIODevice::WriteOnly);
     QPdfWriter writer(&nowhere);
     give_page(writer, setup);
     PaintedDevice device{writer};
     if (auto refusal = Printer_Setup(device, setup)) return refusal;
-    return margin_refusal(device, window);
+    return work(device);
+}
+
+std::optional<Message> file_page_refusal(const PageSetup& setup, const std::string& window) {
+    return with_pdf_page(setup, [&](PaintedDevice& device) { return margin_refusal(device, window); });
 }
 
 std::optional<Message> write_pdf(const std::filesystem::path& file, const PageSetup& setup,
-                                 const LayOut& lay_out) {
+                                 const std::string& title, const PdfWork& paint) {
     QByteArray content;
     QBuffer buffer(&content);
     buffer.open(QIODevice::WriteOnly);
     {
         QPdfWriter writer(&buffer);
         give_page(writer, setup);
+        writer.setTitle(qt_text(title));
+        writer.setCreator(QString::fromLatin1(k_program_title));
         PaintedDevice device{writer};
         if (auto refusal = Printer_Setup(device, setup)) return refusal;
-        auto laid_out = lay_out(device);
-        if (const auto* refusal = std::get_if<Message>(&laid_out)) return *refusal;
-        const PrintedJob& job = std::get<PrintedJob>(laid_out);
-        if (job.pages.empty()) return Message{.text = "There is nothing to print.", .icon = Icon::Stop};
-        writer.setTitle(qt_text(job.name));
-        writer.setCreator(QString::fromLatin1(k_program_title));
-        if (!paint_pages(device, job)) {
-            return Message{
-                .text = "The pages of '" + path_text(file) +
-                        "' cannot be drawn. The file was not written; try again with fewer reports.",
-                .icon = Icon::Stop};
-        }
+        if (auto refusal = paint(device)) return refusal;
     }
     try {
         write_whole_file(file, {content.constData(), static_cast<std::size_t>(content.size())});
@@ -279,6 +274,25 @@ std::optional<Message> write_pdf(const std::filesystem::path& file, const PageSe
         return Message{.text = error.what(), .icon = Icon::Stop};
     }
     return std::nullopt;
+}
+
+std::optional<Message> write_pdf(const std::filesystem::path& file, const PageSetup& setup,
+                                 const LayOut& lay_out) {
+    PrintedJob job;
+    const auto laid_out = with_pdf_page(setup, [&](PaintedDevice& device) -> std::optional<Message> {
+        auto made = lay_out(device);
+        if (auto* refusal = std::get_if<Message>(&made)) return std::move(*refusal);
+        job = std::get<PrintedJob>(std::move(made));
+        if (!job.pages.empty()) return std::nullopt;
+        return Message{.text = "There is nothing to print.", .icon = Icon::Stop};
+    });
+    if (laid_out) return laid_out;
+    return write_pdf(file, setup, job.name, [&](PaintedDevice& device) -> std::optional<Message> {
+        if (paint_pages(device, job)) return std::nullopt;
+        return Message{.text = "The pages of '" + path_text(file) +
+                               "' cannot be drawn. The file was not written; try again with fewer reports.",
+                       .icon = Icon::Stop};
+    });
 }
 
 }  // namespace nivora

@@ -54,6 +54,22 @@ private:
 [[nodiscard]] bool paint_pages(PaintedDevice& device, const PrintedJob& job,
                                const std::function<bool(int page)>& go_on = {});
 
+/// Acts on a device that was set up; a message says why it can't.
+using PdfWork = std::function<std::optional<Message>(PaintedDevice& device)>;
+
+/// Acts on the page that a PDF file would have; nothing is written.
+///
+/// @return what the set-up or the work refused
+[[nodiscard]] std::optional<Message> with_pdf_page(const PageSetup& setup, const PdfWork& work);
+
+/// Writes a complete PDF file: it appears, or replaces an older file, once it is complete.
+///
+/// @param title as PDF readers show it
+/// @param paint paints its pages
+/// @return the error, or what the set-up or `paint` refused; nothing if the file was written
+[[nodiscard]] std::optional<Message> write_pdf(const std::filesystem::path& file, const PageSetup& setup,
+                                               const std::string& title, const PdfWork& paint);
+
 /// Lays out a job for a device that was set up, or returns the message that says why it cannot.
 using LayOut = std::function<std::variant<PrintedJob, Message>(const PagedDevice& device)>;
 
@@ -63,7 +79,7 @@ using LayOut = std::function<std::variant<PrintedJob, Message>(const PagedDevice
 /// @param window the name of the window that prints, as in margin_refusal
 [[nodiscard]] std::optional<Message> file_page_refusal(const PageSetup& setup, const std::string& window);
 
-/// Writes a complete PDF file: it appears, or replaces an older file, once it is complete.
+/// Writes the pages of a job as a complete PDF file.
 ///
 /// @return the error, or what the set-up or the layout refused; nothing if the file was written
 [[nodiscard]] std::optional<Message> write_pdf(const std::filesystem::path& file, const PageSetup& setup,

@@ -165,10 +165,25 @@ SurfaceRectangle summary_rectangle(const Surface& surface, const Plot& plot, con
     return panel_place(surface, plot, size, k_spots, taken);
 }
 
+std::vector<SurfaceRectangle> legend_text_boxes(const Surface& surface, const Plot& plot,
+                                                const DrawOptions& options) {
+    if (!has_legend(plot)) return {};
+    const PanelLayout layout = legend_layout(surface, plot);
+    const SurfaceRectangle panel = legend_rectangle(surface, plot, options);
+    std::vector<SurfaceRectangle> boxes;
+    for (std::size_t i = 0; i < plot.legend.size(); ++i) {
+        boxes.push_back({panel.left + 2.0 * layout.margin + layout.first_column,
+                         layout.row_centre(panel.top, i) - layout.line_height / 2.0,
+                         surface.text_size(plot.legend[i].text, layout.font).width, layout.line_height});
+    }
+    return boxes;
+}
+
 void paint_legend(Surface& surface, const Plot& plot, const DrawOptions& options) {
     if (!has_legend(plot)) return;
     const PanelLayout layout = legend_layout(surface, plot);
     const SurfaceRectangle panel = legend_rectangle(surface, plot, options);
+    const std::vector<SurfaceRectangle> texts = legend_text_boxes(surface, plot, options);
     surface.rectangle(panel, k_panel_outline, k_panel_fill);
     for (std::size_t i = 0; i < plot.legend.size(); ++i) {
         const LegendRow& row = plot.legend[i];
@@ -176,26 +191,45 @@ void paint_legend(Surface& surface, const Plot& plot, const DrawOptions& options
         const double height = k_sample_height * layout.line_height;
         paint_sample(surface, plot, row, options.lines,
                      {panel.left + layout.margin, centre - height / 2.0, layout.first_column, height});
-        const SurfacePoint text{panel.left + 2.0 * layout.margin + layout.first_column,
-                                centre - layout.line_height / 2.0};
-        surface.text(text, row.text, layout.font, row_colour(options.lines, row.line));
+        surface.text({texts[i].left, texts[i].top}, row.text, layout.font,
+                     row_colour(options.lines, row.line));
     }
+}
+
+std::vector<SummaryRowBoxes> summary_row_boxes(const Surface& surface, const Plot& plot,
+                                               const DrawOptions& options) {
+    if (!has_summary(plot)) return {};
+    const PanelLayout layout = summary_layout(surface, plot);
+    const SurfaceRectangle panel = summary_rectangle(surface, plot, options);
+    const double left = panel.left + layout.margin;
+    std::vector<SummaryRowBoxes> rows;
+    for (std::size_t i = 0; i < plot.summary.size(); ++i) {
+        const double top = layout.row_centre(panel.top, i) - layout.line_height / 2.0;
+        const auto box_of = [&](std::string_view text, double begin) {
+            return SurfaceRectangle{begin, top, surface.text_size(text, layout.font).width,
+                                    layout.line_height};
+        };
+        const RunSummaryRow& row = plot.summary[i];
+        rows.push_back({.caption = box_of(row.caption, left),
+                        .value = box_of(row.value, left + layout.first_column + layout.margin)});
+    }
+    return rows;
 }
 
 void paint_summary(Surface& surface, const Plot& plot, const DrawOptions& options) {
     if (!has_summary(plot)) return;
     const PanelLayout layout = summary_layout(surface, plot);
-    const SurfaceRectangle panel = summary_rectangle(surface, plot, options);
-    surface.rectangle(panel, k_panel_outline, k_panel_fill);
+    const std::vector<SummaryRowBoxes> boxes = summary_row_boxes(surface, plot, options);
+    surface.rectangle(summary_rectangle(surface, plot, options), k_panel_outline, k_panel_fill);
     for (std::size_t i = 0; i < plot.summary.size(); ++i) {
         const RunSummaryRow& row = plot.summary[i];
-        const double top = layout.row_centre(panel.top, i) - layout.line_height / 2.0;
-        const double left = panel.left + layout.margin;
+        const SurfaceRectangle& caption = boxes[i].caption;
+        const SurfaceRectangle& value = boxes[i].value;
         const Colour colour = row_colour(options.lines, row.line);
-        surface.text({left, top}, row.caption, layout.font, colour);
-        if (row.millions) paint_exponent(surface, row.caption, layout.font, {left, top}, colour);
-        if (row.value.empty()) continue;
-        surface.text({left + layout.first_column + layout.margin, top}, row.value, layout.font, colour);
+        surface.text({caption.left, caption.top}, row.caption, layout.font, colour);
+        if (row.millions)
+            paint_exponent(surface, row.caption, layout.font, {caption.left, caption.top}, colour);
+        if (!row.value.empty()) surface.text({value.left, value.top}, row.value, layout.font, colour);
     }
 }
 

@@ -1,6 +1,7 @@
 #include "plots/plot_export.h"
 
 #include "base/number_text.h"
+#include "plots/plot_build.h"
 #include "reports/page_head.h"
 #include "reports/report_period.h"
 #include "store/daily_rows.h"
@@ -113,6 +114,27 @@ std::vector<std::string> export_slurp_file(BasinDatabase& database, const BasinS
                                     double_text(round_half_even(discharge * factor, 2))));
     }
     return lines;
+}
+
+bool has_shown_discharge(BasinDatabase& database, const BasinState& basin, const RunState& run,
+                         const Plot& plot) {
+    constexpr std::array<std::string_view, 2> k_fields{"DailyQ", "DailyQPresent"};
+    constexpr int k_summer_of_present_climate = 3;
+    const bool same_run = is_last_run(basin, run) && plot.head.step == reported_climate_step(basin, run) &&
+                          plot.y_label == runoff_label(basin.Units_Code);
+    if (!same_run || plot.curves.size() != 2) return false;
+    const DailyRows rows =
+        read_daily_rows(database, k_sim_results, k_fields, 1, 1, report_period(basin, run).covered());
+    const bool present = plot.number == PlotNumber::Runoff && plot.head.step == k_summer_of_present_climate;
+    const std::vector<double>& discharge = rows.fields[present ? 1 : 0];
+    const std::vector<PlotPoint>& shown = plot.curves[1].points;
+    if (shown.size() != rows.size()) return false;
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        const double value = is_missing(discharge[row]) ? 0.0 : discharge[row];
+        if (shown[row].x != static_cast<float>(rows.date[row]) || shown[row].y != static_cast<float>(value))
+            return false;
+    }
+    return true;
 }
 
 }  // namespace nivora

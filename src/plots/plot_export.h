@@ -20,4 +20,9 @@ namespace nivora {
 [[nodiscard]] std::vector<std::string> export_slurp_file(BasinDatabase& database, const BasinState& basin,
                                                          const RunState& run);
 
+/// Whether the table of results still holds, day by day, what plot 1 or 18 shows as its second hydrograph: a
+/// picture may be older than the results. @throws StoreError
+[[nodiscard]] bool has_shown_discharge(BasinDatabase& database, const BasinState& basin, const RunState& run,
+                                       const Plot& plot);
+
 }  // namespace nivora

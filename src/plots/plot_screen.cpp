@@ -15,6 +15,12 @@ bool same_frame(const PlotFrame& a, const PlotFrame& b) {
     return a.x_min == b.x_min && a.x_max == b.x_max && a.y_min == b.y_min && a.y_max == b.y_max;
 }
 
+/// Whether two plots are of the same basin, simulation, scenario, step and zone.
+bool shows_same(const PlotHead& a, const PlotHead& b) {
+    return a.subtitle == b.subtitle && a.scenario_line == b.scenario_line && a.step == b.step &&
+           a.export_zone_label == b.export_zone_label;
+}
+
 ScreenAnswer message(std::string title, std::string text, bool information = false) {
     ScreenAnswer answer;
     answer.message = ScreenMessage{std::move(title), std::move(text), information};
@@ -106,7 +112,9 @@ ScreenAnswer PlotScreen::redraw(const BoxTexts& typed) {
     manual_scale_ = true;
     boxes_ = box_texts(whole_view());
     if (!view_->zoomed || is_rebuilt(view_->number)) show_whole();
-    return armed();
+    ScreenAnswer answer = armed();
+    answer.after_zoom = view_->zoomed;
+    return answer;
 }
 
 bool PlotScreen::zoom_in() {
@@ -135,11 +143,24 @@ ScreenAnswer PlotScreen::zoom(const WorldRectangle& rectangle) {
     return drawn();
 }
 
-ScreenAnswer PlotScreen::zoom_out() {
+/// @return false if the basin has another plot now than the one that was picked, or none
+bool PlotScreen::build_again(BasinDatabase& database, const PlotSources& sources) {
+    const PlotRequest request{.plot = whole_->number, .zone = whole_->zone};
+    PlotOutcome outcome = select_plot(database, request, sources);
+    auto* plot = std::get_if<Plot>(&outcome);
+    if (plot == nullptr || !shows_same(plot->head, whole_->head)) return false;
+    whole_ = std::move(*plot);
+    return true;
+}
+
+ScreenAnswer PlotScreen::zoom_out(BasinDatabase* database, const PlotSources& sources) {
     drag_.escape();
     if (!whole_) return {};
+    const bool built = database != nullptr && build_again(*database, sources);
     show_whole();
-    return armed();
+    ScreenAnswer answer = armed();
+    answer.store_melt = built && whole_->number == PlotNumber::ChangedAccumulatedMelt;
+    return answer;
 }
 
 ScreenAnswer PlotScreen::show_frame(const PlotFrame& frame) {
@@ -169,6 +190,13 @@ ScreenAnswer PlotScreen::after_resize() {
     if (!is_rebuilt(view_->number)) return drawn();
     show_whole();
     return armed();
+}
+
+void PlotScreen::forget_pick() {
+    PlotScreen fresh;
+    fresh.grid_ = grid_;
+    fresh.data_points_ = data_points_;
+    *this = std::move(fresh);
 }
 
 ScreenAnswer PlotScreen::next_grid() {

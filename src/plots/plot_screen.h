@@ -25,6 +25,7 @@ struct ScreenAnswer {
     bool draw = false;        ///< the surface anew
     bool fill_boxes = false;  ///< with `boxes()`, and hide the Redraw button
     bool store_melt = false;  ///< plot 21 was built: its columns belong into the results
+    bool after_zoom = false;  ///< what was typed shows once the zoom is left; the user should be told
     std::optional<ScreenMessage> message = {};
     std::optional<BoxRefusal::Box> wrong_box = {};  ///< the box that the message is about
 };
@@ -32,8 +33,7 @@ struct ScreenAnswer {
 /// Whether the general redraw makes a plot anew, which ends a zoom: the filled plots and plot 19.
 [[nodiscard]] bool is_rebuilt(PlotNumber plot);
 
-/// Only a pick reads the basin's file: the picture, with its step, stays until the next one, whatever happens
-/// to the basin under it.
+/// The picture, with its step, stays until the next pick, whatever happens to the basin under it.
 class PlotScreen {
 public:
     /// Nothing before the first pick.
@@ -78,8 +78,11 @@ public:
     bool interrupt() { return drag_.interrupt(); }
 
     ScreenAnswer zoom(const WorldRectangle& rectangle);
-    /// Leaves all zooms at once, those of the wheel too.
-    ScreenAnswer zoom_out();
+    /// Leaves all zooms at once, those of the wheel too. The plot is made anew from the file while the basin
+    /// still has what was picked, at the same climate step; otherwise the one that was built is shown again.
+    ///
+    /// @param database null if the file can't be opened
+    ScreenAnswer zoom_out(BasinDatabase* database, const PlotSources& sources);
     /// The wheel was turned over a place; above 0 zooms in.
     ScreenAnswer wheel(const WorldPoint& about, double notches);
     /// The wheel was turned with Shift; above 0 goes to later days.
@@ -91,6 +94,9 @@ public:
     ScreenAnswer next_grid();
     ScreenAnswer toggle_data_points();
 
+    /// The window is closed: nothing was picked. Grid lines and data points stay for its next opening.
+    void forget_pick();
+
     void move_legend(SurfacePoint to) { legend_place_ = to; }
     void move_summary(SurfacePoint to) { summary_place_ = to; }
 
@@ -99,6 +105,7 @@ private:
     void show_whole();
     ScreenAnswer show_frame(const PlotFrame& frame);
     [[nodiscard]] Plot whole_view() const;
+    bool build_again(BasinDatabase& database, const PlotSources& sources);
 
     std::optional<PlotNumber> picked_;
     std::optional<int> zone_;  ///< what the zone list shows; nothing for "All Zones"

@@ -48,6 +48,8 @@ struct Desktop {
     UpwardCall<void()> open_daily_editor;
     /// Closes what shows a basin that is about to be replaced, such as the statistics of its last run.
     UpwardCall<void()> leave_basin;
+    /// Closes the plots: the basin has another file or other simulations now.
+    UpwardCall<void()> close_plots;
 };
 
 }  // namespace nivora

@@ -1,9 +1,11 @@
 #include "session/file_names.h"
 
 #include "base/durable_file.h"
+#include "base/output_file.h"
 #include "base/text.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 
 namespace nivora {
@@ -12,6 +14,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* k_all_files = "All Files (*.*)";
+constexpr const char* k_invalid_name = "Invalid file name";
 constexpr const char* k_basin_files = "Windows NVR Data (*.mdb)";
 
 bool saves(FileKind kind) { return kind != FileKind::OpenBasin && kind != FileKind::Import; }
@@ -42,16 +45,25 @@ std::string proposed_name(FileKind kind, const fs::path& basin_file, const std::
                           const std::string& suffix) {
     const fs::path known = known_name(basin_file);
     if (saves_basin(kind)) return path_text(known);
-    std::string name = path_text(known.filename());
-    if (saves_print(kind)) {
-        if (name.empty()) return "newfile" + suffix;
-        // The ending of basins is replaced, in upper or lower case; any other ending stays.
-        const std::string ending = path_text(known.extension());
-        return path_text(known.stem()) + suffix + (same_name(ending, ".mdb") ? extension : ending);
-    }
-    if (kind != FileKind::SavePlot) return {};
-    name = path_text(known.stem());
-    return (name.empty() ? "newfile" : name) + extension;
+    if (!saves_print(kind)) return {};
+    if (!known.has_filename()) return "newfile" + suffix;
+    // The ending of basins is replaced, in upper or lower case; any other ending stays.
+    const std::string ending = path_text(known.extension());
+    return path_text(known.stem()) + suffix + (same_name(ending, ".mdb") ? extension : ending);
+}
+
+struct PlotFilter {
+    PlotForm form;
+    const char* pattern;
+};
+constexpr std::array k_plot_filters{
+    PlotFilter{PlotForm::Bitmap, "Bitmap Files (*.bmp)"}, PlotFilter{PlotForm::Text, "Ascii Files (*.txt)"},
+    PlotFilter{PlotForm::Flow, "Slurp Files (*.flx)"},    PlotFilter{PlotForm::Png, "PNG Files (*.png)"},
+    PlotFilter{PlotForm::Svg, "SVG Files (*.svg)"},       PlotFilter{PlotForm::Pdf, "PDF Files (*.pdf)"}};
+
+std::string proposed_plot_name(const fs::path& basin_file, const std::string& pattern) {
+    const std::string name = path_text(known_name(basin_file).stem());
+    return (name.empty() ? "newfile" : name) + pattern_ending(pattern);
 }
 
 /// Whether a file exists. @throws FileError if that cannot be found out
@@ -76,14 +88,11 @@ std::string title_of(FileKind kind) {
     return "Save a Nivora data base";
 }
 
-std::vector<std::string> patterns_of(FileKind kind, bool flux_plot) {
+std::vector<std::string> patterns_of(FileKind kind) {
     switch (kind) {
         case FileKind::Import: return {"DOS NVR Data (*.NVR)", k_all_files};
         case FileKind::SaveText: return {"Text Files (*.txt)", k_all_files};
         case FileKind::SavePdf: return {"PDF Files (*.pdf)", k_all_files};
-        case FileKind::SavePlot:
-            if (flux_plot) return {"Bitmap Files (*.bmp)", "Ascii Files (*.txt)", "Slurp Files (*.flx)"};
-            return {"Bitmap Files (*.bmp)", "Ascii Files (*.txt)"};
         default: return {k_basin_files, k_all_files};
     }
 }
@@ -91,7 +100,13 @@ std::vector<std::string> patterns_of(FileKind kind, bool flux_plot) {
 std::string extension_of(FileKind kind) {
     if (kind == FileKind::SaveText) return ".txt";
     if (kind == FileKind::SavePdf) return ".pdf";
-    return kind == FileKind::SavePlot ? ".bmp" : ".mdb";
+    return ".mdb";
+}
+
+/// The ending of a name that the user gave none.
+std::string added_ending(FileKind kind, const FileQuestion& question, std::size_t pattern) {
+    if (!question.pattern_decides) return extension_of(kind);
+    return pattern_ending(question.patterns.at(pattern));
 }
 
 }  // namespace
@@ -101,44 +116,89 @@ bool is_reserved_name(const fs::path& path) {
     return name.find("NULL.MDB") != std::string::npos || name.find("NEW.MDB") != std::string::npos;
 }
 
+std::optional<Message> open_basin_refusal(const BasinState& basin, const fs::path& file,
+                                          std::string_view what) {
+    const auto is_open = [&](const fs::path& used) { return !used.empty() && same_file(file, used); };
+    if (!is_open(basin.Basin_File) && !is_open(basin.Work_File)) return std::nullopt;
+    return Message{.text = "The file '" + path_text(file) +
+                           "' is the basin that is open.  Choose another name for the " + std::string{what} +
+                           ".",
+                   .title = k_invalid_name,
+                   .icon = Icon::Stop};
+}
+
 fs::path FileNames::folder(FileKind kind) const {
     const auto kept = folders_.find(kind);
     return kept == folders_.end() ? first_folder_ : kept->second;
 }
 
-std::optional<fs::path> FileNames::GetFileName(FileKind kind, const fs::path& basin_file, bool flux_plot,
-                                               const std::string& suffix) {
-    const std::string extension = extension_of(kind);
-    FileQuestion question{.title = title_of(kind),
-                          .proposed_name = proposed_name(kind, basin_file, extension, suffix),
-                          .patterns = patterns_of(kind, flux_plot),
-                          .saving = saves(kind)};
+bool FileNames::may_replace(const fs::path& file) {
+    return dialogs_.message({.text = path_text(file) + " already exists!\n  Do you want to replace it?",
+                             .icon = Icon::Warning,
+                             .buttons = Buttons::YesNo,
+                             .default_answer = Answer::No}) == Answer::Yes;
+}
+
+std::optional<FileAnswer> FileNames::ask(FileKind kind, FileQuestion question, const Refusal& refusal) {
     for (;;) {
         question.folder = folder(kind);
         auto answer = dialogs_.file(question);
-        if (!answer || answer->empty()) return std::nullopt;
-        folders_[kind] = answer->parent_path();
-        if (!saves(kind)) return answer;
-        if (!answer->has_extension()) *answer += extension;
-        bool taken = false;
+        if (!answer || answer->file.empty()) return std::nullopt;
+        fs::path& file = answer->file;
+        folders_[kind] = file.parent_path();
+        if (!question.saving) return answer;
+        if (!file.has_extension()) file += added_ending(kind, question, answer->pattern);
+        if (question.pattern_decides) {
+            question.pattern = answer->pattern;
+            question.proposed_name =
+                path_text(path_from_utf8(question.proposed_name)
+                              .replace_extension(pattern_ending(question.patterns.at(answer->pattern))));
+        }
         try {
-            taken = file_exists(*answer);
+            if (file_exists(file) && !may_replace(file)) continue;
         } catch (const FileError& error) {
-            dialogs_.stop(path_text(*answer) + ": " + error.what(), "Error in GetFileName");
+            dialogs_.stop(path_text(file) + ": " + error.what(), "Error in GetFileName");
             return std::nullopt;
         }
-        if (taken &&
-            dialogs_.message({.text = path_text(*answer) + " already exists!\n  Do you want to replace it?",
-                              .icon = Icon::Warning,
-                              .buttons = Buttons::YesNo,
-                              .default_answer = Answer::No}) != Answer::Yes) {
-            continue;
-        }
-        if (!saves_basin(kind) || !is_reserved_name(*answer)) return answer;
-        dialogs_.stop("This database file name, " + path_text(*answer) +
-                          ", is reserved for system use.  Please choose another.",
-                      "Invalid file name");
+        const auto refused = refusal ? refusal(file) : std::nullopt;
+        if (!refused) return answer;
+        dialogs_.message(*refused);
     }
+}
+
+std::optional<fs::path> FileNames::GetFileName(FileKind kind, const fs::path& basin_file,
+                                               const std::string& suffix) {
+    const auto reserved = [](const fs::path& file) -> std::optional<Message> {
+        if (!is_reserved_name(file)) return std::nullopt;
+        return Message{.text = "This database file name, " + path_text(file) +
+                               ", is reserved for system use.  Please choose another.",
+                       .title = k_invalid_name,
+                       .icon = Icon::Stop};
+    };
+    auto answer = ask(kind,
+                      {.title = title_of(kind),
+                       .proposed_name = proposed_name(kind, basin_file, extension_of(kind), suffix),
+                       .patterns = patterns_of(kind),
+                       .saving = saves(kind)},
+                      saves_basin(kind) ? reserved : Refusal{});
+    if (!answer) return std::nullopt;
+    return std::move(answer->file);
+}
+
+std::optional<PlotFileName> FileNames::GetPlotFileName(const BasinState& basin, bool has_flow) {
+    FileQuestion question{.title = title_of(FileKind::SavePlot), .saving = true, .pattern_decides = true};
+    std::vector<PlotForm> forms;
+    for (const PlotFilter& filter : k_plot_filters) {
+        if (filter.form == PlotForm::Flow && !has_flow) continue;
+        if (filter.form == PlotForm::Flow) question.pattern = forms.size();
+        forms.push_back(filter.form);
+        question.patterns.emplace_back(filter.pattern);
+    }
+    question.proposed_name = proposed_plot_name(basin.Basin_File, question.patterns[question.pattern]);
+    auto answer = ask(FileKind::SavePlot, std::move(question),
+                      [&](const fs::path& file) { return open_basin_refusal(basin, file, "plot"); });
+    if (!answer) return std::nullopt;
+    return PlotFileName{std::move(answer->file), forms.at(answer->pattern)};
 }
 
 }  // namespace nivora

@@ -2,11 +2,14 @@
 #pragma once
 
 #include "base/dialogs.h"
+#include "store/basin_store.h"
 
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace nivora {
 
@@ -26,6 +29,30 @@ enum class FileKind {
 /// the names of template and working file, in upper or lower case.
 [[nodiscard]] bool is_reserved_name(const std::filesystem::path& path);
 
+/// The forms in which a plot is saved, in the order of their filters.
+enum class PlotForm {
+    Bitmap,
+    Text,
+    Flow,  ///< of the two plots of the basin's discharge alone
+    Png,
+    Svg,
+    Pdf
+};
+
+/// Where a plot is saved, and in which form.
+struct PlotFileName {
+    std::filesystem::path file;
+    PlotForm form = PlotForm::Bitmap;
+};
+
+/// The message that a file is that of the open basin, or its working copy, and can't be replaced; nothing if
+/// it is another file.
+///
+/// @param what is to be written: "print"
+[[nodiscard]] std::optional<Message> open_basin_refusal(const BasinState& basin,
+                                                        const std::filesystem::path& file,
+                                                        std::string_view what);
+
 /// Asks for file names, and remembers the last folder of each purpose.
 class FileNames {
 public:
@@ -39,16 +66,25 @@ public:
     ///
     /// Asks before an existing file is replaced and refuses a reserved name; the dialog then opens again.
     ///
+    /// @param kind       any but SavePlot
     /// @param basin_file the user's file, from which a name is proposed
-    /// @param flux_plot  whether a plot is one of the two that can be saved for the plotter program
     /// @param suffix     added to the name that is proposed for a print: "_Results" gives "alder_Results.txt"
     [[nodiscard]] std::optional<std::filesystem::path> GetFileName(FileKind kind,
                                                                    const std::filesystem::path& basin_file,
-                                                                   bool flux_plot = false,
                                                                    const std::string& suffix = {});
 
+    /// The same for a plot. The filter that the user leaves selected decides the form, and gives its ending
+    /// to a name that has none; a name with another ending keeps it. The file of the open basin is refused.
+    ///
+    /// @param has_flow whether the plot can be saved as a flow file, which is then proposed
+    [[nodiscard]] std::optional<PlotFileName> GetPlotFileName(const BasinState& basin, bool has_flow);
+
 private:
+    using Refusal = std::function<std::optional<Message>(const std::filesystem::path& file)>;
+
     [[nodiscard]] std::filesystem::path folder(FileKind kind) const;
+    [[nodiscard]] std::optional<FileAnswer> ask(FileKind kind, FileQuestion question, const Refusal& refusal);
+    [[nodiscard]] bool may_replace(const std::filesystem::path& file);
 
     Dialogs& dialogs_;
     std::filesystem::path first_folder_;

@@ -8,6 +8,7 @@
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QScreen>
 #include <QStyle>
@@ -57,6 +58,33 @@ int width_of_title(const QDialog& box) {
     return std::min(wanted, box.screen()->availableGeometry().width() - bar);
 }
 
+/// The pattern that is selected in a dialog.
+std::size_t selected_pattern(const QFileDialog& dialog, const FileQuestion& question) {
+    // Some versions of Qt give the caption alone, as the dialog shows it.
+    const QString selected = dialog.selectedNameFilter();
+    for (std::size_t pattern = 0; pattern < question.patterns.size(); ++pattern) {
+        const std::string& caption = question.patterns[pattern];
+        if (selected == to_qt(caption) || selected == name_filter(caption)) return pattern;
+    }
+    return question.pattern;
+}
+
+/// Selects the pattern of an ending that the user types. The dialog itself gives the name the ending of a
+/// pattern that the user selects.
+void let_endings_select(QFileDialog& dialog, const FileQuestion& question) {
+    auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    if (name == nullptr) return;
+    QObject::connect(name, &QLineEdit::textEdited, &dialog, [&dialog, &question, name](const QString& text) {
+        const auto typed = pattern_of_name(question.patterns, path_from_utf8(from_qt(text)));
+        if (!typed || *typed == selected_pattern(dialog, question)) return;
+        const int cursor = name->cursorPosition();
+        dialog.selectNameFilter(name_filter(question.patterns[*typed]));
+        // The dialog has just written the ending anew, in lower case.
+        name->setText(text);
+        name->setCursorPosition(cursor);
+    });
+}
+
 }  // namespace
 
 QString name_filter(const std::string& caption) {
@@ -102,11 +130,13 @@ std::optional<std::string> DesktopDialogs::input(const InputBox& box) {
     return from_qt(dialog.textValue());
 }
 
-std::optional<std::filesystem::path> DesktopDialogs::file(const FileQuestion& question) {
+std::optional<FileAnswer> DesktopDialogs::file(const FileQuestion& question) {
     const BusyPause pause;
     QFileDialog dialog(calling_window(), to_qt(question.title), to_qt(path_text(question.folder)));
     QStringList filters;
     for (const std::string& caption : question.patterns) filters << name_filter(caption);
+    // Not every dialog of a system lets the ending of the name follow the filter.
+    dialog.setOption(QFileDialog::DontUseNativeDialog, question.pattern_decides);
     // The dialog shows the filter without its last parentheses, which is the caption.
     dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.setNameFilters(filters);
@@ -114,9 +144,13 @@ std::optional<std::filesystem::path> DesktopDialogs::file(const FileQuestion& qu
     dialog.setFileMode(question.saving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     // The rules of the program ask about replacing a file, in their own words.
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    if (question.pattern < question.patterns.size())
+        dialog.selectNameFilter(filters[static_cast<qsizetype>(question.pattern)]);
     if (!question.proposed_name.empty()) dialog.selectFile(to_qt(question.proposed_name));
+    if (question.pattern_decides) let_endings_select(dialog, question);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
-    return path_from_utf8(from_qt(dialog.selectedFiles().front()));
+    return FileAnswer{path_from_utf8(from_qt(dialog.selectedFiles().front())),
+                      selected_pattern(dialog, question)};
 }
 
 }  // namespace nivora

@@ -17,7 +17,7 @@ class DesktopDialogs : public Dialogs {
 public:
     Answer message(const Message& message) override;
     std::optional<std::string> input(const InputBox& box) override;
-    std::optional<std::filesystem::path> file(const FileQuestion& question) override;
+    std::optional<FileAnswer> file(const FileQuestion& question) override;
 };
 
 }  // namespace nivora

@@ -21,7 +21,7 @@ struct CellFormat {
 };
 
 /// A text and its cell.
-struct PlacedText {
+struct CellText {
     int row = 0;
     int column = 0;
     QString text = {};
@@ -31,7 +31,7 @@ struct PlacedText {
 /// where the texts go after a Yes.
 struct OfferedPaste {
     Message question;
-    std::vector<PlacedText> cells;
+    std::vector<CellText> cells;
 };
 
 /// The role of the unit of a column in its header.

@@ -11,7 +11,7 @@ namespace {
 constexpr qsizetype k_quoted_characters = 40;
 
 std::string refused_text(const GridModel& cells, const PastePlan& plan) {
-    const PlacedText& first = plan.first_refused;
+    const CellText& first = plan.first_refused;
     const std::string count = std::to_string(plan.refused);
     const std::size_t all = plan.cells.size() + static_cast<std::size_t>(plan.refused);
     const std::string begin =
@@ -41,10 +41,10 @@ std::string cut_off_text(const PastePlan& plan) {
 
 }  // namespace
 
-PastePlan checked_paste(const GridModel& cells, std::vector<PlacedText> texts) {
+PastePlan checked_paste(const GridModel& cells, std::vector<CellText> texts) {
     PastePlan plan;
     plan.cells.reserve(texts.size());
-    for (PlacedText& cell : texts) {
+    for (CellText& cell : texts) {
         if (cells.refusal(cell.row, cell.column, cell.text).isEmpty()) {
             plan.cells.push_back(std::move(cell));
         } else if (plan.refused++ == 0) {
@@ -59,7 +59,7 @@ PastePlan plan_paste(const GridModel& cells, const CellBlock& copied, const Cell
     const int room = cells.columnCount() - target.first_column;
     std::size_t widest = 0;
     for (const auto& row : copied) widest = std::max(widest, row.size());
-    std::vector<PlacedText> texts;
+    std::vector<CellText> texts;
     const auto first = static_cast<std::size_t>(target.first_row);
     for (const PastePiece& piece : paste_pieces(first, static_cast<std::size_t>(target.rows()), copied.size(),
                                                 static_cast<std::size_t>(rows))) {

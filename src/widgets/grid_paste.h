@@ -21,15 +21,15 @@ struct CellRange {
 
 /// The cells of a paste, checked before any of them is changed.
 struct PastePlan {
-    std::vector<PlacedText> cells;  ///< that are accepted
-    int refused = 0;                ///< that are refused
-    PlacedText first_refused;       ///< the first of these
-    int cut_off_rows = 0;           ///< of the block, for which the grid has no room
-    int cut_off_columns = 0;        ///< columns of the block, likewise
+    std::vector<CellText> cells;  ///< that are accepted
+    int refused = 0;              ///< that are refused
+    CellText first_refused;       ///< the first of these
+    int cut_off_rows = 0;         ///< of the block, for which the grid has no room
+    int cut_off_columns = 0;      ///< columns of the block, likewise
 };
 
 /// Checks which of the texts their cells can hold.
-[[nodiscard]] PastePlan checked_paste(const GridModel& cells, std::vector<PlacedText> texts);
+[[nodiscard]] PastePlan checked_paste(const GridModel& cells, std::vector<CellText> texts);
 
 /// A block that is pasted from the first cell of the target on, repeated if the target is taller.
 [[nodiscard]] PastePlan plan_paste(const GridModel& cells, const CellBlock& copied, const CellRange& target);

@@ -133,7 +133,7 @@ bool GridView::agrees_to(const PastePlan& plan) {
 
 void GridView::put(const PastePlan& plan) {
     QRect changed;
-    for (const PlacedText& cell : plan.cells) {
+    for (const CellText& cell : plan.cells) {
         if (cells_->take(cell.row, cell.column, cell.text)) changed |= QRect(cell.column, cell.row, 1, 1);
     }
     if (!changed.isEmpty())

@@ -1,6 +1,7 @@
 #include "widgets/nivora_window.h"
 
 #include "base/durable_file.h"
+#include "widgets/built_in_icons.h"
 #include "widgets/caller.h"
 #include "widgets/content_area.h"
 #include "widgets/entry_box.h"
@@ -81,7 +82,10 @@ NivoraWindow::NivoraWindow(const WindowContext& context, const char* name, Windo
     help_button_->setObjectName(QStringLiteral("btnHelp"));
     help_button_->setCheckable(true);
     help_button_->setText(QStringLiteral("QuickHelp"));
-    help_button_->setIcon(style()->standardIcon(QStyle::SP_MessageBoxQuestion));
+    {
+        const BuiltInIcons icons;
+        help_button_->setIcon(style()->standardIcon(QStyle::SP_MessageBoxQuestion));
+    }
     help_button_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     auto* toolbar = addToolBar(QStringLiteral("QuickHelp"));
     toolbar->setObjectName(QStringLiteral("Toolbar1"));

@@ -39,11 +39,12 @@ PrintDialog::PrintDialog(const QStringList& printers, const PrintOffer& offer, Q
     for (const QString& name : printers) add_target(*target_, name, PrintTarget::Printer);
     if (!printers.isEmpty()) target_->insertSeparator(target_->count());
     add_target(*target_, QStringLiteral("PDF file"), PrintTarget::Pdf);
-    add_target(*target_, QStringLiteral("Text file"), PrintTarget::Text);
+    if (offer.text) add_target(*target_, QStringLiteral("Text file"), PrintTarget::Text);
     const int kept = kept_printer(printers, offer.page.printer);
     int first = kept < 0 ? 0 : kept;
-    if (offer.target != PrintTarget::Printer)
-        first = target_->findData(static_cast<int>(offer.target), k_target_role);
+    const bool text_alone = offer.target == PrintTarget::Text && !offer.text;
+    const PrintTarget target = text_alone ? PrintTarget::Pdf : offer.target;
+    if (target != PrintTarget::Printer) first = target_->findData(static_cast<int>(target), k_target_role);
     target_->setCurrentIndex(first);
 
     auto* form = new QFormLayout;

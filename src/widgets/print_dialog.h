@@ -18,7 +18,7 @@ class PrintDialog : public QDialog {
 
 public:
     /// Selects the target that was used last. For a printer, that of the page set-up or else the first one;
-    /// PDF if there is no printer.
+    /// PDF if there is no printer, or if a text file was used last and is not offered.
     ///
     /// @param printers the names of the system's printers
     PrintDialog(const QStringList& printers, const PrintOffer& offer, QWidget* parent = nullptr);

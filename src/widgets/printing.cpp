@@ -1,9 +1,9 @@
 #include "widgets/printing.h"
 
 #include "base/durable_file.h"
-#include "base/output_file.h"
 #include "base/text.h"
 #include "paint/paint_pages.h"
+#include "paint/plot_print.h"
 #include "reports/grid_pages.h"
 #include "reports/print_texts.h"
 #include "reports/report_pages.h"
@@ -116,24 +116,30 @@ bool Printing::print_text(QWidget* window, const TextPrint& text) {
                           .text = [&] { return with_crlf(text.text); }});
 }
 
+std::optional<PrintChoice> Printing::choose(QWidget* window, bool text) {
+    auto choice = printers_.choose(window, {.page = session_.settings.page, .target = last_, .text = text});
+    if (choice) last_ = choice->target;
+    return choice;
+}
+
 bool Printing::print(QWidget* window, const Work& work) {
-    auto choice = printers_.choose(window, {.page = session_.settings.page, .target = last_});
+    auto choice = choose(window, true);
     if (!choice) return false;
-    last_ = choice->target;
     if (choice->target == PrintTarget::Printer) return print_on_printer(window, *choice, work);
     return print_to_file(window, choice->target, work);
 }
 
 /// Shows what the page set-up refuses, or asks the question of a large print.
-bool Printing::may_print(const std::optional<Message>& refusal, const Work& work) {
+bool Printing::may_print(const std::optional<Message>& refusal, const std::optional<Message>& question) {
     if (refusal) {
         session_.dialogs.message(*refusal);
         return false;
     }
-    return !work.question || session_.dialogs.message(*work.question) == Answer::Yes;
+    return !question || session_.dialogs.message(*question) == go_on_answer(question->buttons);
 }
 
-bool Printing::print_on_printer(QWidget* window, PrintChoice& choice, const Work& work) {
+/// Keeps a chosen printer, unless it is not there any more, which the user is told.
+bool Printing::take_printer(const PrintChoice& choice) {
     if (choice.device == nullptr) {
         session_.dialogs.stop("The printer \"" + choice.printer +
                                   "\" is not available.  Choose another printer, or print into a file.",
@@ -141,11 +147,16 @@ bool Printing::print_on_printer(QWidget* window, PrintChoice& choice, const Work
         return false;
     }
     if (!choice.printer.empty()) session_.settings.page.printer = choice.printer;
+    return true;
+}
+
+bool Printing::print_on_printer(QWidget* window, PrintChoice& choice, const Work& work) {
+    if (!take_printer(choice)) return false;
     const BusyPointer busy;
     PaintedDevice device(*choice.device);
     auto refusal = Printer_Setup(device, choice.page);
     if (!refusal) refusal = margin_refusal(device, name_of(window));
-    return may_print(refusal, work) && paint(window, device, choice, work.lay_out(device));
+    return may_print(refusal, work.question) && paint(window, device, choice, work.lay_out(device));
 }
 
 /// Paints a job on a printer. A job that the user cancels ends without a message.
@@ -161,6 +172,11 @@ bool Printing::paint(QWidget* window, PaintedDevice& device, const PrintChoice& 
         return !cancelled;
     });
     if (cancelled) return false;
+    return tell_failure(choice, started, painted);
+}
+
+/// Shows the error of a printer. @return whether there is none
+bool Printing::tell_failure(const PrintChoice& choice, bool started, bool painted) {
     if (painted && !(choice.has_failed && choice.has_failed())) return true;
     session_.dialogs.message(
         started ? print_error("The printer \"" + choice.printer + "\" did not print all pages", EIO)
@@ -170,26 +186,23 @@ bool Printing::paint(QWidget* window, PaintedDevice& device, const PrintChoice& 
 
 /// Checks the page and asks before it asks for a name: nobody names a file that is not written.
 bool Printing::print_to_file(QWidget* window, PrintTarget target, const Work& work) {
-    if (!may_print(file_page_refusal(session_.settings.page, name_of(window)), work)) return false;
+    if (!may_print(file_page_refusal(session_.settings.page, name_of(window)), work.question)) return false;
     const FileKind kind = target == PrintTarget::Pdf ? FileKind::SavePdf : FileKind::SaveText;
-    const auto file =
-        session_.file_names.GetFileName(kind, session_.basin.Basin_File, false, work.name_suffix);
-    if (!file || is_in_use(*file)) return false;
+    const auto file = file_to_print(kind, work.name_suffix);
+    if (!file) return false;
     const std::string ending = folded_name(path_text(file->extension()));
     const bool pages = ending == ".pdf" || (target == PrintTarget::Pdf && ending != ".txt");
     return pages ? write_pages(*file, work) : write_text(*file, work);
 }
 
-/// Whether a file is that of the open basin, which a print would replace; the user is told so.
-bool Printing::is_in_use(const std::filesystem::path& file) {
-    for (const std::filesystem::path& used : {session_.basin.Basin_File, session_.basin.Work_File}) {
-        if (used.empty() || !same_file(file, used)) continue;
-        session_.dialogs.stop("The file '" + path_text(file) +
-                                  "' is the basin that is open.  Choose another name for the print.",
-                              "Invalid file name");
-        return true;
-    }
-    return false;
+/// Asks for a file that is not the open basin, which a print would replace.
+std::optional<std::filesystem::path> Printing::file_to_print(FileKind kind, const std::string& suffix) {
+    auto file = session_.file_names.GetFileName(kind, session_.basin.Basin_File, suffix);
+    if (!file) return std::nullopt;
+    const auto refusal = open_basin_refusal(session_.basin, *file, "print");
+    if (!refusal) return file;
+    session_.dialogs.message(*refusal);
+    return std::nullopt;
 }
 
 bool Printing::write_text(const std::filesystem::path& file, const Work& work) {
@@ -207,6 +220,39 @@ bool Printing::write_pages(const std::filesystem::path& file, const Work& work) 
     const BusyPointer busy;
     const auto refusal = write_pdf(file, session_.settings.page,
                                    [&](const PagedDevice& device) { return work.lay_out(device); });
+    if (refusal) session_.dialogs.stop(refusal->text, k_print_title);
+    return !refusal;
+}
+
+bool Printing::print_picture(QWidget* window, const PlotPrint& plot) {
+    auto choice = choose(window, false);
+    if (!choice) return false;
+    if (choice->target == PrintTarget::Printer) return print_plot_on_printer(*choice, plot);
+    return print_plot_to_file(plot);
+}
+
+bool Printing::print_plot_on_printer(PrintChoice& choice, const PlotPrint& plot) {
+    if (!take_printer(choice)) return false;
+    const BusyPointer busy;
+    PaintedDevice device(*choice.device);
+    auto refusal = Printer_Setup(device, choice.page);
+    if (!refusal) refusal = plot_page_refusal(device.page());
+    if (!may_print(refusal, plot_overflow_question(device.page(), plot.size))) return false;
+    const bool painted = paint_plot(device, plot);
+    return tell_failure(choice, painted, painted);
+}
+
+bool Printing::print_plot_to_file(const PlotPrint& plot) {
+    std::optional<Message> question;
+    const auto refused = with_pdf_page(session_.settings.page, [&](PaintedDevice& device) {
+        question = plot_overflow_question(device.page(), plot.size);
+        return plot_page_refusal(device.page());
+    });
+    if (!may_print(refused, question)) return false;
+    const auto file = file_to_print(FileKind::SavePdf, "_Plot");
+    if (!file) return false;
+    const BusyPointer busy;
+    const auto refusal = write_plot_pdf(*file, session_.settings.page, plot);
     if (refusal) session_.dialogs.stop(refusal->text, k_print_title);
     return !refusal;
 }

@@ -3,6 +3,7 @@
 
 #include "base/dialogs.h"
 #include "reports/page_setup.h"
+#include "session/file_names.h"
 
 #include <QPagedPaintDevice>
 #include <filesystem>
@@ -19,6 +20,7 @@ namespace nivora {
 class PagedDevice;
 class PaintedDevice;
 struct PrintedJob;
+struct PlotPrint;
 struct PrintedSheet;
 struct ReportPrint;
 struct Session;
@@ -30,6 +32,7 @@ enum class PrintTarget { Printer, Pdf, Text };
 struct PrintOffer {
     const PageSetup& page;  ///< its printer is selected if the system still has it
     PrintTarget target = PrintTarget::Printer;
+    bool text = true;  ///< whether what is printed can be written as text
 };
 
 /// What the user chose in the print dialog.
@@ -61,9 +64,10 @@ struct SheetsPrint {
     std::optional<Message> question = {};  ///< asked before the print; only Yes continues
 };
 
-/// Prints what windows show. Every print, also one into a file, needs a page with room for reports and asks
-/// its question first. Questions and errors are shown by the session's dialogs; the chosen printer is kept in
-/// its settings if it exists. After an error the window stays open, and a file is complete or unchanged.
+/// Prints what windows show. Every print, also one into a file, needs a page with room for reports, or for a
+/// picture, and asks its question first. Questions and errors are shown by the session's dialogs; the chosen
+/// printer is kept in its settings if it exists. After an error the window stays open, and a file is complete
+/// or unchanged.
 class Printing {
 public:
     Printing(Session& session, Printers& printers) : session_(session), printers_(printers) {}
@@ -80,18 +84,29 @@ public:
     /// Prints a text whose lines break at the margins, such as a topic of the help.
     bool print_text(QWidget* window, const TextPrint& text);
 
+    /// Prints a plot on one page in the size that it has in its window, on a printer or into a PDF file. One
+    /// that is larger than the room between the margins is compressed if the user agrees.
+    bool print_picture(QWidget* window, const PlotPrint& plot);
+
 private:
     struct Work;
 
     [[nodiscard]] bool print(QWidget* window, const Work& work);
+    [[nodiscard]] std::optional<PrintChoice> choose(QWidget* window, bool text);
+    [[nodiscard]] bool take_printer(const PrintChoice& choice);
+    [[nodiscard]] std::optional<std::filesystem::path> file_to_print(FileKind kind,
+                                                                     const std::string& suffix);
+    [[nodiscard]] bool print_plot_on_printer(PrintChoice& choice, const PlotPrint& plot);
+    [[nodiscard]] bool print_plot_to_file(const PlotPrint& plot);
     [[nodiscard]] bool print_on_printer(QWidget* window, PrintChoice& choice, const Work& work);
     [[nodiscard]] bool paint(QWidget* window, PaintedDevice& device, const PrintChoice& choice,
                              const PrintedJob& job);
     [[nodiscard]] bool print_to_file(QWidget* window, PrintTarget target, const Work& work);
     [[nodiscard]] bool write_text(const std::filesystem::path& file, const Work& work);
     [[nodiscard]] bool write_pages(const std::filesystem::path& file, const Work& work);
-    [[nodiscard]] bool may_print(const std::optional<Message>& refusal, const Work& work);
-    [[nodiscard]] bool is_in_use(const std::filesystem::path& file);
+    [[nodiscard]] bool may_print(const std::optional<Message>& refusal,
+                                 const std::optional<Message>& question);
+    [[nodiscard]] bool tell_failure(const PrintChoice& choice, bool started, bool painted);
 
     Session& session_;
     Printers& printers_;

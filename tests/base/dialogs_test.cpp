@@ -79,7 +79,7 @@ TEST(ScriptedDialogs, AnswersInTheOrderOfTheScript) {
     EXPECT_EQ(dialogs.message(question("Overwrite?")), Answer::No);
     EXPECT_EQ(dialogs.input({.prompt = "Name?"}), "Run 1");
     EXPECT_EQ(dialogs.message(question("Continue?")), Answer::Yes);
-    EXPECT_EQ(dialogs.file({.title = "Save as"}), "basin.mdb");
+    EXPECT_EQ(dialogs.file({.title = "Save as"}), (FileAnswer{"basin.mdb", 0}));
     EXPECT_EQ(dialogs.answers_left(), 0U);
     EXPECT_THAT(dialogs.complaints(), IsEmpty());
 }
@@ -92,7 +92,7 @@ TEST(ScriptedDialogs, KeepsWhatWasAsked) {
     EXPECT_EQ(dialogs.input({.prompt = "Name?", .title = "New", .proposed = "a"}), "x");
     EXPECT_EQ(
         dialogs.file({.title = "Open", .folder = "/basins", .patterns = {"Basin (*.mdb)"}, .saving = true}),
-        "y");
+        (FileAnswer{"y", 0}));
     ASSERT_EQ(dialogs.messages().size(), 1U);
     EXPECT_EQ(dialogs.messages()[0].message.title, "Save Data?");
     EXPECT_EQ(dialogs.messages()[0].message.icon, Icon::Question);
@@ -102,6 +102,31 @@ TEST(ScriptedDialogs, KeepsWhatWasAsked) {
     ASSERT_EQ(dialogs.files().size(), 1U);
     EXPECT_EQ(dialogs.files()[0].folder, "/basins");
     EXPECT_TRUE(dialogs.files()[0].saving);
+}
+
+TEST(ScriptedDialogs, AFileHasThePatternOfTheScriptOrElseTheSelectedOne) {
+    ScriptedDialogs dialogs;
+    dialogs.then_file("a").then_file("b", 0);
+    const FileQuestion question{.patterns = {"Text Files (*.txt)", "All Files (*.*)"}, .pattern = 1};
+    EXPECT_EQ(dialogs.file(question), (FileAnswer{"a", 1}));
+    EXPECT_EQ(dialogs.file(question), (FileAnswer{"b", 0}));
+}
+
+TEST(FilePatterns, HaveTheEndingInTheirParentheses) {
+    EXPECT_EQ(pattern_ending("Bitmap Files (*.bmp)"), ".bmp");
+    EXPECT_EQ(pattern_ending("Maps (old) (*.map)"), ".map");
+    EXPECT_EQ(pattern_ending("All Files (*.*)"), "");
+    EXPECT_EQ(pattern_ending("Bitmap Files"), "");
+    EXPECT_EQ(pattern_ending("(*."), "");
+}
+
+TEST(FilePatterns, AreFoundByTheEndingOfANameInAnyCase) {
+    const std::vector<std::string> patterns{"Bitmap Files (*.bmp)", "Text Files (*.txt)", "All Files (*.*)"};
+    EXPECT_EQ(pattern_of_name(patterns, "/data/alder.TXT"), 1U);
+    EXPECT_EQ(pattern_of_name(patterns, "alder.bmp"), 0U);
+    EXPECT_EQ(pattern_of_name(patterns, "alder.txt.old"), std::nullopt);
+    EXPECT_EQ(pattern_of_name(patterns, "/data.txt/alder"), std::nullopt);
+    EXPECT_EQ(pattern_of_name(patterns, ""), std::nullopt);
 }
 
 TEST(ScriptedDialogs, CancelledBoxesGiveNothingBack) {

@@ -91,7 +91,9 @@ TEST(PlotScreenChangedMelt, AsksToStoreItsColumnsWhenItIsBuilt) {
     PlotScreen screen;
     EXPECT_TRUE(pick(screen, PlotNumber::ChangedAccumulatedMelt, basin).store_melt);
     EXPECT_FALSE(screen.after_resize().store_melt);
-    EXPECT_FALSE(screen.zoom_out().store_melt);
+    BasinDatabase database = basin.file.open(Access::ReadOnly);
+    EXPECT_TRUE(screen.zoom_out(&database, basin.sources()).store_melt);
+    EXPECT_FALSE(screen.zoom_out(nullptr, basin.sources()).store_melt);
     EXPECT_FALSE(pick(screen, PlotNumber::SnowCover, basin).store_melt);
 }
 

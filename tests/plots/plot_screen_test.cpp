@@ -40,6 +40,20 @@ protected:
         BasinDatabase database = basin_.file.open(Access::ReadOnly);
         return screen_.pick_zone(zone, database, basin_.sources());
     }
+    ScreenAnswer zoom_out() {
+        BasinDatabase database = basin_.file.open(Access::ReadOnly);
+        return screen_.zoom_out(&database, basin_.sources());
+    }
+    void pick_zone_after(PlotNumber plot, int zone) {
+        pick(plot);
+        pick_zone(zone);
+    }
+    /// Replaces the snow cover by one that rises from 1/16 to 1/2 in all zones.
+    void write_rising_cover() {
+        basin_.file.open().execute("DELETE FROM PhysicalData");
+        basin_.write_variables(
+            [](PhysicalRow& row, int, int day) { row.sca = 0.0625F * static_cast<float>(day); });
+    }
     /// The zone that the standing plot shows.
     int plotted_zone() { return screen_.plot() == nullptr ? 0 : screen_.plot()->zone.value_or(-1); }
 
@@ -74,7 +88,7 @@ TEST_F(PlotScreenTest, HasNoPlotBeforeAPick) {
     EXPECT_FALSE(screen_.picked());
     EXPECT_EQ(screen_.shown_zone(basin_.basin), k_all);
     for (const ScreenAnswer& answer :
-         {pick_zone(1), screen_.redraw({"1", "2"}), screen_.zoom(k_four_days), screen_.zoom_out(),
+         {pick_zone(1), screen_.redraw({"1", "2"}), screen_.zoom(k_four_days), zoom_out(),
           screen_.wheel({37168.0, 0.75}, 1.0), screen_.pan(1.0), screen_.after_resize(),
           screen_.release({1.0, 1.0}), screen_.next_grid()})
         expect_nothing_to_do(answer);
@@ -126,7 +140,7 @@ TEST_F(PlotScreenTest, AFailedBuildLeavesItsTextAndNoPlot) {
     EXPECT_EQ(screen_.picked(), PlotNumber::LagTime);
     EXPECT_EQ(screen_.boxes(), BoxTexts{});
     expect_nothing_to_do(screen_.redraw({"1/1/2002", "5"}));
-    expect_nothing_to_do(screen_.zoom_out());
+    expect_nothing_to_do(zoom_out());
     EXPECT_TRUE(screen_.after_resize().draw);
     pick(k_cover);
     EXPECT_EQ(screen_.fallback(), nullptr);
@@ -218,10 +232,10 @@ TEST_F(PlotScreenTest, RedrawRefusesABoxAndThePlotStays) {
 TEST_F(PlotScreenTest, AZoomGoesBeforeTypedMaxima) {
     pick(k_cover);
     screen_.zoom(k_four_days);
-    screen_.redraw({"10/09/2001", "2"});
+    EXPECT_TRUE(screen_.redraw({"10/09/2001", "2"}).after_zoom);
     expect_frame(37166.0F, 37170.0F, 0.625F, 0.875F);
     EXPECT_EQ(screen_.boxes().y, "2");
-    screen_.zoom_out();
+    zoom_out();
     expect_frame(k_october_2001, k_october_2001 + 8.0F, 0.5F, 2.0F);
 }
 
@@ -233,8 +247,41 @@ TEST_F(PlotScreenTest, OneZoomOutLeavesAllZooms) {
     screen_.zoom({.x1 = 37167.0, .x2 = 37169.0, .y1 = 0.625, .y2 = 0.875});
     expect_frame(37167.0F, 37169.0F, 0.625F, 0.875F);
     screen_.wheel({37168.0, 0.75}, 1.0);
-    EXPECT_TRUE(screen_.zoom_out().fill_boxes);
+    EXPECT_TRUE(zoom_out().fill_boxes);
     expect_whole_cover();
+}
+
+TEST_F(PlotScreenTest, ZoomOutMakesThePlotAnewFromTheFile) {
+    pick_zone_after(k_cover, 2);
+    screen_.zoom(k_four_days);
+    write_rising_cover();
+    screen_.next_grid();
+    expect_frame(37166.0F, 37170.0F, 0.625F, 0.875F);
+    EXPECT_TRUE(zoom_out().fill_boxes);
+    EXPECT_EQ(plotted_zone(), 2);
+    expect_frame(k_october_2001, k_october_2001 + 8.0F, 0.0625F, 0.5F);
+}
+
+TEST_F(PlotScreenTest, ZoomOutShowsThePickAgainIfTheBasinHasAnotherPlotNow) {
+    pick(k_cover);
+    screen_.zoom(k_four_days);
+    write_rising_cover();
+    const auto expect_the_pick = [&] {
+        EXPECT_TRUE(zoom_out().draw);
+        expect_whole_cover();
+        screen_.zoom(k_four_days);
+    };
+    basin_.take_step(2, 8);
+    expect_the_pick();
+    basin_.run.ClimateStep = 0;
+    basin_.basin.Current_Sim_Name = "wy2003";
+    expect_the_pick();
+    basin_.basin.Current_Sim_Name = "wy2002";
+    EXPECT_TRUE(screen_.zoom_out(nullptr, basin_.sources()).draw);
+    expect_whole_cover();
+    basin_.file.open().execute("DELETE FROM PhysicalData");
+    screen_.zoom(k_four_days);
+    expect_the_pick();
 }
 
 TEST_F(PlotScreenTest, AnEmptyZoomSaysSoAndThePlotStays) {
@@ -282,7 +329,7 @@ TEST_F(PlotScreenTest, APickAndZoomOutDisarm) {
     pick(PlotNumber::Precipitation);
     EXPECT_FALSE(screen_.drag().armed());
     screen_.zoom_in();
-    screen_.zoom_out();
+    zoom_out();
     EXPECT_FALSE(screen_.drag().armed());
 }
 
@@ -317,7 +364,7 @@ TEST_F(PlotScreenTest, ThePictureAndItsStepStayWhenTheBasinChanges) {
     basin_.take_step(5, 2);
     basin_.basin.simulations.clear();
     basin_.basin.current_row.reset();
-    screen_.zoom_out();
+    zoom_out();
     expect_whole_cover();
     EXPECT_EQ(screen_.step(), 1);
     EXPECT_EQ(screen_.plot()->head.step, 1);
@@ -385,7 +432,7 @@ TEST_F(PlotScreenTest, ZoomsAndZoomOutGiveTheSamePlot) {
             else
                 screen_.pan(between(-3.0, 3.0));
         }
-        screen_.zoom_out();
+        zoom_out();
         expect_whole_cover();
         ASSERT_EQ(screen_.plot()->curves.size(), before.curves.size());
         for (std::size_t i = 0; i < before.curves.size(); ++i)

@@ -272,6 +272,17 @@ TEST_F(BasinLifeTest, AStartWithoutATemplateUsesTheWorkingFileOfTheLastStart) {
     EXPECT_FALSE(session_.shell.scenario_definition);
 }
 
+TEST_F(BasinLifeTest, AnImportAndSaveAsCloseThePlotsAndASaveDoesNot) {
+    int closed = 0;
+    desktop_.close_plots = [&] { ++closed; };
+    save_new_basin("alder.mdb");
+    EXPECT_EQ(closed, 1) << "under a new name";
+    life_.save();
+    EXPECT_EQ(closed, 1);
+    life_.imported();
+    EXPECT_EQ(closed, 2);
+}
+
 TEST_F(BasinLifeTest, NamesWithQuotesAndOtherScriptsSurviveASave) {
     define_basin(1);
     session_.basin.basin_name = "Ötztal \"Ache\" – Река";

@@ -18,10 +18,9 @@ protected:
     }
 
     /// The question that is asked for a kind of file while the basin's file is `basin_file`.
-    FileQuestion question(FileKind kind, const fs::path& basin_file, bool flux_plot = false,
-                          const std::string& suffix = {}) {
+    FileQuestion question(FileKind kind, const fs::path& basin_file, const std::string& suffix = {}) {
         dialogs_.then_file(std::nullopt);
-        EXPECT_EQ(names_.GetFileName(kind, basin_file, flux_plot, suffix), std::nullopt);
+        EXPECT_EQ(names_.GetFileName(kind, basin_file, suffix), std::nullopt);
         return dialogs_.files().back();
     }
 
@@ -47,10 +46,6 @@ TEST_F(FileKindsTest, EachPurposeHasItsTitlePatternsAndDialog) {
                            {FileKind::SaveQuestion, "Save a Nivora data base", basins, true},
                            {FileKind::SaveAs, "Save a Nivora data base as ...", basins, true},
                            {FileKind::SaveBasin, "Save a Nivora data base", basins, true},
-                           {FileKind::SavePlot,
-                            "Save a Nivora plot as ...",
-                            {"Bitmap Files (*.bmp)", "Ascii Files (*.txt)"},
-                            true},
                            {FileKind::SaveText,
                             "Save as a text(.txt) file",
                             {"Text Files (*.txt)", "All Files (*.*)"},
@@ -64,6 +59,8 @@ TEST_F(FileKindsTest, EachPurposeHasItsTitlePatternsAndDialog) {
         EXPECT_EQ(asked.patterns, kind.patterns) << kind.title;
         EXPECT_EQ(asked.saving, kind.saving) << kind.title;
         EXPECT_EQ(asked.folder, program_.path()) << kind.title;
+        EXPECT_EQ(asked.pattern, 0U) << kind.title;
+        EXPECT_FALSE(asked.pattern_decides) << kind.title;
     }
 }
 
@@ -88,7 +85,7 @@ TEST_F(FileKindsTest, ATextGetsTheNameWithItsExtension) {
 
 TEST_F(FileKindsTest, APrintGetsTheNameWithItsSuffix) {
     const auto proposed = [&](FileKind kind, const fs::path& file) {
-        return question(kind, file, false, "_Results").proposed_name;
+        return question(kind, file, "_Results").proposed_name;
     };
     EXPECT_EQ(proposed(FileKind::SaveText, "/data/alder.fork.mdb"), "alder.fork_Results.txt");
     EXPECT_EQ(proposed(FileKind::SavePdf, "/data/alder.fork.mdb"), "alder.fork_Results.pdf");
@@ -98,17 +95,12 @@ TEST_F(FileKindsTest, APrintGetsTheNameWithItsSuffix) {
     EXPECT_EQ(proposed(FileKind::SavePdf, "<new file> "), "newfile_Results");
 }
 
-TEST_F(FileKindsTest, APlotGetsTheNameUpToItsLastPointAndTheExtensionOfPlots) {
-    EXPECT_EQ(question(FileKind::SavePlot, "/data/alder.fork.mdb").proposed_name, "alder.fork.bmp");
-    EXPECT_EQ(question(FileKind::SavePlot, program_.path() / "null.mdb").proposed_name, "newfile.bmp");
-}
-
 TEST_F(FileKindsTest, TheFolderOfAnAnswerIsKeptOnlyForItsPurpose) {
     dialogs_.then_file(program_.path() / "one" / "a.mdb");
     static_cast<void>(names_.GetFileName(FileKind::SaveAs, "/data/alder.mdb"));
     EXPECT_EQ(question(FileKind::SaveAs, "/data/alder.mdb").folder, program_.path() / "one");
     for (const FileKind other : {FileKind::OpenBasin, FileKind::Import, FileKind::SaveText,
-                                 FileKind::SavePlot, FileKind::SaveQuestion, FileKind::SaveBasin}) {
+                                 FileKind::SaveQuestion, FileKind::SaveBasin}) {
         EXPECT_EQ(question(other, "/data/alder.mdb").folder, program_.path());
     }
     // A cancel keeps the folder.
@@ -125,7 +117,7 @@ TEST_F(FileKindsTest, OnlySavedNamesGetAnExtension) {
          {Case{FileKind::OpenBasin, "alder", "alder"}, Case{FileKind::Import, "alder", "alder"},
           Case{FileKind::SaveAs, "alder", "alder.mdb"}, Case{FileKind::SaveQuestion, "alder", "alder.mdb"},
           Case{FileKind::SaveText, "alder", "alder.txt"}, Case{FileKind::SavePdf, "alder", "alder.pdf"},
-          Case{FileKind::SavePlot, "alder", "alder.bmp"}, Case{FileKind::SaveAs, "alder.old", "alder.old"},
+          Case{FileKind::SaveAs, "alder.old", "alder.old"},
           Case{FileKind::SaveText, "alder.csv", "alder.csv"}}) {
         dialogs_.then_file(program_.path() / c.answer);
         EXPECT_EQ(names_.GetFileName(c.kind, "/data/basin.mdb"), program_.path() / c.name);

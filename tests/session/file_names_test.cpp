@@ -86,20 +86,9 @@ TEST_F(FileNamesTest, ANameThatCannotBeLookedUpIsToldAndNothingIsChosen) {
 TEST_F(FileNamesTest, TheEndingOfABasinIsReplacedForAPrintInUpperCase) {
     dialogs_.then_file(std::nullopt).then_file(std::nullopt);
     static_cast<void>(names_.GetFileName(FileKind::SaveText, "/data/ALDER.MDB"));
-    static_cast<void>(names_.GetFileName(FileKind::SavePdf, "/data/alder.Mdb", false, "_Results"));
+    static_cast<void>(names_.GetFileName(FileKind::SavePdf, "/data/alder.Mdb", "_Results"));
     EXPECT_EQ(dialogs_.files()[0].proposed_name, "ALDER.txt");
     EXPECT_EQ(dialogs_.files()[1].proposed_name, "alder_Results.pdf");
-}
-
-TEST_F(FileNamesTest, OnlyTwoPlotsOfferThePlotterForm) {
-    dialogs_.then_file(std::nullopt).then_file(std::nullopt);
-    static_cast<void>(names_.GetFileName(FileKind::SavePlot, "/data/alder.mdb", true));
-    static_cast<void>(names_.GetFileName(FileKind::SavePlot, "/data/alder.mdb", false));
-    EXPECT_EQ(
-        dialogs_.files()[0].patterns,
-        (std::vector<std::string>{"Bitmap Files (*.bmp)", "Ascii Files (*.txt)", "Slurp Files (*.flx)"}));
-    EXPECT_EQ(dialogs_.files()[1].patterns.size(), 2U);
-    EXPECT_EQ(dialogs_.files()[1].title, "Save a Nivora plot as ...");
 }
 
 TEST_F(FileNamesTest, EachPurposeKeepsItsOwnFolder) {

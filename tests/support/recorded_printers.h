@@ -72,6 +72,7 @@ public:
                                      .points = item.font().pointSizeF()});
     }
     void drawPixmap(const QRectF& /*to*/, const QPixmap& /*picture*/, const QRectF& /*from*/) override {}
+    void drawPath(const QPainterPath& /*path*/) override {}
     using QPaintEngine::drawPolygon;
     void drawPolygon(const QPointF* /*points*/, int /*count*/, PolygonDrawMode /*mode*/) override {}
     [[nodiscard]] Type type() const override { return User; }
@@ -135,6 +136,7 @@ public:
     std::optional<PrintChoice> choose(QWidget* window, const PrintOffer& offer) override {
         window_ = window;
         offered_printers_.push_back(offer.page.printer);
+        text_offered_ = offer.text;
         std::optional<PrintTarget> target = PrintTarget::Printer;
         if (!script_.empty()) {
             target = script_.front();
@@ -168,6 +170,8 @@ public:
     [[nodiscard]] const std::deque<RecordedJob>& jobs() const { return jobs_; }
     /// The printer that each shown dialog offered.
     [[nodiscard]] const std::vector<std::string>& offered_printers() const { return offered_printers_; }
+    /// Whether the dialog that was last shown offered a text file.
+    [[nodiscard]] bool text_offered() const { return text_offered_; }
     /// The window in front of which the dialog was last shown.
     [[nodiscard]] const QWidget* window() const { return window_; }
     [[nodiscard]] int aborted_jobs() const { return aborted_jobs_; }
@@ -184,6 +188,7 @@ private:
     std::deque<RecordedJob> jobs_;
     std::vector<std::string> offered_printers_;
     const QWidget* window_ = nullptr;
+    bool text_offered_ = false;
     int aborted_jobs_ = 0;
     QBuffer nowhere_;
 };

@@ -5,16 +5,20 @@
 #include "base/scripted_dialogs.h"
 #include "tests/support/recorded_printers.h"
 #include "tests/support/temporary_folder.h"
+#include "widgets/built_in_icons.h"
 
 #include <gtest/gtest.h>
 
 #include <QGroupBox>
+#include <QIcon>
 #include <QLineEdit>
+#include <QPixmap>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
 #include <QTableWidget>
 #include <QTest>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace nivora {
@@ -171,6 +175,58 @@ TEST_F(NivoraWindowTest, F6LeadsFromAreaToAreaAndBack) {
     EXPECT_EQ(after(Qt::Key_Tab, Qt::ControlModifier), window.button);
     EXPECT_EQ(after(Qt::Key_F6, {})->objectName(), QStringLiteral("btnHelp"));
     EXPECT_EQ(after(Qt::Key_F6, {}), window.box);
+}
+
+/// The icon theme "Frost", which has a picture for questions, is that of the desktop.
+class BuiltInIconsTest : public testing::Test {
+protected:
+    BuiltInIconsTest() {
+        std::filesystem::create_directories(folder_ / "Frost/16");
+        folder_.write("Frost/index.theme", "[Icon Theme]\nName=Frost\nDirectories=16\n\n[16]\nSize=16\n");
+        QPixmap picture(16, 16);
+        picture.fill(Qt::red);
+        picture.save(QString::fromStdString((folder_ / "Frost/16/dialog-question.png").string()));
+        QIcon::setThemeSearchPaths({QString::fromStdString(folder_.path().string())});
+        QIcon::setThemeName(QStringLiteral("Frost"));
+    }
+    ~BuiltInIconsTest() override {
+        QIcon::setThemeName(name_);
+        QIcon::setThemeSearchPaths(paths_);
+    }
+
+    [[nodiscard]] static bool theme_has_icon() {
+        return QIcon::hasThemeIcon(QStringLiteral("dialog-question"));
+    }
+
+    TemporaryFolder folder_;
+    QStringList paths_ = QIcon::themeSearchPaths();
+    QString name_ = QIcon::themeName();
+};
+
+TEST_F(BuiltInIconsTest, NoThemeIsSearchedWhileTheyAreWanted) {
+    ASSERT_TRUE(theme_has_icon());
+    {
+        const BuiltInIcons icons;
+        EXPECT_FALSE(theme_has_icon());
+    }
+    EXPECT_TRUE(theme_has_icon());
+}
+
+TEST_F(BuiltInIconsTest, TheIconOfQuickHelpIsTheSameOnEveryDesktop) {
+    const auto icon = [] {
+        ScriptedDialogs dialogs;
+        Desktop desktop;
+        Session session{dialogs, desktop};
+        QuickHelp quick_help;
+        RecordedPrinters printers;
+        Printing printing{session, printers};
+        const ProbeWindow window({session, quick_help, {}, printing}, {300, 260});
+        return window.findChild<QToolButton*>(QStringLiteral("btnHelp"))->icon().pixmap(16).toImage();
+    };
+    EXPECT_NE(icon(), QImage(QString::fromStdString((folder_ / "Frost/16/dialog-question.png").string())));
+    const QImage of_theme = icon();
+    QIcon::setThemeName(QStringLiteral("none"));
+    EXPECT_EQ(icon(), of_theme);
 }
 
 }  // namespace

@@ -52,6 +52,16 @@ TEST(PrintDialog, OffersTheKindOfFileThatWasUsedLast) {
     EXPECT_EQ(dialog.printer(), QString{});
 }
 
+TEST(PrintDialog, OffersNoTextForAPictureAndAPdfAfterAText) {
+    PageSetup page;
+    PrintDialog dialog(k_two, {.page = page, .target = PrintTarget::Text, .text = false});
+    EXPECT_EQ(list_of(dialog).findText(QStringLiteral("Text file")), -1);
+    EXPECT_EQ(dialog.target(), PrintTarget::Pdf);
+    PrintDialog without_printer({}, {.page = page, .text = false});
+    EXPECT_EQ(list_of(without_printer).count(), 1);
+    EXPECT_EQ(without_printer.target(), PrintTarget::Pdf);
+}
+
 TEST(PrintDialog, NamesAPrinterThatIsGoneAndOffersAnother) {
     PageSetup page;
     page.printer = "Plotter";

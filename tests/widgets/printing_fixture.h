@@ -4,6 +4,7 @@
 #include "base/scripted_dialogs.h"
 #include "reports/grid_pages.h"
 #include "reports/print_texts.h"
+#include "reports/report_pages.h"
 #include "session/session.h"
 #include "tests/support/recorded_printers.h"
 #include "tests/support/temporary_folder.h"

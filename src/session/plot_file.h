@@ -1,0 +1,24 @@
+// Saves a plot as a file: asks for its name and form, and writes it.
+#pragma once
+
+#include "plots/plot.h"
+#include "session/session.h"
+
+#include <functional>
+#include <string>
+
+namespace nivora {
+
+/// Makes the content of a picture file; empty if the system has no room for it.
+using PaintPlot = std::function<std::string(PlotForm form)>;
+
+/// Asks for a file and writes the plot in the chosen form. The basin's file is open only while a flow file is
+/// read from it. A file is complete or unchanged; what went wrong is shown.
+///
+/// @param plot  as it is viewed: a text holds the points of a zoom, a flow file always the whole period
+/// @param now   date and time in the head of a text
+/// @param paint called for the forms of pictures
+/// @return whether a file was written
+bool save_plot_file(Session& session, const Plot& plot, double now, const PaintPlot& paint);
+
+}  // namespace nivora
