@@ -41,7 +41,7 @@ std::optional<std::string> BatchDialogs::input(const InputBox& box) {
     return input_.value_or(box.proposed);
 }
 
-std::optional<std::filesystem::path> BatchDialogs::file(const FileQuestion&) { return std::nullopt; }
+std::optional<FileAnswer> BatchDialogs::file(const FileQuestion&) { return std::nullopt; }
 
 void BatchDialogs::report_problem(const std::string& title, const std::string& text) {
     refused_ = true;

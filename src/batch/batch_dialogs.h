@@ -27,7 +27,7 @@ public:
     /// Returns the prepared text once. A second question means that it was not accepted: the prompt says why
     /// and is reported.
     std::optional<std::string> input(const InputBox& box) override;
-    std::optional<std::filesystem::path> file(const FileQuestion& question) override;
+    std::optional<FileAnswer> file(const FileQuestion& question) override;
 
     /// Sets the answer to the next input box; without one the answer is the box's own proposal.
     void prepare_input(std::string text) { input_ = std::move(text); }

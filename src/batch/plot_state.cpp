@@ -3,6 +3,7 @@
 #include "batch/climate_steps.h"
 #include "batch/selected_simulation.h"
 #include "reports/report_period.h"
+#include "store/basin_marks.h"
 
 namespace nivora {
 namespace {
@@ -45,7 +46,7 @@ std::optional<PlotState> take_plot_state(BasinDatabase& database, Session& sessi
     session.run.RunStart = period.start;
     session.run.RunEnd = period.end;
     state.results_current = has_results(database, period);
-    session.basin.Output_Valid = state.results_current;
+    mark_results_found(session.basin, state.results_current);
     if (state.results_current) take_results(database, session, command.plot);
     return state;
 }

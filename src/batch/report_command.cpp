@@ -8,6 +8,7 @@
 #include "batch/selected_simulation.h"
 #include "reports/report_generator.h"
 #include "reports/run_figures.h"
+#include "store/basin_marks.h"
 #include "store/basin_opening.h"
 #include "store/daily_table.h"
 
@@ -60,10 +61,9 @@ bool take_state(BasinDatabase& database, Session& session, const ReportCommand& 
     if (!take_kind(session.run, command.run, dialogs)) return false;
     if (!take_reported_step(database, session, command, dialogs)) return false;
     BasinState& basin = session.basin;
-    basin.Input_Changed = command.input_changed;
-    basin.Output_Valid =
-        has_results(database, ReportPeriod{basin.Current_Start, basin.Current_End}.covered());
-    if (basin.Output_Valid) session.run.LastRunSimulation = basin.Current_Sim_Name;
+    const bool found = has_results(database, ReportPeriod{basin.Current_Start, basin.Current_End}.covered());
+    mark_results_found(basin, found, command.input_changed);
+    if (found) session.run.LastRunSimulation = basin.Current_Sim_Name;
     return true;
 }
 

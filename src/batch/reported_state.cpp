@@ -3,7 +3,7 @@
 #include "engine/run_driver.h"
 #include "engine/run_statistics.h"
 #include "reports/report_period.h"
-#include "store/daily_columns.h"
+#include "store/daily_rows.h"
 
 #include <fmt/format.h>
 
@@ -15,21 +15,19 @@ namespace {
 
 constexpr int k_last_winter_step = 2;
 
-/// The discharges of a run's period on the days that the results table has, without its other columns.
+/// Zone 1's discharges in a run's period, row by row as the run has left them, without their other columns.
 SimResults discharges(BasinDatabase& database, const RunState& run) {
     constexpr std::array<std::string_view, 3> k_fields{"ActualQ", "DailyQ", "DailyQPresent"};
-    const DailyColumns columns =
-        read_daily_columns(database, k_sim_results, k_fields, 1, run.RunStart, run.RunEnd);
+    const DailyRows rows =
+        read_daily_rows(database, k_sim_results, k_fields, 1, 1, Period{run.RunStart, run.RunEnd});
     SimResults results;
-    for (const StoredDay& day : stored_days(database, k_sim_results, Period{run.RunStart, run.RunEnd})) {
-        if (day.zone != 1) continue;
-        const std::size_t row = results.size();
-        results.resize(row + 1);
+    results.resize(rows.size());
+    for (std::size_t row = 0; row < rows.size(); ++row) {
         results.Zone[row] = 1;
-        results.Date[row] = day.date;
-        results.ActualQ[row] = static_cast<float>(columns.at(1, 0, day.date));
-        results.DailyQ[row] = columns.at(1, 1, day.date);
-        results.DailyQPresent[row] = columns.at(1, 2, day.date);
+        results.Date[row] = rows.date[row];
+        results.ActualQ[row] = static_cast<float>(rows.fields[0][row]);
+        results.DailyQ[row] = rows.fields[1][row];
+        results.DailyQPresent[row] = rows.fields[2][row];
     }
     return results;
 }

@@ -30,16 +30,6 @@ bool set_lag_shares(Session& session, const RunCommand& command) {
     return true;
 }
 
-/// Chooses the kind of run from its menu; false after a refused forecast.
-bool choose_kind(Session& session, const RunCommand& command, BatchDialogs& dialogs, int index) {
-    if (!command.forecast_days) {
-        choose_simulation(session.run);
-        return true;
-    }
-    dialogs.prepare_input(*command.forecast_days);
-    return choose_forecast(session.run, dialogs, index);
-}
-
 Json statistics_json(const RunState& run, Units units, const RunOutcome& outcome,
                      const BatchDialogs& dialogs) {
     const auto values = statistics_values(run);
@@ -80,15 +70,9 @@ std::optional<Message> start_problem(const BasinState& basin) {
     return initial_runoff_problem(*simulation);
 }
 
-RunOutcome run_in(Session& session, const RunCommand& command, BatchDialogs& dialogs) {
-    OpenBasin basin = open_to_run(command.basin, command.wait);
-    if (!select_in(session, basin.database(), command.basin, command.simulation, dialogs) ||
-        !set_lag_shares(session, command) || !has_zone_areas(session.basin, dialogs))
-        return {};
-    session.run.NoSnow = command.no_snow;
-    if (const auto problem = run_menu_problem(session.basin)) dialogs.message(problem->message);
-    const int index = command.year_round ? 1 : 0;
-    if (!choose_kind(session, command, dialogs, index)) return {};
+/// Runs after the checks that leave the file as it is.
+RunOutcome run_checked(OpenBasin& basin, Session& session, const RunCommand& command, BatchDialogs& dialogs,
+                       int index) {
     if (const auto problem = start_problem(session.basin)) {
         dialogs.message(*problem);
         return {};
@@ -96,6 +80,20 @@ RunOutcome run_in(Session& session, const RunCommand& command, BatchDialogs& dia
     if (!accepts_blank_latitude(session.basin, dialogs)) return {};
     if (!make_ready(basin, session, command.basin, command.simulation, command.wait, dialogs)) return {};
     return start_run(basin.database(), {session.basin, session.run, dialogs}, index);
+}
+
+RunOutcome run_in(Session& session, const RunCommand& command, BatchDialogs& dialogs) {
+    OpenBasin basin = open_to_run(command.basin, command.wait);
+    if (!select_in(session, basin.database(), command.basin, command.simulation, dialogs) ||
+        !set_lag_shares(session, command) || !has_zone_areas(session.basin, dialogs))
+        return {};
+    session.run.NoSnow = command.no_snow;
+    if (const auto problem = run_menu_problem(session.basin)) dialogs.message(problem->message);
+    const RunChoice choice{.forecast = command.forecast_days.has_value(),
+                           .index = command.year_round ? 1 : 0};
+    if (choice.forecast) dialogs.prepare_input(*command.forecast_days);
+    return choose_and_run({session.basin, session.run, dialogs}, choice,
+                          [&] { return run_checked(basin, session, command, dialogs, choice.index); });
 }
 
 }  // namespace

@@ -113,7 +113,7 @@ private:
     }
 
     void write_zone_sum(const DailySeries& series) {
-        auto total = static_cast<double>(k_missing);
+        auto total = as_double(k_missing);
         for (std::size_t column = 0; column < series.columns.size(); ++column) {
             const double part = sum(series, column, table_.period.start, table_.period.end);
             if (!std::isnan(part)) total = std::isnan(total) ? part : total + part;
@@ -148,7 +148,7 @@ private:
             total += value;
             any = true;
         }
-        return any ? total : static_cast<double>(k_missing);
+        return any ? total : as_double(k_missing);
     }
 
     ReportLines& lines_;

@@ -218,12 +218,12 @@ private:
 
     void write_store(std::size_t column, const std::vector<float>& stores, std::size_t zone) {
         if (zone >= stores.size() || std::isnan(stores[zone])) return;
-        lines_.tab(column).text(Format_Value(static_cast<double>(stores[zone]), 8));
+        lines_.tab(column).text(Format_Value(as_double(stores[zone]), 8));
     }
 
     void write_figure(const std::string& label, std::optional<float> figure, const char* pattern) {
         std::optional<double> value;
-        if (figure) value = static_cast<double>(*figure);
+        if (figure) value = as_double(*figure);
         lines_.text(label).line(formatted(value, pattern));
     }
 
@@ -239,7 +239,7 @@ private:
              ++zone) {
             const double area = basin_.zones[zone].area.value_or(0.0);
             if (area == 0.0) continue;
-            sum += static_cast<double>(figures_.ending_stores[zone]) * area;
+            sum += as_double(figures_.ending_stores[zone]) * area;
             area_sum += area;
         }
         if (area_sum == 0.0) return std::nullopt;
@@ -253,7 +253,7 @@ private:
                 if (has_row(zone, day)) return columns_.at(zone, field, day);
             }
         }
-        return static_cast<double>(k_missing);
+        return as_double(k_missing);
     }
 
     /// Whether the results have a row with any of the fields.

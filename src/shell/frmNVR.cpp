@@ -61,9 +61,11 @@ void frmNVR::answer(Desktop& desktop) {
     desktop.open_daily_editor = [this] { open_daily_editor(); };
     desktop.leave_basin = [this] {
         windows_.close_results();
+        windows_.close_plots();
         basin_->leave_basin();
         simulations_->leave_basin();
     };
+    desktop.close_plots = [this] { windows_.close_plots(); };
     answered_ = &desktop;
 }
 
@@ -81,7 +83,7 @@ void frmNVR::connect_menu() {
 }
 
 void frmNVR::connect_panels() {
-    connect(basin_, &BasinPanel::edited, this, [this] { windows_.refresh_results(); });
+    connect(basin_, &BasinPanel::edited, this, [this] { windows_.refresh(); });
     connect(basin_, &BasinPanel::units_chosen, this, &frmNVR::show_labels);
     connect(basin_, &BasinPanel::units_fixed, this, &frmNVR::refresh_main_window);
     connect(basin_, &BasinPanel::zones_fixed, this, [this] {
@@ -93,9 +95,10 @@ void frmNVR::connect_panels() {
     connect(simulations_, &SimulationsPanel::row_chosen, this, [this] {
         show_labels();
         menu_->refresh();
+        windows_.refresh();
     });
     connect(simulations_, &SimulationsPanel::edited, this, [this] {
-        windows_.refresh_results();
+        windows_.refresh();
         show_labels();
         menu_->refresh();
     });
@@ -105,9 +108,8 @@ void frmNVR::connect_panels() {
 }
 
 void frmNVR::start() {
-    life_.start();
+    life_.start();  // which also fills the window
     set_first_focus(&basin_->name_box());
-    refresh_main_window();
     show();
 }
 
@@ -134,7 +136,7 @@ void frmNVR::refresh_main_window() {
     }
     menu_->refresh();
     show_basin_file();
-    windows_.refresh_results();
+    windows_.refresh();
 }
 
 void frmNVR::show_labels() {

@@ -16,6 +16,7 @@ namespace nivora {
 class BasinPanel;
 class EditTarget;
 class SimulationsPanel;
+struct RunChoice;
 
 /// Menus, commands and the life of the program. Its content is two panels.
 class frmNVR : public NivoraWindow {
@@ -52,9 +53,7 @@ private:
     void open_run_menu();
     void ask_about_zones();
     [[nodiscard]] bool zones_can_run();
-    void run_simulation(int index);
-    void run_forecast(int index);
-    void run(int index);
+    void run(const RunChoice& choice);
     void toggle_snow();
     void add_simulation();
     void delete_simulation();
@@ -66,6 +65,7 @@ private:
     void show_climate_run();
     void open_daily_editor();
     void show_long_term_averages();
+    void show_plots();
     void show_reports();
     void show_system_information();
 

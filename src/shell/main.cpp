@@ -5,6 +5,7 @@
 #include "shell/frmNVR.h"
 #include "shell/frmSplash.h"
 #include "shell/settings_store.h"
+#include "widgets/built_in_icons.h"
 #include "widgets/desktop_dialogs.h"
 #include "widgets/desktop_printers.h"
 #include "widgets/printing.h"
@@ -13,6 +14,7 @@
 #include <QApplication>
 #include <QDir>
 #include <fstream>
+#include <optional>
 
 namespace {
 
@@ -55,7 +57,9 @@ int main(int argc, char** argv) {
     QuickHelp quick_help;
     DesktopPrinters printers;
     Printing printing(session, printers);
+    std::optional<BuiltInIcons> icons{std::in_place};  // until the window is made
     frmNVR window({session, quick_help, program_folder, printing});
+    icons.reset();
     window.answer(desktop);
 
     if (session.settings.show_splash) {

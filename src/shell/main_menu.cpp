@@ -96,7 +96,7 @@ constexpr std::array k_entries{
     Entry{"mnuToolsItm(3)", "mnuTools", nullptr, 27},
     Entry{"mnuToolsItm(4)", "mnuTools", "&Define a custom time lag distribution for the basin", 28,
           Command::TimeLag},
-    Entry{"mnuWinGraphics", "", "&Graphics", 29, Command::None, &ShellState::graphics},
+    Entry{"mnuWinGraphics", "", "&Graphics", 29, Command::Graphics, &ShellState::graphics},
     Entry{"mnuReports", "", "&Reports", 30, Command::Reports, &ShellState::reports},
     Entry{"mnuHelpItm(0)", "mnuHelp", "&Help for Nivora main window", 42, Command::Help},
     Entry{"mnuHelpItm(1)", "mnuHelp", "Show Nivora &Welcome", 43, Command::Welcome},

@@ -14,8 +14,7 @@ class QStyle;
 
 namespace nivora {
 
-/// The commands of the menu bar. None is for entries that open a menu, and for Graphics,
-/// whose window does not exist yet.
+/// The commands of the menu bar. None is for entries that open a menu.
 enum class Command {
     None,
     New,
@@ -49,6 +48,7 @@ enum class Command {
     YearRoundForecast,
     Convert,
     TimeLag,
+    Graphics,
     Reports,
     Help,
     Welcome,

@@ -52,14 +52,15 @@ void frmNVR::do_command(Command command) {
         case Command::VariablesOfSimulation: return choose_variables(1);
         case Command::LongTermAverages: return show_long_term_averages();
         case Command::OpeningRun: return open_run_menu();
-        case Command::MeltSeasonSimulation: return run_simulation(0);
-        case Command::YearRoundSimulation: return run_simulation(1);
-        case Command::MeltSeasonForecast: return run_forecast(0);
-        case Command::YearRoundForecast: return run_forecast(1);
+        case Command::MeltSeasonSimulation: return run({.forecast = false, .index = 0});
+        case Command::YearRoundSimulation: return run({.forecast = false, .index = 1});
+        case Command::MeltSeasonForecast: return run({.forecast = true, .index = 0});
+        case Command::YearRoundForecast: return run({.forecast = true, .index = 1});
         case Command::Convert:
             session().dialogs.message({.text = "Database conversion routine in development"});
             return;
         case Command::TimeLag: return windows_.edit_time_lag();
+        case Command::Graphics: return show_plots();
         case Command::Reports: return show_reports();
         case Command::Help: return windows_.show_help_topic(k_main_window_topic);
         case Command::Welcome: return windows_.show_welcome(*this);
@@ -110,35 +111,29 @@ bool frmNVR::zones_can_run() {
     return !problem;
 }
 
-void frmNVR::run_simulation(int index) {
-    choose_simulation(session().run);
-    run(index);
-}
-
-void frmNVR::run_forecast(int index) {
-    if (choose_forecast(session().run, session().dialogs, index)) run(index);
-}
-
-void frmNVR::run(int index) {
+void frmNVR::run(const RunChoice& choice) {
     if (!zones_can_run()) return;
-    RunOutcome outcome;
-    {
+    const RunContext run{session().basin, session().run, session().dialogs};
+    const RunOutcome outcome = choose_and_run(run, choice, [&] {
         const BusyPointer busy;
-        outcome = start_run({session().basin, session().run, session().dialogs}, index);
-    }
+        return start_run(run, choice.index);
+    });
     if (outcome.completed) simulation_was_run(session());
     menu_->refresh();
     simulations_->show_rows();
-    if (outcome.statistics != StatisticsReach::Nothing) {
-        windows_.show_results();
-    } else {
-        windows_.refresh_results();
-    }
+    if (outcome.statistics != StatisticsReach::Nothing) windows_.show_results();
+    windows_.refresh();
 }
 
 void frmNVR::toggle_snow() {
     if (const auto told = toggle_no_snow(session())) session().dialogs.message(*told);
     menu_->refresh();
+    windows_.refresh();
+}
+
+void frmNVR::show_plots() {
+    commit_edits();
+    windows_.show_plots();
 }
 
 void frmNVR::show_reports() {
@@ -240,7 +235,7 @@ void frmNVR::show_long_term_averages() {
     commit_edits();
     if (!windows_.edit_monthly_averages()) return;
     menu_->refresh();
-    windows_.refresh_results();
+    windows_.refresh();
 }
 
 }  // namespace nivora

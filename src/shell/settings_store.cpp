@@ -1,5 +1,6 @@
 #include "shell/settings_store.h"
 
+#include "base/single.h"
 #include "widgets/qt_text.h"
 
 #include <QStringList>
@@ -87,7 +88,7 @@ void Save_Settings(QSettings& store, const Settings& settings) {
     store.setValue(startup("SplashScreen:"), settings.show_splash ? 1 : 0);
     if (!settings.page.printer.empty()) store.setValue(startup("PrinterData:"), to_qt(settings.page.printer));
     for (std::size_t side = 0; side < k_margins.size(); ++side) {
-        store.setValue(startup(k_margins.at(side)), static_cast<double>(settings.page.margins.at(side)));
+        store.setValue(startup(k_margins.at(side)), as_double(settings.page.margins.at(side)));
     }
     store.setValue(startup("mOrient:"), settings.page.orientation);
     if (!settings.page.paper.empty()) store.setValue(startup("mPaper:"), to_qt(settings.page.paper));

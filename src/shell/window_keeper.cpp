@@ -8,6 +8,7 @@
 #include "windows/engine/Results.h"
 #include "windows/engine/frmTimeLagDist.h"
 #include "windows/plots/frmColorDef.h"
+#include "windows/plots/frmNVRPlot.h"
 #include "windows/prep/SimOptions.h"
 #include "windows/prep/frmData.h"
 #include "windows/prep/frmLongTermAvg.h"
@@ -19,7 +20,9 @@
 namespace nivora {
 namespace {
 
+/// Also a window that the user has minimized.
 void bring_to_front(QWidget& window) {
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.show();
     window.raise();
     window.activateWindow();
@@ -37,12 +40,23 @@ void WindowKeeper::show_results() {
     bring_to_front(*results_);
 }
 
-void WindowKeeper::refresh_results() {
-    if (results_) results_->refresh_status();
-}
-
 void WindowKeeper::close_results() {
     if (results_) results_->close();
+}
+
+void WindowKeeper::show_plots() {
+    if (!plots_) plots_ = std::make_unique<frmNVRPlot>(context_, colours_, plot_screen_, nullptr);
+    plots_->open();
+    bring_to_front(*plots_);
+}
+
+void WindowKeeper::refresh() {
+    if (results_) results_->refresh_status();
+    if (plots_ && plots_->isVisible()) plots_->renew();
+}
+
+void WindowKeeper::close_plots() {
+    if (plots_) plots_->close();
 }
 
 /// The help stays usable beside the window that opened it:
@@ -60,7 +74,10 @@ void WindowKeeper::show_help_topic(int topic) {
 
 void WindowKeeper::show_climate_run() {
     climate_run_ = std::make_unique<frmCtrlClim>(context_, nullptr);
-    QObject::connect(climate_run_.get(), &frmCtrlClim::left, climate_run_.get(), [this] { close_results(); });
+    QObject::connect(climate_run_.get(), &frmCtrlClim::left, climate_run_.get(), [this] {
+        close_results();
+        close_plots();
+    });
     if (climate_run_->open()) climate_run_->show();
 }
 
@@ -72,6 +89,7 @@ bool WindowKeeper::may_leave_climate_run() {
 void WindowKeeper::close_all() {
     if (climate_run_ && climate_run_->isVisible()) climate_run_->close();
     close_results();
+    close_plots();
     if (help_) help_->close();
 }
 

@@ -1,6 +1,7 @@
 // All windows that the main window opens.
 #pragma once
 
+#include "plots/plot_screen.h"
 #include "widgets/colours.h"
 #include "widgets/nivora_window.h"
 
@@ -11,6 +12,7 @@ namespace nivora {
 class Results;
 class frmCtrlClim;
 class frmNVRHelp;
+class frmNVRPlot;
 
 /// Owns the windows beside the main window: opens, refreshes and closes them. A window that stays open is a
 /// member and is closed by `close_all`; a modal one lives as long as the call that opens it.
@@ -25,11 +27,17 @@ public:
 
     /// Shows the statistics of the last run.
     void show_results();
-    /// Updates whether open statistics say that they are out of date.
-    void refresh_results();
     void close_results();
 
+    /// Shows the plots of the current simulation.
+    void show_plots();
+    void close_plots();
+
     void show_help_topic(int topic);
+
+    /// Brings open windows up to date after the basin or its results have changed: whether statistics are out
+    /// of date, which plots can be chosen.
+    void refresh();
 
     /// Opens an evaluation of a changed climate, in place of an earlier one.
     void show_climate_run();
@@ -62,9 +70,11 @@ public:
 private:
     WindowContext context_;
     ColourDialog colours_;
+    PlotScreen plot_screen_;  ///< its grid lines and data points outlive the window
     std::unique_ptr<Results> results_;
     std::unique_ptr<frmCtrlClim> climate_run_;
     std::unique_ptr<frmNVRHelp> help_;
+    std::unique_ptr<frmNVRPlot> plots_;
 };
 
 }  // namespace nivora

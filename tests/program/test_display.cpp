@@ -102,6 +102,19 @@ void TestDisplay::right_click(int x, int y) const {
     send({"xdotool", "mousemove", std::to_string(x), std::to_string(y), "click", "3"});
 }
 
+void TestDisplay::button_down(int button) const { send({"xdotool", "mousedown", std::to_string(button)}); }
+
+void TestDisplay::button_up(int button) const { send({"xdotool", "mouseup", std::to_string(button)}); }
+
+// The display counts the wheel among the buttons: 4 is a notch away from the user, 5 one back.
+void TestDisplay::turn_wheel(bool away, const std::vector<std::string>& held) const {
+    std::vector<std::string> command{"xdotool"};
+    for (const std::string& key : held) command.insert(command.end(), {"keydown", key});
+    command.insert(command.end(), {"click", away ? "4" : "5"});
+    for (const std::string& key : held) command.insert(command.end(), {"keyup", key});
+    send(command);
+}
+
 void TestDisplay::keep_picture(const std::filesystem::path& file) const {
     if (is_installed("import")) run_program({"import", "-window", "root", file.string()}, environment());
 }

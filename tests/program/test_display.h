@@ -32,6 +32,11 @@ public:
     /// Clicks with the left button.
     void click(int x, int y) const;
     void right_click(int x, int y) const;
+    /// Presses or releases a button where the mouse is: 1 is the left one, 3 the right one.
+    void button_down(int button) const;
+    void button_up(int button) const;
+    /// Turns the wheel by a notch where the mouse is, while keys are held: "shift".
+    void turn_wheel(bool away, const std::vector<std::string>& held = {}) const;
     /// Writes a picture of the whole display, to look at after a failure.
     void keep_picture(const std::filesystem::path& file) const;
 

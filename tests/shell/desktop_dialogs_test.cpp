@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFileSystemModel>
 #include <QInputDialog>
@@ -194,6 +195,91 @@ TEST_F(DesktopDialogsTest, ABoxHasRoomForItsTitleBesideTheButtonsOfTheTitleBar) 
         box->button(QMessageBox::Ok)->click();
     });
     dialogs_.message({.text = "no", .title = title});
+}
+
+/// A save of a plot, where the pattern decides what is written.
+class PatternDecidesTest : public DesktopDialogsTest {
+protected:
+    static QLineEdit& name_of(QFileDialog* box) {
+        return *box->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    }
+    static QComboBox& kinds_of(QFileDialog* box) {
+        return *box->findChild<QComboBox*>(QStringLiteral("fileTypeCombo"));
+    }
+    static void type(QFileDialog* box, const char* name) {
+        name_of(box).selectAll();
+        QTest::keyClicks(&name_of(box), QString::fromUtf8(name));
+    }
+    /// Selects a kind as a user does, who sees the list act at once.
+    static void choose_kind(QFileDialog* box, const char* kind) {
+        kinds_of(box).setFocus();
+        kinds_of(box).setCurrentText(QString::fromUtf8(kind));
+        emit kinds_of(box).activated(kinds_of(box).currentIndex());
+        emit kinds_of(box).textActivated(kinds_of(box).currentText());
+    }
+    static void save(QFileDialog* box) {
+        box->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
+    }
+    std::optional<FileAnswer> ask(bool decides = true) {
+        return dialogs_.file(
+            {.title = "Save a Nivora plot as ...",
+             .folder = folder_.path(),
+             .proposed_name = "alder.flx",
+             .patterns = {"Bitmap Files (*.bmp)", "Slurp Files (*.flx)", "PNG Files (*.png)"},
+             .saving = true,
+             .pattern = 1,
+             .pattern_decides = decides});
+    }
+
+    TemporaryFolder folder_;
+};
+
+TEST_F(PatternDecidesTest, TheDialogBeginsWithThePatternAndAnswersWithTheOneThatIsLeft) {
+    when_shown<QFileDialog>([](QFileDialog* box) {
+        EXPECT_EQ(kinds_of(box).currentText(), QStringLiteral("Slurp Files (*.flx)"));
+        EXPECT_EQ(name_of(box).text(), QStringLiteral("alder.flx"));
+        save(box);
+    });
+    EXPECT_EQ(ask(), (FileAnswer{folder_ / "alder.flx", 1}));
+}
+
+TEST_F(PatternDecidesTest, TheProposedNameTakesTheEndingOfThePatternThatIsChosen) {
+    when_shown<QFileDialog>([](QFileDialog* box) {
+        choose_kind(box, "PNG Files (*.png)");
+        EXPECT_EQ(name_of(box).text(), QStringLiteral("alder.png"));
+        choose_kind(box, "Bitmap Files (*.bmp)");
+        EXPECT_EQ(name_of(box).text(), QStringLiteral("alder.bmp"));
+        save(box);
+    });
+    EXPECT_EQ(ask(), (FileAnswer{folder_ / "alder.bmp", 0}));
+}
+
+TEST_F(PatternDecidesTest, AnEndingThatIsTypedSelectsItsPattern) {
+    when_shown<QFileDialog>([](QFileDialog* box) {
+        type(box, "picture.PNG");
+        EXPECT_EQ(kinds_of(box).currentText(), QStringLiteral("PNG Files (*.png)"));
+        EXPECT_EQ(name_of(box).text(), QStringLiteral("picture.PNG"));
+        save(box);
+    });
+    EXPECT_EQ(ask(), (FileAnswer{folder_ / "picture.PNG", 2}));
+}
+
+TEST_F(PatternDecidesTest, AnEndingThatNoPatternHasSelectsNothing) {
+    when_shown<QFileDialog>([](QFileDialog* box) {
+        type(box, "run.2002");
+        EXPECT_EQ(kinds_of(box).currentText(), QStringLiteral("Slurp Files (*.flx)"));
+        save(box);
+    });
+    EXPECT_EQ(ask(), (FileAnswer{folder_ / "run.2002", 1}));
+}
+
+TEST_F(PatternDecidesTest, ElsewhereATypedEndingSelectsNothing) {
+    when_shown<QFileDialog>([](QFileDialog* box) {
+        type(box, "picture.png");
+        EXPECT_EQ(kinds_of(box).currentText(), QStringLiteral("Slurp Files (*.flx)"));
+        box->reject();
+    });
+    EXPECT_EQ(ask(false), std::nullopt);
 }
 
 TEST_F(DesktopDialogsTest, AFileToOpenMustExist) {

@@ -26,7 +26,7 @@ protected:
 };
 
 TEST_F(WindowKeeperTest, OpensNothingByItself) {
-    keeper_.refresh_results();
+    keeper_.refresh();
     keeper_.close_results();
     keeper_.close_all();
     EXPECT_TRUE(keeper_.may_leave_climate_run());

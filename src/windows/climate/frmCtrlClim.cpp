@@ -1,6 +1,7 @@
 #include "windows/climate/frmCtrlClim.h"
 
 #include "base/number_text.h"
+#include "base/single.h"
 #include "base/text.h"
 #include "climate/winter_report.h"
 #include "engine/results_summary.h"
@@ -375,7 +376,7 @@ void frmCtrlClim::show_summary() {
             const auto value =
                 climate.summary(static_cast<SummaryRow>(row), static_cast<SummarySeason>(column));
             summary_->set_text(row, column,
-                               value ? to_qt(format_number(static_cast<double>(*value), "0.00")) : QString{});
+                               value ? to_qt(format_number(as_double(*value), "0.00")) : QString{});
         }
     }
 }

@@ -20,7 +20,7 @@ public:
     explicit frmFileDisp(const WindowContext& context, QWidget* parent = nullptr);
 
     /// Shows a report file under a title.
-    void show_report_file(const ReportFile& file, const std::string& title);
+    void show_report_file(ReportFile file, const std::string& title);
 
 private:
     void make_menus();
@@ -30,12 +30,12 @@ private:
     QAction* add_entry(QMenu* menu, const QString& name, const QString& caption, int help);
     void resize_to_reports();
     void produce(const std::vector<Report>& reports);
+    [[nodiscard]] QString shown_text() const;
     void copy();
 
     QLabel* title_;
     QPlainTextEdit* text_;
     ReportFile file_;  ///< the file that is shown
-    QString shown_;    ///< its text without marks
 };
 
 }  // namespace nivora

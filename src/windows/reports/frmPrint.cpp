@@ -14,6 +14,7 @@
 #include <QRadioButton>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
+#include <utility>
 
 namespace nivora {
 namespace {
@@ -150,12 +151,13 @@ void frmPrint::produce() {
     }
     if (destination() == ReportDestination::Printer)
         return print_report_file(context(), this, *outcome.file, true);
-    view(*outcome.file, display_title(reports, reported_climate_step(session().basin, session().run)));
+    view(std::move(*outcome.file),
+         display_title(reports, reported_climate_step(session().basin, session().run)));
 }
 
-void frmPrint::view(const ReportFile& file, const std::string& title) {
+void frmPrint::view(ReportFile file, const std::string& title) {
     frmFileDisp display(context(), nullptr);
-    display.show_report_file(file, title);
+    display.show_report_file(std::move(file), title);
     display.show_modal();
 }
 

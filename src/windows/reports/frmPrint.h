@@ -30,7 +30,7 @@ private:
     void show_choice();
     [[nodiscard]] ReportDestination destination() const;
     void produce();
-    void view(const ReportFile& file, const std::string& title);
+    void view(ReportFile file, const std::string& title);
 
     ReportChoice choice_;
     std::array<QCheckBox*, k_reports> boxes_{};

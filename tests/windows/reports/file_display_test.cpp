@@ -7,6 +7,7 @@
 #include <QMenuBar>
 #include <QPageSetupDialog>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QTextBlock>
 
 namespace nivora {
@@ -71,6 +72,41 @@ TEST_F(FileDisplayTest, TheTextIsInCourierNewOrTheFixedPitchFontOfTheSystem) {
     EXPECT_EQ(font.styleHint(), QFont::TypeWriter);
     EXPECT_EQ(font.pointSizeF(), QApplication::font().pointSizeF());
     EXPECT_EQ(box()->tabStopDistance(), 8 * metrics.horizontalAdvance(QLatin1Char(' ')));
+}
+
+TEST_F(FileDisplayTest, EachTextIsShownFromItsBeginning) {
+    std::string lines;
+    for (int line = 1; line <= 500; ++line) lines += std::to_string(line) + "\r\n";
+    open(lines);
+    const auto expect_beginning = [this](const char* first) {
+        EXPECT_EQ(box()->textCursor().position(), 0);
+        EXPECT_FALSE(box()->textCursor().hasSelection());
+        EXPECT_EQ(box()->verticalScrollBar()->value(), 0);
+        EXPECT_EQ(from_qt(box()->document()->firstBlock().text()), first);
+        EXPECT_FALSE(box()->document()->isUndoAvailable());
+    };
+    expect_beginning("1");
+    EXPECT_EQ(box()->blockCount(), 501);
+    EXPECT_GT(box()->verticalScrollBar()->maximum(), 400);
+    box()->selectAll();
+    box()->verticalScrollBar()->setValue(300);
+    display_->show_report_file({.path = report_path(), .text = "other\r\n" + lines, .made = 1}, "Title");
+    expect_beginning("other");
+    EXPECT_EQ(box()->blockCount(), 502);
+}
+
+TEST_F(FileDisplayTest, TheScrollBarsFollowTheSizeOfTheWindow) {
+    open(std::string(200, '5') + "\r\n" + std::string(60, '\n'));
+    const QFontMetricsF metrics(box()->font());
+    const int wide = static_cast<int>(metrics.horizontalAdvance(QLatin1Char('5')) * 220);
+    display_->resize(wide / 2, 300);
+    settle();
+    EXPECT_GT(box()->horizontalScrollBar()->maximum(), wide / 4);
+    EXPECT_GT(box()->verticalScrollBar()->maximum(), 30);
+    display_->resize(wide + 100, static_cast<int>(metrics.lineSpacing() * 100));
+    settle();
+    EXPECT_EQ(box()->horizontalScrollBar()->maximum(), 0);
+    EXPECT_EQ(box()->verticalScrollBar()->maximum(), 0);
 }
 
 TEST_F(FileDisplayTest, TheTextIsReadOnlyAndNotWrapped) {
