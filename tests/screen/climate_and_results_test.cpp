@@ -51,12 +51,10 @@ TEST_F(ClimateOnScreenTest, TheCloseKeyBetweenStepsAsksAndAfterYesDailyDataCanBe
     QWidget* window = open_climate();
     ASSERT_NE(window, nullptr);
     tick_to(window, 2);
-    dialogs_.then(Answer::No);
-    press({"alt+F4"});
+    close_by_key(Answer::No);
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(session_.run.ClimateStep, 2);
-    dialogs_.then(Answer::Yes);
-    press({"alt+F4"});
+    close_by_key(Answer::Yes);
     ASSERT_TRUE(await([&] { return !window->isVisible(); }));
     EXPECT_EQ(session_.run.ClimateStep, 0);
     in_modal("frmData",

@@ -73,6 +73,19 @@ protected:
             ASSERT_TRUE(await([&] { return box->isChecked() && !box->isEnabled(); })) << step;
         }
     }
+    /// Presses the window manager's key that closes a window, and gives the answer to the question that
+    /// follows. On a busy machine the window manager misses a key now and then; it is pressed again then.
+    void close_by_key(Answer answer) {
+        dialogs_.then(answer);
+        const auto answered = [&] { return dialogs_.answers_left() == 0; };
+        constexpr int k_presses = 3;
+        constexpr int k_patience_ms = 4000;
+        for (int i = 0; i < k_presses && !answered(); ++i) {
+            press({"alt+F4"});
+            await(answered, k_patience_ms);
+        }
+        ASSERT_TRUE(answered());
+    }
     /// Saves a picture that a developer can look at.
     static void keep(const QWidget& window, const char* name) {
         const char* folder = std::getenv("NIVORA_PICTURES");

@@ -2,6 +2,7 @@
 // Needs no display: QT_QPA_PLATFORM=offscreen. QT_SCALE_FACTOR=2 gives the pictures of a sharp screen.
 
 #include "base/durable_file.h"
+#include "plot_pictures.h"
 #include "prep/data_menu.h"
 #include "shell/frmAbout.h"
 #include "shell/frmNVR.h"
@@ -62,7 +63,7 @@ public:
         DesktopDialogs::input(box);
         return "7";
     }
-    std::optional<fs::path> file(const FileQuestion&) override { return next_file; }
+    std::optional<FileAnswer> file(const FileQuestion&) override { return FileAnswer{.file = next_file}; }
 
     fs::path next_file;
     const char* next_picture = nullptr;
@@ -98,6 +99,7 @@ public:
         sample();
         menus();
         windows();
+        plots();
         reports();
         preparing();
         climate();
@@ -207,6 +209,34 @@ private:
         draw(print, "print-dialog.png");
     }
 
+    /// The plots of a year-round simulation of the sample, some in dark colours.
+    void plots() {
+        trigger("mnuRunSimVar(1)");
+        draw_top("Results", "results-year.png");
+        trigger("mnuWinGraphics");
+        QWidget* window = top("frmNVRPlot");
+        if (window == nullptr) return;
+        const Draw draw_into = [this](QWidget& widget, const std::string& name) {
+            draw(widget, name.c_str());
+        };
+        draw_offered_plots(*window, "", draw_into);
+        draw_plot_work(*window, draw_into);
+        const QPalette light = QApplication::palette();
+        QPalette dark(QColor(45, 48, 52));
+        QApplication::setPalette(dark);
+        settle();
+        draw(*window, "plot-dark.png");
+        QApplication::setPalette(light);
+        window->close();
+    }
+
+    static QWidget* top(const char* name) {
+        for (QWidget* top : QApplication::topLevelWidgets()) {
+            if (top->objectName() == QString::fromUtf8(name) && top->isVisible()) return top;
+        }
+        return nullptr;
+    }
+
     /// The choice of reports with three selected, and two reports as displayed. The sample was run before.
     void reports() {
         const WindowContext context{session_, quick_help_, program_, printing_};
@@ -293,6 +323,12 @@ private:
             if (step != 1) continue;
             draw(steps, "climate-run-step2.png");
             draw_data(DataEntry::Results, "data-read-only.png");
+        }
+        trigger("mnuWinGraphics");
+        if (QWidget* window = top("frmNVRPlot")) {
+            draw_offered_plots(*window, "changed-", [this](QWidget& widget, const std::string& name) {
+                draw(widget, name.c_str());
+            });
         }
         auto* summary = steps.findChild<QTableView*>(QStringLiteral("vaSpread1"));
         emit summary->clicked(summary->model()->index(2, 2));
