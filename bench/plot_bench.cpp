@@ -2,18 +2,13 @@
 // drawing; the batch program as a process. The counter "limit_ms" is what each may take.
 
 #include "base/durable_file.h"
-#include "base/scripted_dialogs.h"
-#include "bench/bench_basin.h"
 #include "bench/bench_program.h"
-#include "engine/run_driver.h"
+#include "bench/plotted_basin.h"
 #include "paint/image_surface.h"
 #include "paint/plot_picture.h"
 #include "plots/legend.h"
-#include "plots/select_plot.h"
 
 #include <benchmark/benchmark.h>
-
-#include <unistd.h>
 
 #include <QGuiApplication>
 #include <QImage>
@@ -26,51 +21,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int k_zones = 16;
 constexpr double k_now = 46086.5;
 constexpr PictureSize k_window{1600, 900, 96.0};
-
-/// A basin whose last simulation of a year was run, in a folder of its own.
-class PlottedBasin {
-public:
-    PlottedBasin() {
-        fs::create_directories(folder_);
-        write_bench_basin(file_, k_zones, 2);
-        {
-            BasinDatabase database{file_, Access::ReadOnly};
-            read_basin(database, basin_);
-        }
-        basin_.Work_File = basin_.Basin_File = file_;
-        // From 1 October on, as the end of a winter belongs to the comparison of water equivalents.
-        basin_.simulations.at(0).start = basin_.simulations.at(0).start.value() + 1;
-        select_simulation(basin_, 0);
-        ScriptedDialogs dialogs;
-        dialogs.then(Answer::Ok);
-        choose_simulation(run_);
-        start_run({basin_, run_, dialogs}, 1);
-    }
-    PlottedBasin(const PlottedBasin&) = delete;
-    PlottedBasin& operator=(const PlottedBasin&) = delete;
-    ~PlottedBasin() {
-        std::error_code ignored;
-        fs::remove_all(folder_, ignored);
-    }
-
-    [[nodiscard]] const fs::path& file() const { return file_; }
-    [[nodiscard]] const std::string& simulation() const { return basin_.Current_Sim_Name; }
-    [[nodiscard]] fs::path in_folder(const std::string& name) const { return folder_ / name; }
-
-    [[nodiscard]] PlotOutcome plot(PlotNumber number) const {
-        BasinDatabase database{file_, Access::ReadOnly};
-        return select_plot(database, {.plot = number, .zone = std::nullopt}, {basin_, run_, true});
-    }
-
-private:
-    fs::path folder_ = fs::temp_directory_path() / ("nivora-plot-bench-" + std::to_string(getpid()));
-    fs::path file_ = folder_ / "basin.mdb";
-    BasinState basin_;
-    RunState run_;
-};
 
 /// A picture that is drawn again and again, as in a window.
 class Picture {

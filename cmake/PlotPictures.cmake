@@ -21,6 +21,8 @@ nivora_batch(run sample.mdb ${simulation} --kind year-round)
 foreach(number IN ITEMS 1 2 3 4 5 6 7 8 9 10 11 12 13)
     draw(${number} --kind year-round)
 endforeach()
+nivora_batch(plot sample.mdb ${simulation} --plot 1 --kind year-round --zoom 1998-05-10,1998-06-30,0,35
+    --out plot-1-june.png --size 1600x900 --dpi 192 --now 2026-03-05T13:30:15)
 foreach(number IN ITEMS 14 15 16)
     draw(${number} --kind year-round --zone C --melt-stop season)
 endforeach()
