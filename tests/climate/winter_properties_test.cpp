@@ -1,6 +1,7 @@
 #include "base/fault.h"
 #include "climate/depletion_curves.h"
 #include "tests/climate/winter_fixture.h"
+#include "tests/support/ok_dialogs.h"
 #include "tests/support/random_trials.h"
 
 #include <cstring>
@@ -61,12 +62,7 @@ protected:
     /// Answers any number of boxes and survives a fault.
     /// @return whether the step completed
     bool try_to_adjust() {
-        class OkDialogs : public Dialogs {
-        public:
-            Answer message(const Message& /*message*/) override { return Answer::Ok; }
-            std::optional<std::string> input(const InputBox& box) override { return box.proposed; }
-            std::optional<FileAnswer> file(const FileQuestion& /*question*/) override { return {}; }
-        } ok;
+        OkDialogs ok;
         try {
             WinterReport written{basin, run, climate, report_time()};
             Winter_Adjustment(table, {basin, run, climate, ok}, written);

@@ -4,6 +4,7 @@
 #include "engine/snow_melt.h"
 #include "engine/zone_inputs.h"
 #include "tests/engine/engine_fixture.h"
+#include "tests/support/ok_dialogs.h"
 #include "tests/support/random_trials.h"
 
 #include <gmock/gmock.h>
@@ -278,7 +279,6 @@ TEST_F(EngineProperties, ARunDoesNotDependOnTheOrderOfTheStoredRows) {
         run.LagDistribution =
             by_chance(0.3) ? std::array<float, 8>{3.0F, 0.5F, 0.3F, 0.2F} : std::array<float, 8>{};
         run.InitialRunoff = 5.0F;
-        for (double& x : table.Xcoeff) x = between(0.5, 0.8);  // never at the limit, so no question
         const RunState before = run;
         SimResults shuffled;
         shuffled.resize(table.size());
@@ -298,10 +298,11 @@ TEST_F(EngineProperties, ARunDoesNotDependOnTheOrderOfTheStoredRows) {
         });
 
         StatisticsReach reach = StatisticsReach::Nothing;
-        ASSERT_TRUE(Run_Model(table, {basin, run, dialogs}, reach));
+        OkDialogs ok;  // a recession coefficient may reach its limit
+        ASSERT_TRUE(Run_Model(table, {basin, run, ok}, reach));
         const RunState after = run;
         run = before;
-        ASSERT_TRUE(Run_Model(shuffled, {basin, run, dialogs}, reach));
+        ASSERT_TRUE(Run_Model(shuffled, {basin, run, ok}, reach));
 
         EXPECT_EQ(by_key(shuffled), by_key(table));
         EXPECT_EQ(run.FinalQ, after.FinalQ);
