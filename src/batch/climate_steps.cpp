@@ -23,17 +23,4 @@ std::optional<ScenarioIndexRow> stored_scenario(BasinDatabase& database, const B
     return std::nullopt;
 }
 
-bool run_climate_steps(BasinDatabase& database, const ClimateContext& context, const std::string& scenario,
-                       int last_step) {
-    begin_climate(context);
-    context.climate.scenario = scenario;
-    for (int step = 1; step <= last_step; ++step) {
-        const StepOutcome outcome = run_climate_step(database, context, step);
-        end_climate_step(context, step, outcome);
-        if (outcome != StepOutcome::Done) return false;
-    }
-    end_climate(context, false);
-    return true;
-}
-
 }  // namespace nivora

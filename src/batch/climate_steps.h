@@ -16,10 +16,4 @@ namespace nivora {
                                                               const std::string& scenario,
                                                               BatchDialogs& dialogs);
 
-/// Takes the steps of a fresh evaluation, up to and with the last one, until one fails.
-///
-/// @return whether all of them were done
-[[nodiscard]] bool run_climate_steps(BasinDatabase& database, const ClimateContext& context,
-                                     const std::string& scenario, int last_step);
-
 }  // namespace nivora

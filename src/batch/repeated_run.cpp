@@ -1,7 +1,7 @@
 #include "batch/repeated_run.h"
 
 #include "batch/batch_dialogs.h"
-#include "batch/climate_steps.h"
+#include "climate/climate_run.h"
 #include "store/basin_opening.h"
 
 #include <sstream>

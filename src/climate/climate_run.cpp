@@ -139,6 +139,22 @@ void mark_without_results(ClimateContext context) {
 
 StepOutcome outcome_of(bool done) { return done ? StepOutcome::Done : StepOutcome::Suspended; }
 
+/// The results table between two steps.
+struct StepTable {
+    bool in_file = true;  ///< the next step reads it there, with what the user edits in between
+    std::optional<SimResults> handed_on = std::nullopt;
+};
+
+/// The table as the file would give it back: a zero has no sign there.
+SimResults as_stored(SimResults results) {
+    SimResults::visit(results, [](auto& column) {
+        for (auto& value : column) {
+            if (value == 0) value = 0;
+        }
+    });
+    return results;
+}
+
 /// Step 1 on results that the user edited by hand.
 StepOutcome first_step_on_results(BasinDatabase& database, ClimateContext context) {
     context.run.run.ScenarioName = k_auxiliary;
@@ -153,7 +169,7 @@ StepOutcome first_step_on_results(BasinDatabase& database, ClimateContext contex
 }
 
 /// Step 1 on a table that is built, with the scenario applied.
-StepOutcome first_step_on_scenario(BasinDatabase& database, ClimateContext context) {
+StepOutcome first_step_on_scenario(BasinDatabase& database, ClimateContext context, StepTable& table) {
     BasinState& basin = context.run.basin;
     Dialogs& dialogs = context.run.dialogs;
     const auto apply = [&](BasinDatabase& file, SimResults& results) {
@@ -171,18 +187,20 @@ StepOutcome first_step_on_scenario(BasinDatabase& database, ClimateContext conte
     const bool reached_end = run_model(built.results, context);
     const bool stored = built.replacement && store(*built.replacement, built.results, context.run);
     mark_started(context);
+    if (reached_end && stored && !table.in_file) table.handed_on = as_stored(std::move(built.results));
     return outcome_of(reached_end && stored);
 }
 
-StepOutcome checked_first_step(BasinDatabase& database, ClimateContext context) {
+StepOutcome checked_first_step(BasinDatabase& database, ClimateContext context, StepTable& table) {
     if (!take_scenario(database, context)) return StepOutcome::Refused;
     context.reached(StepStage::DatesChecked);
-    if (!context.climate.reuse_results) return first_step_on_scenario(database, context);
+    if (!context.climate.reuse_results) return first_step_on_scenario(database, context, table);
     return reuse_confirmed(context) ? first_step_on_results(database, context) : StepOutcome::Refused;
 }
 
 /// @param before what to go back to where the step does not start
-StepOutcome first_step(BasinDatabase& database, ClimateContext context, const RunState& before) {
+StepOutcome first_step(BasinDatabase& database, ClimateContext context, const RunState& before,
+                       StepTable& table) {
     RunState& run = context.run.run;
     const ClimateState climate_before = context.climate;
     run.RunKind = k_year_round_simulation;
@@ -190,7 +208,7 @@ StepOutcome first_step(BasinDatabase& database, ClimateContext context, const Ru
     run.notes.clear();
     clear_sums(run);
     context.climate.statistics = {};
-    const StepOutcome outcome = checked_first_step(database, context);
+    const StepOutcome outcome = checked_first_step(database, context, table);
     if (outcome == StepOutcome::Refused) {
         run = before;
         context.climate = climate_before;
@@ -278,8 +296,15 @@ bool sixth_step(SimResults& results, ClimateContext context) {
     return reached_end;
 }
 
-StepOutcome later_step(BasinDatabase& database, ClimateContext context, int step) {
-    SimResults results = load_results(database);
+SimResults take_table(BasinDatabase& database, StepTable& table) {
+    if (!table.handed_on) return load_results(database);
+    SimResults results = std::move(*table.handed_on);
+    table.handed_on.reset();
+    return results;
+}
+
+StepOutcome later_step(BasinDatabase& database, ClimateContext context, int step, StepTable& table) {
+    SimResults results = take_table(database, table);
     bool done = false;
     switch (step) {
         case 2: done = second_step(results, context); break;
@@ -288,8 +313,27 @@ StepOutcome later_step(BasinDatabase& database, ClimateContext context, int step
         case 5: done = fifth_step(results, context); break;
         default: done = sixth_step(results, context); break;
     }
+    if (done && !table.in_file) {
+        table.handed_on = as_stored(std::move(results));
+        return StepOutcome::Done;
+    }
     const bool stored = store(database, results, context.run);
     return outcome_of(done && stored);
+}
+
+StepOutcome run_step(BasinDatabase& database, ClimateContext context, int step, StepTable& table) {
+    const RunState before = context.run.run;
+    context.run.run.ClimateStep = step;
+    if (step > 1) forget_notes(context.run.run, step);
+    // Even if step 5 fails, the report must not be that of an earlier evaluation.
+    if (step == 5 && !write_report(context, new_report(context))) return StepOutcome::Suspended;
+    try {
+        return step == 1 ? first_step(database, context, before, table)
+                         : later_step(database, context, step, table);
+    } catch (const StoreError& error) {
+        context.run.dialogs.stop(error.what());
+        return StepOutcome::Suspended;
+    }
 }
 
 }  // namespace
@@ -345,17 +389,24 @@ StepOutcome run_climate_step(ClimateContext context, int step) {
 }
 
 StepOutcome run_climate_step(BasinDatabase& database, ClimateContext context, int step) {
-    const RunState before = context.run.run;
-    context.run.run.ClimateStep = step;
-    if (step > 1) forget_notes(context.run.run, step);
-    // Even if step 5 fails, the report must not be that of an earlier evaluation.
-    if (step == 5 && !write_report(context, new_report(context))) return StepOutcome::Suspended;
-    try {
-        return step == 1 ? first_step(database, context, before) : later_step(database, context, step);
-    } catch (const StoreError& error) {
-        context.run.dialogs.stop(error.what());
-        return StepOutcome::Suspended;
+    StepTable table;
+    return run_step(database, context, step, table);
+}
+
+bool run_climate_steps(BasinDatabase& database, ClimateContext context, const std::string& scenario,
+                       int last_step) {
+    begin_climate(context);
+    context.climate.scenario = scenario;
+    StepTable table;
+    for (int step = 1; step <= last_step; ++step) {
+        table.in_file = step == last_step;
+        const StepOutcome outcome = run_step(database, context, step, table);
+        if (table.handed_on && outcome != StepOutcome::Done) store(database, *table.handed_on, context.run);
+        end_climate_step(context, step, outcome);
+        if (outcome != StepOutcome::Done) return false;
     }
+    end_climate(context, false);
+    return true;
 }
 
 void end_climate_step(ClimateContext context, int step, StepOutcome outcome) {

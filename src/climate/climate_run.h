@@ -47,6 +47,14 @@ void begin_climate(ClimateContext context);
 /// The same in a file that the caller keeps open, so that no other program changes it between two steps.
 [[nodiscard]] StepOutcome run_climate_step(BasinDatabase& database, ClimateContext context, int step);
 
+/// Takes the steps of a new evaluation, up to and with the last one, until one fails, as if begin_climate,
+/// run_climate_step, end_climate_step and end_climate were called in turn. The results pass from step to step
+/// in memory: the file gets those of step 1 and of the last step that was taken.
+///
+/// @return whether all of them were done
+[[nodiscard]] bool run_climate_steps(BasinDatabase& database, ClimateContext context,
+                                     const std::string& scenario, int last_step);
+
 /// Shows a message if the step was suspended, and sets the validity marks of the results. A step that did not
 /// run changes nothing.
 void end_climate_step(ClimateContext context, int step, StepOutcome outcome);

@@ -210,5 +210,108 @@ TEST_F(ClimatePropertiesTest, AScenarioWithoutEffectLeavesTheWinterAndTheCoverAs
     EXPECT_GT(zones_compared, k_basins / 2);
 }
 
+/// What an evaluation leaves behind.
+struct Left {
+    bool done = false;
+    SimResults table;
+    RunState run;
+    ClimateState climate;
+    BasinState basin;
+    std::vector<std::string> messages;
+    std::string report;
+};
+
+class StepsTogetherTest : public ClimatePropertiesTest {
+protected:
+    static constexpr int k_trials = 60;
+
+    /// Step 3 fails in an empty summer, step 5 before its start where its report cannot be written.
+    enum class Obstacle { None, EmptySummer, NoReport };
+
+    /// Opens the basin and evaluates it up to a step.
+    Left evaluate(const RandomBasin& random, int last_step, Obstacle obstacle, bool together) {
+        std::filesystem::remove(file);
+        std::filesystem::remove(report);
+        run = RunState{};
+        open(random.small(),
+             static_cast<double>(obstacle == Obstacle::EmptySummer ? random.last_day() : random.winter_end()),
+             {random.warmer(k_degrees)});
+        ScriptedDialogs answers;
+        const bool step_5_starts = last_step >= 5 && obstacle == Obstacle::None;
+        for (int zone = 1; step_5_starts && zone <= basin.ZoneCount; ++zone) answers.then_text("0");
+        const ClimateContext answered{
+            .run = {basin, run, answers},
+            .climate = climate,
+            .report_file = obstacle == Obstacle::NoReport ? folder / "missing" / "NVR_DfGN.out" : report,
+            .now = context().now};
+        Left left;
+        if (together) {
+            BasinDatabase database{file, Access::ReadWrite};
+            left.done = run_climate_steps(database, answered, k_scenario, last_step);
+        } else {
+            left.done = true;
+            for (int number = 1; left.done && number <= last_step; ++number) {
+                const StepOutcome outcome = run_climate_step(answered, number);
+                end_climate_step(answered, number, outcome);
+                left.done = outcome == StepOutcome::Done;
+            }
+            if (left.done) end_climate(answered, false);
+        }
+        left.table = results();
+        left.run = run, left.climate = climate, left.basin = basin;
+        for (const AskedMessage& asked : answers.messages()) left.messages.push_back(asked.message.text);
+        EXPECT_EQ(answers.complaints(), std::vector<std::string>{});
+        EXPECT_EQ(answers.answers_left(), 0U);
+        if (step_5_starts) left.report = read_whole_file(report, 1U << 20U);
+        return left;
+    }
+
+    static void expect_equal(const Left& one, const Left& other) {
+        EXPECT_EQ(one.done, other.done);
+        EXPECT_EQ(differing_columns(one.table, other.table), std::vector<std::string>{});
+        EXPECT_EQ(one.run.ClimateStep, other.run.ClimateStep);
+        EXPECT_EQ(one.run.FinalQ, other.run.FinalQ);
+        EXPECT_EQ(one.run.EndingStores, other.run.EndingStores);
+        EXPECT_EQ(one.run.ClimateSums, other.run.ClimateSums);
+        EXPECT_EQ(one.run.WinterPrecip, other.run.WinterPrecip);
+        EXPECT_EQ(one.run.RunStart, other.run.RunStart);
+        EXPECT_EQ(one.run.RunEnd, other.run.RunEnd);
+        EXPECT_EQ(one.run.LastRunSimulation, other.run.LastRunSimulation);
+        EXPECT_EQ(one.run.results_enabled, other.run.results_enabled);
+        EXPECT_EQ(one.run.notes.size(), other.run.notes.size());
+        EXPECT_EQ(one.climate.steps_done, other.climate.steps_done);
+        EXPECT_EQ(one.climate.SummerStartDate, other.climate.SummerStartDate);
+        for (std::size_t step = 1; step < one.climate.statistics.size(); ++step) {
+            const auto& a = one.climate.statistics.at(step);
+            const auto& b = other.climate.statistics.at(step);
+            ASSERT_EQ(a.has_value(), b.has_value()) << "step " << step;
+            if (!a) continue;
+            EXPECT_EQ(a->computed_volume, b->computed_volume) << "step " << step;
+            EXPECT_EQ(a->r2, b->r2) << "step " << step;
+        }
+        EXPECT_EQ(one.basin.Output_Valid, other.basin.Output_Valid);
+        EXPECT_EQ(one.basin.Input_Changed, other.basin.Input_Changed);
+        EXPECT_EQ(one.messages, other.messages);
+        EXPECT_EQ(one.report, other.report);
+    }
+};
+
+TEST_F(StepsTogetherTest, LeaveWhatStepsOneByOneLeaveUpToAnyStepOrObstacle) {
+    std::mt19937 seeds{printed_seed()};
+    for (int trial = 0; trial < k_trials && !HasFailure(); ++trial) {
+        const auto seed = static_cast<std::uint32_t>(seeds());
+        SCOPED_TRACE(seed);
+        const int last_step = 1 + trial % 6;
+        const auto obstacle = static_cast<Obstacle>(trial / 6 % 3);
+        SCOPED_TRACE(testing::Message() << "step " << last_step << ", obstacle " << trial / 6 % 3);
+        const Left one_by_one = evaluate(RandomBasin{seed}, last_step, obstacle, false);
+        const Left together = evaluate(RandomBasin{seed}, last_step, obstacle, true);
+        const bool stopped = (obstacle == Obstacle::EmptySummer && last_step >= 3) ||
+                             (obstacle == Obstacle::NoReport && last_step >= 5);
+        EXPECT_EQ(one_by_one.done, !stopped);
+        expect_equal(one_by_one, together);
+    }
+}
+
 }  // namespace
 }  // namespace nivora
