@@ -105,6 +105,8 @@ FullTableInputs::FullTableInputs(const StepColumns& columns, const RunoffBasin& 
     if (!computed_) undo();
 }
 
+bool FullTableInputs::computed() const { return computed_; }
+
 void FullTableInputs::work_zone(std::size_t zone) {
     const std::size_t first = (zone - 1) * days_;
     const float* cover = columns_.cover.data() + first;

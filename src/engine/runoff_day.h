@@ -59,7 +59,7 @@ public:
     /// or too large, it computes and changes nothing.
     FullTableInputs(const StepColumns& columns, const RunoffBasin& basin, const RunRows& rows, RunState& run);
 
-    [[nodiscard]] bool computed() const { return computed_; }
+    [[nodiscard]] bool computed() const;
     [[nodiscard]] DayInput day(std::size_t day) const { return {flows_[day], heavy_[day] != 0}; }
 
     /// Puts zonal melt and the climate sums back as they were, for a run that ends before its last day.

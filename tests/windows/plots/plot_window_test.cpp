@@ -250,7 +250,7 @@ TEST_F(PlotWindowTest, F5TakesWhatWasTyped) {
 TEST_F(PlotWindowTest, LineAttributesChangeTheTableAfterDoneAlone) {
     open();
     const auto edit = [&](const char* close) {
-        QTimer::singleShot(20, window_.get(), [this, close] {
+        QTimer::singleShot(20, window_.get(), [close] {
             QWidget* dialog = QApplication::activeModalWidget();
             ASSERT_NE(dialog, nullptr);
             EXPECT_EQ(dialog->objectName(), QStringLiteral("frmLineAtt"));
