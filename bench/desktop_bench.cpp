@@ -84,19 +84,20 @@ std::int64_t processor_ticks(pid_t program) {
     return ticks;
 }
 
-/// The seconds from the start of the process until its main window exists and it waits for input.
-double start_once(const Folders& folders, std::int64_t& busy_afterwards) {
-    fs::remove(folders.root / "program/new.mdb");
-    const std::string program = (folders.root / "program/nivora").string();
+/// The seconds from the start of a process until it has made a file, late in its start, and waits for input.
+/// @param argument of the process; null for none
+double start_once(const fs::path& program, const char* argument, const fs::path& made,
+                  std::int64_t& busy_afterwards) {
+    fs::remove(made);
     const auto begin = Clock::now();
     const pid_t child = fork();
     if (child == 0) {
-        execl(program.c_str(), program.c_str(), nullptr);
+        execl(program.c_str(), program.c_str(), argument, nullptr);
         _exit(127);
     }
     double ready = 0.0;
     for (int samples = 0; samples < 4 && seconds_since(begin) < 20.0;) {
-        const bool waits = waits_for_input(child) && fs::exists(folders.root / "program/new.mdb");
+        const bool waits = waits_for_input(child) && fs::exists(made);
         if (waits && samples++ == 0) ready = seconds_since(begin);
         if (!waits) samples = 0;
         std::this_thread::sleep_for(std::chrono::microseconds{500});
@@ -109,6 +110,17 @@ double start_once(const Folders& folders, std::int64_t& busy_afterwards) {
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);
     return ready;
+}
+
+double start_of_ours(const Folders& folders, std::int64_t& busy_afterwards) {
+    return start_once(folders.root / "program/nivora", nullptr, folders.root / "program/new.mdb",
+                      busy_afterwards);
+}
+
+double start_of_bare_window(const Folders& folders) {
+    const fs::path made = folders.root / "bare_window_is_ready";
+    std::int64_t busy = 0;
+    return start_once(NIVORA_BARE_WINDOW, made.c_str(), made, busy);
 }
 
 /// The main window, within this process.
@@ -279,6 +291,19 @@ void tell_pair(const char* what, const std::vector<double>& ours, const std::vec
     std::fflush(stdout);
 }
 
+/// The start in turns with that of a window with a menu, texts and tables that does nothing.
+void compare_with_bare_window(const Folders& folders) {
+    constexpr int k_turns = 15;
+    std::vector<double> ours;
+    std::vector<double> bare;
+    std::int64_t busy = 0;
+    for (int turn = 0; turn < k_turns; ++turn) {
+        ours.push_back(start_of_ours(folders, busy));
+        bare.push_back(start_of_bare_window(folders));
+    }
+    tell_pair("start, beside a window with menu, texts and tables", ours, bare);
+}
+
 /// Opening and saving in turns with a bare copy, which no program could leave out.
 void compare_with_copies(const Folders& folders, const fs::path& large) {
     constexpr int k_turns = 9;
@@ -316,9 +341,10 @@ int main() {
     setenv("XDG_CONFIG_HOME", (folders.root / "settings").c_str(), 1);
     std::int64_t busy = 0;
     bool good = tell("start of the program until it waits for input",
-                     median(9, [&] { return start_once(folders, busy); }), 0.5, "s");
+                     median(9, [&] { return start_of_ours(folders, busy); }), 0.5, "s");
     fmt::print("{:62} {:9} ms\n", "  processor time in the 0.3 s after that, at most",
                busy * 1000 / sysconf(_SC_CLK_TCK));
+    compare_with_bare_window(folders);
     good &=
         tell("year round run of the sample, menu to painted statistics",
              median(9, [&] { return in_own_process([&] { return run_once(folders); }).seconds; }), 0.15, "s");
