@@ -1,6 +1,7 @@
 #include "shell/main_menu.h"
 
 #include "session/main_window_rules.h"
+#include "widgets/built_in_icons.h"
 #include "widgets/qt_text.h"
 
 #include <QActionGroup>
@@ -144,7 +145,14 @@ bool opens_menu(const char* name) {
 MainMenu::MainMenu(QMenuBar* bar, Session& session, QObject* parent) : QObject(parent), session_(session) {
     make_menus(bar);
     make_recent_entries();
-    add_pictures(*bar->style());
+    // Nobody sees the pictures before the menu opens, and the first window need not wait for them.
+    connect(
+        menus_.at(QStringLiteral("mnuFile")), &QMenu::aboutToShow, this,
+        [this, bar] {
+            const BuiltInIcons icons;
+            add_pictures(*bar->style());
+        },
+        Qt::SingleShotConnection);
     auto* procedures = new QActionGroup(this);
     for (const char* name : {"mnuOptSubItem(0)", "mnuOptSubItem(1)"}) {
         QAction* procedure = action(QString::fromUtf8(name));

@@ -49,7 +49,10 @@ TEST_F(MenuTableTest, TheHelpMenuIsAtTheRightEndOfTheBar) {
     EXPECT_GT(help.left(), reports.right() + 100);
 }
 
-TEST_F(MenuTableTest, OpenSaveAndPageSetupHavePictures) {
+TEST_F(MenuTableTest, OpenSaveAndPageSetupHavePicturesOnceTheMenuOpens) {
+    auto* file = find<QMenu>("mnuFile");
+    file->popup(QPoint{});
+    file->close();
     for (int item = 0; item <= 9; ++item) {
         const bool picture = item == 1 || item == 4 || item == 7;
         const auto* entry = find<QAction>(("mnuFileItem(" + std::to_string(item) + ")").c_str());
