@@ -56,10 +56,14 @@ asan: setup ## build under the address and undefined-behaviour sanitizers and ru
 	cmake --build --preset asan -j $(JOBS)
 	ctest --preset asan -j $(TEST_JOBS)
 
-screenshots: build ## draw every window into build/screenshots, at 96 and at 192 dpi
+screenshots: build ## draw every window into build/screenshots, at 96 and at 192 dpi, in light and in dark colours
 	cmake --build --preset release --target nivora_screenshots -j $(JOBS)
-	QT_QPA_PLATFORM=offscreen build/release/tools/screenshots/nivora_screenshots build/screenshots/96
-	QT_QPA_PLATFORM=offscreen QT_SCALE_FACTOR=2 build/release/tools/screenshots/nivora_screenshots build/screenshots/192
+	set -e; for scale in 1 2; do \
+	    folder=build/screenshots/$$((scale * 96)); \
+	    export QT_QPA_PLATFORM=offscreen QT_SCALE_FACTOR=$$scale; \
+	    build/release/tools/screenshots/nivora_screenshots $$folder; \
+	    build/release/tools/screenshots/nivora_screenshots $$folder-dark dark; \
+	done
 
 clean: ## remove everything that was built
 	rm -rf build

@@ -41,6 +41,7 @@
 #include <QToolButton>
 #include <filesystem>
 #include <iostream>
+#include <string_view>
 
 namespace nivora {
 namespace {
@@ -209,7 +210,7 @@ private:
         draw(print, "print-dialog.png");
     }
 
-    /// The plots of a year-round simulation of the sample, some in dark colours.
+    /// The plots of a year-round simulation of the sample.
     void plots() {
         trigger("mnuRunSimVar(1)");
         draw_top("Results", "results-year.png");
@@ -221,12 +222,6 @@ private:
         };
         draw_offered_plots(*window, "", draw_into);
         draw_plot_work(*window, draw_into);
-        const QPalette light = QApplication::palette();
-        QPalette dark(QColor(45, 48, 52));
-        QApplication::setPalette(dark);
-        settle();
-        draw(*window, "plot-dark.png");
-        QApplication::setPalette(light);
         window->close();
     }
 
@@ -353,10 +348,12 @@ private:
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
-    if (argc != 2) {
-        std::cerr << "usage: nivora_screenshots <folder>\n";
+    const bool dark = argc == 3 && std::string_view{argv[2]} == "dark";
+    if (argc != 2 && !dark) {
+        std::cerr << "usage: nivora_screenshots <folder> [dark]\n";
         return 2;
     }
+    if (dark) QApplication::setPalette(QPalette{QColor{45, 48, 52}});
     std::filesystem::create_directories(argv[1]);
     nivora::Photographer{argv[1]}.work();
     return 0;
