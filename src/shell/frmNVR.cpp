@@ -7,6 +7,7 @@
 #include "widgets/edit_target.h"
 #include "widgets/grid_status.h"
 #include "widgets/grid_view.h"
+#include "widgets/window_keys.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -69,7 +70,13 @@ void frmNVR::answer(Desktop& desktop) {
     answered_ = &desktop;
 }
 
+void frmNVR::add_keys() {
+    menu_->add_keys(*this);
+    connect(new_window_key(*this, Qt::Key_F5), &QAction::triggered, this, &frmNVR::run_again);
+}
+
 void frmNVR::connect_menu() {
+    add_keys();
     connect(menu_, &MainMenu::chosen, this, &frmNVR::do_command);
     connect(menu_, &MainMenu::recent_chosen, this, &frmNVR::open_recent);
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {

@@ -1,6 +1,7 @@
 // The main window: the definition of the open basin, its zones and its simulations.
 #pragma once
 
+#include "engine/run_driver.h"
 #include "prep/data_menu.h"
 #include "session/basin_life.h"
 #include "session/definition_rules.h"
@@ -9,6 +10,8 @@
 #include "shell/window_keeper.h"
 #include "widgets/nivora_window.h"
 
+#include <optional>
+
 class QLabel;
 
 namespace nivora {
@@ -16,7 +19,6 @@ namespace nivora {
 class BasinPanel;
 class EditTarget;
 class SimulationsPanel;
-struct RunChoice;
 
 /// Menus, commands and the life of the program. Its content is two panels.
 class frmNVR : public NivoraWindow {
@@ -36,6 +38,7 @@ protected:
     void quick_help_changed(bool on) override;
 
 private:
+    void add_keys();
     void connect_menu();
     void connect_panels();
 
@@ -51,7 +54,9 @@ private:
     void open_basin();
     void open_recent(std::size_t entry);
     void open_run_menu();
-    void ask_about_zones();
+    [[nodiscard]] bool may_run();
+    void run_again();
+    [[nodiscard]] bool zones_are_usual();
     [[nodiscard]] bool zones_can_run();
     void run(const RunChoice& choice);
     void toggle_snow();
@@ -75,6 +80,7 @@ private:
     Interruptions interruptions_;
     UnusualZoneQuestion zone_question_;
     MainMenu* menu_;
+    std::optional<RunChoice> last_choice_;  ///< what F5 repeats
     QLabel* procedure_;
     EditTarget* edit_target_;
     BasinPanel* basin_;

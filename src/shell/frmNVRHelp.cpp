@@ -5,8 +5,10 @@
 #include "reports/text_pages.h"
 #include "session/document_reasons.h"
 #include "shell/document_opener.h"
+#include "shell/help_search.h"
 #include "widgets/printing.h"
 #include "widgets/qt_text.h"
+#include "widgets/window_keys.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -15,6 +17,8 @@
 #include <QTextBrowser>
 #include <QTextCursor>
 #include <QTextDocumentFragment>
+#include <QVBoxLayout>
+#include <algorithm>
 #include <optional>
 
 namespace nivora {
@@ -65,13 +69,22 @@ void mark_link(QTextDocument& page) {
 }  // namespace
 
 frmNVRHelp::frmNVRHelp(const WindowContext& context, QWidget* parent)
-    : NivoraWindow(context, "frmNVRHelp", WindowNumber::frmNVRHelp, parent), text_(new QTextBrowser(this)) {
+    : NivoraWindow(context, "frmNVRHelp", WindowNumber::frmNVRHelp, parent),
+      text_(new QTextBrowser(this)),
+      search_(new HelpSearch(this)) {
     text_->setObjectName(QStringLiteral("txtHelp"));
     text_->setAccessibleName(QStringLiteral("Help text"));
     text_->setOpenLinks(false);
     set_help(text_, 1);
-    set_content(text_);
+    auto* content = new QWidget(this);
+    auto* layout = new QVBoxLayout(content);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(text_, 1);
+    layout->addWidget(search_);
+    set_content(content);
+    set_first_focus(text_);
     make_menus();
+    add_keys();
     close_on_escape();
     connect(text_, &QTextBrowser::anchorClicked, this, [this] { show_manual(); });
     resize(720, 620);
@@ -107,7 +120,21 @@ void frmNVRHelp::make_menus() {
     manual->setProperty(k_help_line, 7);
 }
 
+void frmNVRHelp::add_keys() {
+    add_key(*this, QKeySequence(Qt::CTRL | Qt::Key_P), *findChild<QAction*>(QStringLiteral("mnuPrint")));
+    add_key(*this, Qt::Key_F1, *findChild<QAction*>(QStringLiteral("mnuHlpItm(12)")));
+    const auto add = [this](const QKeySequence& keys, auto act) {
+        connect(new_window_key(*this, keys), &QAction::triggered, this, act);
+    };
+    add(QKeySequence(Qt::CTRL | Qt::Key_F), [this] { search_->open(); });
+    add(Qt::Key_F3, [this] { find(false); });
+    add(QKeySequence(Qt::SHIFT | Qt::Key_F3), [this] { find(true); });
+    connect(search_, &HelpSearch::asked, this, &frmNVRHelp::find);
+    connect(search_, &HelpSearch::closed, text_, [this] { text_->setFocus(); });
+}
+
 void frmNVRHelp::show_topic(int topic) {
+    topic_ = topic;
     QString name = QStringLiteral("Nivora");
     for (const Topic& known : k_topics) {
         if (known.topic == topic) name = plain(known.caption);
@@ -118,6 +145,48 @@ void frmNVRHelp::show_topic(int topic) {
     text_->setCurrentCharFormat({});
     text_->setPlainText(to_qt(Help_Text(context().program_folder, topic)));
     mark_link(*text_->document());
+}
+
+/// Selects the next place after the selection, or the first one, or the same backward.
+bool frmNVRHelp::find_in_page(bool backward, bool from_end) {
+    QTextCursor from = text_->textCursor();
+    if (from_end) from.movePosition(backward ? QTextCursor::End : QTextCursor::Start);
+    const QTextDocument::FindFlags flags =
+        backward ? QTextDocument::FindBackward : QTextDocument::FindFlags{};
+    const QTextCursor found = text_->document()->find(search_->wanted(), from, flags);
+    if (found.isNull()) return false;
+    text_->setTextCursor(found);
+    return true;
+}
+
+/// The nearest topic of the menu after the shown one, or before it, that has the text; nothing if no other
+/// has.
+std::optional<int> frmNVRHelp::other_topic_with(const QString& wanted, bool backward) {
+    const auto shown = std::find_if(k_topics.begin(), k_topics.end(),
+                                    [this](const Topic& topic) { return topic.topic == topic_; });
+    const std::size_t count = k_topics.size();
+    const std::size_t at = shown == k_topics.end() ? 0 : static_cast<std::size_t>(shown - k_topics.begin());
+    for (std::size_t step = 1; step < count; ++step) {
+        const Topic& topic = k_topics.at((at + (backward ? count - step : step)) % count);
+        const QString text = to_qt(Help_Text(context().program_folder, topic.topic));
+        if (text.contains(wanted, Qt::CaseInsensitive)) return topic.topic;
+    }
+    return std::nullopt;
+}
+
+/// Goes on in the other topics, since a user seldom knows which one tells what he looks for.
+void frmNVRHelp::find(bool backward) {
+    const QString wanted = search_->wanted();
+    if (wanted.isEmpty()) return search_->open();
+    search_->show_outcome({});
+    if (find_in_page(backward, false)) return;
+    if (const auto topic = other_topic_with(wanted, backward)) {
+        show_topic(*topic);
+        search_->show_outcome(QStringLiteral("In another topic"));
+        static_cast<void>(find_in_page(backward, true));
+    } else if (!find_in_page(backward, true)) {
+        search_->show_outcome(QStringLiteral("Not found in any topic"));
+    }
 }
 
 void frmNVRHelp::copy() {

@@ -11,6 +11,8 @@ class QTextBrowser;
 
 namespace nivora {
 
+class HelpSearch;
+
 class frmNVRHelp : public NivoraWindow {
     Q_OBJECT
 
@@ -27,8 +29,14 @@ private:
                           const std::optional<std::filesystem::path>& unopened);
     void copy();
     void print();
+    void add_keys();
+    void find(bool backward);
+    [[nodiscard]] bool find_in_page(bool backward, bool from_end);
+    [[nodiscard]] std::optional<int> other_topic_with(const QString& wanted, bool backward);
 
     QTextBrowser* text_;
+    HelpSearch* search_;
+    int topic_ = 0;
     FontChooser fonts_;
 };
 

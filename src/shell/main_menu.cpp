@@ -2,7 +2,9 @@
 
 #include "session/main_window_rules.h"
 #include "widgets/built_in_icons.h"
+#include "widgets/nivora_window.h"
 #include "widgets/qt_text.h"
+#include "widgets/window_keys.h"
 
 #include <QActionGroup>
 #include <QMenuBar>
@@ -25,6 +27,21 @@ struct Entry {
     Command command = Command::None;
     bool ShellState::*enabled = nullptr;  ///< the flag that enables the entry, if one does
     bool shut_by_evaluation = false;      ///< disabled while the window of a climate evaluation is open
+};
+
+/// A key of the window that chooses an entry. Menus show none of them; the tips of their entries do.
+struct EntryKey {
+    const char* entry;
+    QKeyCombination keys;
+};
+
+constexpr std::array k_keys{
+    EntryKey{"mnuFileItem(0)", Qt::CTRL | Qt::Key_N},
+    EntryKey{"mnuFileItem(1)", Qt::CTRL | Qt::Key_O},
+    EntryKey{"mnuFileItem(4)", Qt::CTRL | Qt::Key_S},
+    EntryKey{"mnuFileItem(5)", Qt::CTRL | Qt::SHIFT | Qt::Key_S},
+    EntryKey{"mnuReports", Qt::CTRL | Qt::Key_P},
+    EntryKey{"mnuHelpItm(0)", QKeyCombination{Qt::Key_F1}},
 };
 
 constexpr std::array k_bar{
@@ -203,6 +220,17 @@ void MainMenu::make_menus(QMenuBar* bar) {
         where->addAction(action);
         named(action, entry);
     }
+}
+
+void MainMenu::add_keys(NivoraWindow& window) {
+    for (const EntryKey& key : k_keys) add_key(window, key.keys, *action(QString::fromUtf8(key.entry)));
+}
+
+void MainMenu::open(const QString& menu) {
+    QMenu* opened = menus_.at(menu);
+    auto* bar = qobject_cast<QMenuBar*>(opened->parentWidget());
+    if (bar == nullptr || !can_be_chosen(*opened->menuAction())) return;
+    opened->popup(bar->mapToGlobal(bar->actionGeometry(opened->menuAction()).bottomLeft()));
 }
 
 void MainMenu::add_pictures(const QStyle& style) {

@@ -14,6 +14,8 @@ class QStyle;
 
 namespace nivora {
 
+class NivoraWindow;
+
 /// The commands of the menu bar. None is for entries that open a menu.
 enum class Command {
     None,
@@ -64,6 +66,12 @@ public:
 
     /// Updates captions, ticks and enabled entries from the session.
     void refresh();
+
+    /// Gives entries their keys in the window of the bar.
+    void add_keys(NivoraWindow& window);
+
+    /// Opens a menu of the bar, such as "mnuRun", if it can be opened.
+    void open(const QString& menu);
 
     /// Names the row items of the Edit menu after what they add and delete: simulations, or rows in general.
     void name_row_items(bool simulations);

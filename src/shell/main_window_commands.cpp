@@ -1,6 +1,5 @@
 // What the entries of the menu bar and the buttons of the main window do.
 
-#include "engine/run_driver.h"
 #include "session/availability.h"
 #include "session/data_commands.h"
 #include "session/simulation_list.h"
@@ -11,6 +10,7 @@
 #include "widgets/edit_target.h"
 #include "widgets/grid_view.h"
 #include "widgets/page_dialogs.h"
+#include "widgets/window_keys.h"
 
 #include <QProcess>
 #include <QStandardPaths>
@@ -87,20 +87,44 @@ void frmNVR::open_recent(std::size_t entry) {
     life_.open_recent(entry);
 }
 
-/// What is being typed is stored before the check, so that the check and the run see the same values.
 void frmNVR::open_run_menu() {
     if (!session().shell.run_simulation || context().quick_help.is_on()) return;
-    commit_edits();
-    if (basin_->refuses_typed_box()) return;
-    if (const auto problem = run_menu_problem(session().basin)) return basin_->show_problem(*problem);
-    ask_about_zones();
+    static_cast<void>(may_run());  // the menu opens anyway
 }
 
-void frmNVR::ask_about_zones() {
+/// What is being typed is stored before the check, so that the check and the run see the same values.
+/// @return false after a message or an unanswered question
+bool frmNVR::may_run() {
+    commit_edits();
+    if (basin_->refuses_typed_box()) return false;
+    if (const auto problem = run_menu_problem(session().basin)) {
+        basin_->show_problem(*problem);
+        return false;
+    }
+    return zones_are_usual();
+}
+
+/// Asks about a zone that is unlike the others. @return whether there is none, or it is meant
+bool frmNVR::zones_are_usual() {
     const auto unusual = zone_question_.open_for(session().basin);
-    if (!unusual) return;
-    if (session().dialogs.message(unusual->question) == Answer::Yes) return zone_question_.confirm(*unusual);
+    if (!unusual) return true;
+    if (session().dialogs.message(unusual->question) == Answer::Yes) {
+        zone_question_.confirm(*unusual);
+        return true;
+    }
     basin_->go_to_cell(unusual->zone - 1, unusual->column - 1);
+    return false;
+}
+
+/// Repeats the last choice of the Run menu; without one, or where it is no longer offered, opens the menu.
+void frmNVR::run_again() {
+    const QString entry =
+        last_choice_ ? QStringLiteral("mnuRun%1Var(%2)")
+                           .arg(last_choice_->forecast ? QStringLiteral("For") : QStringLiteral("Sim"))
+                           .arg(last_choice_->index)
+                     : QString{};
+    if (!last_choice_ || !can_be_chosen(*menu_->action(entry))) return menu_->open(QStringLiteral("mnuRun"));
+    if (may_run()) run(*last_choice_);
 }
 
 /// The Run menu only warns of an area that is not above zero, but no run starts with one.
@@ -112,6 +136,7 @@ bool frmNVR::zones_can_run() {
 }
 
 void frmNVR::run(const RunChoice& choice) {
+    last_choice_ = choice;
     if (!zones_can_run()) return;
     const RunContext run{session().basin, session().run, session().dialogs};
     const RunOutcome outcome = choose_and_run(run, choice, [&] {

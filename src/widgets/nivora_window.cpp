@@ -173,13 +173,19 @@ void NivoraWindow::add_area_keys() {
     const auto add = [this](const QKeySequence& keys, bool forward) {
         auto* shortcut = new QShortcut(keys, this);
         connect(shortcut, &QShortcut::activated, this, [this, forward] { move_to_area(forward); });
-        keys_.push_back(shortcut);
+        area_keys_.push_back(shortcut);
     };
     for (const Qt::Key key : {Qt::Key_F6, Qt::Key_Tab}) {
         const Qt::KeyboardModifier control = key == Qt::Key_Tab ? Qt::ControlModifier : Qt::NoModifier;
         add(QKeyCombination(control, key), true);
         add(QKeyCombination(control | Qt::ShiftModifier, key), false);
     }
+}
+
+void NivoraWindow::take_key(QAction* key) {
+    key->setEnabled(!context_.quick_help.is_on());
+    addAction(key);
+    keys_.push_back(key);
 }
 
 /// The area of the window that contains an element: a table, a frame, the toolbar or the content area,
@@ -265,7 +271,8 @@ void NivoraWindow::show_status(const QString& text) {
 void NivoraWindow::set_help(QWidget* widget, int line) { widget->setProperty(k_help_line, line); }
 
 void NivoraWindow::show_quick_help(bool on) {
-    for (QShortcut* key : keys_) key->setEnabled(!on);
+    for (QShortcut* key : area_keys_) key->setEnabled(!on);
+    for (QAction* key : keys_) key->setEnabled(!on);
     help_button_->setChecked(on);
     help_button_->setToolTip(on ? QStringLiteral("Hide 'QuickHelp'") : help_tip_);
     const int height_before = height();

@@ -53,6 +53,9 @@ public:
     /// Gives an element its help line. A widget without one is explained by the nearest parent that has one.
     static void set_help(QWidget* widget, int line);
 
+    /// Takes an action without an entry, for its key, which acts while QuickHelp is off.
+    void take_key(QAction* key);
+
     void explain_widget(QWidget* widget);
     /// @param unit of what the line explains, in the units of the basin; empty if there is none
     void explain_line(int line, const QString& unit = {});
@@ -130,7 +133,8 @@ private:
     QPointer<QWidget> caller_;
     QWidget* first_focus_ = nullptr;
     QPushButton* default_button_ = nullptr;
-    std::vector<QShortcut*> keys_;  ///< disabled by QuickHelp
+    std::vector<QShortcut*> area_keys_;  ///< disabled by QuickHelp, as the following
+    std::vector<QAction*> keys_;
     bool opened_ = false;
     int grown_ = 0;
 };

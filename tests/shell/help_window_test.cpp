@@ -138,5 +138,93 @@ TEST_F(HelpWindowTest, TheAboutWindowSaysWhatTheProgramIs) {
     EXPECT_TRUE(texts.contains(QString::fromUtf8(disclaimer_text())));
 }
 
+/// Searching in the help window, in pages of which the first has snow twice and the fourth once.
+class HelpSearchTest : public HelpWindowTest {
+protected:
+    HelpSearchTest() {
+        program_.write("NIVORAHelp.txt",
+                       "[STRING0]Snow melts. Then SNOW stays.[/STRING0][STRING98]A page of menus.[/STRING98]"
+                       "[STRING2]Control information.[/STRING2][STRING7]More snow.[/STRING7]");
+        help_.show_topic(0);
+        help_.show();
+        help_.activateWindow();
+        settle();
+    }
+
+    QLineEdit* box() { return help_.findChild<QLineEdit*>(QStringLiteral("txtFind")); }
+    QString outcome() { return help_.findChild<QLabel*>(QStringLiteral("lblFind"))->text(); }
+    int place() { return text_->textCursor().selectionStart(); }
+    void open() { QTest::keyClick(&help_, Qt::Key_F, Qt::ControlModifier); }
+    void search(const char* text) {
+        open();
+        QTest::keyClicks(box(), QString::fromUtf8(text));
+        QTest::keyClick(box(), Qt::Key_Return);
+    }
+    void expect_at(const char* topic, int place_of_it) {
+        EXPECT_EQ(help_.windowTitle().toStdString(), std::string{"Help for "} + topic);
+        EXPECT_EQ(place(), place_of_it);
+        EXPECT_EQ(text_->textCursor().selectedText().toLower(), QStringLiteral("snow"));
+    }
+};
+
+TEST_F(HelpSearchTest, TheBarIsHiddenUntilControlFOpensIt) {
+    EXPECT_FALSE(box()->isVisible());
+    open();
+    EXPECT_TRUE(box()->isVisible());
+    EXPECT_TRUE(box()->hasFocus());
+}
+
+TEST_F(HelpSearchTest, EnterGoesFromPlaceToPlaceThroughAllTopicsAndAround) {
+    search("snow");
+    expect_at("Nivora Main Window", 0);
+    QTest::keyClick(box(), Qt::Key_Return);
+    expect_at("Nivora Main Window", 17);
+    EXPECT_EQ(outcome(), QString{});
+    QTest::keyClick(box(), Qt::Key_Return);
+    expect_at("Edit Basin Variables", 5);
+    EXPECT_EQ(outcome(), QStringLiteral("In another topic"));
+    QTest::keyClick(box(), Qt::Key_F3);
+    expect_at("Nivora Main Window", 0);
+}
+
+TEST_F(HelpSearchTest, WithShiftItGoesBackward) {
+    search("snow");
+    QTest::keyClick(box(), Qt::Key_Return, Qt::ShiftModifier);
+    expect_at("Edit Basin Variables", 5);
+    QTest::keyClick(box(), Qt::Key_F3, Qt::ShiftModifier);
+    expect_at("Nivora Main Window", 17);
+}
+
+TEST_F(HelpSearchTest, ATextOfOnePageIsFoundAgainFromItsStart) {
+    search("melts");
+    EXPECT_EQ(place(), 5);
+    QTest::keyClick(box(), Qt::Key_Return);
+    EXPECT_EQ(place(), 5);
+    EXPECT_EQ(outcome(), QString{});
+}
+
+TEST_F(HelpSearchTest, ATextThatNoTopicHasIsToldUntilAnotherIsTyped) {
+    search("glacier");
+    EXPECT_EQ(outcome(), QStringLiteral("Not found in any topic"));
+    EXPECT_FALSE(text_->textCursor().hasSelection());
+    QTest::keyClicks(box(), QStringLiteral("s"));
+    EXPECT_EQ(outcome(), QString{});
+}
+
+TEST_F(HelpSearchTest, EscapeClosesTheBarFirstAndThenTheWindow) {
+    search("snow");
+    QTest::keyClick(box(), Qt::Key_Escape);
+    EXPECT_FALSE(box()->isVisible());
+    EXPECT_TRUE(help_.isVisible());
+    EXPECT_TRUE(text_->hasFocus());
+    QTest::keyClick(text_, Qt::Key_Escape);
+    EXPECT_FALSE(help_.isVisible());
+}
+
+TEST_F(HelpSearchTest, WithoutATextF3OpensTheBar) {
+    QTest::keyClick(&help_, Qt::Key_F3);
+    EXPECT_TRUE(box()->hasFocus());
+}
+
 }  // namespace
 }  // namespace nivora

@@ -12,6 +12,7 @@
 #include "widgets/grid_view.h"
 #include "widgets/printing.h"
 #include "widgets/qt_text.h"
+#include "widgets/window_keys.h"
 #include "windows/climate/scenario_model.h"
 
 #include <QAction>
@@ -70,6 +71,7 @@ frmCC::frmCC(const WindowContext& context, QWidget* parent)
     });
     connect(row.buttons[2], &QPushButton::clicked, this,
             [this] { session().desktop.show_help_topic(k_help_topic); });
+    add_key(*this, Qt::Key_F1, *row.buttons[2]);
     resize(860, 640);
 }
 
@@ -139,6 +141,7 @@ QWidget* frmCC::make_side() {
     connect(actions_[k_new], &QPushButton::clicked, this, &frmCC::add_scenario);
     connect(actions_[k_delete], &QPushButton::clicked, this, &frmCC::remove_scenario);
     connect(actions_[k_print], &QPushButton::clicked, this, &frmCC::print);
+    add_key(*this, QKeySequence(Qt::CTRL | Qt::Key_P), *actions_[k_print]);
     connect(actions_[k_view], &QPushButton::clicked, this, &frmCC::view_variables);
     return frame;
 }

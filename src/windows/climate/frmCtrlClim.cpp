@@ -16,6 +16,7 @@
 #include "widgets/printing.h"
 #include "widgets/qt_text.h"
 #include "widgets/value_grid_model.h"
+#include "widgets/window_keys.h"
 #include "windows/climate/evaluation_print.h"
 
 #include <QCheckBox>
@@ -214,6 +215,7 @@ void frmCtrlClim::make_buttons(QWidget* content) {
     });
     connect(buttons_[2], &QPushButton::clicked, this,
             [this] { session().desktop.show_help_topic(k_help_topic); });
+    add_key(*this, Qt::Key_F1, *buttons_[2]);
 }
 
 void frmCtrlClim::done() {

@@ -9,6 +9,7 @@
 #include "widgets/printing.h"
 #include "widgets/qt_text.h"
 #include "widgets/value_grid_model.h"
+#include "widgets/window_keys.h"
 
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -112,6 +113,8 @@ QWidget* Results::make_buttons() {
         if (index == 1)
             connect(button, &QPushButton::clicked, this,
                     [this] { session().desktop.show_help_topic(k_help_topic); });
+        if (index == 0) add_key(*this, QKeySequence(Qt::CTRL | Qt::Key_P), *button);
+        if (index == 1) add_key(*this, Qt::Key_F1, *button);
         if (index == 2) {
             connect(button, &QPushButton::clicked, this, &QWidget::close);
             set_default_button(button);

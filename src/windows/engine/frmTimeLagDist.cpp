@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "engine/lag_distribution.h"
 #include "widgets/qt_text.h"
+#include "widgets/window_keys.h"
 
 #include <QApplication>
 #include <QGridLayout>
@@ -91,6 +92,7 @@ QWidget* frmTimeLagDist::make_buttons() {
     connect(buttons_[1], &QPushButton::clicked, this, &QWidget::close);
     connect(buttons_[2], &QPushButton::clicked, this,
             [this] { session().desktop.show_help_topic(k_help_topic); });
+    add_key(*this, Qt::Key_F1, *buttons_[2]);
     return frame;
 }
 

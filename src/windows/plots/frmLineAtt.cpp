@@ -2,6 +2,7 @@
 
 #include "widgets/colours.h"
 #include "widgets/controls.h"
+#include "widgets/window_keys.h"
 #include "windows/plots/colour_field.h"
 
 #include <QComboBox>
@@ -152,6 +153,7 @@ QWidget* frmLineAtt::make_buttons() {
     connect(row.buttons[1], &QPushButton::clicked, this, &QWidget::close);
     connect(row.buttons[2], &QPushButton::clicked, this,
             [this] { session().desktop.show_help_topic(k_help_topic); });
+    add_key(*this, Qt::Key_F1, *row.buttons[2]);
     set_default_button(row.buttons[0]);
     return row.frame;
 }

@@ -37,6 +37,7 @@ constexpr int k_print_help = 3;
 constexpr int k_copy_help = 4;
 constexpr int k_zoom_help = 5;
 constexpr int k_redraw_help = 19;
+constexpr int k_help_help = 20;
 constexpr int k_summary_help = 22;
 constexpr int k_legend_help = 29;
 constexpr int k_lines_help = 31;
@@ -172,6 +173,7 @@ void frmNVRPlot::make_keys() {
     add_key(QKeySequence(Qt::CTRL | Qt::Key_P), k_print_help, &frmNVRPlot::print);
     add_key(QKeySequence(Qt::CTRL | Qt::Key_S), k_save_help, &frmNVRPlot::save);
     add_key(QKeySequence(Qt::Key_F5), k_redraw_help, &frmNVRPlot::renew_picture);
+    add_key(QKeySequence(Qt::Key_F1), k_help_help, &frmNVRPlot::show_help);
     add_key(QKeySequence(Qt::Key_Escape), k_zoom_help, &frmNVRPlot::escape);
 }
 
@@ -299,9 +301,11 @@ void frmNVRPlot::press(ToolPicture tool) {
             give(screen_.toggle_data_points());
             return tools_->show_data_points(screen_.data_points());
         case ToolPicture::Redraw: return redraw();
-        case ToolPicture::Help: return session().desktop.show_help_topic(k_help_topic);
+        case ToolPicture::Help: return show_help();
     }
 }
+
+void frmNVRPlot::show_help() { session().desktop.show_help_topic(k_help_topic); }
 
 void frmNVRPlot::redraw() { give(screen_.redraw(tools_->boxes())); }
 

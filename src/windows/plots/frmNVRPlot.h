@@ -52,6 +52,7 @@ private:
     void save();
     void copy();
     void print();
+    void show_help();
     void escape();
     void choose_line(int line, QPoint at);
     void edit_lines();

@@ -5,6 +5,7 @@
 #include "store/run_period.h"
 #include "widgets/controls.h"
 #include "widgets/qt_text.h"
+#include "widgets/window_keys.h"
 
 #include <QButtonGroup>
 #include <QCheckBox>
@@ -60,6 +61,7 @@ SimOptions::SimOptions(const WindowContext& context, QWidget* parent)
     connect(buttons_[1], &QPushButton::clicked, this, &QWidget::close);
     connect(buttons_[2], &QPushButton::clicked, this,
             [this] { session().desktop.show_help_topic(k_help_topic); });
+    add_key(*this, Qt::Key_F1, *buttons_[2]);
     connect(units_, &QButtonGroup::idToggled, this, [this](int units, bool on) {
         if (on) show_units(static_cast<Units>(units));
     });

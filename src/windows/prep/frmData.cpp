@@ -12,6 +12,7 @@
 #include "widgets/grid_view.h"
 #include "widgets/printing.h"
 #include "widgets/qt_text.h"
+#include "widgets/window_keys.h"
 #include "windows/prep/daily_model.h"
 
 #include <QAction>
@@ -104,6 +105,8 @@ frmData::frmData(const WindowContext& context, QWidget* parent)
     connect(row.buttons[1], &QPushButton::clicked, this, &frmData::cancel);
     connect(row.buttons[2], &QPushButton::clicked, this, &frmData::print);
     connect(row.buttons[3], &QPushButton::clicked, this, &frmData::help);
+    add_key(*this, QKeySequence(Qt::CTRL | Qt::Key_P), *row.buttons[2]);
+    add_key(*this, Qt::Key_F1, *row.buttons[3]);
     connect(zone_, &QSpinBox::valueChanged, this, &frmData::show_zone);
     connect(days_, &GridModel::refused, this, [this] { show_store_error(); });
     connect(grid_, &GridView::pasted, this, [this] { show_store_error(); });

@@ -9,6 +9,7 @@
 #include "widgets/grid_view.h"
 #include "widgets/printing.h"
 #include "widgets/qt_text.h"
+#include "widgets/window_keys.h"
 #include "windows/prep/month_model.h"
 
 #include <QAction>
@@ -71,6 +72,8 @@ frmLongTermAvg::frmLongTermAvg(const WindowContext& context, QWidget* parent)
     });
     connect(row.buttons[2], &QPushButton::clicked, this,
             [this] { session().desktop.show_help_topic(k_help_topic); });
+    add_key(*this, Qt::Key_F1, *row.buttons[2]);
+    add_key(*this, QKeySequence(Qt::CTRL | Qt::Key_P), *row.buttons[4]);
     connect(row.buttons[3], &QPushButton::clicked, this, &frmLongTermAvg::recalculate);
     connect(row.buttons[4], &QPushButton::clicked, this, &frmLongTermAvg::print);
     resize(640, 560);

@@ -3,6 +3,7 @@
 #include "prep/daily_records.h"
 #include "widgets/controls.h"
 #include "widgets/qt_text.h"
+#include "widgets/window_keys.h"
 
 #include <QGridLayout>
 #include <QLabel>
@@ -39,6 +40,7 @@ frmPopulate::frmPopulate(const WindowContext& context, QWidget* parent)
     connect(row.buttons[1], &QPushButton::clicked, this, &QWidget::close);
     connect(row.buttons[2], &QPushButton::clicked, this,
             [this] { session().desktop.show_help_topic(k_help_topic); });
+    add_key(*this, Qt::Key_F1, *row.buttons[2]);
     set_default_button(row.buttons[0]);
     close_on_escape();
     resize(520, 260);

@@ -7,6 +7,7 @@
 #include "widgets/controls.h"
 #include "widgets/page_dialogs.h"
 #include "widgets/qt_text.h"
+#include "widgets/window_keys.h"
 #include "windows/reports/report_printing.h"
 
 #include <QAction>
@@ -176,12 +177,14 @@ void frmFileDisp::make_menus() {
                                          [this] { session().desktop.show_help_topic(k_help_topic); });
     help->setObjectName(QStringLiteral("mnuHelp"));
     help->setProperty(k_help_line, k_help_help);
+    add_key(*this, Qt::Key_F1, *help);
 }
 
 void frmFileDisp::make_print_menu() {
     QMenu* menu = add_menu(QStringLiteral("mnuPrint"), QStringLiteral("Print"), k_print_help);
-    const QAction* with = add_entry(menu, QStringLiteral("mnuPrintItm(0)"),
-                                    QStringLiteral("&Print with Page Breaks"), k_page_breaks_help);
+    QAction* with = add_entry(menu, QStringLiteral("mnuPrintItm(0)"),
+                              QStringLiteral("&Print with Page Breaks"), k_page_breaks_help);
+    add_key(*this, QKeySequence(Qt::CTRL | Qt::Key_P), *with);
     const QAction* without = add_entry(menu, QStringLiteral("mnuPrintItm(1)"),
                                        QStringLiteral("Print without Page &Breaks"), k_no_page_breaks_help);
     menu->addSeparator()->setObjectName(QStringLiteral("mnuPrintItm(2)"));

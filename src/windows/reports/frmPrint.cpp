@@ -4,6 +4,7 @@
 #include "widgets/busy_pointer.h"
 #include "widgets/controls.h"
 #include "widgets/qt_text.h"
+#include "widgets/window_keys.h"
 #include "windows/reports/frmFileDisp.h"
 #include "windows/reports/report_printing.h"
 
@@ -117,6 +118,7 @@ void frmPrint::make_buttons(const std::vector<QPushButton*>& buttons) {
     });
     connect(buttons[3], &QPushButton::clicked, this,
             [this] { session().desktop.show_help_topic(k_help_topic); });
+    add_key(*this, Qt::Key_F1, *buttons[3]);
 }
 
 ReportDestination frmPrint::destination() const {
