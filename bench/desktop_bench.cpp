@@ -5,6 +5,7 @@
 #include "base/durable_file.h"
 #include "base/scripted_dialogs.h"
 #include "bench/bench_basin.h"
+#include "bench/turns.h"
 #include "shell/frmNVR.h"
 #include "store/basin_check.h"
 #include "widgets/desktop_printers.h"
@@ -277,50 +278,31 @@ double median(int times, Work work) {
     return figures.at(figures.size() / 2);
 }
 
-void tell_pair(const char* what, const std::vector<double>& ours, const std::vector<double>& floor) {
-    const auto middle = [](std::vector<double> figures) {
-        std::sort(figures.begin(), figures.end());
-        return figures.at(figures.size() / 2);
-    };
-    const auto least = [](const std::vector<double>& figures) {
-        return *std::min_element(figures.begin(), figures.end());
-    };
-    fmt::print("  {:60} least {:6.1f} of {:6.1f} ms ({:4.2f}), median {:6.1f} of {:6.1f} ms ({:4.2f})\n",
-               what, 1e3 * least(ours), 1e3 * least(floor), least(ours) / least(floor), 1e3 * middle(ours),
-               1e3 * middle(floor), middle(ours) / middle(floor));
-    std::fflush(stdout);
-}
-
 /// The start in turns with that of a window with a menu, texts and tables that does nothing.
 void compare_with_bare_window(const Folders& folders) {
     constexpr int k_turns = 15;
-    std::vector<double> ours;
-    std::vector<double> bare;
     std::int64_t busy = 0;
-    for (int turn = 0; turn < k_turns; ++turn) {
-        ours.push_back(start_of_ours(folders, busy));
-        bare.push_back(start_of_bare_window(folders));
-    }
-    tell_pair("start, beside a window with menu, texts and tables", ours, bare);
+    tell_turns("start, beside a window with menu, texts and tables",
+               take_turns(
+                   k_turns, [&] { return start_of_ours(folders, busy); },
+                   [&] { return start_of_bare_window(folders); }),
+               1.2);
 }
 
 /// Opening and saving in turns with a bare copy, which no program could leave out.
 void compare_with_copies(const Folders& folders, const fs::path& large) {
     constexpr int k_turns = 9;
-    std::vector<double> opened;
-    std::vector<double> least_open;
-    std::vector<double> saved;
-    std::vector<double> least_save;
     const fs::path copy = folders.root / "copy.mdb";
-    for (int turn = 0; turn < k_turns; ++turn) {
-        opened.push_back(in_own_process([&] { return open_once(folders, large); }).seconds);
-        const double copied = copy_once(large, copy);
-        least_open.push_back(copied + check_once(large));
-        saved.push_back(in_own_process([&] { return save_once(folders, large); }).seconds);
-        least_save.push_back(copied);
-    }
-    tell_pair("opening, beside copy, flush, rename and check", opened, least_open);
-    tell_pair("saving, beside copy, flush and rename", saved, least_save);
+    tell_turns("opening 50 years, beside copy, flush, rename and check",
+               take_turns(
+                   k_turns, [&] { return in_own_process([&] { return open_once(folders, large); }).seconds; },
+                   [&] { return copy_once(large, copy) + check_once(large); }),
+               1.2);
+    tell_turns("saving 50 years, beside copy, flush and rename",
+               take_turns(
+                   k_turns, [&] { return in_own_process([&] { return save_once(folders, large); }).seconds; },
+                   [&] { return copy_once(large, copy); }),
+               1.4);
 }
 
 bool tell(const char* what, double figure, double goal, const char* unit) {
