@@ -5,6 +5,7 @@
 #include <QGroupBox>
 #include <QPlainTextEdit>
 #include <QRadioButton>
+#include <algorithm>
 
 namespace nivora {
 namespace {
@@ -402,6 +403,24 @@ TEST_F(ImportWindowTest, AnImportIntoAnOpenedBasinCanBeSavedOverItsFile) {
     expected.emplace_back("old spring");
     EXPECT_EQ(simulations(), expected);
     EXPECT_FALSE(session_.basin.Basin_Changed);
+}
+
+TEST_F(ImportWindowTest, AnImportClosesThePlotsAndACancelledOneLeavesThem) {
+    const auto plots = [] {
+        const QWidgetList tops = QApplication::topLevelWidgets();
+        return std::any_of(tops.begin(), tops.end(), [](const QWidget* top) {
+            return top->isVisible() && top->objectName() == QStringLiteral("frmNVRPlot");
+        });
+    };
+    import_first();
+    choose("mnuWinGraphics");
+    ASSERT_TRUE(plots());
+    dialogs_.then_file(std::nullopt);
+    choose("mnuFileItem(2)");
+    EXPECT_TRUE(plots());
+    leave_definition(0);
+    answer(Answer::No).name("second").answer(Answer::No).import(legacy(later_days()));
+    EXPECT_FALSE(plots());
 }
 
 }  // namespace

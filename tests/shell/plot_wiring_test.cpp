@@ -111,6 +111,21 @@ TEST_F(PlotWiringTest, SaveAsClosesThePlotsAndACancelLeavesThem) {
     EXPECT_EQ(plots(), nullptr);
 }
 
+TEST_F(PlotWiringTest, ASaveKeepsThePlotAndItsDataCanBeReadAgain) {
+    run_year();
+    QWidget* window = open_plots();
+    auto* maximum = window->findChild<QLineEdit*>(QStringLiteral("bartext2"));
+    const QString before = maximum->text();
+    choose("mnuFileItem(4)");
+    ASSERT_EQ(plots(), window);
+    EXPECT_EQ(maximum->text(), before);
+    list()->setCurrentIndex(1);
+    emit list()->activated(1);
+    settle();
+    EXPECT_NE(maximum->text(), before) << "another plot was read from the saved basin";
+    EXPECT_TRUE(dialogs_.messages().empty());
+}
+
 TEST_F(PlotWiringTest, TheEndOfTheProgramClosesThePlots) {
     open_plots();
     session_.basin.Basin_Changed = false;

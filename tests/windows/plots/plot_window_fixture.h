@@ -39,7 +39,7 @@ class PlotWindowTest : public testing::Test {
 protected:
     static constexpr PlotNumber k_snow_cover = PlotNumber::SnowCover;
 
-    PlotWindowTest() {
+    explicit PlotWindowTest(int zones = 2) : small_(zones, 8) {
         small_.write_variables([](PhysicalRow& row, int zone, int day) {
             row.sca = 1.0F - 0.0625F * static_cast<float>(day + zone - 2);
             row.precip = static_cast<float>(day);
@@ -116,7 +116,7 @@ protected:
         QTest::mouseRelease(&canvas(), Qt::LeftButton, Qt::NoModifier, to);
     }
 
-    PlotBasin small_{2, 8};
+    PlotBasin small_;
     TemporaryFolder folder_;
     ScriptedDialogs dialogs_;
     Desktop desktop_;
