@@ -25,6 +25,8 @@ std::optional<std::size_t> pattern_of_name(const std::vector<std::string>& patte
     return static_cast<std::size_t>(found - patterns.begin());
 }
 
+std::optional<std::size_t> Dialogs::choose(const Choice& /*choice*/) { return std::nullopt; }
+
 void Dialogs::stop(const std::string& text, const std::string& title) {
     message({.text = text, .title = title, .icon = Icon::Stop});
 }

@@ -24,6 +24,14 @@ struct Message {
     std::optional<Answer> default_answer = std::nullopt;  ///< the first button if not set
 };
 
+/// A question whose buttons have captions of their own.
+struct Choice {
+    std::string text = {};
+    std::string title = k_program_title;
+    Icon icon = Icon::None;
+    std::vector<std::string> buttons = {};  ///< the captions, from the left; the first is the default button
+};
+
 struct InputBox {
     std::string prompt = {};
     std::string title = k_program_title;
@@ -68,6 +76,9 @@ public:
 
     /// Shows a message and returns the button that closed it.
     virtual Answer message(const Message& message) = 0;
+    /// Shows a question and returns the index of the button that closed it; nothing if it was closed without
+    /// one, or where no user can answer.
+    virtual std::optional<std::size_t> choose(const Choice& choice);
     /// Asks for a text; nothing if the user cancelled.
     virtual std::optional<std::string> input(const InputBox& box) = 0;
     /// Asks for a file; nothing if the user cancelled.

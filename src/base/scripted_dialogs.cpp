@@ -31,6 +31,15 @@ Answer ScriptedDialogs::message(const Message& message) {
     return answer;
 }
 
+std::optional<std::size_t> ScriptedDialogs::choose(const Choice& choice) {
+    choices_.push_back(choice);
+    const auto scripted = next<ChosenButton>(choice.text);
+    if (!scripted || !scripted->index) return std::nullopt;
+    if (*scripted->index < choice.buttons.size()) return scripted->index;
+    complaints_.push_back("no button " + std::to_string(*scripted->index) + ": " + choice.text);
+    return std::nullopt;
+}
+
 std::optional<std::string> ScriptedDialogs::input(const InputBox& box) {
     inputs_.push_back(box);
     const auto scripted = next<TextAnswer>(box.prompt);
@@ -46,6 +55,11 @@ std::optional<FileAnswer> ScriptedDialogs::file(const FileQuestion& question) {
 
 ScriptedDialogs& ScriptedDialogs::then(Answer answer) {
     script_.emplace_back(answer);
+    return *this;
+}
+
+ScriptedDialogs& ScriptedDialogs::then_choice(std::optional<std::size_t> button) {
+    script_.emplace_back(ChosenButton{button});
     return *this;
 }
 

@@ -22,16 +22,20 @@ struct AskedMessage {
 class ScriptedDialogs : public Dialogs {
 public:
     Answer message(const Message& message) override;
+    std::optional<std::size_t> choose(const Choice& choice) override;
     std::optional<std::string> input(const InputBox& box) override;
     std::optional<FileAnswer> file(const FileQuestion& question) override;
 
     ScriptedDialogs& then(Answer answer);
+    /// @param button its index; nothing closes the question without one
+    ScriptedDialogs& then_choice(std::optional<std::size_t> button);
     ScriptedDialogs& then_text(std::optional<std::string> text);
     /// @param pattern index of the pattern that is left selected; nothing for the one that the box selects
     ScriptedDialogs& then_file(std::optional<std::filesystem::path> path,
                                std::optional<std::size_t> pattern = std::nullopt);
 
     [[nodiscard]] const std::vector<AskedMessage>& messages() const { return messages_; }
+    [[nodiscard]] const std::vector<Choice>& choices() const { return choices_; }
     [[nodiscard]] const std::vector<InputBox>& inputs() const { return inputs_; }
     [[nodiscard]] const std::vector<FileQuestion>& files() const { return files_; }
 
@@ -48,13 +52,17 @@ private:
         std::optional<std::filesystem::path> path;
         std::optional<std::size_t> pattern;
     };
-    using Step = std::variant<Answer, TextAnswer, ChosenFile>;
+    struct ChosenButton {
+        std::optional<std::size_t> index;
+    };
+    using Step = std::variant<Answer, TextAnswer, ChosenFile, ChosenButton>;
 
     template <typename Kind>
     std::optional<Kind> next(const std::string& what);
 
     std::deque<Step> script_;
     std::vector<AskedMessage> messages_;
+    std::vector<Choice> choices_;
     std::vector<InputBox> inputs_;
     std::vector<FileQuestion> files_;
     std::vector<std::string> complaints_;

@@ -5,11 +5,14 @@
 #include "widgets/caller.h"
 #include "widgets/qt_text.h"
 
+#include <QCloseEvent>
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QInputDialog>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QScreen>
 #include <QStyle>
 
@@ -57,6 +60,27 @@ int width_of_title(const QDialog& box) {
     const int wanted = QFontMetrics(font).horizontalAdvance(box.windowTitle()) + k_title_buttons * bar;
     return std::min(wanted, box.screen()->availableGeometry().width() - bar);
 }
+
+/// The box is as wide as its layout requires, so a spacer as wide as its title is added to it.
+void make_room_for_title(QMessageBox& box) {
+    if (auto* layout = qobject_cast<QGridLayout*>(box.layout())) {
+        layout->addItem(new QSpacerItem(width_of_title(box), 0, QSizePolicy::Minimum, QSizePolicy::Fixed),
+                        layout->rowCount(), 0, 1, layout->columnCount());
+    }
+}
+
+/// A box that Escape and its close control close without any of its buttons.
+class ChoiceBox : public QMessageBox {
+public:
+    using QMessageBox::QMessageBox;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (event->matches(QKeySequence::Cancel)) return reject();
+        QMessageBox::keyPressEvent(event);
+    }
+    void closeEvent(QCloseEvent* event) override { QDialog::closeEvent(event); }
+};
 
 /// The pattern that is selected in a dialog.
 std::size_t selected_pattern(const QFileDialog& dialog, const FileQuestion& question) {
@@ -111,12 +135,25 @@ Answer DesktopDialogs::message(const Message& message) {
         if (offers(message.buttons, answer)) box.addButton(button_of(answer));
     }
     box.setDefaultButton(button_of(message.default_answer.value_or(go_on_answer(message.buttons))));
-    // The box is as wide as its layout requires, so a spacer of that width is added to it.
-    if (auto* layout = qobject_cast<QGridLayout*>(box.layout())) {
-        layout->addItem(new QSpacerItem(width_of_title(box), 0, QSizePolicy::Minimum, QSizePolicy::Fixed),
-                        layout->rowCount(), 0, 1, layout->columnCount());
-    }
+    make_room_for_title(box);
     return answer_of(box.exec(), message.buttons);
+}
+
+std::optional<std::size_t> DesktopDialogs::choose(const Choice& choice) {
+    const BusyPause pause;
+    ChoiceBox box(icon_of(choice.icon), to_qt(choice.title), to_qt(choice.text), QMessageBox::NoButton,
+                  calling_window());
+    box.setTextFormat(Qt::PlainText);
+    QList<QAbstractButton*> buttons;
+    // One role for all keeps their order.
+    for (const std::string& caption : choice.buttons)
+        buttons << box.addButton(to_qt(caption), QMessageBox::ActionRole);
+    if (auto* first = qobject_cast<QPushButton*>(buttons.value(0))) box.setDefaultButton(first);
+    make_room_for_title(box);
+    box.exec();
+    const auto index = buttons.indexOf(box.clickedButton());
+    if (index < 0) return std::nullopt;
+    return static_cast<std::size_t>(index);
 }
 
 std::optional<std::string> DesktopDialogs::input(const InputBox& box) {

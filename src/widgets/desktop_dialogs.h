@@ -16,6 +16,7 @@ namespace nivora {
 class DesktopDialogs : public Dialogs {
 public:
     Answer message(const Message& message) override;
+    std::optional<std::size_t> choose(const Choice& choice) override;
     std::optional<std::string> input(const InputBox& box) override;
     std::optional<FileAnswer> file(const FileQuestion& question) override;
 };
