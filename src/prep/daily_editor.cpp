@@ -153,12 +153,24 @@ InputBox mass_edit_question(MassEdit edit, const std::string& field) {
 }
 
 struct DailyEditor::Content {
-    Content(const std::filesystem::path& work_file, DataView shown, const DailyQuery& query)
+    Content(const std::filesystem::path& work_file, DataView shown, const DailyQuery& query,
+            DailyEdits* noted)
         : database{work_file, Access::ReadWrite},
           view{shown},
           columns{daily_columns(view, query.fields)},
           fields{database, selection(view, query, columns)},
-          days{fields.read(zone)} {}
+          days{fields.read(zone)},
+          unsaved{noted} {
+        if (unsaved != nullptr) unsaved->begin(query.table);
+    }
+    Content(const Content&) = delete;
+    Content& operator=(const Content&) = delete;
+    ~Content() { end_notes(); }
+
+    void end_notes() {
+        if (unsaved != nullptr) unsaved->end();
+        unsaved = nullptr;
+    }
 
     [[nodiscard]] std::size_t cell(std::size_t row, std::size_t column) const {
         return row * (columns.size() - 1) + column - 1;
@@ -171,11 +183,13 @@ struct DailyEditor::Content {
     DailyFields fields;  ///< those of the columns after the date
     int zone = 1;
     ZoneDays days;
+    DailyEdits* unsaved = nullptr;  ///< null once nothing is unsaved any more
     bool changed = false;
 };
 
-DailyEditor::DailyEditor(const std::filesystem::path& work_file, DataView view, const DailyQuery& query)
-    : content_(std::make_unique<Content>(work_file, view, query)) {}
+DailyEditor::DailyEditor(const std::filesystem::path& work_file, DataView view, const DailyQuery& query,
+                         DailyEdits* unsaved)
+    : content_(std::make_unique<Content>(work_file, view, query, unsaved)) {}
 
 DailyEditor::~DailyEditor() = default;  // closing a file rolls back its open transaction
 
@@ -209,6 +223,7 @@ bool DailyEditor::set_value(std::size_t row, std::size_t column, double value) {
     content.fields.store(content.days.rows[row], column - 1, *kept);
     held = *kept;
     content.changed = true;
+    if (content.unsaved != nullptr) content.unsaved->add_value(shown.field, content.days.rows[row], *kept);
     return true;
 }
 
@@ -238,12 +253,21 @@ void DailyEditor::mass_edit(MassEdit edit, std::size_t column, std::size_t first
                                  content.days.values.end(), same_value);
     content.days = std::move(days);
     content.changed = content.changed || !same;
+    if (content.unsaved != nullptr)
+        content.unsaved->add_mass_edit(content.columns[column].field, content.zone, dates, edit,
+                                       *exact_factor);
 }
 
 bool DailyEditor::changed() const { return content_->changed; }
 
-void DailyEditor::commit() { content_->transaction.commit(); }
+void DailyEditor::commit() {
+    content_->transaction.commit();
+    content_->end_notes();
+}
 
-void DailyEditor::roll_back() { content_->transaction.roll_back(); }
+void DailyEditor::roll_back() {
+    content_->transaction.roll_back();
+    content_->end_notes();
+}
 
 }  // namespace nivora

@@ -1,6 +1,7 @@
 // The daily values that one window edits, inside one transaction.
 #pragma once
 
+#include "prep/daily_edits.h"
 #include "prep/prep_state.h"
 #include "store/daily_fields.h"
 #include "store/database.h"
@@ -45,7 +46,10 @@ struct DailyColumn {
 class DailyEditor {
 public:
     /// Opens the table and reads zone 1. @throws StoreError if there is no such table or field
-    DailyEditor(const std::filesystem::path& work_file, DataView view, const DailyQuery& query);
+    ///
+    /// @param unsaved notes each change until commit() or roll_back(); it outlives the editor
+    DailyEditor(const std::filesystem::path& work_file, DataView view, const DailyQuery& query,
+                DailyEdits* unsaved = nullptr);
     ~DailyEditor();
     DailyEditor(const DailyEditor&) = delete;
     DailyEditor& operator=(const DailyEditor&) = delete;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/dialogs.h"
+#include "prep/daily_edits.h"
 #include "store/basin_store.h"
 #include "store/daily_table.h"
 #include "store/rows.h"
@@ -52,7 +53,8 @@ struct PrepState {
     bool Edit_Locked = false;    ///< the daily editor is read only
     /// Widths of the daily editor's columns by view, measured once.
     std::map<int, std::vector<int>> column_widths;
-    RecordExtent record;  ///< extent of the daily variables when the basin was opened or rows were added
+    DailyEdits daily_edits;  ///< what the open daily editor has changed and not stored
+    RecordExtent record;     ///< extent of the daily variables when the basin was opened or rows were added
 };
 
 /// The objects that the rules of data preparation work on.
