@@ -75,6 +75,25 @@ void basin_is_shown(Session& session) {
     shell.edit_simulation = any;
 }
 
+void basin_was_recovered(Session& session) {
+    const BasinState& basin = session.basin;
+    if (basin.New_Basin) {
+        basin_is_new(session);
+    } else {
+        window_was_reset(session);
+    }
+    basin_was_read(session);
+    if (!basin.simulations.empty()) return basin_is_shown(session);
+    if (!basin.zones.empty()) {
+        zones_were_fixed(session);
+        session.shell.zones_label_shown = true;
+        session.shell.run_menu = has_area(basin);
+    } else if (basin.basin_units != Units::NotFixed) {
+        units_were_fixed(session);
+    }
+    session.shell.save = !basin.New_Basin;
+}
+
 void basin_was_imported(Session& session) {
     session.shell.units_list_shown = session.basin.basin_units == Units::NotFixed;
 }

@@ -19,6 +19,8 @@ void basin_is_new(Session& session);
 void basin_was_named(Session& session);
 /// The boxes and grids show a basin that was read, saved or imported.
 void basin_is_shown(Session& session);
+/// A basin is open again after a crash, at whichever stage of its definition it was.
+void basin_was_recovered(Session& session);
 void basin_was_imported(Session& session);
 
 // The stages of a definition

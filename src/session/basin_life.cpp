@@ -7,10 +7,12 @@
 #include "session/availability.h"
 #include "session/basin_import.h"
 #include "session/basin_rows.h"
+#include "session/main_window_rules.h"
 #include "store/basin_copy.h"
 #include "store/monthly_table.h"
 #include "store/table_io.h"
 #include "store/transactions.h"
+#include "store/work_file_state.h"
 
 namespace nivora {
 namespace {
@@ -64,7 +66,9 @@ void tell_results_left_out(Dialogs& dialogs, const fs::path& file) {
 }  // namespace
 
 BasinLife::BasinLife(Session& session, fs::path program_folder)
-    : session_(session), template_file_(program_folder / "null.mdb") {
+    : session_(session),
+      template_file_(program_folder / "null.mdb"),
+      recovery_(program_folder / "recovery.state") {
     session_.file_names.begin_in(program_folder);
     session_.basin.App_Path = program_folder;
     session_.basin.Work_File = program_folder / "new.mdb";
@@ -87,7 +91,95 @@ bool BasinLife::keep_last_work() {
     return true;
 }
 
-void BasinLife::start() {
+bool BasinLife::start() {
+    for (;;) {
+        const RecoveryDecision decision = decide_recovery(session_, recovery_.file());
+        if (decision.next == RecoveryDecision::Next::End) return false;
+        if (decision.next == RecoveryDecision::Next::Start) break;
+        if (!read_recovered(decision.state)) return false;
+        if (decision.next == RecoveryDecision::Next::Recover) {
+            show_recovered(decision.state);
+            started_ = true;
+            return true;
+        }
+        const bool saved = save_recovered_copy(decision.copy);
+        clear_basin();
+        if (saved) break;
+    }
+    start_blank();
+    started_ = true;
+    return true;
+}
+
+/// Reads the basin of a recovery state; false, after a message, if it can't be read. The state then stays.
+bool BasinLife::read_recovered(const RecoveryState& state) {
+    BasinState& basin = session_.basin;
+    constexpr const char* k_title = "The basin was not recovered";
+    constexpr const char* k_stays = " The changes are kept. Nivora ends, and asks again at its next start.";
+    try {
+        const bool current = change_counter(basin.Work_File) == state.change_counter;
+        recovered_results_ = complete_work_file(state, basin.Work_File);
+        BasinDatabase work{basin.Work_File, Access::ReadOnly};
+        read_basin(work, basin);
+        take_boxes_and_grids(state, basin, work, current);
+        session_.prep.record = Scan_Physical_Data(work);
+        return true;
+    } catch (const StoreError& error) {
+        session_.dialogs.stop(error.what() + std::string{k_stays}, k_title);
+    } catch (const FileError& error) {
+        session_.dialogs.stop(error.what() + std::string{k_stays}, k_title);
+    }
+    return false;
+}
+
+/// Saves the basin that was read under another name; false after a message. The state goes when it is saved.
+bool BasinLife::save_recovered_copy(const fs::path& copy) {
+    if (!Save_Grids(session_.basin.Work_File) || !copy_to(copy)) return false;
+    update_recent_files(session_.settings, path_text(copy));
+    return true;
+}
+
+/// Shows the basin that was read as it was before the crash. Its state stays until it has its own.
+void BasinLife::show_recovered(const RecoveryState& state) {
+    BasinState& basin = session_.basin;
+    basin.New_Basin = !state.basin_file;
+    if (state.basin_file) {
+        basin.Basin_File = path_from_utf8(*state.basin_file);
+        update_recent_files(session_.settings, *state.basin_file);
+    }
+    known_content_ = state.known_content;
+    const bool edited = !state.daily_edits.empty();
+    mark_recovered(basin, {.Input_Changed = state.Input_Changed || edited,
+                           .Output_Valid = state.Output_Valid && recovered_results_,
+                           .results_outdated = state.results_outdated,
+                           .results_time = state.results_time});
+    if (basin.Output_Valid) session_.run = state.run;
+    session_.run.NoSnow = state.run.NoSnow;
+    session_.run.LagDistribution = state.run.LagDistribution;
+    basin_was_recovered(session_);
+    if (!basin.simulations.empty()) {
+        const auto row = static_cast<std::size_t>(state.current_row.value_or(0));
+        choose_simulation_row(session_, std::min(row, basin.simulations.size() - 1));
+    }
+    session_.desktop.refresh_main_window();
+}
+
+void BasinLife::keep_recovery() {
+    const BasinState& basin = session_.basin;
+    // After the answer No the state stays until another basin takes the working file.
+    if (!started_ || declined_) return;
+    if (!basin.Basin_Changed && session_.prep.daily_edits.empty()) return recovery_.remove();
+    RecoveryState state = recovery_state(session_, known_content_);
+    state.change_counter = change_counter(basin.Work_File);
+    recovery_.keep(state, session_.prep.daily_edits);
+}
+
+void BasinLife::end() {
+    started_ = false;
+    recovery_.remove();
+}
+
+void BasinLife::start_blank() {
     bool blank = false;
     try {
         copy_template(template_file_, session_.basin.Work_File);
@@ -110,6 +202,7 @@ bool BasinLife::copy_blank() {
     const bool missing = !fs::exists(fs::symlink_status(template_file_, unknown));
     try {
         if (missing) BasinDatabase::create_template(template_file_);
+        recovery_.remove();  // it belongs to the working file that is replaced now
         copy_template(template_file_, session_.basin.Work_File);
         return true;
     } catch (const StoreError& error) {
@@ -124,11 +217,8 @@ bool BasinLife::copy_blank() {
     return false;
 }
 
-/// Clears everything and shows the content of the working file as a basin without a name.
-void BasinLife::become_fresh() {
+void BasinLife::clear_basin() {
     BasinState& basin = session_.basin;
-    session_.desktop.leave_basin();
-    window_was_reset(session_);
     const fs::path work_file = basin.Work_File;
     const fs::path program_folder = basin.App_Path;
     basin = BasinState{};
@@ -136,7 +226,16 @@ void BasinLife::become_fresh() {
     basin.Work_File = work_file;
     basin.Basin_File = template_file_;
     known_content_.reset();
-    Open_DB(work_file);
+}
+
+/// Clears everything and shows the content of the working file as a basin without a name.
+void BasinLife::become_fresh() {
+    BasinState& basin = session_.basin;
+    session_.desktop.leave_basin();
+    window_was_reset(session_);
+    clear_basin();
+    declined_.reset();
+    Open_DB(basin.Work_File);
     basin.New_Basin = true;
     mark_output_invalid(basin);
     mark_unchanged(basin);
@@ -201,6 +300,7 @@ void BasinLife::open_file(const fs::path& file) {
     const auto content = file_content(file);
     bool results_left_out = false;
     try {
+        recovery_.remove();  // it belongs to the working file that is replaced now
         results_left_out = copy_into_work_file(file, basin.Work_File);
     } catch (const StoreError& error) {
         unrecognized(file, error);
@@ -220,6 +320,7 @@ void BasinLife::open_file(const fs::path& file) {
         return become_fresh();
     }
     known_content_ = content;
+    declined_.reset();
     basin.New_Basin = false;
     mark_opened(basin);
     Refill_Main_Window();
@@ -250,6 +351,7 @@ bool BasinLife::Open_DB(const fs::path& path) {
 bool BasinLife::copy_to(const fs::path& file) {
     try {
         known_content_ = copy_over_user_file(session_.basin.Work_File, file);
+        recovery_.remove();
         return true;
     } catch (const FileError& error) {
         session_.dialogs.stop(

@@ -2,6 +2,8 @@
 #pragma once
 
 #include "base/file_content.h"
+#include "session/basin_recovery.h"
+#include "session/recovery_keeper.h"
 #include "session/session.h"
 #include "store/basin_marks.h"
 
@@ -19,8 +21,19 @@ public:
     BasinLife(Session& session, std::filesystem::path program_folder);
 
     /// Copies the template over the working file and opens it when the program starts. If it cannot be
-    /// copied, the basin is that of the existing working file, with no simulation selected.
-    void start();
+    /// copied, the basin is that of the existing working file, with no simulation selected. Unsaved changes
+    /// of a program that did not end properly come first: the user decides what becomes of them.
+    ///
+    /// @return false if the program is to end, because that decision is left to the next start
+    bool start();
+
+    /// Hands the unsaved changes to the recovery state, to be called every few seconds and after each
+    /// command. Without unsaved changes it removes the state.
+    void keep_recovery();
+    /// Waits until the recovery state is on the disk.
+    void finish_recovery() { recovery_.finish(); }
+    /// The program ends as its user wants it: nothing is left to recover.
+    void end();
 
     /// Creates a missing template. @return false if the user cancelled, or, after a message, if there is no
     /// blank basin; the open one is then unchanged
@@ -56,6 +69,11 @@ public:
     [[nodiscard]] bool has_template_name() const;
 
 private:
+    void start_blank();
+    [[nodiscard]] bool read_recovered(const RecoveryState& state);
+    [[nodiscard]] bool save_recovered_copy(const std::filesystem::path& copy);
+    void show_recovered(const RecoveryState& state);
+    void clear_basin();
     [[nodiscard]] bool zones_given();
     [[nodiscard]] bool save_for_question();
     [[nodiscard]] bool may_overwrite();
@@ -72,6 +90,9 @@ private:
     std::filesystem::path template_file_;
     std::optional<FileContent> known_content_;  ///< of the user's file when it was last opened or saved
     std::optional<UnsavedMarks> declined_;      ///< the marks for which the last answer was No
+    RecoveryKeeper recovery_;
+    bool started_ = false;            ///< the basin in memory and the working file belong together
+    bool recovered_results_ = false;  ///< the results of the recovered basin are those of its last run
 };
 
 }  // namespace nivora

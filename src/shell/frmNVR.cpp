@@ -16,10 +16,17 @@
 #include <QMenuBar>
 #include <QScopedValueRollback>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
 
 namespace nivora {
+namespace {
+
+/// With the time that a write takes, a change is kept within five seconds.
+constexpr std::chrono::milliseconds k_recovery_interval{2000};
+
+}  // namespace
 
 frmNVR::frmNVR(const WindowContext& context)
     : NivoraWindow(context, "frmNVR", WindowNumber::frmNVR),
@@ -27,6 +34,7 @@ frmNVR::frmNVR(const WindowContext& context)
       windows_(context),
       menu_(new MainMenu(menuBar(), context.session, this)),
       procedure_(make_label(QStringLiteral("panel2"), {}, 43, this)),
+      recovery_(new QTimer(this)),
       edit_target_(new EditTarget(this)),
       basin_(new BasinPanel(context, interruptions_, this)),
       simulations_(new SimulationsPanel(context, interruptions_, this)) {
@@ -40,6 +48,7 @@ frmNVR::frmNVR(const WindowContext& context)
     explain_status_bar(42);
     connect_menu();
     connect_panels();
+    connect(recovery_, &QTimer::timeout, this, [this] { life_.keep_recovery(); });
     resize(1000, 720);
     if (context.quick_help.is_on()) quick_help_changed(true);
 }
@@ -114,10 +123,12 @@ void frmNVR::connect_panels() {
     setTabOrder(&basin_->zone_grid(), &simulations_->grid());
 }
 
-void frmNVR::start() {
-    life_.start();  // which also fills the window
+bool frmNVR::start() {
+    if (!life_.start()) return false;  // a start also fills the window
     set_first_focus(&basin_->name_box());
     show();
+    recovery_->start(k_recovery_interval);
+    return true;
 }
 
 void frmNVR::commit_edits() {
@@ -144,6 +155,7 @@ void frmNVR::refresh_main_window() {
     menu_->refresh();
     show_basin_file();
     windows_.refresh();
+    life_.keep_recovery();
 }
 
 void frmNVR::show_labels() {
@@ -177,6 +189,8 @@ void frmNVR::closeEvent(QCloseEvent* event) {
     NivoraWindow::closeEvent(event);
     if (!event->isAccepted()) return;
     windows_.close_all();
+    recovery_->stop();
+    life_.end();
     qApp->quit();
 }
 

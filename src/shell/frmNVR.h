@@ -13,6 +13,7 @@
 #include <optional>
 
 class QLabel;
+class QTimer;
 
 namespace nivora {
 
@@ -30,8 +31,8 @@ public:
 
     /// Sets the upward calls, which this window answers as long as it exists.
     void answer(Desktop& desktop);
-    /// The file work of the start, and what follows from it.
-    void start();
+    /// The file work of the start, and what follows from it. @return false if the program is to end
+    bool start();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -82,6 +83,7 @@ private:
     MainMenu* menu_;
     std::optional<RunChoice> last_choice_;  ///< what F5 repeats
     QLabel* procedure_;
+    QTimer* recovery_;  ///< keeps the unsaved changes from time to time
     EditTarget* edit_target_;
     BasinPanel* basin_;
     SimulationsPanel* simulations_;

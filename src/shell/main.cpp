@@ -75,8 +75,7 @@ int main(int argc, char** argv) {
         dialogs.stop("Nivora already running!", "Duplicate instances of Nivora not allowed!");
         return 1;
     }
-    window.start();
-    const int status = QApplication::exec();
+    const int status = window.start() ? QApplication::exec() : 0;
     Save_Settings(*store, session.settings);
     store->sync();
     Save_Recent_Files(*application_settings(), session.settings);

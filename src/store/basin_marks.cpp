@@ -49,6 +49,14 @@ void mark_opened(BasinState& basin) {
     basin.results_time.reset();
 }
 
+void mark_recovered(BasinState& basin, const RecoveredMarks& marks) {
+    basin.Basin_Changed = true;
+    basin.Input_Changed = marks.Input_Changed;
+    basin.Output_Valid = marks.Output_Valid;
+    basin.results_outdated = marks.results_outdated;
+    basin.results_time = marks.results_time;
+}
+
 void mark_results_found(BasinState& basin, bool found, bool inputs_changed) {
     basin.Output_Valid = found;
     basin.Input_Changed = inputs_changed;

@@ -41,6 +41,16 @@ void keep_results_outdated(BasinState& basin);
 /// A basin was read from its file: its results belong to no run of this session.
 void mark_opened(BasinState& basin);
 
+/// What was still valid of a basin that is open again after a crash.
+struct RecoveredMarks {
+    bool Input_Changed = false;
+    bool Output_Valid = false;
+    bool results_outdated = false;
+    std::optional<double> results_time = {};
+};
+/// A basin is open again after a crash: it differs from its file.
+void mark_recovered(BasinState& basin, const RecoveredMarks& marks);
+
 /// A program without a user shows results that it found in a file: whether there are any, and whether they
 /// are to count as made before the inputs changed.
 void mark_results_found(BasinState& basin, bool found, bool inputs_changed = false);

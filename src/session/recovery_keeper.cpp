@@ -1,0 +1,101 @@
+#include "session/recovery_keeper.h"
+
+#include "base/calendar.h"
+#include "base/durable_file.h"
+
+#include <exception>
+#include <system_error>
+#include <utility>
+
+namespace nivora {
+
+RecoveryKeeper::RecoveryKeeper(std::filesystem::path file) : file_(std::move(file)) {}
+
+RecoveryKeeper::~RecoveryKeeper() {
+    {
+        const std::lock_guard lock{mutex_};
+        ends_ = true;
+    }
+    changed_.notify_all();
+    if (thread_.joinable()) thread_.join();
+}
+
+void RecoveryKeeper::keep(const RecoveryState& state, const DailyEdits& edits) {
+    std::string lines = recovery_lines(state);
+    const bool other_editing = removed_ || edits.editing() != editing_;
+    if (other_editing) edits_taken_ = 0;
+    {
+        const std::lock_guard lock{mutex_};
+        const bool same = !other_editing && lines == lines_ && edits.lines().size() == edits_taken_;
+        if (same && !failed_) return;
+        Order order{.time = local_now(),
+                    .lines = lines,
+                    .table = edits.table(),
+                    .new_edits = edits.lines().substr(edits_taken_),
+                    .first_edits = other_editing};
+        if (waiting_ && !other_editing) {
+            // The second thread has not taken the edits of the order before.
+            order.new_edits.insert(0, waiting_->new_edits);
+            order.first_edits = waiting_->first_edits;
+        }
+        waiting_ = std::move(order);
+        failed_ = false;
+        if (!thread_.joinable()) thread_ = std::thread{[this] { work(); }};
+    }
+    changed_.notify_all();
+    lines_ = std::move(lines);
+    editing_ = edits.editing();
+    edits_taken_ = edits.lines().size();
+    removed_ = false;
+}
+
+void RecoveryKeeper::remove() {
+    if (removed_) return;
+    {
+        std::unique_lock lock{mutex_};
+        waiting_.reset();
+        changed_.wait(lock, [this] { return !writing_; });
+        failed_ = false;
+    }
+    std::error_code unwritable;  // a file in a folder that can't be written stays, as it came there
+    std::filesystem::remove(file_, unwritable);
+    lines_.clear();
+    removed_ = true;
+}
+
+void RecoveryKeeper::finish() {
+    std::unique_lock lock{mutex_};
+    changed_.wait(lock, [this] { return !writing_ && !waiting_; });
+}
+
+void RecoveryKeeper::work() {
+    std::unique_lock lock{mutex_};
+    for (;;) {
+        changed_.wait(lock, [this] { return waiting_ || ends_; });
+        if (!waiting_) return;
+        Order order = std::move(*waiting_);
+        waiting_.reset();
+        writing_ = true;
+        lock.unlock();
+        bool written = true;
+        try {
+            write(std::move(order));
+        } catch (const std::exception&) {
+            // In a folder that can't be written, or on a full disk, the program works on without a recovery
+            // state. The next call tries again.
+            written = false;
+        }
+        lock.lock();
+        writing_ = false;
+        failed_ = !written;
+        changed_.notify_all();
+    }
+}
+
+void RecoveryKeeper::write(Order order) {
+    if (order.first_edits) edits_.clear();
+    edits_ += order.new_edits;
+    write_whole_file(file_, recovery_text(order.time, order.lines, order.table, edits_));
+}
+
+}  // namespace nivora

@@ -1,0 +1,67 @@
+// Writes the recovery state in the background, so that typing does not wait for the disk.
+#pragma once
+
+#include "prep/daily_edits.h"
+#include "session/recovery_state.h"
+
+#include <condition_variable>
+#include <filesystem>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+
+namespace nivora {
+
+/// One recovery file. All calls come from the program's own thread; a second thread writes and flushes.
+class RecoveryKeeper {
+public:
+    /// @param file in the folder of the working file
+    explicit RecoveryKeeper(std::filesystem::path file);
+    RecoveryKeeper(const RecoveryKeeper&) = delete;
+    RecoveryKeeper& operator=(const RecoveryKeeper&) = delete;
+    /// Writes what was handed over, and ends the second thread. The file stays.
+    ~RecoveryKeeper();
+
+    [[nodiscard]] const std::filesystem::path& file() const { return file_; }
+
+    /// Hands a state over if it differs from the last one. Returns before it is written.
+    void keep(const RecoveryState& state, const DailyEdits& edits);
+    /// Removes the file: nothing is unsaved any more. Waits for a write that is under way.
+    void remove();
+    /// Waits until what was handed over is on the disk, or could not be written.
+    void finish();
+
+private:
+    struct Order {
+        double time = 0.0;
+        std::string lines;
+        std::string table;
+        std::string new_edits;  ///< to be added to those that the second thread has
+        bool first_edits = false;
+    };
+
+    void work();
+    void write(Order order);
+
+    std::filesystem::path file_;
+
+    // Of the program's thread: what was handed over last.
+    std::string lines_;
+    unsigned editing_ = 0;
+    std::size_t edits_taken_ = 0;
+    bool removed_ = false;
+
+    // Of the second thread.
+    std::string edits_;
+
+    std::mutex mutex_;  ///< guards what follows
+    std::condition_variable changed_;
+    std::optional<Order> waiting_;
+    bool writing_ = false;
+    bool failed_ = false;
+    bool ends_ = false;
+    std::thread thread_;  ///< not running before the first write
+};
+
+}  // namespace nivora

@@ -1,0 +1,478 @@
+#include "session/basin_recovery.h"
+
+#include "base/durable_file.h"
+#include "prep/daily_editor.h"
+#include "store/basin_marks.h"
+#include "store/work_file_state.h"
+#include "tests/session/basin_life_fixture.h"
+
+#include <gmock/gmock.h>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <fstream>
+#include <memory>
+
+namespace nivora {
+namespace {
+
+using testing::HasSubstr;
+
+/// A program that was killed, and the one that is started after it in the same folder.
+class BasinRecoveryTest : public BasinLifeTest {
+protected:
+    static constexpr std::size_t k_recover = 0;
+    static constexpr std::size_t k_copy = 1;
+    static constexpr std::size_t k_discard = 2;
+
+    void TearDown() override {
+        BasinLifeTest::TearDown();
+        EXPECT_TRUE(next_dialogs_.complaints().empty()) << next_dialogs_.complaints().front();
+        EXPECT_EQ(next_dialogs_.answers_left(), 0U);
+    }
+
+    /// What the program does from time to time.
+    void keep() {
+        life_.keep_recovery();
+        life_.finish_recovery();
+    }
+
+    /// A second program starts; the first one is taken for killed.
+    bool start_again() {
+        next_life_ = std::make_unique<BasinLife>(next_, program_.path());
+        return next_life_->start();
+    }
+
+    [[nodiscard]] bool has_state() const { return fs::exists(state_file_); }
+    [[nodiscard]] const std::string& question() const { return next_dialogs_.choices().back().text; }
+
+    /// Names of the files in the program folder that begin with a word.
+    [[nodiscard]] std::vector<std::string> files(const std::string& begin) const {
+        std::vector<std::string> found;
+        for (const auto& entry : fs::directory_iterator{program_.path()}) {
+            const std::string name = path_text(entry.path().filename());
+            if (name.starts_with(begin)) found.push_back(name);
+        }
+        std::sort(found.begin(), found.end());
+        return found;
+    }
+
+    /// Rows for the daily editor, in the working file.
+    void add_days() {
+        BasinDatabase database{session_.basin.Work_File, Access::ReadWrite};
+        std::vector<PhysicalRow> rows;
+        for (DayCount day = 35000; day < 35003; ++day)
+            rows.push_back({.zone = 1, .date = day, .runoff = 1.0F, .tmax = 2.0F});
+        add_rows<PhysicalRow>(database, template_table(k_physical_data), rows);
+    }
+
+    [[nodiscard]] std::unique_ptr<DailyEditor> edit() {
+        return std::make_unique<DailyEditor>(
+            session_.basin.Work_File, DataView::PhysicalData,
+            DailyQuery{.table = "PhysicalData", .fields = {"Date", "Runoff", "Tmax"}, .period = {}},
+            &session_.prep.daily_edits);
+    }
+
+    [[nodiscard]] static std::vector<float> runoff_in(const fs::path& file) {
+        BasinDatabase database{file, Access::ReadOnly};
+        std::vector<float> values;
+        for (const PhysicalRow& row : read_table<PhysicalRow>(database, template_table(k_physical_data)))
+            values.push_back(row.runoff);
+        return values;
+    }
+
+    fs::path state_file_ = program_ / "recovery.state";
+    ScriptedDialogs next_dialogs_;
+    WatchedDesktop next_desktop_;
+    Session next_{next_dialogs_, next_desktop_};
+    std::unique_ptr<BasinLife> next_life_;
+};
+
+TEST_F(BasinRecoveryTest, ABasinWithoutUnsavedChangesHasNoState) {
+    keep();
+    EXPECT_FALSE(has_state());
+    save_new_basin("alder.mdb");
+    keep();
+    EXPECT_FALSE(has_state());
+    EXPECT_TRUE(start_again());
+    EXPECT_TRUE(next_.basin.New_Basin);
+}
+
+TEST_F(BasinRecoveryTest, WhatWasTypedIntoANewBasinComesBack) {
+    define_basin(2);
+    session_.basin.latitude_text = "12abc";
+    keep();
+    next_dialogs_.then_choice(k_recover);
+    ASSERT_TRUE(start_again());
+    EXPECT_THAT(question(), HasSubstr("Basin: Alder Fork\nFile: none; the basin was never saved\n"));
+    EXPECT_THAT(question(), HasSubstr("   2 zones\n   2 simulations\n"));
+    EXPECT_EQ(next_.basin.basin_name, "Alder Fork");
+    EXPECT_EQ(next_.basin.latitude_text, "12abc");
+    EXPECT_EQ(next_.basin.zones.at(1).elevation, 2100.0);
+    EXPECT_EQ(next_.basin.simulations.at(1).initial_x, 1.05);
+    EXPECT_EQ(next_.basin.basin_units, Units::Metric) << "from the working file";
+    EXPECT_TRUE(next_.basin.New_Basin);
+    EXPECT_TRUE(next_life_->has_template_name());
+    EXPECT_TRUE(next_.basin.Basin_Changed);
+    EXPECT_EQ(next_.basin.Current_Sim_Name, "run 1");
+    EXPECT_TRUE(next_.shell.run_simulation);
+    EXPECT_FALSE(next_.shell.save);
+    EXPECT_TRUE(next_.shell.save_as);
+}
+
+TEST_F(BasinRecoveryTest, AnOpenBasinComesBackUnderItsFileAndIsSavedThere) {
+    const fs::path file = save_new_basin("alder.mdb");
+    session_.basin.basin_description = "changed";
+    mark_basin_changed(session_.basin);
+    keep();
+    next_dialogs_.then_choice(k_recover);
+    ASSERT_TRUE(start_again());
+    EXPECT_THAT(question(), HasSubstr("File: " + path_text(file) + "\nState of: "));
+    EXPECT_THAT(question(), HasSubstr("Different from the file:\n   the boxes of the basin definition\n\n"));
+    EXPECT_EQ(next_.basin.Basin_File, file);
+    EXPECT_TRUE(next_.shell.save);
+    EXPECT_EQ(next_.basin.basin_description, "changed");
+    EXPECT_TRUE(has_state()) << "until the recovered basin has its own";
+    next_life_->save();
+    EXPECT_FALSE(has_state());
+    BasinDatabase database{file, Access::ReadOnly};
+    EXPECT_EQ(read_basin_description(database).description, "changed");
+}
+
+TEST_F(BasinRecoveryTest, ACrashBeforeTheRecoveredBasinIsKeptAsksAgain) {
+    define_basin(1);
+    keep();
+    next_dialogs_.then_choice(k_recover).then_choice(k_recover);
+    ASSERT_TRUE(start_again());
+    ASSERT_TRUE(start_again());
+    EXPECT_EQ(next_.basin.basin_name, "Alder Fork");
+    next_life_->keep_recovery();
+    next_life_->finish_recovery();
+    EXPECT_EQ(read_recovery_file(state_file_)->basin_name, "Alder Fork");
+}
+
+TEST_F(BasinRecoveryTest, AClosedQuestionEndsTheProgramAndKeepsEverything) {
+    define_basin(1);
+    keep();
+    const std::string state = file_bytes(state_file_);
+    const std::string work = file_bytes(program_ / "new.mdb");
+    next_dialogs_.then_choice(std::nullopt);
+    EXPECT_FALSE(start_again());
+    EXPECT_EQ(file_bytes(state_file_), state);
+    EXPECT_EQ(file_bytes(program_ / "new.mdb"), work);
+}
+
+TEST_F(BasinRecoveryTest, DiscardAsksASecondTime) {
+    define_basin(1);
+    keep();
+    next_dialogs_.then_choice(k_discard).then(Answer::No).then_choice(k_discard).then(Answer::Yes);
+    ASSERT_TRUE(start_again());
+    EXPECT_EQ(next_dialogs_.messages().front().message.title, "Discard the changes?");
+    EXPECT_EQ(next_dialogs_.messages().front().message.default_answer, Answer::No);
+    EXPECT_FALSE(has_state());
+    EXPECT_EQ(next_.basin.basin_name, "<basin name>");
+    EXPECT_FALSE(next_.basin.Basin_Changed);
+}
+
+TEST_F(BasinRecoveryTest, ACopyHasTheChangesAndTheProgramStartsAsUsual) {
+    const fs::path file = save_new_basin("alder.mdb");
+    const std::string before = file_bytes(file);
+    session_.basin.basin_description = "changed";
+    mark_basin_changed(session_.basin);
+    keep();
+    const fs::path copy = user_ / "copy.mdb";
+    next_dialogs_.then_choice(k_copy).then_file(std::nullopt).then_choice(k_copy).then_file(copy);
+    ASSERT_TRUE(start_again());
+    EXPECT_TRUE(file_bytes(file) == before);
+    BasinDatabase database{copy, Access::ReadOnly};
+    EXPECT_EQ(read_basin_description(database).description, "changed");
+    EXPECT_FALSE(has_state());
+    EXPECT_EQ(next_.basin.basin_name, "<basin name>");
+    EXPECT_TRUE(next_life_->has_template_name());
+    EXPECT_EQ(next_.settings.recent_files.front(), path_text(copy));
+}
+
+TEST_F(BasinRecoveryTest, ACopyThatCannotBeSavedAsksAgain) {
+    define_basin(0);
+    keep();
+    next_dialogs_.then_choice(k_copy).then_file(user_ / "copy.mdb").then_choice(k_recover);
+    ASSERT_TRUE(start_again());
+    EXPECT_EQ(next_dialogs_.messages().front().message.text,
+              "You must define at least 1 simulation before saving!");
+    EXPECT_EQ(next_.basin.basin_name, "Alder Fork");
+}
+
+TEST_F(BasinRecoveryTest, AFileThatChangedMeanwhileIsToldAndASaveAsks) {
+    const fs::path file = save_new_basin("alder.mdb");
+    session_.basin.basin_description = "changed here";
+    mark_basin_changed(session_.basin);
+    keep();
+    {
+        BasinDatabase other{file, Access::ReadWrite};
+        BasinDescription row = read_basin_description(other);
+        row.name = "changed there";
+        write_basin_description(other, row);
+    }
+    next_dialogs_.then_choice(k_recover);
+    ASSERT_TRUE(start_again());
+    EXPECT_THAT(question(), HasSubstr("This file was changed by another program"));
+    next_dialogs_.then(Answer::No);
+    next_life_->save();
+    EXPECT_EQ(next_dialogs_.messages().back().message.title, "The file has changed");
+    EXPECT_TRUE(has_state());
+}
+
+TEST_F(BasinRecoveryTest, AFileThatIsGoneIsTold) {
+    const fs::path file = save_new_basin("alder.mdb");
+    session_.basin.basin_description = "changed";
+    mark_basin_changed(session_.basin);
+    keep();
+    fs::remove(file);
+    next_dialogs_.then_choice(k_recover);
+    ASSERT_TRUE(start_again());
+    EXPECT_THAT(question(), HasSubstr("This file is gone, or can't be read."));
+    next_life_->save();
+    EXPECT_TRUE(fs::exists(file));
+}
+
+TEST_F(BasinRecoveryTest, TablesOfTheWorkingFileAreCompared) {
+    save_new_basin("alder.mdb");
+    add_days();
+    mark_input_changed(session_.basin);
+    keep();
+    next_dialogs_.then_choice(k_recover);
+    ASSERT_TRUE(start_again());
+    EXPECT_THAT(question(), HasSubstr("   the table PhysicalData: 3 rows, in the file 0\n"));
+}
+
+TEST_F(BasinRecoveryTest, AStateWhoseSaveWasCompleteIsNotAsked) {
+    save_new_basin("alder.mdb");
+    session_.basin.basin_description = "changed";
+    mark_basin_changed(session_.basin);
+    keep();
+    const std::string state = file_bytes(state_file_);
+    life_.save();
+    EXPECT_FALSE(has_state());
+    std::ofstream{state_file_, std::ios::binary} << state;  // the kill came before it was removed
+    ASSERT_TRUE(start_again());
+    EXPECT_FALSE(has_state());
+    EXPECT_TRUE(next_.basin.New_Basin);
+}
+
+TEST_F(BasinRecoveryTest, TheStateGoesWithNewOpenAndTheEnd) {
+    const fs::path file = save_new_basin("alder.mdb");
+    const auto change = [&] {
+        session_.basin.basin_description += "!";
+        mark_basin_changed(session_.basin);
+        keep();
+        ASSERT_TRUE(has_state());
+        dialogs_.then(Answer::No);
+    };
+    change();
+    EXPECT_TRUE(life_.new_basin());
+    EXPECT_FALSE(has_state());
+    change();
+    dialogs_.then_file(file);
+    life_.open();
+    EXPECT_FALSE(has_state());
+    change();
+    EXPECT_TRUE(life_.may_exit());
+    keep();
+    EXPECT_TRUE(has_state()) << "the program still runs";
+    life_.end();
+    EXPECT_FALSE(has_state());
+}
+
+TEST_F(BasinRecoveryTest, ADeclinedChangeIsKeptUntilAnotherBasinIsThere) {
+    save_new_basin("alder.mdb");
+    session_.basin.basin_description = "changed";
+    mark_basin_changed(session_.basin);
+    keep();
+    dialogs_.then(Answer::No).then_file(std::nullopt);
+    life_.open();  // ends at its file question
+    keep();
+    EXPECT_TRUE(has_state());
+}
+
+TEST_F(BasinRecoveryTest, ValidResultsStayValidWithTheWorkingFileTheyWereComputedIn) {
+    save_new_basin("alder.mdb");
+    session_.run.CoefficientR2 = 0.875F;
+    mark_basin_changed(session_.basin);
+    mark_results_current(session_.basin);
+    session_.basin.basin_description = "changed";
+    keep();
+    next_dialogs_.then_choice(k_recover).then_choice(k_recover);
+    ASSERT_TRUE(start_again());
+    EXPECT_TRUE(next_.basin.Output_Valid);
+    EXPECT_EQ(next_.run.CoefficientR2, 0.875F);
+    add_days();  // a change after the state
+    next_.run = {};
+    ASSERT_TRUE(start_again());
+    EXPECT_FALSE(next_.basin.Output_Valid);
+    EXPECT_EQ(next_.run.CoefficientR2, 0.0F);
+}
+
+TEST_F(BasinRecoveryTest, ResultsThatWereNotValidAreNotValid) {
+    save_new_basin("alder.mdb");
+    session_.basin.basin_description = "changed";
+    mark_input_changed(session_.basin);
+    keep();
+    next_dialogs_.then_choice(k_recover);
+    ASSERT_TRUE(start_again());
+    EXPECT_FALSE(next_.basin.Output_Valid);
+    EXPECT_TRUE(next_.basin.Input_Changed);
+}
+
+TEST_F(BasinRecoveryTest, ChangesInTheOpenDailyEditorComeBack) {
+    save_new_basin("alder.mdb");
+    add_days();
+    mark_input_changed(session_.basin);
+    const auto editor = edit();
+    ASSERT_TRUE(editor->set_value(0, 1, 5.5));
+    editor->mass_edit(MassEdit::Multiply, 1, 0, 1, 2.0F);  // 5.5 and 1 become 11 and 2
+    ASSERT_TRUE(editor->set_value(2, 1, k_missing));
+    keep();
+    editor->roll_back();  // as the engine does after a kill, without a note of it in the state
+    next_dialogs_.then_choice(k_recover).then_choice(k_recover);
+    ASSERT_TRUE(start_again());
+    EXPECT_THAT(question(), HasSubstr("   3 changes in the daily editor, which was open"));
+    const auto values = runoff_in(program_ / "new.mdb");
+    EXPECT_EQ(values.at(0), 11.0F);
+    EXPECT_EQ(values.at(1), 2.0F);
+    EXPECT_TRUE(is_missing(values.at(2)));
+    EXPECT_TRUE(next_.basin.Input_Changed);
+    // A crash before the recovered basin has its own state must not make the mass edit twice.
+    ASSERT_TRUE(start_again());
+    EXPECT_EQ(runoff_in(program_ / "new.mdb").at(0), 11.0F);
+}
+
+TEST_F(BasinRecoveryTest, ChangesThatDoneStoredAreNotMadeTwice) {
+    save_new_basin("alder.mdb");
+    add_days();
+    mark_input_changed(session_.basin);
+    const auto editor = edit();
+    editor->mass_edit(MassEdit::Add, 1, 0, 2, 1.0F);
+    keep();
+    editor->commit();  // and the kill comes before the next state
+    next_dialogs_.then_choice(k_recover);
+    ASSERT_TRUE(start_again());
+    EXPECT_EQ(runoff_in(program_ / "new.mdb"), (std::vector<float>{2.0F, 2.0F, 2.0F}));
+}
+
+TEST_F(BasinRecoveryTest, DoneAndCancelEndTheNotesOfTheEditor) {
+    save_new_basin("alder.mdb");
+    add_days();
+    for (const bool done : {true, false}) {
+        const auto editor = edit();
+        ASSERT_TRUE(editor->set_value(0, 1, done ? 7.0 : 8.0));
+        EXPECT_FALSE(session_.prep.daily_edits.empty());
+        if (done) {
+            editor->commit();
+        } else {
+            editor->roll_back();
+        }
+        EXPECT_TRUE(session_.prep.daily_edits.empty());
+    }
+}
+
+TEST_F(BasinRecoveryTest, ASimulationThatWasDeletedAfterTheStateIsLeftOut) {
+    save_new_basin("alder.mdb");
+    {
+        BasinDatabase database{session_.basin.Work_File, Access::ReadWrite};
+        database.create_table(parameter_table("run 2"));
+        database.create_table(parameter_table("run 1"));
+    }
+    mark_input_changed(session_.basin);
+    keep();
+    {
+        BasinDatabase database{session_.basin.Work_File, Access::ReadWrite};
+        database.drop_table("run 2");
+    }
+    next_dialogs_.then_choice(k_recover);
+    ASSERT_TRUE(start_again());
+    ASSERT_EQ(next_.basin.simulations.size(), 1U);
+    EXPECT_EQ(next_.basin.simulations.front().name, "run 1");
+}
+
+TEST_F(BasinRecoveryTest, ADamagedStateIsToldAndMovedAsideWithItsWorkingFile) {
+    define_basin(1);
+    keep();
+    const std::string state = file_bytes(state_file_);
+    const std::string work = file_bytes(program_ / "new.mdb");
+    std::ofstream{state_file_, std::ios::binary} << state.substr(0, state.size() / 2);
+    ASSERT_TRUE(start_again());
+    const Message& told = next_dialogs_.messages().front().message;
+    EXPECT_EQ(told.title, "The changes can't be recovered");
+    EXPECT_THAT(told.text, HasSubstr(path_text(state_file_) + " is not complete."));
+    EXPECT_FALSE(has_state());
+    const auto aside = files("recovery ");
+    ASSERT_EQ(aside.size(), 2U);
+    EXPECT_EQ(file_bytes(program_ / aside[0]), work);
+    EXPECT_EQ(file_bytes(program_ / aside[1]), state.substr(0, state.size() / 2));
+    EXPECT_EQ(next_.basin.basin_name, "<basin name>");
+}
+
+TEST_F(BasinRecoveryTest, ADamagedWorkingFileIsToldAndMovedAside) {
+    define_basin(1);
+    keep();
+    fs::resize_file(program_ / "new.mdb", fs::file_size(program_ / "new.mdb") / 2);
+    ASSERT_TRUE(start_again());
+    EXPECT_EQ(next_dialogs_.messages().front().message.title, "The changes can't be recovered");
+    EXPECT_EQ(files("recovery ").size(), 2U);
+    EXPECT_EQ(files("new.mdb").size(), 1U);
+}
+
+TEST_F(BasinRecoveryTest, TwoStatesThatAreMovedAsideHaveNamesOfTheirOwn) {
+    for (int i = 0; i < 2; ++i) {
+        std::ofstream{state_file_} << "broken";
+        ASSERT_TRUE(start_again());
+    }
+    EXPECT_EQ(files("recovery ").size(), 4U);
+}
+
+TEST(ChangeCounterTest, ChangesWithEachTransactionThatIsCommitted) {
+    const TemporaryFolder folder;
+    const fs::path file = folder / "basin.mdb";
+    EXPECT_FALSE(change_counter(file));
+    BasinDatabase::create_template(file);
+    const auto before = change_counter(file);
+    ASSERT_TRUE(before);
+    BasinDatabase database{file, Access::ReadWrite};
+    database.execute("BEGIN");
+    database.execute("UPDATE BasinDescription SET BasinName = 'x'");
+    EXPECT_EQ(change_counter(file), before);
+    database.execute("ROLLBACK");
+    EXPECT_EQ(change_counter(file), before);
+    database.execute("UPDATE BasinDescription SET BasinName = 'x'");
+    EXPECT_NE(change_counter(file), before);
+}
+
+TEST(ChangeCounterTest, KeepsTheLocksOfAnOpenTransaction) {
+    const TemporaryFolder folder;
+    const fs::path file = folder / "basin.mdb";
+    BasinDatabase::create_template(file);
+    BasinDatabase database{file, Access::ReadWrite};
+    database.execute("BEGIN IMMEDIATE");
+    ASSERT_TRUE(change_counter(file));
+    // Locks are those of a process, so another one looks.
+    const pid_t other = fork();
+    if (other == 0) {
+        constexpr off_t k_reserved_byte = 0x40000001;  // where the engine keeps the lock of a writer
+        const int handle = open(file.c_str(), O_RDWR);
+        struct flock lock = {};
+        lock.l_type = F_WRLCK;
+        lock.l_whence = SEEK_SET;
+        lock.l_start = k_reserved_byte;
+        lock.l_len = 1;
+        _exit(fcntl(handle, F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK ? 0 : 1);
+    }
+    int status = 0;
+    waitpid(other, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "another program could write";
+}
+
+}  // namespace
+}  // namespace nivora
