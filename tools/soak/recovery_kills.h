@@ -1,0 +1,26 @@
+// Kills a program that types, edits, runs and saves, and the recovery after it.
+#pragma once
+
+#include <string>
+
+namespace nivora {
+
+struct RecoveryFigures {
+    int kills = 0;           ///< of the work itself
+    int recovery_kills = 0;  ///< of a start that recovers
+    int asked = 0;           ///< the last start asked, and the basin was recovered
+    int not_asked = 0;       ///< all was saved
+    int valid_results = 0;   ///< of these, recovered with results that still count
+    int wrong = 0;           ///< something that was kept is lost, or something else is there
+    std::string first_wrong = {};
+    double longest_keep = 0.0;  ///< microseconds in which the program's thread handed a state over
+    double mean_keep = 0.0;
+    int keeps = 0;
+};
+
+/// @param sample a basin with a simulation that can run
+/// @param kills how many; every third is followed by a kill of the recovery
+[[nodiscard]] RecoveryFigures kill_and_recover(const std::string& template_file, const std::string& sample,
+                                               int kills);
+
+}  // namespace nivora
