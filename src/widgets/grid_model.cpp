@@ -92,6 +92,8 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    // A view of several may ask for a column before it is told that the model has fewer now.
+    if (orientation == Qt::Horizontal && section >= columnCount()) return {};
     if (orientation == Qt::Horizontal && role == k_unit_role) return unit(section);
     if (orientation == Qt::Horizontal && role == Qt::ToolTipRole)
         return unit(section).isEmpty() ? QVariant{} : tip(section);

@@ -1,5 +1,6 @@
 #include "widgets/grid_view.h"
 
+#include "widgets/frozen_column.h"
 #include "widgets/grid_delegate.h"
 #include "widgets/qt_text.h"
 
@@ -310,6 +311,31 @@ void GridView::fit_columns(std::vector<int>& kept) {
 void GridView::fit_columns() {
     std::vector<int> widths;
     fit_columns(widths);
+}
+
+void GridView::freeze_first_column() {
+    if (frozen_ != nullptr) return;
+    frozen_ = new FrozenColumn(this);
+    frozen_->follow();
+}
+
+void GridView::updateGeometries() {
+    QTableView::updateGeometries();
+    if (frozen_ != nullptr) frozen_->follow();
+}
+
+/// A cell of the frozen column is in view anyway; no other may stay behind that column.
+void GridView::scrollTo(const QModelIndex& index, ScrollHint hint) {
+    const int covered = frozen_ == nullptr ? 0 : frozen_->covered();
+    const int before = horizontalScrollBar()->value();
+    QTableView::scrollTo(index, hint);
+    if (covered == 0 || !index.isValid()) return;
+    const int left = columnViewportPosition(index.column());
+    if (index.column() == 0) {
+        horizontalScrollBar()->setValue(before);
+    } else if (left < covered) {
+        horizontalScrollBar()->setValue(horizontalScrollBar()->value() + left - covered);
+    }
 }
 
 void GridView::set_track_scrolling(bool track) { verticalScrollBar()->setTracking(track); }

@@ -9,6 +9,8 @@
 
 namespace nivora {
 
+class FrozenColumn;
+
 /// Shows a GridModel. Keys are those of a spreadsheet: Enter goes down, Tab to the right and from the last
 /// cell to the next control, Shift+Tab back and from the first cell to the previous control, F2 edits, typing
 /// replaces, Delete cuts, Ctrl+X, C, V work on the block.
@@ -46,9 +48,13 @@ public:
     void set_enter_goes_down(bool goes) { enter_goes_down_ = goes; }
     /// The colour of the area beside and below the cells; by default that of the cells.
     void set_empty_area_colour(const QColor& colour) { empty_area_ = colour; }
+    /// Keeps the first column in view while the others scroll; see FrozenColumn for what it demands.
+    void freeze_first_column();
     /// Whether cells are redrawn while the scroll bar is dragged.
     void set_track_scrolling(bool track);
     [[nodiscard]] bool track_scrolling() const;
+
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
     /// A key that a locked cell does not accept must not move to another cell.
     void keyboardSearch(const QString& /*search*/) override {}
@@ -66,6 +72,7 @@ protected:
     void commitData(QWidget* editor) override;
     void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
     void paintEvent(QPaintEvent* event) override;
+    void updateGeometries() override;
 
 private:
     void leave(const QModelIndex& cell);
@@ -87,6 +94,7 @@ private:
     GridModel* cells_;
     Dialogs& user_;
     QColor empty_area_;
+    FrozenColumn* frozen_ = nullptr;
     bool clears_ = true;
     bool enter_goes_down_ = true;
 };

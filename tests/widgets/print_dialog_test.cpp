@@ -117,14 +117,14 @@ TEST(KeptPrinter, AnExactNameGoesBeforeOneWithTheSameBeginning) {
 }
 
 // A name that no system has.
-const QString k_missing = QStringLiteral("Nivora-Test-Printer-That-Is-Missing");
+const QString k_missing_printer = QStringLiteral("Nivora-Test-Printer-That-Is-Missing");
 
 TEST(PrinterChoice, OfAMissingPrinterNamesItAndHasNoDevice) {
     PageSetup page;
     page.paper = "A5";
-    const PrintChoice choice = printer_choice(make_printer(k_missing, page), k_missing, page);
+    const PrintChoice choice = printer_choice(make_printer(k_missing_printer, page), k_missing_printer, page);
     EXPECT_EQ(choice.target, PrintTarget::Printer);
-    EXPECT_EQ(choice.printer, from_qt(k_missing));
+    EXPECT_EQ(choice.printer, from_qt(k_missing_printer));
     EXPECT_EQ(choice.page.paper, "A5");
     EXPECT_EQ(choice.device, nullptr);
     EXPECT_FALSE(choice.abort);

@@ -78,6 +78,7 @@ frmData::frmData(const WindowContext& context, QWidget* parent)
     set_help(grid_, 17);
     if (prep.Data_View != DataView::Scenario)
         grid_->setProperty(k_help_columns, help_columns(prep.Data_View));
+    grid_->freeze_first_column();
     setWindowTitle(to_qt(daily_title(prep, session().run.ClimateStep)));
     auto* content = new QWidget(this);
     auto* layout = new QVBoxLayout(content);

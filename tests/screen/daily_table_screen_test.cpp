@@ -1,0 +1,85 @@
+// Reading the daily table as its user sees it.
+
+#include "tests/screen/screen_fixture.h"
+#include "widgets/frozen_column.h"
+#include "widgets/grid_view.h"
+
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QStatusBar>
+
+namespace nivora {
+namespace {
+
+/// The parameter table of the sample's second simulation in a window that is too narrow for it.
+class DailyTableOnScreenTest : public MainWindowOnScreenTest {
+protected:
+    void SetUp() override {
+        MainWindowOnScreenTest::SetUp();
+        if (IsSkipped()) return;
+        open_sample();
+        click_cell(*find<QTableView>("DBGrid1"), 1, 0);
+    }
+    void in_parameters(const std::function<void(NivoraWindow&, GridView&)>& act) {
+        in_modal("frmData", [&](QWidget& window) {
+            window.resize(560, 520);
+            settle();
+            act(dynamic_cast<NivoraWindow&>(window), *window.findChild<GridView*>(QStringLiteral("Spread")));
+            click(*window.findChild<QPushButton*>(QStringLiteral("Command1(1)")));
+            EXPECT_FALSE(window.isVisible());
+        });
+        choose("mnuDataOpt(5)");
+        EXPECT_EQ(modal_windows_seen_, 1);
+    }
+    /// The column of days with its header, without the line at its right.
+    static QImage picture_of_days(const GridView& grid) {
+        const QRect cells = grid.viewport()->geometry();
+        const int head = grid.horizontalHeader()->height();
+        return picture(
+            grid, QRect(cells.left(), cells.top() - head, grid.columnWidth(0) - 1, head + cells.height()));
+    }
+    static void scroll_to_end(const GridView& grid) {
+        grid.horizontalScrollBar()->setValue(grid.horizontalScrollBar()->maximum());
+        settle();
+    }
+};
+
+TEST_F(DailyTableOnScreenTest, TheDaysLookTheSameWhileTheColumnsScroll) {
+    in_parameters([&](NivoraWindow&, GridView& grid) {
+        click_cell(grid, 2, 0);
+        press({"shift+Down", "shift+Down", "shift+Right"});
+        screen_display()->point_at(5, 5);
+        settle();
+        const QImage before = picture_of_days(grid);
+        scroll_to_end(grid);
+        ASSERT_TRUE(grid.findChild<FrozenColumn*>()->isVisible());
+        EXPECT_EQ(picture_of_days(grid), before);
+        grid.verticalScrollBar()->setValue(40);
+        settle();
+        const QImage further = picture_of_days(grid);
+        grid.horizontalScrollBar()->setValue(0);
+        settle();
+        EXPECT_EQ(picture_of_days(grid), further);
+    });
+}
+
+TEST_F(DailyTableOnScreenTest, AClickAndKeysReachTheDaysAndLeaveTheColumnsWhereTheyAre) {
+    in_parameters([&](NivoraWindow&, GridView& grid) {
+        scroll_to_end(grid);
+        const int scrolled = grid.horizontalScrollBar()->value();
+        const auto& days = *grid.findChild<FrozenColumn*>();
+        click(*days.viewport(), days.visualRect(grid.model()->index(3, 0)).center());
+        EXPECT_EQ(grid.currentIndex(), grid.model()->index(3, 0));
+        press({"Down", "End", "Home"});
+        EXPECT_EQ(grid.currentIndex(), grid.model()->index(4, 0));
+        EXPECT_EQ(grid.horizontalScrollBar()->value(), scrolled);
+        press({"Right"});
+        EXPECT_GE(grid.columnViewportPosition(1), days.isVisible() ? days.width() : 0);
+        EXPECT_TRUE(grid.hasFocus());
+    });
+}
+
+}  // namespace
+}  // namespace nivora
