@@ -82,7 +82,7 @@ void sql_month(sqlite3_context* context, int, sqlite3_value** values) {
 SQLite::Database opened(const fs::path& path, Access access, std::chrono::milliseconds wait) {
     check_identity(path);
     return guarded([&] {
-        // The program has one thread, so that the engine's own locks would only cost time.
+        // One thread of the program uses the engine, so that the engine's own locks would only cost time.
         const int flags = (access == Access::ReadOnly ? SQLite::OPEN_READONLY : SQLite::OPEN_READWRITE) |
                           SQLite::OPEN_NOMUTEX;
         // A relative name that begins with "file:" would be read as an address with options.
