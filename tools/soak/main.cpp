@@ -72,8 +72,11 @@ bool recover_often(int kills) {
         "results), {} had saved all, {} wrong, {:.1f} s\n",
         figures.kills, figures.recovery_kills, figures.asked, figures.valid_results, figures.not_asked,
         figures.wrong, seconds_since(begin));
-    fmt::print("{} states handed over in {:.0f} microseconds on average, {:.0f} at most\n", figures.keeps,
-               figures.mean_keep, figures.longest_keep);
+    fmt::print(
+        "{} states handed over in {:.0f} microseconds on average, {:.0f} at most ({:.0f} of the processor), "
+        "{} "
+        "in more than 5 ms\n",
+        figures.keeps, figures.mean_keep, figures.longest_keep, figures.longest_work, figures.slow_keeps);
     if (figures.wrong > 0) fmt::print("WRONG: {}\n", figures.first_wrong);
     return figures.wrong == 0 && figures.asked > 0;
 }

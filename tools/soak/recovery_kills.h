@@ -15,6 +15,8 @@ struct RecoveryFigures {
     std::string first_wrong = {};
     double longest_keep = 0.0;  ///< microseconds in which the program's thread handed a state over
     double mean_keep = 0.0;
+    double longest_work = 0.0;  ///< the same without the time in which the processor was not this thread's
+    int slow_keeps = 0;         ///< how many took more than 5 ms
     int keeps = 0;
 };
 
