@@ -124,9 +124,7 @@ bool BasinLife::read_recovered(const RecoveryState& state) {
         take_boxes_and_grids(state, basin, work, current);
         session_.prep.record = Scan_Physical_Data(work);
         return true;
-    } catch (const StoreError& error) {
-        session_.dialogs.stop(error.what() + std::string{k_stays}, k_title);
-    } catch (const FileError& error) {
+    } catch (const std::runtime_error& error) {  // of the store or of the files
         session_.dialogs.stop(error.what() + std::string{k_stays}, k_title);
     }
     return false;
@@ -166,9 +164,12 @@ void BasinLife::show_recovered(const RecoveryState& state) {
 
 void BasinLife::keep_recovery() {
     const BasinState& basin = session_.basin;
-    // After the answer No the state stays until another basin takes the working file.
-    if (!started_ || declined_) return;
-    if (!basin.Basin_Changed && session_.prep.daily_edits.empty()) return recovery_.remove();
+    if (!started_) return;
+    if (!basin.Basin_Changed && session_.prep.daily_edits.empty()) {
+        // After the answer No the state stays until another basin takes the working file.
+        if (!declined_) recovery_.remove();
+        return;
+    }
     RecoveryState state = recovery_state(session_, known_content_);
     state.change_counter = change_counter(basin.Work_File);
     recovery_.keep(state, session_.prep.daily_edits);

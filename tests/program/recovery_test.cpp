@@ -3,6 +3,7 @@
 #include "base/durable_file.h"
 #include "tests/program/running_nivora.h"
 
+#include <SQLiteCpp/Database.h>
 #include <gmock/gmock.h>
 
 #include <csignal>
@@ -64,6 +65,48 @@ TEST_F(RecoveryTest, WhatWasTypedBeforeAKillComesBack) {
     click(*next, "Save Data?", "push button", "No");
     EXPECT_EQ(next->status(), 0) << next->printed();
     EXPECT_EQ(state(), "");
+}
+
+TEST_F(RecoveryTest, AChangeInTheOpenDailyEditorComesBack) {
+    const fs::path file = folders_.sample();
+    const std::string before = file_bytes(file);
+    {
+        const auto program = start(folders_);
+        ASSERT_TRUE(await_window(*program, k_main_title));
+        open_menu(*program, "alt+f", "Open");
+        display().press({"o"});
+        const auto box = await(*program, "Open a NVR database", "text", "File name:");
+        ASSERT_TRUE(box);
+        press(*program, "Open a NVR database", {"ctrl+a"});
+        display().type(path_text(file));
+        ASSERT_TRUE(wait_until([&] { return box->text() == path_text(file); })) << box->text();
+        display().press({"Return"});
+        ASSERT_TRUE(await(*program, k_main_title, "label", path_text(file)));
+        open_menu(*program, "alt+t", "Variables");
+        display().press({"v"});
+        ASSERT_TRUE(await(*program, k_main_title, "menu item", "Period of record"));
+        display().press({"p"});
+        click(*program, "Nivora", "push button", "Yes");  // the sample has a gap, which is filled
+        const std::string title = "Edit basin variables";
+        ASSERT_TRUE(await_window(*program, title));
+        // The first cell of a value is one to the right of the first date.
+        press(*program, title, {"Right"});
+        display().type("7.25");
+        display().press({"Return"});
+        ASSERT_TRUE(wait_until([&] { return state().find(" 7.25\n") != std::string::npos; }, Seconds{10.0}))
+            << "not kept: " << state() << all_windows(*program);
+        program->send(SIGKILL);
+        EXPECT_EQ(program->status(), 128 + SIGKILL);
+    }
+    const auto next = start(folders_);
+    EXPECT_THAT(message_text(*next, k_question), HasSubstr("1 change in the daily editor, which was open"));
+    click(*next, k_question, "push button", "Recover");
+    ASSERT_TRUE(await(*next, k_main_title, "label", path_text(file)));
+    SQLite::Database work{path_text(folders_.program() / "new.mdb"), SQLite::OPEN_READONLY};
+    EXPECT_EQ(
+        work.execAndGet("SELECT Runoff FROM PhysicalData WHERE Zone = 1 ORDER BY Date LIMIT 1").getDouble(),
+        7.25);
+    EXPECT_TRUE(file_bytes(file) == before) << "the user's file changes only by a save";
 }
 
 TEST_F(RecoveryTest, EscapeAtTheQuestionEndsTheProgramAndKeepsTheChanges) {

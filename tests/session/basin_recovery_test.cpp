@@ -297,6 +297,34 @@ TEST_F(BasinRecoveryTest, ADeclinedChangeIsKeptUntilAnotherBasinIsThere) {
     EXPECT_TRUE(has_state());
 }
 
+TEST_F(BasinRecoveryTest, AChangeAfterADeclinedOneIsKept) {
+    save_new_basin("alder.mdb");
+    session_.basin.basin_description = "changed";
+    mark_basin_changed(session_.basin);
+    dialogs_.then(Answer::No);
+    EXPECT_TRUE(life_.may_exit());  // but the window stays open
+    session_.basin.basin_description = "changed again";
+    mark_basin_changed(session_.basin);
+    keep();
+    EXPECT_EQ(read_recovery_file(state_file_)->basin_description, "changed again");
+}
+
+TEST_F(BasinRecoveryTest, AFolderThatCannotBeWrittenChangesNothingElse) {
+    fs::create_directory(state_file_);  // no file can take its place
+    define_basin(1);
+    keep();
+    dialogs_.then_file(user_ / "alder.mdb");
+    life_.save_as();
+    EXPECT_TRUE(dialogs_.messages().empty());
+    EXPECT_TRUE(fs::exists(user_ / "alder.mdb"));
+}
+
+TEST_F(BasinRecoveryTest, TheWorkingFileIsFlushedWithEachTransaction) {
+    BasinDatabase database{session_.basin.Work_File, Access::ReadWrite};
+    constexpr int k_full = 2;
+    EXPECT_GE(database.sql().execAndGet("PRAGMA synchronous").getInt(), k_full);
+}
+
 TEST_F(BasinRecoveryTest, ValidResultsStayValidWithTheWorkingFileTheyWereComputedIn) {
     save_new_basin("alder.mdb");
     session_.run.CoefficientR2 = 0.875F;

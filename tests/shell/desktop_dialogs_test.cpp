@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
 
 namespace nivora {
 namespace {
@@ -48,6 +49,33 @@ protected:
     DesktopDialogs dialogs_;
     bool seen_ = false;
 };
+
+TEST_F(DesktopDialogsTest, AChoiceHasItsCaptionsInOrderAndTheFirstIsTheDefault) {
+    const Choice choice{
+        .text = "Which?", .title = "A title", .buttons = {"&Recover", "&Save a copy", "&Discard"}};
+    when_shown<QMessageBox>([](QMessageBox* box) {
+        EXPECT_EQ(box->text(), QStringLiteral("Which?"));
+        EXPECT_EQ(box->windowTitle(), QStringLiteral("A title"));
+        QStringList captions;
+        QList<QAbstractButton*> buttons = box->buttons();
+        std::sort(buttons.begin(), buttons.end(),
+                  [](const QAbstractButton* a, const QAbstractButton* b) { return a->x() < b->x(); });
+        for (const QAbstractButton* button : buttons) captions << button->text();
+        EXPECT_EQ(captions, (QStringList{QStringLiteral("&Recover"), QStringLiteral("&Save a copy"),
+                                         QStringLiteral("&Discard")}));
+        EXPECT_EQ(box->defaultButton(), buttons.front());
+        buttons[2]->click();
+    });
+    EXPECT_EQ(dialogs_.choose(choice), 2U);
+}
+
+TEST_F(DesktopDialogsTest, EscapeAndTheCloseControlLeaveAChoiceWithoutAButton) {
+    const Choice choice{.text = "Which?", .buttons = {"One", "Two", "Three"}};
+    when_shown<QMessageBox>([](QMessageBox* box) { QTest::keyClick(box, Qt::Key_Escape); });
+    EXPECT_EQ(dialogs_.choose(choice), std::nullopt);
+    when_shown<QMessageBox>([](QMessageBox* box) { box->close(); });
+    EXPECT_EQ(dialogs_.choose(choice), std::nullopt);
+}
 
 TEST_F(DesktopDialogsTest, ABoxHasItsTextTitleIconAndButtons) {
     when_shown<QMessageBox>([](QMessageBox* box) {

@@ -39,6 +39,24 @@ TEST_F(DailyChangesTest, DoneKeepsTheChangesOfAllZones) {
     EXPECT_EQ(messages(), 0U);
 }
 
+TEST_F(DailyChangesTest, TheChangesAreKnownForACrashUntilDoneOrCancel) {
+    for (const int button : {0, 1}) {
+        session_.basin.Output_Valid = false;
+        if (button == 0) {
+            open_variables();
+        } else {
+            open_prepared_variables();
+        }
+        EXPECT_EQ(session_.prep.daily_edits.table(), "PhysicalData");
+        EXPECT_TRUE(session_.prep.daily_edits.empty());
+        set(1, 2, button == 0 ? "11.5" : "12.5");
+        EXPECT_THAT(session_.prep.daily_edits.lines(),
+                    testing::MatchesRegex(button == 0 ? "v Runoff [0-9]+ 11.5\n" : "v Runoff [0-9]+ 12.5\n"));
+        press(button);
+        EXPECT_TRUE(session_.prep.daily_edits.empty());
+    }
+}
+
 TEST_F(DailyChangesTest, DoneWithoutAChangeAsksNothingAndClearsNothing) {
     session_.basin.Output_Valid = true;
     session_.run.ClimateStep = 6;
