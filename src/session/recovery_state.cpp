@@ -16,17 +16,17 @@ constexpr std::uintmax_t k_largest_file = 1U << 30U;
 constexpr std::size_t k_most_items = 1'000'000;  // of a list; more are a damaged number
 
 template <typename T>
-inline constexpr bool is_optional = false;
+inline constexpr bool k_is_optional = false;
 template <typename T>
-inline constexpr bool is_optional<std::optional<T>> = true;
+inline constexpr bool k_is_optional<std::optional<T>> = true;
 template <typename T>
-inline constexpr bool is_vector = false;
+inline constexpr bool k_is_vector = false;
 template <typename T>
-inline constexpr bool is_vector<std::vector<T>> = true;
+inline constexpr bool k_is_vector<std::vector<T>> = true;
 template <typename T>
-inline constexpr bool is_array = false;
+inline constexpr bool k_is_array = false;
 template <typename T, std::size_t N>
-inline constexpr bool is_array<std::array<T, N>> = true;
+inline constexpr bool k_is_array<std::array<T, N>> = true;
 
 /// A text on one line.
 std::string escaped(std::string_view text) {
@@ -133,16 +133,16 @@ void Writer::operator()(std::string_view key, const T& value) {
         (*this)(key, static_cast<int>(value));
     } else if constexpr (std::is_arithmetic_v<T>) {
         fmt::format_to(std::back_inserter(lines), "{} {}\n", key, value);
-    } else if constexpr (is_optional<T>) {
+    } else if constexpr (k_is_optional<T>) {
         if (!value) {
             fmt::format_to(std::back_inserter(lines), "{}\n", key);
             return;
         }
         (*this)(key, *value);
-    } else if constexpr (is_vector<T>) {
+    } else if constexpr (k_is_vector<T>) {
         (*this)(key, value.size());
         for (const auto& item : value) (*this)(key, item);
-    } else if constexpr (is_array<T>) {
+    } else if constexpr (k_is_array<T>) {
         for (const auto& item : value) (*this)(key, item);
     } else {
         visit_members(*this, key, value);
@@ -179,20 +179,20 @@ void Reader::operator()(std::string_view key, T& value) {
         const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
         if (error != std::errc{} || end != text.data() + text.size())
             throw RecoveryError(fmt::format("has no number as the value of '{}'", key));
-    } else if constexpr (is_optional<T>) {
+    } else if constexpr (k_is_optional<T>) {
         value.reset();
         if (has_value(key)) {
             (*this)(key, value.emplace());
         } else {
             take(key);
         }
-    } else if constexpr (is_vector<T>) {
+    } else if constexpr (k_is_vector<T>) {
         std::size_t items = 0;
         (*this)(key, items);
         if (items > k_most_items) throw RecoveryError(fmt::format("has too many values of '{}'", key));
         value.resize(items);
         for (auto& item : value) (*this)(key, item);
-    } else if constexpr (is_array<T>) {
+    } else if constexpr (k_is_array<T>) {
         for (auto& item : value) (*this)(key, item);
     } else {
         visit_members(*this, key, value);
