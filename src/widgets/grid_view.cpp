@@ -73,15 +73,32 @@ CellRange GridView::block() const {
     return {active.row(), active.column(), active.row(), active.column()};
 }
 
-void GridView::copy() const {
+CellBlock GridView::copied_block() const {
     const CellRange range = block();
     CellBlock copied;
+    copied.reserve(static_cast<std::size_t>(std::max(0, range.rows())));
     for (int row = range.first_row; row <= range.last_row; ++row) {
         auto& texts = copied.emplace_back();
         for (int column = range.first_column; column <= range.last_column; ++column)
             texts.push_back(from_qt(cells_->whole_text(row, column)));
     }
+    return copied;
+}
+
+void GridView::copy() const {
+    const CellBlock copied = copied_block();
     if (!copied.empty()) QApplication::clipboard()->setText(to_qt(clipboard_text(copied)));
+}
+
+void GridView::copy_with_headers() const {
+    CellBlock copied = copied_block();
+    if (copied.empty()) return;
+    std::vector<std::string> headers;
+    const CellRange range = block();
+    for (int column = range.first_column; column <= range.last_column; ++column)
+        headers.push_back(from_qt(cells_->header(column).simplified()));
+    copied.insert(copied.begin(), std::move(headers));
+    QApplication::clipboard()->setText(to_qt(clipboard_text(copied)));
 }
 
 void GridView::cut() {
@@ -164,6 +181,8 @@ void GridView::commit_editor() {
 bool GridView::edit_key(const QKeyEvent* event) {
     if (event->matches(QKeySequence::Copy)) {
         copy();
+    } else if (event->keyCombination() == k_copy_with_headers) {
+        copy_with_headers();
     } else if (event->matches(QKeySequence::Cut)) {
         cut();
     } else if (event->matches(QKeySequence::Paste)) {

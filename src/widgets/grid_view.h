@@ -4,6 +4,7 @@
 #include "base/dialogs.h"
 #include "widgets/grid_paste.h"
 
+#include <QKeySequence>
 #include <QTableView>
 #include <vector>
 
@@ -11,9 +12,12 @@ namespace nivora {
 
 class FrozenColumn;
 
+/// What a copy under the columns' headers is asked for with.
+inline constexpr QKeyCombination k_copy_with_headers = Qt::CTRL | Qt::SHIFT | Qt::Key_C;
+
 /// Shows a GridModel. Keys are those of a spreadsheet: Enter goes down, Tab to the right and from the last
 /// cell to the next control, Shift+Tab back and from the first cell to the previous control, F2 edits, typing
-/// replaces, Delete cuts, Ctrl+X, C, V work on the block.
+/// replaces, Delete cuts, Ctrl+X, C, V work on the block, Ctrl+Shift+C copies it under its headers.
 class GridView : public QTableView {
     Q_OBJECT
 
@@ -29,6 +33,8 @@ public:
     /// Cuts the block: its cells go to the clipboard and are cleared. Locked cells stay.
     void cut();
     void copy() const;
+    /// The same under a line of the columns' headers.
+    void copy_with_headers() const;
     /// Pastes with fill: a copy of fewer rows than the selected block repeats over it. A grid that selects
     /// whole rows takes a copy that is narrower than a row at its active cell. A block that can't be accepted
     /// as a whole is pasted only after a Yes, and then without the refused cells.
@@ -75,6 +81,7 @@ protected:
     void updateGeometries() override;
 
 private:
+    [[nodiscard]] CellBlock copied_block() const;
     void leave(const QModelIndex& cell);
     [[nodiscard]] bool is_open(QWidget* editor) const;
     void focus_moved(const QWidget* from, const QWidget* to);
