@@ -1,8 +1,10 @@
-// How long the daily editor takes with the longest records: opening, change of zone, large paste, mass edit.
+// How long the daily editor takes with the longest records: opening, change of zone, large paste, mass edit,
+// scrolling beside the days that stay in view, the sums of a selection.
 
 #include "bench/bench_basin.h"
 #include "prep/data_menu.h"
 #include "widgets/desktop_printers.h"
+#include "widgets/grid_sums.h"
 #include "widgets/grid_view.h"
 #include "windows/prep/frmData.h"
 
@@ -11,6 +13,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QScrollBar>
 #include <QSpinBox>
 #include <map>
 
@@ -59,6 +62,19 @@ struct Prepared {
         session.prep.query = {
             .table = k_physical_data, .fields = daily_fields(DataView::PhysicalData), .period = {}};
         session.prep.window_title = "Edit basin variables";
+    }
+
+    /// Shows a table of results with the days and zones of the basin and all 56 columns.
+    void show_results() {
+        BasinDatabase database{session.basin.Work_File, Access::ReadWrite};
+        if (!database.has_table("SimResults")) {
+            database.create_table(sim_results_table());
+            database.execute(
+                "INSERT INTO SimResults (Zone, Date, DailyQ, Precip) "
+                "SELECT Zone, Date, Runoff, Precip FROM PhysicalData");
+        }
+        session.prep.Data_View = DataView::Results;
+        session.prep.query = {.table = "SimResults", .fields = daily_fields(DataView::Results), .period = {}};
     }
 
     ScriptedDialogs dialogs;
@@ -156,6 +172,74 @@ void mass_edit(benchmark::State& state) {
     close_dropping_changes(prepared, *window);
 }
 
+/// A step of a scroll bar and its painting, from one end of the table to the other and back.
+void scroll(benchmark::State& state, Qt::Orientation direction) {
+    Prepared prepared{static_cast<int>(state.range(0))};
+    prepared.show_results();
+    const auto window = shown_editor(prepared);
+    GridView& grid = grid_of(*window);
+    grid.horizontalScrollBar()->setValue(300);
+    QScrollBar* bar = direction == Qt::Horizontal ? grid.horizontalScrollBar() : grid.verticalScrollBar();
+    int step = direction == Qt::Horizontal ? 20 : 3;
+    for (auto _ : state) {
+        const int next = bar->value() + step;
+        if (next > bar->maximum() || next < std::max(1, bar->minimum())) step = -step;
+        bar->setValue(bar->value() + step);
+        QApplication::processEvents();
+    }
+    state.counters["columns"] = grid.model()->columnCount();
+}
+void scroll_columns(benchmark::State& state) { scroll(state, Qt::Horizontal); }
+void scroll_rows(benchmark::State& state) { scroll(state, Qt::Vertical); }
+
+/// The sums of 20,000 days of seven variables.
+void sums_of_block(benchmark::State& state) {
+    Prepared prepared{static_cast<int>(state.range(0))};
+    const auto window = shown_editor(prepared);
+    GridView& grid = grid_of(*window);
+    const auto* model = grid.model();
+    grid.selectionModel()->select(
+        QItemSelection(model->index(0, 1), model->index(k_pasted_rows - 1, k_pasted_columns)),
+        QItemSelectionModel::ClearAndSelect);
+    for (auto _ : state) benchmark::DoNotOptimize(sums_of_selection(grid));
+    state.counters["numbers"] = static_cast<double>(sums_of_selection(grid).count);
+}
+
+/// A column with as many rows as 50 years of 16 zones have.
+class ManyNumbers : public GridModel {
+public:
+    /// @param keeps_numbers false: each is read from its text, as in a model that says nothing of its numbers
+    explicit ManyNumbers(bool keeps_numbers) : keeps_numbers_(keeps_numbers) {}
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override {
+        return parent.isValid() ? 0 : 292'000;
+    }
+    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override {
+        return parent.isValid() ? 0 : 1;
+    }
+    [[nodiscard]] CellFormat format(int, int) const override { return {.kind = CellFormat::Kind::Number}; }
+    [[nodiscard]] QString text(int row, int) const override { return QString::number(row * 0.25); }
+    [[nodiscard]] QString header(int) const override { return QStringLiteral("Runoff"); }
+    [[nodiscard]] std::optional<double> number(int row, int column) const override {
+        return keeps_numbers_ ? row * 0.25 : GridModel::number(row, column);
+    }
+
+protected:
+    [[nodiscard]] bool put(int, int, const QString&) override { return false; }
+
+private:
+    bool keeps_numbers_;
+};
+
+void sums_of_column(benchmark::State& state) {
+    ManyNumbers model(state.range(0) != 0);
+    ScriptedDialogs dialogs;
+    GridView grid(&model, dialogs);
+    grid.selectColumn(0);
+    for (auto _ : state) benchmark::DoNotOptimize(sums_of_selection(grid));
+    state.counters["numbers"] = static_cast<double>(sums_of_selection(grid).count);
+}
+
 void on_years(benchmark::internal::Benchmark* benchmark) {
     benchmark->ArgName("years")->Unit(benchmark::kMillisecond);
 }
@@ -165,6 +249,10 @@ BENCHMARK(change_zone)->Apply(on_years)->Arg(50);
 // 55 years have 20,000 days.
 BENCHMARK(paste)->Apply(on_years)->Arg(55);
 BENCHMARK(mass_edit)->Apply(on_years)->Arg(50);
+BENCHMARK(scroll_columns)->Apply(on_years)->Arg(50);
+BENCHMARK(scroll_rows)->Apply(on_years)->Arg(50);
+BENCHMARK(sums_of_block)->Apply(on_years)->Arg(55);
+BENCHMARK(sums_of_column)->ArgName("keeps_numbers")->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace nivora

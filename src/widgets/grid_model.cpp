@@ -1,9 +1,17 @@
 #include "widgets/grid_model.h"
 
 #include "base/entry_refusal.h"
+#include "base/number_text.h"
 #include "widgets/qt_text.h"
 
 namespace nivora {
+namespace {
+
+bool is_number(const CellFormat& format) {
+    return format.kind == CellFormat::Kind::Number || format.kind == CellFormat::Kind::Integer;
+}
+
+}  // namespace
 
 bool GridModel::locked(int /*row*/, int /*column*/) const { return false; }
 
@@ -11,10 +19,17 @@ QColor GridModel::text_colour(int /*row*/, int /*column*/) const { return {}; }
 
 QColor GridModel::back_colour(int /*row*/, int /*column*/) const { return {}; }
 
+std::optional<double> GridModel::number(int row, int column) const {
+    if (!is_number(format(row, column))) return std::nullopt;
+    return exact_number(from_qt(whole_text(row, column)));
+}
+
+bool GridModel::lacks_number(int row, int column) const {
+    return is_number(format(row, column)) && !number(row, column);
+}
+
 QString GridModel::cleared_text(int row, int column) const {
-    const CellFormat::Kind kind = format(row, column).kind;
-    const bool number = kind == CellFormat::Kind::Number || kind == CellFormat::Kind::Integer;
-    return number ? QStringLiteral("0") : QString{};
+    return is_number(format(row, column)) ? QStringLiteral("0") : QString{};
 }
 
 QString GridModel::widest_text(int column) const {
@@ -73,9 +88,8 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole: return text(index.row(), index.column());
         case Qt::EditRole: return whole_text(index.row(), index.column());
         case Qt::TextAlignmentRole: {
-            const CellFormat::Kind kind = format(index.row(), index.column()).kind;
-            const bool number = kind == CellFormat::Kind::Number || kind == CellFormat::Kind::Integer;
-            return {(number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter};
+            const bool numeric = is_number(format(index.row(), index.column()));
+            return {(numeric ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter};
         }
         case Qt::BackgroundRole:
             if (marked_.contains(index.column(), index.row())) return QColor::fromRgb(k_refused_colour);

@@ -56,6 +56,10 @@ public:
     [[nodiscard]] virtual QColor text_colour(int row, int column) const;
     /// The colour that marks a cell, seen also while the cell is selected; none for a plain cell.
     [[nodiscard]] virtual QColor back_colour(int row, int column) const;
+    /// The number in a cell of numbers; nothing for a missing one, and in any other cell.
+    [[nodiscard]] virtual std::optional<double> number(int row, int column) const;
+    /// Whether a cell of numbers has none.
+    [[nodiscard]] bool lacks_number(int row, int column) const;
     /// What a cell holds after it was cut or emptied.
     [[nodiscard]] virtual QString cleared_text(int row, int column) const;
     /// The longest text of a column, for its width.

@@ -72,6 +72,13 @@ QString DailyModel::header(int column) const { return to_qt(column_of(column).he
 
 bool DailyModel::locked(int /*row*/, int column) const { return column == 0 || read_only_; }
 
+std::optional<double> DailyModel::number(int row, int column) const {
+    const auto day = static_cast<std::size_t>(row);
+    if (column == 0 || day >= editor_->rows()) return std::nullopt;
+    const double value = editor_->value(day, static_cast<std::size_t>(column));
+    return is_missing(value) ? std::nullopt : std::optional{value};
+}
+
 QColor DailyModel::text_colour(int /*row*/, int column) const {
     return column == 0 ? QColor{} : QColor{0, 0, 255};
 }

@@ -4,6 +4,7 @@
 #include "prep/daily_editor.h"
 #include "widgets/grid_model.h"
 
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -32,6 +33,7 @@ public:
     [[nodiscard]] QString whole_text(int row, int column) const override;
     [[nodiscard]] QString header(int column) const override;
     [[nodiscard]] bool locked(int row, int column) const override;
+    [[nodiscard]] std::optional<double> number(int row, int column) const override;
     [[nodiscard]] QColor text_colour(int row, int column) const override;
     [[nodiscard]] QString widest_text(int column) const override;
     [[nodiscard]] QString unit(int column) const override;
