@@ -2,12 +2,15 @@
 
 #include "widgets/frozen_column.h"
 #include "widgets/grid_delegate.h"
+#include "widgets/grid_menu.h"
 #include "widgets/qt_text.h"
 
 #include <QApplication>
 #include <QClipboard>
+#include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMenuBar>
 #include <QPainter>
 #include <QScrollBar>
@@ -99,6 +102,15 @@ void GridView::copy_with_headers() const {
         headers.push_back(from_qt(cells_->header(column).simplified()));
     copied.insert(copied.begin(), std::move(headers));
     QApplication::clipboard()->setText(to_qt(clipboard_text(copied)));
+}
+
+bool GridView::can_cut() const { return !all_locked(block()); }
+
+/// A block with dates may be pasted at a locked cell: it goes where its dates are.
+bool GridView::can_paste() const {
+    const CellRange range = block();
+    if (range.rows() <= 0 || QApplication::clipboard()->text().isEmpty()) return false;
+    return !all_locked({range.first_row, 0, range.first_row, cells_->columnCount() - 1});
 }
 
 void GridView::cut() {
@@ -210,6 +222,21 @@ void GridView::keyPressEvent(QKeyEvent* event) {
         return;
     }
     QTableView::keyPressEvent(event);
+}
+
+void GridView::contextMenuEvent(QContextMenuEvent* event) {
+    commit_editor();
+    QPoint at = event->globalPos();
+    if (event->reason() == QContextMenuEvent::Keyboard) {
+        if (currentIndex().isValid()) scrollTo(currentIndex());
+        // A cell of the frozen column lies left of the visible part.
+        const QPoint below = visualRect(currentIndex()).bottomLeft();
+        at = viewport()->mapToGlobal(QPoint(std::max(0, below.x()), std::max(0, below.y())));
+    }
+    QMenu* menu = make_grid_menu(*this);
+    emit menu_asked(menu);
+    menu->popup(at);
+    event->accept();
 }
 
 /// Whether Tab, or Shift+Tab, has no next cell: the view's own order would wrap around.

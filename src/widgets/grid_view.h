@@ -8,6 +8,8 @@
 #include <QTableView>
 #include <vector>
 
+class QMenu;
+
 namespace nivora {
 
 class FrozenColumn;
@@ -39,6 +41,9 @@ public:
     /// whole rows takes a copy that is narrower than a row at its active cell. A block that can't be accepted
     /// as a whole is pasted only after a Yes, and then without the refused cells.
     void paste();
+    /// Whether a cut would change a cell, and whether a paste could.
+    [[nodiscard]] bool can_cut() const;
+    [[nodiscard]] bool can_paste() const;
     /// Stores the text of the cell that is being edited in the model.
     void commit_editor();
 
@@ -70,9 +75,12 @@ signals:
     void left_cell(int row, int column);
     /// Cells were pasted.
     void pasted();
+    /// The context menu is about to open: entries can be added to it.
+    void menu_asked(QMenu* menu);
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     bool focusNextPrevChild(bool next) override;
     void commitData(QWidget* editor) override;

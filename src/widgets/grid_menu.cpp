@@ -1,0 +1,36 @@
+#include "widgets/grid_menu.h"
+
+#include "widgets/grid_view.h"
+
+#include <QMenu>
+#include <utility>
+
+namespace nivora {
+
+QAction* add_grid_entry(QMenu& menu, const char* name, const char* caption, const QKeySequence& keys,
+                        bool enabled, std::function<void()> act) {
+    // The key stands in the text: as a shortcut of the entry it would compete with the grid's own key.
+    const QString text =
+        QString::fromUtf8(caption) + QLatin1Char('\t') + keys.toString(QKeySequence::NativeText);
+    QAction* entry = menu.addAction(text, &menu, std::move(act));
+    entry->setObjectName(QString::fromUtf8(name));
+    entry->setEnabled(enabled);
+    return entry;
+}
+
+QMenu* make_grid_menu(GridView& grid) {
+    auto* menu = new QMenu(&grid);
+    menu->setObjectName(QStringLiteral("mnuGrid"));
+    menu->setAccessibleName(QStringLiteral("Commands for the selected cells"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const bool copies = grid.block().rows() > 0;
+    add_grid_entry(*menu, "gridCut", "Cu&t", QKeySequence::Cut, grid.can_cut(), [&grid] { grid.cut(); });
+    add_grid_entry(*menu, "gridCopy", "&Copy", QKeySequence::Copy, copies, [&grid] { grid.copy(); });
+    add_grid_entry(*menu, "gridCopyWithHeaders", "Copy with &headers", k_copy_with_headers, copies,
+                   [&grid] { grid.copy_with_headers(); });
+    add_grid_entry(*menu, "gridPaste", "&Paste", QKeySequence::Paste, grid.can_paste(),
+                   [&grid] { grid.paste(); });
+    return menu;
+}
+
+}  // namespace nivora
