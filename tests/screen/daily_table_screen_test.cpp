@@ -4,8 +4,10 @@
 #include "widgets/frozen_column.h"
 #include "widgets/grid_view.h"
 
+#include <QClipboard>
 #include <QHeaderView>
 #include <QLabel>
+#include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QStatusBar>
@@ -39,6 +41,19 @@ protected:
         const int head = grid.horizontalHeader()->height();
         return picture(
             grid, QRect(cells.left(), cells.top() - head, grid.columnWidth(0) - 1, head + cells.height()));
+    }
+    static void right_click_cell(const GridView& grid, int row, int column) {
+        const QPoint at =
+            grid.viewport()->mapToGlobal(grid.visualRect(grid.model()->index(row, column)).center());
+        screen_display()->right_click(at.x(), at.y());
+        await([&] { return menu(grid) != nullptr; });
+        settle();
+    }
+    static QMenu* menu(const GridView& grid) {
+        for (QMenu* found : grid.findChildren<QMenu*>(QStringLiteral("mnuGrid"))) {
+            if (found->isVisible()) return found;
+        }
+        return nullptr;
     }
     static void scroll_to_end(const GridView& grid) {
         grid.horizontalScrollBar()->setValue(grid.horizontalScrollBar()->maximum());
@@ -78,6 +93,59 @@ TEST_F(DailyTableOnScreenTest, AClickAndKeysReachTheDaysAndLeaveTheColumnsWhereT
         press({"Right"});
         EXPECT_GE(grid.columnViewportPosition(1), days.isVisible() ? days.width() : 0);
         EXPECT_TRUE(grid.hasFocus());
+    });
+}
+
+TEST_F(DailyTableOnScreenTest, ARightClickOpensTheMenuOfItsCellAndALetterChoosesAnEntry) {
+    in_parameters([&](NivoraWindow&, GridView& grid) {
+        right_click_cell(grid, 2, 4);
+        ASSERT_NE(menu(grid), nullptr);
+        EXPECT_EQ(grid.currentIndex(), grid.model()->index(2, 4));
+        EXPECT_GT(drawn_points(picture(*menu(grid))), 500);
+        press({"h"});
+        EXPECT_EQ(menu(grid), nullptr);
+        EXPECT_TRUE(QApplication::clipboard()->text().startsWith(QStringLiteral("LagTime\n")));
+        press({"Menu"});
+        ASSERT_TRUE(await([&] { return menu(grid) != nullptr; }));
+        press({"Escape"});
+        EXPECT_EQ(menu(grid), nullptr);
+        EXPECT_TRUE(grid.hasFocus());
+        scroll_to_end(grid);
+        const auto& days = *grid.findChild<FrozenColumn*>();
+        const QPoint at = days.viewport()->mapToGlobal(days.visualRect(grid.model()->index(5, 0)).center());
+        screen_display()->right_click(at.x(), at.y());
+        ASSERT_TRUE(await([&] { return menu(grid) != nullptr; }));
+        EXPECT_EQ(grid.currentIndex(), grid.model()->index(5, 0));
+        press({"Escape"});
+    });
+}
+
+TEST_F(DailyTableOnScreenTest, CtrlGGoesToADateInTheColumnAndTheKeyboardStaysInTheTable) {
+    in_parameters([&](NivoraWindow&, GridView& grid) {
+        click_cell(grid, 0, 3);
+        dialogs_.then_text("1998-03-15");
+        press({"ctrl+g"});
+        EXPECT_EQ(dialogs_.inputs().at(0).proposed, "10/01/1997");
+        EXPECT_EQ(from_qt(grid.currentIndex().siblingAtColumn(0).data().toString()), "03/15/1998");
+        EXPECT_EQ(grid.currentIndex().column(), 3);
+        EXPECT_TRUE(grid.viewport()->rect().contains(grid.visualRect(grid.currentIndex())));
+        press({"Down"});
+        EXPECT_EQ(from_qt(grid.currentIndex().siblingAtColumn(0).data().toString()), "03/16/1998");
+    });
+}
+
+TEST_F(DailyTableOnScreenTest, SumsAndTheEndOfASearchAreSeenInTheStatusBar) {
+    in_parameters([&](NivoraWindow& window, GridView& grid) {
+        click_cell(grid, 0, 4);
+        const auto& sums = *window.findChild<QLabel*>(QStringLiteral("sumsPanel"));
+        EXPECT_FALSE(sums.isVisible());
+        press({"shift+Down", "shift+Down"});
+        ASSERT_TRUE(sums.isVisible());
+        EXPECT_THAT(from_qt(sums.text()), testing::StartsWith("3 numbers   Sum "));
+        EXPECT_GT(drawn_points(picture(sums)), 200);
+        press({"F3"});
+        EXPECT_EQ(from_qt(window.statusBar()->currentMessage()), "LagTime, zone 1: no value is missing.");
+        EXPECT_FALSE(sums.isVisible());
     });
 }
 

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <ranges>
 
 namespace nivora {
 
@@ -77,6 +78,19 @@ std::optional<double> DailyModel::number(int row, int column) const {
     if (column == 0 || day >= editor_->rows()) return std::nullopt;
     const double value = editor_->value(day, static_cast<std::size_t>(column));
     return is_missing(value) ? std::nullopt : std::optional{value};
+}
+
+std::optional<Period> DailyModel::days() const {
+    if (rows_ == 0) return std::nullopt;
+    return Period{editor_->date(0), editor_->date(static_cast<std::size_t>(rows_) - 1)};
+}
+
+std::optional<int> DailyModel::row_of(DayCount day) const {
+    const auto rows = std::views::iota(0, rows_);
+    const auto date_of = [this](int row) { return editor_->date(static_cast<std::size_t>(row)); };
+    const auto found = std::ranges::lower_bound(rows, day, {}, date_of);
+    if (found == rows.end() || date_of(*found) != day) return std::nullopt;
+    return *found;
 }
 
 QColor DailyModel::text_colour(int /*row*/, int column) const {

@@ -26,6 +26,12 @@ public:
     /// Returns and clears the reason why the store refused a value; empty if it did not.
     [[nodiscard]] std::string take_fault() { return std::exchange(fault_, {}); }
 
+    [[nodiscard]] int zone() const { return editor_->zone(); }
+    /// The first and the last day; nothing for a table without rows.
+    [[nodiscard]] std::optional<Period> days() const;
+    /// The first row of a day; nothing if the shown zone has none.
+    [[nodiscard]] std::optional<int> row_of(DayCount day) const;
+
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] CellFormat format(int row, int column) const override;

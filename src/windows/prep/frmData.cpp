@@ -14,6 +14,7 @@
 #include "widgets/qt_text.h"
 #include "widgets/window_keys.h"
 #include "windows/prep/daily_model.h"
+#include "windows/prep/daily_moves.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -112,6 +113,7 @@ frmData::frmData(const WindowContext& context, QWidget* parent)
     connect(days_, &GridModel::refused, this, [this] { show_store_error(); });
     connect(grid_, &GridView::pasted, this, [this] { show_store_error(); });
     (new GridStatus(statusBar()))->watch(grid_);
+    new DailyMoves(*this, *grid_, *days_, session().dialogs);
     resize(980, 680);
 }
 
