@@ -224,6 +224,16 @@ RecoveryDecision unusable(Session& session, const fs::path& recovery_file, const
     }
 }
 
+/// A state that stays would not belong to the working file of the next basin. @return false after a message
+bool discarded(Session& session, const fs::path& recovery_file) {
+    std::error_code error;
+    fs::remove(recovery_file, error);
+    if (error)
+        session.dialogs.stop("The file " + path_text(recovery_file) +
+                             " can't be deleted: " + error.message() + ".");
+    return !error;
+}
+
 /// Asks until there is a decision.
 RecoveryDecision ask(Session& session, const fs::path& recovery_file, RecoveryState state,
                      const std::vector<std::string>& differences) {
@@ -240,9 +250,7 @@ RecoveryDecision ask(Session& session, const fs::path& recovery_file, RecoverySt
                 return {.next = Next::SaveCopy, .state = std::move(state), .copy = *name};
             }
             case RecoveryAnswer::Discard:
-                if (!discard_is_meant(session, state)) continue;
-                std::error_code unwritable;
-                fs::remove(recovery_file, unwritable);
+                if (!discard_is_meant(session, state) || !discarded(session, recovery_file)) continue;
                 return {.next = Next::Start};
         }
     }
@@ -293,11 +301,16 @@ RecoveryDecision decide_recovery(Session& session, const fs::path& recovery_file
         const auto differences = recovery_differences(*state, work_file);
         if (!differences.empty()) return ask(session, recovery_file, std::move(*state), differences);
         // The crash came after a save had written all of it.
-        std::error_code unwritable;
-        fs::remove(recovery_file, unwritable);
-        return {.next = Next::Start};
+        return {.next = discarded(session, recovery_file) ? Next::Start : Next::End};
     } catch (const StoreError& error) {
-        return unusable(session, recovery_file, error.what());
+        const bool passes = error.fault() == StoreFault::Busy || error.fault() == StoreFault::ReadOnly ||
+                            error.fault() == StoreFault::Full;
+        if (!passes) return unusable(session, recovery_file, error.what());
+        session.dialogs.stop(
+            error.what() + std::string{" It holds unsaved changes of the last basin, which are kept. "
+                                       "Nivora ends, and asks about them at its next start."},
+            "The basin was not recovered");
+        return {.next = Next::End};
     }
 }
 

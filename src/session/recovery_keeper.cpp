@@ -22,7 +22,7 @@ RecoveryKeeper::~RecoveryKeeper() {
 
 void RecoveryKeeper::keep(const RecoveryState& state, const DailyEdits& edits) {
     std::string lines = recovery_lines(state);
-    const bool other_editing = removed_ || edits.editing() != editing_;
+    const bool other_editing = forget_edits_ || edits.editing() != editing_;
     if (other_editing) edits_taken_ = 0;
     {
         const std::lock_guard lock{mutex_};
@@ -46,6 +46,7 @@ void RecoveryKeeper::keep(const RecoveryState& state, const DailyEdits& edits) {
     lines_ = std::move(lines);
     editing_ = edits.editing();
     edits_taken_ = edits.lines().size();
+    forget_edits_ = false;
     removed_ = false;
 }
 
@@ -57,10 +58,11 @@ void RecoveryKeeper::remove() {
         changed_.wait(lock, [this] { return !writing_; });
         failed_ = false;
     }
-    std::error_code unwritable;  // a file in a folder that can't be written stays, as it came there
-    std::filesystem::remove(file_, unwritable);
+    std::error_code error;  // another program may have the file open for a moment; the next call tries again
+    std::filesystem::remove(file_, error);
     lines_.clear();
-    removed_ = true;
+    forget_edits_ = true;
+    removed_ = !error;
 }
 
 void RecoveryKeeper::finish() {

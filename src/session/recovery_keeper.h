@@ -50,6 +50,7 @@ private:
     std::string lines_;
     unsigned editing_ = 0;
     std::size_t edits_taken_ = 0;
+    bool forget_edits_ = true;  ///< the second thread has none of the present editor
     bool removed_ = false;
 
     // Of the second thread.

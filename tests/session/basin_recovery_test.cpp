@@ -47,7 +47,17 @@ protected:
     }
 
     [[nodiscard]] bool has_state() const { return fs::exists(state_file_); }
-    [[nodiscard]] const std::string& question() const { return next_dialogs_.choices().back().text; }
+    [[nodiscard]] std::string question() const {
+        return next_dialogs_.choices().empty() ? "no question" : next_dialogs_.choices().back().text;
+    }
+    [[nodiscard]] Message told() const {
+        return next_dialogs_.messages().empty() ? Message{} : next_dialogs_.messages().back().message;
+    }
+    /// The description that is kept for a crash.
+    [[nodiscard]] std::string kept_description() const {
+        const auto state = read_recovery_file(state_file_);
+        return state ? state->basin_description : "no state";
+    }
 
     /// Names of the files in the program folder that begin with a word.
     [[nodiscard]] std::vector<std::string> files(const std::string& begin) const {
@@ -151,7 +161,7 @@ TEST_F(BasinRecoveryTest, ACrashBeforeTheRecoveredBasinIsKeptAsksAgain) {
     EXPECT_EQ(next_.basin.basin_name, "Alder Fork");
     next_life_->keep_recovery();
     next_life_->finish_recovery();
-    EXPECT_EQ(read_recovery_file(state_file_)->basin_name, "Alder Fork");
+    EXPECT_EQ(read_recovery_file(state_file_).value_or(RecoveryState{}).basin_name, "Alder Fork");
 }
 
 TEST_F(BasinRecoveryTest, AClosedQuestionEndsTheProgramAndKeepsEverything) {
@@ -170,8 +180,8 @@ TEST_F(BasinRecoveryTest, DiscardAsksASecondTime) {
     keep();
     next_dialogs_.then_choice(k_discard).then(Answer::No).then_choice(k_discard).then(Answer::Yes);
     ASSERT_TRUE(start_again());
-    EXPECT_EQ(next_dialogs_.messages().front().message.title, "Discard the changes?");
-    EXPECT_EQ(next_dialogs_.messages().front().message.default_answer, Answer::No);
+    EXPECT_EQ(told().title, "Discard the changes?");
+    EXPECT_EQ(told().default_answer, Answer::No);
     EXPECT_FALSE(has_state());
     EXPECT_EQ(next_.basin.basin_name, "<basin name>");
     EXPECT_FALSE(next_.basin.Basin_Changed);
@@ -200,8 +210,7 @@ TEST_F(BasinRecoveryTest, ACopyThatCannotBeSavedAsksAgain) {
     keep();
     next_dialogs_.then_choice(k_copy).then_file(user_ / "copy.mdb").then_choice(k_recover);
     ASSERT_TRUE(start_again());
-    EXPECT_EQ(next_dialogs_.messages().front().message.text,
-              "You must define at least 1 simulation before saving!");
+    EXPECT_EQ(told().text, "You must define at least 1 simulation before saving!");
     EXPECT_EQ(next_.basin.basin_name, "Alder Fork");
 }
 
@@ -221,7 +230,7 @@ TEST_F(BasinRecoveryTest, AFileThatChangedMeanwhileIsToldAndASaveAsks) {
     EXPECT_THAT(question(), HasSubstr("This file was changed by another program"));
     next_dialogs_.then(Answer::No);
     next_life_->save();
-    EXPECT_EQ(next_dialogs_.messages().back().message.title, "The file has changed");
+    EXPECT_EQ(told().title, "The file has changed");
     EXPECT_TRUE(has_state());
 }
 
@@ -306,7 +315,7 @@ TEST_F(BasinRecoveryTest, AChangeAfterADeclinedOneIsKept) {
     session_.basin.basin_description = "changed again";
     mark_basin_changed(session_.basin);
     keep();
-    EXPECT_EQ(read_recovery_file(state_file_)->basin_description, "changed again");
+    EXPECT_EQ(kept_description(), "changed again");
 }
 
 TEST_F(BasinRecoveryTest, AFolderThatCannotBeWrittenChangesNothingElse) {
@@ -432,9 +441,8 @@ TEST_F(BasinRecoveryTest, ADamagedStateIsToldAndMovedAsideWithItsWorkingFile) {
     const std::string work = file_bytes(program_ / "new.mdb");
     std::ofstream{state_file_, std::ios::binary} << state.substr(0, state.size() / 2);
     ASSERT_TRUE(start_again());
-    const Message& told = next_dialogs_.messages().front().message;
-    EXPECT_EQ(told.title, "The changes can't be recovered");
-    EXPECT_THAT(told.text, HasSubstr(path_text(state_file_) + " is not complete."));
+    EXPECT_EQ(told().title, "The changes can't be recovered");
+    EXPECT_THAT(told().text, HasSubstr(path_text(state_file_) + " is not complete."));
     EXPECT_FALSE(has_state());
     const auto aside = files("recovery ");
     ASSERT_EQ(aside.size(), 2U);
@@ -448,9 +456,30 @@ TEST_F(BasinRecoveryTest, ADamagedWorkingFileIsToldAndMovedAside) {
     keep();
     fs::resize_file(program_ / "new.mdb", fs::file_size(program_ / "new.mdb") / 2);
     ASSERT_TRUE(start_again());
-    EXPECT_EQ(next_dialogs_.messages().front().message.title, "The changes can't be recovered");
+    EXPECT_EQ(told().title, "The changes can't be recovered");
     EXPECT_EQ(files("recovery ").size(), 2U);
     EXPECT_EQ(files("new.mdb").size(), 1U);
+}
+
+TEST_F(BasinRecoveryTest, AWorkingFileThatAnotherProgramHoldsIsLeftForTheNextStart) {
+    define_basin(1);
+    keep();
+    {
+        BasinDatabase other{program_ / "new.mdb", Access::ReadWrite};
+        other.execute("BEGIN EXCLUSIVE");
+        EXPECT_FALSE(start_again());
+    }
+    EXPECT_EQ(told().title, "The basin was not recovered");
+    EXPECT_TRUE(has_state());
+    EXPECT_TRUE(files("recovery ").empty());
+}
+
+TEST_F(BasinRecoveryTest, AFolderInThePlaceOfTheStateIsMovedAside) {
+    fs::create_directory(state_file_);  // reads as no state
+    std::ofstream{state_file_ / "of the user"} << "stays";
+    ASSERT_TRUE(start_again());
+    EXPECT_EQ(told().title, "The changes can't be recovered");
+    EXPECT_EQ(files("recovery ").size(), 2U);
 }
 
 TEST_F(BasinRecoveryTest, TwoStatesThatAreMovedAsideHaveNamesOfTheirOwn) {
