@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QCursor>
 #include <QHeaderView>
 #include <QMouseEvent>
 #include <QPainter>
@@ -65,7 +66,7 @@ FrozenColumn::FrozenColumn(GridView* grid) : QTableView(grid), grid_(grid) {
     verticalHeader()->setMinimumSectionSize(grid->verticalHeader()->minimumSectionSize());
     verticalHeader()->setDefaultSectionSize(grid->verticalHeader()->defaultSectionSize());
     hide();
-    connect(grid->horizontalScrollBar(), &QScrollBar::valueChanged, this, &FrozenColumn::follow);
+    connect(grid->horizontalScrollBar(), &QScrollBar::valueChanged, this, &FrozenColumn::scrolled);
     connect(grid->verticalScrollBar(), &QScrollBar::valueChanged, this, &FrozenColumn::follow_rows);
     connect(grid->horizontalHeader(), &QHeaderView::sectionResized, this, &FrozenColumn::follow);
     connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column, int, int width) {
@@ -98,6 +99,15 @@ void FrozenColumn::follow() {
     setVisible(width > 0);
 }
 
+/// A drag that stays in this column would scroll the grid to its first columns: it is at the grid's left
+/// edge.
+void FrozenColumn::scrolled(int value) {
+    if (dragging_ && viewport()->mapFromGlobal(QCursor::pos()).x() < width())
+        return grid_->horizontalScrollBar()->setValue(scrolled_);
+    scrolled_ = value;
+    follow();
+}
+
 void FrozenColumn::follow_rows() {
     const QScrollBar& rows = *grid_->verticalScrollBar();
     verticalScrollBar()->setRange(rows.minimum(), rows.maximum());
@@ -112,6 +122,7 @@ void FrozenColumn::updateGeometries() {
 /// The grid knows the column where it would be without this view: left of its visible part.
 void FrozenColumn::pass_on(const QMouseEvent& event) {
     QPointF at = event.position();
+    dragging_ = event.buttons() != Qt::NoButton;
     if (at.x() < width()) at.rx() -= grid_->horizontalScrollBar()->value();
     QMouseEvent passed(event.type(), at, event.globalPosition(), event.button(), event.buttons(),
                        event.modifiers());

@@ -34,10 +34,13 @@ protected:
     void updateGeometries() override;
 
 private:
+    void scrolled(int value);
     void follow_rows();
     void pass_on(const QMouseEvent& event);
 
     GridView* grid_;
+    bool dragging_ = false;  ///< a button was pressed here and is still down
+    int scrolled_ = 0;       ///< how far the grid is scrolled to the right
 };
 
 }  // namespace nivora

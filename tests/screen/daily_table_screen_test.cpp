@@ -96,6 +96,43 @@ TEST_F(DailyTableOnScreenTest, AClickAndKeysReachTheDaysAndLeaveTheColumnsWhereT
     });
 }
 
+TEST_F(DailyTableOnScreenTest, ADragDownTheDaysScrollsNoColumns) {
+    in_parameters([&](NivoraWindow&, GridView& grid) {
+        scroll_to_end(grid);
+        const int scrolled = grid.horizontalScrollBar()->value();
+        const auto& days = *grid.findChild<FrozenColumn*>();
+        const auto at = [&](int row) {
+            return days.viewport()->mapToGlobal(
+                QPoint(6, days.visualRect(grid.model()->index(row, 0)).center().y()));
+        };
+        screen_display()->point_at(at(2).x(), at(2).y());
+        screen_display()->button_down(1);
+        for (const int row : {3, 4, 5}) {
+            screen_display()->point_at(at(row).x(), at(row).y());
+            settle();
+            // Still in the cell, and at the grid's edge.
+            screen_display()->point_at(at(row).x() + 1, at(row).y());
+            QTest::qWait(150);
+        }
+        screen_display()->button_up(1);
+        settle();
+        EXPECT_EQ(grid.horizontalScrollBar()->value(), scrolled);
+        const CellRange block = grid.block();
+        EXPECT_THAT((std::vector{block.first_row, block.first_column, block.last_row, block.last_column}),
+                    testing::ElementsAre(2, 0, 5, 0));
+    });
+}
+
+TEST_F(DailyTableOnScreenTest, TheHeaderOfTheDaysHasItsUnitInATip) {
+    in_parameters([&](NivoraWindow&, GridView& grid) {
+        scroll_to_end(grid);
+        const QHeaderView& header = *grid.findChild<FrozenColumn*>()->horizontalHeader();
+        point_at(*header.viewport(), QPoint(20, header.height() / 2));
+        ASSERT_TRUE(QToolTip::isVisible());
+        EXPECT_EQ(from_qt(QToolTip::text()), "Date: mm/dd/yyyy");
+    });
+}
+
 TEST_F(DailyTableOnScreenTest, ARightClickOpensTheMenuOfItsCellAndALetterChoosesAnEntry) {
     in_parameters([&](NivoraWindow&, GridView& grid) {
         right_click_cell(grid, 2, 4);

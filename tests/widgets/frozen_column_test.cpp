@@ -221,6 +221,15 @@ TEST_F(FrozenColumnTest, AnOpenEditorStaysOpenWhileItsGridIsScrolled) {
     EXPECT_EQ(at(2, Column::k_number), "7");
 }
 
+TEST_F(FrozenColumnTest, ADragThatEndsInItLeavesTheGridFreeToScroll) {
+    scroll_to_end();
+    QTest::mousePress(frozen_->viewport(), Qt::LeftButton, Qt::NoModifier, in_row(2));
+    QTest::mouseRelease(frozen_->viewport(), Qt::LeftButton, Qt::NoModifier, in_row(2));
+    grid_->horizontalScrollBar()->setValue(5);
+    EXPECT_EQ(grid_->horizontalScrollBar()->value(), 5);
+    EXPECT_TRUE(frozen_->isVisible());
+}
+
 TEST_F(FrozenColumnTest, ItTakesNoFocusAndHasAName) {
     scroll_to_end();
     QTest::mouseClick(frozen_->viewport(), Qt::LeftButton, Qt::NoModifier, in_row(1));

@@ -127,6 +127,16 @@ TEST_F(GridMenuTest, AnOpenEditorIsStoredBeforeTheMenuOpens) {
     close_menu();
 }
 
+TEST_F(GridMenuTest, AMenuThatOpensBesideTheCellsStoresAnOpenEditor) {
+    go_to(3, 2);
+    key(Qt::Key_F2);
+    editor()->selectAll();
+    type("16");
+    ASSERT_NE(open_by_key(), nullptr);
+    EXPECT_EQ(at(3, 2), "16");
+    close_menu();
+}
+
 TEST_F(GridMenuTest, AWindowAddsItsEntries) {
     QObject::connect(grid_, &GridView::menu_asked, grid_,
                      [](QMenu* opened) { add_grid_entry(*opened, "own", "Own", Qt::Key_F3, true, [] {}); });

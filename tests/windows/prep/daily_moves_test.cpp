@@ -111,6 +111,10 @@ TEST_F(DailyMovesTest, AnOpenEditorIsStoredBeforeTheCursorMoves) {
     ask_date("10/04/1980");
     EXPECT_EQ(cursor(), std::pair(4, 2));
     EXPECT_EQ(shown(1, 2), "7.00");
+    go_to(3, 2);
+    type("9");
+    ask_date("01/01/2030");
+    EXPECT_EQ(shown(3, 2), "9.00");
     go_to(2, 2);
     type("8");
     key(Qt::Key_F3);
