@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <ranges>
 
 namespace nivora {
 
@@ -86,11 +85,19 @@ std::optional<Period> DailyModel::days() const {
 }
 
 std::optional<int> DailyModel::row_of(DayCount day) const {
-    const auto rows = std::views::iota(0, rows_);
     const auto date_of = [this](int row) { return editor_->date(static_cast<std::size_t>(row)); };
-    const auto found = std::ranges::lower_bound(rows, day, {}, date_of);
-    if (found == rows.end() || date_of(*found) != day) return std::nullopt;
-    return *found;
+    int first = 0;
+    int last = rows_;
+    while (first < last) {
+        const int middle = first + (last - first) / 2;
+        if (date_of(middle) < day) {
+            first = middle + 1;
+        } else {
+            last = middle;
+        }
+    }
+    if (first == rows_ || date_of(first) != day) return std::nullopt;
+    return first;
 }
 
 QColor DailyModel::text_colour(int /*row*/, int column) const {
