@@ -255,7 +255,8 @@ std::optional<Message> file_page_refusal(const PageSetup& setup, const std::stri
 }
 
 std::optional<Message> write_pdf(const std::filesystem::path& file, const PageSetup& setup,
-                                 const std::string& title, const PdfWork& paint) {
+                                 const std::string& title, const PdfWork& paint,
+                                 const std::vector<std::filesystem::path>& never) {
     QByteArray content;
     QBuffer buffer(&content);
     buffer.open(QIODevice::WriteOnly);
@@ -269,7 +270,7 @@ std::optional<Message> write_pdf(const std::filesystem::path& file, const PageSe
         if (auto refusal = paint(device)) return refusal;
     }
     try {
-        write_whole_file(file, {content.constData(), static_cast<std::size_t>(content.size())});
+        write_whole_file(file, {content.constData(), static_cast<std::size_t>(content.size())}, never);
     } catch (const FileError& error) {
         return Message{.text = error.what(), .icon = Icon::Stop};
     }
@@ -277,7 +278,7 @@ std::optional<Message> write_pdf(const std::filesystem::path& file, const PageSe
 }
 
 std::optional<Message> write_pdf(const std::filesystem::path& file, const PageSetup& setup,
-                                 const LayOut& lay_out) {
+                                 const LayOut& lay_out, const std::vector<std::filesystem::path>& never) {
     PrintedJob job;
     const auto laid_out = with_pdf_page(setup, [&](PaintedDevice& device) -> std::optional<Message> {
         auto made = lay_out(device);
@@ -287,12 +288,13 @@ std::optional<Message> write_pdf(const std::filesystem::path& file, const PageSe
         return Message{.text = "There is nothing to print.", .icon = Icon::Stop};
     });
     if (laid_out) return laid_out;
-    return write_pdf(file, setup, job.name, [&](PaintedDevice& device) -> std::optional<Message> {
+    const auto paint = [&](PaintedDevice& device) -> std::optional<Message> {
         if (paint_pages(device, job)) return std::nullopt;
         return Message{.text = "The pages of '" + path_text(file) +
                                "' cannot be drawn. The file was not written; try again with fewer reports.",
                        .icon = Icon::Stop};
-    });
+    };
+    return write_pdf(file, setup, job.name, paint, never);
 }
 
 }  // namespace nivora

@@ -66,9 +66,11 @@ using PdfWork = std::function<std::optional<Message>(PaintedDevice& device)>;
 ///
 /// @param title as PDF readers show it
 /// @param paint paints its pages
+/// @param never files that must not be replaced, whatever name or link leads to them
 /// @return the error, or what the set-up or `paint` refused; nothing if the file was written
 [[nodiscard]] std::optional<Message> write_pdf(const std::filesystem::path& file, const PageSetup& setup,
-                                               const std::string& title, const PdfWork& paint);
+                                               const std::string& title, const PdfWork& paint,
+                                               const std::vector<std::filesystem::path>& never = {});
 
 /// Lays out a job for a device that was set up, or returns the message that says why it cannot.
 using LayOut = std::function<std::variant<PrintedJob, Message>(const PagedDevice& device)>;
@@ -81,8 +83,10 @@ using LayOut = std::function<std::variant<PrintedJob, Message>(const PagedDevice
 
 /// Writes the pages of a job as a complete PDF file.
 ///
+/// @param never as above
 /// @return the error, or what the set-up or the layout refused; nothing if the file was written
 [[nodiscard]] std::optional<Message> write_pdf(const std::filesystem::path& file, const PageSetup& setup,
-                                               const LayOut& lay_out);
+                                               const LayOut& lay_out,
+                                               const std::vector<std::filesystem::path>& never = {});
 
 }  // namespace nivora

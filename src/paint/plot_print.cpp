@@ -125,14 +125,17 @@ bool paint_plot(PaintedDevice& device, const PlotPrint& print) {
 }
 
 std::optional<Message> write_plot_pdf(const std::filesystem::path& file, const PageSetup& setup,
-                                      const PlotPrint& print) {
+                                      const PlotPrint& print,
+                                      const std::vector<std::filesystem::path>& never) {
     return write_pdf(
-        file, setup, print.plot.head.title, [&](PaintedDevice& device) -> std::optional<Message> {
+        file, setup, print.plot.head.title,
+        [&](PaintedDevice& device) -> std::optional<Message> {
             if (paint_plot(device, print)) return std::nullopt;
             return Message{
                 .text = "The plot cannot be drawn into '" + path_text(file) + "'. The file was not written.",
                 .icon = Icon::Stop};
-        });
+        },
+        never);
 }
 
 }  // namespace nivora

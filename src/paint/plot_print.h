@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <vector>
 
 namespace nivora {
 
@@ -45,8 +46,12 @@ struct PlotPlace {
 /// Paints a plot on a page of a device that was set up. @return false if the device refuses
 [[nodiscard]] bool paint_plot(PaintedDevice& device, const PlotPrint& print);
 
-/// Writes a PDF file of one page, whole or not at all. @return the error; nothing if the file was written
+/// Writes a PDF file of one page, whole or not at all.
+///
+/// @param never files that must not be replaced, whatever name or link leads to them
+/// @return the error; nothing if the file was written
 [[nodiscard]] std::optional<Message> write_plot_pdf(const std::filesystem::path& file, const PageSetup& setup,
-                                                    const PlotPrint& print);
+                                                    const PlotPrint& print,
+                                                    const std::vector<std::filesystem::path>& never = {});
 
 }  // namespace nivora

@@ -39,6 +39,11 @@ enum class PlotForm {
     Pdf
 };
 
+/// Whether a form is a picture of the plot; the other two hold its numbers.
+[[nodiscard]] constexpr bool is_picture(PlotForm form) {
+    return form != PlotForm::Text && form != PlotForm::Flow;
+}
+
 /// Where a plot is saved, and in which form.
 struct PlotFileName {
     std::filesystem::path file;

@@ -45,21 +45,22 @@ std::optional<std::string> file_content(Session& session, const Plot& plot, doub
 
 }  // namespace
 
-bool save_plot_file(Session& session, const Plot& plot, double now, const PaintPlot& paint) {
+std::optional<PlotForm> save_plot_file(Session& session, const Plot& plot, double now,
+                                       const PaintPlot& paint) {
     const auto name = session.file_names.GetPlotFileName(session.basin, shows_runoff(plot.number));
-    if (!name) return false;
+    if (!name) return std::nullopt;
     try {
         const auto content = file_content(session, plot, now, paint, *name);
-        if (!content) return false;
+        if (!content) return std::nullopt;
         // Another program may have put a link to the basin there since the name was chosen.
         write_whole_file(name->file, *content, {session.basin.Basin_File, session.basin.Work_File});
-        return true;
+        return name->form;
     } catch (const FileError& error) {
         session.dialogs.stop(error.what(), k_save_title);
     } catch (const StoreError& error) {
         session.dialogs.message(not_written(*name, error.what()));
     }
-    return false;
+    return std::nullopt;
 }
 
 }  // namespace nivora

@@ -2,9 +2,11 @@
 #pragma once
 
 #include "plots/plot.h"
+#include "session/file_names.h"
 #include "session/session.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace nivora {
@@ -18,7 +20,8 @@ using PaintPlot = std::function<std::string(PlotForm form)>;
 /// @param plot  as it is viewed: a text holds the points of a zoom, a flow file always the whole period
 /// @param now   date and time in the head of a text
 /// @param paint called for the forms of pictures
-/// @return whether a file was written
-bool save_plot_file(Session& session, const Plot& plot, double now, const PaintPlot& paint);
+/// @return the form of the file that was written; nothing if none was
+std::optional<PlotForm> save_plot_file(Session& session, const Plot& plot, double now,
+                                       const PaintPlot& paint);
 
 }  // namespace nivora

@@ -205,10 +205,14 @@ std::optional<std::filesystem::path> Printing::file_to_print(FileKind kind, cons
     return std::nullopt;
 }
 
+std::vector<std::filesystem::path> Printing::open_files() const {
+    return {session_.basin.Basin_File, session_.basin.Work_File};
+}
+
 bool Printing::write_text(const std::filesystem::path& file, const Work& work) {
     const BusyPointer busy;
     try {
-        write_whole_file(file, work.text());
+        write_whole_file(file, work.text(), open_files());
         return true;
     } catch (const FileError& error) {
         session_.dialogs.stop(error.what(), k_print_title);
@@ -218,8 +222,9 @@ bool Printing::write_text(const std::filesystem::path& file, const Work& work) {
 
 bool Printing::write_pages(const std::filesystem::path& file, const Work& work) {
     const BusyPointer busy;
-    const auto refusal = write_pdf(file, session_.settings.page,
-                                   [&](const PagedDevice& device) { return work.lay_out(device); });
+    const auto refusal = write_pdf(
+        file, session_.settings.page, [&](const PagedDevice& device) { return work.lay_out(device); },
+        open_files());
     if (refusal) session_.dialogs.stop(refusal->text, k_print_title);
     return !refusal;
 }
@@ -252,7 +257,7 @@ bool Printing::print_plot_to_file(const PlotPrint& plot) {
     const auto file = file_to_print(FileKind::SavePdf, "_Plot");
     if (!file) return false;
     const BusyPointer busy;
-    const auto refusal = write_plot_pdf(*file, session_.settings.page, plot);
+    const auto refusal = write_plot_pdf(*file, session_.settings.page, plot, open_files());
     if (refusal) session_.dialogs.stop(refusal->text, k_print_title);
     return !refusal;
 }

@@ -12,6 +12,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 class QWidget;
 
@@ -96,6 +97,8 @@ private:
     [[nodiscard]] bool take_printer(const PrintChoice& choice);
     [[nodiscard]] std::optional<std::filesystem::path> file_to_print(FileKind kind,
                                                                      const std::string& suffix);
+    /// The files of the open basin, to which a link may lead that was made after a name was chosen.
+    [[nodiscard]] std::vector<std::filesystem::path> open_files() const;
     [[nodiscard]] bool print_plot_on_printer(PrintChoice& choice, const PlotPrint& plot);
     [[nodiscard]] bool print_plot_to_file(const PlotPrint& plot);
     [[nodiscard]] bool print_on_printer(QWidget* window, PrintChoice& choice, const Work& work);

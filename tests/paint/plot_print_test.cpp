@@ -250,6 +250,19 @@ TEST_F(PlotPrintTest, PanelsStandWhereTheyStandInTheWindow) {
     EXPECT_FALSE(with_panels(plot, options, size, false).summary);
 }
 
+TEST_F(PlotPrintTest, AFileThatMustStayIsNotReplacedThroughALink) {
+    const Plot plot = rising();
+    const SurfaceSize size{600.0, 400.0};
+    const std::filesystem::path basin = folder_.write("alder.mdb", "a basin");
+    std::filesystem::create_symlink(basin, file_);
+    const auto refusal = write_plot_pdf(
+        file_, setup_, {.plot = plot, .options = with_panels(plot, {}, size, false), .size = size}, {basin});
+    ASSERT_TRUE(refusal);
+    EXPECT_THAT(refusal->text, testing::HasSubstr("alder.mdb"));
+    EXPECT_EQ(file_bytes(basin), "a basin");
+    EXPECT_TRUE(std::filesystem::is_symlink(file_));
+}
+
 TEST_F(PlotPrintTest, APageSetupThatIsNoPageIsRefusedAndNothingIsWritten) {
     setup_.margins[0] = -1.0F;
     const auto refusal = print({600.0, 400.0}, true);

@@ -46,10 +46,11 @@ protected:
     }
     [[nodiscard]] Plot runoff() { return small_.plot(PlotNumber::Runoff); }
     bool save(const Plot& plot) {
-        return save_plot_file(session_, plot, k_saved, [&](PlotForm form) {
-            painted_.push_back(form);
+        const auto form = save_plot_file(session_, plot, k_saved, [&](PlotForm wanted) {
+            painted_.push_back(wanted);
             return picture_;
         });
+        return form.has_value();
     }
     [[nodiscard]] const Message& told() const { return dialogs_.messages().back().message; }
 

@@ -179,12 +179,17 @@ TEST_F(PicturePrintTest, TheQuestionComesBeforeTheNameOfAFile) {
 }
 
 TEST_F(PicturePrintTest, TheOpenBasinIsNotReplacedByAPicture) {
-    const fs::path basin = folder_.write("alder.mdb", "a basin");
-    printers_.then(PrintTarget::Pdf);
-    dialogs_.then_file(basin).then(Answer::Yes);
-    EXPECT_FALSE(print_small());
-    EXPECT_THAT(told().text, HasSubstr("is the basin that is open.  Choose another name for the print."));
-    EXPECT_EQ(file_bytes(basin), "a basin");
+    folder_.write("alder.mdb", "a basin");
+    folder_.write("new.mdb", "a basin");
+    fs::create_symlink(folder_ / "alder.mdb", folder_ / "link.pdf");
+    for (const char* name : {"alder.mdb", "new.mdb", "link.pdf"}) {
+        printers_.then(PrintTarget::Pdf);
+        dialogs_.then_file(folder_ / name).then(Answer::Yes);
+        EXPECT_FALSE(print_small());
+        EXPECT_THAT(told().text, HasSubstr("is the basin that is open.  Choose another name for the print."));
+        EXPECT_EQ(file_bytes(folder_ / name), "a basin");
+    }
+    EXPECT_TRUE(fs::is_symlink(folder_ / "link.pdf"));
 }
 
 TEST_F(PicturePrintTest, AFullDiskLeavesTheOlderPdfWhole) {

@@ -25,6 +25,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <string>
 #include <utility>
 
 namespace nivora {
@@ -71,6 +72,15 @@ QMenu* make_spare_menu(const QString& name, QWidget* parent) {
     auto* menu = new QMenu(parent);
     menu->setObjectName(name);
     return menu;
+}
+
+/// Why a plot was not copied, and what to do.
+std::string why_not(PlotCopy copied) {
+    if (copied == PlotCopy::NoRoom)
+        return "The plot is not copied: there is no room for its picture.  Make the window smaller, then "
+               "copy it again.";
+    return "The plot is not copied: another program uses the clipboard.  Copy the plot again; if that does "
+           "not help, close the other program.";
 }
 
 /// The largest number of a line that the legend names.
@@ -323,19 +333,17 @@ void frmNVRPlot::zoom_in() {
 void frmNVRPlot::escape() { canvas_->escape(); }
 
 void frmNVRPlot::save() {
-    if (screen_.plot() == nullptr || !save_plot(context(), this, shown_plot())) return;
-    // Intended: a save makes the same plots anew as a resize does, which ends their zoom.
-    if (screen_.plot() != nullptr && is_rebuilt(screen_.plot()->number)) give(screen_.after_resize());
+    if (screen_.plot() == nullptr) return;
+    const auto form = save_plot(context(), this, shown_plot());
+    if (!form || !is_picture(*form) || screen_.plot() == nullptr) return;
+    // Intended: a saved picture of plot 19 makes it anew, which ends its zoom; all other plots stay.
+    if (screen_.plot()->number == PlotNumber::CoverComparison) give(screen_.after_resize());
 }
 
 void frmNVRPlot::copy() {
     if (screen_.plot() == nullptr) return;
-    if (!copy_plot(shown_plot())) {
-        session().dialogs.stop(
-            "The plot is not copied: there is no room for its picture.  Make the window smaller, then copy "
-            "it "
-            "again.");
-    }
+    const PlotCopy copied = copy_plot(shown_plot());
+    if (copied != PlotCopy::Copied) session().dialogs.stop(why_not(copied));
     give(screen_.after_resize());
 }
 

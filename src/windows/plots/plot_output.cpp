@@ -28,7 +28,7 @@ PictureForm picture_of(PlotForm form) {
 
 }  // namespace
 
-bool save_plot(const WindowContext& context, QWidget* /*window*/, const ShownPlot& shown) {
+std::optional<PlotForm> save_plot(const WindowContext& context, QWidget* /*window*/, const ShownPlot& shown) {
     const BusyPointer busy;
     return save_plot_file(context.session, shown.plot, local_now(), [&](PlotForm form) {
         // Intended: a bitmap has the legend alone.
@@ -37,13 +37,14 @@ bool save_plot(const WindowContext& context, QWidget* /*window*/, const ShownPlo
     });
 }
 
-bool copy_plot(const ShownPlot& shown) {
+PlotCopy copy_plot(const ShownPlot& shown) {
     const QImage picture = plot_image(shown.plot, painted_options(shown, shown.summary), shown.size);
-    if (picture.isNull()) return false;
+    if (picture.isNull()) return PlotCopy::NoRoom;
     QClipboard& clipboard = *QGuiApplication::clipboard();
     clipboard.clear();
     clipboard.setImage(picture);
-    return true;
+    // A system that refuses the picture reports no error.
+    return clipboard.image().size() == picture.size() ? PlotCopy::Copied : PlotCopy::Refused;
 }
 
 bool print_plot(const WindowContext& context, QWidget* window, const ShownPlot& shown) {

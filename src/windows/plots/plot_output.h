@@ -2,6 +2,9 @@
 #pragma once
 
 #include "paint/plot_picture.h"
+#include "session/file_names.h"
+
+#include <optional>
 
 class QWidget;
 
@@ -21,13 +24,18 @@ struct ShownPlot {
 /// legend, the curves as a table, or a flow file. A file is complete or unchanged; an error is shown, and the
 /// plot stays.
 ///
-/// @return whether a file was written
-bool save_plot(const WindowContext& context, QWidget* window, const ShownPlot& shown);
+/// @return the form of the file that was written; nothing if none was
+std::optional<PlotForm> save_plot(const WindowContext& context, QWidget* window, const ShownPlot& shown);
+
+/// What became of a copy.
+enum class PlotCopy {
+    Copied,
+    NoRoom,  ///< the system has no room for the picture; the clipboard is unchanged
+    Refused  ///< the clipboard does not hold the picture: another program keeps it, or has taken it at once
+};
 
 /// Puts the picture on the clipboard with the legend, and with the summary if the window shows it.
-///
-/// @return false if the system has no room for the picture; the clipboard is unchanged then
-bool copy_plot(const ShownPlot& shown);
+[[nodiscard]] PlotCopy copy_plot(const ShownPlot& shown);
 
 /// Prints the picture with the legend, and with the summary if the window shows it.
 ///

@@ -60,7 +60,7 @@ protected:
                 .summary = true};
     }
     [[nodiscard]] WindowContext context() { return {session_, quick_help_, folder_.path(), printing_}; }
-    bool save() { return save_plot(context(), &window_, shown()); }
+    bool save() { return save_plot(context(), &window_, shown()).has_value(); }
     /// Saves with the filter at a position.
     bool save_as(std::size_t filter) {
         dialogs_.then_file(folder_ / "a", filter);
@@ -210,17 +210,35 @@ TEST_F(PlotOutputTest, TheOpenBasinIsRefused) {
 
 TEST_F(PlotOutputTest, ACopyReplacesTheClipboardByThePictureWithBothPanels) {
     QGuiApplication::clipboard()->setText(QStringLiteral("before"));
-    copy_plot(shown());
+    EXPECT_EQ(copy_plot(shown()), PlotCopy::Copied);
     EXPECT_FALSE(QGuiApplication::clipboard()->mimeData()->hasText());
     const QImage copied = QGuiApplication::clipboard()->image().convertToFormat(QImage::Format_RGB32);
     EXPECT_EQ(copied.size(), QSize(700, 420));
     expect_alike(copied, on_screen());
 }
 
+TEST_F(PlotOutputTest, ACopyWithoutRoomLeavesTheClipboard) {
+    QGuiApplication::clipboard()->setText(QStringLiteral("before"));
+    ShownPlot huge = shown();
+    huge.size.width = k_most_pixels + 1;
+    EXPECT_EQ(copy_plot(huge), PlotCopy::NoRoom);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("before"));
+}
+
+TEST_F(PlotOutputTest, APictureThatAnotherProgramDisplacesAtOnceIsNotCopied) {
+    QClipboard& clipboard = *QGuiApplication::clipboard();
+    QObject other;
+    QObject::connect(&clipboard, &QClipboard::dataChanged, &other, [&clipboard] {
+        if (!clipboard.image().isNull()) clipboard.setText(QStringLiteral("theirs"));
+    });
+    EXPECT_EQ(copy_plot(shown()), PlotCopy::Refused);
+    EXPECT_EQ(clipboard.text(), QStringLiteral("theirs"));
+}
+
 TEST_F(PlotOutputTest, APictureHasThePixelsOfAFineDisplay) {
     ShownPlot fine = shown();
     fine.size = {.width = 1400, .height = 840, .dpi = 192.0};
-    copy_plot(fine);
+    EXPECT_EQ(copy_plot(fine), PlotCopy::Copied);
     const QImage copied = QGuiApplication::clipboard()->image().convertToFormat(QImage::Format_RGB32);
     EXPECT_EQ(copied.size(), QSize(1400, 840));
     expect_alike(copied.scaled(700, 420, Qt::IgnoreAspectRatio, Qt::SmoothTransformation), on_screen());
@@ -229,7 +247,7 @@ TEST_F(PlotOutputTest, APictureHasThePixelsOfAFineDisplay) {
 TEST_F(PlotOutputTest, APanelThatWasDraggedStandsThereInThePicture) {
     screen_.move_legend({150.0, 300.0});
     canvas_.redraw();
-    copy_plot(shown());
+    EXPECT_EQ(copy_plot(shown()), PlotCopy::Copied);
     const QImage copied = QGuiApplication::clipboard()->image().convertToFormat(QImage::Format_RGB32);
     const QRect box = canvas_.findChild<QWidget*>(QStringLiteral("Frame2"))->geometry();
     EXPECT_NEAR(box.left(), 150, 1);

@@ -33,15 +33,16 @@ public:
     std::int32_t answer = k_cancelled;
 };
 
-/// Eight days from October 1, 2001: the snow cover falls from 1 by 1/16 a day and is 1/16 lower in zone B;
-/// the measured discharge is 10 on the first day and grows by 10 a day, the computed one is half of it.
+/// Eight days from October 1, 2001, or more, on which the snow cover begins anew: it falls from 1 by 1/16 a
+/// day and is 1/16 lower in zone B; the measured discharge is 10 on the first day and grows by 10 a day, the
+/// computed one is half of it.
 class PlotWindowTest : public testing::Test {
 protected:
     static constexpr PlotNumber k_snow_cover = PlotNumber::SnowCover;
 
-    explicit PlotWindowTest(int zones = 2) : small_(zones, 8) {
+    explicit PlotWindowTest(int zones = 2, int days = 8) : small_(zones, days) {
         small_.write_variables([](PhysicalRow& row, int zone, int day) {
-            row.sca = 1.0F - 0.0625F * static_cast<float>(day + zone - 2);
+            row.sca = 1.0F - 0.0625F * static_cast<float>((day + zone - 2) % 16);
             row.precip = static_cast<float>(day);
         });
         small_.write_results([](SimResults& t, std::size_t row, int, int day) {

@@ -5,6 +5,8 @@
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QPushButton>
+#include <QSpinBox>
+#include <QTimer>
 
 namespace nivora {
 namespace {
@@ -29,6 +31,20 @@ protected:
         open();
         pick(PlotNumber::CoverComparison);
     }
+    /// Results of which the runoff has its components.
+    void write_components() {
+        small_.write_results([](SimResults& t, std::size_t row, int, int day) {
+            t.ActualQ[row] = 10.0F * static_cast<float>(day);
+            t.DailyQ[row] = 5.0 * day;
+            t.M1S[row] = 0.5F;
+            t.ZonalMelt[row] = 0.5F;
+            t.SCA[row] = 0.5F;
+            t.Cpr[row] = 0.25F;
+            t.NewMelt[row] = 0.25F;
+            t.Precip[row] = 2.0F;
+            t.AZMexclWA[row] = 0.0F;
+        });
+    }
     /// Shows a part of the plot.
     void zoom() {
         screen_.wheel({static_cast<double>(small_.day(4)), 0.5}, 1.0);
@@ -38,6 +54,18 @@ protected:
         zoom();
         button(tool)->click();
         return screen_.plot()->zoomed;
+    }
+    /// Each command on the plot, by its key.
+    void press_all() {
+        for (const QKeyCombination& keys : {Qt::CTRL | Qt::Key_C, Qt::CTRL | Qt::Key_P, Qt::CTRL | Qt::Key_S,
+                                            Qt::NoModifier | Qt::Key_F5, Qt::NoModifier | Qt::Key_Escape})
+            press(keys);
+    }
+    void expect_no_output() {
+        EXPECT_EQ(clipboard().text(), QStringLiteral("mine"));
+        EXPECT_TRUE(printers_.offered_printers().empty());
+        EXPECT_TRUE(dialogs_.files().empty());
+        EXPECT_TRUE(window_->isVisible());
     }
     static QClipboard& clipboard() { return *QGuiApplication::clipboard(); }
 };
@@ -70,13 +98,34 @@ TEST_F(PlotWindowKeysTest, WithoutAPlotTheKeysDoNothing) {
     clipboard().setText(QStringLiteral("mine"));
     open();
     ASSERT_EQ(screen_.plot(), nullptr);
-    for (const QKeyCombination& keys : {Qt::CTRL | Qt::Key_C, Qt::CTRL | Qt::Key_P, Qt::CTRL | Qt::Key_S,
-                                        Qt::NoModifier | Qt::Key_F5, Qt::NoModifier | Qt::Key_Escape})
-        press(keys);
-    EXPECT_EQ(clipboard().text(), QStringLiteral("mine"));
-    EXPECT_TRUE(printers_.offered_printers().empty());
-    EXPECT_TRUE(dialogs_.files().empty());
-    EXPECT_TRUE(window_->isVisible());
+    press_all();
+    expect_no_output();
+}
+
+TEST_F(PlotWindowKeysTest, AfterAFailedBuildTheKeysDoNothingAndItsTextStays) {
+    clipboard().setText(QStringLiteral("mine"));
+    open();
+    pick(PlotNumber::LagTime);  // the parameters have no rows
+    ASSERT_NE(screen_.fallback(), nullptr);
+    press_all();
+    expect_no_output();
+    EXPECT_TRUE(dialogs_.messages().empty());
+    EXPECT_NE(screen_.fallback(), nullptr);
+    for (const char* tool : {"SaveAs", "Print", "Copy"}) EXPECT_FALSE(button(tool)->isEnabled()) << tool;
+}
+
+TEST_F(PlotWindowKeysTest, ACopyThatAnotherProgramDisplacesIsToldAndThePlotStays) {
+    open();
+    pick(k_snow_cover);
+    QObject other;
+    QObject::connect(&clipboard(), &QClipboard::dataChanged, &other, [] {
+        if (!clipboard().image().isNull()) clipboard().setText(QStringLiteral("theirs"));
+    });
+    press(Qt::CTRL | Qt::Key_C);
+    ASSERT_EQ(dialogs_.messages().size(), 1U);
+    EXPECT_THAT(dialogs_.messages()[0].message.text,
+                testing::StartsWith("The plot is not copied: another program uses the clipboard."));
+    EXPECT_NE(screen_.plot(), nullptr);
 }
 
 TEST_F(PlotWindowKeysTest, QuickHelpExplainsTheKeysAndNothingActs) {
@@ -94,6 +143,15 @@ TEST_F(PlotWindowKeysTest, QuickHelpExplainsTheKeysAndNothingActs) {
     EXPECT_TRUE(window_->isVisible());
     quick_help_.set_on(false);
     EXPECT_EQ(from_qt(in<>("btnHelp")->toolTip()), "Show 'QuickHelp'");
+}
+
+TEST_F(PlotWindowKeysTest, TheHelpButtonAndItsKeyOpenTheTopicOfTheWindow) {
+    std::vector<int> topics;
+    desktop_.show_help_topic = [&](int topic) { topics.push_back(topic); };
+    open();
+    button("Help")->click();
+    press(Qt::NoModifier | Qt::Key_F1);
+    EXPECT_THAT(topics, testing::ElementsAre(18, 18));
 }
 
 TEST_F(PlotWindowKeysTest, TheToolbarIsReachedByTab) {
@@ -131,6 +189,59 @@ TEST_F(PlotWindowKeysTest, APlotThatIsMadeAnewShowsAllOfItAfterwards) {
     EXPECT_FALSE(is_zoomed_after("Print"));
     dialogs_.then_file(folder_ / "covers", 0);
     EXPECT_FALSE(is_zoomed_after("SaveAs"));
+}
+
+TEST_F(PlotWindowKeysTest, ASavedTextOfAPlotThatIsMadeAnewKeepsItsZoom) {
+    open_with_covers();
+    dialogs_.then_file(folder_ / "covers", 1);
+    EXPECT_TRUE(is_zoomed_after("SaveAs"));
+    EXPECT_TRUE(std::filesystem::exists(folder_ / "covers.txt"));
+}
+
+TEST_F(PlotWindowKeysTest, LineAttributesOfferTheLinesOfThePlotAndFillsWhereItIsFilled) {
+    write_components();
+    open();
+    struct Offer {
+        int lines = 0;
+        bool fills = false;
+    };
+    const auto offered = [&](PlotNumber plot) {
+        pick(plot);
+        Offer offer;
+        QTimer::singleShot(20, window_.get(), [&offer] {
+            QWidget* dialog = QApplication::activeModalWidget();
+            ASSERT_NE(dialog, nullptr);
+            offer.lines = dialog->findChild<QSpinBox*>(QStringLiteral("UpDown1"))->maximum();
+            offer.fills = dialog->findChild<QComboBox*>(QStringLiteral("Combo2"))->isVisible();
+            dialog->findChild<QPushButton*>(QStringLiteral("Command1(1)"))->click();
+        });
+        button("LineAtt")->click();
+        return offer;
+    };
+    const Offer cover = offered(k_snow_cover);
+    EXPECT_EQ(cover.lines, 2) << "a line for each zone";
+    EXPECT_FALSE(cover.fills);
+    const Offer components = offered(PlotNumber::RunoffComponents);
+    EXPECT_EQ(components.lines, 4) << "three components and their total";
+    EXPECT_TRUE(components.fills);
+}
+
+TEST_F(PlotWindowKeysTest, ASavedPictureOfTheComponentsKeepsItsZoomAndACopyEndsIt) {
+    write_components();
+    open();
+    pick(PlotNumber::RunoffComponents);
+    ASSERT_NE(screen_.plot(), nullptr);
+    const auto zoomed_after = [&](const char* tool) {
+        const PlotFrame frame = screen_.plot()->frame;
+        screen_.wheel({static_cast<double>(small_.day(4)), as_double(frame.y_max) / 2.0}, 1.0);
+        EXPECT_TRUE(screen_.plot()->zoomed);
+        button(tool)->click();
+        return screen_.plot()->zoomed;
+    };
+    dialogs_.then_file(folder_ / "components", 0);
+    EXPECT_TRUE(zoomed_after("SaveAs"));
+    EXPECT_TRUE(std::filesystem::exists(folder_ / "components.bmp"));
+    EXPECT_FALSE(zoomed_after("Copy"));
 }
 
 TEST_F(PlotWindowKeysTest, ACancelledPrintOrSaveChangesNothing) {

@@ -210,6 +210,32 @@ TEST_F(PlotWindowTest, Steps4And5AnswerEachPickWithAMessage) {
     EXPECT_EQ(plots()->currentIndex(), 0);
 }
 
+TEST_F(PlotWindowTest, Steps4And5AnswerAPickOfAZoneTooAndThePlotOfTheEarlierStepStays) {
+    open();
+    pick(k_snow_cover);
+    pick_zone(2);
+    for (const int step : {4, 5}) {
+        const std::size_t told = dialogs_.messages().size();
+        session_.run.ClimateStep = step;
+        window_->renew();
+        EXPECT_EQ(dialogs_.messages().size(), told) << "a step alone says nothing";
+        pick_zone(1);
+        ASSERT_EQ(dialogs_.messages().size(), told + 1) << step;
+        EXPECT_EQ(dialogs_.messages().back().message.text,
+                  "Plots are not available during this climate change step!");
+        EXPECT_EQ(dialogs_.messages().back().message.title, k_plot_error);
+        EXPECT_EQ(screen_.picked(), k_snow_cover);
+        EXPECT_EQ(screen_.plot()->zone, 2);
+        EXPECT_EQ(screen_.step(), 0);
+        EXPECT_EQ(from_qt(zones()->currentText()), "Zone B") << "the list shows the zone that stands";
+        EXPECT_TRUE(button("SaveAs")->isEnabled());
+    }
+    // What acts on the picture needs no results.
+    button("ZoomOut")->click();
+    EXPECT_EQ(screen_.plot()->zone, 2);
+    EXPECT_EQ(dialogs_.messages().size(), 2U);
+}
+
 TEST_F(PlotWindowTest, AnotherSimulationChangesTheListsAndThePictureStays) {
     open();
     session_.basin.Current_Sim_Name = "wy2003";
