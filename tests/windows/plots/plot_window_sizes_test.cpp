@@ -127,7 +127,8 @@ TEST_F(PlotWindowLegendTest, TheNamesStandInsideTheirPanelOnSmallAndOnDenseScree
         pick(number);
         ASSERT_NE(screen_.plot(), nullptr);
         const Plot& plot = *screen_.plot();
-        for (const SurfaceSize size : {SurfaceSize{480.0, 200.0}, {900.0, 520.0}, {3840.0, 2160.0}}) {
+        for (const SurfaceSize size :
+             {SurfaceSize{480.0, 200.0}, {900.0, 520.0}, {3840.0, 200.0}, {3840.0, 2160.0}}) {
             for (const double ratio : {1.0, 2.0}) {
                 SCOPED_TRACE("plot " + std::to_string(number_of(number)) + " of " +
                              std::to_string(size.width) + " points, ratio " + std::to_string(ratio));
