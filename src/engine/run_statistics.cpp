@@ -46,7 +46,7 @@ Hydrographs hydrographs(const SimResults& t, const RunRows& rows, const RunState
     return curves;
 }
 
-Total total(const std::vector<double>& values) {
+Total total(std::span<const double> values) {
     Total result;
     for (const double value : values) {
         if (is_missing(value)) continue;
@@ -61,21 +61,10 @@ float volume(float sum) {
     return to_single(as_double(product) / k_million);
 }
 
-void determination(const Hydrographs& curves, RunState& run) {
-    const double scale = 1.0 / static_cast<double>(curves.measured.size());
-    const double mean = as_double(run.AvgMeasuredQ);
-    float sum_mean = 0.0F;
-    float sum_difference = 0.0F;
-    for (std::size_t day = 0; day < curves.measured.size(); ++day) {
-        const double from_mean = curves.measured[day] - mean;
-        const double from_computed = curves.measured[day] - curves.computed[day];
-        sum_mean = to_single(as_double(sum_mean) + from_mean * from_mean);
-        sum_difference = to_single(as_double(sum_difference) + from_computed * from_computed);
-    }
-    const double variance = as_double(sum_mean) * scale;
-    run.former_r2 = variance == 0.0;
-    if (run.former_r2) return;
-    run.CoefficientR2 = to_single((variance - as_double(sum_difference) * scale) / variance);
+void take_determination(const Hydrographs& curves, RunState& run) {
+    const auto r2 = determination(curves.measured, curves.computed, run.AvgMeasuredQ);
+    run.former_r2 = !r2;
+    if (r2) run.CoefficientR2 = *r2;
 }
 
 void volumes(const Hydrographs& curves, RunState& run) {
@@ -88,13 +77,39 @@ void volumes(const Hydrographs& curves, RunState& run) {
     run.ComputedVolume = volume(computed.single_sum());
 }
 
-void volume_difference(RunState& run) {
-    if (run.MeasuredVolume == 0.0F) return;
-    const double reference = as_double(run.MeasuredVolume);
-    run.VolumeDifference = to_single((reference - as_double(run.ComputedVolume)) / reference * 100.0);
+void take_volume_difference(RunState& run) {
+    run.VolumeDifference =
+        volume_difference(run.MeasuredVolume, run.ComputedVolume).value_or(run.VolumeDifference);
 }
 
 }  // namespace
+
+float single_mean(std::span<const double> values) { return total(values).average(); }
+
+float discharge_volume(std::span<const double> discharge) { return volume(total(discharge).single_sum()); }
+
+std::optional<float> volume_difference(float measured_volume, float computed_volume) {
+    if (measured_volume == 0.0F) return std::nullopt;
+    const double reference = as_double(measured_volume);
+    return to_single((reference - as_double(computed_volume)) / reference * 100.0);
+}
+
+std::optional<float> determination(std::span<const double> measured, std::span<const double> computed,
+                                   float mean) {
+    const double scale = 1.0 / static_cast<double>(measured.size());
+    const double average = as_double(mean);
+    float sum_mean = 0.0F;
+    float sum_difference = 0.0F;
+    for (std::size_t day = 0; day < measured.size(); ++day) {
+        const double from_mean = measured[day] - average;
+        const double from_computed = measured[day] - computed[day];
+        sum_mean = to_single(as_double(sum_mean) + from_mean * from_mean);
+        sum_difference = to_single(as_double(sum_difference) + from_computed * from_computed);
+    }
+    const double variance = as_double(sum_mean) * scale;
+    if (variance == 0.0) return std::nullopt;
+    return to_single((variance - as_double(sum_difference) * scale) / variance);
+}
 
 StatisticsReach Run_Statistics(const SimResults& results, const RunRows& rows, RunState& run,
                                Dialogs& dialogs) {
@@ -103,8 +118,8 @@ StatisticsReach Run_Statistics(const SimResults& results, const RunRows& rows, R
         const Hydrographs curves = hydrographs(results, rows, run);
         volumes(curves, run);
         reach = StatisticsReach::Volumes;
-        determination(curves, run);
-        volume_difference(run);
+        take_determination(curves, run);
+        take_volume_difference(run);
         reach = StatisticsReach::All;
     } catch (const Fault& fault) {
         dialogs.stop(fault.what(), "Run statistics failed, probably caused by missing/invalid data");
