@@ -1,6 +1,7 @@
 // How long the stages of a run take in memory, and a whole run with its file.
 
 #include "bench/bench_basin.h"
+#include "engine/flow_run.h"
 #include "engine/run_statistics.h"
 #include "engine/runoff_custom_lag.h"
 #include "engine/runoff_simulation.h"
@@ -85,6 +86,18 @@ void runoff_custom_lag(benchmark::State& state) {
     per_zone_day(state, basin);
 }
 
+/// The discharge alone, as studies compute it.
+void flow_alone(benchmark::State& state) {
+    Case basin{state};
+    FlowRun flow{basin.inputs, basin.run, static_cast<std::size_t>(basin.days)};
+    const FlowColumns columns = flow_columns(basin.results);
+    for (auto _ : state) {
+        if (!flow.compute(columns)) state.SkipWithError("the inputs are not plain");
+        benchmark::DoNotOptimize(flow.computed().data());
+    }
+    per_zone_day(state, basin);
+}
+
 void statistics(benchmark::State& state) {
     Case basin{state};
     run_stages(basin.results, basin.basin, basin.run, basin.dialogs);
@@ -140,6 +153,7 @@ BENCHMARK(zone_inputs)->Apply(shapes);
 BENCHMARK(snow_melt)->Apply(shapes);
 BENCHMARK(runoff)->Apply(shapes);
 BENCHMARK(runoff_custom_lag)->Apply(shapes);
+BENCHMARK(flow_alone)->Apply(scaling);
 BENCHMARK(statistics)->Apply(shapes);
 BENCHMARK(run_with_file)
     ->Args({16, 1})

@@ -2,6 +2,7 @@
 // Equations and rules: docs/model.md, section 6.
 #pragma once
 
+#include "base/dialogs.h"
 #include "engine/runoff_day.h"
 
 namespace nivora {

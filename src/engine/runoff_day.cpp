@@ -1,6 +1,9 @@
 #include "engine/runoff_day.h"
 
+#include "engine/runoff_row.h"
+
 #include <algorithm>
+#include <utility>
 
 namespace nivora {
 namespace {
@@ -12,10 +15,6 @@ constexpr double k_square_feet_a_square_mile = 27878400.0;
 constexpr double k_square_metres_a_square_kilometre = 1000000.0;
 constexpr double k_smallest_share = 0.01;
 constexpr double k_high_flow_factor = 4.0;
-
-constexpr const char* k_recession_text =
-    " Present x, y recession coefficient values result in k => 1 which was replaced by the limit k = 0.99 in "
-    "order to avoid impossible results.  The user is advised to select new x and y values to keep k < 1. ";
 
 /// Whether the step keeps climate sums, and for this zone: they are kept for nine zones only.
 bool keeps_climate_sums(const RunState& run, std::size_t zone) {
@@ -38,16 +37,6 @@ void add_climate_sums(std::array<float, 5>& sums, float zonal_melt, float new_me
 
 std::array<float, 5>& climate_sums(RunState& run, std::size_t zone) {
     return run.ClimateSums[zone][static_cast<std::size_t>(run.ClimateStep)];
-}
-
-double snow_cover_melt(float cover, float degree_days, float degree_day_factor) {
-    return as_double(cover) * (as_double(degree_days) * as_double(degree_day_factor));
-}
-
-/// The depth of water of a zone that runs off.
-double runoff_depth(float rain_coefficient, float fresh, float rain, float snow_coefficient, float melt) {
-    return as_double(rain_coefficient) * (as_double(fresh) + as_double(rain)) +
-           as_double(snow_coefficient) * as_double(melt);
 }
 
 }  // namespace
@@ -163,7 +152,7 @@ bool is_heavy_on_average(const StepColumns& columns, const RunoffBasin& basin, D
     return std::isfinite(mean) && mean >= basin.threshold;
 }
 
-bool Recession::prepare_day(double x, double y, Dialogs& dialogs) {
+bool Recession::prepare_day(double x, double y) {
     assign_if_number(x_, x);
     assign_if_number(y_, y);
     double base = Q;
@@ -172,11 +161,9 @@ bool Recession::prepare_day(double x, double y, Dialogs& dialogs) {
         --high_flow_days_;
     }
     assign_if_number(share_, 1.0 - x_ * std::pow(base, -y_));
-    if (share_ > 0.0) return true;
+    if (share_ > 0.0) return false;
     share_ = k_smallest_share;
-    if (told_) return true;
-    told_ = true;
-    return dialogs.message({.text = k_recession_text, .buttons = Buttons::OkCancel}) == Answer::Ok;
+    return !std::exchange(limited_, true);
 }
 
 std::vector<DayRows> days_of(const RowOrder& rows, std::size_t zones) {

@@ -2,7 +2,6 @@
 // Equations and rules: docs/model.md, sections 4 and 7.
 #pragma once
 
-#include "base/dialogs.h"
 #include "engine/basin_inputs.h"
 #include "engine/run_state.h"
 #include "engine/step_columns.h"
@@ -98,13 +97,12 @@ public:
     /// Five days of faster recession begin with this one.
     void start_high_flow() { high_flow_days_ = 5; }
 
-    /// Computes 1 - k of the day. If k reaches 1 it is limited to 0.99;
-    /// the first time in a run asks the user.
+    /// Computes 1 - k of the day. If k reaches 1 it is limited to 0.99.
     ///
     /// @param x, y recession coefficients of the first zone's row;
     /// if one is missing the previous value is used
-    /// @return false where the user cancelled
-    [[nodiscard]] bool prepare_day(double x, double y, Dialogs& dialogs);
+    /// @return whether k was limited for the first time in the run, of which the user is told
+    [[nodiscard]] bool prepare_day(double x, double y);
 
     /// Q(n) = Q_in(n) (1 - k(n)) + Q(n-1) k(n); NaN if it is too large.
     [[nodiscard]] double discharge(double input) const { return input * share_ + (1.0 - share_) * Q; }
@@ -114,7 +112,7 @@ private:
     double x_ = 0.0;
     double y_ = 0.0;
     double share_ = 0.0;
-    bool told_ = false;
+    bool limited_ = false;
 };
 
 /// Divides rows in day order into days of `zones` rows by position; the last day may be incomplete.

@@ -2,6 +2,7 @@
 // recursion. Equations and rules: docs/model.md, sections 5, 7 and 8.
 #pragma once
 
+#include "base/dialogs.h"
 #include "engine/runoff_day.h"
 
 namespace nivora {

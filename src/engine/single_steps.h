@@ -49,4 +49,18 @@ struct PlainSteps {
     return wild == 0;
 }
 
+/// The value where the condition holds, else 0. Written with bits, since a compiler makes jumps of some other
+/// forms, and a loop with jumps gets no vector instructions.
+[[nodiscard]] inline float kept_if(bool condition, float value) {
+    return std::bit_cast<float>(std::bit_cast<std::uint32_t>(value) &
+                                (0U - static_cast<unsigned>(condition)));
+}
+
+/// One of two values, in the same way.
+[[nodiscard]] inline float chosen(bool condition, float value, float other) {
+    const std::uint32_t mask = 0U - static_cast<unsigned>(condition);
+    return std::bit_cast<float>((std::bit_cast<std::uint32_t>(value) & mask) |
+                                (std::bit_cast<std::uint32_t>(other) & ~mask));
+}
+
 }  // namespace nivora

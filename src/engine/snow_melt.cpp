@@ -112,7 +112,11 @@ private:
         }
         if (starts_in_winter_ && shape.winter_days < days)
             run_.MeltSeasonStart = results_.Date[shape.winter_days] - 1;
-        for (std::size_t zone = 1; zone <= zones; ++zone) work_full_zone(shape, zone);
+        if (run_.ClimateStep == 1 || run_.ClimateStep == 2) add_winter_precipitation(zones, days);
+        std::vector<float> stores(zones);
+        work_snow_of_zones(columns_, shape, stores);
+        for (std::size_t zone = 1; zone <= zones; ++zone)
+            keep_store({.zone = static_cast<int>(zone), .store = stores[zone - 1]});
         return true;
     }
 
@@ -127,14 +131,13 @@ private:
         return true;
     }
 
-    void work_full_zone(const SnowTableShape& shape, std::size_t zone) {
-        ZoneSnow snow{.zone = static_cast<int>(zone)};
-        if (run_.ClimateStep == 1 || run_.ClimateStep == 2) {
-            for (std::size_t row = (zone - 1) * shape.days; row < zone * shape.days; ++row)
+    /// Of the zones of a full table.
+    void add_winter_precipitation(std::size_t zones, std::size_t days) {
+        for (std::size_t zone = 1; zone <= zones; ++zone) {
+            const ZoneSnow snow{.zone = static_cast<int>(zone)};
+            for (std::size_t row = (zone - 1) * days; row < zone * days; ++row)
                 add_winter_precipitation(columns_.precipitation[row], snow);
         }
-        snow.store = work_snow_of_zone(columns_, shape, zone);
-        keep_store(snow);
     }
 
     void keep_store(const ZoneSnow& snow) {

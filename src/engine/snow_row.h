@@ -6,7 +6,10 @@
 
 namespace nivora {
 
-inline constexpr double k_least_precipitation = 0.00001;
+/// The largest Single below 0.00001, from which on precipitation counts.
+inline constexpr float k_dry = 0.00001F;
+static_assert(as_double(k_dry) < 0.00001 &&
+              as_double(std::bit_cast<float>(std::bit_cast<std::uint32_t>(k_dry) + 1)) >= 0.00001);
 inline constexpr double k_full_cover = 0.999;
 inline constexpr double k_least_depletion = 0.0001;
 inline constexpr float k_curve_not_started = -1.0F;
@@ -16,9 +19,7 @@ inline constexpr float k_curve_finished = -2.0F;
 
 [[nodiscard]] inline bool is_full_cover(float cover) { return as_double(cover) > k_full_cover; }
 
-[[nodiscard]] inline bool is_wet(float precipitation) {
-    return as_double(precipitation) >= k_least_precipitation;
-}
+[[nodiscard]] inline bool is_wet(float precipitation) { return precipitation > k_dry; }
 
 /// What falls on the store of new snow. In winter that is only what falls on the snow-free part; the rest
 /// belongs to the snowpack.

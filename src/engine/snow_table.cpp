@@ -1,24 +1,21 @@
 #include "engine/snow_table.h"
 
-#include "engine/snow_row.h"
+#include "engine/snow_passes.h"
 
 #include <algorithm>
+#include <array>
 
 namespace nivora {
 namespace {
 
-constexpr std::size_t k_block = 256;  // days, so that what the passes hand on stays in the cache
-constexpr float k_largest_depth = 1.0e6F;
-constexpr float k_largest_degree_days = 1.0e9F;
+constexpr std::size_t k_block = 64;  // days, so that what the passes hand on stays in the cache
+/// Zones that are worked side by side: each day of a store waits for the day before, so that one zone alone
+/// leaves the processor idle.
+constexpr std::size_t k_lanes = 4;
 
 /// A zone's columns from its first day on.
 struct SnowZone {
-    const float* degree_days;
-    const float* factor;
-    const float* precipitation;
-    const float* critical;
-    const float* rain_switch;
-    const float* cover;
+    SnowInputs in;
     float* at;
     float* sum_at;
     float* rain;
@@ -30,12 +27,12 @@ struct SnowZone {
 };
 
 SnowZone zone_of(const StepColumns& columns, std::size_t first) {
-    return {.degree_days = columns.degree_days.data() + first,
-            .factor = columns.degree_day_factor.data() + first,
-            .precipitation = columns.precipitation.data() + first,
-            .critical = columns.critical_temperature.data() + first,
-            .rain_switch = columns.rain_switch.data() + first,
-            .cover = columns.cover.data() + first,
+    return {.in = {.degree_days = columns.degree_days.data() + first,
+                   .factor = columns.degree_day_factor.data() + first,
+                   .precipitation = columns.precipitation.data() + first,
+                   .critical = columns.critical_temperature.data() + first,
+                   .rain_switch = columns.rain_switch.data() + first,
+                   .cover = columns.cover.data() + first},
             .at = columns.at.data() + first,
             .sum_at = columns.sum_at.data() + first,
             .rain = columns.rain.data() + first,
@@ -46,73 +43,62 @@ SnowZone zone_of(const StepColumns& columns, std::size_t first) {
             .curve_excluding = columns.curve_excluding.data() + first};
 }
 
-using NewSnow = std::array<double, k_block>;
-
-/// What a day doesn't take from the day before: potential melt, rain, and what falls on the store.
-template <bool Winter>
-void independent_part(const SnowZone& zone, std::size_t first, std::size_t count, NewSnow& fallen) {
-    const float* degree_days = zone.degree_days + first;
-    const float* factor = zone.factor + first;
-    const float* precipitation = zone.precipitation + first;
-    const float* critical = zone.critical + first;
-    const float* rain_switch = zone.rain_switch + first;
-    const float* cover = zone.cover + first;
-    float* at = zone.at + first;
-    float* rain = zone.rain + first;
-    for (std::size_t i = 0; i < count; ++i) at[i] = potential_melt<PlainSteps>(degree_days[i], factor[i]);
-    for (std::size_t i = 0; i < count; ++i) {
-        const float wet = is_wet(precipitation[i]) ? precipitation[i] : 0.0F;
-        const float warm = degree_days[i] >= critical[i] ? wet : 0.0F;
-        const float beside = rain_beside_snow<PlainSteps>(warm, cover[i]);
-        rain[i] = rain_switch[i] == 0.0F ? beside : warm;
-    }
-    for (std::size_t i = 0; i < count; ++i) {
-        const float wet = is_wet(precipitation[i]) ? precipitation[i] : 0.0F;
-        const float cold = degree_days[i] >= critical[i] ? 0.0F : wet;
-        fallen[i] = new_snow(cold, cover[i], Winter);
-    }
-}
-
 /// The state of a zone from day to day.
 struct StoreState {
     float store = 0.0F;
     float sum_at = 0.0F;
 };
 
-/// The store from day to day, and the sum of potential melt. Nothing falls on most days, and adding that zero
-/// changes nothing; an empty store melts by nothing.
-template <bool Winter>
-void dependent_part(const SnowZone& zone, std::size_t first, std::size_t count, const NewSnow& fallen,
-                    bool keeps_store, StoreState& state) {
-    StoreState now = state;
+template <std::size_t Lanes>
+struct SnowLanes {
+    std::array<SnowZone, Lanes> zones;
+    std::array<StoreState, Lanes> states{};
+    std::array<std::array<double, k_block>, Lanes> fallen;
+};
+
+/// The stores from day to day, and the sums of potential melt. Nothing falls on most days, and adding that
+/// zero changes nothing; an empty store melts by nothing.
+template <bool Winter, std::size_t Lanes>
+void dependent_part(SnowLanes<Lanes>& lanes, std::size_t first, std::size_t count, bool keeps_store) {
+    auto states = lanes.states;
     for (std::size_t i = 0; i < count; ++i) {
         const std::size_t day = first + i;
-        const float at = zone.at[day];
-        now.sum_at = sum_of<PlainSteps>(now.sum_at, at);
-        now.store = filled_store<PlainSteps>(now.store, fallen[i]);
-        zone.sum_at[day] = now.sum_at;
-        zone.snow_on_store[day] = now.store;
-        if (Winter && !keeps_store && is_full_cover(zone.cover[day])) now.store = 0.0F;
-        const float melt = melt_of_store(at, now.store);
-        now.store = melted_store<PlainSteps>(now.store, melt);
-        zone.new_melt[day] = melt;
+        for (std::size_t k = 0; k < Lanes; ++k) {
+            const SnowZone& zone = lanes.zones[k];
+            StoreState& now = states[k];
+            const float at = zone.at[day];
+            now.sum_at = sum_of<PlainSteps>(now.sum_at, at);
+            now.store = filled_store<PlainSteps>(now.store, lanes.fallen[k][i]);
+            zone.sum_at[day] = now.sum_at;
+            zone.snow_on_store[day] = now.store;
+            if (Winter && !keeps_store && is_full_cover(zone.in.cover[day])) now.store = 0.0F;
+            const float melt = melt_of_store(at, now.store);
+            now.store = melted_store<PlainSteps>(now.store, melt);
+            zone.new_melt[day] = melt;
+        }
     }
-    state = now;
+    lanes.states = states;
 }
 
-template <bool Winter>
-void work_days(const SnowZone& zone, std::size_t first, std::size_t last, bool keeps_store,
-               StoreState& state) {
-    NewSnow fallen;
+template <bool Winter, std::size_t Lanes>
+void work_days(SnowLanes<Lanes>& lanes, std::size_t first, std::size_t last, bool keeps_store) {
     for (std::size_t block = first; block < last; block += k_block) {
         const std::size_t count = std::min(k_block, last - block);
-        independent_part<Winter>(zone, block, count, fallen);
-        dependent_part<Winter>(zone, block, count, fallen, keeps_store, state);
-        const float* melt = zone.new_melt + block;
-        const float* cover = zone.cover + block;
-        float* runoff = zone.runoff_melt + block;
-        for (std::size_t i = 0; i < count; ++i)
-            runoff[i] = runoff_of_melt<PlainSteps>(melt[i], cover[i], Winter);
+        for (std::size_t k = 0; k < Lanes; ++k) {
+            const SnowZone& zone = lanes.zones[k];
+            const SnowInputs in = later(zone.in, block);
+            pass_potential_melt(in, count, zone.at + block);
+            pass_rain(in, count, zone.rain + block);
+            pass_new_snow<Winter>(in, count, lanes.fallen[k].data());
+        }
+        dependent_part<Winter>(lanes, block, count, keeps_store);
+        for (const SnowZone& zone : lanes.zones) {
+            const float* melt = zone.new_melt + block;
+            const float* cover = zone.in.cover + block;
+            float* runoff = zone.runoff_melt + block;
+            for (std::size_t i = 0; i < count; ++i)
+                runoff[i] = runoff_of_melt<PlainSteps>(melt[i], cover[i], Winter);
+        }
     }
 }
 
@@ -144,16 +130,38 @@ void curves_of_days(const SnowZone& zone, std::size_t first, std::size_t last, f
 /// it goes on with the base of a finished curve.
 void depletion_curves(const SnowZone& zone, std::size_t days) {
     float new_melt_sum = 0.0F;
-    std::size_t first = next_day(zone.cover, 0, days, false);
+    std::size_t first = next_day(zone.in.cover, 0, days, false);
     if (first == days) return;
     float base = first == 0 ? 0.0F : zone.sum_at[first - 1];
-    std::size_t last = next_day(zone.cover, first, days, true);
+    std::size_t last = next_day(zone.in.cover, first, days, true);
     if (last < days) ++last;  // the first day without cover ends the curve and has a value
     while (first < days) {
         curves_of_days(zone, first, last, base, new_melt_sum);
         base = k_curve_finished;
-        first = next_day(zone.cover, last, days, false);
-        last = next_day(zone.cover, first, days, true);
+        first = next_day(zone.in.cover, last, days, false);
+        last = next_day(zone.in.cover, first, days, true);
+    }
+}
+
+/// Works so many zones side by side, or as many as there are.
+template <std::size_t Lanes = k_lanes>
+void work_lanes(const StepColumns& columns, const SnowTableShape& shape, std::size_t first_zone,
+                std::span<float> stores) {
+    if (stores.size() < Lanes) {
+        if constexpr (Lanes > 1) work_lanes<Lanes - 1>(columns, shape, first_zone, stores);
+        return;
+    }
+    SnowLanes<Lanes> lanes;
+    for (std::size_t k = 0; k < Lanes; ++k)
+        lanes.zones[k] = zone_of(columns, (first_zone - 1 + k) * shape.days);
+    work_days<true>(lanes, 0, shape.winter_days, shape.keeps_store);
+    if (shape.winter_days < shape.days && !shape.keeps_store) {
+        for (StoreState& state : lanes.states) state.store = 0.0F;
+    }
+    work_days<false>(lanes, shape.winter_days, shape.days, shape.keeps_store);
+    for (std::size_t k = 0; k < Lanes; ++k) {
+        stores[k] = lanes.states[k].store;
+        if (shape.draws_curves) depletion_curves(lanes.zones[k], shape.days);
     }
 }
 
@@ -168,14 +176,10 @@ bool is_plain_snow(const StepColumns& columns) {
            within(columns.precipitation, k_largest_depth) && within(columns.cover, 1.0F);
 }
 
-float work_snow_of_zone(const StepColumns& columns, const SnowTableShape& shape, std::size_t zone) {
-    const SnowZone days = zone_of(columns, (zone - 1) * shape.days);
-    StoreState state;
-    work_days<true>(days, 0, shape.winter_days, shape.keeps_store, state);
-    if (shape.winter_days > 0 && shape.winter_days < shape.days && !shape.keeps_store) state.store = 0.0F;
-    work_days<false>(days, shape.winter_days, shape.days, shape.keeps_store, state);
-    if (shape.draws_curves) depletion_curves(days, shape.days);
-    return state.store;
+void work_snow_of_zones(const StepColumns& columns, const SnowTableShape& shape, std::span<float> stores) {
+    for (std::size_t done = 0; done < stores.size(); done += k_lanes) {
+        work_lanes(columns, shape, done + 1, stores.subspan(done, std::min(k_lanes, stores.size() - done)));
+    }
 }
 
 }  // namespace nivora

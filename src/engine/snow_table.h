@@ -4,7 +4,7 @@
 
 #include "engine/step_columns.h"
 
-#include <array>
+#include <span>
 
 namespace nivora {
 
@@ -21,7 +21,8 @@ struct SnowTableShape {
 /// fail, no value is negative and no zero has a sign.
 [[nodiscard]] bool is_plain_snow(const StepColumns& columns);
 
-/// Works the days of a zone, from 1. @return the store after its last day
-float work_snow_of_zone(const StepColumns& columns, const SnowTableShape& shape, std::size_t zone);
+/// Works the days of all zones. @param stores a value for each zone; set to the zones' stores after the last
+/// day
+void work_snow_of_zones(const StepColumns& columns, const SnowTableShape& shape, std::span<float> stores);
 
 }  // namespace nivora

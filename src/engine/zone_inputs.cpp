@@ -1,7 +1,7 @@
 #include "engine/zone_inputs.h"
 
-#include "engine/single_steps.h"
 #include "engine/step_columns.h"
+#include "engine/zone_row.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,11 +9,6 @@
 
 namespace nivora {
 namespace {
-
-constexpr double k_degree_day_scale = 1.0e5;  // for five decimals
-/// Below these no degree day of a full table can overflow or reach the limit of `PlainSteps::whole`.
-constexpr float k_largest_input = 1.0e6F;
-constexpr float k_largest_lapse_step = 1.0e3F;
 
 /// The inputs of the run in the units of the model.
 struct ZoneInputOptions {
@@ -33,37 +28,6 @@ struct BasinValues {
 };
 
 enum class Phase { Variables, Parameters };
-
-/// Elevation differences in the unit that lapse rates refer to; the quotient is a Single.
-std::vector<float> lapse_steps(const BasinInputs& inputs, const UnitSystem& units) {
-    const float reference = to_single(inputs.reference_elevation);
-    std::vector<float> steps(inputs.elevations.size(), 0.0F);
-    for (std::size_t zone = 1; zone < steps.size(); ++zone)
-        steps[zone] = to_single(as_double(reference) - inputs.elevations[zone]) / units.lapse_unit;
-    return steps;
-}
-
-/// T+ = max(0, T + steps x lapse rate - base), a Single that is rounded to 5 decimals, ties to even;
-/// missing if an input is missing. Adding zero takes the sign from a zero.
-template <typename Steps>
-float carried_degree_days(double degree_base, float temperature, float steps, float lapse_rate) {
-    const double carried = as_double(temperature) + as_double(steps) * as_double(lapse_rate) - degree_base;
-    const double scaled = as_double(Steps::field(carried)) * k_degree_day_scale;
-    const float degree_days = Steps::field(Steps::whole(scaled) / k_degree_day_scale + 0.0);
-    return degree_days < 0.0F ? 0.0F : degree_days;
-}
-
-/// T+ of a zone that has a temperature of its own.
-template <typename Steps>
-float own_degree_days(double degree_base, float temperature) {
-    const float degree_days = Steps::field(as_double(temperature) - degree_base);
-    return degree_days < 0.0F ? 0.0F : degree_days;
-}
-
-template <typename Steps>
-float mean_of(float maximum, float minimum) {
-    return Steps::variable((as_double(maximum) + as_double(minimum)) / 2.0);
-}
 
 float steps_of(const ZoneInputOptions& options, std::int16_t zone) {
     const auto index = static_cast<std::size_t>(zone);
@@ -169,7 +133,10 @@ public:
     }
 
     void work() const {
-        if (options_.given.temperature_max_min) average_zone_1();
+        if (options_.given.temperature_max_min) {
+            pass_mean(columns_.maximum_temperature.data(), columns_.minimum_temperature.data(), days_,
+                      columns_.average_temperature.data());
+        }
         for (std::size_t zone = 1; zone <= rows_ / days_; ++zone) {
             if (zone > 1) spread(zone);
             degree_days(zone);
@@ -178,14 +145,6 @@ public:
 
 private:
     [[nodiscard]] std::size_t first_row(std::size_t zone) const { return (zone - 1) * days_; }
-
-    void average_zone_1() const {
-        const float* maximum = columns_.maximum_temperature.data();
-        const float* minimum = columns_.minimum_temperature.data();
-        float* average = columns_.average_temperature.data();
-        for (std::size_t day = 0; day < days_; ++day)
-            average[day] = mean_of<PlainSteps>(maximum[day], minimum[day]);
-    }
 
     void spread(std::size_t zone) const {
         const BasinInputs& given = options_.given;
@@ -201,18 +160,12 @@ private:
     }
 
     void degree_days(std::size_t zone) const {
-        const float* average = columns_.average_temperature.data() + first_row(zone);
-        const float* lapse = columns_.lapse_rate.data() + first_row(zone);
-        float* degree_days = columns_.degree_days.data() + first_row(zone);
-        const double base = options_.degree_base;
-        if (options_.given.temperature_basinwide) {
-            const float steps = options_.lapse_steps[zone];
-            for (std::size_t day = 0; day < days_; ++day)
-                degree_days[day] = carried_degree_days<PlainSteps>(base, average[day], steps, lapse[day]);
-        } else {
-            for (std::size_t day = 0; day < days_; ++day)
-                degree_days[day] = own_degree_days<PlainSteps>(base, average[day]);
-        }
+        pass_degree_days({.temperature = columns_.average_temperature.data() + first_row(zone),
+                          .lapse_rate = columns_.lapse_rate.data() + first_row(zone),
+                          .lapse_steps = options_.lapse_steps[zone],
+                          .degree_base = options_.degree_base,
+                          .carried = options_.given.temperature_basinwide},
+                         days_, columns_.degree_days.data() + first_row(zone));
     }
 
     const ZoneInputOptions& options_;
@@ -273,6 +226,14 @@ Message fault_message(const Fault& fault, Phase phase, const SimResults& results
 
 UnitSystem unit_system(std::optional<Units> units) {
     return units == Units::English ? UnitSystem{1000.0F, 32.0F} : UnitSystem{100.0F, 0.0F};
+}
+
+std::vector<float> lapse_steps(const BasinInputs& inputs, const UnitSystem& units) {
+    const float reference = to_single(inputs.reference_elevation);
+    std::vector<float> steps(inputs.elevations.size(), 0.0F);
+    for (std::size_t zone = 1; zone < steps.size(); ++zone)
+        steps[zone] = to_single(as_double(reference) - inputs.elevations[zone]) / units.lapse_unit;
+    return steps;
 }
 
 std::optional<float> zone_degree_days(const UnitSystem& units, float station_temperature,

@@ -8,6 +8,7 @@
 #include "engine/sim_results.h"
 
 #include <optional>
+#include <vector>
 
 namespace nivora {
 
@@ -19,6 +20,10 @@ struct UnitSystem {
 
 /// @param units of a simulation; every value except English counts as Metric
 [[nodiscard]] UnitSystem unit_system(std::optional<Units> units);
+
+/// Elevation differences in the unit that lapse rates refer to, by zone; index 0 is not used.
+/// @throws Fault 6 where a difference lies beyond a Single
+[[nodiscard]] std::vector<float> lapse_steps(const BasinInputs& inputs, const UnitSystem& units);
 
 /// Degree days of a zone on one day: the mean temperature of the station
 /// extrapolated to the zone's mean elevation.
