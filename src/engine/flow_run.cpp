@@ -169,8 +169,8 @@ private:
     [[nodiscard]] bool work_zones();
     NIVORA_WIDE_VECTORS [[nodiscard]] bool work_zones_wide() { return work_zones(); }
     template <bool Winter>
-    [[nodiscard]] bool work_days(std::span<const FlowZone> zones, std::size_t first, std::size_t last,
-                                 std::array<float, k_lanes>& stores);
+    void work_days(std::span<const FlowZone> zones, std::size_t first, std::size_t last,
+                   std::array<float, k_lanes>& stores);
     template <bool Winter>
     void add_flow(const FlowZone& zone, const Lane& lane, Days days);
     void walk();
@@ -186,7 +186,6 @@ private:
     std::size_t winter_days_;
     bool done_ = false;
     bool limited_ = false;
-    double rain_share_ = 0.0;
     std::vector<float> means_;
     std::vector<double> flows_;
     std::vector<std::uint32_t> heavy_;
@@ -215,8 +214,9 @@ bool FlowRun::Work::has_all_days(const FlowColumns& in) const {
            (run_.UpdateInterval <= 0 || all(in.measured, true));
 }
 
-/// Whether no row can fail and none has a value for which the passes give other bits than the rows. The
-/// degree days are looked at when they are computed.
+/// Whether no row can fail and none has a value for which the passes give other bits than the rows. A missing
+/// runoff coefficient makes the day's sum missing, which shows later. Degree days of zero with a sign do not
+/// reach the discharge.
 bool FlowRun::Work::is_plain(const FlowColumns& in) const {
     const BasinInputs& given = inputs_;
     const auto within = [&](Column column, bool basinwide) {
@@ -232,8 +232,7 @@ bool FlowRun::Work::is_plain(const FlowColumns& in) const {
     return temperatures && within(in.lapse_rate, given.lapse_rate_basinwide) &&
            lapse_steps_.size() > inputs_.zones &&
            all_within(lapse_steps_.data(), lapse_steps_.size(), k_largest_lapse_step) &&
-           is_present(in.critical_temperature, days_) && is_present(in.snow_coefficient, days_) &&
-           is_present(in.rain_coefficient, days_) && is_present(in.recession_x, days_) &&
+           is_present(in.critical_temperature, days_) && is_present(in.recession_x, days_) &&
            is_present(in.recession_y, days_) &&
            depth(in.precipitation, given.precipitation_basinwide, k_largest_depth) &&
            depth(in.degree_day_factor, false, k_largest_depth) && depth(in.cover, false, 1.0F);
@@ -301,7 +300,7 @@ void FlowRun::Work::add_flow(const FlowZone& zone, const Lane& lane, Days days) 
 }
 
 template <bool Winter>
-bool FlowRun::Work::work_days(std::span<const FlowZone> zones, std::size_t first, std::size_t last,
+void FlowRun::Work::work_days(std::span<const FlowZone> zones, std::size_t first, std::size_t last,
                               std::array<float, k_lanes>& stores) {
     const bool keeps_store = run_.NoSnow;
     const std::span lanes = std::span{lanes_}.first(zones.size());
@@ -310,7 +309,6 @@ bool FlowRun::Work::work_days(std::span<const FlowZone> zones, std::size_t first
         for (std::size_t k = 0; k < zones.size(); ++k) {
             Lane& lane = lanes[k];
             pass_degree_days(later(zones[k].degree_days, days.first), days.count, lane.degree_days.data());
-            if (!all_from_zero_to(lane.degree_days.data(), days.count, k_largest_degree_days)) return false;
             const SnowInputs in = snow_inputs(zones[k], days.first, lane.degree_days.data());
             pass_potential_melt(in, days.count, lane.at.data());
             pass_rain(in, days.count, lane.rain.data());
@@ -319,7 +317,6 @@ bool FlowRun::Work::work_days(std::span<const FlowZone> zones, std::size_t first
         melt_all_stores<Winter>(lanes, zones, days, keeps_store, stores);
         for (std::size_t k = 0; k < zones.size(); ++k) add_flow<Winter>(zones[k], lanes[k], days);
     }
-    return true;
 }
 
 bool FlowRun::Work::work_zones() {
@@ -329,9 +326,9 @@ bool FlowRun::Work::work_zones() {
         const std::span zones =
             std::span<const FlowZone>{zones_}.subspan(first, std::min(k_lanes, zones_.size() - first));
         std::array<float, k_lanes> stores{};
-        if (!work_days<true>(zones, 0, winter_days_, stores)) return false;
+        work_days<true>(zones, 0, winter_days_, stores);
         if (!run_.NoSnow) stores.fill(0.0F);
-        if (!work_days<false>(zones, winter_days_, days_, stores)) return false;
+        work_days<false>(zones, winter_days_, days_, stores);
     }
     // A term that is missing or too large makes the sum of its day so, and no later term makes it finite
     // again.
@@ -361,7 +358,8 @@ bool FlowRun::Work::is_heavy(std::size_t day) {
     columns.rain_switch = rain_switch;
     columns.cover = cover;
     columns.precipitation = precipitation;
-    return is_heavy_on_average(columns, basin_, DayRows{rows}.first(zones_.size()), rain_share_);
+    double share = 0.0;  // no cover is missing, so no zone takes the share of another
+    return is_heavy_on_average(columns, basin_, DayRows{rows}.first(zones_.size()), share);
 }
 
 void FlowRun::Work::walk() {
@@ -376,7 +374,6 @@ void FlowRun::Work::walk() {
 bool FlowRun::Work::compute(const FlowColumns& in) {
     done_ = false;
     limited_ = false;
-    rain_share_ = 0.0;
     if (zones_.empty() || zones_.size() > k_most_zones || !has_all_days(in) || !is_plain(in)) return false;
     take_zones(in);
     if (!(wide_ ? work_zones_wide() : work_zones())) return false;

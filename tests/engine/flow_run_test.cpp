@@ -110,6 +110,27 @@ TEST(FlowRun, ComputesOtherInputsWithTheSameWorkingMemory) {
     EXPECT_FALSE(std::equal(before.begin(), before.end(), flow.computed().begin()));
 }
 
+TEST(FlowRun, ForgetsTheLimitOfAFormerRun) {
+    RandomTable made = good_table();
+    FlowRun flow{made.inputs, made.run, days_of_table(made)};
+    fill(made.table.Xcoeff, 3.0);
+    ASSERT_TRUE(flow.compute(flow_columns(made.table)));
+    EXPECT_TRUE(flow.limited());
+    fill(made.table.Xcoeff, 0.5);
+    ASSERT_TRUE(flow.compute(flow_columns(made.table)));
+    EXPECT_FALSE(flow.limited());
+}
+
+TEST(FlowRun, GivesTheBitsForTemperaturesThatAreZeroWithASign) {
+    RandomTable made = good_table();
+    made.inputs.temperature_max_min = made.inputs.temperature_basinwide = false;
+    made.inputs.units = Units::Metric;
+    fill(made.table.TAvg, -0.0);
+    FlowRun flow{made.inputs, made.run, days_of_table(made)};
+    ASSERT_TRUE(flow.compute(flow_columns(made.table)));
+    expect_flow(flow, made);
+}
+
 TEST(FlowRun, ReadsOnlyTheFirstZoneOfABasinwideColumn) {
     RandomTable made = good_table();
     made.inputs.temperature_max_min = false;
