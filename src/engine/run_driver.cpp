@@ -280,15 +280,10 @@ RunOutcome start_run(BasinDatabase& database, RunContext context, int index) {
 }
 
 bool run_without_storing(BasinDatabase& database, RunContext context, int index) {
-    return results_without_storing(database, context, index).has_value();
-}
-
-std::optional<SimResults> results_without_storing(BasinDatabase& database, RunContext context, int index) {
-    if (!prepare_run(context, index)) return std::nullopt;
+    if (!prepare_run(context, index)) return false;
     BuiltResults built = build_results_in_memory(database, context.basin, context.run, context.dialogs);
     RunOutcome outcome;
-    if (built.Status == 1 || !run_stages(built, context, outcome)) return std::nullopt;
-    return std::move(built.results);
+    return built.Status != 1 && run_stages(built, context, outcome);
 }
 
 RunOutcome choose_and_run(RunContext context, const RunChoice& choice,

@@ -90,10 +90,6 @@ RunOutcome start_run(BasinDatabase& database, RunContext context, int index);
 /// @return whether all stages were completed
 [[nodiscard]] bool run_without_storing(BasinDatabase& database, RunContext context, int index);
 
-/// The same with the table that the run has made; nothing if not all stages were completed.
-[[nodiscard]] std::optional<SimResults> results_without_storing(BasinDatabase& database, RunContext context,
-                                                                int index);
-
 /// A command of the Run menu.
 struct RunChoice {
     bool forecast = false;
