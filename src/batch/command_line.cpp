@@ -4,6 +4,7 @@
 #include "base/number_text.h"
 #include "base/version.h"
 #include "batch/commands.h"
+#include "batch/evaluate_options.h"
 #include "batch/plot_options.h"
 #include "batch/report_options.h"
 #include "batch/report_output.h"
@@ -429,6 +430,8 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
     CLI::App& report = add_report(app, texts);
     PlotTexts plot_texts;
     CLI::App& plot = add_plot(app, plot_texts);
+    EvaluateTexts evaluate_texts;
+    CLI::App& evaluate = add_evaluate(app, evaluate_texts);
     CLI::App& exported = add_export(app, texts);
     CLI::App& blank = add_template(app, texts);
     CLI::App& check = add_check(app, texts);
@@ -445,6 +448,8 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
         if (climate.parsed()) return climate_command(climate_of(texts), dialogs, out);
         if (report.parsed()) return report_command(report_of(texts, report), dialogs);
         if (plot.parsed()) return plot_command(plot_of(plot_texts, plot, texts.waiting()), dialogs, out);
+        if (evaluate.parsed())
+            return evaluate_command(evaluate_of(evaluate_texts, evaluate, texts.waiting()), dialogs, out);
         if (scenario.parsed()) return scenario_command(scenario_of(texts, scenario), dialogs, out);
         if (exported.parsed()) return export_command(export_of(texts), dialogs);
         if (simulations.parsed())

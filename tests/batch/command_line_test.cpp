@@ -19,7 +19,7 @@ TEST(CommandLine, HelpAndVersionSucceed) {
     const BatchResult version = batch({"--version"});
     EXPECT_EQ(version.status, 0);
     EXPECT_EQ(version.out, "Nivora 1.10\n");
-    for (const char* command : {"import", "simulations", "run", "export", "report", "template"})
+    for (const char* command : {"import", "simulations", "run", "evaluate", "export", "report", "template"})
         EXPECT_EQ(batch({command, "--help"}).status, 0);
 }
 
