@@ -67,21 +67,27 @@ std::optional<ScenarioIndexRow> index_row(BasinDatabase& database, const std::st
     return found;
 }
 
+void take_winter(ClimateContext context, DayCount winter_end) {
+    const BasinState& basin = context.run.basin;
+    RunState& run = context.run.run;
+    context.climate.WinterEndDate = winter_end;
+    run.InitialRunoff = basin.current_simulation()->initial_runoff.value_or(0.0F);
+    run.RunStart = basin.Current_Start.value_or(0);
+    run.RunEnd = winter_end;
+    run.ScenarioName = context.climate.scenario;
+}
+
 /// Takes the scenario's dates and comments over; false after a message where nothing can be evaluated.
 bool take_scenario(BasinDatabase& database, ClimateContext context) {
-    auto& [basin, run, dialogs] = context.run;
     ClimateState& climate = context.climate;
-    if (const auto problem = evaluation_problem(database, basin, climate.scenario)) {
+    Dialogs& dialogs = context.run.dialogs;
+    if (const auto problem = evaluation_problem(database, context.run.basin, climate.scenario)) {
         dialogs.message(*problem);
         return false;
     }
     const auto row = index_row(database, climate.scenario);
-    run.InitialRunoff = basin.current_simulation()->initial_runoff.value_or(0.0F);
-    run.RunStart = basin.Current_Start.value_or(0);
-    climate.WinterEndDate = whole_day(*row->winter_end_date);
     climate.ScenarioComments = row->comments.value_or("");
-    run.RunEnd = climate.WinterEndDate;
-    run.ScenarioName = climate.scenario;
+    take_winter(context, whole_day(*row->winter_end_date));
     return true;
 }
 
@@ -198,19 +204,23 @@ StepOutcome checked_first_step(BasinDatabase& database, ClimateContext context, 
     return reuse_confirmed(context) ? first_step_on_results(database, context) : StepOutcome::Refused;
 }
 
-/// @param before what to go back to where the step does not start
-StepOutcome first_step(BasinDatabase& database, ClimateContext context, const RunState& before,
-                       StepTable& table) {
+void start_first_step(ClimateContext context) {
     RunState& run = context.run.run;
-    const ClimateState climate_before = context.climate;
     run.RunKind = k_year_round_simulation;
     run.UpdateInterval = 0;
     run.notes.clear();
     clear_sums(run);
     context.climate.statistics = {};
+}
+
+/// @param before what to go back to where the step does not start
+StepOutcome first_step(BasinDatabase& database, ClimateContext context, const RunState& before,
+                       StepTable& table) {
+    const ClimateState climate_before = context.climate;
+    start_first_step(context);
     const StepOutcome outcome = checked_first_step(database, context, table);
     if (outcome == StepOutcome::Refused) {
-        run = before;
+        context.run.run = before;
         context.climate = climate_before;
     }
     return outcome;
@@ -248,6 +258,7 @@ WinterReport new_report(ClimateContext context) {
 
 /// False, after a message, if the report cannot be written.
 bool write_report(ClimateContext context, const WinterReport& report) {
+    if (context.report_file.empty()) return true;
     try {
         const BasinState& basin = context.run.basin;
         write_whole_file(context.report_file, report.written(), {basin.Work_File, basin.Basin_File});
@@ -303,16 +314,19 @@ SimResults take_table(BasinDatabase& database, StepTable& table) {
     return results;
 }
 
+bool work_later_step(SimResults& results, ClimateContext context, int step) {
+    switch (step) {
+        case 2: return second_step(results, context);
+        case 3: return third_step(results, context);
+        case 4: return fourth_step(results, context);
+        case 5: return fifth_step(results, context);
+        default: return sixth_step(results, context);
+    }
+}
+
 StepOutcome later_step(BasinDatabase& database, ClimateContext context, int step, StepTable& table) {
     SimResults results = take_table(database, table);
-    bool done = false;
-    switch (step) {
-        case 2: done = second_step(results, context); break;
-        case 3: done = third_step(results, context); break;
-        case 4: done = fourth_step(results, context); break;
-        case 5: done = fifth_step(results, context); break;
-        default: done = sixth_step(results, context); break;
-    }
+    const bool done = work_later_step(results, context, step);
     if (done && !table.in_file) {
         table.handed_on = as_stored(std::move(results));
         return StepOutcome::Done;
@@ -406,6 +420,30 @@ bool run_climate_steps(BasinDatabase& database, ClimateContext context, const st
         if (outcome != StepOutcome::Done) return false;
     }
     end_climate(context, false);
+    return true;
+}
+
+bool run_climate_steps_in_memory(SimResults& results, ClimateContext context, const MemoryScenario& scenario,
+                                 const std::function<void(int step, const SimResults& results)>& after) {
+    begin_climate(context);
+    context.climate.scenario = scenario.name;
+    RunState& run = context.run.run;
+    for (int step = 1; step <= k_climate_steps; ++step) {
+        run.ClimateStep = step;
+        if (step == 1) {
+            start_first_step(context);
+            take_winter(context, scenario.winter_end);
+            apply_scenario_rows(results, scenario.rows, context.run.basin.ZoneCount);
+            note_days_without_rows(results, context);
+            if (!run_model(results, context)) return false;
+        } else {
+            forget_notes(run, step);
+            if (!work_later_step(results, context, step)) return false;
+        }
+        results = as_stored(std::move(results));
+        context.climate.steps_done = step;
+        after(step, results);
+    }
     return true;
 }
 

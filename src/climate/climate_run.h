@@ -4,11 +4,13 @@
 #include "climate/climate_state.h"
 #include "engine/run_driver.h"
 #include "store/database.h"
+#include "store/rows.h"
 
 #include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace nivora {
 
@@ -27,7 +29,7 @@ enum class StepStage { DatesChecked, ModelStarts };
 struct ClimateContext {
     RunContext run;
     ClimateState& climate;
-    std::filesystem::path report_file;                          ///< the file of step 5's report
+    std::filesystem::path report_file;                          ///< of step 5; none is written if empty
     double now = 0.0;                                           ///< date and time of the report
     std::function<void(StepStage)> reached = [](StepStage) {};  ///< called by step 1
 };
@@ -54,6 +56,23 @@ void begin_climate(ClimateContext context);
 /// @return whether all of them were done
 [[nodiscard]] bool run_climate_steps(BasinDatabase& database, ClimateContext context,
                                      const std::string& scenario, int last_step);
+
+/// A scenario that is in no file.
+struct MemoryScenario {
+    std::string name;
+    std::vector<ScenarioRow> rows;  ///< that apply_scenario_rows can apply
+    DayCount winter_end = 0;        ///< within the simulation, and before its last day
+};
+
+/// Takes the six steps on a table that build_results_in_memory has built, to the bit as run_climate_steps,
+/// and neither reads nor writes a file. The file of step 5's report has to be empty.
+///
+/// @param after called behind each step that was done, with its table
+/// @return whether all of them were done; the others have shown why not
+/// @throws Fault if a row of the scenario cannot be applied
+[[nodiscard]] bool run_climate_steps_in_memory(
+    SimResults& results, ClimateContext context, const MemoryScenario& scenario,
+    const std::function<void(int step, const SimResults& results)>& after);
 
 /// Shows a message if the step was suspended, and sets the validity marks of the results. A step that did not
 /// run changes nothing.

@@ -326,16 +326,23 @@ bool normalize(BasinDatabase& database, SimResults& results, const Edit& edit, D
     return true;
 }
 
-/// @return false if the user cancelled
-bool apply_edit(BasinDatabase& database, SimResults& results, const Edit& edit, Dialogs& dialogs) {
+/// Every action but Normalize. A code without an action is ignored.
+void apply_plain_edit(SimResults& results, const Edit& edit) {
     switch (edit.action) {
         case static_cast<int>(EditAction::Add):
-        case static_cast<int>(EditAction::Multiply): add_or_multiply(results, edit); return true;
+        case static_cast<int>(EditAction::Multiply): add_or_multiply(results, edit); break;
         case static_cast<int>(EditAction::ShiftBackward):
-        case static_cast<int>(EditAction::ShiftForward): shift(results, edit); return true;
-        case static_cast<int>(EditAction::Normalize): return normalize(database, results, edit, dialogs);
-        default: return true;  // a code without an action is ignored
+        case static_cast<int>(EditAction::ShiftForward): shift(results, edit); break;
+        default: break;
     }
+}
+
+/// @return false if the user cancelled
+bool apply_edit(BasinDatabase& database, SimResults& results, const Edit& edit, Dialogs& dialogs) {
+    if (edit.action == static_cast<int>(EditAction::Normalize))
+        return normalize(database, results, edit, dialogs);
+    apply_plain_edit(results, edit);
+    return true;
 }
 
 /// The header of the first missing value that a row needs; empty if none is missing.
@@ -383,6 +390,15 @@ int apply_rows(BasinDatabase& database, SimResults& results, const BasinState& b
 }
 
 }  // namespace
+
+void apply_scenario_rows(SimResults& results, std::span<const ScenarioRow> rows, int zone_count) {
+    int number = 0;
+    for (const ScenarioRow& row : rows) {
+        const Edit edit = edit_of(row, ++number, zone_count);
+        if (edit.action == static_cast<int>(EditAction::Normalize)) throw no_column_fault(edit);
+        apply_plain_edit(results, edit);
+    }
+}
 
 int Apply_Scenario(BasinDatabase& database, SimResults& results, const BasinState& basin,
                    const std::string& scenario_name, Dialogs& dialogs) {

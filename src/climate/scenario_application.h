@@ -5,7 +5,9 @@
 #include "engine/sim_results.h"
 #include "store/basin_store.h"
 #include "store/database.h"
+#include "store/rows.h"
 
+#include <span>
 #include <string>
 
 namespace nivora {
@@ -17,5 +19,11 @@ namespace nivora {
 /// @return 0 if all rows were applied, 1 after a fault or an error
 [[nodiscard]] int Apply_Scenario(BasinDatabase& database, SimResults& results, const BasinState& basin,
                                  const std::string& scenario_name, Dialogs& dialogs);
+
+/// Applies rows that are in no file, in their order. They add, multiply or shift.
+///
+/// @throws Fault where Apply_Scenario shows an error, and for Normalize, which needs the averages of a file;
+///         the rows before it stay applied
+void apply_scenario_rows(SimResults& results, std::span<const ScenarioRow> rows, int zone_count);
 
 }  // namespace nivora

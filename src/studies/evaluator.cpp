@@ -5,25 +5,13 @@
 #include "engine/runoff_simulation.h"
 #include "engine/snow_melt.h"
 #include "engine/zone_inputs.h"
+#include "studies/kept_messages.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace nivora {
 namespace {
-
-/// Answers every question so that the work goes on, and keeps what was said.
-class KeptMessages : public Dialogs {
-public:
-    Answer message(const Message& message) override {
-        messages.push_back(message);
-        return go_on_answer(message.buttons);
-    }
-    std::optional<std::string> input(const InputBox& box) override { return box.proposed; }
-    std::optional<FileAnswer> file(const FileQuestion& /*question*/) override { return std::nullopt; }
-
-    std::vector<Message> messages;
-};
 
 std::optional<Message> start_problem(const BasinState& basin) {
     const Simulation* simulation = basin.current_simulation();

@@ -1,0 +1,107 @@
+#include "studies/response.h"
+
+#include "base/fault.h"
+#include "climate/climate_run.h"
+#include "climate/scenario_codes.h"
+#include "studies/kept_messages.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+
+namespace nivora {
+namespace {
+
+constexpr std::int16_t k_both_extremes = 0;
+constexpr std::int16_t k_average = 1;
+constexpr std::int16_t k_precipitation = 2;
+constexpr std::int16_t k_all_zones = 0;
+constexpr int k_winter_changed = 2;
+
+constexpr int k_winter_present = 1;
+
+/// Takes the discharge of the rows that zone 1 has up to the end of the winter, or after it.
+void take_flow(std::vector<double>& flow, const std::vector<double>& column, const StudyBasin& study,
+               bool (*belongs)(DayCount day, DayCount winter_end), DayCount winter_end) {
+    for (std::size_t day = 0; day < study.flow_rows.size(); ++day) {
+        if (belongs(study.measured.dates[day], winter_end)) flow[day] = column[study.flow_rows[day]];
+    }
+}
+
+bool in_winter(DayCount day, DayCount winter_end) { return day <= winter_end; }
+bool in_summer(DayCount day, DayCount winter_end) { return day > winter_end; }
+
+ScenarioRow row_of(const StudyBasin& study, std::int16_t variable, EditAction action, float factor) {
+    return {.variable = variable,
+            .start = study.run.RunStart,
+            .end = study.run.RunEnd,
+            .action = static_cast<std::int16_t>(action),
+            .factor = factor,
+            .zones = k_all_zones};
+}
+
+}  // namespace
+
+std::vector<ScenarioRow> scenario_rows(const StudyBasin& study, const ClimateChange& change) {
+    const std::int16_t temperature = study.inputs.temperature_max_min ? k_both_extremes : k_average;
+    return {row_of(study, temperature, EditAction::Add, change.degrees),
+            row_of(study, k_precipitation, EditAction::Multiply, change.precipitation)};
+}
+
+std::string winter_end_problem(const StudyBasin& study, DayCount winter_end) {
+    const DayCount start = study.run.RunStart;
+    const DayCount end = study.run.RunEnd;
+    if (winter_end >= start && winter_end < end) return {};
+    return fmt::format(
+        "The winter must end on a day from {} to {}, so that the simulation has a summer; {} is none.",
+        iso_date_text(start), iso_date_text(end - 1), iso_date_text(winter_end));
+}
+
+ResponseEvaluator::ResponseEvaluator(std::shared_ptr<const StudyBasin> study, DayCount winter_end)
+    : study_(std::move(study)), winter_end_(winter_end) {}
+
+ClimateResponse ResponseEvaluator::evaluate(const ClimateChange& change) {
+    ClimateResponse response{.change = change};
+    table_ = study_->table;
+    BasinState basin = study_->basin;
+    RunState run = study_->run;
+    KeptMessages dialogs;
+    const ClimateContext context{.run = {basin, run, dialogs}, .climate = response.state, .report_file = {}};
+    ClimateFlows flows;
+    flows.present.assign(study_->flow_rows.size(), as_double(k_missing));
+    flows.changed = flows.present;
+    const auto keep = [&](int step, const SimResults& results) {
+        // The next step overwrites the winter of the present climate.
+        if (step == k_winter_present)
+            take_flow(flows.present, results.DailyQ, *study_, in_winter, winter_end_);
+        if (step == k_winter_changed)
+            take_flow(flows.changed, results.DailyQ, *study_, in_winter, winter_end_);
+        if (step != k_climate_steps) return;
+        take_flow(flows.present, results.DailyQPresent, *study_, in_summer, winter_end_);
+        take_flow(flows.changed, results.DailyQ, *study_, in_summer, winter_end_);
+    };
+    try {
+        const MemoryScenario scenario{
+            .name = "response", .rows = scenario_rows(*study_, change), .winter_end = winter_end_};
+        response.done = run_climate_steps_in_memory(table_, context, scenario, keep);
+    } catch (const Fault& fault) {
+        dialogs.stop(fault.what());
+    }
+    response.notes = std::move(run.notes);
+    if (response.done) {
+        response.flows = std::move(flows);
+    } else if (!dialogs.messages.empty()) {
+        response.problem = dialogs.messages.back().text;
+    }
+    return response;
+}
+
+std::vector<ClimateChange> all_pairs(std::span<const float> degrees, std::span<const float> precipitation) {
+    std::vector<ClimateChange> pairs;
+    pairs.reserve(degrees.size() * precipitation.size());
+    for (const float added : degrees)
+        for (const float factor : precipitation) pairs.push_back({added, factor});
+    return pairs;
+}
+
+}  // namespace nivora

@@ -1,0 +1,68 @@
+// The response of a basin to changes of its climate: the six steps of an evaluation for every pair of a
+// temperature and a precipitation change, in memory.
+#pragma once
+
+#include "climate/climate_state.h"
+#include "engine/run_notes.h"
+#include "studies/evaluator.h"
+
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace nivora {
+
+/// A changed climate: the same change on every day in all zones.
+struct ClimateChange {
+    float degrees = 0.0F;        ///< added to the temperature, °C or °F
+    float precipitation = 1.0F;  ///< the factor of the precipitation
+};
+
+/// Discharge, m³/s or ft³/s, by day of `StudyBasin::measured`; NaN for a day that has none.
+struct ClimateFlows {
+    std::vector<double> present;
+    std::vector<double> changed;
+};
+
+/// What a changed climate does.
+struct ClimateResponse {
+    ClimateChange change;
+    bool done = false;                ///< all six steps were done
+    std::string problem = {};         ///< why not
+    ClimateState state = {};          ///< statistics of the steps and the seasonal summary
+    std::vector<RunNote> notes = {};  ///< such as where a rule of step 5 may mislead
+    ClimateFlows flows = {};          ///< winter and summer; empty if not done
+};
+
+/// The rows of a scenario with this change: with Max/Min temperatures both of them change, otherwise the
+/// average.
+[[nodiscard]] std::vector<ScenarioRow> scenario_rows(const StudyBasin& study, const ClimateChange& change);
+
+/// Why no evaluation can have this last day of the winter; empty if one can.
+[[nodiscard]] std::string winter_end_problem(const StudyBasin& study, DayCount winter_end);
+
+/// Evaluates changed climates, to the bit as `run_climate_steps` does with a scenario of these rows. It has
+/// a table of its own and is used by one thread at a time.
+class ResponseEvaluator {
+public:
+    /// @param winter_end that winter_end_problem accepts
+    ResponseEvaluator(std::shared_ptr<const StudyBasin> study, DayCount winter_end);
+
+    [[nodiscard]] ClimateResponse evaluate(const ClimateChange& change);
+
+    /// The table that the last evaluation left.
+    [[nodiscard]] const SimResults& table() const { return table_; }
+
+private:
+    std::shared_ptr<const StudyBasin> study_;
+    DayCount winter_end_;
+    SimResults table_;
+};
+
+/// All pairs, precipitation by precipitation for each temperature.
+[[nodiscard]] std::vector<ClimateChange> all_pairs(std::span<const float> degrees,
+                                                   std::span<const float> precipitation);
+
+}  // namespace nivora
