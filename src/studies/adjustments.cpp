@@ -43,18 +43,6 @@ const VariableInfo& info_of(StudyVariable variable) {
                          [&](const VariableInfo& info) { return info.variable == variable; });
 }
 
-double changed(double value, const Adjustment& adjustment) {
-    switch (adjustment.action) {
-        case AdjustAction::Set: return adjustment.number;
-        case AdjustAction::Add: return value + adjustment.number;
-        case AdjustAction::Multiply: return value * adjustment.number;
-    }
-    return value;
-}
-
-/// A result as the file would give it back: a zero has no sign there.
-float stored_single(double result) { return to_single_field(result) + 0.0F; }
-
 float stored_switch(double result) {
     if (is_missing(result)) return k_missing;
     const auto whole = to_integer16(result);
@@ -67,14 +55,55 @@ double stored_double(double result) {
     return result + 0.0;
 }
 
-template <typename Column, typename Stored>
-void change_rows(const SimResults& results, Column& column, const Adjustment& adjustment, Stored&& stored) {
-    for (std::size_t row = 0; row < results.size(); ++row) {
+/// A Single is checked behind the loop, which then can use vector instructions.
+template <typename Change>
+void change_singles(std::span<float> values, Change&& change) {
+    unsigned beyond = 0;
+    for (float& value : values) {
+        const auto result = static_cast<float>(change(as_double(value)));
+        beyond |= static_cast<unsigned>(std::isinf(result));
+        value = result + 0.0F;  // as the file would give it back: a zero has no sign there
+    }
+    if (beyond != 0) throw overflow_fault();
+}
+
+template <typename Change>
+void change_switches(std::span<float> values, Change&& change) {
+    for (float& value : values) value = stored_switch(change(as_double(value)));
+}
+
+template <typename Change>
+void change_doubles(std::span<double> values, Change&& change) {
+    for (double& value : values) value = stored_double(change(value));
+}
+
+/// Calls the walk with the arithmetic of the action.
+template <typename Walk>
+void with_action(const Adjustment& adjustment, Walk&& walk) {
+    const double number = adjustment.number;
+    switch (adjustment.action) {
+        case AdjustAction::Set: return walk([number](double /*value*/) { return number; });
+        case AdjustAction::Add: return walk([number](double value) { return value + number; });
+        case AdjustAction::Multiply: return walk([number](double value) { return value * number; });
+    }
+}
+
+/// Calls the change for each run of rows on end that the adjustment touches.
+template <typename Change>
+void for_touched_rows(const SimResults& results, const Adjustment& adjustment, Change&& change) {
+    const auto touched = [&](std::size_t row) {
         const auto zone = results.Zone[row];
-        if (zone < 1 || zone > k_most_zones || !adjustment.zones.at(static_cast<std::size_t>(zone))) continue;
+        if (zone < 1 || zone > k_most_zones || !adjustment.zones.at(static_cast<std::size_t>(zone)))
+            return false;
         const DayCount date = results.Date[row];
-        if (adjustment.days && (date < adjustment.days->start || date > adjustment.days->end)) continue;
-        column[row] = stored(changed(static_cast<double>(column[row]), adjustment));
+        return !adjustment.days || (date >= adjustment.days->start && date <= adjustment.days->end);
+    };
+    for (std::size_t first = 0; first < results.size(); ++first) {
+        std::size_t behind = first;
+        while (behind < results.size() && touched(behind)) ++behind;
+        if (behind == first) continue;
+        change(first, behind - first);
+        first = behind;
     }
 }
 
@@ -120,16 +149,33 @@ VariableUse variable_use(StudyVariable variable, const BasinInputs& inputs) {
     return VariableUse::ByZone;
 }
 
+StudyColumn study_column(StudyVariable variable) {
+    const VariableInfo& info = info_of(variable);
+    return {info.single, info.twofold};
+}
+
+void adjust_values(std::span<float> values, const Adjustment& adjustment) {
+    if (adjustment.variable == StudyVariable::RainContributingArea) {
+        with_action(adjustment, [&](auto change) { change_switches(values, change); });
+    } else {
+        with_action(adjustment, [&](auto change) { change_singles(values, change); });
+    }
+}
+
+void adjust_values(std::span<double> values, const Adjustment& adjustment) {
+    with_action(adjustment, [&](auto change) { change_doubles(values, change); });
+}
+
 void adjust(SimResults& results, const Adjustment& adjustment, bool no_snow) {
     if (no_snow && adjustment.variable == StudyVariable::SnowCoveredArea) return;
-    const VariableInfo& info = info_of(adjustment.variable);
-    if (info.twofold != nullptr) {
-        change_rows(results, results.*info.twofold, adjustment, stored_double);
-    } else if (adjustment.variable == StudyVariable::RainContributingArea) {
-        change_rows(results, results.*info.single, adjustment, stored_switch);
-    } else {
-        change_rows(results, results.*info.single, adjustment, stored_single);
-    }
+    const auto [single, twofold] = study_column(adjustment.variable);
+    for_touched_rows(results, adjustment, [&](std::size_t first, std::size_t count) {
+        if (twofold != nullptr) {
+            adjust_values(std::span{results.*twofold}.subspan(first, count), adjustment);
+        } else {
+            adjust_values(std::span{results.*single}.subspan(first, count), adjustment);
+        }
+    });
 }
 
 }  // namespace nivora

@@ -10,6 +10,7 @@
 
 #include <array>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -79,6 +80,20 @@ struct Adjustment {
     ZoneSet zones = {};
     std::optional<Period> days = {};  ///< all days if not set
 };
+
+/// A variable's column of the results table: one of the two is set.
+struct StudyColumn {
+    std::vector<float> SimResults::*single;
+    std::vector<double> SimResults::*twofold;
+};
+[[nodiscard]] StudyColumn study_column(StudyVariable variable);
+
+/// Changes values of the adjustment's variable, whatever their zones and days are; a Single is rounded, the
+/// switch of the contributing area to a whole number, ties to even.
+///
+/// @throws Fault 6 where a value is beyond what its field can hold; the values are partly changed
+void adjust_values(std::span<float> values, const Adjustment& adjustment);
+void adjust_values(std::span<double> values, const Adjustment& adjustment);
 
 /// Changes the columns of the present climate, row by row; a Single is rounded, the switch of the
 /// contributing area to a whole number, ties to even.

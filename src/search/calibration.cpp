@@ -1,0 +1,330 @@
+#include "search/calibration.h"
+
+#include "search/low_discrepancy.h"
+
+#include <pagmo/algorithm.hpp>
+#include <pagmo/algorithms/cmaes.hpp>
+#include <pagmo/algorithms/nsga2.hpp>
+#include <pagmo/batch_evaluators/member_bfe.hpp>
+#include <pagmo/bfe.hpp>
+#include <pagmo/population.hpp>
+#include <pagmo/problem.hpp>
+#include <pagmo/utils/multi_objective.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <mutex>
+#include <utility>
+
+namespace nivora {
+namespace {
+
+/// The cost of a run without the measure. Finite, since the methods compute with costs.
+constexpr double k_failed_cost = 1.0e30;
+constexpr std::size_t k_evaluations_a_lane = 1000;
+constexpr std::size_t k_most_lanes = 16;
+constexpr std::size_t k_most_in_population = 100;
+constexpr double k_first_step = 0.25;  // of the width of a range
+constexpr double k_least_gain = 1.0e-9;
+constexpr double k_least_step = 1.0e-9;
+
+using Point = std::vector<double>;
+using Costs = std::vector<double>;
+
+/// Ends the work of a method that cannot be asked to end.
+struct EndOfLane {};
+
+/// A point that was evaluated.
+struct Rated {
+    Point point;
+    Costs costs;
+};
+
+bool failed(const Costs& costs) {
+    return std::any_of(costs.begin(), costs.end(), [](double cost) { return cost >= k_failed_cost; });
+}
+
+/// The points that no other one dominates, in the order in which they came.
+class Front {
+public:
+    void add(const Point& point, const Costs& costs) {
+        if (failed(costs)) return;
+        const bool beaten = std::any_of(rated_.begin(), rated_.end(), [&](const Rated& rated) {
+            return rated.costs == costs || pagmo::pareto_dominance(rated.costs, costs);
+        });
+        if (beaten) return;
+        std::erase_if(rated_,
+                      [&](const Rated& rated) { return pagmo::pareto_dominance(costs, rated.costs); });
+        rated_.push_back({point, costs});
+    }
+    [[nodiscard]] const std::vector<Rated>& rated() const { return rated_; }
+
+private:
+    std::vector<Rated> rated_;
+};
+
+/// What all lanes of a search share.
+struct Shared {
+    const StudyProblem& problem;
+    const SearchOptions& options;
+    StudyJournal& journal;
+    const SearchWatch& watch;
+    std::atomic<std::size_t> done{0};
+    std::atomic<std::size_t> failures{0};
+    std::atomic<bool> stopped{false};
+
+    [[nodiscard]] Costs costs_of(StudyWorker& worker, const Point& point) const {
+        Costs costs(problem.objectives().size(), k_failed_cost);
+        if (!worker.run(problem.numbers_at(point))) return costs;
+        const auto values = worker.values(problem.fit_days());
+        for (std::size_t i = 0; i < costs.size(); ++i) {
+            if (!values[i] || !std::isfinite(*values[i])) return Costs(costs.size(), k_failed_cost);
+            costs[i] = std::min(problem.objectives()[i]->cost(*values[i]), k_failed_cost / 10.0);
+        }
+        return costs;
+    }
+
+    void count(const Costs& costs) {
+        if (failed(costs)) ++failures;
+        watch.progress(++done);
+    }
+
+    void throw_if_stopped() {
+        if (!stopped && watch.stops()) stopped = true;
+        if (stopped) throw EndOfLane{};
+    }
+};
+
+/// A lane of a search with one objective: a sequence of evaluations that depends on nothing outside it.
+class Lane {
+public:
+    Lane(Shared& shared, std::size_t number, std::size_t budget)
+        : shared_(shared),
+          number_(number),
+          budget_(budget),
+          worker_(shared.problem),
+          starts_(shared.problem.dimensions(), shared.options.seed + static_cast<unsigned>(number) * 7919U) {}
+
+    [[nodiscard]] const Front& front() const { return front_; }
+
+    double evaluate(const Point& point) {
+        if (used_ == budget_) throw EndOfLane{};
+        shared_.throw_if_stopped();
+        auto costs = shared_.journal.next(number_);
+        if (!costs) {
+            costs = shared_.costs_of(worker_, point);
+            shared_.journal.keep(number_, *costs);
+        }
+        ++used_;
+        front_.add(point, *costs);
+        shared_.count(*costs);
+        return costs->front();
+    }
+
+    void work();
+
+private:
+    void climb(std::size_t members, unsigned round);
+
+    Shared& shared_;
+    std::size_t number_;
+    std::size_t budget_;
+    std::size_t used_ = 0;
+    StudyWorker worker_;
+    LowDiscrepancy starts_;
+    std::size_t next_start_ = 0;
+    Front front_;
+};
+
+/// A lane as pagmo sees it. pagmo copies its problems, and all copies are the same lane.
+struct LaneProblem {
+    Lane* lane = nullptr;
+    std::size_t dimensions = 1;
+
+    [[nodiscard]] Costs fitness(const Point& point) const { return {lane->evaluate(point)}; }
+    [[nodiscard]] std::pair<Point, Point> get_bounds() const {
+        return {Point(dimensions, 0.0), Point(dimensions, 1.0)};
+    }
+    template <typename Archive>
+    void serialize(Archive& /*archive*/, unsigned /*version*/) {}
+};
+
+/// One climb from a new start. The best of the first points is where it begins.
+void Lane::climb(std::size_t members, unsigned round) {
+    const std::size_t dimensions = shared_.problem.dimensions();
+    const unsigned seed = shared_.options.seed + static_cast<unsigned>(number_) * 104729U + round * 1299709U;
+    pagmo::population population{pagmo::problem{LaneProblem{this, dimensions}}, 0U, seed};
+    if (number_ == 0 && round == 0) population.push_back(shared_.problem.unchanged_point());
+    while (population.size() < members) population.push_back(starts_.point(next_start_++));
+    const auto generations = static_cast<unsigned>((budget_ - used_) / members + 1);
+    const pagmo::algorithm method{pagmo::cmaes{generations, -1, -1, -1, -1, k_first_step, k_least_gain,
+                                               k_least_step, false, true, seed}};
+    static_cast<void>(method.evolve(population));
+}
+
+void Lane::work() {
+    const auto dimensions = static_cast<double>(shared_.problem.dimensions());
+    const auto members = std::max<std::size_t>(8, 4 + static_cast<std::size_t>(3.0 * std::log(dimensions)));
+    try {
+        for (unsigned round = 0; used_ < budget_; ++round) climb(members, round);
+    } catch (const EndOfLane&) {
+        // its budget is used, or the user stopped the search
+    }
+}
+
+/// The search with several objectives, whose runs of a generation are shared out to the threads.
+class Generations {
+public:
+    Generations(Shared& shared, StudyPool& pool) : shared_(shared), pool_(pool) {
+        for (unsigned thread = 0; thread < pool.threads(); ++thread) workers_.emplace_back(shared.problem);
+    }
+
+    /// @param points one after another @return their costs, one after another
+    Costs evaluate(const Point& points) {
+        const std::size_t dimensions = shared_.problem.dimensions();
+        const std::size_t count = points.size() / dimensions;
+        std::vector<Rated> batch(count);
+        std::size_t known = 0;
+        shared_.throw_if_stopped();
+        for (std::size_t i = 0; i < count; ++i) {
+            const auto first = points.begin() + static_cast<std::ptrdiff_t>(i * dimensions);
+            batch[i].point.assign(first, first + static_cast<std::ptrdiff_t>(dimensions));
+            if (known < i) continue;
+            if (auto costs = shared_.journal.next(0)) {
+                batch[i].costs = std::move(*costs);
+                ++known;
+            }
+        }
+        pool_.work(count - known, [&](unsigned thread, std::size_t index) {
+            Rated& rated = batch[known + index];
+            rated.costs = shared_.costs_of(workers_[thread], rated.point);
+        });
+        Costs all;
+        for (std::size_t i = 0; i < count; ++i) {
+            if (i >= known) shared_.journal.keep(0, batch[i].costs);
+            front_.add(batch[i].point, batch[i].costs);
+            shared_.count(batch[i].costs);
+            all.insert(all.end(), batch[i].costs.begin(), batch[i].costs.end());
+        }
+        return all;
+    }
+
+    void work();
+    [[nodiscard]] const Front& front() const { return front_; }
+
+private:
+    Shared& shared_;
+    StudyPool& pool_;
+    std::vector<StudyWorker> workers_;
+    Front front_;
+};
+
+struct GenerationsProblem {
+    Generations* generations = nullptr;
+    std::size_t dimensions = 1;
+    std::size_t objectives = 2;
+
+    [[nodiscard]] Costs fitness(const Point& point) const { return generations->evaluate(point); }
+    [[nodiscard]] std::pair<Point, Point> get_bounds() const {
+        return {Point(dimensions, 0.0), Point(dimensions, 1.0)};
+    }
+    [[nodiscard]] std::size_t get_nobj() const { return objectives; }
+    [[nodiscard]] Costs batch_fitness(const Point& points) const { return generations->evaluate(points); }
+    template <typename Archive>
+    void serialize(Archive& /*archive*/, unsigned /*version*/) {}
+};
+
+void Generations::work() {
+    const SearchOptions& options = shared_.options;
+    // A multiple of four, as the method asks.
+    const std::size_t members =
+        std::clamp<std::size_t>(options.evaluations / 20, 8, k_most_in_population) / 4 * 4;
+    const auto generations =
+        static_cast<unsigned>(std::max<std::size_t>(1, options.evaluations / members) - 1);
+    try {
+        const pagmo::problem problem{
+            GenerationsProblem{this, shared_.problem.dimensions(), shared_.problem.objectives().size()}};
+        const pagmo::bfe batches{pagmo::member_bfe{}};
+        pagmo::population population{problem, 0U, options.seed};
+        const LowDiscrepancy starts{shared_.problem.dimensions(), options.seed};
+        Point first = shared_.problem.unchanged_point();
+        for (std::size_t i = 1; i < members; ++i) {
+            const Point start = starts.point(i);
+            first.insert(first.end(), start.begin(), start.end());
+        }
+        const Costs costs = batches(problem, first);
+        const auto slice = [](const std::vector<double>& all, std::size_t index, std::size_t width) {
+            const auto begin = all.begin() + static_cast<std::ptrdiff_t>(index * width);
+            return std::vector<double>(begin, begin + static_cast<std::ptrdiff_t>(width));
+        };
+        for (std::size_t i = 0; i < members; ++i) {
+            population.push_back(slice(first, i, shared_.problem.dimensions()),
+                                 slice(costs, i, shared_.problem.objectives().size()));
+        }
+        pagmo::nsga2 method{generations, 0.95,
+                            10.0,        1.0 / static_cast<double>(shared_.problem.dimensions()),
+                            50.0,        options.seed};
+        method.set_bfe(batches);
+        static_cast<void>(method.evolve(population));
+    } catch (const EndOfLane&) {
+        // the user stopped the search
+    }
+}
+
+FoundSet found_set(StudyWorker& worker, const StudyProblem& problem, const Point& point) {
+    FoundSet set{.numbers = problem.numbers_at(point), .fit = {}, .check = {}};
+    const bool ran = worker.run(set.numbers);
+    const std::vector<std::optional<double>> none(problem.objectives().size());
+    set.fit = ran ? worker.values(problem.fit_days()) : none;
+    set.check = ran ? worker.values(problem.check_days()) : none;
+    return set;
+}
+
+}  // namespace
+
+std::size_t search_lanes(const StudyProblem& problem, const SearchOptions& options) {
+    if (problem.objectives().size() > 1 || problem.dimensions() == 0) return 1;
+    return std::clamp<std::size_t>(options.evaluations / k_evaluations_a_lane, 1, k_most_lanes);
+}
+
+FoundSets search(const StudyProblem& problem, const SearchOptions& options, StudyPool& pool,
+                 StudyJournal& journal, const SearchWatch& watch) {
+    Shared shared{problem, options, journal, watch};
+    Front front;
+    StudyWorker worker{problem};
+    if (problem.dimensions() == 0) {
+        const Costs costs = shared.costs_of(worker, {});
+        front.add({}, costs);
+        shared.count(costs);
+    } else if (problem.objectives().size() > 1) {
+        Generations generations{shared, pool};
+        generations.work();
+        front = generations.front();
+    } else {
+        const std::size_t count = search_lanes(problem, options);
+        std::vector<Front> fronts(count);
+        pool.work(count, [&](unsigned /*thread*/, std::size_t number) {
+            const std::size_t rest = number < options.evaluations % count ? 1 : 0;
+            Lane lane{shared, number, options.evaluations / count + rest};
+            lane.work();
+            fronts[number] = lane.front();
+        });
+        for (const Front& one : fronts) {
+            for (const Rated& rated : one.rated()) front.add(rated.point, rated.costs);
+        }
+    }
+    journal.flush();
+
+    FoundSets found;
+    std::vector<Rated> rated = front.rated();
+    std::stable_sort(rated.begin(), rated.end(),
+                     [](const Rated& a, const Rated& b) { return a.costs < b.costs; });
+    for (const Rated& one : rated) found.sets.push_back(found_set(worker, problem, one.point));
+    found.unchanged = found_set(worker, problem, problem.unchanged_point());
+    found.evaluations = shared.done;
+    found.failed = shared.failures;
+    found.stopped = shared.stopped;
+    return found;
+}
+
+}  // namespace nivora
