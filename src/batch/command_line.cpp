@@ -8,6 +8,7 @@
 #include "batch/plot_options.h"
 #include "batch/report_options.h"
 #include "batch/report_output.h"
+#include "batch/response_options.h"
 #include "batch/scenario_edit.h"
 
 #include <CLI/CLI.hpp>
@@ -430,6 +431,8 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
     CLI::App& report = add_report(app, texts);
     PlotTexts plot_texts;
     CLI::App& plot = add_plot(app, plot_texts);
+    ResponseTexts response_texts;
+    CLI::App& response = add_response(app, response_texts);
     EvaluateTexts evaluate_texts;
     CLI::App& evaluate = add_evaluate(app, evaluate_texts);
     CLI::App& exported = add_export(app, texts);
@@ -448,6 +451,8 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
         if (climate.parsed()) return climate_command(climate_of(texts), dialogs, out);
         if (report.parsed()) return report_command(report_of(texts, report), dialogs);
         if (plot.parsed()) return plot_command(plot_of(plot_texts, plot, texts.waiting()), dialogs, out);
+        if (response.parsed())
+            return response_command(response_of(response_texts, texts.waiting()), dialogs, out);
         if (evaluate.parsed())
             return evaluate_command(evaluate_of(evaluate_texts, evaluate, texts.waiting()), dialogs, out);
         if (scenario.parsed()) return scenario_command(scenario_of(texts, scenario), dialogs, out);

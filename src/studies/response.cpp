@@ -4,6 +4,7 @@
 #include "climate/climate_run.h"
 #include "climate/scenario_codes.h"
 #include "studies/kept_messages.h"
+#include "studies/measures.h"
 
 #include <fmt/format.h>
 
@@ -102,6 +103,33 @@ std::vector<ClimateChange> all_pairs(std::span<const float> degrees, std::span<c
     for (const float added : degrees)
         for (const float factor : precipitation) pairs.push_back({added, factor});
     return pairs;
+}
+
+std::vector<ClimateResponse> evaluate_all(const std::shared_ptr<const StudyBasin>& study, DayCount winter_end,
+                                          std::span<const ClimateChange> changes, StudyPool& pool) {
+    std::vector<ClimateResponse> responses(changes.size());
+    std::vector<ResponseEvaluator> evaluators(pool.threads(), ResponseEvaluator{study, winter_end});
+    pool.work(changes.size(), [&](unsigned thread, std::size_t index) {
+        responses[index] = evaluators[thread].evaluate(changes[index]);
+    });
+    return responses;
+}
+
+FlowFigures flow_figures(std::span<const DayCount> dates, std::span<const double> flow) {
+    std::vector<DayCount> known_dates;
+    std::vector<double> known;
+    for (std::size_t day = 0; day < flow.size(); ++day) {
+        if (is_missing(flow[day])) continue;
+        known_dates.push_back(dates[day]);
+        known.push_back(flow[day]);
+    }
+    FlowFigures figures;
+    if (known.empty()) return figures;
+    const HighestDay highest = highest_day(known_dates, known, known);
+    figures.centre_of_mass = centre_of_mass(known_dates, known);
+    figures.highest_day = highest.computed_date;
+    figures.highest = highest.computed;
+    return figures;
 }
 
 }  // namespace nivora

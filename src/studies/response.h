@@ -5,6 +5,7 @@
 #include "climate/climate_state.h"
 #include "engine/run_notes.h"
 #include "studies/evaluator.h"
+#include "studies/study_pool.h"
 
 #include <memory>
 #include <optional>
@@ -64,5 +65,21 @@ private:
 /// All pairs, precipitation by precipitation for each temperature.
 [[nodiscard]] std::vector<ClimateChange> all_pairs(std::span<const float> degrees,
                                                    std::span<const float> precipitation);
+
+/// Evaluates each change, in their order; the result does not depend on the number of threads.
+[[nodiscard]] std::vector<ClimateResponse> evaluate_all(const std::shared_ptr<const StudyBasin>& study,
+                                                        DayCount winter_end,
+                                                        std::span<const ClimateChange> changes,
+                                                        StudyPool& pool);
+
+/// What a flow over the simulation shows, for a comparison of two climates.
+struct FlowFigures {
+    std::optional<double> centre_of_mass;  ///< a day with a fraction; nothing without a volume
+    DayCount highest_day = 0;
+    double highest = k_missing;  ///< m³/s or ft³/s; NaN without days
+};
+
+/// @param flow by day; missing days are left out
+[[nodiscard]] FlowFigures flow_figures(std::span<const DayCount> dates, std::span<const double> flow);
 
 }  // namespace nivora

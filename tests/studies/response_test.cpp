@@ -6,8 +6,6 @@
 
 #include <gmock/gmock.h>
 
-#include <thread>
-
 namespace nivora {
 namespace {
 
@@ -177,18 +175,23 @@ TEST_F(ResponseTest, ThreadsShareTheBasinOfAllPairs) {
     std::vector<std::vector<double>> alone;
     ResponseEvaluator evaluator{shared, winter_end};
     for (const ClimateChange& pair : pairs) alone.push_back(evaluator.evaluate(pair).flows.changed);
-    std::vector<std::vector<double>> together(pairs.size());
-    std::vector<std::thread> threads;
-    constexpr std::size_t k_response_threads = 3;
-    for (std::size_t first = 0; first < k_response_threads; ++first) {
-        threads.emplace_back([&, first] {
-            ResponseEvaluator own{shared, winter_end};
-            for (std::size_t i = first; i < pairs.size(); i += k_response_threads)
-                together[i] = own.evaluate(pairs[i]).flows.changed;
-        });
+    StudyPool pool{3};
+    const auto together = evaluate_all(shared, winter_end, pairs, pool);
+    ASSERT_EQ(together.size(), pairs.size());
+    for (std::size_t i = 0; i < pairs.size(); ++i) {
+        EXPECT_EQ(bits_of(together[i].flows.changed), bits_of(alone[i])) << i;
+        EXPECT_EQ(together[i].change.degrees, pairs[i].degrees);
     }
-    for (std::thread& thread : threads) thread.join();
-    for (std::size_t i = 0; i < pairs.size(); ++i) EXPECT_EQ(bits_of(together[i]), bits_of(alone[i])) << i;
+}
+
+TEST(FlowFigures, LeaveMissingDaysOut) {
+    const std::vector<DayCount> dates{100, 101, 102, 103};
+    const double missing = as_double(k_missing);
+    const FlowFigures figures = flow_figures(dates, std::vector<double>{1.0, missing, 1.0, 2.0});
+    EXPECT_DOUBLE_EQ(figures.centre_of_mass.value(), 102.0);  // (0 + 2 + 6) / 4 days after 100
+    EXPECT_EQ(figures.highest_day, 103);
+    EXPECT_EQ(figures.highest, 2.0);
+    EXPECT_FALSE(flow_figures(dates, std::vector<double>(4, missing)).centre_of_mass);
 }
 
 }  // namespace
