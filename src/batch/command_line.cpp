@@ -4,7 +4,9 @@
 #include "base/number_text.h"
 #include "base/version.h"
 #include "batch/commands.h"
+#include "batch/calibrate_command.h"
 #include "batch/evaluate_options.h"
+#include "batch/progress.h"
 #include "batch/plot_options.h"
 #include "batch/report_options.h"
 #include "batch/report_output.h"
@@ -435,6 +437,7 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
     CLI::App& response = add_response(app, response_texts);
     EvaluateTexts evaluate_texts;
     CLI::App& evaluate = add_evaluate(app, evaluate_texts);
+    const CalibrateOptions calibrate{app};
     CLI::App& exported = add_export(app, texts);
     CLI::App& blank = add_template(app, texts);
     CLI::App& check = add_check(app, texts);
@@ -455,6 +458,10 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
             return response_command(response_of(response_texts, texts.waiting()), dialogs, out);
         if (evaluate.parsed())
             return evaluate_command(evaluate_of(evaluate_texts, evaluate, texts.waiting()), dialogs, out);
+        if (calibrate.app().parsed()) {
+            return calibrate_command(calibrate.command(texts.waiting()), dialogs, out, err,
+                                     errors_go_to_terminal());
+        }
         if (scenario.parsed()) return scenario_command(scenario_of(texts, scenario), dialogs, out);
         if (exported.parsed()) return export_command(export_of(texts), dialogs);
         if (simulations.parsed())
