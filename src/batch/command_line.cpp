@@ -102,6 +102,9 @@ struct Texts {
     std::vector<std::string> edits;
     std::string table;
     std::string csv;
+    std::string duplicated;
+    std::string renamed;
+    std::string other_name;
     bool json = false;
     bool refuse = false;
     std::string made;
@@ -364,10 +367,41 @@ ScenarioCommand scenario_of(const Texts& texts, const CLI::App& app) {
 }
 
 CLI::App& add_simulations(CLI::App& app, Texts& texts) {
-    CLI::App& simulations = *app.add_subcommand("simulations", "List the simulations of a basin");
+    CLI::App& simulations = *app.add_subcommand(
+        "simulations",
+        "List the simulations of a basin, copy one of them, or give it another name. What can't be done "
+        "changes nothing");
     simulations.add_option("BASIN.mdb", texts.basin, "Basin file")->required();
-    simulations.add_flag("--json", texts.json, "Print JSON");
+    auto* json = simulations.add_flag("--json", texts.json, "Print the list as JSON");
+    auto* duplicated = simulations.add_option("--duplicate", texts.duplicated,
+                                              "Name of a simulation to copy, with its parameter table and its "
+                                              "scenarios; the results stay with the one that ran");
+    auto* renamed = simulations.add_option(
+        "--rename", texts.renamed, "Name of a simulation that gets another name; results stay valid");
+    auto* name = simulations.add_option(
+        "--as", texts.other_name, "The name of the copy, or the other name: none that the basin has already");
+    duplicated->excludes(renamed)->excludes(json)->needs(name);
+    renamed->excludes(json)->needs(name);
+    simulations.callback([&texts] {
+        if (!texts.other_name.empty() && texts.duplicated.empty() && texts.renamed.empty())
+            throw CLI::ValidationError("--as", "needs --duplicate or --rename");
+    });
     return simulations;
+}
+
+SimulationNameCommand simulation_name_of(const Texts& texts, bool copy) {
+    return {.basin = path_from_utf8(texts.basin),
+            .simulation = copy ? texts.duplicated : texts.renamed,
+            .copy = copy,
+            .name = texts.other_name,
+            .wait = texts.waiting()};
+}
+
+int simulations_of(const Texts& texts, const CLI::App& app, BatchDialogs& dialogs, std::ostream& out) {
+    const bool copy = app.count("--duplicate") > 0;
+    if (copy || app.count("--rename") > 0)
+        return simulation_name_command(simulation_name_of(texts, copy), dialogs, out);
+    return simulations_command(path_from_utf8(texts.basin), texts.waiting(), texts.json, dialogs, out);
 }
 
 CLI::App& add_export(CLI::App& app, Texts& texts) {
@@ -464,9 +498,7 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
         }
         if (scenario.parsed()) return scenario_command(scenario_of(texts, scenario), dialogs, out);
         if (exported.parsed()) return export_command(export_of(texts), dialogs);
-        if (simulations.parsed())
-            return simulations_command(path_from_utf8(texts.basin), texts.waiting(), texts.json, dialogs,
-                                       out);
+        if (simulations.parsed()) return simulations_of(texts, simulations, dialogs, out);
         if (check.parsed()) return check_command(path_from_utf8(texts.basin), texts.waiting(), dialogs, out);
         if (salvage.parsed()) {
             return salvage_command(path_from_utf8(texts.basin), path_from_utf8(texts.made), dialogs, out);

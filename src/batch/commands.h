@@ -91,6 +91,15 @@ struct ScenarioCommand {
     std::chrono::milliseconds wait = k_usual_wait;
 };
 
+/// A copy of a simulation, or another name for it.
+struct SimulationNameCommand {
+    std::filesystem::path basin;
+    std::string simulation;
+    bool copy = false;
+    std::string name;  ///< of the copy, or the new one
+    std::chrono::milliseconds wait = k_usual_wait;
+};
+
 struct ExportCommand {
     std::filesystem::path basin;
     std::string table;
@@ -105,6 +114,10 @@ int import_command(const ImportCommand& command, BatchDialogs& dialogs, std::ost
 /// Lists the simulations of a basin.
 int simulations_command(const std::filesystem::path& basin, std::chrono::milliseconds wait, bool json,
                         BatchDialogs& dialogs, std::ostream& out);
+
+/// Copies a simulation with its parameter table and its scenarios, or gives it another name. A refused command
+/// changes nothing.
+int simulation_name_command(const SimulationNameCommand& command, BatchDialogs& dialogs, std::ostream& out);
 
 /// Runs a simulation, stores `SimResults` in the file and prints the statistics.
 int run_command(const RunCommand& command, BatchDialogs& dialogs, std::ostream& out);

@@ -136,6 +136,11 @@ void simulation_was_edited(Session& session) {
     session.shell.reports = false;
 }
 
+void simulation_was_renamed(Session& session) {
+    session.shell.save = !session.basin.New_Basin;
+    session.shell.save_as = true;
+}
+
 void simulation_was_run(Session& session) { session.shell.reports = true; }
 
 void simulation_was_deleted(Session& session) {

@@ -34,6 +34,8 @@ void zone_areas_were_typed(Session& session);
 void simulation_was_selected(Session& session);
 void simulation_was_edited(Session& session);
 void simulation_was_deleted(Session& session);
+/// A simulation has another name, or a copy: the basin can be saved, and results are as they were.
+void simulation_was_renamed(Session& session);
 /// A run was completed: its results can be reported.
 void simulation_was_run(Session& session);
 /// A simulation was added or deleted.

@@ -1,6 +1,8 @@
 #include "session/simulation_list.h"
 
+#include "base/text.h"
 #include "prep/sim_options.h"
+#include "prep/simulation_copies.h"
 #include "prep/simulation_grid.h"
 #include "prep/simulation_names.h"
 #include "session/availability.h"
@@ -32,6 +34,35 @@ void delete_simulation_row(Session& session, std::size_t row) {
     session.basin.current_row.reset();
     session.basin.Current_Sim_Name = k_no_simulation;
     simulation_was_deleted(session);
+}
+
+std::optional<std::vector<std::string>> duplicate_simulation_row(Session& session, std::size_t row) {
+    SimulationCopy copy;
+    {
+        const PrepContext context{session.basin, session.prep, session.dialogs};
+        BasinDatabase database{session.basin.Work_File, Access::ReadWrite};
+        const auto name = ask_copy_name(database, context, row);
+        if (!name) return std::nullopt;
+        copy = duplicate_simulation(context, database, row, *name);
+    }
+    Repaint_Sim_Grid(session);
+    choose_simulation_row(session, copy.row);
+    simulation_was_renamed(session);
+    return copy.scenarios;
+}
+
+std::optional<std::string> rename_simulation_row(Session& session, std::size_t row) {
+    const std::string former = session.basin.simulations.at(row).name;
+    {
+        const PrepContext context{session.basin, session.prep, session.dialogs};
+        BasinDatabase database{session.basin.Work_File, Access::ReadWrite};
+        const auto name = ask_new_name(database, context, row);
+        if (!name) return std::nullopt;
+        rename_simulation(context, database, row, *name);
+        if (same_name(session.run.LastRunSimulation, former)) session.run.LastRunSimulation = *name;
+    }
+    simulation_was_renamed(session);
+    return former;
 }
 
 void definition_was_closed(Session& session, bool accepted, std::optional<std::size_t> row_before) {

@@ -5,6 +5,8 @@
 #include "session/session.h"
 
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace nivora {
 
@@ -14,6 +16,15 @@ namespace nivora {
 
 /// Deletes a row of the grid with its parameter table; no simulation is selected then. @throws StoreError
 void delete_simulation_row(Session& session, std::size_t row);
+
+/// Asks for a name and copies a row of the grid with its parameter table and its scenarios; the copy is the
+/// current simulation then. @return the names of the copied scenarios; nothing if the user gave no name.
+/// @throws StoreError, with the basin as it was
+std::optional<std::vector<std::string>> duplicate_simulation_row(Session& session, std::size_t row);
+
+/// Asks for another name of a simulation and gives it to all that knows the simulation by its name.
+/// @return its former name; nothing if it keeps its name. @throws StoreError, with the basin as it was
+std::optional<std::string> rename_simulation_row(Session& session, std::size_t row);
 
 /// Updates what can be chosen after the window of a definition has closed: the grid may have a new row.
 ///
