@@ -11,6 +11,7 @@
 #include "batch/report_options.h"
 #include "batch/report_output.h"
 #include "batch/response_options.h"
+#include "batch/sample_command.h"
 #include "batch/scenario_edit.h"
 
 #include <CLI/CLI.hpp>
@@ -373,11 +374,12 @@ CLI::App& add_simulations(CLI::App& app, Texts& texts) {
         "changes nothing");
     simulations.add_option("BASIN.mdb", texts.basin, "Basin file")->required();
     auto* json = simulations.add_flag("--json", texts.json, "Print the list as JSON");
-    auto* duplicated = simulations.add_option("--duplicate", texts.duplicated,
-                                              "Name of a simulation to copy, with its parameter table and its "
-                                              "scenarios; the results stay with the one that ran");
-    auto* renamed = simulations.add_option(
-        "--rename", texts.renamed, "Name of a simulation that gets another name; results stay valid");
+    auto* duplicated =
+        simulations.add_option("--duplicate", texts.duplicated,
+                               "Name of a simulation to copy, with its parameter table and its "
+                               "scenarios; the results stay with the one that ran");
+    auto* renamed = simulations.add_option("--rename", texts.renamed,
+                                           "Name of a simulation that gets another name; results stay valid");
     auto* name = simulations.add_option(
         "--as", texts.other_name, "The name of the copy, or the other name: none that the basin has already");
     duplicated->excludes(renamed)->excludes(json)->needs(name);
@@ -472,6 +474,8 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
     EvaluateTexts evaluate_texts;
     CLI::App& evaluate = add_evaluate(app, evaluate_texts);
     const CalibrateOptions calibrate{app};
+    const SampleOptions sample{app};
+    const GatherOptions gather{app};
     CLI::App& exported = add_export(app, texts);
     CLI::App& blank = add_template(app, texts);
     CLI::App& check = add_check(app, texts);
@@ -496,6 +500,11 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
             return calibrate_command(calibrate.command(texts.waiting()), dialogs, out, err,
                                      errors_go_to_terminal());
         }
+        if (sample.app().parsed()) {
+            return sample_command(sample.command(texts.waiting()), dialogs, out, err,
+                                  errors_go_to_terminal());
+        }
+        if (gather.app().parsed()) return gather.run(dialogs, out);
         if (scenario.parsed()) return scenario_command(scenario_of(texts, scenario), dialogs, out);
         if (exported.parsed()) return export_command(export_of(texts), dialogs);
         if (simulations.parsed()) return simulations_of(texts, simulations, dialogs, out);
