@@ -63,6 +63,8 @@ private:
     void toggle_snow();
     void add_simulation();
     void delete_simulation();
+    void duplicate_simulation();
+    void rename_simulation();
     void show_definition();
     void import_file();
     void follow(DataOutcome outcome);

@@ -31,6 +31,8 @@ enum class Command {
     Paste,
     InsertRow,
     DeleteRow,
+    DuplicateSimulation,
+    RenameSimulation,
     NoSnow,
     MeltTemperature,
     MeltRadiation,

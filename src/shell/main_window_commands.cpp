@@ -39,6 +39,8 @@ void frmNVR::do_command(Command command) {
         case Command::Paste: return edit_target_->paste();
         case Command::InsertRow: return add_simulation();
         case Command::DeleteRow: return delete_simulation();
+        case Command::DuplicateSimulation: return duplicate_simulation();
+        case Command::RenameSimulation: return rename_simulation();
         case Command::NoSnow: return toggle_snow();
         case Command::MeltTemperature:
         case Command::MeltRadiation: return show_labels();

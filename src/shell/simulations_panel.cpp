@@ -10,6 +10,7 @@
 
 #include <QGridLayout>
 #include <QLabel>
+#include <QMenu>
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QTimer>
@@ -59,6 +60,7 @@ void SimulationsPanel::make_grid(QGridLayout* layout) {
     grid_->set_empty_area_colour(QColor::fromRgb(k_empty_grid_colour));
     layout->addWidget(grid_, 1, 0, 1, 5);
     connect(grid_, &GridView::left_cell, this, &SimulationsPanel::cell_left);
+    connect(grid_, &GridView::menu_asked, this, [this](QMenu* menu) { add_entries(*menu); });
     connect(simulations_, &GridModel::edited, this, [this](int, int first_column, int, int last_column) {
         edited_simulation(session_);
         emit edited();
@@ -90,6 +92,26 @@ void SimulationsPanel::make_buttons(QGridLayout* layout) {
         connect(made, &QPushButton::clicked, this,
                 [this, command = button.command] { emit chosen(command); });
         buttons_.at(index) = made;
+    }
+}
+
+/// Entries of the context menu beside those of the clipboard.
+void SimulationsPanel::add_entries(QMenu& menu) {
+    struct Entry {
+        const char* name;
+        const char* caption;
+        Command command;
+    };
+    constexpr std::array<Entry, 2> k_entries{
+        {{"gridDuplicate", "&Duplicate simulation...", Command::DuplicateSimulation},
+         {"gridRename", "&Rename simulation...", Command::RenameSimulation}}};
+    const bool open = active_row() && !session_.shell.climate_window;
+    menu.addSeparator();
+    for (const Entry& entry : k_entries) {
+        QAction* added = menu.addAction(QString::fromUtf8(entry.caption), this,
+                                        [this, command = entry.command] { emit chosen(command); });
+        added->setObjectName(QString::fromUtf8(entry.name));
+        added->setEnabled(open);
     }
 }
 
@@ -135,6 +157,12 @@ void SimulationsPanel::commit_edits() { grid_->commit_editor(); }
 void SimulationsPanel::go_to_cell(int row, int column) {
     grid_->setFocus();
     grid_->setCurrentIndex(simulations_->index(row, column));
+}
+
+std::optional<std::size_t> SimulationsPanel::active_row() const {
+    const QModelIndex active = grid_->currentIndex();
+    if (!active.isValid()) return std::nullopt;
+    return static_cast<std::size_t>(active.row());
 }
 
 std::optional<std::size_t> SimulationsPanel::row_to_delete() {

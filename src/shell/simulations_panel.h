@@ -11,6 +11,7 @@
 
 class QGridLayout;
 class QLabel;
+class QMenu;
 class QPushButton;
 
 namespace nivora {
@@ -37,6 +38,8 @@ public:
     /// Stores the cell that is being edited in the basin's state.
     void commit_edits();
     void go_to_cell(int row, int column);
+    /// The row of the active cell.
+    [[nodiscard]] std::optional<std::size_t> active_row() const;
     /// The active row, if the user agrees to delete it.
     [[nodiscard]] std::optional<std::size_t> row_to_delete();
     /// Makes the last row the active one without selecting it.
@@ -56,6 +59,7 @@ signals:
 private:
     void make_grid(QGridLayout* layout);
     void make_buttons(QGridLayout* layout);
+    void add_entries(QMenu& menu);
     void select_current_row();
     void return_to_current_row();
     void row_selected();

@@ -44,6 +44,11 @@ void WindowKeeper::close_results() {
     if (results_) results_->close();
 }
 
+void WindowKeeper::simulation_was_renamed(const std::string& former, const std::string& name) {
+    if (results_) results_->simulation_was_renamed(former, name);
+    close_plots();
+}
+
 void WindowKeeper::show_plots() {
     if (!plots_) plots_ = std::make_unique<frmNVRPlot>(context_, colours_, plot_screen_, nullptr);
     plots_->open();

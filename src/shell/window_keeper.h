@@ -28,6 +28,8 @@ public:
     /// Shows the statistics of the last run.
     void show_results();
     void close_results();
+    /// Shows the new name with the statistics of the simulation, and closes its plots.
+    void simulation_was_renamed(const std::string& former, const std::string& name);
 
     /// Shows the plots of the current simulation.
     void show_plots();

@@ -1,6 +1,7 @@
 #include "windows/engine/Results.h"
 
 #include "base/number_text.h"
+#include "base/text.h"
 #include "engine/results_summary.h"
 #include "reports/print_texts.h"
 #include "widgets/controls.h"
@@ -150,6 +151,10 @@ void Results::fill() {
     period_ = period_summary(run);
     refresh_status();
     show_basin_file();
+}
+
+void Results::simulation_was_renamed(const std::string& former, const std::string& name) {
+    if (same_name(from_qt(simulation_name_->text()), former)) simulation_name_->setText(to_qt(name));
 }
 
 /// The labels, then the statistics, then notes and comments, as the window shows them.

@@ -20,6 +20,8 @@ public:
 
     /// Fills the window with the values of the run from the session.
     void fill();
+    /// Shows the new name of a simulation if its statistics are shown.
+    void simulation_was_renamed(const std::string& former, const std::string& name);
     /// Says in the status line whether the statistics shown are still those of the results and the inputs.
     void refresh_status();
 
