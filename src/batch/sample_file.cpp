@@ -92,18 +92,16 @@ struct Part {
 };
 
 Part read_part(const std::filesystem::path& path) {
-    Part part{.path = path, .title = {}, .names = {}, .lines = read_whole_file(path, k_most_bytes)};
-    std::string_view rest = part.lines;
+    const std::string content = read_whole_file(path, k_most_bytes);
+    std::string_view rest = content;
     const auto first = take_line(rest);
     const auto title = first ? read_title(*first) : std::nullopt;
     const auto names = take_line(rest);
     if (!title || !names) refuse(path, "this is not a part of a sample");
-    part.title = *title;
-    part.names = std::string{*names};
-    part.lines = std::string{rest};
+    Part part{.path = path, .title = *title, .names = std::string{*names}, .lines = std::string{rest}};
     const auto lines = static_cast<std::size_t>(std::count(rest.begin(), rest.end(), '\n'));
     const std::size_t runs = title->span.behind - title->span.first;
-    if (lines != runs || !part.lines.ends_with('\n') != part.lines.empty()) {
+    if (lines != runs || (!rest.empty() && !rest.ends_with('\n'))) {
         refuse(path, fmt::format(
                          "the part is not complete: {} of its {} runs are there; go on with it with --resume",
                          lines, runs));
