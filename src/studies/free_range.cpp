@@ -111,6 +111,15 @@ std::string read_days(FreeRange& range, std::string_view text) {
     return {};
 }
 
+/// A period without a day of the simulation would change nothing.
+std::string period_problem_of(const FreeRange& range, const BasinInputs& inputs) {
+    if (!range.days || !inputs.start || !inputs.end) return {};
+    if (range.days->start <= *inputs.end && range.days->end >= *inputs.start) return {};
+    return fmt::format("the simulation, from {} to {}, has no day from {} to {}",
+                       iso_date_text(*inputs.start), iso_date_text(*inputs.end),
+                       iso_date_text(range.days->start), iso_date_text(range.days->end));
+}
+
 /// What the simulation's options forbid.
 std::string use_problem(const FreeRange& range, const BasinInputs& inputs) {
     const VariableUse use = variable_use(range.variable, inputs);
@@ -137,6 +146,7 @@ std::variant<FreeRange, std::string> read_free_range(std::string_view text, cons
     if (problem.empty()) problem = read_limits(range, parts[2]);
     if (problem.empty()) problem = read_zones(range, parts[3], inputs.zones);
     if (problem.empty() && parts.size() == k_most_parts) problem = read_days(range, parts[4]);
+    if (problem.empty()) problem = period_problem_of(range, inputs);
     if (problem.empty()) problem = use_problem(range, inputs);
     if (!problem.empty()) return problem;
     return range;
