@@ -35,12 +35,12 @@ std::string number_text(double value) { return is_missing(value) ? k_unknown : s
 
 Json json_number(double value) { return is_missing(value) ? Json(nullptr) : Json(static_cast<float>(value)); }
 
+/// The remark stands below, since lines of a terminal and of a page are short.
 void print_measure(const MeasureRow& row, Units units, std::ostream& out) {
-    const std::string line = left(row.name, k_name_width) + right(value_text(row.value), k_value_width) +
-                             "  " + left(measure_unit_text(row.unit, units), k_unit_width) +
-                             right(seven_digit_text(row.best), 4) + "  " + left(row.formula, 7) + "  " +
-                             row.remark;
-    out << right_trimmed(line) << '\n';
+    out << left(row.name, k_name_width) << right(value_text(row.value), k_value_width) << "  "
+        << left(measure_unit_text(row.unit, units), k_unit_width) << right(seven_digit_text(row.best), 4)
+        << "  " << row.formula << '\n';
+    if (!row.remark.empty()) out << "    " << row.remark << '\n';
 }
 
 void print_months(const PrintedComparison& comparison, std::ostream& out) {
@@ -119,7 +119,7 @@ void print_measures(const PrintedComparison& comparison, std::ostream& out) {
         missing.asked, missing.asked - missing.left_out, missing.left_out, missing.measured,
         missing.computed);
     out << left("Measure", k_name_width) << right("Value", k_value_width) << "  "
-        << left("Unit", k_unit_width) << "Best  Formula  Remark\n";
+        << left("Unit", k_unit_width) << "Best  Formula\n";
     for (const MeasureRow& row : measure_table(comparison.days, comparison.units))
         print_measure(row, comparison.units, out);
     print_months(comparison, out);
