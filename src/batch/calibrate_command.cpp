@@ -3,6 +3,7 @@
 #include "base/durable_file.h"
 #include "batch/calibrate_output.h"
 #include "batch/commands.h"
+#include "batch/fitted_simulation.h"
 #include "batch/interruption.h"
 #include "batch/output_guard.h"
 #include "batch/progress.h"
@@ -56,11 +57,32 @@ FoundSets watched_search(const CalibrateCommand& command, const StudyProblem& pr
                    .progress = [&](std::size_t done) { progress.update(done); }});
 }
 
+/// Stores the best set, or the first of a front. @return false after a report
+bool store_best(const CalibrateCommand& command, const StudyProblem& problem, const FoundSets& found,
+                BatchDialogs& dialogs, std::ostream& out) {
+    if (!command.save_as) return true;
+    if (!store_fitted(command.study.source.basin, command.study.source.simulation, *command.save_as, problem,
+                      found.sets.front().numbers, command.study.wait, dialogs))
+        return false;
+    out << fmt::format("Stored {} as the simulation '{}'\n",
+                       found.sets.size() > 1 ? "the first set" : "what was found", *command.save_as);
+    return true;
+}
+
 int calibrate(const CalibrateCommand& command, BatchDialogs& dialogs, std::ostream& out, std::ostream& err,
               bool terminal) {
     refuse_outputs(command);
     const auto problem = study_problem(command.study, dialogs);
     if (!problem) return k_failed;
+    if (command.save_as) {
+        const std::string text =
+            fitted_name_problem(command.study.source.basin, command.study.source.simulation, *command.save_as,
+                                *problem, command.study.wait, dialogs);
+        if (!text.empty()) {
+            dialogs.report_problem("The study can't begin", text);
+            return k_failed;
+        }
+    }
     const SearchOptions how{.evaluations = command.evaluations, .seed = command.study.seed};
     const std::string options = study_options_line(*problem, command.study, command.evaluations);
     const auto journal = journal_of(command, *problem, options, how);
@@ -76,7 +98,7 @@ int calibrate(const CalibrateCommand& command, BatchDialogs& dialogs, std::ostre
         return k_stopped;
     }
     if (command.out) std::filesystem::remove(state_file(*command.out));
-    if (!found.sets.empty()) return k_done;
+    if (!found.sets.empty()) return store_best(command, *problem, found, dialogs, out) ? k_done : k_failed;
     dialogs.report_problem("Nothing found",
                            "No numbers of these ranges gave a run with the measures that were asked "
                            "for. Does the simulation run without them?");
@@ -109,6 +131,8 @@ CalibrateOptions::CalibrateOptions(CLI::App& app)
         ->check(CLI::Range(std::size_t{1}, k_most_evaluations))
         ->capture_default_str();
     CLI::Option* out = command_->add_option("--out", texts_->out, "Write what was found as JSON");
+    command_->add_option("--save-as", texts_->save_as,
+                         "Store what was found as a new simulation of this name, with its own parameters");
     command_
         ->add_flag("--resume", texts_->resume, "Go on with a search that was stopped, with the same options")
         ->needs(out);
@@ -122,6 +146,7 @@ CalibrateCommand CalibrateOptions::command(std::chrono::milliseconds wait) const
     command.study.objectives = texts_->objectives;
     command.evaluations = texts_->evaluations;
     if (command_->count("--out") > 0) command.out = path_from_utf8(texts_->out);
+    if (command_->count("--save-as") > 0) command.save_as = texts_->save_as;
     command.resume = texts_->resume;
     return command;
 }
@@ -131,6 +156,8 @@ int calibrate_command(const CalibrateCommand& command, BatchDialogs& dialogs, st
     try {
         return calibrate(command, dialogs, out, err, terminal);
     } catch (const FileError& error) {
+        dialogs.report_problem("The calibration stopped", error.what());
+    } catch (const StoreError& error) {
         dialogs.report_problem("The calibration stopped", error.what());
     }
     return k_failed;

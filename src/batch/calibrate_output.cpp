@@ -16,6 +16,8 @@ using DoubleJson = nlohmann::ordered_json;
 
 std::string value_text(const std::optional<double>& value) { return value ? seven_digit_text(*value) : "-"; }
 
+std::string number_text(double number) { return is_missing(number) ? "-" : seven_digit_text(number); }
+
 DoubleJson value_json(const std::optional<double>& value) {
     return value ? DoubleJson(*value) : DoubleJson(nullptr);
 }
@@ -30,7 +32,9 @@ DoubleJson measures_json(const StudyProblem& problem, const std::vector<std::opt
 DoubleJson set_json(const StudyProblem& problem, const FoundSet& set) {
     DoubleJson numbers = DoubleJson::array();
     for (std::size_t i = 0; i < problem.ranges().size(); ++i)
-        numbers.push_back({{"range", problem.ranges()[i].text}, {"number", set.numbers[i]}});
+        numbers.push_back(
+            {{"range", problem.ranges()[i].text},
+             {"number", is_missing(set.numbers[i]) ? DoubleJson(nullptr) : DoubleJson(set.numbers[i])}});
     DoubleJson json{{"numbers", numbers}, {"fit", measures_json(problem, set.fit)}};
     if (!problem.check_days().measured.empty()) json["check"] = measures_json(problem, set.check);
     return json;
@@ -57,7 +61,7 @@ void print_best(const StudyProblem& problem, const FoundSets& found, std::ostrea
     out << fmt::format("\n{:{}}{:>14}{:>14}\n", "", width, "unchanged", "found");
     for (std::size_t i = 0; i < problem.ranges().size(); ++i) {
         out << fmt::format("{:{}}{:>14}{:>14}\n", problem.ranges()[i].text, width,
-                           seven_digit_text(found.unchanged.numbers[i]), seven_digit_text(best.numbers[i]));
+                           number_text(found.unchanged.numbers[i]), seven_digit_text(best.numbers[i]));
     }
     for (std::size_t i = 0; i < problem.objectives().size(); ++i) {
         const char* name = problem.objectives()[i]->name;
@@ -75,7 +79,7 @@ void print_row(const StudyProblem& problem, const std::string& name, const Found
     if (!problem.check_days().measured.empty()) {
         for (const auto& value : set.check) out << fmt::format("{:>18}", value_text(value));
     }
-    for (const double number : set.numbers) out << fmt::format("{:>14}", seven_digit_text(number));
+    for (const double number : set.numbers) out << fmt::format("{:>14}", number_text(number));
     out << '\n';
 }
 

@@ -280,6 +280,21 @@ FoundSet found_set(StudyWorker& worker, const StudyProblem& problem, const Point
     return set;
 }
 
+/// The simulation as it is. The number that changes nothing is missing where a range sets values.
+FoundSet unchanged_set(const StudyProblem& problem) {
+    std::vector<StudyCase> cases = problem.cases();
+    for (StudyCase& one : cases) one.ranges.clear();
+    const StudyProblem plain{std::move(cases), problem.objectives()};
+    StudyWorker worker{plain};
+    FoundSet set = found_set(worker, plain, {});
+    for (const FreeRange& range : problem.ranges()) {
+        const bool sets = range.action == AdjustAction::Set;
+        set.numbers.push_back(sets ? as_double(k_missing)
+                                   : (range.action == AdjustAction::Multiply ? 1.0 : 0.0));
+    }
+    return set;
+}
+
 }  // namespace
 
 std::size_t search_lanes(const StudyProblem& problem, const SearchOptions& options) {
@@ -320,7 +335,7 @@ FoundSets search(const StudyProblem& problem, const SearchOptions& options, Stud
     std::stable_sort(rated.begin(), rated.end(),
                      [](const Rated& a, const Rated& b) { return a.costs < b.costs; });
     for (const Rated& one : rated) found.sets.push_back(found_set(worker, problem, one.point));
-    found.unchanged = found_set(worker, problem, problem.unchanged_point());
+    found.unchanged = unchanged_set(problem);
     found.evaluations = shared.done;
     found.failed = shared.failures;
     found.stopped = shared.stopped;

@@ -32,7 +32,7 @@ struct FoundSets {
     /// One objective: the best set. Several: the front of compromises, none better than another in all
     /// objectives, from the best to the worst in the first one. Empty where no run had the measures.
     std::vector<FoundSet> sets;
-    FoundSet unchanged;           ///< the numbers that change nothing, as near as the ranges allow
+    FoundSet unchanged;           ///< the simulation as it is; a range that sets values has no number
     std::size_t evaluations = 0;  ///< that were computed or taken from the journal
     std::size_t failed = 0;       ///< of these, those that gave no measure
     bool stopped = false;         ///< whether the user stopped it: the sets are the best so far
