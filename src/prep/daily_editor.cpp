@@ -100,6 +100,18 @@ DailySelection selection(DataView view, const DailyQuery& query, const std::vect
 
 }  // namespace
 
+std::optional<double> kept_daily_value(const DailyColumn& column, double value) {
+    if (outside_limits(column, value)) return std::nullopt;
+    return kept_value(column.type, value);
+}
+
+std::string daily_refusal(const DailyColumn& column, double value) {
+    if (outside_limits(column, value)) return limits_refusal(*column.low, *column.high);
+    if (kept_value(column.type, value)) return {};
+    const bool fraction = column.type == FieldType::Integer && value != std::floor(value);
+    return fraction ? "a whole number is needed" : k_number_too_large;
+}
+
 std::string daily_print_suffix(DataView view) {
     switch (view) {
         case DataView::PhysicalData: return "_variables";
@@ -205,19 +217,15 @@ double DailyEditor::value(std::size_t row, std::size_t column) const {
 }
 
 std::string DailyEditor::refusal(std::size_t column, double value) const {
-    const DailyColumn& shown = content_->columns.at(column);
-    if (outside_limits(shown, value)) return limits_refusal(*shown.low, *shown.high);
-    if (kept_value(shown.type, value)) return {};
-    const bool fraction = shown.type == FieldType::Integer && value != std::floor(value);
-    return fraction ? "a whole number is needed" : k_number_too_large;
+    return daily_refusal(content_->columns.at(column), value);
 }
 
 bool DailyEditor::set_value(std::size_t row, std::size_t column, double value) {
     Content& content = *content_;
     if (!content.transaction.is_open() || content.view == DataView::Scenario || column == 0) return false;
     const DailyColumn& shown = content.columns.at(column);
-    const auto kept = kept_value(shown.type, value);
-    if (!kept || outside_limits(shown, value)) return false;
+    const auto kept = kept_daily_value(shown, value);
+    if (!kept) return false;
     double& held = content.days.values.at(content.cell(row, column));
     if (same_value(held, *kept)) return true;
     content.fields.store(content.days.rows[row], column - 1, *kept);

@@ -31,6 +31,12 @@ struct DailyColumn {
 /// The columns of a view, one for each field, `Date` first.
 [[nodiscard]] std::vector<DailyColumn> daily_columns(DataView view, const std::vector<std::string>& fields);
 
+/// A number as the cells of a column keep it; nothing if they can't hold it. A missing value stays missing.
+[[nodiscard]] std::optional<double> kept_daily_value(const DailyColumn& column, double value);
+
+/// Why the cells of a column can't hold a number: a clause without a full stop; empty if they can.
+[[nodiscard]] std::string daily_refusal(const DailyColumn& column, double value);
+
 /// The end of the name that is proposed for a print of a view: "_variables", "_parameters", "_Results", or
 /// nothing for a scenario's values.
 [[nodiscard]] std::string daily_print_suffix(DataView view);
