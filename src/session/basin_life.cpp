@@ -120,6 +120,8 @@ bool BasinLife::read_recovered(const RecoveryState& state) {
         const bool current = change_counter(basin.Work_File) == state.change_counter;
         recovered_results_ = complete_work_file(state, basin.Work_File);
         BasinDatabase work{basin.Work_File, Access::ReadOnly};
+        // An earlier recovery may have left out damaged results.
+        recovered_results_ = recovered_results_ && work.has_table(k_sim_results);
         read_basin(work, basin);
         take_boxes_and_grids(state, basin, work, current);
         session_.prep.record = Scan_Physical_Data(work);
@@ -167,7 +169,7 @@ void BasinLife::keep_recovery() {
     if (!started_) return;
     if (!basin.Basin_Changed && session_.prep.daily_edits.empty()) {
         // After the answer No the state stays until another basin takes the working file.
-        if (!declined_) recovery_.remove();
+        if (!declined_) static_cast<void>(recovery_.remove());  // the next call tries again
         return;
     }
     RecoveryState state = recovery_state(session_, known_content_);
@@ -177,7 +179,16 @@ void BasinLife::keep_recovery() {
 
 void BasinLife::end() {
     started_ = false;
-    recovery_.remove();
+    static_cast<void>(recovery_.remove());  // one that stays is asked about at the next start
+}
+
+/// Before another basin takes the working file: with that, the state would bring back a mixture of two
+/// basins.
+/// @throws FileError
+void BasinLife::remove_recovery() {
+    if (recovery_.remove()) return;
+    throw FileError("The file '" + path_text(recovery_.file()) +
+                    "' can't be removed. It holds unsaved changes of the open basin.");
 }
 
 void BasinLife::start_blank() {
@@ -203,7 +214,7 @@ bool BasinLife::copy_blank() {
     const bool missing = !fs::exists(fs::symlink_status(template_file_, unknown));
     try {
         if (missing) BasinDatabase::create_template(template_file_);
-        recovery_.remove();  // it belongs to the working file that is replaced now
+        remove_recovery();
         copy_template(template_file_, session_.basin.Work_File);
         return true;
     } catch (const StoreError& error) {
@@ -258,7 +269,7 @@ void BasinLife::open() {
     if (!Save_Prompt()) return;
     const auto name = session_.file_names.GetFileName(FileKind::OpenBasin, session_.basin.Basin_File);
     if (!name) return keep_declined();
-    if (is_reserved_name(*name)) {
+    if (is_reserved_name(*name) || is_program_file(session_.basin.App_Path, *name)) {
         session_.dialogs.stop(path_text(*name) + " is a reserved file name used by Nivora!",
                               "Invalid file name");
         return keep_declined();
@@ -301,7 +312,7 @@ void BasinLife::open_file(const fs::path& file) {
     const auto content = file_content(file);
     bool results_left_out = false;
     try {
-        recovery_.remove();  // it belongs to the working file that is replaced now
+        remove_recovery();
         results_left_out = copy_into_work_file(file, basin.Work_File);
     } catch (const StoreError& error) {
         unrecognized(file, error);
@@ -350,9 +361,13 @@ bool BasinLife::Open_DB(const fs::path& path) {
 }
 
 bool BasinLife::copy_to(const fs::path& file) {
+    // After a crash between the write and the removal of the state, an older state would look like unsaved
+    // changes of what was just saved.
+    keep_recovery();
+    finish_recovery();
     try {
         known_content_ = copy_over_user_file(session_.basin.Work_File, file);
-        recovery_.remove();
+        static_cast<void>(recovery_.remove());  // one that stays differs in nothing from the saved file
         return true;
     } catch (const FileError& error) {
         session_.dialogs.stop(
@@ -364,18 +379,8 @@ bool BasinLife::copy_to(const fs::path& file) {
 
 /// Asks before a save replaces changes of another program in the user's file; false if these are to stay.
 bool BasinLife::may_overwrite() {
-    const fs::path& file = session_.basin.Basin_File;
-    const auto present = file_content(file);
-    if (!present || !known_content_ || *present == *known_content_) return true;
-    return session_.dialogs.message(
-               {.text = "The file " + path_text(file) +
-                        " was changed by another program since it was opened or saved here.  Saving replaces "
-                        "those changes.  Save anyway?\n(With No the file stays as it is; Save As keeps your "
-                        "work under another name.)",
-                .title = "The file has changed",
-                .icon = Icon::Warning,
-                .buttons = Buttons::YesNo,
-                .default_answer = Answer::No}) == Answer::Yes;
+    return may_replace_changes(session_.dialogs, session_.basin.Basin_File, known_content_,
+                               "Save As keeps your work under another name.");
 }
 
 /// The first save gives a basin its name, from whichever command.

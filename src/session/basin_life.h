@@ -70,6 +70,7 @@ public:
 
 private:
     void start_blank();
+    void remove_recovery();
     [[nodiscard]] bool read_recovered(const RecoveryState& state);
     [[nodiscard]] bool save_recovered_copy(const std::filesystem::path& copy);
     void show_recovered(const RecoveryState& state);

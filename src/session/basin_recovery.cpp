@@ -1,6 +1,7 @@
 #include "session/basin_recovery.h"
 
 #include "base/durable_file.h"
+#include "base/output_file.h"
 #include "base/text.h"
 #include "prep/daily_edits.h"
 #include "store/basin_check.h"
@@ -49,6 +50,26 @@ std::vector<Zone> as_saved(std::vector<Zone> zones) {
             aspect = {.share = aspect.share.value_or(0.0), .elevation = aspect.elevation.value_or(0.0)};
     }
     return zones;
+}
+
+/// A text of the user on one line of the question, shortened in its middle.
+std::string shown(std::string_view text) {
+    constexpr std::size_t k_longest = 200;  // bytes
+    constexpr std::string_view k_gap = "…";
+    const auto is_inside = [&](std::size_t at) {  // a character of several bytes
+        return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U;
+    };
+    std::string line{text};
+    if (text.size() > k_longest) {
+        std::size_t end = k_longest / 2;
+        while (end > 0 && is_inside(end)) --end;
+        std::size_t begin = text.size() - k_longest / 2;
+        while (begin < text.size() && is_inside(begin)) ++begin;
+        line = std::string{text.substr(0, end)}.append(k_gap).append(text.substr(begin));
+    }
+    std::replace_if(
+        line.begin(), line.end(), [](unsigned char c) { return c < 0x20U || c == 0x7FU; }, ' ');
+    return line;
 }
 
 std::string number_of(std::size_t count, const char* one, const char* many) {
@@ -121,7 +142,7 @@ std::string moment_text(double time) { return long_date_text(whole_day(time)) + 
 std::string file_lines(const RecoveryState& state) {
     if (!state.basin_file) return "File: none; the basin was never saved\n";
     const fs::path file = path_from_utf8(*state.basin_file);
-    std::string lines = "File: " + *state.basin_file + "\n";
+    std::string lines = "File: " + shown(*state.basin_file) + "\n";
     const auto content = file_content(file);
     if (!content) {
         lines += "This file is gone, or can't be read. A save of the recovered basin writes it anew.\n";
@@ -137,7 +158,7 @@ std::string file_lines(const RecoveryState& state) {
 std::string difference_lines(const std::vector<std::string>& differences) {
     std::string lines;
     for (std::size_t i = 0; i < std::min(differences.size(), k_most_differences); ++i)
-        lines += "   " + differences[i] + "\n";
+        lines += "   " + shown(differences[i]) + "\n";
     if (differences.size() > k_most_differences)
         lines += fmt::format("   and {} more\n", differences.size() - k_most_differences);
     return lines;
@@ -153,7 +174,7 @@ Choice question_about(const RecoveryState& state, const std::vector<std::string>
             "usual.\n"
             "Discard deletes these changes.\n"
             "To decide later, close this question: Nivora ends and asks again at its next start.",
-            state.basin_name, file_lines(state), moment_text(state.time),
+            shown(state.basin_name), file_lines(state), moment_text(state.time),
             state.basin_file ? "Different from the file:" : "The basin has:", difference_lines(differences)),
         .title = k_title,
         .icon = Icon::Question,
@@ -161,8 +182,8 @@ Choice question_about(const RecoveryState& state, const std::vector<std::string>
 }
 
 bool discard_is_meant(Session& session, const RecoveryState& state) {
-    return session.dialogs.message({.text = "Delete the unsaved changes of the basin '" + state.basin_name +
-                                            "'? They can't be brought back.",
+    return session.dialogs.message({.text = "Delete the unsaved changes of the basin '" +
+                                            shown(state.basin_name) + "'? They can't be brought back.",
                                     .title = "Discard the changes?",
                                     .icon = Icon::Warning,
                                     .buttons = Buttons::YesNo,
@@ -178,7 +199,7 @@ fs::path dated_name(const fs::path& folder) {
         const fs::path name =
             folder / ("recovery " + moment + (number == 1 ? "" : " " + std::to_string(number)));
         bool taken = false;
-        for (const char* ending : {".state", ".mdb"}) {
+        for (const char* ending : {".state", ".mdb", ".mdb-journal"}) {
             fs::path file = name;
             std::error_code unknown;
             taken = taken || fs::exists(fs::symlink_status(file += ending, unknown));
@@ -187,14 +208,26 @@ fs::path dated_name(const fs::path& folder) {
     }
 }
 
+/// Gives a file a second name, or copies it on a disk that knows no second names.
+/// @throws fs::filesystem_error
+void copy_aside(const fs::path& file, const fs::path& name) {
+    std::error_code unknown;
+    fs::create_hard_link(file, name, unknown);
+    if (unknown) fs::copy_file(file, name);
+}
+
 /// The state goes last, so that a crash in between is told at the next start. @throws fs::filesystem_error
 fs::path move_aside(const fs::path& recovery_file, const fs::path& work_file) {
     const fs::path name = dated_name(recovery_file.parent_path());
     const auto with = [](fs::path path, const char* ending) { return path += ending; };
     if (fs::exists(work_file)) {
+        // A file without the journal of its interrupted change is damaged: wherever a crash leaves the file,
+        // its journal is beside it.
         const fs::path journal = with(work_file, "-journal");
-        if (fs::exists(journal)) fs::rename(journal, with(name, ".mdb-journal"));
+        const bool interrupted = fs::exists(journal);
+        if (interrupted) copy_aside(journal, with(name, ".mdb-journal"));
         fs::rename(work_file, with(name, ".mdb"));
+        if (interrupted) fs::remove(journal);
     }
     fs::rename(recovery_file, with(name, ".state"));
     return with(name, ".mdb");
@@ -234,6 +267,13 @@ bool discarded(Session& session, const fs::path& recovery_file) {
     return !error;
 }
 
+/// A copy that goes to the basin's own file is a save.
+bool may_replace_file_of(Dialogs& dialogs, const RecoveryState& state, const fs::path& copy) {
+    if (!state.basin_file || !same_file(copy, path_from_utf8(*state.basin_file))) return true;
+    return may_replace_changes(dialogs, copy, state.known_content,
+                               "the question about your changes comes again.");
+}
+
 /// Asks until there is a decision.
 RecoveryDecision ask(Session& session, const fs::path& recovery_file, RecoveryState state,
                      const std::vector<std::string>& differences) {
@@ -246,7 +286,7 @@ RecoveryDecision ask(Session& session, const fs::path& recovery_file, RecoverySt
                 const auto name = session.file_names.GetFileName(
                     FileKind::SaveAs,
                     state.basin_file ? path_from_utf8(*state.basin_file) : session.basin.Basin_File);
-                if (!name) continue;
+                if (!name || !may_replace_file_of(session.dialogs, state, *name)) continue;
                 return {.next = Next::SaveCopy, .state = std::move(state), .copy = *name};
             }
             case RecoveryAnswer::Discard:
@@ -257,6 +297,20 @@ RecoveryDecision ask(Session& session, const fs::path& recovery_file, RecoverySt
 }
 
 }  // namespace
+
+bool may_replace_changes(Dialogs& dialogs, const fs::path& file, const std::optional<FileContent>& known,
+                         std::string_view advice) {
+    const auto present = file_content(file);
+    if (!present || !known || *present == *known) return true;
+    return dialogs.message({.text = fmt::format("The file {} was changed by another program since it was "
+                                                "opened or saved here.  Saving replaces those changes.  Save "
+                                                "anyway?\n(With No the file stays as it is; {})",
+                                                path_text(file), advice),
+                            .title = "The file has changed",
+                            .icon = Icon::Warning,
+                            .buttons = Buttons::YesNo,
+                            .default_answer = Answer::No}) == Answer::Yes;
+}
 
 std::vector<std::string> recovery_differences(const RecoveryState& state, const fs::path& work_file) {
     std::vector<std::string> lines;

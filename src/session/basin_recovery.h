@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace nivora {
 
@@ -25,6 +26,14 @@ struct RecoveryDecision {
     RecoveryState state = {};
     std::filesystem::path copy = {};
 };
+
+/// Asks before a save replaces changes of another program in the user's file.
+///
+/// @param known what the file held when it was opened or saved
+/// @param advice a sentence: what the user can do after a No
+/// @return whether there are no such changes, or they may go
+[[nodiscard]] bool may_replace_changes(Dialogs& dialogs, const std::filesystem::path& file,
+                                       const std::optional<FileContent>& known, std::string_view advice);
 
 /// Reads the recovery state and asks what becomes of it. Writes nothing but what the user chose: a state that
 /// can't be used is moved aside with its working file, after a message; a discarded one is removed.

@@ -15,6 +15,9 @@ namespace fs = std::filesystem;
 
 constexpr const char* k_all_files = "All Files (*.*)";
 constexpr const char* k_invalid_name = "Invalid file name";
+/// Template, working file and its journal, recovery state, and the lock of the running program.
+constexpr std::array k_program_files{"null.mdb", "new.mdb", "new.mdb-journal", "recovery.state",
+                                     "nivora.lock"};
 constexpr const char* k_basin_files = "Windows NVR Data (*.mdb)";
 
 bool saves(FileKind kind) { return kind != FileKind::OpenBasin && kind != FileKind::Import; }
@@ -116,13 +119,23 @@ bool is_reserved_name(const fs::path& path) {
     return name.find("NULL.MDB") != std::string::npos || name.find("NEW.MDB") != std::string::npos;
 }
 
+bool is_program_file(const fs::path& program_folder, const fs::path& file) {
+    return std::any_of(k_program_files.begin(), k_program_files.end(),
+                       [&](const char* name) { return same_file(file, program_folder / name); });
+}
+
 std::optional<Message> open_basin_refusal(const BasinState& basin, const fs::path& file,
                                           std::string_view what) {
     const auto is_open = [&](const fs::path& used) { return !used.empty() && same_file(file, used); };
-    if (!is_open(basin.Basin_File) && !is_open(basin.Work_File)) return std::nullopt;
-    return Message{.text = "The file '" + path_text(file) +
-                           "' is the basin that is open.  Choose another name for the " + std::string{what} +
-                           ".",
+    const char* reason = nullptr;
+    if (is_open(basin.Basin_File) || is_open(basin.Work_File)) {
+        reason = "is the basin that is open";
+    } else if (!basin.App_Path.empty() && is_program_file(basin.App_Path, file)) {
+        reason = "belongs to Nivora itself";
+    }
+    if (reason == nullptr) return std::nullopt;
+    return Message{.text = "The file '" + path_text(file) + "' " + reason +
+                           ".  Choose another name for the " + std::string{what} + ".",
                    .title = k_invalid_name,
                    .icon = Icon::Stop};
 }
@@ -168,8 +181,8 @@ std::optional<FileAnswer> FileNames::ask(FileKind kind, FileQuestion question, c
 
 std::optional<fs::path> FileNames::GetFileName(FileKind kind, const fs::path& basin_file,
                                                const std::string& suffix) {
-    const auto reserved = [](const fs::path& file) -> std::optional<Message> {
-        if (!is_reserved_name(file)) return std::nullopt;
+    const auto reserved = [this](const fs::path& file) -> std::optional<Message> {
+        if (!is_reserved_name(file) && !is_program_file(first_folder_, file)) return std::nullopt;
         return Message{.text = "This database file name, " + path_text(file) +
                                ", is reserved for system use.  Please choose another.",
                        .title = k_invalid_name,

@@ -29,6 +29,11 @@ enum class FileKind {
 /// the names of template and working file, in upper or lower case.
 [[nodiscard]] bool is_reserved_name(const std::filesystem::path& path);
 
+/// Whether a file, by whatever name or link, is one that Nivora keeps in its own folder: a write would
+/// destroy unsaved work, or the program would overwrite what was written.
+[[nodiscard]] bool is_program_file(const std::filesystem::path& program_folder,
+                                   const std::filesystem::path& file);
+
 /// The forms in which a plot is saved, in the order of their filters.
 enum class PlotForm {
     Bitmap,
@@ -50,8 +55,8 @@ struct PlotFileName {
     PlotForm form = PlotForm::Bitmap;
 };
 
-/// The message that a file is that of the open basin, or its working copy, and can't be replaced; nothing if
-/// it is another file.
+/// The message that a file is that of the open basin, or its working copy, or another file of the program
+/// itself, and can't be replaced; nothing if it is another file.
 ///
 /// @param what is to be written: "print"
 [[nodiscard]] std::optional<Message> open_basin_refusal(const BasinState& basin,

@@ -50,8 +50,8 @@ void RecoveryKeeper::keep(const RecoveryState& state, const DailyEdits& edits) {
     removed_ = false;
 }
 
-void RecoveryKeeper::remove() {
-    if (removed_) return;
+bool RecoveryKeeper::remove() {
+    if (removed_) return true;
     {
         std::unique_lock lock{mutex_};
         waiting_.reset();
@@ -63,6 +63,7 @@ void RecoveryKeeper::remove() {
     lines_.clear();
     forget_edits_ = true;
     removed_ = !error;
+    return removed_;
 }
 
 void RecoveryKeeper::finish() {

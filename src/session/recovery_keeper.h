@@ -28,7 +28,8 @@ public:
     /// Hands a state over if it differs from the last one. Returns before it is written.
     void keep(const RecoveryState& state, const DailyEdits& edits);
     /// Removes the file: nothing is unsaved any more. Waits for a write that is under way.
-    void remove();
+    /// @return whether there is no file now
+    [[nodiscard]] bool remove();
     /// Waits until what was handed over is on the disk, or could not be written.
     void finish();
 

@@ -273,8 +273,12 @@ RecoveryState read_recovery_text(std::string_view text) {
 }
 
 std::optional<RecoveryState> read_recovery_file(const std::filesystem::path& file) {
-    std::error_code unknown;
-    if (!std::filesystem::exists(std::filesystem::symlink_status(file, unknown))) return std::nullopt;
+    std::error_code problem;
+    const auto status = std::filesystem::symlink_status(file, problem);
+    if (status.type() == std::filesystem::file_type::not_found) return std::nullopt;
+    // A start that takes it for none would overwrite the working file.
+    if (status.type() == std::filesystem::file_type::none)
+        throw RecoveryError("can't be read: " + problem.message());
     try {
         return read_recovery_text(read_whole_file(file, k_largest_file));
     } catch (const FileError& error) {

@@ -151,7 +151,7 @@ TEST_F(RecoveryKeeperTest, ARemovedStateIsWrittenAgainWithAllEdits) {
     edits_.begin("PhysicalData");
     edits_.add_value("TMax", 1, 2.5);
     keeper_.keep(state_, edits_);
-    keeper_.remove();
+    EXPECT_TRUE(keeper_.remove());
     EXPECT_FALSE(std::filesystem::exists(keeper_.file()));
     keeper_.keep(state_, edits_);
     keeper_.finish();
