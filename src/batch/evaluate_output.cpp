@@ -46,10 +46,8 @@ void print_measure(const MeasureRow& row, Units units, std::ostream& out) {
 void print_months(const PrintedComparison& comparison, std::ostream& out) {
     const ComparedDays& days = comparison.days;
     const auto months = bias_by_month(days.dates, days.measured, days.computed);
-    out << fmt::format(
-        "\nBias by month (F9) in {}, computed - measured: positive where the model computes too "
-        "much\n",
-        unit_words(comparison.units).discharge);
+    out << fmt::format("\nBias by month (F9) in {}, computed - measured; positive = too much\n",
+                       unit_words(comparison.units).discharge);
     out << "Month   Days    Measured    Computed        Bias    Bias (%)\n";
     for (std::size_t month = 1; month < months.size(); ++month) {
         const MonthBias& bias = months.at(month);

@@ -67,10 +67,9 @@ private:
     }
 
     [[nodiscard]] std::string logarithm_treatment() const {
-        return fmt::format(
-            "ln(Q + {} {}), a hundredth of the mean measured; days of 0: {} measured, {} computed",
-            seven_digit_text(logarithm_offset(days_.measured)), unit_words(units_).discharge,
-            days_of_zero(days_.measured), days_of_zero(days_.computed));
+        return fmt::format("ln(Q + {} {}), 1/100 of mean; zeros: {} measured, {} computed",
+                           seven_digit_text(logarithm_offset(days_.measured)), unit_words(units_).discharge,
+                           days_of_zero(days_.measured), days_of_zero(days_.computed));
     }
 
     [[nodiscard]] std::string logarithm_reason() const {
@@ -149,7 +148,7 @@ private:
              .formula = "F8",
              .unit = MeasureUnit::Percent,
              .value = dv ? std::optional{as_double(*dv)} : std::nullopt,
-             .remark = "measured - computed: positive where the model computes too little"},
+             .remark = "measured - computed; positive = too little"},
             "the measured volume is 0");
         highest_day_rows();
         low_flow_row();
@@ -163,7 +162,7 @@ private:
              .formula = "F10",
              .unit = MeasureUnit::Percent,
              .value = known(highest.size_error),
-             .remark = fmt::format("measured {}, computed {} {}: positive where the model computes too much",
+             .remark = fmt::format("measured {}, computed {} {}; positive = too much",
                                    seven_digit_text(highest.measured), seven_digit_text(highest.computed),
                                    unit_words(units_).discharge)},
             "the highest measured discharge is 0");
@@ -173,7 +172,7 @@ private:
              .unit = MeasureUnit::Days,
              .value = highest.days_late,
              .remark =
-                 fmt::format("measured {}, computed {}: positive where the model is late",
+                 fmt::format("measured {}, computed {}; positive = late",
                              iso_date_text(highest.measured_date), iso_date_text(highest.computed_date))},
             {});
     }
@@ -185,9 +184,8 @@ private:
              .formula = "F11",
              .unit = MeasureUnit::Percent,
              .value = known(low.volume_error),
-             .remark = fmt::format("{} days with measured at or below {} {}: positive where the model "
-                                   "computes too much",
-                                   low.days, seven_digit_text(low.limit), unit_words(units_).discharge)},
+             .remark = fmt::format("{} days with measured at or below {} {}; positive = too much", low.days,
+                                   seven_digit_text(low.limit), unit_words(units_).discharge)},
             "the measured discharge is 0 on all low-flow days");
     }
 
@@ -201,8 +199,8 @@ private:
         if (measured && computed) {
             row.value = *computed - *measured;
             row.remark =
-                fmt::format("measured {}, computed {}: positive where the model is late",
-                            iso_date_text(whole_day(*measured)), iso_date_text(whole_day(*computed)));
+                fmt::format("measured {}, computed {}; positive = late", iso_date_text(whole_day(*measured)),
+                            iso_date_text(whole_day(*computed)));
         }
         add(std::move(row), measured ? "no computed volume" : "no measured volume");
     }

@@ -119,9 +119,8 @@ TEST_F(EvaluateCommandTest, ZerosUnderALogarithmAreLiftedAndCounted) {
     measure("10 WHEN 35157 THEN 0 WHEN 35158 THEN 0");
     const EvaluateJson lifted = row(json(), "NSElog");
     EXPECT_FALSE(lifted["value"].is_null());
-    EXPECT_THAT(
-        lifted["remark"].get<std::string>(),
-        HasSubstr("ln(Q + 0.03333333 m³/s), a hundredth of the mean measured; days of 0: 2 measured"));
+    EXPECT_THAT(lifted["remark"].get<std::string>(),
+                HasSubstr("ln(Q + 0.03333333 m³/s), 1/100 of mean; zeros: 2 measured"));
     measure("0 WHEN 35157 THEN 0 WHEN 35158 THEN 0");
     const EvaluateJson result = json();
     EXPECT_THAT(row(result, "NSElog")["remark"].get<std::string>(), HasSubstr("no logarithm"));
