@@ -235,6 +235,16 @@ bool DailyEditor::set_value(std::size_t row, std::size_t column, double value) {
     return true;
 }
 
+void DailyEditor::note_typed(std::size_t row, std::size_t column, const std::optional<double>& value) {
+    Content& content = *content_;
+    if (content.unsaved == nullptr) return;
+    content.unsaved->type_nothing();
+    if (!value || column == 0 || content.view == DataView::Scenario) return;
+    const DailyColumn& shown = content.columns.at(column);
+    if (const auto kept = kept_daily_value(shown, *value))
+        content.unsaved->type_value(shown.field, content.days.rows.at(row), *kept);
+}
+
 int DailyEditor::zone() const { return content_->zone; }
 
 void DailyEditor::show_zone(int zone) {

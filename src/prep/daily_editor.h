@@ -73,6 +73,9 @@ public:
     /// holds the value
     bool set_value(std::size_t row, std::size_t column, double value);
 
+    /// Notes the value that is being typed in a cell, for a crash, without storing it; nothing: none is.
+    void note_typed(std::size_t row, std::size_t column, const std::optional<double>& value);
+
     [[nodiscard]] int zone() const;
     /// Shows another zone; the changes stay.
     void show_zone(int zone);

@@ -69,6 +69,10 @@ void apply(DailyFields& daily, const std::vector<Field>& fields, std::string_vie
     daily.change(zone, {first, last}, field, edit, words.number<double>());
 }
 
+std::string value_line(const std::string& field, std::int64_t row, double value) {
+    return fmt::format("{} {} {} {}\n", k_value, field, row, value);
+}
+
 }  // namespace
 
 void DailyEdits::begin(const std::string& table) {
@@ -77,7 +81,11 @@ void DailyEdits::begin(const std::string& table) {
 }
 
 void DailyEdits::add_value(const std::string& field, std::int64_t row, double value) {
-    fmt::format_to(std::back_inserter(lines_), "{} {} {} {}\n", k_value, field, row, value);
+    lines_ += value_line(field, row, value);
+}
+
+void DailyEdits::type_value(const std::string& field, std::int64_t row, double value) {
+    typed_ = value_line(field, row, value);
 }
 
 void DailyEdits::add_mass_edit(const std::string& field, int zone, const Period& days, MassEdit edit,
@@ -89,6 +97,7 @@ void DailyEdits::add_mass_edit(const std::string& field, int zone, const Period&
 void DailyEdits::end() {
     table_.clear();
     lines_.clear();
+    typed_.clear();
     ++editing_;
 }
 

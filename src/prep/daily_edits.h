@@ -1,4 +1,5 @@
-// The changes of the daily editor that are not in the basin yet, kept so that they survive a crash.
+// The changes of the daily editor, or of the monthly averages, that are not in the basin yet, kept so that
+// they survive a crash.
 #pragma once
 
 #include "store/daily_fields.h"
@@ -20,18 +21,25 @@ public:
     /// A value was stored; NaN for a missing one.
     void add_value(const std::string& field, std::int64_t row, double value);
     void add_mass_edit(const std::string& field, int zone, const Period& days, MassEdit edit, double number);
+    /// A value stands in the cell that is being edited: it is kept like a change until the next call, which
+    /// replaces or forgets it.
+    void type_value(const std::string& field, std::int64_t row, double value);
+    void type_nothing() { typed_.clear(); }
     /// The changes are in the basin now, or were taken back.
     void end();
 
     [[nodiscard]] const std::string& table() const { return table_; }
     [[nodiscard]] const std::string& lines() const { return lines_; }
-    [[nodiscard]] bool empty() const { return lines_.empty(); }
+    /// The line of the value that is being typed; empty if there is none.
+    [[nodiscard]] const std::string& typed() const { return typed_; }
+    [[nodiscard]] bool empty() const { return lines_.empty() && typed_.empty(); }
     /// Another number for each begin and end, so that a reader that takes only new lines knows where it is.
     [[nodiscard]] unsigned editing() const { return editing_; }
 
 private:
     std::string table_;
     std::string lines_;
+    std::string typed_;
     unsigned editing_ = 0;
 };
 

@@ -13,6 +13,7 @@ namespace {
 constexpr std::size_t k_months = 12;
 constexpr std::size_t k_items = 4;
 constexpr std::size_t k_precipitation = 3;
+constexpr std::array<const char*, k_items> k_fields{"TMaxN", "TMinN", "TAvgN", "PrecipN"};
 
 /// The sum and the count of the values of a zone and month, item by item.
 struct MonthSums {
@@ -56,9 +57,16 @@ std::vector<YearSums> sums_of_record(BasinDatabase& database, int zones) {
 
 }  // namespace
 
-MonthlyAverages::MonthlyAverages(const std::filesystem::path& work_file, int zones)
-    : database_(work_file, Access::ReadWrite), transaction_(database_), zones_(zones) {
+MonthlyAverages::MonthlyAverages(const std::filesystem::path& work_file, int zones, DailyEdits* unsaved)
+    : database_(work_file, Access::ReadWrite), transaction_(database_), zones_(zones), unsaved_(unsaved) {
     for (int zone = 1; zone <= zones_; ++zone) years_.push_back(read_stored_year(database_, zone));
+    if (unsaved_ != nullptr) unsaved_->begin(k_basin_averages);
+}
+
+MonthlyAverages::~MonthlyAverages() { end_notes(); }
+
+StoredMonth& MonthlyAverages::held(int zone, int month) {
+    return years_.at(static_cast<std::size_t>(zone) - 1).at(static_cast<std::size_t>(month) - 1);
 }
 
 const MonthValues& MonthlyAverages::values(int zone, int month) const {
@@ -66,11 +74,31 @@ const MonthValues& MonthlyAverages::values(int zone, int month) const {
 }
 
 void MonthlyAverages::set_value(int zone, int month, std::size_t item, float value) {
-    StoredMonth& held = years_.at(static_cast<std::size_t>(zone) - 1).at(static_cast<std::size_t>(month) - 1);
-    StoredMonth changed = held;
+    StoredMonth& stored = held(zone, month);
+    StoredMonth changed = stored;
     changed.values.at(item) = value;
     store_month(database_, changed);
-    held = changed;
+    stored = changed;
+    if (unsaved_ != nullptr) unsaved_->add_value(k_fields.at(item), stored.row, as_double(value));
+}
+
+void MonthlyAverages::note_typed(int zone, int month, std::size_t item, float value) {
+    if (unsaved_ != nullptr) unsaved_->type_value(k_fields.at(item), held(zone, month).row, as_double(value));
+}
+
+void MonthlyAverages::note_nothing_typed() {
+    if (unsaved_ != nullptr) unsaved_->type_nothing();
+}
+
+void MonthlyAverages::note(const StoredMonth& month) {
+    if (unsaved_ == nullptr) return;
+    for (std::size_t item = 0; item < k_items; ++item)
+        unsaved_->add_value(k_fields[item], month.row, as_double(month.values[item]));
+}
+
+void MonthlyAverages::end_notes() {
+    if (unsaved_ != nullptr) unsaved_->end();
+    unsaved_ = nullptr;
 }
 
 bool MonthlyAverages::has_physical_data() { return has_days(database_, k_physical_data); }
@@ -89,10 +117,18 @@ bool MonthlyAverages::recalculate() {
             }
         }
     });
+    for (std::size_t zone = 0; zone < years.size(); ++zone) {
+        for (std::size_t month = 0; month < k_months; ++month) {
+            if (sums[zone][month].count[k_precipitation] > 0) note(years[zone][month]);
+        }
+    }
     years_ = std::move(years);
     return true;
 }
 
-void MonthlyAverages::commit() { transaction_.commit(); }
+void MonthlyAverages::commit() {
+    transaction_.commit();
+    end_notes();
+}
 
 }  // namespace nivora

@@ -1,6 +1,7 @@
 // The long-term monthly averages that one window edits, inside one transaction.
 #pragma once
 
+#include "prep/daily_edits.h"
 #include "store/monthly_table.h"
 #include "store/transactions.h"
 
@@ -13,14 +14,21 @@ namespace nivora {
 /// it they are rolled back.
 class MonthlyAverages {
 public:
+    /// @param unsaved notes each change until commit(), or the end of the editing; it outlives this object
     /// @throws StoreError if the table is missing, or does not have twelve rows for each zone
-    MonthlyAverages(const std::filesystem::path& work_file, int zones);
+    MonthlyAverages(const std::filesystem::path& work_file, int zones, DailyEdits* unsaved = nullptr);
+    MonthlyAverages(const MonthlyAverages&) = delete;
+    MonthlyAverages& operator=(const MonthlyAverages&) = delete;
+    ~MonthlyAverages();
 
     [[nodiscard]] int zones() const { return zones_; }
     /// The values of a zone and a month, both counted from 1.
     [[nodiscard]] const MonthValues& values(int zone, int month) const;
     /// Stores one value, item 0 to 3; NaN for a missing one. @throws StoreError for an infinite one
     void set_value(int zone, int month, std::size_t item, float value);
+    /// Notes the value that is being typed, for a crash, without storing it.
+    void note_typed(int zone, int month, std::size_t item, float value);
+    void note_nothing_typed();
 
     /// Whether the basin has any daily variables.
     [[nodiscard]] bool has_physical_data();
@@ -35,10 +43,15 @@ public:
     void commit();
 
 private:
+    [[nodiscard]] StoredMonth& held(int zone, int month);
+    void note(const StoredMonth& month);
+    void end_notes();
+
     BasinDatabase database_;
     HeldTransaction transaction_;
     int zones_;
     std::vector<StoredYear> years_;  ///< zone 1 first
+    DailyEdits* unsaved_;            ///< null once nothing is unsaved any more
 };
 
 }  // namespace nivora

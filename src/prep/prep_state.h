@@ -7,6 +7,7 @@
 #include "store/daily_table.h"
 #include "store/rows.h"
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -53,7 +54,10 @@ struct PrepState {
     bool Edit_Locked = false;    ///< the daily editor is read only
     /// Widths of the daily editor's columns by view, measured once.
     std::map<int, std::vector<int>> column_widths;
-    DailyEdits daily_edits;  ///< what the open daily editor has changed and not stored
+    /// What the open daily editor, or the open monthly averages, have changed and not stored.
+    DailyEdits daily_edits;
+    /// Notes the value that is being typed there; set while such a window is open.
+    std::function<void()> note_typed;
     RecordExtent record;     ///< extent of the daily variables when the basin was opened or rows were added
 };
 

@@ -165,14 +165,16 @@ void BasinLife::show_recovered(const RecoveryState& state) {
 }
 
 void BasinLife::keep_recovery() {
-    const BasinState& basin = session_.basin;
     if (!started_) return;
+    BasinState basin = session_.basin;
+    session_.desktop.put_typed_cell(basin);
+    if (session_.prep.note_typed) session_.prep.note_typed();
     if (!basin.Basin_Changed && session_.prep.daily_edits.empty()) {
         // After the answer No the state stays until another basin takes the working file.
         if (!declined_) static_cast<void>(recovery_.remove());  // the next call tries again
         return;
     }
-    RecoveryState state = recovery_state(session_, known_content_);
+    RecoveryState state = recovery_state(basin, session_.run, known_content_);
     state.change_counter = change_counter(basin.Work_File);
     recovery_.keep(state, session_.prep.daily_edits);
 }

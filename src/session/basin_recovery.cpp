@@ -315,8 +315,11 @@ bool may_replace_changes(Dialogs& dialogs, const fs::path& file, const std::opti
 std::vector<std::string> recovery_differences(const RecoveryState& state, const fs::path& work_file) {
     std::vector<std::string> lines;
     if (edits_are_open(state, work_file)) {
+        const bool months = same_name(state.edited_table, k_basin_averages);
         lines.push_back(number_of(count_daily_edits(state.daily_edits), "change", "changes") +
-                        " in the daily editor, which was open; Recover keeps them as Done does");
+                        (months
+                             ? " in the monthly averages, which were open; Recover keeps them as Accept does"
+                             : " in the daily editor, which was open; Recover keeps them as Done does"));
     }
     if (!state.basin_file) {
         lines.push_back(number_of(state.zones.size(), "zone", "zones"));

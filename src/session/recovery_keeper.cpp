@@ -26,12 +26,14 @@ void RecoveryKeeper::keep(const RecoveryState& state, const DailyEdits& edits) {
     if (other_editing) edits_taken_ = 0;
     {
         const std::lock_guard lock{mutex_};
-        const bool same = !other_editing && lines == lines_ && edits.lines().size() == edits_taken_;
+        const bool same = !other_editing && lines == lines_ && edits.lines().size() == edits_taken_ &&
+                          edits.typed() == typed_;
         if (same && !failed_) return;
         Order order{.time = local_now(),
                     .lines = lines,
                     .table = edits.table(),
                     .new_edits = edits.lines().substr(edits_taken_),
+                    .typed = edits.typed(),
                     .first_edits = other_editing};
         if (waiting_ && !other_editing) {
             // The second thread has not taken the edits of the order before.
@@ -46,6 +48,7 @@ void RecoveryKeeper::keep(const RecoveryState& state, const DailyEdits& edits) {
     lines_ = std::move(lines);
     editing_ = edits.editing();
     edits_taken_ = edits.lines().size();
+    typed_ = edits.typed();
     forget_edits_ = false;
     removed_ = false;
 }
@@ -98,7 +101,11 @@ void RecoveryKeeper::work() {
 void RecoveryKeeper::write(Order order) {
     if (order.first_edits) edits_.clear();
     edits_ += order.new_edits;
-    write_whole_file(file_, recovery_text(order.time, order.lines, order.table, edits_));
+    const std::size_t stored = edits_.size();
+    edits_ += order.typed;
+    const std::string text = recovery_text(order.time, order.lines, order.table, edits_);
+    edits_.resize(stored);
+    write_whole_file(file_, text);
 }
 
 }  // namespace nivora

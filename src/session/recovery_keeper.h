@@ -39,6 +39,7 @@ private:
         std::string lines;
         std::string table;
         std::string new_edits;  ///< to be added to those that the second thread has
+        std::string typed;      ///< the edit that is not stored yet
         bool first_edits = false;
     };
 
@@ -51,6 +52,7 @@ private:
     std::string lines_;
     unsigned editing_ = 0;
     std::size_t edits_taken_ = 0;
+    std::string typed_;
     bool forget_edits_ = true;  ///< the second thread has none of the present editor
     bool removed_ = false;
 

@@ -207,14 +207,14 @@ FileContent digest_of(std::string_view text) {
 
 }  // namespace
 
-RecoveryState recovery_state(const Session& session, const std::optional<FileContent>& known_content) {
-    const BasinState& basin = session.basin;
+RecoveryState recovery_state(const BasinState& basin, const RunState& run,
+                             const std::optional<FileContent>& known_content) {
     RecoveryState state;
     if (!basin.New_Basin) state.basin_file = path_text(basin.Basin_File);
     state.known_content = known_content;
     state.Basin_Changed = basin.Basin_Changed;
     state.Input_Changed = basin.Input_Changed;
-    state.Output_Valid = basin.Output_Valid && session.run.ClimateStep == 0;
+    state.Output_Valid = basin.Output_Valid && run.ClimateStep == 0;
     state.results_outdated = basin.results_outdated;
     state.results_time = basin.results_time;
     state.basin_name = basin.basin_name;
@@ -227,7 +227,7 @@ RecoveryState recovery_state(const Session& session, const std::optional<FileCon
     state.zones = basin.zones;
     state.simulations = basin.simulations;
     if (basin.current_row) state.current_row = *basin.current_row;
-    state.run = session.run;
+    state.run = run;
     return state;
 }
 

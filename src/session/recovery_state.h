@@ -54,12 +54,13 @@ struct RecoveryState {
 
     RunState run;
 
-    std::string edited_table;  ///< in the daily editor; empty if it was not open
-    std::string daily_edits;   ///< its changes, as lines
+    /// In the daily editor, or the table of the monthly averages; empty if neither was open.
+    std::string edited_table;
+    std::string daily_edits;  ///< its changes, as lines
 };
 
-/// The state of a session, without the changes in the daily editor.
-[[nodiscard]] RecoveryState recovery_state(const Session& session,
+/// The state of a basin and its last run, without the changes in the daily editor.
+[[nodiscard]] RecoveryState recovery_state(const BasinState& basin, const RunState& run,
                                            const std::optional<FileContent>& known_content);
 
 /// The lines of a state, without its time and the changes in the daily editor: two states are equal if these

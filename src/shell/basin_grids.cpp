@@ -65,8 +65,10 @@ QString ZoneModel::place(int row, int column) const {
 }
 
 bool ZoneModel::put(int row, int column, const QString& text) {
-    Zone& zone = session_.basin.zones.at(static_cast<std::size_t>(row));
-    const std::string taken = from_qt(text);
+    return put_zone_cell(session_.basin.zones.at(static_cast<std::size_t>(row)), column, from_qt(text));
+}
+
+bool put_zone_cell(Zone& zone, int column, const std::string& taken) {
     if (column == 0) {
         zone.id = taken;
         return true;

@@ -13,6 +13,9 @@ namespace nivora {
 
 class GridView;
 
+/// Stores what was typed into a cell of the zone grid. @return false if it can't be held
+[[nodiscard]] bool put_zone_cell(Zone& zone, int column, const std::string& text);
+
 /// The elevation zones: one row per zone, the eleven columns of the zone grid.
 /// Numbers show as they were typed.
 class ZoneModel : public GridModel {

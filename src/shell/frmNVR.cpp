@@ -1,12 +1,16 @@
 #include "shell/frmNVR.h"
 
+#include "prep/simulation_grid.h"
 #include "session/basin_rows.h"
+#include "shell/basin_grids.h"
 #include "shell/basin_panel.h"
 #include "shell/simulations_panel.h"
+#include "store/basin_marks.h"
 #include "widgets/controls.h"
 #include "widgets/edit_target.h"
 #include "widgets/grid_status.h"
 #include "widgets/grid_view.h"
+#include "widgets/qt_text.h"
 #include "widgets/window_keys.h"
 
 #include <QApplication>
@@ -64,6 +68,7 @@ frmNVR::~frmNVR() {
 
 void frmNVR::answer(Desktop& desktop) {
     desktop.commit_edits = [this] { commit_edits(); };
+    desktop.put_typed_cell = [this](BasinState& copy) { put_typed_cell(copy); };
     desktop.refuses_typed_box = [this] { return basin_->refuses_typed_box(); };
     desktop.go_to_field = [this](const UnstorableField& field) { go_to_field(field); };
     desktop.refresh_main_window = [this] { refresh_main_window(); };
@@ -86,6 +91,9 @@ void frmNVR::add_keys() {
 
 void frmNVR::connect_menu() {
     add_keys();
+    // A command that takes long keeps the timer waiting: what was typed before is kept first.
+    connect(menu_, &MainMenu::chosen, this, [this] { life_.keep_recovery(); });
+    connect(menu_, &MainMenu::recent_chosen, this, [this] { life_.keep_recovery(); });
     connect(menu_, &MainMenu::chosen, this, &frmNVR::do_command);
     connect(menu_, &MainMenu::recent_chosen, this, &frmNVR::open_recent);
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
@@ -107,6 +115,7 @@ void frmNVR::connect_panels() {
         windows_.ask_for_period();
     });
     connect(basin_, &BasinPanel::areas_taken, this, [this] { menu_->refresh(); });
+    connect(simulations_, &SimulationsPanel::chosen, this, [this] { life_.keep_recovery(); });
     connect(simulations_, &SimulationsPanel::chosen, this, &frmNVR::do_command);
     connect(simulations_, &SimulationsPanel::row_chosen, this, [this] {
         show_labels();
@@ -134,6 +143,22 @@ bool frmNVR::start() {
 void frmNVR::commit_edits() {
     basin_->commit_edits();
     simulations_->commit_edits();
+}
+
+void frmNVR::put_typed_cell(BasinState& copy) {
+    if (const auto zone = basin_->zone_grid().typed_cell()) {
+        const auto row = static_cast<std::size_t>(zone->row);
+        if (row < copy.zones.size() && put_zone_cell(copy.zones[row], zone->column, from_qt(zone->text))) {
+            mark_output_invalid(copy);
+            mark_input_changed(copy);
+        }
+    }
+    if (const auto cell = simulations_->grid().typed_cell()) {
+        const auto row = static_cast<std::size_t>(cell->row);
+        const PrepContext edited{copy, session().prep, session().dialogs};
+        if (row < copy.simulations.size())
+            static_cast<void>(edit_simulation_cell(edited, row, cell->column + 1, from_qt(cell->text)));
+    }
 }
 
 void frmNVR::go_to_field(const UnstorableField& field) {

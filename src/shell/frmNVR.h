@@ -45,6 +45,7 @@ private:
 
     // What is shown
     void commit_edits();
+    void put_typed_cell(BasinState& copy);
     void go_to_field(const UnstorableField& field);
     void refresh_main_window();
     void show_labels();
@@ -65,6 +66,7 @@ private:
     void delete_simulation();
     void duplicate_simulation();
     void rename_simulation();
+    void change_parameter();
     void show_definition();
     void import_file();
     void follow(DataOutcome outcome);

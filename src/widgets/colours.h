@@ -13,6 +13,14 @@ namespace nivora {
 [[nodiscard]] QColor colour_of(std::int32_t number);
 [[nodiscard]] std::int32_t number_of(const QColor& colour);
 
+/// The contrast of two colours by the guidelines for readable content (WCAG 2): 1 for the same colour, 21 for
+/// black and white.
+[[nodiscard]] double contrast(const QColor& one, const QColor& other);
+
+/// A colour of text for a ground. On a light ground it stays as it is; on a dark one it is made lighter, in the
+/// same hue, until its contrast is that of readable text: 4.5.
+[[nodiscard]] QColor readable_on(const QColor& text, const QColor& ground);
+
 /// How the user is asked for a colour. Tests answer in the place of the dialog.
 class Colours {
 public:

@@ -1,5 +1,6 @@
 #include "widgets/grid_delegate.h"
 
+#include "widgets/colours.h"
 #include "widgets/grid_model.h"
 
 #include <QApplication>
@@ -24,6 +25,11 @@ QValidator* number_validator(CellFormat::Kind kind, QObject* parent) {
 
 void GridDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
     QStyledItemDelegate::initStyleOption(option, index);
+    if (index.data(Qt::ForegroundRole).isValid()) {
+        const bool plain = option->backgroundBrush.style() == Qt::NoBrush;
+        const QColor ground = plain ? option->palette.color(QPalette::Base) : option->backgroundBrush.color();
+        option->palette.setColor(QPalette::Text, readable_on(option->palette.color(QPalette::Text), ground));
+    }
     // The colour of a marked cell must stay visible: the selection would be painted over it, and the pointer
     // or the focus on the cell would tint it.
     if (option->backgroundBrush.style() != Qt::NoBrush)
@@ -52,6 +58,7 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
         editor = line;
     }
     editor->setProperty(k_grid_editor, true);
+    editor->setAccessibleName(model->place(index.row(), index.column()));
     editor->setAutoFillBackground(true);
     return editor;
 }
@@ -63,16 +70,15 @@ void GridDelegate::setEditorData(QWidget* editor, const QModelIndex& index) cons
     list->setCurrentIndex(list->findText(index.data(Qt::EditRole).toString()));
 }
 
+QString GridDelegate::text_of(const QWidget& editor) {
+    if (const auto* list = qobject_cast<const QComboBox*>(&editor)) return list->currentText();
+    const QString text = static_cast<const QLineEdit&>(editor).text();
+    // The rest of an emptied mask.
+    return text == QStringLiteral("//") ? QString{} : text;
+}
+
 void GridDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const {
-    QString text;
-    if (const auto* list = qobject_cast<QComboBox*>(editor)) {
-        text = list->currentText();
-    } else {
-        text = static_cast<QLineEdit*>(editor)->text();
-        // The rest of an emptied mask.
-        if (text == QStringLiteral("//")) text.clear();
-    }
-    if (!model->setData(index, text, Qt::EditRole)) QApplication::beep();
+    if (!model->setData(index, text_of(*editor), Qt::EditRole)) QApplication::beep();
 }
 
 }  // namespace nivora

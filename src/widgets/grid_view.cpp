@@ -190,6 +190,21 @@ void GridView::commit_editor() {
     }
 }
 
+std::optional<CellText> GridView::typed_cell() const {
+    const QModelIndex at = currentIndex();
+    for (QWidget* child : viewport()->findChildren<QWidget*>(QString{}, Qt::FindDirectChildrenOnly)) {
+        if (!at.isValid() || !child->property(k_grid_editor).toBool() || child->isHidden()) continue;
+        QString text = GridDelegate::text_of(*child);
+        const QString before = cells_->whole_text(at.row(), at.column());
+        if (text == before) return std::nullopt;
+        if (text.isEmpty()) text = cells_->cleared_text(at.row(), at.column());
+        const bool same = text == before;
+        if (same || !cells_->refusal(at.row(), at.column(), text).isEmpty()) return std::nullopt;
+        return CellText{at.row(), at.column(), text};
+    }
+    return std::nullopt;
+}
+
 bool GridView::edit_key(const QKeyEvent* event) {
     if (event->matches(QKeySequence::Copy)) {
         copy();

@@ -1,6 +1,7 @@
 // What may not cost unsaved changes: a save that is killed or fails, a copy onto the wrong file, and files
 // that can't be removed or looked up.
 
+#include "prep/monthly_averages.h"
 #include "store/work_file_state.h"
 #include "tests/session/basin_recovery_fixture.h"
 #include "tests/support/page_damage.h"
@@ -223,6 +224,106 @@ TEST_F(RecoveryFaultsTest, ABasinOfAVanishedFolderOrAnEndlessNameComesBack) {
         EXPECT_EQ(next_.basin.Basin_File, gone);
         EXPECT_EQ(next_.basin.basin_description, "changed");
     }
+}
+
+TEST_F(RecoveryFaultsTest, ChangesOfTheOpenMonthlyAveragesComeBack) {
+    save_new_basin("alder.mdb");
+    MonthlyAverages months{session_.basin.Work_File, 2, &session_.prep.daily_edits};
+    months.set_value(2, 3, 1, -1.5F);
+    months.set_value(1, 12, 3, k_missing);
+    months.note_typed(1, 1, 0, 7.25F);
+    keep();
+    // A kill takes the transaction back; a copy of the working file stands for what it leaves.
+    fs::copy_file(program_ / "new.mdb", user_ / "left.mdb");
+    fs::rename(user_ / "left.mdb", program_ / "new.mdb");
+    next_dialogs_.then_choice(k_recover).then_choice(k_recover);
+    ASSERT_TRUE(start_again());
+    EXPECT_THAT(
+        question(),
+        HasSubstr("   3 changes in the monthly averages, which were open; Recover keeps them as Accept "
+                  "does\n"));
+    EXPECT_TRUE(next_.basin.Input_Changed);
+    ASSERT_TRUE(start_again()) << "a second crash";
+    BasinDatabase work{program_ / "new.mdb", Access::ReadOnly};
+    EXPECT_EQ(read_stored_year(work, 2).at(2).values.at(1), -1.5F);
+    EXPECT_TRUE(is_missing(read_stored_year(work, 1).at(11).values.at(3)));
+    EXPECT_EQ(read_stored_year(work, 1).at(0).values.at(0), 7.25F);
+}
+
+TEST_F(RecoveryFaultsTest, AcceptAndCancelEndTheNotesOfTheMonthlyAverages) {
+    save_new_basin("alder.mdb");
+    for (const bool accepted : {true, false}) {
+        {
+            MonthlyAverages months{session_.basin.Work_File, 2, &session_.prep.daily_edits};
+            months.set_value(1, 1, 0, accepted ? 1.0F : 2.0F);
+            months.note_typed(1, 1, 1, 3.0F);
+            EXPECT_FALSE(session_.prep.daily_edits.empty());
+            if (accepted) months.commit();
+        }
+        EXPECT_TRUE(session_.prep.daily_edits.empty());
+    }
+}
+
+TEST_F(RecoveryFaultsTest, RecalculatedMonthlyAveragesComeBack) {
+    save_new_basin("alder.mdb");
+    {
+        BasinDatabase database{session_.basin.Work_File, Access::ReadWrite};
+        // Day 35003 is in October 1995.
+        add_rows<PhysicalRow>(
+            database, template_table(k_physical_data),
+            std::vector<PhysicalRow>{{.zone = 1, .date = 35003, .tmax = 4.5F, .precip = 2.0F}});
+    }
+    MonthlyAverages months{session_.basin.Work_File, 2, &session_.prep.daily_edits};
+    ASSERT_TRUE(months.recalculate());
+    keep();
+    fs::copy_file(program_ / "new.mdb", user_ / "left.mdb");
+    fs::rename(user_ / "left.mdb", program_ / "new.mdb");
+    next_dialogs_.then_choice(k_recover);
+    ASSERT_TRUE(start_again());
+    BasinDatabase work{program_ / "new.mdb", Access::ReadOnly};
+    const int month = civil_date(35003).month;
+    const MonthValues values = read_stored_year(work, 1).at(static_cast<std::size_t>(month) - 1).values;
+    EXPECT_EQ(values[0], 4.5F);
+    EXPECT_TRUE(is_missing(values[1]));
+    EXPECT_EQ(values[3], 2.0F);
+}
+
+TEST_F(RecoveryFaultsTest, AValueThatIsBeingTypedIsKeptUntilItIsStoredOrLeft) {
+    save_new_basin("alder.mdb");
+    add_days();
+    const auto editor = edit();
+    bool typing = true;
+    session_.prep.note_typed = [&] { editor->note_typed(1, 1, typing ? std::optional{9.5} : std::nullopt); };
+    keep();
+    const auto typed = read_recovery_file(state_file_);
+    ASSERT_TRUE(typed) << "an otherwise unchanged basin has a state, too";
+    EXPECT_EQ(typed->daily_edits, "v Runoff 2 9.5\n");
+    typing = false;
+    keep();
+    EXPECT_FALSE(has_state());
+}
+
+TEST_F(RecoveryFaultsTest, AValueThatNoFieldCanHoldIsNotKeptWhileItIsTyped) {
+    save_new_basin("alder.mdb");
+    add_days();
+    const auto editor = edit();
+    editor->note_typed(1, 1, 1e300);
+    EXPECT_TRUE(session_.prep.daily_edits.empty());
+}
+
+TEST_F(RecoveryFaultsTest, TheCellThatIsBeingTypedInIsKeptAndTheBasinStaysAsItIs) {
+    save_new_basin("alder.mdb");
+    desktop_.put_typed_cell = [](BasinState& copy) {
+        copy.zones.at(0).area = 99.5;
+        mark_input_changed(copy);
+    };
+    keep();
+    EXPECT_FALSE(session_.basin.Basin_Changed);
+    EXPECT_EQ(session_.basin.zones.at(0).area, 12.5);
+    const auto state = read_recovery_file(state_file_);
+    ASSERT_TRUE(state);
+    EXPECT_EQ(state->zones.at(0).area, 99.5);
+    EXPECT_TRUE(state->Input_Changed);
 }
 
 }  // namespace

@@ -182,6 +182,28 @@ TEST_F(RecoveryKeeperTest, EditsAreAddedUpUntilTheEditorCloses) {
     EXPECT_EQ(kept().edited_table, "run 1");
 }
 
+TEST_F(RecoveryKeeperTest, TheTypedValueFollowsTheEditsAndGivesWayToTheNext) {
+    edits_.begin("PhysicalData");
+    edits_.add_value("TMax", 1, 2.5);
+    for (const double value : {1.0, 12.0, 12.5}) {
+        edits_.type_value("TMax", 2, value);
+        keeper_.keep(state_, edits_);
+        if (value == 12.0) keeper_.finish();
+    }
+    keeper_.finish();
+    EXPECT_EQ(kept().daily_edits, "v TMax 1 2.5\nv TMax 2 12.5\n");
+    edits_.type_nothing();
+    edits_.add_value("TMax", 2, 12.5);
+    keeper_.keep(state_, edits_);
+    keeper_.finish();
+    EXPECT_EQ(kept().daily_edits, "v TMax 1 2.5\nv TMax 2 12.5\n");
+    edits_.type_value("TMax", 3, 4.0);
+    edits_.type_nothing();
+    keeper_.keep(state_, edits_);
+    keeper_.finish();
+    EXPECT_EQ(kept().daily_edits, "v TMax 1 2.5\nv TMax 2 12.5\n");
+}
+
 TEST_F(RecoveryKeeperTest, AWriteThatFailedIsTriedAgain) {
     // No file can replace a folder, which holds for every user.
     std::filesystem::create_directory(keeper_.file());

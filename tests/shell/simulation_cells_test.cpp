@@ -394,5 +394,20 @@ TEST_F(SimulationCellsTest, ArrowsSelectRowsAndUpStopsAtTheFirst) {
     expect_active(1, 3);
 }
 
+TEST_F(SimulationCellsTest, ACellThatIsBeingTypedInIsPutIntoACopyOfTheBasin) {
+    go_to(1, 17);
+    keys("some comments");
+    BasinState copy = session_.basin;
+    session_.desktop.put_typed_cell(copy);
+    EXPECT_EQ(copy.simulations[0].comments, "some comments");
+    EXPECT_TRUE(copy.Input_Changed);
+    EXPECT_NE(session_.basin.simulations[0].comments, "some comments");
+    EXPECT_FALSE(session_.basin.Basin_Changed);
+    key(Qt::Key_Escape);
+    BasinState after = session_.basin;
+    session_.desktop.put_typed_cell(after);
+    EXPECT_FALSE(after.Basin_Changed);
+}
+
 }  // namespace
 }  // namespace nivora

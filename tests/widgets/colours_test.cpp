@@ -17,6 +17,27 @@ TEST(ColoursTest, RedIsTheLowestByteOfANumber) {
     EXPECT_EQ(number_of(QColor(1, 2, 3)), 0x030201);
 }
 
+TEST(ColoursTest, TheContrastIsThatOfTheGuidelines) {
+    EXPECT_DOUBLE_EQ(contrast(Qt::black, Qt::white), 21.0);
+    EXPECT_DOUBLE_EQ(contrast(Qt::red, Qt::red), 1.0);
+    // Blue has the luminance 0.0722: (1 + 0.05) / (0.0722 + 0.05) = 8.592.
+    EXPECT_NEAR(contrast(Qt::white, Qt::blue), 8.592, 0.001);
+}
+
+TEST(ColoursTest, ATextKeepsItsColourOnALightGround) {
+    for (const QColor& ground : {QColor(Qt::white), QColor(0xF0, 0xF0, 0xF0), QColor(0xFF, 0x80, 0x80)})
+        EXPECT_EQ(readable_on(Qt::blue, ground), QColor(Qt::blue)) << ground.name().toStdString();
+}
+
+TEST(ColoursTest, ATextIsReadableOnEveryDarkGroundAndKeepsItsHue) {
+    for (int grey = 0; grey < 0x70; ++grey) {
+        const QColor shown = readable_on(Qt::blue, QColor(grey, grey, grey));
+        EXPECT_GE(contrast(shown, QColor(grey, grey, grey)), 4.5) << grey;
+        EXPECT_NEAR(shown.hslHue(), QColor(Qt::blue).hslHue(), 2) << grey;
+    }
+    EXPECT_EQ(readable_on(Qt::white, Qt::black), QColor(Qt::white));
+}
+
 class ColourDialogTest : public testing::Test {
 protected:
     /// Asks for a colour, and acts in the dialog.

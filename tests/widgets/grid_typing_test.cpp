@@ -320,5 +320,39 @@ TEST_F(GridTypingTest, ARefusedBlockShowsTheColourUntilTheMarkEnds) {
     EXPECT_FALSE(colour(2, 1).isValid());
 }
 
+TEST_F(GridTypingTest, TheTextThatIsBeingTypedIsKnownBeforeItIsStored) {
+    go_to(2, Column::k_number);
+    EXPECT_FALSE(grid_->typed_cell());
+    type("12.5");
+    const auto typed = grid_->typed_cell();
+    ASSERT_TRUE(typed);
+    EXPECT_EQ(typed->row, 2);
+    EXPECT_EQ(typed->column, Column::k_number);
+    EXPECT_EQ(typed->text, QStringLiteral("12.5"));
+    EXPECT_EQ(at(2, Column::k_number), "2.125");
+    EXPECT_EQ(edits_, 0);
+    key(Qt::Key_Return);
+    EXPECT_FALSE(grid_->typed_cell());
+}
+
+TEST_F(GridTypingTest, ATypedTextThatTheCellCannotHoldOrHoldsAlreadyIsNone) {
+    go_to(2, Column::k_number);
+    type("1e");
+    EXPECT_FALSE(grid_->typed_cell());
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(grid_->typed_cell());
+    type("2.125");
+    EXPECT_FALSE(grid_->typed_cell());
+}
+
+TEST_F(GridTypingTest, AnEmptiedCellIsTypedAsWhatItWillHold) {
+    go_to(2, Column::k_number);
+    type("7");
+    key(Qt::Key_Backspace);
+    const auto typed = grid_->typed_cell();
+    ASSERT_TRUE(typed);
+    EXPECT_EQ(typed->text, QStringLiteral("0"));
+}
+
 }  // namespace
 }  // namespace nivora

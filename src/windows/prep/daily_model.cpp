@@ -33,6 +33,13 @@ void DailyModel::show(DailyEditor* editor) {
     endResetModel();
 }
 
+void DailyModel::note_typed(const std::optional<CellText>& typed) {
+    if (editor_ == nullptr) return;
+    if (!typed) return editor_->note_typed(0, 0, std::nullopt);
+    editor_->note_typed(static_cast<std::size_t>(typed->row), static_cast<std::size_t>(typed->column),
+                        exact_number(from_qt(typed->text)));
+}
+
 int DailyModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rows_; }
 
 int DailyModel::columnCount(const QModelIndex& parent) const {

@@ -23,6 +23,8 @@ public:
     /// Shows the days of an editor, or nothing for null. Another zone of one editor keeps the rows that both
     /// zones have.
     void show(DailyEditor* editor);
+    /// Notes what is being typed, for a crash.
+    void note_typed(const std::optional<CellText>& typed);
     /// Returns and clears the reason why the store refused a value; empty if it did not.
     [[nodiscard]] std::string take_fault() { return std::exchange(fault_, {}); }
 

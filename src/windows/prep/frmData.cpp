@@ -117,7 +117,10 @@ frmData::frmData(const WindowContext& context, QWidget* parent)
     resize(980, 680);
 }
 
-frmData::~frmData() { days_->show(nullptr); }
+frmData::~frmData() {
+    session().prep.note_typed = nullptr;
+    days_->show(nullptr);
+}
 
 QWidget* frmData::make_head() {
     auto* frame = new QWidget(this);
@@ -185,6 +188,7 @@ bool frmData::open() {
             "simulation/climate change again.");
         return false;
     }
+    session().prep.note_typed = [this] { days_->note_typed(grid_->typed_cell()); };
     show_zone(1);
     fit_columns();
     grid_->setCurrentIndex(days_->index(0, 0));

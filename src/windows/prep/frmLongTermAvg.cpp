@@ -79,7 +79,7 @@ frmLongTermAvg::frmLongTermAvg(const WindowContext& context, QWidget* parent)
     resize(640, 560);
 }
 
-frmLongTermAvg::~frmLongTermAvg() = default;
+frmLongTermAvg::~frmLongTermAvg() { session().prep.note_typed = nullptr; }
 
 void frmLongTermAvg::make_menus() {
     QMenu* edit = menuBar()->addMenu(QStringLiteral("&Edit"));
@@ -96,12 +96,14 @@ void frmLongTermAvg::make_menus() {
 
 bool frmLongTermAvg::open() {
     try {
-        averages_ = std::make_unique<MonthlyAverages>(session().basin.Work_File, session().basin.ZoneCount);
+        averages_ = std::make_unique<MonthlyAverages>(session().basin.Work_File, session().basin.ZoneCount,
+                                                      &session().prep.daily_edits);
         if (!averages_->has_physical_data()) show_status(QStringLiteral("Click 'Recalculate' button"));
     } catch (const StoreError&) {
         session().dialogs.stop("Missing invalid BasinAverages table");
         return false;
     }
+    session().prep.note_typed = [this] { months_->note_typed(grid_->typed_cell()); };
     Show_Zone_Months(1);
     grid_->fit_columns();
     return true;

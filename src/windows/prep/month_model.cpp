@@ -33,6 +33,17 @@ void MonthModel::show_zone(MonthlyAverages* averages, int zone) {
     reload();
 }
 
+void MonthModel::note_typed(const std::optional<CellText>& typed) {
+    if (averages_ == nullptr) return;
+    averages_->note_nothing_typed();
+    if (!typed || typed->column == 0) return;
+    const std::string text = from_qt(typed->text);
+    const auto number = exact_number(text);
+    if (!number && !trimmed(text).empty()) return;
+    averages_->note_typed(zone_, typed->row + 1, static_cast<std::size_t>(typed->column - 1),
+                          number ? static_cast<float>(*number) : k_missing);
+}
+
 int MonthModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() || averages_ == nullptr ? 0 : k_months;
 }

@@ -5,6 +5,7 @@
 #include "prep/monthly_averages.h"
 #include "widgets/grid_model.h"
 
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -20,6 +21,8 @@ public:
 
     /// Shows a zone of these averages, or nothing for null.
     void show_zone(MonthlyAverages* averages, int zone);
+    /// Notes what is being typed, for a crash.
+    void note_typed(const std::optional<CellText>& typed);
     [[nodiscard]] bool edited_by_user() const { return edited_; }
     /// Returns and clears the reason why the store refused a value; empty if it did not.
     [[nodiscard]] std::string take_fault() { return std::exchange(fault_, {}); }

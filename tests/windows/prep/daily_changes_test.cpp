@@ -1,4 +1,5 @@
 #include "tests/windows/prep/daily_window_fixture.h"
+#include "widgets/colours.h"
 
 #include <QStatusBar>
 
@@ -421,6 +422,47 @@ TEST_F(DailyChangesTest, SwitchScrollStyleFlipsTheTrackingAndBack) {
     EXPECT_EQ(grid()->track_scrolling(), !before);
     choose("mnuEditItm(9)");
     EXPECT_EQ(grid()->track_scrolling(), before);
+}
+
+TEST_F(DailyChangesTest, AValueThatIsBeingTypedIsKnownForACrash) {
+    open_variables();
+    go_to(1, 2);
+    grid()->setFocus();
+    type("11.5");
+    ASSERT_TRUE(session_.prep.note_typed);
+    session_.prep.note_typed();
+    EXPECT_THAT(session_.prep.daily_edits.typed(), testing::MatchesRegex("v Runoff [0-9]+ 11.5\n"));
+    EXPECT_EQ(session_.prep.daily_edits.lines(), "");
+    key(Qt::Key_Return);
+    session_.prep.note_typed();
+    EXPECT_EQ(session_.prep.daily_edits.typed(), "");
+    EXPECT_THAT(session_.prep.daily_edits.lines(), testing::MatchesRegex("v Runoff [0-9]+ 11.5\n"));
+    press(1);
+    window_.reset();
+    EXPECT_FALSE(session_.prep.note_typed);
+    EXPECT_TRUE(session_.prep.daily_edits.empty());
+}
+
+TEST_F(DailyChangesTest, ValuesAreReadableOnADarkGroundAndBlueOnALightOne) {
+    open_variables();
+    go_to(1, 1);
+    for (const QColor& ground : {QColor(0x1E, 0x1E, 0x1E), QColor(Qt::white)}) {
+        QPalette colours = grid()->palette();
+        colours.setColor(QPalette::Base, ground);
+        grid()->setPalette(colours);
+        grid()->viewport()->setPalette(colours);
+        const QRect cell = grid()->visualRect(grid()->model()->index(1, 1)).adjusted(2, 2, -2, -2);
+        const QImage picture = grid()->viewport()->grab(cell).toImage();
+        double best = 1.0;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                const QColor seen = picture.pixelColor(x, y);
+                best = std::max(best, contrast(seen, ground));
+                EXPECT_GE(seen.blue(), std::max(seen.red(), seen.green()));
+            }
+        }
+        EXPECT_GE(best, 4.5) << ground.name().toStdString();
+    }
 }
 
 }  // namespace

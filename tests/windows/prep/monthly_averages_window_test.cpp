@@ -349,5 +349,25 @@ TEST_F(MonthlyAveragesWindowTest, AnotherZoneKeepsTheBlock) {
     EXPECT_EQ(grid()->currentIndex(), model->index(3, 1));
 }
 
+TEST_F(MonthlyAveragesWindowTest, ChangesAndWhatIsBeingTypedAreKnownForACrash) {
+    make_months();
+    open();
+    set(4, 5, "12.5");
+    EXPECT_THAT(session_.prep.daily_edits.lines(), testing::MatchesRegex("v PrecipN [0-9]+ 12.5\n"));
+    EXPECT_EQ(session_.prep.daily_edits.table(), "BasinAverages");
+    grid()->setCurrentIndex(grid()->model()->index(0, 2));
+    grid()->setFocus();
+    type("-3.25");
+    ASSERT_TRUE(session_.prep.note_typed);
+    session_.prep.note_typed();
+    EXPECT_THAT(session_.prep.daily_edits.typed(), testing::MatchesRegex("v TMinN [0-9]+ -3.25\n"));
+    key(Qt::Key_Escape);
+    session_.prep.note_typed();
+    EXPECT_EQ(session_.prep.daily_edits.typed(), "");
+    window_.reset();
+    EXPECT_FALSE(session_.prep.note_typed);
+    EXPECT_TRUE(session_.prep.daily_edits.empty());
+}
+
 }  // namespace
 }  // namespace nivora
