@@ -33,6 +33,7 @@ enum class Command {
     DeleteRow,
     DuplicateSimulation,
     RenameSimulation,
+    ChangeParameter,
     NoSnow,
     MeltTemperature,
     MeltRadiation,

@@ -41,6 +41,7 @@ void frmNVR::do_command(Command command) {
         case Command::DeleteRow: return delete_simulation();
         case Command::DuplicateSimulation: return duplicate_simulation();
         case Command::RenameSimulation: return rename_simulation();
+        case Command::ChangeParameter: return change_parameter();
         case Command::NoSnow: return toggle_snow();
         case Command::MeltTemperature:
         case Command::MeltRadiation: return show_labels();

@@ -1,5 +1,6 @@
 // The commands of the main window that copy and rename simulations.
 
+#include "session/main_window_rules.h"
 #include "session/simulation_list.h"
 #include "shell/frmNVR.h"
 #include "shell/simulations_panel.h"
@@ -54,6 +55,19 @@ void frmNVR::rename_simulation() {
     } catch (const StoreError& error) {
         session().dialogs.stop(error.what());
     }
+    simulations_->grid().setFocus();
+}
+
+void frmNVR::change_parameter() {
+    if (session().shell.climate_window) return;
+    commit_edits();
+    const auto row = simulations_->active_row();
+    if (!row) return;
+    // The active row is not the current simulation after another one was deleted.
+    if (session().basin.current_row != row || session().basin.Current_Sim_Name == k_no_simulation)
+        choose_simulation_row(session(), *row);
+    windows_.change_parameter();
+    refresh_main_window();
     simulations_->grid().setFocus();
 }
 

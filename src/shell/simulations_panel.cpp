@@ -102,9 +102,10 @@ void SimulationsPanel::add_entries(QMenu& menu) {
         const char* caption;
         Command command;
     };
-    constexpr std::array<Entry, 2> k_entries{
+    constexpr std::array<Entry, 3> k_entries{
         {{"gridDuplicate", "&Duplicate simulation...", Command::DuplicateSimulation},
-         {"gridRename", "&Rename simulation...", Command::RenameSimulation}}};
+         {"gridRename", "&Rename simulation...", Command::RenameSimulation},
+         {"gridChangeParameter", "Change a para&meter...", Command::ChangeParameter}}};
     const bool open = active_row() && !session_.shell.climate_window;
     menu.addSeparator();
     for (const Entry& entry : k_entries) {

@@ -12,6 +12,7 @@
 #include "windows/prep/SimOptions.h"
 #include "windows/prep/frmData.h"
 #include "windows/prep/frmLongTermAvg.h"
+#include "windows/prep/frmParameterChange.h"
 #include "windows/prep/frmPopulate.h"
 #include "windows/reports/frmPrint.h"
 
@@ -121,6 +122,11 @@ bool WindowKeeper::edit_monthly_averages() {
 
 void WindowKeeper::edit_scenarios() {
     frmCC window(context_, nullptr);
+    if (window.open()) window.show_modal();
+}
+
+void WindowKeeper::change_parameter() {
+    frmParameterChange window(context_, nullptr);
     if (window.open()) window.show_modal();
 }
 

@@ -59,6 +59,7 @@ public:
     /// @return false if the window could not open
     [[nodiscard]] bool edit_monthly_averages();
     void edit_scenarios();
+    void change_parameter();
     void edit_time_lag();
     /// Opens the choice of reports, which opens their display.
     void choose_reports();

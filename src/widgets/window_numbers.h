@@ -17,7 +17,10 @@ enum class WindowNumber {
     frmFileDisp = 11,
     frmNVRHelp = 12,
     frmPrint = 13,
-    frmLineAtt = 14
+    frmLineAtt = 14,
+    // Windows from here on keep their place until the program ends.
+    frmParameterChange = 20,
+    frmRuns = 21
 };
 
 }  // namespace nivora

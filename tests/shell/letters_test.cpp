@@ -12,6 +12,7 @@
 #include "windows/prep/SimOptions.h"
 #include "windows/prep/frmData.h"
 #include "windows/prep/frmLongTermAvg.h"
+#include "windows/prep/frmParameterChange.h"
 #include "windows/prep/frmPopulate.h"
 #include "windows/reports/frmFileDisp.h"
 #include "windows/reports/frmPrint.h"
@@ -94,6 +95,12 @@ TEST_F(LettersTest, OfTheMainWindowOnlyRunAndReportsShareOne) {
 
 TEST_F(LettersTest, OfTheDefinitionAreAcceptCancelAndHelp) {
     EXPECT_THAT(letters(SimOptions{context()}), ElementsAre("A", "C", "H"));
+}
+
+TEST_F(LettersTest, OfAChangeOfAParameterAreItsButtonsAndItsChoices) {
+    // Apply, Cancel, Dates, Help, Months, Number, Parameter, Action, All zones
+    EXPECT_THAT(letters(frmParameterChange{context()}),
+                ElementsAre("A", "C", "D", "H", "M", "N", "P", "T", "Z"));
 }
 
 TEST_F(LettersTest, OfThePeriodAreAcceptContinueAndHelp) {

@@ -114,6 +114,24 @@ TEST_F(SimulationNamesWindowTest, ARenamedSimulationIsSavedUnderItsName) {
     EXPECT_FALSE(saved.has_table("ellervane-1997-98"));
 }
 
+TEST_F(SimulationNamesWindowTest, AParameterIsChangedInItsWindow) {
+    go_to(1, 1);
+    choose("mnuRunSimVar(1)");
+    ASSERT_TRUE(session_.basin.Output_Valid);
+    look_at_modal("frmParameterChange", [](QWidget* window) {
+        window->findChild<QLineEdit*>(QStringLiteral("txtNumber"))->setText(QStringLiteral("0.5"));
+        press_in(window, 0);
+    });
+    choose_on(2, "gridChangeParameter");
+    EXPECT_TRUE(seen_);
+    // The first parameter is the lapse rate.
+    EXPECT_EQ(count("[ellervane-1997-98] WHERE LapseRate = 0.5"), 1825);  // 365 days of five zones
+    EXPECT_EQ(count("[ellervane-1996] WHERE LapseRate = 0.5"), 0);
+    EXPECT_EQ(session_.basin.Current_Sim_Name, "ellervane-1997-98");
+    EXPECT_TRUE(session_.basin.Input_Changed);
+    EXPECT_FALSE(session_.basin.Output_Valid);
+}
+
 TEST_F(SimulationNamesWindowTest, CancelChangesNothing) {
     dialogs_.then_text(std::nullopt).then_text(std::nullopt);
     choose_on(1, "gridDuplicate");

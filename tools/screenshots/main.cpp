@@ -22,6 +22,7 @@
 #include "windows/prep/SimOptions.h"
 #include "windows/prep/frmData.h"
 #include "windows/prep/frmLongTermAvg.h"
+#include "windows/prep/frmParameterChange.h"
 #include "windows/prep/frmPopulate.h"
 #include "windows/reports/frmFileDisp.h"
 #include "windows/reports/frmPrint.h"
@@ -262,6 +263,7 @@ private:
             draw(options, "sim-options.png");
         }
         draw_data(DataEntry::Parameters, "data-parameters.png");
+        draw_change();
         draw_data(DataEntry::Results, "data-results.png");
         draw_data(DataEntry::Variables, "data-variables.png");
         frmLongTermAvg averages(context);
@@ -269,6 +271,21 @@ private:
         averages.show();
         averages.findChild<QPushButton*>(QStringLiteral("Command1(3)"))->click();
         draw(averages, "long-term-averages.png");
+    }
+
+    /// The degree-day factors of April and May, a tenth larger.
+    void draw_change() {
+        frmParameterChange change(WindowContext{session_, quick_help_, program_, printing_});
+        if (!change.open()) return;
+        change.findChild<QComboBox*>(QStringLiteral("cboParameter"))->setCurrentIndex(2);
+        change.findChild<QComboBox*>(QStringLiteral("cboAction"))->setCurrentIndex(2);
+        for (int month = 1; month <= 12; ++month) {
+            change.findChild<QCheckBox*>(QStringLiteral("chkMonth(%1)").arg(month))
+                ->setChecked(month == 4 || month == 5);
+        }
+        change.findChild<QLineEdit*>(QStringLiteral("txtNumber"))->setText(QStringLiteral("1.1"));
+        change.show();
+        draw(change, "parameter-change.png");
     }
 
     /// The daily editor, opened by an entry of the Data menu.
