@@ -154,8 +154,8 @@ TEST_F(CalibrateCommandTest, NeedsAMeasuredDischargeThatTheMeasureIsDefinedFor) 
 
 TEST_F(CalibrateCommandTest, CountsMissingDays) {
     BasinDatabase{basin(), Access::ReadWrite}.execute(
-        "UPDATE PhysicalData SET Runoff = NULL WHERE Date IN (SELECT DISTINCT Date FROM PhysicalData LIMIT "
-        "10)");
+        "UPDATE PhysicalData SET Runoff = NULL WHERE Date IN (SELECT DISTINCT Date FROM "
+        "[ellervane-1997-98] LIMIT 10)");
     const FoundJson json = found({"--evaluations", "20"});
     EXPECT_EQ(json["fitDays"], 355);
     EXPECT_EQ(json["fitDaysLeftOut"], 10);
