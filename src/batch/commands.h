@@ -115,8 +115,8 @@ int import_command(const ImportCommand& command, BatchDialogs& dialogs, std::ost
 int simulations_command(const std::filesystem::path& basin, std::chrono::milliseconds wait, bool json,
                         BatchDialogs& dialogs, std::ostream& out);
 
-/// Copies a simulation with its parameter table and its scenarios, or gives it another name. A refused command
-/// changes nothing.
+/// Copies a simulation with its parameter table and its scenarios, or gives it another name. A refused
+/// command changes nothing.
 int simulation_name_command(const SimulationNameCommand& command, BatchDialogs& dialogs, std::ostream& out);
 
 /// Runs a simulation, stores `SimResults` in the file and prints the statistics.
