@@ -7,6 +7,7 @@
 #include "prep/prep_state.h"
 #include "session/desktop.h"
 #include "session/file_names.h"
+#include "session/run_list.h"
 #include "session/settings.h"
 #include "session/shell_state.h"
 #include "store/basin_store.h"
@@ -26,6 +27,7 @@ struct Session {
     Dialogs& dialogs;
     Desktop& desktop;
     FileNames file_names;
+    RunList runs;
 };
 
 }  // namespace nivora

@@ -60,6 +60,9 @@ std::optional<std::string> rename_simulation_row(Session& session, std::size_t r
         if (!name) return std::nullopt;
         rename_simulation(context, database, row, *name);
         if (same_name(session.run.LastRunSimulation, former)) session.run.LastRunSimulation = *name;
+        session.runs.rename(listed_basin(session.basin.New_Basin ? std::filesystem::path{}
+                                                                  : session.basin.Basin_File),
+                            former, *name);
     }
     simulation_was_renamed(session);
     return former;
