@@ -1,6 +1,9 @@
 // Kills the commands of the File menu at very many points, with files of several sizes, saves on almost full
 // disks, and kills a program at work and the recovery after it. Prints figures; fails if a user's file is
 // broken, something is left behind, or a change that was kept is lost.
+//
+// nivora_soak [KILLS]               all of it
+// nivora_soak recovery KILLS [JOBS] the recovery alone, by several processes at once
 
 #include "tests/program/killed_command.h"
 #include "tools/soak/recovery_kills.h"
@@ -8,9 +11,11 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdlib>
+#include <string_view>
 
 namespace {
 
@@ -62,10 +67,10 @@ Figures kill_often(KillGround& ground, FileCommand command, int kills) {
 double seconds_since(std::chrono::steady_clock::time_point begin);
 
 /// @return whether every recovery brought back what was kept
-bool recover_often(int kills) {
+bool recover_often(int kills, int jobs) {
     const auto begin = std::chrono::steady_clock::now();
-    const RecoveryFigures figures = kill_and_recover(NIVORA_PROGRAM_FOLDER "/null.mdb",
-                                                     NIVORA_PROGRAM_FOLDER "/samples/ellervane.mdb", kills);
+    const RecoveryFigures figures = kill_and_recover(
+        NIVORA_PROGRAM_FOLDER "/null.mdb", NIVORA_PROGRAM_FOLDER "/samples/ellervane.mdb", kills, jobs);
     fmt::print(
         "recovery: {} kills of typing, edits, runs and saves, {} of the recovery; {} recovered ({} with "
         "valid "
@@ -76,7 +81,8 @@ bool recover_often(int kills) {
         "{} states handed over in {:.0f} microseconds on average, {:.0f} at most ({:.0f} of the processor), "
         "{} "
         "in more than 5 ms\n",
-        figures.keeps, figures.mean_keep, figures.longest_keep, figures.longest_work, figures.slow_keeps);
+        figures.keeps, figures.keep_sum / std::max(1, figures.keeps), figures.longest_keep,
+        figures.longest_work, figures.slow_keeps);
     if (figures.wrong > 0) fmt::print("WRONG: {}\n", figures.first_wrong);
     return figures.wrong == 0 && figures.asked > 0;
 }
@@ -88,13 +94,18 @@ double seconds_since(std::chrono::steady_clock::time_point begin) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (argc > 2 && std::string_view{argv[1]} == "recovery") {
+        const int jobs = argc > 3 ? std::atoi(argv[3]) : 1;
+        return recover_often(std::max(1, std::atoi(argv[2])), std::max(1, jobs)) ? EXIT_SUCCESS
+                                                                                 : EXIT_FAILURE;
+    }
     const int kills = argc > 1 ? std::atoi(argv[1]) : 1000;
     struct Size {
         const char* name;
         std::uintmax_t bytes;
         int share;  ///< of ten kills
     };
-    bool good = recover_often(std::max(1, kills * 3 / 10));
+    bool good = recover_often(std::max(1, kills * 3 / 10), 1);
     constexpr std::array<Size, 3> k_sizes{
         {{"0.3 MB", 300'000, 5}, {"3 MB", 3'000'000, 4}, {"40 MB", 40'000'000, 1}}};
     int all = 0;

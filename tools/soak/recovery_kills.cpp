@@ -3,6 +3,7 @@
 #include "base/durable_file.h"
 #include "engine/run_driver.h"
 #include "prep/daily_editor.h"
+#include "prep/monthly_averages.h"
 #include "session/basin_life.h"
 #include "session/main_window_rules.h"
 #include "store/basin_marks.h"
@@ -16,11 +17,14 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <csignal>
 #include <ctime>
+#include <exception>
 #include <new>
+#include <span>
 
 namespace nivora {
 namespace {
@@ -37,6 +41,8 @@ struct Ledger {
     std::atomic<int> text_after{0};
     std::atomic<int> value_before{0};
     std::atomic<int> value_after{0};
+    std::atomic<int> month_before{0};
+    std::atomic<int> month_after{0};
     std::atomic<int> keeps{0};
     std::atomic<double> keep_sum{0.0};
     std::atomic<double> keep_longest{0.0};
@@ -80,6 +86,16 @@ double value_in(const fs::path& file) {
         .getDouble();
 }
 
+int month_in(const fs::path& file) {
+    BasinDatabase basin{file, Access::ReadOnly};
+    return static_cast<int>(read_stored_year(basin, 1)[0].values[0]);
+}
+
+std::string text_in(const fs::path& file) {
+    SQLite::Database basin{path_text(file), SQLite::OPEN_READONLY};
+    return basin.execAndGet("SELECT BasinDescription FROM BasinDescription").getString();
+}
+
 int text_number(const std::string& text) {
     constexpr std::string_view k_begin = "text ";
     return text.starts_with(k_begin) ? std::stoi(text.substr(k_begin.size())) : 0;
@@ -113,12 +129,24 @@ public:
     }
 
     void round(int number) {
-        type(number * 2 + 1);
+        const int first = number * 3 + 1;
+        type(first);
         edit(true);
+        edit_months(true);
         run();
         edit(false);
-        type(number * 2 + 2);
-        program_.life.save();
+        edit_months(false);
+        type(first + 1);
+        save_at_once(first + 2);
+    }
+
+    /// Another basin takes the working file, then this one again. Nothing is unsaved.
+    void look_at(const fs::path& other, const fs::path& file) {
+        for (const fs::path& opened : {other, file}) {
+            program_.dialogs.path = opened;
+            program_.life.open();
+            program_.life.keep_recovery();
+        }
     }
 
 private:
@@ -141,6 +169,37 @@ private:
         mark_basin_changed(basin);
         keep();
         ledger_.text_before = number;
+    }
+
+    /// Types and saves before the timer has handed the text over.
+    void save_at_once(int number) {
+        BasinState& basin = program_.session.basin;
+        ledger_.text_after = number;
+        basin.basin_description = fmt::format("text {}", number);
+        mark_basin_changed(basin);
+        program_.life.save();
+        ledger_.text_before = number;
+    }
+
+    /// Changes a monthly average, and accepts or cancels.
+    void edit_months(bool accepted) {
+        Session& session = program_.session;
+        const int old = ledger_.month_before;
+        {
+            MonthlyAverages months{session.basin.Work_File, session.basin.ZoneCount,
+                                   &session.prep.daily_edits};
+            ledger_.month_after = old + 1;
+            months.set_value(1, 1, 0, static_cast<float>(old + 1));
+            keep();
+            ledger_.month_before = accepted ? old + 1 : old;
+            if (accepted) {
+                months.commit();
+                mark_output_invalid(session.basin);
+                mark_input_changed(session.basin);
+            }
+        }
+        keep();
+        if (!accepted) ledger_.month_after = old;
     }
 
     /// Adds 1 to a value, so that a change that is made twice shows.
@@ -183,13 +242,19 @@ private:
 class Ground {
 public:
     Ground(const fs::path& template_file, const fs::path& sample)
-        : program_(folder_ / "program"), user_file_(folder_ / "user.mdb"), old_(folder_ / "old.mdb") {
+        : program_(folder_ / "program"),
+          user_file_(folder_ / "user.mdb"),
+          old_(folder_ / "old.mdb"),
+          other_(folder_ / "other.mdb") {
         fs::create_directory(program_);
         fs::copy_file(template_file, program_ / "null.mdb");
         fs::copy_file(sample, old_);
+        fs::copy_file(sample, other_);
         {
-            SQLite::Database basin{path_text(old_), SQLite::OPEN_READWRITE};
-            basin.exec("UPDATE PhysicalData SET NetRadiation = 0");
+            BasinDatabase basin{old_, Access::ReadWrite};
+            Ensure_Monthly_Table(basin);
+            basin.execute("UPDATE PhysicalData SET NetRadiation = 0");
+            basin.execute("UPDATE BasinAverages SET TMaxN = 0");
         }
         void* shared =
             mmap(nullptr, sizeof(Ledger), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
@@ -215,7 +280,10 @@ public:
                 Program program{program_};
                 Work work{program, *ledger_};
                 work.open(user_file_);
-                for (int round = 0; round < k_rounds; ++round) work.round(round);
+                for (int round = 0; round < k_rounds; ++round) {
+                    work.round(round);
+                    work.look_at(other_, user_file_);
+                }
             },
             [&] { return ledger_->open.load(); }, microseconds);
     }
@@ -233,23 +301,23 @@ public:
     }
 
     /// Starts the program a last time and looks. @return what is wrong; empty if nothing is
-    std::string look(RecoveryFigures& figures) {
+    std::string look(RecoveryNumbers& figures) {
         Program program{program_};
         if (!program.life.start()) return "the program ended at its start: " + program.dialogs.told;
         const BasinState& basin = program.session.basin;
         const bool recovered = program.dialogs.asked > 0;
         (recovered ? figures.asked : figures.not_asked) += 1;
-        int text = 0;
-        int value = 0;
-        if (recovered) {
-            text = text_number(basin.basin_description);
-            value = static_cast<int>(value_in(basin.Work_File));
-            if (basin.Basin_File != user_file_) return "recovered under another name";
-        } else {
-            SQLite::Database saved{path_text(user_file_), SQLite::OPEN_READONLY};
-            text = text_number(saved.execAndGet("SELECT BasinDescription FROM BasinDescription").getString());
-            value = static_cast<int>(value_in(user_file_));
-        }
+        const fs::path& file = recovered ? basin.Work_File : user_file_;
+        const int saved_text = text_number(text_in(user_file_));
+        const int text = recovered ? text_number(basin.basin_description) : saved_text;
+        const auto value = static_cast<int>(value_in(file));
+        const int month = month_in(file);
+        if (recovered && basin.Basin_File != user_file_) return "recovered under another name";
+        if (text < saved_text)
+            return fmt::format("text {} is older than the text {} of the file", text, saved_text);
+        if (month < ledger_->month_before || month > ledger_->month_after.load())
+            return fmt::format("month {} and not {} to {}", month, ledger_->month_before.load(),
+                               ledger_->month_after.load());
         if (text < ledger_->text_before || text > ledger_->text_after.load())
             return fmt::format("text {} and not {} to {}", text, ledger_->text_before.load(),
                                ledger_->text_after.load());
@@ -307,14 +375,23 @@ private:
     fs::path program_;
     fs::path user_file_;
     fs::path old_;
+    fs::path other_;
     Ledger* ledger_;
 };
 
-}  // namespace
+/// What one of several processes has found. Shared by that process and the one that adds up.
+struct Part {
+    RecoveryNumbers numbers;
+    bool complete = false;
+    std::array<char, 600> first_wrong{};
+};
 
-RecoveryFigures kill_and_recover(const std::string& template_file, const std::string& sample, int kills) {
+/// The kills of one process: every `parts`-th one.
+void kill_part(const std::string& template_file, const std::string& sample, int kills, int first, int parts,
+               Part& part) {
     constexpr double k_never = 1.0e9;
-    RecoveryFigures figures;
+    constexpr int k_recovery_points = 30;
+    RecoveryNumbers& numbers = part.numbers;
     Ground ground{template_file, sample};
     ground.prepare();
     const double work_time = microseconds_of([&] { ground.work(k_never); });
@@ -322,23 +399,75 @@ RecoveryFigures kill_and_recover(const std::string& template_file, const std::st
     ground.prepare();
     ground.work(work_time / 2);
     const double recovery_time = microseconds_of([&] { ground.recover(k_never); });
-    double keep_sum = 0.0;
-    for (int i = 0; i < kills; ++i) {
+    for (int i = first; i < kills; i += parts) {
         ground.prepare();
         ground.work(work_time * i / kills);
-        ++figures.kills;
-        const double point = recovery_time * (i % 30) / 30;
-        if (i % 3 == 0 && ground.recover(point)) ++figures.recovery_kills;
-        figures.keeps += ground.ledger().keeps;
-        figures.slow_keeps += ground.ledger().slow_keeps;
-        figures.longest_work = std::max(figures.longest_work, ground.ledger().work_longest.load());
-        keep_sum += ground.ledger().keep_sum;
-        figures.longest_keep = std::max(figures.longest_keep, ground.ledger().keep_longest.load());
-        const std::string wrong = ground.look(figures);
-        if (!wrong.empty() && figures.wrong++ == 0)
-            figures.first_wrong = fmt::format("kill {} of {}: {}", i, kills, wrong);
+        ++numbers.kills;
+        // After every third kill the recovery is killed, too, and half of those twice.
+        const int turn = i / parts;
+        const double point = recovery_time * (turn % k_recovery_points) / k_recovery_points;
+        for (int crash = 0; turn % 3 == 0 && crash < 1 + turn % 2; ++crash) {
+            if (ground.recover(point)) ++numbers.recovery_kills;
+        }
+        const Ledger& ledger = ground.ledger();
+        numbers.keeps += ledger.keeps;
+        numbers.slow_keeps += ledger.slow_keeps;
+        numbers.longest_work = std::max(numbers.longest_work, ledger.work_longest.load());
+        numbers.keep_sum += ledger.keep_sum;
+        numbers.longest_keep = std::max(numbers.longest_keep, ledger.keep_longest.load());
+        std::string wrong;
+        try {
+            wrong = ground.look(numbers);
+        } catch (const std::exception& error) {
+            wrong = error.what();
+        }
+        if (wrong.empty() || numbers.wrong++ > 0) continue;
+        const std::string text = fmt::format("kill {} of {}: {}", i, kills, wrong);
+        text.copy(part.first_wrong.data(), part.first_wrong.size() - 1);
     }
-    figures.mean_keep = keep_sum / std::max(1, figures.keeps);
+    part.complete = true;
+}
+
+void add(RecoveryNumbers& sum, const RecoveryNumbers& part) {
+    sum.kills += part.kills;
+    sum.recovery_kills += part.recovery_kills;
+    sum.asked += part.asked;
+    sum.not_asked += part.not_asked;
+    sum.valid_results += part.valid_results;
+    sum.wrong += part.wrong;
+    sum.keeps += part.keeps;
+    sum.slow_keeps += part.slow_keeps;
+    sum.keep_sum += part.keep_sum;
+    sum.longest_keep = std::max(sum.longest_keep, part.longest_keep);
+    sum.longest_work = std::max(sum.longest_work, part.longest_work);
+}
+
+}  // namespace
+
+RecoveryFigures kill_and_recover(const std::string& template_file, const std::string& sample, int kills,
+                                 int jobs) {
+    const auto count = static_cast<std::size_t>(jobs);
+    void* shared =
+        mmap(nullptr, count * sizeof(Part), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    if (shared == MAP_FAILED) throw std::bad_alloc();
+    const std::span<Part> parts{static_cast<Part*>(shared), count};
+    for (int job = 0; job < jobs; ++job) {
+        Part* part = new (&parts[static_cast<std::size_t>(job)]) Part;
+        if (fork() != 0) continue;
+        kill_part(template_file, sample, kills, job, jobs, *part);
+        _exit(0);
+    }
+    while (wait(nullptr) > 0) {
+    }
+    RecoveryFigures figures;
+    for (const Part& part : parts) {
+        add(figures, part.numbers);
+        if (!part.complete) ++figures.wrong;
+        if (!figures.first_wrong.empty()) continue;
+        figures.first_wrong = part.complete || part.numbers.wrong > 0 ? part.first_wrong.data()
+                                                                      : "a process of the soak ended early";
+    }
+    munmap(shared, count * sizeof(Part));
     return figures;
 }
 
