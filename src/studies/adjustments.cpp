@@ -168,12 +168,12 @@ void adjust_values(std::span<double> values, const Adjustment& adjustment) {
 
 void adjust(SimResults& results, const Adjustment& adjustment, bool no_snow) {
     if (no_snow && adjustment.variable == StudyVariable::SnowCoveredArea) return;
-    const auto [single, twofold] = study_column(adjustment.variable);
+    const StudyColumn column = study_column(adjustment.variable);
     for_touched_rows(results, adjustment, [&](std::size_t first, std::size_t count) {
-        if (twofold != nullptr) {
-            adjust_values(std::span{results.*twofold}.subspan(first, count), adjustment);
+        if (column.twofold != nullptr) {
+            adjust_values(std::span{results.*column.twofold}.subspan(first, count), adjustment);
         } else {
-            adjust_values(std::span{results.*single}.subspan(first, count), adjustment);
+            adjust_values(std::span{results.*column.single}.subspan(first, count), adjustment);
         }
     });
 }
