@@ -32,6 +32,8 @@ public:
     void keep_recovery();
     /// Waits until the recovery state is on the disk.
     void finish_recovery() { recovery_.finish(); }
+    /// Why the unsaved changes are not kept at present; empty if they are.
+    [[nodiscard]] std::string recovery_fault() { return recovery_.fault(); }
     /// The program ends as its user wants it: nothing is left to recover.
     void end();
 

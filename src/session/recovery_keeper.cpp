@@ -25,7 +25,7 @@ void RecoveryKeeper::keep(const RecoveryState& state, const DailyEdits& edits) {
     const bool other_editing = forget_edits_ || edits.editing() != editing_;
     if (other_editing) edits_taken_ = 0;
     {
-        const std::lock_guard lock{mutex_};
+        std::unique_lock lock{mutex_};
         const bool same = !other_editing && lines == lines_ && edits.lines().size() == edits_taken_ &&
                           edits.typed() == typed_;
         if (same && !failed_) return;
@@ -42,7 +42,8 @@ void RecoveryKeeper::keep(const RecoveryState& state, const DailyEdits& edits) {
         }
         waiting_ = std::move(order);
         failed_ = false;
-        if (!thread_.joinable()) thread_ = std::thread{[this] { work(); }};
+        start_thread();
+        if (!thread_.joinable()) write_waiting(lock);
     }
     changed_.notify_all();
     lines_ = std::move(lines);
@@ -60,6 +61,7 @@ bool RecoveryKeeper::remove() {
         waiting_.reset();
         changed_.wait(lock, [this] { return !writing_; });
         failed_ = false;
+        fault_.clear();
     }
     std::error_code error;  // another program may have the file open for a moment; the next call tries again
     std::filesystem::remove(file_, error);
@@ -74,28 +76,50 @@ void RecoveryKeeper::finish() {
     changed_.wait(lock, [this] { return !writing_ && !waiting_; });
 }
 
+std::string RecoveryKeeper::fault() {
+    const std::lock_guard lock{mutex_};
+    return fault_;
+}
+
+void RecoveryKeeper::start_thread() {
+    if (thread_.joinable()) return;
+    try {
+        thread_ = std::thread{[this] { work(); }};
+    } catch (const std::system_error&) {
+        // The system has no thread left: the program's thread writes this state, and the next call tries
+        // again.
+    }
+}
+
 void RecoveryKeeper::work() {
     std::unique_lock lock{mutex_};
     for (;;) {
         changed_.wait(lock, [this] { return waiting_ || ends_; });
         if (!waiting_) return;
-        Order order = std::move(*waiting_);
-        waiting_.reset();
-        writing_ = true;
-        lock.unlock();
-        bool written = true;
-        try {
-            write(std::move(order));
-        } catch (const std::exception&) {
-            // In a folder that can't be written, or on a full disk, the program works on without a recovery
-            // state. The next call tries again.
-            written = false;
-        }
-        lock.lock();
-        writing_ = false;
-        failed_ = !written;
+        write_waiting(lock);
         changed_.notify_all();
     }
+}
+
+void RecoveryKeeper::write_waiting(std::unique_lock<std::mutex>& lock) {
+    Order order = std::move(*waiting_);
+    waiting_.reset();
+    writing_ = true;
+    lock.unlock();
+    std::string fault;
+    bool written = false;
+    try {
+        write(std::move(order));
+        written = true;
+    } catch (const std::exception& error) {
+        // In a folder that can't be written, or on a full disk, the program works on without a recovery
+        // state. The next call tries again.
+        fault = error.what();
+    }
+    lock.lock();
+    writing_ = false;
+    failed_ = !written;
+    fault_ = std::move(fault);
 }
 
 void RecoveryKeeper::write(Order order) {

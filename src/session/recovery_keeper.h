@@ -32,6 +32,8 @@ public:
     [[nodiscard]] bool remove();
     /// Waits until what was handed over is on the disk, or could not be written.
     void finish();
+    /// Why the last write failed; empty if it did not.
+    [[nodiscard]] std::string fault();
 
 private:
     struct Order {
@@ -43,7 +45,10 @@ private:
         bool first_edits = false;
     };
 
+    void start_thread();
     void work();
+    /// @param lock held before and after, not while the state is written
+    void write_waiting(std::unique_lock<std::mutex>& lock);
     void write(Order order);
 
     std::filesystem::path file_;
@@ -64,6 +69,7 @@ private:
     std::optional<Order> waiting_;
     bool writing_ = false;
     bool failed_ = false;
+    std::string fault_;
     bool ends_ = false;
     std::thread thread_;  ///< not running before the first write
 };

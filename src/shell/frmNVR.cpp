@@ -38,6 +38,7 @@ frmNVR::frmNVR(const WindowContext& context)
       windows_(context),
       menu_(new MainMenu(menuBar(), context.session, this)),
       procedure_(make_label(QStringLiteral("panel2"), {}, 43, this)),
+      not_kept_(new QLabel(QStringLiteral("Unsaved changes are not kept for a crash"), this)),
       recovery_(new QTimer(this)),
       edit_target_(new EditTarget(this)),
       basin_(new BasinPanel(context, interruptions_, this)),
@@ -48,11 +49,14 @@ frmNVR::frmNVR(const WindowContext& context)
     layout->addWidget(basin_, 3);
     layout->addWidget(simulations_, 2);
     set_content(content);
+    not_kept_->setObjectName(QStringLiteral("notKept"));
+    not_kept_->hide();
+    statusBar()->addPermanentWidget(not_kept_);
     statusBar()->addPermanentWidget(procedure_);
     explain_status_bar(42);
     connect_menu();
     connect_panels();
-    connect(recovery_, &QTimer::timeout, this, [this] { life_.keep_recovery(); });
+    connect(recovery_, &QTimer::timeout, this, &frmNVR::keep_recovery);
     resize(1000, 720);
     if (context.quick_help.is_on()) quick_help_changed(true);
 }
@@ -143,6 +147,14 @@ bool frmNVR::start() {
 void frmNVR::commit_edits() {
     basin_->commit_edits();
     simulations_->commit_edits();
+}
+
+/// Keeps the unsaved changes, and shows whether the last write of them failed.
+void frmNVR::keep_recovery() {
+    life_.keep_recovery();
+    const QString fault = to_qt(life_.recovery_fault());
+    not_kept_->setToolTip(fault);
+    not_kept_->setVisible(!fault.isEmpty());
 }
 
 void frmNVR::put_typed_cell(BasinState& copy) {

@@ -45,6 +45,7 @@ private:
 
     // What is shown
     void commit_edits();
+    void keep_recovery();
     void put_typed_cell(BasinState& copy);
     void go_to_field(const UnstorableField& field);
     void refresh_main_window();
@@ -87,6 +88,7 @@ private:
     MainMenu* menu_;
     std::optional<RunChoice> last_choice_;  ///< what F5 repeats
     QLabel* procedure_;
+    QLabel* not_kept_;  ///< shown while unsaved changes can't be kept for a crash
     QTimer* recovery_;  ///< keeps the unsaved changes from time to time
     EditTarget* edit_target_;
     BasinPanel* basin_;

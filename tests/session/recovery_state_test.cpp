@@ -6,6 +6,7 @@
 #include "tests/support/temporary_folder.h"
 
 #include <gmock/gmock.h>
+#include <pthread.h>
 
 #include <cmath>
 #include <fstream>
@@ -210,10 +211,48 @@ TEST_F(RecoveryKeeperTest, AWriteThatFailedIsTriedAgain) {
     keeper_.keep(state_, edits_);
     keeper_.finish();
     EXPECT_TRUE(std::filesystem::is_directory(keeper_.file()));
+    EXPECT_THAT(keeper_.fault(), HasSubstr("it is a folder"));
     std::filesystem::remove(keeper_.file());
     keeper_.keep(state_, edits_);
     keeper_.finish();
     EXPECT_EQ(kept().basin_name, state_.basin_name);
+}
+
+TEST_F(RecoveryKeeperTest, AFaultIsToldUntilAWriteSucceedsOrNothingIsKept) {
+    for (const bool removed : {false, true}) {
+        std::filesystem::create_directory(keeper_.file());
+        state_.basin_name += "x";
+        keeper_.keep(state_, edits_);
+        keeper_.finish();
+        EXPECT_NE(keeper_.fault(), "");
+        std::filesystem::remove(keeper_.file());
+        if (removed) {
+            EXPECT_TRUE(keeper_.remove());
+        } else {
+            keeper_.keep(state_, edits_);
+            keeper_.finish();
+        }
+        EXPECT_EQ(keeper_.fault(), "");
+        std::filesystem::remove(keeper_.file());
+    }
+}
+
+TEST_F(RecoveryKeeperTest, WithoutAThreadTheStateIsWrittenAtOnce) {
+    pthread_attr_t usual;
+    ASSERT_EQ(pthread_getattr_default_np(&usual), 0);
+    pthread_attr_t endless = usual;
+    constexpr std::size_t k_no_room = std::size_t{1} << 46U;
+    ASSERT_EQ(pthread_attr_setstacksize(&endless, k_no_room), 0);
+    ASSERT_EQ(pthread_setattr_default_np(&endless), 0);
+    edits_.begin("PhysicalData");
+    edits_.add_value("TMax", 1, 2.5);
+    keeper_.keep(state_, edits_);
+    ASSERT_EQ(pthread_setattr_default_np(&usual), 0);
+    EXPECT_EQ(kept().daily_edits, "v TMax 1 2.5\n");
+    edits_.add_value("TMax", 2, 3.5);
+    keeper_.keep(state_, edits_);  // by a thread, which has all edits
+    keeper_.finish();
+    EXPECT_EQ(kept().daily_edits, "v TMax 1 2.5\nv TMax 2 3.5\n");
 }
 
 TEST_F(RecoveryKeeperTest, AnEndingKeeperWritesWhatItHasGot) {

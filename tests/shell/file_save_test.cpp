@@ -224,5 +224,19 @@ TEST_F(FileSaveTest, YesAtTheQuestionChecksTheBoxThatIsTypedIn) {
     EXPECT_TRUE(session_.basin.Basin_Changed);
 }
 
+TEST_F(FileSaveTest, ChangesThatCannotBeKeptForACrashAreToldInTheStatusBarAsLongAsTheyAreNot) {
+    open_sample();
+    auto* told = find<QLabel>("notKept");
+    EXPECT_TRUE(told->isHidden());
+    fs::create_directory(program_ / "recovery.state");  // as a full disk, it lets no file be written
+    type(4, "larch above");
+    constexpr int k_longest_wait = 20'000;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return told->isVisible(); }, k_longest_wait));
+    EXPECT_NE(told->toolTip(), QString{});
+    fs::remove(program_ / "recovery.state");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return told->isHidden(); }, k_longest_wait));
+    EXPECT_TRUE(fs::is_regular_file(program_ / "recovery.state"));
+}
+
 }  // namespace
 }  // namespace nivora
