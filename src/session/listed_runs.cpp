@@ -18,7 +18,7 @@ ListedRun listed(const Session& session) {
     const BasinState& basin = session.basin;
     const RunState& run = session.run;
     ListedRun made{.time = basin.results_time.value_or(local_now()),
-                   .basin = basin.New_Basin ? std::string{} : listed_basin(basin.Basin_File),
+                   .basin = open_basin_name(basin),
                    .simulation = basin.Current_Sim_Name,
                    .start = run.RunStart,
                    .end = run.RunEnd,
@@ -65,6 +65,10 @@ ComparedItem number_item(std::string name, const std::optional<float>& first,
 
 }  // namespace
 
+std::string open_basin_name(const BasinState& basin) {
+    return basin.New_Basin ? std::string{} : listed_basin(basin.Basin_File);
+}
+
 void list_run(Session& session, bool completed) {
     ListedRun made = listed(session);
     made.kind = session.run.RunTitle;
@@ -93,7 +97,7 @@ std::vector<std::string> listed_headers() {
 }
 
 std::string listed_simulation(const ListedRun& run, const BasinState& basin) {
-    if (run.basin != listed_basin(basin.New_Basin ? std::filesystem::path{} : basin.Basin_File))
+    if (run.basin != open_basin_name(basin))
         return run.renamed.empty() ? run.simulation : run.simulation + " (later " + run.renamed + ")";
     if (has_simulation(basin, run.simulation)) return run.simulation;
     if (has_simulation(basin, run.renamed)) return run.simulation + " (now " + run.renamed + ")";

@@ -9,6 +9,9 @@
 
 namespace nivora {
 
+/// The open basin as the list names it; empty for one without a file.
+[[nodiscard]] std::string open_basin_name(const BasinState& basin);
+
 /// Adds the run that has just ended to the list.
 ///
 /// @param completed whether all of its stages were completed

@@ -220,9 +220,9 @@ std::vector<ListedRun> RunList::runs_of(std::string_view basin) const {
 void RunList::add(ListedRun run) {
     const std::string basin = run.basin;
     runs_.push_back(std::move(run));
-    keep_last(runs_, basin, k_most_runs_of_basin);
-    if (runs_.size() > k_most_runs)
-        runs_.erase(runs_.begin(), runs_.end() - static_cast<std::ptrdiff_t>(k_most_runs));
+    keep_last(runs_, basin, k_most_listed_of_basin);
+    if (runs_.size() > k_most_listed)
+        runs_.erase(runs_.begin(), runs_.end() - static_cast<std::ptrdiff_t>(k_most_listed));
     write();
 }
 

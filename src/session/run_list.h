@@ -14,8 +14,8 @@
 namespace nivora {
 
 /// The most runs of one basin that are kept, and of all basins together; the oldest go first.
-inline constexpr std::size_t k_most_runs_of_basin = 200;
-inline constexpr std::size_t k_most_runs = 2000;
+inline constexpr std::size_t k_most_listed_of_basin = 200;
+inline constexpr std::size_t k_most_listed = 2000;
 
 /// A run as it was: what is listed later does not depend on the basin any more.
 struct ListedRun {

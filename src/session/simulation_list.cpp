@@ -6,6 +6,7 @@
 #include "prep/simulation_grid.h"
 #include "prep/simulation_names.h"
 #include "session/availability.h"
+#include "session/listed_runs.h"
 #include "session/main_window_rules.h"
 #include "store/basin_marks.h"
 #include "store/transactions.h"
@@ -60,9 +61,7 @@ std::optional<std::string> rename_simulation_row(Session& session, std::size_t r
         if (!name) return std::nullopt;
         rename_simulation(context, database, row, *name);
         if (same_name(session.run.LastRunSimulation, former)) session.run.LastRunSimulation = *name;
-        session.runs.rename(listed_basin(session.basin.New_Basin ? std::filesystem::path{}
-                                                                  : session.basin.Basin_File),
-                            former, *name);
+        session.runs.rename(open_basin_name(session.basin), former, *name);
     }
     simulation_was_renamed(session);
     return former;
