@@ -24,7 +24,7 @@
 namespace nivora {
 namespace {
 
-constexpr std::size_t k_most_runs = 100'000'000;
+constexpr std::size_t k_most_sample_runs = 100'000'000;
 constexpr std::size_t k_most_parts = 1'000'000;
 
 /// The objectives of a sample are all measures that there are.
@@ -289,7 +289,7 @@ SampleOptions::SampleOptions(CLI::App& app)
                              "of the discharge, and how much each range matters")) {
     add_study_options(*command_, texts_->study);
     command_->add_option("--runs", texts_->runs, "Number of runs")
-        ->check(CLI::Range(std::size_t{1}, k_most_runs))
+        ->check(CLI::Range(std::size_t{1}, k_most_sample_runs))
         ->capture_default_str();
     command_->add_option("--out", texts_->out, "CSV with a line for each run")->required();
     command_

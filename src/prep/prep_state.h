@@ -58,7 +58,7 @@ struct PrepState {
     DailyEdits daily_edits;
     /// Notes the value that is being typed there; set while such a window is open.
     std::function<void()> note_typed;
-    RecordExtent record;     ///< extent of the daily variables when the basin was opened or rows were added
+    RecordExtent record;  ///< extent of the daily variables when the basin was opened or rows were added
 };
 
 /// The objects that the rules of data preparation work on.

@@ -36,7 +36,8 @@ private:
 struct Desktop {
     /// Stores the cell or box that is being edited in the basin's state.
     UpwardCall<void()> commit_edits;
-    /// Puts the text of the cell that is being edited into a copy of the basin's state, as if the cell were left.
+    /// Puts the text of the cell that is being edited into a copy of the basin's state, as if the cell were
+    /// left.
     UpwardCall<void(BasinState& copy)> put_typed_cell;
     /// Checks the box that is being typed in as if it were left.
     /// @return whether its text was refused, after a message

@@ -48,8 +48,8 @@ public:
     /// Stores the text of the cell that is being edited in the model.
     void commit_editor();
 
-    /// The text of the cell that is being edited, as the model would get it if the cell were left now; nothing
-    /// if none is edited, if its text has not changed, or if the cell can't hold it.
+    /// The text of the cell that is being edited, as the model would get it if the cell were left now;
+    /// nothing if none is edited, if its text has not changed, or if the cell can't hold it.
     [[nodiscard]] std::optional<CellText> typed_cell() const;
 
     /// Sets the widths by header and content; `kept` holds them once they have been measured.
