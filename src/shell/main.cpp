@@ -54,6 +54,7 @@ int main(int argc, char** argv) {
     Desktop desktop;
     Session session{dialogs, desktop};
     session.settings = Load_Settings(*store);
+    session.runs.keep_in(runs_file());
     QuickHelp quick_help;
     DesktopPrinters printers;
     Printing printing(session, printers);

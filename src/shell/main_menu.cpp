@@ -114,6 +114,8 @@ constexpr std::array k_entries{
     Entry{"mnuToolsItm(3)", "mnuTools", nullptr, 27},
     Entry{"mnuToolsItm(4)", "mnuTools", "&Define a custom time lag distribution for the basin", 28,
           Command::TimeLag},
+    Entry{"mnuToolsItm(5)", "mnuTools", "&More ...", 54},
+    Entry{"mnuRuns", "mnuToolsItm(5)", "&Runs", 55, Command::Runs},
     Entry{"mnuWinGraphics", "", "&Graphics", 29, Command::Graphics, &ShellState::graphics},
     Entry{"mnuReports", "", "&Reports", 30, Command::Reports, &ShellState::reports},
     Entry{"mnuHelpItm(0)", "mnuHelp", "&Help for Nivora main window", 42, Command::Help},

@@ -34,6 +34,7 @@ enum class Command {
     DuplicateSimulation,
     RenameSimulation,
     ChangeParameter,
+    Runs,
     NoSnow,
     MeltTemperature,
     MeltRadiation,

@@ -2,6 +2,7 @@
 
 #include "session/availability.h"
 #include "session/data_commands.h"
+#include "session/listed_runs.h"
 #include "session/simulation_list.h"
 #include "shell/basin_panel.h"
 #include "shell/frmNVR.h"
@@ -42,6 +43,7 @@ void frmNVR::do_command(Command command) {
         case Command::DuplicateSimulation: return duplicate_simulation();
         case Command::RenameSimulation: return rename_simulation();
         case Command::ChangeParameter: return change_parameter();
+        case Command::Runs: return windows_.show_runs();
         case Command::NoSnow: return toggle_snow();
         case Command::MeltTemperature:
         case Command::MeltRadiation: return show_labels();
@@ -147,6 +149,7 @@ void frmNVR::run(const RunChoice& choice) {
         return start_run(run, choice.index);
     });
     if (outcome.completed) simulation_was_run(session());
+    if (outcome.results_rebuilt) list_run(session(), outcome.completed);
     menu_->refresh();
     simulations_->show_rows();
     if (outcome.statistics != StatisticsReach::Nothing) windows_.show_results();

@@ -3,6 +3,7 @@
 #include "base/single.h"
 #include "widgets/qt_text.h"
 
+#include <QFileInfo>
 #include <QStringList>
 
 namespace nivora {
@@ -118,6 +119,10 @@ void Save_Recent_Files(QSettings& store, const Settings& settings) {
 std::unique_ptr<QSettings> application_settings() {
     return std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Nivora"),
                                        QStringLiteral("Nivora"));
+}
+
+std::filesystem::path runs_file() {
+    return QFileInfo(application_settings()->fileName()).filesystemAbsolutePath() / "runs.list";
 }
 
 std::unique_ptr<QSettings> user_settings() {

@@ -4,6 +4,7 @@
 #include "session/settings.h"
 
 #include <QSettings>
+#include <filesystem>
 
 namespace nivora {
 
@@ -22,5 +23,8 @@ void Save_Recent_Files(QSettings& store, const Settings& settings);
 
 /// The default store: application "Nivora".
 [[nodiscard]] std::unique_ptr<QSettings> application_settings();
+
+/// The file of the list of runs, in the folder of the default store.
+[[nodiscard]] std::filesystem::path runs_file();
 
 }  // namespace nivora

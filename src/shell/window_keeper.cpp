@@ -6,6 +6,7 @@
 #include "windows/climate/frmCC.h"
 #include "windows/climate/frmCtrlClim.h"
 #include "windows/engine/Results.h"
+#include "windows/engine/frmRuns.h"
 #include "windows/engine/frmTimeLagDist.h"
 #include "windows/plots/frmColorDef.h"
 #include "windows/plots/frmNVRPlot.h"
@@ -59,6 +60,7 @@ void WindowKeeper::show_plots() {
 void WindowKeeper::refresh() {
     if (results_) results_->refresh_status();
     if (plots_ && plots_->isVisible()) plots_->renew();
+    if (runs_ && runs_->isVisible()) runs_->refresh();
 }
 
 void WindowKeeper::close_plots() {
@@ -76,6 +78,12 @@ void WindowKeeper::show_help_topic(int topic) {
         help_->set_caller(caller);
     }
     bring_to_front(*help_);
+}
+
+void WindowKeeper::show_runs() {
+    if (!runs_) runs_ = std::make_unique<frmRuns>(context_, nullptr);
+    runs_->fill();
+    bring_to_front(*runs_);
 }
 
 void WindowKeeper::show_climate_run() {
@@ -97,6 +105,7 @@ void WindowKeeper::close_all() {
     close_results();
     close_plots();
     if (help_) help_->close();
+    if (runs_) runs_->close();
 }
 
 WindowKeeper::DefinitionEnd WindowKeeper::define_simulation() {

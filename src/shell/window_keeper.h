@@ -13,6 +13,7 @@ class Results;
 class frmCtrlClim;
 class frmNVRHelp;
 class frmNVRPlot;
+class frmRuns;
 
 /// Owns the windows beside the main window: opens, refreshes and closes them. A window that stays open is a
 /// member and is closed by `close_all`; a modal one lives as long as the call that opens it.
@@ -36,6 +37,9 @@ public:
     void close_plots();
 
     void show_help_topic(int topic);
+
+    /// Shows the list of the last runs.
+    void show_runs();
 
     /// Brings open windows up to date after the basin or its results have changed: whether statistics are out
     /// of date, which plots can be chosen.
@@ -78,6 +82,7 @@ private:
     std::unique_ptr<frmCtrlClim> climate_run_;
     std::unique_ptr<frmNVRHelp> help_;
     std::unique_ptr<frmNVRPlot> plots_;
+    std::unique_ptr<frmRuns> runs_;
 };
 
 }  // namespace nivora

@@ -8,6 +8,7 @@
 #include "windows/climate/frmCC.h"
 #include "windows/climate/frmCtrlClim.h"
 #include "windows/engine/Results.h"
+#include "windows/engine/frmRuns.h"
 #include "windows/engine/frmTimeLagDist.h"
 #include "windows/prep/SimOptions.h"
 #include "windows/prep/frmData.h"
@@ -131,6 +132,10 @@ TEST_F(LettersTest, OfTheClimateStepsAreItsButtons) {
 
 TEST_F(LettersTest, OfTheStatisticsAreItsButtons) {
     EXPECT_THAT(letters(Results{context()}), ElementsAre("D", "H", "P"));
+}
+
+TEST_F(LettersTest, OfTheRunsAreItsButtonsAndItsChoice) {
+    EXPECT_THAT(letters(frmRuns{context()}), ElementsAre("A", "C", "D", "H"));
 }
 
 TEST_F(LettersTest, OfTheTimeLagAreItsButtons) {

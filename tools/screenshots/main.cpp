@@ -155,10 +155,21 @@ private:
         dialogs_.next_picture = "forecast-input.png";
         trigger("mnuRunForVar(1)");
         draw_top("Results", "results-forecast.png");
+        trigger("mnuRuns");
+        draw_runs();
         window_->findChild<QToolButton*>(QStringLiteral("btnHelp"))->click();
         window_->explain_widget(window_->findChild<QLineEdit*>(QStringLiteral("Text(3)")));
         draw(*window_, "quickhelp.png");
         quick_help_.set_on(false);
+    }
+
+    /// The two runs of the sample, compared.
+    void draw_runs() {
+        for (QWidget* top : QApplication::topLevelWidgets()) {
+            if (top->objectName() != QStringLiteral("frmRuns")) continue;
+            top->findChild<QTableView*>(QStringLiteral("grdRuns"))->selectAll();
+        }
+        draw_top("frmRuns", "runs.png");
     }
 
     void draw_top(const char* name, const char* picture) {

@@ -7,6 +7,7 @@
 #include "engine/results_summary.h"
 #include "prep/simulation_names.h"
 #include "session/availability.h"
+#include "session/listed_runs.h"
 #include "session/main_window_rules.h"
 #include "store/basin_marks.h"
 #include "store/table_io.h"
@@ -314,6 +315,7 @@ void frmCtrlClim::run_step(int step) {
     if (ran && step == k_climate_steps) finished();
     set_boxes(step, outcome);
     end_climate_step(climate_context(), step, outcome);
+    if (step == k_climate_steps && outcome == StepOutcome::Done) list_evaluation(session());
     if (!ran) allow_another_start();
     session().desktop.refresh_main_window();
 }
