@@ -137,25 +137,26 @@ std::vector<ComparedItem> compare_runs(const ListedRun& first, const ListedRun& 
         return run.interval > 0 ? fmt::format("every {} days", run.interval) : std::string{"no"};
     };
     std::vector<ComparedItem> items{
-        text_item("Time", moment_text(first.time), moment_text(second.time)),
-        text_item("Basin", first.basin, second.basin),
         text_item("Simulation", listed_simulation(first, basin), listed_simulation(second, basin)),
-        text_item("Kind", first.kind, second.kind),
-        text_item("Scenario", first.scenario, second.scenario),
+        text_item("Kind", first.kind, second.kind), text_item("Scenario", first.scenario, second.scenario),
         text_item("Start", long_date_text(first.start), long_date_text(second.start)),
-        text_item("End", long_date_text(first.end), long_date_text(second.end)),
-        text_item("Completed", text(first.completed), text(second.completed)),
-        text_item("Updated", updating(first), updating(second)),
-        text_item("No snow", text(first.no_snow), text(second.no_snow)),
-        text_item("Custom time lag", first.lag.empty() ? "no" : first.lag,
-                  second.lag.empty() ? "no" : second.lag),
-        text_item("Units", unit_words(first.units).name, unit_words(second.units).name),
-        number_item("Initial Runoff", first.initial_runoff, second.initial_runoff, same_units)};
+        text_item("End", long_date_text(first.end), long_date_text(second.end))};
     for (std::size_t index = 0; index < first.statistics.size(); ++index) {
         // A percentage and R² have no unit.
         items.push_back(number_item(statistic_name(index, first, second), first.statistics.at(index),
                                     second.statistics.at(index), same_units || index >= 4));
     }
+    const auto add = [&](const char* name, const std::string& of_first, const std::string& of_second) {
+        items.push_back(text_item(name, of_first, of_second));
+    };
+    items.push_back(number_item("Initial Runoff", first.initial_runoff, second.initial_runoff, same_units));
+    add("Completed", text(first.completed), text(second.completed));
+    add("Updated", updating(first), updating(second));
+    add("No snow", text(first.no_snow), text(second.no_snow));
+    add("Custom time lag", first.lag.empty() ? "no" : first.lag, second.lag.empty() ? "no" : second.lag);
+    add("Units", unit_words(first.units).name, unit_words(second.units).name);
+    add("Time", moment_text(first.time), moment_text(second.time));
+    add("Basin", first.basin, second.basin);
     return items;
 }
 

@@ -43,7 +43,7 @@ struct ComparedItem {
     bool operator==(const ComparedItem&) const = default;
 };
 
-/// Two runs side by side: settings and period first, then the six statistics.
+/// Two runs side by side: simulation and period, the six statistics, then the settings.
 [[nodiscard]] std::vector<ComparedItem> compare_runs(const ListedRun& first, const ListedRun& second,
                                                      const BasinState& basin);
 

@@ -291,10 +291,10 @@ TEST_F(ListedRuns, InOtherUnitsHaveNoDifferenceOfVolumes) {
     second.units = Units::English;
     second.statistics[4] = 11.2F;
     const auto items = compare_runs(run_named("wet"), second, basin());
-    EXPECT_EQ(items[13].name, "Measured Runoff Volume");
-    EXPECT_EQ(items[13].difference, "");
-    EXPECT_EQ(items[17].name, "Volume Difference (%)");
-    EXPECT_EQ(items[17].difference, "1");
+    EXPECT_EQ(items[5].name, "Measured Runoff Volume");
+    EXPECT_EQ(items[5].difference, "");
+    EXPECT_EQ(items[9].name, "Volume Difference (%)");
+    EXPECT_EQ(items[9].difference, "1");
 }
 
 }  // namespace

@@ -22,6 +22,7 @@ namespace nivora {
 namespace {
 
 constexpr int k_help_topic = 74;
+constexpr int k_widest_column = 220;
 constexpr int k_all_line = 1;
 constexpr int k_list_line = 2;
 constexpr int k_compared_line = 3;
@@ -76,6 +77,8 @@ frmRuns::frmRuns(const WindowContext& context, QWidget* parent)
     parts->setChildrenCollapsible(false);
     parts->addWidget(make_list());
     parts->addWidget(make_comparison());
+    parts->setStretchFactor(0, 2);
+    parts->setStretchFactor(1, 3);
     layout->addWidget(parts);
     set_content(content, make_buttons());
     explain_status_bar(k_status_line);
@@ -196,6 +199,9 @@ void frmRuns::show_comparison() {
     items_->show(std::move(rows));
     items_->highlight(std::move(differing));
     comparison_->fit_columns();
+    // A long path must not push the difference out of view.
+    for (const int column : {1, 2})
+        comparison_->setColumnWidth(column, std::min(comparison_->columnWidth(column), k_widest_column));
     compared_->setText(QStringLiteral("Rows %1 and %2. What differs is marked; the difference is that of the "
                                       "second run from the first.")
                            .arg(last + 1)
