@@ -92,6 +92,7 @@ bool BasinLife::keep_last_work() {
 }
 
 bool BasinLife::start() {
+    remove_leftovers(recovery_.file());  // of a program that was killed while it wrote
     for (;;) {
         const RecoveryDecision decision = decide_recovery(session_, recovery_.file());
         if (decision.next == RecoveryDecision::Next::End) return false;

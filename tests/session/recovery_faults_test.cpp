@@ -8,6 +8,9 @@
 
 #include <gmock/gmock.h>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <fstream>
 
 namespace nivora {
@@ -324,6 +327,17 @@ TEST_F(RecoveryFaultsTest, TheCellThatIsBeingTypedInIsKeptAndTheBasinStaysAsItIs
     ASSERT_TRUE(state);
     EXPECT_EQ(state->zones.at(0).area, 99.5);
     EXPECT_TRUE(state->Input_Changed);
+}
+
+TEST_F(RecoveryFaultsTest, AHalfWrittenStateOfAKilledProgramIsRemovedAtTheNextStart) {
+    const pid_t killed = fork();
+    if (killed == 0) _exit(0);
+    waitpid(killed, nullptr, 0);
+    fs::path part = state_file_;
+    part += "." + std::to_string(killed) + "-1.part";
+    std::ofstream{part} << "half";
+    ASSERT_TRUE(start_again());
+    EXPECT_FALSE(fs::exists(part));
 }
 
 }  // namespace

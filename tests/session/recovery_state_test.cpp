@@ -8,7 +8,10 @@
 #include <gmock/gmock.h>
 #include <pthread.h>
 
+#include <sys/resource.h>
+
 #include <cmath>
+#include <csignal>
 #include <fstream>
 
 namespace nivora {
@@ -216,6 +219,31 @@ TEST_F(RecoveryKeeperTest, AWriteThatFailedIsTriedAgain) {
     keeper_.keep(state_, edits_);
     keeper_.finish();
     EXPECT_EQ(kept().basin_name, state_.basin_name);
+}
+
+TEST_F(RecoveryKeeperTest, AStateThatTheDiskHasNoRoomForLeavesTheOneBefore) {
+    keeper_.keep(state_, edits_);
+    keeper_.finish();
+    const auto old = std::filesystem::file_size(keeper_.file());
+    const auto usual_action = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit usual{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &usual), 0);
+    state_.basin_description = std::string(2000, 'x');
+    for (rlim_t room = 0; room < old + 2000; room += 97) {
+        state_.basin_name = "wants " + std::to_string(room);
+        const rlimit small{room, usual.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &small);
+        keeper_.keep(state_, edits_);
+        keeper_.finish();
+        setrlimit(RLIMIT_FSIZE, &usual);
+        EXPECT_NE(keeper_.fault(), "") << room;
+        EXPECT_EQ(kept().basin_name, "Aldér Fork") << room;
+        EXPECT_EQ(folder_.entries().size(), 1U) << "no part is left with room for " << room;
+    }
+    keeper_.keep(state_, edits_);
+    keeper_.finish();
+    std::signal(SIGXFSZ, usual_action);
+    EXPECT_EQ(kept().basin_description, state_.basin_description);
 }
 
 TEST_F(RecoveryKeeperTest, AFaultIsToldUntilAWriteSucceedsOrNothingIsKept) {

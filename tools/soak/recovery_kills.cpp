@@ -304,6 +304,9 @@ public:
     std::string look(RecoveryNumbers& figures) {
         Program program{program_};
         if (!program.life.start()) return "the program ended at its start: " + program.dialogs.told;
+        for (const auto& entry : fs::directory_iterator{program_}) {
+            if (entry.path().extension() == ".part") return "left behind: " + path_text(entry.path());
+        }
         const BasinState& basin = program.session.basin;
         const bool recovered = program.dialogs.asked > 0;
         (recovered ? figures.asked : figures.not_asked) += 1;
