@@ -1,4 +1,5 @@
 // Prints into PDF and text files.
+#include "base/durable_file.h"
 #include "reports/report_pages.h"
 #include "reports/text_pages.h"
 #include "tests/support/full_disk.h"
@@ -156,6 +157,26 @@ TEST_F(PrintToFileTest, TheOpenBasinIsNeverReplaced) {
             EXPECT_EQ(file_bytes(basin), "a basin");
         }
     }
+}
+
+TEST_F(PrintToFileTest, TheFilesOfTheProgramAreNeverReplaced) {
+    session_.basin.App_Path = folder_.path();
+    folder_.write("recovery.state", "unsaved");
+    fs::create_symlink(folder_ / "recovery.state", folder_ / "link.txt");
+    const std::string end = "' belongs to Nivora itself.  Choose another name for the print.";
+    for (const char* name : {"recovery.state", "link.txt"}) {
+        for (const PrintTarget target : {PrintTarget::Text, PrintTarget::Pdf}) {
+            printers_.then(target);
+            dialogs_.then_file(folder_ / name).then(Answer::Yes);
+            EXPECT_FALSE(print());
+            EXPECT_EQ(told().text, "The file '" + path_text(folder_ / name) + end);
+            EXPECT_EQ(file_bytes(folder_ / "recovery.state"), "unsaved");
+        }
+    }
+    printers_.then(PrintTarget::Text);
+    dialogs_.then_file(folder_ / "null.mdb");
+    EXPECT_FALSE(print());
+    EXPECT_FALSE(fs::exists(folder_ / "null.mdb")) << "nor is one made where it is missing";
 }
 
 TEST_F(PrintToFileTest, AFolderThatIsNotThereIsToldWithItsName) {
