@@ -109,8 +109,11 @@ void SimulationsPanel::add_entries(QMenu& menu) {
     const bool open = active_row() && !session_.shell.climate_window;
     menu.addSeparator();
     for (const Entry& entry : k_entries) {
-        QAction* added = menu.addAction(QString::fromUtf8(entry.caption), this,
-                                        [this, command = entry.command] { emit chosen(command); });
+        // A command opens a window or a box. The menu has to end before: it deletes itself once it is closed.
+        QAction* added =
+            menu.addAction(QString::fromUtf8(entry.caption), this, [this, command = entry.command] {
+                QTimer::singleShot(0, this, [this, command] { emit chosen(command); });
+            });
         added->setObjectName(QString::fromUtf8(entry.name));
         added->setEnabled(open);
     }

@@ -1,7 +1,9 @@
 #include "shell/frmNVRHelp.h"
 #include "tests/shell/quick_help_fixture.h"
 #include "windows/engine/Results.h"
+#include "windows/engine/frmRuns.h"
 #include "windows/engine/frmTimeLagDist.h"
+#include "windows/prep/frmParameterChange.h"
 
 namespace nivora {
 namespace {
@@ -25,6 +27,24 @@ TEST_F(QuickHelpSilenceTest, EveryElementOfTheTimeLagWindowIsSilent) {
     lag.show();
     quick_help_.set_on(true);
     walk_widgets(lag, "frmTimeLagDist");
+}
+
+TEST_F(QuickHelpSilenceTest, EveryElementOfTheRunsIsSilent) {
+    frmRuns runs(context());
+    runs.fill();
+    runs.show();
+    quick_help_.set_on(true);
+    walk_widgets(runs, "frmRuns");
+}
+
+TEST_F(QuickHelpSilenceTest, EveryElementOfTheChangeOfAParameterIsSilent) {
+    auto* grid = find<QTableView>("DBGrid1");
+    grid->setCurrentIndex(grid->model()->index(0, 0));
+    frmParameterChange change(context());
+    ASSERT_TRUE(change.open());
+    change.show();
+    quick_help_.set_on(true);
+    walk_widgets(change, "frmParameterChange");
 }
 
 TEST_F(QuickHelpSilenceTest, EveryElementOfTheResultsWindowIsSilent) {

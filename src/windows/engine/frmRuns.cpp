@@ -22,7 +22,7 @@ namespace nivora {
 namespace {
 
 constexpr int k_help_topic = 74;
-constexpr int k_widest_column = 220;
+constexpr int k_widest_column = 180;
 constexpr int k_all_line = 1;
 constexpr int k_list_line = 2;
 constexpr int k_compared_line = 3;
