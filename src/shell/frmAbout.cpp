@@ -3,6 +3,7 @@
 #include "base/version.h"
 #include "shell/frmSplash.h"
 #include "widgets/content_area.h"
+#include "widgets/readable_palette.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>
@@ -29,6 +30,7 @@ frmAbout::frmAbout(QWidget* parent) : QDialog(parent) {
         label->setWordWrap(true);
         label->setTextInteractionFlags(Qt::TextBrowserInteraction);
         label->setOpenExternalLinks(true);
+        make_links_readable(*label, QPalette::Window);
         layout->addWidget(label);
         return label;
     };

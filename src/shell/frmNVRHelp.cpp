@@ -6,6 +6,7 @@
 #include "session/document_reasons.h"
 #include "shell/document_opener.h"
 #include "shell/help_search.h"
+#include "widgets/colours.h"
 #include "widgets/printing.h"
 #include "widgets/qt_text.h"
 #include "widgets/window_keys.h"
@@ -61,7 +62,8 @@ void mark_link(QTextDocument& page) {
     QTextCharFormat link;
     link.setAnchor(true);
     link.setAnchorHref(QStringLiteral("manual"));
-    link.setForeground(QApplication::palette().link());
+    const QPalette palette = QApplication::palette();
+    link.setForeground(readable_on(palette.color(QPalette::Link), palette.color(QPalette::Base)));
     link.setFontUnderline(true);
     mention.mergeCharFormat(link);
 }

@@ -1,5 +1,6 @@
 #include "shell/frmSplash.h"
 
+#include "widgets/accessible_elements.h"
 #include "widgets/content_area.h"
 
 #include <QCheckBox>
@@ -27,6 +28,7 @@ public:
     explicit Picture(QWidget* parent) : QWidget(parent) {
         setMinimumSize(420, 150);
         setAccessibleName(QStringLiteral("Picture of a snow-covered mountain basin"));
+        set_accessible_role(*this, QAccessible::Graphic);
     }
 
 protected:

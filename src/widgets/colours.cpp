@@ -25,12 +25,11 @@ double contrast(const QColor& one, const QColor& other) {
 }
 
 QColor readable_on(const QColor& text, const QColor& ground) {
-    constexpr double k_readable = 4.5;
     constexpr double k_middle = 0.18;  // has the same contrast to black and to white
     constexpr int k_white = 255;
     if (luminance(ground) >= k_middle) return text;
     QColor shown = text.toHsl();
-    for (int light = shown.lightness(); light <= k_white && contrast(shown, ground) < k_readable; ++light)
+    for (int light = shown.lightness(); light <= k_white && contrast(shown, ground) < k_readable_contrast; ++light)
         shown.setHsl(shown.hslHue(), shown.hslSaturation(), light);
     return shown.toRgb();
 }

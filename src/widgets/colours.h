@@ -13,6 +13,9 @@ namespace nivora {
 [[nodiscard]] QColor colour_of(std::int32_t number);
 [[nodiscard]] std::int32_t number_of(const QColor& colour);
 
+/// The contrast that a text needs to be read, by the same guidelines.
+inline constexpr double k_readable_contrast = 4.5;
+
 /// The contrast of two colours by the guidelines for readable content (WCAG 2): 1 for the same colour, 21 for
 /// black and white.
 [[nodiscard]] double contrast(const QColor& one, const QColor& other);

@@ -19,6 +19,7 @@ public:
     explicit ZoneBox(QWidget* parent) : QSpinBox(parent) {
         setObjectName(QStringLiteral("UpDown1"));
         lineEdit()->setObjectName(QStringLiteral("Text1"));
+        lineEdit()->setAccessibleName(QStringLiteral("Zone"));
     }
 
 protected:

@@ -2,6 +2,7 @@
 
 #include "widgets/grid_model.h"
 #include "widgets/quick_help.h"
+#include "widgets/readable_palette.h"
 
 #include <QApplication>
 #include <QFocusEvent>
@@ -38,6 +39,8 @@ void refuse_entry(QWidget& element, const Message& message, Dialogs& user) {
     const QPalette before = element.palette();
     QPalette refused = before;
     refused.setColor(QPalette::Base, QColor::fromRgb(GridModel::k_refused_colour));
+    refused.setColor(QPalette::Text,
+                     text_on_mark(before.color(QPalette::Text), refused.color(QPalette::Base), before));
     element.setPalette(refused);
     user.message(message);
     element.setPalette(before);

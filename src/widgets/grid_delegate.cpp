@@ -2,6 +2,7 @@
 
 #include "widgets/colours.h"
 #include "widgets/grid_model.h"
+#include "widgets/readable_palette.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -30,6 +31,10 @@ void GridDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelInd
         const QColor ground = plain ? option->palette.color(QPalette::Base) : option->backgroundBrush.color();
         option->palette.setColor(QPalette::Text, readable_on(option->palette.color(QPalette::Text), ground));
     }
+    if (option->backgroundBrush.style() != Qt::NoBrush)
+        option->palette.setColor(QPalette::Text,
+                                 text_on_mark(option->palette.color(QPalette::Text),
+                                              option->backgroundBrush.color(), option->palette));
     // The colour of a marked cell must stay visible: the selection would be painted over it, and the pointer
     // or the focus on the cell would tint it.
     if (option->backgroundBrush.style() != Qt::NoBrush)

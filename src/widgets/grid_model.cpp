@@ -96,6 +96,13 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
             if (const QColor colour = back_colour(index.row(), index.column()); colour.isValid())
                 return colour;
             return {};
+        case Qt::AccessibleDescriptionRole: {
+            // What a screen reader does not read from the headers; the colour, too, must be heard.
+            QStringList heard;
+            if (const QString words = unit(index.column()); !words.isEmpty()) heard << words;
+            if (marked_.contains(index.column(), index.row())) heard << QStringLiteral("refused");
+            return heard.join(QStringLiteral(", "));
+        }
         case Qt::ForegroundRole: {
             const QColor colour = text_colour(index.row(), index.column());
             return colour.isValid() ? QVariant{colour} : QVariant{};

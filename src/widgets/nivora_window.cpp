@@ -1,6 +1,7 @@
 #include "widgets/nivora_window.h"
 
 #include "base/durable_file.h"
+#include "widgets/accessible_elements.h"
 #include "widgets/built_in_icons.h"
 #include "widgets/caller.h"
 #include "widgets/content_area.h"
@@ -9,15 +10,18 @@
 #include "widgets/grid_delegate.h"
 #include "widgets/kept_place.h"
 #include "widgets/qt_text.h"
+#include "widgets/readable_palette.h"
 #include "widgets/strip_colours.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QContextMenuEvent>
 #include <QEventLoop>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenuBar>
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
@@ -78,6 +82,8 @@ NivoraWindow::NivoraWindow(const WindowContext& context, const char* name, Windo
       strip_(make_strip(this)),
       basin_file_(new FileLabel(this)),
       frame_(new QWidget(this)) {
+    install_accessible_elements();
+    make_texts_readable(*this);
     setObjectName(QString::fromUtf8(name));
     help_button_->setObjectName(QStringLiteral("btnHelp"));
     help_button_->setCheckable(true);
@@ -239,11 +245,31 @@ void NivoraWindow::setVisible(bool visible) {
 void NivoraWindow::keyPressEvent(QKeyEvent* event) {
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const bool alone = (event->modifiers() & ~Qt::KeypadModifier) == 0;
+    if (event->key() == Qt::Key_F10 && !event->isAutoRepeat() && open_menu_by_key(event->modifiers())) return;
     // A key that was already held down in the previous window is ignored.
     if (!enter || !alone || event->isAutoRepeat()) return QMainWindow::keyPressEvent(event);
     auto* focused = qobject_cast<QPushButton*>(focusWidget());
     QPushButton* button = focused != nullptr ? focused : default_button_;
     if (button != nullptr) button->click();
+}
+
+/// F10 opens the first menu; Shift+F10 that of an element, as the Menu key does, which not every keyboard
+/// has.
+bool NivoraWindow::open_menu_by_key(Qt::KeyboardModifiers with) {
+    QWidget* element = focusWidget();
+    if (with == Qt::ShiftModifier && element != nullptr) {
+        const QPoint middle = element->rect().center();
+        QContextMenuEvent asks(QContextMenuEvent::Keyboard, middle, element->mapToGlobal(middle));
+        return QApplication::sendEvent(element, &asks) && asks.isAccepted();
+    }
+    auto* bar = qobject_cast<QMenuBar*>(menuWidget());
+    if (with != Qt::NoModifier || bar == nullptr) return false;
+    for (QAction* entry : bar->actions()) {
+        if (!entry->isVisible() || !entry->isEnabled() || entry->isSeparator()) continue;
+        bar->setActiveAction(entry);
+        break;
+    }
+    return true;
 }
 
 void NivoraWindow::show_basin_file() { show_file_name(context_.session.basin.Basin_File); }
@@ -356,6 +382,7 @@ void NivoraWindow::show_modal() {
 
 void NivoraWindow::changeEvent(QEvent* event) {
     if (event->type() == QEvent::ActivationChange && isActiveWindow()) note_activation(*this);
+    if (event->type() == QEvent::ApplicationPaletteChange) make_texts_readable(*this);
     QMainWindow::changeEvent(event);
 }
 

@@ -113,6 +113,8 @@ private:
     void focus_content();
     void add_area_keys();
     void move_to_area(bool forward);
+    /// @return whether the key had a meaning
+    bool open_menu_by_key(Qt::KeyboardModifiers with);
     [[nodiscard]] const QWidget* area_of(const QWidget* element) const;
     [[nodiscard]] QSize room_for_content() const;
     void show_quick_help(bool on);

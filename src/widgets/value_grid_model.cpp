@@ -45,6 +45,12 @@ QString ValueGridModel::header(int column) const { return headers_.at(column); }
 
 QString ValueGridModel::row_header(int row) const { return row_headers_.at(row); }
 
+QVariant ValueGridModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    const bool heard = orientation == Qt::Vertical && role == Qt::AccessibleTextRole;
+    if (heard && section < rowCount() && row_headers_.at(section).isEmpty()) return text(section, 0);
+    return GridModel::headerData(section, orientation, role);
+}
+
 bool ValueGridModel::locked(int /*row*/, int /*column*/) const { return true; }
 
 QColor ValueGridModel::back_colour(int row, int column) const {

@@ -26,6 +26,8 @@ public:
     [[nodiscard]] QString text(int row, int column) const override;
     [[nodiscard]] QString header(int column) const override;
     [[nodiscard]] QString row_header(int row) const override;
+    /// A row without a header is named by its first text for those who hear it.
+    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     [[nodiscard]] bool locked(int row, int column) const override;
     [[nodiscard]] QColor back_colour(int row, int column) const override;
 

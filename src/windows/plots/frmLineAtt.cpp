@@ -1,5 +1,6 @@
 #include "windows/plots/frmLineAtt.h"
 
+#include "widgets/accessible_elements.h"
 #include "widgets/colours.h"
 #include "widgets/controls.h"
 #include "widgets/window_keys.h"
@@ -37,6 +38,7 @@ public:
         setObjectName(QStringLiteral("UpDown%1").arg(number));
         lineEdit()->setObjectName(QStringLiteral("Label%1").arg(number + 2));
         setAccessibleName(caption);
+        lineEdit()->setAccessibleName(caption);
         NivoraWindow::set_help(this, help);
     }
 };
@@ -86,6 +88,7 @@ frmLineAtt::frmLineAtt(const WindowContext& context, Colours& colours, const Lin
     make_fill_control(*rows);
     sample_ = new LineSample(QStringLiteral("Picture1"), content);
     sample_->setAccessibleName(QStringLiteral("Sample of the line"));
+    set_accessible_role(*sample_, QAccessible::Graphic);
     set_help(sample_, k_sample_help);
     rows->addRow(sample_);
     set_content(content, make_buttons());

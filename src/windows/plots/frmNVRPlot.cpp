@@ -120,6 +120,7 @@ frmNVRPlot::frmNVRPlot(const WindowContext& context, Colours& colours, PlotScree
     row->addStretch(1);
     row->addWidget(done);
     set_content(content, foot);
+    setTabOrder(tools_->findChild<QWidget*>(QStringLiteral("Help")), canvas_);
     set_first_focus(findChild<QWidget*>(QStringLiteral("PlotList")));
     make_menus();
     make_status_bar();

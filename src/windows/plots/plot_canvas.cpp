@@ -1,15 +1,20 @@
 #include "windows/plots/plot_canvas.h"
 
 #include "base/calendar.h"
+#include "plots/plot_words.h"
+#include "widgets/accessible_elements.h"
 #include "widgets/qt_text.h"
 #include "windows/plots/plot_panels.h"
 #include "windows/plots/tool_pictures.h"
 #include "windows/plots/value_label.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QRegion>
+#include <QStyle>
+#include <QStyleOption>
 #include <QWheelEvent>
 #include <cmath>
 
@@ -43,9 +48,10 @@ PlotCanvas::PlotCanvas(PlotScreen& screen, const Settings& settings, QWidget* pa
       label_(new ValueLabel(this)) {
     setObjectName(QStringLiteral("Plotframe"));
     setAccessibleName(QStringLiteral("Plot"));
+    set_accessible_role(*this, QAccessible::Chart);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMouseTracking(true);
-    setFocusPolicy(Qt::ClickFocus);
+    setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     rest_.setSingleShot(true);
     rest_.setInterval(k_rest_ms);
@@ -89,7 +95,7 @@ void PlotCanvas::redraw() {
 
 void PlotCanvas::describe() {
     QString text;
-    if (screen_.plot() != nullptr) text = to_qt(screen_.plot()->head.title);
+    if (screen_.plot() != nullptr) text = to_qt(plot_words(*screen_.plot()));
     if (screen_.fallback() != nullptr) text = to_qt(screen_.fallback()->text);
     setAccessibleDescription(text);
 }
@@ -140,6 +146,11 @@ void PlotCanvas::paintEvent(QPaintEvent* /*event*/) {
     painter.drawImage(QPoint(0, 0), picture_);
     paint_mark(painter);
     paint_band(painter);
+    if (hasFocus()) {
+        QStyleOptionFocusRect around;
+        around.initFrom(this);
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &around, &painter, this);
+    }
 }
 
 void PlotCanvas::paint_mark(QPainter& painter) const {
@@ -268,8 +279,30 @@ void PlotCanvas::wheelEvent(QWheelEvent* event) {
     tell_place(event->position());
 }
 
+/// What the wheel does, about the middle of the plot.
+void PlotCanvas::keyPressEvent(QKeyEvent* event) {
+    const bool works = has_axes() && has_wheel(screen_.plot()->number) && !screen_.drag().dragging() &&
+                       !panels_->is_dragged() &&
+                       (event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
+    if (!works) return QWidget::keyPressEvent(event);
+    const WorldPoint middle = world_at(QRectF(rect()).center());
+    switch (event->key()) {
+        case Qt::Key_Plus: return give_answer(screen_.wheel(middle, 1.0));
+        case Qt::Key_Minus: return give_answer(screen_.wheel(middle, -1.0));
+        case Qt::Key_Right: return give_answer(screen_.pan(1.0));
+        case Qt::Key_Left: return give_answer(screen_.pan(-1.0));
+        default: return QWidget::keyPressEvent(event);
+    }
+}
+
+void PlotCanvas::focusInEvent(QFocusEvent* event) {
+    QWidget::focusInEvent(event);
+    update();
+}
+
 void PlotCanvas::focusOutEvent(QFocusEvent* event) {
     QWidget::focusOutEvent(event);
+    update();
     give_up_drag();
 }
 

@@ -1,5 +1,6 @@
 #include "windows/plots/plot_panel.h"
 
+#include "widgets/accessible_elements.h"
 #include "widgets/nivora_window.h"
 
 #include <QApplication>
@@ -29,6 +30,7 @@ protected:
 PlotPanel::PlotPanel(const QString& name, const QString& accessible_name, QWidget* parent) : QWidget(parent) {
     setObjectName(name);
     setAccessibleName(accessible_name);
+    set_accessible_role(*this, QAccessible::Grouping);
     setMouseTracking(true);  // to notice a lost release
     setCursor(Qt::OpenHandCursor);
     hide();

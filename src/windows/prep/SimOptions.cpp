@@ -101,6 +101,8 @@ QWidget* SimOptions::make_head() {
         auto* label =
             make_label(QString::fromUtf8(place.label), QString::fromUtf8(place.caption), place.help, frame);
         label->setBuddy(box);
+        // The name of the simulation stands beside the first box and has it as its buddy, too.
+        box->setAccessibleName(QString::fromUtf8(place.caption));
         grid->addWidget(label, 1, column, Qt::AlignRight);
         grid->addWidget(box, 1, column + 1);
         column += 2;

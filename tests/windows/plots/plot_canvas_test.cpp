@@ -1,6 +1,7 @@
 #include "windows/plots/plot_canvas.h"
 
 #include "paint/image_surface.h"
+#include "plots/plot_words.h"
 #include "tests/windows/plots/plot_canvas_fixture.h"
 #include "widgets/qt_text.h"
 
@@ -338,7 +339,8 @@ TEST_F(PlotCanvasTest, HasANameAndTellsWhatItShows) {
     EXPECT_EQ(canvas_->objectName(), QStringLiteral("Plotframe"));
     EXPECT_EQ(canvas_->accessibleName(), QStringLiteral("Plot"));
     show(k_cover);
-    EXPECT_EQ(from_qt(canvas_->accessibleDescription()), screen_.plot()->head.title);
+    EXPECT_EQ(from_qt(canvas_->accessibleDescription()), plot_words(*screen_.plot()));
+    EXPECT_TRUE(from_qt(canvas_->accessibleDescription()).starts_with(screen_.plot()->head.title));
     show(PlotNumber::LagTime);
     EXPECT_EQ(from_qt(canvas_->accessibleDescription()), screen_.fallback()->text);
 }
