@@ -3,19 +3,20 @@
 
 #include "bench/bench_basin.h"
 #include "bench/bench_program.h"
+#include "bench/own_calls.h"
 #include "bench/turns.h"
 #include "engine/results_store.h"
 #include "engine/run_driver.h"
 #include "store/table_io.h"
 
 #include <fmt/format.h>
-#include <sqlite3.h>
 
 #include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <vector>
 
 namespace {
 
@@ -95,58 +96,6 @@ void compare_engine(int days, int times) {
                std::nullopt);
 }
 
-class Engine {
-public:
-    explicit Engine(const fs::path& file) { sqlite3_open(file.c_str(), &handle_); }
-    Engine(const Engine&) = delete;
-    Engine& operator=(const Engine&) = delete;
-    ~Engine() { sqlite3_close(handle_); }
-
-    void execute(const std::string& sql) {
-        if (sqlite3_exec(handle_, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
-            fmt::print("the floor failed: {}\n", sqlite3_errmsg(handle_));
-    }
-    sqlite3_stmt* prepare(const std::string& sql) {
-        sqlite3_stmt* statement = nullptr;
-        if (sqlite3_prepare_v2(handle_, sql.c_str(), -1, &statement, nullptr) != SQLITE_OK)
-            fmt::print("the floor failed: {}\n", sqlite3_errmsg(handle_));
-        return statement;
-    }
-
-private:
-    sqlite3* handle_ = nullptr;
-};
-
-/// Reads the variables and parameters of the run, and replaces its results by 57 values a row.
-void own_calls(const fs::path& file) {
-    Engine engine{file};
-    engine.execute("BEGIN IMMEDIATE");
-    sqlite3_stmt* read = engine.prepare(
-        "SELECT p.Zone, p.Date, Runoff, Tmax, Tmin, Tavg, Precip, SCA, NetRadiation, LapseRate, Tcrit, An, "
-        "LagTime, Cs, Cr, RCA, Xcoeff, Ycoeff FROM \"last year\" AS q JOIN PhysicalData AS p "
-        "ON p.Zone = q.Zone AND p.Date = q.Date ORDER BY q.Zone, q.Date");
-    engine.execute("DROP TABLE IF EXISTS SimResults");
-    std::string fields;
-    std::string places;
-    for (const Field& field : sim_results_table().fields) {
-        fields += (fields.empty() ? "" : ", ") + field.name + " REAL";
-        places += places.empty() ? "?" : ", ?";
-    }
-    engine.execute("CREATE TABLE SimResults (" + fields + ")");
-    sqlite3_stmt* write = engine.prepare("INSERT INTO SimResults VALUES (" + places + ")");
-    const int count = static_cast<int>(sim_results_table().fields.size());
-    while (sqlite3_step(read) == SQLITE_ROW) {
-        double last = 0.0;
-        for (int field = 0; field < 18; ++field) last = sqlite3_column_double(read, field);
-        for (int field = 1; field <= count; ++field) sqlite3_bind_double(write, field, last + field + 0.25);
-        sqlite3_step(write);
-        sqlite3_reset(write);
-    }
-    sqlite3_finalize(read);
-    sqlite3_finalize(write);
-    engine.execute("COMMIT");
-}
-
 /// Opens the basin, runs its last year and stores the results, as the command `run` does.
 void run_once(const fs::path& file) {
     BasinState basin;
@@ -164,6 +113,14 @@ void run_once(const fs::path& file) {
     if (!start_run({basin, run, dialogs}, 1).completed) fmt::print("the run did not complete\n");
 }
 
+/// How often a call flushes a file or a folder.
+template <typename Work>
+int flushes_of(Work work) {
+    const int before = flushes_of_this_process();
+    work();
+    return flushes_of_this_process() - before;
+}
+
 /// A run of the last year in a basin of so many years, in the process and by the batch program.
 void compare_runs(const fs::path& folder, int years) {
     const fs::path ours = folder / "ours.mdb";
@@ -172,9 +129,14 @@ void compare_runs(const fs::path& folder, int years) {
     fs::remove(theirs);
     write_bench_basin(ours, k_zones, years);
     fs::copy_file(ours, theirs);
-    own_calls(theirs);
-    run_once(ours);  // both tables exist from here on
-    const auto floor = [&] { return seconds_of([&] { own_calls(theirs); }); };
+    run_once(ours);
+    const std::vector<double> results = stored_results(ours);
+    replace_results_by_own_calls(theirs, results);  // both tables exist from here on
+    const int flushed_by_ours = flushes_of([&] { run_once(ours); });
+    const int flushed_by_floor = flushes_of([&] { replace_results_by_own_calls(theirs, results); });
+    fmt::print("flushes of a run in a file of {} years: ours {}, floor {}\n", years, flushed_by_ours,
+               flushed_by_floor);
+    const auto floor = [&] { return seconds_of([&] { replace_results_by_own_calls(theirs, results); }); };
     tell_turns(fmt::format("run, 16 x 366 of {} years, beside the engine's own calls", years),
                take_turns(
                    k_turns, [&] { return seconds_of([&] { run_once(ours); }); }, floor),
