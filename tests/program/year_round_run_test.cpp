@@ -107,6 +107,9 @@ void YearRoundRunTest::use_program(const UserFolders& folders, const Environment
     EXPECT_EQ(rerun.status, 0);
     EXPECT_THAT(rerun.printed, HasSubstr(expected.front().second));
     EXPECT_THAT(file_bytes(folders.settings_file()), HasSubstr("SplashScreen%3A=1"));
+    // The run was made before the basin had its second name.
+    EXPECT_THAT(file_bytes(folders.settings_file().parent_path() / "../../Nivora/runs.list"),
+                HasSubstr("\t" + path_text(sample) + "\tellervane-1996\t\tYear round Simulation\t"));
 }
 
 TEST_F(YearRoundRunTest, AUserOpensTheSampleRunsItReadsTheStatisticsAndSavesItUnderANewName) {

@@ -28,6 +28,20 @@ TEST_F(ControlLeavingTest, DoneAfterStepSixKeepsTheResults) {
     EXPECT_EQ(dialogs_.inputs().size(), 2U);  // those of step 5
 }
 
+TEST_F(ControlLeavingTest, OnlyACompleteEvaluationIsListedWithTheRuns) {
+    open_six_days();
+    run_to(5);
+    EXPECT_TRUE(session_.runs.runs().empty());
+    tick(6);
+    ASSERT_EQ(session_.runs.runs().size(), 1U);
+    const ListedRun& listed = session_.runs.runs().front();
+    EXPECT_EQ(listed.kind, "Climate Change");
+    EXPECT_EQ(listed.scenario, session_.climate.scenario);
+    EXPECT_EQ(listed.simulation, session_.basin.Current_Sim_Name);
+    ASSERT_TRUE(session_.climate.statistics[6].has_value());
+    EXPECT_EQ(listed.statistics[2], session_.climate.statistics[6]->computed_volume);
+}
+
 TEST_F(ControlLeavingTest, DoneBeforeAnyStepReportsNothing) {
     open_six_days();
     session_.basin.Output_Valid = true;
