@@ -237,6 +237,7 @@ QAccessibleInterface* make_element(const QString& class_name, QObject* object) {
     if (class_name == QLatin1String("QStatusBar")) return new AccessibleFrame(widget, QAccessible::StatusBar);
     if (class_name == QLatin1String("QMainWindow")) return new AccessibleFrame(widget, QAccessible::Window);
     if (class_name == QLatin1String("QDialog")) return new AccessibleFrame(widget, QAccessible::Dialog);
+    if (class_name == QLatin1String("QSplitter")) return new AccessibleFrame(widget, QAccessible::Splitter);
     if (class_name != QLatin1String("QWidget")) return nullptr;
     return new AccessibleFrame(widget, QAccessible::Client);
 }
