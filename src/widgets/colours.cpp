@@ -29,7 +29,8 @@ QColor readable_on(const QColor& text, const QColor& ground) {
     constexpr int k_white = 255;
     if (luminance(ground) >= k_middle) return text;
     QColor shown = text.toHsl();
-    for (int light = shown.lightness(); light <= k_white && contrast(shown, ground) < k_readable_contrast; ++light)
+    for (int light = shown.lightness(); light <= k_white && contrast(shown, ground) < k_readable_contrast;
+         ++light)
         shown.setHsl(shown.hslHue(), shown.hslSaturation(), light);
     return shown.toRgb();
 }

@@ -61,6 +61,13 @@ void make_texts_readable(QWidget& window) {
     window.setPalette(own);
 }
 
+void make_list_readable(QWidget& list) {
+    QPalette own;
+    own.setColor(QPalette::Disabled, QPalette::ButtonText,
+                 readable_disabled(QApplication::palette(), QPalette::ButtonText, QPalette::Button));
+    list.setPalette(own);
+}
+
 void make_links_readable(QWidget& element, QPalette::ColorRole ground) {
     QPalette palette = element.palette();
     const QColor behind = palette.color(ground);

@@ -15,6 +15,9 @@ namespace nivora {
 /// values, such as the shares of a lag or the steps that are done.
 void make_texts_readable(QWidget& window);
 
+/// The same for a list that shows its entry while another can't be chosen.
+void make_list_readable(QWidget& list);
+
 /// Gives links within an element a readable colour on the ground of its texts.
 void make_links_readable(QWidget& element, QPalette::ColorRole ground);
 

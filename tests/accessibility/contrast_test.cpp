@@ -47,9 +47,9 @@ protected:
             element.inherits("QRadioButton") || qobject_cast<const QGroupBox*>(&element) != nullptr)
             return std::pair{QPalette::WindowText, QPalette::Window};
         // The caption of a button that is off says what can't be done now, not what is.
-        const bool button = qobject_cast<const QAbstractButton*>(&element) != nullptr ||
-                            qobject_cast<const QComboBox*>(&element) != nullptr;
-        if (button && element.isEnabled()) return std::pair{QPalette::ButtonText, QPalette::Button};
+        const bool button = qobject_cast<const QAbstractButton*>(&element) != nullptr && element.isEnabled();
+        if (button || qobject_cast<const QComboBox*>(&element) != nullptr)
+            return std::pair{QPalette::ButtonText, QPalette::Button};
         return std::nullopt;
     }
 

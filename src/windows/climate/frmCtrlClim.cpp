@@ -16,6 +16,7 @@
 #include "widgets/grid_view.h"
 #include "widgets/printing.h"
 #include "widgets/qt_text.h"
+#include "widgets/readable_palette.h"
 #include "widgets/value_grid_model.h"
 #include "widgets/window_keys.h"
 #include "windows/climate/evaluation_print.h"
@@ -93,6 +94,7 @@ QWidget* frmCtrlClim::make_scenario() {
     scenario_ = new QComboBox(frame);
     scenario_->setObjectName(QStringLiteral("CmboScenario"));
     scenario_->setAccessibleName(QStringLiteral("Scenario"));
+    make_list_readable(*scenario_);
     scenario_->setPlaceholderText(QStringLiteral(" "));
     set_help(scenario_, 8);
     reuse_ = new QCheckBox(QStringLiteral("Use the climate changes defined in Results"), frame);

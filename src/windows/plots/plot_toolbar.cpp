@@ -2,6 +2,7 @@
 
 #include "widgets/nivora_window.h"
 #include "widgets/qt_text.h"
+#include "widgets/readable_palette.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -112,6 +113,7 @@ QComboBox* PlotToolbar::add_list(QHBoxLayout& row, const char* name, const char*
     list->setObjectName(QString::fromUtf8(name));
     list->setToolTip(QString::fromUtf8(tip));
     list->setAccessibleName(QString::fromUtf8(tip));
+    make_list_readable(*list);
     list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     list->setMinimumContentsLength(characters);
     list->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
