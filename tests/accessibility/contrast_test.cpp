@@ -11,6 +11,10 @@
 #include <QStyle>
 #include <QTextBlock>
 #include <QTextEdit>
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <utility>
 
 namespace nivora {
 namespace {

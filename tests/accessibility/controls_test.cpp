@@ -12,7 +12,6 @@ namespace nivora {
 namespace {
 
 using testing::Contains;
-using testing::IsEmpty;
 
 /// Names of the classes of windows that the sources declare.
 std::set<std::string> window_classes() {

@@ -28,8 +28,13 @@
 #include "windows/reports/frmFileDisp.h"
 #include "windows/reports/frmPrint.h"
 
+#include <gmock/gmock.h>
+
+#include <QCheckBox>
 #include <QTimer>
+#include <functional>
 #include <set>
+#include <string>
 
 namespace nivora {
 

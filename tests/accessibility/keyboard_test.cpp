@@ -5,7 +5,9 @@
 #include <QAbstractItemView>
 #include <QAbstractSpinBox>
 #include <QMenuBar>
+#include <QRadioButton>
 #include <QTextEdit>
+#include <algorithm>
 
 namespace nivora {
 namespace {

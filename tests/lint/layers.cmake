@@ -179,7 +179,7 @@ macro(check_layers tree)
         # The tests of the real program and those on a display have sources that are no tests; the main function of all
         # window tests lies beside their folders.
         layer_of("${path}" layer)
-        if(path MATCHES "^lint/|^support/[^/]+$|^(program|screen)/[^/]+$|^windows/[^/]+$")
+        if(path MATCHES "^lint/|^support/[^/]+$|^(accessibility|program|screen)/[^/]+$|^windows/[^/]+$")
             continue()
         endif()
         # The golden files are a program of their own, beside those of the folders of src.
