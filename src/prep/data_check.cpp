@@ -1,0 +1,263 @@
+#include "prep/data_check.h"
+
+#include "base/number_text.h"
+#include "base/single.h"
+#include "store/schema.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <string_view>
+
+namespace nivora {
+namespace {
+
+constexpr std::size_t k_tmax = 0;
+constexpr std::size_t k_tmin = 1;
+constexpr std::size_t k_tavg = 2;
+constexpr std::size_t k_cover = 4;
+constexpr std::size_t k_runoff = 5;
+
+constexpr double k_least_rise = 0.05;         // of the snow cover
+constexpr double k_temperature_jump = 20.0;   // °C
+constexpr double k_degrees_fahrenheit = 1.8;  // per °C
+constexpr double k_discharge_ratio = 5.0;
+constexpr std::int64_t k_stuck_temperature = 5;  // days
+constexpr std::int64_t k_stuck_discharge = 10;
+constexpr Period k_all_days{-200000, 200000};
+
+/// Rows of a zone: positions from the first up to, not including, the last.
+struct ZoneRows {
+    int zone;
+    std::size_t first;
+    std::size_t behind;
+};
+
+std::string days_text(std::int64_t days) { return days == 1 ? "1 day" : fmt::format("{} days", days); }
+
+class DataLook {
+public:
+    DataLook(const DailyRows& rows, const DataCheckSetting& setting) : rows_(rows), setting_(setting) {
+        if (rows.size() == 0) return;
+        const auto [least, greatest] = std::minmax_element(rows.date.begin(), rows.date.end());
+        record_ = {*least, *greatest};
+        check_.days = record_.days();
+        mean_discharge_ = mean_of(k_runoff);
+        for (int zone = 1; zone <= setting.zones; ++zone) look_at(zone);
+    }
+
+    [[nodiscard]] DataCheck take() {
+        std::stable_sort(check_.findings.begin(), check_.findings.end(), [](const auto& a, const auto& b) {
+            return a.zone != b.zone ? a.zone < b.zone : a.first < b.first;
+        });
+        check_.total = check_.findings.size();
+        if (check_.findings.size() > k_most_findings) check_.findings.resize(k_most_findings);
+        return std::move(check_);
+    }
+
+private:
+    [[nodiscard]] double value(std::size_t field, std::size_t row) const { return rows_.fields[field][row]; }
+    [[nodiscard]] DayCount date(std::size_t row) const { return rows_.date[row]; }
+    [[nodiscard]] static std::string name(std::size_t field) {
+        return std::string{k_checked_fields.at(field)};
+    }
+    /// Whether a row is that of the day after the row before it.
+    [[nodiscard]] bool follows(std::size_t row) const { return date(row) == date(row - 1) + 1; }
+
+    [[nodiscard]] double mean_of(std::size_t field) const {
+        double sum = 0.0;
+        double count = 0.0;
+        for (std::size_t row = 0; row < rows_.size() && rows_.zone[row] <= 1; ++row) {
+            if (rows_.zone[row] < 1 || is_missing(value(field, row))) continue;
+            sum += value(field, row);
+            count += 1.0;
+        }
+        return count > 0.0 ? sum / count : 0.0;
+    }
+
+    void add(DataFault fault, int zone, const std::string& field, DayCount first, DayCount last,
+             std::string text) {
+        check_.findings.push_back({fault, zone, field, first, last, std::move(text)});
+    }
+
+    void look_at(int zone) {
+        const auto begin = std::lower_bound(rows_.zone.begin(), rows_.zone.end(), zone);
+        const auto end = std::upper_bound(rows_.zone.begin(), rows_.zone.end(), zone);
+        const ZoneRows rows{zone, static_cast<std::size_t>(begin - rows_.zone.begin()),
+                            static_cast<std::size_t>(end - rows_.zone.begin())};
+        find_gaps(rows);
+        for (std::size_t field = 0; field < k_checked_fields.size(); ++field) {
+            if (field == k_runoff && zone != 1)
+                continue;  // the measured discharge is that of the whole basin
+            find_missing(rows, field);
+        }
+        find_cover(rows);
+        find_extremes(rows);
+        for (const std::size_t field : {k_tmax, k_tmin, k_tavg}) {
+            find_temperature_jumps(rows, field);
+            find_constant(rows, field, k_stuck_temperature);
+        }
+        if (zone != 1) return;
+        find_discharge_jumps(rows);
+        find_constant(rows, k_runoff, k_stuck_discharge);
+        find_zero_discharge(rows);
+    }
+
+    void find_gaps(const ZoneRows& rows) {
+        DayCount next = record_.start;
+        const auto gap_before = [&](DayCount day) {
+            if (day > next) {
+                add(DataFault::Gap, rows.zone, {}, next, day - 1,
+                    fmt::format("The zone has no row on {}.", days_text(day - next)));
+            }
+        };
+        for (std::size_t row = rows.first; row < rows.behind; ++row) {
+            gap_before(date(row));
+            next = std::max(next, date(row) + 1);
+        }
+        gap_before(record_.end + 1);
+    }
+
+    /// Calls `found` with the first and the last row of each run of rows, on days on end, that have a
+    /// property.
+    template <typename Has, typename Found>
+    void for_runs(const ZoneRows& rows, Has&& has, Found&& found) const {
+        std::optional<std::size_t> first;
+        for (std::size_t row = rows.first; row <= rows.behind; ++row) {
+            const bool ends = row == rows.behind || (row > rows.first && !follows(row)) || !has(row);
+            if (first && ends) {
+                found(*first, row - 1);
+                first.reset();
+            }
+            if (row < rows.behind && !first && has(row)) first = row;
+        }
+    }
+
+    void find_missing(const ZoneRows& rows, std::size_t field) {
+        const auto missing = [&](std::size_t row) { return is_missing(value(field, row)); };
+        bool any = false;
+        for (std::size_t row = rows.first; row < rows.behind && !any; ++row) any = !missing(row);
+        if (!any) return;  // the zone has no such data
+        for_runs(rows, missing, [&](std::size_t first, std::size_t last) {
+            add(DataFault::Missing, rows.zone, name(field), date(first), date(last),
+                fmt::format("{} has no value on {}.", name(field), days_text(date(last) - date(first) + 1)));
+        });
+    }
+
+    void find_cover(const ZoneRows& rows) {
+        for_runs(
+            rows, [&](std::size_t row) { return value(k_cover, row) < 0.0 || value(k_cover, row) > 1.0; },
+            [&](std::size_t first, std::size_t last) {
+                add(DataFault::CoverRange, rows.zone, name(k_cover), date(first), date(last),
+                    fmt::format("The snow cover is {}, which is not between 0 and 1.",
+                                seven_digit_text(value(k_cover, first))));
+            });
+        const auto rises = [&](std::size_t row) {
+            return row > rows.first && follows(row) && value(k_cover, row) > value(k_cover, row - 1) &&
+                   setting_.melt_months.at(static_cast<std::size_t>(civil_date(date(row)).month));
+        };
+        for_runs(rows, rises, [&](std::size_t first, std::size_t last) {
+            const double from = value(k_cover, first - 1);
+            const double to = value(k_cover, last);
+            if (to - from <= k_least_rise) return;
+            add(DataFault::CoverRises, rows.zone, name(k_cover), date(first), date(last),
+                fmt::format("The snow cover grows from {} to {} in the melt season.", seven_digit_text(from),
+                            seven_digit_text(to)));
+        });
+    }
+
+    void find_extremes(const ZoneRows& rows) {
+        for_runs(
+            rows, [&](std::size_t row) { return value(k_tmin, row) > value(k_tmax, row); },
+            [&](std::size_t first, std::size_t last) {
+                add(DataFault::Extremes, rows.zone, name(k_tmin), date(first), date(last),
+                    fmt::format("The minimum temperature, {}, is above the maximum, {}.",
+                                seven_digit_text(value(k_tmin, first)),
+                                seven_digit_text(value(k_tmax, first))));
+            });
+    }
+
+    void add_jump(const ZoneRows& rows, std::size_t field, std::size_t row) {
+        add(DataFault::Jump, rows.zone, name(field), date(row), date(row),
+            fmt::format("{} goes from {} to {} in a day.", name(field),
+                        seven_digit_text(value(field, row - 1)), seven_digit_text(value(field, row))));
+    }
+
+    void find_temperature_jumps(const ZoneRows& rows, std::size_t field) {
+        const double limit = k_temperature_jump * (setting_.english ? k_degrees_fahrenheit : 1.0);
+        for (std::size_t row = rows.first + 1; row < rows.behind; ++row) {
+            if (follows(row) && std::abs(value(field, row) - value(field, row - 1)) > limit)
+                add_jump(rows, field, row);
+        }
+    }
+
+    /// More than fivefold, and by more than the mean: small rivers double in a shower.
+    void find_discharge_jumps(const ZoneRows& rows) {
+        for (std::size_t row = rows.first + 1; row < rows.behind; ++row) {
+            if (!follows(row)) continue;
+            const double less = std::min(value(k_runoff, row), value(k_runoff, row - 1));
+            const double more = std::max(value(k_runoff, row), value(k_runoff, row - 1));
+            if (less > 0.0 && more > k_discharge_ratio * less && more - less > mean_discharge_)
+                add_jump(rows, k_runoff, row);
+        }
+    }
+
+    void find_constant(const ZoneRows& rows, std::size_t field, std::int64_t least_days) {
+        const auto same = [&](std::size_t row) {
+            return row > rows.first && follows(row) && value(field, row) == value(field, row - 1) &&
+                   value(field, row) != 0.0;
+        };
+        for_runs(rows, same, [&](std::size_t first, std::size_t last) {
+            const std::int64_t days = date(last) - date(first) + 2;
+            if (days < least_days) return;
+            add(DataFault::Constant, rows.zone, name(field), date(first) - 1, date(last),
+                fmt::format("{} is {} on {} on end.", name(field), seven_digit_text(value(field, first)),
+                            days_text(days)));
+        });
+    }
+
+    void find_zero_discharge(const ZoneRows& rows) {
+        for_runs(
+            rows, [&](std::size_t row) { return value(k_runoff, row) == 0.0; },
+            [&](std::size_t first, std::size_t last) {
+                add(DataFault::ZeroDischarge, rows.zone, name(k_runoff), date(first), date(last),
+                    fmt::format("The measured discharge is 0 on {}.",
+                                days_text(date(last) - date(first) + 1)));
+            });
+    }
+
+    const DailyRows& rows_;
+    const DataCheckSetting& setting_;
+    Period record_;
+    double mean_discharge_ = 0.0;
+    DataCheck check_;
+};
+
+}  // namespace
+
+const char* data_fault_text(DataFault fault) {
+    switch (fault) {
+        case DataFault::Gap: return "Gap";
+        case DataFault::Missing: return "Missing value";
+        case DataFault::CoverRange: return "Cover outside 0 to 1";
+        case DataFault::CoverRises: return "Cover rises in melt";
+        case DataFault::Extremes: return "Tmin above Tmax";
+        case DataFault::Jump: return "Jump";
+        case DataFault::Constant: return "Constant";
+        case DataFault::ZeroDischarge: return "Discharge of zero";
+    }
+    return "";
+}
+
+DataCheck check_daily_rows(const DailyRows& rows, const DataCheckSetting& setting) {
+    return DataLook{rows, setting}.take();
+}
+
+DataCheck check_daily_data(BasinDatabase& database, const DataCheckSetting& setting) {
+    return check_daily_rows(
+        read_daily_rows(database, k_physical_data, k_checked_fields, 1, setting.zones, k_all_days), setting);
+}
+
+}  // namespace nivora
