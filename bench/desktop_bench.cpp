@@ -326,7 +326,7 @@ double compare_with_own_calls(const Folders& folders, const fs::path& large) {
         memory = std::max(memory, taken.memory);
         return taken.seconds;
     };
-    tell_turns("run 16 x 366 of 50 years to painted statistics, beside calls",
+    tell_turns("run to painted statistics, 16 x 366 of 50 years",
                take_turns(k_turns, ours,
                           [&] { return seconds_of([&] { replace_results_by_own_calls(floor, results); }); }),
                std::nullopt);
