@@ -195,4 +195,12 @@ DataOutcome mnuDataOptVar_Click(const PrepContext& context, BasinDatabase& datab
     return DataOutcome::Stopped;
 }
 
+DataOutcome view_record(const PrepContext& context, BasinDatabase& database) {
+    context.prep.Edit_Locked = false;
+    context.prep.record = Scan_Physical_Data(database);
+    if (context.prep.record.count == 0) return DataOutcome::Stopped;
+    prepare_variables(context.prep, std::nullopt);
+    return DataOutcome::ShowEditor;
+}
+
 }  // namespace nivora

@@ -25,4 +25,7 @@ enum class DataOutcome { Stopped, ShowDefinition, ShowScenarios, ShowEditor };
 /// added with zeros here. Errors of the store are shown.
 [[nodiscard]] DataOutcome mnuDataOptVar_Click(const PrepContext& context, BasinDatabase& database, int index);
 
+/// Prepares the view of the whole record as it is, without a question about days that it lacks.
+[[nodiscard]] DataOutcome view_record(const PrepContext& context, BasinDatabase& database);
+
 }  // namespace nivora

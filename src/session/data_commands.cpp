@@ -28,4 +28,10 @@ DataOutcome choose_daily_variables(Session& session, int index) {
     });
 }
 
+DataOutcome view_record(Session& session) {
+    return on_work_file(session, [](const PrepContext& prep, BasinDatabase& database) {
+        return view_record(prep, database);
+    });
+}
+
 }  // namespace nivora

@@ -13,4 +13,7 @@ namespace nivora {
 /// @param index 0 the whole record, 1 the current simulation
 [[nodiscard]] DataOutcome choose_daily_variables(Session& session, int index);
 
+/// Prepares the view of the whole record as it is, for a place in it.
+[[nodiscard]] DataOutcome view_record(Session& session);
+
 }  // namespace nivora

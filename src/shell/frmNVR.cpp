@@ -77,7 +77,7 @@ void frmNVR::answer(Desktop& desktop) {
     desktop.go_to_field = [this](const UnstorableField& field) { go_to_field(field); };
     desktop.refresh_main_window = [this] { refresh_main_window(); };
     desktop.show_help_topic = [this](int topic) { windows_.show_help_topic(topic); };
-    desktop.open_daily_editor = [this] { open_daily_editor(); };
+    desktop.open_daily_editor = [this] { open_daily_editor(std::nullopt); };
     desktop.leave_basin = [this] {
         windows_.close_results();
         windows_.close_plots();

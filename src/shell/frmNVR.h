@@ -74,7 +74,8 @@ private:
     void choose_data(DataEntry entry);
     void choose_variables(int index);
     void show_climate_run();
-    void open_daily_editor();
+    void check_data();
+    void open_daily_editor(const std::optional<DailyPlace>& place);
     void show_long_term_averages();
     void show_plots();
     void show_reports();

@@ -116,6 +116,7 @@ constexpr std::array k_entries{
           Command::TimeLag},
     Entry{"mnuToolsItm(5)", "mnuTools", "&More ...", 54},
     Entry{"mnuRuns", "mnuToolsItm(5)", "&Runs", 55, Command::Runs},
+    Entry{"mnuCheckData", "mnuToolsItm(5)", "&Check data", 56, Command::CheckData},
     Entry{"mnuWinGraphics", "", "&Graphics", 29, Command::Graphics, &ShellState::graphics},
     Entry{"mnuReports", "", "&Reports", 30, Command::Reports, &ShellState::reports},
     Entry{"mnuHelpItm(0)", "mnuHelp", "&Help for Nivora main window", 42, Command::Help},

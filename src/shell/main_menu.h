@@ -35,6 +35,7 @@ enum class Command {
     RenameSimulation,
     ChangeParameter,
     Runs,
+    CheckData,
     NoSnow,
     MeltTemperature,
     MeltRadiation,

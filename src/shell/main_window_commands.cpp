@@ -1,5 +1,6 @@
 // What the entries of the menu bar and the buttons of the main window do.
 
+#include "prep/data_check.h"
 #include "session/availability.h"
 #include "session/data_commands.h"
 #include "session/listed_runs.h"
@@ -44,6 +45,7 @@ void frmNVR::do_command(Command command) {
         case Command::RenameSimulation: return rename_simulation();
         case Command::ChangeParameter: return change_parameter();
         case Command::Runs: return windows_.show_runs();
+        case Command::CheckData: return check_data();
         case Command::NoSnow: return toggle_snow();
         case Command::MeltTemperature:
         case Command::MeltRadiation: return show_labels();
@@ -236,7 +238,7 @@ void frmNVR::import_file() {
 void frmNVR::follow(DataOutcome outcome) {
     switch (outcome) {
         case DataOutcome::ShowDefinition: return show_definition();
-        case DataOutcome::ShowEditor: return open_daily_editor();
+        case DataOutcome::ShowEditor: return open_daily_editor(std::nullopt);
         case DataOutcome::ShowScenarios: windows_.edit_scenarios(); return refresh_main_window();
         case DataOutcome::Stopped: return;
     }
@@ -252,12 +254,23 @@ void frmNVR::choose_variables(int index) {
     follow(choose_daily_variables(session(), index));
 }
 
+/// Shows what is likely to be wrong in the daily variables, and opens the editor where the user wants to go.
+void frmNVR::check_data() {
+    commit_edits();
+    windows_.show_data_check([this](const DataFinding& finding) {
+        commit_edits();
+        if (view_record(session()) != DataOutcome::ShowEditor) return;
+        open_daily_editor(DailyPlace{finding.zone, finding.first, finding.field});
+        windows_.look_at_data_again();
+    });
+}
+
 void frmNVR::show_climate_run() {
     if (zones_can_run()) windows_.show_climate_run();
 }
 
-void frmNVR::open_daily_editor() {
-    if (!windows_.edit_daily_data()) return;
+void frmNVR::open_daily_editor(const std::optional<DailyPlace>& place) {
+    if (!windows_.edit_daily_data(place)) return;
     daily_editor_was_closed(session());
     refresh_main_window();
 }

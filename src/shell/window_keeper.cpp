@@ -12,6 +12,7 @@
 #include "windows/plots/frmNVRPlot.h"
 #include "windows/prep/SimOptions.h"
 #include "windows/prep/frmData.h"
+#include "windows/prep/frmDataCheck.h"
 #include "windows/prep/frmLongTermAvg.h"
 #include "windows/prep/frmParameterChange.h"
 #include "windows/prep/frmPopulate.h"
@@ -61,6 +62,7 @@ void WindowKeeper::refresh() {
     if (results_) results_->refresh_status();
     if (plots_ && plots_->isVisible()) plots_->renew();
     if (runs_ && runs_->isVisible()) runs_->refresh();
+    if (data_check_ && data_check_->isVisible()) data_check_->refresh();
 }
 
 void WindowKeeper::close_plots() {
@@ -106,6 +108,7 @@ void WindowKeeper::close_all() {
     close_plots();
     if (help_) help_->close();
     if (runs_) runs_->close();
+    if (data_check_) data_check_->close();
 }
 
 WindowKeeper::DefinitionEnd WindowKeeper::define_simulation() {
@@ -115,9 +118,23 @@ WindowKeeper::DefinitionEnd WindowKeeper::define_simulation() {
     return window.accepted() ? DefinitionEnd::Accepted : DefinitionEnd::Cancelled;
 }
 
-bool WindowKeeper::edit_daily_data() {
+void WindowKeeper::show_data_check(const std::function<void(const DataFinding&)>& wanted) {
+    if (!data_check_) {
+        data_check_ = std::make_unique<frmDataCheck>(context_, nullptr);
+        QObject::connect(data_check_.get(), &frmDataCheck::wanted, data_check_.get(), wanted);
+    }
+    data_check_->look();
+    bring_to_front(*data_check_);
+}
+
+void WindowKeeper::look_at_data_again() {
+    if (data_check_ && data_check_->isVisible()) data_check_->look();
+}
+
+bool WindowKeeper::edit_daily_data(const std::optional<DailyPlace>& place) {
     frmData window(context_, nullptr);
     if (!window.open()) return false;
+    if (place) window.go_to(*place);
     window.show_modal();
     return true;
 }

@@ -2,10 +2,13 @@
 #pragma once
 
 #include "plots/plot_screen.h"
+#include "prep/daily_place.h"
 #include "widgets/colours.h"
 #include "widgets/nivora_window.h"
 
+#include <functional>
 #include <memory>
+#include <optional>
 
 namespace nivora {
 
@@ -14,6 +17,8 @@ class frmCtrlClim;
 class frmNVRHelp;
 class frmNVRPlot;
 class frmRuns;
+class frmDataCheck;
+struct DataFinding;
 
 /// Owns the windows beside the main window: opens, refreshes and closes them. A window that stays open is a
 /// member and is closed by `close_all`; a modal one lives as long as the call that opens it.
@@ -40,6 +45,9 @@ public:
 
     /// Shows the list of the last runs.
     void show_runs();
+    /// Looks through the daily variables and shows what was found.
+    /// @param wanted called where the user wants to see a finding in the daily editor
+    void show_data_check(const std::function<void(const DataFinding&)>& wanted);
 
     /// Brings open windows up to date after the basin or its results have changed: whether statistics are out
     /// of date, which plots can be chosen.
@@ -58,8 +66,10 @@ public:
     enum class DefinitionEnd { NotOpened, Cancelled, Accepted };
     /// Opens the definition that the session has prepared.
     [[nodiscard]] DefinitionEnd define_simulation();
+    void look_at_data_again();
     /// Opens the daily editor on what the session has prepared. @return false if it could not open
-    [[nodiscard]] bool edit_daily_data();
+    /// @param place where the cursor goes; the first cell if not given
+    [[nodiscard]] bool edit_daily_data(const std::optional<DailyPlace>& place);
     /// @return false if the window could not open
     [[nodiscard]] bool edit_monthly_averages();
     void edit_scenarios();
@@ -83,6 +93,7 @@ private:
     std::unique_ptr<frmNVRHelp> help_;
     std::unique_ptr<frmNVRPlot> plots_;
     std::unique_ptr<frmRuns> runs_;
+    std::unique_ptr<frmDataCheck> data_check_;
 };
 
 }  // namespace nivora

@@ -20,7 +20,8 @@ enum class WindowNumber {
     frmLineAtt = 14,
     // Windows from here on keep their place until the program ends.
     frmParameterChange = 20,
-    frmRuns = 21
+    frmRuns = 21,
+    frmDataCheck = 22
 };
 
 }  // namespace nivora

@@ -22,6 +22,7 @@
 #include "windows/plots/frmNVRPlot.h"
 #include "windows/prep/SimOptions.h"
 #include "windows/prep/frmData.h"
+#include "windows/prep/frmDataCheck.h"
 #include "windows/prep/frmLongTermAvg.h"
 #include "windows/prep/frmParameterChange.h"
 #include "windows/prep/frmPopulate.h"
@@ -108,6 +109,9 @@ private:
         frmRuns runs(context());
         runs.fill();
         show_and_close("frmRuns", runs);
+        frmDataCheck check(context());
+        check.look();
+        show_and_close("frmDataCheck", check);
         frmPrint reports(context());
         show_and_close("frmPrint", reports);
         frmFileDisp display(context());

@@ -12,6 +12,7 @@
 #include "windows/engine/frmTimeLagDist.h"
 #include "windows/prep/SimOptions.h"
 #include "windows/prep/frmData.h"
+#include "windows/prep/frmDataCheck.h"
 #include "windows/prep/frmLongTermAvg.h"
 #include "windows/prep/frmParameterChange.h"
 #include "windows/prep/frmPopulate.h"
@@ -136,6 +137,10 @@ TEST_F(LettersTest, OfTheStatisticsAreItsButtons) {
 
 TEST_F(LettersTest, OfTheRunsAreItsButtonsAndItsChoice) {
     EXPECT_THAT(letters(frmRuns{context()}), ElementsAre("A", "C", "D", "H"));
+}
+
+TEST_F(LettersTest, OfTheCheckOfDataAreItsButtonsAndChoices) {
+    EXPECT_THAT(letters(frmDataCheck{context()}), ElementsAre("A", "C", "D", "G", "H", "W", "Z"));
 }
 
 TEST_F(LettersTest, OfTheTimeLagAreItsButtons) {

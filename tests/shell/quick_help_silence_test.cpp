@@ -3,6 +3,7 @@
 #include "windows/engine/Results.h"
 #include "windows/engine/frmRuns.h"
 #include "windows/engine/frmTimeLagDist.h"
+#include "windows/prep/frmDataCheck.h"
 #include "windows/prep/frmParameterChange.h"
 
 namespace nivora {
@@ -35,6 +36,14 @@ TEST_F(QuickHelpSilenceTest, EveryElementOfTheRunsIsSilent) {
     runs.show();
     quick_help_.set_on(true);
     walk_widgets(runs, "frmRuns");
+}
+
+TEST_F(QuickHelpSilenceTest, EveryElementOfTheCheckOfDataIsSilent) {
+    frmDataCheck check(context());
+    check.look();
+    check.show();
+    quick_help_.set_on(true);
+    walk_widgets(check, "frmDataCheck");
 }
 
 TEST_F(QuickHelpSilenceTest, EveryElementOfTheChangeOfAParameterIsSilent) {

@@ -28,6 +28,7 @@
 #include <QSpinBox>
 #include <QStatusBar>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace nivora {
 namespace {
@@ -193,6 +194,23 @@ bool frmData::open() {
     fit_columns();
     grid_->setCurrentIndex(days_->index(0, 0));
     return true;
+}
+
+void frmData::go_to(const DailyPlace& place) {
+    zone_->setValue(place.zone);
+    int column = 0;
+    const auto& columns = editor_->columns();
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (same_name(columns[i].field, place.field)) column = static_cast<int>(i);
+    }
+    const auto days = days_->days();
+    if (!days) return;
+    std::optional<int> row;
+    for (DayCount day = std::max(place.day, days->start); day <= days->end && !row; ++day)
+        row = days_->row_of(day);
+    const int last = days_->rowCount() - 1;
+    grid_->setCurrentIndex(days_->index(row.value_or(last), column));
+    grid_->scrollTo(grid_->currentIndex(), QAbstractItemView::PositionAtCenter);
 }
 
 /// Shows why the store refused a typed or pasted value, if it did.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "prep/daily_editor.h"
+#include "prep/daily_place.h"
 #include "widgets/nivora_window.h"
 
 #include <memory>
@@ -25,6 +26,8 @@ public:
 
     /// Opens the table. @return false if there is nothing to show; a message has said so
     [[nodiscard]] bool open();
+    /// Puts the cursor on a cell; on the nearest later day if the zone has no row of this one.
+    void go_to(const DailyPlace& place);
 
 protected:
     void closeEvent(QCloseEvent* event) override;

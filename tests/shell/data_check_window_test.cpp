@@ -1,0 +1,127 @@
+// The window of the look through the daily variables, opened from the main window.
+#include "store/daily_rows.h"
+#include "tests/shell/main_window_fixture.h"
+#include "widgets/grid_view.h"
+#include "widgets/qt_text.h"
+#include "windows/prep/frmDataCheck.h"
+
+#include <gmock/gmock.h>
+
+#include <QClipboard>
+
+namespace nivora {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class DataCheckWindowTest : public MainWindowTest {
+protected:
+    DataCheckWindowTest() {
+        open_sample();
+        BasinDatabase database{session_.basin.Work_File, Access::ReadWrite};
+        first_ = first_day_of(database);
+        database.execute("UPDATE PhysicalData SET SCA = 1.5 WHERE Zone = 2 AND Date = " +
+                         std::to_string(first_ + 3));
+        database.execute("UPDATE PhysicalData SET Precip = NULL WHERE Zone = 3 AND Date = " +
+                         std::to_string(first_ + 7));
+    }
+
+    static DayCount first_day_of(BasinDatabase& database) {
+        return read_daily_rows(database, k_physical_data, std::array<std::string_view, 1>{"Precip"}, 1, 1,
+                               {0, 100000})
+            .date.front();
+    }
+
+    frmDataCheck* check() {
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            if (auto* found = qobject_cast<frmDataCheck*>(window)) return found;
+        }
+        return nullptr;
+    }
+    void open_check() {
+        choose("mnuCheckData");
+        ASSERT_NE(check(), nullptr);
+        ASSERT_TRUE(check()->isVisible());
+    }
+    GridView* list() { return check()->findChild<GridView*>(QStringLiteral("grdFindings")); }
+    QComboBox* choice(const char* name) { return check()->findChild<QComboBox*>(QString::fromUtf8(name)); }
+    std::string told() { return from_qt(check()->findChild<QLabel*>(QStringLiteral("lblTold"))->text()); }
+    std::string cell(int row, int column) {
+        return from_qt(list()->model()->index(row, column).data().toString());
+    }
+    int row_of(const std::string& what, const std::string& zone) {
+        for (int row = 0; row < list()->model()->rowCount(); ++row) {
+            if (cell(row, 0) == what && cell(row, 1) == zone) return row;
+        }
+        ADD_FAILURE() << "no " << what << " in zone " << zone;
+        return 0;
+    }
+
+    DayCount first_ = 0;
+};
+
+TEST_F(DataCheckWindowTest, ListsWhatIsWrongByZoneAndDay) {
+    open_check();
+    const int cover = row_of("Cover outside 0 to 1", "B");
+    EXPECT_EQ(cell(cover, 2), "SCA");
+    EXPECT_EQ(cell(cover, 3), long_date_text(first_ + 3));
+    EXPECT_EQ(cell(cover, 5), "1");
+    EXPECT_EQ(cell(cover, 6), "The snow cover is 1.5, which is not between 0 and 1.");
+    EXPECT_LT(cover, row_of("Missing value", "C"));
+    EXPECT_THAT(told(), HasSubstr(" findings in 1004 days."));
+}
+
+TEST_F(DataCheckWindowTest, ShowsOneKindOrOneZone) {
+    open_check();
+    const int all = list()->model()->rowCount();
+    choice("cboKind")->setCurrentText(QStringLiteral("Missing value"));
+    EXPECT_EQ(list()->model()->rowCount(), 1);
+    EXPECT_EQ(cell(0, 6), "Precip has no value on 1 day.");
+    EXPECT_THAT(told(), HasSubstr(" 1 are shown."));
+    choice("cboZone")->setCurrentText(QStringLiteral("B"));
+    EXPECT_EQ(list()->model()->rowCount(), 0);
+    EXPECT_FALSE(check()->findChild<QPushButton*>(QStringLiteral("Command1(0)"))->isEnabled());  // Go to
+    choice("cboKind")->setCurrentIndex(0);
+    choice("cboZone")->setCurrentIndex(0);
+    EXPECT_EQ(list()->model()->rowCount(), all);
+}
+
+TEST_F(DataCheckWindowTest, CopiesTheFindingsWithTheirHeaders) {
+    open_check();
+    for (QPushButton* button : check()->findChildren<QPushButton*>()) {
+        if (button->text().contains(QStringLiteral("Copy"))) button->click();
+    }
+    EXPECT_THAT(from_qt(QApplication::clipboard()->text()),
+                StartsWith("What\tZone\tField\tFirst day\tLast day\tDays\tFinding"));
+}
+
+TEST_F(DataCheckWindowTest, GoesToTheDayInTheEditorAndLooksAgainAfterwards) {
+    open_check();
+    const int cover = row_of("Cover outside 0 to 1", "B");
+    modal_.then("frmData", [&](QWidget& editor) {
+        auto* days = editor.findChild<GridView*>();
+        EXPECT_EQ(from_qt(days->model()->index(days->currentIndex().row(), 0).data().toString()),
+                  long_date_text(first_ + 3));
+        EXPECT_EQ(days->currentIndex().data().toString(), QStringLiteral("1.50"));
+        EXPECT_TRUE(days->model()->setData(days->currentIndex(), QStringLiteral("1")));
+        for (QPushButton* button : editor.findChildren<QPushButton*>()) {
+            if (button->text() == QStringLiteral("&Done")) button->click();
+        }
+    });
+    list()->setCurrentIndex(list()->model()->index(cover, 0));
+    emit list()->doubleClicked(list()->model()->index(cover, 0));
+    for (int row = 0; row < list()->model()->rowCount(); ++row)
+        EXPECT_NE(cell(row, 0), "Cover outside 0 to 1");
+}
+
+TEST_F(DataCheckWindowTest, LooksAtTheNextBasin) {
+    open_check();
+    EXPECT_GT(list()->model()->rowCount(), 0);
+    choose("mnuFileItem(0)");
+    EXPECT_EQ(list()->model()->rowCount(), 0);
+    EXPECT_EQ(told(), "The basin has no daily variables.");
+}
+
+}  // namespace
+}  // namespace nivora
