@@ -107,6 +107,7 @@ struct Texts {
     std::string renamed;
     std::string other_name;
     bool json = false;
+    bool data = false;
     bool refuse = false;
     std::string made;
     int last_step = k_climate_steps;
@@ -429,6 +430,10 @@ CLI::App& add_check(CLI::App& app, Texts& texts) {
         "check",
         "Check every page and row of a basin: structure, duplicate or missing keys, ranges of values");
     check.add_option("BASIN.mdb", texts.basin, "Basin file; it is not changed")->required();
+    CLI::Option* data = check.add_flag(
+        "--data", texts.data,
+        "List what is likely to be wrong in the daily variables instead, such as gaps and jumps");
+    check.add_flag("--json", texts.json, "Print the list as JSON")->needs(data);
     return check;
 }
 
@@ -508,6 +513,9 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
         if (scenario.parsed()) return scenario_command(scenario_of(texts, scenario), dialogs, out);
         if (exported.parsed()) return export_command(export_of(texts), dialogs);
         if (simulations.parsed()) return simulations_of(texts, simulations, dialogs, out);
+        if (check.parsed() && texts.data) {
+            return check_data_command(path_from_utf8(texts.basin), texts.json, texts.waiting(), dialogs, out);
+        }
         if (check.parsed()) return check_command(path_from_utf8(texts.basin), texts.waiting(), dialogs, out);
         if (salvage.parsed()) {
             return salvage_command(path_from_utf8(texts.basin), path_from_utf8(texts.made), dialogs, out);

@@ -137,6 +137,10 @@ int scenario_command(const ScenarioCommand& command, BatchDialogs& dialogs, std:
 /// Writes a table as CSV.
 int export_command(const ExportCommand& command, BatchDialogs& dialogs);
 
+/// Looks through the daily variables, and prints what is likely to be wrong. Findings are no refusal.
+int check_data_command(const std::filesystem::path& basin, bool json, std::chrono::milliseconds wait,
+                       BatchDialogs& dialogs, std::ostream& out);
+
 /// Checks every page and row of a basin file, and prints what is wrong.
 int check_command(const std::filesystem::path& basin, std::chrono::milliseconds wait, BatchDialogs& dialogs,
                   std::ostream& out);
