@@ -1,15 +1,7 @@
 #include "search/calibration.h"
 
 #include "search/low_discrepancy.h"
-
-#include <pagmo/algorithm.hpp>
-#include <pagmo/algorithms/cmaes.hpp>
-#include <pagmo/algorithms/nsga2.hpp>
-#include <pagmo/batch_evaluators/member_bfe.hpp>
-#include <pagmo/bfe.hpp>
-#include <pagmo/population.hpp>
-#include <pagmo/problem.hpp>
-#include <pagmo/utils/multi_objective.hpp>
+#include "search/methods.h"
 
 #include <algorithm>
 #include <cmath>
@@ -44,17 +36,26 @@ bool failed(const Costs& costs) {
     return std::any_of(costs.begin(), costs.end(), [](double cost) { return cost >= k_failed_cost; });
 }
 
+/// Whether costs are better than others in one objective and worse in none.
+bool dominates(const Costs& costs, const Costs& others) {
+    bool better = false;
+    for (std::size_t i = 0; i < costs.size(); ++i) {
+        if (costs[i] > others[i]) return false;
+        better = better || costs[i] < others[i];
+    }
+    return better;
+}
+
 /// The points that no other one dominates, in the order in which they came.
 class Front {
 public:
     void add(const Point& point, const Costs& costs) {
         if (failed(costs)) return;
         const bool beaten = std::any_of(rated_.begin(), rated_.end(), [&](const Rated& rated) {
-            return rated.costs == costs || pagmo::pareto_dominance(rated.costs, costs);
+            return rated.costs == costs || dominates(rated.costs, costs);
         });
         if (beaten) return;
-        std::erase_if(rated_,
-                      [&](const Rated& rated) { return pagmo::pareto_dominance(costs, rated.costs); });
+        std::erase_if(rated_, [&](const Rated& rated) { return dominates(costs, rated.costs); });
         rated_.push_back({point, costs});
     }
     [[nodiscard]] const std::vector<Rated>& rated() const { return rated_; }
@@ -136,30 +137,31 @@ private:
     Front front_;
 };
 
-/// A lane as pagmo sees it. pagmo copies its problems, and all copies are the same lane.
-struct LaneProblem {
-    Lane* lane = nullptr;
-    std::size_t dimensions = 1;
-
-    [[nodiscard]] Costs fitness(const Point& point) const { return {lane->evaluate(point)}; }
-    [[nodiscard]] std::pair<Point, Point> get_bounds() const {
-        return {Point(dimensions, 0.0), Point(dimensions, 1.0)};
-    }
-    template <typename Archive>
-    void serialize(Archive& /*archive*/, unsigned /*version*/) {}
-};
-
 /// One climb from a new start. The best of the first points is where it begins.
 void Lane::climb(std::size_t members, unsigned round) {
     const std::size_t dimensions = shared_.problem.dimensions();
-    const unsigned seed = shared_.options.seed + static_cast<unsigned>(number_) * 104729U + round * 1299709U;
-    pagmo::population population{pagmo::problem{LaneProblem{this, dimensions}}, 0U, seed};
-    if (number_ == 0 && round == 0) population.push_back(shared_.problem.unchanged_point());
-    while (population.size() < members) population.push_back(starts_.point(next_start_++));
-    const auto generations = static_cast<unsigned>((budget_ - used_) / members + 1);
-    const pagmo::algorithm method{pagmo::cmaes{generations, -1, -1, -1, -1, k_first_step, k_least_gain,
-                                               k_least_step, false, true, seed}};
-    static_cast<void>(method.evolve(population));
+    Point starts;
+    if (number_ == 0 && round == 0) starts = shared_.problem.unchanged_point();
+    while (starts.size() < members * dimensions) {
+        const Point start = starts_.point(next_start_++);
+        starts.insert(starts.end(), start.begin(), start.end());
+    }
+    const NivoraClimb climb{
+        .dimensions = dimensions,
+        .members = members,
+        .starts = starts.data(),
+        .generations = static_cast<unsigned>((budget_ - used_) / members + 1),
+        .first_step = k_first_step,
+        .least_gain = k_least_gain,
+        .least_step = k_least_step,
+        .seed = shared_.options.seed + static_cast<unsigned>(number_) * 104729U + round * 1299709U,
+        .evaluate =
+            [](void* lane, const double* point) {
+                auto& own = *static_cast<Lane*>(lane);
+                return own.evaluate({point, point + own.shared_.problem.dimensions()});
+            },
+        .context = this};
+    search_methods().climb(&climb);
 }
 
 void Lane::work() {
@@ -219,21 +221,6 @@ private:
     Front front_;
 };
 
-struct GenerationsProblem {
-    Generations* generations = nullptr;
-    std::size_t dimensions = 1;
-    std::size_t objectives = 2;
-
-    [[nodiscard]] Costs fitness(const Point& point) const { return generations->evaluate(point); }
-    [[nodiscard]] std::pair<Point, Point> get_bounds() const {
-        return {Point(dimensions, 0.0), Point(dimensions, 1.0)};
-    }
-    [[nodiscard]] std::size_t get_nobj() const { return objectives; }
-    [[nodiscard]] Costs batch_fitness(const Point& points) const { return generations->evaluate(points); }
-    template <typename Archive>
-    void serialize(Archive& /*archive*/, unsigned /*version*/) {}
-};
-
 void Generations::work() {
     const SearchOptions& options = shared_.options;
     // A multiple of four, as the method asks.
@@ -241,31 +228,28 @@ void Generations::work() {
         std::clamp<std::size_t>(options.evaluations / 20, 8, k_most_in_population) / 4 * 4;
     const auto generations =
         static_cast<unsigned>(std::max<std::size_t>(1, options.evaluations / members) - 1);
+    const LowDiscrepancy sequence{shared_.problem.dimensions(), options.seed};
+    Point starts = shared_.problem.unchanged_point();
+    for (std::size_t i = 1; i < members; ++i) {
+        const Point start = sequence.point(i);
+        starts.insert(starts.end(), start.begin(), start.end());
+    }
+    const NivoraGenerations search{
+        .dimensions = shared_.problem.dimensions(),
+        .objectives = shared_.problem.objectives().size(),
+        .members = members,
+        .starts = starts.data(),
+        .generations = generations,
+        .seed = options.seed,
+        .evaluate =
+            [](void* context, const double* points, std::size_t count, double* costs) {
+                auto& own = *static_cast<Generations*>(context);
+                const Costs all = own.evaluate({points, points + count * own.shared_.problem.dimensions()});
+                std::copy(all.begin(), all.end(), costs);
+            },
+        .context = this};
     try {
-        const pagmo::problem problem{
-            GenerationsProblem{this, shared_.problem.dimensions(), shared_.problem.objectives().size()}};
-        const pagmo::bfe batches{pagmo::member_bfe{}};
-        pagmo::population population{problem, 0U, options.seed};
-        const LowDiscrepancy starts{shared_.problem.dimensions(), options.seed};
-        Point first = shared_.problem.unchanged_point();
-        for (std::size_t i = 1; i < members; ++i) {
-            const Point start = starts.point(i);
-            first.insert(first.end(), start.begin(), start.end());
-        }
-        const Costs costs = batches(problem, first);
-        const auto slice = [](const std::vector<double>& all, std::size_t index, std::size_t width) {
-            const auto begin = all.begin() + static_cast<std::ptrdiff_t>(index * width);
-            return std::vector<double>(begin, begin + static_cast<std::ptrdiff_t>(width));
-        };
-        for (std::size_t i = 0; i < members; ++i) {
-            population.push_back(slice(first, i, shared_.problem.dimensions()),
-                                 slice(costs, i, shared_.problem.objectives().size()));
-        }
-        pagmo::nsga2 method{generations, 0.95,
-                            10.0,        1.0 / static_cast<double>(shared_.problem.dimensions()),
-                            50.0,        options.seed};
-        method.set_bfe(batches);
-        static_cast<void>(method.evolve(population));
+        search_methods().generations(&search);
     } catch (const EndOfLane&) {
         // the user stopped the search
     }

@@ -1,4 +1,7 @@
-// Points that fill the unit cube evenly, by number: pagmo's Halton sequence, shifted by a seed.
+// Points that fill the unit cube evenly, by number: the Halton sequence, shifted by a seed.
+//
+// Halton, J. H. (1960): On the efficiency of certain quasi-random sequences of points in evaluating
+// multi-dimensional integrals. Numerische Mathematik 2, 84-90.
 #pragma once
 
 #include <cstddef>

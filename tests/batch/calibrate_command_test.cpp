@@ -3,6 +3,10 @@
 
 #include <gmock/gmock.h>
 
+#include <sys/wait.h>
+
+#include <cstdlib>
+
 namespace nivora {
 namespace {
 
@@ -197,6 +201,15 @@ TEST_F(CalibrateCommandTest, RefusesToGoOnWithAnotherSearch) {
     expect_refused(calibrate({"--out", path("fit.json"), "--resume"}), "fit.json.state");
     std::ofstream{path("fit.json.state")} << "nivora search 1\nother\n";
     expect_refused(calibrate({"--out", path("fit.json"), "--resume"}), "the basin is not the one");
+}
+
+TEST_F(CalibrateCommandTest, SaysThatAFileOfTheProgramIsMissing) {
+    std::filesystem::copy_file(NIVORA_BATCH_PROGRAM, path("nivora-batch"));
+    const std::string command = "'" + path("nivora-batch") + "' calibrate '" + basin() + "' --simulation " +
+                                k_simulation + " --free '" + k_factor + "' >'" + path("out") + "' 2>'" +
+                                path("err") + "'";
+    EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
+    EXPECT_THAT(content("err"), HasSubstr("nivora-search.so' can't be loaded"));
 }
 
 }  // namespace
