@@ -20,8 +20,8 @@ inline constexpr double k_readable_contrast = 4.5;
 /// black and white.
 [[nodiscard]] double contrast(const QColor& one, const QColor& other);
 
-/// A colour of text for a ground. On a light ground it stays as it is; on a dark one it is made lighter, in the
-/// same hue, until its contrast is that of readable text: 4.5.
+/// A colour of text for a ground. On a light ground it stays as it is; on a dark one it is made lighter, in
+/// the same hue, until its contrast is that of readable text: 4.5.
 [[nodiscard]] QColor readable_on(const QColor& text, const QColor& ground);
 
 /// How the user is asked for a colour. Tests answer in the place of the dialog.
