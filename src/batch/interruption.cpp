@@ -5,6 +5,8 @@
 namespace nivora {
 namespace {
 
+// A signal handler may write to such a variable and to little else.
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables)
 volatile std::sig_atomic_t g_asked = 0;
 
 extern "C" void ask_to_stop(int signal) {

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
 #include <ostream>
 
 namespace nivora {
@@ -15,7 +16,7 @@ constexpr std::chrono::milliseconds k_between_bars{100};
 constexpr std::chrono::seconds k_between_lines{5};
 
 std::string time_text(double seconds) {
-    const auto whole = static_cast<long>(std::min(seconds, 359999.0) + 0.5);
+    const auto whole = std::lround(std::min(seconds, 359999.0));
     if (whole < 3600) return fmt::format("{}:{:02}", whole / 60, whole % 60);
     return fmt::format("{}:{:02}:{:02}", whole / 3600, whole / 60 % 60, whole % 60);
 }

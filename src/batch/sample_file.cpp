@@ -190,6 +190,7 @@ void SampleFile::flush() {
 std::size_t gather_samples(const std::vector<std::filesystem::path>& paths,
                            const std::filesystem::path& out) {
     std::vector<Part> parts;
+    parts.reserve(paths.size());
     for (const auto& path : paths) parts.push_back(read_part(path));
     std::stable_sort(parts.begin(), parts.end(), [](const Part& a, const Part& b) {
         return a.title.span.first < b.title.span.first ||

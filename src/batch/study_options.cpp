@@ -25,6 +25,7 @@ std::string source_problem(const std::string& text) {
 
 std::vector<StudySource> sources_of(const std::vector<std::string>& texts) {
     std::vector<StudySource> sources;
+    sources.reserve(texts.size());
     for (const std::string& text : texts) sources.push_back(source_of(text));
     return sources;
 }

@@ -17,6 +17,7 @@ namespace {
 constexpr std::size_t k_tmax = 0;
 constexpr std::size_t k_tmin = 1;
 constexpr std::size_t k_tavg = 2;
+constexpr std::size_t k_precipitation = 3;
 constexpr std::size_t k_cover = 4;
 constexpr std::size_t k_runoff = 5;
 
@@ -135,15 +136,33 @@ private:
         }
     }
 
+    [[nodiscard]] bool has_values(const ZoneRows& rows, std::size_t field) const {
+        for (std::size_t row = rows.first; row < rows.behind; ++row) {
+            if (!is_missing(value(field, row))) return true;
+        }
+        return false;
+    }
+
+    /// Whether a zone may lack a field on all days, since no run of a usual simulation reads it: the values
+    /// of a basin without a gauge, the other kind of temperature, and what the first zone gives for the whole
+    /// basin.
+    [[nodiscard]] bool may_lack(const ZoneRows& rows, std::size_t field) const {
+        if (field == k_runoff) return true;
+        if (field == k_cover) return false;
+        if (rows.zone > 1) return true;
+        if (field == k_tavg) return has_values(rows, k_tmax) && has_values(rows, k_tmin);
+        return field != k_precipitation && has_values(rows, k_tavg);
+    }
+
     void find_missing(const ZoneRows& rows, std::size_t field) {
-        const auto missing = [&](std::size_t row) { return is_missing(value(field, row)); };
-        bool any = false;
-        for (std::size_t row = rows.first; row < rows.behind && !any; ++row) any = !missing(row);
-        if (!any) return;  // the zone has no such data
-        for_runs(rows, missing, [&](std::size_t first, std::size_t last) {
-            add(DataFault::Missing, rows.zone, name(field), date(first), date(last),
-                fmt::format("{} has no value on {}.", name(field), days_text(date(last) - date(first) + 1)));
-        });
+        if (!has_values(rows, field) && may_lack(rows, field)) return;
+        for_runs(
+            rows, [&](std::size_t row) { return is_missing(value(field, row)); },
+            [&](std::size_t first, std::size_t last) {
+                add(DataFault::Missing, rows.zone, name(field), date(first), date(last),
+                    fmt::format("{} has no value on {}.", name(field),
+                                days_text(date(last) - date(first) + 1)));
+            });
     }
 
     void find_cover(const ZoneRows& rows) {

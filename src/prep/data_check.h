@@ -12,7 +12,7 @@ namespace nivora {
 
 enum class DataFault {
     Gap,           ///< days without a row between the first and the last day of the record
-    Missing,       ///< a field without a value, of a zone that has values of that field on other days
+    Missing,       ///< a field without a value, but for one that the zone has on no day and that no run needs
     CoverRange,    ///< snow cover below 0 or above 1
     CoverRises,    ///< snow cover that grows by more than 0.05 in the melt season
     Extremes,      ///< a minimum temperature above the maximum

@@ -93,6 +93,20 @@ TEST_F(DataCheckTest, FindsMissingValuesOfAFieldThatTheZoneHas) {
                                      "Missing value B Tavg 5-6: Tavg has no value on 2 days."));
 }
 
+TEST_F(DataCheckTest, ListsAFieldThatIsMissingOnAllDaysWhereARunNeedsIt) {
+    const double none = as_double(k_missing);
+    for (int day = 0; day < 40; ++day) {
+        value("SCA", 2, day) = value("Runoff", 1, day) = value("Precip", 2, day) = value("Tavg", 2, day) =
+            none;
+        value("Tavg", 1, day) = none;  // the extremes are there
+    }
+    EXPECT_THAT(found(), ElementsAre("Missing value B SCA 0-39: SCA has no value on 40 days."));
+    for (int day = 0; day < 40; ++day) value("Tmin", 1, day) = none;
+    EXPECT_THAT(found(), ElementsAre("Missing value A Tmin 0-39: Tmin has no value on 40 days.",
+                                     "Missing value A Tavg 0-39: Tavg has no value on 40 days.",
+                                     "Missing value B SCA 0-39: SCA has no value on 40 days."));
+}
+
 TEST_F(DataCheckTest, AGapDividesDaysOfOneFault) {
     value("Tavg", 1, 5) = value("Tavg", 1, 6) = value("Tavg", 1, 7) = as_double(k_missing);
     remove_row(1, 6);

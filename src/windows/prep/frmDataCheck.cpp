@@ -196,7 +196,9 @@ void frmDataCheck::copy() {
 
 void frmDataCheck::go_to(int row) {
     if (row < 0 || row >= static_cast<int>(shown_.size())) return;
-    emit wanted(check_.findings[shown_[static_cast<std::size_t>(row)]]);
+    // A copy, since the list is made anew before the call returns.
+    const DataFinding finding = check_.findings[shown_[static_cast<std::size_t>(row)]];
+    emit wanted(finding);
 }
 
 }  // namespace nivora
