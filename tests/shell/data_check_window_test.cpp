@@ -115,6 +115,24 @@ TEST_F(DataCheckWindowTest, GoesToTheDayInTheEditorAndLooksAgainAfterwards) {
         EXPECT_NE(cell(row, 0), "Cover outside 0 to 1");
 }
 
+TEST_F(DataCheckWindowTest, EnterInTheListGoesToTheFinding) {
+    open_check();
+    list()->setCurrentIndex(list()->model()->index(row_of("Missing value", "C"), 0));
+    bool opened = false;
+    modal_.then("frmData", [&](QWidget& editor) {
+        opened = true;
+        auto* days = editor.findChild<GridView*>();
+        EXPECT_EQ(from_qt(days->model()->index(days->currentIndex().row(), 0).data().toString()),
+                  long_date_text(first_ + 7));
+        EXPECT_EQ(
+            from_qt(days->model()->headerData(days->currentIndex().column(), Qt::Horizontal).toString()),
+            "Precip");
+        editor.close();
+    });
+    QTest::keyClick(list(), Qt::Key_Return);
+    EXPECT_TRUE(opened);
+}
+
 TEST_F(DataCheckWindowTest, LooksAtTheNextBasin) {
     open_check();
     EXPECT_GT(list()->model()->rowCount(), 0);

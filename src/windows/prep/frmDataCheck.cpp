@@ -11,6 +11,7 @@
 
 #include <QComboBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -59,6 +60,7 @@ frmDataCheck::frmDataCheck(const WindowContext& context, QWidget* parent)
     list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     list_->setSelectionBehavior(QAbstractItemView::SelectRows);
     set_help(list_, k_list_line);
+    list_->installEventFilter(this);
     connect(list_, &QAbstractItemView::doubleClicked, this,
             [this](const QModelIndex& at) { go_to(at.row()); });
     auto* content = new QWidget(this);
@@ -110,9 +112,20 @@ QWidget* frmDataCheck::make_buttons() {
             [this] { session().desktop.show_help_topic(k_help_topic); });
     connect(row.buttons[4], &QPushButton::clicked, this, &QWidget::close);
     add_key(*this, Qt::Key_F1, *row.buttons[3]);
-    // Enter in the list goes to the finding.
     set_default_button(go_);
     return row.frame;
+}
+
+/// Enter in the list goes to the finding; a grid would go to the next row.
+bool frmDataCheck::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == list_ && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            go_->click();
+            return true;
+        }
+    }
+    return NivoraWindow::eventFilter(watched, event);
 }
 
 void frmDataCheck::look() {

@@ -32,6 +32,9 @@ signals:
     /// The user wants to see a finding in the daily editor.
     void wanted(const nivora::DataFinding& finding);
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     QWidget* make_head();
     QWidget* make_buttons();
