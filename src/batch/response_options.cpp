@@ -20,15 +20,15 @@ std::optional<double> read_change(std::string_view text) {
     return number && std::isfinite(static_cast<float>(*number)) ? number : std::nullopt;
 }
 
-/// The parts of LOW..HIGH/STEP.
+/// The parts of LOW..HIGH:STEP.
 ReadChanges read_steps(std::string_view text, std::size_t dots) {
-    const std::size_t slash = text.find('/', dots);
-    if (slash == std::string_view::npos)
-        return {{}, fmt::format("'{}' has no step: give a range as LOW..HIGH/STEP", text)};
+    const std::size_t colon = text.find(':', dots);
+    if (colon == std::string_view::npos)
+        return {{}, fmt::format("'{}' has no step: give a range as LOW..HIGH:STEP", text)};
     const auto low = read_change(text.substr(0, dots));
-    const auto high = read_change(text.substr(dots + 2, slash - dots - 2));
-    const auto step = read_change(text.substr(slash + 1));
-    if (!low || !high || !step) return {{}, fmt::format("'{}' is not a range such as 0..4/0.5", text)};
+    const auto high = read_change(text.substr(dots + 2, colon - dots - 2));
+    const auto step = read_change(text.substr(colon + 1));
+    if (!low || !high || !step) return {{}, fmt::format("'{}' is not a range such as 0..4:0.5", text)};
     if (*low > *high)
         return {{}, fmt::format("the range '{}' is reversed: the lower number comes first", text)};
     if (!(*step > 0.0)) return {{}, fmt::format("the step of '{}' must be above 0", text)};
@@ -89,7 +89,7 @@ CLI::App& add_response(CLI::App& app, ResponseTexts& texts) {
         ->check(CLI::Validator(winter_end_form, "DATE"));
     response
         .add_option("--temperature", texts.temperature,
-                    "Degrees to add on every day in all zones: numbers joined by commas, or LOW..HIGH/STEP. "
+                    "Degrees to add on every day in all zones: numbers joined by commas, or LOW..HIGH:STEP. "
                     "Write --temperature=-1,... if the first one is negative")
         ->required()
         ->check(CLI::Validator(changes_problem, "NUMBERS"));

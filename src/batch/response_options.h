@@ -36,7 +36,7 @@ struct ReadChanges {
 /// The most changes of one kind.
 inline constexpr std::size_t k_most_changes = 200;
 
-/// Numbers joined by commas, such as -1,0,2.5, or LOW..HIGH/STEP, such as 0..4/0.5. The steps are counted
+/// Numbers joined by commas, such as -1,0,2.5, or LOW..HIGH:STEP, such as 0..4:0.5. The steps are counted
 /// from the low end; the high end is the last one if the steps meet it to a millionth of a step.
 [[nodiscard]] ReadChanges read_changes(std::string_view text);
 

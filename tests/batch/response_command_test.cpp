@@ -55,11 +55,11 @@ TEST_F(ResponseCommandTest, EachPairGivesWhatAScenarioOfItGives) {
 }
 
 TEST_F(ResponseCommandTest, TheNumberOfThreadsDoesNotShow) {
-    const std::string one = pairs("-1..3/0.5", "0.8..1.2/0.1", {"--threads", "1"}).out;
+    const std::string one = pairs("-1..3:0.5", "0.8..1.2:0.1", {"--threads", "1"}).out;
     EXPECT_THAT(one, HasSubstr("present climate"));
     EXPECT_EQ(lines_of(one).size(), 6U + 9U * 5U);
     for (const char* threads : {"2", "7"})
-        EXPECT_EQ(pairs("-1..3/0.5", "0.8..1.2/0.1", {"--threads", threads}).out, one);
+        EXPECT_EQ(pairs("-1..3:0.5", "0.8..1.2:0.1", {"--threads", threads}).out, one);
 }
 
 TEST_F(ResponseCommandTest, APairThatIsNotDoneHasItsReason) {
@@ -85,19 +85,19 @@ TEST_F(ResponseCommandTest, WhatCannotBeEvaluatedIsRefused) {
                   .status,
               1);
     for (const char* text :
-         {"", "a", "1,", "1..", "0..4", "4..0/1", "0..4/0", "0..4/-1", "0..1/0.001", "1e39"})
+         {"", "a", "1,", "1..", "0..4", "4..0:1", "0..4:0", "0..4:-1", "0..1:0.001", "1e39"})
         EXPECT_EQ(pairs(text, "1").status, 2) << text;
     EXPECT_EQ(pairs("0", "-0.1").status, 2);
     EXPECT_EQ(pairs("0", "1", {"--threads", "0"}).status, 2);
 }
 
 TEST(ReadChanges, ARangeCountsItsStepsFromTheLowEnd) {
-    EXPECT_THAT(read_changes("-1..1/0.5").values, ElementsAre(-1.0F, -0.5F, 0.0F, 0.5F, 1.0F));
-    EXPECT_THAT(read_changes("0.8..1.2/0.1").values, ElementsAre(0.8F, 0.9F, 1.0F, 1.1F, 1.2F));
-    EXPECT_THAT(read_changes("0..1/0.4").values, ElementsAre(0.0F, 0.4F, 0.8F));
-    EXPECT_THAT(read_changes("2..2/1").values, ElementsAre(2.0F));
+    EXPECT_THAT(read_changes("-1..1:0.5").values, ElementsAre(-1.0F, -0.5F, 0.0F, 0.5F, 1.0F));
+    EXPECT_THAT(read_changes("0.8..1.2:0.1").values, ElementsAre(0.8F, 0.9F, 1.0F, 1.1F, 1.2F));
+    EXPECT_THAT(read_changes("0..1:0.4").values, ElementsAre(0.0F, 0.4F, 0.8F));
+    EXPECT_THAT(read_changes("2..2:1").values, ElementsAre(2.0F));
     EXPECT_THAT(read_changes("3,-1,3").values, ElementsAre(3.0F, -1.0F, 3.0F));
-    EXPECT_EQ(read_changes("0..1/0.1").problem, "");
+    EXPECT_EQ(read_changes("0..1:0.1").problem, "");
     EXPECT_THAT(read_changes("0..1").problem, HasSubstr("has no step"));
 }
 
@@ -109,7 +109,7 @@ TEST(ResponseOfTheSample, TheManualShowsWhatTheCommandPrints) {
         file_bytes(std::filesystem::path{NIVORA_SOURCE_DIR} / "docs/manual/28-response.md");
     const std::string out =
         printed({"response", file.string(), "--simulation", "ellervane-1997-98", "--winter-end", "1998-03-31",
-                 "--temperature", "0..4/1", "--precipitation", "0.9,1,1.1"});
+                 "--temperature", "0..4:1", "--precipitation", "0.9,1,1.1"});
     EXPECT_THAT(chapter, HasSubstr("```\n" + out + "```\n"));
 }
 
