@@ -6,6 +6,7 @@
 #include "batch/calibrate_command.h"
 #include "batch/commands.h"
 #include "batch/evaluate_options.h"
+#include "batch/load_command.h"
 #include "batch/plot_options.h"
 #include "batch/progress.h"
 #include "batch/report_options.h"
@@ -482,6 +483,7 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
     const SampleOptions sample{app};
     const GatherOptions gather{app};
     CLI::App& exported = add_export(app, texts);
+    const LoadOptions load{app};
     CLI::App& blank = add_template(app, texts);
     CLI::App& check = add_check(app, texts);
     CLI::App& salvage = add_salvage(app, texts);
@@ -512,6 +514,7 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
         if (gather.app().parsed()) return gather.run(dialogs, out);
         if (scenario.parsed()) return scenario_command(scenario_of(texts, scenario), dialogs, out);
         if (exported.parsed()) return export_command(export_of(texts), dialogs);
+        if (load.app().parsed()) return load_command(load.command(texts.waiting()), dialogs, out);
         if (simulations.parsed()) return simulations_of(texts, simulations, dialogs, out);
         if (check.parsed() && texts.data) {
             return check_data_command(path_from_utf8(texts.basin), texts.json, texts.waiting(), dialogs, out);
