@@ -63,6 +63,24 @@ struct UnsavedMarks {
 [[nodiscard]] UnsavedMarks unsaved_marks(const BasinState& basin);
 void restore_marks(BasinState& basin, const UnsavedMarks& marks);
 
+/// All marks as they are before an edit or after it.
+struct EditMarks {
+    std::uint64_t marks = 0;
+    bool Basin_Changed = false;
+    bool Input_Changed = false;
+    bool Output_Valid = false;
+    bool results_outdated = false;
+};
+[[nodiscard]] EditMarks edit_marks(const BasinState& basin);
+
+/// An edit was taken back, or made again: if nothing was marked since, the marks are again what they were on
+/// the other side of it.
+///
+/// @param left the marks as the edit left them. @param before as it found them
+/// @return false if a basin that was saved or run meanwhile now differs from that state, and the caller has
+/// to mark the change as a new one
+[[nodiscard]] bool unmark_edit(BasinState& basin, const EditMarks& left, const EditMarks& before);
+
 /// Whether inputs have changed since the last run, also before a save.
 [[nodiscard]] bool inputs_changed_since_run(const BasinState& basin);
 

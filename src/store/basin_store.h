@@ -4,6 +4,7 @@
 #include "store/database.h"
 #include "store/rows.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -35,6 +36,10 @@ struct BasinState {
     bool results_outdated = false;
     /// Local date and time of the run that wrote `SimResults`; nothing if that was in an earlier session.
     std::optional<double> results_time;
+
+    /// Another number after each change of these marks: an edit that is taken back may only take its own
+    /// mark back.
+    std::uint64_t marks = 0;
 
     /// The basin's own units, fixed once: those of its definition, its zones, its area, and their
     /// labels and limits.

@@ -36,6 +36,8 @@ struct BasinDescription {
 struct Aspect {
     std::optional<double> share;      ///< percent of the zone's area
     std::optional<double> elevation;  ///< mean elevation, m or ft
+
+    bool operator==(const Aspect&) const = default;
 };
 
 /// One elevation zone, a row of the zone grid.
@@ -51,6 +53,8 @@ struct Zone {
         field(row.id), field(row.area), field(row.elevation), field(row.notes);
         for (auto& aspect : row.aspects) field(aspect.share), field(aspect.elevation);
     }
+
+    bool operator==(const Zone&) const = default;
 };
 
 /// The letter of a zone from 1 to 16, which is its identification: "A" for zone 1.
@@ -96,6 +100,8 @@ struct Simulation {
             field(row.initial_y);
         field(row.comments);
     }
+
+    bool operator==(const Simulation&) const = default;
 };
 
 /// Observed variables of one zone and day. Missing values are NaN.
