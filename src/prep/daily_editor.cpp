@@ -4,6 +4,7 @@
 #include "base/number_text.h"
 #include "base/single.h"
 #include "base/text.h"
+#include "base/undo_steps.h"
 #include "store/table_io.h"
 #include "store/transactions.h"
 
@@ -164,6 +165,36 @@ InputBox mass_edit_question(MassEdit edit, const std::string& field) {
             .title = "Change each daily value of " + field + " in the selection"};
 }
 
+/// Changed cells of one zone.
+struct DailyEditor::Step {
+    struct Cell {
+        std::uint32_t row = 0;
+        std::uint32_t column = 0;
+        double before = k_missing;
+        double after = k_missing;
+    };
+
+    int zone = 1;
+    std::vector<Cell> cells;
+
+    [[nodiscard]] std::size_t bytes() const { return sizeof(Step) + cells.capacity() * sizeof(Cell); }
+
+    void add(std::size_t row, std::size_t column, double before, double after) {
+        cells.push_back({static_cast<std::uint32_t>(row), static_cast<std::uint32_t>(column), before, after});
+    }
+
+    [[nodiscard]] DailyBlock block() const {
+        DailyBlock block{zone, cells.front().row, cells.front().column, 0, 0};
+        for (const Cell& cell : cells) {
+            block.first_row = std::min<std::size_t>(block.first_row, cell.row);
+            block.first_column = std::min<std::size_t>(block.first_column, cell.column);
+            block.last_row = std::max<std::size_t>(block.last_row, cell.row);
+            block.last_column = std::max<std::size_t>(block.last_column, cell.column);
+        }
+        return block;
+    }
+};
+
 struct DailyEditor::Content {
     Content(const std::filesystem::path& work_file, DataView shown, const DailyQuery& query,
             DailyEdits* noted)
@@ -196,7 +227,22 @@ struct DailyEditor::Content {
     int zone = 1;
     ZoneDays days;
     DailyEdits* unsaved = nullptr;  ///< null once nothing is unsaved any more
-    bool changed = false;
+    UndoSteps<Step> steps;
+    std::optional<Step> open_step;  ///< the changes that are made together
+
+    void note_step(Step step) {
+        if (step.cells.empty()) return;
+        step.cells.shrink_to_fit();
+        steps.add(std::move(step));
+    }
+    /// Stores a value that the field can hold.
+    void put(std::size_t row, std::size_t column, double value) {
+        fields.store(days.rows[row], column - 1, value);
+        days.values.at(cell(row, column)) = value;
+    }
+    void note_value(std::size_t row, std::size_t column, double value) {
+        if (unsaved != nullptr) unsaved->add_value(columns[column].field, days.rows[row], value);
+    }
 };
 
 DailyEditor::DailyEditor(const std::filesystem::path& work_file, DataView view, const DailyQuery& query,
@@ -226,13 +272,73 @@ bool DailyEditor::set_value(std::size_t row, std::size_t column, double value) {
     const DailyColumn& shown = content.columns.at(column);
     const auto kept = kept_daily_value(shown, value);
     if (!kept) return false;
-    double& held = content.days.values.at(content.cell(row, column));
+    const double held = content.days.values.at(content.cell(row, column));
     if (same_value(held, *kept)) return true;
-    content.fields.store(content.days.rows[row], column - 1, *kept);
-    held = *kept;
-    content.changed = true;
-    if (content.unsaved != nullptr) content.unsaved->add_value(shown.field, content.days.rows[row], *kept);
+    content.put(row, column, *kept);
+    content.note_value(row, column, *kept);
+    if (content.open_step) {
+        content.open_step->add(row, column, held, *kept);
+    } else {
+        Step step{.zone = content.zone, .cells = {}};
+        step.add(row, column, held, *kept);
+        content.note_step(std::move(step));
+    }
     return true;
+}
+
+void DailyEditor::begin_step() {
+    end_step();
+    content_->open_step = Step{.zone = content_->zone, .cells = {}};
+}
+
+void DailyEditor::end_step() {
+    if (!content_->open_step) return;
+    content_->note_step(std::move(*content_->open_step));
+    content_->open_step.reset();
+}
+
+bool DailyEditor::can_undo() const { return content_->steps.to_undo() != nullptr; }
+
+bool DailyEditor::can_redo() const { return content_->steps.to_redo() != nullptr; }
+
+std::optional<DailyBlock> DailyEditor::undo() {
+    end_step();
+    const auto block = reverse(content_->steps.to_undo(), false);
+    if (block) content_->steps.undone();
+    return block;
+}
+
+std::optional<DailyBlock> DailyEditor::redo() {
+    end_step();
+    const auto block = reverse(content_->steps.to_redo(), true);
+    if (block) content_->steps.redone();
+    return block;
+}
+
+std::optional<DailyBlock> DailyEditor::reverse(Step* step, bool redo) {
+    Content& content = *content_;
+    if (step == nullptr || !content.transaction.is_open()) return std::nullopt;
+    if (step->zone != content.zone) show_zone(step->zone);
+    const ZoneDays before = content.days;
+    // A cell may have been changed twice: backwards its oldest value comes last.
+    const auto each = [&](const auto& act) {
+        if (redo) {
+            for (const Step::Cell& cell : step->cells) act(cell, cell.after);
+        } else {
+            for (auto cell = step->cells.rbegin(); cell != step->cells.rend(); ++cell)
+                act(*cell, cell->before);
+        }
+    };
+    try {
+        atomically(content.database, [&] {
+            each([&](const Step::Cell& cell, double value) { content.put(cell.row, cell.column, value); });
+        });
+    } catch (...) {
+        content.days = before;
+        throw;
+    }
+    each([&](const Step::Cell& cell, double value) { content.note_value(cell.row, cell.column, value); });
+    return step->block();
 }
 
 void DailyEditor::note_typed(std::size_t row, std::size_t column, const std::optional<double>& value) {
@@ -267,16 +373,23 @@ void DailyEditor::mass_edit(MassEdit edit, std::size_t column, std::size_t first
         content.fields.change(content.zone, dates, column - 1, edit, *exact_factor);
         days = content.fields.read(content.zone);  // throws if a field can't hold its value
     });
-    const bool same = std::equal(days.values.begin(), days.values.end(), content.days.values.begin(),
-                                 content.days.values.end(), same_value);
+    Step step{.zone = content.zone, .cells = {}};
+    for (std::size_t row = 0; row < days.rows.size(); ++row) {
+        const std::size_t at = content.cell(row, column);
+        if (!same_value(content.days.values[at], days.values[at]))
+            step.add(row, column, content.days.values[at], days.values[at]);
+    }
     content.days = std::move(days);
-    content.changed = content.changed || !same;
+    end_step();
+    content.note_step(std::move(step));
     if (content.unsaved != nullptr)
         content.unsaved->add_mass_edit(content.columns[column].field, content.zone, dates, edit,
                                        *exact_factor);
 }
 
-bool DailyEditor::changed() const { return content_->changed; }
+bool DailyEditor::changed() const {
+    return !content_->steps.at_beginning() || (content_->open_step && !content_->open_step->cells.empty());
+}
 
 void DailyEditor::commit() {
     content_->transaction.commit();

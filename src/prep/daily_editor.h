@@ -44,6 +44,15 @@ struct DailyColumn {
 /// The input box before a mass edit of a field, with the field's name from the file.
 [[nodiscard]] InputBox mass_edit_question(MassEdit edit, const std::string& field);
 
+/// Cells of one zone, counted from 0, both ends included.
+struct DailyBlock {
+    int zone = 1;
+    std::size_t first_row = 0;
+    std::size_t first_column = 0;
+    std::size_t last_row = 0;
+    std::size_t last_column = 0;
+};
+
 /// The days of a daily table, one zone at a time. All changes wait in one transaction for commit(); without
 /// it they are rolled back. Rows count from 0 in date order, columns from 0; column 0 is the date.
 ///
@@ -76,6 +85,19 @@ public:
     /// Notes the value that is being typed in a cell, for a crash, without storing it; nothing: none is.
     void note_typed(std::size_t row, std::size_t column, const std::optional<double>& value);
 
+    /// Until end_step() all changes are one, which undo() takes back as a whole; outside each is one of its
+    /// own.
+    void begin_step();
+    void end_step();
+    [[nodiscard]] bool can_undo() const;
+    [[nodiscard]] bool can_redo() const;
+    /// Takes the newest change back, or makes the last undone one again, and shows its zone. The values need
+    /// not be within the limits of their columns.
+    ///
+    /// @return the cells; nothing if there is no such change. @throws StoreError, with all values unchanged
+    std::optional<DailyBlock> undo();
+    std::optional<DailyBlock> redo();
+
     [[nodiscard]] int zone() const;
     /// Shows another zone; the changes stay.
     void show_zone(int zone);
@@ -87,7 +109,7 @@ public:
     void mass_edit(MassEdit edit, std::size_t column, std::size_t first_row, std::size_t last_row,
                    float factor);
 
-    /// Whether a value was changed since the editor was opened.
+    /// Whether a change since the editor was opened is not undone.
     [[nodiscard]] bool changed() const;
     /// Commits the changes and ends the editing. @throws StoreError
     void commit();
@@ -96,6 +118,9 @@ public:
 
 private:
     struct Content;
+    struct Step;
+    std::optional<DailyBlock> reverse(Step* step, bool redo);
+
     std::unique_ptr<Content> content_;
 };
 

@@ -30,7 +30,7 @@ std::string complaint(const std::string& field) {
 std::optional<UnstorableField> unstorable_box(const BasinState& basin) {
     const auto of = [](BasinBox box, std::string caption) {
         caption.pop_back();  // the colon
-        return UnstorableField{Part::Box, 0, static_cast<int>(box), complaint("The box '" + caption + "'")};
+        return UnstorableField{{Part::Box, 0, static_cast<int>(box)}, complaint("The box '" + caption + "'")};
     };
     const auto infinite = [](const std::string& text) { return std::isinf(box_number(text).value_or(0.0)); };
     if (infinite(basin.reference_elevation_text))
@@ -50,7 +50,7 @@ std::optional<UnstorableField> unstorable_zone(const BasinState& basin) {
             if (!std::isinf(cells[cell].value_or(0.0))) continue;
             const int column = static_cast<int>(cell) + k_area_column;
             return UnstorableField{
-                Part::Zones, row, column,
+                {Part::Zones, row, column},
                 complaint("The cell '" + std::string{trimmed(zone_header(column, basin.basin_units))} +
                           "' of zone " + std::to_string(row + 1))};
         }
@@ -65,7 +65,7 @@ std::optional<UnstorableField> unstorable_simulation(const BasinState& basin) {
         const Simulation& simulation = basin.simulations[row];
         for (const int column : {k_runoff_column, k_threshold_column}) {
             if (!std::isinf(simulation.value(column).value_or(0.0))) continue;
-            return UnstorableField{Part::Simulations, row, column,
+            return UnstorableField{{Part::Simulations, row, column},
                                    complaint("The cell '" + simulation_header(column, basin.Units_Code) +
                                              "' of the simulation '" + simulation.name + "'")};
         }

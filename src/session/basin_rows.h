@@ -5,15 +5,19 @@
 
 namespace nivora {
 
-/// A box or cell of the main window with a number that no field of a basin file can hold. It may come from a
-/// file that another program wrote.
-struct UnstorableField {
+/// A box or cell of the main window.
+struct DefinitionField {
     enum class Part { Box, Zones, Simulations };
 
     Part part = Part::Box;
-    std::size_t row = 0;    ///< of a grid
-    int column = 0;         ///< of a grid, from 1; the number of a box
-    std::string complaint;  ///< a sentence that names the field by its caption
+    std::size_t row = 0;  ///< of a grid
+    int column = 0;       ///< of a grid, from 1; the number of a box
+};
+
+/// A box or cell of the main window with a number that no field of a basin file can hold. It may come from a
+/// file that another program wrote.
+struct UnstorableField : DefinitionField {
+    std::string complaint = {};  ///< a sentence that names the field by its caption
 };
 
 /// The first such field, boxes before zones before simulations; nothing if all can be stored.

@@ -2,7 +2,10 @@
 
 namespace nivora {
 
-std::string& basin_box_text(BasinState& basin, BasinBox box) {
+namespace {
+
+template <typename Basin>
+auto& box_text(Basin& basin, BasinBox box) {
     switch (box) {
         case BasinBox::Zones: return basin.zones_text;
         case BasinBox::ReferenceElevation: return basin.reference_elevation_text;
@@ -13,6 +16,12 @@ std::string& basin_box_text(BasinState& basin, BasinBox box) {
     }
     return basin.basin_name;
 }
+
+}  // namespace
+
+std::string& basin_box_text(BasinState& basin, BasinBox box) { return box_text(basin, box); }
+
+const std::string& basin_box_text(const BasinState& basin, BasinBox box) { return box_text(basin, box); }
 
 Units shown_units(const BasinState& basin, std::optional<Units> chosen) {
     return basin.basin_units != Units::NotFixed ? basin.basin_units : chosen.value_or(Units::Metric);

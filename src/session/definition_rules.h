@@ -10,6 +10,7 @@ namespace nivora {
 
 /// The text of the basin that a box shows.
 [[nodiscard]] std::string& basin_box_text(BasinState& basin, BasinBox box);
+[[nodiscard]] const std::string& basin_box_text(const BasinState& basin, BasinBox box);
 
 /// The units that labels and headers name: those of the basin, before they are fixed those that are chosen,
 /// and metric units before any are.

@@ -5,6 +5,7 @@
 #include "climate/climate_state.h"
 #include "engine/run_state.h"
 #include "prep/prep_state.h"
+#include "session/definition_history.h"
 #include "session/desktop.h"
 #include "session/file_names.h"
 #include "session/run_list.h"
@@ -28,6 +29,7 @@ struct Session {
     Desktop& desktop;
     FileNames file_names;
     RunList runs;
+    DefinitionHistory history;
 };
 
 }  // namespace nivora

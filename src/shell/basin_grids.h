@@ -38,12 +38,14 @@ public:
     void show_other_basin();
     /// Shows the zones again after a change, which may include their number.
     void refresh();
+    void begin_change() override { session_.history.begin(session_); }
     /// Names the units in the headers: the chosen ones, even before they are fixed.
     void show_units(Units units);
     /// Paints the elevation of a zone in the colour of refused input; 0 for none.
     void mark_zone(int zone);
 
 protected:
+    void end_change() override { session_.history.end(session_); }
     [[nodiscard]] bool put(int row, int column, const QString& text) override;
 
 private:
@@ -76,8 +78,10 @@ public:
     void show_other_basin();
     /// Shows the simulations again after a change; adds and removes rows.
     void refresh();
+    void begin_change() override { session_.history.begin(session_); }
 
 protected:
+    void end_change() override { session_.history.end(session_); }
     [[nodiscard]] bool put(int row, int column, const QString& text) override;
     [[nodiscard]] QString entry_refusal(int row, int column, const QString& text) const override;
     [[nodiscard]] QString locked_reason(int row, int column) const override;

@@ -7,6 +7,7 @@
 #include "widgets/entry_box.h"
 #include "widgets/grid_view.h"
 #include "widgets/qt_text.h"
+#include "widgets/undo_keys.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -172,6 +173,38 @@ void BasinPanel::commit_edits() {
         basin_box_text(session_.basin, static_cast<BasinBox>(number)) = from_qt(boxes_.at(number)->text());
 }
 
+void BasinPanel::show_values() {
+    const QScopedValueRollback filling(interruptions_.filling, true);
+    for (std::size_t number = 0; number < boxes_.size(); ++number) {
+        const QString text = to_qt(basin_box_text(session_.basin, static_cast<BasinBox>(number)));
+        if (boxes_.at(number)->text() != text) boxes_.at(number)->setText(text);
+    }
+    zones_->refresh();
+}
+
+QLineEdit* BasinPanel::box_with_focus() const {
+    const auto found =
+        std::find_if(boxes_.begin(), boxes_.end(), [](QLineEdit* box) { return box->hasFocus(); });
+    return found == boxes_.end() ? nullptr : *found;
+}
+
+bool BasinPanel::undo_typing() {
+    QLineEdit* typed = box_with_focus();
+    if (typed == nullptr || !typed->isUndoAvailable()) return false;
+    const auto number = std::find(boxes_.begin(), boxes_.end(), typed) - boxes_.begin();
+    const bool zones = number == static_cast<int>(BasinBox::Zones);
+    if (!zones && !session_.history.is_typing_in(static_cast<int>(number))) return false;
+    typed->undo();
+    return true;
+}
+
+bool BasinPanel::redo_typing() {
+    QLineEdit* typed = box_with_focus();
+    if (typed == nullptr || !typed->isRedoAvailable()) return false;
+    typed->redo();
+    return true;
+}
+
 bool BasinPanel::refuses_typed_box() {
     if (!typed_box_) return false;
     const BasinBox typed = *typed_box_;
@@ -229,9 +262,12 @@ void BasinPanel::box_changed(BasinBox changed_one) {
         edit->setText(to_qt(changed.text));
         return;
     }
+    // The number of zones is fixed once: what was typed before is not taken back afterwards.
+    if (changed_one != BasinBox::Zones) session_.history.begin(session_);
     basin_box_text(session_.basin, changed_one) = changed.text;
     typed_box_ = changed_one;
     mark_edited();
+    session_.history.end(session_, typing_in_box(static_cast<int>(changed_one)));
 }
 
 void BasinPanel::box_left(BasinBox left) {
@@ -240,7 +276,9 @@ void BasinPanel::box_left(BasinBox left) {
     typed_box_.reset();
     const QString text = box(left)->text();
     const auto problem = left_box_problem(left, from_qt(text), session_.basin.basin_units);
-    if (problem) return refuse_box(left, *problem);
+    if (problem) refuse_box(left, *problem);
+    session_.history.separate();
+    if (problem) return;
     if (is_checked_number(left) && !text.trimmed().isEmpty()) {
         // Intended: a number counts as entered when its box is left, whether or not it was changed.
         mark_input_changed(session_.basin);
@@ -357,6 +395,11 @@ bool BasinPanel::eventFilter(QObject* watched, QEvent* event) {
     if (found != boxes_.end()) {
         const auto watched_box = static_cast<BasinBox>(found - boxes_.begin());
         if (leaves_box(*event, quick_help_)) box_left(watched_box);
+        // The keys of undo are the window's: a box knows only what was typed since its text was set.
+        if (event->type() == QEvent::ShortcutOverride && UndoKeys::is_key(*static_cast<QKeyEvent*>(event))) {
+            event->ignore();
+            return true;
+        }
         if (enters_box(*event)) QTimer::singleShot(0, *found, &QLineEdit::selectAll);
         if (key) return box_key(watched_box, *static_cast<QKeyEvent*>(event));
     }

@@ -37,6 +37,12 @@ public:
     void show_labels();
     /// Stores the cell and the boxes that are being edited in the basin's state.
     void commit_edits();
+    /// Shows boxes and zones again after an edit was undone; the columns keep their widths.
+    void show_values();
+    /// Takes back the last characters that were typed into the box with the focus, or types them again.
+    /// @return false if there are none, or if something else was edited since
+    bool undo_typing();
+    bool redo_typing();
     /// Checks the box that is being typed in as if it were left: a menu does not leave a box, but a run and a
     /// save use its text. @return whether it was refused
     [[nodiscard]] bool refuses_typed_box();
@@ -82,6 +88,7 @@ private:
     void units_left();
     void zones_left();
     void take_areas();
+    [[nodiscard]] QLineEdit* box_with_focus() const;
 
     Session& session_;
     const QuickHelp& quick_help_;

@@ -81,6 +81,7 @@ void frmNVR::answer(Desktop& desktop) {
     desktop.leave_basin = [this] {
         windows_.close_results();
         windows_.close_plots();
+        session().history.forget();
         basin_->leave_basin();
         simulations_->leave_basin();
     };
@@ -132,7 +133,11 @@ void frmNVR::connect_panels() {
         menu_->refresh();
     });
     auto* grid_status = new GridStatus(statusBar());
-    for (GridView* grid : {&basin_->zone_grid(), &simulations_->grid()}) grid_status->watch(grid);
+    auto* undo_keys = new UndoKeys(*this, undoing());
+    for (GridView* grid : {&basin_->zone_grid(), &simulations_->grid()}) {
+        grid_status->watch(grid);
+        undo_keys->watch(*grid);
+    }
     setTabOrder(&basin_->zone_grid(), &simulations_->grid());
 }
 
@@ -173,13 +178,43 @@ void frmNVR::put_typed_cell(BasinState& copy) {
     }
 }
 
-void frmNVR::go_to_field(const UnstorableField& field) {
+void frmNVR::go_to_field(const DefinitionField& field) {
     const int row = static_cast<int>(field.row);
     switch (field.part) {
-        case UnstorableField::Part::Box: return basin_->go_to(static_cast<BasinBox>(field.column));
-        case UnstorableField::Part::Zones: return basin_->go_to_cell(row, field.column - 1);
-        case UnstorableField::Part::Simulations: return simulations_->go_to_cell(row, field.column - 1);
+        case DefinitionField::Part::Box: return basin_->go_to(static_cast<BasinBox>(field.column));
+        case DefinitionField::Part::Zones: return basin_->go_to_cell(row, field.column - 1);
+        case DefinitionField::Part::Simulations: return simulations_->go_to_cell(row, field.column - 1);
     }
+}
+
+Undoing frmNVR::undoing() {
+    return {.can_undo = [this] { return session().history.can_undo(); },
+            .can_redo = [this] { return session().history.can_redo(); },
+            .undo = [this] { undo(); },
+            .redo = [this] { redo(); }};
+}
+
+void frmNVR::undo() {
+    if (basin_->undo_typing()) return;
+    commit_edits();
+    show_reversed(session().history.undo(session()));
+}
+
+void frmNVR::redo() {
+    commit_edits();
+    if (!session().history.can_redo() && basin_->redo_typing()) return;
+    show_reversed(session().history.redo(session()));
+}
+
+/// Shows the basin after an edit was undone or redone, with the cursor where it changed something.
+void frmNVR::show_reversed(const std::optional<DefinitionField>& field) {
+    if (!field) return QApplication::beep();
+    basin_->show_values();
+    simulations_->show_rows();
+    show_labels();
+    menu_->refresh();
+    windows_.refresh();
+    go_to_field(*field);
 }
 
 void frmNVR::refresh_main_window() {

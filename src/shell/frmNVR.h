@@ -9,6 +9,7 @@
 #include "shell/main_menu.h"
 #include "shell/window_keeper.h"
 #include "widgets/nivora_window.h"
+#include "widgets/undo_keys.h"
 
 #include <optional>
 
@@ -47,7 +48,11 @@ private:
     void commit_edits();
     void keep_recovery();
     void put_typed_cell(BasinState& copy);
-    void go_to_field(const UnstorableField& field);
+    void go_to_field(const DefinitionField& field);
+    [[nodiscard]] Undoing undoing();
+    void undo();
+    void redo();
+    void show_reversed(const std::optional<DefinitionField>& field);
     void refresh_main_window();
     void show_labels();
 

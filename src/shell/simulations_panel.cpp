@@ -205,7 +205,9 @@ void SimulationsPanel::cell_left(int row, int column) {
     interruptions_.telling = true;
     simulations_->mark(QRect(column, row, 1, 1));
     session_.dialogs.message(*problem);
+    session_.history.begin(session_);
     repair_simulation_cell(session_.basin, grid_row, column + 1);
+    session_.history.end(session_, JoinedEdit::LastEdit);
     simulations_->mark({});
     simulations_->changed_block(row, column, row, column);
     interruptions_.telling = false;

@@ -139,6 +139,7 @@ bool GridModel::setData(const QModelIndex& index, const QVariant& value, int rol
     if (text == before) return true;
     if (text.isEmpty()) text = cleared_text(index.row(), index.column());
     if (text == before) return true;
+    begin_change();
     if (!take(index.row(), index.column(), text)) {
         emit refused(index.row(), index.column(), text);
         return false;
@@ -150,6 +151,7 @@ bool GridModel::setData(const QModelIndex& index, const QVariant& value, int rol
 void GridModel::changed_block(int first_row, int first_column, int last_row, int last_column) {
     emit dataChanged(index(first_row, first_column), index(last_row, last_column));
     emit edited(first_row, first_column, last_row, last_column);
+    end_change();
 }
 
 void GridModel::reload() {

@@ -86,6 +86,8 @@ public:
     /// Stores a text in a cell without emitting a signal: `changed_block` announces the whole block.
     /// @return false if the cell can't hold the text and is unchanged
     [[nodiscard]] bool take(int row, int column, const QString& text);
+    /// The user begins to change cells, until `changed_block` announces them: one change that can be undone.
+    virtual void begin_change() {}
     void changed_block(int first_row, int first_column, int last_row, int last_column);
 
     /// Shows other rows and columns: selection, active cell and scroll position are reset.
@@ -106,6 +108,8 @@ signals:
 
 protected:
     [[nodiscard]] virtual bool put(int row, int column, const QString& text) = 0;
+    /// The cells were changed, and those who were told have done what follows from it.
+    virtual void end_change() {}
     /// Why a cell that is not locked can't hold a text, by the rules of its format;
     /// the form is that of `refusal`.
     [[nodiscard]] virtual QString entry_refusal(int row, int column, const QString& text) const;

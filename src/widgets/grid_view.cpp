@@ -104,6 +104,16 @@ void GridView::copy_with_headers() const {
     QApplication::clipboard()->setText(to_qt(clipboard_text(copied)));
 }
 
+void GridView::show_block(const CellRange& range) {
+    const QModelIndex first = cells_->index(range.first_row, range.first_column);
+    const QModelIndex last = cells_->index(range.last_row, range.last_column);
+    if (!first.isValid() || !last.isValid()) return;
+    setCurrentIndex(first);
+    if (selectionBehavior() == QAbstractItemView::SelectItems)
+        selectionModel()->select(QItemSelection(first, last), QItemSelectionModel::ClearAndSelect);
+    scrollTo(first);
+}
+
 bool GridView::can_cut() const { return !all_locked(block()); }
 
 /// A block with dates may be pasted at a locked cell: it goes where its dates are.
@@ -117,6 +127,7 @@ void GridView::cut() {
     const CellRange range = block();
     if (range.rows() <= 0 || all_locked(range)) return;
     copy();
+    cells_->begin_change();
     for (int row = range.first_row; row <= range.last_row; ++row) {
         for (int column = range.first_column; column <= range.last_column; ++column)
             static_cast<void>(cells_->take(row, column, cells_->cleared_text(row, column)));
@@ -163,6 +174,7 @@ bool GridView::agrees_to(const PastePlan& plan) {
 
 void GridView::put(const PastePlan& plan) {
     QRect changed;
+    cells_->begin_change();
     for (const CellText& cell : plan.cells) {
         if (cells_->take(cell.row, cell.column, cell.text)) changed |= QRect(cell.column, cell.row, 1, 1);
     }

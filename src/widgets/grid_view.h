@@ -45,6 +45,8 @@ public:
     /// Whether a cut would change a cell, and whether a paste could.
     [[nodiscard]] bool can_cut() const;
     [[nodiscard]] bool can_paste() const;
+    /// Selects a block and brings its first cell into view.
+    void show_block(const CellRange& range);
     /// Stores the text of the cell that is being edited in the model.
     void commit_editor();
 

@@ -28,6 +28,10 @@ public:
     /// Returns and clears the reason why the store refused a value; empty if it did not.
     [[nodiscard]] std::string take_fault() { return std::exchange(fault_, {}); }
 
+    void begin_change() override {
+        if (editor_ != nullptr) editor_->begin_step();
+    }
+
     [[nodiscard]] int zone() const { return editor_->zone(); }
     /// The first and the last day; nothing for a table without rows.
     [[nodiscard]] std::optional<Period> days() const;
@@ -51,6 +55,9 @@ public:
                                                             int active_column) const override;
 
 protected:
+    void end_change() override {
+        if (editor_ != nullptr) editor_->end_step();
+    }
     [[nodiscard]] bool put(int row, int column, const QString& text) override;
     [[nodiscard]] QString entry_refusal(int row, int column, const QString& text) const override;
     [[nodiscard]] QString locked_reason(int row, int column) const override;

@@ -12,11 +12,13 @@
 #include "widgets/grid_view.h"
 #include "widgets/printing.h"
 #include "widgets/qt_text.h"
+#include "widgets/undo_keys.h"
 #include "widgets/window_keys.h"
 #include "windows/prep/daily_model.h"
 #include "windows/prep/daily_moves.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -114,6 +116,7 @@ frmData::frmData(const WindowContext& context, QWidget* parent)
     connect(days_, &GridModel::refused, this, [this] { show_store_error(); });
     connect(grid_, &GridView::pasted, this, [this] { show_store_error(); });
     (new GridStatus(statusBar()))->watch(grid_);
+    add_undo();
     new DailyMoves(*this, *grid_, *days_, session().dialogs);
     resize(980, 680);
 }
@@ -270,6 +273,34 @@ void frmData::mass_edit(MassEdit edit) {
                   std::string{"ERROR - "} + error.what());
     }
     days_->changed_block(block.first_row, block.first_column, block.last_row, block.last_column);
+}
+
+void frmData::add_undo() {
+    auto* keys =
+        new UndoKeys(*this, {.can_undo = [this] { return editor_ != nullptr && editor_->can_undo(); },
+                             .can_redo = [this] { return editor_ != nullptr && editor_->can_redo(); },
+                             .undo = [this] { reverse(&DailyEditor::undo); },
+                             .redo = [this] { reverse(&DailyEditor::redo); }});
+    keys->watch(*grid_);
+}
+
+/// Undoes or redoes a change, and shows its zone and its cells.
+void frmData::reverse(std::optional<DailyBlock> (DailyEditor::*act)()) {
+    if (editor_ == nullptr) return;
+    grid_->commit_editor();
+    std::optional<DailyBlock> block;
+    try {
+        block = (editor_.get()->*act)();
+    } catch (const StoreError& error) {
+        session().dialogs.stop(error.what());
+    }
+    const QSignalBlocker quiet(zone_);
+    zone_->setValue(editor_->zone());
+    show_zone(editor_->zone());
+    if (!block) return QApplication::beep();
+    const auto index = [](std::size_t at) { return static_cast<int>(at); };
+    grid_->show_block({index(block->first_row), index(block->first_column), index(block->last_row),
+                       index(block->last_column)});
 }
 
 /// Asks before the results of an earlier run are discarded.

@@ -6,6 +6,7 @@
 #include "widgets/nivora_window.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QGroupBox;
@@ -40,6 +41,8 @@ private:
     void fit_columns();
     void show_store_error();
     void mass_edit(MassEdit edit);
+    void add_undo();
+    void reverse(std::optional<DailyBlock> (DailyEditor::*act)());
     void done();
     void cancel();
     void print();
