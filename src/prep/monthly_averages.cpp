@@ -5,7 +5,9 @@
 #include "store/daily_table.h"
 #include "store/transactions.h"
 
+#include <algorithm>
 #include <span>
+#include <utility>
 
 namespace nivora {
 namespace {
@@ -78,8 +80,67 @@ void MonthlyAverages::set_value(int zone, int month, std::size_t item, float val
     StoredMonth changed = stored;
     changed.values.at(item) = value;
     store_month(database_, changed);
+    Step::Cell cell{.zone = zone, .month = month, .before = stored.values, .after = changed.values};
     stored = changed;
     if (unsaved_ != nullptr) unsaved_->add_value(k_fields.at(item), stored.row, as_double(value));
+    if (open_step_) {
+        open_step_->cells.push_back(cell);
+    } else {
+        note_step({.cells = {cell}});
+    }
+}
+
+void MonthlyAverages::begin_step() {
+    end_step();
+    open_step_ = Step{};
+}
+
+void MonthlyAverages::end_step() {
+    if (!open_step_) return;
+    note_step(std::move(*open_step_));
+    open_step_.reset();
+}
+
+void MonthlyAverages::note_step(Step step) {
+    if (step.cells.empty()) return;
+    if (!step.calculated) ++set_steps_;
+    steps_.add(std::move(step));
+}
+
+std::optional<int> MonthlyAverages::undo() {
+    end_step();
+    const auto zone = reverse(steps_.to_undo(), false);
+    if (zone) steps_.undone();
+    return zone;
+}
+
+std::optional<int> MonthlyAverages::redo() {
+    end_step();
+    const auto zone = reverse(steps_.to_redo(), true);
+    if (zone) steps_.redone();
+    return zone;
+}
+
+std::optional<int> MonthlyAverages::reverse(Step* step, bool redo) {
+    if (step == nullptr) return std::nullopt;
+    std::vector<StoredYear> years = years_;
+    // Backwards the oldest values of a month that was changed twice come last.
+    std::vector<Step::Cell> cells = step->cells;
+    if (!redo) std::reverse(cells.begin(), cells.end());
+    const auto month_of = [&years](const Step::Cell& cell) -> StoredMonth& {
+        return years.at(static_cast<std::size_t>(cell.zone) - 1).at(static_cast<std::size_t>(cell.month) - 1);
+    };
+    atomically(database_, [&] {
+        for (const Step::Cell& cell : cells) {
+            StoredMonth& month = month_of(cell);
+            month.values = redo ? cell.after : cell.before;
+            store_month(database_, month);
+        }
+    });
+    for (const Step::Cell& cell : cells) note(month_of(cell));
+    years_ = std::move(years);
+    if (!step->calculated) set_steps_ += redo ? 1 : -1;
+    return step->cells.front().zone;
 }
 
 void MonthlyAverages::note_typed(int zone, int month, std::size_t item, float value) {
@@ -117,12 +178,20 @@ bool MonthlyAverages::recalculate() {
             }
         }
     });
+    end_step();
+    Step step{.cells = {}, .calculated = true};
     for (std::size_t zone = 0; zone < years.size(); ++zone) {
         for (std::size_t month = 0; month < k_months; ++month) {
-            if (sums[zone][month].count[k_precipitation] > 0) note(years[zone][month]);
+            if (sums[zone][month].count[k_precipitation] == 0) continue;
+            note(years[zone][month]);
+            step.cells.push_back({.zone = static_cast<int>(zone) + 1,
+                                  .month = static_cast<int>(month) + 1,
+                                  .before = years_[zone][month].values,
+                                  .after = years[zone][month].values});
         }
     }
     years_ = std::move(years);
+    note_step(std::move(step));
     return true;
 }
 

@@ -1,11 +1,13 @@
 // The long-term monthly averages that one window edits, inside one transaction.
 #pragma once
 
+#include "base/undo_steps.h"
 #include "prep/daily_edits.h"
 #include "store/monthly_table.h"
 #include "store/transactions.h"
 
 #include <filesystem>
+#include <optional>
 #include <vector>
 
 namespace nivora {
@@ -26,6 +28,20 @@ public:
     [[nodiscard]] const MonthValues& values(int zone, int month) const;
     /// Stores one value, item 0 to 3; NaN for a missing one. @throws StoreError for an infinite one
     void set_value(int zone, int month, std::size_t item, float value);
+    /// Until end_step() all values that are set are one change, which undo() takes back as a whole.
+    void begin_step();
+    void end_step();
+    [[nodiscard]] bool can_undo() const { return steps_.to_undo() != nullptr; }
+    [[nodiscard]] bool can_redo() const { return steps_.to_redo() != nullptr; }
+    /// Takes the newest change back, or makes the last undone one again; a new calculation is one, too.
+    ///
+    /// @return the first zone that it changed; nothing if there is no such change.
+    /// @throws StoreError, with all values unchanged
+    std::optional<int> undo();
+    std::optional<int> redo();
+    /// Whether a value that was set is not undone.
+    [[nodiscard]] bool has_set_values() const { return set_steps_ > 0; }
+
     /// Notes the value that is being typed, for a crash, without storing it.
     void note_typed(int zone, int month, std::size_t item, float value);
     void note_nothing_typed();
@@ -43,6 +59,21 @@ public:
     void commit();
 
 private:
+    struct Step {
+        struct Cell {
+            int zone = 1;
+            int month = 1;
+            MonthValues before{};
+            MonthValues after{};
+        };
+
+        std::vector<Cell> cells;
+        bool calculated = false;
+
+        [[nodiscard]] std::size_t bytes() const { return sizeof(Step) + cells.capacity() * sizeof(Cell); }
+    };
+    [[nodiscard]] std::optional<int> reverse(Step* step, bool redo);
+    void note_step(Step step);
     [[nodiscard]] StoredMonth& held(int zone, int month);
     void note(const StoredMonth& month);
     void end_notes();
@@ -52,6 +83,9 @@ private:
     int zones_;
     std::vector<StoredYear> years_;  ///< zone 1 first
     DailyEdits* unsaved_;            ///< null once nothing is unsaved any more
+    UndoSteps<Step> steps_;
+    std::optional<Step> open_step_;  ///< the values that are set together
+    int set_steps_ = 0;              ///< made and not undone, without calculations
 };
 
 }  // namespace nivora

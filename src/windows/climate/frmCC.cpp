@@ -12,10 +12,12 @@
 #include "widgets/grid_view.h"
 #include "widgets/printing.h"
 #include "widgets/qt_text.h"
+#include "widgets/undo_keys.h"
 #include "widgets/window_keys.h"
 #include "windows/climate/scenario_model.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QFormLayout>
@@ -171,10 +173,43 @@ void frmCC::make_grid() {
     setTabOrder(actions_.back(), grid_);
     setTabOrder(grid_, foot_.front());
     for (std::size_t i = 1; i < foot_.size(); ++i) setTabOrder(foot_[i - 1], foot_[i]);
-    connect(rows_, &GridModel::edited, this, [this] { mark_changed(); });
+    connect(rows_, &GridModel::edited, this, [this] { mark_input_edited(session().basin); });
+    connect(rows_, &ScenarioModel::change_begins, this, [this](bool joined) {
+        if (const Scenario* scenario = current()) history_.begin(*scenario, session().basin, joined);
+    });
+    connect(rows_, &ScenarioModel::change_ends, this, [this] {
+        if (const Scenario* scenario = current()) history_.end(*scenario, session().basin);
+    });
+    add_undo();
     connect(grid_, &GridView::left_cell, this,
             [this](int row, int column) { rows_->leave(row, column, grid_->currentIndex().row() != row); });
     (new GridStatus(statusBar()))->watch(grid_);
+}
+
+void frmCC::add_undo() {
+    auto* keys = new UndoKeys(*this, {.can_undo = [this] { return history_.can_undo(); },
+                                      .can_redo = [this] { return history_.can_redo(); },
+                                      .undo = [this] { reverse(false); },
+                                      .redo = [this] { reverse(true); }});
+    keys->watch(*grid_);
+}
+
+/// Undoes or redoes an edit of rows, and shows its scenario.
+void frmCC::reverse(bool redo) {
+    grid_->commit_editor();
+    if (!commit_winter_end()) return;
+    const bool edited = edited_ || history_.changed();
+    rows_->show(nullptr);  // the rows may be stored elsewhere afterwards
+    const auto reversed =
+        redo ? history_.redo(scenarios_, session().basin) : history_.undo(scenarios_, session().basin);
+    if (!reversed) {
+        edited_ = edited;  // what was forgotten stays edited
+        show_scenario(chooser_->currentIndex());
+        return QApplication::beep();
+    }
+    chooser_->setCurrentIndex(static_cast<int>(reversed->scenario));
+    show_scenario(chooser_->currentIndex());
+    grid_->setCurrentIndex(rows_->index(reversed->row, 0));
 }
 
 bool frmCC::open() {
@@ -415,7 +450,7 @@ void frmCC::done() {
 bool frmCC::may_discard() {
     if (finished_) return true;
     const bool half_typed = store_winter_end() && winter_end_->isModified();
-    if (!edited_ && !half_typed) return true;
+    if (!edited_ && !history_.changed() && !half_typed) return true;
     return session().dialogs.message(
                {.text = "What you changed in the scenarios is lost if the window is closed.  Close it?",
                 .title = "Climate Change Scenario Definition",

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "climate/scenario_definitions.h"
+#include "climate/scenario_history.h"
 #include "widgets/nivora_window.h"
 
 #include <vector>
@@ -39,6 +40,8 @@ private:
     QWidget* make_side();
     void make_menus();
     void make_grid();
+    void add_undo();
+    void reverse(bool redo);
 
     void read_scenarios(const std::string& shown);
     void show_scenario(int at);
@@ -67,9 +70,10 @@ private:
     QPlainTextEdit* comments_ = nullptr;
     std::vector<QPushButton*> actions_;  ///< at the right: New, Delete, Print, View Variables
     std::vector<QPushButton*> foot_;     ///< Done, Cancel, Help
+    ScenarioHistory history_;
     bool filling_ = false;
     bool showing_problem_ = false;
-    bool edited_ = false;
+    bool edited_ = false;  ///< a date or a comment, or rows that can't be taken back any more
     bool finished_ = false;
 };
 

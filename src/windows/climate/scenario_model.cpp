@@ -162,6 +162,7 @@ bool ScenarioModel::put(int row, int column, const QString& text) {
 void ScenarioModel::leave(int row, int column, bool row_left) {
     if (rows_ == nullptr || static_cast<std::size_t>(row) >= rows_->size()) return;
     if (column != k_action && !row_left) return;
+    emit change_begins(true);
     if (leave_scenario_row((*rows_)[static_cast<std::size_t>(row)]))
         changed_block(row, 0, row, k_columns - 1);
 }

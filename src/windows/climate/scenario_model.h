@@ -22,6 +22,8 @@ public:
     /// Applies the rules for leaving a cell to its row. @param row_left whether the row is left, too
     void leave(int row, int column, bool row_left);
 
+    void begin_change() override { emit change_begins(false); }
+
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] CellFormat format(int row, int column) const override;
@@ -31,7 +33,13 @@ public:
     /// A row that was cut is blank and is not stored.
     [[nodiscard]] QString cleared_text(int /*row*/, int /*column*/) const override { return {}; }
 
+signals:
+    /// The shown rows are about to change. @param joined as what follows from the last change
+    void change_begins(bool joined);
+    void change_ends();
+
 protected:
+    void end_change() override { emit change_ends(); }
     [[nodiscard]] bool put(int row, int column, const QString& text) override;
     [[nodiscard]] QString entry_refusal(int row, int column, const QString& text) const override;
 

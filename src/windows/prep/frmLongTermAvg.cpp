@@ -9,10 +9,12 @@
 #include "widgets/grid_view.h"
 #include "widgets/printing.h"
 #include "widgets/qt_text.h"
+#include "widgets/undo_keys.h"
 #include "widgets/window_keys.h"
 #include "windows/prep/month_model.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -76,6 +78,7 @@ frmLongTermAvg::frmLongTermAvg(const WindowContext& context, QWidget* parent)
     add_key(*this, QKeySequence(Qt::CTRL | Qt::Key_P), *row.buttons[4]);
     connect(row.buttons[3], &QPushButton::clicked, this, &frmLongTermAvg::recalculate);
     connect(row.buttons[4], &QPushButton::clicked, this, &frmLongTermAvg::print);
+    add_undo();
     resize(640, 560);
 }
 
@@ -138,6 +141,29 @@ void frmLongTermAvg::recalculate() {
     mark_input_changed(session().basin);
 }
 
+void frmLongTermAvg::add_undo() {
+    auto* keys =
+        new UndoKeys(*this, {.can_undo = [this] { return averages_ != nullptr && averages_->can_undo(); },
+                             .can_redo = [this] { return averages_ != nullptr && averages_->can_redo(); },
+                             .undo = [this] { reverse(&MonthlyAverages::undo); },
+                             .redo = [this] { reverse(&MonthlyAverages::redo); }});
+    keys->watch(*grid_);
+}
+
+/// Undoes or redoes a change, and shows its zone.
+void frmLongTermAvg::reverse(std::optional<int> (MonthlyAverages::*act)()) {
+    if (averages_ == nullptr) return;
+    grid_->commit_editor();
+    try {
+        const auto zone = (averages_.get()->*act)();
+        if (!zone) return QApplication::beep();
+        zone_->setValue(*zone);
+        Show_Zone_Months(*zone);
+    } catch (const StoreError& error) {
+        session().dialogs.stop(error.what());
+    }
+}
+
 void frmLongTermAvg::accept() {
     grid_->commit_editor();
     try {
@@ -146,7 +172,7 @@ void frmLongTermAvg::accept() {
         session().dialogs.stop(error.what());
         return;
     }
-    if (months_->edited_by_user()) mark_input_changed(session().basin);
+    if (averages_->has_set_values()) mark_input_changed(session().basin);
     mark_output_invalid(session().basin);
     done_ = true;
     close();
@@ -163,7 +189,7 @@ void frmLongTermAvg::print() {
 
 /// The window's own close control discards like Cancel, but asks first if there is something to lose.
 bool frmLongTermAvg::may_discard() {
-    if (done_ || !months_->edited_by_user()) return true;
+    if (done_ || averages_ == nullptr || !averages_->has_set_values()) return true;
     return session().dialogs.message(
                {.text = "The values that you typed are lost if the window is closed.  Close it?",
                 .title = "Long-term Monthly Averages",

@@ -32,6 +32,8 @@ private:
     void make_menus();
     void Show_Zone_Months(int zone);
     void recalculate();
+    void add_undo();
+    void reverse(std::optional<int> (MonthlyAverages::*act)());
     void show_store_error();
     void accept();
     void print();

@@ -105,7 +105,6 @@ bool MonthModel::put(int row, int column, const QString& text) {
         fault_ = error.what();
         return false;
     }
-    edited_ = true;
     return true;
 }
 

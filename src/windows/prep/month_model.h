@@ -23,7 +23,9 @@ public:
     void show_zone(MonthlyAverages* averages, int zone);
     /// Notes what is being typed, for a crash.
     void note_typed(const std::optional<CellText>& typed);
-    [[nodiscard]] bool edited_by_user() const { return edited_; }
+    void begin_change() override {
+        if (averages_ != nullptr) averages_->begin_step();
+    }
     /// Returns and clears the reason why the store refused a value; empty if it did not.
     [[nodiscard]] std::string take_fault() { return std::exchange(fault_, {}); }
 
@@ -40,6 +42,9 @@ public:
     [[nodiscard]] QString place(int row, int column) const override;
 
 protected:
+    void end_change() override {
+        if (averages_ != nullptr) averages_->end_step();
+    }
     [[nodiscard]] bool put(int row, int column, const QString& text) override;
     [[nodiscard]] QString entry_refusal(int row, int column, const QString& text) const override;
 
@@ -49,7 +54,6 @@ private:
     MonthlyAverages* averages_ = nullptr;
     Units units_;
     int zone_ = 1;
-    bool edited_ = false;
     std::string fault_;
 };
 
