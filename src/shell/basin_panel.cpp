@@ -217,7 +217,7 @@ void BasinPanel::go_to(BasinBox wanted) { box(wanted)->setFocus(); }
 
 void BasinPanel::go_to_cell(int row, int column) {
     zone_grid_->setFocus();
-    zone_grid_->setCurrentIndex(zones_->index(row, column));
+    zone_grid_->go_to(zones_->index(row, column));
 }
 
 void BasinPanel::begin_naming() {

@@ -14,6 +14,7 @@
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QTimer>
+#include <algorithm>
 #include <utility>
 
 namespace nivora {
@@ -139,12 +140,16 @@ void SimulationsPanel::select_current_row() {
     if (!current) return grid_->selectionModel()->clear();
     const int row = static_cast<int>(*current);
     const bool shown = grid_->currentIndex().row() == row && grid_->selectionModel()->isRowSelected(row);
-    if (!shown) grid_->selectRow(row);
+    if (!shown) go_to_row(row);
 }
 
 void SimulationsPanel::return_to_current_row() {
     const QScopedValueRollback filling(interruptions_.filling, true);
-    if (const auto current = session_.basin.current_row) grid_->selectRow(static_cast<int>(*current));
+    if (const auto current = session_.basin.current_row) go_to_row(static_cast<int>(*current));
+}
+
+void SimulationsPanel::go_to_row(int row) {
+    grid_->go_to(simulations_->index(row, std::max(0, grid_->currentIndex().column())));
 }
 
 void SimulationsPanel::show_labels() {
@@ -160,7 +165,7 @@ void SimulationsPanel::commit_edits() { grid_->commit_editor(); }
 
 void SimulationsPanel::go_to_cell(int row, int column) {
     grid_->setFocus();
-    grid_->setCurrentIndex(simulations_->index(row, column));
+    grid_->go_to(simulations_->index(row, column));
 }
 
 std::optional<std::size_t> SimulationsPanel::active_row() const {

@@ -61,6 +61,7 @@ private:
     void make_buttons(QGridLayout* layout);
     void add_entries(QMenu& menu);
     void select_current_row();
+    void go_to_row(int row);
     void return_to_current_row();
     void row_selected();
     void cell_left(int row, int column);

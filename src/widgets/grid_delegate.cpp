@@ -3,9 +3,11 @@
 #include "widgets/colours.h"
 #include "widgets/grid_model.h"
 #include "widgets/readable_palette.h"
+#include "widgets/undo_keys.h"
 
 #include <QApplication>
 #include <QComboBox>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QRegularExpressionValidator>
 
@@ -66,6 +68,17 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
     editor->setAccessibleName(model->place(index.row(), index.column()));
     editor->setAutoFillBackground(true);
     return editor;
+}
+
+bool GridDelegate::eventFilter(QObject* editor, QEvent* event) {
+    const auto* line = qobject_cast<const QLineEdit*>(editor);
+    const bool untouched = line != nullptr && !line->isUndoAvailable() && !line->isRedoAvailable();
+    if (untouched && event->type() == QEvent::ShortcutOverride &&
+        UndoKeys::is_key(*static_cast<const QKeyEvent*>(event))) {
+        event->ignore();
+        return true;
+    }
+    return QStyledItemDelegate::eventFilter(editor, event);
 }
 
 void GridDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {

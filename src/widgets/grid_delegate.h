@@ -23,6 +23,9 @@ public:
     /// What an editor of a cell holds.
     [[nodiscard]] static QString text_of(const QWidget& editor);
 
+    /// An editor in which nothing was typed leaves the keys of undo to its window.
+    bool eventFilter(QObject* editor, QEvent* event) override;
+
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
 };

@@ -3,16 +3,17 @@
 #include "widgets/grid_view.h"
 
 #include <QMenu>
-#include <utility>
 
 namespace nivora {
 
 QAction* add_grid_entry(QMenu& menu, const char* name, const char* caption, const QKeySequence& keys,
-                        bool enabled, std::function<void()> act) {
+                        bool enabled, const std::function<void()>& act, QAction* before) {
     // The key stands in the text: as a shortcut of the entry it would compete with the grid's own key.
     const QString text =
         QString::fromUtf8(caption) + QLatin1Char('\t') + keys.toString(QKeySequence::NativeText);
-    QAction* entry = menu.addAction(text, &menu, std::move(act));
+    auto* entry = new QAction(text, &menu);
+    QObject::connect(entry, &QAction::triggered, entry, act);
+    menu.insertAction(before, entry);
     entry->setObjectName(QString::fromUtf8(name));
     entry->setEnabled(enabled);
     return entry;

@@ -16,8 +16,8 @@ class GridView;
 
 /// Adds an entry that shows the key that does the same; the key itself works without the menu.
 ///
-/// @param name the object name of the entry
+/// @param name the object name of the entry. @param before another entry; null for the end
 QAction* add_grid_entry(QMenu& menu, const char* name, const char* caption, const QKeySequence& keys,
-                        bool enabled, std::function<void()> act);
+                        bool enabled, const std::function<void()>& act, QAction* before = nullptr);
 
 }  // namespace nivora

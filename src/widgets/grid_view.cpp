@@ -104,14 +104,21 @@ void GridView::copy_with_headers() const {
     QApplication::clipboard()->setText(to_qt(clipboard_text(copied)));
 }
 
+void GridView::go_to(const QModelIndex& cell) {
+    const bool rows = selectionBehavior() == QAbstractItemView::SelectRows;
+    selectionModel()->setCurrentIndex(cell,
+                                      rows ? QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows
+                                           : QItemSelectionModel::ClearAndSelect);
+    scrollTo(cell);
+}
+
 void GridView::show_block(const CellRange& range) {
     const QModelIndex first = cells_->index(range.first_row, range.first_column);
     const QModelIndex last = cells_->index(range.last_row, range.last_column);
     if (!first.isValid() || !last.isValid()) return;
-    setCurrentIndex(first);
+    go_to(first);
     if (selectionBehavior() == QAbstractItemView::SelectItems)
         selectionModel()->select(QItemSelection(first, last), QItemSelectionModel::ClearAndSelect);
-    scrollTo(first);
 }
 
 bool GridView::can_cut() const { return !all_locked(block()); }

@@ -41,12 +41,8 @@ bool UndoKeys::is_key(const QKeyEvent& event) {
 
 void UndoKeys::add_entries(QMenu& menu) {
     QAction* first = menu.actions().isEmpty() ? nullptr : menu.actions().first();
-    QAction* undo = add_grid_entry(menu, "gridUndo", "&Undo", k_undo, what_.can_undo(), what_.undo);
-    QAction* redo = add_grid_entry(menu, "gridRedo", "Re&do", k_redo, what_.can_redo(), what_.redo);
-    for (QAction* entry : {undo, redo}) {
-        menu.removeAction(entry);
-        menu.insertAction(first, entry);
-    }
+    add_grid_entry(menu, "gridUndo", "&Undo", k_undo, what_.can_undo(), what_.undo, first);
+    add_grid_entry(menu, "gridRedo", "Re&do", k_redo, what_.can_redo(), what_.redo, first);
     menu.insertSeparator(first);
 }
 

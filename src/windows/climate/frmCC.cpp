@@ -209,7 +209,7 @@ void frmCC::reverse(bool redo) {
     }
     chooser_->setCurrentIndex(static_cast<int>(reversed->scenario));
     show_scenario(chooser_->currentIndex());
-    grid_->setCurrentIndex(rows_->index(reversed->row, 0));
+    grid_->go_to(rows_->index(reversed->row, 0));
 }
 
 bool frmCC::open() {

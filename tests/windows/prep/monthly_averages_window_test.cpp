@@ -369,5 +369,41 @@ TEST_F(MonthlyAveragesWindowTest, ChangesAndWhatIsBeingTypedAreKnownForACrash) {
     EXPECT_TRUE(session_.prep.daily_edits.empty());
 }
 
+TEST_F(MonthlyAveragesWindowTest, TypingIsTakenBackInItsZone) {
+    make_months();
+    open();
+    set(2, 2, "7.5");
+    EXPECT_EQ(month(2)[0], "7.50");
+    const std::string none = month(1)[0];
+    zone()->setValue(2);
+    grid()->setFocus();
+    key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(zone()->value(), 1);
+    EXPECT_EQ(month(2)[0], none);
+    window_->close();
+    EXPECT_FALSE(window_->isVisible()) << "nothing is lost, so nothing is asked";
+    EXPECT_EQ(messages(), 0U);
+}
+
+TEST_F(MonthlyAveragesWindowTest, ACalculationIsTakenBackAsAWhole) {
+    make_months();
+    add_days();
+    open();
+    set(10, 5, "3");
+    QTest::mouseClick(button(3), Qt::LeftButton);
+    EXPECT_EQ(month(10)[3], "1.50");
+    EXPECT_EQ(month(10)[0], "11.50");
+    grid()->setFocus();
+    key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(month(10)[3], "3.00");
+    key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_NE(month(10)[3], "3.00");
+    key(Qt::Key_Y, Qt::ControlModifier);
+    key(Qt::Key_Y, Qt::ControlModifier);
+    EXPECT_EQ(month(10)[0], "11.50");
+    press(0);
+    EXPECT_EQ(stored_month("TMaxN", 1, "Oct"), "11.5");
+}
+
 }  // namespace
 }  // namespace nivora
