@@ -155,6 +155,35 @@ void paste(benchmark::State& state) {
     close_dropping_changes(prepared, *window);
 }
 
+/// Takes a paste back and makes it again, by turns.
+void undo_paste(benchmark::State& state) {
+    Prepared prepared{static_cast<int>(state.range(0))};
+    const auto window = shown_editor(prepared);
+    GridView& grid = grid_of(*window);
+    QApplication::clipboard()->setText(block_of_numbers(1));
+    grid.setCurrentIndex(grid.model()->index(0, 1));
+    const QString before = grid.cells().whole_text(k_pasted_rows - 1, k_pasted_columns);
+    grid.paste();
+    const QString after = grid.cells().whole_text(k_pasted_rows - 1, k_pasted_columns);
+    const auto key_of = [&](const QKeySequence& keys) {
+        for (QAction* action : window->actions()) {
+            if (action->shortcut() == keys) return action;
+        }
+        std::abort();
+    };
+    QAction* undo = key_of(Qt::CTRL | Qt::Key_Z);
+    QAction* redo = key_of(Qt::CTRL | Qt::Key_Y);
+    bool pasted = true;
+    for (auto _ : state) {
+        (pasted ? undo : redo)->trigger();
+        pasted = !pasted;
+        QApplication::processEvents();
+    }
+    const QString left = grid.cells().whole_text(k_pasted_rows - 1, k_pasted_columns);
+    if (left != (pasted ? after : before) || before == after) state.SkipWithError("nothing was undone");
+    close_dropping_changes(prepared, *window);
+}
+
 void mass_edit(benchmark::State& state) {
     Prepared prepared{static_cast<int>(state.range(0))};
     const auto window = shown_editor(prepared);
@@ -248,6 +277,7 @@ BENCHMARK(open_editor)->Apply(on_years)->Arg(50);
 BENCHMARK(change_zone)->Apply(on_years)->Arg(50);
 // 55 years have 20,000 days.
 BENCHMARK(paste)->Apply(on_years)->Arg(55);
+BENCHMARK(undo_paste)->Apply(on_years)->Arg(55);
 BENCHMARK(mass_edit)->Apply(on_years)->Arg(50);
 BENCHMARK(scroll_columns)->Apply(on_years)->Arg(50);
 BENCHMARK(scroll_rows)->Apply(on_years)->Arg(50);
