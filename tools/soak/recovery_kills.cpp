@@ -202,7 +202,7 @@ private:
         if (!accepted) ledger_.month_after = old;
     }
 
-    /// Adds 1 to a value, so that a change that is made twice shows.
+    /// Adds 1 to a value, takes that back and does it again, so that a change that is made twice shows.
     void edit(bool done) {
         Session& session = program_.session;
         DailyEditor editor{session.basin.Work_File,
@@ -212,6 +212,11 @@ private:
         const int old = ledger_.value_before;
         ledger_.value_after = old + 1;
         editor.mass_edit(MassEdit::Add, 1, 0, 0, 1.0F);
+        keep();
+        ledger_.value_before = old;
+        editor.undo();
+        keep();
+        editor.redo();
         keep();
         ledger_.value_before = old + 1;
         if (done) {
