@@ -24,16 +24,19 @@ constexpr double k_typographic_points_an_inch = 72.0;
 constexpr double k_inches_a_metre = 1.0 / 0.0254;
 constexpr int k_pdf_dots_an_inch = 1200;
 
-bool paint(QPaintDevice& device, double scale, const Plot& plot, const DrawOptions& options,
-           const PictureSize& size) {
+bool paint(QPaintDevice& device, double scale, const Drawing& drawing, const PictureSize& size) {
     QPainter painter;
     if (!painter.begin(&device)) return false;
     painter.scale(scale, scale);
     {
         PaintedSurface surface{painter, surface_size(size)};
-        draw(surface, plot, options);
+        drawing.draw(surface);
     }
     return painter.end();
+}
+
+Drawing drawing_of(const Plot& plot, const DrawOptions& options) {
+    return {.title = plot.head.title, .draw = [&](Surface& surface) { draw(surface, plot, options); }};
 }
 
 QByteArray image_file(const QImage& image, const char* format) {
@@ -44,7 +47,19 @@ QByteArray image_file(const QImage& image, const char* format) {
     return bytes;
 }
 
-QByteArray svg_file(const Plot& plot, const DrawOptions& options, const PictureSize& size) {
+QImage drawn_image(const Drawing& drawing, const PictureSize& size) {
+    if (!is_possible(size)) return {};
+    QImage image(size.width, size.height, QImage::Format_RGB32);
+    if (image.isNull()) return {};
+    image.fill(Qt::white);
+    if (!paint(image, size.dpi / k_points_an_inch, drawing, size)) return {};
+    const int dots_a_metre = static_cast<int>(std::lround(size.dpi * k_inches_a_metre));
+    image.setDotsPerMeterX(dots_a_metre);
+    image.setDotsPerMeterY(dots_a_metre);
+    return image;
+}
+
+QByteArray svg_file(const Drawing& drawing, const PictureSize& size) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
@@ -54,12 +69,12 @@ QByteArray svg_file(const Plot& plot, const DrawOptions& options, const PictureS
     generator.setResolution(static_cast<int>(std::lround(size.dpi)));
     generator.setSize(QSize(size.width, size.height));
     generator.setViewBox(QRectF(0.0, 0.0, points.width, points.height));
-    generator.setTitle(qt_text(plot.head.title).toHtmlEscaped());
+    generator.setTitle(qt_text(drawing.title).toHtmlEscaped());
     generator.setDescription(qt_text(k_program_title));
-    return paint(generator, 1.0, plot, options, size) ? bytes : QByteArray{};
+    return paint(generator, 1.0, drawing, size) ? bytes : QByteArray{};
 }
 
-QByteArray pdf_file(const Plot& plot, const DrawOptions& options, const PictureSize& size) {
+QByteArray pdf_file(const Drawing& drawing, const PictureSize& size) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
@@ -71,9 +86,9 @@ QByteArray pdf_file(const Plot& plot, const DrawOptions& options, const PictureS
         writer.setResolution(k_pdf_dots_an_inch);
         writer.setPageLayout(QPageLayout(QPageSize(paper, QPageSize::Point, {}, QPageSize::ExactMatch),
                                          QPageLayout::Portrait, {}));
-        writer.setTitle(qt_text(plot.head.title));
+        writer.setTitle(qt_text(drawing.title));
         writer.setCreator(qt_text(k_program_title));
-        if (!paint(writer, k_pdf_dots_an_inch / k_points_an_inch, plot, options, size)) return {};
+        if (!paint(writer, k_pdf_dots_an_inch / k_points_an_inch, drawing, size)) return {};
     }
     return bytes;
 }
@@ -101,25 +116,21 @@ SurfaceSize surface_size(const PictureSize& size) {
 }
 
 QImage plot_image(const Plot& plot, const DrawOptions& options, const PictureSize& size) {
-    if (!is_possible(size)) return {};
-    QImage image(size.width, size.height, QImage::Format_RGB32);
-    if (image.isNull()) return {};
-    image.fill(Qt::white);
-    if (!paint(image, size.dpi / k_points_an_inch, plot, options, size)) return {};
-    const int dots_a_metre = static_cast<int>(std::lround(size.dpi * k_inches_a_metre));
-    image.setDotsPerMeterX(dots_a_metre);
-    image.setDotsPerMeterY(dots_a_metre);
-    return image;
+    return drawn_image(drawing_of(plot, options), size);
 }
 
 QByteArray plot_picture(const Plot& plot, const DrawOptions& options, const PictureSize& size,
                         PictureForm form) {
+    return drawn_picture(drawing_of(plot, options), size, form);
+}
+
+QByteArray drawn_picture(const Drawing& drawing, const PictureSize& size, PictureForm form) {
     if (!is_possible(size)) return {};
     switch (form) {
-        case PictureForm::Png: return image_file(plot_image(plot, options, size), "PNG");
-        case PictureForm::Bmp: return image_file(plot_image(plot, options, size), "BMP");
-        case PictureForm::Svg: return svg_file(plot, options, size);
-        case PictureForm::Pdf: return pdf_file(plot, options, size);
+        case PictureForm::Png: return image_file(drawn_image(drawing, size), "PNG");
+        case PictureForm::Bmp: return image_file(drawn_image(drawing, size), "BMP");
+        case PictureForm::Svg: return svg_file(drawing, size);
+        case PictureForm::Pdf: return pdf_file(drawing, size);
     }
     return {};
 }

@@ -5,7 +5,9 @@
 
 #include <QByteArray>
 #include <QImage>
+#include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace nivora {
@@ -42,5 +44,14 @@ enum class PictureForm { Png, Svg, Pdf, Bmp };
 /// of the picture's size, with its fonts.
 [[nodiscard]] QByteArray plot_picture(const Plot& plot, const DrawOptions& options, const PictureSize& size,
                                       PictureForm form);
+
+/// What any other picture shows.
+struct Drawing {
+    std::string title;  ///< of an SVG or PDF file
+    std::function<void(Surface&)> draw;
+};
+
+/// The bytes of a picture file of a drawing, like plot_picture.
+[[nodiscard]] QByteArray drawn_picture(const Drawing& drawing, const PictureSize& size, PictureForm form);
 
 }  // namespace nivora
