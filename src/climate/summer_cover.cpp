@@ -57,7 +57,8 @@ DatedCurve walk_curve(SimResults& t, std::span<const std::uint32_t> rows, int zo
             if (target > last_target) {
                 t.SCAclimWA[writer.row()] = t.SCAclim[row] == 0.0F ? k_no_cover_mark : t.SCAclim[row];
                 last_target = target;
-                held.reset();
+                // A value that goes to the next zone's first day does not end this zone's cover.
+                if (writer.within(zone)) held.reset();
             } else if (is_end_of_curve(t, row) && writer.within(zone) && !held) {
                 held = held_on(t, writer);
             }
@@ -93,6 +94,15 @@ void join_last_day(SimResults& t, DatedCurve curve, DayCount summer_end) {
     }
 }
 
+/// The row of a zone's last day. @throws Fault if the zone has no rows
+std::uint32_t last_row(const SimResults& results, std::span<const std::uint32_t> rows, int zone) {
+    SummerCursor cursor{results, rows};
+    cursor.find_zone(zone);
+    std::uint32_t row = cursor.row();
+    for (; !cursor.past_end() && cursor.within(zone); cursor.step_on()) row = cursor.row();
+    return row;
+}
+
 }  // namespace
 
 std::optional<HeldCover> date_curve(SimResults& results, std::span<const std::uint32_t> rows, int zone,
@@ -121,6 +131,15 @@ void close_cover(SimResults& results, std::span<const std::uint32_t> rows, int z
         writer.step_on();
         if (writer.past_end()) return;
     }
+}
+
+std::optional<HeldCover> still_held(std::optional<HeldCover> held, const SimResults& results,
+                                    std::span<const std::uint32_t> rows, int zone) {
+    if (!held) return std::nullopt;
+    const float cover = results.SCAclimWAMA[last_row(results, rows, zone)];
+    if (!(as_double(cover) > k_least_cover)) return std::nullopt;
+    held->cover = cover;
+    return held;
 }
 
 }  // namespace nivora

@@ -25,12 +25,17 @@ struct HeldCover {
 ///
 /// @param rows of the summer, all zones, zone by zone
 /// @param summer_end the last day of the simulation
-/// @return the constant cover, if there is one
+/// @return the cover that seems to stay; an earlier end of the curve may still end it, see still_held
 std::optional<HeldCover> date_curve(SimResults& results, std::span<const std::uint32_t> rows, int zone,
                                     DayCount summer_end);
 
 /// Fills a zone's `SCAclimWAMA`, the cover of step 6: repeats the last value on days without one, and ends
 /// the curve with 0.01 on the first day at or below that value.
 void close_cover(SimResults& results, std::span<const std::uint32_t> rows, int zone);
+
+/// What is left of a held cover after `close_cover`: nothing if the zone has no snow on its last day, because
+/// its curve ended before the snow that is held, and otherwise the cover of the last day.
+[[nodiscard]] std::optional<HeldCover> still_held(std::optional<HeldCover> held, const SimResults& results,
+                                                  std::span<const std::uint32_t> rows, int zone);
 
 }  // namespace nivora

@@ -5,6 +5,10 @@
 #include "climate/winter_change.h"
 #include "climate/winter_notes.h"
 
+#include <cstddef>
+#include <optional>
+#include <vector>
+
 namespace nivora {
 namespace {
 
@@ -54,11 +58,15 @@ void Winter_Adjustment(SimResults& results, const WinterContext& context, Winter
                 winter_store_note(adjusted, results, rows, winter_start, context.climate.WinterEndDate))
             notes.push_back(*note);
     }
+    std::vector<std::optional<HeldCover>> held;
+    held.reserve(static_cast<std::size_t>(zones));
+    for (int zone = 1; zone <= zones; ++zone) held.push_back(date_curve(results, rows, zone, summer_end));
     for (int zone = 1; zone <= zones; ++zone) {
-        if (const auto held = date_curve(results, rows, zone, summer_end))
-            notes.push_back(held_cover_note(zone, *held, context.run.RunStart, summer_end));
+        close_cover(results, rows, zone);
+        const auto& of_zone = held[static_cast<std::size_t>(zone - 1)];
+        if (const auto cover = still_held(of_zone, results, rows, zone))
+            notes.push_back(held_cover_note(zone, *cover, context.run.RunStart, summer_end));
     }
-    for (int zone = 1; zone <= zones; ++zone) close_cover(results, rows, zone);
 }
 
 }  // namespace nivora

@@ -85,6 +85,50 @@ TEST_F(WinterNotes, ACurveThatWasMovedByADeficitIsNotedAsWell) {
     EXPECT_EQ(run.notes[0].value, 0.5F);
 }
 
+TEST_F(WinterNotes, SnowBehindABareDayThatHasItsOwnDateIsNotHeld) {
+    // Snow returns on the third day. Depths 1 and 2 are placed on days 1 and 2, so the bare second day ends
+    // the curve. The snow of depth 4 and the bare day of depth 5 share day 3, after that end.
+    set(table.SCA, 1, {1, 0, 0.5, 0, 0});
+    set(table.MDCexcl, 1, {1, 2, 4, 5, 0});
+    set(table.SumAT, 1, {1, 2, 5, 6, 7});
+    adjust();
+    EXPECT_EQ(days(table.SCAclimWA), (Floats{1, 0.0001F, 0.5F, 0, 0}));
+    EXPECT_EQ(days(table.SCAclimWAMA), (Floats{1, 0.01F, 0, 0, 0}));
+    EXPECT_THAT(kinds(), ElementsAre());
+}
+
+TEST_F(WinterNotes, ACoverIsHeldAlthoughALaterSnowMovesToTheNextZone) {
+    summer(2, 5);
+    set(table.SCA, 1, {1, 0.5, 0, 0.3, 0});
+    set(table.MDCexcl, 1, {1, 2, 3, 20, 0});
+    // Depths 1, 2 and 3 are reached on day 1. Depth 20 is never reached and moves to day 1 of zone 2, where
+    // that zone's own first value replaces it.
+    set(table.SumAT, 1, {3, 6, 9, 12, 15});
+    set(table.SCA, 2, {1, 0.5, 0, 0, 0});
+    set(table.MDCexcl, 2, {1, 2, 3, 0, 0});
+    set(table.SumAT, 2, {1, 2, 3, 4, 5});
+    adjust();
+    EXPECT_EQ(days(table.SCAclimWAMA, 1), (Floats{1, 1, 1, 1, 1}));
+    EXPECT_EQ(days(table.SCAclimWAMA, 2), (Floats{1, 0.5F, 0.01F, 0, 0}));
+    ASSERT_THAT(kinds(), ElementsAre(NoteKind::CoverHeld));
+    EXPECT_THAT(run.notes[0].zones, ElementsAre(1));
+    EXPECT_EQ(run.notes[0].first, date_of(2001, 5, 1));
+    EXPECT_EQ(run.notes[0].value, 1.0F);
+}
+
+TEST_F(WinterNotes, AHeldCoverThatIsJoinedToSnowOfTheLastDayIsNotedWithThatSnow) {
+    // New snow falls on the last day. All depths are reached on day 1; day 2 gets the cover of the last day.
+    set(table.SCA, 1, {1, 0.5, 0, 0, 0.2});
+    set(table.MDCexcl, 1, {1, 2, 3, 3, 3});
+    set(table.SumAT, 1, {3, 6, 9, 12, 15});
+    adjust();
+    EXPECT_EQ(days(table.SCAclimWAMA), (Floats{1, 0.2F, 0.2F, 0.2F, 0.2F}));
+    ASSERT_THAT(kinds(), ElementsAre(NoteKind::CoverHeld));
+    EXPECT_EQ(run.notes[0].value, 0.2F);
+    EXPECT_THAT(note_text(run.notes[0], Units::Metric),
+                HasSubstr("so the cover stays at 0.2 until 05/05/2001"));
+}
+
 TEST_F(WinterNotes, AWinterThatLosesMoreThanFellIsNotedWithItsStore) {
     winter(1, 10, 12, 30, 40);  // g = (12 - 40) / (10 - 30) = 1.4: a surplus in a warmer climate
     adjust();
