@@ -38,4 +38,8 @@ foreach(number IN ITEMS 20 21 22 23)
     draw(${number} --step 6 --scenario warmer --zone C --melt-stop season)
 endforeach()
 
+get_filename_component(program_folder "${PROGRAM}" DIRECTORY)
+nivora_batch(response "${program_folder}/samples/ellervane.mdb" --simulation ellervane-1997-98 --winter-end 1998-03-31
+    --temperature 0..5:0.5 --precipitation 0.7..1.3:0.1 --picture response.png)
+
 file(REMOVE "${FOLDER}/sample.mdb" "${FOLDER}/NVR_DfGN.out")

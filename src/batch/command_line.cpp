@@ -500,7 +500,8 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
         if (report.parsed()) return report_command(report_of(texts, report), dialogs);
         if (plot.parsed()) return plot_command(plot_of(plot_texts, plot, texts.waiting()), dialogs, out);
         if (response.parsed())
-            return response_command(response_of(response_texts, texts.waiting()), dialogs, out);
+            return response_command(response_of(response_texts, texts.waiting()), dialogs, out, err,
+                                    errors_go_to_terminal());
         if (evaluate.parsed())
             return evaluate_command(evaluate_of(evaluate_texts, evaluate, texts.waiting()), dialogs, out);
         if (calibrate.app().parsed()) {

@@ -1,44 +1,40 @@
 #include "batch/response_command.h"
 
 #include "base/durable_file.h"
-#include "base/number_text.h"
 #include "batch/commands.h"
-#include "batch/json.h"
+#include "batch/interruption.h"
+#include "batch/output_guard.h"
+#include "batch/progress.h"
+#include "batch/response_picture.h"
+#include "batch/response_table.h"
 #include "batch/scenario_edit.h"
 #include "batch/selected_simulation.h"
+#include "batch/study_file.h"
 #include "engine/run_driver.h"
+#include "paint/plot_picture.h"
+#include "search/study_digest.h"
 #include "store/basin_opening.h"
-#include "studies/response.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <memory>
 #include <ostream>
+#include <span>
 
 namespace nivora {
 namespace {
 
-constexpr const char* k_unknown = "not known";
-
-/// The evaluations of a basin, as they are printed.
-struct PrintedResponse {
-    std::string basin;
-    std::string simulation;
-    DayCount winter_end = 0;
-    Units units = Units::Metric;
-    std::shared_ptr<const StudyBasin> study;
-    std::vector<ClimateResponse> responses;
-
-    [[nodiscard]] bool all_done() const {
-        return std::all_of(responses.begin(), responses.end(), [](const auto& each) { return each.done; });
-    }
-    [[nodiscard]] FlowFigures figures(const std::vector<double>& flow) const {
-        return flow_figures(study->measured.dates, flow);
-    }
+/// The basin of a response, and its pairs.
+struct ResponseStudy {
+    ResponseHead head;
+    std::shared_ptr<const StudyBasin> basin;
+    std::vector<ClimateChange> pairs;
+    RunSpan span;  ///< of the pairs that this command evaluates
 };
 
 /// Reads the basin; nothing after a report.
-std::optional<PrintedResponse> read_basin_of(const ResponseCommand& command, BatchDialogs& dialogs) {
+std::optional<ResponseStudy> read_study(const ResponseCommand& command, BatchDialogs& dialogs) {
     Desktop no_desktop;
     Session session{dialogs, no_desktop};
     const OpenBasin open = open_to_read(command.basin, command.wait, Check::All);
@@ -50,139 +46,139 @@ std::optional<PrintedResponse> read_basin_of(const ResponseCommand& command, Bat
         dialogs.message(*problem);
         return std::nullopt;
     }
-    PrintedResponse response{.basin = session.basin.basin_name,
-                             .simulation = session.basin.Current_Sim_Name,
-                             .winter_end = read_iso_date(command.winter_end).value_or(0),
-                             .units = session.basin.Units_Code,
-                             .study = std::get<std::shared_ptr<const StudyBasin>>(read),
-                             .responses = {}};
-    if (const std::string problem = winter_end_problem(*response.study, response.winter_end);
+    ResponseStudy study{.head = {.basin = session.basin.basin_name,
+                                 .simulation = session.basin.Current_Sim_Name,
+                                 .winter_end = read_iso_date(command.winter_end).value_or(0),
+                                 .units = session.basin.Units_Code},
+                        .basin = std::get<std::shared_ptr<const StudyBasin>>(read),
+                        .pairs = all_pairs(command.temperature, command.precipitation),
+                        .span = {}};
+    if (const std::string problem = winter_end_problem(*study.basin, study.head.winter_end);
         !problem.empty()) {
         dialogs.report_problem("Invalid dates", problem);
         return std::nullopt;
     }
-    return response;
+    study.span = part_of(study.pairs.size(), command.share);
+    return study;
 }
 
-std::string shown(std::optional<float> value) { return value ? single_text(*value) : k_unknown; }
-
-std::string shown_date(const std::optional<double>& date) {
-    return date ? iso_date_text(whole_day(*date)) : k_unknown;
+std::string options_line(const ResponseStudy& study, const ResponseCommand& command) {
+    const UnitWords& words = unit_words(study.head.units);
+    const Json json{
+        {"simulation", study.head.simulation},
+        {"winterEnd", iso_date_text(study.head.winter_end)},
+        {"temperature", command.temperature},
+        {"precipitation", command.precipitation},
+        {"units", fmt::format("10^6 {}³, {}, {}", words.length_letter, words.discharge, words.temperature)}};
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-std::string flow_text(const FlowFigures& figures) {
-    return fmt::format("{:>14}{:>14}{:>12}", shown_date(figures.centre_of_mass),
-                       is_missing(figures.highest) ? k_unknown : iso_date_text(figures.highest_day),
-                       is_missing(figures.highest) ? k_unknown : seven_digit_text(figures.highest));
+/// What is wrong with the options; empty if nothing is.
+std::string options_problem(const ResponseCommand& command) {
+    if (command.resume && !command.out) return "--resume goes on with the file that --out names: give it.";
+    if (command.share.parts > 1 && !command.out) return "A part of a response needs a file: give --out.";
+    if (command.share.parts > 1 && command.picture)
+        return "A part of a response has no pictures. Put the parts together with 'gather', then use "
+               "--resume with --picture.";
+    if (command.json && command.resume)
+        return "The notes that --json prints are not in the file: use --json without --resume.";
+    if (command.picture && command.temperature.size() * command.precipitation.size() < 2)
+        return "A picture needs two temperatures or two precipitations at least.";
+    if (command.picture && !picture_form(path_text(command.picture->extension())))
+        return fmt::format("The file '{}' is not a picture by its name: it ends in .png, .svg, .pdf or .bmp.",
+                           path_text(*command.picture));
+    return {};
 }
 
-std::string volumes_text(const ClimateState& state, SummaryRow row) {
-    return fmt::format("{:>12}{:>12}{:>12}", shown(state.summary(row, SummarySeason::Winter)),
-                       shown(state.summary(row, SummarySeason::Summer)),
-                       shown(state.summary(row, SummarySeason::Year)));
-}
-
-/// The first evaluation that was done: the present climate is the same in all.
-const ClimateResponse* first_done(const PrintedResponse& printed) {
-    const auto found = std::find_if(printed.responses.begin(), printed.responses.end(),
-                                    [](const ClimateResponse& each) { return each.done; });
-    return found == printed.responses.end() ? nullptr : &*found;
-}
-
-void print_response(const PrintedResponse& printed, std::ostream& out) {
-    const UnitWords& words = unit_words(printed.units);
-    out << fmt::format("Response of '{}' to changes of its climate; the winter ends on {}\n",
-                       printed.simulation, iso_date_text(printed.winter_end));
-    out << "Basin Name:  " << printed.basin << '\n';
-    out << fmt::format("Runoff in 10^6 {}³, highest day in {}, changes of the temperature in {}\n\n",
-                       words.length_letter, words.discharge, words.temperature);
-    out << fmt::format("{:>11}{:>15}{:>12}{:>12}{:>12}{:>14}{:>14}{:>12}{:>7}\n", "Temperature",
-                       "Precipitation", "Winter", "Summer", "Year", "Centre", "Highest day", "Highest",
-                       "Notes");
-    if (const ClimateResponse* present = first_done(printed)) {
-        out << fmt::format("{:>26}{}{}\n", "present climate",
-                           volumes_text(present->state, SummaryRow::Computed),
-                           flow_text(printed.figures(present->flows.present)));
+/// Evaluates the pairs that are not stored yet. @return whether all were evaluated
+bool evaluate(const ResponseCommand& command, const ResponseStudy& study, std::vector<ResponsePoint>& points,
+              StudyFile* file, std::ostream& err, bool terminal) {
+    const Interruption interruption;
+    StudyPool pool{command.threads};
+    const std::size_t wanted = study.span.behind - study.span.first;
+    const auto rest = std::span{study.pairs}.subspan(study.span.first, wanted).subspan(points.size());
+    const int zones = static_cast<int>(study.basin->inputs.zones);
+    if (rest.empty()) return true;
+    {
+        Progress progress{err, terminal, "evaluations", rest.size()};
+        const std::size_t stored = points.size();
+        evaluate_all(
+            study.basin, study.head.winter_end, rest, pool,
+            [&](std::size_t index, const ClimateResponse& response) {
+                const std::size_t number = study.span.first + stored + index;
+                points.push_back(response_point(number, *study.basin, response));
+                if (file != nullptr) file->add(response_line(points.back(), zones));
+                progress.update(index + 1);
+            },
+            [&] { return interruption.asked(); });
     }
-    for (const ClimateResponse& response : printed.responses) {
-        out << fmt::format("{:>11}{:>15}", single_text(response.change.degrees),
-                           single_text(response.change.precipitation));
-        if (response.done) {
-            out << volumes_text(response.state, SummaryRow::ClimateAffected)
-                << flow_text(printed.figures(response.flows.changed))
-                << fmt::format("{:>7}", response.notes.size());
-        } else {
-            out << "  not done: " << response.problem;
-        }
-        out << '\n';
+    if (file != nullptr) file->flush();
+    return points.size() == wanted;
+}
+
+/// The file of --out; the points that it has go to `points`.
+std::unique_ptr<StudyFile> open_file(const ResponseCommand& command, const ResponseStudy& study,
+                                     std::vector<ResponsePoint>& points) {
+    if (!command.out) return nullptr;
+    const int zones = static_cast<int>(study.basin->inputs.zones);
+    return std::make_unique<StudyFile>(*command.out,
+                                       StudyTitle{.kind = "response",
+                                                  .basin = basin_digest(*study.basin),
+                                                  .options = options_line(study, command),
+                                                  .runs = study.pairs.size(),
+                                                  .span = study.span},
+                                       response_names(zones), command.resume, [&](std::string_view line) {
+                                           auto point = read_response_line(line, zones);
+                                           if (!point || point->index != study.span.first + points.size())
+                                               return false;
+                                           points.push_back(std::move(*point));
+                                           return true;
+                                       });
+}
+
+int response(const ResponseCommand& command, BatchDialogs& dialogs, std::ostream& out, std::ostream& err,
+             bool terminal) {
+    if (const std::string problem = options_problem(command); !problem.empty()) {
+        dialogs.report_problem("The study can't begin", problem);
+        return k_failed;
     }
-}
-
-Json volumes_json(const ClimateState& state, SummaryRow row) {
-    const auto cell = [&](SummarySeason season) {
-        const auto value = state.summary(row, season);
-        return value ? Json(*value) : Json(nullptr);
-    };
-    return {{"Winter", cell(SummarySeason::Winter)},
-            {"Summer", cell(SummarySeason::Summer)},
-            {"Year", cell(SummarySeason::Year)}};
-}
-
-void add_figures(Json& json, const FlowFigures& figures) {
-    json["centreOfMass"] =
-        figures.centre_of_mass ? Json(iso_date_text(whole_day(*figures.centre_of_mass))) : Json(nullptr);
-    const bool known = !is_missing(figures.highest);
-    json["highestDay"] = known ? Json(iso_date_text(figures.highest_day)) : Json(nullptr);
-    json["highest"] = known ? Json(static_cast<float>(figures.highest)) : Json(nullptr);
-}
-
-Json point_json(const PrintedResponse& printed, const ClimateResponse& response) {
-    Json json{{"temperature", response.change.degrees},
-              {"precipitation", response.change.precipitation},
-              {"done", response.done}};
-    if (!response.done) {
-        json["problem"] = response.problem;
-        return json;
+    if (command.out) refuse_basin_as_output(*command.out, command.basin);
+    const auto study = read_study(command, dialogs);
+    if (!study) return k_failed;
+    std::vector<ResponsePoint> points;
+    const auto file = open_file(command, *study, points);
+    if (command.resume) dialogs.report_note(fmt::format("{} evaluations are taken over.", points.size()));
+    const bool complete = evaluate(command, *study, points, file.get(), err, terminal);
+    if (command.json) {
+        out << printed(response_json(study->head, points));
+    } else {
+        print_response(study->head, points, out);
     }
-    json["runoff"] = volumes_json(response.state, SummaryRow::ClimateAffected);
-    add_figures(json, printed.figures(response.flows.changed));
-    json["notes"] = notes_json(response.notes, printed.units);
-    return json;
-}
-
-Json response_json(const PrintedResponse& response) {
-    Json json{{"simulation", response.simulation},
-              {"winterEnd", iso_date_text(response.winter_end)},
-              {"present", nullptr},
-              {"points", Json::array()}};
-    if (const ClimateResponse* present = first_done(response)) {
-        json["present"] = {{"runoff", volumes_json(present->state, SummaryRow::Computed)}};
-        add_figures(json["present"], response.figures(present->flows.present));
+    if (!complete) {
+        dialogs.report_note(command.out ? "Stopped. The same command with --resume goes on from here."
+                                        : "Stopped. With --out FILE.csv a response can go on with --resume.");
+        return k_stopped;
     }
-    for (const ClimateResponse& each : response.responses)
-        json["points"].push_back(point_json(response, each));
-    return json;
+    if (command.picture) {
+        const auto files =
+            write_response_pictures(*command.picture, command.basin, response_pictures(study->head, points));
+        for (const auto& picture : files) dialogs.report_note("Picture " + path_text(picture));
+    }
+    const bool done =
+        std::all_of(points.begin(), points.end(), [](const ResponsePoint& each) { return each.done(); });
+    return done ? k_done : k_failed;
 }
 
 }  // namespace
 
-int response_command(const ResponseCommand& command, BatchDialogs& dialogs, std::ostream& out) {
+int response_command(const ResponseCommand& command, BatchDialogs& dialogs, std::ostream& out,
+                     std::ostream& err, bool terminal) {
     try {
-        auto response = read_basin_of(command, dialogs);
-        if (!response) return k_failed;
-        StudyPool pool{command.threads};
-        response->responses = evaluate_all(response->study, response->winter_end,
-                                           all_pairs(command.temperature, command.precipitation), pool);
-        if (command.json) {
-            out << printed(response_json(*response));
-        } else {
-            print_response(*response, out);
-        }
-        return response->all_done() ? k_done : k_failed;
+        return response(command, dialogs, out, err, terminal);
     } catch (const StoreError& error) {
         dialogs.report_problem("The basin can't be read", error.what());
     } catch (const FileError& error) {
-        dialogs.report_problem("The basin can't be read", error.what());
+        dialogs.report_problem("The response stopped", error.what());
     }
     return k_failed;
 }

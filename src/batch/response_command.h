@@ -2,11 +2,13 @@
 #pragma once
 
 #include "batch/batch_dialogs.h"
+#include "search/sample.h"
 #include "studies/study_pool.h"
 
 #include <chrono>
 #include <filesystem>
 #include <iosfwd>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,15 +18,22 @@ struct ResponseCommand {
     std::filesystem::path basin;
     std::string simulation;
     std::string winter_end;            ///< yyyy-mm-dd
-    std::vector<float> temperature;    ///< added, °C or °F
-    std::vector<float> precipitation;  ///< factors
+    std::vector<float> temperature;    ///< added, °C or °F; each once
+    std::vector<float> precipitation;  ///< factors; each once
     unsigned threads = usual_threads();
     bool json = false;
+    std::optional<std::filesystem::path> out;      ///< CSV with a line for each pair
+    std::optional<std::filesystem::path> picture;  ///< its name begins those of the pictures
+    SampleShare share;
+    bool resume = false;
     std::chrono::milliseconds wait{};
 };
 
 /// Takes the six steps of a climate evaluation for every pair, in memory, and prints what came of each. The
 /// basin is not changed.
-int response_command(const ResponseCommand& command, BatchDialogs& dialogs, std::ostream& out);
+///
+/// @param terminal whether `err` is one, on which progress is a bar
+int response_command(const ResponseCommand& command, BatchDialogs& dialogs, std::ostream& out,
+                     std::ostream& err, bool terminal);
 
 }  // namespace nivora

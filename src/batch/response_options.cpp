@@ -3,6 +3,7 @@
 #include "base/durable_file.h"
 #include "base/number_text.h"
 #include "batch/scenario_edit.h"
+#include "batch/study_options.h"
 
 #include <fmt/format.h>
 
@@ -74,7 +75,13 @@ std::string winter_end_form(const std::string& text) {
 
 ReadChanges read_changes(std::string_view text) {
     const std::size_t dots = text.find("..");
-    return dots == std::string_view::npos ? read_list(text) : read_steps(text, dots);
+    ReadChanges read = dots == std::string_view::npos ? read_list(text) : read_steps(text, dots);
+    std::vector<float> sorted = read.values;
+    std::sort(sorted.begin(), sorted.end());
+    const auto twice = std::adjacent_find(sorted.begin(), sorted.end());
+    if (twice != sorted.end())
+        return {{}, fmt::format("'{}' has {} twice: give each value once", text, single_text(*twice))};
+    return read;
 }
 
 CLI::App& add_response(CLI::App& app, ResponseTexts& texts) {
@@ -103,11 +110,21 @@ CLI::App& add_response(CLI::App& app, ResponseTexts& texts) {
                     "How many evaluations run at a time; the results do not depend on it")
         ->check(CLI::Range(1U, k_most_threads))
         ->capture_default_str();
+    response.add_option("--out", texts.out, "CSV with a line for each pair");
+    response.add_option("--picture", texts.picture,
+                        "A picture for each quantity: response.png makes response-winter.png and others; "
+                        ".png, .svg, .pdf or .bmp");
+    add_share_option(response, texts.share);
+    response.add_flag("--resume", texts.resume,
+                      "Go on with a response that was stopped, with the same options, or add its pictures");
     response.add_flag("--json", texts.json, "Print JSON");
     return response;
 }
 
 ResponseCommand response_of(const ResponseTexts& texts, std::chrono::milliseconds wait) {
+    const auto file = [](const std::string& text) {
+        return text.empty() ? std::nullopt : std::optional{path_from_utf8(text)};
+    };
     return {.basin = path_from_utf8(texts.basin),
             .simulation = texts.simulation,
             .winter_end = texts.winter_end,
@@ -115,6 +132,10 @@ ResponseCommand response_of(const ResponseTexts& texts, std::chrono::millisecond
             .precipitation = read_changes(texts.precipitation).values,
             .threads = texts.threads,
             .json = texts.json,
+            .out = file(texts.out),
+            .picture = file(texts.picture),
+            .share = read_share(texts.share).value_or(SampleShare{}),
+            .resume = texts.resume,
             .wait = wait};
 }
 

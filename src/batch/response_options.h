@@ -20,6 +20,10 @@ struct ResponseTexts {
     std::string precipitation;
     unsigned threads = usual_threads();
     bool json = false;
+    std::string out = {};
+    std::string picture = {};
+    std::string share = "1/1";
+    bool resume = false;
 };
 
 CLI::App& add_response(CLI::App& app, ResponseTexts& texts);

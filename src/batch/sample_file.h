@@ -1,25 +1,13 @@
-// The runs of a sample as a CSV file: a comment line that says what the sample is, a line of names, and a
-// line for each run. A part of a sample is such a file, too.
+// The runs of a sample as a file of a study: a line for each run with its numbers and its measures.
 #pragma once
 
-#include "search/sample.h"
+#include "batch/study_file.h"
 
-#include <filesystem>
-#include <fstream>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace nivora {
-
-/// What the first line of a file says.
-struct SampleTitle {
-    std::string basin;     ///< digests of what was read
-    std::string options;   ///< JSON in one line
-    std::size_t runs = 0;  ///< of the whole sample
-    RunSpan span = {};     ///< of this file
-
-    [[nodiscard]] std::string line() const;
-};
 
 /// The second line.
 [[nodiscard]] std::string sample_names(const StudyProblem& problem);
@@ -34,31 +22,18 @@ struct StoredRun {
 class SampleFile {
 public:
     /// Begins a file, in the place of one that is there, or goes on in one.
-    /// @throws FileError where the file can't be written, or is not this sample's: the message says what
-    /// differs
-    SampleFile(std::filesystem::path path, const SampleTitle& title, const StudyProblem& problem,
-               bool resume);
+    /// @throws FileError as StudyFile does
+    SampleFile(std::filesystem::path path, const StudyTitle& title, const StudyProblem& problem, bool resume);
 
     /// The runs that were in the file.
     [[nodiscard]] const std::vector<StoredRun>& stored() const { return stored_; }
     void add(const SampleRun& run);
     /// @throws FileError
-    void flush();
+    void flush() { file_.flush(); }
 
 private:
-    void read(const SampleTitle& title, const StudyProblem& problem);
-    void write(const std::string& text);
-
-    std::filesystem::path path_;
-    std::ofstream file_;
     std::vector<StoredRun> stored_;
+    StudyFile file_;
 };
-
-/// Puts the files of all parts of a sample together: the bytes that one command for the whole sample writes.
-/// @throws FileError where a part is missing, not complete, doubled or of another sample, or can't be read;
-/// and where
-///         the file can't be written
-/// @return the number of runs
-std::size_t gather_samples(const std::vector<std::filesystem::path>& parts, const std::filesystem::path& out);
 
 }  // namespace nivora

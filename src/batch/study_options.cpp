@@ -3,6 +3,8 @@
 #include "base/durable_file.h"
 #include "studies/study_pool.h"
 
+#include <charconv>
+
 namespace nivora {
 namespace {
 
@@ -30,7 +32,33 @@ std::vector<StudySource> sources_of(const std::vector<std::string>& texts) {
     return sources;
 }
 
+std::string share_problem(const std::string& text) {
+    return read_share(text) ? std::string{} : "'" + text + "' is not a share such as 3/16";
+}
+
 }  // namespace
+
+void add_share_option(CLI::App& command, std::string& text) {
+    command.add_option("--share", text, "Compute one of several parts, such as 3/16")
+        ->check(CLI::Validator(share_problem, "PART"))
+        ->capture_default_str();
+}
+
+std::optional<SampleShare> read_share(std::string_view text) {
+    constexpr std::size_t k_most_parts = 1'000'000;
+    const std::size_t slash = text.find('/');
+    if (slash == std::string_view::npos) return std::nullopt;
+    const auto whole = [](std::string_view part) -> std::optional<std::size_t> {
+        std::size_t number = 0;
+        const auto [end, error] = std::from_chars(part.data(), part.data() + part.size(), number);
+        if (error != std::errc{} || end != part.data() + part.size()) return std::nullopt;
+        return number;
+    };
+    const auto number = whole(text.substr(0, slash));
+    const auto parts = whole(text.substr(slash + 1));
+    if (!number || !parts || *number < 1 || *number > *parts || *parts > k_most_parts) return std::nullopt;
+    return SampleShare{*number, *parts};
+}
 
 void add_study_options(CLI::App& command, StudyTexts& texts) {
     texts.threads = usual_threads();

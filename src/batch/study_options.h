@@ -2,11 +2,14 @@
 #pragma once
 
 #include "batch/study_command.h"
+#include "search/sample.h"
 
 #include <CLI/CLI.hpp>
 
 #include <chrono>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace nivora {
@@ -27,6 +30,10 @@ struct StudyTexts {
 
 /// Adds the basin and the options to a command.
 void add_study_options(CLI::App& command, StudyTexts& texts);
+/// The option that computes one of several parts of a study.
+void add_share_option(CLI::App& command, std::string& text);
+/// "3/16". @return nothing for any other text
+[[nodiscard]] std::optional<SampleShare> read_share(std::string_view text);
 [[nodiscard]] StudyCommand study_of(const StudyTexts& texts, std::chrono::milliseconds wait);
 
 }  // namespace nivora

@@ -73,13 +73,17 @@ std::vector<double> SampleDesign::point(std::size_t index) const {
     return point;
 }
 
-RunSpan runs_of(const SampleDesign& design, std::size_t runs, const SampleShare& share) {
-    const std::size_t groups = runs / design.group();
+RunSpan part_of(std::size_t pieces, const SampleShare& share) {
     // In two steps, so that no product is too large for a whole number.
     const auto first_of = [&](std::size_t part) {
-        return groups / share.parts * part + std::min(part, groups % share.parts);
+        return pieces / share.parts * part + std::min(part, pieces % share.parts);
     };
-    return {first_of(share.number - 1) * design.group(), first_of(share.number) * design.group()};
+    return {first_of(share.number - 1), first_of(share.number)};
+}
+
+RunSpan runs_of(const SampleDesign& design, std::size_t runs, const SampleShare& share) {
+    const RunSpan groups = part_of(runs / design.group(), share);
+    return {groups.first * design.group(), groups.behind * design.group()};
 }
 
 void run_sample(const StudyProblem& problem, const SampleDesign& design, const RunSpan& span, StudyPool& pool,

@@ -43,6 +43,8 @@ struct RunSpan {
     std::size_t first = 0;
     std::size_t behind = 0;
 };
+/// The pieces of a part, of a number of pieces that are all alike.
+[[nodiscard]] RunSpan part_of(std::size_t pieces, const SampleShare& share);
 [[nodiscard]] RunSpan runs_of(const SampleDesign& design, std::size_t runs, const SampleShare& share);
 
 /// One run of a sample.

@@ -32,18 +32,19 @@ std::string inputs_text(const StudyBasin& basin) {
 
 }  // namespace
 
+std::string basin_digest(const StudyBasin& basin) {
+    std::string bytes = inputs_text(basin);
+    add(bytes, basin.inputs.areas);
+    add(bytes, basin.inputs.elevations);
+    SimResults::visit(basin.table, [&](const auto& column) { add(bytes, column); });
+    ContentDigest digest;
+    digest.add(bytes);
+    return fmt::format("{:016x}-{}", digest.content().digest, digest.content().size);
+}
+
 std::string study_digest(const StudyProblem& problem) {
     std::string line;
-    for (const StudyCase& one : problem.cases()) {
-        std::string bytes = inputs_text(*one.basin);
-        add(bytes, one.basin->inputs.areas);
-        add(bytes, one.basin->inputs.elevations);
-        SimResults::visit(one.basin->table, [&](const auto& column) { add(bytes, column); });
-        ContentDigest digest;
-        digest.add(bytes);
-        line += fmt::format("{}{:016x}-{}", line.empty() ? "" : " ", digest.content().digest,
-                            digest.content().size);
-    }
+    for (const StudyCase& one : problem.cases()) line += (line.empty() ? "" : " ") + basin_digest(*one.basin);
     return line;
 }
 

@@ -7,7 +7,10 @@
 
 namespace nivora {
 
-/// One line that changes with anything that the runs of a problem read from its basins.
+/// A word that changes with anything that the runs of a simulation read from its basin.
+[[nodiscard]] std::string basin_digest(const StudyBasin& basin);
+
+/// One line of such words, for the basins of a problem.
 [[nodiscard]] std::string study_digest(const StudyProblem& problem);
 
 }  // namespace nivora

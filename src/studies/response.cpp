@@ -8,6 +8,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace nivora {
@@ -91,6 +92,9 @@ ClimateResponse ResponseEvaluator::evaluate(const ClimateChange& change) {
     response.notes = std::move(run.notes);
     if (response.done) {
         response.flows = std::move(flows);
+        const int zones = static_cast<int>(study_->inputs.zones);
+        response.snow_present = last_snow(table_, table_.SCA, winter_end_, zones);
+        response.snow_changed = last_snow(table_, table_.SCAclimWAMA, winter_end_, zones);
     } else if (!dialogs.messages.empty()) {
         response.problem = dialogs.messages.back().text;
     }
@@ -105,14 +109,35 @@ std::vector<ClimateChange> all_pairs(std::span<const float> degrees, std::span<c
     return pairs;
 }
 
-std::vector<ClimateResponse> evaluate_all(const std::shared_ptr<const StudyBasin>& study, DayCount winter_end,
-                                          std::span<const ClimateChange> changes, StudyPool& pool) {
-    std::vector<ClimateResponse> responses(changes.size());
+void evaluate_all(const std::shared_ptr<const StudyBasin>& study, DayCount winter_end,
+                  std::span<const ClimateChange> changes, StudyPool& pool,
+                  const std::function<void(std::size_t index, ClimateResponse response)>& take,
+                  const std::function<bool()>& stops) {
+    // Enough for all threads, and soon done after Ctrl-C.
+    const std::size_t at_once = std::size_t{pool.threads()} * 8;
     std::vector<ResponseEvaluator> evaluators(pool.threads(), ResponseEvaluator{study, winter_end});
-    pool.work(changes.size(), [&](unsigned thread, std::size_t index) {
-        responses[index] = evaluators[thread].evaluate(changes[index]);
-    });
-    return responses;
+    std::vector<ClimateResponse> responses;
+    for (std::size_t first = 0; first < changes.size() && !stops(); first += at_once) {
+        responses.assign(std::min(at_once, changes.size() - first), {});
+        pool.work(responses.size(), [&](unsigned thread, std::size_t index) {
+            responses[index] = evaluators[thread].evaluate(changes[first + index]);
+        });
+        for (std::size_t index = 0; index < responses.size(); ++index)
+            take(first + index, std::move(responses[index]));
+    }
+}
+
+LastSnow last_snow(const SimResults& table, Column cover, DayCount winter_end, int zones) {
+    constexpr float k_least_cover = 0.01F;
+    LastSnow last(static_cast<std::size_t>(zones));
+    for (std::size_t row = 0; row < table.Date.size(); ++row) {
+        const int zone = table.Zone[row];
+        if (zone < 1 || zone > zones || table.Date[row] <= winter_end || !(cover[row] > k_least_cover))
+            continue;
+        auto& day = last[static_cast<std::size_t>(zone) - 1];
+        if (!day || table.Date[row] > *day) day = table.Date[row];
+    }
+    return last;
 }
 
 FlowFigures flow_figures(std::span<const DayCount> dates, std::span<const double> flow) {
@@ -127,6 +152,13 @@ FlowFigures flow_figures(std::span<const DayCount> dates, std::span<const double
     if (known.empty()) return figures;
     const HighestDay highest = highest_day(known_dates, known, known);
     figures.centre_of_mass = centre_of_mass(known_dates, known);
+    double sum = 0.0;
+    for (const double each : known) sum += each;
+    double passed = 0.0;
+    for (std::size_t day = 0; day < known.size() && sum > 0.0 && !figures.median_day; ++day) {
+        passed += known[day];
+        if (2.0 * passed >= sum) figures.median_day = known_dates[day];
+    }
     figures.highest_day = highest.computed_date;
     figures.highest = highest.computed;
     return figures;

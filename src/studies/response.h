@@ -7,6 +7,7 @@
 #include "studies/evaluator.h"
 #include "studies/study_pool.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -27,6 +28,9 @@ struct ClimateFlows {
     std::vector<double> changed;
 };
 
+/// The last day of snow in a zone; nothing for a zone that has none in the summer.
+using LastSnow = std::vector<std::optional<DayCount>>;
+
 /// What a changed climate does.
 struct ClimateResponse {
     ClimateChange change;
@@ -35,6 +39,8 @@ struct ClimateResponse {
     ClimateState state = {};          ///< statistics of the steps and the seasonal summary
     std::vector<RunNote> notes = {};  ///< such as where a rule of step 5 may mislead
     ClimateFlows flows = {};          ///< winter and summer; empty if not done
+    LastSnow snow_present = {};       ///< by zone; empty if not done
+    LastSnow snow_changed = {};
 };
 
 /// The rows of a scenario with this change: with Max/Min temperatures both of them change, otherwise the
@@ -66,18 +72,29 @@ private:
 [[nodiscard]] std::vector<ClimateChange> all_pairs(std::span<const float> degrees,
                                                    std::span<const float> precipitation);
 
-/// Evaluates each change, in their order; the result does not depend on the number of threads.
-[[nodiscard]] std::vector<ClimateResponse> evaluate_all(const std::shared_ptr<const StudyBasin>& study,
-                                                        DayCount winter_end,
-                                                        std::span<const ClimateChange> changes,
-                                                        StudyPool& pool);
+/// Evaluates each change and hands it over, in their order; the result does not depend on the number of
+/// threads.
+///
+/// @param stops asked from time to time; a study that it stops ends behind the last one that was handed over
+void evaluate_all(
+    const std::shared_ptr<const StudyBasin>& study, DayCount winter_end,
+    std::span<const ClimateChange> changes, StudyPool& pool,
+    const std::function<void(std::size_t index, ClimateResponse response)>& take,
+    const std::function<bool()>& stops = [] { return false; });
 
 /// What a flow over the simulation shows, for a comparison of two climates.
 struct FlowFigures {
     std::optional<double> centre_of_mass;  ///< a day with a fraction; nothing without a volume
+    /// The first day by which half of the volume has passed; nothing without a volume.
+    std::optional<DayCount> median_day;
     DayCount highest_day = 0;
     double highest = k_missing;  ///< m³/s or ft³/s; NaN without days
 };
+
+/// The last day of the summer on which a zone's cover is above 0.01, by which a curve ends.
+///
+/// @param cover by row of the table
+[[nodiscard]] LastSnow last_snow(const SimResults& table, Column cover, DayCount winter_end, int zones);
 
 /// @param flow by day; missing days are left out
 [[nodiscard]] FlowFigures flow_figures(std::span<const DayCount> dates, std::span<const double> flow);

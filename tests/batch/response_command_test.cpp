@@ -91,12 +91,133 @@ TEST_F(ResponseCommandTest, WhatCannotBeEvaluatedIsRefused) {
     EXPECT_EQ(pairs("0", "1", {"--threads", "0"}).status, 2);
 }
 
+class ResponseFileTest : public ResponseCommandTest {
+protected:
+    [[nodiscard]] std::filesystem::path path(const std::string& name) const { return folder_ / name; }
+    [[nodiscard]] BatchResult into(const std::string& name, std::vector<std::string> more = {}) const {
+        more.insert(more.end(), {"--out", path(name).string()});
+        return pairs("0..2:0.5", "0.8..1.2:0.1", more);
+    }
+    [[nodiscard]] BatchResult gather(const std::vector<std::string>& parts) const {
+        std::vector<std::string> arguments{"gather"};
+        for (const std::string& part : parts) arguments.push_back(path(part).string());
+        arguments.insert(arguments.end(), {"--out", path("whole.csv").string()});
+        return batch(arguments);
+    }
+    [[nodiscard]] std::string bytes(const std::string& name) const { return file_bytes(path(name)); }
+
+    TemporaryFolder folder_;
+};
+
+TEST_F(ResponseFileTest, HasALineForEachPairBesideThePresentClimate) {
+    const BatchResult result = into("a.csv");
+    ASSERT_EQ(result.status, 0) << result.err;
+    const auto lines = lines_of(bytes("a.csv"));
+    ASSERT_EQ(lines.size(), 2U + 25U);
+    EXPECT_THAT(lines[0], testing::StartsWith("# nivora response {"));
+    EXPECT_THAT(lines[1],
+                testing::StartsWith("Point,Temperature,Precipitation,Winter,Winter present,Summer,"));
+    EXPECT_THAT(lines[1], HasSubstr(",Median day,Median day present,"));
+    EXPECT_THAT(lines[1], HasSubstr(",Last snow A,Last snow A present,"));
+    EXPECT_THAT(lines[1], testing::EndsWith(",Notes,Problem"));
+    EXPECT_THAT(lines[2], testing::StartsWith("0,0,0.8,"));
+    EXPECT_THAT(lines[26], testing::StartsWith("24,2,1.2,"));
+    const auto commas = std::count(lines[1].begin(), lines[1].end(), ',');
+    for (std::size_t line = 2; line < lines.size(); ++line)
+        EXPECT_EQ(std::count(lines[line].begin(), lines[line].end(), ','), commas) << line;
+    const ResponseJson json = ResponseJson::parse(pairs("0..2:0.5", "0.8..1.2:0.1", {"--json"}).out);
+    EXPECT_THAT(lines[2], HasSubstr("," + json["points"][0]["medianDay"].get<std::string>() + "," +
+                                    json["present"]["medianDay"].get<std::string>() + ","));
+    EXPECT_EQ(json["points"][0]["lastSnow"].size(), json["present"]["lastSnow"].size());
+}
+
+TEST_F(ResponseFileTest, AStoppedOneGoesOnToTheSameBytes) {
+    const std::string table = into("a.csv").out;
+    const std::string whole = bytes("a.csv");
+    for (const std::size_t kept :
+         {whole.find('\n', whole.find("\n") + 1) + 1, whole.size() / 2, whole.size()}) {
+        write_bytes(path("b.csv"), whole.substr(0, kept));
+        const BatchResult result = into("b.csv", {"--resume", "--threads", "2"});
+        EXPECT_EQ(result.status, 0) << result.err;
+        EXPECT_THAT(result.err, HasSubstr("evaluations are taken over"));
+        EXPECT_EQ(bytes("b.csv"), whole) << kept;
+        EXPECT_EQ(result.out, table);
+    }
+}
+
+TEST_F(ResponseFileTest, AnotherBasinOrOtherOptionsAreRefused) {
+    ASSERT_EQ(into("a.csv").status, 0);
+    const std::string whole = bytes("a.csv");
+    const BatchResult options =
+        pairs("0..2:0.5", "0.8..1.2:0.2", {"--out", path("a.csv").string(), "--resume"});
+    EXPECT_EQ(options.status, 1);
+    EXPECT_THAT(options.err, HasSubstr("the options are not those that the response was begun with"));
+    basin.execute("UPDATE PhysicalData SET Precip = 2.5 WHERE Date = 35100");
+    const BatchResult changed = into("a.csv", {"--resume"});
+    EXPECT_EQ(changed.status, 1);
+    EXPECT_THAT(changed.err, HasSubstr("the basin is not the one that the response was begun with"));
+    EXPECT_EQ(bytes("a.csv"), whole);
+    write_bytes(path("c.csv"), "Point,x\n1,2\n");
+    EXPECT_THAT(into("c.csv", {"--resume"}).err, HasSubstr("this is not a response"));
+    std::string damaged = whole;
+    damaged.replace(damaged.find("\n3,") + 1, 1, "7");
+    write_bytes(path("d.csv"), damaged);
+    EXPECT_EQ(into("d.csv", {"--resume"}).status, 1);
+}
+
+TEST_F(ResponseFileTest, PartsPutTogetherAreTheWhole) {
+    ASSERT_EQ(into("a.csv").status, 0);
+    for (const char* part : {"1/3", "2/3", "3/3"})
+        ASSERT_EQ(into(std::string{"part"} + part[0], {"--share", part}).status, 0);
+    const BatchResult result = gather({"part3", "part1", "part2"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.out, "25 evaluations of 3 parts\n");
+    EXPECT_EQ(bytes("whole.csv"), bytes("a.csv"));
+    EXPECT_THAT(gather({"part1", "part3"}).err, HasSubstr("is missing"));
+    // The whole goes on to its pictures without an evaluation.
+    const BatchResult pictures =
+        pairs("0..2:0.5", "0.8..1.2:0.1",
+              {"--out", path("whole.csv").string(), "--resume", "--picture", path("r.png").string()});
+    EXPECT_EQ(pictures.status, 0) << pictures.err;
+    EXPECT_THAT(pictures.err, HasSubstr("25 evaluations are taken over"));
+    EXPECT_TRUE(std::filesystem::exists(path("r-winter.png")));
+}
+
+TEST_F(ResponseFileTest, EveryQuantityHasAPicture) {
+    const BatchResult result = into("a.csv", {"--picture", path("r.svg").string()});
+    ASSERT_EQ(result.status, 0) << result.err;
+    for (const char* name : {"winter", "summer", "year", "median-day", "last-snow-A"}) {
+        const std::string drawn = bytes("r-" + std::string{name} + ".svg");
+        EXPECT_THAT(drawn, HasSubstr("Factor of precipitation")) << name;
+        EXPECT_THAT(drawn, HasSubstr("present climate")) << name;
+    }
+}
+
+TEST_F(ResponseFileTest, OptionsThatDoNotFitAreRefusedBeforeTheWork) {
+    const auto refused = [&](const std::vector<std::string>& more, const char* why) {
+        const BatchResult result = pairs("0,1", "1", more);
+        EXPECT_EQ(result.status, 1) << why;
+        EXPECT_THAT(result.err, HasSubstr(why));
+    };
+    refused({"--resume"}, "goes on with the file that --out names");
+    refused({"--share", "1/2"}, "needs a file");
+    refused({"--share", "1/2", "--out", path("x.csv").string(), "--picture", path("x.png").string()},
+            "A part of a response has no pictures");
+    refused({"--picture", path("x.txt").string()}, "is not a picture by its name");
+    refused({"--out", file()}, "basin");
+    EXPECT_EQ(pairs("0", "1", {"--picture", path("x.png").string()}).status, 1);
+    EXPECT_EQ(pairs("0", "1", {"--share", "3/2"}).status, 2);
+    EXPECT_EQ(pairs("0,0", "1").status, 2);
+    EXPECT_FALSE(std::filesystem::exists(path("x.csv")));
+}
+
 TEST(ReadChanges, ARangeCountsItsStepsFromTheLowEnd) {
     EXPECT_THAT(read_changes("-1..1:0.5").values, ElementsAre(-1.0F, -0.5F, 0.0F, 0.5F, 1.0F));
     EXPECT_THAT(read_changes("0.8..1.2:0.1").values, ElementsAre(0.8F, 0.9F, 1.0F, 1.1F, 1.2F));
     EXPECT_THAT(read_changes("0..1:0.4").values, ElementsAre(0.0F, 0.4F, 0.8F));
     EXPECT_THAT(read_changes("2..2:1").values, ElementsAre(2.0F));
-    EXPECT_THAT(read_changes("3,-1,3").values, ElementsAre(3.0F, -1.0F, 3.0F));
+    EXPECT_THAT(read_changes("3,-1").values, ElementsAre(3.0F, -1.0F));
+    EXPECT_EQ(read_changes("3,-1,3").problem, "'3,-1,3' has 3 twice: give each value once");
     EXPECT_EQ(read_changes("0..1:0.1").problem, "");
     EXPECT_THAT(read_changes("0..1").problem, HasSubstr("has no step"));
 }

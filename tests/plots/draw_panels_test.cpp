@@ -10,7 +10,7 @@ namespace nivora {
 namespace {
 
 // Fonts of 8 points are 10.67 high on this surface, with letters of 6.4; a row is 12.8 high.
-constexpr SurfaceSize k_size{1200.0, 480.0};
+constexpr SurfaceSize k_panels_size{1200.0, 480.0};
 constexpr double k_letter = 6.4;
 constexpr double k_line = 32.0 / 3.0;
 constexpr double k_row = 12.8;
@@ -37,7 +37,7 @@ void expect_box(const SurfaceRectangle& box, double left, double top, double wid
 }
 
 TEST(LegendTextBoxes, StandBesideTheSamplesRowByRow) {
-    const RecordingSurface surface{k_size};
+    const RecordingSurface surface{k_panels_size};
     const Plot plot = two_curves();
     const auto boxes = legend_text_boxes(surface, plot, {.legend_place = SurfacePoint{20.0, 30.0}});
     ASSERT_EQ(boxes.size(), 2U);
@@ -52,7 +52,7 @@ TEST(LegendTextBoxes, StandBesideTheSamplesRowByRow) {
 }
 
 TEST(LegendTextBoxes, AreWhereTheTextsArePainted) {
-    RecordingSurface surface{k_size};
+    RecordingSurface surface{k_panels_size};
     const DrawOptions options{.legend_place = SurfacePoint{20.0, 30.0}};
     paint_legend(surface, two_curves(), options);
     // The places of the test above, rounded: 20 + 52.8 and 30 + 3.56 + 1.07.
@@ -62,7 +62,7 @@ TEST(LegendTextBoxes, AreWhereTheTextsArePainted) {
 }
 
 TEST(LegendTextBoxes, OfAPlotWithoutALegendAreNone) {
-    const RecordingSurface surface{k_size};
+    const RecordingSurface surface{k_panels_size};
     Plot plot = two_curves();
     plot.legend.clear();
     EXPECT_TRUE(legend_text_boxes(surface, plot, {}).empty());
@@ -72,7 +72,7 @@ TEST(LegendTextBoxes, OfAPlotWithoutALegendAreNone) {
 }
 
 TEST(SummaryRowBoxes, HaveCaptionsAndValuesInTwoColumns) {
-    const RecordingSurface surface{k_size};
+    const RecordingSurface surface{k_panels_size};
     const auto rows =
         summary_row_boxes(surface, with_summary(), {.summary_place = SurfacePoint{100.0, 200.0}});
     ASSERT_EQ(rows.size(), 2U);
@@ -87,7 +87,7 @@ TEST(SummaryRowBoxes, HaveCaptionsAndValuesInTwoColumns) {
 }
 
 TEST(SummaryRowBoxes, OfAPlotWithoutASummaryAreNone) {
-    const RecordingSurface surface{k_size};
+    const RecordingSurface surface{k_panels_size};
     EXPECT_TRUE(summary_row_boxes(surface, two_curves(), {}).empty());
 }
 

@@ -176,12 +176,50 @@ TEST_F(ResponseTest, ThreadsShareTheBasinOfAllPairs) {
     ResponseEvaluator evaluator{shared, winter_end};
     for (const ClimateChange& pair : pairs) alone.push_back(evaluator.evaluate(pair).flows.changed);
     StudyPool pool{3};
-    const auto together = evaluate_all(shared, winter_end, pairs, pool);
+    std::vector<ClimateResponse> together;
+    evaluate_all(shared, winter_end, pairs, pool, [&](std::size_t index, ClimateResponse response) {
+        EXPECT_EQ(index, together.size());
+        together.push_back(std::move(response));
+    });
     ASSERT_EQ(together.size(), pairs.size());
     for (std::size_t i = 0; i < pairs.size(); ++i) {
         EXPECT_EQ(bits_of(together[i].flows.changed), bits_of(alone[i])) << i;
         EXPECT_EQ(together[i].change.degrees, pairs[i].degrees);
     }
+}
+
+TEST_F(ResponseTest, AStudyThatIsStoppedHasWhatWasHandedOver) {
+    random.seed(6);
+    write(random_basin());
+    const auto shared = study();
+    const std::vector<ClimateChange> changes(100);
+    StudyPool pool{2};
+    std::size_t taken = 0;
+    evaluate_all(
+        shared, shared->run.RunStart, changes, pool, [&](std::size_t, ClimateResponse) { ++taken; },
+        [&] { return taken >= 20; });
+    EXPECT_GE(taken, 20U);
+    EXPECT_LT(taken, 100U);
+}
+
+TEST(LastSnow, IsTheLastDayOfTheSummerWithAPartOfTheZoneCovered) {
+    SimResults table;
+    table.Zone = {1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3};
+    table.Date = {10, 11, 12, 13, 10, 11, 12, 13, 10, 11, 12, 13};
+    const std::vector<float> cover{1.0F, 0.5F, 0.01F, 0.0F, 1.0F, 0.0F, 0.02F, 0.0F, 1.0F, 0.0F, 0.0F, 0.0F};
+    const LastSnow last = last_snow(table, cover, 10, 3);
+    ASSERT_EQ(last.size(), 3U);
+    EXPECT_EQ(last[0], 11) << "a curve ends by 0.01";
+    EXPECT_EQ(last[1], 12) << "snow that comes back counts";
+    EXPECT_EQ(last[2], std::nullopt) << "the winter does not count";
+}
+
+TEST(FlowFigures, TheMedianDayIsTheFirstByWhichHalfHasPassed) {
+    const std::vector<DayCount> dates{100, 101, 102, 103};
+    EXPECT_EQ(flow_figures(dates, std::vector<double>{1.0, 1.0, 1.0, 1.0}).median_day, 101);
+    EXPECT_EQ(flow_figures(dates, std::vector<double>{1.0, 0.9, 1.0, 1.0}).median_day, 102);
+    EXPECT_EQ(flow_figures(dates, std::vector<double>{5.0, 1.0, 1.0, 1.0}).median_day, 100);
+    EXPECT_EQ(flow_figures(dates, std::vector<double>(4, 0.0)).median_day, std::nullopt);
 }
 
 TEST(FlowFigures, LeaveMissingDaysOut) {

@@ -73,4 +73,11 @@ private:
     return {std::istreambuf_iterator<char>{file}, std::istreambuf_iterator<char>{}};
 }
 
+/// Writes a file anew.
+inline void write_bytes(const std::filesystem::path& path, std::string_view bytes) {
+    std::ofstream file{path, std::ios::binary | std::ios::trunc};
+    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    if (!file) throw std::runtime_error("can't write " + path.string());
+}
+
 }  // namespace nivora
