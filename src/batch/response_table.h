@@ -51,6 +51,7 @@ struct ResponseHead {
     std::string basin;
     std::string simulation;
     DayCount winter_end = 0;
+    DayCount last_day = 0;  ///< of the simulation
     Units units = Units::Metric;
 };
 
