@@ -41,5 +41,9 @@ endforeach()
 get_filename_component(program_folder "${PROGRAM}" DIRECTORY)
 nivora_batch(response "${program_folder}/samples/ellervane.mdb" --simulation ellervane-1997-98 --winter-end 1998-03-31
     --temperature 0..5:0.5 --precipitation 0.7..1.3:0.1 --picture response.png)
+nivora_batch(sample "${program_folder}/samples/ellervane.mdb" --simulation ellervane-1997-98
+    --free "Degree Day Factors:multiply:0.7..1.4:All" --free "Critical Temperature:add:-1..1:All"
+    --free "Recession Coefficient x:multiply:0.9..1.05:All" --runs 5000 --sensitivity --keep "NSE>0.9"
+    --out bands-runs.csv --picture bands.png --size 1600x900 --dpi 192)
 
-file(REMOVE "${FOLDER}/sample.mdb" "${FOLDER}/NVR_DfGN.out")
+file(REMOVE "${FOLDER}/sample.mdb" "${FOLDER}/NVR_DfGN.out" "${FOLDER}/bands-runs.csv")

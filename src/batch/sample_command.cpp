@@ -9,6 +9,7 @@
 #include "batch/output_guard.h"
 #include "batch/progress.h"
 #include "batch/sample_file.h"
+#include "batch/sample_picture.h"
 #include "batch/study_options.h"
 #include "search/sample.h"
 #include "search/study_digest.h"
@@ -17,7 +18,6 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <charconv>
 #include <memory>
 #include <ostream>
 
@@ -25,7 +25,6 @@ namespace nivora {
 namespace {
 
 constexpr std::size_t k_most_sample_runs = 100'000'000;
-constexpr std::size_t k_most_parts = 1'000'000;
 
 /// The objectives of a sample are all measures that there are.
 std::vector<std::string> all_objectives() {
@@ -140,6 +139,49 @@ std::string bands_csv(const StudyProblem& problem, const FlowBands& bands) {
     return text;
 }
 
+std::vector<std::filesystem::path> band_files(const SampleCommand& command) {
+    std::vector<std::filesystem::path> files;
+    if (command.bands) files.push_back(*command.bands);
+    if (command.picture) files.push_back(command.picture->file);
+    return files;
+}
+
+/// Before the work, since it may take hours. @throws FileError
+void refuse_outputs(const SampleCommand& command) {
+    refuse_basin_as_output(command.out, command.study.source.basin);
+    std::vector<std::filesystem::path> taken{command.out};
+    for (const std::filesystem::path& file : band_files(command)) {
+        refuse_basin_as_output(file, command.study.source.basin);
+        if (std::any_of(taken.begin(), taken.end(),
+                        [&](const std::filesystem::path& other) { return same_file(file, other); })) {
+            throw FileError(fmt::format("Two outputs have the same name '{}'. Give each a name of its own.",
+                                        path_text(file)));
+        }
+        // Where the folder can't be written to, this says so.
+        const OutputFile probe{file, taken};
+        taken.push_back(file);
+    }
+}
+
+/// Both files or, where one has no room, none of them.
+void write_band_files(const SampleCommand& command, const StudyProblem& problem, const FlowBands& bands,
+                      const SampleRuns& runs) {
+    const std::vector<std::filesystem::path> never{command.study.source.basin, command.out};
+    std::vector<std::unique_ptr<OutputFile>> files;
+    files.reserve(2);
+    if (command.bands) {
+        files.push_back(std::make_unique<OutputFile>(*command.bands, never));
+        files.back()->write(bands_csv(problem, bands));
+    }
+    if (command.picture) {
+        files.push_back(std::make_unique<OutputFile>(command.picture->file, never));
+        files.back()->write(
+            drawn_bands(band_picture(problem, bands, runs.kept().size(), runs.count()), *command.picture));
+    }
+    for (const auto& file : files) file->complete();
+    for (const auto& file : files) file->finish();
+}
+
 /// Computes the bands of the kept runs. @return false where the user stopped it
 bool write_bands(const SampleCommand& command, const StudyProblem& problem, const SampleDesign& design,
                  const SampleRuns& runs, StudyPool& pool, const Interruption& interruption, std::ostream& out,
@@ -149,12 +191,8 @@ bool write_bands(const SampleCommand& command, const StudyProblem& problem, cons
                                        {.stops = [&] { return interruption.asked(); },
                                         .progress = [&](std::size_t done) { progress.update(done); }});
     if (bands.stopped) return false;
-    write_whole_file(*command.bands, bands_csv(problem, bands), {command.study.source.basin, command.out});
-    out << fmt::format(
-        "\nBands of {} runs: {} of {} measured days ({:.1f} %) lie within the band from 5 to 95 %\n",
-        runs.kept().size(), bands.within, bands.measured_days,
-        100.0 * static_cast<double>(bands.within) /
-            static_cast<double>(std::max<std::size_t>(1, bands.measured_days)));
+    write_band_files(command, problem, bands, runs);
+    out << '\n' << bands_line(runs.kept().size(), bands) << '\n';
     return true;
 }
 
@@ -169,16 +207,15 @@ std::string command_problem(const SampleCommand& command, const SampleDesign& de
         return fmt::format("With --sensitivity the runs stand in groups of {}: at least {} are needed.",
                            design.group(), 2 * design.group());
     }
-    if (command.parts > 1 && command.bands)
+    if (command.parts > 1 && command.needs_bands())
         return "A part of a sample has no bands. Put the parts together with 'gather', then use --resume "
-               "with --bands.";
+               "with --bands or --picture.";
     return {};
 }
 
 int sample(const SampleCommand& command, BatchDialogs& dialogs, std::ostream& out, std::ostream& err,
            bool terminal) {
-    refuse_basin_as_output(command.out, command.study.source.basin);
-    if (command.bands) refuse_basin_as_output(*command.bands, command.study.source.basin);
+    refuse_outputs(command);
     const auto problem = study_problem(command.study, dialogs);
     if (!problem) return k_failed;
     const SampleDesign design{problem->dimensions(), command.study.seed, command.sensitivity};
@@ -189,7 +226,8 @@ int sample(const SampleCommand& command, BatchDialogs& dialogs, std::ostream& ou
     const std::size_t whole = command.runs / design.group() * design.group();
     const RunSpan span = runs_of(design, command.runs, {command.part, command.parts});
     SampleFile file{command.out,
-                    {.basin = study_digest(*problem),
+                    {.kind = "sample",
+                     .basin = study_digest(*problem),
                      .options = sample_options_line(*problem, command),
                      .runs = whole,
                      .span = span},
@@ -224,7 +262,7 @@ int sample(const SampleCommand& command, BatchDialogs& dialogs, std::ostream& ou
     };
     if (runs.count() < span.behind - span.first) return stopped();
     if (command.sensitivity && command.parts == 1) print_sensitivities(*problem, runs, out);
-    if (!command.bands) return k_done;
+    if (!command.needs_bands()) return k_done;
     if (runs.kept().empty()) {
         dialogs.report_problem("No bands", "No run was kept, so that there are no bands.");
         return k_failed;
@@ -236,26 +274,6 @@ int sample(const SampleCommand& command, BatchDialogs& dialogs, std::ostream& ou
 std::string keep_problem(const std::string& text) {
     const auto rule = read_keep_rule(text);
     return std::holds_alternative<std::string>(rule) ? std::get<std::string>(rule) : std::string{};
-}
-
-/// "3/16". @return nothing for any other text
-std::optional<SampleShare> read_share(std::string_view text) {
-    const std::size_t slash = text.find('/');
-    if (slash == std::string_view::npos) return std::nullopt;
-    const auto whole = [](std::string_view part) -> std::optional<std::size_t> {
-        std::size_t number = 0;
-        const auto [end, error] = std::from_chars(part.data(), part.data() + part.size(), number);
-        if (error != std::errc{} || end != part.data() + part.size()) return std::nullopt;
-        return number;
-    };
-    const auto number = whole(text.substr(0, slash));
-    const auto parts = whole(text.substr(slash + 1));
-    if (!number || !parts || *number < 1 || *number > *parts || *parts > k_most_parts) return std::nullopt;
-    return SampleShare{*number, *parts};
-}
-
-std::string share_problem(const std::string& text) {
-    return read_share(text) ? std::string{} : "'" + text + "' is not a share such as 3/16";
 }
 
 }  // namespace
@@ -278,6 +296,7 @@ struct SampleTexts {
     std::vector<std::string> keep;
     std::string out;
     std::string bands;
+    BandPictureTexts picture;
     bool resume = false;
 };
 
@@ -301,11 +320,10 @@ SampleOptions::SampleOptions(CLI::App& app)
     command_->add_option(
         "--bands", texts_->bands,
         "CSV with the 5, 25, 50, 75 and 95 % quantiles of the kept runs' discharge for each day");
+    add_picture_options(*command_, texts_->picture);
     command_->add_flag("--sensitivity", texts_->sensitivity,
                        "Choose the runs so that they give sensitivity indices, and print these");
-    command_->add_option("--share", texts_->share, "Compute one of several parts, such as 3/16")
-        ->check(CLI::Validator(share_problem, "PART"))
-        ->capture_default_str();
+    add_share_option(*command_, texts_->share);
     command_->add_flag("--resume", texts_->resume,
                        "Go on with a sample that was stopped, with the same options, or add its bands");
 }
@@ -325,6 +343,7 @@ SampleCommand SampleOptions::command(std::chrono::milliseconds wait) const {
         command.keep.push_back(std::get<KeepRule>(read_keep_rule(text)));
     command.out = path_from_utf8(texts_->out);
     if (command_->count("--bands") > 0) command.bands = path_from_utf8(texts_->bands);
+    command.picture = picture_of(texts_->picture);
     command.resume = texts_->resume;
     return command;
 }
@@ -346,9 +365,9 @@ struct GatherTexts {
 
 GatherOptions::GatherOptions(CLI::App& app)
     : texts_(std::make_unique<GatherTexts>()),
-      command_(app.add_subcommand("gather", "Put the parts of a sample together")) {
+      command_(app.add_subcommand("gather", "Put the parts of a sample or of a response together")) {
     command_->add_option("PART.csv", texts_->parts, "The files of all parts")->required();
-    command_->add_option("--out", texts_->out, "CSV with a line for each run")->required();
+    command_->add_option("--out", texts_->out, "CSV of the whole")->required();
 }
 
 GatherOptions::~GatherOptions() = default;
@@ -357,8 +376,9 @@ int GatherOptions::run(BatchDialogs& dialogs, std::ostream& out) const {
     std::vector<std::filesystem::path> parts;
     for (const std::string& part : texts_->parts) parts.push_back(path_from_utf8(part));
     try {
-        out << fmt::format("{} runs of {} parts\n", gather_samples(parts, path_from_utf8(texts_->out)),
-                           parts.size());
+        const StudyTitle whole = gather_parts(parts, path_from_utf8(texts_->out));
+        out << fmt::format("{} {} of {} parts\n", whole.runs,
+                           whole.kind == "response" ? "evaluations" : "runs", parts.size());
         return k_done;
     } catch (const FileError& error) {
         dialogs.report_problem("The parts can't be put together", error.what());

@@ -2,6 +2,7 @@
 // together.
 #pragma once
 
+#include "batch/sample_picture.h"
 #include "batch/study_command.h"
 
 #include <CLI/CLI.hpp>
@@ -32,7 +33,10 @@ struct SampleCommand {
     std::vector<KeepRule> keep;
     std::filesystem::path out;                   ///< CSV, a line a run
     std::optional<std::filesystem::path> bands;  ///< CSV, a line a day
+    std::optional<BandPictureFile> picture;      ///< of the bands
     bool resume = false;
+
+    [[nodiscard]] bool needs_bands() const { return bands || picture; }
 };
 
 struct SampleTexts;
