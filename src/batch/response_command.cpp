@@ -49,7 +49,6 @@ std::optional<ResponseStudy> read_study(const ResponseCommand& command, BatchDia
     ResponseStudy study{.head = {.basin = session.basin.basin_name,
                                  .simulation = session.basin.Current_Sim_Name,
                                  .winter_end = read_iso_date(command.winter_end).value_or(0),
-                                 .last_day = 0,
                                  .units = session.basin.Units_Code},
                         .basin = std::get<std::shared_ptr<const StudyBasin>>(read),
                         .pairs = all_pairs(command.temperature, command.precipitation),
@@ -59,7 +58,6 @@ std::optional<ResponseStudy> read_study(const ResponseCommand& command, BatchDia
         dialogs.report_problem("Invalid dates", problem);
         return std::nullopt;
     }
-    study.head.last_day = study.basin->run.RunEnd;
     study.span = part_of(study.pairs.size(), command.share);
     return study;
 }

@@ -102,11 +102,9 @@ std::vector<ResponsePicture> response_pictures(const ResponseHead& head,
     const std::size_t zones = points.empty() ? 0 : points.front().changed.snow.size();
     for (std::size_t zone = 0; zone < zones; ++zone) {
         const std::string letter = zone_letter(static_cast<int>(zone) + 1);
-        // Snow on the last day of the simulation has no last day: lines to that day would be made up.
         pictures.add("last-snow-" + letter, "Last day of snow in zone " + letter, ContourValues::Days,
-                     [zone, end = head.last_day](const ResponseFigures& each) {
-                         const bool known = zone < each.snow.size() && each.snow[zone] != end;
-                         return known ? day_number(each.snow[zone]) : std::nullopt;
+                     [zone](const ResponseFigures& each) {
+                         return zone < each.snow.size() ? day_number(each.snow[zone]) : std::nullopt;
                      });
     }
     return std::move(pictures.made);

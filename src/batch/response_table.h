@@ -51,7 +51,6 @@ struct ResponseHead {
     std::string basin;
     std::string simulation;
     DayCount winter_end = 0;
-    DayCount last_day = 0;  ///< of the simulation
     Units units = Units::Metric;
 };
 

@@ -130,12 +130,19 @@ void evaluate_all(const std::shared_ptr<const StudyBasin>& study, DayCount winte
 LastSnow last_snow(const SimResults& table, Column cover, DayCount winter_end, int zones) {
     constexpr float k_least_cover = 0.01F;
     LastSnow last(static_cast<std::size_t>(zones));
+    std::vector<bool> bare(last.size(), false);
     for (std::size_t row = 0; row < table.Date.size(); ++row) {
         const int zone = table.Zone[row];
-        if (zone < 1 || zone > zones || table.Date[row] <= winter_end || !(cover[row] > k_least_cover))
-            continue;
-        auto& day = last[static_cast<std::size_t>(zone) - 1];
-        if (!day || table.Date[row] > *day) day = table.Date[row];
+        if (zone < 1 || zone > zones || table.Date[row] <= winter_end || is_missing(cover[row])) continue;
+        const std::size_t index = static_cast<std::size_t>(zone) - 1;
+        if (bare[index]) continue;
+        if (cover[row] > k_least_cover)
+            last[index] = table.Date[row];
+        else
+            bare[index] = true;
+    }
+    for (std::size_t zone = 0; zone < last.size(); ++zone) {
+        if (!bare[zone]) last[zone].reset();
     }
     return last;
 }

@@ -28,7 +28,7 @@ struct ClimateFlows {
     std::vector<double> changed;
 };
 
-/// The last day of snow in a zone; nothing for a zone that has none in the summer.
+/// The last day of snow by zone; nothing where snow never was or never goes, see last_snow.
 using LastSnow = std::vector<std::optional<DayCount>>;
 
 /// What a changed climate does.
@@ -91,9 +91,14 @@ struct FlowFigures {
     double highest = k_missing;  ///< m³/s or ft³/s; NaN without days
 };
 
-/// The last day of the summer on which a zone's cover is above 0.01, by which a curve ends.
+/// The day before the first bare day of the summer, for each zone. A day is bare if the cover is not above
+/// 0.01: with that cover step 5 closes the curve of a changed climate, on its first bare day. Nothing for a
+/// zone that is bare on the first day of the summer, and for one that has snow on all its days. Snow that
+/// falls on bare ground later, such as that of the next winter, does not count: it is no part of a depletion
+/// curve, so that a changed climate never has it.
 ///
-/// @param cover by row of the table
+/// @param table with the days of a zone in order
+/// @param cover by row of the table; days without a value are left out
 [[nodiscard]] LastSnow last_snow(const SimResults& table, Column cover, DayCount winter_end, int zones);
 
 /// @param flow by day; missing days are left out

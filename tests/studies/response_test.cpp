@@ -202,16 +202,41 @@ TEST_F(ResponseTest, AStudyThatIsStoppedHasWhatWasHandedOver) {
     EXPECT_LT(taken, 100U);
 }
 
-TEST(LastSnow, IsTheLastDayOfTheSummerWithAPartOfTheZoneCovered) {
+/// The last days of snow of zones with these covers on days 10 to 13, of which the first is the winter.
+LastSnow last_snow_of(const std::vector<std::vector<float>>& covers) {
     SimResults table;
-    table.Zone = {1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3};
-    table.Date = {10, 11, 12, 13, 10, 11, 12, 13, 10, 11, 12, 13};
-    const std::vector<float> cover{1.0F, 0.5F, 0.01F, 0.0F, 1.0F, 0.0F, 0.02F, 0.0F, 1.0F, 0.0F, 0.0F, 0.0F};
-    const LastSnow last = last_snow(table, cover, 10, 3);
+    std::vector<float> cover;
+    for (std::size_t zone = 0; zone < covers.size(); ++zone) {
+        for (std::size_t day = 0; day < covers[zone].size(); ++day) {
+            table.Zone.push_back(static_cast<std::int16_t>(zone + 1));
+            table.Date.push_back(10 + static_cast<DayCount>(day));
+            cover.push_back(covers[zone][day]);
+        }
+    }
+    return last_snow(table, cover, 10, static_cast<int>(covers.size()));
+}
+
+TEST(LastSnow, IsTheDayBeforeTheFirstBareDayOfTheSummer) {
+    const LastSnow last =
+        last_snow_of({{1.0F, 0.5F, 0.2F, 0.0F}, {1.0F, 0.5F, 0.01F, 0.0F}, {0.0F, 0.011F, 0.0F, 0.0F}});
     ASSERT_EQ(last.size(), 3U);
-    EXPECT_EQ(last[0], 11) << "a curve ends by 0.01";
-    EXPECT_EQ(last[1], 12) << "snow that comes back counts";
-    EXPECT_EQ(last[2], std::nullopt) << "the winter does not count";
+    EXPECT_EQ(last[0], 12);
+    EXPECT_EQ(last[1], 11) << "a curve is closed with 0.01 on its first bare day";
+    EXPECT_EQ(last[2], 11);
+}
+
+TEST(LastSnow, DoesNotWaitForTheSnowOfTheNextWinter) {
+    const LastSnow last = last_snow_of({{1.0F, 0.5F, 0.0F, 0.4F}, {1.0F, 0.0F, 0.0F, 0.4F}});
+    EXPECT_EQ(last[0], 11);
+    EXPECT_EQ(last[1], std::nullopt) << "bare from the first day of the summer on";
+}
+
+TEST(LastSnow, IsMissingWhereSnowNeverWasOrNeverGoes) {
+    const LastSnow last =
+        last_snow_of({{0.0F, 0.0F, 0.0F, 0.0F}, {1.0F, 0.0F, 0.0F, 0.0F}, {1.0F, 1.0F, 0.5F, 0.02F}});
+    for (const auto& zone : last) EXPECT_EQ(zone, std::nullopt);
+    const LastSnow gap = last_snow_of({{1.0F, 0.5F, k_missing, 0.0F}});
+    EXPECT_EQ(gap[0], 11) << "a day without a value is neither bare nor covered";
 }
 
 TEST(FlowFigures, TheMedianDayIsTheFirstByWhichHalfHasPassed) {
