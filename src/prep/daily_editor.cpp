@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <span>
 
 namespace nivora {
 namespace {
@@ -229,6 +231,8 @@ struct DailyEditor::Content {
     DailyEdits* unsaved = nullptr;  ///< null once nothing is unsaved any more
     UndoSteps<Step> steps;
     std::optional<Step> open_step;  ///< the changes that are made together
+    /// The values of each zone that was changed, from before its first change.
+    std::map<int, std::vector<double>> opened;
 
     void note_step(Step step) {
         if (step.cells.empty()) return;
@@ -237,6 +241,7 @@ struct DailyEditor::Content {
     }
     /// Stores a value that the field can hold.
     void put(std::size_t row, std::size_t column, double value) {
+        opened.try_emplace(zone, days.values);
         fields.store(days.rows[row], column - 1, value);
         days.values.at(cell(row, column)) = value;
     }
@@ -379,12 +384,39 @@ void DailyEditor::mass_edit(MassEdit edit, std::size_t column, std::size_t first
         if (!same_value(content.days.values[at], days.values[at]))
             step.add(row, column, content.days.values[at], days.values[at]);
     }
+    content.opened.try_emplace(content.zone, std::move(content.days.values));
     content.days = std::move(days);
     end_step();
     content.note_step(std::move(step));
     if (content.unsaved != nullptr)
         content.unsaved->add_mass_edit(content.columns[column].field, content.zone, dates, edit,
                                        *exact_factor);
+}
+
+bool DailyEditor::differs(std::size_t row, std::size_t column) const {
+    const auto before = content_->opened.find(content_->zone);
+    if (column == 0 || before == content_->opened.end()) return false;
+    const std::size_t at = content_->cell(row, column);
+    return !same_value(before->second.at(at), content_->days.values.at(at));
+}
+
+std::vector<int> DailyEditor::changed_zones() const {
+    std::vector<int> zones;
+    for (const auto& [zone, before] : content_->opened) {
+        const auto now = zone == content_->zone ? content_->days : content_->fields.read(zone);
+        if (!std::equal(before.begin(), before.end(), now.values.begin(), now.values.end(), same_value))
+            zones.push_back(zone);
+    }
+    return zones;
+}
+
+std::map<DayCount, double> DailyEditor::computed_flow() {
+    std::map<DayCount, double> flow;
+    if (!content_->database.has_table(k_sim_results)) return flow;
+    const std::vector<Field> fields{{"DailyQ", FieldType::Double}};
+    visit_days(content_->database, k_sim_results, fields, 1,
+               [&](int, DayCount day, std::span<const double> values) { flow[day] = values.front(); });
+    return flow;
 }
 
 bool DailyEditor::changed() const {

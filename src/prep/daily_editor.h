@@ -7,6 +7,7 @@
 #include "store/database.h"
 
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -108,6 +109,14 @@ public:
     /// dates, and if a result does not fit its field
     void mass_edit(MassEdit edit, std::size_t column, std::size_t first_row, std::size_t last_row,
                    float factor);
+
+    /// Whether a cell of the shown zone holds another value than when the editor was opened.
+    [[nodiscard]] bool differs(std::size_t row, std::size_t column) const;
+    /// The zones that hold such cells.
+    [[nodiscard]] std::vector<int> changed_zones() const;
+    /// The discharge that the last run computed, by day; empty if the file has no results.
+    /// @throws StoreError
+    [[nodiscard]] std::map<DayCount, double> computed_flow();
 
     /// Whether a change since the editor was opened is not undone.
     [[nodiscard]] bool changed() const;

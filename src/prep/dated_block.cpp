@@ -30,7 +30,7 @@ std::optional<std::size_t> column_of(std::string_view heading, const std::vector
 using ColumnMap = std::vector<std::optional<std::size_t>>;
 
 ColumnMap map_columns(const DatedBlock& block, const std::vector<DailyColumn>& columns,
-                      std::size_t active_column) {
+                      std::span<const std::size_t> from_active) {
     std::size_t widest = block.headings.size();
     for (const auto& line : block.values) widest = std::max(widest, line.size());
     ColumnMap map(widest);
@@ -38,8 +38,7 @@ ColumnMap map_columns(const DatedBlock& block, const std::vector<DailyColumn>& c
     const bool named =
         std::any_of(map.begin(), map.end(), [](const auto& column) { return column.has_value(); });
     if (named) return map;
-    const std::size_t first = std::max<std::size_t>(1, active_column);
-    for (std::size_t i = 0; i < widest && first + i < columns.size(); ++i) map[i] = first + i;
+    for (std::size_t i = 0; i < std::min(widest, from_active.size()); ++i) map[i] = from_active[i];
     return map;
 }
 
@@ -92,17 +91,33 @@ std::optional<DatedBlock> read_dated_block(const CellBlock& block) {
 }
 
 DatedPlaces place_by_date(const DatedBlock& block, const DailyEditor& table, std::size_t active_column) {
+    std::vector<std::size_t> seen;
+    seen.reserve(table.columns().size());
+    for (std::size_t column = 1; column < table.columns().size(); ++column) seen.push_back(column);
+    const std::size_t before = std::min(std::max<std::size_t>(1, active_column) - 1, seen.size());
+    return place_by_date(block, table, seen, std::span{seen}.subspan(before));
+}
+
+DatedPlaces place_by_date(const DatedBlock& block, const DailyEditor& table,
+                          std::span<const std::size_t> seen, std::span<const std::size_t> from_active) {
     std::unordered_map<DayCount, std::size_t> row_of;
     for (std::size_t row = 0; row < table.rows(); ++row) row_of.emplace(table.date(row), row);
     const auto& columns = table.columns();
-    const ColumnMap map = map_columns(block, columns, active_column);
+    ColumnMap map = map_columns(block, columns, from_active);
     DatedPlaces places;
     places.duplicate = duplicate_column(block, map, columns);
+    std::vector<bool> is_hidden(map.size());
+    for (std::size_t i = 0; i < map.size(); ++i) {
+        if (!map[i] || std::find(seen.begin(), seen.end(), *map[i]) != seen.end()) continue;
+        places.hidden.push_back(columns[*map[i]].header);
+        is_hidden[i] = true;
+        map[i].reset();
+    }
     std::unordered_map<DayCount, std::size_t> line_of;
     for (std::size_t i = 0; i < map.size(); ++i) {
         if (map[i]) {
             places.headers.push_back(columns[*map[i]].header);
-        } else {
+        } else if (!is_hidden[i]) {
             places.unknown.push_back(i < block.headings.size() ? block.headings[i] : std::string{});
         }
     }
@@ -148,6 +163,8 @@ Message dated_paste_question(const DatedPlaces& places) {
                 (places.other_days == 1 ? "is" : "are") + " not in this table.";
     if (!places.unknown.empty())
         text += "\nThese headings name no column of this table: " + joined(places.unknown) + ".";
+    if (!places.hidden.empty())
+        text += "\nThese columns are hidden and get no values: " + joined(places.hidden) + ".";
     text += "\nPaste each value at its date? No pastes them cell by cell from the active cell.";
     return {.text = text,
             .title = "Paste by date",

@@ -6,6 +6,7 @@
 #include "prep/daily_editor.h"
 
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -34,6 +35,7 @@ struct DatedPlaces {
     std::vector<DatedValue> values;
     std::vector<std::string> headers;  ///< of the columns that get values
     std::vector<std::string> unknown;  ///< headings that name no column of the table
+    std::vector<std::string> hidden;   ///< headers of named columns that are not seen, which get no values
     std::size_t days = 0;              ///< dates that are days of the table
     std::size_t other_days = 0;        ///< dates that are not
     DayCount first = 0;                ///< the earliest and the latest of its days
@@ -47,6 +49,14 @@ struct DatedPlaces {
 /// brackets. If no heading names a column, the columns are placed side by side from the active one on.
 [[nodiscard]] DatedPlaces place_by_date(const DatedBlock& block, const DailyEditor& table,
                                         std::size_t active_column);
+
+/// The same in a table of which the user sees only some columns, in some order. No other gets values.
+///
+/// @param seen the seen columns other than the date, from the left to the right
+/// @param from_active those of them from the active one on
+[[nodiscard]] DatedPlaces place_by_date(const DatedBlock& block, const DailyEditor& table,
+                                        std::span<const std::size_t> seen,
+                                        std::span<const std::size_t> from_active);
 
 /// The offer to paste by date: Yes does so, No pastes cell by cell, Cancel nothing. A block with two values
 /// for one cell is refused: OK pastes it cell by cell, Cancel nothing.

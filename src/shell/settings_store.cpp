@@ -48,6 +48,22 @@ void save_lines(QSettings& store, const LineTable& lines) {
     }
 }
 
+QString columns_group() { return startup("Columns"); }
+
+void load_columns(QSettings& store, std::map<std::string, std::string>& columns) {
+    store.beginGroup(columns_group());
+    for (const QString& view : store.childKeys()) {
+        const std::string kept = from_qt(store.value(view).toString());
+        if (!kept.empty()) columns[from_qt(view)] = kept;
+    }
+    store.endGroup();
+}
+
+void save_columns(QSettings& store, const std::map<std::string, std::string>& columns) {
+    for (const auto& [view, kept] : columns)
+        if (!kept.empty()) store.setValue(columns_group() + QLatin1Char('/') + to_qt(view), to_qt(kept));
+}
+
 constexpr std::array<const char*, 4> k_margins{"mLeft:", "mTop:", "mRight:", "mBottom:"};
 
 }  // namespace
@@ -76,6 +92,7 @@ Settings Load_Settings(QSettings& store) {
         settings.places.at(window).width = number(store, place_name(window, "Width:"));
     }
     load_lines(store, settings.lines);
+    load_columns(store, settings.columns);
     for (std::size_t entry = 1; entry <= k_most_recent_files; ++entry) {
         const QString file = store.value(QStringLiteral("Recent Files/%1").arg(entry)).toString();
         if (file.isEmpty()) break;
@@ -105,6 +122,7 @@ void Save_Settings(QSettings& store, const Settings& settings) {
         if (place.width) store.setValue(place_name(window, "Width:"), *place.width);
     }
     save_lines(store, settings.lines);
+    save_columns(store, settings.columns);
     Save_Recent_Files(store, settings);
 }
 

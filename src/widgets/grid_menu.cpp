@@ -9,8 +9,8 @@ namespace nivora {
 QAction* add_grid_entry(QMenu& menu, const char* name, const char* caption, const QKeySequence& keys,
                         bool enabled, const std::function<void()>& act, QAction* before) {
     // The key stands in the text: as a shortcut of the entry it would compete with the grid's own key.
-    const QString text =
-        QString::fromUtf8(caption) + QLatin1Char('\t') + keys.toString(QKeySequence::NativeText);
+    QString text = QString::fromUtf8(caption);
+    if (!keys.isEmpty()) text += QLatin1Char('\t') + keys.toString(QKeySequence::NativeText);
     auto* entry = new QAction(text, &menu);
     QObject::connect(entry, &QAction::triggered, entry, act);
     menu.insertAction(before, entry);

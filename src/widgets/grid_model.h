@@ -36,6 +36,8 @@ struct OfferedPaste {
 
 /// The role of the unit of a column in its header.
 inline constexpr int k_unit_role = Qt::UserRole + 1;
+/// The role of a column's place before the user hid or moved any, from 0.
+inline constexpr int k_column_role = Qt::UserRole + 2;
 
 /// The cells of one grid. Rows and columns count from 0. A model says what its cells hold and stores texts in
 /// them; the view does everything else.

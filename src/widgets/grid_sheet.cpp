@@ -45,14 +45,18 @@ std::optional<CellRange> selected_block(const GridView& grid) {
 
 PrintedSheet sheet_of(const GridView& grid, const std::optional<CellRange>& block) {
     const GridModel& cells = grid.cells();
+    if (cells.columnCount() == 0) return sheet_of(cells, 0, -1, {});
+    const CellRange range = block.value_or(whole(grid));
+    return sheet_of(cells, range.first_row, range.last_row, printed_columns(grid, range));
+}
+
+PrintedSheet sheet_of(const GridModel& cells, int first_row, int last_row, const std::vector<int>& columns) {
     PrintedSheet sheet;
     sheet.key_columns = 1;
-    if (cells.columnCount() == 0) return sheet;
-    const CellRange range = block.value_or(whole(grid));
-    const std::vector<int> columns = printed_columns(grid, range);
-    for (const int column : columns) sheet.columns.push_back(column_of(cells, range.first_row, column));
-    sheet.rows.reserve(static_cast<std::size_t>(std::max(0, range.rows())));
-    for (int row = range.first_row; row <= range.last_row; ++row) {
+    sheet.columns.reserve(columns.size());
+    for (const int column : columns) sheet.columns.push_back(column_of(cells, first_row, column));
+    sheet.rows.reserve(static_cast<std::size_t>(std::max(0, last_row - first_row + 1)));
+    for (int row = first_row; row <= last_row; ++row) {
         auto& texts = sheet.rows.emplace_back();
         texts.reserve(columns.size());
         for (const int column : columns) texts.push_back(from_qt(cells.text(row, column)));

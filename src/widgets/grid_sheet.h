@@ -13,6 +13,10 @@ namespace nivora {
 /// printed in either case. Numbers are right-aligned; a short unit is printed below its column's header.
 [[nodiscard]] PrintedSheet sheet_of(const GridView& grid, const std::optional<CellRange>& block = {});
 
+/// Columns of a table, in this order, from one row to another.
+[[nodiscard]] PrintedSheet sheet_of(const GridModel& cells, int first_row, int last_row,
+                                    const std::vector<int>& columns);
+
 /// The question before a large print of a grid; nothing before a smaller one.
 [[nodiscard]] std::optional<Message> large_print_question(const GridView& grid);
 

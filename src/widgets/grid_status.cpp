@@ -1,10 +1,10 @@
 #include "widgets/grid_status.h"
 
+#include "widgets/fitted_label.h"
 #include "widgets/grid_sums.h"
 #include "widgets/grid_view.h"
 
 #include <QApplication>
-#include <QLabel>
 #include <QStatusBar>
 
 namespace nivora {
@@ -15,13 +15,13 @@ constexpr int k_shown_milliseconds = 30'000;
 }  // namespace
 
 GridStatus::GridStatus(QStatusBar* bar)
-    : QObject(bar), bar_(bar), unit_(new QLabel(bar)), sums_(new QLabel(bar)) {
+    : QObject(bar), bar_(bar), unit_(new FittedLabel(bar)), sums_(new FittedLabel(bar)) {
     unit_->setObjectName(QStringLiteral("unitPanel"));
     sums_->setObjectName(QStringLiteral("sumsPanel"));
     sums_->setAccessibleName(QStringLiteral("Sums of the selected numbers"));
-    for (QLabel* panel : {unit_, sums_}) {
+    for (FittedLabel* panel : {unit_, sums_}) {
         panel->setTextFormat(Qt::PlainText);
-        // A long text is cut rather than widening the window.
+        // A long text is shortened rather than widening the window.
         panel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     }
     // It gets more room than the file at its left, whose name can be shortened in the middle.
@@ -60,8 +60,7 @@ void GridStatus::watch(GridView* grid) {
 void GridStatus::show_unit(const GridView* grid) {
     const int column = grid->currentIndex().column();
     const bool told = column >= 0 && !grid->cells().unit(column).isEmpty();
-    unit_->setText(told ? grid->cells().tip(column) : QString{});
-    unit_->setToolTip(unit_->text());
+    unit_->set_forms(told ? QStringList{grid->cells().tip(column)} : QStringList{});
 }
 
 void GridStatus::ask_sums(GridView* grid) {
@@ -74,8 +73,7 @@ void GridStatus::show_sums() {
     // The bar hides its parts while it shows a message.
     if (!bar_->currentMessage().isEmpty()) return;
     const bool wanted = summed_ != nullptr && summed_->selectionBehavior() != QAbstractItemView::SelectRows;
-    sums_->setText(wanted ? sums_text(sums_of_selection(*summed_)) : QString{});
-    sums_->setToolTip(sums_->text());
+    sums_->set_forms(wanted ? sums_texts(sums_of_selection(*summed_)) : QStringList{});
     sums_->setVisible(!sums_->text().isEmpty());
 }
 

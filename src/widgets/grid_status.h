@@ -6,11 +6,11 @@
 #include <QPointer>
 #include <QTimer>
 
-class QLabel;
 class QStatusBar;
 
 namespace nivora {
 
+class FittedLabel;
 class GridView;
 
 /// Watches grids of one window. The unit is shown beside the basin's file, and beside it the sums if more
@@ -31,8 +31,8 @@ private:
     void show_refusal(const GridView* grid, int row, int column, const QString& text);
 
     QStatusBar* bar_;
-    QLabel* unit_;
-    QLabel* sums_;
+    FittedLabel* unit_;
+    FittedLabel* sums_;
     QPointer<GridView> summed_;  ///< the grid whose sums are shown
     QTimer sums_wanted_;         ///< several changes of one moment are summed once
 };

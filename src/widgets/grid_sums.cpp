@@ -55,4 +55,17 @@ QString sums_text(const GridSums& sums) {
              figure(sums.sum / static_cast<double>(sums.count)), figure(sums.least), figure(sums.most));
 }
 
+QStringList sums_texts(const GridSums& sums) {
+    if (sums.count < 2) return {};
+    const QString count = QString::number(sums.count);
+    const QString sum = figure(sums.sum);
+    const QString mean = figure(sums.sum / static_cast<double>(sums.count));
+    const QString least = figure(sums.least);
+    const QString most = figure(sums.most);
+    return {sums_text(sums),
+            QStringLiteral("%1 numbers  Sum %2  Mean %3  Min %4  Max %5").arg(count, sum, mean, least, most),
+            QStringLiteral("Sum %1  Mean %2  Min %3  Max %4").arg(sum, mean, least, most),
+            QStringLiteral("Sum %1  Mean %2").arg(sum, mean), QStringLiteral("Sum %1").arg(sum)};
+}
+
 }  // namespace nivora

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <cstddef>
 
 namespace nivora {
@@ -20,5 +21,9 @@ struct GridSums {
 
 /// The sums as the status bar shows them, with up to four decimals; empty for fewer than two numbers.
 [[nodiscard]] QString sums_text(const GridSums& sums);
+
+/// The same in fewer and fewer words for less and less room, the whole text first: the count goes first, then
+/// minimum and maximum, then the mean. None for fewer than two numbers.
+[[nodiscard]] QStringList sums_texts(const GridSums& sums);
 
 }  // namespace nivora

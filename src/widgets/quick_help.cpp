@@ -75,7 +75,8 @@ std::optional<CellHelp> help_of_cell(QWidget* widget, const QEvent* event) {
     if (columns.isValid()) {
         const int column = clicked ? grid->columnAt(at.x()) : grid->currentIndex().column();
         if (column >= 0) {
-            return CellHelp{columns.toInt() + column + 1,
+            const QVariant told = grid->model()->headerData(column, Qt::Horizontal, k_column_role);
+            return CellHelp{columns.toInt() + (told.isValid() ? told.toInt() : column) + 1,
                             grid->model()->headerData(column, Qt::Horizontal, k_unit_role).toString()};
         }
     }

@@ -46,7 +46,7 @@ inline constexpr const char* k_help_line = "helpLine";
 /// The property of a widget with a help line that holds the unit of its number in this basin.
 inline constexpr const char* k_help_unit = "helpUnit";
 /// The property of a grid whose columns explain themselves: the help line of column c, from 1, is this number
-/// plus c.
+/// plus c. A grid whose columns the user arranges says in the header's k_column_role which one it is.
 inline constexpr const char* k_help_columns = "helpColumns";
 /// The property of a grid whose rows explain themselves: the help line of row r, from 1, is this number plus
 /// r; or a list holds the line of each row.

@@ -44,7 +44,9 @@ TEST_F(SettingsStoreTest, EveryKeptValueIsReadBack) {
     settings.places[3].left = -12;
     settings.lines[14] = {2, 255, 3, 4};
     settings.recent_files = {"/b/Ötztal #1 100%.mdb", "/a/x y.mdb"};
+    settings.columns = {{"Results", "Date -TMax ActualQ"}, {"Variables", ""}};
     const Settings read = saved_and_read(settings);
+    EXPECT_EQ(read.columns, (std::map<std::string, std::string>{{"Results", "Date -TMax ActualQ"}}));
     EXPECT_FALSE(read.show_splash);
     EXPECT_EQ(read.page.margins, settings.page.margins);
     EXPECT_EQ(read.page.orientation, 2);
