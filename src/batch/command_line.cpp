@@ -5,6 +5,7 @@
 #include "base/version.h"
 #include "batch/calibrate_command.h"
 #include "batch/commands.h"
+#include "batch/definition_command.h"
 #include "batch/evaluate_options.h"
 #include "batch/load_command.h"
 #include "batch/plot_options.h"
@@ -446,6 +447,22 @@ CLI::App& add_salvage(CLI::App& app, Texts& texts) {
     return salvage;
 }
 
+CLI::App& add_new(CLI::App& app, Texts& texts) {
+    CLI::App& made = *app.add_subcommand(
+        "new", "Make a basin by a definition: its name, units, zones, simulations and scenarios, as JSON");
+    made.add_option("BASIN.mdb", texts.basin, "Basin file to write; it must not exist")->required();
+    made.add_option("--definition", texts.file, "Definition in the form that the command definition prints")
+        ->required();
+    return made;
+}
+
+CLI::App& add_definition(CLI::App& app, Texts& texts) {
+    CLI::App& definition =
+        *app.add_subcommand("definition", "Print the definition of a basin as JSON, for the command new");
+    definition.add_option("BASIN.mdb", texts.basin, "Basin file; it is not changed")->required();
+    return definition;
+}
+
 CLI::App& add_template(CLI::App& app, Texts& texts) {
     CLI::App& blank = *app.add_subcommand("template", "Write the blank template of all basins to a new file");
     blank.add_option("FILE.mdb", texts.file, "File to write; it must not exist")->required();
@@ -484,6 +501,8 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
     const GatherOptions gather{app};
     CLI::App& exported = add_export(app, texts);
     const LoadOptions load{app};
+    CLI::App& made = add_new(app, texts);
+    CLI::App& definition = add_definition(app, texts);
     CLI::App& blank = add_template(app, texts);
     CLI::App& check = add_check(app, texts);
     CLI::App& salvage = add_salvage(app, texts);
@@ -516,6 +535,10 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
         if (scenario.parsed()) return scenario_command(scenario_of(texts, scenario), dialogs, out);
         if (exported.parsed()) return export_command(export_of(texts), dialogs);
         if (load.app().parsed()) return load_command(load.command(texts.waiting()), dialogs, out);
+        if (made.parsed())
+            return new_command(path_from_utf8(texts.basin), path_from_utf8(texts.file), dialogs, out);
+        if (definition.parsed())
+            return definition_command(path_from_utf8(texts.basin), texts.waiting(), dialogs, out);
         if (simulations.parsed()) return simulations_of(texts, simulations, dialogs, out);
         if (check.parsed() && texts.data) {
             return check_data_command(path_from_utf8(texts.basin), texts.json, texts.waiting(), dialogs, out);
