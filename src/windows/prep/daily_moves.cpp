@@ -25,6 +25,8 @@ constexpr const char* k_date_title = "Go to date";
 QKeySequence date_key() { return Qt::CTRL | Qt::Key_G; }
 QKeySequence next_key() { return Qt::Key_F3; }
 QKeySequence previous_key() { return Qt::SHIFT | Qt::Key_F3; }
+QKeySequence next_changed_key() { return Qt::CTRL | Qt::Key_F3; }
+QKeySequence previous_changed_key() { return Qt::CTRL | Qt::SHIFT | Qt::Key_F3; }
 
 /// Why the table has no such day.
 std::string outside_text(DayCount date, int zone, const Period& days) {
@@ -42,6 +44,10 @@ DailyMoves::DailyMoves(NivoraWindow& window, GridView& grid, const DailyModel& d
     connect(new_window_key(window, next_key()), &QAction::triggered, this, [this] { go_to_missing(true); });
     connect(new_window_key(window, previous_key()), &QAction::triggered, this,
             [this] { go_to_missing(false); });
+    connect(new_window_key(window, next_changed_key()), &QAction::triggered, this,
+            [this] { go_to_changed(true); });
+    connect(new_window_key(window, previous_changed_key()), &QAction::triggered, this,
+            [this] { go_to_changed(false); });
     connect(&grid, &GridView::menu_asked, this, &DailyMoves::add_entries);
 }
 
@@ -54,6 +60,10 @@ void DailyMoves::add_entries(QMenu* menu) {
                    [this] { go_to_missing(true); });
     add_grid_entry(*menu, "gridPreviousMissing", "P&revious missing value", previous_key(), numbers,
                    [this] { go_to_missing(false); });
+    add_grid_entry(*menu, "gridNextChanged", "Ne&xt changed value", next_changed_key(),
+                   days_.days().has_value(), [this] { go_to_changed(true); });
+    add_grid_entry(*menu, "gridPreviousChanged", "Pre&vious changed value", previous_changed_key(),
+                   days_.days().has_value(), [this] { go_to_changed(false); });
 }
 
 void DailyMoves::go_to_row(int row) {
@@ -99,6 +109,39 @@ void DailyMoves::go_to_missing(bool forward) {
     if (!found->wrapped) return show({});
     show(column + (forward ? QStringLiteral(": went on at the first day.")
                            : QStringLiteral(": went on at the last day.")));
+}
+
+void DailyMoves::go_to_changed(bool forward) {
+    grid_.commit_editor();
+    const QModelIndex at = grid_.currentIndex();
+    if (!at.isValid()) return;
+    const auto found = next_cell(days_, at.row(), at.column(), forward,
+                                 [this](int row, int column) { return days_.changed(row, column); });
+    const QString zone = QStringLiteral("Zone %1").arg(days_.zone());
+    if (!found) return show(zone + QStringLiteral(": no value in sight has changed") + changed_elsewhere());
+    grid_.go_to(days_.index(found->row, found->column));
+    grid_.setFocus();
+    if (found->row == at.row() && found->column == at.column())
+        return show(zone + QStringLiteral(": no other value in sight has changed") + changed_elsewhere());
+    if (!found->wrapped) return show({});
+    show(zone + (forward ? QStringLiteral(": went on at the first day.")
+                         : QStringLiteral(": went on at the last day.")));
+}
+
+/// Where else values have changed since the window was opened, as the end of a sentence.
+QString DailyMoves::changed_elsewhere() const {
+    QStringList places;
+    if (const QStringList hidden = days_.changed_out_of_sight(); !hidden.isEmpty())
+        places << QStringLiteral("in the hidden %1 %2")
+                      .arg(hidden.size() == 1 ? QStringLiteral("column") : QStringLiteral("columns"),
+                           hidden.join(QStringLiteral(", ")));
+    QStringList zones;
+    for (const int zone : days_.changed_zones()) {
+        if (zone != days_.zone()) zones << QString::number(zone);
+    }
+    if (!zones.isEmpty()) places << QStringLiteral("in zone %1").arg(zones.join(QStringLiteral(", ")));
+    if (places.isEmpty()) return QStringLiteral(" since the window was opened.");
+    return QStringLiteral("; there are changes ") + places.join(QStringLiteral(" and ")) + QLatin1Char('.');
 }
 
 }  // namespace nivora

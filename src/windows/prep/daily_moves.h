@@ -1,4 +1,4 @@
-// Moves of the cursor in the daily editor: to a date, and to missing values.
+// Moves of the cursor in the daily editor: to a date, to missing values, and to changed ones.
 #pragma once
 
 #include <QObject>
@@ -12,7 +12,8 @@ class Dialogs;
 class GridView;
 class NivoraWindow;
 
-/// Adds the keys Ctrl+G, F3 and Shift+F3 to the window, and their entries to the grid's context menu.
+/// Adds the keys Ctrl+G, F3, Shift+F3, Ctrl+F3 and Ctrl+Shift+F3 to the window, and their entries to the
+/// grid's context menu.
 class DailyMoves : public QObject {
     Q_OBJECT
 
@@ -23,6 +24,8 @@ private:
     void add_entries(QMenu* menu);
     void go_to_date();
     void go_to_missing(bool forward);
+    void go_to_changed(bool forward);
+    [[nodiscard]] QString changed_elsewhere() const;
     void go_to_row(int row);
     void show(const QString& text);
 

@@ -14,6 +14,7 @@
 #include "widgets/qt_text.h"
 #include "widgets/undo_keys.h"
 #include "widgets/window_keys.h"
+#include "windows/prep/daily_columns.h"
 #include "windows/prep/daily_model.h"
 #include "windows/prep/daily_moves.h"
 
@@ -31,6 +32,10 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <map>
+#include <memory>
+#include <optional>
+#include <vector>
 
 namespace nivora {
 namespace {
@@ -38,6 +43,8 @@ namespace {
 constexpr int k_default_topic = 7;
 constexpr int k_parameters_topic = 71;
 constexpr int k_results_topic = 72;
+/// The help line of the discharge among the results.
+constexpr int k_computed_help = 86;
 
 bool is_climate_run_active(int climate_step) { return climate_step >= 1 && climate_step <= 5; }
 
@@ -50,6 +57,43 @@ int help_columns(DataView view) {
         case DataView::Scenario: break;
     }
     return 96;
+}
+
+/// All columns of the view in its own order, whatever is hidden or moved on the screen; or the selected ones,
+/// in that order, too.
+PrintedSheet printed_table(const DailyModel& days, const std::optional<CellRange>& block) {
+    std::vector<std::size_t> printed{0};
+    if (block) {
+        for (int column = std::max(1, block->first_column); column <= block->last_column; ++column)
+            printed.push_back(days.offered_place(column));
+        std::sort(printed.begin(), printed.end());
+    } else {
+        const auto offered = days.offered();
+        for (std::size_t place = 1; place < offered.size(); ++place) {
+            if (offered[place].shown_at_first) printed.push_back(place);
+        }
+    }
+    return days.sheet(printed, block ? block->first_row : 0, block ? block->last_row : days.rowCount() - 1);
+}
+
+/// The computed discharge by day; empty if it can't be read, as if there were none.
+std::map<DayCount, double> computed_flow(DailyEditor& editor) {
+    try {
+        return editor.computed_flow();
+    } catch (const StoreError&) {
+        return {};
+    }
+}
+
+/// The name of a view in the settings.
+const char* settings_name(DataView view) {
+    switch (view) {
+        case DataView::PhysicalData: return "Variables";
+        case DataView::Parameters: return "Parameters";
+        case DataView::Results: return "Results";
+        case DataView::Scenario: break;
+    }
+    return "Scenario";
 }
 
 }  // namespace
@@ -118,6 +162,8 @@ frmData::frmData(const WindowContext& context, QWidget* parent)
     (new GridStatus(statusBar()))->watch(grid_);
     add_undo();
     new DailyMoves(*this, *grid_, *days_, session().dialogs);
+    columns_ = new DailyColumns(*this, *grid_, *days_, session().settings, settings_name(prep.Data_View),
+                                prep.column_widths[static_cast<int>(prep.Data_View)]);
     resize(980, 680);
 }
 
@@ -194,7 +240,8 @@ bool frmData::open() {
     }
     session().prep.note_typed = [this] { days_->note_typed(grid_->typed_cell()); };
     show_zone(1);
-    fit_columns();
+    offer_computed_flow();
+    columns_->open();
     grid_->setCurrentIndex(days_->index(0, 0));
     return true;
 }
@@ -204,7 +251,9 @@ void frmData::go_to(const DailyPlace& place) {
     int column = 0;
     const auto& columns = editor_->columns();
     for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (same_name(columns[i].field, place.field)) column = static_cast<int>(i);
+        if (!same_name(columns[i].field, place.field)) continue;
+        columns_->reveal(i);
+        column = days_->column_of_field(i).value_or(0);
     }
     const auto days = days_->days();
     if (!days) return;
@@ -222,8 +271,35 @@ void frmData::show_store_error() {
     if (!fault.empty()) session().dialogs.stop(fault);
 }
 
-void frmData::fit_columns() {
-    grid_->fit_columns(session().prep.column_widths[static_cast<int>(session().prep.Data_View)]);
+/// Lets the computed discharge stand beside the measured one while it is that of the last run. The daily
+/// variables read it only when it is first seen.
+void frmData::offer_computed_flow() {
+    const DataView view = session().prep.Data_View;
+    const BasinState& basin = session().basin;
+    if (!basin.Output_Valid || session().run.ClimateStep != 0) return;
+    const auto& columns = editor_->columns();
+    if (view == DataView::Results) {
+        for (std::size_t column = 1; column < columns.size(); ++column) {
+            if (!same_name(columns[column].field, "DailyQ")) continue;
+            days_->offer({.beside = "ActualQ",
+                          .units = basin.Units_Code,
+                          .told_column = static_cast<int>(column),
+                          .value = [this, column](std::size_t row) { return editor_->value(row, column); }});
+            return;
+        }
+    }
+    if (view != DataView::PhysicalData) return;
+    const auto read = std::make_shared<std::optional<std::map<DayCount, double>>>();
+    days_->offer({.beside = "Runoff",
+                  .units = basin.Units_Code,
+                  .told_column = k_computed_help - help_columns(view) - 1,
+                  .value = [this, read](std::size_t row) -> double {
+                      // The discharge of the basin stands with its first zone, as the measured one does.
+                      if (editor_->zone() != 1) return k_missing;
+                      if (!*read) *read = computed_flow(*editor_);
+                      const auto day = (*read)->find(editor_->date(row));
+                      return day == (*read)->end() ? k_missing : day->second;
+                  }});
 }
 
 void frmData::show_zone(int zone) {
@@ -257,7 +333,13 @@ void frmData::mass_edit(MassEdit edit) {
                   "Invalid selection");
         return;
     }
-    const auto column = static_cast<std::size_t>(block.first_column);
+    const auto field = days_->field_column(block.first_column);
+    if (!field) {
+        user.stop("Mass edit failed.  Make sure you have correctly 'selected' a group of cells.",
+                  "ERROR - The computed discharge can't be changed.");
+        return;
+    }
+    const std::size_t column = *field;
     const auto answer = user.input(mass_edit_question(edit, editor_->columns().at(column).field));
     if (!answer || trimmed(*answer).empty()) return;
     const auto factor = exact_number(*answer);
@@ -298,9 +380,22 @@ void frmData::reverse(std::optional<DailyBlock> (DailyEditor::*act)()) {
     zone_->setValue(editor_->zone());
     show_zone(editor_->zone());
     if (!block) return QApplication::beep();
-    const auto index = [](std::size_t at) { return static_cast<int>(at); };
-    grid_->show_block({index(block->first_row), index(block->first_column), index(block->last_row),
-                       index(block->last_column)});
+    reveal(*block);
+}
+
+/// Selects cells; a single column is shown again if it is hidden.
+void frmData::reveal(const DailyBlock& block) {
+    if (block.first_column == block.last_column) columns_->reveal(block.first_column);
+    int first = days_->columnCount();
+    int last = -1;
+    for (std::size_t field = block.first_column; field <= block.last_column; ++field) {
+        const auto column = days_->column_of_field(field);
+        if (!column) continue;
+        first = std::min(first, *column);
+        last = std::max(last, *column);
+    }
+    if (last >= 0)
+        grid_->show_block({static_cast<int>(block.first_row), first, static_cast<int>(block.last_row), last});
 }
 
 /// Asks before the results of an earlier run are discarded.
@@ -345,7 +440,7 @@ void frmData::cancel() {
 void frmData::print() {
     grid_->commit_editor();
     const BasinState& basin = session().basin;
-    PrintedSheet sheet = sheet_of(*grid_, selected_block(*grid_));
+    PrintedSheet sheet = printed_table(*days_, selected_block(*grid_));
     sheet.header =
         grid_print_header(daily_values_title(basin.Current_Sim_Name), basin.basin_name, local_now());
     sheet.heading = mark_up_text(daily_caption(session().prep, basin)) + "/n" +

@@ -14,6 +14,7 @@ class QSpinBox;
 
 namespace nivora {
 
+class DailyColumns;
 class DailyModel;
 class GridView;
 
@@ -38,7 +39,8 @@ private:
     void make_menus();
     void show_zone(int zone);
     [[nodiscard]] bool read_zone(int zone);
-    void fit_columns();
+    void offer_computed_flow();
+    void reveal(const DailyBlock& block);
     void show_store_error();
     void mass_edit(MassEdit edit);
     void add_undo();
@@ -54,6 +56,7 @@ private:
     std::vector<Zone> zone_grid_before_;
     DailyModel* days_;
     GridView* grid_;
+    DailyColumns* columns_ = nullptr;
     QGroupBox* zone_frame_ = nullptr;
     QSpinBox* zone_ = nullptr;
     bool finished_ = false;

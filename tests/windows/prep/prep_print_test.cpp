@@ -58,6 +58,23 @@ TEST_F(DailyPrintTest, ASelectionOfRowsIsPrintedAlone) {
     EXPECT_THAT(page, AllOf(Not(HasSubstr("101.00")), Not(HasSubstr("104.00")), Not(HasSubstr("CDC"))));
 }
 
+TEST_F(DailyPrintTest, HiddenAndMovedColumnsArePrintedAsEver) {
+    open_variables();
+    press(2);
+    go_to(1, 2);
+    key(Qt::Key_Right, Qt::AltModifier);
+    go_to(1, 4);
+    key(Qt::Key_0, Qt::ControlModifier);
+    ASSERT_EQ(headers().size(), 7U);
+    press(2);
+    ASSERT_EQ(printers_.jobs().size(), 2U);
+    EXPECT_EQ(printers_.jobs()[1].page(0), printers_.jobs()[0].page(0));
+    select(1, 2, 2, 3);
+    press(2);
+    const std::string page = printers_.jobs()[2].page(0);
+    EXPECT_LT(page.find("Runoff\n"), page.find("Tmax\n")) << "in the order of the view";
+}
+
 TEST_F(DailyPrintTest, AValueThatIsBeingTypedIsPrinted) {
     open_variables();
     go_to(1, 2);
