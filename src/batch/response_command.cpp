@@ -145,6 +145,8 @@ int response(const ResponseCommand& command, BatchDialogs& dialogs, std::ostream
     if (command.out) refuse_basin_as_output(*command.out, command.basin);
     const auto study = read_study(command, dialogs);
     if (!study) return k_failed;
+    if (command.picture)
+        refuse_response_pictures(*command.picture, command.basin, command.out, study->basin->inputs.zones);
     std::vector<ResponsePoint> points;
     const auto file = open_file(command, *study, points);
     if (command.resume) dialogs.report_note(fmt::format("{} evaluations are taken over.", points.size()));

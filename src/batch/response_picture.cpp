@@ -118,6 +118,21 @@ std::filesystem::path response_picture_file(const std::filesystem::path& named, 
     return file;
 }
 
+void refuse_response_pictures(const std::filesystem::path& named, const std::filesystem::path& basin,
+                              const std::optional<std::filesystem::path>& out, std::size_t zones) {
+    std::vector<std::string> suffixes{"winter", "summer", "year", "median-day"};
+    suffixes.reserve(suffixes.size() + zones);
+    for (std::size_t zone = 1; zone <= zones; ++zone)
+        suffixes.push_back("last-snow-" + zone_letter(static_cast<int>(zone)));
+    std::vector<std::filesystem::path> never{basin};
+    if (out) never.push_back(*out);
+    for (const std::string& suffix : suffixes) {
+        const auto file = response_picture_file(named, suffix);
+        refuse_basin_as_output(file, basin);
+        static_cast<void>(output_target(file, never));
+    }
+}
+
 std::vector<std::filesystem::path> write_response_pictures(const std::filesystem::path& named,
                                                            const std::filesystem::path& basin,
                                                            const std::vector<ResponsePicture>& pictures) {

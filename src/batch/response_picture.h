@@ -4,7 +4,9 @@
 #include "batch/response_table.h"
 #include "plots/contour_picture.h"
 
+#include <cstddef>
 #include <filesystem>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -27,6 +29,11 @@ struct ResponsePicture {
 /// The file of a picture: response.png becomes response-winter.png.
 [[nodiscard]] std::filesystem::path response_picture_file(const std::filesystem::path& named,
                                                           const std::string& suffix);
+
+/// Refuses pictures that would replace the basin, the file of --out, or what can't be written. Called before
+/// the work. @throws FileError
+void refuse_response_pictures(const std::filesystem::path& named, const std::filesystem::path& basin,
+                              const std::optional<std::filesystem::path>& out, std::size_t zones);
 
 /// Draws all pictures, then writes them. The ending of the name decides their form.
 ///

@@ -18,6 +18,7 @@ namespace nivora {
 namespace {
 
 constexpr const char* k_unknown = "not known";
+constexpr const char* k_none = "-";
 constexpr std::array<const char*, 7> k_names{"Winter",         "Summer",      "Year",   "Median day",
                                              "Centre of mass", "Highest day", "Highest"};
 constexpr std::size_t k_first_figure = 3;  ///< behind number, temperature and precipitation
@@ -52,6 +53,69 @@ std::vector<std::string> fields_of(const ResponseFigures& figures) {
                                     highest ? shortest_text(flow.highest) : ""};
     fields.reserve(fields.size() + figures.snow.size());
     for (const auto& day : figures.snow) fields.push_back(date_field(day));
+    return fields;
+}
+
+std::optional<float> difference(const std::optional<float>& changed, const std::optional<float>& present) {
+    if (!changed || !present) return std::nullopt;
+    return static_cast<float>(as_double(*changed) - as_double(*present));
+}
+
+std::optional<DayCount> difference(const std::optional<DayCount>& changed,
+                                   const std::optional<DayCount>& present) {
+    return changed && present ? std::optional{*changed - *present} : std::nullopt;
+}
+
+std::optional<DayCount> centre_day(const FlowFigures& flow) {
+    return flow.centre_of_mass ? std::optional{whole_day(*flow.centre_of_mass)} : std::nullopt;
+}
+
+/// What of a flow's highest day is known.
+std::optional<DayCount> highest_day_of(const FlowFigures& flow) {
+    return is_missing(flow.highest) ? std::nullopt : std::optional{flow.highest_day};
+}
+
+/// Changed minus present climate: volumes in their unit, days later.
+struct ResponseChange {
+    std::optional<float> winter;
+    std::optional<float> summer;
+    std::optional<float> year;
+    std::optional<DayCount> median_day;
+    std::optional<DayCount> centre;
+    std::optional<DayCount> highest_day;
+    std::optional<float> highest;
+    std::vector<std::optional<DayCount>> snow;  ///< by zone
+};
+
+ResponseChange change_of(const ResponseFigures& changed, const ResponseFigures& present) {
+    const FlowFigures& flow = changed.flow;
+    const FlowFigures& before = present.flow;
+    ResponseChange change{.winter = difference(changed.winter, present.winter),
+                          .summer = difference(changed.summer, present.summer),
+                          .year = difference(changed.year, present.year),
+                          .median_day = difference(flow.median_day, before.median_day),
+                          .centre = difference(centre_day(flow), centre_day(before)),
+                          .highest_day = difference(highest_day_of(flow), highest_day_of(before)),
+                          .highest = std::nullopt,
+                          .snow = {}};
+    if (!is_missing(flow.highest) && !is_missing(before.highest))
+        change.highest = static_cast<float>(flow.highest - before.highest);
+    change.snow.reserve(changed.snow.size());
+    for (std::size_t zone = 0; zone < std::min(changed.snow.size(), present.snow.size()); ++zone)
+        change.snow.push_back(difference(changed.snow[zone], present.snow[zone]));
+    return change;
+}
+
+std::string days_field(const std::optional<DayCount>& days) { return days ? std::to_string(*days) : ""; }
+
+/// The fields of a change, in the same order as those of a climate.
+std::vector<std::string> fields_of(const ResponseChange& change) {
+    std::vector<std::string> fields{field(change.winter),      field(change.summer),
+                                    field(change.year),        days_field(change.median_day),
+                                    days_field(change.centre), days_field(change.highest_day),
+                                    field(change.highest)};
+    fields.reserve(fields.size() + change.snow.size());
+    for (const auto& days : change.snow) fields.push_back(days_field(days));
     return fields;
 }
 
@@ -106,11 +170,12 @@ std::optional<std::vector<std::string_view>> split(std::string_view line) {
     return fields;
 }
 
-/// Takes the fields of both climates, which stand side by side.
+/// Takes the fields of both climates, which stand side by side with their difference.
 void read_figures(Fields& fields, ResponseFigures& changed, ResponseFigures& present, int zones) {
     const auto both = [&](const auto& read) {
         read(changed);
         read(present);
+        static_cast<void>(fields.number<double>());
     };
     both([&](ResponseFigures& each) { each.winter = fields.number<float>(); });
     both([&](ResponseFigures& each) { each.summer = fields.number<float>(); });
@@ -143,11 +208,9 @@ std::string shown_day(const std::optional<DayCount>& day) { return day ? iso_dat
 std::string shown_figures(const ResponseFigures& figures) {
     const FlowFigures& flow = figures.flow;
     const bool highest = !is_missing(flow.highest);
-    const auto centre =
-        flow.centre_of_mass ? std::optional{whole_day(*flow.centre_of_mass)} : std::optional<DayCount>{};
     return fmt::format("{:>12}{:>12}{:>12}{:>14}{:>14}{:>14}{:>12}", shown(figures.winter),
                        shown(figures.summer), shown(figures.year), shown_day(flow.median_day),
-                       shown_day(centre), highest ? iso_date_text(flow.highest_day) : k_unknown,
+                       shown_day(centre_day(flow)), highest ? iso_date_text(flow.highest_day) : k_unknown,
                        highest ? seven_digit_text(flow.highest) : k_unknown);
 }
 
@@ -178,6 +241,23 @@ void add_figures(Json& json, const ResponseFigures& figures) {
     for (const auto& day : figures.snow) json["lastSnow"][zone_letter(++zone)] = day_json(day);
 }
 
+Json days_json(const std::optional<DayCount>& days) { return days ? Json(*days) : Json(nullptr); }
+
+Json change_json(const ResponseChange& change) {
+    Json json{{"runoff",
+               {{"Winter", number_json(change.winter)},
+                {"Summer", number_json(change.summer)},
+                {"Year", number_json(change.year)}}},
+              {"medianDay", days_json(change.median_day)},
+              {"centreOfMass", days_json(change.centre)},
+              {"highestDay", days_json(change.highest_day)},
+              {"highest", number_json(change.highest)},
+              {"lastSnow", Json::object()}};
+    int zone = 0;
+    for (const auto& days : change.snow) json["lastSnow"][zone_letter(++zone)] = days_json(days);
+    return json;
+}
+
 Json point_json(const ResponsePoint& point, Units units) {
     Json json{{"temperature", point.change.degrees},
               {"precipitation", point.change.precipitation},
@@ -187,8 +267,59 @@ Json point_json(const ResponsePoint& point, Units units) {
         return json;
     }
     add_figures(json, point.changed);
+    json["change"] = change_json(change_of(point.changed, point.present));
     json["notes"] = notes_json(point.notes, units);
     return json;
+}
+
+void print_change(const ClimateChange& change, std::ostream& out) {
+    out << fmt::format("{:>11}{:>15}", single_text(change.degrees), single_text(change.precipitation));
+}
+
+void print_last_snow(const std::vector<std::optional<DayCount>>& snow, std::ostream& out) {
+    for (const auto& day : snow) out << fmt::format("{:>14}", day ? iso_date_text(*day) : k_none);
+    out << '\n';
+}
+
+/// A table of the dates, for those points that were done.
+void print_snow_table(const std::vector<ResponsePoint>& points, const ResponsePoint& present,
+                      std::ostream& out) {
+    out << "\nLast day of snow by zone\n\n" << fmt::format("{:>11}{:>15}", "Temperature", "Precipitation");
+    for (std::size_t zone = 1; zone <= present.present.snow.size(); ++zone)
+        out << fmt::format("{:>14}", zone_letter(static_cast<int>(zone)));
+    out << '\n' << fmt::format("{:>26}", "present climate");
+    print_last_snow(present.present.snow, out);
+    for (const ResponsePoint& point : points) {
+        if (!point.done()) continue;
+        print_change(point.change, out);
+        print_last_snow(point.changed.snow, out);
+    }
+}
+
+/// A table of the differences, for those points that were done.
+void print_change_table(const std::vector<ResponsePoint>& points, const ResponsePoint& present,
+                        std::ostream& out) {
+    out << "\nChange against the present climate: runoff as above, days later\n\n"
+        << fmt::format("{:>11}{:>15}{:>12}{:>12}{:>12}{:>12}{:>8}", "Temperature", "Precipitation", "Winter",
+                       "Summer", "Year", "Median day", "Centre");
+    for (std::size_t zone = 1; zone <= present.present.snow.size(); ++zone)
+        out << fmt::format("{:>8}", "Snow " + zone_letter(static_cast<int>(zone)));
+    out << '\n';
+    const auto volume = [](const std::optional<float>& value) {
+        return value ? single_text(*value) : std::string{k_none};
+    };
+    const auto days = [](const std::optional<DayCount>& value) {
+        return value ? std::to_string(*value) : std::string{k_none};
+    };
+    for (const ResponsePoint& point : points) {
+        if (!point.done()) continue;
+        const ResponseChange change = change_of(point.changed, point.present);
+        print_change(point.change, out);
+        out << fmt::format("{:>12}{:>12}{:>12}{:>12}{:>8}", volume(change.winter), volume(change.summer),
+                           volume(change.year), days(change.median_day), days(change.centre));
+        for (const auto& zone : change.snow) out << fmt::format("{:>8}", days(zone));
+        out << '\n';
+    }
 }
 
 }  // namespace
@@ -215,9 +346,9 @@ ResponsePoint response_point(std::size_t index, const StudyBasin& study, const C
 
 std::string response_names(int zones) {
     std::string names = "Point,Temperature,Precipitation";
-    for (const char* name : k_names) names += fmt::format(",{0},{0} present", name);
+    for (const char* name : k_names) names += fmt::format(",{0},{0} present,{0} change", name);
     for (int zone = 1; zone <= zones; ++zone)
-        names += fmt::format(",Last snow {0},Last snow {0} present", zone_letter(zone));
+        names += fmt::format(",Last snow {0},Last snow {0} present,Last snow {0} change", zone_letter(zone));
     return names + ",Notes,Problem\n";
 }
 
@@ -227,9 +358,11 @@ std::string response_line(const ResponsePoint& point, int zones) {
     if (point.done()) {
         const auto changed = fields_of(point.changed);
         const auto present = fields_of(point.present);
-        for (std::size_t i = 0; i < changed.size(); ++i) line += "," + changed[i] + "," + present[i];
+        const auto change = fields_of(change_of(point.changed, point.present));
+        for (std::size_t i = 0; i < changed.size(); ++i)
+            line += "," + changed[i] + "," + present[i] + "," + change[i];
     } else {
-        line.append(2 * (k_names.size() + static_cast<std::size_t>(zones)), ',');
+        line.append(3 * (k_names.size() + static_cast<std::size_t>(zones)), ',');
     }
     std::string problem = point.problem;
     std::replace(problem.begin(), problem.end(), '\n', ' ');
@@ -238,7 +371,7 @@ std::string response_line(const ResponsePoint& point, int zones) {
 
 std::optional<ResponsePoint> read_response_line(std::string_view line, int zones) {
     auto parts = split(line);
-    const std::size_t wanted = k_first_figure + 2 * (k_names.size() + static_cast<std::size_t>(zones)) + 2;
+    const std::size_t wanted = k_first_figure + 3 * (k_names.size() + static_cast<std::size_t>(zones)) + 2;
     if (!parts || parts->size() != wanted) return std::nullopt;
     ResponsePoint point;
     point.problem = unquoted(parts->back());
@@ -270,11 +403,11 @@ void print_response(const ResponseHead& head, const std::vector<ResponsePoint>& 
     out << fmt::format("{:>11}{:>15}{:>12}{:>12}{:>12}{:>14}{:>14}{:>14}{:>12}{:>7}\n", "Temperature",
                        "Precipitation", "Winter", "Summer", "Year", "Median day", "Centre", "Highest day",
                        "Highest", "Notes");
-    if (const ResponsePoint* present = first_done(points))
+    const ResponsePoint* present = first_done(points);
+    if (present != nullptr)
         out << fmt::format("{:>26}{}\n", "present climate", shown_figures(present->present));
     for (const ResponsePoint& point : points) {
-        out << fmt::format("{:>11}{:>15}", single_text(point.change.degrees),
-                           single_text(point.change.precipitation));
+        print_change(point.change, out);
         if (point.done()) {
             out << shown_figures(point.changed) << fmt::format("{:>7}", point.note_count);
         } else {
@@ -282,6 +415,9 @@ void print_response(const ResponseHead& head, const std::vector<ResponsePoint>& 
         }
         out << '\n';
     }
+    if (present == nullptr) return;
+    print_snow_table(points, *present, out);
+    print_change_table(points, *present, out);
 }
 
 Json response_json(const ResponseHead& head, const std::vector<ResponsePoint>& points) {

@@ -41,7 +41,8 @@ struct ResponsePoint {
 
 /// The line of names for a basin with this number of zones, with its end.
 [[nodiscard]] std::string response_names(int zones);
-/// A point's line. Every figure stands beside that of the present climate; an unknown one is empty.
+/// A point's line. Every figure stands beside that of the present climate and the difference,
+/// which counts days later; an unknown one is empty.
 [[nodiscard]] std::string response_line(const ResponsePoint& point, int zones);
 /// Reads a line without its end; nothing where it is damaged.
 [[nodiscard]] std::optional<ResponsePoint> read_response_line(std::string_view line, int zones);

@@ -4,6 +4,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <array>
+#include <string_view>
 #include <type_traits>
 
 namespace nivora {
@@ -30,16 +33,33 @@ std::string inputs_text(const StudyBasin& basin) {
     return text;
 }
 
+/// Whether a column, or its copy for a changed climate, is of the daily variables and not of the parameters.
+bool is_variable(std::string_view name) {
+    constexpr std::array<std::string_view, 9> k_variables{"Zone", "Date", "ActualQ", "TMax", "NetRad",
+                                                          "Tmin", "TAvg", "Precip",  "SCA"};
+    if (name.ends_with("CC")) name.remove_suffix(2);
+    return std::find(k_variables.begin(), k_variables.end(), name) != k_variables.end();
+}
+
+std::string digest_of(std::string_view name, std::string_view bytes) {
+    ContentDigest digest;
+    digest.add(bytes);
+    return fmt::format("{}:{:016x}-{}", name, digest.content().digest, digest.content().size);
+}
+
 }  // namespace
 
 std::string basin_digest(const StudyBasin& basin) {
-    std::string bytes = inputs_text(basin);
-    add(bytes, basin.inputs.areas);
-    add(bytes, basin.inputs.elevations);
-    SimResults::visit(basin.table, [&](const auto& column) { add(bytes, column); });
-    ContentDigest digest;
-    digest.add(bytes);
-    return fmt::format("{:016x}-{}", digest.content().digest, digest.content().size);
+    std::string zones;
+    add(zones, basin.inputs.areas);
+    add(zones, basin.inputs.elevations);
+    std::string variables;
+    std::string parameters;
+    SimResults::visit_named(basin.table, [&](std::string_view name, const auto& column) {
+        add(is_variable(name) ? variables : parameters, column);
+    });
+    return digest_of("settings", inputs_text(basin)) + "," + digest_of("zones", zones) + "," +
+           digest_of("variables", variables) + "," + digest_of("parameters", parameters);
 }
 
 std::string study_digest(const StudyProblem& problem) {

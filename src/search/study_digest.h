@@ -7,7 +7,9 @@
 
 namespace nivora {
 
-/// A word that changes with anything that the runs of a simulation read from its basin.
+/// A word that changes with anything that the runs of a simulation read from its basin. It has a part for
+/// each of settings, zones, variables and parameters, as NAME:DIGEST with commas between them, so that a
+/// comparison tells what has changed.
 [[nodiscard]] std::string basin_digest(const StudyBasin& basin);
 
 /// One line of such words, for the basins of a problem.

@@ -1,6 +1,7 @@
 // The command that runs a simulation many times over ranges, and the one that puts parts together.
 #include "engine/results_store.h"
 #include "tests/batch/study_call.h"
+#include "tests/support/full_disk.h"
 
 #include <gmock/gmock.h>
 
@@ -189,8 +190,18 @@ TEST_F(SampleCommandTest, NeverWritesOverABasinOrItsOwnRuns) {
 }
 
 TEST_F(SampleCommandTest, SaysThatTheDiskIsFull) {
-    std::filesystem::create_symlink("/dev/full", path("full.csv"));
-    expect_refused(sample("full.csv", {"--runs", "5000"}), "full");
+    expect_done(sample("runs.csv", {"--runs", "50"}));
+    const std::string whole = content("runs.csv");
+    {
+        const FullDisk full{whole.size() / 2};
+        expect_refused(sample("part.csv", {"--runs", "50"}), "is the disk full?");
+    }
+    EXPECT_EQ(content("part.csv"), whole.substr(0, content("part.csv").size()));
+    expect_done(sample("part.csv", {"--runs", "50", "--resume"}));
+    EXPECT_EQ(content("part.csv"), whole);
+    const FullDisk full{100};
+    expect_refused(sample("runs.csv", {"--runs", "50"}), "the disk may be full");
+    EXPECT_EQ(content("runs.csv"), whole);
 }
 
 }  // namespace
