@@ -1,6 +1,7 @@
 #include "batch/command_line.h"
 
 #include "base/durable_file.h"
+#include "base/iso_date.h"
 #include "base/number_text.h"
 #include "base/version.h"
 #include "batch/calibrate_command.h"

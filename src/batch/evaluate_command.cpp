@@ -1,10 +1,10 @@
 #include "batch/evaluate_command.h"
 
 #include "base/durable_file.h"
+#include "base/iso_date.h"
 #include "batch/commands.h"
 #include "batch/evaluate_output.h"
 #include "batch/reported_state.h"
-#include "batch/scenario_edit.h"
 #include "batch/selected_simulation.h"
 #include "engine/run_driver.h"
 #include "store/basin_opening.h"

@@ -1,7 +1,7 @@
 #include "batch/evaluate_options.h"
 
 #include "base/durable_file.h"
-#include "batch/scenario_edit.h"
+#include "base/iso_date.h"
 
 #include <fmt/format.h>
 

@@ -2,10 +2,10 @@
 
 #include "base/calendar.h"
 #include "base/durable_file.h"
+#include "base/iso_date.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "batch/report_options.h"
-#include "batch/scenario_edit.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 #include "batch/report_options.h"
 
 #include "base/calendar.h"
-#include "batch/scenario_edit.h"
+#include "base/iso_date.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #include "batch/response_options.h"
 
 #include "base/durable_file.h"
+#include "base/iso_date.h"
 #include "base/number_text.h"
-#include "batch/scenario_edit.h"
 #include "batch/study_options.h"
 
 #include <fmt/format.h>

@@ -1,9 +1,9 @@
 #include "batch/response_table.h"
 
+#include "base/iso_date.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "base/units.h"
-#include "batch/scenario_edit.h"
 #include "batch/study_file.h"
 
 #include <fmt/format.h>

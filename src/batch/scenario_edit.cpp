@@ -1,5 +1,6 @@
 #include "batch/scenario_edit.h"
 
+#include "base/iso_date.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "climate/scenario_definitions.h"
@@ -72,12 +73,6 @@ std::string parse_zones(ScenarioRow& row, std::string_view text) {
 }
 
 }  // namespace
-
-std::optional<DayCount> read_iso_date(std::string_view text) {
-    const auto date = read_date(text);
-    if (!date || iso_date_text(*date) != trimmed(text)) return std::nullopt;
-    return date;
-}
 
 ReadEdit read_scenario_edit(std::string_view text) {
     const auto parts = parts_of(text);

@@ -1,10 +1,8 @@
 // One edit of a climate scenario as the command line gives it.
 #pragma once
 
-#include "base/calendar.h"
 #include "store/rows.h"
 
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -20,8 +18,5 @@ struct ReadEdit {
 /// scenario grid, dates are yyyy-mm-dd in their order. A choice that the grid does not offer is a problem
 /// here as well. Normalize needs no factor and stores 0.
 [[nodiscard]] ReadEdit read_scenario_edit(std::string_view text);
-
-/// A date of the form yyyy-mm-dd; nothing for any other text.
-[[nodiscard]] std::optional<DayCount> read_iso_date(std::string_view text);
 
 }  // namespace nivora

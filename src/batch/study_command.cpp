@@ -1,8 +1,8 @@
 #include "batch/study_command.h"
 
 #include "base/durable_file.h"
+#include "base/iso_date.h"
 #include "base/text.h"
-#include "batch/scenario_edit.h"
 #include "batch/selected_simulation.h"
 #include "studies/evaluator.h"
 

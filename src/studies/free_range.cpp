@@ -1,5 +1,6 @@
 #include "studies/free_range.h"
 
+#include "base/iso_date.h"
 #include "base/number_text.h"
 #include "base/text.h"
 
@@ -30,11 +31,6 @@ std::optional<std::pair<std::string_view, std::string_view>> sides_of(std::strin
     const std::size_t dots = text.find("..");
     if (dots == std::string_view::npos) return std::nullopt;
     return std::pair{trimmed(text.substr(0, dots)), trimmed(text.substr(dots + 2))};
-}
-
-std::optional<DayCount> iso_date(std::string_view text) {
-    const auto date = read_date(text);
-    return date && iso_date_text(*date) == text ? date : std::nullopt;
 }
 
 /// A variable's name may stand in the plural.
@@ -102,8 +98,8 @@ std::string read_zones(FreeRange& range, std::string_view text, std::size_t zone
 std::string read_days(FreeRange& range, std::string_view text) {
     const auto sides = sides_of(text);
     if (!sides) return fmt::format("'{}' is not a period such as 1996-04-01..1996-09-30", text);
-    const auto first = iso_date(sides->first);
-    const auto last = iso_date(sides->second);
+    const auto first = read_iso_date(sides->first);
+    const auto last = read_iso_date(sides->second);
     if (!first || !last)
         return fmt::format("'{}' is not a date such as 1996-04-01", first ? sides->second : sides->first);
     if (*first > *last) return fmt::format("the period '{}' ends before it starts", text);

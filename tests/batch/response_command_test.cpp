@@ -1,5 +1,6 @@
 // The command that evaluates pairs of climate changes.
 #include "base/iso_date.h"
+#include "base/iso_date.h"
 #include "batch/response_options.h"
 #include "store/basin_opening.h"
 #include "tests/batch/run_basin.h"
