@@ -6,7 +6,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <ostream>
+#include <span>
 
 namespace nivora {
 namespace {
@@ -17,32 +19,37 @@ std::string zone_name(const BasinState& basin, int zone) {
     return named ? basin.zones[index].id : std::to_string(zone);
 }
 
+/// The findings that are printed.
+std::span<const DataFinding> first_findings(const DataCheck& check) {
+    return std::span{check.findings}.first(std::min(check.findings.size(), k_most_findings));
+}
+
 void print_findings(const BasinState& basin, const DataCheck& check, std::ostream& out) {
-    for (const DataFinding& finding : check.findings) {
+    for (const DataFinding& finding : first_findings(check)) {
         const std::string days =
             finding.first == finding.last
                 ? iso_date_text(finding.first)
                 : fmt::format("{} to {}", iso_date_text(finding.first), iso_date_text(finding.last));
         out << fmt::format("Zone {}, {}: {}: {}\n", zone_name(basin, finding.zone), days,
-                           data_fault_text(finding.fault), finding.text);
+                           data_fault_text(finding.fault), finding_text(finding));
     }
-    if (check.total > check.findings.size())
-        out << fmt::format("... and {} more\n", check.total - check.findings.size());
-    out << fmt::format("{} findings in {} days of {} zones\n", check.total, check.days, basin.ZoneCount);
+    const std::size_t total = check.findings.size();
+    if (total > k_most_findings) out << fmt::format("... and {} more\n", total - k_most_findings);
+    out << fmt::format("{} findings in {} days of {} zones\n", total, check.days, basin.ZoneCount);
 }
 
 Json findings_json(const BasinState& basin, const DataCheck& check) {
     Json list = Json::array();
-    for (const DataFinding& finding : check.findings) {
+    for (const DataFinding& finding : first_findings(check)) {
         list.push_back({{"kind", data_fault_text(finding.fault)},
                         {"zone", zone_name(basin, finding.zone)},
-                        {"field", finding.field},
+                        {"field", finding.field()},
                         {"first", iso_date_text(finding.first)},
                         {"last", iso_date_text(finding.last)},
                         {"days", finding.days()},
-                        {"text", finding.text}});
+                        {"text", finding_text(finding)}});
     }
-    return {{"total", check.total}, {"recordDays", check.days}, {"findings", list}};
+    return {{"total", check.findings.size()}, {"recordDays", check.days}, {"findings", list}};
 }
 
 }  // namespace

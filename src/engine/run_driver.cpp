@@ -135,6 +135,8 @@ RunOutcome run_on(BasinDatabase& database, RunContext context, LatitudeQuestion 
     const bool goes_on = built.Status != 1 && (latitude == LatitudeQuestion::AnsweredBefore ||
                                                accepts_blank_latitude(context.basin, context.dialogs));
     const bool reached_end = goes_on && run_stages(built, context, outcome);
+    if (goes_on)
+        outcome.missing = missing_input(built.results, basin_inputs(context.basin), context.run, reached_end);
     outcome.results_rebuilt = store_results(built, context);
     outcome.completed = reached_end && outcome.results_rebuilt;
     if (outcome.results_rebuilt) mark_outcome(context, outcome.completed);

@@ -3,6 +3,7 @@
 
 #include "base/dialogs.h"
 #include "engine/build_results.h"
+#include "engine/missing_input.h"
 #include "engine/run_state.h"
 #include "engine/run_statistics.h"
 
@@ -64,6 +65,8 @@ struct RunOutcome {
     bool results_rebuilt = false;  ///< the file has a new results table, complete or not
     bool completed = false;        ///< all stages were completed and the table is in the file
     StatisticsReach statistics = StatisticsReach::Nothing;  ///< the statistics that were computed
+    /// The daily variable that a stage lacked, so that it stopped; the user was told.
+    std::optional<MissingInput> missing = std::nullopt;
 };
 
 /// The stages of a run after its table is built: zone inputs, snow and melt, runoff, statistics.

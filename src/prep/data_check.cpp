@@ -2,8 +2,11 @@
 
 #include "base/number_text.h"
 #include "base/single.h"
+#include "base/text.h"
 #include "store/schema.h"
+#include "store/table_io.h"
 
+#include <SQLiteCpp/Statement.h>
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -36,7 +39,27 @@ struct ZoneRows {
     std::size_t behind;
 };
 
-std::string days_text(std::int64_t days) { return days == 1 ? "1 day" : fmt::format("{} days", days); }
+std::string counted(std::int64_t count, const char* thing) {
+    return fmt::format("{} {}{}", count, thing, count == 1 ? "" : "s");
+}
+std::string days_text(const DataFinding& finding) { return counted(finding.days(), "day"); }
+
+/// A field as the subject of a sentence. Its name in the file is not that in the editor for the snow cover.
+std::string subject_of(const DataFinding& finding) {
+    if (finding.checked_field == k_cover) return "The snow cover";
+    return std::string{finding.field()};
+}
+
+/// A whole number that a finding tells: exact below 2^24, far more than a zone has rows.
+std::string rows_text(const DataFinding& finding) {
+    return counted(static_cast<std::int64_t>(finding.from), "row");
+}
+
+/// Values that a sentence tells.
+struct Told {
+    double from = 0.0;
+    double to = 0.0;
+};
 
 class DataLook {
 public:
@@ -49,21 +72,11 @@ public:
         for (int zone = 1; zone <= setting.zones; ++zone) look_at(zone);
     }
 
-    [[nodiscard]] DataCheck take() {
-        std::stable_sort(check_.findings.begin(), check_.findings.end(), [](const auto& a, const auto& b) {
-            return a.zone != b.zone ? a.zone < b.zone : a.first < b.first;
-        });
-        check_.total = check_.findings.size();
-        if (check_.findings.size() > k_most_findings) check_.findings.resize(k_most_findings);
-        return std::move(check_);
-    }
+    [[nodiscard]] DataCheck take() { return std::move(check_); }
 
 private:
     [[nodiscard]] double value(std::size_t field, std::size_t row) const { return rows_.fields[field][row]; }
     [[nodiscard]] DayCount date(std::size_t row) const { return rows_.date[row]; }
-    [[nodiscard]] static std::string name(std::size_t field) {
-        return std::string{k_checked_fields.at(field)};
-    }
     /// Whether a row is that of the day after the row before it.
     [[nodiscard]] bool follows(std::size_t row) const { return date(row) == date(row - 1) + 1; }
 
@@ -78,9 +91,20 @@ private:
         return count > 0.0 ? sum / count : 0.0;
     }
 
-    void add(DataFault fault, int zone, const std::string& field, DayCount first, DayCount last,
-             std::string text) {
-        check_.findings.push_back({fault, zone, field, first, last, std::move(text)});
+    void add(DataFault fault, int zone, std::size_t field, const Period& days, const Told& told = {}) {
+        check_.findings.push_back({.first = static_cast<std::int32_t>(days.start),
+                                   .last = static_cast<std::int32_t>(days.end),
+                                   .from = static_cast<float>(told.from),
+                                   .to = static_cast<float>(told.to),
+                                   .zone = static_cast<std::int16_t>(zone),
+                                   .fault = fault,
+                                   .checked_field = static_cast<std::uint8_t>(field)});
+    }
+
+    /// The rules go through a zone one after another; the list is by day.
+    void sort_from(std::size_t first) {
+        std::stable_sort(check_.findings.begin() + static_cast<std::ptrdiff_t>(first), check_.findings.end(),
+                         [](const DataFinding& a, const DataFinding& b) { return a.first < b.first; });
     }
 
     void look_at(int zone) {
@@ -88,7 +112,9 @@ private:
         const auto end = std::upper_bound(rows_.zone.begin(), rows_.zone.end(), zone);
         const ZoneRows rows{zone, static_cast<std::size_t>(begin - rows_.zone.begin()),
                             static_cast<std::size_t>(end - rows_.zone.begin())};
+        const std::size_t first_finding = check_.findings.size();
         find_gaps(rows);
+        find_doubled(rows);
         for (std::size_t field = 0; field < k_checked_fields.size(); ++field) {
             if (field == k_runoff && zone != 1)
                 continue;  // the measured discharge is that of the whole basin
@@ -100,25 +126,38 @@ private:
             find_temperature_jumps(rows, field);
             find_constant(rows, field, k_stuck_temperature);
         }
-        if (zone != 1) return;
-        find_discharge_jumps(rows);
-        find_constant(rows, k_runoff, k_stuck_discharge);
-        find_zero_discharge(rows);
+        if (zone == 1) {
+            find_discharge_jumps(rows);
+            find_constant(rows, k_runoff, k_stuck_discharge);
+            find_zero_discharge(rows);
+        }
+        sort_from(first_finding);
     }
 
     void find_gaps(const ZoneRows& rows) {
         DayCount next = record_.start;
         const auto gap_before = [&](DayCount day) {
-            if (day > next) {
-                add(DataFault::Gap, rows.zone, {}, next, day - 1,
-                    fmt::format("The zone has no row on {}.", days_text(day - next)));
-            }
+            if (day > next) add(DataFault::Gap, rows.zone, k_no_field, {next, day - 1});
         };
         for (std::size_t row = rows.first; row < rows.behind; ++row) {
             gap_before(date(row));
             next = std::max(next, date(row) + 1);
         }
         gap_before(record_.end + 1);
+    }
+
+    void find_doubled(const ZoneRows& rows) {
+        std::optional<Period> days;
+        for (std::size_t row = rows.first + 1; row < rows.behind; ++row) {
+            if (date(row) != date(row - 1)) continue;
+            if (days && date(row) > days->end + 1) {
+                add(DataFault::Doubled, rows.zone, k_no_field, *days);
+                days.reset();
+            }
+            if (!days) days = Period{date(row), date(row)};
+            days->end = date(row);
+        }
+        if (days) add(DataFault::Doubled, rows.zone, k_no_field, *days);
     }
 
     /// Calls `found` with the first and the last row of each run of rows, on days on end, that have a
@@ -159,9 +198,7 @@ private:
         for_runs(
             rows, [&](std::size_t row) { return is_missing(value(field, row)); },
             [&](std::size_t first, std::size_t last) {
-                add(DataFault::Missing, rows.zone, name(field), date(first), date(last),
-                    fmt::format("{} has no value on {}.", name(field),
-                                days_text(date(last) - date(first) + 1)));
+                add(DataFault::Missing, rows.zone, field, {date(first), date(last)});
             });
     }
 
@@ -169,9 +206,8 @@ private:
         for_runs(
             rows, [&](std::size_t row) { return value(k_cover, row) < 0.0 || value(k_cover, row) > 1.0; },
             [&](std::size_t first, std::size_t last) {
-                add(DataFault::CoverRange, rows.zone, name(k_cover), date(first), date(last),
-                    fmt::format("The snow cover is {}, which is not between 0 and 1.",
-                                seven_digit_text(value(k_cover, first))));
+                add(DataFault::CoverRange, rows.zone, k_cover, {date(first), date(last)},
+                    {.from = value(k_cover, first)});
             });
         const auto rises = [&](std::size_t row) {
             return row > rows.first && follows(row) && value(k_cover, row) > value(k_cover, row - 1) &&
@@ -181,9 +217,8 @@ private:
             const double from = value(k_cover, first - 1);
             const double to = value(k_cover, last);
             if (to - from <= k_least_rise) return;
-            add(DataFault::CoverRises, rows.zone, name(k_cover), date(first), date(last),
-                fmt::format("The snow cover grows from {} to {} in the melt season.", seven_digit_text(from),
-                            seven_digit_text(to)));
+            add(DataFault::CoverRises, rows.zone, k_cover, {date(first), date(last)},
+                {.from = from, .to = to});
         });
     }
 
@@ -191,17 +226,14 @@ private:
         for_runs(
             rows, [&](std::size_t row) { return value(k_tmin, row) > value(k_tmax, row); },
             [&](std::size_t first, std::size_t last) {
-                add(DataFault::Extremes, rows.zone, name(k_tmin), date(first), date(last),
-                    fmt::format("The minimum temperature, {}, is above the maximum, {}.",
-                                seven_digit_text(value(k_tmin, first)),
-                                seven_digit_text(value(k_tmax, first))));
+                add(DataFault::Extremes, rows.zone, k_tmin, {date(first), date(last)},
+                    {.from = value(k_tmin, first), .to = value(k_tmax, first)});
             });
     }
 
     void add_jump(const ZoneRows& rows, std::size_t field, std::size_t row) {
-        add(DataFault::Jump, rows.zone, name(field), date(row), date(row),
-            fmt::format("{} goes from {} to {} in a day.", name(field),
-                        seven_digit_text(value(field, row - 1)), seven_digit_text(value(field, row))));
+        add(DataFault::Jump, rows.zone, field, {date(row), date(row)},
+            {.from = value(field, row - 1), .to = value(field, row)});
     }
 
     void find_temperature_jumps(const ZoneRows& rows, std::size_t field) {
@@ -231,9 +263,8 @@ private:
         for_runs(rows, same, [&](std::size_t first, std::size_t last) {
             const std::int64_t days = date(last) - date(first) + 2;
             if (days < least_days) return;
-            add(DataFault::Constant, rows.zone, name(field), date(first) - 1, date(last),
-                fmt::format("{} is {} on {} on end.", name(field), seven_digit_text(value(field, first)),
-                            days_text(days)));
+            add(DataFault::Constant, rows.zone, field, {date(first) - 1, date(last)},
+                {.from = value(field, first)});
         });
     }
 
@@ -241,9 +272,7 @@ private:
         for_runs(
             rows, [&](std::size_t row) { return value(k_runoff, row) == 0.0; },
             [&](std::size_t first, std::size_t last) {
-                add(DataFault::ZeroDischarge, rows.zone, name(k_runoff), date(first), date(last),
-                    fmt::format("The measured discharge is 0 on {}.",
-                                days_text(date(last) - date(first) + 1)));
+                add(DataFault::ZeroDischarge, rows.zone, k_runoff, {date(first), date(last)});
             });
     }
 
@@ -254,11 +283,40 @@ private:
     DataCheck check_;
 };
 
+/// Zones with rows that the basin does not have, before zone 1 or after its last one.
+void add_other_zones(BasinDatabase& database, int zones, DataCheck& check) {
+    guarded([&] {
+        SQLite::Statement query{
+            database.sql(),
+            fmt::format(
+                "SELECT Zone, min(Date), max(Date), count(*) FROM {} WHERE (Zone < 1 OR Zone > ?) AND "
+                "Date IS NOT NULL GROUP BY Zone ORDER BY Zone",
+                quoted_name(database.existing_table(k_physical_data)))};
+        query.bind(1, zones);
+        std::vector<DataFinding> before;
+        while (query.executeStep()) {
+            DataFinding finding{.fault = DataFault::OtherZone};
+            DayCount first = 0;
+            DayCount last = 0;
+            read_value(query, 0, finding.zone);
+            read_value(query, 1, first);
+            read_value(query, 2, last);
+            finding.first = static_cast<std::int32_t>(first);
+            finding.last = static_cast<std::int32_t>(last);
+            finding.from = static_cast<float>(query.getColumn(3).getInt64());
+            (finding.zone < 1 ? before : check.findings).push_back(finding);
+        }
+        check.findings.insert(check.findings.begin(), before.begin(), before.end());
+    });
+}
+
 }  // namespace
 
 const char* data_fault_text(DataFault fault) {
     switch (fault) {
         case DataFault::Gap: return "Gap";
+        case DataFault::Doubled: return "Doubled row";
+        case DataFault::OtherZone: return "No such zone";
         case DataFault::Missing: return "Missing value";
         case DataFault::CoverRange: return "Cover outside 0 to 1";
         case DataFault::CoverRises: return "Cover rises in melt";
@@ -270,13 +328,52 @@ const char* data_fault_text(DataFault fault) {
     return "";
 }
 
+std::string finding_text(const DataFinding& finding) {
+    const std::string from = seven_digit_text(as_double(finding.from));
+    const std::string to = seven_digit_text(as_double(finding.to));
+    switch (finding.fault) {
+        case DataFault::Gap: return fmt::format("The zone has no row on {}.", days_text(finding));
+        case DataFault::Doubled:
+            return fmt::format("The zone has more than one row on {}.", days_text(finding));
+        case DataFault::OtherZone:
+            return fmt::format("The basin has no zone {}, but {} of it.", finding.zone, rows_text(finding));
+        case DataFault::Missing:
+            return fmt::format("{} has no value on {}.", subject_of(finding), days_text(finding));
+        case DataFault::CoverRange:
+            return fmt::format("The snow cover is {}, which is not between 0 and 1.", from);
+        case DataFault::CoverRises:
+            return fmt::format("The snow cover grows from {} to {} in the melt season.", from, to);
+        case DataFault::Extremes:
+            return fmt::format("The minimum temperature, {}, is above the maximum, {}.", from, to);
+        case DataFault::Jump:
+            return fmt::format("{} goes from {} to {} in a day.", subject_of(finding), from, to);
+        case DataFault::Constant:
+            return fmt::format("{} is {} on {} on end.", subject_of(finding), from, days_text(finding));
+        case DataFault::ZeroDischarge:
+            return fmt::format("The measured discharge is 0 on {}.", days_text(finding));
+    }
+    return {};
+}
+
+bool covers(const DataFinding& finding, const DailyPlace& place) {
+    return finding.zone == place.zone && finding.first <= place.day && place.day <= finding.last &&
+           same_name(finding.field(), place.field);
+}
+
 DataCheck check_daily_rows(const DailyRows& rows, const DataCheckSetting& setting) {
     return DataLook{rows, setting}.take();
 }
 
 DataCheck check_daily_data(BasinDatabase& database, const DataCheckSetting& setting) {
-    return check_daily_rows(
-        read_daily_rows(database, k_physical_data, k_checked_fields, 1, setting.zones, k_all_days), setting);
+    DailyRows rows =
+        read_daily_rows(database, k_physical_data, k_checked_fields, 1, setting.zones, k_all_days);
+    // A number that another program wrote with 64 bits is a Single to a run: a cover of 1.00000001 is 1.
+    for (std::vector<double>& field : rows.fields) {
+        for (double& value : field) value = as_double(static_cast<float>(value));
+    }
+    DataCheck check = check_daily_rows(rows, setting);
+    add_other_zones(database, setting.zones, check);
+    return check;
 }
 
 }  // namespace nivora

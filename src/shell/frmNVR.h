@@ -80,6 +80,8 @@ private:
     void choose_variables(int index);
     void show_climate_run();
     void check_data();
+    void go_to(const DataFinding& finding);
+    void offer_missing_values(const MissingInput& missing);
     void open_daily_editor(const std::optional<DailyPlace>& place);
     void show_long_term_averages();
     void show_plots();

@@ -2,6 +2,7 @@
 
 #include "prep/data_check.h"
 #include "session/availability.h"
+#include "session/data_check_setting.h"
 #include "session/data_commands.h"
 #include "session/listed_runs.h"
 #include "session/simulation_list.h"
@@ -156,6 +157,20 @@ void frmNVR::run(const RunChoice& choice) {
     simulations_->show_rows();
     if (outcome.statistics != StatisticsReach::Nothing) windows_.show_results();
     windows_.refresh();
+    if (outcome.missing) offer_missing_values(*outcome.missing);
+}
+
+/// After the message of a run that stopped on a missing value: leads to it, where the list has it.
+void frmNVR::offer_missing_values(const MissingInput& missing) {
+    const DailyPlace place{missing.zone, missing.day, missing.field};
+    if (!missing_value_is_listed(session().basin, place)) return;
+    const Answer answer =
+        session().dialogs.message({.text = "The daily variables lack a value that the run needs. Show the "
+                                           "missing values?",
+                                   .title = "Missing value(s)",
+                                   .icon = Icon::Question,
+                                   .buttons = Buttons::YesNo});
+    if (answer == Answer::Yes) windows_.show_missing_values(place, [this](const auto& it) { go_to(it); });
 }
 
 void frmNVR::toggle_snow() {
@@ -257,12 +272,14 @@ void frmNVR::choose_variables(int index) {
 /// Shows what is likely to be wrong in the daily variables, and opens the editor where the user wants to go.
 void frmNVR::check_data() {
     commit_edits();
-    windows_.show_data_check([this](const DataFinding& finding) {
-        commit_edits();
-        if (view_record(session()) != DataOutcome::ShowEditor) return;
-        open_daily_editor(DailyPlace{finding.zone, finding.first, finding.field});
-        windows_.look_at_data_again();
-    });
+    windows_.show_data_check([this](const DataFinding& finding) { go_to(finding); });
+}
+
+void frmNVR::go_to(const DataFinding& finding) {
+    commit_edits();
+    if (view_record(session()) != DataOutcome::ShowEditor) return;
+    open_daily_editor(DailyPlace{finding.zone, finding.first, std::string{finding.field()}});
+    windows_.look_at_data_again();
 }
 
 void frmNVR::show_climate_run() {

@@ -118,12 +118,22 @@ WindowKeeper::DefinitionEnd WindowKeeper::define_simulation() {
     return window.accepted() ? DefinitionEnd::Accepted : DefinitionEnd::Cancelled;
 }
 
+void WindowKeeper::make_data_check(const std::function<void(const DataFinding&)>& wanted) {
+    if (data_check_) return;
+    data_check_ = std::make_unique<frmDataCheck>(context_, nullptr);
+    QObject::connect(data_check_.get(), &frmDataCheck::wanted, data_check_.get(), wanted);
+}
+
 void WindowKeeper::show_data_check(const std::function<void(const DataFinding&)>& wanted) {
-    if (!data_check_) {
-        data_check_ = std::make_unique<frmDataCheck>(context_, nullptr);
-        QObject::connect(data_check_.get(), &frmDataCheck::wanted, data_check_.get(), wanted);
-    }
+    make_data_check(wanted);
     data_check_->look();
+    bring_to_front(*data_check_);
+}
+
+void WindowKeeper::show_missing_values(const DailyPlace& place,
+                                       const std::function<void(const DataFinding&)>& wanted) {
+    make_data_check(wanted);
+    data_check_->show_missing(place);
     bring_to_front(*data_check_);
 }
 

@@ -48,6 +48,8 @@ public:
     /// Looks through the daily variables and shows what was found.
     /// @param wanted called where the user wants to see a finding in the daily editor
     void show_data_check(const std::function<void(const DataFinding&)>& wanted);
+    /// The same with the missing values of a zone, the cursor on those of the place.
+    void show_missing_values(const DailyPlace& place, const std::function<void(const DataFinding&)>& wanted);
 
     /// Brings open windows up to date after the basin or its results have changed: whether statistics are out
     /// of date, which plots can be chosen.
@@ -85,6 +87,7 @@ public:
     void show_about(QWidget& main_window);
 
 private:
+    void make_data_check(const std::function<void(const DataFinding&)>& wanted);
     WindowContext context_;
     ColourDialog colours_;
     PlotScreen plot_screen_;  ///< its grid lines and data points outlive the window

@@ -44,6 +44,41 @@ TEST_F(CheckDataCommandTest, PrintsJson) {
     EXPECT_TRUE(found);
 }
 
+TEST_F(CheckDataCommandTest, ListsDoubledRowsAndRowsOfZonesThatTheBasinDoesNotHave) {
+    {
+        BasinDatabase database{basin(), Access::ReadWrite};
+        for (const int zone : {0, 7}) {
+            database.execute("INSERT INTO PhysicalData (Zone, Date, Precip) SELECT " + std::to_string(zone) +
+                             ", Date, Precip FROM PhysicalData WHERE Zone = 1 AND Date IN (35704, 35706)");
+        }
+        database.execute(
+            "INSERT INTO PhysicalData SELECT * FROM PhysicalData WHERE Zone = 3 AND Date = 35710");
+    }
+    const std::string out = printed({"check", basin(), "--data"});
+    EXPECT_THAT(out, HasSubstr("Zone 0, 1997-10-01 to 1997-10-03: No such zone: The basin has no zone 0, but "
+                               "2 rows of it.\n"));
+    EXPECT_THAT(out,
+                HasSubstr("Zone C, 1997-10-07: Doubled row: The zone has more than one row on 1 day.\n"));
+    EXPECT_THAT(out, HasSubstr("Zone 7, 1997-10-01 to 1997-10-03: No such zone: The basin has no zone 7, but "
+                               "2 rows of it.\n"));
+    EXPECT_LT(out.find("zone 0"), out.find("Zone C"));
+    EXPECT_LT(out.find("Zone C"), out.find("zone 7"));
+}
+
+TEST_F(CheckDataCommandTest, TakesNumbersAsTheSinglesThatARunReads) {
+    {
+        BasinDatabase database{basin(), Access::ReadWrite};
+        database.execute("UPDATE PhysicalData SET SCA = 1.00000001 WHERE Zone = 4 AND Date = 35704");
+        database.execute("UPDATE PhysicalData SET SCA = 1.0000002 WHERE Zone = 4 AND Date = 35706");
+    }
+    const std::string out = printed({"check", basin(), "--data"});
+    EXPECT_THAT(out, testing::Not(HasSubstr("Zone D, 1997-10-01: Cover outside")));
+    EXPECT_THAT(out, HasSubstr("Zone D, 1997-10-03: Cover outside 0 to 1"));
+    // The form of the file is another question, which the check of the file answers.
+    const auto result = batch({"check", basin()});
+    EXPECT_THAT(result.out, HasSubstr("SCA holds 1.00000001, which is not a valid FLOAT"));
+}
+
 TEST_F(CheckDataCommandTest, NeedsABasin) {
     expect_refused(batch({"check", path("none.mdb"), "--data"}), "none.mdb");
     expect_refused(batch({"check", basin(), "--json"}), "--data", 2);

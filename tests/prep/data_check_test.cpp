@@ -47,9 +47,9 @@ protected:
         std::vector<std::string> texts;
         for (const DataFinding& finding : check_daily_rows(rows, setting).findings) {
             texts.push_back(std::string{data_fault_text(finding.fault)} + " " +
-                            static_cast<char>('A' + finding.zone - 1) + " " + finding.field + " " +
-                            std::to_string(finding.first - k_start) + "-" +
-                            std::to_string(finding.last - k_start) + ": " + finding.text);
+                            static_cast<char>('A' + finding.zone - 1) + " " + std::string{finding.field()} +
+                            " " + std::to_string(finding.first - k_start) + "-" +
+                            std::to_string(finding.last - k_start) + ": " + finding_text(finding));
         }
         return texts;
     }
@@ -61,6 +61,18 @@ protected:
         for (auto& field : rows.fields) field.erase(field.begin() + at);
     }
 
+    void double_row(int zone, int day) {
+        const auto same = [&](std::size_t row) {
+            return rows.zone[row] == zone && rows.date[row] == k_start + day;
+        };
+        std::size_t row = 0;
+        while (!same(row)) ++row;
+        const auto at = static_cast<std::ptrdiff_t>(row);
+        rows.zone.insert(rows.zone.begin() + at, zone);
+        rows.date.insert(rows.date.begin() + at, k_start + day);
+        for (auto& field : rows.fields) field.insert(field.begin() + at, double{field[row]});
+    }
+
     const DayCount k_start = day_of(2001, 5, 1);
     int days_;
     DailyRows rows;
@@ -70,7 +82,7 @@ protected:
 TEST_F(DataCheckTest, GoodDataHasNoFindings) {
     EXPECT_THAT(found(), IsEmpty());
     EXPECT_EQ(check_daily_rows(rows, setting).days, 40);
-    EXPECT_EQ(check_daily_rows({}, setting).total, 0U);
+    EXPECT_THAT(check_daily_rows({}, setting).findings, IsEmpty());
 }
 
 TEST_F(DataCheckTest, FindsGapsWithinAndAtTheEndsOfTheRecord) {
@@ -100,11 +112,11 @@ TEST_F(DataCheckTest, ListsAFieldThatIsMissingOnAllDaysWhereARunNeedsIt) {
             none;
         value("Tavg", 1, day) = none;  // the extremes are there
     }
-    EXPECT_THAT(found(), ElementsAre("Missing value B SCA 0-39: SCA has no value on 40 days."));
+    EXPECT_THAT(found(), ElementsAre("Missing value B SCA 0-39: The snow cover has no value on 40 days."));
     for (int day = 0; day < 40; ++day) value("Tmin", 1, day) = none;
     EXPECT_THAT(found(), ElementsAre("Missing value A Tmin 0-39: Tmin has no value on 40 days.",
                                      "Missing value A Tavg 0-39: Tavg has no value on 40 days.",
-                                     "Missing value B SCA 0-39: SCA has no value on 40 days."));
+                                     "Missing value B SCA 0-39: The snow cover has no value on 40 days."));
 }
 
 TEST_F(DataCheckTest, AGapDividesDaysOfOneFault) {
@@ -186,7 +198,7 @@ TEST_F(DataCheckTest, FindsADischargeOfZero) {
                 ElementsAre("Discharge of zero A Runoff 0-1: The measured discharge is 0 on 2 days."));
 }
 
-TEST_F(DataCheckTest, KeepsTheFirstFindingsAndCountsAll) {
+TEST_F(DataCheckTest, KeepsAllFindingsInLittleRoom) {
     DailyRows many;
     many.fields.resize(k_checked_fields.size());
     for (int day = 0; day < 25000; ++day) {
@@ -197,8 +209,37 @@ TEST_F(DataCheckTest, KeepsTheFirstFindingsAndCountsAll) {
     }
     for (double& discharge : many.fields[5]) discharge = as_double(k_missing);
     const DataCheck check = check_daily_rows(many, setting);
-    EXPECT_EQ(check.findings.size(), k_most_findings);
-    EXPECT_EQ(check.total, 12501U);  // and zone B without rows
+    EXPECT_EQ(check.findings.size(), 12501U);  // and zone B without rows
+    EXPECT_LE(sizeof(DataFinding), 24U);
+}
+
+TEST_F(DataCheckTest, FindsDaysWithMoreThanOneRow) {
+    double_row(2, 6);
+    double_row(2, 5);
+    double_row(1, 39);
+    double_row(1, 39);  // three rows on a day
+    double_row(1, 0);
+    double_row(1, 2);  // the day between has one row
+    EXPECT_THAT(found(), ElementsAre("Doubled row A  0-0: The zone has more than one row on 1 day.",
+                                     "Doubled row A  2-2: The zone has more than one row on 1 day.",
+                                     "Doubled row A  39-39: The zone has more than one row on 1 day.",
+                                     "Doubled row B  5-6: The zone has more than one row on 2 days."));
+}
+
+TEST_F(DataCheckTest, TellsTheSnowCoverInWords) {
+    value("SCA", 1, 5) = as_double(k_missing);
+    EXPECT_THAT(found(), ElementsAre("Missing value A SCA 5-5: The snow cover has no value on 1 day."));
+}
+
+TEST_F(DataCheckTest, AFindingCoversTheCellsOfItsDaysAndField) {
+    value("Tavg", 2, 5) = value("Tavg", 2, 6) = as_double(k_missing);
+    const DataFinding finding = check_daily_rows(rows, setting).findings.at(0);
+    EXPECT_TRUE(covers(finding, {2, k_start + 5, "Tavg"}));
+    EXPECT_TRUE(covers(finding, {2, k_start + 6, "tavg"}));
+    EXPECT_FALSE(covers(finding, {2, k_start + 4, "Tavg"}));
+    EXPECT_FALSE(covers(finding, {2, k_start + 7, "Tavg"}));
+    EXPECT_FALSE(covers(finding, {1, k_start + 5, "Tavg"}));
+    EXPECT_FALSE(covers(finding, {2, k_start + 5, "Precip"}));
 }
 
 }  // namespace

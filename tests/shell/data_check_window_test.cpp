@@ -64,7 +64,7 @@ protected:
 TEST_F(DataCheckWindowTest, ListsWhatIsWrongByZoneAndDay) {
     open_check();
     const int cover = row_of("Cover outside 0 to 1", "B");
-    EXPECT_EQ(cell(cover, 2), "SCA");
+    EXPECT_EQ(cell(cover, 2), "CDC");  // as in the daily editor
     EXPECT_EQ(cell(cover, 3), long_date_text(first_ + 3));
     EXPECT_EQ(cell(cover, 5), "1");
     EXPECT_EQ(cell(cover, 6), "The snow cover is 1.5, which is not between 0 and 1.");
@@ -78,7 +78,7 @@ TEST_F(DataCheckWindowTest, ShowsOneKindOrOneZone) {
     choice("cboKind")->setCurrentText(QStringLiteral("Missing value"));
     EXPECT_EQ(list()->model()->rowCount(), 1);
     EXPECT_EQ(cell(0, 6), "Precip has no value on 1 day.");
-    EXPECT_THAT(told(), HasSubstr(" 1 are shown."));
+    EXPECT_THAT(told(), HasSubstr(" 1 are of this choice."));
     choice("cboZone")->setCurrentText(QStringLiteral("B"));
     EXPECT_EQ(list()->model()->rowCount(), 0);
     EXPECT_FALSE(check()->findChild<QPushButton*>(QStringLiteral("Command1(0)"))->isEnabled());  // Go to
@@ -139,6 +139,88 @@ TEST_F(DataCheckWindowTest, LooksAtTheNextBasin) {
     choose("mnuFileItem(0)");
     EXPECT_EQ(list()->model()->rowCount(), 0);
     EXPECT_EQ(told(), "The basin has no daily variables.");
+}
+
+TEST_F(DataCheckWindowTest, GoesToNoRowOfAZoneThatTheBasinDoesNotHave) {
+    {
+        BasinDatabase database{session_.basin.Work_File, Access::ReadWrite};
+        database.execute("INSERT INTO PhysicalData (Zone, Date) VALUES (9, " + std::to_string(first_) + ")");
+    }
+    open_check();
+    const int row = row_of("No such zone", "9");
+    EXPECT_EQ(cell(row, 6), "The basin has no zone 9, but 1 row of it.");
+    list()->setCurrentIndex(list()->model()->index(row, 0));
+    QTest::keyClick(list(), Qt::Key_Return);
+    EXPECT_EQ(
+        last_message().text,
+        "The rows of zone 9 can't be shown: the basin has 5 zones, and the daily editor shows these alone.");
+}
+
+/// Runs of the sample's simulation whose data lack a value.
+class MissingValueOfferTest : public DataCheckWindowTest {
+protected:
+    void lack(const std::string& field, int zone, DayCount day) {
+        BasinDatabase database{session_.basin.Work_File, Access::ReadWrite};
+        database.execute("UPDATE PhysicalData SET " + field + " = NULL WHERE Zone = " + std::to_string(zone) +
+                         " AND Date = " + std::to_string(day));
+    }
+    [[nodiscard]] DayCount run_start() const { return *session_.basin.current_simulation()->start; }
+    [[nodiscard]] std::vector<std::string> told_texts() const {
+        std::vector<std::string> texts;
+        for (const AskedMessage& asked : dialogs_.messages()) texts.push_back(asked.message.text);
+        return texts;
+    }
+    static constexpr const char* k_offer =
+        "The daily variables lack a value that the run needs. Show the missing values?";
+};
+
+TEST_F(MissingValueOfferTest, LeadsToTheValueThatStoppedTheRun) {
+    lack("Precip", 1, run_start() + 20);
+    lack("Precip", 1, run_start() + 21);
+    dialogs_.then(Answer::Yes);
+    choose("mnuRunSimVar(1)");
+    const auto texts = told_texts();
+    ASSERT_GE(texts.size(), 2U);
+    EXPECT_EQ(texts.back(), k_offer);
+    EXPECT_EQ(texts[texts.size() - 2], "Null value(s) in simulation parameter table on " +
+                                           long_date_text(run_start() + 20) +
+                                           ", in Zone 1\nThe missing value is that of Precip.");
+    ASSERT_NE(check(), nullptr);
+    EXPECT_TRUE(check()->isVisible());
+    EXPECT_EQ(choice("cboKind")->currentText(), QStringLiteral("Missing value"));
+    EXPECT_EQ(choice("cboZone")->currentIndex(), 1);
+    const int row = list()->currentIndex().row();
+    EXPECT_EQ(cell(row, 2), "Precip");
+    EXPECT_EQ(cell(row, 3), long_date_text(run_start() + 20));
+    EXPECT_EQ(cell(row, 4), long_date_text(run_start() + 21));
+}
+
+TEST_F(MissingValueOfferTest, ComesAfterARunWithoutSnowAndMeltOfSomeDays) {
+    lack("SCA", 4, run_start() + 3);
+    let_pass("Results");
+    dialogs_.then(Answer::No);
+    choose("mnuRunSimVar(1)");
+    EXPECT_EQ(told_texts().back(), k_offer);
+    EXPECT_EQ(check(), nullptr) << "the answer was No";
+}
+
+TEST_F(MissingValueOfferTest, DoesNotComeWhereAParameterIsMissing) {
+    const std::string table = session_.basin.current_simulation()->name;
+    {
+        BasinDatabase database{session_.basin.Work_File, Access::ReadWrite};
+        database.execute("UPDATE \"" + table + "\" SET LapseRate = NULL WHERE Zone = 1");
+    }
+    choose("mnuRunSimVar(1)");
+    const auto texts = told_texts();
+    EXPECT_THAT(texts.back(), HasSubstr("The missing value is that of LapseRate."));
+}
+
+TEST_F(MissingValueOfferTest, DoesNotComeAfterARunThatLacksNothing) {
+    lack("Runoff", 1, run_start() + 3);  // no run needs it
+    let_pass("Results");
+    const std::size_t before = dialogs_.messages().size();
+    choose("mnuRunSimVar(1)");
+    for (std::size_t i = before; i < dialogs_.messages().size(); ++i) EXPECT_NE(told_texts()[i], k_offer);
 }
 
 }  // namespace

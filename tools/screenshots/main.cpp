@@ -21,6 +21,7 @@
 #include "windows/plots/frmLineAtt.h"
 #include "windows/prep/SimOptions.h"
 #include "windows/prep/frmData.h"
+#include "windows/prep/frmDataCheck.h"
 #include "windows/prep/frmLongTermAvg.h"
 #include "windows/prep/frmParameterChange.h"
 #include "windows/prep/frmPopulate.h"
@@ -277,6 +278,7 @@ private:
         draw_change();
         draw_data(DataEntry::Results, "data-results.png");
         draw_data(DataEntry::Variables, "data-variables.png");
+        draw_data_check();
         frmLongTermAvg averages(context);
         if (!averages.open()) return;
         averages.show();
@@ -297,6 +299,26 @@ private:
         change.findChild<QLineEdit*>(QStringLiteral("txtNumber"))->setText(QStringLiteral("1.1"));
         change.show();
         draw(change, "parameter-change.png");
+    }
+
+    /// The list of what is likely to be wrong, of data into which some faults were put for the picture.
+    void draw_data_check() {
+        const fs::path sound = session_.basin.Work_File;
+        const fs::path file = program_ / "faulty.mdb";
+        fs::copy_file(session_.basin.Work_File, file, fs::copy_options::overwrite_existing);
+        {
+            BasinDatabase database{file, Access::ReadWrite};
+            database.execute("UPDATE PhysicalData SET Precip = NULL WHERE Zone = 1 AND Date % 97 = 5");
+            database.execute("UPDATE PhysicalData SET SCA = 1.5 WHERE Zone = 2 AND Date % 211 < 3");
+            database.execute("UPDATE PhysicalData SET Tavg = 31 WHERE Zone = 1 AND Date % 301 = 7");
+            database.execute("DELETE FROM PhysicalData WHERE Zone = 3 AND Date % 401 < 4");
+        }
+        session_.basin.Work_File = file;
+        frmDataCheck check(WindowContext{session_, quick_help_, program_, printing_});
+        check.look();
+        check.show();
+        draw(check, "check-data.png");
+        session_.basin.Work_File = sound;
     }
 
     /// The daily editor, opened by an entry of the Data menu.

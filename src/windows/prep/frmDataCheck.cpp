@@ -1,6 +1,7 @@
 #include "windows/prep/frmDataCheck.h"
 
 #include "base/durable_file.h"
+#include "prep/daily_editor.h"
 #include "session/data_check_setting.h"
 #include "store/database.h"
 #include "widgets/controls.h"
@@ -43,6 +44,19 @@ QString zone_text(const BasinState& basin, int zone) {
     const auto index = static_cast<std::size_t>(zone - 1);
     const bool named = index < basin.zones.size() && !basin.zones[index].id.empty();
     return named ? to_qt(basin.zones[index].id) : QString::number(zone);
+}
+
+/// The daily editor's word for the field of a finding.
+std::string editor_word(const DataFinding& finding) {
+    if (finding.field().empty()) return {};
+    return daily_columns(DataView::PhysicalData, {std::string{finding.field()}}).front().header;
+}
+
+/// Why the daily editor can't show a finding.
+std::string no_such_zone_text(const DataFinding& finding, int zones) {
+    return "The rows of zone " + std::to_string(finding.zone) + " can't be shown: the basin has " +
+           std::to_string(zones) + (zones == 1 ? " zone" : " zones") +
+           ", and the daily editor shows these alone.";
 }
 
 }  // namespace
@@ -167,16 +181,18 @@ void frmDataCheck::fill() {
     const int kind = kinds_->currentIndex() - 1;
     const int zone = zones_->currentIndex();
     shown_.clear();
+    chosen_ = 0;
     std::vector<QStringList> texts;
     for (std::size_t i = 0; i < check_.findings.size(); ++i) {
         const DataFinding& finding = check_.findings[i];
         if (kind >= 0 && finding.fault != k_data_faults.at(static_cast<std::size_t>(kind))) continue;
         if (zone > 0 && finding.zone != zone) continue;
+        if (++chosen_ > k_most_findings) continue;
         shown_.push_back(i);
         texts.push_back({QString::fromUtf8(data_fault_text(finding.fault)),
-                         zone_text(session().basin, finding.zone), to_qt(finding.field),
+                         zone_text(session().basin, finding.zone), to_qt(editor_word(finding)),
                          to_qt(long_date_text(finding.first)), to_qt(long_date_text(finding.last)),
-                         QString::number(finding.days()), to_qt(finding.text)});
+                         QString::number(finding.days()), to_qt(finding_text(finding))});
     }
     rows_->show(std::move(texts));
     list_->fit_columns();
@@ -188,17 +204,34 @@ void frmDataCheck::fill() {
 
 QString frmDataCheck::summary() const {
     if (!fault_.isEmpty()) return fault_;
-    if (check_.days == 0) return QStringLiteral("The basin has no daily variables.");
-    if (check_.total == 0) {
+    if (check_.findings.empty() && check_.days == 0)
+        return QStringLiteral("The basin has no daily variables.");
+    if (check_.findings.empty()) {
         return QStringLiteral("Nothing was found in %1 days of %2 zones.")
             .arg(check_.days)
             .arg(context().session.basin.ZoneCount);
     }
-    QString text = QStringLiteral("%1 findings in %2 days.").arg(check_.total).arg(check_.days);
-    if (check_.total > check_.findings.size())
-        text += QStringLiteral(" The first %1 are listed.").arg(check_.findings.size());
-    if (shown_.size() < check_.findings.size()) text += QStringLiteral(" %1 are shown.").arg(shown_.size());
+    QString text = QStringLiteral("%1 findings in %2 days.").arg(check_.findings.size()).arg(check_.days);
+    if (chosen_ < check_.findings.size()) text += QStringLiteral(" %1 are of this choice.").arg(chosen_);
+    if (chosen_ > shown_.size()) text += QStringLiteral(" The first %1 are listed.").arg(shown_.size());
     return text;
+}
+
+void frmDataCheck::show_missing(const DailyPlace& place) {
+    look();
+    {
+        const QSignalBlocker quiet_kinds(kinds_);
+        const QSignalBlocker quiet_zones(zones_);
+        const auto kind = std::find(k_data_faults.begin(), k_data_faults.end(), DataFault::Missing);
+        kinds_->setCurrentIndex(1 + static_cast<int>(kind - k_data_faults.begin()));
+        zones_->setCurrentIndex(place.zone);
+    }
+    fill();
+    for (int row = 0; row < rows_->rowCount(); ++row) {
+        if (!covers(shown(row), place)) continue;
+        list_->setCurrentIndex(rows_->index(row, 0));
+        return;
+    }
 }
 
 /// Copies the selected findings, all of them if none or one is selected.
@@ -210,7 +243,11 @@ void frmDataCheck::copy() {
 void frmDataCheck::go_to(int row) {
     if (row < 0 || row >= static_cast<int>(shown_.size())) return;
     // A copy, since the list is made anew before the call returns.
-    const DataFinding finding = check_.findings[shown_[static_cast<std::size_t>(row)]];
+    const DataFinding finding = shown(row);
+    if (finding.fault == DataFault::OtherZone) {
+        session().dialogs.message({.text = no_such_zone_text(finding, session().basin.ZoneCount)});
+        return;
+    }
     emit wanted(finding);
 }
 
