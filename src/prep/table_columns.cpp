@@ -88,6 +88,10 @@ private:
 
     [[nodiscard]] std::optional<std::size_t> find_stated_or(const char* name) const {
         const NamedColumn* const column = stated(name);
+        if (std::count_if(load_.columns.begin(), load_.columns.end(),
+                          [&](const NamedColumn& other) { return same_name(other.meaning, name); }) > 1) {
+            refuse(fmt::format("two columns are stated as '{}'", name));
+        }
         return column != nullptr ? std::optional{existing(*column)} : find(name);
     }
 
@@ -207,6 +211,11 @@ private:
     /// A unit of a field that the file does not give would be a slip.
     void check_units_are_used() const {
         for (const StatedUnit& unit : load_.units) {
+            for (const StatedUnit& other : load_.units) {
+                if (same_name(unit.field, other.field) && !same_name(unit.unit, other.unit))
+                    refuse(fmt::format("two units are stated for '{}': '{}' and '{}'", unit.field,
+                                       shown_cell(unit.unit), shown_cell(other.unit)));
+            }
             if (unit.field.empty()) {
                 if (columns_.fields.size() == 1) continue;
                 refuse(fmt::format("the unit '{}' is stated without a field, and the file gives several",

@@ -21,8 +21,11 @@ struct LoadTarget {
     bool monthly = false;       ///< the key is zone and month, otherwise zone and day
     int zones = 0;
     std::vector<std::string> zone_names;
-    Units units = Units::NotFixed;
+    Units units = Units::NotFixed;  ///< of its values: the basin's, or for parameters the simulation's
 };
+
+/// What can be loaded into a table. @throws TableFault for a table that can't be, or a basin without zones
+[[nodiscard]] LoadTarget load_target(BasinDatabase& database, const std::string& table);
 
 /// A column with values.
 struct ValueColumn {

@@ -24,42 +24,17 @@ constexpr int k_months_a_year = 12;
 
 [[noreturn]] void refuse(const std::string& reason) { throw TableFault(0, reason); }
 
-bool is_simulation(BasinDatabase& database, std::string_view name) {
+std::optional<Simulation> simulation_named(BasinDatabase& database, std::string_view name) {
     const auto simulations = read_table<Simulation>(database, template_table(k_simulation_index));
-    return std::any_of(simulations.begin(), simulations.end(),
-                       [&](const Simulation& row) { return same_name(row.name, name); });
+    const auto found = std::find_if(simulations.begin(), simulations.end(),
+                                    [&](const Simulation& row) { return same_name(row.name, name); });
+    return found == simulations.end() ? std::nullopt : std::optional{*found};
 }
 
 /// The fields of a table without the two of its key, which come first.
 std::vector<Field> value_fields(TableSchema table) {
     table.fields.erase(table.fields.begin(), table.fields.begin() + 2);
     return std::move(table.fields);
-}
-
-LoadTarget target_of(BasinDatabase& database, const std::string& table) {
-    const BasinDescription basin = read_basin_description(database);
-    LoadTarget target;
-    target.zones = basin.zones.value_or(0);
-    if (target.zones < 1 || target.zones > k_most_zones)
-        refuse("the basin has no zones yet, so that there is nothing that a table could belong to");
-    target.units = basin.units.value_or(Units::NotFixed);
-    for (const Zone& zone : read_table<Zone>(database, template_table(k_zone_description)))
-        target.zone_names.push_back(zone.id);
-    if (same_name(table, k_physical_data)) {
-        target.table = k_physical_data;
-        target.fields = value_fields(template_table(k_physical_data));
-    } else if (same_name(table, k_basin_averages)) {
-        target.table = k_basin_averages;
-        target.fields = value_fields(basin_averages_table());
-        target.monthly = true;
-    } else if (is_simulation(database, table) && database.has_table(table)) {
-        target.table = database.existing_table(table);
-        target.fields = value_fields(parameter_table(table));
-    } else {
-        refuse(fmt::format("'{}' is neither PhysicalData nor BasinAverages nor a simulation of the basin",
-                           shown_cell(table)));
-    }
-    return target;
 }
 
 /// Where the rows of a table are stored, by zone and day or month. The two are called the key of a row.
@@ -288,7 +263,8 @@ private:
 };
 
 LoadResult load_rows(BasinDatabase& database, const ByteSource& source, const TableLoad& load, bool keep) {
-    LoadTarget target = target_of(database, load.table);
+    LoadTarget target = load_target(database, load.table);
+    if (load.table_units) target.units = *load.table_units;
     CsvReader reader{source, load.form.separator};
     if (!reader.next()) throw TableFault(0, "the file is empty");
     if (load.form.decimal == DecimalSign::Comma && reader.separator() == ',')
@@ -300,6 +276,34 @@ LoadResult load_rows(BasinDatabase& database, const ByteSource& source, const Ta
 }
 
 }  // namespace
+
+LoadTarget load_target(BasinDatabase& database, const std::string& table) {
+    const BasinDescription basin = read_basin_description(database);
+    LoadTarget target;
+    target.zones = basin.zones.value_or(0);
+    if (target.zones < 1 || target.zones > k_most_zones)
+        refuse("the basin has no zones yet, so that there is nothing that a table could belong to");
+    target.units = basin.units.value_or(Units::NotFixed);
+    for (const Zone& zone : read_table<Zone>(database, template_table(k_zone_description)))
+        target.zone_names.push_back(zone.id);
+    if (same_name(table, k_physical_data)) {
+        target.table = k_physical_data;
+        target.fields = value_fields(template_table(k_physical_data));
+    } else if (same_name(table, k_basin_averages)) {
+        target.table = k_basin_averages;
+        target.fields = value_fields(basin_averages_table());
+        target.monthly = true;
+    } else if (const auto simulation = simulation_named(database, table);
+               simulation && database.has_table(table)) {
+        target.table = database.existing_table(table);
+        target.units = simulation->units.value_or(target.units);
+        target.fields = value_fields(parameter_table(table));
+    } else {
+        refuse(fmt::format("'{}' is neither PhysicalData nor BasinAverages nor a simulation of the basin",
+                           shown_cell(table)));
+    }
+    return target;
+}
 
 LoadResult load_table(BasinDatabase& database, const ByteSource& source, const TableLoad& load, bool keep) {
     LoadResult result;

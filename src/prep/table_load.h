@@ -2,6 +2,7 @@
 // all.
 #pragma once
 
+#include "base/units.h"
 #include "prep/csv_reader.h"
 #include "prep/date_pattern.h"
 #include "store/database.h"
@@ -51,7 +52,8 @@ struct TableLoad {
     std::string zone = {};  ///< the zone of all rows of a long form without a column `Zone`
     std::vector<StatedUnit> units = {};
     CellForm form = {};
-    bool any_order = false;  ///< the days of a zone may stand in any order
+    std::optional<Units> table_units = {};  ///< of the table's values; if not set, as the basin file has it
+    bool any_order = false;                 ///< the days of a zone may stand in any order
 };
 
 /// A row that can't be loaded.

@@ -20,7 +20,11 @@ constexpr std::array k_program_files{"null.mdb", "new.mdb", "new.mdb-journal", "
                                      "nivora.lock"};
 constexpr const char* k_basin_files = "Windows NVR Data (*.mdb)";
 
-bool saves(FileKind kind) { return kind != FileKind::OpenBasin && kind != FileKind::Import; }
+constexpr const char* k_tables = "Tables (*.csv)";
+
+bool saves(FileKind kind) {
+    return kind != FileKind::OpenBasin && kind != FileKind::Import && kind != FileKind::OpenTable;
+}
 
 bool saves_basin(FileKind kind) {
     return kind == FileKind::SaveQuestion || kind == FileKind::SaveAs || kind == FileKind::SaveBasin;
@@ -85,6 +89,8 @@ std::string title_of(FileKind kind) {
         case FileKind::SavePlot: return "Save a Nivora plot as ...";
         case FileKind::SaveText: return "Save as a text(.txt) file";
         case FileKind::SavePdf: return "Save as a PDF(.pdf) file";
+        case FileKind::OpenTable: return "Import a table";
+        case FileKind::SaveTable: return "Export a table";
         case FileKind::SaveQuestion:
         case FileKind::SaveBasin: break;
     }
@@ -103,6 +109,7 @@ std::vector<std::string> patterns_of(FileKind kind) {
 std::string extension_of(FileKind kind) {
     if (kind == FileKind::SaveText) return ".txt";
     if (kind == FileKind::SavePdf) return ".pdf";
+    if (kind == FileKind::SaveTable) return ".csv";
     return ".mdb";
 }
 
@@ -124,6 +131,22 @@ bool is_program_file(const fs::path& program_folder, const fs::path& file) {
                        [&](const char* name) { return same_file(file, program_folder / name); });
 }
 
+std::optional<Message> named_file_problem(const fs::path& file) {
+    std::error_code error;
+    const fs::file_status status = fs::status(file, error);
+    std::string reason;
+    switch (status.type()) {
+        case fs::file_type::regular: return std::nullopt;
+        case fs::file_type::not_found: reason = "does not exist."; break;
+        case fs::file_type::directory: reason = "is a folder. Name the basin file in it."; break;
+        case fs::file_type::none: reason = "can't be found: " + error.message() + "."; break;
+        default: reason = "is not a regular file.";
+    }
+    return Message{.text = "The file '" + path_text(file) + "' " + reason + " It was not opened.",
+                   .title = "The basin was not opened",
+                   .icon = Icon::Stop};
+}
+
 std::optional<Message> open_basin_refusal(const BasinState& basin, const fs::path& file,
                                           std::string_view what) {
     const auto is_open = [&](const fs::path& used) { return !used.empty() && same_file(file, used); };
@@ -142,7 +165,8 @@ std::optional<Message> open_basin_refusal(const BasinState& basin, const fs::pat
 
 fs::path FileNames::folder(FileKind kind) const {
     const auto kept = folders_.find(kind);
-    return kept == folders_.end() ? first_folder_ : kept->second;
+    if (kept != folders_.end()) return kept->second;
+    return shown_first_.empty() ? first_folder_ : shown_first_;
 }
 
 bool FileNames::may_replace(const fs::path& file) {
@@ -212,6 +236,24 @@ std::optional<PlotFileName> FileNames::GetPlotFileName(const BasinState& basin, 
                       [&](const fs::path& file) { return open_basin_refusal(basin, file, "plot"); });
     if (!answer) return std::nullopt;
     return PlotFileName{std::move(answer->file), forms.at(answer->pattern)};
+}
+
+std::optional<fs::path> FileNames::GetTableToRead() {
+    const auto answer = ask(
+        FileKind::OpenTable,
+        {.title = title_of(FileKind::OpenTable), .patterns = {k_tables, "Text Files (*.txt)", k_all_files}},
+        {});
+    return answer ? std::optional{answer->file} : std::nullopt;
+}
+
+std::optional<fs::path> FileNames::GetTableToWrite(const BasinState& basin, const std::string& proposed) {
+    const auto answer = ask(FileKind::SaveTable,
+                            {.title = title_of(FileKind::SaveTable),
+                             .proposed_name = proposed + ".csv",
+                             .patterns = {k_tables, k_all_files},
+                             .saving = true},
+                            [&](const fs::path& file) { return open_basin_refusal(basin, file, "table"); });
+    return answer ? std::optional{answer->file} : std::nullopt;
 }
 
 }  // namespace nivora

@@ -22,7 +22,9 @@ enum class FileKind {
     Import = 7,
     SaveText = 8,
     SaveBasin = 9,
-    SavePdf = 10  ///< a print into a PDF file
+    SavePdf = 10,  ///< a print into a PDF file
+    OpenTable = 11,
+    SaveTable = 12
 };
 
 /// Whether a path contains "NULL.MDB" or "NEW.MDB",
@@ -33,6 +35,10 @@ enum class FileKind {
 /// destroy unsaved work, or the program would overwrite what was written.
 [[nodiscard]] bool is_program_file(const std::filesystem::path& program_folder,
                                    const std::filesystem::path& file);
+
+/// The message that a file, named when the program was started, can't be opened because there is no regular
+/// file of that name; nothing if there is one. The file is not opened: a pipe would keep the program waiting.
+[[nodiscard]] std::optional<Message> named_file_problem(const std::filesystem::path& file);
 
 /// The forms in which a plot is saved, in the order of their filters.
 enum class PlotForm {
@@ -71,6 +77,8 @@ public:
 
     /// The first folder of every purpose: the program's.
     void begin_in(std::filesystem::path folder) { first_folder_ = std::move(folder); }
+    /// Another first folder of every purpose, where the program's is none that its user knows.
+    void show_first(std::filesystem::path folder) { shown_first_ = std::move(folder); }
 
     /// The chosen name; nothing if the user cancelled.
     ///
@@ -89,6 +97,13 @@ public:
     /// @param has_flow whether the plot can be saved as a flow file, which is then proposed
     [[nodiscard]] std::optional<PlotFileName> GetPlotFileName(const BasinState& basin, bool has_flow);
 
+    /// The same for a table that is read or written. To write, the file of the open basin is refused.
+    ///
+    /// @param proposed the name that is proposed to write
+    [[nodiscard]] std::optional<std::filesystem::path> GetTableToRead();
+    [[nodiscard]] std::optional<std::filesystem::path> GetTableToWrite(const BasinState& basin,
+                                                                       const std::string& proposed);
+
 private:
     using Refusal = std::function<std::optional<Message>(const std::filesystem::path& file)>;
 
@@ -98,6 +113,7 @@ private:
 
     Dialogs& dialogs_;
     std::filesystem::path first_folder_;
+    std::filesystem::path shown_first_ = {};  ///< empty: the first folder
     std::map<FileKind, std::filesystem::path> folders_;
 };
 

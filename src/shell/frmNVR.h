@@ -35,6 +35,15 @@ public:
     /// The file work of the start, and what follows from it. @return false if the program is to end
     bool start();
 
+    /// Whether a file that was named outside of the program can be opened now: no window waits for an answer,
+    /// and Open can be chosen.
+    [[nodiscard]] bool can_open_file() const;
+    /// Opens a basin as a choice among the recent files does, with the question about unsaved changes. Does
+    /// nothing if no file can be opened now.
+    void open_file(const std::filesystem::path& file);
+    /// Raises the window, or the one that waits for an answer.
+    void come_to_front();
+
 protected:
     void closeEvent(QCloseEvent* event) override;
     void quick_help_changed(bool on) override;
@@ -82,6 +91,7 @@ private:
     void check_data();
     void go_to(const DataFinding& finding);
     void offer_missing_values(const MissingInput& missing);
+    void import_table();
     void open_daily_editor(const std::optional<DailyPlace>& place);
     void show_long_term_averages();
     void show_plots();

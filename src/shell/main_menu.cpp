@@ -117,6 +117,8 @@ constexpr std::array k_entries{
     Entry{"mnuToolsItm(5)", "mnuTools", "&More ...", 54},
     Entry{"mnuRuns", "mnuToolsItm(5)", "&Runs", 55, Command::Runs},
     Entry{"mnuCheckData", "mnuToolsItm(5)", "&Check data", 56, Command::CheckData},
+    Entry{"mnuImportTable", "mnuToolsItm(5)", "&Import a table ...", 57, Command::ImportTable},
+    Entry{"mnuExportTable", "mnuToolsItm(5)", "&Export a table ...", 58, Command::ExportTable},
     Entry{"mnuWinGraphics", "", "&Graphics", 29, Command::Graphics, &ShellState::graphics},
     Entry{"mnuReports", "", "&Reports", 30, Command::Reports, &ShellState::reports},
     Entry{"mnuHelpItm(0)", "mnuHelp", "&Help for Nivora main window", 42, Command::Help},

@@ -36,6 +36,8 @@ enum class Command {
     ChangeParameter,
     Runs,
     CheckData,
+    ImportTable,
+    ExportTable,
     NoSnow,
     MeltTemperature,
     MeltRadiation,

@@ -47,6 +47,8 @@ void frmNVR::do_command(Command command) {
         case Command::ChangeParameter: return change_parameter();
         case Command::Runs: return windows_.show_runs();
         case Command::CheckData: return check_data();
+        case Command::ImportTable: return import_table();
+        case Command::ExportTable: commit_edits(); return windows_.export_table();
         case Command::NoSnow: return toggle_snow();
         case Command::MeltTemperature:
         case Command::MeltRadiation: return show_labels();
@@ -279,6 +281,13 @@ void frmNVR::go_to(const DataFinding& finding) {
     commit_edits();
     if (view_record(session()) != DataOutcome::ShowEditor) return;
     open_daily_editor(DailyPlace{finding.zone, finding.first, std::string{finding.field()}});
+    windows_.look_at_data_again();
+}
+
+void frmNVR::import_table() {
+    commit_edits();
+    if (!windows_.import_table()) return;
+    refresh_main_window();
     windows_.look_at_data_again();
 }
 

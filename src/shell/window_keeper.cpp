@@ -16,6 +16,8 @@
 #include "windows/prep/frmLongTermAvg.h"
 #include "windows/prep/frmParameterChange.h"
 #include "windows/prep/frmPopulate.h"
+#include "windows/prep/frmTableExport.h"
+#include "windows/prep/frmTableImport.h"
 #include "windows/reports/frmPrint.h"
 
 #include <QApplication>
@@ -139,6 +141,17 @@ void WindowKeeper::show_missing_values(const DailyPlace& place,
 
 void WindowKeeper::look_at_data_again() {
     if (data_check_ && data_check_->isVisible()) data_check_->look();
+}
+
+bool WindowKeeper::import_table() {
+    frmTableImport window(context_, nullptr);
+    window.show_modal();
+    return window.loaded();
+}
+
+void WindowKeeper::export_table() {
+    frmTableExport window(context_, nullptr);
+    window.show_modal();
 }
 
 bool WindowKeeper::edit_daily_data(const std::optional<DailyPlace>& place) {

@@ -69,6 +69,9 @@ public:
     /// Opens the definition that the session has prepared.
     [[nodiscard]] DefinitionEnd define_simulation();
     void look_at_data_again();
+    /// @return whether a table was loaded
+    [[nodiscard]] bool import_table();
+    void export_table();
     /// Opens the daily editor on what the session has prepared. @return false if it could not open
     /// @param place where the cursor goes; the first cell if not given
     [[nodiscard]] bool edit_daily_data(const std::optional<DailyPlace>& place);

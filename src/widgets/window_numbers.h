@@ -21,7 +21,9 @@ enum class WindowNumber {
     // Windows from here on keep their place until the program ends.
     frmParameterChange = 20,
     frmRuns = 21,
-    frmDataCheck = 22
+    frmDataCheck = 22,
+    frmTableImport = 23,
+    frmTableExport = 24
 };
 
 }  // namespace nivora

@@ -26,6 +26,8 @@
 #include "windows/prep/frmLongTermAvg.h"
 #include "windows/prep/frmParameterChange.h"
 #include "windows/prep/frmPopulate.h"
+#include "windows/prep/frmTableExport.h"
+#include "windows/prep/frmTableImport.h"
 #include "windows/reports/frmFileDisp.h"
 #include "windows/reports/frmPrint.h"
 
@@ -112,6 +114,10 @@ private:
         frmDataCheck check(context());
         check.look();
         show_and_close("frmDataCheck", check);
+        frmTableImport table_import(context());
+        show_and_close("frmTableImport", table_import);
+        frmTableExport table(context());
+        show_and_close("frmTableExport", table);
         frmPrint reports(context());
         show_and_close("frmPrint", reports);
         frmFileDisp display(context());

@@ -16,6 +16,8 @@
 #include "windows/prep/frmLongTermAvg.h"
 #include "windows/prep/frmParameterChange.h"
 #include "windows/prep/frmPopulate.h"
+#include "windows/prep/frmTableExport.h"
+#include "windows/prep/frmTableImport.h"
 #include "windows/reports/frmFileDisp.h"
 #include "windows/reports/frmPrint.h"
 
@@ -141,6 +143,12 @@ TEST_F(LettersTest, OfTheRunsAreItsButtonsAndItsChoice) {
 
 TEST_F(LettersTest, OfTheCheckOfDataAreItsButtonsAndChoices) {
     EXPECT_THAT(letters(frmDataCheck{context()}), ElementsAre("A", "C", "D", "G", "H", "W", "Z"));
+}
+
+TEST_F(LettersTest, OfTheTablesAreTheirButtonsAndChoices) {
+    EXPECT_THAT(letters(frmTableImport{context()}),
+                ElementsAre("D", "E", "F", "G", "H", "I", "K", "L", "M", "N", "O", "S", "T", "Z"));
+    EXPECT_THAT(letters(frmTableExport{context()}), ElementsAre("D", "E", "H", "T", "U"));
 }
 
 TEST_F(LettersTest, OfTheTimeLagAreItsButtons) {

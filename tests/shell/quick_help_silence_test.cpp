@@ -5,6 +5,8 @@
 #include "windows/engine/frmTimeLagDist.h"
 #include "windows/prep/frmDataCheck.h"
 #include "windows/prep/frmParameterChange.h"
+#include "windows/prep/frmTableExport.h"
+#include "windows/prep/frmTableImport.h"
 
 namespace nivora {
 namespace {
@@ -44,6 +46,16 @@ TEST_F(QuickHelpSilenceTest, EveryElementOfTheCheckOfDataIsSilent) {
     check.show();
     quick_help_.set_on(true);
     walk_widgets(check, "frmDataCheck");
+}
+
+TEST_F(QuickHelpSilenceTest, EveryElementOfTheImportAndTheExportOfATableIsSilent) {
+    frmTableImport table_import(context());
+    table_import.show();
+    frmTableExport table(context());
+    table.show();
+    quick_help_.set_on(true);
+    walk_widgets(table_import, "frmTableImport");
+    walk_widgets(table, "frmTableExport");
 }
 
 TEST_F(QuickHelpSilenceTest, EveryElementOfTheChangeOfAParameterIsSilent) {
