@@ -130,7 +130,8 @@ double day_step(double range, int wanted) {
 
 /// Multiples of a step from the least to the greatest value.
 std::vector<double> multiples(double least, double greatest, double step) {
-    constexpr double k_hair = 1.0e-9;
+    // A Single such as 1.3 is a little less than the number that it stands for.
+    constexpr double k_hair = 1.0e-6;
     std::vector<double> values;
     const double first = std::ceil(least / step - k_hair);
     const double last = std::floor(greatest / step + k_hair);
@@ -286,11 +287,14 @@ private:
     std::vector<SurfaceRectangle> named_;
 };
 
-std::string marked_remark(const ContourPicture& picture) {
+/// @param drawn whether a line has the marked value
+std::string marked_remark(const ContourPicture& picture, bool drawn) {
     std::string text;
-    if (picture.marked_value)
-        text = fmt::format("thick line: {}, {}", picture.marked_name,
-                           label_of(*picture.marked_value, picture.kind));
+    if (picture.marked_value) {
+        const std::string value = label_of(*picture.marked_value, picture.kind);
+        text = drawn ? fmt::format("thick line: {}, {}", picture.marked_name, value)
+                     : fmt::format("{}: {}, which no line has", picture.marked_name, value);
+    }
     if (picture.marked_point) text += (text.empty() ? "" : "; ") + std::string{"circle: no change"};
     return text;
 }
@@ -306,13 +310,13 @@ void draw_grid(Surface& surface, const ContourPicture& picture) {
         for (ContourLine& line : contour_lines(picture, level)) lines.push_back(std::move(line));
     }
     for (const ContourLine& line : lines) drawer.curve(line.points, Pen{});
-    if (picture.marked_value) {
-        for (const ContourLine& line : contour_lines(picture, *picture.marked_value))
-            drawer.curve(line.points, Pen{.colour = k_black, .style = 0, .width = 3});
-    }
+    const auto marked =
+        picture.marked_value ? contour_lines(picture, *picture.marked_value) : std::vector<ContourLine>{};
+    for (const ContourLine& line : marked)
+        drawer.curve(line.points, Pen{.colour = k_black, .style = 0, .width = 3});
     for (const ContourLine& line : lines) drawer.name(line, label_of(line.value, picture.kind));
     if (picture.marked_point) drawer.circle(*picture.marked_point);
-    drawer.remark(marked_remark(picture));
+    drawer.remark(marked_remark(picture, !marked.empty()));
 }
 
 /// A curve over the one axis that changes.

@@ -126,6 +126,22 @@ TEST(DrawContours, NamesLinesAndTicks) {
     EXPECT_DOUBLE_EQ(surface.circles[0].y, 70.0);
 }
 
+TEST(DrawContours, AMarkedValueThatNoPlaceHasIsNamedWithoutALine) {
+    ContourPicture plane = contours_of({0, 1, 2}, {0.5, 1.0}, {0, 10, 20, 10, 20, 30});
+    plane.marked_value = 31.0;
+    RecordedSurface surface;
+    draw_contours(surface, plane);
+    EXPECT_THAT(surface.texts.back(), testing::StrEq("present climate: 31, which no line has"));
+    EXPECT_EQ(std::ranges::count_if(surface.lines, [](const auto& line) { return line.pen.width == 3; }), 0);
+}
+
+TEST(DrawContours, AnAxisThatEndsWithASingleHasATickAtItsEnd) {
+    const ContourPicture plane = contours_of({0, 1}, {as_double(0.7F), as_double(1.3F)}, {0, 10, 20, 30});
+    RecordedSurface surface;
+    draw_contours(surface, plane);
+    for (const char* text : {"0.7", "1", "1.3"}) EXPECT_THAT(surface.texts, testing::Contains(text));
+}
+
 TEST(DrawContours, DaysAreNamedByTheirDate) {
     const double day = static_cast<double>(*day_count({1998, 4, 1}));
     ContourPicture days = contours_of({0, 5}, {0, 1}, {day, day + 40, day, day + 40});
