@@ -27,6 +27,18 @@ endif()
 target_compile_options(nivora_compiler INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 target_compile_definitions(nivora_compiler INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
 
+# What is shipped is hardened: checked copies, protected stacks, and tables of the linker that are read-only before the
+# program starts. Programs are position-independent by the compiler's own default; -fPIC for them would keep calls within
+# a library from being inlined. tools/package-test looks for all of it.
+if(NOT NIVORA_SANITIZERS)
+    target_compile_options(nivora_compiler INTERFACE -fstack-protector-strong
+        $<$<CONFIG:Release>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>)
+    target_link_options(nivora_compiler INTERFACE -Wl,-z,relro,-z,now)
+endif()
+
+# No path of the machine that built it is in a program, so that two builds of one commit are the same.
+target_compile_options(nivora_compiler INTERFACE "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
+
 # Sanitizer reports need only line numbers: with these, objects are a third as large and tests compile in two thirds
 # of the time. Test files (the property NIVORA_TEST_CODE) are checked for addresses only: their many expectations take
 # twice as long to compile with the checks for undefined behaviour, which the libraries that they call have anyway.

@@ -1,5 +1,6 @@
 #include "batch/command_line.h"
 
+#include "base/build_details.h"
 #include "base/durable_file.h"
 #include "base/iso_date.h"
 #include "base/number_text.h"
@@ -476,7 +477,10 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
     Texts texts;
     CLI::App app{k_description, "nivora-batch"};
     app.footer(k_footer);
-    app.set_version_flag("--version", std::string{"Nivora "} + k_version);
+    bool verbose = false;
+    app.set_version_flag(
+        "--version", [&verbose] { return verbose ? version_details() : std::string{"Nivora "} + k_version; });
+    app.add_flag("--verbose", verbose, "With --version: commit, compiler, libraries and licences, too");
     app.add_flag("--refuse", texts.refuse, "Answer the model's questions with Cancel or No");
     app.add_option(
            "--wait", texts.wait,

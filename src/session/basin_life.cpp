@@ -65,13 +65,11 @@ void tell_results_left_out(Dialogs& dialogs, const fs::path& file) {
 
 }  // namespace
 
-BasinLife::BasinLife(Session& session, fs::path program_folder)
-    : session_(session),
-      template_file_(program_folder / "null.mdb"),
-      recovery_(program_folder / "recovery.state") {
-    session_.file_names.begin_in(program_folder);
-    session_.basin.App_Path = program_folder;
-    session_.basin.Work_File = program_folder / "new.mdb";
+BasinLife::BasinLife(Session& session, fs::path work_folder)
+    : session_(session), template_file_(work_folder / "null.mdb"), recovery_(work_folder / "recovery.state") {
+    session_.file_names.begin_in(work_folder);
+    session_.basin.App_Path = work_folder;
+    session_.basin.Work_File = work_folder / "new.mdb";
     session_.basin.Basin_File = template_file_;
 }
 
@@ -272,12 +270,25 @@ void BasinLife::open() {
     if (!Save_Prompt()) return;
     const auto name = session_.file_names.GetFileName(FileKind::OpenBasin, session_.basin.Basin_File);
     if (!name) return keep_declined();
-    if (is_reserved_name(*name) || is_program_file(session_.basin.App_Path, *name)) {
-        session_.dialogs.stop(path_text(*name) + " is a reserved file name used by Nivora!",
-                              "Invalid file name");
-        return keep_declined();
-    }
+    if (refuses_reserved(*name)) return keep_declined();
     open_file(*name);
+}
+
+/// Whether a file is one of the program's own, after a message.
+bool BasinLife::refuses_reserved(const fs::path& file) {
+    if (!is_reserved_name(file) && !is_program_file(session_.basin.App_Path, file)) return false;
+    session_.dialogs.stop(path_text(file) + " is a reserved file name used by Nivora!", "Invalid file name");
+    return true;
+}
+
+void BasinLife::open_named(const fs::path& file) {
+    // A name that leads nowhere costs no question about unsaved changes.
+    if (const auto problem = named_file_problem(file)) {
+        session_.dialogs.message(*problem);
+        return;
+    }
+    if (refuses_reserved(file) || !Save_Prompt()) return;
+    open_file(file);
 }
 
 void BasinLife::open_recent(std::size_t entry) {

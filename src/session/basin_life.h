@@ -17,8 +17,8 @@ namespace nivora {
 /// the user's file changes when the whole working file is copied over it.
 class BasinLife {
 public:
-    /// @param program_folder the folder of the template and the working file
-    BasinLife(Session& session, std::filesystem::path program_folder);
+    /// @param work_folder the folder of the template and the working file
+    BasinLife(Session& session, std::filesystem::path work_folder);
 
     /// Copies the template over the working file and opens it when the program starts. If it cannot be
     /// copied, the basin is that of the existing working file, with no simulation selected. Unsaved changes
@@ -43,6 +43,8 @@ public:
     void open();
     /// Opens an entry of the recent list, 1 the newest.
     void open_recent(std::size_t entry);
+    /// Opens a file that was named at the start of the program or of a second copy of it.
+    void open_named(const std::filesystem::path& file);
     void save();
     void save_as();
     /// Imports a legacy file into the basin. @return whether to add its simulation through its window; the
@@ -82,6 +84,7 @@ private:
     [[nodiscard]] bool may_overwrite();
     void keep_declined();
     void open_file(const std::filesystem::path& file);
+    [[nodiscard]] bool refuses_reserved(const std::filesystem::path& file);
     [[nodiscard]] bool copy_blank();
     void become_fresh();
     void become_named(const std::filesystem::path& file);

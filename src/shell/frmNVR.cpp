@@ -34,7 +34,7 @@ constexpr std::chrono::milliseconds k_recovery_interval{2000};
 
 frmNVR::frmNVR(const WindowContext& context)
     : NivoraWindow(context, "frmNVR", WindowNumber::frmNVR),
-      life_(context.session, context.program_folder),
+      life_(context.session, context.writable_folder()),
       windows_(context),
       menu_(new MainMenu(menuBar(), context.session, this)),
       procedure_(make_label(QStringLiteral("panel2"), {}, 43, this)),
@@ -147,6 +147,27 @@ bool frmNVR::start() {
     show();
     recovery_->start(k_recovery_interval);
     return true;
+}
+
+bool frmNVR::can_open_file() const {
+    return isVisible() && can_be_chosen(*menu_->action(QStringLiteral("mnuFileItem(1)"))) &&
+           !context().quick_help.is_on() && QApplication::activeModalWidget() == nullptr &&
+           QApplication::activePopupWidget() == nullptr;
+}
+
+void frmNVR::open_file(const std::filesystem::path& file) {
+    if (!can_open_file()) return;
+    life_.keep_recovery();
+    zone_question_.forget();
+    life_.open_named(file);
+}
+
+void frmNVR::come_to_front() {
+    if (isMinimized()) showNormal();
+    QWidget* front = QApplication::activeModalWidget();
+    if (front == nullptr) front = this;
+    front->raise();
+    front->activateWindow();
 }
 
 void frmNVR::commit_edits() {

@@ -27,8 +27,15 @@ class Printing;
 struct WindowContext {
     Session& session;
     QuickHelp& quick_help;
-    std::filesystem::path program_folder;
+    std::filesystem::path
+        program_folder;  ///< of the help texts and the sheet of scenarios, which are only read
     Printing& printing;
+    std::filesystem::path work_folder = {};  ///< empty if the program writes beside itself
+
+    /// Where reports are written.
+    [[nodiscard]] const std::filesystem::path& writable_folder() const {
+        return work_folder.empty() ? program_folder : work_folder;
+    }
 };
 
 /// A window with a QuickHelp button and strip, a status bar that shows the basin's file, a kept position, and

@@ -245,7 +245,7 @@ void frmCtrlClim::print() {
 ClimateContext frmCtrlClim::climate_context() {
     return {.run = {session().basin, session().run, session().dialogs},
             .climate = session().climate,
-            .report_file = context().program_folder / k_winter_report_name,
+            .report_file = context().writable_folder() / k_winter_report_name,
             .now = local_now()};
 }
 

@@ -227,7 +227,7 @@ void frmFileDisp::produce(const std::vector<Report>& reports) {
     ReportFileOutcome outcome;
     {
         const BusyPointer busy;
-        outcome = write_report_file(session(), context().program_folder, reports, local_now());
+        outcome = write_report_file(session(), context().writable_folder(), reports, local_now());
     }
     if (outcome.problem) session().dialogs.message(*outcome.problem);
     if (!outcome.file) return;

@@ -145,7 +145,7 @@ void frmPrint::produce() {
     ReportFileOutcome outcome;
     {
         const BusyPointer busy;
-        outcome = write_report_file(session(), context().program_folder, reports, local_now());
+        outcome = write_report_file(session(), context().writable_folder(), reports, local_now());
     }
     if (outcome.problem) {
         session().dialogs.message(*outcome.problem);
