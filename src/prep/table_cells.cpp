@@ -2,6 +2,7 @@
 
 #include "base/single.h"
 #include "base/text.h"
+#include "store/field_ranges.h"
 
 #include <fmt/format.h>
 
@@ -41,6 +42,16 @@ bool has_digits_around(std::string_view text, char sign) {
     return at != std::string_view::npos && text.find(sign, at + 1) == std::string_view::npos &&
            text.find_first_not_of("0123456789+-eE.,") == std::string_view::npos &&
            text.find_first_of("0123456789") != std::string_view::npos;
+}
+
+/// Why a value is outside the range of its field. A unit that was not stated, and a mark of missing values
+/// that was not, are the usual causes.
+std::string range_refusal(std::string_view text, double value, const FieldRange& range) {
+    const std::string limits = value < range.least && range.most == k_no_range_end
+                                   ? fmt::format("below {}", range.least)
+                                   : fmt::format("not within {} and {}", range.least, range.most);
+    return fmt::format("{}: '{}' is {}; state its unit, or that it stands for a missing value", range.field,
+                       shown_cell(text), limits);
 }
 
 }  // namespace
@@ -109,27 +120,31 @@ std::optional<double> NumberCells::read(std::string_view cell, const Field& fiel
     const bool as_given = conversion.is_identity();
     // The sum turns a negative zero, which no field holds, into 0.
     const double value = (as_given ? *given : conversion.of(*given)) + 0.0;
-    const auto too_large = [&] {
-        reason = fmt::format("{}: '{}' is beyond the numbers that the field can hold", field.name,
-                             shown_cell(text));
+    const auto refuse = [&](const char* why) {
+        reason = fmt::format("{}: '{}' is {}", field.name, shown_cell(text), why);
         return std::nullopt;
     };
-    if (!std::isfinite(value)) return too_large();
+    constexpr const char* k_too_large = "beyond the numbers that the field can hold";
+    if (!std::isfinite(value)) return refuse(k_too_large);
+    double kept = value;
     if (field.type == FieldType::Integer) {
-        if (value != std::nearbyint(value)) {
-            reason = fmt::format("{}: '{}' is not a whole number", field.name, shown_cell(text));
-            return std::nullopt;
-        }
-        if (!to_integer16(value)) return too_large();
-        return value;
+        if (value != std::nearbyint(value)) return refuse("not a whole number");
+        if (!to_integer16(value)) return refuse(k_too_large);
+    } else if (field.type == FieldType::Single) {
+        float single = 0.0F;
+        // Digits are rounded once: by way of a Double a text between two Singles could reach the wrong one.
+        const bool direct =
+            as_given && decimal_ == DecimalSign::Point && read_whole(text, single) == std::errc{};
+        if (!direct) single = static_cast<float>(value);
+        if (!std::isfinite(single)) return refuse(k_too_large);
+        kept = as_double(single + 0.0F);
     }
-    if (field.type != FieldType::Single) return value;
-    float single = 0.0F;
-    // Digits are rounded once: by way of a Double a text between two Singles could reach the wrong one.
-    const bool direct = as_given && decimal_ == DecimalSign::Point && read_whole(text, single) == std::errc{};
-    if (!direct) single = static_cast<float>(value);
-    if (!std::isfinite(single)) return too_large();
-    return as_double(single + 0.0F);
+    const FieldRange* const range = usable_range(field.name);
+    if (range != nullptr && !range->holds(kept)) {
+        reason = range_refusal(text, kept, *range);
+        return std::nullopt;
+    }
+    return kept;
 }
 
 }  // namespace nivora

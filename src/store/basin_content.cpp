@@ -1,6 +1,7 @@
 #include "base/text.h"
 #include "store/basin_check.h"
 #include "store/basin_store.h"
+#include "store/field_ranges.h"
 #include "store/table_io.h"
 
 #include <SQLiteCpp/Statement.h>
@@ -9,20 +10,6 @@
 namespace nivora {
 namespace {
 
-/// The range of a field that the model can use.
-struct FieldRange {
-    const char* field;
-    double least;
-    double most;
-};
-
-constexpr double k_any = 1e30;
-constexpr std::array k_variable_ranges{FieldRange{"Runoff", 0.0, k_any},  FieldRange{"Tmax", -200.0, 200.0},
-                                       FieldRange{"Tmin", -200.0, 200.0}, FieldRange{"Tavg", -200.0, 200.0},
-                                       FieldRange{"Precip", 0.0, k_any},  FieldRange{"SCA", 0.0, 1.0}};
-constexpr std::array k_parameter_ranges{FieldRange{"Tcrit", -200.0, 200.0}, FieldRange{"LagTime", 0.0, k_any},
-                                        FieldRange{"An", 0.0, k_any},       FieldRange{"Cs", 0.0, 1.0},
-                                        FieldRange{"Cr", 0.0, 1.0},         FieldRange{"Xcoeff", 0.0, k_any}};
 constexpr std::array k_scenario_ranges{FieldRange{"VarParm", 0.0, 11.0}, FieldRange{"EditAction", 0.0, 4.0},
                                        FieldRange{"Zones", 0.0, 16.0}};
 
@@ -172,7 +159,7 @@ void ContentCheck::check_zones() {
 }
 
 void ContentCheck::check_variables() {
-    check_ranges(k_physical_data, k_variable_ranges);
+    check_ranges(k_physical_data, variable_ranges());
     check_keys(k_physical_data);
 }
 
@@ -196,7 +183,7 @@ void ContentCheck::check_simulation(const Simulation& simulation) {
     const auto table = database_.stored_name(simulation.name);
     if (!table) return add(k_simulation_index, subject + "has no parameter table");
     check_values(parameter_table(*table), *table);
-    check_ranges(*table, k_parameter_ranges);
+    check_ranges(*table, parameter_ranges());
     check_keys(*table);
     check_period(simulation, *table);
     check_period(simulation, k_physical_data);
