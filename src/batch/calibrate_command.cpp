@@ -7,6 +7,7 @@
 #include "batch/interruption.h"
 #include "batch/output_guard.h"
 #include "batch/progress.h"
+#include "batch/study_changes.h"
 #include "batch/study_options.h"
 #include "search/calibration.h"
 #include "search/study_digest.h"
@@ -42,7 +43,9 @@ std::unique_ptr<StudyJournal> journal_of(const CalibrateCommand& command, const 
                                           JournalTitle{.basin = study_digest(problem),
                                                        .options = options,
                                                        .lanes = lanes,
-                                                       .costs = problem.objectives().size()},
+                                                       .costs = problem.objectives().size(),
+                                                       .changed_basin = changed_inputs,
+                                                       .changed_options = changed_option_values},
                                           command.resume);
 }
 
@@ -67,6 +70,24 @@ bool store_best(const CalibrateCommand& command, const StudyProblem& problem, co
     out << fmt::format("Stored {} as the simulation '{}'\n",
                        found.sets.size() > 1 ? "the first set" : "what was found", *command.save_as);
     return true;
+}
+
+/// Stores the best set. Where that fails, such as in a basin that another program holds, the state of the
+/// search stays, so that the next command stores it without a search.
+bool stores_best(const CalibrateCommand& command, const StudyProblem& problem, const FoundSets& found,
+                 BatchDialogs& dialogs, std::ostream& out) {
+    const auto note = [&] {
+        if (command.out)
+            dialogs.report_note("The same command with --resume stores what was found without a new search.");
+    };
+    try {
+        if (store_best(command, problem, found, dialogs, out)) return true;
+    } catch (const StoreError&) {
+        note();
+        throw;
+    }
+    note();
+    return false;
 }
 
 int calibrate(const CalibrateCommand& command, BatchDialogs& dialogs, std::ostream& out, std::ostream& err,
@@ -97,8 +118,9 @@ int calibrate(const CalibrateCommand& command, BatchDialogs& dialogs, std::ostre
                                         : "Stopped. With --out a search can be gone on with.");
         return k_stopped;
     }
+    if (!found.sets.empty() && !stores_best(command, *problem, found, dialogs, out)) return k_failed;
     if (command.out) std::filesystem::remove(state_file(*command.out));
-    if (!found.sets.empty()) return store_best(command, *problem, found, dialogs, out) ? k_done : k_failed;
+    if (!found.sets.empty()) return k_done;
     dialogs.report_problem("Nothing found",
                            "No numbers of these ranges gave a run with the measures that were asked "
                            "for. Does the simulation run without them?");

@@ -115,13 +115,15 @@ std::optional<std::vector<const Objective*>> read_objectives(const StudyCommand&
 /// Why the measured discharge of the fit days has no such measure; empty if it may have.
 std::string measured_problem(const StudyProblem& problem) {
     const std::vector<double>& measured = problem.fit_days().measured;
-    if (measured.empty()) return "None of the days to fit has a measured discharge.";
+    if (measured.empty())
+        return "None of the days to fit has a measured discharge. Choose other days with --fit.";
     if (std::any_of(measured.begin(), measured.end(), [&](double q) { return q != measured.front(); }))
         return {};
     for (const Objective* objective : problem.objectives()) {
         if (objective->best == 1.0) {
             return fmt::format(
-                "The measured discharge is constant on the days to fit, so that '{}' is not defined.",
+                "The measured discharge is constant on the days to fit, so that '{}' is not defined. Choose "
+                "other days with --fit.",
                 objective->name);
         }
     }

@@ -3,6 +3,7 @@
 #include "base/durable_file.h"
 #include "base/output_file.h"
 #include "base/version.h"
+#include "batch/study_changes.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -99,52 +100,10 @@ void check_parts(const std::vector<Part>& parts, const std::filesystem::path& ou
         refuse(out, fmt::format("the part with the runs {} to {} is missing", runs, first.runs - 1));
 }
 
-/// The parts of the digests of basins that differ, after a colon; empty where the digests have other parts.
-std::string changed_parts(std::string_view stored, std::string_view asked) {
-    const auto parts_of = [](std::string_view text) {
-        std::vector<std::string_view> parts;
-        parts.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), ',')) + 1);
-        for (;;) {
-            const std::size_t end = text.find_first_of(", ");
-            parts.push_back(text.substr(0, end));
-            if (end == std::string_view::npos) return parts;
-            text.remove_prefix(end + 1);
-        }
-    };
-    const auto before = parts_of(stored);
-    const auto now = parts_of(asked);
-    if (before.size() != now.size()) return {};
-    std::string names;
-    for (std::size_t i = 0; i < now.size(); ++i) {
-        const std::string_view name = now[i].substr(0, now[i].find(':'));
-        if (before[i] == now[i] || names.find(name) != std::string::npos) continue;
-        names += fmt::format("{}{}", names.empty() ? ": its " : ", ", name);
-    }
-    return names.empty() ? names : names + " have changed";
-}
-
-/// A value in few characters.
-std::string short_text(const std::string& text) {
-    constexpr std::size_t k_most = 80;
-    return text.size() <= k_most ? text : text.substr(0, k_most) + "...";
-}
-
 /// The options that differ, as the file has them; empty if none does.
 std::string changed_options(const StudyTitle& stored, const StudyTitle& asked) {
-    std::string changed;
+    std::string changed = changed_option_values(stored.options, asked.options);
     const auto add = [&](const std::string& text) { changed += (changed.empty() ? "" : ", ") + text; };
-    const TitleJson before = TitleJson::parse(stored.options, nullptr, false);
-    const TitleJson now = TitleJson::parse(asked.options, nullptr, false);
-    if (before.is_object() && now.is_object()) {
-        for (const auto& [name, value] : before.items()) {
-            if (!now.contains(name) || now[name] != value)
-                add(name + " " + short_text(value.dump(-1, ' ', true)));
-        }
-        for (const auto& [name, value] : now.items()) {
-            if (!before.contains(name)) add("no " + name);
-        }
-    }
-    if (changed.empty() && stored.options != asked.options) add(short_text(stored.options));
     if (stored.runs != asked.runs) add(fmt::format("{} runs", stored.runs));
     if (stored.span.first != asked.span.first || stored.span.behind != asked.span.behind)
         add(fmt::format("the share with the runs {} to {}", stored.span.first,
@@ -195,15 +154,18 @@ void StudyFile::read(const StudyTitle& title, const std::string& names, const Ta
     const auto first = take_line(rest);
     const auto found = first ? read_title(*first) : std::nullopt;
     if (!found || found->kind != title.kind) refuse(path_, fmt::format("this is not a {}", title.kind));
-    if (found->basin != title.basin) {
-        refuse(path_, fmt::format("the basin is not the one that the {} was begun with{}; begin anew without "
-                                  "--resume",
-                                  title.kind, changed_parts(found->basin, title.basin)));
-    }
+    // The options first, since some of them, such as No Snow mode, show in the digest of the basin.
     if (const std::string changed = changed_options(*found, title); !changed.empty()) {
         refuse(path_, fmt::format("the options are not those that the {} was begun with; begin anew without "
                                   "--resume, or use these: {}",
                                   title.kind, changed));
+    }
+    if (found->basin != title.basin) {
+        const std::string changed = changed_inputs(found->basin, title.basin);
+        refuse(path_,
+               fmt::format("the basin is not the one that the {} was begun with{}; begin anew without "
+                           "--resume",
+                           title.kind, changed.empty() ? changed : ": its " + changed + " have changed"));
     }
     const auto found_names = take_line(rest);
     if (!found_names || std::string{*found_names} + "\n" != names)

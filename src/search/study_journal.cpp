@@ -62,13 +62,21 @@ void StudyJournal::read(const JournalTitle& title) {
     };
     std::string_view rest = content;
     if (take_line(rest) != k_first_line) refuse("this is not the state of a search");
-    if (take_line(rest) != title.basin)
-        refuse("the basin is not the one that the search was begun with; begin anew without --resume");
-    if (const auto options = take_line(rest); options != title.options) {
+    const auto basin = take_line(rest);
+    const auto options = take_line(rest);
+    // The options first, since some of them, such as No Snow mode, show in the digest of the basin.
+    if (options && options != title.options) {
         refuse(fmt::format(
             "the options are not those that the search was begun with; begin anew without --resume, or "
             "use these: {}",
-            options.value_or("")));
+            title.changed_options(*options, title.options)));
+    }
+    if (basin != title.basin) {
+        const std::string changed = title.changed_basin(basin.value_or(""), title.basin);
+        refuse(
+            fmt::format("the basin is not the one that the search was begun with{}; begin anew without "
+                        "--resume",
+                        changed.empty() ? changed : ": its " + changed + " have changed"));
     }
     if (take_line(rest) != fmt::format("{} {}", title.lanes, title.costs)) refuse("the state is damaged");
     while (auto line = take_line(rest)) {

@@ -7,9 +7,11 @@
 #include <cstddef>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace nivora {
@@ -20,6 +22,13 @@ struct JournalTitle {
     std::string options;  ///< one line: all that decides the course of the search
     std::size_t lanes = 1;
     std::size_t costs = 1;  ///< of an evaluation
+
+    /// What a refusal says of a stored text and the one that it should be.
+    using Difference = std::function<std::string(std::string_view stored, std::string_view asked)>;
+    Difference changed_basin = [](std::string_view, std::string_view) { return std::string{}; };
+    Difference changed_options = [](std::string_view stored, std::string_view) {
+        return std::string{stored};
+    };
 };
 
 /// Costs by lane. A lane is a sequence of evaluations that one thread at a time walks; several lanes may be

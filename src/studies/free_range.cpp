@@ -6,7 +6,9 @@
 
 #include <fmt/format.h>
 
+#include <charconv>
 #include <cmath>
+#include <system_error>
 #include <utility>
 
 namespace nivora {
@@ -53,13 +55,20 @@ std::string read_action(FreeRange& range, std::string_view text) {
     return fmt::format("'{}' is not an action: give set, add or multiply", text);
 }
 
+std::string number_problem(std::string_view text) {
+    double value = 0.0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    const bool whole = end == text.data() + text.size() && error != std::errc::invalid_argument;
+    return fmt::format("'{}' is not a {}number", text, whole ? "finite " : "");
+}
+
 std::string read_limits(FreeRange& range, std::string_view text) {
     const auto sides = sides_of(text);
     if (!sides || sides->first.empty() || sides->second.empty())
         return fmt::format("'{}' is not a range such as 0.7..1.4", text);
     const auto low = exact_number(sides->first);
     const auto high = exact_number(sides->second);
-    if (!low || !high) return fmt::format("'{}' is not a number", low ? sides->second : sides->first);
+    if (!low || !high) return number_problem(low ? sides->second : sides->first);
     if (!std::isfinite(*low) || !std::isfinite(*high))
         return fmt::format("'{}' is not a range between finite numbers", text);
     if (*low > *high) return fmt::format("the range '{}' is reversed: the lower number comes first", text);
