@@ -13,6 +13,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QMenu>
 #include <QScrollBar>
 #include <QSpinBox>
 #include <map>
@@ -201,10 +202,23 @@ void mass_edit(benchmark::State& state) {
     close_dropping_changes(prepared, *window);
 }
 
+/// Every other column hidden or, at the right, in the reverse order, with the computed discharge among them.
+std::string arranged_results() {
+    const auto fields = daily_fields(DataView::Results);
+    std::string kept = "Date Computed";
+    for (std::size_t field = fields.size() - 1; field > 0; --field)
+        kept += (field < fields.size() / 2 && field % 2 == 0 ? " -" : " ") + fields[field];
+    return kept;
+}
+
 /// A step of a scroll bar and its painting, from one end of the table to the other and back.
-void scroll(benchmark::State& state, Qt::Orientation direction) {
+void scroll(benchmark::State& state, Qt::Orientation direction, bool arranged) {
     Prepared prepared{static_cast<int>(state.range(0))};
     prepared.show_results();
+    if (arranged) {
+        prepared.session.basin.Output_Valid = true;
+        prepared.session.settings.columns["Results"] = arranged_results();
+    }
     const auto window = shown_editor(prepared);
     GridView& grid = grid_of(*window);
     grid.horizontalScrollBar()->setValue(300);
@@ -218,8 +232,41 @@ void scroll(benchmark::State& state, Qt::Orientation direction) {
     }
     state.counters["columns"] = grid.model()->columnCount();
 }
-void scroll_columns(benchmark::State& state) { scroll(state, Qt::Horizontal); }
-void scroll_rows(benchmark::State& state) { scroll(state, Qt::Vertical); }
+void scroll_columns(benchmark::State& state) { scroll(state, Qt::Horizontal, false); }
+void scroll_rows(benchmark::State& state) { scroll(state, Qt::Vertical, false); }
+void scroll_arranged_columns(benchmark::State& state) { scroll(state, Qt::Horizontal, true); }
+void scroll_arranged_rows(benchmark::State& state) { scroll(state, Qt::Vertical, true); }
+
+/// Hides a column among 57 and shows it again, by turns, with the painting.
+void hide_column(benchmark::State& state) {
+    Prepared prepared{static_cast<int>(state.range(0))};
+    prepared.show_results();
+    const auto window = shown_editor(prepared);
+    GridView& grid = grid_of(*window);
+    grid.setCurrentIndex(grid.model()->index(9000, 3));
+    QAction* hide = nullptr;
+    for (QAction* action : window->actions()) {
+        if (action->shortcut() == QKeySequence(Qt::CTRL | Qt::Key_0)) hide = action;
+    }
+    if (hide == nullptr) std::abort();
+    const int columns = grid.model()->columnCount();
+    for (auto _ : state) {
+        hide->trigger();
+        QApplication::processEvents();
+        if (grid.model()->columnCount() != columns - 1) state.SkipWithError("nothing was hidden");
+        state.PauseTiming();
+        for (QAction* action : window->actions()) {
+            if (action->shortcut() == QKeySequence(Qt::CTRL | Qt::Key_L)) action->trigger();
+        }
+        QApplication::processEvents();
+        auto* menu = grid.findChild<QMenu*>(QStringLiteral("mnuColumns"));
+        menu->findChild<QAction*>(QStringLiteral("columnsOriginal"))->trigger();
+        menu->close();
+        QApplication::processEvents();
+        grid.setCurrentIndex(grid.model()->index(9000, 3));
+        state.ResumeTiming();
+    }
+}
 
 /// The sums of 20,000 days of seven variables.
 void sums_of_block(benchmark::State& state) {
@@ -281,6 +328,9 @@ BENCHMARK(undo_paste)->Apply(on_years)->Arg(55);
 BENCHMARK(mass_edit)->Apply(on_years)->Arg(50);
 BENCHMARK(scroll_columns)->Apply(on_years)->Arg(50);
 BENCHMARK(scroll_rows)->Apply(on_years)->Arg(50);
+BENCHMARK(scroll_arranged_columns)->Apply(on_years)->Arg(50);
+BENCHMARK(scroll_arranged_rows)->Apply(on_years)->Arg(50);
+BENCHMARK(hide_column)->Apply(on_years)->Arg(50);
 BENCHMARK(sums_of_block)->Apply(on_years)->Arg(55);
 BENCHMARK(sums_of_column)->ArgName("keeps_numbers")->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond);
 
