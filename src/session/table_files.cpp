@@ -19,17 +19,17 @@ std::vector<ChosenTable> loadable_tables(const BasinState& basin) {
     tables.reserve(tables.size() + basin.simulations.size());
     for (const Simulation& simulation : basin.simulations)
         tables.push_back({simulation.name, "Parameters of " + simulation.name});
-    try {
-        BasinDatabase database{basin.Work_File, Access::ReadOnly};
-        std::erase_if(tables, [&](const ChosenTable& each) { return !database.has_table(each.name); });
-    } catch (const StoreError&) {
-        // The use of a table says what is wrong with the file.
-    }
     return tables;
 }
 
 std::vector<ChosenTable> writable_tables(const BasinState& basin) {
     std::vector<ChosenTable> tables = loadable_tables(basin);
+    try {
+        BasinDatabase database{basin.Work_File, Access::ReadOnly};
+        std::erase_if(tables, [&](const ChosenTable& each) { return !database.has_table(each.name); });
+    } catch (const StoreError&) {
+        // The export of a table says what is wrong with the file.
+    }
     if (basin.Output_Valid) tables.push_back({k_results, "Results of the last run"});
     return tables;
 }

@@ -20,7 +20,7 @@ struct ChosenTable {
 /// The tables that can be loaded: daily variables, monthly averages, and the parameters of each simulation,
 /// as far as the working file has them.
 [[nodiscard]] std::vector<ChosenTable> loadable_tables(const BasinState& basin);
-/// Those that can be written: the same, and the results of the last run if there are any.
+/// Those of them that the working file has, and the results of the last run if there are any.
 [[nodiscard]] std::vector<ChosenTable> writable_tables(const BasinState& basin);
 
 /// The units of a table's values; a simulation's may have changed since the basin was saved.
