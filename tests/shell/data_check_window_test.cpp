@@ -104,6 +104,8 @@ TEST_F(DataCheckWindowTest, GoesToTheDayInTheEditorAndLooksAgainAfterwards) {
         EXPECT_EQ(from_qt(days->model()->index(days->currentIndex().row(), 0).data().toString()),
                   long_date_text(first_ + 3));
         EXPECT_EQ(days->currentIndex().data().toString(), QStringLiteral("1.50"));
+        settle();
+        EXPECT_LT(days->rowAt(0), days->currentIndex().row()) << "the days before it are in view";
         EXPECT_TRUE(days->model()->setData(days->currentIndex(), QStringLiteral("1")));
         for (QPushButton* button : editor.findChildren<QPushButton*>()) {
             if (button->text() == QStringLiteral("&Done")) button->click();

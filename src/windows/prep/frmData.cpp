@@ -30,6 +30,7 @@
 #include <QSignalBlocker>
 #include <QSpinBox>
 #include <QStatusBar>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <map>
@@ -262,7 +263,9 @@ void frmData::go_to(const DailyPlace& place) {
         row = days_->row_of(day);
     const int last = days_->rowCount() - 1;
     grid_->setCurrentIndex(days_->index(row.value_or(last), column));
-    grid_->scrollTo(grid_->currentIndex(), QAbstractItemView::PositionAtCenter);
+    // Days before and after it stand around it; where they are is known once the window is shown.
+    QTimer::singleShot(
+        0, grid_, [this] { grid_->scrollTo(grid_->currentIndex(), QAbstractItemView::PositionAtCenter); });
 }
 
 /// Shows why the store refused a typed or pasted value, if it did.
