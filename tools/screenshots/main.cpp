@@ -25,6 +25,8 @@
 #include "windows/prep/frmLongTermAvg.h"
 #include "windows/prep/frmParameterChange.h"
 #include "windows/prep/frmPopulate.h"
+#include "windows/prep/frmTableExport.h"
+#include "windows/prep/frmTableImport.h"
 #include "windows/reports/frmFileDisp.h"
 #include "windows/reports/frmPrint.h"
 
@@ -192,7 +194,25 @@ private:
         }
     }
 
+    /// A file with a column for each zone, and one whose rows are refused.
+    void tables() {
+        const WindowContext context{session_, quick_help_, program_, printing_};
+        const fs::path file = program_ / "stations.csv";
+        write_whole_file(file,
+                         "Zone;Date;P_mm;Wind\nA;1985-10-01;12,5;3\nA;1985-06-31;0;2\nZ;1985-10-03;0;2\n");
+        frmTableImport import(context);
+        import.show_file(file);
+        import.show();
+        draw(import, "table-import.png");
+        import.findChild<QPushButton*>(QStringLiteral("Command1(0)"))->click();
+        draw(import, "table-import-refused.png");
+        frmTableExport table(context);
+        table.show();
+        draw(table, "table-export.png");
+    }
+
     void windows() {
+        tables();
         const WindowContext context{session_, quick_help_, program_, printing_};
         frmTimeLagDist lag(context);
         lag.show();
