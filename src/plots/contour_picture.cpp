@@ -12,6 +12,7 @@
 #include <limits>
 #include <map>
 #include <span>
+#include <tuple>
 #include <utility>
 
 namespace nivora {
@@ -34,7 +35,10 @@ struct Side {
     std::size_t y = 0;
     bool up = false;
 
-    auto operator<=>(const Side&) const = default;
+    bool operator==(const Side&) const = default;
+    bool operator<(const Side& other) const {
+        return std::tie(x, y, up) < std::tie(other.x, other.y, other.up);
+    }
 };
 using Segment = std::pair<Side, Side>;
 
