@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace nivora {
 namespace {
@@ -32,7 +33,10 @@ QString note_on(const QStringList& printers, const std::string& kept) {
 }  // namespace
 
 PrintDialog::PrintDialog(const QStringList& printers, const PrintOffer& offer, QWidget* parent)
-    : QDialog(parent), target_(new QComboBox(this)), options_(new QPushButton(this)) {
+    : QDialog(parent),
+      target_(new QComboBox(this)),
+      options_(new QPushButton(this)),
+      buttons_(new QDialogButtonBox(QDialogButtonBox::Cancel, this)) {
     setObjectName(QStringLiteral("PrintDialog"));
     setWindowTitle(QStringLiteral("Print"));
     target_->setObjectName(QStringLiteral("cboPrintTo"));
@@ -54,22 +58,21 @@ PrintDialog::PrintDialog(const QStringList& printers, const PrintOffer& offer, Q
     note->setTextFormat(Qt::PlainText);
     note->setWordWrap(true);
     note->setVisible(!note->text().isEmpty());
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
-    auto* print = buttons->addButton(QStringLiteral("&Print"), QDialogButtonBox::AcceptRole);
+    auto* print = buttons_->addButton(QStringLiteral("&Print"), QDialogButtonBox::AcceptRole);
     print->setObjectName(QStringLiteral("cmdPrint"));
     print->setDefault(true);
     options_->setText(QStringLiteral("&Options..."));
     options_->setObjectName(QStringLiteral("cmdOptions"));
     options_->setAutoDefault(false);
     options_->setToolTip(QStringLiteral("Copies and all other options of the printer"));
-    buttons->addButton(options_, QDialogButtonBox::ActionRole);
+    buttons_->addButton(options_, QDialogButtonBox::ActionRole);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addWidget(note);
     layout->addStretch(1);
-    layout->addWidget(buttons);
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    layout->addWidget(buttons_);
+    connect(buttons_, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons_, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(options_, &QPushButton::clicked, this, &PrintDialog::options_wanted);
     connect(target_, &QComboBox::currentIndexChanged, this, &PrintDialog::target_chosen);
     target_chosen();
@@ -83,6 +86,20 @@ PrintTarget PrintDialog::target() const {
 
 QString PrintDialog::printer() const {
     return target() == PrintTarget::Printer ? target_->currentText() : QString{};
+}
+
+/// Each system has its own order of buttons, which is known once they have their places: Tab goes along it.
+void PrintDialog::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    QList<QAbstractButton*> order = buttons_->buttons();
+    std::sort(order.begin(), order.end(),
+              [](const auto* one, const auto* other) { return one->x() < other->x(); });
+    buttons_->setFocusProxy(nullptr);  // it would lead from the button before it back to the default button
+    QWidget* before = target_;
+    for (QAbstractButton* button : order) {
+        setTabOrder(before, button);
+        before = button;
+    }
 }
 
 void PrintDialog::target_chosen() { options_->setEnabled(target() == PrintTarget::Printer); }

@@ -7,6 +7,7 @@
 #include <QStringList>
 
 class QComboBox;
+class QDialogButtonBox;
 class QPushButton;
 
 namespace nivora {
@@ -31,11 +32,15 @@ signals:
     /// The user asks for all options of the chosen printer.
     void options_wanted();
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     void target_chosen();
 
     QComboBox* target_;
     QPushButton* options_;
+    QDialogButtonBox* buttons_;
 };
 
 }  // namespace nivora
