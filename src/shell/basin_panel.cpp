@@ -263,11 +263,12 @@ void BasinPanel::box_changed(BasinBox changed_one) {
         return;
     }
     // The number of zones is fixed once: what was typed before is not taken back afterwards.
-    if (changed_one != BasinBox::Zones) session_.history.begin(session_);
+    const bool is_step = changed_one != BasinBox::Zones;
+    if (is_step) session_.history.begin(session_);
     basin_box_text(session_.basin, changed_one) = changed.text;
     typed_box_ = changed_one;
     mark_edited();
-    session_.history.end(session_, typing_in_box(static_cast<int>(changed_one)));
+    if (is_step) session_.history.end(session_, typing_in_box(static_cast<int>(changed_one)));
 }
 
 void BasinPanel::box_left(BasinBox left) {
