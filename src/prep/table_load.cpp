@@ -309,7 +309,9 @@ LoadResult load_table(BasinDatabase& database, const ByteSource& source, const T
     LoadResult result;
     static_cast<void>(atomically_if(database, [&] {
         result = load_rows(database, source, load, keep);
-        return keep && result.writes();
+        // Rows that are equal may be all that is new: the averages get their table, filled with zeros,
+        // before.
+        return keep && result.refused == 0;
     }));
     return result;
 }
