@@ -39,7 +39,7 @@ inline constexpr std::array<std::string_view, 6> k_checked_fields{"Tmax",   "Tmi
 inline constexpr std::uint8_t k_no_field = 255;
 
 /// Days on end of one zone and field that have the same fault. Poor data have hundreds of thousands of them:
-/// 24 bytes, and no texts before one is shown.
+/// 20 bytes, and no texts before one is shown.
 struct DataFinding {
     std::int32_t first = 0;  ///< day; of rows of another zone, the first of them
     std::int32_t last = 0;   ///< day

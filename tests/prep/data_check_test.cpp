@@ -210,7 +210,7 @@ TEST_F(DataCheckTest, KeepsAllFindingsInLittleRoom) {
     for (double& discharge : many.fields[5]) discharge = as_double(k_missing);
     const DataCheck check = check_daily_rows(many, setting);
     EXPECT_EQ(check.findings.size(), 12501U);  // and zone B without rows
-    EXPECT_LE(sizeof(DataFinding), 24U);
+    EXPECT_LE(sizeof(DataFinding), 20U);
 }
 
 TEST_F(DataCheckTest, FindsDaysWithMoreThanOneRow) {
