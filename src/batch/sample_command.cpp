@@ -10,6 +10,7 @@
 #include "batch/progress.h"
 #include "batch/sample_file.h"
 #include "batch/sample_picture.h"
+#include "batch/study_file.h"
 #include "batch/study_options.h"
 #include "search/sample.h"
 #include "search/study_digest.h"
@@ -120,6 +121,11 @@ void print_sensitivities(const StudyProblem& problem, const SampleRuns& runs, st
     }
 }
 
+/// A name as a field, in quotation marks where it needs them.
+std::string csv_name(const std::string& name) {
+    return name.find_first_of(",\"\r\n") == std::string::npos ? name : in_quotes(name);
+}
+
 std::string bands_csv(const StudyProblem& problem, const FlowBands& bands) {
     const bool several = problem.cases().size() > 1;
     std::string text = several ? "Simulation,Date,Measured" : "Date,Measured";
@@ -130,7 +136,7 @@ std::string bands_csv(const StudyProblem& problem, const FlowBands& bands) {
         const StudyCase& one = problem.cases()[index];
         const DailyDischarge& series = one.basin->measured;
         for (std::size_t day = 0; day < series.dates.size(); ++day) {
-            if (several) text += one.name + ",";
+            if (several) text += csv_name(one.name) + ",";
             text += iso_date_text(series.dates[day]) + "," + number(series.measured[day]);
             for (const double quantile : bands.days[index][day].quantiles) text += "," + number(quantile);
             text += '\n';

@@ -10,7 +10,6 @@ namespace nivora {
 namespace {
 
 using testing::HasSubstr;
-using testing::StartsWith;
 
 class SamplePictureTest : public StudyFolder {
 protected:
@@ -94,6 +93,16 @@ TEST_F(SamplePictureTest, NamesOfAnyKindDoNotHarmIt) {
     EXPECT_EQ(svg.find("<script>"), std::string::npos);
     EXPECT_EQ(svg.find('\x01'), std::string::npos);
     EXPECT_THAT(svg, HasSubstr("&lt;script&gt;"));
+}
+
+TEST_F(SamplePictureTest, ASimulationWithCommasInItsNameIsOneFieldOfTheBands) {
+    printed({"simulations", basin(), "--duplicate", "ellervane-1996", "--as", "a,b \"c\""});
+    expect_sampled(sample("runs.csv", {"--with", basin() + ":a,b \"c\"", "--bands", path("bands.csv"),
+                                       "--picture", path("names.svg")}));
+    const std::string bands = content("bands.csv");
+    EXPECT_THAT(bands, HasSubstr("\nellervane-1997-98,1997-10-01,"));
+    EXPECT_THAT(bands, HasSubstr("\n\"a,b \"\"c\"\"\",1996-01-01,"));
+    EXPECT_THAT(content("names.svg"), HasSubstr("a,b &quot;c&quot;: 01/01/1996 to 12/31/1996"));
 }
 
 TEST_F(SamplePictureTest, NeverReplacesABasinOrAnotherOutput) {
