@@ -1,6 +1,5 @@
 // The command that evaluates pairs of climate changes.
 #include "base/iso_date.h"
-#include "base/iso_date.h"
 #include "batch/response_options.h"
 #include "store/basin_opening.h"
 #include "tests/batch/run_basin.h"
@@ -101,6 +100,13 @@ TEST_F(ResponseCommandTest, WhatCannotBeEvaluatedIsRefused) {
     EXPECT_EQ(pairs("0", "1", {"--threads", "0"}).status, 2);
 }
 
+std::vector<std::string> fields_of_pair(const std::string& line) {
+    std::vector<std::string> fields;
+    std::istringstream stream{line};
+    for (std::string field; std::getline(stream, field, ',');) fields.push_back(field);
+    return fields;
+}
+
 class ResponseFileTest : public ResponseCommandTest {
 protected:
     [[nodiscard]] std::filesystem::path path(const std::string& name) const { return folder_ / name; }
@@ -139,13 +145,11 @@ TEST_F(ResponseFileTest, HasALineForEachPairBesideThePresentClimate) {
     EXPECT_THAT(lines[2], HasSubstr("," + json["points"][0]["medianDay"].get<std::string>() + "," +
                                     json["present"]["medianDay"].get<std::string>() + ","));
     EXPECT_EQ(json["points"][0]["lastSnow"].size(), json["present"]["lastSnow"].size());
-}
-
-std::vector<std::string> fields_of_pair(const std::string& line) {
-    std::vector<std::string> fields;
-    std::istringstream stream{line};
-    for (std::string field; std::getline(stream, field, ',');) fields.push_back(field);
-    return fields;
+    const auto fields = fields_of_pair(lines[2]);
+    const ResponseJson& change = json["points"][0]["change"];
+    EXPECT_FLOAT_EQ(change["runoff"]["Winter"].get<float>(), std::stof(fields[5]));
+    EXPECT_EQ(std::to_string(change["medianDay"].get<int>()), fields[14]);
+    EXPECT_TRUE(change["lastSnow"]["A"].is_null()) << "the zone keeps its snow all year";
 }
 
 TEST_F(ResponseFileTest, AChangeIsTheFigureWithoutThatOfThePresentClimate) {
