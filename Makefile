@@ -6,12 +6,14 @@ TEST_JOBS ?= $(shell expr $(JOBS) + 1)
 FUZZ_SECONDS ?= 600
 # More options for the configuration of the release build, such as -DNIVORA_WARNINGS_AS_ERRORS=ON.
 CMAKE_OPTIONS ?=
+# What --version --verbose tells; only packages record it, so that a new commit does not link every program anew.
+COMMIT ?=
 KILLS ?= 1000
 
-.PHONY: build setup run test bench soak fuzz lint format asan screenshots clean help
+.PHONY: package release build setup run python test bench soak fuzz lint format asan screenshots clean help
 
 build: setup ## build the programs as shipped, with samples and manual, into the folder build/nivora
-	cmake --preset release $(CMAKE_OPTIONS)
+	cmake --preset release -DNIVORA_COMMIT=$(COMMIT) $(CMAKE_OPTIONS)
 	cmake --build --preset release -j $(JOBS) --target nivora_program_folder nivora_manual_pdf
 
 setup: ## install the packages of packages.txt that are missing
@@ -24,6 +26,10 @@ run: build ## open the program; without a display, run the bundled sample basin 
 	    echo "There is no display to open the program on; running the sample basin through nivora-batch instead."; \
 	    cmake --build --preset release --target run_sample; \
 	fi
+
+python: setup ## build the Python package into build/nivora/python, with the programs beside it
+	cmake --preset release $(CMAKE_OPTIONS)
+	cmake --build --preset release -j $(JOBS) --target nivora_python_module nivora_program_folder
 
 test: build ## build and run all tests
 	cmake --build --preset release -j $(JOBS)
@@ -66,6 +72,15 @@ screenshots: build ## draw every window into build/screenshots, at 96 and at 192
 	    build/release/tools/screenshots/nivora_screenshots $$folder; \
 	    build/release/tools/screenshots/nivora_screenshots $$folder-dark dark; \
 	done
+
+package: ## make the Debian package, the folder that runs from anywhere, symbols and bill of materials in build/packages
+	SOURCE_DATE_EPOCH=$$(git log -1 --format=%ct) $(MAKE) build \
+	    COMMIT=$$(git describe --always --dirty --abbrev=40 --exclude='*')
+	tools/package
+
+release: package ## make everything that a release needs, and check it
+	tools/package-test
+	tools/release-check
 
 clean: ## remove everything that was built
 	rm -rf build

@@ -1,12 +1,15 @@
 #include "shell/frmAbout.h"
 
+#include "base/build_details.h"
 #include "base/version.h"
 #include "shell/frmSplash.h"
 #include "widgets/content_area.h"
 #include "widgets/readable_palette.h"
 
 #include <QDialogButtonBox>
+#include <QFontDatabase>
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
 #include <QVBoxLayout>
@@ -16,6 +19,19 @@ namespace nivora {
 namespace {
 
 constexpr int k_width = 480;
+
+/// Commit, compiler, libraries and licences, for a report of a fault.
+QWidget* make_details(QWidget* parent) {
+    auto* details = new QPlainTextEdit(QString::fromStdString(version_details()).trimmed(), parent);
+    details->setObjectName(QStringLiteral("details"));
+    details->setAccessibleName(QStringLiteral("What the program is made from"));
+    details->setReadOnly(true);
+    details->setTabChangesFocus(true);
+    details->setLineWrapMode(QPlainTextEdit::NoWrap);
+    details->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    details->setFixedHeight(9 * details->fontMetrics().lineSpacing());
+    return details;
+}
 
 }  // namespace
 
@@ -47,6 +63,7 @@ frmAbout::frmAbout(QWidget* parent) : QDialog(parent) {
         "runoff."));
     line(QStringLiteral("Contact: <a href=\"mailto:nivora@example.org\">nivora@example.org</a>"));
     line(QString::fromUtf8(disclaimer_text()));
+    layout->addWidget(make_details(about));
     auto* buttons = new QDialogButtonBox(this);
     QPushButton* close_button = buttons->addButton(QStringLiteral("Close"), QDialogButtonBox::AcceptRole);
     close_button->setObjectName(QStringLiteral("Command1"));

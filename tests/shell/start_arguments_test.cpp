@@ -4,8 +4,11 @@
 
 #include "base/build_details.h"
 #include "base/version.h"
+#include "shell/frmAbout.h"
 
 #include <gmock/gmock.h>
+
+#include <QPlainTextEdit>
 
 namespace nivora {
 namespace {
@@ -51,6 +54,14 @@ TEST(StartArgumentsTest, TheDetailsNameEveryLibraryWithItsLicence) {
     }
     EXPECT_THAT(details, HasSubstr("LGPL-3.0-only"));
     EXPECT_EQ(details.find("  0.0"), std::string::npos);
+}
+
+TEST(StartArgumentsTest, AboutTellsTheSameDetails) {
+    const frmAbout about;
+    const auto* details = about.findChild<QPlainTextEdit*>(QStringLiteral("details"));
+    ASSERT_NE(details, nullptr);
+    EXPECT_EQ(details->toPlainText().toStdString() + "\n", version_details());
+    EXPECT_TRUE(details->isReadOnly());
 }
 
 }  // namespace
