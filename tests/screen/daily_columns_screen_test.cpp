@@ -1,9 +1,12 @@
 // Columns of the daily table, hidden and moved by the keys and the mouse of a display.
 
+#include "store/database.h"
 #include "tests/screen/screen_fixture.h"
 #include "widgets/fitted_label.h"
 #include "widgets/frozen_column.h"
 #include "widgets/grid_view.h"
+
+#include <SQLiteCpp/Statement.h>
 
 #include <QClipboard>
 #include <QHeaderView>
@@ -11,6 +14,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QStatusBar>
+#include <filesystem>
 
 namespace nivora {
 namespace {
@@ -146,6 +150,45 @@ TEST_F(DailyColumnsOnScreenTest, CopyAndPasteActOnTheSeenColumnsAndTheNextOpenin
         left = seen_headers(grid);
     });
     in_parameters([&](NivoraWindow&, GridView& grid) { EXPECT_EQ(seen_headers(grid), left); });
+}
+
+TEST_F(DailyColumnsOnScreenTest, ASavedBasinHasTheSameValuesAndAnotherOneTheSameColumns) {
+    const auto other = user_ / "other.mdb";
+    std::filesystem::copy_file(user_ / "ellervane.mdb", other);
+    std::vector<std::string> left;
+    in_modal("frmData", [&](QWidget& window) {
+        GridView& grid = *window.findChild<GridView*>(QStringLiteral("Spread"));
+        click_cell(grid, 0, 2);
+        press({"ctrl+0", "alt+Right"});
+        QApplication::clipboard()->setText(QStringLiteral("0.11\t0.22\t0.33\n"));
+        click_cell(grid, 0, 1);
+        press({"ctrl+v"});
+        left = seen_headers(grid);
+        click(*window.findChild<QPushButton*>(QStringLiteral("Command1(0)")));
+    });
+    choose("mnuDataOpt(5)");
+    EXPECT_THAT(left, testing::ElementsAre("Date", "LapseRate", "LagTime", "AN", "CS", "Cr", "RCA", "Xcoeff",
+                                           "Ycoeff"));
+    choose("mnuFileItem(4)");
+    dialogs_.then_file(other);
+    choose("mnuFileItem(1)");
+    click_cell(*find<QTableView>("DBGrid1"), 1, 0);
+    in_parameters([&](NivoraWindow&, GridView& grid) {
+        EXPECT_EQ(seen_headers(grid), left);
+        EXPECT_NE(from_qt(grid.cells().whole_text(0, 1)), "0.11");
+    });
+    BasinDatabase saved{user_ / "ellervane.mdb", Access::ReadOnly};
+    const auto value = [&](const char* field) {
+        SQLite::Statement row{saved.sql(),
+                              std::string{"SELECT round("} + field +
+                                  ", 4) FROM \"ellervane-1997-98\" WHERE Zone = 1 ORDER BY Date"};
+        row.executeStep();
+        return row.getColumn(0).getDouble();
+    };
+    EXPECT_EQ(value("LapseRate"), 0.11);
+    EXPECT_EQ(value("LagTime"), 0.22);
+    EXPECT_EQ(value("An"), 0.33);
+    EXPECT_NE(value("Tcrit"), 0.22) << "it was hidden";
 }
 
 TEST_F(DailyColumnsOnScreenTest, ANarrowStatusBarShowsASumThatIsWhole) {
