@@ -8,6 +8,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFont>
 #include <QFormLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -35,6 +36,10 @@ frmTableExport::frmTableExport(const WindowContext& context, QWidget* parent)
     auto* form = new QFormLayout;
     auto* label = make_label(QStringLiteral("cboTableCaption"), QStringLiteral("&Table"), 1, this);
     label->setBuddy(table_);
+    // An underlined letter ends kerning, so that the label is drawn wider than its hint would say.
+    QFont font;
+    font.setKerning(false);
+    label->setFont(font);
     table_->setObjectName(QStringLiteral("cboTable"));
     set_help(table_, 1);
     form->addRow(label, table_);

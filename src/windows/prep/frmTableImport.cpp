@@ -5,6 +5,7 @@
 #include "widgets/controls.h"
 #include "widgets/grid_view.h"
 #include "widgets/qt_text.h"
+#include "widgets/readable_palette.h"
 #include "widgets/text_table_model.h"
 #include "widgets/window_keys.h"
 #include "windows/prep/import_columns_model.h"
@@ -12,6 +13,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFont>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -30,8 +32,17 @@ constexpr int k_help_topic = 76;
 constexpr int k_first_button_line = 14;
 constexpr int k_status_line = 18;
 constexpr std::size_t k_sample_rows = 8;
-constexpr int k_refusals_height = 110;
+// The grids share the height that is left, whatever they would like to have.
+constexpr int k_columns_height = 130;
+constexpr int k_refusals_height = 100;
 constexpr std::array<std::optional<char>, 4> k_offered_separators{std::nullopt, ',', ';', '\t'};
+
+/// An underlined letter ends kerning, so that a label with it is drawn wider than its hint says.
+QFont font_without_kerning() {
+    QFont font;
+    font.setKerning(false);
+    return font;
+}
 
 /// The bytes of a file, told to a progress box, which may end the reading.
 ByteSource watched(ByteSource source, std::uintmax_t size, QProgressDialog& progress) {
@@ -75,7 +86,8 @@ frmTableImport::frmTableImport(const WindowContext& context, QWidget* parent)
     layout->addWidget(make_form());
     grid_->setObjectName(QStringLiteral("grdColumns"));
     grid_->setAccessibleName(QStringLiteral("Columns of the file"));
-    grid_->setMinimumHeight(170);
+    grid_->setMinimumHeight(k_columns_height);
+    grid_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
     set_help(grid_, 12);
     layout->addWidget(grid_, 3);
     told_->setTextFormat(Qt::PlainText);
@@ -84,9 +96,10 @@ frmTableImport::frmTableImport(const WindowContext& context, QWidget* parent)
     refused_->setObjectName(QStringLiteral("grdRefused"));
     refused_->setAccessibleName(QStringLiteral("Refused lines"));
     refused_->setMinimumHeight(k_refusals_height);
+    refused_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
     refused_->hide();
     set_help(refused_, 19);
-    layout->addWidget(refused_, 1);
+    layout->addWidget(refused_, 2);
     set_content(content, make_buttons());
     explain_status_bar(k_status_line);
     close_on_escape();
@@ -116,6 +129,7 @@ Widget* frmTableImport::add_row(QFormLayout& form, const char* caption, Widget* 
     auto* label = make_label(QString::fromUtf8(name) + QStringLiteral("Caption"), QString::fromUtf8(caption),
                              line, this);
     label->setBuddy(widget);
+    label->setFont(font_without_kerning());
     widget->setObjectName(QString::fromUtf8(name));
     set_help(widget, line);
     form.addRow(label, widget);
@@ -132,7 +146,7 @@ QWidget* frmTableImport::make_form() {
     sides->addLayout(right, 1);
     for (const ChosenTable& each : tables_) table_->addItem(to_qt(each.caption));
     form_->addItems({QStringLiteral("a column for each field"), QStringLiteral("a column for each zone")});
-    separator_->addItems({QStringLiteral("found out"), QStringLiteral("comma"), QStringLiteral("semicolon"),
+    separator_->addItems({QStringLiteral("automatic"), QStringLiteral("comma"), QStringLiteral("semicolon"),
                           QStringLiteral("tab")});
     decimal_->addItems({QStringLiteral("point"), QStringLiteral("comma")});
     dates_->setEditable(true);
@@ -154,6 +168,7 @@ QWidget* frmTableImport::make_form() {
     any_order_->setObjectName(QStringLiteral("chkAnyOrder"));
     set_help(any_order_, 11);
     right->addRow(any_order_);
+    for (QComboBox* box : {field_, zone_}) make_list_readable(*box);
     for (QComboBox* box : {table_, form_, separator_})
         connect(box, &QComboBox::currentIndexChanged, this, &frmTableImport::form_changed);
     return frame;
