@@ -2,12 +2,9 @@
 #include "base/text.h"
 #include "batch/commands.h"
 #include "batch/json.h"
-#include "batch/selected_simulation.h"
-#include "engine/lag_distribution.h"
+#include "engine/named_run.h"
 #include "engine/results_summary.h"
-#include "engine/run_driver.h"
 #include "session/session.h"
-#include "store/basin_opening.h"
 
 #include <fmt/format.h>
 
@@ -15,20 +12,6 @@
 
 namespace nivora {
 namespace {
-
-/// Sets the lag shares as the window of the distribution does; false after its message.
-bool set_lag_shares(Session& session, const RunCommand& command) {
-    if (command.lag_shares.empty()) return true;
-    const auto days = static_cast<double>(command.lag_shares.size());
-    auto problem = lag_day_count_problem(days);
-    if (!problem) problem = lag_total_problem(lag_total_text(command.lag_shares));
-    if (problem) {
-        session.dialogs.message(*problem);
-        return false;
-    }
-    session.run.LagDistribution = lag_distribution(days, command.lag_shares);
-    return true;
-}
 
 Json statistics_json(const RunState& run, Units units, const RunOutcome& outcome,
                      const BatchDialogs& dialogs) {
@@ -63,37 +46,17 @@ void print_statistics(const Session& session, std::ostream& out) {
                session.run.FinalQ[0]);
 }
 
-/// What the start of the run would refuse, checked before anything in the file is changed.
-std::optional<Message> start_problem(const BasinState& basin) {
-    const Simulation* simulation = basin.current_simulation();
-    if (auto problem = run_period_problem(simulation)) return problem;
-    return initial_runoff_problem(*simulation);
-}
-
-/// Runs after the checks that leave the file as it is.
-RunOutcome run_checked(OpenBasin& basin, Session& session, const RunCommand& command, BatchDialogs& dialogs,
-                       int index) {
-    if (const auto problem = start_problem(session.basin)) {
-        dialogs.message(*problem);
-        return {};
-    }
-    if (!accepts_blank_latitude(session.basin, dialogs)) return {};
-    if (!make_ready(basin, session, command.basin, command.simulation, command.wait, dialogs)) return {};
-    return start_run(basin.database(), {session.basin, session.run, dialogs}, index);
-}
-
 RunOutcome run_in(Session& session, const RunCommand& command, BatchDialogs& dialogs) {
-    OpenBasin basin = open_to_run(command.basin, command.wait);
-    if (!select_in(session, basin.database(), command.basin, command.simulation, dialogs) ||
-        !set_lag_shares(session, command) || !has_zone_areas(session.basin, dialogs))
-        return {};
-    session.run.NoSnow = command.no_snow;
-    if (const auto problem = run_menu_problem(session.basin)) dialogs.message(problem->message);
     const RunChoice choice{.forecast = command.forecast_days.has_value(),
                            .index = command.year_round ? 1 : 0};
     if (choice.forecast) dialogs.prepare_input(*command.forecast_days);
-    return choose_and_run({session.basin, session.run, dialogs}, choice,
-                          [&] { return run_checked(basin, session, command, dialogs, choice.index); });
+    return run_by_name({.basin = command.basin,
+                        .simulation = command.simulation,
+                        .choice = choice,
+                        .no_snow = command.no_snow,
+                        .lag_shares = command.lag_shares,
+                        .wait = command.wait},
+                       {session.basin, session.run, dialogs});
 }
 
 }  // namespace
