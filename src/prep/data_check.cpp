@@ -3,10 +3,10 @@
 #include "base/number_text.h"
 #include "base/single.h"
 #include "base/text.h"
+#include "store/daily_table.h"
 #include "store/schema.h"
 #include "store/table_io.h"
 
-#include <SQLiteCpp/Statement.h>
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -285,29 +285,17 @@ private:
 
 /// Zones with rows that the basin does not have, before zone 1 or after its last one.
 void add_other_zones(BasinDatabase& database, int zones, DataCheck& check) {
-    guarded([&] {
-        SQLite::Statement query{
-            database.sql(),
-            fmt::format(
-                "SELECT Zone, min(Date), max(Date), count(*) FROM {} WHERE (Zone < 1 OR Zone > ?) AND "
-                "Date IS NOT NULL GROUP BY Zone ORDER BY Zone",
-                quoted_name(database.existing_table(k_physical_data)))};
-        query.bind(1, zones);
-        std::vector<DataFinding> before;
-        while (query.executeStep()) {
-            DataFinding finding{.fault = DataFault::OtherZone};
-            DayCount first = 0;
-            DayCount last = 0;
-            read_value(query, 0, finding.zone);
-            read_value(query, 1, first);
-            read_value(query, 2, last);
-            finding.first = static_cast<std::int32_t>(first);
-            finding.last = static_cast<std::int32_t>(last);
-            finding.from = static_cast<float>(query.getColumn(3).getInt64());
-            (finding.zone < 1 ? before : check.findings).push_back(finding);
-        }
-        check.findings.insert(check.findings.begin(), before.begin(), before.end());
-    });
+    std::vector<DataFinding> before;
+    for (const ZoneExtent& extent : zone_extents(database, k_physical_data)) {
+        if (extent.zone >= 1 && extent.zone <= zones) continue;
+        DataFinding finding{.fault = DataFault::OtherZone};
+        finding.zone = static_cast<decltype(finding.zone)>(extent.zone);
+        finding.first = static_cast<std::int32_t>(extent.first);
+        finding.last = static_cast<std::int32_t>(extent.last);
+        finding.from = static_cast<float>(extent.rows);
+        (finding.zone < 1 ? before : check.findings).push_back(finding);
+    }
+    check.findings.insert(check.findings.begin(), before.begin(), before.end());
 }
 
 }  // namespace

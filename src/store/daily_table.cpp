@@ -144,6 +144,25 @@ RecordExtent scan_daily_table(BasinDatabase& database, std::string_view table) {
     });
 }
 
+std::vector<ZoneExtent> zone_extents(BasinDatabase& database, std::string_view table) {
+    return guarded([&] {
+        SQLite::Statement query{database.sql(), "SELECT Zone, min(Date), max(Date), count(*) FROM " +
+                                                    quoted_name(database.existing_table(table)) +
+                                                    " WHERE Date IS NOT NULL GROUP BY Zone ORDER BY Zone"};
+        std::vector<ZoneExtent> extents;
+        while (query.executeStep()) {
+            ZoneExtent& extent = extents.emplace_back();
+            std::int16_t zone = 0;
+            read_value(query, 0, zone);
+            read_value(query, 1, extent.first);
+            read_value(query, 2, extent.last);
+            extent.zone = zone;
+            extent.rows = query.getColumn(3).getInt64();
+        }
+        return extents;
+    });
+}
+
 bool has_days(BasinDatabase& database, std::string_view table) {
     return guarded([&] {
         const std::string name = quoted_name(database.existing_table(table));

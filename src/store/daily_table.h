@@ -55,6 +55,17 @@ struct RecordExtent {
 /// @throws StoreError
 [[nodiscard]] RecordExtent scan_daily_table(BasinDatabase& database, std::string_view table);
 
+/// The rows with a date that a daily table has of one zone.
+struct ZoneExtent {
+    int zone = 0;  ///< also one that the basin does not have
+    DayCount first = 0;
+    DayCount last = 0;
+    std::int64_t rows = 0;
+};
+
+/// Zone by zone. @throws StoreError
+[[nodiscard]] std::vector<ZoneExtent> zone_extents(BasinDatabase& database, std::string_view table);
+
 /// Whether a daily table has any row. @throws StoreError
 [[nodiscard]] bool has_days(BasinDatabase& database, std::string_view table);
 
