@@ -6,6 +6,9 @@
 #include "engine/results_store.h"
 #include "engine/results_summary.h"
 #include "prep/daily_units.h"
+#include "store/daily_columns.h"
+#include "store/daily_table.h"
+#include "store/schema.h"
 #include "store/store_error.h"
 
 #include <pybind11/numpy.h>
@@ -18,6 +21,7 @@
 #include <optional>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -71,6 +75,49 @@ py::dict basin_description(const std::string& path, double wait) {
     description["zones"] = zones;
     description["simulations"] = simulations;
     return description;
+}
+
+/// The daily variables of every basin, in the order of their table.
+std::vector<std::string> daily_variables() {
+    std::vector<std::string> names;
+    for (const TableSchema& table : template_tables()) {
+        if (table.name != k_physical_data) continue;
+        names.reserve(table.fields.size());
+        for (const Field& field : table.fields)
+            if (field.name != "Zone" && field.name != "Date") names.push_back(field.name);
+    }
+    return names;
+}
+
+/// A daily variable as a dict of its first day, an array of zone by day and its unit; no rows give no days.
+py::dict daily_values(const std::string& path, const std::string& variable, double wait) {
+    std::optional<DailyColumns> columns;
+    Units units = Units::NotFixed;
+    {
+        const py::gil_scoped_release released;
+        const OpenBasin open = open_to_read(path_from_utf8(path), milliseconds(wait), Check::Schema);
+        BasinState basin;
+        read_basin(open.database(), basin);
+        units = basin.basin_units;
+        const RecordExtent extent = scan_daily_table(open.database(), k_physical_data);
+        const std::array<std::string_view, 1> fields{variable};
+        // A table without rows has no first day; its period is empty.
+        const DayCount last = extent.count > 0 ? extent.last : extent.first - 1;
+        columns =
+            read_daily_columns(open.database(), k_physical_data, fields, basin.ZoneCount, extent.first, last);
+    }
+    const auto days = static_cast<py::ssize_t>(columns->days());
+    py::array_t<double> values({static_cast<py::ssize_t>(columns->zones()), days});
+    auto cells = values.mutable_unchecked<2>();
+    for (int zone = 1; zone <= columns->zones(); ++zone) {
+        py::ssize_t day = 0;
+        for (const double value : columns->column(zone, 0)) cells(zone - 1, day++) = value;
+    }
+    py::dict daily;
+    daily["first"] = columns->first();
+    daily["values"] = values;
+    daily["unit"] = daily_unit(variable, units);
+    return daily;
 }
 
 /// What a run was asked for.
@@ -187,6 +234,9 @@ PYBIND11_MODULE(_core, module) {
     py::register_exception<nivora::StoreError>(module, "StoreError", PyExc_RuntimeError);
     py::register_exception<nivora::FileError>(module, "FileError", PyExc_RuntimeError);
 
+    module.attr("daily_variables") = nivora::daily_variables();
+
+    module.def("daily_values", &nivora::daily_values, py::arg("path"), py::arg("variable"), py::arg("wait"));
     module.def("basin_description", &nivora::basin_description, py::arg("path"), py::arg("wait"));
     module.def(
         "run",

@@ -12,12 +12,13 @@ Numbers are those of the batch program, to the bit. pandas and xarray are loaded
 """
 
 import os as _os
+from collections.abc import Mapping as _Mapping
 
 from . import _core
 from ._core import FileError, StoreError
 
 __version__ = _core.version
-__all__ = ["Basin", "FileError", "Run", "RunError", "StoreError", "open"]
+__all__ = ["Basin", "Daily", "FileError", "Run", "RunError", "StoreError", "open"]
 
 _KINDS = {"melt-season": False, "year-round": True}
 _POLICIES = {"continue": False, "refuse": True}
@@ -44,6 +45,17 @@ def _choice(name, value, known):
     except (KeyError, TypeError):
         offered = " or ".join(repr(word) for word in known)
         raise ValueError(f"{name} is {value!r}; it has to be {offered}") from None
+
+
+def _dates(days):
+    """The dates of an array of day counts."""
+    import numpy
+
+    return (numpy.datetime64(_core.day_zero, "D") + days).astype("datetime64[ns]")
+
+
+def _letters(zones):
+    return [chr(ord("A") + zone - 1) for zone in zones]
 
 
 def open(path):
@@ -89,6 +101,11 @@ class Basin:
         rows = self._describe()["simulations"]
         return {row["name"]: {key: value for key, value in row.items() if key != "name"} for row in rows}
 
+    @property
+    def daily(self):
+        """The daily variables, such as `basin.daily["Precip"]`."""
+        return Daily(self.path)
+
     def run(
         self,
         simulation,
@@ -132,6 +149,35 @@ class Basin:
         return run
 
 
+class Daily(_Mapping):
+    """The daily variables of a basin by name, to read. A variable is a pandas DataFrame of float64 with a row for each
+    day of the record and a column for each zone ("A", "B", ...), NaN for a missing value; the unit is in `attrs`."""
+
+    def __init__(self, path):
+        self._path = path
+
+    def __iter__(self):
+        return iter(_core.daily_variables)
+
+    def __len__(self):
+        return len(_core.daily_variables)
+
+    def __getitem__(self, name):
+        if name not in _core.daily_variables:
+            raise KeyError(f"there is no daily variable {name!r}; there are {', '.join(_core.daily_variables)}")
+        import numpy
+        import pandas
+
+        daily = _core.daily_values(self._path, name, _USUAL_WAIT)
+        zones, days = daily["values"].shape
+        dates = _dates(daily["first"] + numpy.arange(days))
+        frame = pandas.DataFrame(
+            daily["values"].T, index=pandas.DatetimeIndex(dates, name="date"), columns=_letters(range(1, zones + 1))
+        )
+        frame.attrs["units"] = daily["unit"]
+        return frame
+
+
 class Run:
     """The results of one run. They stay as they are when the basin is run again."""
 
@@ -156,11 +202,6 @@ class Run:
     def __repr__(self):
         return f"<nivora.Run {self.simulation!r}, {self.title}>"
 
-    def _dates(self, days):
-        import numpy
-
-        return (numpy.datetime64(_core.day_zero, "D") + days).astype("datetime64[ns]")
-
     def _table(self):
         if self._columns is None:
             raise RunError(self)
@@ -174,7 +215,7 @@ class Run:
 
             columns = self._table()
             first = columns["Zone"] == 1
-            dates = pandas.DatetimeIndex(self._dates(columns["Date"][first]), name="date")
+            dates = pandas.DatetimeIndex(_dates(columns["Date"][first]), name="date")
             self._flow = pandas.Series(columns["DailyQ"][first], index=dates, name="DailyQ")
             self._flow.attrs["units"] = self._discharge_unit
         return self._flow
@@ -201,7 +242,7 @@ class Run:
                 variables[name] = (("zone", "date"), grid, {"units": unit} if unit else {})
             self._results = xarray.Dataset(
                 variables,
-                coords={"zone": [chr(ord("A") + zone - 1) for zone in zones], "date": self._dates(days)},
+                coords={"zone": _letters(zones), "date": _dates(days)},
                 attrs={"simulation": self.simulation, "run": self.title, "version": __version__},
             )
         return self._results

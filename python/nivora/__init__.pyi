@@ -1,5 +1,5 @@
 import os
-from collections.abc import Iterable
+from collections.abc import Iterable, Iterator, Mapping
 from typing import Any, Literal
 
 import pandas
@@ -28,6 +28,8 @@ class Basin:
     def zones(self) -> list[dict[str, Any]]: ...
     @property
     def simulations(self) -> dict[str, dict[str, Any]]: ...
+    @property
+    def daily(self) -> Daily: ...
     def run(
         self,
         simulation: str,
@@ -39,6 +41,12 @@ class Basin:
         questions: Literal["continue", "refuse"] = ...,
         wait: float = ...,
     ) -> Run: ...
+
+class Daily(Mapping[str, pandas.DataFrame]):
+    def __init__(self, path: str) -> None: ...
+    def __getitem__(self, name: str) -> pandas.DataFrame: ...
+    def __iter__(self) -> Iterator[str]: ...
+    def __len__(self) -> int: ...
 
 class Run:
     completed: bool

@@ -88,6 +88,40 @@ class OpenTest(WithBasin):
         self.assertEqual(foreign.read_text(), "no basin")
 
 
+class DailyTest(WithBasin):
+    def test_variables_are_those_of_the_file(self):
+        table = self.folder / "daily.csv"
+        self.assertEqual(batch("export", self.file, "PhysicalData", "--csv", table).returncode, 0)
+        with table.open(encoding="utf-8", newline="") as file:
+            rows = list(csv.DictReader(file))
+        daily = nivora.open(self.file).daily
+        self.assertEqual(list(daily), [name for name in rows[0] if name not in ("Zone", "Date")])
+        told_days = {row["Date"] for row in rows}
+        for name in daily:
+            frame = daily[name]
+            self.assertEqual(list(frame.columns), ["A", "B", "C", "D", "E"])
+            days = [str(day)[:10] for day in frame.index]
+            at = {day: place for place, day in enumerate(days)}
+            told = numpy.full(frame.shape, numpy.nan, dtype=numpy.float32)
+            for row in rows:
+                told[at[row["Date"]], int(row["Zone"]) - 1] = row[name] or "nan"
+            self.assertTrue(numpy.array_equal(bits(frame.values.astype(numpy.float32)), bits(told)), name)
+            self.assertEqual((days[0], days[-1]), (min(told_days), max(told_days)))
+        self.assertFalse(daily["Precip"].isna().all(axis=None))
+
+    def test_units_and_names(self):
+        daily = nivora.open(self.file).daily
+        self.assertEqual(daily["Precip"].attrs["units"], "cm")
+        self.assertEqual(daily["Runoff"].attrs["units"], "m³/s")
+        with self.assertRaisesRegex(KeyError, "'Rain'.*Precip"):
+            daily["Rain"]
+
+    def test_a_basin_without_a_record_has_no_days(self):
+        empty = self.folder / "empty.mdb"
+        self.assertEqual(batch("template", empty).returncode, 0)
+        self.assertEqual(len(nivora.open(empty).daily["Precip"]), 0)
+
+
 class RunTest(WithBasin):
     def compare(self, options, **choices):
         """Runs the same simulation in both ways and compares all fields of all rows and the statistics by bits."""
