@@ -23,7 +23,11 @@
 
 #include <cmath>
 #include <filesystem>
+#include <functional>
+#include <optional>
 #include <ostream>
+#include <utility>
+#include <vector>
 
 namespace nivora {
 namespace {
@@ -471,6 +475,123 @@ CLI::App& add_template(CLI::App& app, Texts& texts) {
     return blank;
 }
 
+/// The commands in the order of the help, each with what it does.
+class Commands {
+public:
+    Commands(CLI::App& app, Texts& texts, std::ostream& out, std::ostream& err)
+        : app_(app), texts_(texts), out_(out), err_(err) {
+        add_model_commands();
+        add_studies();
+        add_tables();
+        add_files();
+    }
+
+    /// Does what the command that was given says.
+    [[nodiscard]] int run(BatchDialogs& dialogs) const {
+        for (const auto& [command, act] : commands_) {
+            if (command->parsed()) return act(dialogs);
+        }
+        return k_wrong_usage;
+    }
+
+private:
+    using Act = std::function<int(BatchDialogs& dialogs)>;
+
+    void add(const CLI::App& command, Act act) { commands_.emplace_back(&command, std::move(act)); }
+    [[nodiscard]] std::filesystem::path basin() const { return path_from_utf8(texts_.basin); }
+
+    void add_model_commands() {
+        const CLI::App& import = add_import(app_, texts_);
+        add(import, [this, &import](BatchDialogs& dialogs) {
+            return import_command(import_of(texts_, import), dialogs, out_);
+        });
+        const CLI::App& simulations = add_simulations(app_, texts_);
+        add(simulations, [this, &simulations](BatchDialogs& dialogs) {
+            return simulations_of(texts_, simulations, dialogs, out_);
+        });
+        const CLI::App& run = add_run(app_, texts_);
+        add(run,
+            [this, &run](BatchDialogs& dialogs) { return run_command(run_of(texts_, run), dialogs, out_); });
+        add(add_climate(app_, texts_),
+            [this](BatchDialogs& dialogs) { return climate_command(climate_of(texts_), dialogs, out_); });
+        const CLI::App& scenario = add_scenario(app_, texts_);
+        add(scenario, [this, &scenario](BatchDialogs& dialogs) {
+            return scenario_command(scenario_of(texts_, scenario), dialogs, out_);
+        });
+        const CLI::App& report = add_report(app_, texts_);
+        add(report, [this, &report](BatchDialogs& dialogs) {
+            return report_command(report_of(texts_, report), dialogs);
+        });
+        const CLI::App& plot = add_plot(app_, plot_);
+        add(plot, [this, &plot](BatchDialogs& dialogs) {
+            return plot_command(plot_of(plot_, plot, texts_.waiting()), dialogs, out_);
+        });
+    }
+
+    void add_studies() {
+        add(add_response(app_, response_), [this](BatchDialogs& dialogs) {
+            return response_command(response_of(response_, texts_.waiting()), dialogs, out_, err_,
+                                    errors_go_to_terminal());
+        });
+        const CLI::App& evaluate = add_evaluate(app_, evaluate_);
+        add(evaluate, [this, &evaluate](BatchDialogs& dialogs) {
+            return evaluate_command(evaluate_of(evaluate_, evaluate, texts_.waiting()), dialogs, out_);
+        });
+        calibrate_.emplace(app_);
+        add(calibrate_->app(), [this](BatchDialogs& dialogs) {
+            return calibrate_command(calibrate_->command(texts_.waiting()), dialogs, out_, err_,
+                                     errors_go_to_terminal());
+        });
+        sample_.emplace(app_);
+        add(sample_->app(), [this](BatchDialogs& dialogs) {
+            return sample_command(sample_->command(texts_.waiting()), dialogs, out_, err_,
+                                  errors_go_to_terminal());
+        });
+        gather_.emplace(app_);
+        add(gather_->app(), [this](BatchDialogs& dialogs) { return gather_->run(dialogs, out_); });
+    }
+
+    void add_tables() {
+        add(add_export(app_, texts_),
+            [this](BatchDialogs& dialogs) { return export_command(export_of(texts_), dialogs); });
+        load_.emplace(app_);
+        add(load_->app(), [this](BatchDialogs& dialogs) {
+            return load_command(load_->command(texts_.waiting()), dialogs, out_);
+        });
+        add(add_new(app_, texts_), [this](BatchDialogs& dialogs) {
+            return new_command(basin(), path_from_utf8(texts_.file), dialogs, out_);
+        });
+        add(add_definition(app_, texts_), [this](BatchDialogs& dialogs) {
+            return definition_command(basin(), texts_.waiting(), dialogs, out_);
+        });
+    }
+
+    void add_files() {
+        add(add_template(app_, texts_),
+            [this](BatchDialogs& dialogs) { return template_command(path_from_utf8(texts_.file), dialogs); });
+        add(add_check(app_, texts_), [this](BatchDialogs& dialogs) {
+            if (texts_.data) return check_data_command(basin(), texts_.json, texts_.waiting(), dialogs, out_);
+            return check_command(basin(), texts_.waiting(), dialogs, out_);
+        });
+        add(add_salvage(app_, texts_), [this](BatchDialogs& dialogs) {
+            return salvage_command(basin(), path_from_utf8(texts_.made), dialogs, out_);
+        });
+    }
+
+    CLI::App& app_;
+    Texts& texts_;
+    std::ostream& out_;
+    std::ostream& err_;
+    PlotTexts plot_;
+    ResponseTexts response_;
+    EvaluateTexts evaluate_;
+    std::optional<CalibrateOptions> calibrate_;
+    std::optional<SampleOptions> sample_;
+    std::optional<GatherOptions> gather_;
+    std::optional<LoadOptions> load_;
+    std::vector<std::pair<const CLI::App*, Act>> commands_;
+};
+
 }  // namespace
 
 int run_command_line(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
@@ -489,28 +610,7 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
         ->capture_default_str();
     app.fallthrough();
     app.require_subcommand(1);
-    CLI::App& import = add_import(app, texts);
-    CLI::App& simulations = add_simulations(app, texts);
-    CLI::App& run = add_run(app, texts);
-    CLI::App& climate = add_climate(app, texts);
-    CLI::App& scenario = add_scenario(app, texts);
-    CLI::App& report = add_report(app, texts);
-    PlotTexts plot_texts;
-    CLI::App& plot = add_plot(app, plot_texts);
-    ResponseTexts response_texts;
-    CLI::App& response = add_response(app, response_texts);
-    EvaluateTexts evaluate_texts;
-    CLI::App& evaluate = add_evaluate(app, evaluate_texts);
-    const CalibrateOptions calibrate{app};
-    const SampleOptions sample{app};
-    const GatherOptions gather{app};
-    CLI::App& exported = add_export(app, texts);
-    const LoadOptions load{app};
-    CLI::App& made = add_new(app, texts);
-    CLI::App& definition = add_definition(app, texts);
-    CLI::App& blank = add_template(app, texts);
-    CLI::App& check = add_check(app, texts);
-    CLI::App& salvage = add_salvage(app, texts);
+    const Commands commands{app, texts, out, err};
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -518,41 +618,7 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
     }
     BatchDialogs dialogs{err, texts.refuse};
     try {
-        if (import.parsed()) return import_command(import_of(texts, import), dialogs, out);
-        if (run.parsed()) return run_command(run_of(texts, run), dialogs, out);
-        if (climate.parsed()) return climate_command(climate_of(texts), dialogs, out);
-        if (report.parsed()) return report_command(report_of(texts, report), dialogs);
-        if (plot.parsed()) return plot_command(plot_of(plot_texts, plot, texts.waiting()), dialogs, out);
-        if (response.parsed())
-            return response_command(response_of(response_texts, texts.waiting()), dialogs, out, err,
-                                    errors_go_to_terminal());
-        if (evaluate.parsed())
-            return evaluate_command(evaluate_of(evaluate_texts, evaluate, texts.waiting()), dialogs, out);
-        if (calibrate.app().parsed()) {
-            return calibrate_command(calibrate.command(texts.waiting()), dialogs, out, err,
-                                     errors_go_to_terminal());
-        }
-        if (sample.app().parsed()) {
-            return sample_command(sample.command(texts.waiting()), dialogs, out, err,
-                                  errors_go_to_terminal());
-        }
-        if (gather.app().parsed()) return gather.run(dialogs, out);
-        if (scenario.parsed()) return scenario_command(scenario_of(texts, scenario), dialogs, out);
-        if (exported.parsed()) return export_command(export_of(texts), dialogs);
-        if (load.app().parsed()) return load_command(load.command(texts.waiting()), dialogs, out);
-        if (made.parsed())
-            return new_command(path_from_utf8(texts.basin), path_from_utf8(texts.file), dialogs, out);
-        if (definition.parsed())
-            return definition_command(path_from_utf8(texts.basin), texts.waiting(), dialogs, out);
-        if (simulations.parsed()) return simulations_of(texts, simulations, dialogs, out);
-        if (check.parsed() && texts.data) {
-            return check_data_command(path_from_utf8(texts.basin), texts.json, texts.waiting(), dialogs, out);
-        }
-        if (check.parsed()) return check_command(path_from_utf8(texts.basin), texts.waiting(), dialogs, out);
-        if (salvage.parsed()) {
-            return salvage_command(path_from_utf8(texts.basin), path_from_utf8(texts.made), dialogs, out);
-        }
-        if (blank.parsed()) return template_command(path_from_utf8(texts.file), dialogs);
+        return commands.run(dialogs);
     } catch (const std::filesystem::filesystem_error& error) {
         // The path is impossible, for example because its name is too long.
         dialogs.report_problem(
@@ -560,7 +626,6 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
             fmt::format("The file '{}': {}.", path_text(error.path1()), error.code().message()));
         return k_failed;
     }
-    return k_wrong_usage;
 }
 
 }  // namespace nivora
