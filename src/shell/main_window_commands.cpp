@@ -281,7 +281,6 @@ void frmNVR::go_to(const DataFinding& finding) {
     commit_edits();
     if (view_record(session()) != DataOutcome::ShowEditor) return;
     open_daily_editor(DailyPlace{finding.zone, finding.first, std::string{finding.field()}});
-    windows_.look_at_data_again();
 }
 
 void frmNVR::import_table() {
@@ -299,6 +298,7 @@ void frmNVR::open_daily_editor(const std::optional<DailyPlace>& place) {
     if (!windows_.edit_daily_data(place)) return;
     daily_editor_was_closed(session());
     refresh_main_window();
+    windows_.look_at_data_again();
 }
 
 void frmNVR::show_long_term_averages() {

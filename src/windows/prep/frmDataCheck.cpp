@@ -211,8 +211,13 @@ QString frmDataCheck::summary() const {
             .arg(check_.days)
             .arg(context().session.basin.ZoneCount);
     }
-    QString text = QStringLiteral("%1 findings in %2 days.").arg(check_.findings.size()).arg(check_.days);
-    if (chosen_ < check_.findings.size()) text += QStringLiteral(" %1 are of this choice.").arg(chosen_);
+    QString text =
+        QStringLiteral("%1 in %2 days")
+            .arg(check_.findings.size() == 1 ? QStringLiteral("1 finding")
+                                             : QStringLiteral("%1 findings").arg(check_.findings.size()))
+            .arg(check_.days);
+    if (chosen_ < check_.findings.size()) text += QStringLiteral(", %1 of this choice").arg(chosen_);
+    text += QLatin1Char('.');
     if (chosen_ > shown_.size()) text += QStringLiteral(" The first %1 are listed.").arg(shown_.size());
     return text;
 }
@@ -244,7 +249,8 @@ void frmDataCheck::go_to(int row) {
     if (row < 0 || row >= static_cast<int>(shown_.size())) return;
     // A copy, since the list is made anew before the call returns.
     const DataFinding finding = shown(row);
-    if (finding.fault == DataFault::OtherZone) {
+    // The number of zones may have changed since the look.
+    if (finding.zone < 1 || finding.zone > session().basin.ZoneCount) {
         session().dialogs.message({.text = no_such_zone_text(finding, session().basin.ZoneCount)});
         return;
     }
