@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 
 #include <QClipboard>
+#include <QSpinBox>
 
 namespace nivora {
 namespace {
@@ -78,7 +79,7 @@ TEST_F(DataCheckWindowTest, ShowsOneKindOrOneZone) {
     choice("cboKind")->setCurrentText(QStringLiteral("Missing value"));
     EXPECT_EQ(list()->model()->rowCount(), 1);
     EXPECT_EQ(cell(0, 6), "Precip has no value on 1 day.");
-    EXPECT_THAT(told(), HasSubstr(" 1 are of this choice."));
+    EXPECT_THAT(told(), HasSubstr(" days, 1 of this choice."));
     choice("cboZone")->setCurrentText(QStringLiteral("B"));
     EXPECT_EQ(list()->model()->rowCount(), 0);
     EXPECT_FALSE(check()->findChild<QPushButton*>(QStringLiteral("Command1(0)"))->isEnabled());  // Go to
@@ -156,6 +157,71 @@ TEST_F(DataCheckWindowTest, GoesToNoRowOfAZoneThatTheBasinDoesNotHave) {
     EXPECT_EQ(
         last_message().text,
         "The rows of zone 9 can't be shown: the basin has 5 zones, and the daily editor shows these alone.");
+}
+
+TEST_F(DataCheckWindowTest, IsMadeAnewAfterAnyEditOfTheDailyVariables) {
+    open_check();
+    const int cover = row_of("Cover outside 0 to 1", "B");
+    EXPECT_GE(cover, 0);
+    modal_.then("frmData", [&](QWidget& editor) {
+        {
+            auto* zone = editor.findChild<QSpinBox*>();
+            zone->setValue(2);
+        }
+        auto* days = editor.findChild<GridView*>();
+        for (int row = 0; row < days->model()->rowCount(); ++row) {
+            if (from_qt(days->model()->index(row, 0).data().toString()) != long_date_text(first_ + 3))
+                continue;
+            int column = 1;
+            while (days->model()->headerData(column, Qt::Horizontal).toString() != QStringLiteral("CDC"))
+                ASSERT_LT(++column, days->model()->columnCount());
+            EXPECT_TRUE(days->model()->setData(days->model()->index(row, column), QStringLiteral("1")));
+        }
+        for (QPushButton* button : editor.findChildren<QPushButton*>()) {
+            if (button->text() == QStringLiteral("&Done")) button->click();
+        }
+    });
+    choose("mnuDataOptVar(1)");
+    for (int row = 0; row < list()->model()->rowCount(); ++row)
+        EXPECT_NE(cell(row, 0), "Cover outside 0 to 1");
+}
+
+TEST_F(DataCheckWindowTest, GoesToNoZoneThatTheBasinLostMeanwhile) {
+    open_check();
+    const int missing = row_of("Missing value", "C");
+    session_.basin.ZoneCount = 2;
+    list()->setCurrentIndex(list()->model()->index(missing, 0));
+    QTest::keyClick(list(), Qt::Key_Return);
+    EXPECT_THAT(last_message().text, StartsWith("The rows of zone 3 can't be shown: the basin has 2 zones,"));
+    session_.basin.ZoneCount = 5;
+}
+
+TEST_F(DataCheckWindowTest, OtherKeysChangeNothing) {
+    open_check();
+    const std::string before = cell(0, 6);
+    const int rows = list()->model()->rowCount();
+    QApplication::clipboard()->setText(QStringLiteral("1\t2\n3\t4"));
+    for (const int key : {Qt::Key_X, Qt::Key_Delete, Qt::Key_Backspace, Qt::Key_F2, Qt::Key_Space, Qt::Key_5})
+        QTest::keyClick(list(), static_cast<Qt::Key>(key));
+    for (const int key : {Qt::Key_V, Qt::Key_X, Qt::Key_Z}) {
+        list()->setCurrentIndex(list()->model()->index(0, 6));
+        QTest::keyClick(list(), static_cast<Qt::Key>(key), Qt::ControlModifier);
+    }
+    EXPECT_EQ(cell(0, 6), before);
+    EXPECT_EQ(list()->model()->rowCount(), rows);
+    EXPECT_FALSE(session_.basin.Input_Changed);
+}
+
+TEST_F(DataCheckWindowTest, EnterDoesNothingOnceTheBasinIsClosed) {
+    open_check();
+    choose("mnuFileItem(0)");
+    ASSERT_EQ(list()->model()->rowCount(), 0);
+    const std::size_t messages = dialogs_.messages().size();
+    QTest::keyClick(list(), Qt::Key_Return);
+    emit list()->doubleClicked({});
+    EXPECT_EQ(dialogs_.messages().size(), messages);
+    QTest::keyClick(check(), Qt::Key_Escape);
+    EXPECT_FALSE(check()->isVisible());
 }
 
 /// Runs of the sample's simulation whose data lack a value.
