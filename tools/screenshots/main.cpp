@@ -198,8 +198,8 @@ private:
     void tables() {
         const WindowContext context{session_, quick_help_, program_, printing_};
         const fs::path file = program_ / "stations.csv";
-        write_whole_file(file,
-                         "Zone;Date;Precip (mm);Wind\nA;1985-10-01;12.5;3\nA;1985-06-31;0;2\nZ;1985-10-03;0;2\n");
+        write_whole_file(
+            file, "Zone;Date;Precip (mm);Wind\nA;1985-10-01;12.5;3\nA;1985-06-31;0;2\nZ;1985-10-03;0;2\n");
         frmTableImport import(context);
         import.show_file(file);
         import.show();
