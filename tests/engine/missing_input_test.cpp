@@ -16,7 +16,7 @@ protected:
         const bool reached_end = Run_Model(table, {basin, run, dialogs}, statistics);
         const auto missing = missing_input(table, basin_inputs(basin), run, reached_end);
         if (!missing) return "nothing";
-        return std::to_string(missing->zone) + " " + std::to_string(missing->day - k_first + 1) + " " +
+        return std::to_string(missing->zone) + " " + std::to_string(missing->day - run.RunStart + 1) + " " +
                missing->field;
     }
 };
@@ -43,9 +43,10 @@ TEST_F(MissingInputTest, FindsPrecipitationAndExtremes) {
 }
 
 TEST_F(MissingInputTest, FindsTheCoverThatStoppedSnowAndMelt) {
-    fill(table.Precip, 1.0);
-    fill(table.RCA, 0.0);  // the rain that counts depends on the cover
-    fill(table.TAvg, 20.0);
+    start(2, date_of(2001, 1, 1), 3);
+    fill(table.Precip, 1.0);  // snow, of which the part beside the winter's cover is stored
+    fill(table.TAvg, -5.0);
+    fill(table.Tcrit, 1.0);
     table.SCA[at(2, 2)] = k_missing;
     EXPECT_EQ(found(), "2 2 SCA");
 }
