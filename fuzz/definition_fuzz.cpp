@@ -1,5 +1,5 @@
-// Definitions of basins: any bytes are either refused with their problems, or a definition that is written and
-// read back the same.
+// Definitions of basins: any bytes are either refused with their problems, or a definition that is written
+// and read back the same.
 
 #include "prep/basin_definition.h"
 

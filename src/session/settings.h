@@ -33,7 +33,8 @@ struct Settings {
     /// The frame that the window manager drew around the last window; not stored.
     FrameWidths frame;
     LineTable lines = default_lines();
-    /// Hidden and moved columns as texts of a ColumnLayout, by the name of the view; only where there are any.
+    /// Hidden and moved columns as texts of a ColumnLayout, by the name of the view; only where there are
+    /// any.
     std::map<std::string, std::string> columns;
     std::vector<std::string> recent_files;  ///< newest first, at most four
 };

@@ -45,8 +45,8 @@ public:
     /// Whether a cut would change a cell, and whether a paste could.
     [[nodiscard]] bool can_cut() const;
     [[nodiscard]] bool can_paste() const;
-    /// Moves to a cell, and selects it alone or its row. It works also while a modifier key is held down, which
-    /// would extend the selection in setCurrentIndex() and selectRow().
+    /// Moves to a cell, and selects it alone or its row. It works also while a modifier key is held down,
+    /// which would extend the selection in setCurrentIndex() and selectRow().
     void go_to(const QModelIndex& cell);
     /// Selects a block and brings its first cell into view.
     void show_block(const CellRange& range);

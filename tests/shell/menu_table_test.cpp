@@ -121,7 +121,8 @@ TEST_F(MenuTableTest, TheToolsMenuHasItsItems) {
     EXPECT_THAT(captions_of("mnuTools"),
                 ElementsAre("&Calculate Long-term Monthly Averages", k_line, "Convert from Metric to English",
                             k_line, "&Define a custom time lag distribution for the basin", "&More ..."));
-    EXPECT_THAT(captions_of("mnuToolsItm(5)"), ElementsAre("&Runs", "&Check data", "&Import a table ...", "&Export a table ..."));
+    EXPECT_THAT(captions_of("mnuToolsItm(5)"),
+                ElementsAre("&Runs", "&Check data", "&Import a table ...", "&Export a table ..."));
 }
 
 TEST_F(MenuTableTest, TheHelpMenuHasItsItems) {
