@@ -42,7 +42,7 @@ bool UndoKeys::is_key(const QKeyEvent& event) {
 void UndoKeys::add_entries(QMenu& menu) {
     QAction* first = menu.actions().isEmpty() ? nullptr : menu.actions().first();
     add_grid_entry(menu, "gridUndo", "&Undo", k_undo, what_.can_undo(), what_.undo, first);
-    add_grid_entry(menu, "gridRedo", "Re&do", k_redo, what_.can_redo(), what_.redo, first);
+    add_grid_entry(menu, "gridRedo", "R&edo", k_redo, what_.can_redo(), what_.redo, first);
     menu.insertSeparator(first);
 }
 

@@ -3,6 +3,9 @@
 #include "store/basin_marks.h"
 #include "tests/shell/simulation_fixture.h"
 
+#include <algorithm>
+#include <vector>
+
 namespace nivora {
 namespace {
 
@@ -233,6 +236,25 @@ TEST_F(UndoTest, AnEditorThatTabOpenedDoesNotKeepTheKeys) {
     EXPECT_NE(cell(2, 13), "7");
     EXPECT_EQ(cell(2, 14), next);
     EXPECT_TRUE(grid()->hasFocus());
+}
+
+TEST_F(UndoTest, EachEntryOfTheContextMenuHasALetterOfItsOwn) {
+    go_to(1, 2);
+    QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 5), grid()->mapToGlobal(QPoint(5, 5)));
+    QApplication::sendEvent(grid()->viewport(), &event);
+    auto* menu = grid()->findChild<QMenu*>(QStringLiteral("mnuGrid"));
+    ASSERT_NE(menu, nullptr);
+    std::vector<QString> letters;
+    for (const QAction* entry : menu->actions()) {
+        if (entry->isSeparator()) continue;
+        const qsizetype mark = entry->text().indexOf(QLatin1Char('&'));
+        ASSERT_GE(mark, 0) << from_qt(entry->text());
+        letters.push_back(entry->text().mid(mark + 1, 1).toLower());
+    }
+    menu->close();
+    EXPECT_GE(letters.size(), 9U);
+    std::sort(letters.begin(), letters.end());
+    EXPECT_EQ(std::adjacent_find(letters.begin(), letters.end()), letters.end());
 }
 
 TEST_F(UndoTest, TheContextMenuOffersBoth) {

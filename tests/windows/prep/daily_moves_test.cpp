@@ -180,7 +180,7 @@ TEST_F(DailyMovesTest, TheContextMenuHasTheMovesWithTheirKeys) {
     ASSERT_NE(menu, nullptr);
     std::vector<std::string> texts;
     for (const QAction* entry : menu->actions()) texts.push_back(from_qt(entry->text()));
-    EXPECT_THAT(texts, ElementsAre("&Undo\tCtrl+Z", "Re&do\tCtrl+Shift+Z", "", "Cu&t\tCtrl+X",
+    EXPECT_THAT(texts, ElementsAre("&Undo\tCtrl+Z", "R&edo\tCtrl+Shift+Z", "", "Cu&t\tCtrl+X",
                                    "&Copy\tCtrl+C", "Copy with &headers\tCtrl+Shift+C", "&Paste\tCtrl+V", "",
                                    "&Go to date...\tCtrl+G", "&Next missing value\tF3",
                                    "P&revious missing value\tShift+F3", "Ne&xt changed value\tCtrl+F3",
