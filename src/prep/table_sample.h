@@ -39,6 +39,8 @@ struct ColumnChoice {
     std::string header = {};
     std::string meaning = {};  ///< one of the meanings; empty: it is not read
     std::string unit = {};     ///< stated; empty: that of the basin, or the one in brackets behind the header
+
+    bool operator==(const ColumnChoice&) const = default;
 };
 
 /// What the headers say: the meaning that each of them names, in any case of letters, without a unit in

@@ -123,6 +123,28 @@ TEST_F(TableWindowsTest, AWideFileGivesEachZoneAColumn) {
     EXPECT_EQ(stored("Tavg", "3", "10/02/1997"), "-");
 }  // namespace nivora
 
+TEST_F(TableWindowsTest, AChoiceOfAColumnIsTakenBackAndMadeAgain) {
+    const auto file = written("days.csv", "Zone,Day,Precip\nA,1997-10-01,5\n");
+    import_from(file, [&](QWidget& window) {
+        GridView& grid = columns(window);
+        const auto press_key = [&](const QKeySequence& keys) {
+            for (QAction* action : window.actions()) {
+                if (action->shortcut() == keys) action->trigger();
+            }
+        };
+        say(grid, 1, 1, "Date");
+        say(grid, 2, 2, "mm");
+        press_key(Qt::CTRL | Qt::Key_Z);
+        EXPECT_EQ(cell(grid, 2, 2), "");
+        EXPECT_EQ(grid.currentIndex().row(), 2);
+        press_key(Qt::CTRL | Qt::Key_Z);
+        EXPECT_EQ(cell(grid, 1, 1), "(not read)");
+        press_key(Qt::CTRL | Qt::Key_Y);
+        EXPECT_EQ(cell(grid, 1, 1), "Date");
+        EXPECT_EQ(cell(grid, 2, 2), "");
+    });
+}
+
 TEST_F(TableWindowsTest, WithARefusedRowNothingIsImported) {
     const std::string before = stored("Precip", "1", "10/01/1997");
     const auto file =

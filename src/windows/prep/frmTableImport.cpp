@@ -7,6 +7,7 @@
 #include "widgets/qt_text.h"
 #include "widgets/readable_palette.h"
 #include "widgets/text_table_model.h"
+#include "widgets/undo_keys.h"
 #include "widgets/window_keys.h"
 #include "windows/prep/import_columns_model.h"
 
@@ -103,6 +104,7 @@ frmTableImport::frmTableImport(const WindowContext& context, QWidget* parent)
     set_content(content, make_buttons());
     explain_status_bar(k_status_line);
     close_on_escape();
+    add_undo();
     form_changed();
     resize(820, 640);
 }
@@ -186,6 +188,22 @@ QWidget* frmTableImport::make_buttons() {
     connect(row.buttons[3], &QPushButton::clicked, this, &QWidget::close);
     add_key(*this, Qt::Key_F1, *row.buttons[2]);
     return row.frame;
+}
+
+void frmTableImport::add_undo() {
+    auto* keys = new UndoKeys(*this, {.can_undo = [this] { return columns_->can_undo(); },
+                                      .can_redo = [this] { return columns_->can_redo(); },
+                                      .undo = [this] { reverse(&ImportColumnsModel::undo); },
+                                      .redo = [this] { reverse(&ImportColumnsModel::redo); }});
+    keys->watch(*grid_);
+}
+
+/// Undoes or redoes a choice of what a column is, or of its unit.
+void frmTableImport::reverse(std::optional<int> (ImportColumnsModel::*act)()) {
+    grid_->commit_editor();
+    const auto row = (columns_->*act)();
+    if (!row) return QApplication::beep();
+    grid_->go_to(columns_->index(*row, 1));
 }
 
 bool frmTableImport::is_wide() const { return form_->currentIndex() == 1; }

@@ -43,6 +43,8 @@ private:
     Widget* add_row(QFormLayout& form, const char* caption, Widget* widget, const char* name, int line);
     void choose_file();
     void form_changed();
+    void add_undo();
+    void reverse(std::optional<int> (ImportColumnsModel::*act)());
     void show_sample();
     [[nodiscard]] bool is_wide() const;
     [[nodiscard]] std::string table() const;

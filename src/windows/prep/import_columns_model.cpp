@@ -4,6 +4,7 @@
 #include "widgets/qt_text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace nivora {
 namespace {
@@ -21,7 +22,36 @@ void ImportColumnsModel::show(TableSample sample, ColumnMeanings meanings) {
     sample_ = std::move(sample);
     meanings_ = std::move(meanings);
     choices_ = guessed_columns(sample_, meanings_);
+    steps_.clear();
     endResetModel();
+}
+
+void ImportColumnsModel::end_change() {
+    if (before_.size() == choices_.size() && before_ != choices_)
+        steps_.add({.before = std::exchange(before_, {}), .after = choices_});
+}
+
+std::optional<int> ImportColumnsModel::undo() {
+    if (!can_undo()) return std::nullopt;
+    const int row = show_choices(steps_.to_undo()->before);
+    steps_.undone();
+    return row;
+}
+
+std::optional<int> ImportColumnsModel::redo() {
+    if (!can_redo()) return std::nullopt;
+    const int row = show_choices(steps_.to_redo()->after);
+    steps_.redone();
+    return row;
+}
+
+/// @return the first row that differs
+int ImportColumnsModel::show_choices(const std::vector<ColumnChoice>& choices) {
+    const auto first = std::mismatch(choices_.begin(), choices_.end(), choices.begin(), choices.end()).first;
+    const int row = static_cast<int>(first - choices_.begin());
+    choices_ = choices;
+    show_values();
+    return row;
 }
 
 int ImportColumnsModel::rowCount(const QModelIndex& parent) const {
