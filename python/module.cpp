@@ -1,7 +1,7 @@
 // The Python module nivora._core: the calls that the package in python/nivora is made of.
 #include "base/durable_file.h"
 #include "base/version.h"
-#include "batch/batch_dialogs.h"
+#include "engine/batch_dialogs.h"
 #include "engine/named_run.h"
 #include "engine/results_store.h"
 #include "engine/results_summary.h"
@@ -144,6 +144,7 @@ struct DoneRun {
 
 DoneRun run_asked(const AskedRun& asked) {
     DoneRun done;
+    SimResults table;
     std::ostringstream report;
     BatchDialogs dialogs{report, asked.refuse};
     if (asked.forecast) dialogs.prepare_input(*asked.forecast);
@@ -154,8 +155,8 @@ DoneRun run_asked(const AskedRun& asked) {
                      .no_snow = asked.no_snow,
                      .lag_shares = asked.lag_shares,
                      .wait = milliseconds(asked.wait)},
-                    {done.basin, done.run, dialogs},
-                    [&](BasinDatabase& database) { done.results = load_results(database); });
+                    {done.basin, done.run, dialogs}, &table);
+    if (done.outcome.results_rebuilt) done.results = std::move(table);
     done.messages = dialogs.messages();
     done.refused = dialogs.was_refused();
     return done;

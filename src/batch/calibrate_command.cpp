@@ -3,13 +3,13 @@
 #include "base/durable_file.h"
 #include "batch/calibrate_output.h"
 #include "batch/commands.h"
-#include "batch/fitted_simulation.h"
 #include "batch/interruption.h"
 #include "batch/output_guard.h"
 #include "batch/progress.h"
-#include "batch/study_changes.h"
 #include "batch/study_options.h"
 #include "search/calibration.h"
+#include "search/fitted_simulation.h"
+#include "search/study_changes.h"
 #include "search/study_digest.h"
 
 #include <fmt/format.h>

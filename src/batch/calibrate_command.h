@@ -1,7 +1,7 @@
 // The command that searches the numbers which make a simulation meet the measured discharge best.
 #pragma once
 
-#include "batch/study_command.h"
+#include "search/study_command.h"
 
 #include <CLI/CLI.hpp>
 

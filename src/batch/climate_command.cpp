@@ -1,14 +1,12 @@
 #include "base/durable_file.h"
 #include "base/number_text.h"
 #include "base/text.h"
-#include "batch/climate_steps.h"
 #include "batch/commands.h"
 #include "batch/json.h"
 #include "batch/output_guard.h"
-#include "batch/selected_simulation.h"
-#include "climate/climate_run.h"
+#include "climate/named_evaluation.h"
 #include "engine/results_summary.h"
-#include "store/basin_opening.h"
+#include "session/session.h"
 
 #include <fmt/format.h>
 
@@ -29,22 +27,13 @@ bool run_steps(Session& session, const ClimateCommand& command, BatchDialogs& di
     const std::filesystem::path report =
         command.report.value_or(std::filesystem::path{command.basin}.replace_filename(k_climate_report));
     refuse_basin_as_output(report, command.basin);
-    OpenBasin basin = open_to_run(command.basin, command.wait);
-    if (!select_in(session, basin.database(), command.basin, command.simulation, dialogs)) return false;
-    const auto scenario = stored_scenario(basin.database(), session.basin, command.scenario, dialogs);
-    if (!scenario || !has_zone_areas(session.basin, dialogs)) return false;
-    if (const auto problem = run_menu_problem(session.basin)) dialogs.message(problem->message);
-    if (const auto problem = evaluation_problem(basin.database(), session.basin, scenario->scenario)) {
-        dialogs.message(*problem);
-        return false;
-    }
-    if (!make_ready(basin, session, command.basin, command.simulation, command.wait, dialogs)) return false;
-    const ClimateContext context{.run = {session.basin, session.run, dialogs},
-                                 .climate = session.climate,
-                                 .report_file = report,
-                                 .now = local_now()};
-    dialogs.accept_proposals();
-    return run_climate_steps(basin.database(), context, scenario->scenario, command.last_step);
+    return evaluate_by_name({.basin = command.basin,
+                             .simulation = command.simulation,
+                             .scenario = command.scenario,
+                             .report = report,
+                             .last_step = command.last_step,
+                             .wait = command.wait},
+                            {session.basin, session.run, session.climate, dialogs});
 }
 
 /// The statistics of a step in the order of their labels; nothing for what the step does not have.

@@ -2,9 +2,9 @@
 // of the data.
 #pragma once
 
-#include "batch/batch_dialogs.h"
 #include "batch/reported_state.h"
 #include "climate/climate_state.h"
+#include "engine/batch_dialogs.h"
 #include "reports/report_catalogue.h"
 
 #include <chrono>

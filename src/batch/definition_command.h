@@ -1,7 +1,7 @@
 // The commands that write the definition of a basin as JSON, and make a basin of such a text.
 #pragma once
 
-#include "batch/batch_dialogs.h"
+#include "engine/batch_dialogs.h"
 
 #include <chrono>
 #include <filesystem>

@@ -1,7 +1,7 @@
 // The command that says how well a computed discharge meets the measured one.
 #pragma once
 
-#include "batch/batch_dialogs.h"
+#include "engine/batch_dialogs.h"
 #include "studies/compared_days.h"
 
 #include <chrono>

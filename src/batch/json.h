@@ -3,7 +3,7 @@
 
 #include "base/calendar.h"
 #include "base/single.h"
-#include "batch/batch_dialogs.h"
+#include "engine/batch_dialogs.h"
 
 #include <nlohmann/json.hpp>
 

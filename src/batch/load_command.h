@@ -1,7 +1,7 @@
 // The command that loads a table of a basin from a CSV file.
 #pragma once
 
-#include "batch/batch_dialogs.h"
+#include "engine/batch_dialogs.h"
 #include "prep/table_load.h"
 
 #include <CLI/CLI.hpp>

@@ -1,7 +1,7 @@
 #include "batch/plot_state.h"
 
-#include "batch/climate_steps.h"
 #include "batch/selected_simulation.h"
+#include "climate/named_evaluation.h"
 #include "reports/report_period.h"
 #include "store/basin_marks.h"
 

@@ -1,7 +1,7 @@
 #include "batch/repeated_run.h"
 
-#include "batch/batch_dialogs.h"
 #include "climate/climate_run.h"
+#include "engine/batch_dialogs.h"
 #include "store/basin_opening.h"
 
 #include <sstream>

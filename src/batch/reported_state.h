@@ -2,7 +2,7 @@
 // that show results which stand in a basin already.
 #pragma once
 
-#include "batch/batch_dialogs.h"
+#include "engine/batch_dialogs.h"
 #include "session/session.h"
 #include "store/daily_table.h"
 

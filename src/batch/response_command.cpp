@@ -8,12 +8,9 @@
 #include "batch/progress.h"
 #include "batch/response_picture.h"
 #include "batch/response_table.h"
-#include "batch/selected_simulation.h"
-#include "batch/study_file.h"
-#include "engine/run_driver.h"
 #include "paint/plot_picture.h"
-#include "search/study_digest.h"
-#include "store/basin_opening.h"
+#include "search/response_rows.h"
+#include "search/response_study.h"
 
 #include <fmt/format.h>
 
@@ -25,52 +22,13 @@
 namespace nivora {
 namespace {
 
-/// The basin of a response, and its pairs.
-struct ResponseStudy {
-    ResponseHead head;
-    std::shared_ptr<const StudyBasin> basin;
-    std::vector<ClimateChange> pairs;
-    RunSpan span;  ///< of the pairs that this command evaluates
-};
-
-/// Reads the basin; nothing after a report.
-std::optional<ResponseStudy> read_study(const ResponseCommand& command, BatchDialogs& dialogs) {
-    Desktop no_desktop;
-    Session session{dialogs, no_desktop};
-    const OpenBasin open = open_to_read(command.basin, command.wait, Check::All);
-    if (!select_in(session, open.database(), command.basin, command.simulation, dialogs)) return std::nullopt;
-    RunRequest request;
-    request.RunKind = k_year_round_simulation;
-    auto read = read_study_basin(open.database(), session.basin, request);
-    if (const auto* problem = std::get_if<Message>(&read)) {
-        dialogs.message(*problem);
-        return std::nullopt;
-    }
-    ResponseStudy study{.head = {.basin = session.basin.basin_name,
-                                 .simulation = session.basin.Current_Sim_Name,
-                                 .winter_end = read_iso_date(command.winter_end).value_or(0),
-                                 .units = session.basin.Units_Code},
-                        .basin = std::get<std::shared_ptr<const StudyBasin>>(read),
-                        .pairs = all_pairs(command.temperature, command.precipitation),
-                        .span = {}};
-    if (const std::string problem = winter_end_problem(*study.basin, study.head.winter_end);
-        !problem.empty()) {
-        dialogs.report_problem("Invalid dates", problem);
-        return std::nullopt;
-    }
-    study.span = part_of(study.pairs.size(), command.share);
-    return study;
-}
-
-std::string options_line(const ResponseStudy& study, const ResponseCommand& command) {
-    const UnitWords& words = unit_words(study.head.units);
-    const Json json{
-        {"simulation", study.head.simulation},
-        {"winterEnd", iso_date_text(study.head.winter_end)},
-        {"temperature", command.temperature},
-        {"precipitation", command.precipitation},
-        {"units", fmt::format("10^6 {}³, {}, {}", words.length_letter, words.discharge, words.temperature)}};
-    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+ResponsePlan plan_of(const ResponseCommand& command) {
+    return {.basin = command.basin,
+            .simulation = command.simulation,
+            .winter_end = command.winter_end,
+            .temperature = command.temperature,
+            .precipitation = command.precipitation,
+            .wait = command.wait};
 }
 
 /// What is wrong with the options; empty if nothing is.
@@ -91,13 +49,13 @@ std::string options_problem(const ResponseCommand& command) {
 }
 
 /// Evaluates the pairs that are not stored yet. @return whether all were evaluated
-bool evaluate(const ResponseCommand& command, const ResponseStudy& study, std::vector<ResponsePoint>& points,
-              StudyFile* file, std::ostream& err, bool terminal) {
+bool evaluate(const ResponseCommand& command, const ResponseStudy& study, const RunSpan& span,
+              std::vector<ResponsePoint>& points, StudyFile* file, std::ostream& err, bool terminal) {
     const Interruption interruption;
     StudyPool pool{command.threads};
-    const std::size_t wanted = study.span.behind - study.span.first;
-    const auto rest = std::span{study.pairs}.subspan(study.span.first, wanted).subspan(points.size());
-    const int zones = static_cast<int>(study.basin->inputs.zones);
+    const std::size_t wanted = span.behind - span.first;
+    const auto rest = std::span{study.pairs}.subspan(span.first, wanted).subspan(points.size());
+    const int zones = study.zones();
     if (rest.empty()) return true;
     {
         Progress progress{err, terminal, "evaluations", rest.size()};
@@ -105,7 +63,7 @@ bool evaluate(const ResponseCommand& command, const ResponseStudy& study, std::v
         evaluate_all(
             study.basin, study.head.winter_end, rest, pool,
             [&](std::size_t index, const ClimateResponse& response) {
-                const std::size_t number = study.span.first + stored + index;
+                const std::size_t number = span.first + stored + index;
                 points.push_back(response_point(number, *study.basin, response));
                 if (file != nullptr) file->add(response_line(points.back(), zones));
                 progress.update(index + 1);
@@ -118,18 +76,13 @@ bool evaluate(const ResponseCommand& command, const ResponseStudy& study, std::v
 
 /// The file of --out; the points that it has go to `points`.
 std::unique_ptr<StudyFile> open_file(const ResponseCommand& command, const ResponseStudy& study,
-                                     std::vector<ResponsePoint>& points) {
+                                     const RunSpan& span, std::vector<ResponsePoint>& points) {
     if (!command.out) return nullptr;
-    const int zones = static_cast<int>(study.basin->inputs.zones);
-    return std::make_unique<StudyFile>(*command.out,
-                                       StudyTitle{.kind = "response",
-                                                  .basin = basin_digest(*study.basin),
-                                                  .options = options_line(study, command),
-                                                  .runs = study.pairs.size(),
-                                                  .span = study.span},
+    const int zones = study.zones();
+    return std::make_unique<StudyFile>(*command.out, response_title(study, plan_of(command), span),
                                        response_names(zones), command.resume, [&](std::string_view line) {
                                            auto point = read_response_line(line, zones);
-                                           if (!point || point->index != study.span.first + points.size())
+                                           if (!point || point->index != span.first + points.size())
                                                return false;
                                            points.push_back(std::move(*point));
                                            return true;
@@ -143,14 +96,15 @@ int response(const ResponseCommand& command, BatchDialogs& dialogs, std::ostream
         return k_failed;
     }
     if (command.out) refuse_basin_as_output(*command.out, command.basin);
-    const auto study = read_study(command, dialogs);
+    const auto study = read_response_study(plan_of(command), dialogs);
     if (!study) return k_failed;
+    const RunSpan span = part_of(study->pairs.size(), command.share);
     if (command.picture)
         refuse_response_pictures(*command.picture, command.basin, command.out, study->basin->inputs.zones);
     std::vector<ResponsePoint> points;
-    const auto file = open_file(command, *study, points);
+    const auto file = open_file(command, *study, span, points);
     if (command.resume) dialogs.report_note(fmt::format("{} evaluations are taken over.", points.size()));
-    const bool complete = evaluate(command, *study, points, file.get(), err, terminal);
+    const bool complete = evaluate(command, *study, span, points, file.get(), err, terminal);
     if (command.json) {
         out << printed(response_json(study->head, points));
     } else {

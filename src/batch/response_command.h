@@ -1,7 +1,7 @@
 // The command that evaluates pairs of a temperature and a precipitation change.
 #pragma once
 
-#include "batch/batch_dialogs.h"
+#include "engine/batch_dialogs.h"
 #include "search/sample.h"
 #include "studies/study_pool.h"
 

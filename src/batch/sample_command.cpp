@@ -8,15 +8,13 @@
 #include "batch/interruption.h"
 #include "batch/output_guard.h"
 #include "batch/progress.h"
-#include "batch/sample_file.h"
 #include "batch/sample_picture.h"
-#include "batch/study_file.h"
 #include "batch/study_options.h"
 #include "search/sample.h"
-#include "search/study_digest.h"
+#include "search/sample_file.h"
+#include "search/study_file.h"
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <memory>
@@ -34,11 +32,6 @@ std::vector<std::string> all_objectives() {
     return names;
 }
 
-std::size_t place_of(const StudyProblem& problem, const Objective* objective) {
-    const auto& all = problem.objectives();
-    return static_cast<std::size_t>(std::find(all.begin(), all.end(), objective) - all.begin());
-}
-
 /// What the runs of a sample are to the end of its command.
 class SampleRuns {
 public:
@@ -51,7 +44,7 @@ public:
             by_objective_[i].push_back(values[i]);
         }
         if (!values.front()) ++failed_;
-        if (is_kept(values)) kept_.push_back(index);
+        if (keeps_run(problem_, rules_, values)) kept_.push_back(index);
     }
 
     [[nodiscard]] std::size_t count() const {
@@ -64,16 +57,6 @@ public:
     }
 
 private:
-    /// Without a rule a run is kept that has a discharge at all.
-    [[nodiscard]] bool is_kept(const std::vector<std::optional<double>>& values) const {
-        const bool any =
-            std::any_of(values.begin(), values.end(), [](const auto& value) { return value.has_value(); });
-        return any && std::all_of(rules_.begin(), rules_.end(), [&](const KeepRule& rule) {
-                   const auto& value = values[place_of(problem_, rule.objective)];
-                   return value && rule.keeps(*value);
-               });
-    }
-
     const StudyProblem& problem_;
     const std::vector<KeepRule>& rules_;
     std::vector<std::vector<std::optional<double>>> by_objective_;
@@ -202,12 +185,6 @@ bool write_bands(const SampleCommand& command, const StudyProblem& problem, cons
     return true;
 }
 
-std::string sample_options_line(const StudyProblem& problem, const SampleCommand& command) {
-    auto options = nlohmann::ordered_json::parse(study_options_line(problem, command.study, command.runs));
-    options["sensitivity"] = command.sensitivity;
-    return options.dump();
-}
-
 std::string command_problem(const SampleCommand& command, const SampleDesign& design) {
     if (command.sensitivity && command.runs / design.group() < 2) {
         return fmt::format("With --sensitivity the runs stand in groups of {}: at least {} are needed.",
@@ -229,15 +206,9 @@ int sample(const SampleCommand& command, BatchDialogs& dialogs, std::ostream& ou
         dialogs.report_problem("The study can't begin", text);
         return k_failed;
     }
-    const std::size_t whole = command.runs / design.group() * design.group();
     const RunSpan span = runs_of(design, command.runs, {command.part, command.parts});
     SampleFile file{command.out,
-                    {.kind = "sample",
-                     .basin = study_digest(*problem),
-                     .options = sample_options_line(*problem, command),
-                     .runs = whole,
-                     .span = span},
-                    *problem,
+                    sample_title(*problem, command.study, command.runs, command.sensitivity, span), *problem,
                     command.resume};
     SampleRuns runs{*problem, command.keep};
     for (const StoredRun& run : file.stored()) runs.add(run.index, run.values);
@@ -283,16 +254,6 @@ std::string keep_problem(const std::string& text) {
 }
 
 }  // namespace
-
-std::variant<KeepRule, std::string> read_keep_rule(std::string_view text) {
-    const std::size_t sign = text.find_first_of("<>");
-    if (sign == std::string_view::npos) return fmt::format("'{}' is not a rule such as KGE>0.7", text);
-    const Objective* objective = find_objective(text.substr(0, sign));
-    const auto limit = exact_number(text.substr(sign + 1));
-    if (objective == nullptr) return fmt::format("'{}' is not a measure", trimmed(text.substr(0, sign)));
-    if (!limit) return fmt::format("'{}' is not a number", trimmed(text.substr(sign + 1)));
-    return KeepRule{objective, text[sign] == '>', *limit};
-}
 
 struct SampleTexts {
     StudyTexts study;

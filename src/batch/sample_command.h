@@ -3,7 +3,8 @@
 #pragma once
 
 #include "batch/sample_picture.h"
-#include "batch/study_command.h"
+#include "search/keep_rule.h"
+#include "search/study_command.h"
 
 #include <CLI/CLI.hpp>
 
@@ -11,18 +12,6 @@
 #include <memory>
 
 namespace nivora {
-
-/// A measure that a run must reach to be kept.
-struct KeepRule {
-    const Objective* objective = nullptr;
-    bool above = true;
-    double limit = 0.0;
-
-    [[nodiscard]] bool keeps(double value) const { return above ? value > limit : value < limit; }
-};
-
-/// Reads "KGE>0.7" or "RMSE<5". @return the rule, or what is wrong with the text
-[[nodiscard]] std::variant<KeepRule, std::string> read_keep_rule(std::string_view text);
 
 struct SampleCommand {
     StudyCommand study;

@@ -1,8 +1,8 @@
 // The options that the commands of studies share.
 #pragma once
 
-#include "batch/study_command.h"
 #include "search/sample.h"
+#include "search/study_command.h"
 
 #include <CLI/CLI.hpp>
 

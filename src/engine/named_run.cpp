@@ -29,7 +29,7 @@ std::optional<Message> start_problem(const BasinState& basin) {
 }
 
 /// Runs after the checks that leave the file as it is.
-RunOutcome run_checked(OpenBasin& open, const NamedRun& named, RunContext context) {
+RunOutcome run_checked(OpenBasin& open, const NamedRun& named, RunContext context, SimResults* table) {
     if (const auto problem = start_problem(context.basin)) {
         context.dialogs.message(*problem);
         return {};
@@ -37,7 +37,7 @@ RunOutcome run_checked(OpenBasin& open, const NamedRun& named, RunContext contex
     if (!accepts_blank_latitude(context.basin, context.dialogs)) return {};
     if (!make_basin_ready(open, named.basin, named.simulation, named.wait, context.basin, context.dialogs))
         return {};
-    return start_run(open.database(), context, named.choice.index);
+    return start_run(open.database(), context, named.choice.index, table);
 }
 
 }  // namespace
@@ -74,18 +74,14 @@ bool make_basin_ready(OpenBasin& open, const std::filesystem::path& file, const 
     return select_by_name(open.database(), file, simulation, basin, dialogs);
 }
 
-RunOutcome run_by_name(const NamedRun& named, RunContext context,
-                       const std::function<void(BasinDatabase&)>& after_run) {
+RunOutcome run_by_name(const NamedRun& named, RunContext context, SimResults* table) {
     OpenBasin open = open_to_run(named.basin, named.wait);
     if (!select_by_name(open.database(), named.basin, named.simulation, context.basin, context.dialogs) ||
         !set_lag_shares(named.lag_shares, context) || !every_zone_has_area(context.basin, context.dialogs))
         return {};
     context.run.NoSnow = named.no_snow;
     if (const auto problem = run_menu_problem(context.basin)) context.dialogs.message(problem->message);
-    const RunOutcome outcome =
-        choose_and_run(context, named.choice, [&] { return run_checked(open, named, context); });
-    if (outcome.results_rebuilt && after_run) after_run(open.database());
-    return outcome;
+    return choose_and_run(context, named.choice, [&] { return run_checked(open, named, context, table); });
 }
 
 }  // namespace nivora

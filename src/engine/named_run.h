@@ -6,7 +6,6 @@
 
 #include <chrono>
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -38,9 +37,8 @@ struct NamedRun {
 /// Opens the basin, makes all checks of a run, runs the simulation and stores its table. What is refused
 /// before the table is built leaves the file as it is.
 ///
-/// @param after_run called after a run that stored its table, while no other program can change the file
+/// @param table gets the rows, if it is not null and the table was stored
 /// @throws StoreError if the basin can't be read
-RunOutcome run_by_name(const NamedRun& named, RunContext context,
-                       const std::function<void(BasinDatabase&)>& after_run = {});
+RunOutcome run_by_name(const NamedRun& named, RunContext context, SimResults* table = nullptr);
 
 }  // namespace nivora

@@ -129,7 +129,8 @@ bool run_stages(BuiltResults& built, RunContext context, RunOutcome& outcome) {
 }
 
 /// Only a table that is in the file takes the marks of the former one away.
-RunOutcome run_on(BasinDatabase& database, RunContext context, LatitudeQuestion latitude) {
+RunOutcome run_on(BasinDatabase& database, RunContext context, LatitudeQuestion latitude,
+                  SimResults* table = nullptr) {
     RunOutcome outcome;
     BuiltResults built = Build_SimResults(database, context.basin, context.run, context.dialogs, nullptr);
     const bool goes_on = built.Status != 1 && (latitude == LatitudeQuestion::AnsweredBefore ||
@@ -140,6 +141,7 @@ RunOutcome run_on(BasinDatabase& database, RunContext context, LatitudeQuestion 
     outcome.results_rebuilt = store_results(built, context);
     outcome.completed = reached_end && outcome.results_rebuilt;
     if (outcome.results_rebuilt) mark_outcome(context, outcome.completed);
+    if (outcome.results_rebuilt && table != nullptr) *table = std::move(built.results);
     return outcome;
 }
 
@@ -276,9 +278,9 @@ RunOutcome start_run(RunContext context, int index) {
     return run_on(*database, context, LatitudeQuestion::Here);
 }
 
-RunOutcome start_run(BasinDatabase& database, RunContext context, int index) {
+RunOutcome start_run(BasinDatabase& database, RunContext context, int index, SimResults* table) {
     if (!prepare_run(context, index)) return {};
-    return run_on(database, context, LatitudeQuestion::AnsweredBefore);
+    return run_on(database, context, LatitudeQuestion::AnsweredBefore, table);
 }
 
 bool run_without_storing(BasinDatabase& database, RunContext context, int index) {

@@ -85,7 +85,8 @@ RunOutcome start_run(RunContext context, int index);
 
 /// The same in a file that the caller has open. The caller asks accepts_blank_latitude before, so that the
 /// answer No leaves the file unchanged.
-RunOutcome start_run(BasinDatabase& database, RunContext context, int index);
+/// @param table gets the rows, if it is not null and the table was stored
+RunOutcome start_run(BasinDatabase& database, RunContext context, int index, SimResults* table = nullptr);
 
 /// Runs the current simulation for what a run leaves in `run` beside its table, which is computed in memory:
 /// the file is only read, and the marks of its results in `run` and the basin stay. The latitude is not asked

@@ -47,13 +47,7 @@ auto as_store_error(Work&& work) {
     }
 }
 
-[[noreturn]] void refuse_busy(const fs::path& file, milliseconds wait) {
-    throw StoreError(
-        StoreFault::Busy,
-        fmt::format("The file '{}' is in use by another program, which did not finish within {} "
-                    "seconds. Nothing was changed. Try again when it has finished.",
-                    path_text(file), std::chrono::duration_cast<std::chrono::seconds>(wait).count()));
-}
+[[noreturn]] void refuse_busy(const fs::path& file, milliseconds wait) { throw busy_basin(file, wait); }
 
 /// Begins to read; false if the change of a killed program has to be rolled back first.
 bool begin_reading(BasinDatabase& database) {
@@ -135,6 +129,13 @@ auto waiting(const fs::path& file, milliseconds wait, Open&& open) {
 }
 
 }  // namespace
+
+StoreError busy_basin(const fs::path& file, milliseconds waited) {
+    return {StoreFault::Busy,
+            fmt::format("The file '{}' is in use by another program, which did not finish within {} "
+                        "seconds. Nothing was changed. Try again when it has finished.",
+                        path_text(file), std::chrono::duration_cast<std::chrono::seconds>(waited).count())};
+}
 
 PrivateFolder::PrivateFolder() {
     std::random_device random;

@@ -4,12 +4,16 @@
 
 #include "store/basin_check.h"
 #include "store/database.h"
+#include "store/store_error.h"
 
 #include <chrono>
 #include <filesystem>
 #include <memory>
 
 namespace nivora {
+
+/// The refusal of a file that another program held all the time that the caller waited.
+[[nodiscard]] StoreError busy_basin(const std::filesystem::path& file, std::chrono::milliseconds waited);
 
 /// How much of a file is checked before it is used.
 enum class Check {

@@ -1,4 +1,4 @@
-#include "batch/batch_dialogs.h"
+#include "engine/batch_dialogs.h"
 
 #include <algorithm>
 #include <ostream>

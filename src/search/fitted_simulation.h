@@ -1,7 +1,7 @@
 // A simulation with the numbers that a search found.
 #pragma once
 
-#include "batch/batch_dialogs.h"
+#include "engine/batch_dialogs.h"
 #include "search/study_problem.h"
 
 #include <chrono>

@@ -1,8 +1,10 @@
-#include "batch/sample_file.h"
+#include "search/sample_file.h"
 
 #include "base/number_text.h"
+#include "search/study_digest.h"
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <charconv>
 #include <string_view>
@@ -40,6 +42,18 @@ std::optional<StoredRun> read_run(std::string_view line, std::size_t measures) {
 
 }  // namespace
 
+StudyTitle sample_title(const StudyProblem& problem, const StudyCommand& command, std::size_t runs,
+                        bool sensitivity, const RunSpan& span) {
+    auto options = nlohmann::ordered_json::parse(study_options_line(problem, command, runs));
+    options["sensitivity"] = sensitivity;
+    const SampleDesign design{problem.dimensions(), command.seed, sensitivity};
+    return {.kind = "sample",
+            .basin = study_digest(problem),
+            .options = options.dump(),
+            .runs = runs / design.group() * design.group(),
+            .span = span};
+}
+
 std::string sample_names(const StudyProblem& problem) {
     std::string line = "Run";
     for (const FreeRange& range : problem.ranges()) line += "," + in_quotes(range.text);
@@ -56,11 +70,13 @@ SampleFile::SampleFile(std::filesystem::path path, const StudyTitle& title, cons
           return true;
       }) {}
 
-void SampleFile::add(const SampleRun& run) {
+std::string sample_line(const SampleRun& run) {
     std::string line = std::to_string(run.index);
     for (const double number : run.numbers) line += "," + shortest_text(number);
     for (const auto& value : run.values) line += "," + (value ? shortest_text(*value) : std::string{});
-    file_.add(line + "\n");
+    return line + "\n";
 }
+
+void SampleFile::add(const SampleRun& run) { file_.add(sample_line(run)); }
 
 }  // namespace nivora

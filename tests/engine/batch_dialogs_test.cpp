@@ -1,5 +1,5 @@
 // The dialogs of the batch program: which answers they give and what they print.
-#include "batch/batch_dialogs.h"
+#include "engine/batch_dialogs.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "batch/study_changes.h"
+#include "search/study_changes.h"
 
 #include <gtest/gtest.h>
 

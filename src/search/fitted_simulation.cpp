@@ -1,7 +1,7 @@
-#include "batch/fitted_simulation.h"
+#include "search/fitted_simulation.h"
 
 #include "base/text.h"
-#include "batch/selected_simulation.h"
+#include "engine/named_run.h"
 #include "prep/simulation_copies.h"
 #include "store/basin_opening.h"
 #include "store/table_io.h"
@@ -77,11 +77,10 @@ std::string fitted_name_problem(const std::filesystem::path& basin, const std::s
                 study_variable_text(range.variable));
         }
     }
-    Desktop no_desktop;
-    Session session{dialogs, no_desktop};
+    BasinState state;
     const OpenBasin open = open_to_read(basin, wait, Check::All);
-    if (!select_in(session, open.database(), basin, simulation, dialogs)) return "The simulation is gone.";
-    if (const auto text = other_name_problem(open.database(), session.basin, trimmed(name), std::nullopt))
+    if (!select_by_name(open.database(), basin, simulation, state, dialogs)) return "The simulation is gone.";
+    if (const auto text = other_name_problem(open.database(), state, trimmed(name), std::nullopt))
         return fmt::format("--save-as {}: {}.", name, *text);
     return {};
 }
@@ -90,12 +89,12 @@ bool store_fitted(const std::filesystem::path& basin, const std::string& simulat
                   const StudyProblem& problem, const std::vector<double>& numbers,
                   std::chrono::milliseconds wait, BatchDialogs& dialogs) {
     const std::string trimmed_name{trimmed(name)};
-    Desktop no_desktop;
-    Session session{dialogs, no_desktop};
+    BasinState state;
+    PrepState prep;
     const OpenBasin open = open_to_write(basin, wait);
     BasinDatabase& database = open.database();
-    if (!select_in(session, database, basin, simulation, dialogs)) return false;
-    if (const auto text = other_name_problem(database, session.basin, trimmed_name, std::nullopt)) {
+    if (!select_by_name(database, basin, simulation, state, dialogs)) return false;
+    if (const auto text = other_name_problem(database, state, trimmed_name, std::nullopt)) {
         dialogs.report_problem("The simulation can't be stored",
                                fmt::format("--save-as {}: {}.", name, *text));
         return false;
@@ -105,11 +104,11 @@ bool store_fitted(const std::filesystem::path& basin, const std::string& simulat
         adjustments.push_back(problem.ranges()[i].at(numbers[i]));
     const RunState& run = problem.cases().front().basin->run;
     HeldTransaction transaction{database};
-    const SimulationCopy copy = duplicate_simulation({session.basin, session.prep, dialogs}, database,
-                                                     *session.basin.current_row, trimmed_name);
+    const SimulationCopy copy =
+        duplicate_simulation({state, prep, dialogs}, database, *state.current_row, trimmed_name);
     change_parameters(database, trimmed_name, adjustments, {run.RunStart, run.RunEnd});
     add_rows<Simulation>(database, template_table(k_simulation_index),
-                         std::span{&session.basin.simulations.at(copy.row), 1});
+                         std::span{&state.simulations.at(copy.row), 1});
     transaction.commit();
     return true;
 }

@@ -1,7 +1,7 @@
 // What the commands of studies share: their options, and the problem that these make.
 #pragma once
 
-#include "batch/batch_dialogs.h"
+#include "engine/batch_dialogs.h"
 #include "search/study_problem.h"
 
 #include <chrono>

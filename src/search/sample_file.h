@@ -1,7 +1,8 @@
 // The runs of a sample as a file of a study: a line for each run with its numbers and its measures.
 #pragma once
 
-#include "batch/study_file.h"
+#include "search/study_command.h"
+#include "search/study_file.h"
 
 #include <optional>
 #include <string>
@@ -9,8 +10,16 @@
 
 namespace nivora {
 
+/// The first line of a file with these runs of a sample.
+/// @param runs that were asked for; the whole sample has as many whole groups as they hold
+[[nodiscard]] StudyTitle sample_title(const StudyProblem& problem, const StudyCommand& command,
+                                      std::size_t runs, bool sensitivity, const RunSpan& span);
+
 /// The second line.
 [[nodiscard]] std::string sample_names(const StudyProblem& problem);
+
+/// The line of a run, with its end.
+[[nodiscard]] std::string sample_line(const SampleRun& run);
 
 /// A run that was read from a file: its number and its measures.
 struct StoredRun {

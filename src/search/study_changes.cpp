@@ -1,4 +1,4 @@
-#include "batch/study_changes.h"
+#include "search/study_changes.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>

@@ -1,9 +1,9 @@
-#include "batch/study_command.h"
+#include "search/study_command.h"
 
 #include "base/durable_file.h"
 #include "base/iso_date.h"
 #include "base/text.h"
-#include "batch/selected_simulation.h"
+#include "engine/named_run.h"
 #include "studies/evaluator.h"
 
 #include <fmt/format.h>
@@ -19,14 +19,13 @@ constexpr const char* k_wrong_option = "The study can't begin";
 /// A basin that was read, or null after a report.
 std::shared_ptr<const StudyBasin> read_source(const StudySource& source, const StudyCommand& command,
                                               BatchDialogs& dialogs) {
-    Desktop no_desktop;
-    Session session{dialogs, no_desktop};
+    BasinState basin;
     const OpenBasin open = open_to_read(source.basin, command.wait, Check::All);
-    if (!select_in(session, open.database(), source.basin, source.simulation, dialogs)) return nullptr;
+    if (!select_by_name(open.database(), source.basin, source.simulation, basin, dialogs)) return nullptr;
     RunRequest request;
     request.RunKind = k_year_round_simulation;
     request.NoSnow = command.no_snow;
-    auto read = read_study_basin(open.database(), session.basin, request);
+    auto read = read_study_basin(open.database(), basin, request);
     if (const auto* problem = std::get_if<Message>(&read)) {
         dialogs.message(*problem);
         return nullptr;

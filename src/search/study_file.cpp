@@ -1,9 +1,9 @@
-#include "batch/study_file.h"
+#include "search/study_file.h"
 
 #include "base/durable_file.h"
 #include "base/output_file.h"
 #include "base/version.h"
-#include "batch/study_changes.h"
+#include "search/study_changes.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
