@@ -3,7 +3,6 @@
 #include "base/durable_file.h"
 #include "batch/commands.h"
 #include "prep/basin_definition.h"
-#include "store/basin_copy.h"
 #include "store/basin_opening.h"
 
 #include <fmt/format.h>
@@ -38,18 +37,8 @@ void report_problems(const fs::path& file, const DefinitionFault& fault, BatchDi
 
 int new_command(const fs::path& basin, const fs::path& definition, BatchDialogs& dialogs, std::ostream& out) {
     try {
-        if (fs::exists(fs::symlink_status(basin))) {
-            throw FileError(fmt::format("The file '{}' exists already. Choose another name, or delete it.",
-                                        path_text(basin)));
-        }
         const BasinDefinition wanted = read_definition(read_whole_file(definition, k_largest_definition));
-        const PartFile beside{basin};
-        BasinDatabase::create_template(beside.path());
-        {
-            BasinDatabase database{beside.path(), Access::ReadWrite};
-            store_definition(database, wanted);
-        }
-        move_basin_to_new_name(beside.path(), basin);
+        make_basin(basin, wanted);
         out << fmt::format("Made {}: {} zones, {} simulations.\n", path_text(basin), wanted.zones.size(),
                            wanted.simulations.size());
         return k_done;

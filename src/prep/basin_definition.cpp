@@ -1,6 +1,8 @@
 #include "prep/basin_definition.h"
 
+#include "base/durable_file.h"
 #include "base/text.h"
+#include "store/basin_copy.h"
 #include "store/scenario_placeholder.h"
 #include "store/table_io.h"
 #include "store/transactions.h"
@@ -70,6 +72,20 @@ void store_definition(BasinDatabase& database, const BasinDefinition& definition
         for (const Simulation& simulation : definition.simulations)
             ensure_scenario_placeholder(database, simulation.name);
     });
+}
+
+void make_basin(const std::filesystem::path& file, const BasinDefinition& definition) {
+    if (std::filesystem::exists(std::filesystem::symlink_status(file))) {
+        throw FileError(
+            fmt::format("The file '{}' exists already. Choose another name, or delete it.", path_text(file)));
+    }
+    const PartFile beside{file};
+    BasinDatabase::create_template(beside.path());
+    {
+        BasinDatabase database{beside.path(), Access::ReadWrite};
+        store_definition(database, definition);
+    }
+    move_basin_to_new_name(beside.path(), file);
 }
 
 }  // namespace nivora

@@ -6,6 +6,7 @@
 #include "store/rows.h"
 
 #include <cstddef>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -60,5 +61,9 @@ private:
 /// Puts a definition into a blank basin, with an empty parameter table for each simulation, wholly or not at
 /// all. @throws StoreError
 void store_definition(BasinDatabase& database, const BasinDefinition& definition);
+
+/// Makes a new basin file of a definition, wholly or not at all.
+/// @throws FileError if there is a file of this name, or it can't be written; StoreError
+void make_basin(const std::filesystem::path& file, const BasinDefinition& definition);
 
 }  // namespace nivora

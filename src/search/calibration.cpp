@@ -255,6 +255,12 @@ void Generations::work() {
     }
 }
 
+/// The evaluations of a lane of so many.
+std::size_t lane_budget(const SearchOptions& options, std::size_t lanes, std::size_t number) {
+    const std::size_t rest = number < options.evaluations % lanes ? 1 : 0;
+    return options.evaluations / lanes + rest;
+}
+
 FoundSet found_set(StudyWorker& worker, const StudyProblem& problem, const Point& point) {
     FoundSet set{.numbers = problem.numbers_at(point), .fit = {}, .check = {}};
     const bool ran = worker.run(set.numbers);
@@ -286,6 +292,20 @@ std::size_t search_lanes(const StudyProblem& problem, const SearchOptions& optio
     return std::clamp<std::size_t>(options.evaluations / k_evaluations_a_lane, 1, k_most_lanes);
 }
 
+StudyJournal::Costs lane_costs(const StudyProblem& problem, const SearchOptions& options, std::size_t lane,
+                               StudyPool& pool, const SearchWatch& watch) {
+    const std::size_t lanes = search_lanes(problem, options);
+    StudyJournal journal{std::vector<StudyJournal::Costs>(lanes)};
+    Shared shared{problem, options, journal, watch};
+    if (problem.dimensions() == 0) return {};
+    if (problem.objectives().size() > 1) {
+        Generations{shared, pool}.work();
+    } else {
+        Lane{shared, lane, lane_budget(options, lanes, lane)}.work();
+    }
+    return journal.kept(lane);
+}
+
 FoundSets search(const StudyProblem& problem, const SearchOptions& options, StudyPool& pool,
                  StudyJournal& journal, const SearchWatch& watch) {
     Shared shared{problem, options, journal, watch};
@@ -303,8 +323,7 @@ FoundSets search(const StudyProblem& problem, const SearchOptions& options, Stud
         const std::size_t count = search_lanes(problem, options);
         std::vector<Front> fronts(count);
         pool.work(count, [&](unsigned /*thread*/, std::size_t number) {
-            const std::size_t rest = number < options.evaluations % count ? 1 : 0;
-            Lane lane{shared, number, options.evaluations / count + rest};
+            Lane lane{shared, number, lane_budget(options, count, number)};
             lane.work();
             fronts[number] = lane.front();
         });

@@ -12,7 +12,14 @@ namespace {
 
 constexpr const char* k_module = "nivora-search.so";
 
+std::filesystem::path& stated_folder() {
+    static std::filesystem::path folder;
+    return folder;
+}
+
 std::filesystem::path module_file() {
+    const std::filesystem::path& stated = stated_folder();
+    if (!stated.empty()) return stated / k_module;
     return std::filesystem::read_symlink("/proc/self/exe").parent_path() / k_module;
 }
 
@@ -36,6 +43,8 @@ SearchMethods load() {
 }
 
 }  // namespace
+
+void set_search_folder(const std::filesystem::path& folder) { stated_folder() = folder; }
 
 const SearchMethods& search_methods() {
     static const SearchMethods methods = load();

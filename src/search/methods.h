@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 
 extern "C" {
 
@@ -46,6 +47,9 @@ struct SearchMethods {
     NivoraClimbFunction climb;
     NivoraGenerationsFunction generations;
 };
+
+/// Where the module is, for a program in another folder. Without it the module stands beside the program.
+void set_search_folder(const std::filesystem::path& folder);
 
 /// Loads the module at the first call; it stays loaded.
 /// @throws FileError where it can't be loaded

@@ -144,18 +144,23 @@ std::string iso_period_text(const Period& period) {
     return fmt::format("{}..{}", iso_date_text(period.start), iso_date_text(period.end));
 }
 
+std::unique_ptr<const StudyProblem> study_problem_or_throw(const StudyCommand& command,
+                                                           BatchDialogs& dialogs) {
+    auto chosen = read_objectives(command, dialogs);
+    if (!chosen) return nullptr;
+    auto cases = read_cases(command, dialogs);
+    if (!cases) return nullptr;
+    auto problem = std::make_unique<const StudyProblem>(std::move(*cases), std::move(*chosen));
+    if (const std::string text = measured_problem(*problem); !text.empty()) {
+        dialogs.report_problem(k_wrong_option, text);
+        return nullptr;
+    }
+    return problem;
+}
+
 std::unique_ptr<const StudyProblem> study_problem(const StudyCommand& command, BatchDialogs& dialogs) {
     try {
-        auto chosen = read_objectives(command, dialogs);
-        if (!chosen) return nullptr;
-        auto cases = read_cases(command, dialogs);
-        if (!cases) return nullptr;
-        auto problem = std::make_unique<const StudyProblem>(std::move(*cases), std::move(*chosen));
-        if (const std::string text = measured_problem(*problem); !text.empty()) {
-            dialogs.report_problem(k_wrong_option, text);
-            return nullptr;
-        }
-        return problem;
+        return study_problem_or_throw(command, dialogs);
     } catch (const StoreError& error) {
         dialogs.report_problem("The basin can't be read", error.what());
     } catch (const FileError& error) {

@@ -37,6 +37,10 @@ struct StudyCommand {
 [[nodiscard]] std::unique_ptr<const StudyProblem> study_problem(const StudyCommand& command,
                                                                 BatchDialogs& dialogs);
 
+/// The same for a caller who tells errors of the store and of files himself. @throws StoreError, FileError
+[[nodiscard]] std::unique_ptr<const StudyProblem> study_problem_or_throw(const StudyCommand& command,
+                                                                         BatchDialogs& dialogs);
+
 /// The options that decide what is computed, in one line.
 [[nodiscard]] std::string study_options_line(const StudyProblem& problem, const StudyCommand& command,
                                              std::size_t evaluations);

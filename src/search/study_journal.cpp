@@ -8,6 +8,7 @@
 #include <charconv>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace nivora {
 namespace {
@@ -41,6 +42,13 @@ bool take_number(std::string_view& line, Number& number) {
 }  // namespace
 
 StudyJournal::StudyJournal(std::size_t lanes) : lanes_(lanes) {}
+
+StudyJournal::StudyJournal(std::vector<Costs> known) : lanes_(known.size()), in_memory_(true) {
+    for (std::size_t lane = 0; lane < known.size(); ++lane) {
+        resumed_ += known[lane].size();
+        lanes_[lane].costs = std::move(known[lane]);
+    }
+}
 
 StudyJournal::StudyJournal(std::filesystem::path file, const JournalTitle& title, bool resume)
     : lanes_(title.lanes), path_(std::move(file)) {
@@ -100,6 +108,7 @@ std::optional<std::vector<double>> StudyJournal::next(std::size_t lane) {
 }
 
 void StudyJournal::keep(std::size_t lane, const std::vector<double>& costs) {
+    if (in_memory_) lanes_[lane].kept.push_back(costs);
     if (path_.empty()) return;
     std::string line = std::to_string(lane);
     for (const double cost : costs)

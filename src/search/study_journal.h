@@ -35,8 +35,13 @@ struct JournalTitle {
 /// walked at once.
 class StudyJournal {
 public:
+    /// The costs of evaluations in their order.
+    using Costs = std::vector<std::vector<double>>;
+
     /// A journal that keeps nothing.
     explicit StudyJournal(std::size_t lanes);
+    /// A journal of evaluations that were made elsewhere, by lane. It keeps what comes behind them in memory.
+    explicit StudyJournal(std::vector<Costs> known);
     /// Begins a journal in a file, in the place of one that is there, or goes on in one.
     ///
     /// A last line that was not completed is dropped.
@@ -49,6 +54,8 @@ public:
     [[nodiscard]] std::optional<std::vector<double>> next(std::size_t lane);
     /// Keeps the costs of the lane's evaluation that `next` did not have. @throws FileError
     void keep(std::size_t lane, const std::vector<double>& costs);
+    /// What a journal in memory has kept of a lane.
+    [[nodiscard]] const Costs& kept(std::size_t lane) const { return lanes_[lane].kept; }
     /// Writes what is still in memory. @throws FileError
     void flush();
     /// The number of evaluations that were read at the start.
@@ -57,14 +64,16 @@ public:
 private:
     /// A lane's evaluations in the file, and how many of them were taken.
     struct Lane {
-        std::vector<std::vector<double>> costs;
+        Costs costs = {};
         std::size_t taken = 0;
+        Costs kept = {};  ///< of a journal in memory
     };
 
     void read(const JournalTitle& title);
     void write(const std::string& text);
 
     std::vector<Lane> lanes_;
+    bool in_memory_ = false;
     std::size_t resumed_ = 0;
     std::filesystem::path path_;
     std::mutex mutex_;

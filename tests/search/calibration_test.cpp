@@ -52,6 +52,33 @@ TEST_F(CalibrationTest, DoesNotDependOnTheNumberOfThreads) {
     }
 }
 
+TEST_F(CalibrationTest, LanesThatWereWalkedElsewhereGiveTheSameSets) {
+    const auto basin = disturbed_basin();
+    for (const auto& objectives : {std::vector<std::string>{"NSE"}, {"KGE", "MAE"}}) {
+        const StudyProblem problem =
+            problem_of(basin, {"An:multiply:0.5..2:All", "Tcrit:add:-2..3:All"}, objectives);
+        const SearchOptions options{.evaluations = 3001, .seed = 3};
+        const FoundSets whole = found(problem, options);
+        StudyPool pool{2};
+        std::vector<StudyJournal::Costs> lanes(search_lanes(problem, options));
+        for (std::size_t lane = lanes.size(); lane-- > 0;)
+            lanes[lane] = lane_costs(problem, options, lane, pool, {});
+        std::size_t evaluations = 0;
+        for (const auto& lane : lanes) evaluations += lane.size();
+        EXPECT_EQ(evaluations, whole.evaluations);
+
+        StudyJournal journal{lanes};
+        EXPECT_EQ(journal.resumed(), evaluations);
+        EXPECT_TRUE(same_sets(whole, search(problem, options, pool, journal, {})));
+        for (std::size_t lane = 0; lane < lanes.size(); ++lane) EXPECT_TRUE(journal.kept(lane).empty());
+
+        // Costs that are not those of the problem lead the search elsewhere: they are not computed again.
+        lanes[0][lanes[0].size() / 2].assign(objectives.size(), 0.0);
+        StudyJournal other{lanes};
+        EXPECT_FALSE(same_sets(whole, search(problem, options, pool, other, {})));
+    }
+}
+
 TEST_F(CalibrationTest, SeveralObjectivesGiveAFrontOfCompromises) {
     const auto other = disturbed_basin();
     const StudyProblem problem =
