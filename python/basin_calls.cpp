@@ -176,6 +176,19 @@ std::string definition_of(const std::string& path, double wait) {
                 [](BasinDatabase& database) { return definition_text(stored_definition(database)); });
 }
 
+/// The file of a basin in its present state, for another machine.
+py::bytes basin_bytes(const std::string& path, double wait) {
+    const std::string content = read(path, wait, [](BasinDatabase& database) {
+        // A copy: to read the file itself beside the engine would drop the engine's locks.
+        const PrivateFolder folder;
+        const std::filesystem::path copy = folder.path() / "basin.mdb";
+        copy_open_basin(database, copy);
+        constexpr std::uintmax_t k_most_bytes = std::uintmax_t{4} << 30;
+        return read_whole_file(copy, k_most_bytes);
+    });
+    return {content};
+}
+
 }  // namespace
 
 void add_basin_calls(py::module_& module) {
@@ -186,6 +199,7 @@ void add_basin_calls(py::module_& module) {
     module.def("basin_description", &basin_description, py::arg("path"), py::arg("wait"));
     module.def("daily_values", &daily_values, py::arg("path"), py::arg("table"), py::arg("field"),
                py::arg("wait"));
+    module.def("basin_bytes", &basin_bytes, py::arg("path"), py::arg("wait"));
     module.def("definition", &definition_of, py::arg("path"), py::arg("wait"));
     module.def(
         "new_basin",

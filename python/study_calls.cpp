@@ -10,6 +10,7 @@
 #include "search/sample.h"
 #include "search/sample_file.h"
 #include "search/study_command.h"
+#include "search/study_digest.h"
 #include "studies/response.h"
 
 #include <pybind11/numpy.h>
@@ -65,6 +66,15 @@ public:
         });
     }
 
+    /// The same study with other measures. @throws Refusal
+    [[nodiscard]] std::unique_ptr<StudyHandle> with_objectives(const std::vector<std::string>& names) const {
+        std::ostringstream report;
+        BatchDialogs dialogs{report, false};
+        auto problem = nivora::with_objectives(*problem_, names, dialogs);
+        if (!problem) throw Refusal(dialogs.messages());
+        return std::unique_ptr<StudyHandle>(new StudyHandle(command_, std::move(problem)));
+    }
+
     [[nodiscard]] const StudyProblem& problem() const { return *problem_; }
     [[nodiscard]] StudyCommand command(unsigned seed) const {
         StudyCommand command = command_;
@@ -76,6 +86,9 @@ public:
     }
 
 private:
+    StudyHandle(StudyCommand command, std::unique_ptr<const StudyProblem> problem)
+        : command_(std::move(command)), problem_(std::move(problem)) {}
+
     StudyCommand command_;
     std::unique_ptr<const StudyProblem> problem_;
 };
@@ -302,6 +315,16 @@ void add_study(py::module_& module) {
                                        names.push_back(one.name);
                                    return names;
                                })
+        .def_property_readonly("wide_ranges",
+                               [](const StudyHandle& study) {
+                                   std::vector<std::string> texts;
+                                   for (const FreeRange& range : study.problem().ranges())
+                                       if (range.low < range.high) texts.push_back(range.text);
+                                   return texts;
+                               })
+        .def_property_readonly("digest",
+                               [](const StudyHandle& study) { return study_digest(study.problem()); })
+        .def("with_objectives", &StudyHandle::with_objectives, py::arg("names"))
         .def_property_readonly("dimensions",
                                [](const StudyHandle& study) { return study.problem().dimensions(); })
         .def_property_readonly(
@@ -383,6 +406,8 @@ void add_response(py::module_& module) {
              py::arg("path"), py::kw_only(), py::arg("simulation"), py::arg("winter_end"),
              py::arg("temperature"), py::arg("precipitation"), py::arg("wait"))
         .def("__len__", [](const ResponseHandle& response) { return response.study().pairs.size(); })
+        .def_property_readonly(
+            "digest", [](const ResponseHandle& response) { return basin_digest(*response.study().basin); })
         .def_property_readonly(
             "simulation", [](const ResponseHandle& response) { return response.study().head.simulation; })
         .def_property_readonly("units",

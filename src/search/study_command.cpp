@@ -89,10 +89,10 @@ std::optional<std::vector<StudyCase>> read_cases(const StudyCommand& command, Ba
     return cases;
 }
 
-std::optional<std::vector<const Objective*>> read_objectives(const StudyCommand& command,
+std::optional<std::vector<const Objective*>> read_objectives(const std::vector<std::string>& texts,
                                                              BatchDialogs& dialogs) {
     std::vector<const Objective*> chosen;
-    for (const std::string& text : command.objectives) {
+    for (const std::string& text : texts) {
         const Objective* objective = find_objective(text);
         if (objective == nullptr) {
             std::string names;
@@ -129,6 +129,17 @@ std::string measured_problem(const StudyProblem& problem) {
     return {};
 }
 
+std::unique_ptr<const StudyProblem> checked_problem(std::vector<StudyCase> cases,
+                                                    std::vector<const Objective*> objectives,
+                                                    BatchDialogs& dialogs) {
+    auto problem = std::make_unique<const StudyProblem>(std::move(cases), std::move(objectives));
+    if (const std::string text = measured_problem(*problem); !text.empty()) {
+        dialogs.report_problem(k_wrong_option, text);
+        return nullptr;
+    }
+    return problem;
+}
+
 }  // namespace
 
 std::optional<Period> read_iso_period(std::string_view text) {
@@ -146,16 +157,18 @@ std::string iso_period_text(const Period& period) {
 
 std::unique_ptr<const StudyProblem> study_problem_or_throw(const StudyCommand& command,
                                                            BatchDialogs& dialogs) {
-    auto chosen = read_objectives(command, dialogs);
+    auto chosen = read_objectives(command.objectives, dialogs);
     if (!chosen) return nullptr;
     auto cases = read_cases(command, dialogs);
     if (!cases) return nullptr;
-    auto problem = std::make_unique<const StudyProblem>(std::move(*cases), std::move(*chosen));
-    if (const std::string text = measured_problem(*problem); !text.empty()) {
-        dialogs.report_problem(k_wrong_option, text);
-        return nullptr;
-    }
-    return problem;
+    return checked_problem(std::move(*cases), std::move(*chosen), dialogs);
+}
+
+std::unique_ptr<const StudyProblem> with_objectives(const StudyProblem& problem,
+                                                    const std::vector<std::string>& names,
+                                                    BatchDialogs& dialogs) {
+    auto chosen = read_objectives(names, dialogs);
+    return chosen ? checked_problem(problem.cases(), std::move(*chosen), dialogs) : nullptr;
 }
 
 std::unique_ptr<const StudyProblem> study_problem(const StudyCommand& command, BatchDialogs& dialogs) {

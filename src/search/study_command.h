@@ -41,6 +41,11 @@ struct StudyCommand {
 [[nodiscard]] std::unique_ptr<const StudyProblem> study_problem_or_throw(const StudyCommand& command,
                                                                          BatchDialogs& dialogs);
 
+/// The same simulations, ranges and days with other measures; null after a report.
+[[nodiscard]] std::unique_ptr<const StudyProblem> with_objectives(const StudyProblem& problem,
+                                                                  const std::vector<std::string>& names,
+                                                                  BatchDialogs& dialogs);
+
 /// The options that decide what is computed, in one line.
 [[nodiscard]] std::string study_options_line(const StudyProblem& problem, const StudyCommand& command,
                                              std::size_t evaluations);
