@@ -19,6 +19,7 @@ import json as _json
 import os as _os
 import pathlib as _pathlib
 import re as _re
+import threading
 import time as _time
 
 from . import _core
@@ -67,9 +68,10 @@ def calibrate(study, client, evaluations=5000, *, seed=1, folder=None, progress=
     `progress` counts evaluations as their lanes come.
     """
     _at_least_one("evaluations", evaluations)
-    _check_versions(client)
     _programs.use_search_module()
-    lanes = _Lanes(client, study, evaluations, seed, folder, progress).costs()
+    with _told_loss():
+        _check_versions(client)
+        lanes = _Lanes(client, study, evaluations, seed, folder, progress).costs()
     return study._search(evaluations, seed, lanes, threads=1)
 
 
@@ -99,10 +101,11 @@ def _check_versions(client):
 
 
 def _check_version(worker, answer):
-    if isinstance(answer, ModuleNotFoundError):
-        raise WorkerError(f"The worker {worker} has no package {answer.name!r}. Install it there.")
     if isinstance(answer, BaseException):
-        raise answer
+        missing = _re.search(r"No module named '([\w.]+)'", str(answer))
+        if missing:
+            raise WorkerError(f"The worker {worker} has no package {missing[1]!r}. Install it there.")
+        raise WorkerError(f"The worker {worker} can't use the package: {answer}")
     if answer != _core.version:
         raise WorkerError(f"The worker {worker} has version {answer} of nivora, this program has {_core.version}.")
 
@@ -111,29 +114,59 @@ class _OtherVersion(Exception):
     """A worker that came late has another version."""
 
 
-def _unpacked(content, version):
-    """The study on a worker."""
+#: The study that this worker has read last, by its name.
+_read = {}
+_reading = threading.Lock()
+
+
+def _received(content):
+    """The pickled study, as the workers hand it on to each other: a worker that can't read it must not stumble over
+    it before its version is known."""
+    return content
+
+
+def _study_here(content, name, version):
+    """The study on a worker, which reads it once."""
     import pickle
 
     if version != _core.version:
         raise _OtherVersion(_core.version)
-    return pickle.loads(content)
+    with _reading:
+        if name not in _read:
+            _read.clear()
+            _read[name] = pickle.loads(content)
+        return _read[name]
 
 
-def _chunk(work, version, first, behind):
-    """The lines of a chunk, the seconds that it took, and where."""
-    if version != _core.version:
-        raise _OtherVersion(_core.version)
+def _chunk(content, name, version, first, behind):
+    """The lines of a chunk, and the seconds that it took."""
+    work = _study_here(content, name, version)
     begin = _time.perf_counter()
     lines = work.lines(first, behind, threads=1)
     return lines, _time.perf_counter() - begin
 
 
-def _lane(study, version, lane, evaluations, seed, threads):
-    if version != _core.version:
-        raise _OtherVersion(_core.version)
+def _lane(content, name, version, lane, evaluations, seed, threads):
+    """The costs of a lane's evaluations."""
+    study = _study_here(content, name, version)
     _programs.use_search_module()
     return study._handle.lane_costs(lane, evaluations=evaluations, seed=seed, threads=threads, progress=None)
+
+
+@contextlib.contextmanager
+def _told_loss():
+    """What a lost scheduler does to calls of its client, in one error that says how to go on."""
+    from concurrent.futures import CancelledError
+
+    from distributed.comm import CommClosedError
+
+    try:
+        yield
+    except (CancelledError, CommClosedError):
+        raise SchedulerLostError(
+            "The connection to the scheduler is lost. What was computed is in the folder of the call, if it had one: "
+            "the same call with a new client goes on from there."
+        ) from None
 
 
 class _Sent:
@@ -148,31 +181,23 @@ class _Sent:
 
         self._client = client
         content = pickle.dumps(study)
-        key = f"nivora-study-{_hashlib.sha256(content).hexdigest()[:16]}-{_os.urandom(4).hex()}"
-        self._study = client.submit(_unpacked, content, _core.version, key=key, pure=False)
+        self._name = f"nivora-study-{_hashlib.sha256(content).hexdigest()[:16]}-{_os.urandom(4).hex()}"
+        self._content = client.submit(_received, content, key=self._name, pure=False)
         self._tasks = {}
 
     def submit(self, function, *arguments):
-        task = self._client.submit(function, self._study, _core.version, *arguments, pure=False, retries=3)
+        task = self._client.submit(function, self._content, self._name, _core.version, *arguments, pure=False)
         self._tasks[task.key] = task
         return task
 
     def result(self, task):
-        from concurrent.futures import CancelledError
-
         try:
             return task.result()
-        except CancelledError:
-            raise SchedulerLostError(
-                "The connection to the scheduler is lost. What was computed is in the folder of the call, if it had "
-                "one: the same call with a new client goes on from there."
-            ) from None
         except _OtherVersion as error:
-            where = ", ".join(sorted(self._client.run(_version, on_error="return"))) or "unknown"
             for worker, answer in sorted(self._client.run(_version, on_error="return").items()):
                 _check_version(worker, answer)
             raise WorkerError(
-                f"A worker has version {error} of nivora, this program has {_core.version}. Workers: {where}."
+                f"A worker that is gone had version {error} of nivora, this program has {_core.version}."
             ) from None
 
     def done_with(self, task):
@@ -185,7 +210,7 @@ class _Sent:
         if self._client.status == "running":
             with contextlib.suppress(OSError):  # the scheduler may go at any time
                 self._client.cancel(tasks, force=True)
-        self._study.release()
+        self._content.release()
 
     def threads(self):
         return max(1, sum(self._client.nthreads().values()))
@@ -275,8 +300,9 @@ class _Spread:
 
     def lines(self):
         if self._parts.done() < self._whole:
-            _check_versions(self._client)
-            self._compute()
+            with _told_loss():
+                _check_versions(self._client)
+                self._compute()
         return self._parts.lines()
 
     def _tell(self):
