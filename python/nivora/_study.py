@@ -272,14 +272,10 @@ class SamplePlan:
         if self.sensitivity and self.runs // group < 2:
             raise ValueError(f"with sensitivity the runs stand in groups of {group}: at least {2 * group} are needed")
 
-    def __getstate__(self):
-        state = dict(self.__dict__)
-        del state["handle"]
-        return state
-
-    def __setstate__(self, state):
-        self.__dict__.update(state)
-        self.handle = self.study._all_measures()
+    @property
+    def arguments(self):
+        """What makes this plan of its study anywhere."""
+        return self.asked, self.seed, self.sensitivity
 
     def head(self, first=0, behind=None):
         """The first two lines of the file with these runs."""

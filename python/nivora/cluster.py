@@ -21,6 +21,7 @@ import pathlib as _pathlib
 import re as _re
 import threading
 import time as _time
+import weakref
 
 from . import _core
 from . import _programs
@@ -31,6 +32,7 @@ from ._study import Response, Sample, SamplePlan, _at_least_one, _texts, _write
 CHUNK_SECONDS = 2.0
 _FIRST_CHUNK = 256
 _MOST_GROWTH = 16
+_LEAST_SECONDS = 0.05
 _WAIT_FOR_WORKERS = 60.0
 _CHUNKS_A_THREAD = 2
 _PART = _re.compile(r"(\d+)-(\d+)\.csv")
@@ -72,7 +74,7 @@ def calibrate(study, client, evaluations=5000, *, seed=1, folder=None, progress=
     with _told_loss():
         _check_versions(client)
         lanes = _Lanes(client, study, evaluations, seed, folder, progress).costs()
-    return study._search(evaluations, seed, lanes, threads=1)
+    return study._search(evaluations, seed, lanes)
 
 
 class WorkerError(RuntimeError):
@@ -117,6 +119,8 @@ class _OtherVersion(Exception):
 #: The study that this worker has read last, by its name.
 _read = {}
 _reading = threading.Lock()
+#: What was sent to the cluster of a client, by name: its workers keep it as long as the client lives.
+_sent = weakref.WeakKeyDictionary()
 
 
 def _received(content):
@@ -138,10 +142,15 @@ def _study_here(content, name, version):
         return _read[name]
 
 
-def _chunk(content, name, version, first, behind):
-    """The lines of a chunk, and the seconds that it took."""
+def _chunk(content, name, version, plan, first, behind):
+    """The lines of a chunk, and the seconds that it took.
+
+    plan  the arguments of a SamplePlan of the study; None for a study that has lines itself
+    """
     work = _study_here(content, name, version)
     begin = _time.perf_counter()
+    if plan is not None:
+        work = SamplePlan(work, *plan)
     lines = work.lines(first, behind, threads=1)
     return lines, _time.perf_counter() - begin
 
@@ -181,8 +190,12 @@ class _Sent:
 
         self._client = client
         content = pickle.dumps(study)
-        self._name = f"nivora-study-{_hashlib.sha256(content).hexdigest()[:16]}-{_os.urandom(4).hex()}"
-        self._content = client.submit(_received, content, key=self._name, pure=False)
+        self._name = f"nivora-study-{_hashlib.sha256(content).hexdigest()}"
+        known = _sent.setdefault(client, {})
+        if self._name not in known or known[self._name].status not in ("pending", "finished"):
+            known.clear()
+            known[self._name] = client.submit(_received, content, key=self._name, pure=False)
+        self._content = known[self._name]
         self._tasks = {}
 
     def submit(self, function, *arguments):
@@ -210,7 +223,6 @@ class _Sent:
         if self._client.status == "running":
             with contextlib.suppress(OSError):  # the scheduler may go at any time
                 self._client.cancel(tasks, force=True)
-        self._content.release()
 
     def threads(self):
         return max(1, sum(self._client.nthreads().values()))
@@ -278,14 +290,19 @@ class _Sizes:
 
     def __init__(self):
         self._size = _FIRST_CHUNK
+        self._least = 1
 
-    def next(self):
-        return self._size
+    def next(self, left, threads):
+        """The pieces of the next chunk: near the end so few that all threads have some, but not so few that the
+        calls cost more than the work."""
+        shared = -(-left // (_CHUNKS_A_THREAD * threads))
+        return min(self._size, max(self._least, shared))
 
     def learn(self, pieces, seconds):
         """After a chunk of so many pieces."""
-        wanted = int(pieces * CHUNK_SECONDS / max(seconds, 1.0e-6))
-        self._size = max(1, min(wanted, max(pieces, self._size) * _MOST_GROWTH))
+        rate = pieces / max(seconds, 1.0e-6)
+        self._size = max(1, min(int(rate * CHUNK_SECONDS), max(pieces, self._size) * _MOST_GROWTH))
+        self._least = max(1, min(int(rate * _LEAST_SECONDS), self._size))
 
 
 class _Spread:
@@ -312,27 +329,26 @@ class _Spread:
     def _compute(self):
         from distributed import as_completed
 
-        sent = _Sent(self._client, self._work)
+        plan = self._work.arguments if isinstance(self._work, SamplePlan) else None
+        sent = _Sent(self._client, self._work if plan is None else self._work.study)
         sizes = _Sizes()
         gaps = list(self._parts.gaps())[::-1]
         spans = {}
         self._tell()
 
-        def submit_next(threads, least):
-            """Submits the next chunk, which near the end is small enough that all threads have one."""
+        def submit_next(threads):
             first, behind = gaps.pop()
             left = behind - first + sum(end - begin for begin, end in gaps)
-            size = min(sizes.next(), max(least, -(-left // (_CHUNKS_A_THREAD * threads))))
-            end = min(first + size, behind)
+            end = min(first + sizes.next(left, threads), behind)
             if end < behind:
                 gaps.append((end, behind))
-            task = sent.submit(_chunk, first, end)
+            task = sent.submit(_chunk, plan, first, end)
             spans[task.key] = (first, end)
             return task
 
         try:
             threads = sent.threads()
-            running = as_completed([submit_next(threads, 1) for _ in range(threads) if gaps])
+            running = as_completed([submit_next(threads) for _ in range(threads) if gaps])
             for task in running:
                 first, behind = spans.pop(task.key)
                 lines, seconds = sent.result(task)
@@ -342,7 +358,7 @@ class _Spread:
                 self._tell()
                 threads = sent.threads()
                 while gaps and len(spans) < _CHUNKS_A_THREAD * threads:
-                    running.add(submit_next(threads, 1))
+                    running.add(submit_next(threads))
         finally:
             sent.cancel()
 
