@@ -2,8 +2,8 @@
 #pragma once
 
 #include "batch/reported_state.h"
-#include "paint/plot_picture.h"
 #include "plots/axes.h"
+#include "plots/picture_form.h"
 #include "plots/select_plot.h"
 
 #include <chrono>

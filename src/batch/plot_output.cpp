@@ -2,8 +2,8 @@
 
 #include "base/durable_file.h"
 #include "base/output_file.h"
-#include "batch/font_application.h"
 #include "batch/output_guard.h"
+#include "plots/paint_methods.h"
 #include "plots/plot_export.h"
 
 #include <fmt/format.h>
@@ -36,15 +36,16 @@ std::string picture_of(const fs::path& file, const PlotCommand& command, const P
     options.now = result.now;
     options.legend = true;
     options.summary = true;
-    const FontApplication fonts;
-    const QByteArray picture = plot_picture(result.plot, options, command.size, *form);
-    if (picture.isEmpty()) {
+    const Drawing drawing{.title = result.plot.head.title,
+                          .draw = [&](Surface& surface) { draw(surface, result.plot, options); }};
+    std::string picture = drawn_by_module(drawing, command.size, *form);
+    if (picture.empty()) {
         throw FileError(
             fmt::format("The picture '{}' of {} x {} pixels can't be made: there is no room for it in "
                         "memory. Ask for a smaller one with --size.",
                         path_text(file), command.size.width, command.size.height));
     }
-    return picture.toStdString();
+    return picture;
 }
 
 }  // namespace

@@ -2,8 +2,7 @@
 
 #include "base/durable_file.h"
 #include "base/output_file.h"
-#include "batch/font_application.h"
-#include "paint/paint_pages.h"
+#include "plots/paint_methods.h"
 #include "reports/print_texts.h"
 #include "reports/report_pages.h"
 
@@ -21,9 +20,9 @@ std::variant<PrintedJob, Message> pages_of(const PagedDevice& device, const std:
 void write_pages(const std::filesystem::path& file, const std::string& text,
                  const std::vector<std::filesystem::path>& never) {
     static_cast<void>(output_target(file, never));
-    const FontApplication fonts;
-    const auto problem =
-        write_pdf(file, PageSetup{}, [&](const PagedDevice& device) { return pages_of(device, text); });
+    std::optional<Message> problem;
+    paint_methods().write_pdf(
+        file, PageSetup{}, [&](const PagedDevice& device) { return pages_of(device, text); }, problem);
     if (problem) throw FileError(problem->text);
 }
 

@@ -8,7 +8,7 @@
 #include "batch/progress.h"
 #include "batch/response_picture.h"
 #include "batch/response_table.h"
-#include "paint/plot_picture.h"
+#include "plots/picture_form.h"
 #include "search/response_rows.h"
 #include "search/response_study.h"
 

@@ -3,9 +3,8 @@
 #include "base/durable_file.h"
 #include "base/output_file.h"
 #include "base/units.h"
-#include "batch/font_application.h"
 #include "batch/output_guard.h"
-#include "paint/plot_picture.h"
+#include "plots/paint_methods.h"
 
 #include <fmt/format.h>
 
@@ -131,6 +130,7 @@ void refuse_response_pictures(const std::filesystem::path& named, const std::fil
         refuse_basin_as_output(file, basin);
         static_cast<void>(output_target(file, never));
     }
+    static_cast<void>(paint_methods());
 }
 
 std::vector<std::filesystem::path> write_response_pictures(const std::filesystem::path& named,
@@ -138,19 +138,20 @@ std::vector<std::filesystem::path> write_response_pictures(const std::filesystem
                                                            const std::vector<ResponsePicture>& pictures) {
     const auto form = picture_form(path_text(named.extension()));
     if (!form) throw FileError(fmt::format("The file '{}' is not a picture by its name.", path_text(named)));
-    const FontApplication fonts;
-    std::vector<std::string> contents;
+    std::vector<Drawing> drawings;
     std::vector<std::filesystem::path> files;
-    contents.reserve(pictures.size());
+    drawings.reserve(pictures.size());
     files.reserve(pictures.size());
     for (const ResponsePicture& each : pictures) {
         files.push_back(response_picture_file(named, each.suffix));
         refuse_basin_as_output(files.back(), basin);
-        const Drawing drawing{.title = each.picture.title,
-                              .draw = [&](Surface& surface) { draw_contours(surface, each.picture); }};
-        contents.push_back(drawn_picture(drawing, k_picture_size, *form).toStdString());
-        if (contents.back().empty()) throw FileError("There is no room in memory for a picture.");
+        drawings.push_back({.title = each.picture.title,
+                            .draw = [&](Surface& surface) { draw_contours(surface, each.picture); }});
     }
+    std::vector<std::string> contents;
+    paint_methods().draw(drawings, k_picture_size, *form, contents);
+    if (std::any_of(contents.begin(), contents.end(), [](const std::string& each) { return each.empty(); }))
+        throw FileError("There is no room in memory for a picture.");
     for (std::size_t i = 0; i < files.size(); ++i) write_whole_file(files[i], contents[i], {basin});
     return files;
 }

@@ -30,8 +30,8 @@ struct ResponsePicture {
 [[nodiscard]] std::filesystem::path response_picture_file(const std::filesystem::path& named,
                                                           const std::string& suffix);
 
-/// Refuses pictures that would replace the basin, the file of --out, or what can't be written. Called before
-/// the work. @throws FileError
+/// Refuses pictures that would replace the basin, the file of --out, or what can't be written, and
+/// all of them if they can't be drawn. Called before the work. @throws FileError
 void refuse_response_pictures(const std::filesystem::path& named, const std::filesystem::path& basin,
                               const std::optional<std::filesystem::path>& out, std::size_t zones);
 

@@ -10,6 +10,7 @@
 #include "batch/progress.h"
 #include "batch/sample_picture.h"
 #include "batch/study_options.h"
+#include "plots/paint_methods.h"
 #include "search/sample.h"
 #include "search/sample_file.h"
 #include "search/study_file.h"
@@ -137,6 +138,7 @@ std::vector<std::filesystem::path> band_files(const SampleCommand& command) {
 
 /// Before the work, since it may take hours. @throws FileError
 void refuse_outputs(const SampleCommand& command) {
+    if (command.picture) static_cast<void>(paint_methods());
     refuse_basin_as_output(command.out, command.study.source.basin);
     std::vector<std::filesystem::path> taken{command.out};
     for (const std::filesystem::path& file : band_files(command)) {

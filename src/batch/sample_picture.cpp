@@ -2,8 +2,8 @@
 
 #include "base/durable_file.h"
 #include "base/units.h"
-#include "batch/font_application.h"
 #include "batch/plot_options.h"
+#include "plots/paint_methods.h"
 
 #include <fmt/format.h>
 
@@ -115,17 +115,16 @@ std::string drawn_bands(const BandPicture& picture, const BandPictureFile& wante
     const auto form = picture_form(path_text(wanted.file.extension()));
     if (!form)
         throw FileError(fmt::format("The file '{}' is not a picture by its name.", path_text(wanted.file)));
-    const FontApplication fonts;
     const Drawing drawing{.title = picture.title,
                           .draw = [&](Surface& surface) { draw_bands(surface, picture); }};
-    const QByteArray bytes = drawn_picture(drawing, size, *form);
-    if (bytes.isEmpty()) {
+    std::string bytes = drawn_by_module(drawing, size, *form);
+    if (bytes.empty()) {
         throw FileError(
             fmt::format("The picture '{}' of {} x {} pixels can't be made: there is no room for it in "
                         "memory. Ask for a smaller one with --size.",
                         path_text(wanted.file), size.width, size.height));
     }
-    return bytes.toStdString();
+    return bytes;
 }
 
 }  // namespace nivora

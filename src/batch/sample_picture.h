@@ -1,8 +1,8 @@
 // The picture of the bands of a sample.
 #pragma once
 
-#include "paint/plot_picture.h"
 #include "plots/band_picture.h"
+#include "plots/picture_form.h"
 #include "search/sample.h"
 
 #include <CLI/CLI.hpp>

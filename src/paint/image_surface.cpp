@@ -21,7 +21,6 @@ struct PaintedSurface::Face {
 namespace {
 
 constexpr const char* k_family = "Arial";
-constexpr double k_points_an_inch = 96.0;
 constexpr double k_typographic_points_an_inch = 72.0;
 
 /// A long path of many strokes takes Qt a time that grows with the square of their number.

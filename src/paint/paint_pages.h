@@ -72,9 +72,6 @@ using PdfWork = std::function<std::optional<Message>(PaintedDevice& device)>;
                                                const std::string& title, const PdfWork& paint,
                                                const std::vector<std::filesystem::path>& never = {});
 
-/// Lays out a job for a device that was set up, or returns the message that says why it cannot.
-using LayOut = std::function<std::variant<PrintedJob, Message>(const PagedDevice& device)>;
-
 /// What a page set-up refuses for a print into a file, be it PDF or text: a setting of the page, or margins
 /// that leave no room for reports. Nothing if such a file can be printed.
 ///

@@ -8,6 +8,8 @@
 
 namespace nivora {
 
+inline constexpr double k_points_an_inch = 96.0;
+
 /// A place on a surface, from its top left corner, in points of 1/96 inch.
 struct SurfacePoint {
     double x = 0.0;

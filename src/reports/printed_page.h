@@ -4,9 +4,13 @@
 #include "base/dialogs.h"
 #include "reports/page_setup.h"
 
+#include <array>
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 namespace nivora {
@@ -112,6 +116,9 @@ public:
     [[nodiscard]] virtual double text_width(const PrintFont& font, bool bold,
                                             std::string_view text) const = 0;
 };
+
+/// Lays out a job for a device that was set up, or returns the message that says why it cannot.
+using LayOut = std::function<std::variant<PrintedJob, Message>(const PagedDevice& device)>;
 
 /// Sets a device up for reports: font, size, bold, orientation, margins, paper, in this order.
 /// @return the message about the first setting that the device refuses; nothing if it accepts all

@@ -89,6 +89,45 @@ TEST_F(BatchProgram, WritesAPdfWithoutADisplay) {
     EXPECT_THAT(file_bytes(basin.path("reports.pdf")), testing::StartsWith("%PDF-"));
 }
 
+// Their loading would take longer than most commands.
+TEST_F(BatchProgram, LoadsNeitherQtNorPagmoAtItsStart) {
+    const BatchResult result = program(BatchFolder{}, {"--version"}, "LD_TRACE_LOADED_OBJECTS=1 ");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.out, HasSubstr("libsqlite3.so"));
+    EXPECT_THAT(result.out, testing::Not(HasSubstr("libQt")));
+    EXPECT_THAT(result.out, testing::Not(HasSubstr("pagmo")));
+}
+
+/// A copy of the program without the modules beside it.
+TEST_F(BatchProgram, SaysThatTheModuleForPicturesIsMissing) {
+    const RunBasin basin;
+    ASSERT_EQ(basin.run().status, 0);
+    std::filesystem::copy_file(NIVORA_BATCH_PROGRAM, basin.path("alone"));
+    const std::string alone = shell_quoted(basin.path("alone"));
+    const auto refused = [&](const std::vector<std::string>& arguments, const std::string& file) {
+        std::string line = alone;
+        for (const std::string& argument : arguments) line += " " + shell_quoted(argument);
+        line += " " + shell_quoted(basin.path(file)) + " 2>" + shell_quoted(basin.path("err"));
+        EXPECT_EQ(exit_status(std::system(line.c_str())), 1) << line;
+        EXPECT_THAT(file_bytes(basin.path("err")),
+                    HasSubstr("The file 'nivora-paint.so' can't be loaded, without which there are no "
+                              "pictures and no PDF files"));
+        EXPECT_FALSE(std::filesystem::exists(basin.path(file)));
+    };
+    const std::string simulation = "--simulation";
+    refused({"plot", basin.basin(), simulation, "alder", "--plot", "1", "--out"}, "plot.png");
+    refused({"report", basin.basin(), simulation, "alder", "--out"}, "reports.pdf");
+    // Before the runs, which may take hours.
+    refused(
+        {"sample", basin.basin(), simulation, "alder", "--free", "Degree Day Factors:multiply:0.7..1.4:All",
+         "--runs", "10", "--out", basin.path("runs.csv"), "--picture"},
+        "bands.png");
+    EXPECT_FALSE(std::filesystem::exists(basin.path("runs.csv")));
+    refused({"response", basin.basin(), simulation, "alder", "--winter-end", "1996-04-02", "--temperature",
+             "0..2:1", "--precipitation", "1", "--picture"},
+            "response.png");
+}
+
 TEST_F(BatchProgram, ARefusalHasStatus1AndIsOnStandardErrorAlone) {
     const BatchFolder batch_folder;
     const BatchResult result = program(batch_folder, {"run", batch_folder.file(), "--simulation", "alder"});

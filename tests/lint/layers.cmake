@@ -13,7 +13,7 @@ set(reach_of_plots plots ${reach_of_climate})
 set(reach_of_session session prep ${reach_of_plots})
 set(reach_of_paint paint ${reach_of_plots})
 set(reach_of_widgets widgets paint ${reach_of_session})
-set(reach_of_batch batch paint search studies ${reach_of_session})
+set(reach_of_batch batch search studies ${reach_of_session})
 set(reach_of_shell shell ${reach_of_widgets})
 set(project_folders base store engine prep reports climate studies search plots session paint widgets batch shell)
 
@@ -22,7 +22,7 @@ set(window_folders engine prep climate reports plots)
 
 # The layers that may use Qt Widgets, and those that may use any Qt.
 set(widget_layers "^(widgets|shell|windows/.*)$")
-set(qt_layers "^(paint|batch|widgets|shell|windows/.*)$")
+set(qt_layers "^(paint|widgets|shell|windows/.*)$")
 
 # The headers of Qt Widgets and of Qt Print Support, which needs it, in lower case.
 set(widget_headers

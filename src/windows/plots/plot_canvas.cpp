@@ -21,7 +21,6 @@
 namespace nivora {
 namespace {
 
-constexpr double k_points_an_inch = 96.0;
 constexpr int k_rest_ms = 150;
 constexpr double k_near = 8.0;  ///< points within which the mouse reads a value off a curve
 constexpr double k_mark = 4.0;  ///< radius of the ring around that point

@@ -1,6 +1,4 @@
-#include "paint/image_surface.h"
+#include "plots/plot_state.h"
 #include "session/session.h"
 
 #include <CLI/CLI.hpp>
-
-#include <QGuiApplication>

@@ -1,4 +1,4 @@
-// The application of Qt that fonts need.
+// The application of Qt that fonts need, in a program without windows.
 #pragma once
 
 #include <QGuiApplication>

@@ -1,0 +1,3 @@
+#include "paint/image_surface.h"
+
+#include <QGuiApplication>
