@@ -10,7 +10,7 @@
 #include <pybind11/stl.h>
 
 #include <array>
-#include <cstdint>
+#include <memory>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -66,20 +66,6 @@ DoneRun run_asked(const AskedRun& asked, std::chrono::milliseconds wait) {
     return done;
 }
 
-/// A column as an array that owns its values.
-template <typename Value>
-py::array column_array(const std::vector<Value>& column) {
-    if constexpr (std::is_floating_point_v<Value> || std::is_same_v<Value, std::int16_t>) {
-        return py::array_t<Value>(static_cast<py::ssize_t>(column.size()), column.data());
-    } else {
-        py::array_t<std::int64_t> array(static_cast<py::ssize_t>(column.size()));
-        auto values = array.template mutable_unchecked<1>();
-        for (std::size_t i = 0; i < column.size(); ++i)
-            values(static_cast<py::ssize_t>(i)) = static_cast<std::int64_t>(column[i]);
-        return array;
-    }
-}
-
 py::list message_list(const std::vector<ReportedMessage>& messages) {
     py::list list;
     for (const ReportedMessage& message : messages)
@@ -93,19 +79,30 @@ py::list note_list(const std::vector<RunNote>& notes, Units units) {
     return list;
 }
 
-/// The fields of a results table and their units.
-void add_columns(py::dict& result, const SimResults& table, Units units) {
+/// The fields of a results table, which the arrays keep together: none of them is copied.
+py::dict columns_dict(SimResults table) {
+    auto kept = std::make_unique<SimResults>(std::move(table));
+    const SimResults& columns = *kept;
+    const py::capsule owner{kept.release(), [](void* held) { delete static_cast<SimResults*>(held); }};
     py::dict arrays;
-    py::dict field_units;
-    SimResults::visit_named(table, [&](const char* name, const auto& column) {
-        arrays[name] = column_array(column);
-        field_units[name] = daily_unit(name, units);
+    SimResults::visit_named(columns, [&](const char* name, const auto& column) {
+        using Value = typename std::decay_t<decltype(column)>::value_type;
+        arrays[name] = py::array_t<Value>(static_cast<py::ssize_t>(column.size()), column.data(), owner);
     });
-    result["columns"] = arrays;
-    result["units"] = field_units;
+    return arrays;
 }
 
-py::dict done_as_dict(const DoneRun& done) {
+/// The units of the fields of a results table, by name.
+py::dict result_units(int units) {
+    py::dict texts;
+    const SimResults none;
+    SimResults::visit_named(none, [&](const char* name, const auto& /*column*/) {
+        texts[name] = daily_unit(name, static_cast<Units>(units));
+    });
+    return texts;
+}
+
+py::dict done_as_dict(DoneRun done) {
     const Units units = done.basin.Units_Code;
     py::dict statistics;
     const auto values = statistics_values(done.run);
@@ -122,9 +119,9 @@ py::dict done_as_dict(const DoneRun& done) {
     result["statistics"] = statistics;
     result["messages"] = message_list(done.messages);
     result["notes"] = note_list(done.run.notes, units);
-    result["columns"] = py::none();
-    result["units"] = py::dict();
-    if (done.outcome.results_rebuilt) add_columns(result, done.table, units);
+    result["units"] = static_cast<int>(units);
+    result["columns"] = done.outcome.results_rebuilt ? py::object(columns_dict(std::move(done.table)))
+                                                     : py::object(py::none());
     return result;
 }
 
@@ -227,6 +224,7 @@ void add_run_calls(py::module_& module) {
         },
         py::arg("path"), py::arg("simulation"), py::kw_only(), py::arg("year_round"), py::arg("forecast"),
         py::arg("no_snow"), py::arg("lag_shares"), py::arg("refuse"), py::arg("wait"));
+    module.def("result_units", &result_units, py::arg("units"));
     module.def(
         "climate",
         [](std::string path, std::string simulation, std::string scenario, std::string report, int last_step,

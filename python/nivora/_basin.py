@@ -490,12 +490,13 @@ class Run:
             zones, zone_at = numpy.unique(columns["Zone"], return_inverse=True)
             days, day_at = numpy.unique(columns["Date"], return_inverse=True)
             variables = {}
+            units = _core.result_units(self._units)
             for name, values in columns.items():
                 if name in ("Zone", "Date"):
                     continue
                 grid = numpy.full((len(zones), len(days)), numpy.nan, dtype=values.dtype)
                 grid[zone_at, day_at] = values
-                unit = self._units[name]
+                unit = units[name]
                 variables[name] = (("zone", "date"), grid, {"units": unit} if unit else {})
             self._results = xarray.Dataset(
                 variables,
