@@ -32,7 +32,8 @@ from ._study import Response, Sample, SamplePlan, _at_least_one, _texts, _write
 CHUNK_SECONDS = 2.0
 _FIRST_CHUNK = 256
 _MOST_GROWTH = 16
-_LEAST_SECONDS = 0.05
+_LEAST_SECONDS = 0.03
+_ASK_AGAIN = 0.5
 _WAIT_FOR_WORKERS = 60.0
 _CHUNKS_A_THREAD = 2
 _PART = _re.compile(r"(\d+)-(\d+)\.csv")
@@ -197,6 +198,8 @@ class _Sent:
             known[self._name] = client.submit(_received, content, key=self._name, pure=False)
         self._content = known[self._name]
         self._tasks = {}
+        self._threads = 1
+        self._asked = -_ASK_AGAIN
 
     def submit(self, function, *arguments):
         task = self._client.submit(function, self._content, self._name, _core.version, *arguments, pure=False)
@@ -225,7 +228,12 @@ class _Sent:
                 self._client.cancel(tasks, force=True)
 
     def threads(self):
-        return max(1, sum(self._client.nthreads().values()))
+        """The threads of all workers, which come and go; asked now and then."""
+        now = _time.monotonic()
+        if now - self._asked > _ASK_AGAIN:
+            self._asked = now
+            self._threads = max(1, sum(self._client.nthreads().values()))
+        return self._threads
 
 
 class _Parts:
