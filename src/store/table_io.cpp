@@ -4,6 +4,7 @@
 #include "base/text.h"
 
 #include <fmt/format.h>
+#include <sqlite3.h>
 
 #include <algorithm>
 #include <cmath>
@@ -78,7 +79,13 @@ void bind_value(SQLite::Statement& statement, int position, Units value) {
 bool is_null(SQLite::Statement& row, int position) { return row.isColumnNull(position); }
 
 void read_value(SQLite::Statement& row, int position, double& value) {
-    value = is_null(row, position) ? static_cast<double>(k_missing) : number_at(row, position);
+    const SQLite::Column column = row.getColumn(position);
+    switch (column.getType()) {
+        case SQLITE_NULL: value = static_cast<double>(k_missing); return;
+        case SQLITE_INTEGER:
+        case SQLITE_FLOAT: value = column.getDouble(); break;
+        default: refuse_value(row, position, "text instead of a number");
+    }
     if (std::isinf(value)) refuse_value(row, position, "an infinite number");
 }
 
