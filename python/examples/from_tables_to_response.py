@@ -45,8 +45,8 @@ def make_tables(sample):
 
 
 make_tables(SAMPLE)
-print(open("station.csv").read()[:80])
-print(open("snow.csv").read()[:90])
+print(pathlib.Path("station.csv").read_text()[:80])
+print(pathlib.Path("snow.csv").read_text()[:90])
 
 # %% [markdown]
 # ## The basin
