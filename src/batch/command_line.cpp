@@ -2,26 +2,25 @@
 
 #include "base/build_details.h"
 #include "base/durable_file.h"
-#include "base/iso_date.h"
 #include "base/number_text.h"
 #include "base/version.h"
 #include "batch/calibrate_command.h"
 #include "batch/commands.h"
 #include "batch/definition_command.h"
 #include "batch/evaluate_options.h"
+#include "batch/import_options.h"
 #include "batch/load_command.h"
+#include "batch/no_snow_option.h"
 #include "batch/plot_options.h"
 #include "batch/progress.h"
 #include "batch/report_options.h"
-#include "batch/report_output.h"
 #include "batch/response_options.h"
 #include "batch/sample_command.h"
-#include "batch/scenario_edit.h"
+#include "batch/scenario_options.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-#include <cmath>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -50,42 +49,10 @@ constexpr const char* k_footer =
     "  nivora-batch run alder.mdb --simulation wy1998 --kind year-round\n"
     "  nivora-batch export alder.mdb SimResults --csv results.csv";
 
-/// A text that has to be a number a Single can hold, for CLI11.
-std::string single_number(const std::string& text) {
-    const auto value = exact_number(text);
-    if (value && std::isfinite(static_cast<float>(*value))) return {};
-    return "'" + text + "' is not a number";
-}
-
 std::string share_number(const std::string& text) {
     if (!text.empty() && text.find_first_not_of("0123456789.") == std::string::npos && exact_number(text))
         return {};
     return "'" + text + "' is not a share such as 0.5";
-}
-
-std::string number_or_blank(const std::string& text) {
-    return text == "blank" ? std::string{} : single_number(text);
-}
-
-std::string scenario_edit(const std::string& text) { return read_scenario_edit(text).problem; }
-
-std::string iso_date(const std::string& text) {
-    return read_iso_date(text) ? std::string{} : "'" + text + "' is not a date such as 1996-04-01";
-}
-
-std::string report_numbers(const std::string& text) {
-    if (text == k_all_reports_word || read_report_numbers(text)) return {};
-    return "'" + text + "' is neither all nor a list of numbers from 0 to 8 such as 0,4,7";
-}
-
-std::string report_file(const std::string& text) {
-    if (report_form(path_from_utf8(text))) return {};
-    return "'" + text + "' does not end in .txt, .out or .pdf";
-}
-
-std::string iso_moment(const std::string& text) {
-    return read_iso_moment(text) ? std::string{}
-                                 : "'" + text + "' is not a moment such as 1996-04-01T12:30:00";
 }
 
 constexpr int k_longest_wait = 86400;
@@ -94,12 +61,6 @@ constexpr int k_longest_wait = 86400;
 struct Texts {
     std::string file;
     std::string basin;
-    std::string name;
-    std::vector<std::string> by_zone;
-    std::string temperature = "average";
-    std::string initial_runoff;
-    std::string rain_threshold;
-    std::string latitude;
     std::string simulation;
     std::string kind = "melt-season";
     std::string forecast;
@@ -107,8 +68,6 @@ struct Texts {
     std::vector<std::string> lag_shares;
     std::string scenario;
     std::string report;
-    std::string winter_end;
-    std::vector<std::string> edits;
     std::string table;
     std::string csv;
     std::string duplicated;
@@ -119,41 +78,10 @@ struct Texts {
     bool refuse = false;
     std::string made;
     int last_step = k_climate_steps;
-    std::string reports;
-    std::string out;
-    bool input_changed = false;
-    int step = 0;
-    std::string climate_report;
-    std::string now;
     int wait = static_cast<int>(k_usual_wait.count());
 
     [[nodiscard]] std::chrono::milliseconds waiting() const { return std::chrono::seconds{wait}; }
 };
-
-std::optional<double> number_option(const std::string& text) { return exact_number(text); }
-
-bool has(const std::vector<std::string>& list, std::string_view word) {
-    return std::find(list.begin(), list.end(), word) != list.end();
-}
-
-ImportCommand import_of(const Texts& texts, const CLI::App& app) {
-    ImportCommand command;
-    command.file = path_from_utf8(texts.file);
-    command.basin = path_from_utf8(texts.basin);
-    if (app.count("--name") > 0) command.name = texts.name;
-    command.by_zone = {.temperature = has(texts.by_zone, "temperature"),
-                       .precipitation = has(texts.by_zone, "precipitation"),
-                       .lapse_rate = has(texts.by_zone, "lapse-rate"),
-                       .coefficients = has(texts.by_zone, "coefficients"),
-                       .critical_temperature = has(texts.by_zone, "tcrit"),
-                       .recession = has(texts.by_zone, "recession")};
-    command.max_min = texts.temperature == "max-min";
-    command.initial_runoff = number_option(texts.initial_runoff);
-    if (app.count("--rain-threshold") > 0) command.rain_threshold = number_option(texts.rain_threshold);
-    command.latitude = number_option(texts.latitude);
-    command.wait = texts.waiting();
-    return command;
-}
 
 RunCommand run_of(const Texts& texts, const CLI::App& app) {
     RunCommand command;
@@ -169,51 +97,6 @@ RunCommand run_of(const Texts& texts, const CLI::App& app) {
 }
 
 // An option with a list has one argument, a list separated by commas: the next one may be a file name.
-
-CLI::App& add_import(CLI::App& app, Texts& texts) {
-    CLI::App& import = *app.add_subcommand(
-        "import", "Read a legacy data file (.NVR) into a basin, which is created if it does not exist");
-    import.add_option("FILE.NVR", texts.file, "Legacy data file: one year or season of one basin")
-        ->required();
-    import.add_option("BASIN.mdb", texts.basin, "Basin file")->required();
-    import.add_option("--name", texts.name,
-                      "Name of the new simulation; the file's name without .NVR if not given");
-    import
-        .add_option(
-            "--by-zone", texts.by_zone,
-            "Inputs given for each zone: temperature, precipitation, lapse-rate, coefficients, tcrit, "
-            "recession, joined by commas; all others hold basinwide")
-        ->delimiter(',')
-        ->allow_extra_args(false)
-        ->check(CLI::IsMember(
-            {"temperature", "precipitation", "lapse-rate", "coefficients", "tcrit", "recession"}));
-    import
-        .add_option("--temperature", texts.temperature,
-                    "average (daily means) or max-min (mean of maximum and minimum)")
-        ->check(CLI::IsMember({"average", "max-min"}))
-        ->capture_default_str();
-    import
-        .add_option("--initial-runoff", texts.initial_runoff,
-                    "Discharge on the day before the run, m³/s or ft³/s")
-        ->check(CLI::Validator(single_number, "NUMBER"));
-    import
-        .add_option("--rain-threshold", texts.rain_threshold,
-                    "Daily rain from which the recession quickens, cm or inches, "
-                    "or the word blank for the default; the file's own if not given")
-        ->check(CLI::Validator(number_or_blank, "NUMBER|blank"));
-    import
-        .add_option("--latitude", texts.latitude,
-                    "Latitude of the basin, decimal degrees, negative in the south")
-        ->check(CLI::Validator(single_number, "NUMBER"));
-    return import;
-}
-
-/// A melt season run cannot be in No Snow mode.
-void check_no_snow(const Texts& texts) {
-    if (texts.no_snow && texts.kind != "year-round")
-        throw CLI::ValidationError("--no-snow", "is only allowed with --kind year-round");
-}
-
 CLI::App& add_run(CLI::App& app, Texts& texts) {
     CLI::App& run =
         *app.add_subcommand("run", "Run a simulation, keep its results in the basin, print its statistics");
@@ -237,7 +120,7 @@ CLI::App& add_run(CLI::App& app, Texts& texts) {
         ->allow_extra_args(false)
         ->check(CLI::Validator(share_number, "SHARE"));
     run.add_flag("--json", texts.json, "Print JSON");
-    run.callback([&texts] { check_no_snow(texts); });
+    run.callback([&texts] { check_no_snow(texts.no_snow, texts.kind); });
     return run;
 }
 
@@ -268,110 +151,6 @@ ClimateCommand climate_of(const Texts& texts) {
     if (!texts.report.empty()) command.report = path_from_utf8(texts.report);
     command.last_step = texts.last_step;
     command.json = texts.json;
-    command.wait = texts.waiting();
-    return command;
-}
-
-CLI::App& add_report(CLI::App& app, Texts& texts) {
-    CLI::App& report = *app.add_subcommand(
-        "report",
-        "Write reports of a simulation and its last run into a file; the basin is not changed. "
-        "If a report is refused, the file holds those before it; "
-        "if the first one is refused, no file is written and an older one stays as it is");
-    report.add_option("BASIN.mdb", texts.basin, "Basin file")->required();
-    report.add_option("--simulation", texts.simulation, "Name of the simulation")->required();
-    report
-        .add_option(
-            "--reports", texts.reports,
-            "Numbers of reports joined by commas, or all: 0 current data description, 1 temperatures, "
-            "2 degree day factors, 3 lapse rates, 4 degree days, 5 melt, 6 runoff, 7 input summary, "
-            "8 deficit and gain; all if not given")
-        ->check(CLI::Validator(report_numbers, "NUMBERS|all"));
-    report
-        .add_option("--out", texts.out,
-                    "File to write: .txt or .out for the text, .pdf for pages; NVRrpts.out beside the basin "
-                    "if not given")
-        ->check(CLI::Validator(report_file, "FILE"));
-    report.add_option("--kind", texts.kind, "Kind of the last run: melt-season or year-round")
-        ->check(CLI::IsMember({"melt-season", "year-round"}))
-        ->capture_default_str();
-    report.add_option("--forecast", texts.forecast,
-                      "The last run was a forecast that was updated every so many days, 1 to 9");
-    report.add_flag("--no-snow", texts.no_snow,
-                    "The last run was in No Snow mode; only with --kind year-round");
-    report.add_flag("--input-changed", texts.input_changed, "An input has changed since the last run");
-    auto* step =
-        report.add_option("--step", texts.step, "The results are those of this step of a climate evaluation")
-            ->check(CLI::IsMember({1, 2, 3, 6}));
-    auto* scenario =
-        report.add_option("--scenario", texts.scenario, "Name of the scenario that was evaluated");
-    step->needs(scenario);
-    scenario->needs(step);
-    report
-        .add_option("--climate-report", texts.climate_report,
-                    "The report that step 5 wrote; NVR_DfGN.out beside the basin if not given")
-        ->needs(step);
-    report
-        .add_option("--now", texts.now, "Date and time in the reports, YYYY-MM-DDTHH:MM:SS; now if not given")
-        ->check(CLI::Validator(iso_moment, "MOMENT"));
-    report.callback([&texts] { check_no_snow(texts); });
-    return report;
-}
-
-ReportedRun reported_run(const Texts& texts, const CLI::App& app) {
-    ReportedRun run;
-    run.year_round = texts.kind == "year-round";
-    if (app.count("--forecast") > 0) run.forecast_days = texts.forecast;
-    run.no_snow = texts.no_snow;
-    run.step = texts.step;
-    run.scenario = texts.scenario;
-    return run;
-}
-
-ReportCommand report_of(const Texts& texts, const CLI::App& app) {
-    ReportCommand command;
-    command.basin = path_from_utf8(texts.basin);
-    command.simulation = texts.simulation;
-    command.reports = read_report_numbers(texts.reports);
-    if (!texts.out.empty()) command.out = path_from_utf8(texts.out);
-    command.run = reported_run(texts, app);
-    command.input_changed = texts.input_changed;
-    if (!texts.climate_report.empty()) command.climate_report = path_from_utf8(texts.climate_report);
-    if (!texts.now.empty()) command.now = read_iso_moment(texts.now);
-    command.wait = texts.waiting();
-    return command;
-}
-
-CLI::App& add_scenario(CLI::App& app, Texts& texts) {
-    CLI::App& scenario = *app.add_subcommand(
-        "scenario", "Create a climate scenario of a simulation, or replace the one of the same name");
-    scenario.add_option("BASIN.mdb", texts.basin, "Basin file")->required();
-    scenario.add_option("--simulation", texts.simulation, "Name of the simulation")->required();
-    scenario.add_option("--name", texts.name, "Name of the scenario")->required();
-    scenario
-        .add_option(
-            "--winter-end", texts.winter_end,
-            "Last day of the winter, YYYY-MM-DD; a day before the middle of the simulation if not given")
-        ->check(CLI::Validator(iso_date, "DATE"));
-    scenario
-        .add_option(
-            "--edit", texts.edits,
-            "One change of the climate, as often as needed, in the order in which they apply. Variable, "
-            "action and zone by the text of the scenario window or by its code: "
-            "\"Average Temperature:1996-01-01:1996-06-30:Add/subtract to each:2:All\" is the same as "
-            "1:1996-01-01:1996-06-30:0:2:0. Normalize needs no factor")
-        ->allow_extra_args(false)
-        ->check(CLI::Validator(scenario_edit, "VARIABLE:START:END:ACTION:FACTOR:ZONE"));
-    return scenario;
-}
-
-ScenarioCommand scenario_of(const Texts& texts, const CLI::App& app) {
-    ScenarioCommand command;
-    command.basin = path_from_utf8(texts.basin);
-    command.simulation = texts.simulation;
-    command.name = texts.name;
-    if (app.count("--winter-end") > 0) command.winter_end = texts.winter_end;
-    command.edits = texts.edits;
     command.wait = texts.waiting();
     return command;
 }
@@ -501,9 +280,9 @@ private:
     [[nodiscard]] std::filesystem::path basin() const { return path_from_utf8(texts_.basin); }
 
     void add_model_commands() {
-        const CLI::App& import = add_import(app_, texts_);
+        const CLI::App& import = add_import(app_, import_);
         add(import, [this, &import](BatchDialogs& dialogs) {
-            return import_command(import_of(texts_, import), dialogs, out_);
+            return import_command(import_of(import_, import, texts_.waiting()), dialogs, out_);
         });
         const CLI::App& simulations = add_simulations(app_, texts_);
         add(simulations, [this, &simulations](BatchDialogs& dialogs) {
@@ -514,13 +293,13 @@ private:
             [this, &run](BatchDialogs& dialogs) { return run_command(run_of(texts_, run), dialogs, out_); });
         add(add_climate(app_, texts_),
             [this](BatchDialogs& dialogs) { return climate_command(climate_of(texts_), dialogs, out_); });
-        const CLI::App& scenario = add_scenario(app_, texts_);
+        const CLI::App& scenario = add_scenario(app_, scenario_);
         add(scenario, [this, &scenario](BatchDialogs& dialogs) {
-            return scenario_command(scenario_of(texts_, scenario), dialogs, out_);
+            return scenario_command(scenario_of(scenario_, scenario, texts_.waiting()), dialogs, out_);
         });
-        const CLI::App& report = add_report(app_, texts_);
+        const CLI::App& report = add_report(app_, report_);
         add(report, [this, &report](BatchDialogs& dialogs) {
-            return report_command(report_of(texts_, report), dialogs);
+            return report_command(report_of(report_, report, texts_.waiting()), dialogs);
         });
         const CLI::App& plot = add_plot(app_, plot_);
         add(plot, [this, &plot](BatchDialogs& dialogs) {
@@ -582,6 +361,9 @@ private:
     Texts& texts_;
     std::ostream& out_;
     std::ostream& err_;
+    ImportTexts import_;
+    ScenarioTexts scenario_;
+    ReportTexts report_;
     PlotTexts plot_;
     ResponseTexts response_;
     EvaluateTexts evaluate_;

@@ -5,6 +5,7 @@
 #include "base/iso_date.h"
 #include "base/number_text.h"
 #include "base/text.h"
+#include "batch/no_snow_option.h"
 #include "batch/report_options.h"
 
 #include <fmt/format.h>
@@ -162,8 +163,7 @@ void add_view(CLI::App& plot, PlotTexts& texts) {
 
 /// Checks what an option alone can't tell.
 void check_together(const PlotTexts& texts) {
-    if (texts.no_snow && texts.kind != "year-round")
-        throw CLI::ValidationError("--no-snow", "is only allowed with --kind year-round");
+    check_no_snow(texts.no_snow, texts.kind);
     if (texts.step > 0 && texts.scenario.empty())
         throw CLI::ValidationError("--step", "above 0 needs --scenario");
     if (texts.step == 0 && !texts.scenario.empty())
