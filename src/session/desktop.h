@@ -46,6 +46,8 @@ struct Desktop {
     UpwardCall<void(const UnstorableField& field)> go_to_field;
     /// Shows the basin's state, the settings and what is enabled, after any of them changed.
     UpwardCall<void()> refresh_main_window;
+    /// Keeps the unsaved changes for a crash. Returns when they are on the disk, or can't be written.
+    UpwardCall<void()> keep_unsaved;
     /// Shows a topic of the manual window.
     UpwardCall<void(int topic)> show_help_topic;
     /// Opens the daily editor on what the session has prepared.

@@ -76,6 +76,10 @@ void frmNVR::answer(Desktop& desktop) {
     desktop.refuses_typed_box = [this] { return basin_->refuses_typed_box(); };
     desktop.go_to_field = [this](const UnstorableField& field) { go_to_field(field); };
     desktop.refresh_main_window = [this] { refresh_main_window(); };
+    desktop.keep_unsaved = [this] {
+        keep_recovery();
+        life_.finish_recovery();
+    };
     desktop.show_help_topic = [this](int topic) { windows_.show_help_topic(topic); };
     desktop.open_daily_editor = [this] { open_daily_editor(std::nullopt); };
     desktop.leave_basin = [this] {

@@ -6,6 +6,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QScrollArea>
+#include <QScrollBar>
 
 namespace nivora {
 namespace {
@@ -70,6 +72,27 @@ TEST_F(SimulationToolsOnScreenTest, AParameterIsChangedByKeysAlone) {
     EXPECT_EQ(modal_windows_seen_, 1);
     EXPECT_EQ(count("[ellervane-1996] WHERE LapseRate = 0.5"), 1830);  // 366 days of five zones
     EXPECT_GT(filled, empty + 100) << "the preview shows its rows";
+}
+
+TEST_F(SimulationToolsOnScreenTest, AChangeOfAParameterIsSeenWholeFromTheStart) {
+    open_sample();
+    in_modal("frmParameterChange", [&](QWidget& window) {
+        const auto* area = window.findChild<QScrollArea*>();
+        ASSERT_NE(area, nullptr);
+        EXPECT_FALSE(area->verticalScrollBar()->isVisible()) << "nothing is chosen";
+        // The longest summary: a lag time that no cell takes.
+        press({"Down", "Down", "Down", "alt+n"});
+        type("50");
+        const auto* summary = window.findChild<QLabel*>(QStringLiteral("lblSummary"));
+        EXPECT_TRUE(await([&] { return summary->text().contains(QStringLiteral("Refused")); }));
+        EXPECT_GE(summary->height(), summary->heightForWidth(summary->width()));
+        EXPECT_FALSE(area->verticalScrollBar()->isVisible()) << from_qt(summary->text());
+        const auto* preview = window.findChild<QTableView*>(QStringLiteral("grdPreview"));
+        EXPECT_TRUE(preview->viewport()->rect().contains(preview->visualRect(preview->model()->index(3, 0))))
+            << "four rows at least";
+    });
+    choose_on_row(0, "m");
+    EXPECT_EQ(modal_windows_seen_, 1);
 }
 
 TEST_F(SimulationToolsOnScreenTest, TheRunsOpenFromTheMenuAndCompareBySelection) {

@@ -4,8 +4,12 @@
 #include "widgets/grid_view.h"
 
 #include <QComboBox>
+#include <QEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <optional>
+#include <utility>
+#include <vector>
 
 namespace nivora {
 namespace {
@@ -57,6 +61,53 @@ TEST_F(TableFilesOnScreenTest, ATableIsImportedByKeysAlone) {
     ASSERT_TRUE(await([&] { return modal_windows_seen_ == 1; }));
     EXPECT_EQ(first_precipitation(), 3.25F);
     EXPECT_TRUE(session_.basin.Basin_Changed);
+}
+
+/// Notes what is kept for a crash whenever a label is painted.
+class KeptWhenPainted : public QObject {
+public:
+    KeptWhenPainted(QLabel& label, std::filesystem::path state) : label_(label), state_(std::move(state)) {
+        label.installEventFilter(this);
+    }
+    /// Whether the state was there each time that the text began with these words; nothing if it never did.
+    [[nodiscard]] std::optional<bool> kept_with(const char* words) const {
+        std::optional<bool> kept;
+        for (const auto& [text, there] : painted_) {
+            if (text.startsWith(QString::fromUtf8(words))) kept = kept.value_or(true) && there;
+        }
+        return kept;
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Paint) painted_.emplace_back(label_.text(), exists(state_));
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QLabel& label_;
+    std::filesystem::path state_;
+    std::vector<std::pair<QString, bool>> painted_;
+};
+
+TEST_F(TableFilesOnScreenTest, WhatIsSaidToBeImportedSurvivesACrash) {
+    const auto file = user_ / "one day.csv";
+    write_whole_file(file, "Zone,Date,Precip\n1," + first_day() + ",3.25\n");
+    const auto state = program_ / "recovery.state";
+    in_modal("frmTableImport", [&](QWidget& window) {
+        const KeptWhenPainted watch{*window.findChild<QLabel*>(QStringLiteral("lblTold")), state};
+        dialogs_.then_file(file);
+        press({"space"});
+        auto* import = window.findChild<QPushButton*>(QStringLiteral("Command1(1)"));
+        EXPECT_TRUE(await([&] { return import->isEnabled(); }));
+        EXPECT_FALSE(exists(state)) << "the basin is unchanged";
+        press({"alt+i"});
+        EXPECT_EQ(told(window), "Imported: 0 new, 1 changed, 0 equal, 0 refused.");
+        EXPECT_TRUE(await([&] { return watch.kept_with("Imported").has_value(); }));
+        EXPECT_EQ(watch.kept_with("Imported"), std::optional{true});
+    });
+    press({"alt+l", "m", "i"});
+    ASSERT_TRUE(await([&] { return modal_windows_seen_ == 1; }));
 }
 
 TEST_F(TableFilesOnScreenTest, WhatAColumnIsIsChosenFromTheListInItsCell) {

@@ -203,6 +203,9 @@ QWidget* frmParameterChange::make_preview() {
     grid_->setAccessibleName(QStringLiteral("Preview"));
     grid_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     grid_->setMinimumHeight(110);
+    // It takes the room that is left. Beside a text that wraps, its preferred height would count as its
+    // minimum, and the window would scroll.
+    grid_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
     set_help(grid_, k_rows_line);
     layout->addWidget(summary_);
     layout->addWidget(grid_, 1);

@@ -319,14 +319,25 @@ void frmTableImport::show_result(const LoadResult& result, bool kept) {
 }
 
 void frmTableImport::load_file() {
-    const auto seen = run(false);
+    const auto seen = check();
     if (!seen || seen->refused > 0) return;
     if (!seen->writes()) return tell(QStringLiteral("Nothing to import: the table has all of these values."));
     if (!results_may_be_lost(session())) return;
     const auto done = run(true);
-    if (!done || !done->writes()) return;
-    loaded_ = true;
-    table_was_loaded(session());
+    if (!done) return;
+    if (done->writes()) {
+        loaded_ = true;
+        table_was_loaded(session());
+        // Rows that the line below calls imported survive a crash from here on.
+        session().desktop.keep_unsaved();
+    }
+    show_result(*done, true);
+}
+
+std::optional<LoadResult> frmTableImport::check() {
+    const auto seen = run(false);
+    if (seen) show_result(*seen, false);
+    return seen;
 }
 
 /// Loads the file, or only says what a load would do. @return nothing if the file as a whole can't be loaded
@@ -351,10 +362,7 @@ std::optional<LoadResult> frmTableImport::run(bool keep) {
         progress.setWindowModality(Qt::WindowModal);
         progress.setMinimumDuration(500);
         BasinDatabase database{session().basin.Work_File, Access::ReadWrite};
-        LoadResult result =
-            load_table(database, watched(bytes_of_file(file_), unknown ? 0 : size, progress), load, keep);
-        show_result(result, keep);
-        return result;
+        return load_table(database, watched(bytes_of_file(file_), unknown ? 0 : size, progress), load, keep);
     } catch (const TableFault& error) {
         fault = to_qt(error.what()) + QLatin1Char('.');
         if (error.line() > 0) fault = QStringLiteral("Line %1: ").arg(error.line()) + fault;

@@ -49,7 +49,7 @@ private:
     [[nodiscard]] bool is_wide() const;
     [[nodiscard]] std::string table() const;
     [[nodiscard]] TableLoad wanted() const;
-    void check() { static_cast<void>(run(false)); }
+    std::optional<LoadResult> check();
     void load_file();
     [[nodiscard]] std::optional<LoadResult> run(bool keep);
     void tell(const QString& text);
