@@ -1,12 +1,12 @@
 // The Python module nivora._core: the calls that the package in python/nivora is made of.
 #include "base/durable_file.h"
+#include "base/program_module.h"
 #include "base/version.h"
 #include "prep/basin_definition.h"
 #include "prep/csv_reader.h"
 #include "prep/table_load.h"
 #include "python/calls.h"
 #include "python/refusal.h"
-#include "search/methods.h"
 #include "store/store_error.h"
 
 #include <fmt/format.h>
@@ -48,8 +48,8 @@ PYBIND11_MODULE(_core, module) {
     });
 
     module.def(
-        "set_search_folder",
-        [](const std::string& folder) { nivora::set_search_folder(nivora::path_from_utf8(folder)); },
+        "set_module_folder",
+        [](const std::string& folder) { nivora::set_module_folder(nivora::path_from_utf8(folder)); },
         py::arg("folder"));
     nivora::add_basin_calls(module);
     nivora::add_run_calls(module);

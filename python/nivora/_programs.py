@@ -31,7 +31,7 @@ def use_search_module():
     """Tells the libraries where the methods of searches are. Without the file a search says what is missing."""
     folder = _folder_with(_SEARCH)
     if folder is not None:
-        _core.set_search_folder(str(folder))
+        _core.set_module_folder(str(folder))
 
 
 @functools.cache

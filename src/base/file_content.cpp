@@ -23,15 +23,28 @@ std::uint64_t mixed(std::uint64_t state, std::uint64_t word) {
 
 void ContentDigest::add(std::string_view block) {
     size_ += block.size();
+    // Four names in the place of an array, and not the member: the compiler keeps them in registers.
+    std::uint64_t first = lanes_[0];
+    std::uint64_t second = lanes_[1];
+    std::uint64_t third = lanes_[2];
+    std::uint64_t fourth = lanes_[3];
     std::array<std::uint64_t, 4> words{};
+    const auto mix = [&] {
+        first = mixed(first, words[0]);
+        second = mixed(second, words[1]);
+        third = mixed(third, words[2]);
+        fourth = mixed(fourth, words[3]);
+    };
     for (; block.size() >= sizeof words; block.remove_prefix(sizeof words)) {
         std::memcpy(words.data(), block.data(), sizeof words);
-        for (std::size_t i = 0; i < words.size(); ++i) lanes_[i] = mixed(lanes_[i], words[i]);
+        mix();
     }
-    if (block.empty()) return;
-    words.fill(0);  // the size tells an end that is filled up from zeros of the file
-    std::memcpy(words.data(), block.data(), block.size());
-    for (std::size_t i = 0; i < words.size(); ++i) lanes_[i] = mixed(lanes_[i], words[i]);
+    if (!block.empty()) {
+        words.fill(0);  // the size tells an end that is filled up from zeros of the file
+        std::memcpy(words.data(), block.data(), block.size());
+        mix();
+    }
+    lanes_ = {first, second, third, fourth};
 }
 
 FileContent ContentDigest::content() const {

@@ -1,4 +1,5 @@
 // The module: pictures and PDF files behind plain functions.
+#include "base/version.h"
 #include "paint/drawn_picture.h"
 #include "paint/font_application.h"
 #include "paint/paint_pages.h"
@@ -26,6 +27,9 @@ constexpr PaintMethods k_methods{.draw = draw, .write_pdf = write_pages};
 }  // namespace nivora
 
 extern "C" {
+
+const char* nivora_module_version();
+const char* nivora_module_version() { return nivora::k_version; }
 
 const nivora::PaintMethods* nivora_paint_methods();
 const nivora::PaintMethods* nivora_paint_methods() { return &nivora::k_methods; }

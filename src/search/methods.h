@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstddef>
-#include <filesystem>
 
 extern "C" {
 
@@ -47,9 +46,6 @@ struct SearchMethods {
     NivoraClimbFunction climb;
     NivoraGenerationsFunction generations;
 };
-
-/// Where the module is, for a program in another folder. Without it the module stands beside the program.
-void set_search_folder(const std::filesystem::path& folder);
 
 /// Loads the module at the first call; it stays loaded.
 /// @throws FileError where it can't be loaded

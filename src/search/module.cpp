@@ -1,4 +1,5 @@
 // The module: pagmo's methods behind plain functions.
+#include "base/version.h"
 #include "search/methods.h"
 
 #include <pagmo/algorithm.hpp>
@@ -82,6 +83,9 @@ void generations(const NivoraGenerations& search) {
 }  // namespace nivora
 
 extern "C" {
+
+const char* nivora_module_version();
+const char* nivora_module_version() { return nivora::k_version; }
 
 void nivora_climb(const NivoraClimb* climb);
 void nivora_climb(const NivoraClimb* climb) { nivora::climb(*climb); }
