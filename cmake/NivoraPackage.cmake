@@ -38,7 +38,7 @@ list(TRANSFORM program_files PREPEND "${NIVORA_PROGRAM_FOLDER}/" OUTPUT_VARIABLE
 
 # For the package.
 install(TARGETS nivora nivora-batch RUNTIME DESTINATION ${place} COMPONENT programs)
-install(TARGETS nivora_search_module nivora_paint_module LIBRARY DESTINATION ${place} COMPONENT programs)
+install(TARGETS nivora_search_module nivora_paint_module nivora_netcdf_module LIBRARY DESTINATION ${place} COMPONENT programs)
 install(FILES "${PROJECT_SOURCE_DIR}/data/desktop/nivora.installed" DESTINATION ${place} COMPONENT programs)
 install(FILES ${program_paths} DESTINATION share/nivora COMPONENT programs)
 install(DIRECTORY "${NIVORA_PROGRAM_FOLDER}/samples" DESTINATION share/nivora COMPONENT programs)
@@ -83,7 +83,7 @@ install(FILES "${PROJECT_SOURCE_DIR}/data/desktop/copyright" "${texts}/changelog
 
 # For the folder that runs from anywhere.
 install(TARGETS nivora nivora-batch RUNTIME DESTINATION nivora COMPONENT folder EXCLUDE_FROM_ALL)
-install(TARGETS nivora_search_module nivora_paint_module LIBRARY DESTINATION nivora COMPONENT folder EXCLUDE_FROM_ALL)
+install(TARGETS nivora_search_module nivora_paint_module nivora_netcdf_module LIBRARY DESTINATION nivora COMPONENT folder EXCLUDE_FROM_ALL)
 install(FILES ${program_paths} "${texts}/${manual_name}" "${PROJECT_SOURCE_DIR}/LICENSE"
     DESTINATION nivora COMPONENT folder EXCLUDE_FROM_ALL)
 install(DIRECTORY "${NIVORA_PROGRAM_FOLDER}/samples" DESTINATION nivora COMPONENT folder EXCLUDE_FROM_ALL)

@@ -70,6 +70,10 @@ struct Texts {
     std::string report;
     std::string table;
     std::string csv;
+    std::string netcdf;
+    std::string exported_simulation;
+    std::string exported_kind;
+    bool exported_forecast = false;
     std::string duplicated;
     std::string renamed;
     std::string other_name;
@@ -196,20 +200,44 @@ int simulations_of(const Texts& texts, const CLI::App& app, BatchDialogs& dialog
 
 CLI::App& add_export(CLI::App& app, Texts& texts) {
     CLI::App& exported = *app.add_subcommand(
-        "export", "Write a table as CSV: UTF-8, a header line, ISO dates, nothing for a missing value");
+        "export",
+        "Write a table as CSV (UTF-8, a header line, ISO dates, nothing for a missing value) or as NetCDF");
     exported.add_option("BASIN.mdb", texts.basin, "Basin file")->required();
     exported
         .add_option("TABLE", texts.table, "SimResults, PhysicalData, a simulation's name, or any other table")
         ->required();
-    exported.add_option("--csv", texts.csv, "File to write")->required();
+    CLI::Option* const csv = exported.add_option("--csv", texts.csv, "CSV file to write");
+    CLI::Option* const netcdf =
+        exported.add_option("--netcdf", texts.netcdf,
+                            "NetCDF file to write, zone by date, for a table with zones and days (CF-1.8)");
+    csv->excludes(netcdf);
+    exported
+        .add_option("--simulation", texts.exported_simulation,
+                    "The results are those of this simulation, which the NetCDF file then tells")
+        ->needs(netcdf);
+    exported
+        .add_option("--kind", texts.exported_kind,
+                    "The results are those of such a run, which the NetCDF file then tells: melt-season or "
+                    "year-round")
+        ->needs(netcdf)
+        ->check(CLI::IsMember({"melt-season", "year-round"}));
+    exported.add_flag("--forecast", texts.exported_forecast, "The run was a forecast")->needs("--kind");
+    exported.callback([csv, netcdf] {
+        if (csv->count() + netcdf->count() == 0) throw CLI::RequiredError("--csv or --netcdf");
+    });
     return exported;
 }
 
 ExportCommand export_of(const Texts& texts) {
-    return {.basin = path_from_utf8(texts.basin),
-            .table = texts.table,
-            .csv = path_from_utf8(texts.csv),
-            .wait = texts.waiting()};
+    return {
+        .basin = path_from_utf8(texts.basin),
+        .table = texts.table,
+        .file = path_from_utf8(texts.netcdf.empty() ? texts.csv : texts.netcdf),
+        .netcdf = !texts.netcdf.empty(),
+        .simulation = texts.exported_simulation,
+        .run = {.forecast = texts.exported_forecast, .index = texts.exported_kind == "year-round" ? 1 : 0},
+        .run_told = !texts.exported_kind.empty(),
+        .wait = texts.waiting()};
 }
 
 CLI::App& add_check(CLI::App& app, Texts& texts) {

@@ -5,6 +5,7 @@
 #include "batch/reported_state.h"
 #include "climate/climate_state.h"
 #include "engine/batch_dialogs.h"
+#include "engine/run_driver.h"
 #include "reports/report_catalogue.h"
 
 #include <chrono>
@@ -103,7 +104,11 @@ struct SimulationNameCommand {
 struct ExportCommand {
     std::filesystem::path basin;
     std::string table;
-    std::filesystem::path csv;
+    std::filesystem::path file;
+    bool netcdf = false;     ///< otherwise CSV
+    std::string simulation;  ///< whose results they are, for NetCDF; empty: not told
+    RunChoice run;           ///< that made them, if a simulation is told
+    bool run_told = false;
     std::chrono::milliseconds wait = k_usual_wait;
 };
 
@@ -134,7 +139,7 @@ int report_command(const ReportCommand& command, BatchDialogs& dialogs);
 /// command changes nothing.
 int scenario_command(const ScenarioCommand& command, BatchDialogs& dialogs, std::ostream& out);
 
-/// Writes a table as CSV.
+/// Writes a table as CSV or NetCDF.
 int export_command(const ExportCommand& command, BatchDialogs& dialogs);
 
 /// Looks through the daily variables, and prints what is likely to be wrong. Findings are no refusal.
