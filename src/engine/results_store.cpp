@@ -2,15 +2,23 @@
 
 #include "store/table_io.h"
 
-#include <cstring>
+#include <bit>
+#include <concepts>
+#include <cstdint>
 
 namespace nivora {
 namespace {
 
-/// Unlike ==, the same missing values are equal, and the two zeros are not.
-template <typename Value>
-bool same_bytes(const Value& a, const Value& b) {
-    return std::memcmp(&a, &b, sizeof(Value)) == 0;
+/// Unlike ==, missing values are equal to each other, and the two zeros are not.
+bool same_bits(float a, float b) {
+    return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b);
+}
+bool same_bits(double a, double b) {
+    return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
+}
+template <std::integral Whole>
+bool same_bits(Whole a, Whole b) {
+    return a == b;
 }
 
 }  // namespace
@@ -27,7 +35,7 @@ void ResultsReplacement::commit(const SimResults& results) {
         int position = 0;
         SimResults::visit(results, [&](const auto& column) {
             // Most parameters, and what is missing, stay the same from day to day.
-            if (row == 0 || !same_bytes(column[row], column[row - 1])) writer.set(position, column[row]);
+            if (row == 0 || !same_bits(column[row], column[row - 1])) writer.set(position, column[row]);
             ++position;
         });
         writer.add();
