@@ -81,6 +81,18 @@ install(FILES "${texts}/zsh/_nivora" "${texts}/zsh/_nivora-batch" DESTINATION sh
 install(FILES "${PROJECT_SOURCE_DIR}/data/desktop/copyright" "${texts}/changelog.gz" "${texts}/NEWS.md.gz"
     DESTINATION share/doc/nivora COMPONENT programs)
 
+# The Python package, for Debian's own Python.
+if(TARGET nivora_python_module)
+    set(python_place lib/python3/dist-packages/nivora)
+    install(TARGETS nivora_python_module LIBRARY DESTINATION ${python_place} COMPONENT python)
+    install(DIRECTORY "${PROJECT_SOURCE_DIR}/python/nivora/" DESTINATION ${python_place} COMPONENT python
+        FILES_MATCHING PATTERN "*.py" PATTERN "*.pyi" PATTERN "py.typed" PATTERN "__pycache__" EXCLUDE)
+    install(DIRECTORY "${PROJECT_SOURCE_DIR}/python/examples" DESTINATION share/doc/python3-nivora COMPONENT python
+        FILES_MATCHING PATTERN "*.py")
+    install(FILES "${PROJECT_SOURCE_DIR}/data/desktop/copyright" "${texts}/changelog.gz"
+        DESTINATION share/doc/python3-nivora COMPONENT python)
+endif()
+
 # For the folder that runs from anywhere.
 install(TARGETS nivora nivora-batch RUNTIME DESTINATION nivora COMPONENT folder EXCLUDE_FROM_ALL)
 install(TARGETS nivora_search_module nivora_paint_module nivora_netcdf_module LIBRARY DESTINATION nivora COMPONENT folder EXCLUDE_FROM_ALL)
@@ -107,6 +119,9 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(CPACK_COMPONENTS_ALL programs)
+if(TARGET nivora_python_module)
+    list(APPEND CPACK_COMPONENTS_ALL python)
+endif()
 set(CPACK_COMPONENTS_GROUPING ONE_PER_GROUP)
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
@@ -116,6 +131,18 @@ set(CPACK_DEBIAN_PROGRAMS_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PROGRAMS_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PROGRAMS_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PROGRAMS_PACKAGE_RECOMMENDS "fonts-dejavu-core, xdg-utils")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-nivora)
+set(CPACK_DEBIAN_PYTHON_DESCRIPTION "snowmelt runoff of mountain basins (Python 3)
+Basins, runs and studies of Nivora in Python: daily values as pandas frames,
+results as xarray datasets, calibration, samples and responses on all cores
+or on a cluster of Dask.")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PYTHON_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
+    "python3 (>= 3.11), python3 (<< 3.12), python3-numpy, nivora (= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_RECOMMENDS "python3-pandas, python3-xarray")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS "python3-distributed")
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION TRUE)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)

@@ -23,8 +23,6 @@ import shutil
 import nivora
 import pandas
 
-SAMPLE = pathlib.Path(nivora.__file__).resolve().parents[2] / "samples" / "ellervane.mdb"
-
 
 def make_tables(sample):
     """Writes station.csv and snow.csv."""
@@ -44,7 +42,7 @@ def make_tables(sample):
     snow.to_csv("snow.csv")
 
 
-make_tables(SAMPLE)
+make_tables(nivora.sample_basin())
 print(pathlib.Path("station.csv").read_text()[:80])
 print(pathlib.Path("snow.csv").read_text()[:90])
 

@@ -20,6 +20,7 @@ Studies on many machines are in `nivora.cluster`.
 from . import _core
 from ._basin import Basin, Evaluation, Fields, Picture, Run, RunError, new, open
 from ._core import FileError, RefusedError, StoreError, TableError
+from ._programs import sample_basin
 from ._study import Calibration, Response, ResponseStudy, Sample, Study
 
 __version__ = _core.version
@@ -41,4 +42,5 @@ __all__ = [
     "TableError",
     "new",
     "open",
+    "sample_basin",
 ]

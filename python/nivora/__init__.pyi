@@ -1,5 +1,6 @@
 import datetime
 import os
+import pathlib
 from collections.abc import Callable, Iterable, Iterator, Mapping, MutableMapping, Sequence
 from typing import Any, Literal
 
@@ -27,6 +28,7 @@ class RunError(Exception):
     def __init__(self, run: Run | Evaluation) -> None: ...
 
 def open(path: _Path) -> Basin: ...
+def sample_basin() -> pathlib.Path: ...
 def new(path: _Path, definition: Mapping[str, Any] | _Path) -> Basin: ...
 
 class Basin:

@@ -50,6 +50,18 @@ def batch_program():
     return program
 
 
+def sample_basin():
+    """The path of the sample basin that comes with the programs. Copy it before you change it.
+
+    Raises FileError where the programs are not installed.
+    """
+    name = os.path.join("samples", "ellervane.mdb")
+    folder = _folder_with(name)
+    if folder is None:
+        raise _core.FileError("The sample basin comes with the programs, and these were not found.")
+    return folder / name
+
+
 def picture(arguments):
     """The bytes of a PNG file that the batch program draws. Raises RefusedError with what it says."""
     program = batch_program()
