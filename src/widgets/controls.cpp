@@ -2,7 +2,9 @@
 
 #include "widgets/nivora_window.h"
 #include "widgets/qt_text.h"
+#include "widgets/undo_keys.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -20,6 +22,16 @@ public:
         setObjectName(QStringLiteral("UpDown1"));
         lineEdit()->setObjectName(QStringLiteral("Text1"));
         lineEdit()->setAccessibleName(QStringLiteral("Zone"));
+    }
+
+    /// The keys of undo are the window's, unless a number is being typed.
+    bool event(QEvent* event) override {
+        if (event->type() == QEvent::ShortcutOverride && UndoKeys::is_key(*static_cast<QKeyEvent*>(event)) &&
+            lineEdit()->text() == textFromValue(value())) {
+            event->ignore();
+            return true;
+        }
+        return QSpinBox::event(event);
     }
 
 protected:

@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
+#include <QSpinBox>
 
 namespace nivora {
 namespace {
@@ -94,6 +95,33 @@ TEST_F(UndoOnScreenTest, TheDailyEditorSelectsWhatItTakesBack) {
         EXPECT_EQ(grid.block().last_column, 1);
         EXPECT_EQ(drawn_points(picture_of_cell(grid, 1, 1)) > 10, true) << "the value is painted again";
         press({"Escape"});  // nothing is left to lose: no question
+        EXPECT_FALSE(window.isVisible());
+    });
+    choose("mnuDataOpt(5)");
+    EXPECT_EQ(modal_windows_seen_, 1);
+    EXPECT_TRUE(dialogs_.messages().empty());
+}
+
+TEST_F(UndoOnScreenTest, UndoLeadsBackFromAZoneWhoseNumberWasTyped) {
+    click_cell(simulations(), 1, 0);
+    in_modal("frmData", [&](QWidget& window) {
+        GridView& grid = *window.findChild<GridView*>(QStringLiteral("Spread"));
+        auto& zone = *window.findChild<QSpinBox*>(QStringLiteral("UpDown1"));
+        const std::string before = whole(grid, 1, 2);
+        click_cell(grid, 0, 1);
+        press({"ctrl+x"});
+        EXPECT_EQ(whole(grid, 1, 2), "0");
+        click(zone, {10, zone.height() / 2});
+        press({"ctrl+a", "3", "Return"});
+        EXPECT_EQ(zone.value(), 3);
+        press({"ctrl+a", "2", "ctrl+z"});
+        EXPECT_EQ(from_qt(zone.text()), "3") << "the keys take back what is typed and not entered";
+        EXPECT_EQ(zone.value(), 3);
+        press({"ctrl+z"});
+        EXPECT_EQ(zone.value(), 1) << "the edit was in zone 1";
+        EXPECT_EQ(from_qt(zone.text()), "1");
+        EXPECT_EQ(whole(grid, 1, 2), before);
+        press({"alt+c"});
         EXPECT_FALSE(window.isVisible());
     });
     choose("mnuDataOpt(5)");
