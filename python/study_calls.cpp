@@ -441,6 +441,7 @@ void add_study_calls(py::module_& module) {
     module.attr("objectives") = objective_names();
     module.attr("band_shares") = py::cast(std::vector<double>(k_band_shares.begin(), k_band_shares.end()));
     module.def("usual_threads", &usual_threads);
+    module.attr("most_threads") = k_most_threads;
     module.def("sensitivity", &sensitivity_indices, py::arg("values"), py::arg("dimensions"));
     module.def("keep_rule", &keep_rule, py::arg("text"));
     add_study(module);

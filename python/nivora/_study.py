@@ -1,6 +1,7 @@
 """Studies: many runs of a basin in memory, which leave the file as it is."""
 
 import datetime as _datetime
+import operator as _operator
 import os as _os
 import tempfile as _tempfile
 
@@ -9,10 +10,27 @@ from ._basin import USUAL_WAIT, Basin, dates_of
 
 _MOST_CHANGES = 200
 _CHUNK = 20_000
+_MOST_RUNS = 100_000_000
+_MOST_SEED = 2**32 - 1
+
+
+def whole_number(name, number, least, most):
+    """A whole number within its bounds, also one of numpy."""
+    try:
+        value = _operator.index(number)
+    except TypeError:
+        value = None
+    if value is None or not least <= value <= most:
+        raise ValueError(f"{name} is {number!r}; it has to be a whole number from {least} to {most}")
+    return value
 
 
 def _threads(threads):
-    return _core.usual_threads() if threads is None else int(threads)
+    return _core.usual_threads() if threads is None else whole_number("threads", threads, 1, _core.most_threads)
+
+
+def _seed(seed):
+    return whole_number("seed", seed, 0, _MOST_SEED)
 
 
 def _counted(progress, whole, before=0):
@@ -219,10 +237,10 @@ class Study(_Travelling):
 
     def _search(self, evaluations, seed, lanes, threads=None, progress=None):
         _programs.use_search_module()
-        _at_least_one("evaluations", evaluations)
+        evaluations = whole_number("evaluations", evaluations, 1, _MOST_RUNS)
         found = self._handle.search(
             evaluations=evaluations,
-            seed=seed,
+            seed=_seed(seed),
             threads=_threads(threads),
             lanes=lanes,
             progress=_counted(progress, evaluations),
@@ -232,7 +250,8 @@ class Study(_Travelling):
     def sample(self, runs=10_000, *, seed=1, sensitivity=False, keep=(), threads=None, progress=None):
         """Runs the model many times over the ranges: a `Sample`.
 
-        runs         their number; with sensitivity as many whole groups as it holds
+        runs         their number; with sensitivity as many whole groups as it holds. They stay in memory, some 250 bytes
+                     each
         sensitivity  whether the runs are chosen so that they give sensitivity indices
         keep         rules such as "KGE>0.7" that a kept run reaches; without a rule all are kept that have a discharge
 
@@ -253,24 +272,27 @@ def _texts(name, texts):
     return [str(text) for text in texts]
 
 
-def _at_least_one(name, number):
-    if not isinstance(number, int) or number < 1:
-        raise ValueError(f"{name} is {number!r}; it has to be a whole number, at least 1")
-
-
 class SamplePlan:
     """The runs of a sample, which can be computed in pieces anywhere."""
 
     def __init__(self, study, runs, seed, sensitivity):
-        _at_least_one("runs", runs)
+        self.asked = whole_number("runs", runs, 1, _MOST_RUNS)
+        self.seed = _seed(seed)
         self.study = study
         self.handle = study._all_measures()
-        self.asked = runs
-        self.seed = seed
         self.sensitivity = bool(sensitivity)
-        self.runs, group = self.handle.sample_size(runs, seed, self.sensitivity)
+        self.runs, group = self.handle.sample_size(self.asked, self.seed, self.sensitivity)
         if self.sensitivity and self.runs // group < 2:
             raise ValueError(f"with sensitivity the runs stand in groups of {group}: at least {2 * group} are needed")
+
+    def __getstate__(self):
+        state = dict(self.__dict__)
+        del state["handle"]
+        return state
+
+    def __setstate__(self, state):
+        self.__dict__.update(state)
+        self.handle = self.study._all_measures()
 
     @property
     def arguments(self):

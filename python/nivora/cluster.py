@@ -25,7 +25,7 @@ import weakref
 
 from . import _core
 from . import _programs
-from ._study import Response, Sample, SamplePlan, _at_least_one, _texts, _write
+from ._study import _MOST_RUNS, Response, Sample, SamplePlan, _seed, _texts, _write, whole_number
 
 #: A chunk is meant to take this long on a worker: long against the milliseconds that a task costs, and short enough
 #: that little is lost with a worker.
@@ -70,7 +70,7 @@ def calibrate(study, client, evaluations=5000, *, seed=1, folder=None, progress=
     objectives are one lane, which uses all threads of its worker. `client` and `folder` are those of `sample`;
     `progress` counts evaluations as their lanes come.
     """
-    _at_least_one("evaluations", evaluations)
+    evaluations, seed = whole_number("evaluations", evaluations, 1, _MOST_RUNS), _seed(seed)
     _programs.use_search_module()
     with _told_loss():
         _check_versions(client)

@@ -1,5 +1,6 @@
 """Studies of the Python package have the numbers, the files and the refusals of the batch program."""
 
+import copy
 import datetime
 import json
 import os
@@ -151,9 +152,16 @@ class RefusedTest(WithStudy):
         with self.assertRaises(nivora.StoreError):
             nivora.Study(self.folder / "none.mdb", SIMULATION, free=FREE)
         study = self.study(fit=(datetime.date(1998, 4, 1), datetime.date(1998, 9, 30)))
-        for runs in (0, -1, 1.5):
-            with self.assertRaisesRegex(ValueError, "at least 1"):
+        for runs in (0, -1, 1.5, "5", 10**9):
+            with self.assertRaisesRegex(ValueError, "^runs is .*a whole number from 1 to 100000000"):
                 study.sample(runs)
+        for name, wrong in (("seed", -1), ("seed", 2**32), ("threads", 0), ("threads", 1025), ("threads", 1.5)):
+            for call in (study.sample, study.calibrate):
+                with self.assertRaisesRegex(ValueError, f"^{name} is {wrong}"):
+                    call(5, **{name: wrong})
+        with self.assertRaisesRegex(ValueError, "^evaluations is 0"):
+            study.calibrate(0)
+        self.assertEqual(len(study.sample(numpy.int64(5), seed=numpy.uint8(3), threads=numpy.int32(2)).runs), 5)
         with self.assertRaisesRegex(ValueError, "such as KGE>0.7"):
             study.sample(5, keep=["KGE"])
         with self.assertRaisesRegex(ValueError, "2 ranges, but 1"):
@@ -214,6 +222,18 @@ class TravelTest(WithStudy):
         self.file.unlink()
         there = pickle.loads(content)
         self.assertTrue(there.sample(30).runs.equals(here))
+
+    def test_results_can_be_pickled_and_copied(self):
+        study = self.study()
+        sample, found = study.sample(30, keep=["KGE>0"]), study.calibrate(60)
+        response = nivora.ResponseStudy(
+            self.file, SIMULATION, winter_end="1998-03-31", temperature=[1], precipitation=[1]
+        ).evaluate()
+        for again in (pickle.loads(pickle.dumps((sample, found, response))), copy.deepcopy((sample, found, response))):
+            self.assertTrue(again[0].kept.equals(sample.kept))
+            self.assertTrue(again[0].bands().equals(sample.bands()))
+            self.assertTrue(again[1].sets.equals(found.sets))
+            self.assertTrue(again[2].table.equals(response.table))
 
     def test_a_basin_that_changed_meanwhile_is_refused(self):
         study = self.study()
