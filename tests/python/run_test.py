@@ -2,6 +2,7 @@
 
 import csv
 import json
+import signal
 import subprocess
 import sys
 import threading
@@ -218,8 +219,8 @@ class LoadTest(WithBasin):
         )
         self.assertEqual(done.returncode, 0, done.stderr)
 
-    def test_other_threads_go_on_while_a_call_waits(self):
-        # Locks of a file count between processes only.
+    def hold(self):
+        """Another process that holds the basin: locks of a file count between processes only."""
         holder = subprocess.Popen(
             [
                 sys.executable,
@@ -234,28 +235,58 @@ class LoadTest(WithBasin):
             stdin=subprocess.PIPE,
             stdout=subprocess.PIPE,
         )
-        basin = nivora.Basin.__new__(nivora.Basin)
-        basin.path = str(self.file)
-        try:
-            self.assertEqual(holder.stdout.readline(), b"held\n")
-            refusals = []
+        self.addCleanup(holder.stdout.close)
+        self.addCleanup(holder.wait)
+        self.addCleanup(holder.stdin.close)
+        self.assertEqual(holder.stdout.readline(), b"held\n")
+        return holder
 
-            def call():
-                try:
-                    basin.run(SIMULATION, wait=0.5)
-                except nivora.StoreError as error:
-                    refusals.append(error)
+    def test_other_threads_go_on_while_a_call_waits(self):
+        basin = nivora.open(self.file)
+        self.hold()
+        refusals = []
 
-            waiting = threading.Thread(target=call)
-            waiting.start()
-            steps = 0
-            while waiting.is_alive():
-                time.sleep(0.005)
-                steps += 1
-            self.assertEqual(len(refusals), 1)
-            self.assertGreater(steps, 5)
-        finally:
-            holder.communicate()
+        def call():
+            try:
+                basin.run(SIMULATION, wait=1.2)
+            except nivora.StoreError as error:
+                refusals.append(error)
+
+        waiting = threading.Thread(target=call)
+        waiting.start()
+        steps = 0
+        while waiting.is_alive():
+            time.sleep(0.005)
+            steps += 1
+        self.assertEqual(len(refusals), 1)
+        self.assertIn("did not finish within 1 seconds", str(refusals[0]))
+        self.assertGreater(steps, 20)
+
+    def test_a_call_goes_on_when_the_other_program_has_finished(self):
+        basin = nivora.open(self.file)
+        holder = self.hold()
+        threading.Timer(0.5, holder.stdin.close).start()
+        self.assertTrue(basin.run(SIMULATION, wait=30).completed)
+
+    def test_ctrl_c_ends_the_waiting(self):
+        script = (
+            "import nivora, sys\n"
+            "basin = nivora.Basin.__new__(nivora.Basin)\n"
+            "basin.path = sys.argv[1]\n"
+            "print('begun', flush=True)\n"
+            "try:\n"
+            "    basin.run('ellervane-1996', wait=60)\n"
+            "except KeyboardInterrupt:\n"
+            "    print('ended')\n"
+        )
+        self.hold()
+        process = subprocess.Popen([sys.executable, "-c", script, self.file], stdout=subprocess.PIPE, text=True)
+        self.addCleanup(process.kill)
+        self.assertEqual(process.stdout.readline(), "begun\n")
+        time.sleep(0.5)
+        process.send_signal(signal.SIGINT)
+        out, _ = process.communicate(timeout=20)
+        self.assertEqual(out, "ended\n")
 
 
 if __name__ == "__main__":
