@@ -66,11 +66,11 @@ public:
         });
     }
 
-    /// The same study with other measures. @throws Refusal
-    [[nodiscard]] std::unique_ptr<StudyHandle> with_objectives(const std::vector<std::string>& names) const {
+    /// The same study with other measures, which are only reported. @throws Refusal
+    [[nodiscard]] std::unique_ptr<StudyHandle> with_reported(const std::vector<std::string>& names) const {
         std::ostringstream report;
         BatchDialogs dialogs{report, false};
-        auto problem = nivora::with_objectives(*problem_, names, dialogs);
+        auto problem = nivora::with_reported(*problem_, names, dialogs);
         if (!problem) throw Refusal(dialogs.messages());
         return std::unique_ptr<StudyHandle>(new StudyHandle(command_, std::move(problem)));
     }
@@ -324,7 +324,7 @@ void add_study(py::module_& module) {
                                })
         .def_property_readonly("digest",
                                [](const StudyHandle& study) { return study_digest(study.problem()); })
-        .def("with_objectives", &StudyHandle::with_objectives, py::arg("names"))
+        .def("with_reported", &StudyHandle::with_reported, py::arg("names"))
         .def_property_readonly("dimensions",
                                [](const StudyHandle& study) { return study.problem().dimensions(); })
         .def_property_readonly(

@@ -206,7 +206,7 @@ class Study(_Travelling):
 
     def _all_measures(self):
         """The same study with all measures, which a sample reports."""
-        return self._handle.with_objectives(_core.objectives)
+        return self._handle.with_reported(_core.objectives)
 
     def evaluate(self, numbers):
         """Runs the model with a number for each range: (flow, fit, check).

@@ -44,7 +44,9 @@ public:
             by_objective_.resize(values.size());
             by_objective_[i].push_back(values[i]);
         }
-        if (!values.front()) ++failed_;
+        const bool none =
+            std::none_of(values.begin(), values.end(), [](const auto& value) { return value.has_value(); });
+        if (none) ++failed_;
         if (keeps_run(problem_, rules_, values)) kept_.push_back(index);
     }
 
@@ -303,6 +305,7 @@ SampleCommand SampleOptions::command(std::chrono::milliseconds wait) const {
     SampleCommand command;
     command.study = study_of(texts_->study, wait);
     command.study.objectives = all_objectives();
+    command.study.reported_only = true;
     command.runs = texts_->runs;
     const SampleShare share = read_share(texts_->share).value_or(SampleShare{});
     command.part = share.number;

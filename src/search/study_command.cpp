@@ -112,11 +112,12 @@ std::optional<std::vector<const Objective*>> read_objectives(const std::vector<s
 }
 
 /// Why the measured discharge of the fit days has no such measure; empty if it may have.
-std::string measured_problem(const StudyProblem& problem) {
+std::string measured_problem(const StudyProblem& problem, bool reported_only) {
     const std::vector<double>& measured = problem.fit_days().measured;
     if (measured.empty())
         return "None of the days to fit has a measured discharge. Choose other days with --fit.";
-    if (std::any_of(measured.begin(), measured.end(), [&](double q) { return q != measured.front(); }))
+    if (reported_only ||
+        std::any_of(measured.begin(), measured.end(), [&](double q) { return q != measured.front(); }))
         return {};
     for (const Objective* objective : problem.objectives()) {
         if (objective->best == 1.0) {
@@ -131,9 +132,9 @@ std::string measured_problem(const StudyProblem& problem) {
 
 std::unique_ptr<const StudyProblem> checked_problem(std::vector<StudyCase> cases,
                                                     std::vector<const Objective*> objectives,
-                                                    BatchDialogs& dialogs) {
+                                                    bool reported_only, BatchDialogs& dialogs) {
     auto problem = std::make_unique<const StudyProblem>(std::move(cases), std::move(objectives));
-    if (const std::string text = measured_problem(*problem); !text.empty()) {
+    if (const std::string text = measured_problem(*problem, reported_only); !text.empty()) {
         dialogs.report_problem(k_wrong_option, text);
         return nullptr;
     }
@@ -161,14 +162,14 @@ std::unique_ptr<const StudyProblem> study_problem_or_throw(const StudyCommand& c
     if (!chosen) return nullptr;
     auto cases = read_cases(command, dialogs);
     if (!cases) return nullptr;
-    return checked_problem(std::move(*cases), std::move(*chosen), dialogs);
+    return checked_problem(std::move(*cases), std::move(*chosen), command.reported_only, dialogs);
 }
 
-std::unique_ptr<const StudyProblem> with_objectives(const StudyProblem& problem,
-                                                    const std::vector<std::string>& names,
-                                                    BatchDialogs& dialogs) {
+std::unique_ptr<const StudyProblem> with_reported(const StudyProblem& problem,
+                                                  const std::vector<std::string>& names,
+                                                  BatchDialogs& dialogs) {
     auto chosen = read_objectives(names, dialogs);
-    return chosen ? checked_problem(problem.cases(), std::move(*chosen), dialogs) : nullptr;
+    return chosen ? checked_problem(problem.cases(), std::move(*chosen), true, dialogs) : nullptr;
 }
 
 std::unique_ptr<const StudyProblem> study_problem(const StudyCommand& command, BatchDialogs& dialogs) {

@@ -27,6 +27,9 @@ struct StudyCommand {
     std::vector<std::string> objectives;
     std::optional<Period> fit;    ///< of the first simulation; its whole period if not given
     std::optional<Period> check;  ///< of the first simulation
+    /// The objectives are only reported: one that the measured discharge does not have is no reason to
+    /// refuse.
+    bool reported_only = false;
     bool no_snow = false;
     unsigned threads = 1;
     unsigned seed = 1;
@@ -41,10 +44,10 @@ struct StudyCommand {
 [[nodiscard]] std::unique_ptr<const StudyProblem> study_problem_or_throw(const StudyCommand& command,
                                                                          BatchDialogs& dialogs);
 
-/// The same simulations, ranges and days with other measures; null after a report.
-[[nodiscard]] std::unique_ptr<const StudyProblem> with_objectives(const StudyProblem& problem,
-                                                                  const std::vector<std::string>& names,
-                                                                  BatchDialogs& dialogs);
+/// The same simulations, ranges and days with other measures, which are only reported; null after a report.
+[[nodiscard]] std::unique_ptr<const StudyProblem> with_reported(const StudyProblem& problem,
+                                                                const std::vector<std::string>& names,
+                                                                BatchDialogs& dialogs);
 
 /// The options that decide what is computed, in one line.
 [[nodiscard]] std::string study_options_line(const StudyProblem& problem, const StudyCommand& command,

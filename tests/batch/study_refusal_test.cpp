@@ -12,6 +12,7 @@ namespace nivora {
 namespace {
 
 using testing::HasSubstr;
+using testing::Not;
 using RefusalJson = nlohmann::json;
 
 class StudyRefusals : public StudyFolder {
@@ -80,8 +81,19 @@ TEST_F(StudyRefusals, WithoutAMeasuredDayThereIsNothingToFit) {
 TEST_F(StudyRefusals, AConstantMeasuredDischargeHasNoEfficiency) {
     for (const char* value : {"5", "0"}) {
         measure_runoff(value);
-        expect_both_refused(k_range, "is not defined. Choose other days with --fit.");
+        const auto results = searched(k_range);
+        expect_refused(results[0], "is not defined. Choose other days with --fit.");
+        // A sample only reports its measures: those that there are.
+        EXPECT_EQ(results[1].status, 0) << results[1].err;
+        EXPECT_THAT(results[1].out, HasSubstr("20 of 20 runs, 20 kept\n"));
+        EXPECT_THAT(results[1].out,
+                    HasSubstr("KGE                              -             -             -\n"));
+        EXPECT_THAT(results[1].out, Not(HasSubstr("RMSE                             -")));
     }
+    expect_refused(study("calibrate", {"--free", k_range, "--objective", "RMSE", "--objective", "NSE"}),
+                   "so that 'NSE' is not defined");
+    EXPECT_EQ(study("calibrate", {"--free", k_range, "--objective", "RMSE", "--evaluations", "20"}).status,
+              0);
 }
 
 TEST_F(StudyRefusals, ZerosUnderALogarithmAreLifted) {
