@@ -180,6 +180,33 @@ py::dict found_dict(const FoundSets& found) {
     return result;
 }
 
+/// The costs of a lane, a row for each evaluation: as one array, since many small lists would keep the
+/// collector of Python busy.
+using LaneArray = py::array_t<double, py::array::c_style | py::array::forcecast>;
+
+LaneArray lane_array(const StudyJournal::Costs& costs, std::size_t objectives) {
+    LaneArray rows({static_cast<py::ssize_t>(costs.size()), static_cast<py::ssize_t>(objectives)});
+    auto cells = rows.mutable_unchecked<2>();
+    for (py::ssize_t row = 0; row < cells.shape(0); ++row) {
+        for (py::ssize_t i = 0; i < cells.shape(1); ++i)
+            cells(row, i) = costs[static_cast<std::size_t>(row)][static_cast<std::size_t>(i)];
+    }
+    return rows;
+}
+
+std::vector<StudyJournal::Costs> lanes_of(const std::vector<LaneArray>& arrays, std::size_t objectives) {
+    std::vector<StudyJournal::Costs> lanes(arrays.size());
+    for (std::size_t lane = 0; lane < arrays.size(); ++lane) {
+        const LaneArray& rows = arrays[lane];
+        if (rows.size() == 0) continue;
+        if (rows.ndim() != 2 || static_cast<std::size_t>(rows.shape(1)) != objectives)
+            throw py::value_error("a lane has a row for each evaluation and a column for each objective");
+        for (py::ssize_t row = 0; row < rows.shape(0); ++row)
+            lanes[lane].emplace_back(rows.data(row), rows.data(row) + rows.shape(1));
+    }
+    return lanes;
+}
+
 FoundSets searched(const StudyHandle& study, const SearchOptions& options, unsigned threads,
                    std::optional<std::vector<StudyJournal::Costs>> lanes, const py::object& progress) {
     return long_call(progress, [&](const SearchWatch& watch) {
@@ -370,17 +397,20 @@ void add_study(py::module_& module) {
                 const SearchOptions options{.evaluations = evaluations, .seed = seed};
                 if (lane >= search_lanes(study.problem(), options))
                     throw py::value_error("there is no such lane");
-                return long_call(progress, [&](const SearchWatch& watch) {
+                const auto costs = long_call(progress, [&](const SearchWatch& watch) {
                     StudyPool pool{threads};
                     return lane_costs(study.problem(), options, lane, pool, watch);
                 });
+                return lane_array(costs, study.problem().objectives().size());
             },
             py::arg("lane"), py::kw_only(), py::arg("evaluations"), py::arg("seed"), py::arg("threads"),
             py::arg("progress"))
         .def(
             "search",
             [](const StudyHandle& study, std::size_t evaluations, unsigned seed, unsigned threads,
-               std::optional<std::vector<StudyJournal::Costs>> lanes, const py::object& progress) {
+               const std::optional<std::vector<LaneArray>>& arrays, const py::object& progress) {
+                std::optional<std::vector<StudyJournal::Costs>> lanes;
+                if (arrays) lanes = lanes_of(*arrays, study.problem().objectives().size());
                 const SearchOptions options{.evaluations = evaluations, .seed = seed};
                 if (lanes && lanes->size() != search_lanes(study.problem(), options))
                     throw py::value_error("these are not the lanes of this search");

@@ -157,7 +157,7 @@ def _chunk(content, name, version, plan, first, behind):
 
 
 def _lane(content, name, version, lane, evaluations, seed, threads):
-    """The costs of a lane's evaluations."""
+    """The costs of a lane's evaluations, a row for each of them."""
     study = _study_here(content, name, version)
     _programs.use_search_module()
     return study._handle.lane_costs(lane, evaluations=evaluations, seed=seed, threads=threads, progress=None)
@@ -400,12 +400,15 @@ class _Lanes:
         return self._folder / f"lane-{lane:02d}.json"
 
     def _read(self):
+        import numpy
+
         for lane in range(self._count):
             if not self._file(lane).is_file():
                 continue
             try:
                 stored = _json.loads(self._file(lane).read_text(encoding="utf-8"))
                 title, costs = stored["title"], stored["costs"]
+                costs = numpy.array(costs, dtype=float).reshape(len(costs), len(self._study.objectives))
             except (ValueError, KeyError, TypeError):
                 raise _core.RefusedError(f"The file {self._file(lane)} is damaged. Delete it.") from None
             if title != _json.loads(_json.dumps(self._title)):
@@ -418,7 +421,7 @@ class _Lanes:
     def _add(self, lane, costs):
         if self._folder is not None:
             # Python writes floats with the digits that give their bits back.
-            _write(self._file(lane), (_json.dumps({"title": self._title, "costs": costs}),))
+            _write(self._file(lane), (_json.dumps({"title": self._title, "costs": costs.tolist()}),))
         self._found[lane] = costs
 
     def costs(self):

@@ -12,6 +12,7 @@ import unittest
 
 import nivora
 import nivora.cluster
+import numpy
 from distributed import Client
 from support import SIMULATION, WithBasin, batch
 
@@ -131,6 +132,14 @@ class EqualTest(WithCluster):
                 self.assertTrue(there.sets.equals(here.sets))
                 self.assertEqual(there.evaluations, here.evaluations)
                 self.assertEqual(len(list(folder.iterdir())), lanes)
+                # A lane that is missing is walked again, the others are taken from their files.
+                (folder / "lane-00.json").unlink()
+                told = []
+                again = nivora.cluster.calibrate(
+                    study, client, evaluations, seed=2, folder=folder, progress=lambda *counts: told.append(counts)
+                )
+                self.assertTrue(again.sets.equals(here.sets))
+                self.assertEqual(told, [(evaluations if lanes > 1 else here.evaluations, evaluations)])
 
 
 class LossTest(WithCluster):
@@ -270,14 +279,16 @@ class PartsTest(WithBasin):
         study = nivora.Study(self.file, SIMULATION, free=FREE)
         folder = self.folder / "lanes"
         lanes = nivora.cluster._Lanes(None, study, 2000, 1, folder, None)
-        lanes._add(1, [[0.1], [1.0 / 3.0]])
+        lanes._add(1, numpy.array([[0.1], [1.0 / 3.0]]))
         again = nivora.cluster._Lanes(None, study, 2000, 1, folder, None)
-        self.assertEqual(again._found, {1: [[0.1], [1.0 / 3.0]]})
+        self.assertEqual({lane: costs.tolist() for lane, costs in again._found.items()}, {1: [[0.1], [1.0 / 3.0]]})
         with self.assertRaisesRegex(nivora.RefusedError, "another search"):
             nivora.cluster._Lanes(None, study, 2000, 2, folder, None)
-        (folder / "lane-01.json").write_text("{", encoding="utf-8")
-        with self.assertRaisesRegex(nivora.RefusedError, "damaged"):
-            nivora.cluster._Lanes(None, study, 2000, 1, folder, None)
+        file = folder / "lane-01.json"
+        for damaged in ("{", "[]", file.read_text(encoding="utf-8").replace("[0.1]", "[0.1, 2]")):
+            file.write_text(damaged, encoding="utf-8")
+            with self.assertRaisesRegex(nivora.RefusedError, "damaged"):
+                nivora.cluster._Lanes(None, study, 2000, 1, folder, None)
 
 
 if __name__ == "__main__":
