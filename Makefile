@@ -68,7 +68,7 @@ screenshots: build ## draw every window into build/screenshots, at 96 and at 192
 	cmake --build --preset release --target nivora_screenshots -j $(JOBS)
 	set -e; for scale in 1 2; do \
 	    folder=build/screenshots/$$((scale * 96)); \
-	    export QT_QPA_PLATFORM=offscreen QT_SCALE_FACTOR=$$scale; \
+	    export QT_QPA_PLATFORM=offscreen:configfile=tools/screenshots/screen.json QT_SCALE_FACTOR=$$scale; \
 	    build/release/tools/screenshots/nivora_screenshots $$folder; \
 	    build/release/tools/screenshots/nivora_screenshots $$folder-dark dark; \
 	done

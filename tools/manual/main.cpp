@@ -1,20 +1,25 @@
 // Typesets the users manual: nivora_manual <manual.pdf> <folder of pictures> <chapter.md>...
+// The same chapters and pictures give the same bytes, since a package holds the manual.
 
 #include <QAbstractTextDocumentLayout>
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QHashSeed>
 #include <QImage>
 #include <QPageSize>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QRegularExpression>
+#include <QSaveFile>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextFrame>
 #include <QTextTable>
+#include <algorithm>
 #include <cmath>
 #include <iostream>
 #include <memory>
@@ -276,19 +281,9 @@ int draw_chapter(QTextDocument& document, QPainter& painter, QPdfWriter& writer,
     return number;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-    QGuiApplication application(argc, argv);
-    const QStringList arguments = QGuiApplication::arguments();
-    if (arguments.size() < 4) {
-        std::cerr << "usage: nivora_manual <manual.pdf> <folder of pictures> <chapter.md>...\n";
-        return 2;
-    }
-    const QStringList chapters = read_chapters(arguments.mid(3));
-    if (chapters.isEmpty()) return 1;
-
-    QPdfWriter writer(arguments.at(1));
+/// Sets all chapters. @return false if a picture is missing
+bool set_manual(QIODevice& device, const QStringList& chapters, const QString& pictures) {
+    QPdfWriter writer(&device);
     writer.setTitle(QStringLiteral("Hollin Flow Model (Nivora) Users Manual"));
     writer.setResolution(k_resolution);
     writer.setPageSize(QPageSize(QPageSize::A4));
@@ -301,9 +296,42 @@ int main(int argc, char** argv) {
     int number = 0;
     for (const QString& chapter : chapters) {
         bool has_pictures = false;
-        const auto document = set_chapter(chapter, arguments.at(2), page, has_pictures);
+        const auto document = set_chapter(chapter, pictures, page, has_pictures);
         complete = has_pictures && complete;
         number = draw_chapter(*document, painter, writer, page, number);
     }
-    return complete ? 0 : 1;
+    return complete;
+}
+
+/// Takes the moment of the making out, and leaves all else where it stands: the offsets in the file count
+/// bytes.
+QByteArray without_date(QByteArray pdf) {
+    const auto start = pdf.indexOf("/CreationDate (");
+    const auto end = pdf.indexOf(')', start);
+    if (start >= 0 && end > start) std::fill(pdf.begin() + start, pdf.begin() + end + 1, ' ');
+    return pdf;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // The writer of the file walks the fonts in the order of their hashes.
+    QHashSeed::setDeterministicGlobalSeed();
+    QGuiApplication application(argc, argv);
+    const QStringList arguments = QGuiApplication::arguments();
+    if (arguments.size() < 4) {
+        std::cerr << "usage: nivora_manual <manual.pdf> <folder of pictures> <chapter.md>...\n";
+        return 2;
+    }
+    const QStringList chapters = read_chapters(arguments.mid(3));
+    if (chapters.isEmpty()) return 1;
+
+    QBuffer pdf;
+    pdf.open(QIODevice::WriteOnly);
+    const bool complete = set_manual(pdf, chapters, arguments.at(2));
+    QSaveFile file(arguments.at(1));
+    const bool written =
+        file.open(QIODevice::WriteOnly) && file.write(without_date(pdf.data())) >= 0 && file.commit();
+    if (!written) std::cerr << "manual: can't write " << arguments.at(1).toStdString() << '\n';
+    return complete && written ? 0 : 1;
 }

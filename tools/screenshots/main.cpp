@@ -1,5 +1,8 @@
 // Renders every window of the program with the sample basin into PNG files: nivora_screenshots <folder>.
-// Needs no display: QT_QPA_PLATFORM=offscreen. QT_SCALE_FACTOR=2 gives the pictures of a sharp screen.
+// Needs no display: QT_QPA_PLATFORM=offscreen:configfile=screen.json, where the file beside this one stands
+// for a screen on which every window has its full size. QT_SCALE_FACTOR=2 gives the pictures of a sharp
+// screen. The same build draws the same bytes wherever and whenever it runs, since the manual of a package
+// shows the pictures: the clock stands still, and basins have short relative paths.
 
 #include "base/durable_file.h"
 #include "plot_pictures.h"
@@ -43,9 +46,17 @@
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QToolButton>
+#include <ctime>
 #include <filesystem>
 #include <iostream>
 #include <string_view>
+
+/// Stands before the C library's: what a picture dates, a run or a report, is dated the same in every build.
+extern "C" std::time_t time(std::time_t* result) noexcept {
+    constexpr std::time_t k_first_of_october_2026_nine_o_clock = 1790845200;
+    if (result != nullptr) *result = k_first_of_october_2026_nine_o_clock;
+    return k_first_of_october_2026_nine_o_clock;
+}
 
 namespace nivora {
 namespace {
@@ -90,8 +101,8 @@ private:
 
 class Photographer {
 public:
-    explicit Photographer(fs::path pictures)
-        : pictures_(std::move(pictures)), program_(program_folder()), dialogs_(pictures_) {
+    explicit Photographer(const fs::path& pictures)
+        : pictures_(fs::absolute(pictures)), program_(program_folder()), dialogs_(pictures_) {
         window_ = std::make_unique<frmNVR>(WindowContext{session_, quick_help_, program_, printing_});
         window_->answer(desktop_);
     }
@@ -111,9 +122,12 @@ public:
     }
 
 private:
-    /// A writable program folder with the files that belong beside the program.
+    /// A writable program folder with the files that belong beside the program. It is named from the folder
+    /// above, which becomes the current one, since that has another name in every run.
     fs::path program_folder() {
-        const fs::path folder = path_from_utf8(from_qt(scratch_.path()));
+        fs::current_path(path_from_utf8(from_qt(scratch_.path())));
+        fs::path folder{"basins"};
+        fs::create_directory(folder);
         for (const char* name : {"null.mdb", "NIVORAHelp.txt", "quickhelp.txt", "climate_1.ss2"}) {
             fs::copy_file(fs::path{NIVORA_PROGRAM_FOLDER} / name, folder / name);
         }
@@ -423,6 +437,7 @@ int main(int argc, char** argv) {
         std::cerr << "usage: nivora_screenshots <folder> [dark]\n";
         return 2;
     }
+    qputenv("TZ", "UTC");
     if (dark) QApplication::setPalette(QPalette{QColor{45, 48, 52}});
     std::filesystem::create_directories(argv[1]);
     nivora::Photographer{argv[1]}.work();
