@@ -21,10 +21,12 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <optional>
 #include <ostream>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -408,10 +410,12 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
     Texts texts;
     CLI::App app{k_description, "nivora-batch"};
     app.footer(k_footer);
-    bool verbose = false;
+    // The version is told as soon as its flag is read, before the flags behind it.
+    const bool verbose = std::any_of(
+        argv, argv + argc, [](const char* argument) { return argument == std::string_view{"--verbose"}; });
     app.set_version_flag(
-        "--version", [&verbose] { return verbose ? version_details() : std::string{"Nivora "} + k_version; });
-    app.add_flag("--verbose", verbose, "With --version: commit, compiler, libraries and licences, too");
+        "--version", [verbose] { return verbose ? version_details() : std::string{"Nivora "} + k_version; });
+    app.add_flag("--verbose")->description("With --version: commit, compiler, libraries and licences, too");
     app.add_flag("--refuse", texts.refuse, "Answer the model's questions with Cancel or No");
     app.add_option(
            "--wait", texts.wait,

@@ -23,6 +23,16 @@ TEST(CommandLine, HelpAndVersionSucceed) {
         EXPECT_EQ(batch({command, "--help"}).status, 0);
 }
 
+TEST(CommandLine, VersionWithVerboseTellsWhatTheProgramIsMadeOf) {
+    for (const std::vector<std::string>& order : {std::vector<std::string>{"--version", "--verbose"},
+                                                  std::vector<std::string>{"--verbose", "--version"}}) {
+        const BatchResult details = batch(order);
+        EXPECT_EQ(details.status, 0);
+        EXPECT_THAT(details.out, testing::AllOf(testing::StartsWith("Nivora 1.10\n"), HasSubstr("Compiler:"),
+                                                HasSubstr("SQLite")));
+    }
+}
+
 TEST(CommandLine, WrongUsageHasAStatusOfItsOwnAndAMessage) {
     const RunBasin basin;
     const std::string file = basin.file();
