@@ -105,9 +105,8 @@ bool BasinLife::start() {
         clear_basin();
         if (saved) break;
     }
-    start_blank();
-    started_ = true;
-    return true;
+    started_ = start_blank();
+    return started_;
 }
 
 /// Reads the basin of a recovery state; false, after a message, if it can't be read. The state then stays.
@@ -192,19 +191,27 @@ void BasinLife::remove_recovery() {
                     "' can't be removed. It holds unsaved changes of the open basin.");
 }
 
-void BasinLife::start_blank() {
+/// False, after a message, if there is no working file and none can be written, such as on a full disk.
+bool BasinLife::start_blank() {
     bool blank = false;
     try {
         copy_template(template_file_, session_.basin.Work_File);
         blank = true;
     } catch (const StoreError&) {
-    } catch (const FileError&) {
+    } catch (const FileError& error) {
+        std::error_code unknown;
+        if (fs::exists(template_file_, unknown) && !fs::exists(session_.basin.Work_File, unknown)) {
+            session_.dialogs.stop(error.what() + std::string{" Nivora can't work without this file."},
+                                  "Nivora cannot run");
+            return false;
+        }
     }
     if (blank || keep_last_work()) Open_DB(session_.basin.Work_File);
     program_was_started(session_);
     session_.basin.New_Basin = true;
     mark_unchanged(session_.basin);
     session_.desktop.refresh_main_window();
+    return true;
 }
 
 /// Copies the blank template over the working file; creates a missing template. False after a message.

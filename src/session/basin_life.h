@@ -24,7 +24,8 @@ public:
     /// copied, the basin is that of the existing working file, with no simulation selected. Unsaved changes
     /// of a program that did not end properly come first: the user decides what becomes of them.
     ///
-    /// @return false if the program is to end, because that decision is left to the next start
+    /// @return false if the program is to end, because that decision is left to the next start, or because no
+    /// working file can be written
     bool start();
 
     /// Hands the unsaved changes to the recovery state, to be called every few seconds and after each
@@ -73,7 +74,7 @@ public:
     [[nodiscard]] bool has_template_name() const;
 
 private:
-    void start_blank();
+    [[nodiscard]] bool start_blank();
     void remove_recovery();
     [[nodiscard]] bool read_recovered(const RecoveryState& state);
     [[nodiscard]] bool save_recovered_copy(const std::filesystem::path& copy);

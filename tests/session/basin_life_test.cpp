@@ -1,5 +1,8 @@
 #include "store/transactions.h"
 #include "tests/session/basin_life_fixture.h"
+#include "tests/support/full_disk.h"
+
+#include <gmock/gmock.h>
 
 namespace nivora {
 namespace {
@@ -270,6 +273,22 @@ TEST_F(BasinLifeTest, AStartWithoutATemplateUsesTheWorkingFileOfTheLastStart) {
     EXPECT_FALSE(session_.shell.variables_of_simulation);
     EXPECT_FALSE(session_.shell.parameters);
     EXPECT_FALSE(session_.shell.scenario_definition);
+}
+
+TEST_F(BasinLifeTest, AFirstStartOnAFullDiskEndsWithTheReasonAndTheNextOneWorks) {
+    fs::remove(program_ / "new.mdb");
+    {
+        const FullDisk disk{100};
+        EXPECT_FALSE(life_.start());
+    }
+    ASSERT_EQ(dialogs_.messages().size(), 1U);
+    EXPECT_EQ(dialogs_.messages()[0].message.title, "Nivora cannot run");
+    EXPECT_THAT(dialogs_.messages()[0].message.text,
+                testing::AllOf(testing::HasSubstr("new.mdb"), testing::HasSubstr("the disk may be full")));
+    EXPECT_FALSE(fs::exists(program_ / "new.mdb"));
+    EXPECT_TRUE(life_.start());
+    EXPECT_EQ(dialogs_.messages().size(), 1U);
+    EXPECT_TRUE(fs::exists(program_ / "new.mdb"));
 }
 
 TEST_F(BasinLifeTest, AnImportAndSaveAsCloseThePlotsAndASaveDoesNot) {
