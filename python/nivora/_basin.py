@@ -436,7 +436,15 @@ class Fields(_MutableMapping):
 
 
 class Run:
-    """The results of one run. They stay as they are when the basin is run again."""
+    """The results of one run. They stay as they are when the basin is run again.
+
+    statistics  the six statistics and FinalQ, a dict by the names that `nivora-batch run --json` prints; None for one
+                that was not computed
+    messages    what the model said and asked, as (title, text, answer)
+    notes       notes on a run that reached its end
+    completed, refused, simulation, title
+                how far it came, and what it is of
+    """
 
     def __init__(self, done):
         self._columns = done["columns"]
@@ -507,7 +515,13 @@ class Run:
 
 
 class Evaluation:
-    """What a climate evaluation left."""
+    """What a climate evaluation left.
+
+    notes       texts, such as where a rule of step 5 may mislead: read them before the numbers
+    messages    what the model said and asked, as (title, text, answer)
+    done, simulation, scenario, volume_unit
+                how far it came, and what it is of
+    """
 
     def __init__(self, done):
         self._steps = done["steps"]

@@ -134,7 +134,10 @@ class Study(_Travelling):
 
     basin       a Basin or the path of its file
     simulation  its name
-    free        what may change, as texts VARIABLE:ACTION:LOW..HIGH:ZONES, and :FIRST..LAST behind it for some days
+    free        what may change, as texts VARIABLE:ACTION:LOW..HIGH:ZONES, and :FIRST..LAST behind it for some days.
+                Variables are Tavg, Tmax, Tmin, Precip, SCA, Tcrit, LagTime, LapseRate, An, Cs, Cr, RCA, Xcoeff, Ycoeff
+                or their names in the scenario grid, such as "Recession Coefficient x". Actions are set, add, multiply.
+                Zones are All, or letters with commas
     objectives  the measures that a calibration makes best; several give a front of compromises
     fit         the days that are compared, as "FIRST..LAST" or a pair of dates; the whole simulation if None
     check       days that are only reported
@@ -530,7 +533,8 @@ class Response:
     def table(self):
         """A pandas DataFrame with a row for each pair: Temperature, Precipitation, and for each figure its value under
         the changed climate, the present one ("... present") and the difference ("... change", days later for dates);
-        dates are ISO texts. "Problem" says why a pair was not done."""
+        dates are ISO texts. "Notes" is how many notes there are on a pair, such as where a rule of step 5 may mislead:
+        read them first, by `nivora-batch response --json`. "Problem" says why a pair was not done."""
         if self._frame is None:
             self._frame = _table(self._study.head().split("\n", 1)[1] + self._lines, "Point")
         return self._frame

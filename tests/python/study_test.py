@@ -5,6 +5,7 @@ import datetime
 import json
 import os
 import pickle
+import re
 import signal
 import subprocess
 import sys
@@ -212,6 +213,25 @@ class ResponseTest(WithStudy):
         ):
             with self.assertRaisesRegex(ValueError, text):
                 self.response(**choices)
+
+
+class HelpTest(WithStudy):
+    def test_the_variables_that_help_names_are_taken(self):
+        told = re.search(r"Variables are (.*?)\s+or their names", nivora.Study.__doc__, re.DOTALL)
+        fields = re.split(r",\s*", told[1])
+        self.assertEqual(len(fields), 14)
+        for field in fields:
+            try:
+                nivora.Study(self.file, SIMULATION, free=[f"{field}:multiply:0.9..1.1:All"])
+            except nivora.RefusedError as error:
+                self.assertIn(field, ("Tmax", "Tmin"), error)  # the simulation has average temperatures
+                self.assertNotIn("is not a variable", str(error))
+
+    def test_help_names_what_a_run_has(self):
+        run = nivora.open(self.file).run(SIMULATION)
+        for name in vars(run):
+            if not name.startswith("_"):
+                self.assertRegex(nivora.Run.__doc__, rf"\b{name}\b")
 
 
 class TravelTest(WithStudy):
