@@ -98,9 +98,14 @@ def _check_versions(client):
         client.wait_for_workers(1, timeout=_WAIT_FOR_WORKERS)
     except (TimeoutError, DaskTimeout):
         raise WorkerError("The cluster has no worker. Start workers, then call again.") from None
-    answers = client.run(_version, on_error="return")
+    known = _checked.setdefault(client, set())
+    new = sorted(set(client.nthreads()) - known)
+    if not new:
+        return
+    answers = client.run(_version, workers=new, on_error="return")
     for worker, answer in sorted(answers.items()):
         _check_version(worker, answer)
+    known.update(answers)
 
 
 def _check_version(worker, answer):
@@ -120,6 +125,8 @@ class _OtherVersion(Exception):
 #: The study that this worker has read last, by its name.
 _read = {}
 _reading = threading.Lock()
+#: The workers of a client whose version was looked at. Each task looks again, for what comes later at their addresses.
+_checked = weakref.WeakKeyDictionary()
 #: What was sent to the cluster of a client, by name: its workers keep it as long as the client lives.
 _sent = weakref.WeakKeyDictionary()
 
@@ -190,12 +197,12 @@ class _Sent:
         import pickle
 
         self._client = client
-        content = pickle.dumps(study)
-        self._name = f"nivora-study-{_hashlib.sha256(content).hexdigest()}"
+        identity = repr((type(study).__name__, study._arguments, study._handle.digest, _core.version))
+        self._name = f"nivora-study-{_hashlib.sha256(identity.encode()).hexdigest()}"
         known = _sent.setdefault(client, {})
         if self._name not in known or known[self._name].status not in ("pending", "finished"):
             known.clear()
-            known[self._name] = client.submit(_received, content, key=self._name, pure=False)
+            known[self._name] = client.submit(_received, pickle.dumps(study), key=self._name, pure=False)
         self._content = known[self._name]
         self._tasks = {}
         self._threads = 1
@@ -209,6 +216,9 @@ class _Sent:
     def result(self, task):
         try:
             return task.result()
+        except _core.RefusedError:
+            _sent.get(self._client, {}).clear()  # a file that changed meanwhile is read anew by the next call
+            raise
         except _OtherVersion as error:
             for worker, answer in sorted(self._client.run(_version, on_error="return").items()):
                 _check_version(worker, answer)

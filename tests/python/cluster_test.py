@@ -141,6 +141,24 @@ class EqualTest(WithCluster):
                 self.assertTrue(again.sets.equals(here.sets))
                 self.assertEqual(told, [(evaluations if lanes > 1 else here.evaluations, evaluations)])
 
+    def test_a_file_that_changes_after_the_study_was_made(self):
+        self.cluster.start_worker()
+        client = self.client()
+        study = self.study()
+        here = study.sample(40)
+        content = self.file.read_bytes()
+        basin = nivora.open(self.file)
+        basin.daily["Precip"] = basin.daily["Precip"] * 2
+        with self.assertRaisesRegex(nivora.RefusedError, "The basin file changed after the study was made"):
+            nivora.cluster.sample(study, client, 40)
+        # The same study of the file as it was is not taken for the one that was refused.
+        self.file.write_bytes(content)
+        self.assertTrue(nivora.cluster.sample(self.study(), client, 40).runs.equals(here.runs))
+        # What the cluster has got is the study as it was made, as it is here.
+        basin.daily["Precip"] = basin.daily["Precip"] * 2
+        self.assertTrue(nivora.cluster.sample(study, client, 40).runs.equals(here.runs))
+        self.assertFalse(nivora.cluster.sample(self.study(), client, 40).runs.equals(here.runs))
+
 
 class LossTest(WithCluster):
     def test_workers_that_are_killed_cost_their_chunks_alone(self):
