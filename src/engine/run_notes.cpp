@@ -66,7 +66,9 @@ std::string no_store_text(const RunNote& note, Units units) {
     }
     return fmt::format(
         "In {}, more water left the snow in the winter from {} to {} than fell, under the present climate "
-        "(P - i = {} {}): it is snow from before the start of the simulation. {}",
+        "(P - i = {} {}): it is snow from before the start of the simulation, or the melt is too strong, or "
+        "too "
+        "little snow fell, for the snow cover given. {}",
         zones, start, end, single_text(note.value), unit_words(units).depth, k_advice);
 }
 

@@ -35,11 +35,23 @@ std::optional<std::pair<std::string_view, std::string_view>> sides_of(std::strin
     return std::pair{trimmed(text.substr(0, dots)), trimmed(text.substr(dots + 2))};
 }
 
+std::string variable_names() {
+    std::string names;
+    for (const StudyVariable variable : k_study_variables) {
+        if (!names.empty()) names += ", ";
+        names += fmt::format("{} ({})", study_variable_text(variable), study_variable_field(variable));
+    }
+    return names;
+}
+
 /// A variable's name may stand in the plural.
 std::string read_variable(FreeRange& range, std::string_view text) {
     auto variable = study_variable(text);
     if (!variable && text.ends_with('s')) variable = study_variable(text.substr(0, text.size() - 1));
-    if (!variable) return fmt::format("'{}' is not a variable that a study can change", text);
+    if (!variable) {
+        return fmt::format("'{}' is not a variable that a study can change; they are {}", text,
+                           variable_names());
+    }
     range.variable = *variable;
     return {};
 }

@@ -138,7 +138,8 @@ TEST_F(WinterNotes, AWinterThatLosesMoreThanFellIsNotedWithItsStore) {
     EXPECT_EQ(
         note_text(run.notes[0], Units::Metric),
         "Step 5: In zone 1, more water left the snow in the winter from 10/01/2000 to 04/30/2001 than fell, "
-        "under the present climate (P - i = -20 cm): it is snow from before the start of the simulation. The "
+        "under the present climate (P - i = -20 cm): it is snow from before the start of the simulation, or "
+        "the melt is too strong, or too little snow fell, for the snow cover given. The "
         "gain of the zone and the cover that step 5 computes from it are meaningless. Start the simulation "
         "before the first snowfall, and compare CDC with CDCclimWAMA.");
     EXPECT_THAT(note_text(run.notes[0], Units::English), HasSubstr("(P - i = -20 in)"));

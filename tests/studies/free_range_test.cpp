@@ -75,7 +75,12 @@ TEST(FreeRange, GivesAnAdjustment) {
 TEST(FreeRange, SaysWhatIsWrongWithAText) {
     EXPECT_THAT(problem_of("An:multiply:1..2"), HasSubstr("not of the form VARIABLE:ACTION:LOW..HIGH:ZONES"));
     EXPECT_THAT(problem_of("An:multiply:1..2:A:x:y"), HasSubstr("not of the form"));
-    EXPECT_EQ(problem_of("Wind:multiply:1..2:All"), "'Wind' is not a variable that a study can change");
+    EXPECT_THAT(
+        problem_of("Wind:multiply:1..2:All"),
+        testing::AllOf(
+            testing::StartsWith(
+                "'Wind' is not a variable that a study can change; they are Average Temperature (Tavg), "),
+            testing::EndsWith(", Recession Coefficient y (Ycoeff)")));
     EXPECT_EQ(problem_of("An:double:1..2:All"), "'double' is not an action: give set, add or multiply");
     EXPECT_EQ(problem_of("An:multiply:1-2:All"), "'1-2' is not a range such as 0.7..1.4");
     EXPECT_EQ(problem_of("An:multiply:..2:All"), "'..2' is not a range such as 0.7..1.4");
