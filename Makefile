@@ -80,6 +80,7 @@ package: ## make the Debian package, the folder that runs from anywhere, symbols
 
 release: package ## make everything that a release needs, and check it
 	tools/package-test
+	tools/clean-root-test
 	tools/release-check
 
 clean: ## remove everything that was built
