@@ -36,6 +36,7 @@ _LEAST_SECONDS = 0.03
 _ASK_AGAIN = 0.5
 _WAIT_FOR_WORKERS = 60.0
 _CHUNKS_A_THREAD = 2
+_SHARES_A_THREAD = 1.5
 _PART = _re.compile(r"(\d+)-(\d+)\.csv")
 
 
@@ -159,7 +160,7 @@ def _chunk(content, name, version, plan, first, behind):
     begin = _time.perf_counter()
     if plan is not None:
         work = SamplePlan(work, *plan)
-    lines = work.lines(first, behind, threads=1)
+    lines = work.lines(first, behind, threads=1).encode()  # bytes travel as they are, a text is packed
     return lines, _time.perf_counter() - begin
 
 
@@ -313,7 +314,7 @@ class _Sizes:
     def next(self, left, threads):
         """The pieces of the next chunk: near the end so few that all threads have some, but not so few that the
         calls cost more than the work."""
-        shared = -(-left // (_CHUNKS_A_THREAD * threads))
+        shared = int(left / (_SHARES_A_THREAD * threads)) + 1
         return min(self._size, max(self._least, shared))
 
     def learn(self, pieces, seconds):
@@ -372,7 +373,7 @@ class _Spread:
                 lines, seconds = sent.result(task)
                 sent.done_with(task)
                 sizes.learn(behind - first, seconds)
-                self._parts.add(first, behind, lines)
+                self._parts.add(first, behind, lines.decode())
                 self._tell()
                 threads = sent.threads()
                 while gaps and len(spans) < _CHUNKS_A_THREAD * threads:
